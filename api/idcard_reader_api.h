@@ -1,0 +1,75 @@
+#pragma once
+
+/**
+ * Reads one Chinese identity document with the desktop card reader.
+ *
+ *     unsigned int kind = 99;
+ *     _tagIDCARD_INFO_ALL_CN cn;
+ *     _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;
+ *     _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew;
+ *     _tagIDCARD_INFO_ALL_HMT hmt;
+ *     std::string front, back;
+ *     int result = readIDCard(&kind, &cn, &f2017, &fNew, &hmt, &front, &back);
+ */
+
+#include <string>
+
+#include "api/result_codes.h"
+#include "common/card_records.h"
+#include "common/export.h"
+
+#if defined(__clang__)
+#pragma clang diagnostic push
+// The function has C linkage for its plain name; callers are C++ all the same.
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+
+extern "C" {
+
+/**
+ * Opens the reader, reads the card lying on it, closes the reader and fills the record of the
+ * card's kind.
+ *
+ * All seven pointers must be non-null, though only one record is filled. Everything they point to
+ * stays the caller's; strings are replaced whole, never appended to.
+ *
+ * @param cardKind   receives an `IDCARD_KIND`, before the record's first field is written
+ * @param cn         filled for a resident identity card
+ * @param f2017      filled for a foreigner's card of the 2017 edition
+ * @param fNew       filled for a foreigner's card of the new edition
+ * @param hmt        filled for a permit for Hong Kong, Macao and Taiwan residents
+ * @param frontImage receives the picture of the card's front
+ * @param backImage  receives the picture of the card's back
+ *
+ * Both pictures are base64 text of a JPEG file. This version does not paint them yet and sets both
+ * strings to empty texts.
+ *
+ * @return an `IDCARD_RESULT`: `IDCARD_RESULT_OK` or a negative code. The arguments are checked
+ *         first, in the order -27, -28, -29, -30, -31, -39, -40; the first null pointer decides
+ *         and nothing is touched. No failure but exhausted memory leaves a record half written.
+ *         No exception leaves the call: one that a closed function throws counts as that
+ *         function's failure (opening -5, finding -24, reading -23, decoding the photo -26), and
+ *         exhausted memory as -23. The port is closed in every case.
+ *
+ * The call returns when the card has been read. While the reader reports a read that may succeed
+ * if tried again, it tries again every 50 ms without limit.
+ *
+ * Call it in the GUI thread of a Qt GUI application. Calls must not overlap: every call opens the
+ * same reader port, and the library takes no lock. Each call sets the locale of the process from
+ * the environment (`setlocale(LC_ALL, "")`) and may print a line to the wide-character standard
+ * output, after which a program that prints bytes to standard output loses its own output there.
+ */
+IDCARD_READER_EXPORT int readIDCard(unsigned int *cardKind, _tagIDCARD_INFO_ALL_CN *cn,
+                                    _tagIDCARD_INFO_ALL_FOREIGN_2017 *f2017,
+                                    _tagIDCARD_INFO_ALL_FOREIGN_NEW *fNew,
+                                    _tagIDCARD_INFO_ALL_HMT *hmt, std::string *frontImage,
+                                    std::string *backImage);
+
+/** Returns "version:1.5.0". May be called from any thread. */
+IDCARD_READER_EXPORT std::string getSDKVersion();
+
+} // extern "C"
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif

@@ -1,0 +1,3 @@
+#include "api/idcard_reader_lib.h"
+
+Idcard_reader_lib::Idcard_reader_lib() = default;

@@ -1,0 +1,31 @@
+# idcard_add_test(NAME SOURCES file... [LIBRARIES target...] [ENVIRONMENT VAR=value...])
+#
+# One GoogleTest program, registered with CTest under its own name. It runs in a folder of its own
+# and in a fixed locale, under the emulator in a cross build, and fails when it runs no test.
+
+find_package(GTest REQUIRED)
+find_package(Threads REQUIRED)
+
+set(IDCARD_TEST_ENVIRONMENT
+  "LC_ALL=C.UTF-8"
+  "QT_QPA_PLATFORM=offscreen"
+  "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1"
+  "UBSAN_OPTIONS=print_stacktrace=1")
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  # A test that starts a program of this build starts it under the emulator too.
+  list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")
+endif()
+
+function(idcard_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE
+    ${arg_LIBRARIES} idcard_test_support GTest::gmock_main Threads::Threads)
+  set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}.run")
+  file(MAKE_DIRECTORY "${folder}")
+  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${folder}")
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "${IDCARD_TEST_ENVIRONMENT};${arg_ENVIRONMENT}"
+    FAIL_REGULAR_EXPRESSION "Running 0 tests"
+    TIMEOUT 600)
+endfunction()
