@@ -85,7 +85,8 @@ struct _tagIDCARD_INFO_ALL_FOREIGN_2017 {
     std::string szEnglishName; ///< name in Latin letters, up to 60 characters
     std::string szSex;
     std::string szID; ///< card number, 15 characters
-    /** Chinese name of the country (`COUNTRY_CODE_LIST`); empty when its code is not in the list. */
+    /** Chinese name of the country (`COUNTRY_CODE_LIST`); empty when its code is not in the list.
+     */
     std::string szNationality;
     std::string szChineseName;
     std::string szValidStart;
