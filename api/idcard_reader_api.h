@@ -56,8 +56,10 @@ extern "C" {
  *
  * Call it in the GUI thread of a Qt GUI application. Calls must not overlap: every call opens the
  * same reader port, and the library takes no lock. Each call sets the locale of the process from
- * the environment (`setlocale(LC_ALL, "")`) and may print a line to the wide-character standard
- * output, after which a program that prints bytes to standard output loses its own output there.
+ * the environment (`setlocale(LC_ALL, "")`) and prints a line to the wide-character standard output
+ * when the port does not open or a read fails. A C standard output takes either bytes or wide
+ * characters: in a program that printed bytes before, such a line comes out garbled, and bytes that
+ * are printed after it are lost. Diagnostics go to Qt's log.
  */
 IDCARD_READER_EXPORT int readIDCard(unsigned int *cardKind, _tagIDCARD_INFO_ALL_CN *cn,
                                     _tagIDCARD_INFO_ALL_FOREIGN_2017 *f2017,

@@ -5,35 +5,47 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
-QStringList emulatedCommand(const QString &program, const QStringList &arguments)
+namespace
 {
-    const QString path =
-        QFileInfo(program).isAbsolute() ? program : QDir(IDCARD_BUILD_BIN_DIR).filePath(program);
-    QStringList command;
-    const QString emulator = qEnvironmentVariable("IDCARD_TEST_EMULATOR");
-    if (!emulator.isEmpty())
-        command << emulator;
-    return command << path << arguments;
+
+/** What goes into the environment of `process`, and what goes to the emulator for its guest. */
+QStringList setEnvironment(QProcess &process, const QMap<QString, QString> &variables,
+                           bool emulated)
+{
+    QStringList guestOptions;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (auto it = variables.cbegin(); it != variables.cend(); ++it) {
+        if (it.value().isNull())
+            environment.remove(it.key());
+        else if (emulated && it.key().startsWith(QLatin1String("LD_")))
+            // For the loader inside; the emulator's own loader must not see it.
+            guestOptions << QStringLiteral("-E") << it.key() + '=' + it.value();
+        else
+            environment.insert(it.key(), it.value());
+    }
+    process.setProcessEnvironment(environment);
+    return guestOptions;
 }
+
+} // namespace
 
 ProcessResult runProcess(const QString &program, const QStringList &arguments,
                          const ProcessInput &input)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (auto it = input.environment.cbegin(); it != input.environment.cend(); ++it) {
-        if (it.value().isNull())
-            environment.remove(it.key());
-        else
-            environment.insert(it.key(), it.value());
-    }
+    const QString path =
+        QFileInfo(program).isAbsolute() ? program : QDir(IDCARD_BUILD_BIN_DIR).filePath(program);
+    const QString emulator =
+        input.emulated ? qEnvironmentVariable("IDCARD_TEST_EMULATOR") : QString();
 
     QProcess process;
-    process.setProcessEnvironment(environment);
     if (!input.workingDirectory.isEmpty())
         process.setWorkingDirectory(input.workingDirectory);
-    QStringList command = emulatedCommand(program, arguments);
-    const QString first = command.takeFirst();
-    process.start(first, command);
+    const QStringList guestOptions =
+        setEnvironment(process, input.environment, !emulator.isEmpty());
+    if (emulator.isEmpty())
+        process.start(path, arguments);
+    else
+        process.start(emulator, guestOptions + QStringList(path) + arguments);
 
     ProcessResult result;
     if (!process.waitForStarted())

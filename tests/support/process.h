@@ -20,11 +20,9 @@ struct ProcessInput {
     QByteArray standardInput;
     QString workingDirectory;
     int timeoutMs = 60000;
+    bool emulated = true; ///< false for a program of the build machine, such as nm
 };
 
 /** Runs `program` (an absolute path, or a name in this build's folder of programs). */
 ProcessResult runProcess(const QString &program, const QStringList &arguments,
                          const ProcessInput &input = {});
-
-/** `program` and `arguments` as they must be started here: behind the emulator, if there is one. */
-QStringList emulatedCommand(const QString &program, const QStringList &arguments);

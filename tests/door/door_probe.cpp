@@ -1,0 +1,63 @@
+// Loads the library given by path and reads one card through it; tells the outcome on standard
+// error, since standard output belongs to the library's own messages.
+//
+// Usage: door_probe LIBRARY [global FILE | unload]
+//   global FILE  loads FILE for the whole process after the library was loaded
+//   unload       closes the library after the read and tells whether it is gone
+
+#include "api/idcard_reader_api.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include <dlfcn.h>
+
+namespace
+{
+
+void *load(const char *file, int flags)
+{
+    void *const handle = dlopen(file, flags);
+    if (handle == nullptr)
+        std::fprintf(stderr, "probe: %s\n", dlerror());
+    return handle;
+}
+
+void readOnce(void *library)
+{
+    const auto read = reinterpret_cast<decltype(&readIDCard)>(dlsym(library, "readIDCard"));
+    unsigned int kind = 99;
+    static _tagIDCARD_INFO_ALL_CN cn;
+    static _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;
+    static _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew;
+    static _tagIDCARD_INFO_ALL_HMT hmt;
+    std::string front;
+    std::string back;
+    const int result = read(&kind, &cn, &f2017, &fNew, &hmt, &front, &back);
+    std::fprintf(stderr, "probe: result=%d kind=%u name=%s\n", result, kind, cn.szName.c_str());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2)
+        return 2;
+    void *const library = load(argv[1], RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr)
+        return 1;
+    if (argc == 4 && std::strcmp(argv[2], "global") == 0 &&
+        load(argv[3], RTLD_NOW | RTLD_GLOBAL) == nullptr)
+        return 1;
+    readOnce(library);
+    if (argc == 3 && std::strcmp(argv[2], "unload") == 0) {
+        dlclose(library);
+        const bool gone = dlopen(argv[1], RTLD_NOW | RTLD_NOLOAD) == nullptr;
+        std::fprintf(stderr, "probe: %s\n", gone ? "unloaded" : "still loaded");
+        void *const again = load(argv[1], RTLD_NOW | RTLD_LOCAL);
+        if (again == nullptr)
+            return 1;
+        readOnce(again);
+    }
+    return 0;
+}

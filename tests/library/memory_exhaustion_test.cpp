@@ -1,0 +1,158 @@
+// readIDCard when memory runs out: at every allocation of a read in turn, nothing is thrown, the
+// port is closed, and the fields written so far are a beginning of the kind's order.
+
+#include "tests/library/reading.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+
+int allocationsLeft = -1; // negative: memory does not run out
+bool portOpen = false;
+int makersKind = 0;
+
+} // namespace
+
+void *operator new(std::size_t size)
+{
+    if (allocationsLeft == 0)
+        throw std::bad_alloc();
+    if (allocationsLeft > 0)
+        --allocationsLeft;
+    if (void *memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void *memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void *memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+int KVO_OpenPort(int)
+{
+    portOpen = true;
+    return KVO_SUCCESS;
+}
+
+int KVO_FindIDCard(int)
+{
+    return KVO_SUCCESS;
+}
+
+int KVO_ReadIDCard(int, CardInfoStruct *info, unsigned char *, unsigned int *photoLen,
+                   unsigned char *, unsigned int *fpLen, int)
+{
+    auto *const bytes = reinterpret_cast<unsigned char *>(info);
+    for (std::size_t i = 4; i < sizeof(CardInfoStruct); i += 2) { // every character is 啊
+        bytes[i] = 0x4a;
+        bytes[i + 1] = 0x55;
+    }
+    std::memcpy(info->nationality, "A\0T\0F\0", 6); // a country with a long name
+    info->kind = makersKind;
+    *photoLen = IDCARD_PHOTO_SIZE;
+    *fpLen = 0;
+    return KVO_SUCCESS;
+}
+
+int KVO_ClosePort(int)
+{
+    portOpen = false;
+    return KVO_SUCCESS;
+}
+
+int unpack(unsigned char *, unsigned char *, int)
+{
+    return 0;
+}
+
+namespace
+{
+
+/** Which of the record's fields were written, in the order in which a read writes them. */
+template <typename Record>
+void expectBeginning(Record &record, const std::vector<std::string Record::*> &order)
+{
+    bool ended = false;
+    for (const auto field : order) {
+        const bool written = (record.*field).rfind("before ", 0) != 0;
+        EXPECT_FALSE(written && ended) << "a field was written after one that was not";
+        ended = ended || !written;
+    }
+}
+
+template <typename Record>
+void readUntilMemorySuffices(int kind, Record Reading::*record,
+                             const std::vector<std::string Record::*> &order)
+{
+    makersKind = kind;
+    int failures = 0;
+    for (int n = 0; n < 1000; ++n) {
+        Reading reading;
+        mark(reading);
+        allocationsLeft = n;
+        const int result = reading.read();
+        const bool exhausted = allocationsLeft == 0;
+        allocationsLeft = -1;
+
+        EXPECT_FALSE(portOpen) << "the port stayed open at allocation " << n;
+        expectBeginning(reading.*record, order);
+        if (result == 0) {
+            EXPECT_EQ(reading.front, "");
+            EXPECT_GT(failures, 3) << "memory never ran out";
+            return;
+        }
+        EXPECT_TRUE(exhausted);
+        EXPECT_TRUE(result == IDCARD_RESULT_READ_FAILED || result == IDCARD_RESULT_PORT_NOT_OPEN)
+            << result;
+        EXPECT_EQ(reading.front, "front before");
+        ++failures;
+    }
+    FAIL() << "the read never came through";
+}
+
+} // namespace
+
+TEST(MemoryExhaustion, ResidentCard_LeavesABeginningOfTheRecordAndAClosedPort)
+{
+    using R = _tagIDCARD_INFO_ALL_CN;
+    readUntilMemorySuffices<R>(1, &Reading::cn,
+                               {&R::szName, &R::szSex, &R::szNation, &R::szID, &R::szAddress,
+                                &R::szValidStart, &R::szValidEnd, &R::szDept, &R::szBirthYear,
+                                &R::szBirthMonth, &R::szBirthDay});
+}
+
+TEST(MemoryExhaustion, HmtPermit_LeavesABeginningOfTheRecordAndAClosedPort)
+{
+    using R = _tagIDCARD_INFO_ALL_HMT;
+    readUntilMemorySuffices<R>(2, &Reading::hmt,
+                               {&R::szName, &R::szSex, &R::szID, &R::szAddress, &R::szValidStart,
+                                &R::szValidEnd, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay,
+                                &R::szPassNumber, &R::szDept});
+}
+
+TEST(MemoryExhaustion, Foreign2017Card_LeavesABeginningOfTheRecordAndAClosedPort)
+{
+    using R = _tagIDCARD_INFO_ALL_FOREIGN_2017;
+    readUntilMemorySuffices<R>(3, &Reading::f2017,
+                               {&R::szEnglishName, &R::szSex, &R::szID, &R::szNationality,
+                                &R::szChineseName, &R::szValidStart, &R::szValidEnd,
+                                &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay});
+}
+
+TEST(MemoryExhaustion, ForeignNewCard_LeavesABeginningOfTheRecordAndAClosedPort)
+{
+    using R = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
+    readUntilMemorySuffices<R>(4, &Reading::fNew,
+                               {&R::szChineseName, &R::szSex, &R::szID, &R::szNationality,
+                                &R::szEnglishName, &R::szValidStart, &R::szValidEnd,
+                                &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay,
+                                &R::szCardExtra});
+}

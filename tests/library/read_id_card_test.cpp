@@ -1,0 +1,457 @@
+// readIDCard: arguments, the order of its steps, result codes, photo and fingerprint rules.
+
+#include "tests/library/reading.h"
+#include "tests/library/wide_console_capture.h"
+#include "tests/support/message_log.h"
+
+#include <functional>
+#include <stdexcept>
+#include <vector>
+
+namespace
+{
+
+using testing::_;
+using testing::ElementsAre;
+using testing::InSequence;
+using testing::IsEmpty;
+using testing::Return;
+using testing::Throw;
+
+constexpr int PORT = 1001;
+constexpr int DONE = 144;
+
+/** What one scripted read delivers. */
+struct Card {
+    int kind = 1;
+    unsigned int photoLen = 38862;
+    unsigned int fpLen = 1024;
+    std::function<void(CardInfoStruct &)> fill;
+};
+
+class ReadIdCard : public testing::Test
+{
+protected:
+    ReadIdCard() { mark(reading); }
+
+    void expectOpen(int result = DONE)
+    {
+        EXPECT_CALL(library, openPort(PORT)).WillOnce(Return(result));
+    }
+    void expectFind(int result = DONE)
+    {
+        EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Return(result));
+    }
+    void expectRead(const Card &card, int result = DONE)
+    {
+        EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
+            .WillOnce([card, result](int, CardInfoStruct *info, unsigned char *photo,
+                                     unsigned int *photoLen, unsigned char *fp, unsigned int *fpLen,
+                                     int) {
+                for (unsigned int i = 0; i < std::min(card.photoLen, 38862U); ++i)
+                    photo[i] = static_cast<unsigned char>(i * 7 + 3);
+                for (unsigned int i = 0; i < std::min(card.fpLen, 1024U); ++i)
+                    fp[i] = static_cast<unsigned char>(i * 5 + 1);
+                info->kind = card.kind;
+                *photoLen = card.photoLen;
+                *fpLen = card.fpLen;
+                if (card.fill)
+                    card.fill(*info);
+                return result;
+            });
+    }
+    void expectUnpack(int result)
+    {
+        EXPECT_CALL(library, unpack(_, _, 106))
+            .WillOnce([result](unsigned char *src, unsigned char *dst, int) {
+                EXPECT_EQ(src[0], 3) << "the photo as the reader delivered it";
+                EXPECT_EQ(src[1023], static_cast<unsigned char>(1023 * 7 + 3));
+                std::memset(dst, 0xee, 38862);
+                return result;
+            });
+    }
+    void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
+
+    /** A whole read of `card`, which returns 0. */
+    void readCard(const Card &card)
+    {
+        expectOpen();
+        expectFind();
+        expectRead(card);
+        expectClose();
+        EXPECT_EQ(reading.read(), 0);
+    }
+
+    InSequence inSequence;
+    StrictClosedLibrary library;
+    Reading reading;
+    MessageLog log;
+};
+
+} // namespace
+
+TEST_F(ReadIdCard, NullArguments_AreReportedInOrderAndTouchNothing)
+{
+    struct {
+        bool present[7];
+        int code;
+    } const cases[] = {
+        {{false, false, false, false, false, false, false}, -27},
+        {{true, false, false, false, false, false, false}, -28},
+        {{true, true, false, false, false, false, false}, -29},
+        {{true, true, true, false, false, false, false}, -30},
+        {{true, true, true, true, false, false, false}, -31},
+        {{true, true, true, true, true, false, false}, -39},
+        {{true, true, true, true, true, true, false}, -40},
+        {{false, true, true, true, true, true, true}, -27},
+        {{true, false, true, true, true, true, true}, -28},
+        {{true, true, false, true, true, true, true}, -29},
+        {{true, true, true, false, true, true, true}, -30},
+        {{true, true, true, true, false, true, true}, -31},
+        {{true, true, true, true, true, false, true}, -39},
+    };
+    for (const auto &c : cases) {
+        const auto &p = c.present;
+        EXPECT_EQ(readIDCard(p[0] ? &reading.cardKind : nullptr, p[1] ? &reading.cn : nullptr,
+                             p[2] ? &reading.f2017 : nullptr, p[3] ? &reading.fNew : nullptr,
+                             p[4] ? &reading.hmt : nullptr, p[5] ? &reading.front : nullptr,
+                             p[6] ? &reading.back : nullptr),
+                  c.code);
+    }
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, PortThatDoesNotOpen_GivesMinus5AndTouchesNothing)
+{
+    expectOpen(7);
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), -5);
+    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：7\n");
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, NoCard_GivesMinus24AndTouchesNothing)
+{
+    expectOpen();
+    expectFind(0);
+    expectClose();
+    EXPECT_EQ(reading.read(), -24);
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ReadFailureOfCodeOne_LooksLikeAPortThatDidNotOpen)
+{
+    expectOpen();
+    expectFind();
+    expectRead({}, 1);
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), -5);
+    EXPECT_EQ(console.take(), "card reading error, result is：1\n");
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ReadFailureOfCodeMinus4_LooksLikeNoCard)
+{
+    expectOpen();
+    expectFind();
+    expectRead({}, -4);
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), -24);
+    console.take();
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, UnexpectedReadCode_GivesZeroWithNothingFilled)
+{
+    for (const int code : {0, 2, -1, -5, 66, 145}) {
+        expectOpen();
+        expectFind();
+        expectRead({0, 0, 0, {}}, code);
+        expectClose();
+        WideConsoleCapture console;
+        EXPECT_EQ(reading.read(), 0);
+        EXPECT_EQ(console.take(), "card reading error, result is：" + std::to_string(code) + "\n");
+        expectUntouched(reading);
+    }
+}
+
+TEST_F(ReadIdCard, UnexpectedReadCodeWithAFilledRecord_GoesOnAsASuccess)
+{
+    expectOpen();
+    expectFind();
+    expectRead({2, 38862, 0, {}}, 9);
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), 0);
+    console.take();
+    EXPECT_EQ(reading.cardKind, 3U);
+}
+
+TEST_F(ReadIdCard, UnknownKind_GivesZeroWithNothingFilled)
+{
+    for (const int kind : {0, 5, -1, 256, 0x01000000}) {
+        readCard({kind, 38862, 1024, {}});
+        expectUntouched(reading);
+    }
+}
+
+TEST_F(ReadIdCard, TransientFailures_AreRetriedInsideTheCall)
+{
+    expectOpen();
+    expectFind();
+    EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1)).WillOnce(Return(65));
+    expectRead({});
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), 0);
+    EXPECT_EQ(console.take(), "card reading fail!\n");
+    EXPECT_EQ(reading.cardKind, 0U);
+}
+
+TEST_F(ReadIdCard, WorkingBuffers_AreZeroWhenTheReaderGetsThem)
+{
+    expectOpen();
+    expectFind();
+    EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
+        .WillOnce([](int, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
+                     unsigned char *fp, unsigned int *fpLen, int) {
+            const auto allZero = [](const void *data, std::size_t size) {
+                const auto *bytes = static_cast<const unsigned char *>(data);
+                return std::all_of(bytes, bytes + size, [](unsigned char b) { return b == 0; });
+            };
+            EXPECT_TRUE(allZero(info, 1080));
+            EXPECT_TRUE(allZero(photo, 38862));
+            EXPECT_TRUE(allZero(fp, 1024));
+            EXPECT_EQ(*photoLen, 0U);
+            EXPECT_EQ(*fpLen, 0U);
+            return DONE;
+        });
+    expectClose();
+    EXPECT_EQ(reading.read(), 0);
+}
+
+TEST_F(ReadIdCard, ResidentCard_FillsOnlyItsRecord)
+{
+    readCard({1, 38862, 1024, {}});
+    EXPECT_EQ(reading.cardKind, 0U);
+    expectUntouched(reading.f2017, "f2017");
+    expectUntouched(reading.fNew, "fNew");
+    expectUntouched(reading.hmt, "hmt");
+    EXPECT_EQ(reading.cn.szName, "");
+}
+
+TEST_F(ReadIdCard, HmtPermit_FillsOnlyItsRecordAndNeverTheSpareSlot)
+{
+    readCard({2, 38862, 1024, {}});
+    EXPECT_EQ(reading.cardKind, 3U);
+    expectCnUntouched(reading);
+    expectUntouched(reading.f2017, "f2017");
+    expectUntouched(reading.fNew, "fNew");
+    EXPECT_EQ(reading.hmt.szName, "");
+    EXPECT_EQ(reading.hmt.szReserved, "before 11");
+}
+
+TEST_F(ReadIdCard, Foreign2017Card_FillsOnlyItsRecordAndNeverTheSpareSlot)
+{
+    readCard({3, 38862, 1024, {}});
+    EXPECT_EQ(reading.cardKind, 1U);
+    expectCnUntouched(reading);
+    expectUntouched(reading.fNew, "fNew");
+    expectUntouched(reading.hmt, "hmt");
+    EXPECT_EQ(reading.f2017.szEnglishName, "");
+    EXPECT_EQ(reading.f2017.szReserved, "before 10");
+}
+
+TEST_F(ReadIdCard, ForeignNewCard_FillsOnlyItsRecord)
+{
+    readCard({4, 38862, 1024, {}});
+    EXPECT_EQ(reading.cardKind, 2U);
+    expectCnUntouched(reading);
+    expectUntouched(reading.f2017, "f2017");
+    expectUntouched(reading.hmt, "hmt");
+    EXPECT_EQ(reading.fNew.szChineseName, "");
+}
+
+TEST_F(ReadIdCard, KnownKind_ReplacesBothPictures)
+{
+    readCard({1, 38862, 0, {}});
+    EXPECT_EQ(reading.front, "");
+    EXPECT_EQ(reading.back, "");
+}
+
+TEST_F(ReadIdCard, BmpPhoto_IsHandedOnWithoutDecoding)
+{
+    readCard({1, 38862, 0, {}});
+    for (unsigned int i = 0; i < 38862; ++i)
+        ASSERT_EQ(reading.cn.byPhoto[i], static_cast<unsigned char>(i * 7 + 3)) << i;
+}
+
+TEST_F(ReadIdCard, CompressedPhotoThatDecodes_IsHandedOnAsItCameThenZeros)
+{
+    for (const int kind : {1, 2, 3, 4}) {
+        expectOpen();
+        expectFind();
+        expectRead({kind, 1024, 0, {}});
+        expectUnpack(1);
+        expectClose();
+        EXPECT_EQ(reading.read(), 0);
+        const unsigned char *const photos[] = {reading.cn.byPhoto, reading.hmt.byPhoto,
+                                               reading.f2017.byPhoto, reading.fNew.byPhoto};
+        const unsigned char *const photo = photos[kind - 1];
+        for (unsigned int i = 0; i < 1024; ++i)
+            ASSERT_EQ(photo[i], static_cast<unsigned char>(i * 7 + 3)) << i;
+        for (unsigned int i = 1024; i < 38862; ++i)
+            ASSERT_EQ(photo[i], 0) << i;
+    }
+    EXPECT_THAT(log.texts(), IsEmpty());
+}
+
+TEST_F(ReadIdCard, CompressedPhotoThatDoesNotDecode_GivesMinus26BeforeAnythingIsWritten)
+{
+    for (const int result : {0, -1, 2, 144}) {
+        expectOpen();
+        expectFind();
+        expectRead({1, 1024, 1024, {}});
+        expectUnpack(result);
+        expectClose();
+        EXPECT_EQ(reading.read(), -26);
+        expectUntouched(reading);
+    }
+    const auto messages = log.messages();
+    ASSERT_EQ(messages.size(), 4U);
+    for (const auto &message : messages) {
+        EXPECT_EQ(message.text, "解码头像数据失败!");
+        EXPECT_EQ(message.type, QtDebugMsg);
+        EXPECT_EQ(message.category, "default");
+    }
+}
+
+TEST_F(ReadIdCard, UndecodablePhotoOfAnUnknownKind_StillGivesMinus26)
+{
+    expectOpen();
+    expectFind();
+    expectRead({9, 1024, 0, {}});
+    expectUnpack(0);
+    expectClose();
+    EXPECT_EQ(reading.read(), -26);
+}
+
+TEST_F(ReadIdCard, PhotoOfAnotherLength_GoesThroughAsTheBufferWasLeft)
+{
+    for (const unsigned int length : {0U, 1U, 1023U, 1025U, 38861U, 38863U, 0xffffffffU}) {
+        readCard({1, length, 0, {}});
+        const unsigned int written = std::min(length, 38862U);
+        for (unsigned int i = 0; i < 38862; ++i)
+            ASSERT_EQ(reading.cn.byPhoto[i],
+                      i < written ? static_cast<unsigned char>(i * 7 + 3) : 0)
+                << length << " at " << i;
+    }
+}
+
+TEST_F(ReadIdCard, TwoPrints_AreCopiedWhole)
+{
+    readCard({1, 38862, 1024, {}});
+    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_TWO);
+    for (unsigned int i = 0; i < 1024; ++i)
+        ASSERT_EQ(reading.cn.byFpData[i], static_cast<unsigned char>(i * 5 + 1)) << i;
+}
+
+TEST_F(ReadIdCard, OnePrint_IsFollowedByZeros)
+{
+    readCard({1, 38862, 512, {}});
+    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_ONE);
+    for (unsigned int i = 0; i < 1024; ++i)
+        ASSERT_EQ(reading.cn.byFpData[i], i < 512 ? static_cast<unsigned char>(i * 5 + 1) : 0) << i;
+}
+
+TEST_F(ReadIdCard, NoPrint_LeavesZeros)
+{
+    readCard({1, 38862, 0, {}});
+    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_NONE);
+    for (const unsigned char byte : reading.cn.byFpData)
+        ASSERT_EQ(byte, 0);
+}
+
+TEST_F(ReadIdCard, PrintsOfAnotherLength_LeaveTheTypeAndZeros)
+{
+    for (const unsigned int length : {1U, 511U, 513U, 1023U, 1025U, 0xffffffffU}) {
+        mark(reading);
+        readCard({1, 38862, length, {}});
+        EXPECT_EQ(reading.cn.fpInfoType, 77) << length;
+        for (const unsigned char byte : reading.cn.byFpData)
+            ASSERT_EQ(byte, 0) << length;
+    }
+}
+
+TEST_F(ReadIdCard, PrintsOnAnotherKind_AreDropped)
+{
+    readCard({2, 38862, 1024, {}});
+    expectCnUntouched(reading);
+}
+
+TEST_F(ReadIdCard, SecondCall_BuildsAFreshReader)
+{
+    expectOpen();
+    expectFind();
+    expectRead({}, -9);
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), 0);
+    console.take();
+    readCard({4, 38862, 0, {}});
+    EXPECT_EQ(reading.cardKind, 2U);
+}
+
+TEST_F(ReadIdCard, ThrowingOpen_GivesMinus5)
+{
+    EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), -5);
+    console.take();
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ThrowingFind_GivesMinus24AndClosesThePort)
+{
+    expectOpen();
+    EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Throw(std::runtime_error("find")));
+    expectClose();
+    EXPECT_EQ(reading.read(), -24);
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ThrowingRead_GivesMinus23AndClosesThePort)
+{
+    expectOpen();
+    expectFind();
+    EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
+        .WillOnce(Throw(std::runtime_error("read")));
+    expectClose();
+    WideConsoleCapture console;
+    EXPECT_EQ(reading.read(), -23);
+    EXPECT_EQ(console.take(), "card reading error, result is：65\n");
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ThrowingDecoder_GivesMinus26AndClosesThePort)
+{
+    expectOpen();
+    expectFind();
+    expectRead({1, 1024, 0, {}});
+    EXPECT_CALL(library, unpack(_, _, 106)).WillOnce(Throw(std::runtime_error("unpack")));
+    expectClose();
+    EXPECT_EQ(reading.read(), -26);
+    EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!"));
+    expectUntouched(reading);
+}
+
+TEST_F(ReadIdCard, ThrowingClose_DoesNotChangeTheResult)
+{
+    expectOpen();
+    expectFind();
+    expectRead({1, 38862, 0, {}});
+    EXPECT_CALL(library, closePort(PORT)).WillOnce(Throw(std::runtime_error("close")));
+    EXPECT_EQ(reading.read(), 0);
+}

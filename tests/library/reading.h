@@ -1,0 +1,117 @@
+#pragma once
+
+// One call of readIDCard with all its outputs, and helpers to script the card it reads.
+
+#include "api/idcard_reader_api.h"
+#include "tests/library/closed_library_mock.h"
+
+#include <cstring>
+#include <string>
+
+#include <QString>
+
+/** A kind that no card has; still there after a call that filled nothing. */
+constexpr unsigned int NO_KIND = 99;
+
+struct Reading {
+    unsigned int cardKind = NO_KIND;
+    _tagIDCARD_INFO_ALL_CN cn{};
+    _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017{};
+    _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew{};
+    _tagIDCARD_INFO_ALL_HMT hmt{};
+    std::string front = "front before";
+    std::string back = "back before";
+
+    int read() { return readIDCard(&cardKind, &cn, &f2017, &fNew, &hmt, &front, &back); }
+};
+
+/** Every string field of a record, in the record's order. */
+inline auto stringFields(_tagIDCARD_INFO_ALL_CN &r)
+{
+    return std::vector<std::string *>{
+        &r.szName,    &r.szSex, &r.szNation, &r.szBirthYear,  &r.szBirthMonth, &r.szBirthDay,
+        &r.szAddress, &r.szID,  &r.szDept,   &r.szValidStart, &r.szValidEnd};
+}
+inline auto stringFields(_tagIDCARD_INFO_ALL_HMT &r)
+{
+    return std::vector<std::string *>{
+        &r.szName, &r.szSex,  &r.szBirthYear,  &r.szBirthMonth, &r.szBirthDay,   &r.szAddress,
+        &r.szID,   &r.szDept, &r.szValidStart, &r.szValidEnd,   &r.szPassNumber, &r.szReserved};
+}
+inline auto stringFields(_tagIDCARD_INFO_ALL_FOREIGN_2017 &r)
+{
+    return std::vector<std::string *>{&r.szEnglishName, &r.szSex,         &r.szID,
+                                      &r.szNationality, &r.szChineseName, &r.szValidStart,
+                                      &r.szValidEnd,    &r.szBirthYear,   &r.szBirthMonth,
+                                      &r.szBirthDay,    &r.szReserved};
+}
+inline auto stringFields(_tagIDCARD_INFO_ALL_FOREIGN_NEW &r)
+{
+    return std::vector<std::string *>{
+        &r.szChineseName, &r.szSex, &r.szCardExtra,  &r.szBirthYear, &r.szBirthMonth, &r.szBirthDay,
+        &r.szEnglishName, &r.szID,  &r.szValidStart, &r.szValidEnd,  &r.szNationality};
+}
+
+/** A value in every field, so that a field written by mistake shows. */
+template <typename Record>
+void mark(Record &record)
+{
+    int number = 0;
+    for (std::string *field : stringFields(record))
+        *field = "before " + std::to_string(number++);
+    std::memset(record.byPhoto, 0xa5, sizeof(record.byPhoto));
+}
+
+template <typename Record>
+void expectUntouched(Record &record, const char *which)
+{
+    int number = 0;
+    for (const std::string *field : stringFields(record))
+        EXPECT_EQ(*field, "before " + std::to_string(number++)) << which;
+    for (const unsigned char byte : record.byPhoto) {
+        if (byte != 0xa5) {
+            ADD_FAILURE() << which << ": byPhoto was written";
+            break;
+        }
+    }
+}
+
+inline void mark(Reading &reading)
+{
+    mark(reading.cn);
+    mark(reading.f2017);
+    mark(reading.fNew);
+    mark(reading.hmt);
+    reading.cn.fpInfoType = static_cast<FP_INFO_TYPE>(77);
+    std::memset(reading.cn.byFpData, 0x5a, sizeof(reading.cn.byFpData));
+}
+
+inline void expectCnUntouched(Reading &reading)
+{
+    expectUntouched(reading.cn, "cn");
+    EXPECT_EQ(reading.cn.fpInfoType, 77);
+    for (const unsigned char byte : reading.cn.byFpData)
+        ASSERT_EQ(byte, 0x5a) << "byFpData was written";
+}
+
+/** Nothing that `mark` marked has changed, nor the kind and the pictures. */
+inline void expectUntouched(Reading &reading)
+{
+    EXPECT_EQ(reading.cardKind, NO_KIND);
+    expectCnUntouched(reading);
+    expectUntouched(reading.f2017, "f2017");
+    expectUntouched(reading.fNew, "fNew");
+    expectUntouched(reading.hmt, "hmt");
+    EXPECT_EQ(reading.front, "front before");
+    EXPECT_EQ(reading.back, "back before");
+}
+
+/** Writes `text` as UCS-2, little-endian, at byte `offset` of the maker's record. */
+inline void putText(CardInfoStruct &info, int offset, const QString &text)
+{
+    auto *const bytes = reinterpret_cast<unsigned char *>(&info) + offset;
+    for (int i = 0; i < text.size(); ++i) {
+        bytes[2 * i] = text.at(i).cell();
+        bytes[2 * i + 1] = text.at(i).row();
+    }
+}

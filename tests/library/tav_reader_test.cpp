@@ -1,0 +1,327 @@
+// CTavReader: what it calls, in which order, what it prints and what it returns.
+
+#include "reader/tav_reader.h"
+#include "tests/library/closed_library_mock.h"
+#include "tests/library/wide_console_capture.h"
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include <QElapsedTimer>
+
+namespace
+{
+
+using testing::_;
+using testing::InSequence;
+using testing::Return;
+using testing::Throw;
+
+constexpr int PORT = 1001;
+constexpr int DONE = 144;
+
+/** The five arguments of a fetch; only their addresses matter here. */
+struct Buffers {
+    CardInfoStruct info{};
+    unsigned char photo[38862] = {};
+    unsigned int photoLen = 0;
+    unsigned char fp[1024] = {};
+    unsigned int fpLen = 0;
+
+    int fetch(CTavReader &reader)
+    {
+        return reader.FetchCardData(&info, photo, &photoLen, fp, &fpLen);
+    }
+};
+
+class TavReader : public testing::Test
+{
+protected:
+    void expectOpen(int result = DONE)
+    {
+        EXPECT_CALL(library, openPort(PORT)).WillOnce(Return(result));
+    }
+    void expectFind(int result = DONE)
+    {
+        EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Return(result));
+    }
+    auto &expectRead()
+    {
+        return EXPECT_CALL(library, readIDCard(PORT, &buffers.info, buffers.photo,
+                                               &buffers.photoLen, buffers.fp, &buffers.fpLen, 1));
+    }
+    void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
+
+    StrictClosedLibrary library;
+    Buffers buffers;
+    InSequence inSequence;
+};
+
+} // namespace
+
+TEST_F(TavReader, CardOnTheReader_IsReadOnceAndThePortClosed)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(DONE));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(reader.state(), 2);
+        EXPECT_EQ(buffers.fetch(reader), 144);
+        EXPECT_EQ(reader.state(), 3);
+    }
+    EXPECT_EQ(console.take(), "");
+}
+
+TEST_F(TavReader, PortThatDoesNotOpen_IsToldAndNeverClosed)
+{
+    expectOpen(-77);
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(reader.state(), -2);
+        EXPECT_EQ(buffers.fetch(reader), 1);
+        EXPECT_EQ(buffers.fetch(reader), 1);
+    }
+    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：-77\n");
+}
+
+TEST_F(TavReader, OpenAnsweringOneOrZero_HasFailed)
+{
+    expectOpen(1);
+    expectOpen(0);
+
+    WideConsoleCapture console;
+    CTavReader{};
+    CTavReader{};
+    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：1\n打开读卡器失败，错误码：0\n");
+}
+
+TEST_F(TavReader, CodeOfFourDigits_IsPrintedWithoutGrouping)
+{
+    expectOpen(1234567);
+    WideConsoleCapture console;
+    CTavReader{};
+    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：1234567\n");
+}
+
+TEST_F(TavReader, NoCard_LeavesTheReaderOpenForAnotherTry)
+{
+    expectOpen();
+    expectFind(0);
+    expectFind(DONE);
+    expectRead().WillOnce(Return(DONE));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), -4);
+        EXPECT_EQ(reader.state(), 2);
+        EXPECT_EQ(buffers.fetch(reader), 144);
+    }
+    EXPECT_EQ(console.take(), "");
+}
+
+TEST_F(TavReader, TransientFailures_ArePrintedAndRetriedEvery50Ms)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(65)).WillOnce(Return(65)).WillOnce(Return(DONE));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_EQ(buffers.fetch(reader), 144);
+        EXPECT_GE(timer.elapsed(), 100);
+        EXPECT_EQ(reader.state(), 3);
+    }
+    EXPECT_EQ(console.take(), "card reading fail!\ncard reading fail!\n");
+}
+
+TEST_F(TavReader, ManyTransientFailures_AreAllRetried)
+{
+    expectOpen();
+    expectFind();
+    expectRead().Times(30).WillRepeatedly(Return(65));
+    expectRead().WillOnce(Return(DONE));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), 144);
+    }
+    std::string expected;
+    for (int i = 0; i < 30; ++i)
+        expected += "card reading fail!\n";
+    EXPECT_EQ(console.take(), expected);
+}
+
+TEST_F(TavReader, ReadFailure_IsReturnedUnchangedAndBlocksFurtherReads)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(-3));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), -3);
+        EXPECT_EQ(reader.state(), -3);
+        EXPECT_EQ(buffers.fetch(reader), 65);
+        EXPECT_EQ(reader.state(), -3);
+    }
+    EXPECT_EQ(console.take(), "card reading error, result is：-3\n");
+}
+
+TEST_F(TavReader, FailureAfterTransientOnes_PrintsAllLinesInOrder)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(65)).WillOnce(Return(0));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), 0);
+    }
+    EXPECT_EQ(console.take(), "card reading fail!\ncard reading error, result is：0\n");
+}
+
+TEST_F(TavReader, SecondReadThroughOneObject_IsAllowedAfterASuccess)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(DONE));
+    expectFind();
+    expectRead().WillOnce(Return(DONE));
+    expectClose();
+
+    CTavReader reader;
+    EXPECT_EQ(buffers.fetch(reader), 144);
+    EXPECT_EQ(buffers.fetch(reader), 144);
+}
+
+TEST_F(TavReader, FailureOfClosing_IsIgnored)
+{
+    expectOpen();
+    EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(-1));
+    const CTavReader reader;
+}
+
+TEST_F(TavReader, Constructor_SetsTheLocaleFromTheEnvironment)
+{
+    std::setlocale(LC_ALL, "C");
+    EXPECT_CALL(library, openPort(PORT)).WillOnce([](int) {
+        EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
+        return DONE;
+    });
+    expectClose();
+    const CTavReader reader;
+}
+
+TEST_F(TavReader, ThrowingOpen_CountsAsFailedOpen)
+{
+    EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(reader.state(), -2);
+        EXPECT_EQ(buffers.fetch(reader), 1);
+    }
+    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：-1\n");
+}
+
+TEST_F(TavReader, ThrowingFind_CountsAsNoCardAndThePortIsClosed)
+{
+    expectOpen();
+    EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Throw(1));
+    expectClose();
+
+    CTavReader reader;
+    EXPECT_EQ(buffers.fetch(reader), -4);
+}
+
+TEST_F(TavReader, ThrowingRead_IsAFailedReadThatIsNotTriedAgain)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Throw(std::bad_alloc()));
+    expectClose();
+
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), 65);
+        EXPECT_EQ(reader.state(), -3);
+    }
+    EXPECT_EQ(console.take(), "card reading error, result is：65\n");
+}
+
+TEST_F(TavReader, ThrowingClose_DoesNotLeaveTheDestructor)
+{
+    expectOpen();
+    EXPECT_CALL(library, closePort(PORT)).WillOnce(Throw(std::runtime_error("close")));
+    const CTavReader reader;
+}
+
+TEST_F(TavReader, LocaleWithoutChinese_StillTellsTheCode)
+{
+    expectOpen(-1);
+    setenv("LC_ALL", "C", 1);
+    WideConsoleCapture console;
+    CTavReader{};
+    setenv("LC_ALL", "C.UTF-8", 1);
+    EXPECT_THAT(console.take(), testing::EndsWith(":-1\n"));
+}
+
+TEST_F(TavReader, ConsoleThatTakesNothing_CostsTheMessageAndNoLaterOne)
+{
+    expectOpen(-1);
+    expectOpen(-2);
+    class : public std::wstreambuf
+    {
+    } full; // refuses every character
+    std::wstreambuf *const console = std::wcout.rdbuf(&full);
+    CTavReader{};
+    std::wstringbuf text;
+    EXPECT_TRUE(std::wcout.good());
+    std::wcout.rdbuf(&text);
+    CTavReader{};
+    std::wcout.rdbuf(console);
+    EXPECT_EQ(text.str(), L"打开读卡器失败，错误码：-2\n");
+}
+
+TEST_F(TavReader, ConsoleThatThrows_DoesNotStopTheRead)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(65)).WillOnce(Return(DONE));
+    expectClose();
+
+    WideConsoleCapture console;
+    std::fputs("bytes\n", stdout);
+    std::wcout.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+    {
+        CTavReader reader;
+        EXPECT_EQ(buffers.fetch(reader), 144);
+    }
+    std::wcout.exceptions(std::ios_base::goodbit);
+    console.take();
+}
