@@ -16,9 +16,8 @@ namespace
 {
 
 CardInfoStruct card;
-unsigned int photoLength = IDCARD_PHOTO_SIZE;
 
-/** Fills the text fields of both the two halves of the record with ideographs, and a country. */
+/** A record of `kind` with ideographs in every field, full to the last character. */
 CardInfoStruct fullCard(CardInfoKind kind)
 {
     CardInfoStruct info{};
@@ -57,8 +56,8 @@ void readCard(benchmark::State &state, CardInfoKind kind)
     }
 }
 
-template <typename Record>
-void extractRecord(benchmark::State &state, CardInfoKind kind)
+template <typename Record, CardInfoKind kind>
+void extractRecord(benchmark::State &state)
 {
     static Record record{};
     CardInfoStruct info = fullCard(kind);
@@ -90,7 +89,7 @@ int KVO_ReadIDCard(int, CardInfoStruct *info, unsigned char *, unsigned int *pho
                    unsigned char *, unsigned int *fpLen, int)
 {
     *info = card;
-    *photoLen = photoLength;
+    *photoLen = IDCARD_PHOTO_SIZE;
     *fpLen = IDCARD_FINGERPRINT_AREA_SIZE;
     return KVO_SUCCESS;
 }
@@ -110,12 +109,10 @@ BENCHMARK_CAPTURE(readCard, hmt, CARD_INFO_KIND_HMT);
 BENCHMARK_CAPTURE(readCard, foreign_2017, CARD_INFO_KIND_FOREIGN_2017);
 BENCHMARK_CAPTURE(readCard, foreign_new, CARD_INFO_KIND_FOREIGN_NEW);
 
-BENCHMARK_CAPTURE(extractRecord<_tagIDCARD_INFO_ALL_CN>, resident, CARD_INFO_KIND_CN);
-BENCHMARK_CAPTURE(extractRecord<_tagIDCARD_INFO_ALL_HMT>, hmt, CARD_INFO_KIND_HMT);
-BENCHMARK_CAPTURE(extractRecord<_tagIDCARD_INFO_ALL_FOREIGN_2017>, foreign_2017,
-                  CARD_INFO_KIND_FOREIGN_2017);
-BENCHMARK_CAPTURE(extractRecord<_tagIDCARD_INFO_ALL_FOREIGN_NEW>, foreign_new,
-                  CARD_INFO_KIND_FOREIGN_NEW);
+BENCHMARK_TEMPLATE(extractRecord, _tagIDCARD_INFO_ALL_CN, CARD_INFO_KIND_CN);
+BENCHMARK_TEMPLATE(extractRecord, _tagIDCARD_INFO_ALL_HMT, CARD_INFO_KIND_HMT);
+BENCHMARK_TEMPLATE(extractRecord, _tagIDCARD_INFO_ALL_FOREIGN_2017, CARD_INFO_KIND_FOREIGN_2017);
+BENCHMARK_TEMPLATE(extractRecord, _tagIDCARD_INFO_ALL_FOREIGN_NEW, CARD_INFO_KIND_FOREIGN_NEW);
 
 BENCHMARK_CAPTURE(lookUpCountry, first_row, "AFG");
 BENCHMARK_CAPTURE(lookUpCountry, last_row, "ZWE");
