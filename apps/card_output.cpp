@@ -1,0 +1,149 @@
+#include "apps/card_output.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QDir>
+#include <QJsonDocument>
+
+#include "apps/card_files.h"
+#include "apps/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+struct PhotoFormatRow {
+    PhotoFormat format;
+    const char *key;
+    const char *label;
+    const char *note; ///< why there is no picture to save; null when there is one
+};
+
+constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
+    {PhotoFormat::None, "none", "none", "The reader delivered no photo"},
+    {PhotoFormat::Bmp, "bmp", "BMP picture, 102 x 126 pixels", nullptr},
+    {PhotoFormat::Compressed, "compressed", "compressed, not a picture",
+     "The reader delivered the photo in the card's compressed form, not as a picture"},
+    {PhotoFormat::Unknown, "unknown", "in a form that is not known",
+     "The reader delivered the photo in a form that is not known"},
+}};
+
+const PhotoFormatRow &photoFormatRow(const Card &card)
+{
+    const PhotoFormat format = card.photoFormat();
+    return *std::find_if(PHOTO_FORMATS.begin(), PHOTO_FORMATS.end(),
+                         [&](const PhotoFormatRow &row) { return row.format == format; });
+}
+
+QJsonValue jsonValue(const CardField &field)
+{
+    if (field.form != FieldForm::SplitDate)
+        return field.content.first();
+    return QJsonObject{
+        {"year", field.content[0]}, {"month", field.content[1]}, {"day", field.content[2]}};
+}
+
+bool isEightDigits(const QString &text)
+{
+    return text.size() == 8 && std::all_of(text.begin(), text.end(), [](QChar character) {
+               return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+           });
+}
+
+QStringList dateParts(const QString &date)
+{
+    if (!isEightDigits(date))
+        return {date};
+    return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
+}
+
+QString textForPeople(const CardField &field)
+{
+    QStringList parts = field.content;
+    if (field.form == FieldForm::Date)
+        parts = dateParts(parts.first());
+    parts.removeAll(QString());
+    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+}
+
+QString fingerprintsForPeople(const Card &card)
+{
+    const std::optional<int> count = card.fingerprintCount();
+    if (!count)
+        return QStringLiteral("unknown; the reader delivered an unusual amount of data");
+    return *count == 0 ? QStringLiteral("none") : QString::number(*count);
+}
+
+QString pathIn(const QString &folder, const char *name)
+{
+    return folder.isEmpty() ? QLatin1String(name) : QDir(folder).filePath(QLatin1String(name));
+}
+
+} // namespace
+
+QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
+{
+    QJsonObject object{{"kind", QLatin1String(card.kindKey())},
+                       {"cardKind", static_cast<int>(card.kindCode())}};
+    for (const CardField &field : card.fields())
+        object.insert(QLatin1String(field.key), jsonValue(field));
+
+    object.insert("photo", QJsonObject{{"format", QLatin1String(photoFormatRow(card).key)}});
+    if (card.mayHaveFingerprints()) {
+        const std::optional<int> count = card.fingerprintCount();
+        object.insert("fingerprints",
+                      QJsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
+    }
+
+    for (const CardFile &file : cardFiles()) {
+        if (file.jsonKey == nullptr || !object.contains(QLatin1String(file.jsonKey)))
+            continue;
+        const bool saved = folder.has_value() && !file.content(card).isNull();
+        QJsonObject part = object.value(QLatin1String(file.jsonKey)).toObject();
+        part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
+        object.insert(QLatin1String(file.jsonKey), part);
+    }
+    return object;
+}
+
+QByteArray indentedJson(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+QByteArray jsonLine(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QString toTable(const Card &card, const std::optional<QString> &folder)
+{
+    QVector<QStringList> rows{{QStringLiteral("Kind"), QString::fromUtf8(card.kindLabel())}};
+    for (const CardField &field : card.fields())
+        rows << QStringList{QString::fromUtf8(field.label), textForPeople(field)};
+    rows << QStringList{QStringLiteral("Photo"), QString::fromUtf8(photoFormatRow(card).label)};
+    if (card.mayHaveFingerprints())
+        rows << QStringList{QStringLiteral("Fingerprints"), fingerprintsForPeople(card)};
+
+    if (folder) {
+        QString label = QStringLiteral("Saved as");
+        for (const CardFile &file : cardFiles()) {
+            if (file.content(card).isNull())
+                continue;
+            rows << QStringList{label, pathIn(*folder, file.name)};
+            label.clear();
+        }
+    }
+    return alignedTable(rows);
+}
+
+QString missingPhotoNote(const Card &card)
+{
+    const char *const note = photoFormatRow(card).note;
+    return note == nullptr ? QString() : QString::fromUtf8(note);
+}
+
+} // namespace app

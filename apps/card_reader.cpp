@@ -1,0 +1,71 @@
+#include "apps/card_reader.h"
+
+#include "api/idcard_reader_api.h"
+#include "apps/interruption.h"
+#include "apps/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+// No `IDCARD_KIND`: it stays when the call returns 0 without filling a record.
+constexpr unsigned int NO_KIND = 99;
+
+// A terminal is 80 columns wide, and the first line comes after the program's name.
+constexpr int MESSAGE_WIDTH = 79;
+constexpr int FIRST_LINE_WIDTH = 64;
+
+QString paragraph(const char *heading, const char *text)
+{
+    constexpr int INDENT = 4;
+    return QStringLiteral("  ") +
+           wrapped(QLatin1String(heading) + QLatin1Char(' ') + QString::fromUtf8(text),
+                   MESSAGE_WIDTH - INDENT, INDENT);
+}
+
+} // namespace
+
+ExitStatus ReadOutcome::exitStatus() const
+{
+    const ResultEntry *const entry = findResult(code, card.has_value());
+    return entry != nullptr ? entry->exitStatus : ExitStatus::ProgramFailed;
+}
+
+ReadOutcome readCard()
+{
+    auto records = std::make_unique<CardRecords>();
+    unsigned int kind = NO_KIND;
+    std::string front;
+    std::string back;
+
+    ReadOutcome outcome;
+    const ReadInProgress reading;
+    outcome.code = readIDCard(&kind, &records->cn, &records->foreign2017, &records->foreignNew,
+                              &records->hmt, &front, &back);
+    if (outcome.code == IDCARD_RESULT_OK && isCardKind(kind))
+        outcome.card.emplace(kind, std::move(records));
+    return outcome;
+}
+
+QString explain(const ReadOutcome &outcome)
+{
+    const ResultEntry *const entry = findResult(outcome.code, outcome.card.has_value());
+    if (entry == nullptr) {
+        return QStringLiteral("The library returned the code %1, which this program does not know. "
+                              "Install the program and the library of the same version.")
+            .arg(outcome.code);
+    }
+    QString happened = QString::fromUtf8(entry->summary);
+    happened.chop(1); // the full stop comes after the code
+    const QString summary = QStringLiteral("%1 (code %2, %3).")
+                                .arg(happened)
+                                .arg(entry->code)
+                                .arg(QLatin1String(entry->constant));
+    return QStringList{wrapped(summary, FIRST_LINE_WIDTH, 2), paragraph("Cause:", entry->cause),
+                       paragraph("What to do:", entry->remedy)}
+        .join(QLatin1Char('\n'));
+}
+
+} // namespace app

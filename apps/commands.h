@@ -1,0 +1,35 @@
+#pragma once
+
+// The commands of the tool. Each writes its result to `output` and tells failures on standard
+// error; that `output` cannot be written is told by the caller.
+
+#include "apps/card.h"
+#include "apps/options.h"
+#include "apps/simulator_library.h"
+#include "apps/standard_streams.h"
+
+namespace app
+{
+
+/** Needs a QGuiApplication, as all that reads a card. */
+ExitStatus runRead(const Options &options, Output *output);
+
+/** Needs a QGuiApplication. */
+ExitStatus runWatch(const Options &options, Output *output);
+
+/** Needs a QCoreApplication. */
+ExitStatus runCards(const Options &options, Output *output);
+
+/** Tells `message` on standard error if --verbose was given. */
+void tellIfVerbose(const Options &options, const QString &message);
+
+/** Tells a problem of the simulator, if it is one, and returns how the program ends by it. */
+ExitStatus told(const SimulatorProblem &problem);
+
+/** Loads the simulator and sets its faults, if --simulate was given. */
+SimulatorProblem prepareSimulator(const Options &options, SimulatorLibrary *simulator);
+
+/** Tells which file of the card was not written because there is no picture, if so. */
+void tellMissingPhoto(const Card &card);
+
+} // namespace app

@@ -1,0 +1,113 @@
+#include "apps/help_text.h"
+
+#include <algorithm>
+
+#include "api/idcard_reader_api.h"
+#include "apps/result_catalogue.h"
+#include "apps/text_layout.h"
+#include "simulator/faults.h"
+
+namespace app
+{
+
+namespace
+{
+
+constexpr int HELP_WIDTH = 79;
+
+/** A heading and rows of a short text and its explanation, which may run over several lines. */
+QString section(const char *heading, const QVector<QStringList> &rows)
+{
+    constexpr int MARGIN = 2;
+    int column = 0;
+    for (const QStringList &row : rows)
+        column = std::max(column, MARGIN + displayWidth(row[0]) + 2);
+    QString text = QStringLiteral("\n%1:\n").arg(QLatin1String(heading));
+    for (const QStringList &row : rows) {
+        text += padded(QString(MARGIN, QLatin1Char(' ')) + row[0], column) +
+                wrapped(row[1], HELP_WIDTH - column, column) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString exitStatusSection()
+{
+    QVector<QStringList> rows;
+    for (const ExitStatusEntry &entry : exitStatusCatalogue())
+        rows << QStringList{QString::number(static_cast<int>(entry.status)),
+                            QString::fromUtf8(entry.meaning)};
+    return section("Exit status", rows);
+}
+
+QString faultSection()
+{
+    QVector<QStringList> rows;
+    for (const simulator::FaultRule &rule : simulator::faultRules())
+        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning)};
+    return section("Faults of the simulator", rows);
+}
+
+QString environmentSection()
+{
+    return section(
+        "Environment",
+        {{QStringLiteral("QT_QPA_PLATFORM"),
+          QStringLiteral("Qt's platform; \"offscreen\" is chosen when there is no display.")},
+         {QStringLiteral("IDCARD_SIMULATOR_LIBRARY"),
+          QStringLiteral("The simulator's library file, when it is not found by itself.")}});
+}
+
+} // namespace
+
+QString overallHelp()
+{
+    QVector<QStringList> commands;
+    for (const CommandRow &row : commandTable())
+        commands << QStringList{QLatin1String(row.name), QLatin1String(row.summary)};
+    return QStringLiteral("Usage: idcard-reader COMMAND [options]\n\n") +
+           wrapped(QStringLiteral("Reads Chinese identity documents with a desktop card reader: "
+                                  "resident identity cards, residence permits for Hong Kong, Macao "
+                                  "and Taiwan residents, and foreigners' permanent residence "
+                                  "cards."),
+                   HELP_WIDTH, 0) +
+           QLatin1Char('\n') + section("Commands", commands) +
+           section("Options",
+                   {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
+                    {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
+           exitStatusSection() + environmentSection() +
+           QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
+}
+
+QString commandHelp(const CommandRow &command)
+{
+    const QString name = QLatin1String(command.name);
+    QVector<QStringList> options;
+    bool hasFaults = false;
+    for (const OptionRow &row : optionTable()) {
+        if (!belongsTo(row, command.command))
+            continue;
+        hasFaults = hasFaults || row.id == OptionId::Fault;
+        QString usage = QStringLiteral("--") + QLatin1String(optionName(row.id));
+        if (row.id == OptionId::Help)
+            usage.prepend(QStringLiteral("-h, "));
+        if (row.valueName != nullptr)
+            usage += QStringLiteral(" <%1>").arg(QLatin1String(row.valueName));
+        options << QStringList{usage, QString::fromUtf8(row.text)};
+    }
+
+    QString text = QStringLiteral("Usage: idcard-reader %1 [options]\n\n").arg(name);
+    text += wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n');
+    text += section("Options", options);
+    if (hasFaults)
+        text += faultSection();
+    text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
+    return text + exitStatusSection() + (hasFaults ? environmentSection() : QString());
+}
+
+QString versionText()
+{
+    return QStringLiteral("idcard-reader %1\nlibrary %2\n")
+        .arg(QStringLiteral(IDCARD_VERSION), QString::fromStdString(getSDKVersion()));
+}
+
+} // namespace app

@@ -1,0 +1,104 @@
+// idcard-reader, the command-line tool: takes the command line, sets the process up for the command
+// and ends with its status.
+
+#include <array>
+#include <clocale>
+#include <cstring>
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QTextCodec>
+
+#include <langinfo.h>
+
+#include "apps/commands.h"
+#include "apps/options.h"
+#include "apps/standard_streams.h"
+
+namespace
+{
+
+using namespace app;
+
+// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+std::array<char, 14> programName = {"idcard-reader"};
+std::array<char *, 2> qtArguments = {programName.data(), nullptr};
+int qtArgumentCount = 1;
+
+/** In the C locale, as services have it, names of files with Chinese characters would be lost. */
+void useUtf8InPlainLocale()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+/** Reading a card needs a GUI application, but no display. */
+void choosePlatform(const Options &options)
+{
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            return;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    tellIfVerbose(options, QStringLiteral("There is no display; Qt's offscreen platform is used."));
+}
+
+ExitStatus run(const Options &options, Output *output)
+{
+    if (options.verbose)
+        showForeignOutput();
+    if (options.command == Command::Cards) {
+        const QCoreApplication application(qtArgumentCount, qtArguments.data());
+        return runCards(options, output);
+    }
+    choosePlatform(options);
+    const QGuiApplication application(qtArgumentCount, qtArguments.data());
+    return options.command == Command::Read ? runRead(options, output) : runWatch(options, output);
+}
+
+CommandLine commandLineOf(const QStringList &arguments)
+{
+    const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    return parseCommandLine(arguments);
+}
+
+ExitStatus serve(const QStringList &arguments, Output *output)
+{
+    const CommandLine line = commandLineOf(arguments);
+    if (line.options)
+        return run(*line.options, output);
+    if (!line.problem.isEmpty()) {
+        tell(line.problem);
+        return ExitStatus::WrongUsage;
+    }
+    output->write(line.text.toUtf8());
+    return ExitStatus::Done;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Output output;
+    installMessageHandler();
+    useUtf8InPlainLocale();
+    ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    output.close();
+    if (!output.problem().isEmpty()) {
+        tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
+                            "program it goes to can take it all, and start again.")
+                 .arg(output.problem()));
+        if (status == ExitStatus::Done)
+            status = ExitStatus::ProgramFailed;
+    }
+    return static_cast<int>(status);
+}

@@ -1,0 +1,182 @@
+#include "apps/options.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include <QCommandLineParser>
+
+#include "apps/help_text.h"
+#include "apps/option_table.h"
+
+namespace app
+{
+
+namespace
+{
+
+CommandLine refused(const QString &problem, const CommandRow *command)
+{
+    const QString help =
+        command == nullptr
+            ? QStringLiteral("idcard-reader --help")
+            : QStringLiteral("idcard-reader %1 --help").arg(QLatin1String(command->name));
+    CommandLine line;
+    line.problem = QStringLiteral("%1\nSee \"%2\".").arg(problem, help);
+    return line;
+}
+
+CommandLine printed(const QString &text)
+{
+    CommandLine line;
+    line.text = text;
+    return line;
+}
+
+CommandLine readWithoutCommand(const QString &first)
+{
+    if (first == QLatin1String("--help") || first == QLatin1String("-h"))
+        return printed(overallHelp());
+    if (first == QLatin1String("--version"))
+        return printed(versionText());
+    if (first.startsWith(QLatin1Char('-')))
+        return refused(
+            QStringLiteral("The command comes before its options, and %1 is none.").arg(first),
+            nullptr);
+    QStringList names;
+    for (const CommandRow &row : commandTable())
+        names << QLatin1String(row.name);
+    return refused(QStringLiteral("There is no command %1; the commands are %2.")
+                       .arg(first, names.join(QStringLiteral(", "))),
+                   nullptr);
+}
+
+/** Values of one command line that QCommandLineParser has taken apart. */
+class Reader
+{
+public:
+    Reader(const CommandRow &command, const QCommandLineParser &parser)
+        : m_command(command), m_parser(parser)
+    {
+    }
+
+    bool isSet(OptionId id) const { return times(id) > 0; }
+    QStringList texts(OptionId id) const
+    {
+        // The parser complains when it is asked about an option of another command.
+        return isSet(id) ? m_parser.values(name(id)) : QStringList();
+    }
+    QString text(OptionId id) const { return texts(id).value(0); }
+
+    std::optional<int> number(OptionId id) const
+    {
+        return isSet(id) ? std::optional<int>(text(id).toInt()) : std::nullopt;
+    }
+
+    /** What is wrong with the values, or an empty text. */
+    QString problem() const
+    {
+        if (!m_parser.positionalArguments().isEmpty()) {
+            return QStringLiteral("%1 takes no argument %2.")
+                .arg(QLatin1String(m_command.name), m_parser.positionalArguments().first());
+        }
+        for (const OptionRow &row : optionTable()) {
+            if (!belongsTo(row, m_command.command) || !isSet(row.id))
+                continue;
+            const QString wrong = problemOf(row);
+            if (!wrong.isEmpty())
+                return wrong;
+        }
+        return {};
+    }
+
+private:
+    qint64 times(OptionId id) const
+    {
+        const QStringList names = m_parser.optionNames();
+        return std::count(names.begin(), names.end(), name(id));
+    }
+
+    static QString name(OptionId id) { return QLatin1String(optionName(id)); }
+
+    QString problemOf(const OptionRow &row) const
+    {
+        const QString option = QStringLiteral("--") + name(row.id);
+        if (row.times == Times::Once && row.valueName != nullptr && times(row.id) > 1)
+            return QStringLiteral("%1 can be given only once.").arg(option);
+        if (row.needs && !isSet(*row.needs)) {
+            return QStringLiteral("%1 only has a meaning together with --%2.")
+                .arg(option, name(*row.needs));
+        }
+        for (const QString &value : texts(row.id)) {
+            if (value.trimmed().isEmpty())
+                return QStringLiteral("%1 needs a %2.").arg(option, QLatin1String(row.valueName));
+            if (row.maximum != 0 && !isNumberFor(row, value)) {
+                return QStringLiteral("%1 takes a whole number from %2 to %3, not %4.")
+                    .arg(option)
+                    .arg(row.minimum)
+                    .arg(row.maximum)
+                    .arg(value);
+            }
+        }
+        return {};
+    }
+
+    static bool isNumberFor(const OptionRow &row, const QString &value)
+    {
+        bool isNumber = false;
+        const int number = value.toInt(&isNumber);
+        return isNumber && number >= row.minimum && number <= row.maximum;
+    }
+
+    const CommandRow &m_command;
+    const QCommandLineParser &m_parser;
+};
+
+CommandLine readForCommand(const CommandRow &command, const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    addOptions(command, &parser);
+    if (!parser.parse(QStringList{QLatin1String(command.name)} + arguments))
+        return refused(parser.errorText(), &command);
+
+    const Reader reader(command, parser);
+    if (reader.isSet(OptionId::Help))
+        return printed(commandHelp(command));
+    if (reader.isSet(OptionId::Version))
+        return printed(versionText());
+    const QString problem = reader.problem();
+    if (!problem.isEmpty())
+        return refused(problem, &command);
+
+    Options options;
+    options.command = command.command;
+    options.json = reader.isSet(OptionId::Json);
+    options.force = reader.isSet(OptionId::Force);
+    options.verbose = reader.isSet(OptionId::Verbose);
+    options.outFolder = reader.text(OptionId::Out);
+    options.simulate = reader.texts(OptionId::Simulate);
+    options.faults = reader.text(OptionId::Fault);
+    options.waitSeconds = reader.number(OptionId::Wait).value_or(options.waitSeconds);
+    options.intervalMs = reader.number(OptionId::Interval).value_or(options.intervalMs);
+    options.count = reader.number(OptionId::Count);
+    CommandLine line;
+    line.options = options;
+    return line;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList &arguments)
+{
+    if (arguments.isEmpty())
+        return refused(QStringLiteral("A command is missing, for instance \"idcard-reader read\"."),
+                       nullptr);
+    for (const CommandRow &row : commandTable()) {
+        if (arguments.first() == QLatin1String(row.name))
+            return readForCommand(row, arguments.mid(1));
+    }
+    return readWithoutCommand(arguments.first());
+}
+
+} // namespace app

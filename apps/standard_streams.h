@@ -1,0 +1,56 @@
+#pragma once
+
+// Keeps standard output for the program's own results. The library prints to it (wide characters,
+// which would end a program's own output there), and so may the reader maker's library.
+
+#include <QByteArray>
+#include <QString>
+
+namespace app
+{
+
+/**
+ * The program's own results. Takes standard output over when made; what anything else in the
+ * process prints there afterwards is dropped, or shown on standard error after
+ * `showForeignOutput`. One object per process.
+ */
+class Output
+{
+public:
+    Output();
+    ~Output();
+    Output(const Output &) = delete;
+    Output(Output &&) = delete;
+    Output &operator=(const Output &) = delete;
+    Output &operator=(Output &&) = delete;
+
+    /** Writes at once. Returns false, and never writes again, after a failure. */
+    bool write(const QByteArray &bytes);
+
+    /** Closes; the last chance of the system to report a failure. */
+    bool close();
+
+    /** Why writing failed; empty while all went well. */
+    QString problem() const;
+
+private:
+    int m_descriptor;
+    int m_error = 0;
+};
+
+/** Lets foreign output to standard output, and what Qt logs, appear on standard error. */
+void showForeignOutput();
+
+/** Sends what Qt logs to standard error; what is not critical only after `showForeignOutput`. */
+void installMessageHandler();
+
+/** Prints a message for people on standard error, behind the program's name. */
+void tell(const QString &message);
+
+/** Prints `text` on standard error as it is. */
+void printToStandardError(const QString &text);
+
+/** Whether standard error is a terminal that shows signs of life. */
+bool isStandardErrorTerminal();
+
+} // namespace app

@@ -1,0 +1,39 @@
+#pragma once
+
+// Text in columns for terminals, where an ideograph takes two columns.
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace app
+{
+
+/**
+ * Columns that `text` takes on a terminal: two for East Asian wide and full-width characters, none
+ * for combining marks and invisible format characters, one for all others.
+ */
+int displayWidth(const QString &text);
+
+/** `text` with spaces added up to `width` columns; a longer text is left as it is. */
+QString padded(const QString &text, int width);
+
+/**
+ * `text` with control characters, line breaks and invisible format characters spelled out (\u001B),
+ * so that text from a card can neither steer a terminal nor break a table.
+ */
+QString printable(const QString &text);
+
+/**
+ * Rows of cells as lines, the columns two spaces apart, without spaces at the ends of lines. Rows
+ * may have different numbers of cells. Cells are made printable.
+ */
+QString alignedTable(const QVector<QStringList> &rows);
+
+/**
+ * `text` broken between words into lines of at most `width` columns, and `indent` spaces before
+ * every line but the first, which come on top. A longer word gets a line of its own.
+ */
+QString wrapped(const QString &text, int width, int indent);
+
+} // namespace app

@@ -1,0 +1,199 @@
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+
+#include "apps/card_output.h"
+#include "tests/tool/card_samples.h"
+
+using namespace app;
+
+namespace
+{
+
+struct KindCase {
+    unsigned int kind;
+    const char *json;
+};
+
+class CardJson : public testing::TestWithParam<KindCase>
+{
+};
+
+TEST_P(CardJson, HoldsExactlyTheFieldsOfTheKindAsTheRecordHoldsThem)
+{
+    const QJsonObject expected = QJsonDocument::fromJson(GetParam().json).object();
+    ASSERT_FALSE(expected.isEmpty());
+    const QJsonObject actual = toJson(samples::cardOf(GetParam().kind), std::nullopt);
+    EXPECT_EQ(QJsonDocument(actual).toJson().toStdString(),
+              QJsonDocument(expected).toJson().toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
+                         testing::Values(KindCase{IDCARD_KIND_CN, R"({
+            "kind": "resident", "cardKind": 0, "name": "王小明", "sex": "男  ", "ethnicGroup": "汉",
+            "birthDate": {"year": "1990", "month": "01", "day": "02"},
+            "address": "示例省示例市示例路1号", "idNumber": "000000199001020017",
+            "issuingAuthority": "示例市公安局", "validFrom": "20150203", "validTo": "长期",
+            "photo": {"format": "none", "file": null},
+            "fingerprints": {"count": 0, "file": null}})"},
+                                         KindCase{IDCARD_KIND_HMT, R"({
+            "kind": "hmt", "cardKind": 3, "name": "陳大文", "sex": "女",
+            "birthDate": {"year": "1985", "month": "11", "day": "30"},
+            "address": "示例市港澳路2号", "idNumber": "810000198511300026",
+            "travelPermitNumber": "H00000000", "issuingAuthority": "示例市公安局",
+            "validFrom": "20190101", "validTo": "20240101",
+            "photo": {"format": "none", "file": null}})"},
+                                         KindCase{IDCARD_KIND_FOREIGN_2017, R"({
+            "kind": "foreign-2017", "cardKind": 1, "englishName": "DOE, JANE",
+            "chineseName": "简多", "sex": "女", "idNumber": "CAN000000000000",
+            "birthDate": {"year": "1979", "month": "05", "day": "06"}, "nationality": "加拿大",
+            "validFrom": "20180607", "validTo": "20280607",
+            "photo": {"format": "none", "file": null}})"},
+                                         KindCase{IDCARD_KIND_FOREIGN_NEW, R"({
+            "kind": "foreign-new", "cardKind": 2, "englishName": "ROE, RICHARD",
+            "chineseName": "", "sex": "男", "cardExtra": "01", "idNumber": "900000197001010031",
+            "birthDate": {"year": "1970", "month": "01", "day": "01"}, "nationality": "",
+            "validFrom": "20230101", "validTo": "20330101",
+            "photo": {"format": "none", "file": null}})"}));
+
+QJsonValue inJson(const Card &card, const std::optional<QString> &folder, const char *part,
+                  const char *key)
+{
+    return toJson(card, folder).value(QLatin1String(part)).toObject().value(QLatin1String(key));
+}
+
+TEST(CardJsonFiles, CardThatWasNotSavedNamesNoFile)
+{
+    const Card card = samples::residentCardWithEverything();
+    EXPECT_TRUE(inJson(card, std::nullopt, "photo", "file").isNull());
+    EXPECT_TRUE(inJson(card, std::nullopt, "fingerprints", "file").isNull());
+}
+
+TEST(CardJsonFiles, EmptyFolderGivesBareNames)
+{
+    const Card card = samples::residentCardWithEverything();
+    EXPECT_EQ(inJson(card, QString(), "photo", "file").toString(), "photo.bmp");
+    EXPECT_EQ(inJson(card, QString(), "fingerprints", "file").toString(), "fingerprints.dat");
+}
+
+TEST(CardJsonFiles, FolderStandsBeforeTheNames)
+{
+    const Card card = samples::residentCardWithEverything();
+    EXPECT_EQ(inJson(card, QStringLiteral("out/0001"), "photo", "file").toString(),
+              "out/0001/photo.bmp");
+}
+
+TEST(CardJsonFiles, FileThatTheCardDoesNotHaveIsNotNamed)
+{
+    const Card card = samples::residentCard();
+    EXPECT_TRUE(inJson(card, QStringLiteral("out"), "photo", "file").isNull());
+    EXPECT_TRUE(inJson(card, QStringLiteral("out"), "fingerprints", "file").isNull());
+}
+
+TEST(CardJsonPhoto, FormatTellsWhatTheReaderDelivered)
+{
+    EXPECT_EQ(inJson(samples::residentCardWithEverything(), {}, "photo", "format").toString(),
+              "bmp");
+    auto records = samples::filledRecords();
+    records->cn.byPhoto[3] = 9;
+    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, std::move(records)), {}, "photo", "format").toString(),
+              "compressed");
+    records = samples::filledRecords();
+    records->cn.byPhoto[2000] = 9;
+    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, std::move(records)), {}, "photo", "format").toString(),
+              "unknown");
+}
+
+TEST(CardJsonFingerprints, UnknownAmountIsNull)
+{
+    const Card card(IDCARD_KIND_CN, std::make_unique<CardRecords>());
+    EXPECT_TRUE(inJson(card, {}, "fingerprints", "count").isNull());
+    EXPECT_TRUE(toJson(card, {}).value("fingerprints").toObject().contains("count"));
+}
+
+TEST(JsonLine, CardStandsOnOneLine)
+{
+    auto records = samples::filledRecords();
+    records->cn.szName = "one\ntwo";
+    const QByteArray line = jsonLine(toJson(Card(IDCARD_KIND_CN, std::move(records)), {}));
+    EXPECT_EQ(line.count('\n'), 1);
+    EXPECT_TRUE(line.endsWith("}\n"));
+}
+
+TEST(CardTable, ResidentCardIsLaidOutForPeople)
+{
+    EXPECT_EQ(toTable(samples::residentCard(), std::nullopt).toStdString(),
+              "Kind               Resident identity card\n"
+              "Name               王小明\n"
+              "Sex                男\n"
+              "Ethnic group       汉\n"
+              "Date of birth      1990-01-02\n"
+              "Address            示例省示例市示例路1号\n"
+              "Identity number    000000199001020017\n"
+              "Issuing authority  示例市公安局\n"
+              "Valid from         2015-02-03\n"
+              "Valid to           长期\n"
+              "Photo              none\n"
+              "Fingerprints       none\n");
+}
+
+TEST(CardTable, SavedFilesAreListed)
+{
+    const QString table = toTable(samples::residentCardWithEverything(), QStringLiteral("visitor"));
+    EXPECT_TRUE(table.endsWith(QStringLiteral("Fingerprints       2\n"
+                                              "Saved as           visitor/card.json\n"
+                                              "                   visitor/photo.bmp\n"
+                                              "                   visitor/fingerprints.dat\n")))
+        << table.toStdString();
+}
+
+TEST(CardTable, EmptyFieldShowsADash)
+{
+    const QString table = toTable(samples::cardOf(IDCARD_KIND_FOREIGN_NEW), std::nullopt);
+    EXPECT_TRUE(table.contains(QStringLiteral("\nNationality    -\n"))) << table.toStdString();
+}
+
+TEST(CardTable, IncompleteDatesAreShownAsTheyAre)
+{
+    auto records = samples::filledRecords();
+    records->cn.szBirthMonth = "";
+    records->cn.szBirthDay = "";
+    records->cn.szValidStart = "201502";
+    const QString table = toTable(Card(IDCARD_KIND_CN, std::move(records)), std::nullopt);
+    EXPECT_TRUE(table.contains(QStringLiteral("Date of birth      1990\n")));
+    EXPECT_TRUE(table.contains(QStringLiteral("Valid from         201502\n")));
+}
+
+TEST(CardTable, FieldCannotSteerTheTerminal)
+{
+    auto records = samples::filledRecords();
+    records->cn.szName = "\x1b[31mred\r\nSex  forged";
+    const QString table = toTable(Card(IDCARD_KIND_CN, std::move(records)), std::nullopt);
+    EXPECT_FALSE(table.contains(QChar(0x1B)));
+    EXPECT_EQ(table.count(QLatin1Char('\n')), 12);
+}
+
+TEST(CardTable, EveryFieldOfEveryKindIsShown)
+{
+    for (const unsigned int kind : {0U, 1U, 2U, 3U}) {
+        const Card card = samples::cardOf(kind);
+        const QString table = toTable(card, std::nullopt);
+        for (const CardField &field : card.fields())
+            EXPECT_TRUE(table.contains(QString::fromUtf8(field.label))) << field.key;
+    }
+}
+
+TEST(MissingPhotoNote, SaysNothingAboutAPictureThatIsThere)
+{
+    EXPECT_TRUE(missingPhotoNote(samples::residentCardWithEverything()).isEmpty());
+}
+
+TEST(MissingPhotoNote, TellsThatAPhotoIsCompressed)
+{
+    auto records = samples::filledRecords();
+    records->cn.byPhoto[0] = 9;
+    EXPECT_TRUE(missingPhotoNote(Card(IDCARD_KIND_CN, std::move(records)))
+                    .contains(QStringLiteral("compressed")));
+}
+
+} // namespace

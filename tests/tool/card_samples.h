@@ -1,0 +1,22 @@
+#pragma once
+
+// Cards of every kind with known content, made without a reader.
+
+#include <memory>
+
+#include "apps/card.h"
+
+namespace samples
+{
+
+/** Makes the photo area a BMP file of the right form. */
+void putPhotoBmp(unsigned char *photoArea);
+
+/** Records with content in all fields of all four kinds; no photos, no fingerprints. */
+std::unique_ptr<app::CardRecords> filledRecords();
+
+app::Card residentCard();
+app::Card residentCardWithEverything(); ///< with a BMP photo and two fingerprints
+app::Card cardOf(unsigned int kind);
+
+} // namespace samples

@@ -1,0 +1,257 @@
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+#include "apps/file_set.h"
+#include "tests/tool/file_size_limit.h"
+#include "tests/tool/folder_state.h"
+
+using namespace app;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+namespace
+{
+
+class FileSet : public testing::Test
+{
+protected:
+    QString path(const char *name) const { return QDir(m_base.path()).filePath(name); }
+
+    /** Writes into the folder "card" and returns what failed. */
+    std::string write(const QVector<NamedContent> &files,
+                      ExistingFiles existing = ExistingFiles::Refuse) const
+    {
+        return writeFileSet(path("card"), files, existing).toStdString();
+    }
+
+    void makeOldCard() const
+    {
+        ASSERT_TRUE(QDir().mkdir(path("card")));
+        writeFile(path("card/a"), "old a");
+        writeFile(path("card/b"), "old b");
+    }
+
+    std::map<std::string, std::string> state() const { return folderState(path("card")); }
+
+    const QVector<NamedContent> m_files{{"a", "new a"}, {"b", "new b"}};
+
+private:
+    QTemporaryDir m_base;
+};
+
+TEST_F(FileSet, FilesAppearInANewFolderForTheirOwnerAlone)
+{
+    EXPECT_THAT(write(m_files), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
+    EXPECT_EQ(modeOf(path("card")), 0700);
+    EXPECT_EQ(modeOf(path("card/a")), 0600);
+    EXPECT_EQ(modeOf(path("card/b")), 0600);
+}
+
+TEST_F(FileSet, ModesDoNotDependOnTheMask)
+{
+    const mode_t mask = ::umask(0);
+    EXPECT_THAT(write(m_files), IsEmpty());
+    ::umask(mask);
+    EXPECT_EQ(modeOf(path("card")), 0700);
+    EXPECT_EQ(modeOf(path("card/a")), 0600);
+}
+
+TEST_F(FileSet, ParentsOfTheFolderAreMadeAsPrivate)
+{
+    EXPECT_THAT(writeFileSet(path("x/y/z"), m_files, ExistingFiles::Refuse).toStdString(),
+                IsEmpty());
+    EXPECT_EQ(modeOf(path("x")), 0700);
+    EXPECT_EQ(modeOf(path("x/y/z/a")), 0600);
+}
+
+TEST_F(FileSet, FolderThatIsThereKeepsItsModeAndOtherFiles)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    ASSERT_EQ(::chmod(QFile::encodeName(path("card")).constData(), 0755), 0);
+    writeFile(path("card/other"), "mine");
+    EXPECT_THAT(write(m_files), IsEmpty());
+    EXPECT_EQ(modeOf(path("card")), 0755);
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b"),
+                                              Pair("other", "mine")));
+}
+
+TEST_F(FileSet, EmptyContentMakesAnEmptyFileAndNullContentNone)
+{
+    EXPECT_THAT(write({{"a", ""}, {"b", QByteArray()}}), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "")));
+}
+
+TEST_F(FileSet, OneFileThatIsThereRefusesAllAndIsNamed)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    writeFile(path("card/b"), "old b");
+    EXPECT_THAT(write(m_files), HasSubstr("already holds b"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "old b")));
+}
+
+TEST_F(FileSet, FileThatMustNotBeThereRefusesAsWell)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    writeFile(path("card/b"), "photo of somebody else");
+    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}), HasSubstr("already holds b"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "photo of somebody else")));
+}
+
+TEST_F(FileSet, LinkThatLeadsNowhereIsNotOverwritten)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    ASSERT_TRUE(QFile::link(path("nowhere"), path("card/a")));
+    EXPECT_THAT(write(m_files), HasSubstr("already holds a"));
+    EXPECT_FALSE(QFile::exists(path("nowhere")));
+}
+
+TEST_F(FileSet, ReplacingLeavesTheNewFilesAlone)
+{
+    makeOldCard();
+    EXPECT_THAT(write(m_files, ExistingFiles::Replace), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
+    EXPECT_EQ(modeOf(path("card/a")), 0600);
+}
+
+TEST_F(FileSet, ReplacingRemovesAFileThatTheNewSetDoesNotHave)
+{
+    makeOldCard();
+    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}, ExistingFiles::Replace), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a")));
+}
+
+TEST_F(FileSet, ReplacingALinkLeavesWhatItPointsTo)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    writeFile(path("elsewhere"), "precious");
+    ASSERT_TRUE(QFile::link(path("elsewhere"), path("card/a")));
+    EXPECT_THAT(write(m_files, ExistingFiles::Replace), IsEmpty());
+    EXPECT_EQ(readFile(path("elsewhere")), "precious");
+    EXPECT_EQ(readFile(path("card/a")), "new a");
+}
+
+TEST_F(FileSet, FolderInTheWayIsNeverReplaced)
+{
+    ASSERT_TRUE(QDir().mkpath(path("card/b")));
+    EXPECT_THAT(write(m_files, ExistingFiles::Replace), HasSubstr("card/b is a folder"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "<folder>")));
+}
+
+TEST_F(FileSet, FileInPlaceOfTheFolderIsToldAndLeft)
+{
+    writeFile(path("card"), "a file");
+    EXPECT_THAT(write(m_files), HasSubstr("is not a folder"));
+    EXPECT_EQ(readFile(path("card")), "a file");
+}
+
+TEST_F(FileSet, FolderThatCannotBeMadeIsTold)
+{
+    writeFile(path("file"), "a file");
+    EXPECT_THAT(writeFileSet(path("file/card"), m_files, ExistingFiles::Refuse).toStdString(),
+                HasSubstr("could not be made"));
+}
+
+TEST_F(FileSet, WriteThatFailsHalfWayLeavesNothing)
+{
+    const FileSizeLimit limit(1000);
+    EXPECT_THAT(write({{"a", "small"}, {"b", QByteArray(5000, 'x')}}),
+                HasSubstr("b could not be written"));
+    EXPECT_FALSE(QFile::exists(path("card")));
+}
+
+TEST_F(FileSet, WriteThatFailsHalfWayLeavesTheOldFiles)
+{
+    makeOldCard();
+    const FileSizeLimit limit(1000);
+    EXPECT_THAT(write({{"a", "small"}, {"b", QByteArray(5000, 'x')}}, ExistingFiles::Replace),
+                HasSubstr("b could not be written"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
+}
+
+TEST_F(FileSet, FileThatCannotGetItsNameBringsTheOldOnesBack)
+{
+    makeOldCard();
+    // A name of the longest length the system takes has no room for the passing name beside it.
+    EXPECT_THAT(
+        write({{"a", "new a"}, {"b", QByteArray()}, {QString(300, QLatin1Char('n')), "never"}},
+              ExistingFiles::Replace),
+        HasSubstr("could not be written"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
+}
+
+TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
+{
+    makeOldCard();
+    // The second "c" finds the first in its place after "a" and "b" have been replaced.
+    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}, {"c", "1"}, {"./c/../c", "2"}},
+                      ExistingFiles::Replace),
+                HasSubstr("could not be written"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
+}
+
+TEST_F(FileSet, ObstacleIsToldWithoutWriting)
+{
+    makeOldCard();
+    EXPECT_THAT(obstacleTo(path("card"), {"a"}, ExistingFiles::Refuse).toStdString(),
+                HasSubstr("--force"));
+    EXPECT_TRUE(obstacleTo(path("card"), {"a"}, ExistingFiles::Replace).isEmpty());
+    EXPECT_TRUE(obstacleTo(path("card"), {"z"}, ExistingFiles::Refuse).isEmpty());
+    EXPECT_TRUE(obstacleTo(path("new"), {"a"}, ExistingFiles::Refuse).isEmpty());
+    EXPECT_FALSE(QFile::exists(path("new")));
+}
+
+class NumberedFolders : public FileSet
+{
+protected:
+    std::string next() const
+    {
+        QString folder;
+        const QString problem = makeNextNumberedFolder(path("."), &folder);
+        return problem.isEmpty() ? QDir(folder).dirName().toStdString() : problem.toStdString();
+    }
+};
+
+TEST_F(NumberedFolders, BeginWithOneAndCountOn)
+{
+    EXPECT_EQ(next(), "0001");
+    EXPECT_EQ(next(), "0002");
+    EXPECT_EQ(modeOf(path("0002")), 0700);
+}
+
+TEST_F(NumberedFolders, GoOnAfterTheHighestThatIsThere)
+{
+    ASSERT_TRUE(QDir().mkdir(path("0007")));
+    writeFile(path("0009"), "a file also takes its number");
+    EXPECT_EQ(next(), "0010");
+}
+
+TEST_F(NumberedFolders, OtherNamesDoNotCount)
+{
+    ASSERT_TRUE(QDir().mkdir(path("99")));
+    ASSERT_TRUE(QDir().mkdir(path("2024-cards")));
+    EXPECT_EQ(next(), "0001");
+}
+
+TEST_F(NumberedFolders, NumbersOfFiveDigitsFollow)
+{
+    ASSERT_TRUE(QDir().mkdir(path("9999")));
+    EXPECT_EQ(next(), "10000");
+    EXPECT_EQ(next(), "10001");
+}
+
+TEST_F(NumberedFolders, FolderThatCannotHoldOneIsTold)
+{
+    QString folder;
+    EXPECT_THAT(makeNextNumberedFolder(path("missing"), &folder).toStdString(),
+                HasSubstr("could not be made"));
+}
+
+} // namespace

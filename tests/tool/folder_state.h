@@ -1,0 +1,17 @@
+#pragma once
+
+// What a folder holds, and the rights of what is in it, for comparison in tests.
+
+#include <map>
+#include <string>
+
+#include <QString>
+
+/** Names and contents of all files of a folder, hidden ones too; "<folder>" for a folder. */
+std::map<std::string, std::string> folderState(const QString &folder);
+
+/** Rights of a file or folder as `chmod` writes them, 0600 for instance; -1 when there is none. */
+int modeOf(const QString &path);
+
+void writeFile(const QString &path, const QByteArray &content);
+QByteArray readFile(const QString &path);
