@@ -172,13 +172,13 @@ QString textProblem(const TextKey &key, CardKind kind, const QString &text)
     if (text.isEmpty()) {
         return rule.use == KeyUse::Required ? QStringLiteral("must not be empty") : QString();
     }
-    const QString problem = characterProblem(text);
+    QString problem = characterProblem(text);
     if (!problem.isEmpty()) {
         return problem;
     }
-    const QString form = formProblem(key.form, text);
-    if (!form.isEmpty()) {
-        return form;
+    problem = formProblem(key.form, text);
+    if (!problem.isEmpty()) {
+        return problem;
     }
     if (text.size() > rule.characters) {
         return QStringLiteral("has %1 characters; a %2 card has room for %3")

@@ -129,7 +129,7 @@ QString readKind(const QJsonValue &value, CardKind *kind)
 QString readFingerprints(CardDescription *card, const QJsonValue &value, QString * /*part*/)
 {
     double number = 0;
-    const QString problem = readNumber(value, 2, &number);
+    QString problem = readNumber(value, 2, &number);
     card->fingerprints = static_cast<int>(number);
     return problem;
 }
@@ -149,7 +149,7 @@ QString readPhotoPart(CardDescription *card, const QString &part, const QJsonVal
     }
     if (part == QLatin1String("seed")) {
         double seed = 0;
-        const QString problem = readNumber(value, std::numeric_limits<std::uint32_t>::max(), &seed);
+        QString problem = readNumber(value, std::numeric_limits<std::uint32_t>::max(), &seed);
         card->photoSeed = static_cast<std::uint32_t>(seed);
         return problem;
     }
@@ -167,7 +167,7 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
         return QStringLiteral("is missing");
     }
     for (auto it = photo.constBegin(); it != photo.constEnd(); ++it) {
-        const QString problem = readPhotoPart(card, it.key(), it.value());
+        QString problem = readPhotoPart(card, it.key(), it.value());
         if (!problem.isEmpty()) {
             *part = it.key();
             return problem;
@@ -281,7 +281,7 @@ QString readKey(CardDescription *card, const QString &name, const QJsonValue &va
 QString missingKey(const QJsonObject &object, CardKind kind)
 {
     for (const TextKey &key : textKeys()) {
-        const QString name = QLatin1String(key.name);
+        QString name = QLatin1String(key.name);
         if (key.rule(kind).use == KeyUse::Required && !object.contains(name)) {
             return name;
         }

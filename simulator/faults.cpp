@@ -131,7 +131,7 @@ FaultRuleList faultRules()
 
 QString faultUsage(const FaultRule &rule)
 {
-    const QString name = QLatin1String(rule.name);
+    QString name = QLatin1String(rule.name);
     switch (rule.number) {
     case FaultNumber::None:
         return name;

@@ -16,7 +16,7 @@ namespace simulator
 namespace
 {
 
-constexpr int INDEX_BITS = 6;
+constexpr int INDEX_BITS = 7;
 static_assert(1 << INDEX_BITS == MOST_COLOURS);
 
 constexpr std::size_t CANDIDATES = 4;
@@ -38,9 +38,8 @@ struct Neighbours {
 Neighbours neighboursAt(const std::vector<Index> &indices, int x, int y)
 {
     const auto at = [&](int column, int row) {
-        return column < 0 || column >= PHOTO_WIDTH || row < 0
-                   ? Index{0}
-                   : indices[static_cast<std::size_t>(row * PHOTO_WIDTH + column)];
+        return column < 0 || column >= PHOTO_WIDTH || row < 0 ? Index{0}
+                                                              : indices[photoIndex(column, row)];
     };
     return {at(x - 1, y),     at(x, y - 1), at(x + 1, y - 1),
             at(x - 1, y - 1), at(x - 2, y), at(x, y - 2)};
@@ -121,7 +120,7 @@ void codeAll(Coder *coder, std::vector<Index> *indices)
     PixelModel<Coder> model(coder);
     for (int y = 0; y < PHOTO_HEIGHT; ++y) {
         for (int x = 0; x < PHOTO_WIDTH; ++x) {
-            Index &index = (*indices)[static_cast<std::size_t>(y * PHOTO_WIDTH + x)];
+            Index &index = (*indices)[photoIndex(x, y)];
             index = model.code(neighboursAt(*indices, x, y), index);
         }
     }
@@ -140,7 +139,7 @@ QByteArray encodeIndices(const std::vector<std::uint8_t> &indices)
 std::vector<std::uint8_t> decodeIndices(const QByteArray &bytes)
 {
     Reader reader{RangeDecoder(bytes)};
-    std::vector<Index> pixels(static_cast<std::size_t>(PHOTO_WIDTH * PHOTO_HEIGHT));
+    std::vector<Index> pixels(PHOTO_PIXELS);
     codeAll(&reader, &pixels);
     return pixels;
 }

@@ -10,7 +10,7 @@
 namespace simulator
 {
 
-constexpr int MOST_COLOURS = 64;
+constexpr int MOST_COLOURS = 128;
 
 /** `indices`: 126 rows of 102 indices below `MOST_COLOURS`. */
 QByteArray encodeIndices(const std::vector<std::uint8_t> &indices);

@@ -13,7 +13,7 @@ namespace simulator
 {
 
 /**
- * The photo in 1024 bytes, without loss; nothing when it has more than 64 colours or does not fit.
+ * The photo in 1024 bytes, without loss; nothing when it has more than 128 colours or does not fit.
  */
 std::optional<QByteArray> compressPhoto(const PhotoImage &image);
 

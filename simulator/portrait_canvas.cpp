@@ -57,9 +57,7 @@ bool Quad::contains(Point p) const
     return !(anyLeft && anyRight);
 }
 
-PortraitCanvas::PortraitCanvas() : m_inks(static_cast<std::size_t>(COLUMNS * ROWS), Ink::Background)
-{
-}
+PortraitCanvas::PortraitCanvas() : m_inks(std::size_t{COLUMNS} * ROWS, Ink::Background) {}
 
 int PortraitCanvas::firstColumn(Units x)
 {
@@ -110,14 +108,13 @@ Rgb PortraitCanvas::pixelAt(int x, int y, const Palette &palette) const
     std::array<int, INK_COUNT> counts = {};
     for (int row = y * SCALE; row < (y + 1) * SCALE; ++row) {
         for (int column = x * SCALE; column < (x + 1) * SCALE; ++column) {
-            ++counts[static_cast<std::size_t>(
-                m_inks[static_cast<std::size_t>(row * COLUMNS + column)])];
+            ++counts[static_cast<std::size_t>(m_inks[sampleIndex(column, row)])];
         }
     }
-    const auto first = std::max_element(counts.begin(), counts.end());
+    auto *const first = std::max_element(counts.begin(), counts.end());
     const int most = *first;
     *first = 0;
-    const auto second = std::max_element(counts.begin(), counts.end());
+    auto *const second = std::max_element(counts.begin(), counts.end());
     const int both = most + *second;
     // The ink that stands first in the palette is mixed first, whichever of the two is more
     // frequent: otherwise rounding would make two colours of one mixture.

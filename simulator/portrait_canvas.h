@@ -86,8 +86,9 @@ enum class Ink : std::uint8_t {
     ClothesShade,
     Shirt,
     Frame, ///< glasses
+    White, ///< eyes, collars: not the white of the background, which card pictures see through
 };
-constexpr std::size_t INK_COUNT = 12;
+constexpr std::size_t INK_COUNT = 13;
 
 using Palette = std::array<Rgb, INK_COUNT>;
 
@@ -103,7 +104,7 @@ public:
         for (int row = firstRow(box.top); row < firstRow(box.bottom); ++row) {
             for (int column = firstColumn(box.left); column < firstColumn(box.right); ++column) {
                 if (shape(centreOf(column, row))) {
-                    m_inks[static_cast<std::size_t>(row * COLUMNS + column)] = ink;
+                    m_inks[sampleIndex(column, row)] = ink;
                 }
             }
         }
@@ -129,6 +130,10 @@ private:
     static constexpr Point centreOf(int column, int row)
     {
         return {column * STEP + STEP / 2, row * STEP + STEP / 2};
+    }
+    static constexpr std::size_t sampleIndex(int column, int row)
+    {
+        return static_cast<std::size_t>(row) * COLUMNS + static_cast<std::size_t>(column);
     }
     [[nodiscard]] Rgb pixelAt(int x, int y, const Palette &palette) const;
 

@@ -12,23 +12,25 @@ constexpr Units MIDDLE = 51_px;
 constexpr Units RIGHT_EDGE = 102_px;
 constexpr Units BOTTOM = 126_px;
 
-// How far a haircut stands out from the head and how its hairline runs.
+// How far a haircut stands out from the head and what it leaves of the face: the part of the
+// ellipse under the hairline that lies between the hair at both sides.
 struct Cut {
     Haircut haircut;
     Units overTop;   ///< above the skull
     Units overSide;  ///< beside the skull
     Units sidesDown; ///< where it ends beside the face
-    Ellipse face;    ///< what it leaves of the face
+    Units sideHair;  ///< how much of each side of the face it covers
+    Ellipse hairline;
 };
 
 constexpr Cut CUTS[] = {
-    {Haircut::Parted, 5_px, 1.75_px, 53_px, {{MIDDLE, 60_px}, 19.5_px, 27_px}},
-    {Haircut::Crop, 3.5_px, 1_px, 51_px, {{MIDDLE, 58_px}, 19.75_px, 25_px}},
-    {Haircut::Fringe, 5_px, 2.25_px, 56_px, {{MIDDLE, 66_px}, 19.5_px, 26_px}},
-    {Haircut::Receding, 1_px, 1.5_px, 54_px, {{MIDDLE, 50_px}, 19.25_px, 27_px}},
-    {Haircut::Bob, 5.5_px, 4_px, 76_px, {{MIDDLE, 64_px}, 19_px, 27_px}},
-    {Haircut::Long, 5.5_px, 3.5_px, 84_px, {{MIDDLE, 62_px}, 19_px, 28_px}},
-    {Haircut::TiedBack, 4_px, 1.25_px, 52_px, {{MIDDLE, 60_px}, 19.5_px, 27.5_px}},
+    {Haircut::Parted, 5_px, 1.75_px, 53_px, 1.5_px, {}}, // the hairline is two arcs
+    {Haircut::Crop, 3.5_px, 1_px, 51_px, 1.5_px, {{MIDDLE, 61_px}, 23_px, 27.5_px}},
+    {Haircut::Fringe, 5_px, 1.75_px, 54_px, 2_px, {{MIDDLE, 79_px}, 34_px, 37_px}},
+    {Haircut::Receding, 1_px, 1.5_px, 54_px, 1.5_px, {{MIDDLE, 50_px}, 19.25_px, 27_px}},
+    {Haircut::Bob, 5.5_px, 4_px, 76_px, 2.5_px, {{MIDDLE, 68_px}, 22.5_px, 31_px}},
+    {Haircut::Long, 5.5_px, 3.5_px, 84_px, 2.5_px, {}}, // parted too
+    {Haircut::TiedBack, 4_px, 1.25_px, 52_px, 1.5_px, {{MIDDLE, 60_px}, 19.5_px, 27.5_px}},
 };
 
 const Cut &cutOf(const PortraitLook &look)
@@ -52,22 +54,23 @@ bool inOutline(const Cut &cut, const PortraitLook &look, Point p)
 }
 
 // The hairline of a parting: two arcs that meet above one eye.
-bool inPartedFace(const PortraitLook &look, Point p)
+bool underParting(const PortraitLook &look, Point p)
 {
     const int side = look.partedLeft ? -1 : 1;
-    const Ellipse wide = {{MIDDLE - side * 5_px, 60_px}, 24_px, 24.5_px};
-    const Ellipse narrow = {{MIDDLE + side * 11_px, 58_px}, 9_px, 23_px};
-    const Units halfWidth = 19.5_px;
-    const bool inside = p.x >= MIDDLE - halfWidth && p.x < MIDDLE + halfWidth;
-    return inside && (wide.contains(p) || narrow.contains(p));
+    const Ellipse wide = {{MIDDLE - side * 5_px, 62_px}, 26_px, 26.5_px};
+    const Ellipse narrow = {{MIDDLE + side * 11_px, 60_px}, 11_px, 25_px};
+    return wide.contains(p) || narrow.contains(p);
 }
 
 bool leavesFree(const Cut &cut, const PortraitLook &look, Point p)
 {
-    if (look.haircut == Haircut::Parted || look.haircut == Haircut::Long) {
-        return inPartedFace(look, p) || (p.y > 58_px && cut.face.contains(p));
+    const Units halfWidth = look.faceHalfWidth - cut.sideHair;
+    if (p.x < MIDDLE - halfWidth || p.x >= MIDDLE + halfWidth) {
+        return false;
     }
-    return cut.face.contains(p);
+    const bool parted = look.haircut == Haircut::Parted || look.haircut == Haircut::Long;
+    return p.y >= cut.sidesDown || p.y >= 64_px ||
+           (parted ? underParting(look, p) : cut.hairline.contains(p));
 }
 
 void paintShine(PortraitCanvas *canvas, const PortraitLook &look)
@@ -85,9 +88,8 @@ void paintHairBehind(PortraitCanvas *canvas, const PortraitLook &look)
     const Units halfWidth = look.faceHalfWidth + cutOf(look).overSide;
     switch (look.haircut) {
     case Haircut::Bob:
-        canvas->paint(
-            RoundedBox{{MIDDLE - halfWidth - 1_px, 40_px, MIDDLE + halfWidth + 1_px, 84_px}, 9_px},
-            Ink::Hair);
+        canvas->paint(RoundedBox{{MIDDLE - halfWidth, 46_px, MIDDLE + halfWidth, 84_px}, 10_px},
+                      Ink::Hair);
         break;
     case Haircut::Long:
         canvas->paint(

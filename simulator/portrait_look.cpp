@@ -53,7 +53,8 @@ constexpr Clothes CLOTHES[] = {
     {{96, 84, 126}, {70, 60, 96}, {242, 240, 248}},
 };
 
-constexpr Rgb WHITE = {255, 255, 255};
+constexpr Rgb BACKGROUND = {255, 255, 255};
+constexpr Rgb WHITE = {250, 250, 250};
 constexpr Rgb FEATURE = {44, 34, 32};
 constexpr Rgb FRAME = {58, 52, 56};
 
@@ -80,7 +81,7 @@ public:
 
     Units between(Units low, Units high)
     {
-        return low + static_cast<Units>(below(static_cast<std::size_t>(high - low + 1)));
+        return low + static_cast<Units>(below(static_cast<std::size_t>(high - low) + 1));
     }
 
     template <typename Value, std::size_t count>
@@ -124,8 +125,9 @@ Palette paletteOf(const PortraitLook &look)
     const Hair &hair = HAIRS[look.hair];
     const Clothes &clothes = CLOTHES[look.clothes];
     // In the order of `Ink`.
-    return {WHITE,   skin.plain, skin.shade,    skin.blush,    hair.plain,    hair.shine,
-            FEATURE, skin.mouth, clothes.plain, clothes.shade, clothes.shirt, FRAME};
+    return {BACKGROUND,    skin.plain, skin.shade, skin.blush,    hair.plain,
+            hair.shine,    FEATURE,    skin.mouth, clothes.plain, clothes.shade,
+            clothes.shirt, FRAME,      WHITE};
 }
 
 } // namespace simulator

@@ -39,32 +39,50 @@ bool inShoulders(Point p)
 
 constexpr Box CHEST = {0, 86_px, RIGHT_EDGE, BOTTOM};
 
-void paintCrew(PortraitCanvas *canvas)
+Units neckHalfWidth(const PortraitLook &look)
 {
-    canvas->paint(Ellipse{{MIDDLE, 90_px}, 15_px, 13_px}, Ink::ClothesShade);
-    canvas->paint(Ellipse{{MIDDLE, 88_px}, 13_px, 12_px}, Ink::Skin);
+    return look.jawHalfWidth - 7_px;
 }
 
-void paintVNeck(PortraitCanvas *canvas)
+// A triangle that hangs from a line of twice `halfWidth`.
+Quad triangle(Units halfWidth, Units top, Units tip)
 {
-    canvas->paint(Quad{{{{36_px, 88_px}, {66_px, 88_px}, {51_px, 119_px}, {51_px, 119_px}}}},
-                  Ink::ClothesShade);
-    canvas->paint(Quad{{{{38_px, 86_px}, {64_px, 86_px}, {51_px, 115_px}, {51_px, 115_px}}}},
-                  Ink::Skin);
+    return {{{{MIDDLE - halfWidth, top}, {MIDDLE + halfWidth, top}, {MIDDLE, tip}, {MIDDLE, tip}}}};
 }
 
-void paintShirtCollar(PortraitCanvas *canvas)
+void paintCrew(PortraitCanvas *canvas, const PortraitLook &look)
 {
-    canvas->paint(Quad{{{{42_px, 86_px}, {60_px, 86_px}, {51_px, 104_px}, {51_px, 104_px}}}},
-                  Ink::Skin);
+    const Units neck = neckHalfWidth(look);
+    canvas->paint(Ellipse{{MIDDLE, 93_px}, neck + 4_px, 9_px}, Ink::ClothesShade);
+    canvas->paint(Ellipse{{MIDDLE, 91_px}, neck + 1.5_px, 8.5_px}, Ink::Skin);
+}
+
+void paintVNeck(PortraitCanvas *canvas, const PortraitLook &look)
+{
+    const Units neck = neckHalfWidth(look);
+    canvas->paint(triangle(neck + 4_px, 90_px, 118_px), Ink::ClothesShade);
+    canvas->paint(triangle(neck + 1.5_px, 89_px, 113_px), Ink::Skin);
+}
+
+// The two points of a shirt collar and the bare neck between them.
+void paintCollarPoints(PortraitCanvas *canvas, const PortraitLook &look, Ink ink)
+{
+    const Units neck = neckHalfWidth(look);
+    canvas->paint(triangle(neck, 86_px, 103_px), Ink::Skin);
     for (const int side : {-1, 1}) {
-        canvas->paint(Quad{{{beside(side, 13_px, 86_px), beside(side, 16_px, 94_px),
-                             beside(side, 8_px, 108_px), beside(side, 0, 102_px)}}},
-                      Ink::Shirt);
+        canvas->paint(Quad{{{beside(side, neck, 86_px), beside(side, neck + 4_px, 94_px),
+                             beside(side, 8_px, 107_px), beside(side, 0, 101_px)}}},
+                      ink);
     }
 }
 
-void paintJacket(PortraitCanvas *canvas)
+void paintShirtCollar(PortraitCanvas *canvas, const PortraitLook &look)
+{
+    canvas->paint(triangle(neckHalfWidth(look) + 3_px, 91_px, 106_px), Ink::Shirt);
+    paintCollarPoints(canvas, look, Ink::Shirt);
+}
+
+void paintJacket(PortraitCanvas *canvas, const PortraitLook &look)
 {
     canvas->paint(Quad{{{{37_px, 90_px}, {65_px, 90_px}, {54_px, BOTTOM}, {48_px, BOTTOM}}}},
                   Ink::Shirt);
@@ -73,29 +91,23 @@ void paintJacket(PortraitCanvas *canvas)
                              beside(side, 18_px, 108_px), beside(side, 3_px, BOTTOM)}}},
                       Ink::ClothesShade);
     }
-    canvas->paint(Quad{{{{42_px, 86_px}, {60_px, 86_px}, {51_px, 103_px}, {51_px, 103_px}}}},
-                  Ink::Skin);
-    for (const int side : {-1, 1}) {
-        canvas->paint(Quad{{{beside(side, 13_px, 88_px), beside(side, 15_px, 94_px),
-                             beside(side, 8_px, 106_px), beside(side, 0, 102_px)}}},
-                      Ink::Background);
-    }
+    paintCollarPoints(canvas, look, Ink::White);
 }
 
-void paintGarment(PortraitCanvas *canvas, Garment garment)
+void paintGarment(PortraitCanvas *canvas, const PortraitLook &look)
 {
-    switch (garment) {
+    switch (look.garment) {
     case Garment::Crew:
-        paintCrew(canvas);
+        paintCrew(canvas, look);
         break;
     case Garment::VNeck:
-        paintVNeck(canvas);
+        paintVNeck(canvas, look);
         break;
     case Garment::Jacket:
-        paintJacket(canvas);
+        paintJacket(canvas, look);
         break;
     case Garment::Collar:
-        paintShirtCollar(canvas);
+        paintShirtCollar(canvas, look);
         break;
     }
 }
@@ -103,11 +115,11 @@ void paintGarment(PortraitCanvas *canvas, Garment garment)
 void paintEye(PortraitCanvas *canvas, const PortraitLook &look, int side)
 {
     const Point eye = beside(side, look.eyeDistance, EYES_Y);
-    canvas->paint(Ellipse{eye, 3.5_px, 2.25_px}, Ink::Background);
+    canvas->paint(Ellipse{eye, 3.5_px, 2.25_px}, Ink::White);
     canvas->paint(Ellipse{eye, 2_px, 2.5_px}, Ink::Feature);
     canvas->paintWithout({{eye.x, eye.y}, 4.25_px, 3.25_px},
                          {{eye.x, eye.y + 1.5_px}, 4.75_px, 3.5_px}, Ink::Feature);
-    canvas->paint(Ellipse{{eye.x + 0.75_px, eye.y - 0.75_px}, 0.75_px, 0.75_px}, Ink::Background);
+    canvas->paint(Ellipse{{eye.x + 0.75_px, eye.y - 0.75_px}, 0.75_px, 0.75_px}, Ink::White);
 }
 
 void paintBrow(PortraitCanvas *canvas, const PortraitLook &look, int side)
@@ -146,13 +158,13 @@ void paintBeard(PortraitCanvas *canvas, const PortraitLook &look)
 void paintNeckAndClothes(PortraitCanvas *canvas, const PortraitLook &look)
 {
     canvas->paint(CHEST, Ink::Clothes, inShoulders);
-    const Units neckHalfWidth = look.jawHalfWidth - 7_px;
-    canvas->paint({MIDDLE - neckHalfWidth, 70_px, MIDDLE + neckHalfWidth, 95_px}, Ink::Skin,
+    const Units neck = neckHalfWidth(look);
+    canvas->paint({MIDDLE - neck, 70_px, MIDDLE + neck, 95_px}, Ink::Skin,
                   [](Point) { return true; });
-    paintGarment(canvas, look.garment);
+    paintGarment(canvas, look);
     // The shade that the chin throws.
     const Ellipse shade = {{MIDDLE, look.chinY - 18_px}, look.jawHalfWidth, 23_px};
-    canvas->paint({MIDDLE - neckHalfWidth, 70_px, MIDDLE + neckHalfWidth, 95_px}, Ink::SkinShade,
+    canvas->paint({MIDDLE - neck, 70_px, MIDDLE + neck, 95_px}, Ink::SkinShade,
                   [&](Point p) { return shade.contains(p); });
 }
 

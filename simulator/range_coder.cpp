@@ -2,6 +2,8 @@
 
 #include "simulator/range_coder.h"
 
+#include <algorithm>
+
 namespace simulator
 {
 
@@ -16,6 +18,19 @@ std::uint32_t shareOfNo(std::uint32_t range, const Probability &probability)
 }
 
 } // namespace
+
+void Probability::learn(bool decision)
+{
+    // Neither answer may become impossible.
+    constexpr unsigned int LEAST = 1U << 5;
+    const unsigned int yes = ofNo - (ofNo >> rate);
+    const unsigned int no = ofNo + (((1U << BITS) - ofNo) >> rate);
+    ofNo = static_cast<std::uint16_t>(std::clamp(decision ? yes : no, LEAST, (1U << BITS) - LEAST));
+    if (rate < LAST_RATE && ++decisionsAtRate >= rate) {
+        ++rate;
+        decisionsAtRate = 0;
+    }
+}
 
 void RangeEncoder::encode(Probability *probability, bool decision)
 {

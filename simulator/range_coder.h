@@ -10,20 +10,16 @@
 namespace simulator
 {
 
-/** How probable a "no" is, learnt from the decisions made with it. */
+/** How probable a "no" is, learnt from the decisions made with it: quickly at first. */
 struct Probability {
-    static constexpr int BITS = 11;
-    static constexpr int RATE = 4;
+    static constexpr int BITS = 15;
+    static constexpr int FIRST_RATE = 1;
+    static constexpr int LAST_RATE = 5;
     std::uint16_t ofNo = 1U << (BITS - 1);
+    std::uint8_t rate = FIRST_RATE;
+    std::uint8_t decisionsAtRate = 0;
 
-    void learn(bool decision)
-    {
-        if (decision) {
-            ofNo = static_cast<std::uint16_t>(ofNo - (ofNo >> RATE));
-        } else {
-            ofNo = static_cast<std::uint16_t>(ofNo + (((1U << BITS) - ofNo) >> RATE));
-        }
-    }
+    void learn(bool decision);
 };
 
 class RangeEncoder

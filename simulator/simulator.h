@@ -12,7 +12,7 @@
  * the functions below or, when none was made, by the environment:
  *
  * - `IDCARD_SIMULATOR_CARD`: name of a built-in card, or path of a description file. Unset or
- * empty: no card on the reader.
+ *   empty: no card on the reader.
  * - `IDCARD_SIMULATOR_FAULTS`: faults, as for `idcard_simulator_set_faults`; they are added to
  *   those in the card's description.
  *
