@@ -6,10 +6,9 @@
 
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <benchmark/benchmark.h>
-
-extern char **environ;
 
 namespace
 {
@@ -29,7 +28,7 @@ bool runProbe(std::vector<std::string> files)
 
 void loadProcess(benchmark::State &state, const std::vector<std::string> &files)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (!runProbe(files)) {
             state.SkipWithError("the probe failed");
             break;

@@ -45,7 +45,7 @@ void readCard(benchmark::State &state, CardInfoKind kind)
 {
     static Outputs out;
     card = fullCard(kind);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const int result =
             readIDCard(&out.kind, &out.cn, &out.f2017, &out.fNew, &out.hmt, &out.front, &out.back);
         if (result != IDCARD_RESULT_OK) {
@@ -61,7 +61,7 @@ void extractRecord(benchmark::State &state)
 {
     static Record record{};
     CardInfoStruct info = fullCard(kind);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         extractFields(info, record);
         benchmark::DoNotOptimize(record);
     }
@@ -69,7 +69,7 @@ void extractRecord(benchmark::State &state)
 
 void lookUpCountry(benchmark::State &state, const char *code)
 {
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(Tools::convertNationCodeToName(code));
 }
 

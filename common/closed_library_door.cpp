@@ -10,6 +10,7 @@
 
 // Weak references: they make the linker of a host offer the host's own definitions to this library,
 // and they are null when the process has none.
+// NOLINTBEGIN(readability-redundant-declaration): the header's declarations, made weak
 extern "C" {
 [[gnu::weak]] int KVO_OpenPort(int port);
 [[gnu::weak]] int KVO_FindIDCard(int port);
@@ -19,6 +20,7 @@ extern "C" {
 [[gnu::weak]] int KVO_ClosePort(int port);
 [[gnu::weak]] int unpack(unsigned char *src, unsigned char *dst, int mode);
 }
+// NOLINTEND(readability-redundant-declaration)
 
 namespace closed_library
 {

@@ -40,8 +40,9 @@ void CCommon::iconv_ex(const char *fromcode, char *inbuf, int inlen, const char 
 {
     if (inlen < 0 || outlen < 0)
         return;
-    const iconv_t converter = iconv_open(tocode, fromcode);
-    if (converter == reinterpret_cast<iconv_t>(-1))
+    iconv_t converter = iconv_open(tocode, fromcode);
+    if (converter ==
+        reinterpret_cast<iconv_t>(-1)) // NOLINT(performance-no-int-to-ptr): POSIX says so
         return;
     auto inLeft = static_cast<std::size_t>(inlen);
     auto outLeft = static_cast<std::size_t>(outlen);

@@ -85,6 +85,18 @@ TEST(ExportedNames, EveryNameOnTheList_IsExported)
     }
 }
 
+TEST(ExportedNames, CopiesOfTheCountryTable_ArePrivate)
+{
+    ProcessInput input;
+    input.emulated = false;
+    const ProcessResult result = runProcess(
+        QStringLiteral(IDCARD_NM),
+        {QStringLiteral("-C"), QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so")},
+        input);
+    EXPECT_EQ(result.standardOutput.count(" b STR_LIST\n"), 2)
+        << "one beside the entry point, one beside the decoder of raw records";
+}
+
 TEST(ExportedNames, List_HoldsTheEntryPoints)
 {
     const Expected expected = expectedNames();

@@ -17,7 +17,6 @@
 namespace
 {
 
-using testing::_;
 using testing::InSequence;
 using testing::Return;
 using testing::Throw;
@@ -38,6 +37,12 @@ struct Buffers {
         return reader.FetchCardData(&info, photo, &photoLen, fp, &fpLen);
     }
 };
+
+/** A reader that opens the port, or fails to, and reads nothing. */
+void openAndClose()
+{
+    const CTavReader reader;
+}
 
 class TavReader : public testing::Test
 {
@@ -101,8 +106,8 @@ TEST_F(TavReader, OpenAnsweringOneOrZero_HasFailed)
     expectOpen(0);
 
     WideConsoleCapture console;
-    CTavReader{};
-    CTavReader{};
+    openAndClose();
+    openAndClose();
     EXPECT_EQ(console.take(), "打开读卡器失败，错误码：1\n打开读卡器失败，错误码：0\n");
 }
 
@@ -110,7 +115,7 @@ TEST_F(TavReader, CodeOfFourDigits_IsPrintedWithoutGrouping)
 {
     expectOpen(1234567);
     WideConsoleCapture console;
-    CTavReader{};
+    openAndClose();
     EXPECT_EQ(console.take(), "打开读卡器失败，错误码：1234567\n");
 }
 
@@ -286,7 +291,7 @@ TEST_F(TavReader, LocaleWithoutChinese_StillTellsTheCode)
     expectOpen(-1);
     setenv("LC_ALL", "C", 1);
     WideConsoleCapture console;
-    CTavReader{};
+    openAndClose();
     setenv("LC_ALL", "C.UTF-8", 1);
     EXPECT_THAT(console.take(), testing::EndsWith(":-1\n"));
 }
@@ -299,11 +304,11 @@ TEST_F(TavReader, ConsoleThatTakesNothing_CostsTheMessageAndNoLaterOne)
     {
     } full; // refuses every character
     std::wstreambuf *const console = std::wcout.rdbuf(&full);
-    CTavReader{};
+    openAndClose();
     std::wstringbuf text;
     EXPECT_TRUE(std::wcout.good());
     std::wcout.rdbuf(&text);
-    CTavReader{};
+    openAndClose();
     std::wcout.rdbuf(console);
     EXPECT_EQ(text.str(), L"打开读卡器失败，错误码：-2\n");
 }
