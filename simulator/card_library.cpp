@@ -56,10 +56,11 @@ std::optional<CardDescription> loadFile(const QString &path, const QString &show
 QStringList builtInCardNames()
 {
     QStringList names;
-    const QStringList files = QDir(cardFolder()).entryList(QDir::Files, QDir::Name);
+    const QStringList files = QDir(cardFolder()).entryList(QDir::Files);
     for (const QString &file : files) {
         names << QFileInfo(file).completeBaseName();
     }
+    names.sort();
     return names;
 }
 
@@ -70,7 +71,7 @@ std::optional<CardDescription> loadCard(const QString &nameOrPath, DescriptionEr
         return loadFile(cardFolder() + file, file, error);
     }
     if (!QFileInfo::exists(nameOrPath)) {
-        *error = {nameOrPath, {}, unknownCard()};
+        *error = {nameOrPath.isEmpty() ? QStringLiteral("\"\"") : nameOrPath, {}, unknownCard()};
         return std::nullopt;
     }
     return loadFile(nameOrPath, nameOrPath, error);

@@ -92,10 +92,8 @@ void paintHairBehind(PortraitCanvas *canvas, const PortraitLook &look)
                       Ink::Hair);
         break;
     case Haircut::Long:
-        canvas->paint(
-            RoundedBox{{MIDDLE - halfWidth - 2_px, 36_px, MIDDLE + halfWidth + 2_px, 112_px},
-                       12_px},
-            Ink::Hair);
+        canvas->paint(RoundedBox{{MIDDLE - halfWidth, 46_px, MIDDLE + halfWidth, 112_px}, 12_px},
+                      Ink::Hair);
         break;
     case Haircut::TiedBack:
         canvas->paint(Ellipse{{MIDDLE, 21_px}, 9_px, 8_px}, Ink::Hair);

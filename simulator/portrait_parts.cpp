@@ -68,7 +68,7 @@ void paintVNeck(PortraitCanvas *canvas, const PortraitLook &look)
 void paintCollarPoints(PortraitCanvas *canvas, const PortraitLook &look, Ink ink)
 {
     const Units neck = neckHalfWidth(look);
-    canvas->paint(triangle(neck, 86_px, 103_px), Ink::Skin);
+    canvas->paint(triangle(neck, 86_px, 100_px), Ink::Skin);
     for (const int side : {-1, 1}) {
         canvas->paint(Quad{{{beside(side, neck, 86_px), beside(side, neck + 4_px, 94_px),
                              beside(side, 8_px, 107_px), beside(side, 0, 101_px)}}},

@@ -1,0 +1,222 @@
+// The makers' four functions as the simulator answers them, and the calls that put cards on it.
+
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+#include "common/card_records.h"
+#include "common/closed_functions.h"
+#include "simulator/simulator.h"
+#include "simulator/vendor_reader.h"
+#include "tests/simulator/reader_session.h"
+
+using simulator::VendorCode;
+using testing::Each;
+using testing::StartsWith;
+
+namespace
+{
+
+class SimulatedReader : public testing::Test
+{
+protected:
+    SimulatedReader()
+    {
+        put("resident");
+        EXPECT_EQ(idcard_simulator_set_faults("", nullptr, 0), 0);
+    }
+
+    static void put(const char *card)
+    {
+        char message[500] = "";
+        EXPECT_EQ(idcard_simulator_put_card(card, message, sizeof message), 0) << message;
+    }
+};
+
+} // namespace
+
+TEST_F(SimulatedReader, residentCard_isReadWithItsTexts)
+{
+    const ReadAnswer answer = readOnce();
+    ASSERT_EQ(answer.code, KVO_SUCCESS);
+    EXPECT_EQ(answer.info.kind, CARD_INFO_KIND_CN);
+    EXPECT_EQ(fieldText(answer.info.cn.name), "林晓雨");
+    EXPECT_EQ(fieldText(answer.info.cn.sex), "女");
+    EXPECT_EQ(fieldText(answer.info.cn.id), "990000199003074284");
+}
+
+TEST_F(SimulatedReader, photoDeliveredAsBmp_fillsTheWholeArea)
+{
+    const ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.photoLength, IDCARD_PHOTO_SIZE);
+    EXPECT_EQ(answer.photo[0], 'B');
+    EXPECT_EQ(answer.photo[1], 'M');
+    EXPECT_EQ(answer.photo[IDCARD_PHOTO_SIZE - 1], 0); // padding of the last row
+}
+
+TEST_F(SimulatedReader, photoDeliveredCompressed_leavesTheRestOfTheAreaAlone)
+{
+    put("hmt-macao");
+    const ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.photoLength, IDCARD_COMPRESSED_PHOTO_SIZE);
+    EXPECT_EQ(answer.photo[IDCARD_COMPRESSED_PHOTO_SIZE], 0xEE);
+}
+
+TEST_F(SimulatedReader, fingerprints_areAsManyAsDescribedAndEachItsOwn)
+{
+    const ReadAnswer two = readOnce();
+    ASSERT_EQ(two.fingerprintLength, 1024U);
+    EXPECT_THAT(std::string(two.fingerprints.begin(), two.fingerprints.end()),
+                StartsWith("SIMULATED FINGERPRINT 1 OF 990000199003074284\n"));
+    EXPECT_NE(std::memcmp(two.fingerprints.data(), two.fingerprints.data() + 512, 512), 0);
+    EXPECT_EQ(readOnce().fingerprints, two.fingerprints);
+
+    put("resident-one-fingerprint");
+    const ReadAnswer one = readOnce();
+    EXPECT_EQ(one.fingerprintLength, 512U);
+    EXPECT_EQ(one.fingerprints[512], 0xEE);
+    EXPECT_NE(std::memcmp(one.fingerprints.data(), two.fingerprints.data(), 512), 0);
+
+    put("resident-no-fingerprint");
+    const ReadAnswer none = readOnce();
+    EXPECT_EQ(none.fingerprintLength, 0U);
+    EXPECT_THAT(none.fingerprints, Each(0xEE));
+}
+
+TEST_F(SimulatedReader, wrongPort_failsInEveryFunction)
+{
+    const ReaderSession session;
+    ReadAnswer answer;
+    EXPECT_EQ(KVO_OpenPort(1002), VendorCode::VENDOR_WRONG_PORT);
+    EXPECT_EQ(KVO_FindIDCard(0), VendorCode::VENDOR_WRONG_PORT);
+    EXPECT_EQ(KVO_ReadIDCard(-1001, &answer.info, answer.photo.data(), &answer.photoLength,
+                             answer.fingerprints.data(), &answer.fingerprintLength, 1),
+              VendorCode::VENDOR_WRONG_PORT);
+    EXPECT_EQ(KVO_ClosePort(1000), VendorCode::VENDOR_WRONG_PORT);
+}
+
+TEST_F(SimulatedReader, findReadAndClose_beforeOpen_fail)
+{
+    ReadAnswer answer;
+    unsigned char byte = 0;
+    EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
+    EXPECT_EQ(KVO_ReadIDCard(KVO_PORT, &answer.info, &byte, &answer.photoLength, &byte,
+                             &answer.fingerprintLength, 1),
+              VendorCode::VENDOR_NOT_OPEN);
+    EXPECT_EQ(KVO_ClosePort(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
+}
+
+TEST_F(SimulatedReader, openWhileOpen_failsAndClosingOnceCloses)
+{
+    EXPECT_EQ(KVO_OpenPort(KVO_PORT), KVO_SUCCESS);
+    EXPECT_EQ(KVO_OpenPort(KVO_PORT), VendorCode::VENDOR_ALREADY_OPEN);
+    EXPECT_EQ(KVO_ClosePort(KVO_PORT), KVO_SUCCESS);
+    EXPECT_EQ(KVO_ClosePort(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
+}
+
+TEST_F(SimulatedReader, readWithoutFind_fails)
+{
+    ReaderSession session;
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
+}
+
+TEST_F(SimulatedReader, readAfterReopening_needsAFindAgain)
+{
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+    ReaderSession session;
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
+}
+
+TEST_F(SimulatedReader, nullPointerOrOtherFlag_failsAndWritesNothing)
+{
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    CardInfoStruct info = {};
+    std::vector<unsigned char> photo(IDCARD_PHOTO_SIZE, 0xEE);
+    std::vector<unsigned char> prints(IDCARD_FINGERPRINT_AREA_SIZE, 0xEE);
+    unsigned int photoLength = 0;
+    unsigned int printLength = 0;
+    constexpr int WRONG = VendorCode::VENDOR_WRONG_ARGUMENT;
+    const auto read = [&](CardInfoStruct *i, unsigned char *p, unsigned int *pl, unsigned char *f,
+                          unsigned int *fl,
+                          int flag) { return KVO_ReadIDCard(KVO_PORT, i, p, pl, f, fl, flag); };
+    EXPECT_EQ(read(nullptr, photo.data(), &photoLength, prints.data(), &printLength, 1), WRONG);
+    EXPECT_EQ(read(&info, nullptr, &photoLength, prints.data(), &printLength, 1), WRONG);
+    EXPECT_EQ(read(&info, photo.data(), nullptr, prints.data(), &printLength, 1), WRONG);
+    EXPECT_EQ(read(&info, photo.data(), &photoLength, nullptr, &printLength, 1), WRONG);
+    EXPECT_EQ(read(&info, photo.data(), &photoLength, prints.data(), nullptr, 1), WRONG);
+    EXPECT_EQ(read(&info, photo.data(), &photoLength, prints.data(), &printLength, 0), WRONG);
+    EXPECT_EQ(info.kind, 0);
+    EXPECT_EQ(photoLength + printLength, 0U);
+    EXPECT_THAT(photo, Each(0xEE));
+    EXPECT_THAT(prints, Each(0xEE));
+}
+
+TEST_F(SimulatedReader, takenCard_isNotFoundUntilOneIsPut)
+{
+    idcard_simulator_take_card();
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    put("foreign-new");
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(SimulatedReader, cardTakenBetweenFindAndRead_isGone)
+{
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    idcard_simulator_take_card();
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
+}
+
+TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
+{
+    char message[4096] = "";
+    EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, sizeof message), -1);
+    EXPECT_THAT(message, StartsWith("no-such-card: is neither a built-in card nor a file; "));
+    EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
+}
+
+TEST_F(SimulatedReader, putNullOrEmptyName_isRefused)
+{
+    char message[100] = "";
+    EXPECT_EQ(idcard_simulator_put_card(nullptr, message, sizeof message), -1);
+    EXPECT_THAT(message, StartsWith("\"\": is neither"));
+    EXPECT_EQ(idcard_simulator_put_card("", nullptr, 0), -1);
+}
+
+TEST_F(SimulatedReader, setUnknownFaults_tellsWhyAndLeavesTheFaults)
+{
+    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    char message[4096] = "";
+    EXPECT_EQ(idcard_simulator_set_faults("read-fials=8", message, sizeof message), -1);
+    EXPECT_THAT(message, StartsWith("fault \"read-fials=8\" is not known; known faults: "));
+    EXPECT_EQ(readOnce().code, 7);
+}
+
+TEST_F(SimulatedReader, nullFaults_meanNone)
+{
+    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    EXPECT_EQ(idcard_simulator_set_faults(nullptr, nullptr, 0), 0);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(SimulatedReader, messageLongerThanItsBuffer_isCutAndTerminated)
+{
+    char message[8];
+    std::memset(message, 'x', sizeof message);
+    EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, 5), -1);
+    EXPECT_STREQ(message, "no-s");
+    EXPECT_EQ(message[5], 'x');
+    EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, 1), -1);
+    EXPECT_STREQ(message, "");
+    message[0] = 'x';
+    EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, 0), -1);
+    EXPECT_EQ(message[0], 'x');
+}
+
+TEST_F(SimulatedReader, messageCutInsideACharacter_loosesThatCharacterWhole)
+{
+    char message[6];
+    EXPECT_EQ(idcard_simulator_put_card("卡片", message, 6), -1);
+    EXPECT_STREQ(message, "卡");
+}

@@ -1,0 +1,344 @@
+// What the reader of card descriptions takes and what it refuses, with which words.
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include "simulator/card_library.h"
+#include "simulator/description_keys.h"
+#include "tests/simulator/card_files.h"
+
+using namespace simulator;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace
+{
+
+std::string refusal(const QByteArray &json)
+{
+    DescriptionError error;
+    const std::optional<CardDescription> card =
+        readDescription(json, QStringLiteral("my.json"), &error);
+    return card ? std::string() : error.message().toStdString();
+}
+
+QByteArray withKey(const char *card, const char *key, const QJsonValue &value)
+{
+    QJsonObject object = sourceCard(QLatin1String(card));
+    object.insert(QLatin1String(key), value);
+    return QJsonDocument(object).toJson();
+}
+
+QByteArray withoutKey(const char *card, const QString &key)
+{
+    QJsonObject object = sourceCard(QLatin1String(card));
+    object.remove(key);
+    return QJsonDocument(object).toJson();
+}
+
+std::string refusalOf(const char *card, const char *key, const QJsonValue &value)
+{
+    return refusal(withKey(card, key, value));
+}
+
+CardDescription accepted(const QByteArray &json)
+{
+    DescriptionError error;
+    const std::optional<CardDescription> card =
+        readDescription(json, QStringLiteral("my.json"), &error);
+    EXPECT_TRUE(card) << error.message().toStdString();
+    return card.value_or(CardDescription());
+}
+
+struct WrongText {
+    const char *card;
+    const char *key;
+    const char *text;
+    const char *message;
+};
+
+class DescriptionTexts : public testing::TestWithParam<WrongText>
+{
+};
+
+} // namespace
+
+TEST_P(DescriptionTexts, wrongText_isRefusedWithFileKeyAndReason)
+{
+    const WrongText &wrong = GetParam();
+    EXPECT_EQ(refusalOf(wrong.card, wrong.key, QString::fromUtf8(wrong.text)), wrong.message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Description, DescriptionTexts,
+    testing::Values(
+        WrongText{"resident", "birthDate", "1990013",
+                  R"(my.json: "birthDate": "1990013" is not eight digits YYYYMMDD)"},
+        WrongText{"resident", "birthDate", "1990-1-3",
+                  R"(my.json: "birthDate": "1990-1-3" is not eight digits YYYYMMDD)"},
+        WrongText{"resident", "birthDate", "199001031",
+                  R"(my.json: "birthDate": "199001031" is not eight digits YYYYMMDD)"},
+        WrongText{"resident", "birthDate", "１９９００１０３",
+                  R"(my.json: "birthDate": "１９９００１０３" is not eight digits YYYYMMDD)"},
+        WrongText{"resident", "birthDate", "19900230",
+                  R"(my.json: "birthDate": "19900230" is not a day of the calendar)"},
+        WrongText{"resident", "birthDate", "长期",
+                  R"(my.json: "birthDate": "长期" is not eight digits YYYYMMDD)"},
+        WrongText{"hmt-macao", "validTo", "永久",
+                  R"(my.json: "validTo": "永久" is not eight digits YYYYMMDD and not 长期)"},
+        WrongText{"resident", "sex", "5",
+                  R"(my.json: "sex": "5" is not a sex code; use 0, 1, 2 or 9)"},
+        WrongText{"resident", "sex", "男",
+                  R"(my.json: "sex": "男" is not a sex code; use 0, 1, 2 or 9)"},
+        WrongText{"resident", "ethnicGroup", "1",
+                  R"(my.json: "ethnicGroup": "1" is not two digits)"},
+        WrongText{"resident", "ethnicGroup", "汉",
+                  R"(my.json: "ethnicGroup": "汉" is not two digits)"},
+        WrongText{"hmt-macao", "issueCount", "1a",
+                  R"(my.json: "issueCount": "1a" holds something other than digits)"},
+        WrongText{"foreign-new", "nationality", "U1A",
+                  R"(my.json: "nationality": "U1A" is not a country code of three letters)"},
+        WrongText{"resident", "name", "", R"(my.json: "name": "" must not be empty)"},
+        WrongText{"resident", "name", "\xF0\xA0\xAE\xB7田",
+                  "my.json: \"name\": \"\xF0\xA0\xAE\xB7田\" holds a character outside UCS-2, "
+                  "which a card cannot store"},
+        WrongText{"resident", "name", "李\n川",
+                  "my.json: \"name\": \"李\xEF\xBF\xBD川\" holds the control character U+000a"}));
+
+TEST(Description, tooLongText_isRefusedWithTheRoomThereIs)
+{
+    for (const CardKind kind :
+         {CardKind::Resident, CardKind::Hmt, CardKind::Foreign2017, CardKind::ForeignNew}) {
+        for (const TextKey &key : textKeys()) {
+            if (key.form != TextForm::Free || key.rule(kind).use == KeyUse::Absent) {
+                continue;
+            }
+            const int room = key.rule(kind).characters;
+            EXPECT_EQ(textProblem(key, kind, QString(room, QLatin1Char('A'))), QString());
+            EXPECT_EQ(textProblem(key, kind, QString(room + 1, QLatin1Char('A'))).toStdString(),
+                      "has " + std::to_string(room + 1) + " characters; a " +
+                          cardKindName(kind).toStdString() + " card has room for " +
+                          std::to_string(room))
+                << key.name;
+        }
+    }
+}
+
+TEST(Description, tooLongText_isQuotedInPart)
+{
+    const std::string message = refusalOf("resident", "address", QString(5000, QLatin1Char('A')));
+    EXPECT_LT(message.size(), 200U);
+    EXPECT_THAT(message, StartsWith("my.json: \"address\": \"AAAA"));
+    EXPECT_THAT(message, HasSubstr("has 5000 characters; a resident card has room for 35"));
+}
+
+TEST(Description, missingRequiredKey_isRefusedByName)
+{
+    for (const char *card : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
+        const CardKind kind = accepted(withKey(card, "padding", QStringLiteral("zeros"))).kind;
+        for (const TextKey &key : textKeys()) {
+            const std::string name = key.name;
+            const bool required = key.rule(kind).use == KeyUse::Required;
+            EXPECT_EQ(refusal(withoutKey(card, QLatin1String(key.name))),
+                      required ? "my.json: \"" + name + "\": is missing; a " +
+                                     cardKindName(kind).toStdString() + " card needs it"
+                               : "");
+        }
+    }
+}
+
+TEST(Description, missingKind_isRefused)
+{
+    EXPECT_EQ(refusal("{}"), R"(my.json: "kind": is missing)");
+}
+
+TEST(Description, unknownKind_isRefusedWithTheKnownOnes)
+{
+    EXPECT_EQ(refusalOf("resident", "kind", QStringLiteral("passport")),
+              R"(my.json: "kind": "passport" is none of resident, hmt, foreign-2017, foreign-new)");
+}
+
+TEST(Description, unknownKey_isRefusedWithTheKeysOfTheKind)
+{
+    const std::string message = refusalOf("resident", "birthdate", QStringLiteral("19900103"));
+    EXPECT_THAT(message, StartsWith(R"(my.json: "birthdate": is not a key of a resident card)"));
+    EXPECT_THAT(message, HasSubstr("birthDate"));
+    EXPECT_THAT(message, HasSubstr("fingerprints"));
+    EXPECT_THAT(message, testing::Not(HasSubstr("englishName")));
+}
+
+TEST(Description, keyOfAnotherKind_isRefused)
+{
+    EXPECT_THAT(refusalOf("foreign-new", "address", QStringLiteral("A")),
+                StartsWith(R"(my.json: "address": is not a key of a foreign-new card)"));
+    EXPECT_THAT(refusalOf("hmt-macao", "fingerprints", 1),
+                StartsWith(R"(my.json: "fingerprints": is not a key of a hmt card)"));
+}
+
+TEST(Description, wrongType_isRefusedWithBothTypes)
+{
+    EXPECT_EQ(refusalOf("resident", "name", 5), R"(my.json: "name": must be a text, not a number)");
+    EXPECT_EQ(refusalOf("resident", "name", QJsonValue::Null),
+              R"(my.json: "name": must be a text, not null)");
+    EXPECT_EQ(refusalOf("resident", "kind", true),
+              R"(my.json: "kind": must be a text, not true or false)");
+    EXPECT_EQ(refusalOf("resident", "fingerprints", QStringLiteral("2")),
+              R"(my.json: "fingerprints": must be a number, not a text)");
+    EXPECT_EQ(refusalOf("resident", "photo", QStringLiteral("bmp")),
+              R"(my.json: "photo": must be an object, not a text)");
+    EXPECT_EQ(refusalOf("resident", "padding", QJsonArray()),
+              R"(my.json: "padding": must be a text, not a list)");
+    EXPECT_EQ(refusalOf("resident", "faults", QStringLiteral("no-card")),
+              R"(my.json: "faults": must be a list of texts, not a text)");
+    EXPECT_EQ(refusalOf("resident", "faults", QJsonArray{QJsonObject()}),
+              R"(my.json: "faults": must be a list of texts, not an object in the list)");
+}
+
+TEST(Description, numberOutOfRange_isRefused)
+{
+    EXPECT_EQ(refusalOf("resident", "fingerprints", 3),
+              R"(my.json: "fingerprints": 3 is not a whole number from 0 to 2)");
+    EXPECT_EQ(refusalOf("resident", "fingerprints", 1.5),
+              R"(my.json: "fingerprints": 1.5 is not a whole number from 0 to 2)");
+    EXPECT_EQ(refusalOf("resident", "fingerprints", -1),
+              R"(my.json: "fingerprints": -1 is not a whole number from 0 to 2)");
+}
+
+TEST(Description, wrongPartOfPhoto_isRefusedByItsOwnName)
+{
+    EXPECT_EQ(refusalOf("resident", "photo", QJsonObject()),
+              R"(my.json: "photo.delivery": is missing)");
+    EXPECT_EQ(refusalOf("resident", "photo",
+                        QJsonObject{{QStringLiteral("delivery"), QStringLiteral("png")}}),
+              R"(my.json: "photo.delivery": "png" is none of bmp, compressed)");
+    EXPECT_EQ(refusalOf("resident", "photo",
+                        QJsonObject{{QStringLiteral("delivery"), QStringLiteral("bmp")},
+                                    {QStringLiteral("seed"), 4294967296.0}}),
+              R"(my.json: "photo.seed": 4294967296 is not a whole number from 0 to 4294967295)");
+    EXPECT_EQ(refusalOf("resident", "photo",
+                        QJsonObject{{QStringLiteral("delivery"), QStringLiteral("bmp")},
+                                    {QStringLiteral("file"), QStringLiteral("x")}}),
+              R"(my.json: "photo.file": is not a known key; keys of a photo: delivery, seed)");
+}
+
+TEST(Description, wrongFault_isRefusedWithTheVocabulary)
+{
+    EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("no-crad")}),
+                StartsWith("my.json: \"faults\": fault \"no-crad\" is not known; known faults: "
+                           "open-fails=N, no-card or no-card=N, "));
+}
+
+TEST(Description, brokenJson_isRefusedWithLineAndColumn)
+{
+    EXPECT_THAT(refusal("{\n  \"kind\": resident\n}"), StartsWith("my.json: line 2, column "));
+    EXPECT_THAT(refusal(""), StartsWith("my.json: line 1, column 1: "));
+}
+
+TEST(Description, jsonThatIsNoObject_isRefused)
+{
+    EXPECT_EQ(refusal("[]"), "my.json: is not a JSON object");
+}
+
+TEST(Description, deeplyNestedJson_isRefused)
+{
+    EXPECT_THAT(refusal(QByteArray(60000, '[')), StartsWith("my.json: line 1, "));
+}
+
+TEST(Description, textOfTheLargestSize_isReadAndOneByteMoreRefused)
+{
+    const QByteArray json = withKey("resident", "padding", QStringLiteral("zeros"));
+    EXPECT_EQ(refusal(json.leftJustified(LARGEST_DESCRIPTION, ' ')), "");
+    EXPECT_EQ(refusal(json.leftJustified(LARGEST_DESCRIPTION + 1, ' ')),
+              "my.json: is larger than a description may be (65536 bytes)");
+}
+
+TEST(Description, optionalKeysLeftOut_haveTheirDefaults)
+{
+    QJsonObject object = sourceCard(QStringLiteral("resident"));
+    for (const char *key : {"title", "fingerprints", "photo", "padding", "faults"}) {
+        object.remove(QLatin1String(key));
+    }
+    const CardDescription card = accepted(QJsonDocument(object).toJson());
+    EXPECT_EQ(card.fingerprints, 0);
+    EXPECT_EQ(card.photoDelivery, PhotoDelivery::BmpFile);
+    EXPECT_FALSE(card.photoSeed);
+    EXPECT_EQ(card.padding, Padding::Zeros);
+    EXPECT_FALSE(card.faults.transientFailures);
+}
+
+TEST(Description, allKinds_areReadWithEveryText)
+{
+    for (const QString &name : sourceCardNames()) {
+        const QJsonObject object = sourceCard(name);
+        const CardDescription card = accepted(QJsonDocument(object).toJson());
+        EXPECT_EQ(cardKindName(card.kind), object.value(QStringLiteral("kind")).toString());
+        for (const TextKey &key : textKeys()) {
+            EXPECT_EQ(card.*key.text, object.value(QLatin1String(key.name)).toString()) << key.name;
+        }
+    }
+}
+
+TEST(Description, codesOfNoStandard_areReadBecauseSuchCardsExist)
+{
+    const CardDescription card = accepted(withKey("resident", "ethnicGroup", QStringLiteral("57")));
+    EXPECT_EQ(ethnicGroupText(card), QString());
+    EXPECT_EQ(accepted(withKey("foreign-new", "nationality", QStringLiteral("CR"))).nationality,
+              QStringLiteral("CR"));
+}
+
+TEST(Description, textsFromCodes_areLabelAndName)
+{
+    CardDescription card;
+    card.sex = QStringLiteral("9");
+    card.ethnicGroup = QStringLiteral("05");
+    EXPECT_EQ(sexText(card), QString::fromUtf8("未说明"));
+    EXPECT_EQ(ethnicGroupText(card), QString::fromUtf8("维吾尔"));
+}
+
+TEST(CardLibrary, pathOfAFile_isLoaded)
+{
+    DescriptionError error;
+    const auto card =
+        loadCard(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json"), &error);
+    ASSERT_TRUE(card) << error.message().toStdString();
+    EXPECT_EQ(card->kind, CardKind::Hmt);
+}
+
+TEST(CardLibrary, unknownName_isRefusedWithTheBuiltInNames)
+{
+    DescriptionError error;
+    EXPECT_FALSE(loadCard(QStringLiteral("residnet"), &error));
+    EXPECT_THAT(error.message().toStdString(),
+                StartsWith("residnet: is neither a built-in card nor a file; built-in cards: "
+                           "foreign-2017, "));
+}
+
+TEST(CardLibrary, whatIsNoRegularFile_isRefusedWithoutWaiting)
+{
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath(QStringLiteral("pipe.json"));
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const QString &path : {pipe, folder.path()}) {
+        DescriptionError error;
+        EXPECT_FALSE(loadCard(path, &error));
+        EXPECT_EQ(error.message(), path + QStringLiteral(": is not a regular file"));
+    }
+}
+
+TEST(CardLibrary, oversizedFile_isRefused)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("big.json"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(qint64{1} << 32)); // sparse: nothing of it is stored
+    DescriptionError error;
+    EXPECT_FALSE(loadCard(path, &error));
+    EXPECT_THAT(error.message().toStdString(), HasSubstr("is larger than a description may be"));
+}

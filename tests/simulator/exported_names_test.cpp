@@ -1,0 +1,50 @@
+// libidcard_simulator.so offers eight functions and needs nothing of the library it is used with.
+
+#include <gmock/gmock.h>
+
+#include "tests/support/process.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+QByteArray nm(const QStringList &options)
+{
+    ProcessInput input;
+    input.emulated = false;
+    const ProcessResult result = runProcess(
+        QStringLiteral(NM), options + QStringList{QStringLiteral(SIMULATOR_LIBRARY)}, input);
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    return result.standardOutput;
+}
+
+} // namespace
+
+TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnThreeAndNothingElse)
+{
+    std::vector<std::string> names;
+    const QByteArray output =
+        nm({QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral("-P")});
+    for (const QByteArray &line : output.split('\n')) {
+        if (!line.isEmpty()) {
+            names.push_back(line.split(' ').first().toStdString());
+        }
+    }
+    EXPECT_THAT(names,
+                ElementsAre("KVO_ClosePort", "KVO_FindIDCard", "KVO_OpenPort", "KVO_ReadIDCard",
+                            "idcard_simulator_put_card", "idcard_simulator_set_faults",
+                            "idcard_simulator_take_card", "unpack"));
+}
+
+TEST(ExportedNames, library_needsNoneOfTheReadersFunctions)
+{
+    const std::string undefined =
+        nm({QStringLiteral("-D"), QStringLiteral("--undefined-only")}).toStdString();
+    EXPECT_THAT(undefined, HasSubstr("QString")); // the list is there
+    for (const char *name : {"readIDCard", "KVO_", "unpack", "CCommon", "CIdData", "COUNTRY"}) {
+        EXPECT_THAT(undefined, Not(HasSubstr(name)));
+    }
+}

@@ -1,0 +1,232 @@
+// Every fault as a caller of the makers' functions meets it.
+
+#include <algorithm>
+#include <chrono>
+
+#include <gmock/gmock.h>
+
+#include "common/card_records.h"
+#include "common/closed_functions.h"
+#include "simulator/simulator.h"
+#include "simulator/vendor_reader.h"
+#include "tests/simulator/reader_session.h"
+
+using simulator::VendorCode;
+
+namespace
+{
+
+class ReaderFaults : public testing::Test
+{
+protected:
+    ReaderFaults() { put("resident"); }
+    ~ReaderFaults() override { set(""); }
+
+    static void put(const char *card) { ASSERT_EQ(idcard_simulator_put_card(card, nullptr, 0), 0); }
+
+    static void set(const char *faults)
+    {
+        char message[500] = "";
+        ASSERT_EQ(idcard_simulator_set_faults(faults, message, sizeof message), 0) << message;
+    }
+
+    static bool decodes(const ReadAnswer &answer)
+    {
+        std::vector<unsigned char> photo = answer.photo;
+        std::vector<unsigned char> bmp(IDCARD_PHOTO_SIZE);
+        return unpack(photo.data(), bmp.data(), WLT_MODE_BMP_FILE) == WLT_SUCCESS;
+    }
+};
+
+} // namespace
+
+TEST_F(ReaderFaults, openFails_answersItsCodeEveryTimeAndStaysClosed)
+{
+    set("open-fails=-7");
+    EXPECT_EQ(KVO_OpenPort(KVO_PORT), -7);
+    EXPECT_EQ(KVO_OpenPort(KVO_PORT), -7);
+    EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
+}
+
+TEST_F(ReaderFaults, noCard_isNeverFound)
+{
+    set("no-card");
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    }
+}
+
+TEST_F(ReaderFaults, noCardWithACount_isCountedAcrossOpenings)
+{
+    set("no-card=2");
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, findThatSeesNoCardAfterOneThatDid_forgetsTheCard)
+{
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    set("no-card=1");
+    EXPECT_EQ(session.find(), VendorCode::VENDOR_NO_CARD);
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
+}
+
+TEST_F(ReaderFaults, transientFailures_areCountedAndThenTheCardIsRead)
+{
+    set("transient-failures=2");
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    EXPECT_EQ(session.read().code, KVO_READ_AGAIN);
+    const ReadAnswer second = session.read();
+    EXPECT_EQ(second.code, KVO_READ_AGAIN);
+    EXPECT_EQ(second.info.kind, 0);
+    EXPECT_EQ(second.photoLength, 0U);
+    EXPECT_EQ(second.photo[0], 0xEE);
+    EXPECT_EQ(session.read().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, transientFailures_areCountedAcrossOpenings)
+{
+    set("transient-failures=1");
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, countedFault_beginsAnewWhenSetAgain)
+{
+    set("transient-failures=1");
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    set("transient-failures=1");
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, countOfTheSetting_isNotRestartedByPuttingACard)
+{
+    set("transient-failures=1");
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    put("resident");
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, countOfTheCard_restartsWhenItIsPut)
+{
+    for (int round = 0; round < 2; ++round) {
+        put("resident-transient-failures");
+        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+        EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+        EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+    }
+}
+
+TEST_F(ReaderFaults, countsOfSettingAndCard_addUp)
+{
+    put("resident-transient-failures");
+    set("transient-failures=1");
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    }
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, readFails_answersItsCodeAndWritesNothing)
+{
+    set("read-fails=1");
+    const ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.code, 1);
+    EXPECT_EQ(answer.info.kind, 0);
+    EXPECT_EQ(answer.photoLength, 0U);
+    EXPECT_EQ(answer.photo[0], 0xEE);
+    EXPECT_EQ(answer.fingerprints[0], 0xEE);
+}
+
+TEST_F(ReaderFaults, readFailsAfterTransientFailures_comesLast)
+{
+    set("transient-failures=1,read-fails=33");
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    EXPECT_EQ(readOnce().code, 33);
+}
+
+TEST_F(ReaderFaults, delay_passesBeforeEveryAnswerOfARead)
+{
+    set("delay-ms=80,transient-failures=1");
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(160));
+}
+
+TEST_F(ReaderFaults, photoUndecodable_deliversCompressedDataThatDoesNotDecode)
+{
+    put("hmt-macao");
+    EXPECT_TRUE(decodes(readOnce()));
+    for (const char *card : {"hmt-macao", "resident"}) {
+        put(card);
+        set("photo-undecodable");
+        const ReadAnswer answer = readOnce();
+        EXPECT_EQ(answer.code, KVO_SUCCESS);
+        EXPECT_EQ(answer.photoLength, IDCARD_COMPRESSED_PHOTO_SIZE);
+        EXPECT_FALSE(decodes(answer));
+    }
+}
+
+TEST_F(ReaderFaults, photoLength_isReportedAndNoMoreIsWritten)
+{
+    set("photo-length=500");
+    const ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.photoLength, 500U);
+    EXPECT_EQ(answer.photo[0], 'B');
+    EXPECT_NE(answer.photo[499], 0xEE);
+    EXPECT_EQ(answer.photo[500], 0xEE);
+
+    set("photo-length=0");
+    const ReadAnswer none = readOnce();
+    EXPECT_EQ(none.photoLength, 0U);
+    EXPECT_EQ(none.photo[0], 0xEE);
+}
+
+TEST_F(ReaderFaults, photoLengthBeyondThePhoto_isFilledWithZeros)
+{
+    put("hmt-macao");
+    set("photo-length=38862");
+    const ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.photoLength, 38862U);
+    EXPECT_TRUE(decodes(answer));
+    EXPECT_TRUE(std::all_of(answer.photo.begin() + 1024, answer.photo.end(),
+                            [](unsigned char byte) { return byte == 0; }));
+}
+
+TEST_F(ReaderFaults, unknownKind_changesTheKindWordAlone)
+{
+    const ReadAnswer plain = readOnce();
+    set("unknown-kind");
+    ReadAnswer unknown = readOnce();
+    EXPECT_EQ(unknown.code, KVO_SUCCESS);
+    EXPECT_EQ(unknown.info.kind, 9);
+    EXPECT_EQ(fieldText(unknown.info.cn.name), fieldText(plain.info.cn.name));
+    set("unknown-kind=-1");
+    EXPECT_EQ(readOnce().info.kind, -1);
+}
+
+TEST_F(ReaderFaults, cardRemoved_failsTheReadAndHidesTheCardUntilOneIsPut)
+{
+    set("card-removed");
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_CARD_REMOVED);
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    set("");
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
+    put("resident");
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, cardRemoved_failsASecondReadWithoutFind)
+{
+    set("card-removed");
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
+}
