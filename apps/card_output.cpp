@@ -60,11 +60,21 @@ QStringList dateParts(const QString &date)
     return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
 }
 
+/** Readers may fill a field up with blanks; nobody can see them. */
+QString withoutTrailingBlanks(QString text)
+{
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace())
+        text.chop(1);
+    return text;
+}
+
 QString textForPeople(const CardField &field)
 {
     QStringList parts = field.content;
     if (field.form == FieldForm::Date)
         parts = dateParts(parts.first());
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
     parts.removeAll(QString());
     return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
 }

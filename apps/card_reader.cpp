@@ -57,14 +57,10 @@ QString explain(const ReadOutcome &outcome)
                               "Install the program and the library of the same version.")
             .arg(outcome.code);
     }
-    QString happened = QString::fromUtf8(entry->summary);
-    happened.chop(1); // the full stop comes after the code
-    const QString summary = QStringLiteral("%1 (code %2, %3).")
-                                .arg(happened)
-                                .arg(entry->code)
-                                .arg(QLatin1String(entry->constant));
-    return QStringList{wrapped(summary, FIRST_LINE_WIDTH, 2), paragraph("Cause:", entry->cause),
-                       paragraph("What to do:", entry->remedy)}
+    const QString code =
+        QStringLiteral("  Code: %1 (%2)").arg(entry->code).arg(QLatin1String(entry->constant));
+    return QStringList{wrapped(QString::fromUtf8(entry->summary), FIRST_LINE_WIDTH, 2), code,
+                       paragraph("Cause:", entry->cause), paragraph("What to do:", entry->remedy)}
         .join(QLatin1Char('\n'));
 }
 

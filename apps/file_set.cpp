@@ -161,7 +161,7 @@ using FileChanges = std::vector<std::unique_ptr<FileChange>>;
 QString putAllInPlace(const FileChanges &changes, ExistingFiles existing)
 {
     for (const auto &change : changes) {
-        const QString problem = change->putInPlace(existing);
+        QString problem = change->putInPlace(existing);
         if (!problem.isEmpty()) {
             std::for_each(changes.rbegin(), changes.rend(),
                           [](const auto &undone) { undone->undo(); });
@@ -208,7 +208,7 @@ QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
     QStringList names;
     for (const NamedContent &file : files)
         names << file.name;
-    const QString obstacle = obstacleTo(folder, names, existing);
+    QString obstacle = obstacleTo(folder, names, existing);
     if (!obstacle.isEmpty())
         return obstacle;
 
@@ -233,7 +233,7 @@ QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
 QString makePrivateFolder(const QString &folder)
 {
     NewFolders newFolders;
-    const QString problem = newFolders.make(folder);
+    QString problem = newFolders.make(folder);
     if (problem.isEmpty())
         newFolders.keep();
     return problem;

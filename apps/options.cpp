@@ -83,7 +83,7 @@ public:
         for (const OptionRow &row : optionTable()) {
             if (!belongsTo(row, m_command.command) || !isSet(row.id))
                 continue;
-            const QString wrong = problemOf(row);
+            QString wrong = problemOf(row);
             if (!wrong.isEmpty())
                 return wrong;
         }

@@ -138,7 +138,7 @@ private:
 SimulatorProblem tryCards(const QStringList &cards, SimulatorLibrary *simulator)
 {
     for (const QString &card : cards) {
-        const SimulatorProblem problem = simulator->putCard(card);
+        SimulatorProblem problem = simulator->putCard(card);
         if (problem)
             return problem;
     }

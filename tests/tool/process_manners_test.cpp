@@ -1,0 +1,242 @@
+// idcard-reader as a process: standard output, display, the simulator's library.
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QFile>
+
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+const QStringList READ_RESIDENT{"read", "--simulate", "resident"};
+
+TEST(StandardOutput, HoldsNothingOfWhatTheLibraryPrintsWhenTheReaderDoesNotOpen)
+{
+    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--fault", "open-fails=3"});
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("打开读卡器失败")));
+}
+
+TEST(StandardOutput, IsTheSameAfterTransientFailures)
+{
+    const ProcessResult run =
+        runTool(READ_RESIDENT + QStringList{"--fault", "transient-failures=3"});
+    EXPECT_EQ(run.standardOutput, runTool(READ_RESIDENT).standardOutput);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+}
+
+TEST(StandardOutput, VerboseShowsWhatTheLibraryPrintsOnStandardError)
+{
+    const ProcessResult run =
+        runTool(READ_RESIDENT + QStringList{"--fault", "transient-failures=3", "--verbose"});
+    EXPECT_EQ(run.standardOutput, runTool(READ_RESIDENT).standardOutput);
+    EXPECT_EQ(run.standardError.count("card reading fail!"), 3);
+}
+
+TEST(StandardOutput, DebugMessagesOfTheLibraryAppearOnlyWhenVerbose)
+{
+    const QStringList arguments = READ_RESIDENT + QStringList{"--fault", "photo-undecodable"};
+    EXPECT_THAT(runTool(arguments).standardError.toStdString(), Not(HasSubstr("解码头像数据失败")));
+    EXPECT_THAT(runTool(arguments + QStringList{"--verbose"}).standardError.toStdString(),
+                HasSubstr("解码头像数据失败"));
+}
+
+class UnwritableOutput : public testing::TestWithParam<QStringList>
+{
+};
+
+TEST_P(UnwritableOutput, FullDiskIsTold)
+{
+    RunningTool tool(GetParam());
+    tool.process().setStandardOutputFile(QStringLiteral("/dev/full"));
+    tool.start();
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+}
+
+TEST_P(UnwritableOutput, ClosedStandardOutputIsTold)
+{
+    RunningTool tool(GetParam());
+    tool.closeStandardOutput();
+    tool.start();
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
+                         testing::Values(QStringList{"--help"}, QStringList{"--version"},
+                                         QStringList{"cards"}, QStringList{"cards", "--json"},
+                                         QStringList{"read", "--simulate", "resident"},
+                                         QStringList{"read", "--json", "--simulate", "resident"},
+                                         QStringList{"watch", "--simulate", "resident"}));
+
+TEST(StandardOutput, PipeWhoseReaderHasGoneIsToldAndEndsTheWatch)
+{
+    QTemporaryDir folder;
+    const QByteArray pipe = QFile::encodeName(folder.filePath("pipe"));
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    const int reader = ::open(pipe.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reader, 0);
+    RunningTool tool(
+        {"watch", "--simulate", "resident", "--simulate", "resident", "--fault", "delay-ms=1000"});
+    tool.process().setStandardOutputFile(QFile::decodeName(pipe));
+    tool.start();
+    ::close(reader);
+    const ProcessResult run = tool.result();
+    EXPECT_TRUE(run.finished) << "ended by a signal";
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+}
+
+TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
+{
+    RunningTool tool({"read", "--simulate", "resident", "--fault", "no-card"});
+    tool.closeStandardOutput();
+    tool.start();
+    EXPECT_EQ(tool.result().exitStatus, 4);
+}
+
+class Display : public testing::Test
+{
+protected:
+    static ProcessInput withPlatform(const QMap<QString, QString> &variables)
+    {
+        ProcessInput input;
+        input.environment = variables;
+        return input;
+    }
+};
+
+TEST_F(Display, MissingOneIsReplacedByTheOffscreenPlatformQuietly)
+{
+    const ProcessResult run =
+        runTool(READ_RESIDENT, withPlatform({{"QT_QPA_PLATFORM", QString()}}));
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+}
+
+TEST_F(Display, VerboseTellsThatThereIsNone)
+{
+    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"},
+                                      withPlatform({{"QT_QPA_PLATFORM", QString()}}));
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("offscreen platform is used"));
+}
+
+TEST_F(Display, ChosenPlatformIsLeft)
+{
+    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"},
+                                      withPlatform({{"QT_QPA_PLATFORM", "minimal"}}));
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("offscreen platform is used")));
+}
+
+TEST_F(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
+{
+    const ProcessResult run =
+        runTool(READ_RESIDENT, withPlatform({{"QT_QPA_PLATFORM", "no-such-platform"}}));
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("QT_QPA_PLATFORM=offscreen"));
+}
+
+ProcessResult readWithSimulator(const QString &library)
+{
+    ProcessInput input;
+    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", library}};
+    return runTool(READ_RESIDENT, input);
+}
+
+TEST(SimulatorLibrary, NamedFileIsUsed)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("my-simulator.so");
+    ASSERT_TRUE(QFile::copy(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", path));
+    EXPECT_EQ(readWithSimulator(path).exitStatus, 0);
+}
+
+TEST(SimulatorLibrary, NamedFileThatIsMissingIsToldAndNoOtherIsTaken)
+{
+    const ProcessResult run = readWithSimulator("/nonexistent/simulator.so");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("there is no /nonexistent/simulator.so"));
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("IDCARD_SIMULATOR_LIBRARY"));
+}
+
+TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("simulator.so");
+    writeFile(path, "no library at all");
+    const ProcessResult run = readWithSimulator(path);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("The simulator could not be loaded"));
+}
+
+TEST(SimulatorLibrary, OtherLibraryIsTold)
+{
+    const ProcessResult run = readWithSimulator(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so");
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("is no simulator"));
+}
+
+class SimulatorPlace : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(SimulatorPlace, IsSearchedFromTheProgram)
+{
+    QTemporaryDir folder;
+    for (const char *part : {"bin", "lib"})
+        ASSERT_TRUE(QDir(folder.path()).mkdir(part));
+    const QString program = folder.filePath("bin/idcard-reader");
+    ASSERT_TRUE(QFile::copy(IDCARD_BUILD_BIN_DIR "/idcard-reader", program));
+    ASSERT_TRUE(
+        QFile::copy(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", folder.filePath(GetParam())));
+    ProcessInput input;
+    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", QString()}};
+    const ProcessResult run = runProcess(program, READ_RESIDENT + QStringList{"--verbose"}, input);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("The simulator is " + folder.filePath(GetParam()).toStdString()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, SimulatorPlace,
+                         testing::Values("bin/libidcard_simulator.so",
+                                         "lib/libidcard_simulator.so"));
+
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    ProcessInput input;
+    input.emulated = false;
+    const ProcessResult run = runProcess(program, arguments, input);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    return run.standardOutput;
+}
+
+TEST(SimulatorLibrary, NothingOfItStandsInTheWayOfTheMakersLibrary)
+{
+    const QString tool = QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-reader");
+    const std::string needed = outputOf(IDCARD_READELF, {"-d", tool}).toStdString();
+    EXPECT_THAT(needed, HasSubstr("libidcard_reader_lib.so"));
+    EXPECT_THAT(needed, Not(HasSubstr("simulator")));
+    const std::string defined = outputOf(IDCARD_NM, {"--defined-only", tool}).toStdString();
+    EXPECT_THAT(defined, HasSubstr(" main\n"));
+    EXPECT_THAT(defined, Not(HasSubstr(" KVO_")));
+    EXPECT_THAT(defined, Not(HasSubstr(" unpack\n")));
+}
+
+} // namespace

@@ -1,0 +1,364 @@
+// "idcard-reader read": what it prints and how it ends.
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+
+#include "common/country_code_list.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+QString countryName(const QString &code)
+{
+    for (const auto &row : COUNTRY_CODE_LIST) {
+        if (row[1] == code.toStdString())
+            return QString::fromStdString(row[2]);
+    }
+    return {};
+}
+
+/** What `read --json` must print for a described card whose texts are padded with zeros. */
+QJsonObject expectedJson(const simulator::CardDescription &card)
+{
+    using simulator::CardKind;
+    const bool isForeign = card.kind == CardKind::Foreign2017 || card.kind == CardKind::ForeignNew;
+    QJsonObject json{{"kind", simulator::cardKindName(card.kind)},
+                     {"sex", simulator::sexText(card)},
+                     {"birthDate", QJsonObject{{"year", card.birthDate.mid(0, 4)},
+                                               {"month", card.birthDate.mid(4, 2)},
+                                               {"day", card.birthDate.mid(6)}}},
+                     {"idNumber", card.idNumber},
+                     {"validFrom", card.validFrom},
+                     {"validTo", card.validTo}};
+    const bool isBmp = card.photoDelivery == simulator::PhotoDelivery::BmpFile;
+    json["photo"] = QJsonObject{{"format", isBmp ? "bmp" : "compressed"}, {"file", QJsonValue()}};
+    if (isForeign) {
+        json["englishName"] = card.englishName;
+        json["chineseName"] = card.chineseName;
+        json["nationality"] = countryName(card.nationality);
+    } else {
+        json["name"] = card.name;
+        json["address"] = card.address;
+        json["issuingAuthority"] = card.issuingAuthority;
+    }
+    switch (card.kind) {
+    case CardKind::Resident:
+        json["cardKind"] = 0;
+        json["ethnicGroup"] = simulator::ethnicGroupText(card);
+        json["fingerprints"] = QJsonObject{{"count", card.fingerprints}, {"file", QJsonValue()}};
+        break;
+    case CardKind::Hmt:
+        json["cardKind"] = 3;
+        json["travelPermitNumber"] = card.travelPermitNumber;
+        break;
+    case CardKind::Foreign2017:
+        json["cardKind"] = 1;
+        break;
+    case CardKind::ForeignNew:
+        json["cardKind"] = 2;
+        json["cardExtra"] = card.cardExtra;
+        break;
+    }
+    return json;
+}
+
+class ReadKind : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(ReadKind, JsonHoldsTheDescribedCard)
+{
+    const QString name = QLatin1String(GetParam());
+    const ProcessResult run = runTool({"read", "--json", "--simulate", name});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
+              QJsonDocument(expectedJson(builtInCard(name))).toJson().toStdString());
+}
+
+TEST_P(ReadKind, TableShowsTheDescribedCard)
+{
+    const QString name = QLatin1String(GetParam());
+    const simulator::CardDescription card = builtInCard(name);
+    const ProcessResult run = runTool({"read", "--simulate", name});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    const std::string table = run.standardOutput.toStdString();
+    for (const QString &text : {card.name, card.englishName, card.chineseName, card.address,
+                                card.idNumber, card.issuingAuthority, card.travelPermitNumber}) {
+        EXPECT_THAT(table, HasSubstr(text.toStdString()));
+    }
+    EXPECT_THAT(table, HasSubstr(card.birthDate.mid(0, 4).toStdString() + "-" +
+                                 card.birthDate.mid(4, 2).toStdString() + "-" +
+                                 card.birthDate.mid(6).toStdString()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ReadKind,
+                         testing::Values("resident", "hmt-hong-kong", "foreign-2017", "foreign-new",
+                                         "resident-compressed-photo", "resident-one-fingerprint",
+                                         "resident-no-fingerprint", "resident-long-term",
+                                         "resident-rare-characters"));
+
+TEST(Read, PaddingThatTheReaderLeftStaysInTheJson)
+{
+    const ProcessResult run =
+        runTool({"read", "--json", "--simulate", "resident-two-character-name"});
+    const QString name = parsedObject(run.standardOutput).value("name").toString();
+    EXPECT_TRUE(name.endsWith(QLatin1Char(' '))) << name.toStdString();
+    EXPECT_EQ(name.trimmed(), builtInCard("resident-two-character-name").name);
+}
+
+TEST(Read, FieldsWithoutContentAreEmptyInTheJsonAndADashInTheTable)
+{
+    const QString card = QStringLiteral("foreign-2017-unknown-nationality");
+    const QJsonObject json =
+        parsedObject(runTool({"read", "--json", "--simulate", card}).standardOutput);
+    EXPECT_EQ(json["nationality"], QJsonValue(QString()));
+    const std::string table = runTool({"read", "--simulate", card}).standardOutput.toStdString();
+    EXPECT_THAT(table, HasSubstr("\nNationality    -\n"));
+    EXPECT_THAT(table, HasSubstr("\nChinese name   -\n")); // filled up with blanks by the reader
+}
+
+TEST(Read, DescriptionFileIsReadLikeABuiltInCard)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QString::fromUtf8("我的卡.json"));
+    writeFile(path, readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json")));
+    EXPECT_EQ(runTool({"read", "--json", "--simulate", path}).standardOutput,
+              runTool({"read", "--json", "--simulate", "resident"}).standardOutput);
+}
+
+TEST(Read, DescriptionFileWithAChineseNameIsFoundInThePlainLocale)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QString::fromUtf8("我的卡.json"));
+    writeFile(path, readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json")));
+    ProcessInput input;
+    input.environment = {{"LC_ALL", "C"}};
+    const ProcessResult run = runTool({"read", "--simulate", path}, input);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+}
+
+TEST(Read, InstalledReaderIsUsedWithoutSimulate)
+{
+    const InstalledReader reader;
+    ProcessInput input;
+    input.environment = reader.variables("hmt-macao");
+    const ProcessResult run = runTool({"read", "--json"}, input);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(parsedObject(run.standardOutput).value("idNumber").toString(),
+              builtInCard("hmt-macao").idNumber);
+}
+
+TEST(Read, EmptyInstalledReaderIsToldAsNoCard)
+{
+    const InstalledReader reader;
+    ProcessInput input;
+    input.environment = reader.variables(QStringLiteral(""));
+    EXPECT_EQ(runTool({"read"}, input).exitStatus, 4);
+}
+
+struct FailureCase {
+    const char *fault;
+    int exitStatus;
+    const char *code;
+};
+
+void PrintTo(const FailureCase &failure, std::ostream *stream)
+{
+    *stream << failure.fault;
+}
+
+class ReadFailure : public testing::TestWithParam<FailureCase>
+{
+};
+
+TEST_P(ReadFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
+{
+    const ProcessResult run =
+        runTool({"read", "--simulate", "resident", "--fault", GetParam().fault});
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, GetParam().exitStatus);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr(GetParam().code), HasSubstr("Cause:"), HasSubstr("What to do:")));
+}
+
+TEST_P(ReadFailure, SaysNothingOfTheCardEvenWhenVerbose)
+{
+    const simulator::CardDescription card = builtInCard("resident");
+    const ProcessResult run =
+        runTool({"read", "--verbose", "--simulate", "resident", "--fault", GetParam().fault});
+    EXPECT_THAT(run.standardError.toStdString(), AllOf(Not(HasSubstr(card.name.toStdString())),
+                                                       Not(HasSubstr(card.idNumber.toStdString())),
+                                                       Not(HasSubstr(card.address.toStdString()))));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, ReadFailure,
+    testing::Values(FailureCase{"open-fails=3", 3, "Code: -5 (IDCARD_RESULT_PORT_NOT_OPEN)"},
+                    FailureCase{"read-fails=1", 3, "Code: -5 (IDCARD_RESULT_PORT_NOT_OPEN)"},
+                    FailureCase{"no-card", 4, "Code: -24 (IDCARD_RESULT_NO_CARD)"},
+                    FailureCase{"photo-undecodable", 6,
+                                "Code: -26 (IDCARD_RESULT_PHOTO_NOT_DECODED)"},
+                    FailureCase{"unknown-kind", 8, "Code: 0 (IDCARD_RESULT_OK)"},
+                    FailureCase{"read-fails=7", 8, "Code: 0 (IDCARD_RESULT_OK)"}));
+
+TEST(Read, VerboseTellsTheCourseWithoutTheCard)
+{
+    const simulator::CardDescription card = builtInCard("resident");
+    const ProcessResult run = runTool({"read", "--verbose", "--simulate", "resident"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr("libidcard_simulator.so"), HasSubstr("with the code 0"),
+                      Not(HasSubstr(card.name.toStdString())),
+                      Not(HasSubstr(card.idNumber.toStdString()))));
+}
+
+TEST(Read, ReadingThatTheMakersLibraryBreaksOffEndsWithItsStatus)
+{
+    const InstalledReader reader(QStringLiteral("libidcard_throwing_reader.so"));
+    ProcessInput input;
+    input.environment = reader.variables(QString());
+    const ProcessResult run = runTool({"read"}, input);
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 5);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("Code: -23 (IDCARD_RESULT_READ_FAILED)"));
+}
+
+TEST(ReadWait, CardThatComesLaterIsRead)
+{
+    QElapsedTimer time;
+    time.start();
+    const ProcessResult run =
+        runTool({"read", "--wait", "30", "--simulate", "resident", "--fault", "no-card=2"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_GE(time.elapsed(), 400); // two pauses
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty()) << "no terminal, no sign of life";
+}
+
+TEST(ReadWait, WithoutItAnEmptyReaderIsAFailureAtOnce)
+{
+    EXPECT_EQ(runTool({"read", "--simulate", "resident", "--fault", "no-card=1"}).exitStatus, 4);
+}
+
+TEST(ReadWait, EndsWhenTheTimeIsOver)
+{
+    QElapsedTimer time;
+    time.start();
+    const ProcessResult run =
+        runTool({"read", "--wait", "1", "--simulate", "resident", "--fault", "no-card"});
+    EXPECT_EQ(run.exitStatus, 4);
+    EXPECT_GE(time.elapsed(), 1000);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -24"));
+}
+
+TEST(ReadWait, OtherFailuresEndItAtOnce)
+{
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(runTool({"read", "--wait", "55", "--simulate", "resident", "--fault", "open-fails=3"})
+                  .exitStatus,
+              3);
+    EXPECT_LT(time.elapsed(), 50000);
+}
+
+/** Everything a program writes to standard error, which is a terminal. */
+class Terminal
+{
+public:
+    Terminal() : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        EXPECT_GE(m_master, 0);
+        EXPECT_EQ(::grantpt(m_master), 0);
+        EXPECT_EQ(::unlockpt(m_master), 0);
+    }
+    ~Terminal() { ::close(m_master); }
+    Terminal(const Terminal &) = delete;
+    Terminal(Terminal &&) = delete;
+    Terminal &operator=(const Terminal &) = delete;
+    Terminal &operator=(Terminal &&) = delete;
+
+    QString path() const { return QString::fromLocal8Bit(::ptsname(m_master)); }
+
+    std::string read() const
+    {
+        std::string text(4096, '\0');
+        const ssize_t size = ::read(m_master, text.data(), text.size());
+        text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+        return text;
+    }
+
+private:
+    int m_master;
+};
+
+TEST(ReadWait, TerminalShowsASignOfLifeAndIsLeftClean)
+{
+    const Terminal terminal;
+    RunningTool tool({"read", "--wait", "30", "--simulate", "resident", "--fault", "no-card=1"});
+    tool.process().setStandardErrorFile(terminal.path());
+    tool.start();
+    EXPECT_EQ(tool.result().exitStatus, 0);
+    const std::string shown = terminal.read();
+    EXPECT_THAT(shown, HasSubstr("Lay a card on the reader (30 s left"));
+    EXPECT_THAT(shown, testing::EndsWith("\r\x1b[K"));
+}
+
+class ReadSignal : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(ReadSignal, EndsTheWaitWithAMessage)
+{
+    RunningTool tool(
+        {"read", "--verbose", "--wait", "50", "--simulate", "resident", "--fault", "no-card"});
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("The simulator is") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    tool.signal(GetParam());
+    const ProcessResult run = tool.result();
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 4);
+    EXPECT_THAT((seen + run.standardError).toStdString(), HasSubstr("Broken off before a card"));
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM));
+
+TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
+{
+    RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
+                      "transient-failures=1000000000"});
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("card reading fail!") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    QElapsedTimer time;
+    time.start();
+    tool.signal(SIGINT);
+    const ProcessResult run = tool.result();
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 5);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("was broken off"));
+}
+
+} // namespace

@@ -1,0 +1,145 @@
+// The command line of idcard-reader: help, version and wrong usages.
+
+#include <gmock/gmock.h>
+
+#include "tests/tool/tool_runner.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+struct WrongUsage {
+    QStringList arguments;
+    const char *message;
+};
+
+void PrintTo(const WrongUsage &usage, std::ostream *stream)
+{
+    *stream << usage.arguments.join(QLatin1Char(' ')).toStdString();
+}
+
+class Usage : public testing::TestWithParam<WrongUsage>
+{
+};
+
+TEST_P(Usage, IsRefusedWithAReason)
+{
+    const ProcessResult run = runTool(GetParam().arguments);
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr(GetParam().message));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Wrong, Usage,
+    testing::Values(
+        WrongUsage{{}, "A command is missing"},
+        WrongUsage{{"scan"}, "There is no command scan; the commands are read, watch, cards."},
+        WrongUsage{{"rea"}, "There is no command rea;"},
+        WrongUsage{{"--json", "read"}, "The command comes before its options, and --json is none"},
+        WrongUsage{{"read", "--jsn"}, "jsn"}, WrongUsage{{"read", "--js"}, "js"},
+        WrongUsage{{"read", "--count", "1"}, "count"}, WrongUsage{{"watch", "--force"}, "force"},
+        WrongUsage{{"cards", "--simulate", "resident"}, "simulate"},
+        WrongUsage{{"read", "resident"}, "read takes no argument resident."},
+        WrongUsage{{"read", "--out"}, "out"},
+        WrongUsage{{"read", "--out", ""}, "--out needs a folder."},
+        WrongUsage{{"read", "--simulate", ""}, "--simulate needs a card."},
+        WrongUsage{{"read", "--force"}, "--force only has a meaning together with --out."},
+        WrongUsage{{"read", "--fault", "no-card"},
+                   "--fault only has a meaning together with --simulate."},
+        WrongUsage{{"watch", "--fault", "no-card"},
+                   "--fault only has a meaning together with --simulate."},
+        WrongUsage{{"read", "--wait", "soon"},
+                   "--wait takes a whole number from 1 to 86400, not soon."},
+        WrongUsage{{"read", "--wait", "0"}, "from 1 to 86400, not 0."},
+        WrongUsage{{"read", "--wait", "-1"}, "from 1 to 86400, not -1."},
+        WrongUsage{{"read", "--wait", "1.5"}, "from 1 to 86400, not 1.5."},
+        WrongUsage{{"read", "--wait", "99999999999"}, "from 1 to 86400, not 99999999999."},
+        WrongUsage{{"read", "--wait", "1", "--wait", "2"}, "--wait can be given only once."},
+        WrongUsage{{"read", "--simulate", "resident", "--simulate", "resident"},
+                   "--simulate can be given only once."},
+        WrongUsage{{"watch", "--count", "0"}, "--count takes a whole number from 1"},
+        WrongUsage{{"watch", "--interval", "1"}, "--interval takes a whole number from 10"},
+        WrongUsage{{"read", "--simulate", "no-such-card"}, "no-such-card"},
+        WrongUsage{{"read", "--simulate", "resident", "--fault", "earthquake"}, "earthquake"}));
+
+class CommandHelp : public testing::TestWithParam<std::pair<const char *, QStringList>>
+{
+};
+
+TEST_P(CommandHelp, MentionsEveryOptionTheStatusesAndAnExample)
+{
+    const QString command = QLatin1String(GetParam().first);
+    const ProcessResult run = runTool({command, "--help"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    const std::string help = run.standardOutput.toStdString();
+    EXPECT_THAT(help, testing::StartsWith("Usage: idcard-reader " + command.toStdString()));
+    for (const QString &option : GetParam().second)
+        EXPECT_THAT(help, HasSubstr("  --" + option.toStdString()));
+    EXPECT_THAT(help, HasSubstr("-h, --help"));
+    EXPECT_THAT(help, HasSubstr("Examples:\n  idcard-reader " + command.toStdString()));
+    for (int status = 0; status <= 8; ++status)
+        EXPECT_THAT(help, HasSubstr("\n  " + std::to_string(status) + "  "));
+}
+
+TEST_P(CommandHelp, FitsATerminal)
+{
+    const ProcessResult run = runTool({QLatin1String(GetParam().first), "--help"});
+    for (const QByteArray &line : run.standardOutput.split('\n'))
+        EXPECT_LE(line.size(), 79) << line.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, CommandHelp,
+    testing::Values(std::make_pair("read", QStringList{"json", "out <folder>", "force",
+                                                       "wait <seconds>", "simulate <card>",
+                                                       "fault <faults>", "verbose", "version"}),
+                    std::make_pair("watch",
+                                   QStringList{"out <folder>", "count <number>",
+                                               "interval <milliseconds>", "simulate <card>",
+                                               "fault <faults>", "verbose", "version"}),
+                    std::make_pair("cards", QStringList{"json", "verbose", "version"})));
+
+TEST(Help, ListsTheCommandsAndTheExitStatuses)
+{
+    for (const char *option : {"--help", "-h"}) {
+        const ProcessResult run = runTool({option});
+        EXPECT_EQ(run.exitStatus, 0);
+        const std::string help = run.standardOutput.toStdString();
+        for (const char *text :
+             {"\n  read ", "\n  watch ", "\n  cards ", "Exit status:", "\n  8  "})
+            EXPECT_THAT(help, HasSubstr(text));
+    }
+}
+
+TEST(Help, ListsTheFaultsOfTheSimulator)
+{
+    const std::string help = runTool({"read", "--help"}).standardOutput.toStdString();
+    for (const char *fault : {"open-fails=N", "no-card=N", "transient-failures=N",
+                              "photo-undecodable", "unknown-kind=N"})
+        EXPECT_THAT(help, HasSubstr(fault));
+}
+
+TEST(Help, NeedsNoDisplay)
+{
+    ProcessInput input;
+    input.environment = {{"QT_QPA_PLATFORM", "no-such-platform"}};
+    for (const QStringList &arguments :
+         {QStringList{"--help"}, QStringList{"--version"}, QStringList{"read", "--help"}})
+        EXPECT_EQ(runTool(arguments, input).exitStatus, 0);
+}
+
+TEST(Version, TellsProgramAndLibrary)
+{
+    for (const QStringList &arguments :
+         {QStringList{"--version"}, QStringList{"read", "--version"}}) {
+        const ProcessResult run = runTool(arguments);
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_EQ(run.standardOutput.toStdString(), "idcard-reader 1.5.0\nlibrary version:1.5.0\n");
+    }
+}
+
+} // namespace

@@ -1,0 +1,258 @@
+// "idcard-reader watch".
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QThread>
+
+#include "tests/tool/file_size_limit.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+std::vector<std::string> kindsIn(const QByteArray &lines)
+{
+    std::vector<std::string> kinds;
+    for (const QJsonObject &card : parsedLines(lines))
+        kinds.push_back(card["kind"].toString().toStdString());
+    return kinds;
+}
+
+TEST(Watch, SimulatedCardsComeOneAfterTheOther)
+{
+    const ProcessResult run = runTool({"watch", "--simulate", "resident", "--simulate",
+                                       "hmt-hong-kong", "--simulate", "foreign-new"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident", "hmt", "foreign-new"));
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+}
+
+TEST(Watch, LineHoldsTheSameAsReadPrints)
+{
+    const QByteArray line = runTool({"watch", "--simulate", "resident"}).standardOutput;
+    EXPECT_EQ(line.count('\n'), 1);
+    EXPECT_EQ(parsedObject(line),
+              parsedObject(runTool({"read", "--json", "--simulate", "resident"}).standardOutput));
+}
+
+TEST(Watch, SameCardLaidOnAgainIsReportedAgain)
+{
+    const ProcessResult run =
+        runTool({"watch", "--simulate", "resident", "--simulate", "resident"});
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident", "resident"));
+}
+
+TEST(Watch, CountEndsItBeforeTheLastCard)
+{
+    const ProcessResult run =
+        runTool({"watch", "--count", "1", "--simulate", "resident", "--simulate", "hmt-hong-kong"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
+}
+
+TEST(Watch, EmptyReaderIsWaitedOutQuietly)
+{
+    const ProcessResult run =
+        runTool({"watch", "--interval", "10", "--simulate", "resident", "--fault", "no-card=3"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+}
+
+TEST(Watch, FaultsBeginAnewWithEveryCard)
+{
+    const ProcessResult run = runTool({"watch", "--verbose", "--simulate", "resident", "--simulate",
+                                       "hmt-hong-kong", "--fault", "transient-failures=2"});
+    EXPECT_EQ(run.standardError.count("card reading fail!"), 4);
+}
+
+TEST(Watch, CardThatCannotBeReadIsToldAndTheOthersAreReported)
+{
+    QTemporaryDir folder;
+    QJsonObject description =
+        parsedObject(readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json")));
+    description["faults"] = QJsonArray{"photo-undecodable"};
+    const QString bad = folder.filePath("bad.json");
+    writeFile(bad, QJsonDocument(description).toJson());
+
+    const ProcessResult run =
+        runTool({"watch", "--simulate", "resident", "--simulate", bad, "--simulate", "resident"});
+    EXPECT_EQ(run.exitStatus, 6);
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident", "resident"));
+    EXPECT_EQ(run.standardError.count("Code: -26"), 1) << run.standardError.toStdString();
+}
+
+TEST(Watch, DescriptionThatIsRefusedIsToldBeforeTheFirstCard)
+{
+    const ProcessResult run =
+        runTool({"watch", "--simulate", "resident", "--simulate", "no-such-card"});
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("no-such-card"));
+}
+
+TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
+{
+    for (const int number : {SIGINT, SIGTERM}) {
+        const InstalledReader reader;
+        RunningTool tool({"watch", "--interval", "10"}, reader.variables("hmt-hong-kong"));
+        tool.start();
+        EXPECT_THAT(kindsIn(tool.nextLine()), ElementsAre("hmt"));
+        QThread::msleep(300); // many looks
+        tool.signal(number);
+        const ProcessResult run = tool.result();
+        EXPECT_TRUE(run.finished);
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+        EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    }
+}
+
+TEST(WatchReader, CountOfTheReaderIsKept)
+{
+    const InstalledReader reader;
+    ProcessInput input;
+    input.environment = reader.variables("resident");
+    const ProcessResult run = runTool({"watch", "--count", "1"}, input);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
+}
+
+TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
+{
+    const InstalledReader reader;
+    ProcessInput input;
+    input.environment = reader.variables("resident", "open-fails=2");
+    const ProcessResult run = runTool({"watch"}, input);
+    EXPECT_EQ(run.exitStatus, 3);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -5"));
+}
+
+TEST(WatchReader, FailureThatLastsIsToldOnce)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--interval", "10"}, reader.variables("resident", "read-fails=7"));
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("What to do:") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    QThread::msleep(300);
+    tool.signal(SIGTERM);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ((seen + run.standardError).count("Cause:"), 1);
+}
+
+TEST(WatchReader, LongIntervalDoesNotDelayTheSignal)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--interval", "60000"}, reader.variables("resident"));
+    tool.start();
+    EXPECT_THAT(tool.nextLine().toStdString(), Not(IsEmpty()));
+    tool.signal(SIGTERM);
+    EXPECT_TRUE(tool.process().waitForFinished(20000));
+}
+
+TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--verbose"},
+                     reader.variables("resident", "transient-failures=1000000000"));
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("card reading fail!") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    tool.signal(SIGTERM);
+    const ProcessResult run = tool.result();
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 0);
+}
+
+class WatchOut : public testing::Test
+{
+protected:
+    QString out() const { return m_base.filePath("cards"); }
+
+    ProcessResult watch(const QStringList &cards) const
+    {
+        QStringList arguments{"watch", "--out", out()};
+        for (const QString &card : cards)
+            arguments << "--simulate" << card;
+        return runTool(arguments);
+    }
+
+    std::vector<std::string> namesIn(const QString &folder) const
+    {
+        std::vector<std::string> names;
+        for (const auto &entry : folderState(folder))
+            names.push_back(entry.first);
+        return names;
+    }
+
+private:
+    QTemporaryDir m_base;
+};
+
+TEST_F(WatchOut, EveryCardGetsANumberedPrivateFolder)
+{
+    const ProcessResult run = watch({"resident", "hmt-hong-kong"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(namesIn(out()), ElementsAre("0001", "0002"));
+    EXPECT_THAT(namesIn(out() + "/0001"),
+                ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
+    EXPECT_THAT(namesIn(out() + "/0002"), ElementsAre("card.json", "photo.bmp"));
+    EXPECT_EQ(modeOf(out()), 0700);
+    EXPECT_EQ(modeOf(out() + "/0001"), 0700);
+    EXPECT_EQ(modeOf(out() + "/0001/card.json"), 0600);
+}
+
+TEST_F(WatchOut, LinesNameTheFilesOfTheirCard)
+{
+    const auto cards = parsedLines(watch({"hmt-hong-kong", "hmt-taiwan"}).standardOutput);
+    ASSERT_EQ(cards.size(), 2);
+    EXPECT_EQ(cards[1]["photo"].toObject()["file"].toString(), out() + "/0002/photo.bmp");
+}
+
+TEST_F(WatchOut, SecondRunGoesOnAfterTheFirst)
+{
+    watch({"resident", "resident"});
+    const auto before = folderState(out() + "/0002");
+    EXPECT_EQ(watch({"hmt-hong-kong"}).exitStatus, 0);
+    EXPECT_THAT(namesIn(out()), ElementsAre("0001", "0002", "0003"));
+    EXPECT_EQ(folderState(out() + "/0002"), before);
+}
+
+TEST_F(WatchOut, FolderThatCannotBeMadeIsToldBeforeTheFirstCard)
+{
+    writeFile(out(), "in the way");
+    const ProcessResult run = watch({"resident"});
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("could not be made"));
+}
+
+TEST_F(WatchOut, DiskThatFillsUpEndsItWithTheCardPrintedAndNoFolder)
+{
+    const FileSizeLimit limit(20000);
+    const ProcessResult run = watch({"resident", "hmt-hong-kong"});
+    EXPECT_EQ(run.exitStatus, 7);
+    const auto cards = parsedLines(run.standardOutput);
+    ASSERT_EQ(cards.size(), 1);
+    EXPECT_TRUE(cards[0]["photo"].toObject()["file"].isNull());
+    EXPECT_THAT(namesIn(out()), IsEmpty());
+}
+
+} // namespace
