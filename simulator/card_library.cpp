@@ -9,7 +9,7 @@
 // At global scope: the macro declares a function of the generated code.
 static void registerCards()
 {
-    Q_INIT_RESOURCE(cards);
+    Q_INIT_RESOURCE(simulator_cards);
 }
 
 namespace simulator

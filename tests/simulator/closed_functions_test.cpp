@@ -214,7 +214,7 @@ TEST_F(SimulatedReader, messageLongerThanItsBuffer_isCutAndTerminated)
     EXPECT_EQ(message[0], 'x');
 }
 
-TEST_F(SimulatedReader, messageCutInsideACharacter_loosesThatCharacterWhole)
+TEST_F(SimulatedReader, messageCutInsideACharacter_losesThatCharacterWhole)
 {
     char message[6];
     EXPECT_EQ(idcard_simulator_put_card("卡片", message, 6), -1);

@@ -5,7 +5,6 @@
 #include "simulator/faults.h"
 
 using namespace simulator;
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 

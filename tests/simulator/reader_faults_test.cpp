@@ -20,7 +20,7 @@ class ReaderFaults : public testing::Test
 {
 protected:
     ReaderFaults() { put("resident"); }
-    ~ReaderFaults() override { set(""); }
+    void TearDown() override { set(""); }
 
     static void put(const char *card) { ASSERT_EQ(idcard_simulator_put_card(card, nullptr, 0), 0); }
 

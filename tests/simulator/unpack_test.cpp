@@ -28,7 +28,8 @@ constexpr std::size_t GUARD = 64;
 // Room for the largest result and a guard behind it.
 std::vector<unsigned char> untouched()
 {
-    return std::vector<unsigned char>(IDCARD_PHOTO_SIZE + GUARD, 0xEE);
+    std::vector<unsigned char> buffer(IDCARD_PHOTO_SIZE + GUARD, 0xEE);
+    return buffer;
 }
 
 } // namespace

@@ -81,7 +81,7 @@ const std::map<std::string, const char *> ETHNIC_TEXTS = {
 
 QString expectedText(const QJsonObject &card, const std::string &key)
 {
-    const QString value = card.value(QLatin1String(key.c_str())).toString();
+    QString value = card.value(QLatin1String(key.c_str())).toString();
     if (key == "sex") {
         return QString::fromUtf8(SEX_TEXTS.at(value.toStdString()));
     }
