@@ -66,6 +66,7 @@ std::vector<QStringList> rowsOfDocument(const QString &heading)
 std::vector<std::string> joined(const std::vector<QStringList> &rows)
 {
     std::vector<std::string> lines;
+    lines.reserve(rows.size());
     for (const QStringList &row : rows)
         lines.push_back(row.join(QStringLiteral(" | ")).toStdString());
     return lines;
@@ -74,6 +75,7 @@ std::vector<std::string> joined(const std::vector<QStringList> &rows)
 std::vector<QStringList> rowsOfCatalogue()
 {
     std::vector<QStringList> rows;
+    rows.reserve(resultCatalogue().size());
     for (const ResultEntry &entry : resultCatalogue()) {
         rows.push_back(
             {QString::number(entry.code), QStringLiteral("`%1`").arg(QLatin1String(entry.constant)),
