@@ -112,6 +112,7 @@ bool CardSlot::followFaultsVariable(QString *problem)
 void CardSlot::place(const CardDescription &card)
 {
     m_card = card;
+    ++m_placement;
     m_removed = false;
     m_cardFaults = CountedFaults(card.faults);
 }
@@ -119,6 +120,7 @@ void CardSlot::place(const CardDescription &card)
 void CardSlot::clear()
 {
     m_card.reset();
+    ++m_placement;
     m_removed = false;
     m_cardFaults = {};
 }

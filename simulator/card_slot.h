@@ -45,6 +45,9 @@ public:
     /** The card on the reader; nullptr when there is none. */
     [[nodiscard]] const CardDescription *card() const;
 
+    /** A number that changes whenever a card is put or taken. */
+    [[nodiscard]] unsigned int placement() const { return m_placement; }
+
     /** The faults in force: those of the card, replaced by those set beside it. */
     [[nodiscard]] Faults faults() const;
 
@@ -73,6 +76,7 @@ private:
     void clear();
 
     std::optional<CardDescription> m_card;
+    unsigned int m_placement = 0;
     bool m_removed = false;
     CountedFaults m_cardFaults;
     CountedFaults m_setFaults;

@@ -2,9 +2,9 @@
 
 #include "simulator/vendor_reader.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include <QByteArray>
 #include <QThread>
 
 #include "common/card_records.h"
@@ -71,7 +71,7 @@ int VendorReader::open(int port, QString *problem)
         return *code;
     }
     m_open = true;
-    m_found = false;
+    m_found.reset();
     return KVO_SUCCESS;
 }
 
@@ -89,8 +89,12 @@ int VendorReader::find(int port)
     if (checked != KVO_SUCCESS) {
         return checked;
     }
-    m_found = m_slot.findCard();
-    return m_found ? KVO_SUCCESS : VENDOR_NO_CARD;
+    if (!m_slot.findCard()) {
+        m_found.reset();
+        return VENDOR_NO_CARD;
+    }
+    m_found = m_slot.placement();
+    return KVO_SUCCESS;
 }
 
 int VendorReader::read(int port, const VendorReadTarget &target, int flag)
@@ -118,8 +122,8 @@ int VendorReader::answerRead(const VendorReadTarget &target)
         m_slot.removeCard();
     }
     const CardDescription *card = m_slot.card();
-    if (card == nullptr) {
-        m_found = false;
+    if (card == nullptr || m_found != m_slot.placement()) {
+        m_found.reset();
         return VENDOR_CARD_REMOVED;
     }
     if (m_slot.failsTransiently()) {
@@ -137,7 +141,7 @@ int VendorReader::close(int port)
     const int checked = checkedPort(port);
     if (checked == KVO_SUCCESS) {
         m_open = false;
-        m_found = false;
+        m_found.reset();
     }
     return checked;
 }

@@ -2,7 +2,9 @@
 
 // The reader as the makers' library shows it: open, find, read, close, with that library's codes.
 
-#include <QByteArray>
+#include <optional>
+
+#include <QString>
 
 #include "common/card_info_struct.h"
 #include "simulator/card_slot.h"
@@ -52,7 +54,7 @@ private:
 
     CardSlot m_slot;
     bool m_open = false;
-    bool m_found = false;
+    std::optional<unsigned int> m_found; ///< the placement that a find has seen
 };
 
 } // namespace simulator

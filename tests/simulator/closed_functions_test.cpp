@@ -168,6 +168,16 @@ TEST_F(SimulatedReader, cardTakenBetweenFindAndRead_isGone)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
 }
 
+TEST_F(SimulatedReader, cardExchangedBetweenFindAndRead_mustBeFoundAnew)
+{
+    ReaderSession session;
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    put("hmt-macao");
+    EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
+    ASSERT_EQ(session.find(), KVO_SUCCESS);
+    EXPECT_EQ(session.read().info.kind, CARD_INFO_KIND_HMT);
+}
+
 TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
 {
     char message[4096] = "";

@@ -62,15 +62,14 @@ PhotoImage bands(int colours)
 TEST(PhotoCodec, portraitsOfManySeeds_fitAndComeBackUnchanged)
 {
     for (std::uint32_t seed = 0; seed < 300; ++seed) {
-        for (const Hairdresser hairdresser : {Hairdresser::Women, Hairdresser::Men}) {
-            const PhotoImage image = drawPortrait(seed, hairdresser);
-            const std::optional<QByteArray> data = compressPhoto(image);
-            ASSERT_TRUE(data) << seed;
-            ASSERT_EQ(data->size(), int(IDCARD_COMPRESSED_PHOTO_SIZE));
-            const std::optional<PhotoImage> back = decompressPhoto(*data);
-            ASSERT_TRUE(back) << seed;
-            ASSERT_TRUE(back->pixels == image.pixels) << seed;
-        }
+        const PhotoImage image =
+            drawPortrait(seed, seed % 2 == 0 ? Hairdresser::Women : Hairdresser::Men);
+        const std::optional<QByteArray> data = compressPhoto(image);
+        ASSERT_TRUE(data) << seed;
+        ASSERT_EQ(data->size(), int(IDCARD_COMPRESSED_PHOTO_SIZE));
+        const std::optional<PhotoImage> back = decompressPhoto(*data);
+        ASSERT_TRUE(back) << seed;
+        ASSERT_TRUE(back->pixels == image.pixels) << seed;
     }
 }
 
