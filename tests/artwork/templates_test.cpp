@@ -121,7 +121,7 @@ void PrintTo(const DrawnOn &card, std::ostream *stream)
 
 QRect between(int left, int top, int right, int bottom)
 {
-    return QRect(QPoint(left, top), QPoint(right, bottom));
+    return {QPoint(left, top), QPoint(right, bottom)};
 }
 
 /** The same from millimetres, for the templates that are scaled to the size of a card. */
