@@ -144,8 +144,8 @@ public:
 private:
     QString problem(const QString &reason) const
     {
-        return QStringLiteral("The file %1 could not be written: %2. Make room or choose another "
-                              "folder.")
+        return QStringLiteral("The file %1 could not be written: %2. Free space, see who may "
+                              "write there, or choose another folder.")
             .arg(QDir::toNativeSeparators(m_path), reason);
     }
 
