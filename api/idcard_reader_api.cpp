@@ -6,6 +6,7 @@
 #include <QtDebug>
 
 #include "api/field_extraction.h"
+#include "api/image_output.h"
 #include "common/card_info_struct.h"
 #include "common/closed_functions.h"
 #include "common/closed_library_door.h"
@@ -125,8 +126,7 @@ void fillOutputs(IDCARD_KIND kind, CardInfoStruct &info, const RawData &raw, Rec
     extractFields(info, record);
     std::memcpy(record.byPhoto, raw.photo, sizeof(record.byPhoto));
     copyFingerprints(raw, record);
-    outputs.frontImage->clear();
-    outputs.backImage->clear();
+    makeImages(record, *outputs.frontImage, *outputs.backImage);
 }
 
 void dispatch(CardInfoStruct &info, const RawData &raw, const Outputs &outputs)

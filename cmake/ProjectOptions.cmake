@@ -28,6 +28,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor)
+# Not a bit of a picture may depend on whether the processor can multiply and add in one step.
+add_compile_options(-ffp-contract=off)
 # The source and object folders do not belong into what is built.
 add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 

@@ -1,8 +1,161 @@
+// Units, text and pictures of the class Tools; its line wrapping is in text_wrapping.cpp.
+
 #include "render/tools.h"
 
+#include <QBuffer>
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <QScreen>
+
 #include "common/country_code_list.h"
+#include "render/makecardimg.h"
+
+namespace
+{
+
+constexpr double MM_PER_INCH = 25.4;
+constexpr double MM_PER_POINT = 0.35277777777777775; // 25.4 / 72
+
+constexpr int NUMBER_WEIGHT = 63; // between normal (50) and bold (75): QFont::DemiBold
+constexpr double NUMBER_SPACING = 0.48;
+
+/** A font of `pt` points on the card; everything else as Qt's default font has it. */
+QFont cardFont(const QString &family, int pt)
+{
+    QFont font;
+    font.setFamily(family);
+    font.setPixelSize(static_cast<int>(Tools::getPixelHeightFromPoint(pt)));
+    return font;
+}
+
+} // namespace
 
 Tools::Tools() = default;
+
+double Tools::getmm2Pixel()
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+    return QGuiApplication::primaryScreen()->physicalDotsPerInchX() / MM_PER_INCH;
+}
+
+double Tools::getPixelHeightFromPoint(int pt)
+{
+    return pt * MM_PER_POINT * getmm2Pixel();
+}
+
+bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QFont font, QPointF pos)
+{
+    if (pix.isNull())
+        return true;
+    QPainter painter(&pix);
+    painter.setPen(color);
+    painter.setFont(font);
+    painter.drawText(pos, text);
+    return true;
+}
+
+bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QString family,
+                               int pixelSize, int x, int y)
+{
+    QFont font;
+    font.setFamily(family);
+    font.setPixelSize(pixelSize);
+    return drawStringInPixmap(pix, text, color, font, QPointF(x, y));
+}
+
+bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
+                                      int pt, double xmm, double ymm)
+{
+    const double height = getPixelHeightFromPoint(pt);
+    const QPointF top = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+                              {top.x(), top.y() + height});
+}
+
+bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
+                                      int pt, double xmm, double ymm, double dy)
+{
+    const double height = getPixelHeightFromPoint(pt);
+    const QPointF top = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+                              {top.x(), height + top.y() + dy});
+}
+
+bool Tools::drawStringInPixmapFromBottom(QPixmap &pix, QString text, QColor color, QString family,
+                                         int pt, double xmm, double ymm)
+{
+    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+                              MakeCardImg::getPixelPosFromMMPos({xmm, ymm}));
+}
+
+bool Tools::drawStringInPixmapFromBottomRight(QPixmap &pix, QString text, QColor color,
+                                              QString family, int pt, double xmm, double ymm)
+{
+    const QPointF right = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+                              {right.x() - getTextPixelWidth(family, pt, text), right.y()});
+}
+
+bool Tools::drawIDCodeStringInPixmapFromBottom(QPixmap &pix, QString text, QColor color,
+                                               QString family, int pt, double xmm, double ymm)
+{
+    QFont font = cardFont(family, pt);
+    font.setWeight(NUMBER_WEIGHT);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, NUMBER_SPACING);
+    return drawStringInPixmap(pix, text, color, font,
+                              MakeCardImg::getPixelPosFromMMPos({xmm, ymm}));
+}
+
+double Tools::getTextPixelWidth(QString family, int pt, QString text)
+{
+    const int width = QFontMetrics(cardFont(family, pt)).boundingRect(text).width();
+    return width + (9 - 0.5 * width);
+}
+
+bool Tools::drawSubPixmap(QPixmap &dst, QPixmap &src, double x, double y)
+{
+    if (dst.isNull())
+        return false;
+    QPainter painter(&dst);
+    painter.drawPixmap(QPointF(x, y), src);
+    return false;
+}
+
+bool Tools::drawSubPixmapEx(QPixmap &dst, QPixmap &src, double xmm, double ymm)
+{
+    const QPointF pos = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    return drawSubPixmap(dst, src, pos.x(), pos.y());
+}
+
+QPixmap Tools::convertHeadImgCNBgToTransparent(const QPixmap &photo)
+{
+    QImage image = photo.toImage();
+    if (image.format() != QImage::Format_ARGB32)
+        image = image.convertToFormat(QImage::Format_ARGB32);
+
+    constexpr QRgb KEY = 0xfffefefe;
+    constexpr QRgb WHITE = 0xffffffff;
+    constexpr QRgb CLEAR = 0x00fefefe;
+    for (int y = 0; y < image.height(); ++y) {
+        auto *const row = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            row[x] = row[x] == KEY || row[x] == WHITE ? CLEAR : row[x];
+    }
+    return QPixmap::fromImage(image);
+}
+
+QString Tools::convertPixmapToBase64ViaJpg(const QPixmap &pix)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    pix.toImage().save(&buffer, "JPG", -1);
+    return QString::fromLatin1(bytes.toBase64());
+}
 
 std::string Tools::convertNationCodeToName(std::string code)
 {

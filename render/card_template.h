@@ -1,0 +1,9 @@
+#pragma once
+
+// The pictures of the empty cards, from the resource bundle that the library carries.
+
+#include <QPixmap>
+#include <QString>
+
+/** The template at a resource path, at its own size; a null pixmap when it cannot be loaded. */
+QPixmap loadTemplate(const QString &path);

@@ -1,0 +1,73 @@
+#include "render/card_texts.h"
+
+#include "render/tools.h"
+
+namespace card_texts
+{
+namespace
+{
+
+const QString LONG_TERM = QStringLiteral("长期");
+const QString FEMALE = QStringLiteral("女");
+const QString MALE = QStringLiteral("男");
+const QString BETWEEN_LANGUAGES = QStringLiteral(" / ");
+
+/** YYYYMMDD as YYYY.MM.DD. Qt pads a text that is too short with spaces. */
+QString dotted(QString date)
+{
+    date.insert(6, QLatin1Char('.'));
+    date.insert(4, QLatin1Char('.'));
+    return date;
+}
+
+} // namespace
+
+QString field(const std::string &text)
+{
+    return QString::fromUtf8(text.c_str());
+}
+
+QString spreadName(const std::string &name)
+{
+    QString text = field(name).trimmed();
+    if (text.length() == 2)
+        text.insert(1, QStringLiteral("   "));
+    return text;
+}
+
+DatePart datePart(const std::string &text)
+{
+    const QString part = field(text).trimmed();
+    const bool zero = part.startsWith(QLatin1Char('0'));
+    return {zero ? part.mid(1) : part, zero};
+}
+
+QString validity(const std::string &start, const std::string &end)
+{
+    const QString last = field(end);
+    return dotted(field(start)) + QStringLiteral(" - ") +
+           (last.contains(LONG_TERM) ? last : dotted(last));
+}
+
+QString bilingualSex(const std::string &sex)
+{
+    const QString text = field(sex);
+    if (text.contains(FEMALE))
+        return QStringLiteral("女 / F");
+    if (text.contains(MALE))
+        return QStringLiteral("男 / M");
+    return text;
+}
+
+QString dottedDate(const std::string &year, const std::string &month, const std::string &day)
+{
+    return field(year) + QLatin1Char('.') + field(month) + QLatin1Char('.') + field(day);
+}
+
+QString nationality(const std::string &nationality)
+{
+    const std::string code = nationality.c_str(); // up to the first zero character
+    return field(Tools::convertNationCodeToName(code)) + BETWEEN_LANGUAGES + field(code);
+}
+
+} // namespace card_texts

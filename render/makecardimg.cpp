@@ -1,0 +1,32 @@
+// Geometry of the class MakeCardImg; the makers of each kind have a file of their own.
+
+#include "render/makecardimg.h"
+
+#include <QImage>
+#include <QtDebug>
+
+#include "render/tools.h"
+
+MakeCardImg::MakeCardImg() = default;
+
+QSizeF MakeCardImg::getCardRealPixelSize()
+{
+    const double pixelsPerMm = Tools::getmm2Pixel();
+    const QSizeF size(pixelsPerMm * CARD_WIDTH_MM, pixelsPerMm * CARD_HEIGHT_MM);
+    qDebug() << "Card pixWidthScreen=" << size.width() << "Card pixHeightScreen=" << size.height();
+    return size;
+}
+
+QPointF MakeCardImg::getPixelPosFromMMPos(QPointF mm)
+{
+    return {mm.x() * Tools::getmm2Pixel(), mm.y() * Tools::getmm2Pixel()};
+}
+
+double MakeCardImg::getRealScaleRatio(QString imagePath)
+{
+    const QImage image(imagePath);
+    const int width = image.isNull() ? -1 : image.width();
+    const int height = image.isNull() ? -1 : image.height();
+    const double pixelsPerMm = Tools::getmm2Pixel();
+    return ((CARD_WIDTH_MM * pixelsPerMm) / width + (CARD_HEIGHT_MM * pixelsPerMm) / height) * 0.5;
+}

@@ -1,0 +1,212 @@
+// Pictures with a part missing or hostile: no template, no photo, a photo that is none.
+
+#include "render/makecardimg.h"
+#include "tests/render/picture_matchers.h"
+#include "tests/render/sample_photo.h"
+#include "tests/support/message_log.h"
+
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+#include <QtEndian>
+
+int qInitResources_thisapp();
+int qCleanupResources_thisapp();
+
+namespace
+{
+
+/** The library without its templates, while it lives. */
+class WithoutTemplates
+{
+public:
+    WithoutTemplates() { EXPECT_EQ(qCleanupResources_thisapp(), 1); }
+    ~WithoutTemplates() { EXPECT_EQ(qInitResources_thisapp(), 1); }
+    WithoutTemplates(const WithoutTemplates &) = delete;
+    WithoutTemplates &operator=(const WithoutTemplates &) = delete;
+};
+
+/** All pictures of one set of records that carry `photo`. */
+QStringList allPictures(const QByteArray &photo)
+{
+    static _tagIDCARD_INFO_ALL_CN cn;
+    static _tagIDCARD_INFO_ALL_HMT hmt;
+    static _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;
+    static _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew;
+    hmt.szID = "81";
+    for (unsigned char *area : {cn.byPhoto, hmt.byPhoto, f2017.byPhoto, fNew.byPhoto}) {
+        std::memset(area, 0, IDCARD_PHOTO_SIZE);
+        std::memcpy(area, photo.constData(),
+                    std::min(static_cast<std::size_t>(photo.size()),
+                             static_cast<std::size_t>(IDCARD_PHOTO_SIZE)));
+    }
+    return {MakeCardImg::makeIDCardCNFrontBase64(&cn),
+            MakeCardImg::makeIDCardCNBackBase64(&cn),
+            MakeCardImg::makeIDCardHmtFrontBase64(&hmt),
+            MakeCardImg::makeIDCardHmtBackBase64(&hmt),
+            MakeCardImg::makeIDCardF2017FrontBase64(&f2017),
+            MakeCardImg::makeIDCardF2017BackBase64(&f2017),
+            MakeCardImg::makeIDCardFNewFrontBase64(&fNew),
+            MakeCardImg::makeIDCardFNewBackBase64(&fNew)};
+}
+
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    EXPECT_TRUE(image.save(&buffer, format));
+    return bytes;
+}
+
+/** A picture of 102 x 126 in one colour. */
+QImage red()
+{
+    QImage image(102, 126, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+QByteArray samplePhoto()
+{
+    static unsigned char photo[IDCARD_PHOTO_SIZE];
+    putSamplePhoto(photo);
+    return QByteArray(reinterpret_cast<const char *>(photo), sizeof(photo));
+}
+
+/** A BMP file that claims other dimensions than its 38862 bytes hold. */
+QByteArray bmpClaiming(qint32 width, qint32 height, quint16 bits)
+{
+    QByteArray photo = samplePhoto();
+    qToLittleEndian(width, photo.data() + 18);
+    qToLittleEndian(height, photo.data() + 22);
+    qToLittleEndian(bits, photo.data() + 28);
+    return photo;
+}
+
+/** The head of a PNG file that claims these dimensions; its checksum is right. */
+QByteArray pngClaiming(quint32 size)
+{
+    QByteArray photo = encoded(red(), "PNG");
+    qToBigEndian(size, photo.data() + 16);
+    qToBigEndian(size, photo.data() + 20);
+    quint32 crc = 0xffffffff;
+    for (int i = 12; i < 29; ++i) {
+        crc ^= static_cast<quint8>(photo.at(i));
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xedb88320 : 0);
+    }
+    qToBigEndian(crc ^ 0xffffffff, photo.data() + 29);
+    return photo;
+}
+
+/** The most memory that the process has had resident so far, in KiB. */
+long peakMemory()
+{
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word) {
+        if (word == "VmHWM:") {
+            long kib = 0;
+            status >> kib;
+            return kib;
+        }
+    }
+    ADD_FAILURE() << "the kernel does not tell";
+    return 0;
+}
+
+void expectAsWithoutPhoto(const QByteArray &photo, const char *what)
+{
+    static const QStringList without = allPictures(QByteArray());
+    const long before = peakMemory();
+    EXPECT_EQ(allPictures(photo), without) << what;
+    EXPECT_LT(peakMemory() - before, 72 * 1024) << what;
+}
+
+} // namespace
+
+TEST(MissingTemplates, EveryMaker_GivesEmptyTextAndNoWarning)
+{
+    const WithoutTemplates none;
+    const MessageLog log;
+    for (const QString &picture : allPictures(samplePhoto()))
+        EXPECT_EQ(picture, QString());
+    for (const auto &message : log.messages()) {
+        if (message.text.find("AA_EnableHighDpiScaling") == std::string::npos)
+            EXPECT_EQ(message.type, QtDebugMsg) << message.text;
+    }
+}
+
+TEST(MissingTemplates, TemplatesThatComeBack_AreFoundAgain)
+{
+    {
+        const WithoutTemplates none;
+    }
+    for (const QString &picture : allPictures(samplePhoto()))
+        EXPECT_FALSE(picture.isEmpty());
+}
+
+TEST(Photo, ReadersBmp_IsPainted)
+{
+    const QStringList with = allPictures(samplePhoto());
+    const QStringList without = allPictures(QByteArray());
+    for (const int front : {0, 2, 4, 6}) {
+        EXPECT_NE(with.at(front), without.at(front)) << front;
+        EXPECT_EQ(with.at(front + 1), without.at(front + 1)) << "a back has no photo";
+    }
+}
+
+TEST(Photo, OtherFormatsThatQtReads_ArePaintedAsWell)
+{
+    const QStringList without = allPictures(QByteArray());
+    for (const char *format : {"PNG", "JPG", "PPM"})
+        EXPECT_NE(allPictures(encoded(red(), format)).first(), without.first()) << format;
+}
+
+TEST(Photo, BytesThatAreNoPicture_AreLeftOut)
+{
+    expectAsWithoutPhoto(QByteArray(38862, '\0'), "zeros");
+    expectAsWithoutPhoto(QByteArray(38862, '\xff'), "ones");
+    expectAsWithoutPhoto(QByteArray("compressed data of a reader"), "compressed data");
+    expectAsWithoutPhoto(QByteArray("BM"), "a signature and nothing else");
+}
+
+TEST(Photo, HugePng_IsLeftOut)
+{
+    for (const quint32 size : {30000U, 4097U, 1U << 30, 0x7fffffffU})
+        expectAsWithoutPhoto(pngClaiming(size), "PNG");
+}
+
+TEST(Photo, HugeBmp_IsLeftOut)
+{
+    expectAsWithoutPhoto(bmpClaiming(30000, 30000, 24), "24 bits");
+    expectAsWithoutPhoto(bmpClaiming(20000, 20000, 1), "1 bit, which becomes 32");
+    expectAsWithoutPhoto(bmpClaiming(0x7fffffff, 0x7fffffff, 24), "largest numbers");
+    expectAsWithoutPhoto(bmpClaiming(-102, 126, 24), "negative width");
+    expectAsWithoutPhoto(bmpClaiming(0, 0, 24), "no width");
+}
+
+TEST(Photo, BmpWithFewerBytesThanItClaims_DoesNoHarm)
+{
+    const long before = peakMemory();
+    for (const QString &picture : allPictures(bmpClaiming(1000, 1000, 24)))
+        EXPECT_FALSE(picture.isEmpty());
+    EXPECT_LT(peakMemory() - before, 72 * 1024);
+}
+
+TEST(Photo, NarrowAndFlatPictures_DoNoHarm)
+{
+    for (const QSize size : {QSize(1, 1), QSize(1, 5000), QSize(5000, 1)}) {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        for (const QString &picture : allPictures(encoded(image, "PNG")))
+            EXPECT_FALSE(picture.isEmpty());
+    }
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+// A photo as readers deliver it: a BMP file of 102 x 126 pixels, with a known pattern on white.
+
+#include "common/card_records.h"
+
+/** Puts the sample photo into a record's photo area. */
+void putSamplePhoto(unsigned char (&photo)[IDCARD_PHOTO_SIZE]);

@@ -1,0 +1,150 @@
+// The three ways of wrapping text.
+
+#include "render/tools.h"
+
+#include <gmock/gmock.h>
+
+#include <QString>
+#include <QStringList>
+
+namespace
+{
+
+using testing::ElementsAre;
+
+std::vector<std::string> wrapped(const QString &text, int n)
+{
+    QString copy = text;
+    std::vector<std::string> lines;
+    for (const QString &line : Tools::autoWrap(copy, n))
+        lines.push_back(line.toStdString());
+    EXPECT_EQ(copy, text) << "the argument is only read";
+    return lines;
+}
+
+std::vector<std::string> wrappedByWidth(const QString &text)
+{
+    QString copy = text;
+    std::vector<std::string> lines;
+    for (const QString &line : Tools::autoWrapEx(copy))
+        lines.push_back(line.toStdString());
+    EXPECT_EQ(copy, text) << "the argument is only read";
+    return lines;
+}
+
+QString ideographs(int count)
+{
+    return QString(count, QChar(0x4e2d));
+}
+
+std::string some(int count)
+{
+    return ideographs(count).toStdString();
+}
+
+QString letters(int count)
+{
+    return QString(count, QLatin1Char('x'));
+}
+
+} // namespace
+
+TEST(AutoWrap, TwelveLetters_GiveElevenAndOne)
+{
+    EXPECT_THAT(wrapped(QStringLiteral("ABCDEFGHIJKL"), 11), ElementsAre("ABCDEFGHIJK", "L"));
+}
+
+TEST(AutoWrap, TextThatFits_StaysOneElement)
+{
+    EXPECT_THAT(wrapped(QString(), 11), ElementsAre(""));
+    EXPECT_THAT(wrapped(QStringLiteral("ABCDEFGHIJK"), 11), ElementsAre("ABCDEFGHIJK"));
+    EXPECT_THAT(wrapped(QStringLiteral("A"), 11), ElementsAre("A"));
+}
+
+TEST(AutoWrap, WholeMultiple_HasNoEmptyEnd)
+{
+    EXPECT_THAT(wrapped(letters(50), 25),
+                ElementsAre(letters(25).toStdString(), letters(25).toStdString()));
+}
+
+TEST(AutoWrap, Lengths_AreCountedInUtf16Units)
+{
+    EXPECT_THAT(wrapped(ideographs(23), 11), ElementsAre(some(11), some(11), some(1)));
+}
+
+TEST(AutoWrapEx, ElevenIdeographs_AreFollowedByAnEmptyLine)
+{
+    EXPECT_THAT(wrappedByWidth(ideographs(11)), ElementsAre(some(11), ""));
+}
+
+TEST(AutoWrapEx, TenIdeographs_AreOneLine)
+{
+    EXPECT_THAT(wrappedByWidth(ideographs(10)), ElementsAre(some(10)));
+}
+
+TEST(AutoWrapEx, TwentyOneLetters_AreOneLine)
+{
+    EXPECT_THAT(wrappedByWidth(letters(21)), ElementsAre(letters(21).toStdString()));
+}
+
+TEST(AutoWrapEx, TwentyTwoLetters_BreakAfterTwentyOne)
+{
+    EXPECT_THAT(wrappedByWidth(letters(22)), ElementsAre(letters(21).toStdString(), "x"));
+}
+
+TEST(AutoWrapEx, EarlyBreakAtTheVeryEnd_IsLeftOutOnTheFirstLineOnly)
+{
+    const QString text = ideographs(11) + letters(1) + ideographs(10);
+    EXPECT_THAT(wrappedByWidth(text), ElementsAre(some(11), "x" + some(10), ""));
+}
+
+TEST(AutoWrapEx, ThirtyIdeographs_GiveThreeLines)
+{
+    EXPECT_THAT(wrappedByWidth(ideographs(30)), ElementsAre(some(11), some(11), some(8)));
+}
+
+TEST(AutoWrapEx, DigitBeforeTwentyIdeographs_BreaksAtTenAndAHalf)
+{
+    EXPECT_THAT(wrappedByWidth(QStringLiteral("1") + ideographs(20)),
+                ElementsAre("1" + some(10), some(10)));
+}
+
+TEST(AutoWrapEx, EmptyText_GivesOneEmptyLine)
+{
+    EXPECT_THAT(wrappedByWidth(QString()), ElementsAre(""));
+}
+
+TEST(AutoWrapEx, BothBlocksOfIdeographs_CountOneAndTheirNeighboursHalf)
+{
+    for (const int code : {0x3400, 0x4dbf, 0x4e00, 0x9fff})
+        EXPECT_EQ(wrappedByWidth(QString(12, QChar(code))).size(), 2U) << code;
+    for (const int code : {0x33ff, 0x4dc0, 0x4dff, 0xa000, 0x3002, 0xff08})
+        EXPECT_EQ(wrappedByWidth(QString(12, QChar(code))).size(), 1U) << code;
+}
+
+TEST(AutoWrapEx, LongestAddress_GivesFourLines)
+{
+    EXPECT_THAT(wrappedByWidth(ideographs(35)), ElementsAre(some(11), some(11), some(11), some(2)));
+}
+
+TEST(AutoWrapRichText, Paragraphs_BecomeOneElementEach)
+{
+    QString html = QStringLiteral("<p>first <b>bold</b></p><p>second</p><p></p>third &amp; last");
+    const QString before = html;
+    const QStringList lines = Tools::autoWrap(html, QStringLiteral("黑体"), 14, 10);
+    EXPECT_EQ(lines, (QStringList{QStringLiteral("first bold"), QStringLiteral("second"), QString(),
+                                  QStringLiteral("third & last")}));
+    EXPECT_EQ(html, before);
+}
+
+TEST(AutoWrapRichText, LongParagraph_IsNotBroken)
+{
+    QString html = letters(500);
+    EXPECT_EQ(Tools::autoWrap(html, QStringLiteral("黑体"), 14, 10), QStringList(letters(500)));
+}
+
+TEST(AutoWrapRichText, EmptyText_GivesOneEmptyElement)
+{
+    QString html;
+    EXPECT_EQ(Tools::autoWrap(html, QStringLiteral("黑体"), 14, 10), QStringList(QString()));
+}
