@@ -13,7 +13,8 @@ namespace card_texts
 /** A field of a record: UTF-8 up to its first zero character. */
 QString field(const std::string &text);
 
-/** A name without surrounding white space; one of two characters is spread to the width of three. */
+/** A name without surrounding white space; one of two characters is spread to the width of three.
+ */
 QString spreadName(const std::string &name);
 
 /** Month or day of a date of birth. */
@@ -25,8 +26,8 @@ struct DatePart {
 DatePart datePart(const std::string &text);
 
 /**
- * First and last day of validity, "2020.01.15 - 2040.01.15"; a last day that holds "长期" stays as it
- * is. Dates of another length get their two dots all the same: no length is checked, on purpose.
+ * First and last day of validity, "2020.01.15 - 2040.01.15"; a last day that holds "长期" stays as
+ * it is. Dates of another length get their two dots all the same: no length is checked, on purpose.
  */
 QString validity(const std::string &start, const std::string &end);
 

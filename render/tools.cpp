@@ -72,8 +72,7 @@ bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, 
 {
     const double height = getPixelHeightFromPoint(pt);
     const QPointF top = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
-    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
-                              {top.x(), top.y() + height});
+    return drawStringInPixmap(pix, text, color, cardFont(family, pt), {top.x(), top.y() + height});
 }
 
 bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,

@@ -209,8 +209,9 @@ TEST(ResidentFront, EveryItem_IsPaintedInOrderAtItsPlace)
 TEST(ResidentFront, Picture_HasTheSizeOfARealCardAndTwoPixelsMore)
 {
     EXPECT_EQ(decodedPicture(residentFront(residentCard()).base64).size(), realSize());
-    if (expectedDpi() == 96.0)
+    if (expectedDpi() == 96.0) {
         EXPECT_EQ(realSize(), QSize(325, 205));
+    }
 }
 
 TEST(ResidentFront, NameOfTwoCharacters_IsSpread)
@@ -255,8 +256,7 @@ TEST(ResidentFront, AddressOfThirtyCharacters_StaysLarge)
     record.szAddress = ideographs(30);
     const Result result = residentFront(record);
     const double step = height(9) + pixelsPerMm();
-    expectText(result.painted[6],
-               {ideographs(11), px(17.0), height(9) + px(28.0), BODY, size(9)});
+    expectText(result.painted[6], {ideographs(11), px(17.0), height(9) + px(28.0), BODY, size(9)});
     expectText(result.painted[7],
                {ideographs(11), px(17.0), height(9) + px(28.0) + step, BODY, size(9)});
     expectText(result.painted[8],
@@ -269,8 +269,7 @@ TEST(ResidentFront, AddressOfThirtyOneCharacters_BecomesSmall)
     record.szAddress = ideographs(31);
     const Result result = residentFront(record);
     const double step = height(8) + pixelsPerMm();
-    expectText(result.painted[6],
-               {ideographs(11), px(17.0), height(8) + px(28.0), BODY, size(8)});
+    expectText(result.painted[6], {ideographs(11), px(17.0), height(8) + px(28.0), BODY, size(8)});
     expectText(result.painted[8],
                {ideographs(9), px(17.0), height(8) + px(28.0) + 2 * step, BODY, size(8)});
 }
@@ -302,8 +301,7 @@ TEST(ResidentBack, EveryItem_IsPaintedInOrderAtItsPlace)
 {
     const Result result = residentBack(residentCard());
     ASSERT_EQ(result.painted.size(), 2U);
-    expectText(result.painted[0],
-               {"云溪市公安局", px(36.0), px(38.3) + height(9), BODY, size(9)});
+    expectText(result.painted[0], {"云溪市公安局", px(36.0), px(38.3) + height(9), BODY, size(9)});
     expectText(result.painted[1],
                {"2020.01.15 - 2040.01.15", px(36.0), px(45.3) + height(9), BODY, size(9)});
     EXPECT_EQ(decodedPicture(result.base64).size(), realSize());
@@ -465,7 +463,7 @@ TEST(Foreign2017Front, Sex_IsBilingualWhereItIsKnown)
     const struct {
         const char *sex;
         const char *painted;
-    } cases[] = {{"女", "女 / F"},   {"男", "男 / M"}, {"男  ", "男 / M"}, {"男女", "女 / F"},
+    } cases[] = {{"女", "女 / F"}, {"男", "男 / M"}, {"男  ", "男 / M"}, {"男女", "女 / F"},
                  {"未知", "未知"}, {"", ""},         {"X ", "X "}};
     for (const auto &c : cases) {
         auto record = foreign2017Card();

@@ -72,8 +72,7 @@ TEST(Geometry, Position_IsConvertedCoordinateByCoordinate)
 
 TEST(Geometry, RealScaleRatio_IsTheMeanOfBothDirections)
 {
-    const double expected =
-        ((85.6 * pixelsPerMm()) / 400 + (54.0 * pixelsPerMm()) / 254) * 0.5;
+    const double expected = ((85.6 * pixelsPerMm()) / 400 + (54.0 * pixelsPerMm()) / 254) * 0.5;
     EXPECT_EQ(MakeCardImg::getRealScaleRatio(QStringLiteral(":/Pics/IDCardFront.bmp")), expected);
 }
 

@@ -80,13 +80,21 @@ QByteArray samplePhoto()
     return QByteArray(reinterpret_cast<const char *>(photo), sizeof(photo));
 }
 
+/** Writes `value` over the bytes of `bytes` at `at`, in the byte order given. */
+template <typename Number>
+void putNumber(QByteArray &bytes, int at, Number value, bool bigEndian)
+{
+    const Number stored = bigEndian ? qToBigEndian(value) : qToLittleEndian(value);
+    bytes.replace(at, sizeof(stored), reinterpret_cast<const char *>(&stored), sizeof(stored));
+}
+
 /** A BMP file that claims other dimensions than its 38862 bytes hold. */
 QByteArray bmpClaiming(qint32 width, qint32 height, quint16 bits)
 {
     QByteArray photo = samplePhoto();
-    qToLittleEndian(width, photo.data() + 18);
-    qToLittleEndian(height, photo.data() + 22);
-    qToLittleEndian(bits, photo.data() + 28);
+    putNumber(photo, 18, width, false);
+    putNumber(photo, 22, height, false);
+    putNumber(photo, 28, bits, false);
     return photo;
 }
 
@@ -94,15 +102,15 @@ QByteArray bmpClaiming(qint32 width, qint32 height, quint16 bits)
 QByteArray pngClaiming(quint32 size)
 {
     QByteArray photo = encoded(red(), "PNG");
-    qToBigEndian(size, photo.data() + 16);
-    qToBigEndian(size, photo.data() + 20);
+    putNumber(photo, 16, size, true);
+    putNumber(photo, 20, size, true);
     quint32 crc = 0xffffffff;
     for (int i = 12; i < 29; ++i) {
         crc ^= static_cast<quint8>(photo.at(i));
         for (int bit = 0; bit < 8; ++bit)
             crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xedb88320 : 0);
     }
-    qToBigEndian(crc ^ 0xffffffff, photo.data() + 29);
+    putNumber(photo, 29, crc ^ 0xffffffff, true);
     return photo;
 }
 
@@ -139,8 +147,9 @@ TEST(MissingTemplates, EveryMaker_GivesEmptyTextAndNoWarning)
     for (const QString &picture : allPictures(samplePhoto()))
         EXPECT_EQ(picture, QString());
     for (const auto &message : log.messages()) {
-        if (message.text.find("AA_EnableHighDpiScaling") == std::string::npos)
+        if (message.text.find("AA_EnableHighDpiScaling") == std::string::npos) {
             EXPECT_EQ(message.type, QtDebugMsg) << message.text;
+        }
     }
 }
 

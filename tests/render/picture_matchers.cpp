@@ -12,9 +12,12 @@ void expectText(const Painted &painted, const ExpectedText &expected)
     EXPECT_EQ(painted.font.family().toStdString(), expected.family);
     EXPECT_EQ(painted.font.pixelSize(), expected.pixelSize);
     EXPECT_EQ(painted.font.weight(), expected.weight);
-    EXPECT_EQ(painted.font.letterSpacing(), expected.spacing);
-    if (expected.spacing != 0.0)
+    QFont spaced; // keeps spacings in 64ths of a pixel
+    spaced.setLetterSpacing(QFont::AbsoluteSpacing, expected.spacing);
+    EXPECT_EQ(painted.font.letterSpacing(), spaced.letterSpacing());
+    if (expected.spacing != 0.0) {
         EXPECT_EQ(painted.font.letterSpacingType(), QFont::AbsoluteSpacing);
+    }
     EXPECT_FALSE(painted.font.italic());
     EXPECT_EQ(painted.color, QColor(Qt::black));
 }
