@@ -5,5 +5,8 @@
 #include <QPixmap>
 #include <QString>
 
-/** The template at a resource path, at its own size; a null pixmap when it cannot be loaded. */
+/**
+ * The template at a resource path, at its own size; a null pixmap when it cannot be loaded. Pixels
+ * are those that Qt's own readers give.
+ */
 QPixmap loadTemplate(const QString &path);

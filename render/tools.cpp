@@ -139,9 +139,11 @@ QPixmap Tools::convertHeadImgCNBgToTransparent(const QPixmap &photo)
     constexpr QRgb KEY = 0xfffefefe;
     constexpr QRgb WHITE = 0xffffffff;
     constexpr QRgb CLEAR = 0x00fefefe;
-    for (int y = 0; y < image.height(); ++y) {
+    const int width = image.width(); // asked once: a call in the loop costs more than the loop
+    const int height = image.height();
+    for (int y = 0; y < height; ++y) {
         auto *const row = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x)
+        for (int x = 0; x < width; ++x)
             row[x] = row[x] == KEY || row[x] == WHITE ? CLEAR : row[x];
     }
     return QPixmap::fromImage(image);
