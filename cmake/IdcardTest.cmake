@@ -10,7 +10,11 @@ set(IDCARD_TEST_ENVIRONMENT
   "LC_ALL=C.UTF-8"
   "QT_QPA_PLATFORM=offscreen"
   "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1"
-  "UBSAN_OPTIONS=print_stacktrace=1")
+  "UBSAN_OPTIONS=print_stacktrace=1"
+  # The whole call stack is needed to tell Qt's leaks from our own.
+  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0"
+  # The fonts that the project chose for its pictures.
+  "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/packaging/fonts/demo-fonts.conf")
 if(CMAKE_CROSSCOMPILING_EMULATOR)
   # A test that starts a program of this build starts it under the emulator too.
   list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")

@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+#include <QGuiApplication>
+
 int KVO_OpenPort(int)
 {
     return KVO_SUCCESS;
@@ -36,8 +38,9 @@ int unpack(unsigned char *, unsigned char *, int)
     return WLT_SUCCESS;
 }
 
-int main()
+int main(int argc, char **argv)
 {
+    const QGuiApplication application(argc, argv);
     unsigned int kind = 99;
     static _tagIDCARD_INFO_ALL_CN cn;
     static _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;

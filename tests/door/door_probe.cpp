@@ -12,6 +12,8 @@
 
 #include <dlfcn.h>
 
+#include <QGuiApplication>
+
 namespace
 {
 
@@ -41,6 +43,7 @@ void readOnce(void *library)
 
 int main(int argc, char **argv)
 {
+    const QGuiApplication application(argc, argv);
     if (argc < 2)
         return 2;
     void *const library = load(argv[1], RTLD_NOW | RTLD_LOCAL);

@@ -1,7 +1,7 @@
 // The drawing primitives: what reaches the painter, the whitening of photos and the encoding.
 
 #include "render/tools.h"
-#include "tests/render/gui_environment.h"
+#include "tests/support/gui_environment.h"
 #include "tests/render/picture_matchers.h"
 
 #include <gmock/gmock.h>

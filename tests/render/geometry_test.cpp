@@ -2,7 +2,7 @@
 
 #include "render/makecardimg.h"
 #include "render/tools.h"
-#include "tests/render/gui_environment.h"
+#include "tests/support/gui_environment.h"
 #include "tests/support/message_log.h"
 
 #include <gmock/gmock.h>

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include <QGuiApplication>
+
 int KVO_OpenPort(int)
 {
     return KVO_SUCCESS;
@@ -38,8 +40,9 @@ int unpack(unsigned char *, unsigned char *, int)
     return 0;
 }
 
-int main()
+int main(int argc, char **argv)
 {
+    const QGuiApplication application(argc, argv);
     unsigned int kind = 99;
     static _tagIDCARD_INFO_ALL_CN cn;
     static _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;
@@ -48,8 +51,8 @@ int main()
     std::string front;
     std::string back;
     const int result = readIDCard(&kind, &cn, &f2017, &fNew, &hmt, &front, &back);
-    if (result != 0 || kind != IDCARD_KIND_CN || COUNTRY_CODE_LIST[43][1] != "CHN" ||
-        getSDKVersion() != "version:1.5.0") {
+    if (result != 0 || kind != IDCARD_KIND_CN || front.empty() || back.empty() ||
+        COUNTRY_CODE_LIST[43][1] != "CHN" || getSDKVersion() != "version:1.5.0") {
         std::fprintf(stderr, "host: result %d, kind %u\n", result, kind);
         return 1;
     }

@@ -1,4 +1,4 @@
-#include "tests/render/gui_environment.h"
+#include "tests/support/gui_environment.h"
 
 #include <memory>
 
