@@ -1,32 +1,14 @@
 #include "font_choice.h"
 
+#include "tests/support/font_faces.h"
+
 #include <gtest/gtest.h>
 
 #include <QFont>
-#include <QGlyphRun>
 #include <QGuiApplication>
-#include <QRawFont>
-#include <QTextLayout>
 
 namespace
 {
-
-QStringList faces(const QFont &font, const QString &text)
-{
-    QTextLayout layout(text, font);
-    layout.beginLayout();
-    layout.createLine();
-    layout.endLayout();
-    QStringList names;
-    const auto runs = layout.glyphRuns();
-    for (const QGlyphRun &run : runs) {
-        const QRawFont face = run.rawFont();
-        const bool complete = !run.glyphIndexes().contains(0);
-        names << face.familyName() + ' ' + face.styleName() + (complete ? "" : " without a glyph");
-    }
-    names.removeDuplicates();
-    return names;
-}
 
 QFont fontOf(const QString &family, int pixelSize)
 {
@@ -40,14 +22,14 @@ QFont fontOf(const QString &family, int pixelSize)
 
 QStringList facesOfTexts(const QString &text)
 {
-    return faces(fontOf(QStringLiteral("华文细黑"), 14), text);
+    return facesOf(fontOf(QStringLiteral("华文细黑"), 14), text);
 }
 
 QStringList facesOfNumber(const QString &text)
 {
     QFont font = fontOf(QStringLiteral("黑体"), 19);
     font.setWeight(QFont::DemiBold);
-    return faces(font, text);
+    return facesOf(font, text);
 }
 
 int main(int argc, char **argv)

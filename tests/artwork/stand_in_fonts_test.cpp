@@ -5,8 +5,8 @@
 namespace
 {
 
-const QStringList regular{"Noto Sans CJK SC Regular"};
-const QStringList bold{"Noto Sans CJK SC Bold"};
+const QStringList regular{"Noto Sans Mono CJK SC Regular"};
+const QStringList bold{"Noto Sans Mono CJK SC Bold"};
 
 TEST(StandInFonts, TextsAreDrawnWithTheRegularFace)
 {

@@ -1,9 +1,9 @@
 // The makers of the four kinds: every call that reaches the painter, in order, against the layout.
 
 #include "render/makecardimg.h"
-#include "tests/support/gui_environment.h"
 #include "tests/render/picture_matchers.h"
 #include "tests/render/sample_photo.h"
+#include "tests/support/gui_environment.h"
 
 #include <gmock/gmock.h>
 

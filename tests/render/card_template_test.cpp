@@ -13,10 +13,10 @@ namespace
 {
 
 constexpr const char *RESIDENT_TEMPLATES[] = {":/Pics/IDCardFront.bmp", ":/Pics/IDCardBack.bmp"};
-constexpr const char *OTHER_TEMPLATES[] = {
-    ":/Pics/hmt_front.bmp",   ":/Pics/hm_back.bmp",    ":/Pics/tw_back.bmp",
-    ":/Pics/f2017_front.bmp", ":/Pics/f2017_back.bmp", ":/Pics/fnew_front.bmp",
-    ":/Pics/fnew_back.bmp"};
+constexpr const char *OTHER_TEMPLATES[] = {":/Pics/hmt_front.bmp",  ":/Pics/hm_back.bmp",
+                                           ":/Pics/tw_back.bmp",    ":/Pics/f2017_front.bmp",
+                                           ":/Pics/f2017_back.bmp", ":/Pics/fnew_front.bmp",
+                                           ":/Pics/fnew_back.bmp"};
 
 void expectAsQtReadsIt(const char *path, QSize size)
 {

@@ -1,8 +1,8 @@
 // The drawing primitives: what reaches the painter, the whitening of photos and the encoding.
 
 #include "render/tools.h"
-#include "tests/support/gui_environment.h"
 #include "tests/render/picture_matchers.h"
+#include "tests/support/gui_environment.h"
 
 #include <gmock/gmock.h>
 

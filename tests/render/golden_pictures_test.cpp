@@ -1,0 +1,151 @@
+// Every card of the simulator, read through readIDCard, against pictures that somebody has looked
+// at: the same bytes at every run, in every locale, on every processor and platform of equal
+// resolution.
+//
+// With IDCARD_WRITE_GOLDEN_PICTURES set, the pictures in the tree are written instead of compared.
+
+#include "api/idcard_reader_api.h"
+#include "simulator/card_library.h"
+#include "simulator/simulator.h"
+#include "tests/render/painting_recorder.h"
+#include "tests/support/font_faces.h"
+#include "tests/support/gui_environment.h"
+
+#include <gmock/gmock.h>
+
+#include <clocale>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+
+namespace
+{
+
+const QString GOLDEN_FOLDER = QStringLiteral(IDCARD_SOURCE_DIR "/tests/render/golden");
+
+struct Pictures {
+    unsigned int kind = 99;
+    QByteArray front;
+    QByteArray back;
+};
+
+Pictures read(const QString &card)
+{
+    char message[512] = "";
+    EXPECT_EQ(idcard_simulator_put_card(card.toUtf8().constData(), message, sizeof(message)), 0)
+        << message;
+    static _tagIDCARD_INFO_ALL_CN cn;
+    static _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017;
+    static _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew;
+    static _tagIDCARD_INFO_ALL_HMT hmt;
+    Pictures pictures;
+    std::string front;
+    std::string back;
+    EXPECT_EQ(readIDCard(&pictures.kind, &cn, &f2017, &fNew, &hmt, &front, &back), 0);
+    pictures.front = QByteArray::fromBase64(QByteArray::fromStdString(front));
+    pictures.back = QByteArray::fromBase64(QByteArray::fromStdString(back));
+    return pictures;
+}
+
+/** Only the resident card depends on the screen. */
+QString goldenName(const QString &card, unsigned int kind, const char *side)
+{
+    const QString size =
+        kind == IDCARD_KIND_CN ? QStringLiteral("-%1dpi").arg(expectedDpi()) : QString();
+    return card + size + '-' + QLatin1String(side) + QStringLiteral(".jpg");
+}
+
+/**
+ * The picture in the tree as it must be on this run's screen. The head of a JPEG file tells the
+ * screen's resolution; nothing else of the kinds that are laid out in pixels depends on it.
+ */
+QByteArray onThisScreen(QByteArray golden, unsigned int kind)
+{
+    constexpr int DENSITIES = 14; // two numbers of two bytes, the high one first
+    if (kind != IDCARD_KIND_CN) {
+        const auto dpi = static_cast<int>(expectedDpi());
+        for (const int at : {DENSITIES, DENSITIES + 2}) {
+            golden[at] = static_cast<char>(dpi / 256);
+            golden[at + 1] = static_cast<char>(dpi % 256);
+        }
+    }
+    return golden;
+}
+
+/** Writes the picture that came and where it differs (white) into the folder of this run. */
+void keepDifference(const QString &name, const QByteArray &came, const QByteArray &golden)
+{
+    QFile file(name);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(came);
+    const QImage is = QImage::fromData(came).convertToFormat(QImage::Format_RGB32);
+    const QImage wanted = QImage::fromData(golden).convertToFormat(QImage::Format_RGB32);
+    QImage difference(is.size().expandedTo(wanted.size()), QImage::Format_RGB32);
+    difference.fill(Qt::red); // where only one of them has a pixel
+    for (int y = 0; y < std::min(is.height(), wanted.height()); ++y)
+        for (int x = 0; x < std::min(is.width(), wanted.width()); ++x)
+            difference.setPixel(x, y,
+                                is.pixel(x, y) == wanted.pixel(x, y) ? 0xff000000 : 0xffffffff);
+    difference.save(name + QStringLiteral(".difference.png"));
+}
+
+void expectGolden(const QString &card, unsigned int kind, const char *side,
+                  const QByteArray &picture)
+{
+    const QString name = goldenName(card, kind, side);
+    QFile file(GOLDEN_FOLDER + '/' + name);
+    if (qEnvironmentVariableIsSet("IDCARD_WRITE_GOLDEN_PICTURES")) {
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(picture);
+        return;
+    }
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString() << " is not in the tree";
+    const QByteArray golden = onThisScreen(file.readAll(), kind);
+    if (picture == golden)
+        return;
+    keepDifference(name, picture, golden);
+    ADD_FAILURE() << name.toStdString() << " differs: see it and its .difference.png in "
+                  << QDir::currentPath().toStdString();
+}
+
+} // namespace
+
+TEST(GoldenPictures, EveryCardOfTheSimulator_LooksAsItDid)
+{
+    const QStringList cards = simulator::builtInCardNames();
+    ASSERT_GE(cards.size(), 16);
+    for (const QString &card : cards) {
+        const Pictures pictures = read(card);
+        expectGolden(card, pictures.kind, "front", pictures.front);
+        if (card == QLatin1String("hmt-unknown-region")) {
+            EXPECT_TRUE(pictures.back.isEmpty()) << "it has no back";
+        } else {
+            expectGolden(card, pictures.kind, "back", pictures.back);
+        }
+    }
+}
+
+TEST(GoldenPictures, EveryGlyph_ComesFromAFaceThatWasChosen)
+{
+    for (const QString &card : simulator::builtInCardNames()) {
+        const PaintingRecorder recorder;
+        read(card);
+        for (const Painted &painted : recorder.painted()) {
+            if (!painted.isText || painted.text.empty())
+                continue;
+            const bool number = painted.font.family() == QStringLiteral("黑体");
+            EXPECT_EQ(facesOf(painted.font, QString::fromStdString(painted.text)),
+                      QStringList(number ? QStringLiteral("Noto Sans Mono CJK SC Bold")
+                                         : QStringLiteral("Noto Sans Mono CJK SC Regular")))
+                << card.toStdString() << ": " << painted.text;
+        }
+    }
+}
+
+TEST(GoldenPictures, Locale_IsTheOneOfThisRun)
+{
+    read(QStringLiteral("resident"));
+    EXPECT_EQ(std::string(std::setlocale(LC_ALL, nullptr)),
+              qEnvironmentVariable("LC_ALL").toStdString());
+}
