@@ -187,8 +187,8 @@ bool isCardKind(unsigned int cardKind)
     return findKind(cardKind) != nullptr;
 }
 
-Card::Card(unsigned int cardKind, std::unique_ptr<CardRecords> records)
-    : m_kind(findKind(cardKind)), m_records(std::move(records))
+Card::Card(unsigned int cardKind, std::unique_ptr<CardRecords> records, CardPictures pictures)
+    : m_kind(findKind(cardKind)), m_records(std::move(records)), m_pictures(std::move(pictures))
 {
     Q_ASSERT(m_kind != nullptr && m_records != nullptr);
 }
@@ -252,6 +252,11 @@ QByteArray Card::fingerprints() const
         return {};
     return bytesOf(m_records->cn.byFpData,
                    static_cast<unsigned int>(count) * IDCARD_FINGERPRINT_SIZE);
+}
+
+QByteArray Card::picture(CardSide side) const
+{
+    return side == CardSide::Front ? m_pictures.front : m_pictures.back;
 }
 
 QByteArray Card::digest() const

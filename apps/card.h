@@ -1,7 +1,8 @@
 #pragma once
 
-// A card as `readIDCard` delivers it, whatever its kind: its fields with their names, the photo and
-// the fingerprints. What differs between the kinds is a table in `card.cpp`.
+// A card as `readIDCard` delivers it, whatever its kind: its fields with their names, the photo,
+// the fingerprints and the pictures of its sides. What differs between the kinds is a table in
+// `card.cpp`.
 
 #include <memory>
 #include <optional>
@@ -50,6 +51,14 @@ enum class PhotoFormat {
 /** What the first bytes of a photo area of `IDCARD_PHOTO_SIZE` bytes say about it. */
 PhotoFormat photoFormatOf(const unsigned char *photoArea);
 
+/** The pictures of a card's sides, JPEG files; null when there is none. */
+struct CardPictures {
+    QByteArray front;
+    QByteArray back;
+};
+
+enum class CardSide { Front, Back };
+
 struct CardKind;
 
 /** A card that was read. */
@@ -57,7 +66,7 @@ class Card
 {
 public:
     /** Takes the records over; `cardKind` is an `IDCARD_KIND`. */
-    Card(unsigned int cardKind, std::unique_ptr<CardRecords> records);
+    Card(unsigned int cardKind, std::unique_ptr<CardRecords> records, CardPictures pictures = {});
 
     unsigned int kindCode() const;
     const char *kindKey() const;   ///< for programs: "resident", "hmt", "foreign-2017" ...
@@ -75,12 +84,16 @@ public:
     /** 512 bytes for each print, or null when there is none. */
     QByteArray fingerprints() const;
 
+    /** The picture of this side, a JPEG file, or null when none was painted. */
+    QByteArray picture(CardSide side) const;
+
     /** A number over everything that the card holds, to tell two readings apart. */
     QByteArray digest() const;
 
 private:
     const CardKind *m_kind;
     std::unique_ptr<CardRecords> m_records;
+    CardPictures m_pictures;
 };
 
 /** Whether `cardKind` is one of the four kinds. */

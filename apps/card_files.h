@@ -11,20 +11,37 @@
 namespace app
 {
 
+/** Which of a card's files are meant. */
+enum class CardFiles {
+    All,
+    Pictures, ///< only those of its sides
+};
+
+enum class FileGroup {
+    Data, ///< what the card holds
+    Pictures,
+};
+
 struct CardFile {
     const char *name;
+    FileGroup group;
     /** The part of the card's JSON that names this file under "file"; null when none does. */
     const char *jsonKey;
     /** What the file holds; null bytes when this card has no such file. */
     QByteArray (*content)(const Card &card);
+    /** Why this card has no such file; null when nobody expects one of every card. */
+    QString (*missingNote)(const Card &card);
 };
 
-const std::vector<CardFile> &cardFiles();
+std::vector<CardFile> cardFiles(CardFiles which);
 
-/** The names of all files a card can have. */
-QStringList cardFileNames();
+/** The names of all such files a card can have. */
+QStringList cardFileNames(CardFiles which);
 
 /** The files of this card; those it does not have are in the list with null content. */
-QVector<NamedContent> contentsOf(const Card &card);
+QVector<NamedContent> contentsOf(const Card &card, CardFiles which);
+
+/** What to tell about each file that could be expected and that this card does not have. */
+QStringList missingFileNotes(const Card &card, CardFiles which);
 
 } // namespace app

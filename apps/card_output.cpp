@@ -87,17 +87,88 @@ QString fingerprintsForPeople(const Card &card)
     return *count == 0 ? QStringLiteral("none") : QString::number(*count);
 }
 
+struct CardSideRow {
+    CardSide side;
+    const char *key;
+    const char *label;
+};
+
+constexpr std::array<CardSideRow, 2> CARD_SIDES = {{
+    {CardSide::Front, "frontPicture", "Front picture"},
+    {CardSide::Back, "backPicture", "Back picture"},
+}};
+
+/** Why there is no picture of this side, in words that follow a colon. */
+QString reasonOfMissingPicture(const Card &card, CardSide side)
+{
+    const bool isBackOfPermit = side == CardSide::Back && card.kindCode() == IDCARD_KIND_HMT;
+    // The front of a permit does not depend on the number: only the back can be missing by it.
+    if (isBackOfPermit && !card.picture(CardSide::Front).isNull())
+        return QStringLiteral("the permit's number begins with none of 81, 82, 83");
+    return QStringLiteral("the library painted none");
+}
+
 QString pathIn(const QString &folder, const char *name)
 {
     return folder.isEmpty() ? QLatin1String(name) : QDir(folder).filePath(QLatin1String(name));
+}
+
+QJsonObject kindToJson(const Card &card)
+{
+    return {{"kind", QLatin1String(card.kindKey())},
+            {"cardKind", static_cast<int>(card.kindCode())}};
+}
+
+void insertPictures(const Card &card, QJsonObject *object)
+{
+    for (const CardSideRow &row : CARD_SIDES) {
+        const char *const format = card.picture(row.side).isNull() ? "none" : "jpeg";
+        object->insert(QLatin1String(row.key), QJsonObject{{"format", QLatin1String(format)}});
+    }
+}
+
+/** Names the files in the parts of `object` that they belong to. */
+void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonObject *object)
+{
+    for (const CardFile &file : cardFiles(CardFiles::All)) {
+        if (file.jsonKey == nullptr || !object->contains(QLatin1String(file.jsonKey)))
+            continue;
+        const bool saved = folder.has_value() && !file.content(card).isNull();
+        QJsonObject part = object->value(QLatin1String(file.jsonKey)).toObject();
+        part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
+        object->insert(QLatin1String(file.jsonKey), part);
+    }
+}
+
+QStringList kindRow(const Card &card)
+{
+    return {QStringLiteral("Kind"), QString::fromUtf8(card.kindLabel())};
+}
+
+/** Which picture there is none of, and where the files are. */
+QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString &folder)
+{
+    QVector<QStringList> rows;
+    for (const CardSideRow &row : CARD_SIDES) {
+        if (card.picture(row.side).isNull())
+            rows << QStringList{QString::fromUtf8(row.label),
+                                QStringLiteral("none: ") + reasonOfMissingPicture(card, row.side)};
+    }
+    QString label = QStringLiteral("Saved as");
+    for (const CardFile &file : cardFiles(which)) {
+        if (file.content(card).isNull())
+            continue;
+        rows << QStringList{label, pathIn(folder, file.name)};
+        label.clear();
+    }
+    return rows;
 }
 
 } // namespace
 
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
 {
-    QJsonObject object{{"kind", QLatin1String(card.kindKey())},
-                       {"cardKind", static_cast<int>(card.kindCode())}};
+    QJsonObject object = kindToJson(card);
     for (const CardField &field : card.fields())
         object.insert(QLatin1String(field.key), jsonValue(field));
 
@@ -107,15 +178,16 @@ QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
         object.insert("fingerprints",
                       QJsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
     }
+    insertPictures(card, &object);
+    insertFiles(card, folder, &object);
+    return object;
+}
 
-    for (const CardFile &file : cardFiles()) {
-        if (file.jsonKey == nullptr || !object.contains(QLatin1String(file.jsonKey)))
-            continue;
-        const bool saved = folder.has_value() && !file.content(card).isNull();
-        QJsonObject part = object.value(QLatin1String(file.jsonKey)).toObject();
-        part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
-        object.insert(QLatin1String(file.jsonKey), part);
-    }
+QJsonObject picturesToJson(const Card &card, const QString &folder)
+{
+    QJsonObject object = kindToJson(card);
+    insertPictures(card, &object);
+    insertFiles(card, folder, &object);
     return object;
 }
 
@@ -131,29 +203,36 @@ QByteArray jsonLine(const QJsonObject &object)
 
 QString toTable(const Card &card, const std::optional<QString> &folder)
 {
-    QVector<QStringList> rows{{QStringLiteral("Kind"), QString::fromUtf8(card.kindLabel())}};
+    QVector<QStringList> rows{kindRow(card)};
     for (const CardField &field : card.fields())
         rows << QStringList{QString::fromUtf8(field.label), textForPeople(field)};
     rows << QStringList{QStringLiteral("Photo"), QString::fromUtf8(photoFormatRow(card).label)};
     if (card.mayHaveFingerprints())
         rows << QStringList{QStringLiteral("Fingerprints"), fingerprintsForPeople(card)};
-
-    if (folder) {
-        QString label = QStringLiteral("Saved as");
-        for (const CardFile &file : cardFiles()) {
-            if (file.content(card).isNull())
-                continue;
-            rows << QStringList{label, pathIn(*folder, file.name)};
-            label.clear();
-        }
-    }
+    if (folder)
+        rows += savedRows(card, CardFiles::All, *folder);
     return alignedTable(rows);
+}
+
+QString picturesToTable(const Card &card, const QString &folder)
+{
+    return alignedTable(QVector<QStringList>{kindRow(card)} +
+                        savedRows(card, CardFiles::Pictures, folder));
 }
 
 QString missingPhotoNote(const Card &card)
 {
     const char *const note = photoFormatRow(card).note;
     return note == nullptr ? QString() : QString::fromUtf8(note);
+}
+
+QString missingPictureNote(const Card &card, CardSide side)
+{
+    if (!card.picture(side).isNull())
+        return {};
+    const char *const name = side == CardSide::Front ? "front" : "back";
+    return QStringLiteral("There is no picture of the card's %1: %2")
+        .arg(QLatin1String(name), reasonOfMissingPicture(card, side));
 }
 
 } // namespace app

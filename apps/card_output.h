@@ -27,7 +27,16 @@ QByteArray jsonLine(const QJsonObject &object);
 /** The card as a table for people; `folder` as for `toJson`. */
 QString toTable(const Card &card, const std::optional<QString> &folder);
 
-/** What to tell about a photo that cannot be saved as a picture; empty when it can. */
+/** The pictures of the card's sides alone, as `toJson` has them, with the kind of card. */
+QJsonObject picturesToJson(const Card &card, const QString &folder);
+
+/** The pictures of the card's sides alone as a table for people. */
+QString picturesToTable(const Card &card, const QString &folder);
+
+/** Why a photo cannot be saved as a picture; empty when it can. */
 QString missingPhotoNote(const Card &card);
+
+/** Why there is no picture of this side; empty when there is one. */
+QString missingPictureNote(const Card &card, CardSide side);
 
 } // namespace app

@@ -25,6 +25,14 @@ QString paragraph(const char *heading, const char *text)
                    MESSAGE_WIDTH - INDENT, INDENT);
 }
 
+/** The JPEG file in a base64 text of the library; null when the text is empty. */
+QByteArray jpegFile(const std::string &base64)
+{
+    if (base64.empty())
+        return {};
+    return QByteArray::fromBase64(QByteArray::fromStdString(base64));
+}
+
 } // namespace
 
 ExitStatus ReadOutcome::exitStatus() const
@@ -45,7 +53,8 @@ ReadOutcome readCard()
     outcome.code = readIDCard(&kind, &records->cn, &records->foreign2017, &records->foreignNew,
                               &records->hmt, &front, &back);
     if (outcome.code == IDCARD_RESULT_OK && isCardKind(kind))
-        outcome.card.emplace(kind, std::move(records));
+        outcome.card.emplace(kind, std::move(records),
+                             CardPictures{jpegFile(front), jpegFile(back)});
     return outcome;
 }
 

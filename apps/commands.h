@@ -3,7 +3,7 @@
 // The commands of the tool. Each writes its result to `output` and tells failures on standard
 // error; that `output` cannot be written is told by the caller.
 
-#include "apps/card.h"
+#include "apps/card_files.h"
 #include "apps/options.h"
 #include "apps/simulator_library.h"
 #include "apps/standard_streams.h"
@@ -17,6 +17,9 @@ ExitStatus runRead(const Options &options, Output *output);
 /** Needs a QGuiApplication. */
 ExitStatus runWatch(const Options &options, Output *output);
 
+/** Needs a QGuiApplication. */
+ExitStatus runRender(const Options &options, Output *output);
+
 /** Needs a QCoreApplication. */
 ExitStatus runCards(const Options &options, Output *output);
 
@@ -26,10 +29,13 @@ void tellIfVerbose(const Options &options, const QString &message);
 /** Tells a problem of the simulator, if it is one, and returns how the program ends by it. */
 ExitStatus told(const SimulatorProblem &problem);
 
+/** Loads the simulator and tells which file it is if --verbose was given. */
+SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulator);
+
 /** Loads the simulator and sets its faults, if --simulate was given. */
 SimulatorProblem prepareSimulator(const Options &options, SimulatorLibrary *simulator);
 
-/** Tells which file of the card was not written because there is no picture, if so. */
-void tellMissingPhoto(const Card &card);
+/** Tells which files were not written because the card has no such photo or picture. */
+void tellMissingFiles(const Card &card, CardFiles which);
 
 } // namespace app

@@ -80,28 +80,24 @@ QString overallHelp()
 
 QString commandHelp(const CommandRow &command)
 {
-    const QString name = QLatin1String(command.name);
     QVector<QStringList> options;
     bool hasFaults = false;
+    const bool needsPlatform = command.command != Command::Cards;
     for (const OptionRow &row : optionTable()) {
         if (!belongsTo(row, command.command))
             continue;
         hasFaults = hasFaults || row.id == OptionId::Fault;
-        QString usage = QStringLiteral("--") + QLatin1String(optionName(row.id));
-        if (row.id == OptionId::Help)
-            usage.prepend(QStringLiteral("-h, "));
-        if (row.valueName != nullptr)
-            usage += QStringLiteral(" <%1>").arg(QLatin1String(row.valueName));
-        options << QStringList{usage, QString::fromUtf8(row.text)};
+        const QString shortName = QLatin1String(row.id == OptionId::Help ? "-h, " : "");
+        options << QStringList{shortName + optionUsage(row), QString::fromUtf8(row.text)};
     }
 
-    QString text = QStringLiteral("Usage: idcard-reader %1 [options]\n\n").arg(name);
+    QString text = QStringLiteral("Usage: %1\n\n").arg(commandUsage(command));
     text += wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n');
     text += section("Options", options);
     if (hasFaults)
         text += faultSection();
     text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
-    return text + exitStatusSection() + (hasFaults ? environmentSection() : QString());
+    return text + exitStatusSection() + (needsPlatform ? environmentSection() : QString());
 }
 
 QString versionText()

@@ -62,7 +62,17 @@ ExitStatus run(const Options &options, Output *output)
     }
     choosePlatform(options);
     const QGuiApplication application(qtArgumentCount, qtArguments.data());
-    return options.command == Command::Read ? runRead(options, output) : runWatch(options, output);
+    switch (options.command) {
+    case Command::Read:
+        return runRead(options, output);
+    case Command::Watch:
+        return runWatch(options, output);
+    case Command::Render:
+        return runRender(options, output);
+    case Command::Cards: // needs no GUI, see above
+        break;
+    }
+    return ExitStatus::ProgramFailed;
 }
 
 CommandLine commandLineOf(const QStringList &arguments)

@@ -20,17 +20,18 @@ constexpr int HIGHEST_COUNT = 1000000000;
 const std::vector<CommandRow> &commandTable()
 {
     static const std::vector<CommandRow> rows = {
-        {Command::Read, "read", "read the card that lies on the reader",
+        {Command::Read, "read", nullptr, "read the card that lies on the reader",
          "Reads the card that lies on the reader once and prints what it holds.",
          "  idcard-reader read\n"
          "      read a card and show it\n"
          "  idcard-reader read --wait 30 --json\n"
          "      give the user half a minute to lay a card on the reader, print JSON\n"
          "  idcard-reader read --out visitor\n"
-         "      save the card and its photo in the folder \"visitor\" as well\n"
+         "      save the card, its photo and its pictures in the folder\n"
+         "      \"visitor\" as well\n"
          "  idcard-reader read --simulate resident\n"
          "      try it without a reader (see \"idcard-reader cards\")\n"},
-        {Command::Watch, "watch", "read card after card, one line of JSON each",
+        {Command::Watch, "watch", nullptr, "read card after card, one line of JSON each",
          "Waits for cards and prints every card once, as one line of JSON, until it is ended with "
          "Ctrl-C. A card is new when the reader was empty before it or when it holds something "
          "else than the card before. A card that cannot be read is told on standard error, and "
@@ -39,7 +40,16 @@ const std::vector<CommandRow> &commandTable()
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
          "      wait for one card, however long it takes\n"},
-        {Command::Cards, "cards", "list the cards that the simulator has built in",
+        {Command::Render, "render", "CARD", "paint the pictures of a described card",
+         "Paints the pictures of a described card, as a reading of that card would, without a "
+         "reader and without a card. CARD is a file that describes a card, or a name from "
+         "\"idcard-reader cards\". The faults of the description do not count, and the portrait "
+         "is painted even when the description says that the photo is compressed.",
+         "  idcard-reader render my-card.json --out pictures\n"
+         "      write pictures/front.jpg and pictures/back.jpg\n"
+         "  idcard-reader render my-card.json --out pictures --force\n"
+         "      paint anew after a change of the description\n"},
+        {Command::Cards, "cards", nullptr, "list the cards that the simulator has built in",
          "Lists the cards that the simulator has built in, for use with --simulate.",
          "  idcard-reader cards\n"
          "      show the names, kinds and purposes\n"},
@@ -51,17 +61,35 @@ const std::vector<OptionRow> &optionTable()
 {
     using C = Command;
     static const std::vector<OptionRow> rows = {
-        {OptionId::Json, {C::Read, C::Cards}, nullptr, "Print JSON for programs, not a table."},
+        {OptionId::Json,
+         {C::Read, C::Render, C::Cards},
+         nullptr,
+         "Print JSON for programs, not a table."},
         {OptionId::Out,
          {C::Read},
          "folder",
-         "Save the card in this folder, which is made if need be: card.json, photo.bmp and, when "
-         "the card has fingerprints, fingerprints.dat. Only their owner can read the files."},
+         "Save the card in this folder, which is made if need be: card.json, photo.bmp, the "
+         "pictures of the card's sides front.jpg and back.jpg and, when the card has fingerprints, "
+         "fingerprints.dat. Only their owner can read the files. A permit for Hong Kong, Macao and "
+         "Taiwan residents whose number begins with none of 81, 82, 83 has no back.jpg."},
         {OptionId::Out,
          {C::Watch},
          "folder",
          "Save every card in a folder of its own in this folder: 0001, 0002, ... after the highest "
-         "number that is there. Only their owner can read them."},
+         "number that is there. The files are those of \"idcard-reader read --out\". Only their "
+         "owner "
+         "can read them."},
+        {OptionId::Out,
+         {C::Render},
+         "folder",
+         "Write the pictures front.jpg and back.jpg to this folder, which is made if need be. "
+         "Only their owner can read the files. A permit for Hong Kong, Macao and Taiwan "
+         "residents whose number begins with none of 81, 82, 83 has no back.jpg.",
+         Times::Once,
+         0,
+         0,
+         std::nullopt,
+         true},
         {OptionId::Force,
          {C::Read},
          nullptr,
@@ -70,6 +98,10 @@ const std::vector<OptionRow> &optionTable()
          0,
          0,
          OptionId::Out},
+        {OptionId::Force,
+         {C::Render},
+         nullptr,
+         "Replace the pictures that the folder of --out holds. Without it nothing is overwritten."},
         {OptionId::Wait,
          {C::Read},
          "seconds",
@@ -112,12 +144,12 @@ const std::vector<OptionRow> &optionTable()
          0,
          OptionId::Simulate},
         {OptionId::Verbose,
-         {C::Read, C::Watch, C::Cards},
+         {C::Read, C::Watch, C::Render, C::Cards},
          nullptr,
          "Tell on standard error what is done, and show the messages of the libraries there. What "
          "the card holds is never among it."},
-        {OptionId::Help, {C::Read, C::Watch, C::Cards}, nullptr, "Show this help."},
-        {OptionId::Version, {C::Read, C::Watch, C::Cards}, nullptr, "Show the version."},
+        {OptionId::Help, {C::Read, C::Watch, C::Render, C::Cards}, nullptr, "Show this help."},
+        {OptionId::Version, {C::Read, C::Watch, C::Render, C::Cards}, nullptr, "Show the version."},
     };
     return rows;
 }
@@ -149,6 +181,26 @@ const char *optionName(OptionId id)
         return "version";
     }
     return "";
+}
+
+QString optionUsage(const OptionRow &row)
+{
+    const QString usage = QStringLiteral("--") + QLatin1String(optionName(row.id));
+    return row.valueName == nullptr
+               ? usage
+               : QStringLiteral("%1 <%2>").arg(usage, QLatin1String(row.valueName));
+}
+
+QString commandUsage(const CommandRow &command)
+{
+    QStringList words{QStringLiteral("idcard-reader"), QLatin1String(command.name)};
+    if (command.argument != nullptr)
+        words << QLatin1String(command.argument);
+    for (const OptionRow &row : optionTable()) {
+        if (row.isRequired && belongsTo(row, command.command))
+            words << optionUsage(row);
+    }
+    return (words << QStringLiteral("[options]")).join(QLatin1Char(' '));
 }
 
 bool belongsTo(const OptionRow &row, Command command)

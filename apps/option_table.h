@@ -15,7 +15,8 @@ namespace app
 struct CommandRow {
     Command command;
     const char *name;
-    const char *summary; ///< one line
+    const char *argument; ///< what must follow the name; null: nothing may
+    const char *summary;  ///< one line
     const char *description;
     const char *examples; ///< lines of "command  what it does"
 };
@@ -46,6 +47,7 @@ struct OptionRow {
     int minimum = 0;
     int maximum = 0;
     std::optional<OptionId> needs = std::nullopt;
+    bool isRequired = false;
 };
 
 const std::vector<CommandRow> &commandTable();
@@ -55,6 +57,12 @@ const std::vector<OptionRow> &optionTable();
 
 /** The option's name without the dashes. */
 const char *optionName(OptionId id);
+
+/** How the option is written: "--out <folder>". */
+QString optionUsage(const OptionRow &row);
+
+/** How the command is written: "idcard-reader read [options]". */
+QString commandUsage(const CommandRow &command);
 
 bool belongsTo(const OptionRow &row, Command command);
 

@@ -76,14 +76,17 @@ public:
     /** What is wrong with the values, or an empty text. */
     QString problem() const
     {
-        if (!m_parser.positionalArguments().isEmpty()) {
-            return QStringLiteral("%1 takes no argument %2.")
-                .arg(QLatin1String(m_command.name), m_parser.positionalArguments().first());
-        }
+        QString wrong = problemOfArguments();
+        if (!wrong.isEmpty())
+            return wrong;
         for (const OptionRow &row : optionTable()) {
-            if (!belongsTo(row, m_command.command) || !isSet(row.id))
+            if (!belongsTo(row, m_command.command))
                 continue;
-            QString wrong = problemOf(row);
+            if (isSet(row.id))
+                wrong = problemOf(row);
+            else if (row.isRequired)
+                wrong = QStringLiteral("%1 needs %2.")
+                            .arg(QLatin1String(m_command.name), optionUsage(row));
             if (!wrong.isEmpty())
                 return wrong;
         }
@@ -95,6 +98,20 @@ private:
     {
         const QStringList names = m_parser.optionNames();
         return std::count(names.begin(), names.end(), name(id));
+    }
+
+    QString problemOfArguments() const
+    {
+        const QString command = QLatin1String(m_command.name);
+        const QStringList arguments = m_parser.positionalArguments();
+        const int taken = m_command.argument == nullptr ? 0 : 1;
+        if (arguments.size() > taken)
+            return QStringLiteral("%1 takes no argument %2.").arg(command, arguments.at(taken));
+        if (taken == 1 && arguments.value(0).trimmed().isEmpty()) {
+            return QStringLiteral("%1 needs a %2: \"%3\".")
+                .arg(command, QLatin1String(m_command.argument), commandUsage(m_command));
+        }
+        return {};
     }
 
     static QString name(OptionId id) { return QLatin1String(optionName(id)); }
@@ -151,6 +168,7 @@ CommandLine readForCommand(const CommandRow &command, const QStringList &argumen
 
     Options options;
     options.command = command.command;
+    options.card = parser.positionalArguments().value(0);
     options.json = reader.isSet(OptionId::Json);
     options.force = reader.isSet(OptionId::Force);
     options.verbose = reader.isSet(OptionId::Verbose);

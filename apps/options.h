@@ -10,13 +10,14 @@
 namespace app
 {
 
-enum class Command { Read, Watch, Cards };
+enum class Command { Read, Watch, Render, Cards };
 
 struct Options {
     Command command = Command::Read;
     bool json = false;
     bool force = false;
     bool verbose = false;
+    QString card;         ///< what to render: name of a built-in card or path of a description
     QString outFolder;    ///< empty: write no files
     QStringList simulate; ///< cards for the simulator; empty: use the reader
     QString faults;

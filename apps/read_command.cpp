@@ -1,10 +1,9 @@
-// The command "read", and what it shares with "watch".
+// The command "read", and what the commands that read a card share.
 
 #include <algorithm>
 
 #include <QElapsedTimer>
 
-#include "apps/card_files.h"
 #include "apps/card_output.h"
 #include "apps/card_reader.h"
 #include "apps/commands.h"
@@ -87,21 +86,26 @@ ExitStatus told(const SimulatorProblem &problem)
     return problem.exitStatus;
 }
 
+SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulator)
+{
+    SimulatorProblem problem = simulator->load();
+    if (!problem)
+        tellIfVerbose(options, QStringLiteral("The simulator is %1.").arg(simulator->path()));
+    return problem;
+}
+
 SimulatorProblem prepareSimulator(const Options &options, SimulatorLibrary *simulator)
 {
     if (options.simulate.isEmpty())
         return {};
-    const SimulatorProblem problem = simulator->load();
-    if (!problem)
-        tellIfVerbose(options, QStringLiteral("The simulator is %1.").arg(simulator->path()));
+    const SimulatorProblem problem = loadSimulator(options, simulator);
     return problem ? problem : simulator->setFaults(options.faults);
 }
 
-void tellMissingPhoto(const Card &card)
+void tellMissingFiles(const Card &card, CardFiles which)
 {
-    const QString note = missingPhotoNote(card);
-    if (!note.isEmpty())
-        tell(note + QStringLiteral("; photo.bmp is not written."));
+    for (const QString &note : missingFileNotes(card, which))
+        tell(note);
 }
 
 ExitStatus runRead(const Options &options, Output *output)
@@ -117,7 +121,8 @@ ExitStatus runRead(const Options &options, Output *output)
     const bool isSaved = !options.outFolder.isEmpty();
     const auto existing = options.force ? ExistingFiles::Replace : ExistingFiles::Refuse;
     if (isSaved) {
-        const QString obstacle = obstacleTo(options.outFolder, cardFileNames(), existing);
+        const QString obstacle =
+            obstacleTo(options.outFolder, cardFileNames(CardFiles::All), existing);
         if (!obstacle.isEmpty()) {
             tell(obstacle);
             return ExitStatus::FilesNotWritten;
@@ -137,11 +142,11 @@ ExitStatus runRead(const Options &options, Output *output)
     std::optional<QString> folder;
     if (isSaved) {
         const QString notWritten =
-            writeFileSet(options.outFolder, contentsOf(*outcome.card), existing);
+            writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::All), existing);
         if (notWritten.isEmpty()) {
             folder = options.outFolder;
             tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(*folder));
-            tellMissingPhoto(*outcome.card);
+            tellMissingFiles(*outcome.card, CardFiles::All);
         } else {
             tell(notWritten);
             status = ExitStatus::FilesNotWritten;

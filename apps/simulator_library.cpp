@@ -71,11 +71,14 @@ SimulatorProblem SimulatorLibrary::load()
     if (!library.load())
         return loadProblem(library.errorString());
     m_putCard = reinterpret_cast<decltype(m_putCard)>(library.resolve("idcard_simulator_put_card"));
+    m_putPlainCard = reinterpret_cast<decltype(m_putPlainCard)>(
+        library.resolve("idcard_simulator_put_plain_card"));
     m_takeCard =
         reinterpret_cast<decltype(m_takeCard)>(library.resolve("idcard_simulator_take_card"));
     m_setFaults =
         reinterpret_cast<decltype(m_setFaults)>(library.resolve("idcard_simulator_set_faults"));
-    if (m_putCard == nullptr || m_takeCard == nullptr || m_setFaults == nullptr)
+    if (m_putCard == nullptr || m_putPlainCard == nullptr || m_takeCard == nullptr ||
+        m_setFaults == nullptr)
         return loadProblem(QStringLiteral("%1 is no simulator of this version").arg(path));
     m_path = path;
     return {};
@@ -85,6 +88,14 @@ SimulatorProblem SimulatorLibrary::putCard(const QString &card)
 {
     MessageBuffer message{};
     if (m_putCard(QFile::encodeName(card).constData(), message.data(), message.size()) == 0)
+        return {};
+    return usageProblem("card", message);
+}
+
+SimulatorProblem SimulatorLibrary::putPlainCard(const QString &card)
+{
+    MessageBuffer message{};
+    if (m_putPlainCard(QFile::encodeName(card).constData(), message.data(), message.size()) == 0)
         return {};
     return usageProblem("card", message);
 }

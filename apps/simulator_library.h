@@ -32,12 +32,15 @@ public:
     QString path() const { return m_path; }
 
     SimulatorProblem putCard(const QString &card);
+    /** Without the card's faults, and with a photo that is a picture. */
+    SimulatorProblem putPlainCard(const QString &card);
     void takeCard();
     SimulatorProblem setFaults(const QString &faults);
 
 private:
     QString m_path;
     int (*m_putCard)(const char *, char *, unsigned int) = nullptr;
+    int (*m_putPlainCard)(const char *, char *, unsigned int) = nullptr;
     void (*m_takeCard)() = nullptr;
     int (*m_setFaults)(const char *, char *, unsigned int) = nullptr;
 };

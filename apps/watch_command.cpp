@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QDir>
 
-#include "apps/card_files.h"
 #include "apps/card_output.h"
 #include "apps/card_presence.h"
 #include "apps/commands.h"
@@ -113,7 +112,7 @@ private:
         QString folder;
         QString problem = makeNextNumberedFolder(m_options.outFolder, &folder);
         if (problem.isEmpty()) {
-            problem = writeFileSet(folder, contentsOf(card), ExistingFiles::Refuse);
+            problem = writeFileSet(folder, contentsOf(card, CardFiles::All), ExistingFiles::Refuse);
             if (!problem.isEmpty())
                 QDir().rmdir(folder);
         }
@@ -123,7 +122,7 @@ private:
             return std::nullopt;
         }
         tellIfVerbose(m_options, QStringLiteral("Saved card %1 in %2.").arg(m_cards).arg(folder));
-        tellMissingPhoto(card);
+        tellMissingFiles(card, CardFiles::All);
         return folder;
     }
 

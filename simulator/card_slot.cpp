@@ -35,13 +35,17 @@ CardSlot::CountedFaults::CountedFaults(const Faults &set)
 {
 }
 
-bool CardSlot::putCard(const QString &nameOrPath, QString *problem)
+bool CardSlot::putCard(const QString &nameOrPath, PutAs as, QString *problem)
 {
     DescriptionError error;
-    const std::optional<CardDescription> card = loadCard(nameOrPath, &error);
+    std::optional<CardDescription> card = loadCard(nameOrPath, &error);
     if (!card) {
         *problem = error.message();
         return false;
+    }
+    if (as == PutAs::Plain) {
+        card->faults = {};
+        card->photoDelivery = PhotoDelivery::BmpFile;
     }
     place(*card);
     m_cardDecidedByCall = true;

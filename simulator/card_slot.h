@@ -12,6 +12,11 @@
 namespace simulator
 {
 
+enum class PutAs {
+    Described,
+    Plain, ///< without the faults of its description, the photo delivered as a BMP file
+};
+
 /**
  * A card, put by a call or named by the environment, with its own faults and those set beside it.
  *
@@ -27,7 +32,7 @@ public:
 
     /** Puts a card; from now on the environment names none. On failure tells why, changes nothing.
      */
-    bool putCard(const QString &nameOrPath, QString *problem);
+    bool putCard(const QString &nameOrPath, PutAs as, QString *problem);
 
     /** Takes the card away; from now on the environment names none. */
     void takeCard();

@@ -1,4 +1,4 @@
-// What libidcard_simulator.so exports: the five closed functions and the simulator's own three,
+// What libidcard_simulator.so exports: the five closed functions and the simulator's own four,
 // all answered by one simulated reader that lives as long as the library is loaded.
 
 #include <algorithm>
@@ -85,6 +85,18 @@ int decode(const unsigned char *src, unsigned char *dst, int mode)
     return WLT_SUCCESS;
 }
 
+int putCard(const char *card, simulator::PutAs as, char *message, unsigned int messageSize)
+{
+    return guarded(REFUSED, [&] {
+        QString problem;
+        if (reader().slot().putCard(QFile::decodeName(card), as, &problem)) {
+            return DONE;
+        }
+        giveMessage(problem, message, messageSize);
+        return REFUSED;
+    });
+}
+
 } // namespace
 
 int KVO_OpenPort(int port)
@@ -117,14 +129,12 @@ int unpack(unsigned char *src, unsigned char *dst, int mode)
 
 int idcard_simulator_put_card(const char *card, char *message, unsigned int messageSize)
 {
-    return guarded(REFUSED, [&] {
-        QString problem;
-        if (reader().slot().putCard(QFile::decodeName(card), &problem)) {
-            return DONE;
-        }
-        giveMessage(problem, message, messageSize);
-        return REFUSED;
-    });
+    return putCard(card, simulator::PutAs::Described, message, messageSize);
+}
+
+int idcard_simulator_put_plain_card(const char *card, char *message, unsigned int messageSize)
+{
+    return putCard(card, simulator::PutAs::Plain, message, messageSize);
 }
 
 void idcard_simulator_take_card()

@@ -186,6 +186,34 @@ TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
     EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
 }
 
+TEST_F(SimulatedReader, putPlainCard_deliversTheSameCardWithItsPhotoAsBmp)
+{
+    put("hmt-macao");
+    const ReadAnswer described = readOnce();
+    ASSERT_EQ(described.photoLength, IDCARD_COMPRESSED_PHOTO_SIZE);
+    ASSERT_EQ(idcard_simulator_put_plain_card("hmt-macao", nullptr, 0), 0);
+    const ReadAnswer plain = readOnce();
+    EXPECT_EQ(plain.photoLength, IDCARD_PHOTO_SIZE);
+    EXPECT_EQ(plain.photo[0], 'B');
+    EXPECT_EQ(std::memcmp(&plain.info, &described.info, sizeof plain.info), 0);
+}
+
+TEST_F(SimulatedReader, putPlainCard_hasNoneOfItsFaultsButThoseSetBesideIt)
+{
+    ASSERT_EQ(idcard_simulator_put_plain_card("resident-transient-failures", nullptr, 0), 0);
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    EXPECT_EQ(readOnce().code, 7);
+}
+
+TEST_F(SimulatedReader, putUnusablePlainCard_tellsWhyAndLeavesTheCard)
+{
+    char message[4096] = "";
+    EXPECT_EQ(idcard_simulator_put_plain_card("no-such-card", message, sizeof message), -1);
+    EXPECT_THAT(message, StartsWith("no-such-card: is neither a built-in card nor a file; "));
+    EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
+}
+
 TEST_F(SimulatedReader, putNullOrEmptyName_isRefused)
 {
     char message[100] = "";

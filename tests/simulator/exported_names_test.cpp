@@ -1,4 +1,4 @@
-// libidcard_simulator.so offers eight functions and needs nothing of the library it is used with.
+// libidcard_simulator.so offers nine functions and needs nothing of the library it is used with.
 
 #include <gmock/gmock.h>
 
@@ -23,7 +23,7 @@ QByteArray nm(const QStringList &options)
 
 } // namespace
 
-TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnThreeAndNothingElse)
+TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnFourAndNothingElse)
 {
     std::vector<std::string> names;
     const QByteArray output =
@@ -35,8 +35,8 @@ TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnThreeAndNothingEls
     }
     EXPECT_THAT(names,
                 ElementsAre("KVO_ClosePort", "KVO_FindIDCard", "KVO_OpenPort", "KVO_ReadIDCard",
-                            "idcard_simulator_put_card", "idcard_simulator_set_faults",
-                            "idcard_simulator_take_card", "unpack"));
+                            "idcard_simulator_put_card", "idcard_simulator_put_plain_card",
+                            "idcard_simulator_set_faults", "idcard_simulator_take_card", "unpack"));
 }
 
 TEST(ExportedNames, library_needsNoneOfTheReadersFunctions)

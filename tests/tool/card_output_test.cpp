@@ -34,6 +34,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "birthDate": {"year": "1990", "month": "01", "day": "02"},
             "address": "示例省示例市示例路1号", "idNumber": "000000199001020017",
             "issuingAuthority": "示例市公安局", "validFrom": "20150203", "validTo": "长期",
+            "frontPicture": {"format": "none", "file": null},
+            "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null},
             "fingerprints": {"count": 0, "file": null}})"},
                                          KindCase{IDCARD_KIND_HMT, R"({
@@ -42,18 +44,24 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "address": "示例市港澳路2号", "idNumber": "810000198511300026",
             "travelPermitNumber": "H00000000", "issuingAuthority": "示例市公安局",
             "validFrom": "20190101", "validTo": "20240101",
+            "frontPicture": {"format": "none", "file": null},
+            "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_2017, R"({
             "kind": "foreign-2017", "cardKind": 1, "englishName": "DOE, JANE",
             "chineseName": "简多", "sex": "女", "idNumber": "CAN000000000000",
             "birthDate": {"year": "1979", "month": "05", "day": "06"}, "nationality": "加拿大",
             "validFrom": "20180607", "validTo": "20280607",
+            "frontPicture": {"format": "none", "file": null},
+            "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_NEW, R"({
             "kind": "foreign-new", "cardKind": 2, "englishName": "ROE, RICHARD",
             "chineseName": "", "sex": "男", "cardExtra": "01", "idNumber": "900000197001010031",
             "birthDate": {"year": "1970", "month": "01", "day": "01"}, "nationality": "",
             "validFrom": "20230101", "validTo": "20330101",
+            "frontPicture": {"format": "none", "file": null},
+            "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null}})"}));
 
 QJsonValue inJson(const Card &card, const std::optional<QString> &folder, const char *part,
@@ -67,6 +75,8 @@ TEST(CardJsonFiles, CardThatWasNotSavedNamesNoFile)
     const Card card = samples::residentCardWithEverything();
     EXPECT_TRUE(inJson(card, std::nullopt, "photo", "file").isNull());
     EXPECT_TRUE(inJson(card, std::nullopt, "fingerprints", "file").isNull());
+    EXPECT_TRUE(inJson(card, std::nullopt, "frontPicture", "file").isNull());
+    EXPECT_TRUE(inJson(card, std::nullopt, "backPicture", "file").isNull());
 }
 
 TEST(CardJsonFiles, EmptyFolderGivesBareNames)
@@ -74,6 +84,8 @@ TEST(CardJsonFiles, EmptyFolderGivesBareNames)
     const Card card = samples::residentCardWithEverything();
     EXPECT_EQ(inJson(card, QString(), "photo", "file").toString(), "photo.bmp");
     EXPECT_EQ(inJson(card, QString(), "fingerprints", "file").toString(), "fingerprints.dat");
+    EXPECT_EQ(inJson(card, QString(), "frontPicture", "file").toString(), "front.jpg");
+    EXPECT_EQ(inJson(card, QString(), "backPicture", "file").toString(), "back.jpg");
 }
 
 TEST(CardJsonFiles, FolderStandsBeforeTheNames)
@@ -143,7 +155,9 @@ TEST(CardTable, SavedFilesAreListed)
     EXPECT_TRUE(table.endsWith(QStringLiteral("Fingerprints       2\n"
                                               "Saved as           visitor/card.json\n"
                                               "                   visitor/photo.bmp\n"
-                                              "                   visitor/fingerprints.dat\n")))
+                                              "                   visitor/fingerprints.dat\n"
+                                              "                   visitor/front.jpg\n"
+                                              "                   visitor/back.jpg\n")))
         << table.toStdString();
 }
 
@@ -186,6 +200,41 @@ TEST(CardTable, EveryFieldOfEveryKindIsShown)
 TEST(MissingPhotoNote, SaysNothingAboutAPictureThatIsThere)
 {
     EXPECT_TRUE(missingPhotoNote(samples::residentCardWithEverything()).isEmpty());
+}
+
+TEST(CardJsonPictures, FormatTellsWhetherThereIsOne)
+{
+    const Card card(IDCARD_KIND_HMT, samples::filledRecords(), {"front", {}});
+    EXPECT_EQ(inJson(card, {}, "frontPicture", "format").toString(), "jpeg");
+    EXPECT_EQ(inJson(card, {}, "backPicture", "format").toString(), "none");
+}
+
+TEST(CardJsonPictures, PictureItselfIsNotAmongTheJson)
+{
+    const QByteArray json = indentedJson(toJson(samples::residentCardWithEverything(), QString()));
+    EXPECT_FALSE(json.contains("front of"));
+    EXPECT_FALSE(json.contains(QByteArray("front of").toBase64()));
+}
+
+TEST(MissingPictureNote, SaysNothingAboutAPictureThatIsThere)
+{
+    const Card card = samples::residentCardWithEverything();
+    EXPECT_TRUE(missingPictureNote(card, CardSide::Front).isEmpty());
+    EXPECT_TRUE(missingPictureNote(card, CardSide::Back).isEmpty());
+}
+
+TEST(MissingPictureNote, NumberOfAPermitIsTheReasonForItsBackOnly)
+{
+    const Card permit(IDCARD_KIND_HMT, samples::filledRecords(), {"front", {}});
+    EXPECT_TRUE(missingPictureNote(permit, CardSide::Back).contains(QStringLiteral("81, 82, 83")));
+
+    const Card unpainted = samples::cardOf(IDCARD_KIND_HMT);
+    const Card resident(IDCARD_KIND_CN, samples::filledRecords(), {"front", {}});
+    for (const QString &note : {missingPictureNote(unpainted, CardSide::Front),
+                                missingPictureNote(unpainted, CardSide::Back),
+                                missingPictureNote(resident, CardSide::Back)})
+        EXPECT_TRUE(note.endsWith(QStringLiteral("the library painted none")))
+            << note.toStdString();
 }
 
 TEST(MissingPhotoNote, TellsThatAPhotoIsCompressed)

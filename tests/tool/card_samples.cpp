@@ -93,7 +93,7 @@ app::Card residentCardWithEverything()
     records->cn.fpInfoType = FP_INFO_TWO;
     std::fill(std::begin(records->cn.byFpData), std::end(records->cn.byFpData),
               static_cast<unsigned char>(0x77));
-    return {IDCARD_KIND_CN, std::move(records)};
+    return {IDCARD_KIND_CN, std::move(records), {"front of a card", "back of a card"}};
 }
 
 } // namespace samples

@@ -16,7 +16,7 @@ void putPhotoBmp(unsigned char *photoArea);
 std::unique_ptr<app::CardRecords> filledRecords();
 
 app::Card residentCard();
-app::Card residentCardWithEverything(); ///< with a BMP photo and two fingerprints
+app::Card residentCardWithEverything(); ///< with a BMP photo, two prints, and pictures
 app::Card cardOf(unsigned int kind);
 
 } // namespace samples

@@ -46,6 +46,10 @@ QJsonObject expectedJson(const simulator::CardDescription &card)
                      {"validTo", card.validTo}};
     const bool isBmp = card.photoDelivery == simulator::PhotoDelivery::BmpFile;
     json["photo"] = QJsonObject{{"format", isBmp ? "bmp" : "compressed"}, {"file", QJsonValue()}};
+    for (const char *picture : {"frontPicture", "backPicture"}) {
+        json.insert(QLatin1String(picture),
+                    QJsonObject{{"format", "jpeg"}, {"file", QJsonValue()}});
+    }
     if (isForeign) {
         json["englishName"] = card.englishName;
         json["chineseName"] = card.chineseName;
@@ -105,6 +109,14 @@ TEST_P(ReadKind, TableShowsTheDescribedCard)
     EXPECT_THAT(table, HasSubstr(card.birthDate.mid(0, 4).toStdString() + "-" +
                                  card.birthDate.mid(4, 2).toStdString() + "-" +
                                  card.birthDate.mid(6).toStdString()));
+}
+
+TEST(Read, PicturesThatAreNotSavedAreNotSpokenOf)
+{
+    const ProcessResult run = runTool({"read", "--simulate", "hmt-unknown-region"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardOutput.toStdString(), Not(HasSubstr("picture ")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ReadKind,

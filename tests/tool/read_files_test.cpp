@@ -7,6 +7,7 @@
 
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"
+#include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;
@@ -42,14 +43,16 @@ private:
     QTemporaryDir m_base;
 };
 
-TEST_F(ReadOut, CardWithEverythingGivesThreePrivateFiles)
+TEST_F(ReadOut, CardWithEverythingGivesFivePrivateFiles)
 {
     const ProcessResult run = read("resident");
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
-    EXPECT_THAT(names(), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
+    EXPECT_THAT(names(),
+                ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
     EXPECT_EQ(modeOf(out()), 0700);
-    for (const char *name : {"/card.json", "/fingerprints.dat", "/photo.bmp"})
+    for (const char *name :
+         {"/back.jpg", "/card.json", "/fingerprints.dat", "/front.jpg", "/photo.bmp"})
         EXPECT_EQ(modeOf(out() + name), 0600) << name;
 }
 
@@ -72,13 +75,68 @@ TEST_F(ReadOut, FingerprintsAreAsLongAsThereArePrints)
 TEST_F(ReadOut, CardWithoutFingerprintsGivesNoFileOfThem)
 {
     read("resident-no-fingerprint");
-    EXPECT_THAT(names(), ElementsAre("card.json"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
 }
 
-TEST_F(ReadOut, OtherKindsGiveCardAndPhoto)
+TEST_F(ReadOut, OtherKindsGiveCardPhotoAndPictures)
 {
     read("foreign-new");
-    EXPECT_THAT(names(), ElementsAre("card.json", "photo.bmp"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg", "photo.bmp"));
+}
+
+TEST_F(ReadOut, EveryKindGivesAPictureOfEitherSide)
+{
+    for (const char *card : {"resident", "hmt-hong-kong", "hmt-taiwan", "foreign-2017",
+                             "foreign-new", "resident-compressed-photo"}) {
+        SCOPED_TRACE(card);
+        EXPECT_EQ(read(card, {"--force"}).exitStatus, 0);
+        const QString kind = simulator::cardKindName(builtInCard(card).kind);
+        expectCardPicture(out() + "/front.jpg", kind);
+        expectCardPicture(out() + "/back.jpg", kind);
+        EXPECT_NE(readFile(out() + "/front.jpg"), readFile(out() + "/back.jpg"));
+    }
+}
+
+TEST_F(ReadOut, PermitOfAnUnknownRegionIsToldAndHasNoBackPicture)
+{
+    const ProcessResult run = read("hmt-unknown-region");
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg"));
+    EXPECT_THAT(run.standardOutput.toStdString(),
+                HasSubstr("\nBack picture          none: the permit's number begins with none of "
+                          "81, 82, 83\n"));
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("There is no picture of the card's back: the permit's number begins with "
+                          "none of 81, 82, 83; back.jpg is not written.\n"));
+    expectCardPicture(out() + "/front.jpg", QStringLiteral("hmt"));
+}
+
+TEST_F(ReadOut, PictureThatIsMissingIsNamedNullInTheJson)
+{
+    const QByteArray printed = read("hmt-unknown-region", {"--json"}).standardOutput;
+    const QJsonObject none{{"format", "none"}, {"file", QJsonValue()}};
+    EXPECT_EQ(parsedObject(printed)["backPicture"].toObject(), none);
+    const QJsonObject saved = parsedObject(readFile(out() + "/card.json"));
+    EXPECT_EQ(saved["backPicture"].toObject(), none);
+    EXPECT_EQ(saved["frontPicture"].toObject()["file"].toString(), "front.jpg");
+}
+
+TEST_F(ReadOut, ForceRemovesAnOldBackPictureThatTheNewCardDoesNotHave)
+{
+    read("hmt-taiwan");
+    EXPECT_EQ(read("hmt-unknown-region", {"--force"}).exitStatus, 0);
+    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg"));
+}
+
+TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
+{
+    ASSERT_TRUE(QDir().mkdir(out()));
+    writeFile(out() + "/back.jpg", "mine");
+    const ProcessResult run = read("resident");
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("already holds back.jpg"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg"));
+    EXPECT_EQ(readFile(out() + "/back.jpg"), "mine");
 }
 
 TEST_F(ReadOut, CompressedPhotoIsToldAndNotWrittenAsAPicture)
@@ -87,7 +145,7 @@ TEST_F(ReadOut, CompressedPhotoIsToldAndNotWrittenAsAPicture)
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(),
                 AllOf(HasSubstr("compressed"), HasSubstr("photo.bmp is not written")));
-    EXPECT_THAT(names(), ElementsAre("card.json", "fingerprints.dat"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg"));
 }
 
 TEST_F(ReadOut, CardJsonNamesTheFilesBesideIt)
@@ -96,6 +154,8 @@ TEST_F(ReadOut, CardJsonNamesTheFilesBesideIt)
     const QJsonObject json = parsedObject(readFile(out() + "/card.json"));
     EXPECT_EQ(json["photo"].toObject()["file"].toString(), "photo.bmp");
     EXPECT_EQ(json["fingerprints"].toObject()["file"].toString(), "fingerprints.dat");
+    EXPECT_EQ(json["frontPicture"].toObject()["file"].toString(), "front.jpg");
+    EXPECT_EQ(json["backPicture"].toObject()["file"].toString(), "back.jpg");
     EXPECT_EQ(json["idNumber"].toString(), builtInCard("resident").idNumber);
 }
 
@@ -103,6 +163,7 @@ TEST_F(ReadOut, PrintedJsonNamesTheFilesWithTheirFolder)
 {
     const QJsonObject json = parsedObject(read("resident", {"--json"}).standardOutput);
     EXPECT_EQ(json["photo"].toObject()["file"].toString(), out() + "/photo.bmp");
+    EXPECT_EQ(json["backPicture"].toObject()["file"].toString(), out() + "/back.jpg");
 }
 
 TEST_F(ReadOut, TableListsTheFiles)
@@ -110,6 +171,8 @@ TEST_F(ReadOut, TableListsTheFiles)
     const std::string table = read("resident").standardOutput.toStdString();
     EXPECT_THAT(table, HasSubstr((out() + "/card.json\n").toStdString()));
     EXPECT_THAT(table, HasSubstr((out() + "/fingerprints.dat\n").toStdString()));
+    EXPECT_THAT(table, HasSubstr((out() + "/front.jpg\n").toStdString()));
+    EXPECT_THAT(table, HasSubstr((out() + "/back.jpg\n").toStdString()));
 }
 
 TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
@@ -120,7 +183,8 @@ TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
     EXPECT_EQ(run.exitStatus, 7);
     EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
     EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("already holds card.json, photo.bmp, fingerprints.dat"),
+                AllOf(HasSubstr("already holds card.json, photo.bmp, fingerprints.dat, front.jpg, "
+                                "back.jpg"),
                       HasSubstr("--force")));
     EXPECT_EQ(folderState(out()), before);
 }
@@ -130,14 +194,15 @@ TEST_F(ReadOut, ForceReplacesTheCardAndLeavesNothingOfTheOldOne)
     read("resident");
     const ProcessResult run = read("hmt-macao", {"--force"}); // delivers its photo compressed
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
     EXPECT_EQ(parsedObject(readFile(out() + "/card.json"))["kind"].toString(), "hmt");
 }
 
 TEST_F(ReadOut, ForceWithoutAnOldCardWritesAsWell)
 {
     EXPECT_EQ(read("resident", {"--force"}).exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
+    EXPECT_THAT(names(),
+                ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
 }
 
 TEST_F(ReadOut, OtherFilesOfTheFolderStay)

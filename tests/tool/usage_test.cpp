@@ -36,13 +36,21 @@ INSTANTIATE_TEST_SUITE_P(
     Wrong, Usage,
     testing::Values(
         WrongUsage{{}, "A command is missing"},
-        WrongUsage{{"scan"}, "There is no command scan; the commands are read, watch, cards."},
+        WrongUsage{{"scan"},
+                   "There is no command scan; the commands are read, watch, render, cards."},
         WrongUsage{{"rea"}, "There is no command rea;"},
         WrongUsage{{"--json", "read"}, "The command comes before its options, and --json is none"},
         WrongUsage{{"read", "--jsn"}, "jsn"}, WrongUsage{{"read", "--js"}, "js"},
         WrongUsage{{"read", "--count", "1"}, "count"}, WrongUsage{{"watch", "--force"}, "force"},
         WrongUsage{{"cards", "--simulate", "resident"}, "simulate"},
         WrongUsage{{"read", "resident"}, "read takes no argument resident."},
+        WrongUsage{{"render"}, "render needs a CARD: \"idcard-reader render CARD --out <folder>"},
+        WrongUsage{{"render", "", "--out", "there"}, "render needs a CARD"},
+        WrongUsage{{"render", "resident"}, "render needs --out <folder>."},
+        WrongUsage{{"render", "resident", "hmt-macao", "--out", "there"},
+                   "render takes no argument hmt-macao."},
+        WrongUsage{{"render", "resident", "--out", "there", "--fault", "no-card"}, "fault"},
+        WrongUsage{{"render", "no-such-card", "--out", "there"}, "no-such-card"},
         WrongUsage{{"read", "--out"}, "out"},
         WrongUsage{{"read", "--out", ""}, "--out needs a folder."},
         WrongUsage{{"read", "--simulate", ""}, "--simulate needs a card."},
@@ -101,6 +109,8 @@ INSTANTIATE_TEST_SUITE_P(
                                    QStringList{"out <folder>", "count <number>",
                                                "interval <milliseconds>", "simulate <card>",
                                                "fault <faults>", "verbose", "version"}),
+                    std::make_pair("render", QStringList{"json", "out <folder>", "force", "verbose",
+                                                         "version"}),
                     std::make_pair("cards", QStringList{"json", "verbose", "version"})));
 
 TEST(Help, ListsTheCommandsAndTheExitStatuses)
@@ -110,8 +120,16 @@ TEST(Help, ListsTheCommandsAndTheExitStatuses)
         EXPECT_EQ(run.exitStatus, 0);
         const std::string help = run.standardOutput.toStdString();
         for (const char *text :
-             {"\n  read ", "\n  watch ", "\n  cards ", "Exit status:", "\n  8  "})
+             {"\n  read ", "\n  watch ", "\n  render ", "\n  cards ", "Exit status:", "\n  8  "})
             EXPECT_THAT(help, HasSubstr(text));
+    }
+}
+
+TEST(Help, TellsTheFilesThatAreWritten)
+{
+    for (const char *command : {"read", "render"}) {
+        const std::string help = runTool({command, "--help"}).standardOutput.toStdString();
+        EXPECT_THAT(help, testing::AllOf(HasSubstr("front.jpg"), HasSubstr("back.jpg"))) << command;
     }
 }
 

@@ -11,6 +11,7 @@
 
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"
+#include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::ElementsAre;
@@ -212,8 +213,11 @@ TEST_F(WatchOut, EveryCardGetsANumberedPrivateFolder)
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(namesIn(out()), ElementsAre("0001", "0002"));
     EXPECT_THAT(namesIn(out() + "/0001"),
-                ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
-    EXPECT_THAT(namesIn(out() + "/0002"), ElementsAre("card.json", "photo.bmp"));
+                ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
+    EXPECT_THAT(namesIn(out() + "/0002"),
+                ElementsAre("back.jpg", "card.json", "front.jpg", "photo.bmp"));
+    expectCardPicture(out() + "/0001/front.jpg", QStringLiteral("resident"));
+    expectCardPicture(out() + "/0002/back.jpg", QStringLiteral("hmt"));
     EXPECT_EQ(modeOf(out()), 0700);
     EXPECT_EQ(modeOf(out() + "/0001"), 0700);
     EXPECT_EQ(modeOf(out() + "/0001/card.json"), 0600);
@@ -224,6 +228,19 @@ TEST_F(WatchOut, LinesNameTheFilesOfTheirCard)
     const auto cards = parsedLines(watch({"hmt-hong-kong", "hmt-taiwan"}).standardOutput);
     ASSERT_EQ(cards.size(), 2);
     EXPECT_EQ(cards[1]["photo"].toObject()["file"].toString(), out() + "/0002/photo.bmp");
+    EXPECT_EQ(cards[1]["frontPicture"].toObject()["file"].toString(), out() + "/0002/front.jpg");
+    EXPECT_EQ(cards[1]["backPicture"].toObject()["file"].toString(), out() + "/0002/back.jpg");
+}
+
+TEST_F(WatchOut, MissingBackPictureIsToldAndNamedNull)
+{
+    const ProcessResult run = watch({"hmt-unknown-region"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(namesIn(out() + "/0001"), ElementsAre("card.json", "front.jpg"));
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("back.jpg is not written."));
+    const auto cards = parsedLines(run.standardOutput);
+    ASSERT_EQ(cards.size(), 1);
+    EXPECT_TRUE(cards[0]["backPicture"].toObject()["file"].isNull());
 }
 
 TEST_F(WatchOut, SecondRunGoesOnAfterTheFirst)
