@@ -7,7 +7,9 @@
 
 QString familyName(Family family)
 {
-    return family == Family::BODY ? QStringLiteral("华文细黑") : QStringLiteral("黑体");
+    // Not a string literal of Qt's: its font cache keeps the name, and a literal would go when the
+    // library is unloaded.
+    return QString::fromUtf8(family == Family::BODY ? "华文细黑" : "黑体");
 }
 
 void drawLine(QPixmap &canvas, const QString &text, const TextStyle &style, int x, int y)

@@ -7,10 +7,15 @@ namespace card_texts
 namespace
 {
 
-const QString LONG_TERM = QStringLiteral("长期");
-const QString FEMALE = QStringLiteral("女");
-const QString MALE = QStringLiteral("男");
-const QString BETWEEN_LANGUAGES = QStringLiteral(" / ");
+constexpr const char *LONG_TERM = "长期";
+constexpr const char *FEMALE = "女";
+constexpr const char *MALE = "男";
+
+/** Whether `text` holds `part`, which is UTF-8. */
+bool holds(const QString &text, const char *part)
+{
+    return text.contains(QString::fromUtf8(part));
+}
 
 /** YYYYMMDD as YYYY.MM.DD. Qt pads a text that is too short with spaces. */
 QString dotted(QString date)
@@ -31,7 +36,7 @@ QString spreadName(const std::string &name)
 {
     QString text = field(name).trimmed();
     if (text.length() == 2)
-        text.insert(1, QStringLiteral("   "));
+        text.insert(1, QLatin1String("   "));
     return text;
 }
 
@@ -45,17 +50,17 @@ DatePart datePart(const std::string &text)
 QString validity(const std::string &start, const std::string &end)
 {
     const QString last = field(end);
-    return dotted(field(start)) + QStringLiteral(" - ") +
-           (last.contains(LONG_TERM) ? last : dotted(last));
+    return dotted(field(start)) + QLatin1String(" - ") +
+           (holds(last, LONG_TERM) ? last : dotted(last));
 }
 
 QString bilingualSex(const std::string &sex)
 {
     const QString text = field(sex);
-    if (text.contains(FEMALE))
-        return QStringLiteral("女 / F");
-    if (text.contains(MALE))
-        return QStringLiteral("男 / M");
+    if (holds(text, FEMALE))
+        return QString::fromUtf8("女 / F");
+    if (holds(text, MALE))
+        return QString::fromUtf8("男 / M");
     return text;
 }
 
@@ -67,7 +72,7 @@ QString dottedDate(const std::string &year, const std::string &month, const std:
 QString nationality(const std::string &nationality)
 {
     const std::string code = nationality.c_str(); // up to the first zero character
-    return field(Tools::convertNationCodeToName(code)) + BETWEEN_LANGUAGES + field(code);
+    return field(Tools::convertNationCodeToName(code)) + QLatin1String(" / ") + field(code);
 }
 
 } // namespace card_texts

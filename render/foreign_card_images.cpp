@@ -107,20 +107,20 @@ QString paintBare(const QString &path)
 
 QString MakeCardImg::makeIDCardF2017FrontBase64(_tagIDCARD_INFO_ALL_FOREIGN_2017 *info)
 {
-    return paint(QStringLiteral(":/Pics/f2017_front.bmp"), *info, FOREIGN_2017_ITEMS);
+    return paint(QLatin1String(":/Pics/f2017_front.bmp"), *info, FOREIGN_2017_ITEMS);
 }
 
 QString MakeCardImg::makeIDCardF2017BackBase64(_tagIDCARD_INFO_ALL_FOREIGN_2017 *)
 {
-    return paintBare(QStringLiteral(":/Pics/f2017_back.bmp"));
+    return paintBare(QLatin1String(":/Pics/f2017_back.bmp"));
 }
 
 QString MakeCardImg::makeIDCardFNewFrontBase64(_tagIDCARD_INFO_ALL_FOREIGN_NEW *info)
 {
-    return paint(QStringLiteral(":/Pics/fnew_front.bmp"), *info, FOREIGN_NEW_ITEMS);
+    return paint(QLatin1String(":/Pics/fnew_front.bmp"), *info, FOREIGN_NEW_ITEMS);
 }
 
 QString MakeCardImg::makeIDCardFNewBackBase64(_tagIDCARD_INFO_ALL_FOREIGN_NEW *)
 {
-    return paintBare(QStringLiteral(":/Pics/fnew_back.bmp"));
+    return paintBare(QLatin1String(":/Pics/fnew_back.bmp"));
 }

@@ -62,7 +62,7 @@ const Back *backFor(const QString &number)
 
 QString MakeCardImg::makeIDCardHmtFrontBase64(_tagIDCARD_INFO_ALL_HMT *info)
 {
-    QPixmap canvas = loadTemplate(QStringLiteral(":/Pics/hmt_front.bmp"));
+    QPixmap canvas = loadTemplate(QLatin1String(":/Pics/hmt_front.bmp"));
     drawItems(canvas, *info, FRONT_ITEMS);
     return Tools::convertPixmapToBase64ViaJpg(canvas);
 }

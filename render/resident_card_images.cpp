@@ -138,10 +138,10 @@ QString paint(const QString &path, const Cn &record, const MillimetreItem (&item
 
 QString MakeCardImg::makeIDCardCNFrontBase64(_tagIDCARD_INFO_ALL_CN *info)
 {
-    return paint(QStringLiteral(":/Pics/IDCardFront.bmp"), *info, FRONT);
+    return paint(QLatin1String(":/Pics/IDCardFront.bmp"), *info, FRONT);
 }
 
 QString MakeCardImg::makeIDCardCNBackBase64(_tagIDCARD_INFO_ALL_CN *info)
 {
-    return paint(QStringLiteral(":/Pics/IDCardBack.bmp"), *info, BACK);
+    return paint(QLatin1String(":/Pics/IDCardBack.bmp"), *info, BACK);
 }

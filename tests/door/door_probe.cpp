@@ -12,6 +12,7 @@
 
 #include <dlfcn.h>
 
+#include <QFile>
 #include <QGuiApplication>
 
 namespace
@@ -23,6 +24,12 @@ void *load(const char *file, int flags)
     if (handle == nullptr)
         std::fprintf(stderr, "probe: %s\n", dlerror());
     return handle;
+}
+
+/** Whether the library's bundle of templates is registered with Qt. */
+bool templatesThere()
+{
+    return QFile::exists(QStringLiteral(":/Pics/hmt_front.bmp"));
 }
 
 void readOnce(void *library)
@@ -54,9 +61,11 @@ int main(int argc, char **argv)
         return 1;
     readOnce(library);
     if (argc == 3 && std::strcmp(argv[2], "unload") == 0) {
+        const bool before = templatesThere();
         dlclose(library);
         const bool gone = dlopen(argv[1], RTLD_NOW | RTLD_NOLOAD) == nullptr;
-        std::fprintf(stderr, "probe: %s\n", gone ? "unloaded" : "still loaded");
+        std::fprintf(stderr, "probe: %s, templates %s and %s\n", gone ? "unloaded" : "still loaded",
+                     before ? "there" : "missing", templatesThere() ? "still there" : "gone");
         void *const again = load(argv[1], RTLD_NOW | RTLD_LOCAL);
         if (again == nullptr)
             return 1;
