@@ -12,6 +12,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QGuiApplication>
+
 namespace
 {
 
@@ -27,6 +29,7 @@ CardInfoStruct fullCard(CardInfoKind kind)
         bytes[i + 1] = 0x4e;
     }
     std::memcpy(info.nationality, "U\0S\0A\0", sizeof(info.nationality));
+    std::memcpy(info.hmt.id, "8\0001\0", 4); // a permit that has a back
     info.kind = kind;
     return info;
 }
@@ -117,3 +120,13 @@ BENCHMARK_TEMPLATE(extractRecord, _tagIDCARD_INFO_ALL_FOREIGN_NEW, CARD_INFO_KIN
 BENCHMARK_CAPTURE(lookUpCountry, first_row, "AFG");
 BENCHMARK_CAPTURE(lookUpCountry, last_row, "ZWE");
 BENCHMARK_CAPTURE(lookUpCountry, unknown, "XXX");
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const QGuiApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
