@@ -41,8 +41,9 @@ extern "C" {
  * @param frontImage receives the picture of the card's front
  * @param backImage  receives the picture of the card's back
  *
- * Both pictures are base64 text of a JPEG file. This version does not paint them yet and sets both
- * strings to empty texts.
+ * Both pictures are base64 text of a JPEG file, as `render/makecardimg.h` tells. The back of a
+ * permit whose number begins with none of "81", "82" and "83" is an empty text, and so is a picture
+ * where Qt's JPEG plug-in is missing.
  *
  * @return an `IDCARD_RESULT`: `IDCARD_RESULT_OK` or a negative code. The arguments are checked
  *         first, in the order -27, -28, -29, -30, -31, -39, -40; the first null pointer decides
@@ -54,12 +55,14 @@ extern "C" {
  * The call returns when the card has been read. While the reader reports a read that may succeed
  * if tried again, it tries again every 50 ms without limit.
  *
- * Call it in the GUI thread of a Qt GUI application. Calls must not overlap: every call opens the
- * same reader port, and the library takes no lock. Each call sets the locale of the process from
- * the environment (`setlocale(LC_ALL, "")`) and prints a line to the wide-character standard output
- * when the port does not open or a read fails. A C standard output takes either bytes or wide
- * characters: in a program that printed bytes before, such a line comes out garbled, and bytes that
- * are printed after it are lost. Diagnostics go to Qt's log.
+ * Call it in the GUI thread of a running Qt GUI application that has a screen: the pictures ask for
+ * the screen without looking whether there is one, and crash where there is none. They also switch
+ * `Qt::AA_EnableHighDpiScaling` on, about which Qt warns in its log. Calls must not overlap: every
+ * call opens the same reader port, and the library takes no lock. Each call sets the locale of the
+ * process from the environment (`setlocale(LC_ALL, "")`) and prints a line to the wide-character
+ * standard output when the port does not open or a read fails. A C standard output takes either
+ * bytes or wide characters: in a program that printed bytes before, such a line comes out garbled,
+ * and bytes that are printed after it are lost. Diagnostics go to Qt's log.
  */
 IDCARD_READER_EXPORT int readIDCard(unsigned int *cardKind, _tagIDCARD_INFO_ALL_CN *cn,
                                     _tagIDCARD_INFO_ALL_FOREIGN_2017 *f2017,
