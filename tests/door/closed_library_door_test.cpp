@@ -191,12 +191,3 @@ TEST_F(ClosedLibraryDoor, ClosingTheLibrary_UnloadsItWithItsTemplatesAndItLoadsA
     EXPECT_EQ(linesFrom(err, "probe: "),
               "probe: result=0 kind=0 name=first\n" + fate + "probe: result=0 kind=0 name=first\n");
 }
-
-TEST(LinkedHost, ItsOwnDefinitions_AreUsedWithoutALinkerFlag)
-{
-    const ProcessResult result = runProcess(QStringLiteral("door_host"), {});
-    EXPECT_TRUE(result.finished);
-    EXPECT_EQ(linesFrom(result.standardError.toStdString(), "host: "),
-              "host: closed\nhost: result=0 kind=3 name=h\n");
-    EXPECT_EQ(result.standardOutput, "");
-}
