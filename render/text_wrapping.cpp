@@ -40,7 +40,7 @@ QStringList Tools::autoWrap(QString &text, int n)
 {
     QStringList pieces;
     QString rest = text;
-    while (rest.length() > n) {
+    while (n > 0 && rest.length() > n) {
         pieces.append(rest.left(n));
         rest = rest.mid(n);
     }

@@ -100,7 +100,7 @@ public:
 
     /**
      * Cuts `text` into pieces of `n` UTF-16 units; the last is what remains, which may be empty. A
-     * text of at most `n` gives one piece. `n` must be positive.
+     * text of at most `n` gives one piece, and so does an `n` that is not positive.
      */
     static QStringList autoWrap(QString &text, int n);
 

@@ -67,6 +67,12 @@ TEST(AutoWrap, WholeMultiple_HasNoEmptyEnd)
                 ElementsAre(letters(25).toStdString(), letters(25).toStdString()));
 }
 
+TEST(AutoWrap, LengthThatIsNotPositive_LeavesTheTextWhole)
+{
+    EXPECT_THAT(wrapped(QStringLiteral("ABC"), 0), ElementsAre("ABC"));
+    EXPECT_THAT(wrapped(QStringLiteral("ABC"), -5), ElementsAre("ABC"));
+}
+
 TEST(AutoWrap, Lengths_AreCountedInUtf16Units)
 {
     EXPECT_THAT(wrapped(ideographs(23), 11), ElementsAre(some(11), some(11), some(1)));
