@@ -52,8 +52,8 @@ std::optional<PlainBmp> plainBmp(const uchar *data, qint64 size)
 /** Copies a row of 4-byte pixels, whose fourth byte says nothing. */
 void copyRow(const uchar *source, QRgb *target, int width)
 {
-    for (int x = 0; x < width; ++x)
-        target[x] = qFromLittleEndian<quint32>(source + 4 * x) | OPAQUE;
+    for (int x = 0; x < width; ++x, source += 4)
+        target[x] = qFromLittleEndian<quint32>(source) | OPAQUE;
 }
 
 /** Widens a row of 3-byte pixels, four of them from three words at a time. */

@@ -56,7 +56,7 @@ QString validity(const std::string &start, const std::string &end)
 
 QString bilingualSex(const std::string &sex)
 {
-    const QString text = field(sex);
+    QString text = field(sex);
     if (holds(text, FEMALE))
         return QString::fromUtf8("女 / F");
     if (holds(text, MALE))
@@ -71,8 +71,8 @@ QString dottedDate(const std::string &year, const std::string &month, const std:
 
 QString nationality(const std::string &nationality)
 {
-    const std::string code = nationality.c_str(); // up to the first zero character
-    return field(Tools::convertNationCodeToName(code)) + QLatin1String(" / ") + field(code);
+    const QString code = field(nationality);
+    return field(Tools::convertNationCodeToName(code.toStdString())) + QLatin1String(" / ") + code;
 }
 
 } // namespace card_texts

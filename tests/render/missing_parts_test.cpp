@@ -77,7 +77,7 @@ QByteArray samplePhoto()
 {
     static unsigned char photo[IDCARD_PHOTO_SIZE];
     putSamplePhoto(photo);
-    return QByteArray(reinterpret_cast<const char *>(photo), sizeof(photo));
+    return {reinterpret_cast<const char *>(photo), static_cast<int>(sizeof(photo))};
 }
 
 /** Writes `value` over the bytes of `bytes` at `at`, in the byte order given. */

@@ -39,33 +39,33 @@ PaintingRecorder::~PaintingRecorder()
     current = nullptr;
 }
 
-void QPainter::drawText(const QPointF &point, const QString &text)
+void QPainter::drawText(const QPointF &p, const QString &s)
 {
     using Function = void (*)(QPainter *, const QPointF &, const QString &);
     static const auto paint = original<Function>("_ZN8QPainter8drawTextERK7QPointFRK7QString");
     if (current != nullptr) {
         Painted painted;
         painted.isText = true;
-        painted.text = text.toStdString();
-        painted.point = point;
+        painted.text = s.toStdString();
+        painted.point = p;
         painted.font = font();
         painted.color = pen().color();
         painted.canvas = sizeOf(device());
         current->add(painted);
     }
-    paint(this, point, text);
+    paint(this, p, s);
 }
 
-void QPainter::drawPixmap(const QPointF &point, const QPixmap &pixmap)
+void QPainter::drawPixmap(const QPointF &p, const QPixmap &pm)
 {
     using Function = void (*)(QPainter *, const QPointF &, const QPixmap &);
     static const auto paint = original<Function>("_ZN8QPainter10drawPixmapERK7QPointFRK7QPixmap");
     if (current != nullptr) {
         Painted painted;
-        painted.point = point;
-        painted.pixmap = pixmap.size();
+        painted.point = p;
+        painted.pixmap = pm.size();
         painted.canvas = sizeOf(device());
         current->add(painted);
     }
-    paint(this, point, pixmap);
+    paint(this, p, pm);
 }
