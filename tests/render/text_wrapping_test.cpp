@@ -34,7 +34,7 @@ std::vector<std::string> wrappedByWidth(const QString &text)
 
 QString ideographs(int count)
 {
-    return QString(count, QChar(0x4e2d));
+    return {count, QChar(0x4e2d)};
 }
 
 std::string some(int count)
@@ -44,7 +44,7 @@ std::string some(int count)
 
 QString letters(int count)
 {
-    return QString(count, QLatin1Char('x'));
+    return {count, QLatin1Char('x')};
 }
 
 } // namespace
