@@ -1,0 +1,335 @@
+#include "reader/usbidreader.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <new>
+
+#include <libusb.h>
+
+#include <QtDebug>
+
+#include "reader/reader_frames.h"
+
+static_assert(sizeof(CUsbIdReader) == sizeof(CLibUsbEx), "the reader adds no field");
+
+namespace
+{
+
+using namespace reader_frames;
+
+constexpr unsigned char COMMAND_PIPE = 0x02;
+constexpr unsigned char ANSWER_PIPE = 0x81;
+constexpr unsigned char BLOCK_OUT_PIPE = 0x06;
+constexpr unsigned char BLOCK_IN_PIPE = 0x85;
+
+constexpr unsigned int NO_TIME_LIMIT = 0;
+constexpr unsigned int READ_TIME_LIMIT_MS = 5000;
+
+struct Transfer {
+    int result;
+    int count;
+
+    bool moved(int size) const { return result == LIBUSB_SUCCESS && count == size; }
+};
+
+Transfer write(libusb_device_handle *handle, unsigned char pipe, unsigned char *data, int size)
+{
+    Transfer transfer{};
+    transfer.result =
+        libusb_bulk_transfer(handle, pipe, data, size, &transfer.count, NO_TIME_LIMIT);
+    return transfer;
+}
+
+Transfer read(libusb_device_handle *handle, unsigned char pipe, unsigned char *data, int size)
+{
+    Transfer transfer{};
+    transfer.result =
+        libusb_bulk_transfer(handle, pipe, data, size, &transfer.count, READ_TIME_LIMIT_MS);
+    return transfer;
+}
+
+/** An exchange with one expected answer. */
+struct FixedExchange {
+    Command command;
+    const unsigned char *answer;
+    int answerSize;
+    USB_READER_CODE writeFailed;
+    USB_READER_CODE readFailed;
+    USB_READER_CODE mismatch;
+    const char *readFailedText;
+    const char *answeredText;
+    const char *doneText;
+};
+
+constexpr const char *WRITTEN_TEXT = "write pipe2 success!";
+constexpr const char *NOT_WRITTEN_TEXT = "write pipe2 error(%d)!";
+constexpr const char *MISMATCH_TEXT = "found data not matched!!!";
+/** Of every exchange: readers of the log know a short answer by this line. */
+constexpr const char *SHORT_ANSWER_TEXT = "lookup_resp error(%d), actual_length=%d!";
+
+constexpr FixedExchange LOOKUP = {
+    LOOKUP_COMMAND,
+    LOOKUP_ANSWER.data(),
+    static_cast<int>(LOOKUP_ANSWER.size()),
+    USB_READER_LOOKUP_WRITE_FAILED,
+    USB_READER_LOOKUP_READ_FAILED,
+    USB_READER_LOOKUP_MISMATCH,
+    "lookup_resp error(%d), actual_length=%d!",
+    "lookup_resp success!",
+    "lookup success!",
+};
+
+constexpr FixedExchange SELECT = {
+    SELECT_COMMAND,
+    SELECT_ANSWER.data(),
+    static_cast<int>(SELECT_ANSWER.size()),
+    USB_READER_SELECT_WRITE_FAILED,
+    USB_READER_SELECT_READ_FAILED,
+    USB_READER_SELECT_MISMATCH,
+    "select_resp error(%d), actual_length=%d!",
+    "select_resp success!",
+    "select success!",
+};
+
+bool sendCommand(libusb_device_handle *handle, Command command)
+{
+    const int size = static_cast<int>(command.size());
+    const Transfer transfer = write(handle, COMMAND_PIPE, command.data(), size);
+    if (!transfer.moved(size)) {
+        qDebug(NOT_WRITTEN_TEXT, transfer.result);
+        return false;
+    }
+    qDebug("%s", WRITTEN_TEXT);
+    return true;
+}
+
+USB_READER_CODE run(libusb_device_handle *handle, const FixedExchange &exchange)
+{
+    if (!sendCommand(handle, exchange.command))
+        return exchange.writeFailed;
+    std::array<unsigned char, std::max(LOOKUP_ANSWER.size(), SELECT_ANSWER.size())> answer{};
+    const Transfer transfer = read(handle, ANSWER_PIPE, answer.data(), exchange.answerSize);
+    if (transfer.result != LIBUSB_SUCCESS) {
+        qDebug(exchange.readFailedText, transfer.result, transfer.count);
+        return exchange.readFailed;
+    }
+    if (transfer.count == exchange.answerSize) {
+        qDebug("%s", exchange.answeredText);
+        if (!std::equal(exchange.answer, exchange.answer + exchange.answerSize, answer.begin())) {
+            qDebug("%s", MISMATCH_TEXT);
+            return exchange.mismatch;
+        }
+    } else {
+        // Deliberately accepted: what follows tells whether there is a card.
+        qDebug(SHORT_ANSWER_TEXT, transfer.result, transfer.count);
+    }
+    qDebug("%s", exchange.doneText);
+    return USB_READER_OK;
+}
+
+/** What the length of a read answer says about its fingerprints. */
+struct DataLength {
+    int size;
+    FP_INFO_TYPE prints;
+};
+
+constexpr std::array<DataLength, 3> DATA_LENGTHS = {{
+    {READ_ANSWER_SIZE_TWO_PRINTS, FP_INFO_TWO},
+    {READ_ANSWER_SIZE_ONE_PRINT, FP_INFO_ONE},
+    {READ_ANSWER_SIZE_NO_PRINT, FP_INFO_NONE},
+}};
+
+const DataLength *findDataLength(int size)
+{
+    const auto *const row =
+        std::find_if(DATA_LENGTHS.begin(), DATA_LENGTHS.end(),
+                     [size](const DataLength &known) { return known.size == size; });
+    return row == DATA_LENGTHS.end() ? nullptr : row;
+}
+
+bool isPrintLength(int length)
+{
+    return length == 0 || length == PRINT_SIZE || length == 2 * PRINT_SIZE;
+}
+
+int bigEndian(const unsigned char *bytes)
+{
+    return bytes[0] * 256 + bytes[1];
+}
+
+/** Checks an answer of one of the `DATA_LENGTHS`. */
+USB_READER_CODE checkData(const unsigned char *answer, int size)
+{
+    if (!std::equal(PREAMBLE.begin(), PREAMBLE.end(), answer)) {
+        qDebug("found preamble not matched!!!");
+        return USB_READER_DATA_PREAMBLE_WRONG;
+    }
+    if (!std::equal(READ_ANSWER_STATUS.begin(), READ_ANSWER_STATUS.end(), answer + STATUS_OFFSET)) {
+        qDebug("found resp data not matched!!!");
+        return USB_READER_DATA_STATUS_WRONG;
+    }
+    const int length = bigEndian(answer + LENGTH_OFFSET);
+    if (length + HEAD_SIZE != size) {
+        qDebug("total data length(%d) not matched!!!", length);
+        return USB_READER_DATA_LENGTH_MISMATCH;
+    }
+    // Deliberately not compared with the size of the answer, which alone decides `fp`.
+    const int printLength = bigEndian(answer + PRINT_LENGTH_OFFSET);
+    qDebug("fplen=%d", printLength);
+    if (!isPrintLength(printLength)) {
+        qDebug("fplen invalid!");
+        return USB_READER_DATA_PRINTS_INVALID;
+    }
+    return USB_READER_OK;
+}
+
+/** `size` bytes that are 0, never null unless memory is exhausted. */
+std::unique_ptr<unsigned char[]> makeBlock(unsigned short size)
+{
+    return std::unique_ptr<unsigned char[]>(new (std::nothrow) unsigned char[size]());
+}
+
+} // namespace
+
+CUsbIdReader::CUsbIdReader(unsigned short vid, unsigned short pid) : CLibUsbEx(vid, pid)
+{
+    lookup();
+    select();
+    if (m_lastError == USB_READER_SELECT_READ_FAILED) {
+        qDebug("CARD_SELECT_RESP_FAIL=>READ_NO_DATA");
+        m_lastError = USB_READER_NO_DATA;
+    }
+}
+
+CUsbIdReader::~CUsbIdReader() = default;
+
+bool CUsbIdReader::lookup()
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    m_lastError = run(m_handle, LOOKUP);
+    return m_lastError == USB_READER_OK;
+}
+
+bool CUsbIdReader::select()
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    m_lastError = run(m_handle, SELECT);
+    return m_lastError == USB_READER_OK;
+}
+
+bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    std::array<unsigned char, READ_ANSWER_MAX_SIZE> answer{};
+    if (!sendCommand(m_handle, READ_COMMAND)) {
+        m_lastError = USB_READER_DATA_WRITE_FAILED;
+        return false;
+    }
+    const Transfer transfer = read(m_handle, ANSWER_PIPE, answer.data(), READ_ANSWER_MAX_SIZE);
+    if (transfer.result != LIBUSB_SUCCESS) {
+        qDebug("fetch_data_resp error(%d)!", transfer.result);
+        m_lastError = USB_READER_DATA_READ_FAILED;
+        return false;
+    }
+    const DataLength *const length = findDataLength(transfer.count);
+    if (length == nullptr) {
+        const bool hasStatusOnly = transfer.count == STATUS_ONLY_ANSWER_SIZE;
+        qDebug(hasStatusOnly ? "total length(%d), no card data for reading!"
+                             : "total length(%d) invalid!",
+               transfer.count);
+        m_lastError = hasStatusOnly ? USB_READER_NO_DATA : USB_READER_DATA_LENGTH_INVALID;
+        return false;
+    }
+    qDebug("fetch_data_resp success!");
+    m_lastError = checkData(answer.data(), transfer.count);
+    if (m_lastError != USB_READER_OK)
+        return false;
+    out.clear();
+    out.append(reinterpret_cast<const char *>(answer.data()), transfer.count);
+    fp = length->prints;
+    qDebug("fetch data success, outbuf size=%d", out.size());
+    return true;
+}
+
+bool CUsbIdReader::write_pipe2(unsigned char a, unsigned char b)
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    std::array<unsigned char, HEAD_SIZE> head{};
+    std::copy(PREAMBLE.begin(), PREAMBLE.end(), head.begin());
+    head[LENGTH_OFFSET] = a;
+    head[LENGTH_OFFSET + 1] = b;
+    const Transfer transfer = write(m_handle, COMMAND_PIPE, head.data(), HEAD_SIZE);
+    if (!transfer.moved(HEAD_SIZE)) {
+        qDebug(NOT_WRITTEN_TEXT, transfer.result);
+        return false;
+    }
+    qDebug("%s", WRITTEN_TEXT);
+    return true;
+}
+
+bool CUsbIdReader::write_pipe6(unsigned short size, unsigned char first, unsigned char second,
+                               unsigned char *data, unsigned char last)
+{
+    constexpr int DATA_OFFSET = 2;
+    constexpr int AROUND_DATA = 5;
+    if (m_lastError != USB_READER_OK)
+        return false;
+    const auto block = makeBlock(size);
+    Transfer transfer{LIBUSB_ERROR_NO_MEM, 0};
+    if (block) {
+        if (size > 0)
+            block[0] = first;
+        if (size > 1)
+            block[1] = second;
+        if (data != nullptr && size > AROUND_DATA)
+            std::copy_n(data, size - AROUND_DATA, block.get() + DATA_OFFSET);
+        if (size > 0)
+            block[size - 1] = last;
+        transfer = write(m_handle, BLOCK_OUT_PIPE, block.get(), size);
+    }
+    if (!transfer.moved(size)) {
+        qDebug("write pipe6 error(%d)!", transfer.result);
+        return false;
+    }
+    qDebug("write pipe6 success!");
+    return true;
+}
+
+bool CUsbIdReader::read_pipe81(unsigned short &length)
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    std::array<unsigned char, HEAD_SIZE> head{};
+    const Transfer transfer = read(m_handle, ANSWER_PIPE, head.data(), HEAD_SIZE);
+    if (!transfer.moved(HEAD_SIZE)) {
+        qDebug("write pipe81 error(%d)!", transfer.result);
+        return false;
+    }
+    qDebug("write pipe81 success!"); // "write", though it was read: hosts know the line
+    for (int i = 0; i < HEAD_SIZE; ++i)
+        qDebug("pipe81_data[%d]=0x%02X", i, static_cast<unsigned int>(head.at(i)));
+    length = static_cast<unsigned short>(bigEndian(head.data() + LENGTH_OFFSET));
+    return true;
+}
+
+bool CUsbIdReader::read_pipe85(unsigned short size)
+{
+    if (m_lastError != USB_READER_OK)
+        return false;
+    const auto block = makeBlock(size);
+    const Transfer transfer =
+        block ? read(m_handle, BLOCK_IN_PIPE, block.get(), size) : Transfer{LIBUSB_ERROR_NO_MEM, 0};
+    if (!transfer.moved(size)) {
+        qDebug("write pipe85 error(%d)!", transfer.result);
+        return false;
+    }
+    qDebug("write pipe85 success!");
+    for (int i = 0; i < size; ++i)
+        qDebug("pipe85_data[%d]=0x%02X", i, static_cast<unsigned int>(block[i]));
+    return true;
+}

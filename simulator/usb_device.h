@@ -1,0 +1,71 @@
+#pragma once
+
+// What a front that plugs a simulated device into a USB stack needs of it. The device sees whole
+// bulk transfers, as the host's driver asks for them; how they get there is the front's affair.
+
+#include <cstdint>
+
+#include <QByteArray>
+
+namespace simulator
+{
+
+/** The ids by which a simulated reader is found, unless it is given others. */
+constexpr std::uint16_t DEFAULT_VENDOR_ID = 0x1209;
+constexpr std::uint16_t DEFAULT_PRODUCT_ID = 0x0001;
+
+struct UsbIds {
+    std::uint16_t vendor = DEFAULT_VENDOR_ID;
+    std::uint16_t product = DEFAULT_PRODUCT_ID;
+};
+
+/** How a transfer ends. */
+enum class UsbStatus {
+    Done,      ///< also when it moved less than was asked for
+    Stalled,   ///< the endpoint refuses (-EPIPE)
+    Broken,    ///< garbled on the bus (-EPROTO)
+    TooLong,   ///< the device sent more than the host had room for (-EOVERFLOW)
+    Unplugged, ///< the device went away meanwhile (-ESHUTDOWN); it stays away
+    Pending,   ///< never ends by itself; the host gives up or waits
+};
+
+/** What became of one transfer. */
+struct UsbTransfer {
+    UsbStatus status = UsbStatus::Done;
+    QByteArray data; ///< of a read: what came, also when the status is none of success
+    int count = 0;   ///< bytes moved: of a write those taken, of a read the size of `data`
+    int delayMs = 0; ///< time that passes before the transfer ends so
+};
+
+/** A device with one interface, number 0, and bulk endpoints. Not for several threads at once. */
+class UsbDevice
+{
+public:
+    UsbDevice() = default;
+    virtual ~UsbDevice() = default;
+    UsbDevice(const UsbDevice &) = delete;
+    UsbDevice &operator=(const UsbDevice &) = delete;
+
+    /** The device descriptor, then the configuration with all that belongs to it. */
+    [[nodiscard]] virtual QByteArray descriptors() const = 0;
+
+    /** Whether it is plugged in. What is not answers no transfer. */
+    [[nodiscard]] virtual bool isPluggedIn() const = 0;
+
+    /** What stands in the way of using it. */
+    [[nodiscard]] virtual bool deniesAccess() const = 0; ///< this user may not open its node
+    [[nodiscard]] virtual bool
+    isClaimedElsewhere() const = 0; ///< another program holds interface 0
+    [[nodiscard]] virtual bool refusesReset() const = 0;
+
+    /** The host resets the device: what it was about to answer is forgotten. */
+    virtual void reset() = 0;
+
+    /** One bulk transfer to `endpoint`, an OUT endpoint's address. */
+    virtual UsbTransfer write(std::uint8_t endpoint, const QByteArray &bytes) = 0;
+
+    /** One bulk transfer from `endpoint`, an IN endpoint's address, of at most `capacity` bytes. */
+    virtual UsbTransfer read(std::uint8_t endpoint, int capacity) = 0;
+};
+
+} // namespace simulator
