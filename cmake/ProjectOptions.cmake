@@ -5,6 +5,7 @@ include(GNUInstallDirs)
 option(IDCARD_BUILD_TESTS "Build the tests" OFF)
 option(IDCARD_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(IDCARD_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+option(IDCARD_FUZZING "Build the fuzz targets, with clang" OFF)
 set(IDCARD_SANITIZERS "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
 set(IDCARD_VENDOR_READER_LIBRARY "libkvo_reader.so" CACHE STRING
@@ -41,6 +42,13 @@ if(IDCARD_SANITIZERS)
   add_compile_options(
     -fsanitize=${IDCARD_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${IDCARD_SANITIZERS})
+endif()
+
+if(IDCARD_FUZZING)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "IDCARD_FUZZING needs clang: set CMAKE_CXX_COMPILER to clang++.")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 add_compile_definitions(QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS)
