@@ -17,69 +17,89 @@ struct FieldRow {
     const char *key;
     const char *label;
     FieldForm form;
-    std::string Record::*text;
+    std::string Record::*text; ///< null: these records do not have the field
     // The rest of a `SplitDate`.
     std::string Record::*month = nullptr;
     std::string Record::*day = nullptr;
 };
 
-using Cn = _tagIDCARD_INFO_ALL_CN;
-constexpr std::array<FieldRow<Cn>, 9> CN_FIELDS = {{
-    {"name", "Name", FieldForm::Text, &Cn::szName},
-    {"sex", "Sex", FieldForm::Text, &Cn::szSex},
-    {"ethnicGroup", "Ethnic group", FieldForm::Text, &Cn::szNation},
-    {"birthDate", "Date of birth", FieldForm::SplitDate, &Cn::szBirthYear, &Cn::szBirthMonth,
-     &Cn::szBirthDay},
-    {"address", "Address", FieldForm::Text, &Cn::szAddress},
-    {"idNumber", "Identity number", FieldForm::Text, &Cn::szID},
-    {"issuingAuthority", "Issuing authority", FieldForm::Text, &Cn::szDept},
-    {"validFrom", "Valid from", FieldForm::Date, &Cn::szValidStart},
-    {"validTo", "Valid to", FieldForm::Date, &Cn::szValidEnd},
+// The records of both roads name their fields alike, so one table serves both; what only one of
+// them has stands in these.
+template <typename Record>
+constexpr std::string Record::*ISSUE_COUNT = nullptr;
+template <>
+constexpr std::string HmtTexts::*ISSUE_COUNT<HmtTexts> = &HmtTexts::szIssueCount;
+
+template <typename Record>
+constexpr std::string Record::*NATIONALITY_CODE = nullptr;
+template <>
+constexpr std::string Foreign2017Texts::*NATIONALITY_CODE<Foreign2017Texts> =
+    &Foreign2017Texts::szNationalityCode;
+template <>
+constexpr std::string ForeignNewTexts::*NATIONALITY_CODE<ForeignNewTexts> =
+    &ForeignNewTexts::szNationalityCode;
+
+template <typename R>
+constexpr std::array<FieldRow<R>, 9> CN_FIELDS = {{
+    {"name", "Name", FieldForm::Text, &R::szName},
+    {"sex", "Sex", FieldForm::Text, &R::szSex},
+    {"ethnicGroup", "Ethnic group", FieldForm::Text, &R::szNation},
+    {"birthDate", "Date of birth", FieldForm::SplitDate, &R::szBirthYear, &R::szBirthMonth,
+     &R::szBirthDay},
+    {"address", "Address", FieldForm::Text, &R::szAddress},
+    {"idNumber", "Identity number", FieldForm::Text, &R::szID},
+    {"issuingAuthority", "Issuing authority", FieldForm::Text, &R::szDept},
+    {"validFrom", "Valid from", FieldForm::Date, &R::szValidStart},
+    {"validTo", "Valid to", FieldForm::Date, &R::szValidEnd},
 }};
 
-using Hmt = _tagIDCARD_INFO_ALL_HMT;
-constexpr std::array<FieldRow<Hmt>, 9> HMT_FIELDS = {{
-    {"name", "Name", FieldForm::Text, &Hmt::szName},
-    {"sex", "Sex", FieldForm::Text, &Hmt::szSex},
-    {"birthDate", "Date of birth", FieldForm::SplitDate, &Hmt::szBirthYear, &Hmt::szBirthMonth,
-     &Hmt::szBirthDay},
-    {"address", "Address", FieldForm::Text, &Hmt::szAddress},
-    {"idNumber", "Identity number", FieldForm::Text, &Hmt::szID},
-    {"travelPermitNumber", "Travel permit number", FieldForm::Text, &Hmt::szPassNumber},
-    {"issuingAuthority", "Issuing authority", FieldForm::Text, &Hmt::szDept},
-    {"validFrom", "Valid from", FieldForm::Date, &Hmt::szValidStart},
-    {"validTo", "Valid to", FieldForm::Date, &Hmt::szValidEnd},
+template <typename R>
+constexpr std::array<FieldRow<R>, 10> HMT_FIELDS = {{
+    {"name", "Name", FieldForm::Text, &R::szName},
+    {"sex", "Sex", FieldForm::Text, &R::szSex},
+    {"birthDate", "Date of birth", FieldForm::SplitDate, &R::szBirthYear, &R::szBirthMonth,
+     &R::szBirthDay},
+    {"address", "Address", FieldForm::Text, &R::szAddress},
+    {"idNumber", "Identity number", FieldForm::Text, &R::szID},
+    {"travelPermitNumber", "Travel permit number", FieldForm::Text, &R::szPassNumber},
+    {"issueCount", "Times issued", FieldForm::Text, ISSUE_COUNT<R>},
+    {"issuingAuthority", "Issuing authority", FieldForm::Text, &R::szDept},
+    {"validFrom", "Valid from", FieldForm::Date, &R::szValidStart},
+    {"validTo", "Valid to", FieldForm::Date, &R::szValidEnd},
 }};
 
-using Foreign2017 = _tagIDCARD_INFO_ALL_FOREIGN_2017;
-constexpr std::array<FieldRow<Foreign2017>, 8> FOREIGN_2017_FIELDS = {{
-    {"englishName", "Name", FieldForm::Text, &Foreign2017::szEnglishName},
-    {"chineseName", "Chinese name", FieldForm::Text, &Foreign2017::szChineseName},
-    {"sex", "Sex", FieldForm::Text, &Foreign2017::szSex},
-    {"birthDate", "Date of birth", FieldForm::SplitDate, &Foreign2017::szBirthYear,
-     &Foreign2017::szBirthMonth, &Foreign2017::szBirthDay},
-    {"nationality", "Nationality", FieldForm::Text, &Foreign2017::szNationality},
-    {"idNumber", "Card number", FieldForm::Text, &Foreign2017::szID},
-    {"validFrom", "Valid from", FieldForm::Date, &Foreign2017::szValidStart},
-    {"validTo", "Valid to", FieldForm::Date, &Foreign2017::szValidEnd},
+template <typename R>
+constexpr std::array<FieldRow<R>, 9> FOREIGN_2017_FIELDS = {{
+    {"englishName", "Name", FieldForm::Text, &R::szEnglishName},
+    {"chineseName", "Chinese name", FieldForm::Text, &R::szChineseName},
+    {"sex", "Sex", FieldForm::Text, &R::szSex},
+    {"birthDate", "Date of birth", FieldForm::SplitDate, &R::szBirthYear, &R::szBirthMonth,
+     &R::szBirthDay},
+    {"nationality", "Nationality", FieldForm::Text, &R::szNationality},
+    {"nationalityCode", "Country code", FieldForm::Text, NATIONALITY_CODE<R>},
+    {"idNumber", "Card number", FieldForm::Text, &R::szID},
+    {"validFrom", "Valid from", FieldForm::Date, &R::szValidStart},
+    {"validTo", "Valid to", FieldForm::Date, &R::szValidEnd},
 }};
 
-using ForeignNew = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
-constexpr std::array<FieldRow<ForeignNew>, 9> FOREIGN_NEW_FIELDS = {{
-    {"englishName", "Name", FieldForm::Text, &ForeignNew::szEnglishName},
-    {"chineseName", "Chinese name", FieldForm::Text, &ForeignNew::szChineseName},
-    {"sex", "Sex", FieldForm::Text, &ForeignNew::szSex},
-    {"cardExtra", "Extra item", FieldForm::Text, &ForeignNew::szCardExtra},
-    {"birthDate", "Date of birth", FieldForm::SplitDate, &ForeignNew::szBirthYear,
-     &ForeignNew::szBirthMonth, &ForeignNew::szBirthDay},
-    {"nationality", "Nationality", FieldForm::Text, &ForeignNew::szNationality},
-    {"idNumber", "Card number", FieldForm::Text, &ForeignNew::szID},
-    {"validFrom", "Valid from", FieldForm::Date, &ForeignNew::szValidStart},
-    {"validTo", "Valid to", FieldForm::Date, &ForeignNew::szValidEnd},
+template <typename R>
+constexpr std::array<FieldRow<R>, 10> FOREIGN_NEW_FIELDS = {{
+    {"englishName", "Name", FieldForm::Text, &R::szEnglishName},
+    {"chineseName", "Chinese name", FieldForm::Text, &R::szChineseName},
+    {"sex", "Sex", FieldForm::Text, &R::szSex},
+    {"cardExtra", "Extra item", FieldForm::Text, &R::szCardExtra},
+    {"birthDate", "Date of birth", FieldForm::SplitDate, &R::szBirthYear, &R::szBirthMonth,
+     &R::szBirthDay},
+    {"nationality", "Nationality", FieldForm::Text, &R::szNationality},
+    {"nationalityCode", "Country code", FieldForm::Text, NATIONALITY_CODE<R>},
+    {"idNumber", "Card number", FieldForm::Text, &R::szID},
+    {"validFrom", "Valid from", FieldForm::Date, &R::szValidStart},
+    {"validTo", "Valid to", FieldForm::Date, &R::szValidEnd},
 }};
 
-template <const auto &Rows, auto Member>
-QVector<CardField> collectFields(const CardRecords &records)
+/** The fields of `Member`, a record of `Records`, by the rows for its type. */
+template <const auto &Rows, typename Records, auto Member>
+QVector<CardField> collectFields(const Records &records)
 {
     const auto &record = records.*Member;
     QVector<CardField> fields;
@@ -136,6 +156,7 @@ struct CardKind {
     const char *key;
     const char *label;
     QVector<CardField> (*fields)(const CardRecords &records);
+    QVector<CardField> (*decodedFields)(const CardTexts &texts);
     const unsigned char *(*photo)(const CardRecords &records);
     bool hasFingerprints;
 };
@@ -143,18 +164,32 @@ struct CardKind {
 namespace
 {
 
+template <const auto &Rows, auto Member>
+constexpr auto FROM_RECORD = collectFields<Rows, CardRecords, Member>;
+template <const auto &Rows, auto Member>
+constexpr auto FROM_TEXTS = collectFields<Rows, CardTexts, Member>;
+
 constexpr std::array<CardKind, 4> CARD_KINDS = {{
     {IDCARD_KIND_CN, "resident", "Resident identity card",
-     collectFields<CN_FIELDS, &CardRecords::cn>, photoArea<&CardRecords::cn>, true},
+     FROM_RECORD<CN_FIELDS<_tagIDCARD_INFO_ALL_CN>, &CardRecords::cn>,
+     FROM_TEXTS<CN_FIELDS<CnTexts>, &CardTexts::cn>, photoArea<&CardRecords::cn>, true},
     {IDCARD_KIND_FOREIGN_2017, "foreign-2017", "Foreigner's permanent residence card, 2017 edition",
-     collectFields<FOREIGN_2017_FIELDS, &CardRecords::foreign2017>,
+     FROM_RECORD<FOREIGN_2017_FIELDS<_tagIDCARD_INFO_ALL_FOREIGN_2017>, &CardRecords::foreign2017>,
+     FROM_TEXTS<FOREIGN_2017_FIELDS<Foreign2017Texts>, &CardTexts::foreign2017>,
      photoArea<&CardRecords::foreign2017>, false},
     {IDCARD_KIND_FOREIGN_NEW, "foreign-new", "Foreigner's permanent residence card, new edition",
-     collectFields<FOREIGN_NEW_FIELDS, &CardRecords::foreignNew>,
+     FROM_RECORD<FOREIGN_NEW_FIELDS<_tagIDCARD_INFO_ALL_FOREIGN_NEW>, &CardRecords::foreignNew>,
+     FROM_TEXTS<FOREIGN_NEW_FIELDS<ForeignNewTexts>, &CardTexts::foreignNew>,
      photoArea<&CardRecords::foreignNew>, false},
     {IDCARD_KIND_HMT, "hmt", "Residence permit for Hong Kong, Macao and Taiwan residents",
-     collectFields<HMT_FIELDS, &CardRecords::hmt>, photoArea<&CardRecords::hmt>, false},
+     FROM_RECORD<HMT_FIELDS<_tagIDCARD_INFO_ALL_HMT>, &CardRecords::hmt>,
+     FROM_TEXTS<HMT_FIELDS<HmtTexts>, &CardTexts::hmt>, photoArea<&CardRecords::hmt>, false},
 }};
+
+static_assert(int(ID_TYPE_CN) == int(IDCARD_KIND_CN) &&
+              int(ID_TYPE_FOREIGN_2017) == int(IDCARD_KIND_FOREIGN_2017) &&
+              int(ID_TYPE_FOREIGN_NEW) == int(IDCARD_KIND_FOREIGN_NEW) &&
+              int(ID_TYPE_HMT) == int(IDCARD_KIND_HMT));
 
 const CardKind *findKind(unsigned int cardKind)
 {
@@ -165,6 +200,19 @@ const CardKind *findKind(unsigned int cardKind)
 }
 
 } // namespace
+
+std::optional<int> printCount(FP_INFO_TYPE type)
+{
+    switch (type) {
+    case FP_INFO_TWO:
+        return 2;
+    case FP_INFO_ONE:
+        return 1;
+    case FP_INFO_NONE:
+        return 0;
+    }
+    return std::nullopt;
+}
 
 CardRecords::CardRecords()
 {
@@ -187,10 +235,26 @@ bool isCardKind(unsigned int cardKind)
     return findKind(cardKind) != nullptr;
 }
 
-Card::Card(unsigned int cardKind, std::unique_ptr<CardRecords> records, CardPictures pictures)
-    : m_kind(findKind(cardKind)), m_records(std::move(records)), m_pictures(std::move(pictures))
+Card::Card(unsigned int cardKind, const CardRecords &records, CardPictures pictures)
+    : m_road(Road::ReaderLibrary), m_kind(findKind(cardKind))
 {
-    Q_ASSERT(m_kind != nullptr && m_records != nullptr);
+    Q_ASSERT(m_kind != nullptr);
+    m_fields = m_kind->fields(records);
+    m_media.photoArea = bytesOf(m_kind->photo(records), IDCARD_PHOTO_SIZE);
+    m_media.fingerprintCount =
+        m_kind->hasFingerprints ? printCount(records.cn.fpInfoType) : std::optional<int>(0);
+    const int count = m_media.fingerprintCount.value_or(0);
+    if (count > 0)
+        m_media.fingerprints = bytesOf(records.cn.byFpData,
+                                       static_cast<unsigned int>(count) * IDCARD_FINGERPRINT_SIZE);
+    m_media.pictures = std::move(pictures);
+}
+
+Card::Card(Road road, ID_TYPE kind, const CardTexts &texts, CardMedia media)
+    : m_road(road), m_kind(findKind(static_cast<unsigned int>(kind))), m_media(std::move(media))
+{
+    Q_ASSERT(m_kind != nullptr && m_media.photoArea.size() == int(IDCARD_PHOTO_SIZE));
+    m_fields = m_kind->decodedFields(texts);
 }
 
 unsigned int Card::kindCode() const
@@ -208,55 +272,24 @@ const char *Card::kindLabel() const
     return m_kind->label;
 }
 
-QVector<CardField> Card::fields() const
-{
-    return m_kind->fields(*m_records);
-}
-
 PhotoFormat Card::photoFormat() const
 {
-    return photoFormatOf(m_kind->photo(*m_records));
+    return photoFormatOf(reinterpret_cast<const unsigned char *>(m_media.photoArea.constData()));
 }
 
 QByteArray Card::photo() const
 {
-    if (photoFormat() != PhotoFormat::Bmp)
-        return {};
-    return bytesOf(m_kind->photo(*m_records), IDCARD_PHOTO_SIZE);
+    return photoFormat() == PhotoFormat::Bmp ? m_media.photoArea : QByteArray();
 }
 
 bool Card::mayHaveFingerprints() const
 {
-    return m_kind->hasFingerprints;
-}
-
-std::optional<int> Card::fingerprintCount() const
-{
-    if (!mayHaveFingerprints())
-        return 0;
-    switch (m_records->cn.fpInfoType) {
-    case FP_INFO_TWO:
-        return 2;
-    case FP_INFO_ONE:
-        return 1;
-    case FP_INFO_NONE:
-        return 0;
-    }
-    return std::nullopt;
-}
-
-QByteArray Card::fingerprints() const
-{
-    const int count = fingerprintCount().value_or(0);
-    if (count == 0)
-        return {};
-    return bytesOf(m_records->cn.byFpData,
-                   static_cast<unsigned int>(count) * IDCARD_FINGERPRINT_SIZE);
+    return m_kind->hasFingerprints || !m_media.fingerprints.isNull();
 }
 
 QByteArray Card::picture(CardSide side) const
 {
-    return side == CardSide::Front ? m_pictures.front : m_pictures.back;
+    return side == CardSide::Front ? m_media.pictures.front : m_media.pictures.back;
 }
 
 QByteArray Card::digest() const
@@ -269,8 +302,8 @@ QByteArray Card::digest() const
             hash.addData(utf8.constData(), utf8.size() + 1); // the end keeps neighbours apart
         }
     }
-    hash.addData(bytesOf(m_kind->photo(*m_records), IDCARD_PHOTO_SIZE));
-    hash.addData(fingerprints());
+    hash.addData(m_media.photoArea);
+    hash.addData(m_media.fingerprints);
     return hash.result();
 }
 

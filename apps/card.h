@@ -1,10 +1,9 @@
 #pragma once
 
-// A card as `readIDCard` delivers it, whatever its kind: its fields with their names, the photo,
-// the fingerprints and the pictures of its sides. What differs between the kinds is a table in
+// A card, whatever its kind and the road it came by: its fields with their names, the photo, the
+// fingerprints and the pictures of its sides. What differs between the kinds is a table in
 // `card.cpp`.
 
-#include <memory>
 #include <optional>
 
 #include <QByteArray>
@@ -12,12 +11,21 @@
 #include <QStringList>
 #include <QVector>
 
+#include "apps/card_texts.h"
 #include "common/card_records.h"
+#include "iddata/id_type.h"
 
 namespace app
 {
 
-/** The four records that one read needs. Too large for the stack. */
+/** How a card came to this program. */
+enum class Road {
+    ReaderLibrary, ///< `readIDCard`, through the reader maker's library
+    Usb,           ///< the reader's USB protocol
+    File,          ///< a raw record that was kept in a file
+};
+
+/** The four records that one `readIDCard` needs. Too large for the stack. */
 struct CardRecords {
     _tagIDCARD_INFO_ALL_CN cn{};
     _tagIDCARD_INFO_ALL_FOREIGN_2017 foreign2017{};
@@ -38,7 +46,8 @@ struct CardField {
     const char *key;   ///< name for programs
     const char *label; ///< name for people
     FieldForm form;
-    QStringList content; ///< one text; three of a `SplitDate`
+    /** One text; three of a `SplitDate`; none when the card's road does not deliver the field. */
+    QStringList content;
 };
 
 enum class PhotoFormat {
@@ -47,6 +56,9 @@ enum class PhotoFormat {
     Compressed, ///< the 1024 bytes that the card stores, not a picture
     Unknown,
 };
+
+/** How many fingerprints `type` stands for; nothing when it is none of the three values. */
+std::optional<int> printCount(FP_INFO_TYPE type);
 
 /** What the first bytes of a photo area of `IDCARD_PHOTO_SIZE` bytes say about it. */
 PhotoFormat photoFormatOf(const unsigned char *photoArea);
@@ -59,31 +71,46 @@ struct CardPictures {
 
 enum class CardSide { Front, Back };
 
+/** What a card holds beside its texts. */
+struct CardMedia {
+    QByteArray photoArea; ///< `IDCARD_PHOTO_SIZE` bytes; see `PhotoFormat`
+    /** How many fingerprints; nothing when the reader delivered an unusual amount of data. */
+    std::optional<int> fingerprintCount;
+    QByteArray fingerprints; ///< `IDCARD_FINGERPRINT_SIZE` bytes for each
+    CardPictures pictures;
+};
+
 struct CardKind;
 
 /** A card that was read. */
 class Card
 {
 public:
-    /** Takes the records over; `cardKind` is an `IDCARD_KIND`. */
-    Card(unsigned int cardKind, std::unique_ptr<CardRecords> records, CardPictures pictures = {});
+    /** What `readIDCard` delivered; `cardKind` is an `IDCARD_KIND`. */
+    Card(unsigned int cardKind, const CardRecords &records, CardPictures pictures = {});
 
+    /** What was decoded from a raw record. */
+    Card(Road road, ID_TYPE kind, const CardTexts &texts, CardMedia media);
+
+    Road road() const { return m_road; }
     unsigned int kindCode() const;
     const char *kindKey() const;   ///< for programs: "resident", "hmt", "foreign-2017" ...
     const char *kindLabel() const; ///< for people
-    QVector<CardField> fields() const;
+    QVector<CardField> fields() const { return m_fields; }
 
     PhotoFormat photoFormat() const;
     /** The BMP file, or null when the photo is none. */
     QByteArray photo() const;
 
-    /** Whether this kind of card stores fingerprints at all. */
+    /** Whether this kind of card stores fingerprints at all, or this card does in spite of it. */
     bool mayHaveFingerprints() const;
     /** How many; nothing when the reader delivered an unusual amount of data. */
-    std::optional<int> fingerprintCount() const;
+    std::optional<int> fingerprintCount() const { return m_media.fingerprintCount; }
     /** 512 bytes for each print, or null when there is none. */
-    QByteArray fingerprints() const;
+    QByteArray fingerprints() const { return m_media.fingerprints; }
 
+    /** Whether the card's road has its sides painted. */
+    bool mayHavePictures() const { return m_road == Road::ReaderLibrary; }
     /** The picture of this side, a JPEG file, or null when none was painted. */
     QByteArray picture(CardSide side) const;
 
@@ -91,9 +118,10 @@ public:
     QByteArray digest() const;
 
 private:
+    Road m_road;
     const CardKind *m_kind;
-    std::unique_ptr<CardRecords> m_records;
-    CardPictures m_pictures;
+    QVector<CardField> m_fields;
+    CardMedia m_media;
 };
 
 /** Whether `cardKind` is one of the four kinds. */

@@ -87,8 +87,9 @@ QStringList missingFileNotes(const Card &card, CardFiles which)
     for (const CardFile &file : cardFiles(which)) {
         if (file.missingNote == nullptr || !file.content(card).isNull())
             continue;
-        notes << QStringLiteral("%1; %2 is not written.")
-                     .arg(file.missingNote(card), QLatin1String(file.name));
+        const QString note = file.missingNote(card);
+        if (!note.isEmpty())
+            notes << QStringLiteral("%1; %2 is not written.").arg(note, QLatin1String(file.name));
     }
     return notes;
 }

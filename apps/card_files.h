@@ -29,7 +29,10 @@ struct CardFile {
     const char *jsonKey;
     /** What the file holds; null bytes when this card has no such file. */
     QByteArray (*content)(const Card &card);
-    /** Why this card has no such file; null when nobody expects one of every card. */
+    /**
+     * Why this card has no such file, empty when it could not be expected; null when nobody expects
+     * one of every card.
+     */
     QString (*missingNote)(const Card &card);
 };
 

@@ -38,12 +38,37 @@ const PhotoFormatRow &photoFormatRow(const Card &card)
                          [&](const PhotoFormatRow &row) { return row.format == format; });
 }
 
+const char *roadKey(Road road)
+{
+    switch (road) {
+    case Road::ReaderLibrary:
+        return "reader-library";
+    case Road::Usb:
+        return "usb";
+    case Road::File:
+        return "file";
+    }
+    return "";
+}
+
+/** Cards and readers fill a field up with blanks, which are no part of what it says. */
+QString withoutTrailingBlanks(QString text)
+{
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace())
+        text.chop(1);
+    return text;
+}
+
 QJsonValue jsonValue(const CardField &field)
 {
+    QStringList parts = field.content;
+    if (parts.isEmpty())
+        return QJsonValue::Null;
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
     if (field.form != FieldForm::SplitDate)
-        return field.content.first();
-    return QJsonObject{
-        {"year", field.content[0]}, {"month", field.content[1]}, {"day", field.content[2]}};
+        return parts.first();
+    return QJsonObject{{"year", parts[0]}, {"month", parts[1]}, {"day", parts[2]}};
 }
 
 bool isEightDigits(const QString &text)
@@ -58,14 +83,6 @@ QStringList dateParts(const QString &date)
     if (!isEightDigits(date))
         return {date};
     return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
-}
-
-/** Readers may fill a field up with blanks; nobody can see them. */
-QString withoutTrailingBlanks(QString text)
-{
-    while (!text.isEmpty() && text.at(text.size() - 1).isSpace())
-        text.chop(1);
-    return text;
 }
 
 QString textForPeople(const CardField &field)
@@ -150,7 +167,7 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
 {
     QVector<QStringList> rows;
     for (const CardSideRow &row : CARD_SIDES) {
-        if (card.picture(row.side).isNull())
+        if (card.mayHavePictures() && card.picture(row.side).isNull())
             rows << QStringList{QString::fromUtf8(row.label),
                                 QStringLiteral("none: ") + reasonOfMissingPicture(card, row.side)};
     }
@@ -169,6 +186,7 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
 {
     QJsonObject object = kindToJson(card);
+    object.insert("road", QLatin1String(roadKey(card.road())));
     for (const CardField &field : card.fields())
         object.insert(QLatin1String(field.key), jsonValue(field));
 
@@ -204,8 +222,10 @@ QByteArray jsonLine(const QJsonObject &object)
 QString toTable(const Card &card, const std::optional<QString> &folder)
 {
     QVector<QStringList> rows{kindRow(card)};
-    for (const CardField &field : card.fields())
-        rows << QStringList{QString::fromUtf8(field.label), textForPeople(field)};
+    for (const CardField &field : card.fields()) {
+        if (!field.content.isEmpty())
+            rows << QStringList{QString::fromUtf8(field.label), textForPeople(field)};
+    }
     rows << QStringList{QStringLiteral("Photo"), QString::fromUtf8(photoFormatRow(card).label)};
     if (card.mayHaveFingerprints())
         rows << QStringList{QStringLiteral("Fingerprints"), fingerprintsForPeople(card)};
@@ -228,7 +248,7 @@ QString missingPhotoNote(const Card &card)
 
 QString missingPictureNote(const Card &card, CardSide side)
 {
-    if (!card.picture(side).isNull())
+    if (!card.mayHavePictures() || !card.picture(side).isNull())
         return {};
     const char *const name = side == CardSide::Front ? "front" : "back";
     return QStringLiteral("There is no picture of the card's %1: %2")

@@ -12,9 +12,10 @@ namespace app
 {
 
 /**
- * The card as JSON; every text as the record holds it. `folder` is where the card's files stand: it
- * is put before their names, an empty one gives bare names. Nothing: the card was not saved, and
- * the names are null.
+ * The card as JSON, the same form for every road (docs/card.schema.json): texts without the blanks
+ * that fill them up, null for what the road does not deliver. `folder` is where the card's files
+ * stand: it is put before their names, an empty one gives bare names. Nothing: the card was not
+ * saved, and the names are null.
  */
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
 
@@ -36,7 +37,7 @@ QString picturesToTable(const Card &card, const QString &folder);
 /** Why a photo cannot be saved as a picture; empty when it can. */
 QString missingPhotoNote(const Card &card);
 
-/** Why there is no picture of this side; empty when there is one. */
+/** Why there is no picture of this side; empty when there is one or none could be expected. */
 QString missingPictureNote(const Card &card, CardSide side);
 
 } // namespace app

@@ -1,5 +1,7 @@
 #include "apps/card_reader.h"
 
+#include <memory>
+
 #include "api/idcard_reader_api.h"
 #include "apps/interruption.h"
 #include "apps/text_layout.h"
@@ -53,8 +55,7 @@ ReadOutcome readCard()
     outcome.code = readIDCard(&kind, &records->cn, &records->foreign2017, &records->foreignNew,
                               &records->hmt, &front, &back);
     if (outcome.code == IDCARD_RESULT_OK && isCardKind(kind))
-        outcome.card.emplace(kind, std::move(records),
-                             CardPictures{jpegFile(front), jpegFile(back)});
+        outcome.card.emplace(kind, *records, CardPictures{jpegFile(front), jpegFile(back)});
     return outcome;
 }
 

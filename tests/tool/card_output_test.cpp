@@ -19,7 +19,7 @@ class CardJson : public testing::TestWithParam<KindCase>
 {
 };
 
-TEST_P(CardJson, HoldsExactlyTheFieldsOfTheKindAsTheRecordHoldsThem)
+TEST_P(CardJson, HoldsExactlyTheFieldsOfTheKindWithoutPadding)
 {
     const QJsonObject expected = QJsonDocument::fromJson(GetParam().json).object();
     ASSERT_FALSE(expected.isEmpty());
@@ -30,7 +30,8 @@ TEST_P(CardJson, HoldsExactlyTheFieldsOfTheKindAsTheRecordHoldsThem)
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
                          testing::Values(KindCase{IDCARD_KIND_CN, R"({
-            "kind": "resident", "cardKind": 0, "name": "王小明", "sex": "男  ", "ethnicGroup": "汉",
+            "road": "reader-library", "kind": "resident", "cardKind": 0, "name": "王小明",
+            "sex": "男", "ethnicGroup": "汉",
             "birthDate": {"year": "1990", "month": "01", "day": "02"},
             "address": "示例省示例市示例路1号", "idNumber": "000000199001020017",
             "issuingAuthority": "示例市公安局", "validFrom": "20150203", "validTo": "长期",
@@ -39,7 +40,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "photo": {"format": "none", "file": null},
             "fingerprints": {"count": 0, "file": null}})"},
                                          KindCase{IDCARD_KIND_HMT, R"({
-            "kind": "hmt", "cardKind": 3, "name": "陳大文", "sex": "女",
+            "road": "reader-library", "kind": "hmt", "cardKind": 3, "issueCount": null,
+            "name": "陳大文", "sex": "女",
             "birthDate": {"year": "1985", "month": "11", "day": "30"},
             "address": "示例市港澳路2号", "idNumber": "810000198511300026",
             "travelPermitNumber": "H00000000", "issuingAuthority": "示例市公安局",
@@ -48,7 +50,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_2017, R"({
-            "kind": "foreign-2017", "cardKind": 1, "englishName": "DOE, JANE",
+            "road": "reader-library", "kind": "foreign-2017", "cardKind": 1,
+            "nationalityCode": null, "englishName": "DOE, JANE",
             "chineseName": "简多", "sex": "女", "idNumber": "CAN000000000000",
             "birthDate": {"year": "1979", "month": "05", "day": "06"}, "nationality": "加拿大",
             "validFrom": "20180607", "validTo": "20280607",
@@ -56,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "backPicture": {"format": "none", "file": null},
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_NEW, R"({
-            "kind": "foreign-new", "cardKind": 2, "englishName": "ROE, RICHARD",
+            "road": "reader-library", "kind": "foreign-new", "cardKind": 2,
+            "nationalityCode": null, "englishName": "ROE, RICHARD",
             "chineseName": "", "sex": "男", "cardExtra": "01", "idNumber": "900000197001010031",
             "birthDate": {"year": "1970", "month": "01", "day": "01"}, "nationality": "",
             "validFrom": "20230101", "validTo": "20330101",
@@ -108,17 +112,16 @@ TEST(CardJsonPhoto, FormatTellsWhatTheReaderDelivered)
               "bmp");
     auto records = samples::filledRecords();
     records->cn.byPhoto[3] = 9;
-    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, std::move(records)), {}, "photo", "format").toString(),
+    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, *records), {}, "photo", "format").toString(),
               "compressed");
     records = samples::filledRecords();
     records->cn.byPhoto[2000] = 9;
-    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, std::move(records)), {}, "photo", "format").toString(),
-              "unknown");
+    EXPECT_EQ(inJson(Card(IDCARD_KIND_CN, *records), {}, "photo", "format").toString(), "unknown");
 }
 
 TEST(CardJsonFingerprints, UnknownAmountIsNull)
 {
-    const Card card(IDCARD_KIND_CN, std::make_unique<CardRecords>());
+    const Card card(IDCARD_KIND_CN, *std::make_unique<CardRecords>());
     EXPECT_TRUE(inJson(card, {}, "fingerprints", "count").isNull());
     EXPECT_TRUE(toJson(card, {}).value("fingerprints").toObject().contains("count"));
 }
@@ -127,7 +130,7 @@ TEST(JsonLine, CardStandsOnOneLine)
 {
     auto records = samples::filledRecords();
     records->cn.szName = "one\ntwo";
-    const QByteArray line = jsonLine(toJson(Card(IDCARD_KIND_CN, std::move(records)), {}));
+    const QByteArray line = jsonLine(toJson(Card(IDCARD_KIND_CN, *records), {}));
     EXPECT_EQ(line.count('\n'), 1);
     EXPECT_TRUE(line.endsWith("}\n"));
 }
@@ -173,7 +176,7 @@ TEST(CardTable, IncompleteDatesAreShownAsTheyAre)
     records->cn.szBirthMonth = "";
     records->cn.szBirthDay = "";
     records->cn.szValidStart = "201502";
-    const QString table = toTable(Card(IDCARD_KIND_CN, std::move(records)), std::nullopt);
+    const QString table = toTable(Card(IDCARD_KIND_CN, *records), std::nullopt);
     EXPECT_TRUE(table.contains(QStringLiteral("Date of birth      1990\n")));
     EXPECT_TRUE(table.contains(QStringLiteral("Valid from         201502\n")));
 }
@@ -182,18 +185,20 @@ TEST(CardTable, FieldCannotSteerTheTerminal)
 {
     auto records = samples::filledRecords();
     records->cn.szName = "\x1b[31mred\r\nSex  forged";
-    const QString table = toTable(Card(IDCARD_KIND_CN, std::move(records)), std::nullopt);
+    const QString table = toTable(Card(IDCARD_KIND_CN, *records), std::nullopt);
     EXPECT_FALSE(table.contains(QChar(0x1B)));
     EXPECT_EQ(table.count(QLatin1Char('\n')), 12);
 }
 
-TEST(CardTable, EveryFieldOfEveryKindIsShown)
+TEST(CardTable, EveryFieldThatTheRoadDeliversIsShown)
 {
     for (const unsigned int kind : {0U, 1U, 2U, 3U}) {
         const Card card = samples::cardOf(kind);
         const QString table = toTable(card, std::nullopt);
-        for (const CardField &field : card.fields())
-            EXPECT_TRUE(table.contains(QString::fromUtf8(field.label))) << field.key;
+        for (const CardField &field : card.fields()) {
+            EXPECT_EQ(table.contains(QString::fromUtf8(field.label)), !field.content.isEmpty())
+                << field.key;
+        }
     }
 }
 
@@ -204,7 +209,7 @@ TEST(MissingPhotoNote, SaysNothingAboutAPictureThatIsThere)
 
 TEST(CardJsonPictures, FormatTellsWhetherThereIsOne)
 {
-    const Card card(IDCARD_KIND_HMT, samples::filledRecords(), {"front", {}});
+    const Card card(IDCARD_KIND_HMT, *samples::filledRecords(), {"front", {}});
     EXPECT_EQ(inJson(card, {}, "frontPicture", "format").toString(), "jpeg");
     EXPECT_EQ(inJson(card, {}, "backPicture", "format").toString(), "none");
 }
@@ -225,11 +230,11 @@ TEST(MissingPictureNote, SaysNothingAboutAPictureThatIsThere)
 
 TEST(MissingPictureNote, NumberOfAPermitIsTheReasonForItsBackOnly)
 {
-    const Card permit(IDCARD_KIND_HMT, samples::filledRecords(), {"front", {}});
+    const Card permit(IDCARD_KIND_HMT, *samples::filledRecords(), {"front", {}});
     EXPECT_TRUE(missingPictureNote(permit, CardSide::Back).contains(QStringLiteral("81, 82, 83")));
 
     const Card unpainted = samples::cardOf(IDCARD_KIND_HMT);
-    const Card resident(IDCARD_KIND_CN, samples::filledRecords(), {"front", {}});
+    const Card resident(IDCARD_KIND_CN, *samples::filledRecords(), {"front", {}});
     for (const QString &note : {missingPictureNote(unpainted, CardSide::Front),
                                 missingPictureNote(unpainted, CardSide::Back),
                                 missingPictureNote(resident, CardSide::Back)})
@@ -241,8 +246,8 @@ TEST(MissingPhotoNote, TellsThatAPhotoIsCompressed)
 {
     auto records = samples::filledRecords();
     records->cn.byPhoto[0] = 9;
-    EXPECT_TRUE(missingPhotoNote(Card(IDCARD_KIND_CN, std::move(records)))
-                    .contains(QStringLiteral("compressed")));
+    EXPECT_TRUE(
+        missingPhotoNote(Card(IDCARD_KIND_CN, *records)).contains(QStringLiteral("compressed")));
 }
 
 } // namespace

@@ -78,7 +78,7 @@ std::unique_ptr<app::CardRecords> filledRecords()
 
 app::Card cardOf(unsigned int kind)
 {
-    return {kind, filledRecords()};
+    return {kind, *filledRecords()};
 }
 
 app::Card residentCard()
@@ -93,7 +93,7 @@ app::Card residentCardWithEverything()
     records->cn.fpInfoType = FP_INFO_TWO;
     std::fill(std::begin(records->cn.byFpData), std::end(records->cn.byFpData),
               static_cast<unsigned char>(0x77));
-    return {IDCARD_KIND_CN, std::move(records), {"front of a card", "back of a card"}};
+    return {IDCARD_KIND_CN, *records, {"front of a card", "back of a card"}};
 }
 
 } // namespace samples

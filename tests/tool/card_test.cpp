@@ -74,7 +74,7 @@ TEST(CardPhoto, CompressedDataIsNoPhoto)
 {
     auto records = samples::filledRecords();
     records->cn.byPhoto[0] = 7;
-    const Card card(IDCARD_KIND_CN, std::move(records));
+    const Card card(IDCARD_KIND_CN, *records);
     EXPECT_TRUE(card.photo().isNull());
 }
 
@@ -92,7 +92,7 @@ TEST_P(CardFingerprints, CountAndBytesFollowTheRecord)
 {
     auto records = samples::filledRecords();
     records->cn.fpInfoType = GetParam().type;
-    const Card card(IDCARD_KIND_CN, std::move(records));
+    const Card card(IDCARD_KIND_CN, *records);
     EXPECT_EQ(card.fingerprintCount(), GetParam().count);
     EXPECT_EQ(card.fingerprints().size(), GetParam().bytes);
     EXPECT_EQ(card.fingerprints().isNull(), GetParam().count == 0);
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(Counts, CardFingerprints,
 
 TEST(CardFingerprintCount, RecordThatTheReadLeftAloneIsUnknown)
 {
-    const Card card(IDCARD_KIND_CN, std::make_unique<CardRecords>());
+    const Card card(IDCARD_KIND_CN, *std::make_unique<CardRecords>());
     EXPECT_EQ(card.fingerprintCount(), std::nullopt);
     EXPECT_TRUE(card.fingerprints().isNull());
 }
@@ -126,7 +126,7 @@ TEST(CardDigest, OneChangedTextChangesIt)
 {
     auto records = samples::filledRecords();
     records->cn.szValidEnd = "20350203";
-    EXPECT_NE(Card(IDCARD_KIND_CN, std::move(records)).digest(), samples::residentCard().digest());
+    EXPECT_NE(Card(IDCARD_KIND_CN, *records).digest(), samples::residentCard().digest());
 }
 
 TEST(CardDigest, TextMovedIntoTheNextFieldChangesIt)
@@ -134,21 +134,21 @@ TEST(CardDigest, TextMovedIntoTheNextFieldChangesIt)
     auto records = samples::filledRecords();
     records->cn.szBirthYear = "199001";
     records->cn.szBirthMonth = "";
-    EXPECT_NE(Card(IDCARD_KIND_CN, std::move(records)).digest(), samples::residentCard().digest());
+    EXPECT_NE(Card(IDCARD_KIND_CN, *records).digest(), samples::residentCard().digest());
 }
 
 TEST(CardDigest, OneChangedPhotoByteChangesIt)
 {
     auto records = samples::filledRecords();
     records->cn.byPhoto[IDCARD_PHOTO_SIZE - 1] = 1;
-    EXPECT_NE(Card(IDCARD_KIND_CN, std::move(records)).digest(), samples::residentCard().digest());
+    EXPECT_NE(Card(IDCARD_KIND_CN, *records).digest(), samples::residentCard().digest());
 }
 
 TEST(CardDigest, FingerprintsChangeIt)
 {
     auto records = samples::filledRecords();
     records->cn.fpInfoType = FP_INFO_ONE;
-    EXPECT_NE(Card(IDCARD_KIND_CN, std::move(records)).digest(), samples::residentCard().digest());
+    EXPECT_NE(Card(IDCARD_KIND_CN, *records).digest(), samples::residentCard().digest());
 }
 
 TEST(IsCardKind, OnlyTheFourKindsAre)
