@@ -42,7 +42,7 @@ QString exitStatusSection()
 QString faultSection()
 {
     QVector<QStringList> rows;
-    for (const simulator::FaultRule &rule : simulator::faultRules())
+    for (const simulator::FaultRule &rule : simulator::makersFaultRules())
         rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning)};
     return section("Faults of the simulator", rows);
 }

@@ -1,10 +1,8 @@
-// The vocabulary of faults as a table, and its parser.
+// Reading faults by the vocabulary's table.
 
 #include "simulator/faults.h"
 
-#include "common/card_info_struct.h"
-#include "common/card_records.h"
-#include "common/closed_functions.h"
+#include <algorithm>
 
 namespace simulator
 {
@@ -12,55 +10,53 @@ namespace simulator
 namespace
 {
 
-constexpr int ANY_MINIMUM = std::numeric_limits<int>::min();
-constexpr int ANY_MAXIMUM = std::numeric_limits<int>::max();
-constexpr int LONGEST_DELAY_MS = 60000;
-constexpr int UNKNOWN_KIND = 9;
+constexpr UsbExchange EXCHANGES[] = {UsbExchange::Lookup, UsbExchange::Select, UsbExchange::Read};
 
-bool isSuccess(int code)
-{
-    return code == KVO_SUCCESS;
-}
-
-bool isSuccessOrTransient(int code)
-{
-    return code == KVO_SUCCESS || code == KVO_READ_AGAIN;
-}
-
-bool isKnownKind(int kind)
-{
-    return kind >= CARD_INFO_KIND_CN && kind <= CARD_INFO_KIND_FOREIGN_NEW;
-}
-
-constexpr FaultRule RULES[] = {
-    {"open-fails", "opening the reader answers N (not 144)", &Faults::openFails,
-     FaultNumber::Required, 0, ANY_MINIMUM, ANY_MAXIMUM, isSuccess},
-    {"no-card", "the first N finds, or all, see no card", &Faults::noCard, FaultNumber::Optional,
-     EVERY_TIME, 0, ANY_MAXIMUM, nullptr},
-    {"transient-failures", "the first N reads answer 65 (try again)", &Faults::transientFailures,
-     FaultNumber::Required, 0, 0, ANY_MAXIMUM, nullptr},
-    {"read-fails", "reading answers N (not 144 or 65)", &Faults::readFails, FaultNumber::Required,
-     0, ANY_MINIMUM, ANY_MAXIMUM, isSuccessOrTransient},
-    {"delay-ms", "a read answers after N milliseconds (0 to 60000)", &Faults::delayMs,
-     FaultNumber::Required, 0, 0, LONGEST_DELAY_MS, nullptr},
-    {"photo-undecodable", "the photo is compressed data that does not decode",
-     &Faults::photoUndecodable, FaultNumber::None, 1, 0, 0, nullptr},
-    {"photo-length", "N bytes of photo are reported (0 to 38862)", &Faults::photoLength,
-     FaultNumber::Required, 0, 0, IDCARD_PHOTO_SIZE, nullptr},
-    {"unknown-kind", "the card is of kind N (not 1 to 4; 9 if not given)", &Faults::unknownKind,
-     FaultNumber::Optional, UNKNOWN_KIND, ANY_MINIMUM, ANY_MAXIMUM, isKnownKind},
-    {"card-removed", "the card goes between being found and being read", &Faults::cardRemoved,
-     FaultNumber::None, 1, 0, 0, nullptr},
+// One fault as it is given, with the rule that its name stands for.
+struct GivenFault {
+    QString text;
+    QString name;
+    const FaultRule *rule = nullptr;
+    UsbExchange exchange = UsbExchange::Lookup; ///< of an exchange's fault
 };
 
-const FaultRule *findRule(const QString &name)
+// The name of a rule's fault, for the exchange named `exchange` when it is one of an exchange.
+QString faultName(const FaultRule &rule, const QString &exchange)
 {
-    for (const FaultRule &rule : RULES) {
-        if (name == QLatin1String(rule.name)) {
-            return &rule;
+    const QString name = QLatin1String(rule.name);
+    return isExchangeFault(rule) ? exchange + QLatin1Char('-') + name : name;
+}
+
+QString usageOf(const QString &name, FaultArgument argument)
+{
+    switch (argument) {
+    case FaultArgument::None:
+        return name;
+    case FaultArgument::OptionalNumber:
+        return QStringLiteral("%1 or %1=N").arg(name);
+    case FaultArgument::Bytes:
+        return QStringLiteral("%1=HEX").arg(name);
+    case FaultArgument::Number:
+        break;
+    }
+    return QStringLiteral("%1=N").arg(name);
+}
+
+GivenFault understood(const QString &text)
+{
+    GivenFault fault;
+    fault.text = text;
+    fault.name = text.section(QLatin1Char('='), 0, 0).trimmed();
+    for (const FaultRule &rule : faultRules()) {
+        for (const UsbExchange exchange : EXCHANGES) {
+            if (fault.name == faultName(rule, exchangeName(exchange))) {
+                fault.rule = &rule;
+                fault.exchange = exchange;
+                return fault;
+            }
         }
     }
-    return nullptr;
+    return fault;
 }
 
 QString shortened(const QString &text)
@@ -69,78 +65,140 @@ QString shortened(const QString &text)
     return text.size() <= LONGEST_QUOTE ? text : text.left(LONGEST_QUOTE) + QStringLiteral("...");
 }
 
-QString unknownFault(const QString &fault)
+QString unknownFault(const QString &text)
 {
     QStringList usages;
-    for (const FaultRule &rule : RULES) {
+    for (const FaultRule &rule : faultRules()) {
         usages << faultUsage(rule);
     }
-    return QStringLiteral("fault \"%1\" is not known; known faults: %2")
-        .arg(shortened(fault), usages.join(QStringLiteral(", ")));
+    return QStringLiteral("fault \"%1\" is not known; known faults: %2 (E: lookup, select or read)")
+        .arg(shortened(text), usages.join(QStringLiteral(", ")));
 }
 
-QString wrongFault(const QString &fault, const FaultRule &rule)
+QString wrongFault(const GivenFault &fault)
 {
     return QStringLiteral("fault \"%1\" is not of the form %2: %3")
-        .arg(shortened(fault), faultUsage(rule), QLatin1String(rule.meaning));
+        .arg(shortened(fault.text), usageOf(fault.name, fault.rule->argument),
+             QLatin1String(fault.rule->meaning));
 }
 
-// The number of `fault`, which names `rule`; nothing when it is missing, too much or out of range.
-std::optional<int> faultNumber(const QString &fault, const FaultRule &rule)
+// The argument of `fault`; false when it is missing, too much or out of range.
+bool readArgument(const GivenFault &fault, int *number)
 {
-    const int equals = fault.indexOf(QLatin1Char('='));
+    const FaultRule &rule = *fault.rule;
+    const int equals = fault.text.indexOf(QLatin1Char('='));
     if (equals < 0) {
-        return rule.number == FaultNumber::Required ? std::nullopt
-                                                    : std::make_optional(rule.numberIfNone);
+        *number = rule.numberIfNone;
+        return rule.argument != FaultArgument::Number;
     }
     bool isNumber = false;
-    const int number = fault.mid(equals + 1).trimmed().toInt(&isNumber);
-    if (rule.number == FaultNumber::None || !isNumber || number < rule.minimum ||
-        number > rule.maximum || (rule.refused != nullptr && rule.refused(number))) {
-        return std::nullopt;
-    }
-    return number;
+    *number = fault.text.mid(equals + 1).trimmed().toInt(&isNumber);
+    return rule.argument != FaultArgument::None && isNumber && *number >= rule.minimum &&
+           *number <= rule.maximum && (rule.refused == nullptr || !rule.refused(*number));
 }
 
-// Adds one fault to `faults`; the reason when it cannot be added, an empty text otherwise.
-QString addFault(Faults *faults, const QString &fault)
+bool isHexadecimalDigit(QChar character)
 {
-    const QString name = fault.section(QLatin1Char('='), 0, 0).trimmed();
-    const FaultRule *rule = findRule(name);
-    if (rule == nullptr) {
-        return unknownFault(fault);
+    return QStringLiteral("0123456789ABCDEFabcdef").contains(character);
+}
+
+bool readArgument(const GivenFault &fault, QByteArray *bytes)
+{
+    const int equals = fault.text.indexOf(QLatin1Char('='));
+    const QString digits = equals < 0 ? QString() : fault.text.mid(equals + 1).trimmed();
+    if (digits.isEmpty() || digits.size() % 2 != 0 || digits.size() > 2 * LONGEST_FAULT_BYTES ||
+        !std::all_of(digits.cbegin(), digits.cend(), isHexadecimalDigit)) {
+        return false;
     }
-    const std::optional<int> number = faultNumber(fault, *rule);
-    if (!number) {
-        return wrongFault(fault, *rule);
+    *bytes = QByteArray::fromHex(digits.toLatin1());
+    return true;
+}
+
+template <typename Part, typename Value>
+QString setFault(const GivenFault &fault, Part *part, std::optional<Value> Part::*place)
+{
+    Value value = {};
+    if (!readArgument(fault, &value)) {
+        return wrongFault(fault);
     }
-    std::optional<int> &value = faults->*rule->value;
-    if (value) {
-        return QStringLiteral("fault \"%1\" is given twice").arg(name);
+    if (part->*place) {
+        return QStringLiteral("fault \"%1\" is given twice").arg(fault.name);
     }
-    value = number;
+    part->*place = value;
     return {};
 }
 
-} // namespace
+// Sets a fault of `faults`; the reason when it cannot be set, an empty text otherwise.
+struct Setter {
+    const GivenFault &fault;
+    Faults *faults;
 
-FaultRuleList faultRules()
+    QString operator()(std::optional<int> Faults::*place) const
+    {
+        return setFault(fault, faults, place);
+    }
+
+    template <typename Value>
+    QString operator()(std::optional<Value> ExchangeFaults::*place) const
+    {
+        return setFault(fault, &faults->exchanges[static_cast<std::size_t>(fault.exchange)], place);
+    }
+};
+
+QString addFault(Faults *faults, const QString &text)
 {
-    return {std::begin(RULES), std::end(RULES)};
+    const GivenFault fault = understood(text);
+    return fault.rule == nullptr ? unknownFault(text)
+                                 : std::visit(Setter{fault, faults}, fault.rule->place);
 }
+
+template <typename Part, typename Value>
+void overlay(Part *base, const Part &override, std::optional<Value> Part::*place)
+{
+    if (override.*place) {
+        base->*place = override.*place;
+    }
+}
+
+struct Overlay {
+    Faults *base;
+    const Faults &override;
+
+    void operator()(std::optional<int> Faults::*place) const { overlay(base, override, place); }
+
+    template <typename Value>
+    void operator()(std::optional<Value> ExchangeFaults::*place) const
+    {
+        for (std::size_t i = 0; i < base->exchanges.size(); ++i) {
+            overlay(&base->exchanges[i], override.exchanges[i], place);
+        }
+    }
+};
+
+struct IsSet {
+    const Faults &faults;
+
+    bool operator()(std::optional<int> Faults::*place) const { return (faults.*place).has_value(); }
+
+    template <typename Value>
+    bool operator()(std::optional<Value> ExchangeFaults::*place) const
+    {
+        return std::any_of(
+            faults.exchanges.begin(), faults.exchanges.end(),
+            [place](const ExchangeFaults &exchange) { return (exchange.*place).has_value(); });
+    }
+};
+
+} // namespace
 
 QString faultUsage(const FaultRule &rule)
 {
-    QString name = QLatin1String(rule.name);
-    switch (rule.number) {
-    case FaultNumber::None:
-        return name;
-    case FaultNumber::Optional:
-        return QStringLiteral("%1 or %1=N").arg(name);
-    case FaultNumber::Required:
-        break;
-    }
-    return QStringLiteral("%1=N").arg(name);
+    return usageOf(faultName(rule, QStringLiteral("E")), rule.argument);
+}
+
+bool isFaultSet(const Faults &faults, const FaultRule &rule)
+{
+    return std::visit(IsSet{faults}, rule.place);
 }
 
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason)
@@ -167,10 +225,8 @@ std::optional<Faults> parseFaults(const QString &text, QString *reason)
 Faults overlaidFaults(const Faults &base, const Faults &override)
 {
     Faults result = base;
-    for (const FaultRule &rule : RULES) {
-        if (override.*rule.value) {
-            result.*rule.value = override.*rule.value;
-        }
+    for (const FaultRule &rule : faultRules()) {
+        std::visit(Overlay{&result, override}, rule.place);
     }
     return result;
 }

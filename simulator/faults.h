@@ -3,14 +3,39 @@
 // The faults a simulated reader can be given: one vocabulary for card descriptions, the environment
 // and code. What a fault does is up to the reader that carries it out.
 
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <optional>
+#include <variant>
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 namespace simulator
 {
+
+/** What a reader on USB is asked for, one after the other, when a card is read. */
+enum class UsbExchange { Lookup, Select, Read };
+constexpr int USB_EXCHANGE_COUNT = 3;
+
+/** Faults of one exchange; only a reader on USB has them. */
+struct ExchangeFaults {
+    std::optional<QByteArray> answerReplaced; ///< what comes instead of the answer
+    std::optional<int> answerCut;             ///< bytes that come of the answer
+    std::optional<int> answerCorrupted;       ///< offset of the byte whose bits are inverted
+    std::optional<int> answerDelayed;         ///< milliseconds before the answer comes
+    std::optional<int> answerMissing;         ///< set: the answer never comes
+    std::optional<int> answerStalled;         ///< set: the endpoint refuses instead of answering
+    std::optional<int> answerBroken;          ///< set: the answer is garbled on the bus
+    std::optional<int> answerTooLong;         ///< set: more comes than the host has room for
+    std::optional<int> commandStalled;        ///< set: the endpoint refuses the command
+    std::optional<int> commandBroken;         ///< set: the command is garbled on the bus
+    std::optional<int> commandCut;            ///< bytes that are taken of the command
+    std::optional<int> commandMissing;        ///< set: the command is never taken
+    std::optional<int> commandDelayed;        ///< milliseconds before the command is taken
+};
 
 /** Every fault that is set carries its number; what the number means is told by `faultRules`. */
 struct Faults {
@@ -23,19 +48,42 @@ struct Faults {
     std::optional<int> photoLength;       ///< bytes of photo reported
     std::optional<int> unknownKind;       ///< kind of card reported
     std::optional<int> cardRemoved;       ///< set: the card goes between find and read
+
+    // Of a reader on USB alone.
+    std::optional<int> unplugged;        ///< set: the reader is not there
+    std::optional<int> unpluggedBefore;  ///< transfer of a card read, 1 to 6, that never begins
+    std::optional<int> unpluggedDuring;  ///< transfer of a card read, 1 to 6, that is torn
+    std::optional<int> permissionDenied; ///< set: this user may not open the reader
+    std::optional<int> claimedElsewhere; ///< set: another program holds the reader
+    std::optional<int> resetRefused;     ///< set: the reader cannot be reset
+    std::array<ExchangeFaults, USB_EXCHANGE_COUNT> exchanges; ///< in the order of `UsbExchange`
+
+    [[nodiscard]] const ExchangeFaults &of(UsbExchange exchange) const
+    {
+        return exchanges[static_cast<std::size_t>(exchange)];
+    }
 };
 
 /** Count of a fault that never ends. */
 constexpr int EVERY_TIME = std::numeric_limits<int>::max();
 
-enum class FaultNumber { None, Optional, Required };
+/** Most bytes that a fault can carry. */
+constexpr int LONGEST_FAULT_BYTES = 4096;
 
-/** One word of the vocabulary: "name", "name=N" or both, as `number` says. */
+/** What follows the name of a fault. */
+enum class FaultArgument { None, OptionalNumber, Number, Bytes };
+
+/** Where a fault is kept. */
+using FaultPlace = std::variant<std::optional<int> Faults::*, std::optional<int> ExchangeFaults::*,
+                                std::optional<QByteArray> ExchangeFaults::*>;
+
+/** One word of the vocabulary, or one for each exchange: "name", "name=N", both, or "name=HEX". */
 struct FaultRule {
-    const char *name;
-    const char *meaning; ///< one English line
-    std::optional<int> Faults::*value;
-    FaultNumber number;
+    const char *name;       ///< that of an exchange's fault follows the exchange's name and a dash
+    const char *meaning;    ///< one English line
+    const char *usbMeaning; ///< one for a reader on USB; null where it is the same
+    FaultPlace place;
+    FaultArgument argument;
     int numberIfNone; ///< stored when the fault is named without a number
     int minimum;
     int maximum;
@@ -49,15 +97,30 @@ struct FaultRuleList {
     [[nodiscard]] const FaultRule *end() const { return last; }
 };
 
-/** The whole vocabulary, in the order in which messages and help list it. */
+/** The whole vocabulary, all of which a reader on USB carries out, in the order of messages. */
 FaultRuleList faultRules();
 
-/** How a fault is written: "no-card or no-card=N". */
+/** Its first part: what the stand-in for the makers' library carries out; it ignores the rest. */
+FaultRuleList makersFaultRules();
+
+/** What a fault means to a reader on USB, one English line. */
+QString usbFaultMeaning(const FaultRule &rule);
+
+/** How an exchange is called in the name of a fault. */
+QString exchangeName(UsbExchange exchange);
+
+/** Whether there is a fault of this kind for each exchange. */
+bool isExchangeFault(const FaultRule &rule);
+
+/** How a fault is written: "no-card or no-card=N", "E-answer-cut=N" for each exchange E. */
 QString faultUsage(const FaultRule &rule);
+
+/** Whether a fault, of any exchange, is set. */
+bool isFaultSet(const Faults &faults, const FaultRule &rule);
 
 /**
  * Reads a list of faults, blanks around each ignored. Gives nothing and tells `reason` when one is
- * not known, lacks its number, has a number out of range or stands twice.
+ * not known, lacks its number or bytes, has others than it may have or stands twice.
  */
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason);
 

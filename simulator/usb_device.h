@@ -54,6 +54,7 @@ public:
 
     /** What stands in the way of using it. */
     [[nodiscard]] virtual bool deniesAccess() const = 0; ///< this user may not open its node
+    [[nodiscard]] virtual bool failsToOpen() const { return false; } ///< for any other reason
     [[nodiscard]] virtual bool
     isClaimedElsewhere() const = 0; ///< another program holds interface 0
     [[nodiscard]] virtual bool refusesReset() const = 0;

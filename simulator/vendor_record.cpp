@@ -4,24 +4,13 @@
 
 #include <cstddef>
 
+#include "simulator/text_fields.h"
+
 namespace simulator
 {
 
 namespace
 {
-
-struct VendorField {
-    CardKind kind;
-    std::size_t offset; ///< in `CardInfoStruct`, bytes
-    std::size_t size;   ///< bytes, two a character
-    QString (*text)(const CardDescription &card);
-};
-
-template <QString CardDescription::*text>
-QString from(const CardDescription &card)
-{
-    return card.*text;
-}
 
 using Card = CardDescription;
 using Info = CardInfoStruct;
@@ -32,7 +21,7 @@ constexpr CardKind F17 = CardKind::Foreign2017;
 constexpr CardKind NEW = CardKind::ForeignNew;
 
 // clang-format off: one row a line.
-constexpr VendorField FIELDS[] = {
+constexpr TextField FIELDS[] = {
     {CN, offsetof(Info, cn.name), sizeof(Info::cn.name), from<&Card::name>},
     {CN, offsetof(Info, cn.sex), sizeof(Info::cn.sex), sexText},
     {CN, offsetof(Info, cn.nation), sizeof(Info::cn.nation), ethnicGroupText},
@@ -100,17 +89,6 @@ std::int32_t kindWord(CardKind kind)
     return CARD_INFO_KIND_CN;
 }
 
-// A text longer than its field is cut there, as the name of ethnic group 98 is on real cards.
-void putText(unsigned char *field, std::size_t size, const QString &text, Padding padding)
-{
-    const QChar rest = padding == Padding::Spaces ? QChar(QLatin1Char(' ')) : QChar(QChar::Null);
-    const QString filled = text.leftJustified(static_cast<int>(size / 2), rest, true);
-    for (const QChar character : filled) {
-        *field++ = character.cell();
-        *field++ = character.row();
-    }
-}
-
 } // namespace
 
 CardInfoStruct vendorRecord(const CardDescription &card)
@@ -118,9 +96,10 @@ CardInfoStruct vendorRecord(const CardDescription &card)
     CardInfoStruct info = {};
     info.kind = kindWord(card.kind);
     auto *bytes = reinterpret_cast<unsigned char *>(&info);
-    for (const VendorField &field : FIELDS) {
+    const QChar rest = card.padding == Padding::Spaces ? QLatin1Char(' ') : QLatin1Char('\0');
+    for (const TextField &field : FIELDS) {
         if (field.kind == card.kind) {
-            putText(bytes + field.offset, field.size, field.text(card), card.padding);
+            putText(bytes + field.offset, field.size, field.text(card), rest);
         }
     }
     return info;

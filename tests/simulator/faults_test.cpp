@@ -32,7 +32,7 @@ TEST(Faults, emptyText_meansNone)
     for (const char *text : {"", "  "}) {
         const Faults faults = parsed(text);
         for (const FaultRule &rule : faultRules()) {
-            EXPECT_FALSE(faults.*rule.value) << rule.name;
+            EXPECT_FALSE(isFaultSet(faults, rule)) << rule.name;
         }
     }
 }
@@ -109,7 +109,7 @@ TEST(Faults, faultGivenTwice_isRefused)
 
 TEST(Faults, veryLongFault_isQuotedInPart)
 {
-    EXPECT_LT(refusal(std::string(100000, 'x').c_str()).size(), 500U);
+    EXPECT_LT(refusal(std::string(100000, 'x').c_str()).size(), 1500U);
 }
 
 TEST(Faults, overlaid_replacesOnlyWhatIsSet)

@@ -86,7 +86,7 @@ TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
 
 TEST(Readme, faults_standThereWithTheirMeanings)
 {
-    for (const FaultRule &rule : faultRules()) {
+    for (const FaultRule &rule : makersFaultRules()) {
         const QString usage = faultUsage(rule);
         const QString shown = code(usage).replace(QStringLiteral(" or "), QStringLiteral("` or `"));
         const QStringList row = rowOf(shown);

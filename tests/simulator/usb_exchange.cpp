@@ -1,0 +1,121 @@
+#include "tests/simulator/usb_exchange.h"
+
+#include <gtest/gtest.h>
+
+using simulator::UsbStatus;
+using simulator::UsbTransfer;
+
+namespace frames
+{
+
+QByteArray hex(const char *digits)
+{
+    return QByteArray::fromHex(digits);
+}
+
+const QByteArray &lookup()
+{
+    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 20 01 22");
+    return bytes;
+}
+
+const QByteArray &select()
+{
+    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 20 02 21");
+    return bytes;
+}
+
+const QByteArray &read()
+{
+    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 30 10 23");
+    return bytes;
+}
+
+const QByteArray &found()
+{
+    static const QByteArray bytes = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
+    return bytes;
+}
+
+const QByteArray &selected()
+{
+    static const QByteArray bytes = hex("AA AA AA 96 69 00 0C 00 00 90 00 00 00 00 00 00 00 00 9C");
+    return bytes;
+}
+
+QByteArray notFound()
+{
+    return hex("AA AA AA 96 69 00 08 00 00 80 00 00 00 00 88");
+}
+
+QByteArray notSelected(unsigned char status)
+{
+    QByteArray payload(11, '\0');
+    payload[2] = static_cast<char>(status);
+    return frame(payload);
+}
+
+QByteArray statusOnly(unsigned char status)
+{
+    QByteArray payload(3, '\0');
+    payload[2] = static_cast<char>(status);
+    return frame(payload);
+}
+
+QByteArray frame(const QByteArray &payload)
+{
+    const int length = payload.size() + 1;
+    QByteArray bytes = hex("AA AA AA 96 69");
+    bytes += static_cast<char>(length >> 8);
+    bytes += static_cast<char>(length & 0xFF);
+    bytes += payload;
+    char sum = 0;
+    for (int i = 5; i < bytes.size(); ++i)
+        sum = static_cast<char>(sum ^ bytes.at(i));
+    return bytes + sum;
+}
+
+} // namespace frames
+
+ReaderOnUsb::ReaderOnUsb(const char *card, const QString &faults)
+{
+    if (*card != '\0')
+        put(card);
+    set(faults);
+}
+
+void ReaderOnUsb::put(const char *card)
+{
+    QString problem;
+    EXPECT_TRUE(
+        m_reader.slot().putCard(QString::fromUtf8(card), simulator::PutAs::Described, &problem))
+        << problem.toStdString();
+}
+
+void ReaderOnUsb::set(const QString &faults)
+{
+    QString problem;
+    EXPECT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
+}
+
+UsbTransfer ReaderOnUsb::ask(const QByteArray &command, int room)
+{
+    const UsbTransfer written = m_reader.write(OUT_ENDPOINT, command);
+    EXPECT_EQ(written.status, UsbStatus::Done);
+    EXPECT_EQ(written.count, command.size());
+    return m_reader.read(IN_ENDPOINT, room);
+}
+
+QByteArray ReaderOnUsb::answer(const QByteArray &command, int room)
+{
+    const UsbTransfer transfer = ask(command, room);
+    EXPECT_EQ(transfer.status, UsbStatus::Done);
+    EXPECT_EQ(transfer.count, transfer.data.size());
+    return transfer.data;
+}
+
+void ReaderOnUsb::selectCard()
+{
+    EXPECT_EQ(answer(frames::lookup(), 15), frames::found());
+    EXPECT_EQ(answer(frames::select(), 19), frames::selected());
+}

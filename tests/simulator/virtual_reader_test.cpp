@@ -1,0 +1,309 @@
+// The simulated reader on USB: its exchanges, the order in which they must come, its pipes.
+
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "tests/simulator/usb_exchange.h"
+
+using namespace simulator;
+
+namespace
+{
+
+constexpr std::uint8_t LOOP_OUT = 0x06;
+constexpr std::uint8_t LOOP_IN = 0x85;
+
+QByteArray garbage(int size, std::mt19937 *random)
+{
+    QByteArray bytes;
+    while (bytes.size() < size)
+        bytes += static_cast<char>((*random)() & 0xFFU);
+    return bytes;
+}
+
+} // namespace
+
+TEST(VirtualReader, cardThere_isFoundSelectedAndRead)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    EXPECT_EQ(reader.answer(frames::read(), 2321).size(), 2321);
+}
+
+TEST(VirtualReader, noCard_isAnsweredWithStatus80InAFrameOfFullLength)
+{
+    ReaderOnUsb reader("");
+    EXPECT_EQ(reader.answer(frames::lookup(), 15), frames::notFound());
+}
+
+TEST(VirtualReader, selectWithoutFoundCard_isRefused)
+{
+    ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0xE3));
+}
+
+TEST(VirtualReader, readWithoutSelectedCard_isRefusedWithAStatusAlone)
+{
+    ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
+}
+
+TEST(VirtualReader, selectedCard_canBeReadAgain)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    const QByteArray first = reader.answer(frames::read());
+    EXPECT_EQ(reader.answer(frames::read()), first);
+}
+
+TEST(VirtualReader, lookupAfterSelect_beginsAnew)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+}
+
+TEST(VirtualReader, cardTakenAfterLookup_cannotBeSelected)
+{
+    ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    reader->slot().takeCard();
+    EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0x80));
+}
+
+TEST(VirtualReader, cardTakenAfterSelect_givesNoData)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    reader->slot().takeCard();
+    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
+}
+
+TEST(VirtualReader, cardExchangedAfterSelect_givesNoDataUntilItIsFoundItself)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    reader.put("hmt-taiwan");
+    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
+    reader.selectCard();
+    EXPECT_EQ(reader.answer(frames::read()).size(), 1297);
+}
+
+TEST(VirtualReader, reset_forgetsAnswersAndTheSelectedCard)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    reader->write(OUT_ENDPOINT, frames::read());
+    reader->write(LOOP_OUT, "abc");
+    reader->reset();
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+}
+
+TEST(VirtualReader, readWithNothingToAnswer_neverEnds)
+{
+    ReaderOnUsb reader;
+    const UsbTransfer transfer = reader->read(IN_ENDPOINT, ROOM);
+    EXPECT_EQ(transfer.status, UsbStatus::Pending);
+    EXPECT_EQ(transfer.count, 0);
+    EXPECT_EQ(transfer.delayMs, 0);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, answer_isGivenOnce)
+{
+    ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, answerNotFetched_givesWayToTheNext)
+{
+    ReaderOnUsb reader;
+    reader->write(OUT_ENDPOINT, frames::lookup());
+    EXPECT_EQ(reader.answer(frames::select()), frames::selected());
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, wellFormedUnknownCommand_isRefusedAsUnknown)
+{
+    ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::frame(frames::hex("12 FF"))), frames::statusOnly(0xE2));
+    EXPECT_EQ(reader.answer(frames::frame(frames::hex("20 01 00"))), frames::statusOnly(0xE2));
+    EXPECT_EQ(reader.answer(frames::frame(QByteArray(65534, 'x'))), frames::statusOnly(0xE2));
+}
+
+TEST(VirtualReader, malformedCommand_isRefusedAsMalformed)
+{
+    for (const char *bytes :
+         {"AA", "AA AA AA 96", "AA AA AA 96 69 00", "AA AA AA 96 69 00 03 20 01",
+          "AA AA AA 96 69 00 03 20 01 23", "AA AA AA 96 69 00 04 20 01 25",
+          "AA AA AA 96 68 00 03 20 01 22", "AA AA AA 96 69 00 02 20 22",
+          "AA AA AA 96 69 00 03 20 01 22 00", "AB AA AA 96 69 00 03"}) {
+        ReaderOnUsb reader;
+        EXPECT_EQ(reader.answer(frames::hex(bytes)), frames::statusOnly(0xE1)) << bytes;
+    }
+}
+
+TEST(VirtualReader, emptyCommand_isTakenAndNotAnswered)
+{
+    ReaderOnUsb reader;
+    reader->write(OUT_ENDPOINT, frames::lookup());
+    const UsbTransfer transfer = reader->write(OUT_ENDPOINT, {});
+    EXPECT_EQ(transfer.status, UsbStatus::Done);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).data, frames::found());
+}
+
+TEST(VirtualReader, garbageOfAnyLength_isRefusedAndLeavesTheReaderUsable)
+{
+    std::mt19937 random(1);
+    ReaderOnUsb reader;
+    for (int length = 1; length <= 64; ++length) {
+        for (int round = 0; round < 20; ++round)
+            EXPECT_EQ(reader.answer(garbage(length, &random)), frames::statusOnly(0xE1));
+    }
+    for (int length = 1; length <= 57; ++length)
+        EXPECT_EQ(reader.answer(frames::hex("AA AA AA 96 69 01 FF") + garbage(length, &random)),
+                  frames::statusOnly(0xE1));
+    reader.selectCard();
+}
+
+TEST(VirtualReader, moreBytesThanAFrameHas_stallAndAreNotKept)
+{
+    ReaderOnUsb reader;
+    for (const std::uint8_t endpoint : {OUT_ENDPOINT, LOOP_OUT}) {
+        const UsbTransfer transfer = reader->write(endpoint, QByteArray(65543, 'x'));
+        EXPECT_EQ(transfer.status, UsbStatus::Stalled);
+        EXPECT_EQ(transfer.count, 0);
+    }
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, endpointThatThereIsNot_stalls)
+{
+    ReaderOnUsb reader;
+    for (const int endpoint : {0x00, 0x01, 0x81, 0x85})
+        EXPECT_EQ(reader->write(std::uint8_t(endpoint), frames::lookup()).status,
+                  UsbStatus::Stalled);
+    for (const int endpoint : {0x80, 0x82, 0x02, 0x06})
+        EXPECT_EQ(reader->read(std::uint8_t(endpoint), ROOM).status, UsbStatus::Stalled);
+}
+
+TEST(VirtualReader, bareHead_comesBack)
+{
+    ReaderOnUsb reader;
+    const QByteArray head = frames::hex("AA AA AA 96 69 12 34");
+    EXPECT_EQ(reader.answer(head, 7), head);
+}
+
+TEST(VirtualReader, loopBack_givesBackWhatWasWrittenLast)
+{
+    ReaderOnUsb reader;
+    reader->write(LOOP_OUT, "first");
+    const UsbTransfer written = reader->write(LOOP_OUT, "second");
+    EXPECT_EQ(written.status, UsbStatus::Done);
+    EXPECT_EQ(written.count, 6);
+    const UsbTransfer read = reader->read(LOOP_IN, 6);
+    EXPECT_EQ(read.status, UsbStatus::Done);
+    EXPECT_EQ(read.data, "second");
+    EXPECT_EQ(reader->read(LOOP_IN, 6).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, loopBack_carriesAsMuchAsAPipeOperationCanWrite)
+{
+    ReaderOnUsb reader;
+    const QByteArray bytes(65535, 'x');
+    reader->write(LOOP_OUT, bytes);
+    EXPECT_EQ(reader->read(LOOP_IN, bytes.size()).data, bytes);
+}
+
+TEST(VirtualReader, answerLongerThanTheRoom_endsTooLongAndIsLost)
+{
+    ReaderOnUsb reader;
+    for (const int room : {0, 1, 7, 14, -1}) {
+        const UsbTransfer transfer = reader.ask(frames::lookup(), room);
+        EXPECT_EQ(transfer.status, UsbStatus::TooLong) << room;
+        EXPECT_EQ(transfer.data, frames::found().left(std::max(room, 0))) << room;
+        EXPECT_EQ(transfer.count, transfer.data.size()) << room;
+        EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending) << room;
+    }
+}
+
+TEST(VirtualReader, answerLongerThanWholePackets_comesInSeveralTransfers)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    const QByteArray whole = reader.answer(frames::read());
+    QByteArray parts = reader.answer(frames::read(), 1024);
+    EXPECT_EQ(parts.size(), 1024);
+    parts += reader->read(IN_ENDPOINT, 512).data;
+    EXPECT_EQ(parts.size(), 1536);
+    const UsbTransfer last = reader->read(IN_ENDPOINT, 1000);
+    EXPECT_EQ(last.status, UsbStatus::Done);
+    EXPECT_EQ(parts + last.data, whole);
+}
+
+TEST(VirtualReader, answerOfWholePacketsThatFillsTheRoom_isFollowedByAnEmptyTransfer)
+{
+    ReaderOnUsb reader;
+    const QByteArray bytes(1024, 'x');
+    reader->write(LOOP_OUT, bytes);
+    EXPECT_EQ(reader->read(LOOP_IN, 1024).data, bytes);
+    const UsbTransfer end = reader->read(LOOP_IN, 1024);
+    EXPECT_EQ(end.status, UsbStatus::Done);
+    EXPECT_EQ(end.count, 0);
+    EXPECT_EQ(reader->read(LOOP_IN, 1024).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, answerOfWholePacketsInMoreRoom_endsWithOneTransfer)
+{
+    ReaderOnUsb reader;
+    reader->write(LOOP_OUT, QByteArray(1024, 'x'));
+    EXPECT_EQ(reader->read(LOOP_IN, 1025).count, 1024);
+    EXPECT_EQ(reader->read(LOOP_IN, 1025).status, UsbStatus::Pending);
+}
+
+TEST(VirtualReader, unplugged_answersNothingUntilItIsPluggedInAsNew)
+{
+    ReaderOnUsb reader;
+    reader.selectCard();
+    reader->write(OUT_ENDPOINT, frames::read());
+    reader->unplug();
+    EXPECT_FALSE(reader->isPluggedIn());
+    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::Unplugged);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Unplugged);
+    reader->plugIn();
+    EXPECT_TRUE(reader->isPluggedIn());
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+}
+
+TEST(VirtualReader, withoutFaults_nothingStandsInTheWay)
+{
+    ReaderOnUsb reader;
+    EXPECT_TRUE(reader->isPluggedIn());
+    EXPECT_FALSE(reader->failsToOpen());
+    EXPECT_FALSE(reader->deniesAccess());
+    EXPECT_FALSE(reader->isClaimedElsewhere());
+    EXPECT_FALSE(reader->refusesReset());
+}
+
+TEST(VirtualReader, descriptors_tellAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
+{
+    const VirtualReader reader(CardSlot(), UsbIds{0x1234, 0xABCD});
+    EXPECT_EQ(reader.descriptors().toHex(),
+              frames::hex("12 01 00 02 00 00 00 40 34 12 CD AB 00 01 00 00 00 01"
+                          "09 02 2E 00 01 01 00 80 32"
+                          "09 04 00 00 04 FF 00 00 00"
+                          "07 05 02 02 00 02 00"
+                          "07 05 81 02 00 02 00"
+                          "07 05 06 02 00 02 00"
+                          "07 05 85 02 00 02 00")
+                  .toHex());
+}
