@@ -2,11 +2,15 @@
 
 #include <string>
 
+#include <QString>
+
 #include "common/export.h"
 
 /**
- * Text conversion helpers. Card text is UCS-2, little-endian: two bytes a character, low byte
- * first. All of them are re-entrant and keep no state; none reports an error.
+ * Helpers for card text, for pixels and for files. All of them are re-entrant and keep no state.
+ *
+ * Card text is UCS-2, little-endian: two bytes a character, low byte first. The text helpers report
+ * no error; the file helpers write to Qt's log what went wrong.
  */
 class IDCARD_READER_EXPORT CCommon
 {
@@ -44,4 +48,38 @@ public:
      */
     static void iconv_ex(const char *fromcode, char *inbuf, int inlen, const char *tocode,
                          char *outbuf, int outlen);
+
+    /**
+     * Turns bare pixel rows into the rows of a BMP file: `width` x `height` pixels of three bytes
+     * at `src` (`srcLen` bytes), whose first and third bytes are exchanged, into rows at `dst` that
+     * begin at multiples of four bytes. The rows keep their order.
+     *
+     * `dstLen` is the capacity of `dst`, all of which is zeroed, and receives the number of bytes
+     * that the rows take. Returns 0; -1 when `srcLen` is not the size of such a picture (a negative
+     * width or height is none); -2 when the capacity is too small. On failure nothing is written.
+     *
+     * The padding of a row holds the beginning of the next row's first pixel, as it always did.
+     * After the last row that pixel is the three bytes that follow the source, so these must be
+     * readable, and it may end beyond the rows: `dst` must have one byte more than the rows take,
+     * whatever the capacity says. What lies further is written only inside the capacity. A picture
+     * without pixels has no such bytes.
+     */
+    static int Bgr2Bmp(unsigned char *dst, int &dstLen, const unsigned char *src, int srcLen,
+                       int width, int height);
+
+    /**
+     * Writes `len` bytes at `data` (none when `len` is 0 or less) to the file `path`, replacing its
+     * content. A file that did not exist is made readable for its owner only: what cards hold is
+     * personal. Logs the outcome and reports nothing.
+     */
+    static void saveByteDataToFile(unsigned char *data, int len, QString path);
+
+    /** Whether there is a file (or folder) `path`. */
+    static bool fileExist(QString path);
+
+    /** Renames a file. Returns false and logs when that fails; an existing `to` makes it fail. */
+    static bool fileRename(QString from, QString to);
+
+    /** Removes a file. Returns false when that fails or, without a word, when there is none. */
+    static bool fileRemove(QString path);
 };

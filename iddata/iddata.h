@@ -42,10 +42,13 @@ public:
     ~CIdData();
 
     /**
-     * Converts the text of `len` bytes (at most 129, or the process ends) at `byData` + `offset` to
-     * UTF-8, into `out`, which has room for `outLen` bytes. Text that is too long is cut after the
-     * last whole character that fits. A terminating zero follows where there is room for it, so
-     * hand in a buffer filled with zeros. Null pointers: nothing is done.
+     * Converts the text of `len` bytes at `byData` + `offset` to UTF-8, into `out`, which has room
+     * for `outLen` bytes (0 or less: nothing is written). The text is read low byte first whatever
+     * it begins with, and ends before a surrogate that has no partner. Text that is too long is cut
+     * after the last whole character that fits. A terminating zero follows where there is room for
+     * it, so hand in a buffer filled with zeros. Null pointers: nothing is done.
+     *
+     * A `len` below 0 or above 129 is an error of the calling program and aborts the process.
      */
     void DecodeIDBase(unsigned char *byData, int offset, int len, char *out, int outLen);
 
@@ -91,16 +94,16 @@ public:
 
     /**
      * Decodes the photo block of 1024 bytes at `byWlt` into `byBmp`, a BMP file of 38862 bytes
-     * (102 x 126 pixels of 24 bits). A photo that cannot be decoded, or a missing photo decoder, is
-     * logged and leaves `byBmp` alone.
+     * (102 x 126 pixels of 24 bits; the padding of the rows as `CCommon::Bgr2Bmp` makes it). A
+     * photo that cannot be decoded, a missing photo decoder or a null pointer is logged and leaves
+     * `byBmp` alone.
      */
     void parseIDHeadImage(unsigned char *byWlt, unsigned char *byBmp);
 
     /**
      * Writes the fingerprint block at `byFp`, 512 or 1024 bytes by `fpInfo`, to the file
      * "fp_raw_data.dat" in the current directory, replacing an earlier one; without fingerprints
-     * nothing is written. Failures are only logged. The file gets the process's default
-     * permissions; it is personal data.
+     * nothing is written. Failures are only logged. A new file is readable for its owner only.
      */
     void saveFpRawDataToFile(FP_INFO_TYPE fpInfo, unsigned char *byFp);
 
