@@ -31,6 +31,8 @@ QString kindLetter(const CardDescription & /*card*/)
 constexpr std::size_t KIND_LETTER_OFFSET = 248;
 constexpr std::size_t KIND_LETTER_SIZE = 2;
 
+// A table of the chip's own: the decoder of the library has another, so that a slip in either shows
+// when the one reads what the other wrote.
 constexpr TextField FIELDS[] = {
     {CN, 0, 30, from<&Card::name>},
     {CN, 30, 2, from<&Card::sex>},

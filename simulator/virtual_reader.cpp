@@ -192,12 +192,13 @@ UsbTransfer VirtualReader::writeExchange(UsbExchange exchange, const QByteArray 
         return taken(UsbStatus::Unplugged, 0);
     }
     const ExchangeFaults &ofExchange = faults.of(exchange);
+    if (ofExchange.commandMissing) {
+        return taken(UsbStatus::Pending, 0);
+    }
     UsbTransfer transfer = taken(UsbStatus::Done, bytes.size());
     if (faults.unpluggedDuring == commandNumber(exchange)) {
         unplug();
         transfer = taken(UsbStatus::Unplugged, bytes.size() / 2);
-    } else if (ofExchange.commandMissing) {
-        transfer = taken(UsbStatus::Pending, 0);
     } else if (ofExchange.commandStalled) {
         transfer = taken(UsbStatus::Stalled, 0);
     } else if (ofExchange.commandBroken) {

@@ -234,6 +234,19 @@ TEST(Description, wrongFault_isRefusedWithTheVocabulary)
                            "open-fails=N, no-card or no-card=N, "));
 }
 
+TEST(Description, faultsOfAReaderOnUsb_areReadAndCheckedAsAllOthers)
+{
+    const CardDescription card =
+        accepted(withKey("resident", "faults",
+                         QJsonArray{QStringLiteral("select-answer-replaced=00ff"),
+                                    QStringLiteral("unplugged-before=3")}));
+    EXPECT_EQ(card.faults.of(UsbExchange::Select).answerReplaced, QByteArray("\x00\xFF", 2));
+    EXPECT_EQ(card.faults.unpluggedBefore, 3);
+    EXPECT_EQ(refusalOf("resident", "faults", QJsonArray{QStringLiteral("read-answer-cut=x")}),
+              "my.json: \"faults\": fault \"read-answer-cut=x\" is not of the form "
+              "read-answer-cut=N: only the first N bytes of the answer come (0 to 4095)");
+}
+
 TEST(Description, brokenJson_isRefusedWithLineAndColumn)
 {
     EXPECT_THAT(refusal("{\n  \"kind\": resident\n}"), StartsWith("my.json: line 2, column "));

@@ -53,6 +53,123 @@ TEST(Faults, everyFault_isReadInOneList)
     EXPECT_TRUE(faults.cardRemoved);
 }
 
+TEST(Faults, everyFaultOfAReaderOnUsb_isReadInOneList)
+{
+    const Faults faults =
+        parsed("unplugged,unplugged-before=1,unplugged-during=6,permission-denied,"
+               "claimed-elsewhere,reset-refused,select-answer-replaced=00ff,lookup-answer-cut=8,"
+               "lookup-answer-corrupted=4095,read-answer-delayed=60000,lookup-answer-missing,"
+               "lookup-answer-stalled,lookup-answer-broken,lookup-answer-too-long,"
+               "lookup-command-stalled,lookup-command-broken,lookup-command-cut=9,"
+               "lookup-command-missing,read-command-delayed=0");
+    EXPECT_TRUE(faults.unplugged);
+    EXPECT_EQ(faults.unpluggedBefore, 1);
+    EXPECT_EQ(faults.unpluggedDuring, 6);
+    EXPECT_TRUE(faults.permissionDenied);
+    EXPECT_TRUE(faults.claimedElsewhere);
+    EXPECT_TRUE(faults.resetRefused);
+    const ExchangeFaults &lookup = faults.of(UsbExchange::Lookup);
+    EXPECT_EQ(lookup.answerCut, 8);
+    EXPECT_EQ(lookup.answerCorrupted, 4095);
+    EXPECT_TRUE(lookup.answerMissing);
+    EXPECT_TRUE(lookup.answerStalled);
+    EXPECT_TRUE(lookup.answerBroken);
+    EXPECT_TRUE(lookup.answerTooLong);
+    EXPECT_TRUE(lookup.commandStalled);
+    EXPECT_TRUE(lookup.commandBroken);
+    EXPECT_EQ(lookup.commandCut, 9);
+    EXPECT_TRUE(lookup.commandMissing);
+    EXPECT_EQ(faults.of(UsbExchange::Select).answerReplaced, QByteArray("\x00\xFF", 2));
+    EXPECT_EQ(faults.of(UsbExchange::Read).answerDelayed, 60000);
+    EXPECT_EQ(faults.of(UsbExchange::Read).commandDelayed, 0);
+}
+
+TEST(Faults, faultOfAnExchange_isThatOfNoOther)
+{
+    for (const char *exchange : {"lookup", "select", "read"}) {
+        const Faults faults = parsed((std::string(exchange) + "-answer-cut=5").c_str());
+        for (const UsbExchange other :
+             {UsbExchange::Lookup, UsbExchange::Select, UsbExchange::Read}) {
+            EXPECT_EQ(faults.of(other).answerCut.has_value(),
+                      exchangeName(other) == QLatin1String(exchange));
+        }
+    }
+}
+
+TEST(Faults, everyWordOfTheVocabulary_isReadForEveryExchange)
+{
+    for (const FaultRule &rule : faultRules()) {
+        for (const char *exchange : {"lookup-", "select-", "read-"}) {
+            std::string word = isExchangeFault(rule) ? exchange : "";
+            word += rule.name;
+            word += rule.argument == FaultArgument::Number ? "=1" : "";
+            word += rule.argument == FaultArgument::Bytes ? "=01" : "";
+            EXPECT_TRUE(isFaultSet(parsed(word.c_str()), rule)) << word;
+        }
+    }
+}
+
+TEST(Faults, makersFaults_areTheFirstAndHaveNoExchange)
+{
+    const FaultRuleList makers = makersFaultRules();
+    EXPECT_EQ(makers.begin(), faultRules().begin());
+    EXPECT_EQ(makers.end() - makers.begin(), 9);
+    for (const FaultRule &rule : makers)
+        EXPECT_FALSE(isExchangeFault(rule)) << rule.name;
+    EXPECT_STREQ(makers.end()->name, "unplugged");
+}
+
+TEST(Faults, mostBytes_areTaken)
+{
+    const std::string digits(8192, 'a');
+    EXPECT_EQ(
+        parsed(("read-answer-replaced=" + digits).c_str()).of(UsbExchange::Read).answerReplaced,
+        QByteArray(4096, '\xAA'));
+}
+
+TEST(Faults, wrongBytes_areRefusedWithFormAndMeaning)
+{
+    const std::string tooMany(8194, 'a');
+    for (const std::string &digits :
+         {std::string(), std::string("="), std::string("=0"), std::string("=001"),
+          std::string("=0g"), std::string("=00 11"), std::string("=0x00"), "=" + tooMany}) {
+        EXPECT_THAT(refusal(("select-answer-replaced" + digits).c_str()),
+                    HasSubstr("\" is not of the form select-answer-replaced=HEX: other bytes come, "
+                              "two hexadecimal digits each, at most 4096"));
+    }
+}
+
+TEST(Faults, exchangeFaultWithoutItsExchange_isNotKnown)
+{
+    for (const char *text : {"answer-missing", "E-answer-missing", "close-answer-missing",
+                             "-answer-missing", "lookupanswer-missing", "lookup-unplugged"})
+        EXPECT_THAT(refusal(text), HasSubstr("is not known"));
+}
+
+TEST(Faults, unknownFault_tellsWhatStandsForTheExchanges)
+{
+    EXPECT_THAT(refusal("lookup"), testing::EndsWith("(E: lookup, select or read)"));
+}
+
+TEST(Faults, exchangeFaultGivenTwice_isRefusedWithItsExchange)
+{
+    EXPECT_EQ(refusal("read-answer-cut=1,lookup-answer-cut=1,read-answer-cut=2"),
+              "fault \"read-answer-cut\" is given twice");
+}
+
+TEST(Faults, overlaid_replacesFaultsOfEachExchangeAlone)
+{
+    const Faults faults = overlaidFaults(
+        parsed("lookup-answer-cut=1,read-answer-cut=2,read-answer-replaced=AA,unplugged-before=1"),
+        parsed("read-answer-cut=3,select-answer-missing,unplugged-before=2"));
+    EXPECT_EQ(faults.of(UsbExchange::Lookup).answerCut, 1);
+    EXPECT_EQ(faults.of(UsbExchange::Read).answerCut, 3);
+    EXPECT_EQ(faults.of(UsbExchange::Read).answerReplaced, QByteArray("\xAA"));
+    EXPECT_TRUE(faults.of(UsbExchange::Select).answerMissing);
+    EXPECT_FALSE(faults.of(UsbExchange::Lookup).answerMissing);
+    EXPECT_EQ(faults.unpluggedBefore, 2);
+}
+
 TEST(Faults, numberLeftOut_takesTheFaultsOwn)
 {
     EXPECT_EQ(parsed("no-card").noCard, EVERY_TIME);
@@ -71,14 +188,44 @@ TEST(Faults, numbersAtTheirLimits_areTaken)
 
 TEST(Faults, wrongNumber_isRefusedWithFormAndMeaning)
 {
-    for (const char *text :
-         {"open-fails",         "open-fails=144",         "open-fails=",
-          "open-fails=x",       "open-fails=99999999999", "no-card=-1",
-          "no-card=",           "transient-failures",     "transient-failures=-1",
-          "read-fails=144",     "read-fails=65",          "delay-ms=60001",
-          "delay-ms=-1",        "delay-ms=1.5",           "photo-undecodable=1",
-          "photo-length=38863", "photo-length=-1",        "unknown-kind=1",
-          "unknown-kind=4",     "card-removed=",          "card-removed=0"}) {
+    for (const char *text : {"open-fails",
+                             "open-fails=144",
+                             "open-fails=",
+                             "open-fails=x",
+                             "open-fails=99999999999",
+                             "no-card=-1",
+                             "no-card=",
+                             "transient-failures",
+                             "transient-failures=-1",
+                             "read-fails=144",
+                             "read-fails=65",
+                             "delay-ms=60001",
+                             "delay-ms=-1",
+                             "delay-ms=1.5",
+                             "photo-undecodable=1",
+                             "photo-length=38863",
+                             "photo-length=-1",
+                             "unknown-kind=1",
+                             "unknown-kind=4",
+                             "card-removed=",
+                             "card-removed=0",
+                             "unplugged=1",
+                             "unplugged-before",
+                             "unplugged-before=0",
+                             "unplugged-before=7",
+                             "unplugged-during=0",
+                             "unplugged-during=7",
+                             "permission-denied=",
+                             "reset-refused=1",
+                             "lookup-answer-cut",
+                             "lookup-answer-cut=-1",
+                             "lookup-answer-cut=4096",
+                             "select-answer-corrupted=4096",
+                             "read-answer-delayed=60001",
+                             "read-answer-missing=1",
+                             "read-answer-too-long=",
+                             "lookup-command-cut=10",
+                             "select-command-delayed=60001"}) {
         EXPECT_THAT(refusal(text),
                     StartsWith(std::string("fault \"") + text + "\" is not of the form " +
                                std::string(text).substr(0, 5)));

@@ -230,3 +230,10 @@ TEST_F(ReaderFaults, cardRemoved_failsASecondReadWithoutFind)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
+
+TEST_F(ReaderFaults, faultsOfAReaderOnUsb_areIgnored)
+{
+    set("unplugged,unplugged-before=1,permission-denied,claimed-elsewhere,reset-refused,"
+        "lookup-answer-missing,select-answer-replaced=00,read-answer-cut=3,read-command-stalled");
+    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}

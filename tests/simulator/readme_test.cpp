@@ -6,21 +6,26 @@
 
 #include "simulator/card_library.h"
 #include "simulator/description_keys.h"
+#include "simulator/virtual_reader.h"
 
 using namespace simulator;
 
 namespace
 {
 
-// The rows of all tables, each as its cells.
-QList<QStringList> tableRows()
+// The rows of all tables under a heading, each as its cells.
+QList<QStringList> tableRows(const QString &heading)
 {
     QList<QStringList> rows;
     QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/README.md"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    QString under;
     for (const QString &line : lines) {
-        if (line.startsWith(QLatin1String("| "))) {
+        if (line.startsWith(QLatin1Char('#'))) {
+            under = line;
+        }
+        if (under == heading && line.startsWith(QLatin1String("| "))) {
             QStringList cells = line.mid(1, line.size() - 2).split(QLatin1Char('|'));
             for (QString &cell : cells) {
                 cell = cell.trimmed();
@@ -31,9 +36,9 @@ QList<QStringList> tableRows()
     return rows;
 }
 
-QStringList rowOf(const QString &firstCell)
+QStringList rowOf(const QString &firstCell, const char *heading)
 {
-    for (const QStringList &row : tableRows()) {
+    for (const QStringList &row : tableRows(QLatin1String(heading))) {
         if (row.first() == firstCell) {
             return row;
         }
@@ -59,6 +64,12 @@ QString usedAs(const KeyRule &rule)
     return QStringLiteral("-");
 }
 
+// How the first cell of a fault's row shows it.
+QString shownUsage(const FaultRule &rule)
+{
+    return code(faultUsage(rule)).replace(QStringLiteral(" or "), QStringLiteral("` or `"));
+}
+
 } // namespace
 
 TEST(Readme, builtInCards_standThereWithTheirTitles)
@@ -67,14 +78,14 @@ TEST(Readme, builtInCards_standThereWithTheirTitles)
         DescriptionError error;
         const auto card = loadCard(name, &error);
         ASSERT_TRUE(card) << error.message().toStdString();
-        EXPECT_EQ(rowOf(code(name)), (QStringList{code(name), card->title}));
+        EXPECT_EQ(rowOf(code(name), "## Built-in cards"), (QStringList{code(name), card->title}));
     }
 }
 
 TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
 {
     for (const TextKey &key : textKeys()) {
-        const QStringList row = rowOf(code(QLatin1String(key.name)));
+        const QStringList row = rowOf(code(QLatin1String(key.name)), "## Card descriptions");
         ASSERT_EQ(row.size(), 6) << key.name;
         for (int kind = 0; kind < CARD_KIND_COUNT; ++kind) {
             EXPECT_EQ(row.at(1 + kind).toStdString(),
@@ -87,10 +98,29 @@ TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
 TEST(Readme, faults_standThereWithTheirMeanings)
 {
     for (const FaultRule &rule : makersFaultRules()) {
-        const QString usage = faultUsage(rule);
-        const QString shown = code(usage).replace(QStringLiteral(" or "), QStringLiteral("` or `"));
-        const QStringList row = rowOf(shown);
+        const QStringList row = rowOf(shownUsage(rule), "## Faults");
         ASSERT_EQ(row.size(), 2) << rule.name;
         EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning))) << rule.name;
+    }
+}
+
+TEST(Readme, faultsOfAReaderOnUsb_standThereWithTheirMeanings)
+{
+    for (const FaultRule &rule : faultRules()) {
+        const QStringList row = rowOf(shownUsage(rule), "### Faults of the reader on USB");
+        ASSERT_EQ(row.size(), 2) << rule.name;
+        EXPECT_TRUE(row.at(1).startsWith(usbFaultMeaning(rule))) << rule.name;
+    }
+}
+
+TEST(Readme, refusalsOfTheReaderOnUsb_standThere)
+{
+    for (const UsbRefusal refusal :
+         {UsbRefusal::NoCard, UsbRefusal::MalformedCommand, UsbRefusal::UnknownCommand,
+          UsbRefusal::OutOfOrder, UsbRefusal::CardNotRead}) {
+        const QString status = QStringLiteral("`00 00 %1`")
+                                   .arg(static_cast<int>(refusal), 2, 16, QLatin1Char('0'))
+                                   .toUpper();
+        EXPECT_EQ(rowOf(status, "## The reader on USB").size(), 2) << status.toStdString();
     }
 }

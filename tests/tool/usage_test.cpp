@@ -141,6 +141,15 @@ TEST(Help, ListsTheFaultsOfTheSimulator)
         EXPECT_THAT(help, HasSubstr(fault));
 }
 
+TEST(Help, LeavesOutTheFaultsOfAReaderOnUsb)
+{
+    for (const char *command : {"read", "watch"}) {
+        const std::string help = runTool({command, "--help"}).standardOutput.toStdString();
+        for (const char *fault : {"unplugged", "answer-", "reset-refused"})
+            EXPECT_THAT(help, testing::Not(HasSubstr(fault))) << command;
+    }
+}
+
 TEST(Help, NeedsNoDisplay)
 {
     ProcessInput input;

@@ -1,0 +1,246 @@
+// The chip's text block of every built-in card against its description file, byte by byte, and the
+// answer of a read around it.
+
+#include <map>
+
+#include <gmock/gmock.h>
+
+#include "simulator/card_library.h"
+#include "simulator/card_media.h"
+#include "simulator/photo_codec.h"
+#include "simulator/raw_record.h"
+#include "tests/simulator/card_files.h"
+
+using namespace simulator;
+
+namespace
+{
+
+constexpr int TEXT_SIZE = 256;
+
+// Where the block has the text of a key.
+struct Place {
+    const char *key;
+    int offset;
+    int size;
+};
+
+struct Layout {
+    std::vector<Place> places;
+    char kindLetter;
+};
+
+const Layout &layoutOf(const std::string &kind)
+{
+    static const std::map<std::string, Layout> table = {
+        {"resident",
+         {{{"name", 0, 30},
+           {"sex", 30, 2},
+           {"ethnicGroup", 32, 4},
+           {"birthDate", 36, 16},
+           {"address", 52, 70},
+           {"idNumber", 122, 36},
+           {"issuingAuthority", 158, 30},
+           {"validFrom", 188, 16},
+           {"validTo", 204, 16}},
+          ' '}},
+        {"hmt",
+         {{{"name", 0, 30},
+           {"sex", 30, 2},
+           {"birthDate", 36, 16},
+           {"address", 52, 70},
+           {"idNumber", 122, 36},
+           {"issuingAuthority", 158, 30},
+           {"validFrom", 188, 16},
+           {"validTo", 204, 16},
+           {"travelPermitNumber", 220, 18},
+           {"issueCount", 238, 4}},
+          'J'}},
+        {"foreign-2017",
+         {{{"englishName", 0, 120},
+           {"sex", 120, 2},
+           {"idNumber", 122, 30},
+           {"nationality", 152, 6},
+           {"chineseName", 158, 30},
+           {"validFrom", 188, 16},
+           {"validTo", 204, 16},
+           {"birthDate", 220, 16},
+           {"cardVersion", 236, 4},
+           {"authorityCode", 240, 8}},
+          'I'}},
+        {"foreign-new",
+         {{{"chineseName", 0, 30},
+           {"sex", 30, 2},
+           {"cardExtra", 32, 4},
+           {"birthDate", 36, 16},
+           {"englishName", 52, 70},
+           {"idNumber", 122, 36},
+           {"validFrom", 188, 16},
+           {"validTo", 204, 16},
+           {"nationality", 242, 6}},
+          'Y'}},
+    };
+    return table.at(kind);
+}
+
+// The whole block as the description asks for it: spaces, the texts, the kind letter.
+QByteArray expectedBlock(const QJsonObject &card)
+{
+    QByteArray block;
+    while (block.size() < TEXT_SIZE)
+        block.append("\x20\x00", 2);
+    const Layout &layout = layoutOf(card.value(QStringLiteral("kind")).toString().toStdString());
+    for (const Place &place : layout.places) {
+        const QString text = card.value(QLatin1String(place.key)).toString();
+        EXPECT_LE(text.size(), place.size / 2) << place.key;
+        for (int i = 0; i < text.size(); ++i) {
+            const unsigned int unit = text.at(i).unicode();
+            block[place.offset + 2 * i] = static_cast<char>(unit & 0xFFU);
+            block[place.offset + 2 * i + 1] = static_cast<char>(unit >> 8);
+        }
+    }
+    block[248] = layout.kindLetter;
+    return block;
+}
+
+CardDescription builtIn(const std::string &name)
+{
+    DescriptionError error;
+    const auto card = loadCard(QString::fromStdString(name), &error);
+    EXPECT_TRUE(card) << error.message().toStdString();
+    return card.value_or(CardDescription());
+}
+
+int twoBytes(const QByteArray &bytes, int offset)
+{
+    return static_cast<unsigned char>(bytes.at(offset)) * 256 +
+           static_cast<unsigned char>(bytes.at(offset + 1));
+}
+
+class RawRecord : public testing::TestWithParam<std::string>
+{
+};
+
+std::vector<std::string> cardNames()
+{
+    std::vector<std::string> names;
+    for (const QString &name : sourceCardNames())
+        names.push_back(name.toStdString());
+    return names;
+}
+
+std::string testName(const testing::TestParamInfo<std::string> &test)
+{
+    std::string name = test.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+}
+
+} // namespace
+
+TEST_P(RawRecord, textOfBuiltInCard_isTheDescriptionFieldByField)
+{
+    const QByteArray block = textBlock(builtIn(GetParam()));
+    const QByteArray expected = expectedBlock(sourceCard(QString::fromStdString(GetParam())));
+    ASSERT_EQ(block.size(), TEXT_SIZE);
+    for (int i = 0; i < TEXT_SIZE; ++i)
+        ASSERT_EQ(block.at(i), expected.at(i)) << "at offset " << i;
+}
+
+TEST_P(RawRecord, answerOfBuiltInCard_hasItsBlocksInARightFrame)
+{
+    const CardDescription card = builtIn(GetParam());
+    const QByteArray answer = readAnswer(card, {});
+    const int prints = 512 * card.fingerprints;
+    ASSERT_EQ(answer.size(), 1297 + prints);
+    EXPECT_EQ(answer.left(5).toHex(), "aaaaaa9669");
+    EXPECT_EQ(twoBytes(answer, 5), answer.size() - 7);
+    EXPECT_EQ(answer.mid(7, 7).toHex(), "00009001000400");
+    EXPECT_EQ(twoBytes(answer, 14), prints);
+    EXPECT_EQ(answer.mid(16, 256), textBlock(card));
+    EXPECT_EQ(answer.mid(272, 1024), compressedPhoto(card));
+    EXPECT_EQ(answer.mid(1296, prints), fingerprintTemplates(card));
+    char sum = 0;
+    for (int i = 5; i < answer.size(); ++i)
+        sum = static_cast<char>(sum ^ answer.at(i));
+    EXPECT_EQ(sum, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(cardNames()), testName);
+
+TEST(RawRecordText, fieldsThatNoOtherRecordHas_standThere)
+{
+    CardDescription card;
+    card.kind = CardKind::Foreign2017;
+    card.cardVersion = QStringLiteral("02");
+    card.authorityCode = QStringLiteral("1500");
+    EXPECT_EQ(textBlock(card).mid(236, 14), QByteArray("0\0002\0001\0005\0000\0000\000I\000", 14));
+    card.kind = CardKind::Hmt;
+    card.travelPermitNumber = QStringLiteral("H12345678");
+    card.issueCount = QStringLiteral("07");
+    EXPECT_EQ(textBlock(card).mid(220, 22),
+              QByteArray("H\0001\0002\0003\0004\0005\0006\0007\0008\0000\0007\000", 22));
+}
+
+TEST(RawRecordText, chineseCharacter_standsLowByteFirst)
+{
+    CardDescription card;
+    card.name = QString::fromUtf8("汉");
+    EXPECT_EQ(textBlock(card).left(4), QByteArray("\x49\x6C\x20\x00", 4));
+}
+
+TEST(RawRecordText, textLongerThanItsField_isCutAndLeavesTheNextFieldAlone)
+{
+    CardDescription card;
+    card.name = QString(16, QLatin1Char('x'));
+    card.sex = QStringLiteral("1");
+    EXPECT_EQ(textBlock(card).mid(28, 6), QByteArray("x\0001\000 \000", 6));
+}
+
+TEST(RawRecordText, paddingOfTheMakersRecord_doesNotCount)
+{
+    CardDescription card;
+    card.padding = Padding::Zeros;
+    EXPECT_EQ(textBlock(card).left(4), QByteArray(" \000 \000", 4));
+}
+
+TEST(RawRecordAnswer, numberOfFingerprints_decidesTheSize)
+{
+    EXPECT_EQ(readAnswer(builtIn("resident-no-fingerprint"), {}).size(), 1297);
+    EXPECT_EQ(readAnswer(builtIn("resident-one-fingerprint"), {}).size(), 1809);
+    EXPECT_EQ(readAnswer(builtIn("resident"), {}).size(), 2321);
+    EXPECT_EQ(readAnswer(builtIn("hmt-macao"), {}).size(), 1297);
+}
+
+TEST(RawRecordAnswer, unknownKind_hasALetterThatNoDocumentHas)
+{
+    Faults faults;
+    faults.unknownKind = 9;
+    for (const char *name : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
+        const QByteArray letter = readAnswer(builtIn(name), faults).mid(16 + 248, 2);
+        EXPECT_EQ(letter, QByteArray("?\0", 2)) << name;
+    }
+}
+
+TEST(RawRecordAnswer, photoLength_isOnlyTold)
+{
+    for (const int length : {0, 500, 1023, 38862}) {
+        Faults faults;
+        faults.photoLength = length;
+        const QByteArray answer = readAnswer(builtIn("resident"), faults);
+        EXPECT_EQ(answer.size(), 2321);
+        EXPECT_EQ(twoBytes(answer, 5), 2321 - 7);
+        EXPECT_EQ(twoBytes(answer, 12), length);
+    }
+}
+
+TEST(RawRecordAnswer, undecodablePhoto_isOfUsualLengthAndDoesNotDecode)
+{
+    Faults faults;
+    const auto decodes = [&faults] {
+        return decompressPhoto(readAnswer(builtIn("resident"), faults).mid(272, 1024)).has_value();
+    };
+    EXPECT_TRUE(decodes());
+    faults.photoUndecodable = 1;
+    EXPECT_FALSE(decodes());
+}
