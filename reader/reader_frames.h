@@ -7,9 +7,14 @@
 #include <array>
 
 #include "common/card_records.h"
+#include "common/fp_info_type.h"
 
 namespace reader_frames
 {
+
+/** Bulk endpoints of interface 0: commands go out by one, answers come in by the other. */
+constexpr unsigned char COMMAND_PIPE = 0x02;
+constexpr unsigned char ANSWER_PIPE = 0x81;
 
 constexpr std::array<unsigned char, 5> PREAMBLE = {0xAA, 0xAA, 0xAA, 0x96, 0x69};
 constexpr int LENGTH_OFFSET = 5;
@@ -46,6 +51,17 @@ constexpr int READ_ANSWER_SIZE_NO_PRINT = PRINTS_OFFSET + CHECKSUM_SIZE;
 constexpr int READ_ANSWER_SIZE_ONE_PRINT = READ_ANSWER_SIZE_NO_PRINT + PRINT_SIZE;
 constexpr int READ_ANSWER_SIZE_TWO_PRINTS = READ_ANSWER_SIZE_ONE_PRINT + PRINT_SIZE;
 constexpr int READ_ANSWER_MAX_SIZE = READ_ANSWER_SIZE_TWO_PRINTS;
+
+/** What the size of a read answer says about its fingerprints. */
+struct ReadAnswerSize {
+    int size;
+    FP_INFO_TYPE prints;
+};
+constexpr std::array<ReadAnswerSize, 3> READ_ANSWER_SIZES = {{
+    {READ_ANSWER_SIZE_TWO_PRINTS, FP_INFO_TWO},
+    {READ_ANSWER_SIZE_ONE_PRINT, FP_INFO_ONE},
+    {READ_ANSWER_SIZE_NO_PRINT, FP_INFO_NONE},
+}};
 static_assert(READ_ANSWER_SIZE_NO_PRINT == 1297);
 static_assert(READ_ANSWER_SIZE_ONE_PRINT == 1809);
 static_assert(READ_ANSWER_SIZE_TWO_PRINTS == 2321);

@@ -18,8 +18,6 @@ namespace
 
 using namespace reader_frames;
 
-constexpr unsigned char COMMAND_PIPE = 0x02;
-constexpr unsigned char ANSWER_PIPE = 0x81;
 constexpr unsigned char BLOCK_OUT_PIPE = 0x06;
 constexpr unsigned char BLOCK_IN_PIPE = 0x85;
 
@@ -128,24 +126,12 @@ USB_READER_CODE run(libusb_device_handle *handle, const FixedExchange &exchange)
     return USB_READER_OK;
 }
 
-/** What the length of a read answer says about its fingerprints. */
-struct DataLength {
-    int size;
-    FP_INFO_TYPE prints;
-};
-
-constexpr std::array<DataLength, 3> DATA_LENGTHS = {{
-    {READ_ANSWER_SIZE_TWO_PRINTS, FP_INFO_TWO},
-    {READ_ANSWER_SIZE_ONE_PRINT, FP_INFO_ONE},
-    {READ_ANSWER_SIZE_NO_PRINT, FP_INFO_NONE},
-}};
-
-const DataLength *findDataLength(int size)
+const ReadAnswerSize *findAnswerSize(int size)
 {
     const auto *const row =
-        std::find_if(DATA_LENGTHS.begin(), DATA_LENGTHS.end(),
-                     [size](const DataLength &known) { return known.size == size; });
-    return row == DATA_LENGTHS.end() ? nullptr : row;
+        std::find_if(READ_ANSWER_SIZES.begin(), READ_ANSWER_SIZES.end(),
+                     [size](const ReadAnswerSize &known) { return known.size == size; });
+    return row == READ_ANSWER_SIZES.end() ? nullptr : row;
 }
 
 bool isPrintLength(int length)
@@ -158,7 +144,7 @@ int bigEndian(const unsigned char *bytes)
     return bytes[0] * 256 + bytes[1];
 }
 
-/** Checks an answer of one of the `DATA_LENGTHS`. */
+/** Checks an answer of one of the `READ_ANSWER_SIZES`. */
 USB_READER_CODE checkData(const unsigned char *answer, int size)
 {
     if (!std::equal(PREAMBLE.begin(), PREAMBLE.end(), answer)) {
@@ -235,8 +221,8 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
         m_lastError = USB_READER_DATA_READ_FAILED;
         return false;
     }
-    const DataLength *const length = findDataLength(transfer.count);
-    if (length == nullptr) {
+    const ReadAnswerSize *const known = findAnswerSize(transfer.count);
+    if (known == nullptr) {
         const bool hasStatusOnly = transfer.count == STATUS_ONLY_ANSWER_SIZE;
         qDebug(hasStatusOnly ? "total length(%d), no card data for reading!"
                              : "total length(%d) invalid!",
@@ -250,7 +236,7 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
         return false;
     out.clear();
     out.append(reinterpret_cast<const char *>(answer.data()), transfer.count);
-    fp = length->prints;
+    fp = known->prints;
     qDebug("fetch data success, outbuf size=%d", out.size());
     return true;
 }
