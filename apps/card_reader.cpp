@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "api/idcard_reader_api.h"
+#include "apps/explanation.h"
 #include "apps/interruption.h"
-#include "apps/text_layout.h"
 
 namespace app
 {
@@ -14,18 +14,6 @@ namespace
 
 // No `IDCARD_KIND`: it stays when the call returns 0 without filling a record.
 constexpr unsigned int NO_KIND = 99;
-
-// A terminal is 80 columns wide, and the first line comes after the program's name.
-constexpr int MESSAGE_WIDTH = 79;
-constexpr int FIRST_LINE_WIDTH = 64;
-
-QString paragraph(const char *heading, const char *text)
-{
-    constexpr int INDENT = 4;
-    return QStringLiteral("  ") +
-           wrapped(QLatin1String(heading) + QLatin1Char(' ') + QString::fromUtf8(text),
-                   MESSAGE_WIDTH - INDENT, INDENT);
-}
 
 /** The JPEG file in a base64 text of the library; null when the text is empty. */
 QByteArray jpegFile(const std::string &base64)
@@ -67,11 +55,7 @@ QString explain(const ReadOutcome &outcome)
                               "Install the program and the library of the same version.")
             .arg(outcome.code);
     }
-    const QString code =
-        QStringLiteral("  Code: %1 (%2)").arg(entry->code).arg(QLatin1String(entry->constant));
-    return QStringList{wrapped(QString::fromUtf8(entry->summary), FIRST_LINE_WIDTH, 2), code,
-                       paragraph("Cause:", entry->cause), paragraph("What to do:", entry->remedy)}
-        .join(QLatin1Char('\n'));
+    return explanation(*entry);
 }
 
 } // namespace app

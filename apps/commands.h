@@ -20,8 +20,10 @@ ExitStatus runWatch(const Options &options, Output *output);
 /** Needs a QGuiApplication. */
 ExitStatus runRender(const Options &options, Output *output);
 
-/** Needs a QCoreApplication. */
+/** Needs a QCoreApplication, as do the next two. */
 ExitStatus runCards(const Options &options, Output *output);
+ExitStatus runUsb(const Options &options, Output *output);
+ExitStatus runDecode(const Options &options, Output *output);
 
 /** Tells `message` on standard error if --verbose was given. */
 void tellIfVerbose(const Options &options, const QString &message);
@@ -34,6 +36,13 @@ SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulat
 
 /** Loads the simulator and sets its faults, if --simulate was given. */
 SimulatorProblem prepareSimulator(const Options &options, SimulatorLibrary *simulator);
+
+/** Loads the simulator, whose photo decoder is found then, if --simulator-photos was given. */
+SimulatorProblem prepareSimulatorPhotos(const Options &options);
+
+/** Decodes a raw record that was checked, then saves and prints the card as the options say. */
+ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road road,
+                         const Options &options, Output *output);
 
 /** Tells which files were not written because the card has no such photo or picture. */
 void tellMissingFiles(const Card &card, CardFiles which);

@@ -47,14 +47,30 @@ QString faultSection()
     return section("Faults of the simulator", rows);
 }
 
-QString environmentSection()
+const QStringList &simulatorVariable()
 {
-    return section(
-        "Environment",
-        {{QStringLiteral("QT_QPA_PLATFORM"),
-          QStringLiteral("Qt's platform; \"offscreen\" is chosen when there is no display.")},
-         {QStringLiteral("IDCARD_SIMULATOR_LIBRARY"),
-          QStringLiteral("The simulator's library file, when it is not found by itself.")}});
+    static const QStringList row{
+        QStringLiteral("IDCARD_SIMULATOR_LIBRARY"),
+        QStringLiteral("The simulator's library file, when it is not found by itself.")};
+    return row;
+}
+
+const QStringList &platformVariable()
+{
+    static const QStringList row{
+        QStringLiteral("QT_QPA_PLATFORM"),
+        QStringLiteral("Qt's platform; \"offscreen\" is chosen when there is no display.")};
+    return row;
+}
+
+QString environmentSection(Command command)
+{
+    if (command == Command::Cards)
+        return {};
+    QVector<QStringList> rows{simulatorVariable()};
+    if (paintsCards(command))
+        rows.prepend(platformVariable());
+    return section("Environment", rows);
 }
 
 } // namespace
@@ -74,7 +90,7 @@ QString overallHelp()
            section("Options",
                    {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
                     {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
-           exitStatusSection() + environmentSection() +
+           exitStatusSection() + section("Environment", {platformVariable(), simulatorVariable()}) +
            QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
 }
 
@@ -82,7 +98,6 @@ QString commandHelp(const CommandRow &command)
 {
     QVector<QStringList> options;
     bool hasFaults = false;
-    const bool needsPlatform = command.command != Command::Cards;
     for (const OptionRow &row : optionTable()) {
         if (!belongsTo(row, command.command))
             continue;
@@ -97,7 +112,7 @@ QString commandHelp(const CommandRow &command)
     if (hasFaults)
         text += faultSection();
     text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
-    return text + exitStatusSection() + (needsPlatform ? environmentSection() : QString());
+    return text + exitStatusSection() + environmentSection(command.command);
 }
 
 QString versionText()

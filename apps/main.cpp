@@ -4,6 +4,7 @@
 #include <array>
 #include <clocale>
 #include <cstring>
+#include <memory>
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -12,6 +13,7 @@
 #include <langinfo.h>
 
 #include "apps/commands.h"
+#include "apps/option_table.h"
 #include "apps/options.h"
 #include "apps/standard_streams.h"
 
@@ -56,21 +58,26 @@ ExitStatus run(const Options &options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
-    if (options.command == Command::Cards) {
-        const QCoreApplication application(qtArgumentCount, qtArguments.data());
-        return runCards(options, output);
+    std::unique_ptr<QCoreApplication> application;
+    if (paintsCards(options.command)) {
+        choosePlatform(options);
+        application = std::make_unique<QGuiApplication>(qtArgumentCount, qtArguments.data());
+    } else {
+        application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
     }
-    choosePlatform(options);
-    const QGuiApplication application(qtArgumentCount, qtArguments.data());
     switch (options.command) {
     case Command::Read:
         return runRead(options, output);
     case Command::Watch:
         return runWatch(options, output);
+    case Command::Usb:
+        return runUsb(options, output);
+    case Command::Decode:
+        return runDecode(options, output);
     case Command::Render:
         return runRender(options, output);
-    case Command::Cards: // needs no GUI, see above
-        break;
+    case Command::Cards:
+        return runCards(options, output);
     }
     return ExitStatus::ProgramFailed;
 }

@@ -40,6 +40,30 @@ const std::vector<CommandRow> &commandTable()
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
          "      wait for one card, however long it takes\n"},
+        {Command::Usb, "usb", nullptr, "read the card over USB, without the maker's library",
+         "Reads the card that lies on a reader on the USB bus once and prints what it holds. The "
+         "reader maker's library is not needed; the photo needs its photo decoder. A reader that "
+         "this user may not open, that another program holds or that is not there is told as such, "
+         "with what to do about it.",
+         "  idcard-reader usb --list\n"
+         "      show what is plugged in, and the ids for --device\n"
+         "  idcard-reader usb --device 1209:0001\n"
+         "      read a card and show it\n"
+         "  idcard-reader usb --device 1209:0001 --wait 30 --json --out visitor\n"
+         "      wait half a minute for a card, print JSON, save the card in \"visitor\"\n"
+         "  idcard-reader usb --device 1209:0001 --raw visitor.rec\n"
+         "      keep the record for \"idcard-reader decode\" as well\n"},
+        {Command::Decode, "decode", "[FILE]", "decode a raw card record",
+         "Decodes a raw card record as \"idcard-reader usb --raw\" keeps it, 1297, 1809 or 2321 "
+         "bytes, and prints what it holds. Without FILE, or with -, it comes from standard input. "
+         "What is no such record is refused with the place where it is none; a wrong checksum, "
+         "which readers' hosts do not look at, is only told.",
+         "  idcard-reader decode visitor.rec\n"
+         "      show the card\n"
+         "  idcard-reader decode visitor.rec --json --out visitor\n"
+         "      print JSON, save the card in the folder \"visitor\"\n"
+         "  idcard-reader decode < visitor.rec\n"
+         "      the same from standard input\n"},
         {Command::Render, "render", "CARD", "paint the pictures of a described card",
          "Paints the pictures of a described card, as a reading of that card would, without a "
          "reader and without a card. CARD is a file that describes a card, or a name from "
@@ -57,12 +81,46 @@ const std::vector<CommandRow> &commandTable()
     return rows;
 }
 
+bool paintsCards(Command command)
+{
+    return command == Command::Read || command == Command::Watch || command == Command::Render;
+}
+
 const std::vector<OptionRow> &optionTable()
 {
     using C = Command;
+    static const std::vector<Command> all = {C::Read,   C::Watch,  C::Usb,
+                                             C::Decode, C::Render, C::Cards};
     static const std::vector<OptionRow> rows = {
+        {OptionId::Device,
+         {C::Usb},
+         "VID:PID",
+         "The reader, by its vendor and product id: four hexadecimal digits each, such as "
+         "1209:0001. \"idcard-reader usb --list\" shows the ids of what is plugged in.",
+         Times::Once,
+         0,
+         0,
+         {},
+         true,
+         "[0-9A-Fa-f]{4}:[0-9A-Fa-f]{4}",
+         "a vendor and a product id of four hexadecimal digits each, such as 1209:0001"},
+        {OptionId::List,
+         {C::Usb},
+         nullptr,
+         "Read no card; list the USB devices but hubs: ids, device node, whether this user may "
+         "open "
+         "it, whether it has the pipes of a reader, and what it says it is.",
+         Times::Once,
+         0,
+         0,
+         {},
+         false,
+         nullptr,
+         nullptr,
+         {OptionId::Device, OptionId::Out, OptionId::Force, OptionId::Wait, OptionId::Raw,
+          OptionId::SimulatorPhotos}},
         {OptionId::Json,
-         {C::Read, C::Render, C::Cards},
+         {C::Read, C::Usb, C::Decode, C::Render, C::Cards},
          nullptr,
          "Print JSON for programs, not a table."},
         {OptionId::Out,
@@ -88,22 +146,42 @@ const std::vector<OptionRow> &optionTable()
          Times::Once,
          0,
          0,
-         std::nullopt,
+         {},
          true},
+        {OptionId::Out,
+         {C::Usb, C::Decode},
+         "folder",
+         "Save the card in this folder, which is made if need be: card.json, photo.bmp and, when "
+         "the card has fingerprints, fingerprints.dat. Only their owner can read the files. "
+         "Pictures of the card's sides are painted by \"idcard-reader read\" alone."},
+        {OptionId::Raw,
+         {C::Usb},
+         "file",
+         "Keep the raw record in this file as the reader sent it, also when it cannot be decoded; "
+         "\"idcard-reader decode\" reads it. Only its owner can read the file."},
         {OptionId::Force,
-         {C::Read},
+         {C::Read, C::Decode},
          nullptr,
          "Replace the card that the folder of --out holds. Without it nothing is overwritten.",
          Times::Once,
          0,
          0,
-         OptionId::Out},
+         {OptionId::Out}},
+        {OptionId::Force,
+         {C::Usb},
+         nullptr,
+         "Replace the card that the folder of --out holds, and the file of --raw. Without it "
+         "nothing is overwritten.",
+         Times::Once,
+         0,
+         0,
+         {OptionId::Out, OptionId::Raw}},
         {OptionId::Force,
          {C::Render},
          nullptr,
          "Replace the pictures that the folder of --out holds. Without it nothing is overwritten."},
         {OptionId::Wait,
-         {C::Read},
+         {C::Read, C::Usb},
          "seconds",
          "If no card lies on the reader, wait up to this long for one.",
          Times::Once,
@@ -142,14 +220,17 @@ const std::vector<OptionRow> &optionTable()
          Times::Once,
          0,
          0,
-         OptionId::Simulate},
-        {OptionId::Verbose,
-         {C::Read, C::Watch, C::Render, C::Cards},
+         {OptionId::Simulate}},
+        {OptionId::SimulatorPhotos,
+         {C::Usb, C::Decode},
          nullptr,
+         "Decode the photo with the simulator's decoder, not with the maker's: simulated readers "
+         "and their records have photos in a code of the simulator's own."},
+        {OptionId::Verbose, all, nullptr,
          "Tell on standard error what is done, and show the messages of the libraries there. What "
          "the card holds is never among it."},
-        {OptionId::Help, {C::Read, C::Watch, C::Render, C::Cards}, nullptr, "Show this help."},
-        {OptionId::Version, {C::Read, C::Watch, C::Render, C::Cards}, nullptr, "Show the version."},
+        {OptionId::Help, all, nullptr, "Show this help."},
+        {OptionId::Version, all, nullptr, "Show the version."},
     };
     return rows;
 }
@@ -163,6 +244,14 @@ const char *optionName(OptionId id)
         return "out";
     case OptionId::Force:
         return "force";
+    case OptionId::Device:
+        return "device";
+    case OptionId::List:
+        return "list";
+    case OptionId::Raw:
+        return "raw";
+    case OptionId::SimulatorPhotos:
+        return "simulator-photos";
     case OptionId::Wait:
         return "wait";
     case OptionId::Count:
@@ -201,6 +290,11 @@ QString commandUsage(const CommandRow &command)
             words << optionUsage(row);
     }
     return (words << QStringLiteral("[options]")).join(QLatin1Char(' '));
+}
+
+bool isArgumentOptional(const CommandRow &command)
+{
+    return command.argument != nullptr && command.argument[0] == '[';
 }
 
 bool belongsTo(const OptionRow &row, Command command)

@@ -2,7 +2,6 @@
 
 // The commands and their options as data, from which the parser and the help texts are made.
 
-#include <optional>
 #include <vector>
 
 #include "apps/options.h"
@@ -15,8 +14,9 @@ namespace app
 struct CommandRow {
     Command command;
     const char *name;
-    const char *argument; ///< what must follow the name; null: nothing may
-    const char *summary;  ///< one line
+    /** What must follow the name, or may if it stands in brackets; null: nothing may. */
+    const char *argument;
+    const char *summary; ///< one line
     const char *description;
     const char *examples; ///< lines of "command  what it does"
 };
@@ -25,6 +25,10 @@ enum class OptionId {
     Json,
     Out,
     Force,
+    Device,
+    List,
+    Raw,
+    SimulatorPhotos,
     Wait,
     Count,
     Interval,
@@ -46,11 +50,17 @@ struct OptionRow {
     /** Of a whole number; both 0: the value is a text. */
     int minimum = 0;
     int maximum = 0;
-    std::optional<OptionId> needs = std::nullopt;
+    std::vector<OptionId> needs = {}; ///< one of them must be given too
     bool isRequired = false;
+    const char *pattern = nullptr;        ///< of a text, a regular expression
+    const char *patternMeaning = nullptr; ///< in words
+    std::vector<OptionId> excludes = {};  ///< none of them may be given too
 };
 
 const std::vector<CommandRow> &commandTable();
+
+/** Whether the command has the library paint pictures, for which it needs Qt's GUI. */
+bool paintsCards(Command command);
 
 /** An option that differs between commands has several rows. */
 const std::vector<OptionRow> &optionTable();
@@ -63,6 +73,8 @@ QString optionUsage(const OptionRow &row);
 
 /** How the command is written: "idcard-reader read [options]". */
 QString commandUsage(const CommandRow &command);
+
+bool isArgumentOptional(const CommandRow &command);
 
 bool belongsTo(const OptionRow &row, Command command);
 

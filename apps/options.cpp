@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 #include "apps/help_text.h"
 #include "apps/option_table.h"
@@ -31,6 +32,15 @@ CommandLine printed(const QString &text)
     CommandLine line;
     line.text = text;
     return line;
+}
+
+/** The ids in a text that the option's pattern has let through. */
+UsbIds usbIdsOf(const QString &text)
+{
+    const auto number = [&](int part) {
+        return text.section(QLatin1Char(':'), part, part).toUShort(nullptr, 16);
+    };
+    return {number(0), number(1)};
 }
 
 CommandLine readWithoutCommand(const QString &first)
@@ -84,7 +94,7 @@ public:
                 continue;
             if (isSet(row.id))
                 wrong = problemOf(row);
-            else if (row.isRequired)
+            else if (row.isRequired && excluderOf(row.id) == nullptr)
                 wrong = QStringLiteral("%1 needs %2.")
                             .arg(QLatin1String(m_command.name), optionUsage(row));
             if (!wrong.isEmpty())
@@ -107,7 +117,8 @@ private:
         const int taken = m_command.argument == nullptr ? 0 : 1;
         if (arguments.size() > taken)
             return QStringLiteral("%1 takes no argument %2.").arg(command, arguments.at(taken));
-        if (taken == 1 && arguments.value(0).trimmed().isEmpty()) {
+        if (taken == 1 && !isArgumentOptional(m_command) &&
+            arguments.value(0).trimmed().isEmpty()) {
             return QStringLiteral("%1 needs a %2: \"%3\".")
                 .arg(command, QLatin1String(m_command.argument), commandUsage(m_command));
         }
@@ -121,13 +132,26 @@ private:
         const QString option = QStringLiteral("--") + name(row.id);
         if (row.times == Times::Once && row.valueName != nullptr && times(row.id) > 1)
             return QStringLiteral("%1 can be given only once.").arg(option);
-        if (row.needs && !isSet(*row.needs)) {
-            return QStringLiteral("%1 only has a meaning together with --%2.")
-                .arg(option, name(*row.needs));
+        if (!row.needs.empty() && std::none_of(row.needs.begin(), row.needs.end(),
+                                               [this](OptionId id) { return isSet(id); })) {
+            QStringList needed;
+            for (const OptionId id : row.needs)
+                needed << QStringLiteral("--") + name(id);
+            return QStringLiteral("%1 only has a meaning together with %2.")
+                .arg(option, needed.join(QStringLiteral(" or ")));
+        }
+        const OptionRow *const excluder = excluderOf(row.id);
+        if (excluder != nullptr) {
+            return QStringLiteral("%1 has no meaning together with --%2.")
+                .arg(option, name(excluder->id));
         }
         for (const QString &value : texts(row.id)) {
             if (value.trimmed().isEmpty())
                 return QStringLiteral("%1 needs a %2.").arg(option, QLatin1String(row.valueName));
+            if (row.pattern != nullptr && !matches(row, value)) {
+                return QStringLiteral("%1 takes %2, not %3.")
+                    .arg(option, QLatin1String(row.patternMeaning), value);
+            }
             if (row.maximum != 0 && !isNumberFor(row, value)) {
                 return QStringLiteral("%1 takes a whole number from %2 to %3, not %4.")
                     .arg(option)
@@ -137,6 +161,23 @@ private:
             }
         }
         return {};
+    }
+
+    /** The given option beside which `id` has no meaning; null when there is none. */
+    const OptionRow *excluderOf(OptionId id) const
+    {
+        const auto &rows = optionTable();
+        const auto found = std::find_if(rows.begin(), rows.end(), [&](const OptionRow &row) {
+            return belongsTo(row, m_command.command) && isSet(row.id) &&
+                   std::count(row.excludes.begin(), row.excludes.end(), id) > 0;
+        });
+        return found == rows.end() ? nullptr : &*found;
+    }
+
+    static bool matches(const OptionRow &row, const QString &value)
+    {
+        const QRegularExpression pattern(QRegularExpression::anchoredPattern(row.pattern));
+        return pattern.match(value).hasMatch();
     }
 
     static bool isNumberFor(const OptionRow &row, const QString &value)
@@ -168,7 +209,11 @@ CommandLine readForCommand(const CommandRow &command, const QStringList &argumen
 
     Options options;
     options.command = command.command;
-    options.card = parser.positionalArguments().value(0);
+    options.argument = parser.positionalArguments().value(0);
+    options.list = reader.isSet(OptionId::List);
+    options.simulatorPhotos = reader.isSet(OptionId::SimulatorPhotos);
+    options.device = usbIdsOf(reader.text(OptionId::Device));
+    options.rawFile = reader.text(OptionId::Raw);
     options.json = reader.isSet(OptionId::Json);
     options.force = reader.isSet(OptionId::Force);
     options.verbose = reader.isSet(OptionId::Verbose);

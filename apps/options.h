@@ -7,17 +7,23 @@
 #include <QString>
 #include <QStringList>
 
+#include "apps/usb_devices.h"
+
 namespace app
 {
 
-enum class Command { Read, Watch, Render, Cards };
+enum class Command { Read, Watch, Usb, Decode, Render, Cards };
 
 struct Options {
     Command command = Command::Read;
     bool json = false;
     bool force = false;
     bool verbose = false;
-    QString card;         ///< what to render: name of a built-in card or path of a description
+    bool list = false;            ///< list the USB devices
+    bool simulatorPhotos = false; ///< decode photos with the simulator
+    UsbIds device;                ///< the reader on the USB bus
+    QString argument;     ///< of `render`: the card, by name or description; of `decode`: the file
+    QString rawFile;      ///< empty: do not keep the raw record
     QString outFolder;    ///< empty: write no files
     QStringList simulate; ///< cards for the simulator; empty: use the reader
     QString faults;

@@ -1,5 +1,6 @@
 // The command "render".
 
+#include "apps/card_delivery.h"
 #include "apps/card_output.h"
 #include "apps/card_reader.h"
 #include "apps/commands.h"
@@ -18,7 +19,7 @@ SimulatorProblem layOut(const Options &options, SimulatorLibrary *simulator)
     if (!problem)
         problem = simulator->setFaults(QString());
     if (!problem)
-        problem = simulator->putPlainCard(options.card);
+        problem = simulator->putPlainCard(options.argument);
     return problem;
 }
 
@@ -32,7 +33,7 @@ ExitStatus runRender(const Options &options, Output *output)
     if (problem)
         return told(problem);
 
-    const auto existing = options.force ? ExistingFiles::Replace : ExistingFiles::Refuse;
+    const ExistingFiles existing = existingFiles(options);
     const QString obstacle =
         obstacleTo(options.outFolder, cardFileNames(CardFiles::Pictures), existing);
     if (!obstacle.isEmpty()) {

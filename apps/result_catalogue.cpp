@@ -89,8 +89,8 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue()
          "The program itself failed: the simulator could not be loaded, or standard output could "
          "not be written."},
         {ExitStatus::WrongUsage,
-         "Wrong usage: an unknown option or value, or a card description or fault that the "
-         "simulator refuses."},
+         "Wrong usage: an unknown option or value, a card description or fault that the simulator "
+         "refuses, or a file that is no raw card record."},
         {ExitStatus::ReaderNotOpened, "The reader could not be opened."},
         {ExitStatus::NoCard, "No card was found on the reader, or none came while waiting."},
         {ExitStatus::ReadFailed, "Reading the card was broken off."},

@@ -19,6 +19,7 @@ namespace
 {
 
 bool foreignOutputShown = false;
+int hiddenLogs = 0;
 
 int writeAll(int descriptor, const QByteArray &bytes)
 {
@@ -66,7 +67,7 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
     case QtDebugMsg:
     case QtInfoMsg:
     case QtWarningMsg: // Qt's own, on matters that no user of this program can judge
-        if (foreignOutputShown)
+        if (foreignOutputShown && hiddenLogs == 0)
             printToStandardError(message + QLatin1Char('\n'));
         break;
     case QtCriticalMsg:
@@ -128,6 +129,16 @@ void showForeignOutput()
 void installMessageHandler()
 {
     qInstallMessageHandler(handleMessage);
+}
+
+HiddenLog::HiddenLog()
+{
+    ++hiddenLogs;
+}
+
+HiddenLog::~HiddenLog()
+{
+    --hiddenLogs;
 }
 
 void tell(const QString &message)

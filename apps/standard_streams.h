@@ -44,6 +44,21 @@ void showForeignOutput();
 /** Sends what Qt logs to standard error; what is not critical only after `showForeignOutput`. */
 void installMessageHandler();
 
+/**
+ * While it lives, what Qt logs is not shown, unless it is critical: the library's decoders log what
+ * the card holds.
+ */
+class HiddenLog
+{
+public:
+    HiddenLog();
+    ~HiddenLog();
+    HiddenLog(const HiddenLog &) = delete;
+    HiddenLog(HiddenLog &&) = delete;
+    HiddenLog &operator=(const HiddenLog &) = delete;
+    HiddenLog &operator=(HiddenLog &&) = delete;
+};
+
 /** Prints a message for people on standard error, behind the program's name. */
 void tell(const QString &message);
 

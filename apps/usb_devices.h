@@ -1,0 +1,41 @@
+#pragma once
+
+// The USB devices that could be a reader, as the system describes them; none is opened.
+
+#include <cstdint>
+
+#include <QString>
+#include <QVector>
+
+namespace app
+{
+
+struct UsbIds {
+    std::uint16_t vendor = 0;
+    std::uint16_t product = 0;
+};
+
+/** As `--device` takes it: "1209:0001". */
+QString toText(UsbIds ids);
+
+struct UsbDevice {
+    int bus = 0;
+    int address = 0;
+    UsbIds ids;
+    QString deviceClass;         ///< of the device or, where its interfaces tell it, of the first
+    QString manufacturer;        ///< what the device says of itself; may be empty
+    QString product;             ///< likewise
+    bool hasReaderPipes = false; ///< interface 0 has the pipes by which commands and answers go
+    QString node;                ///< its file in /dev/bus/usb
+    bool mayOpen = false;        ///< whether this user may
+};
+
+struct UsbDevices {
+    /** What failed: `USB_READER_INIT_FAILED`, `USB_READER_NO_DEVICE_LIST`, or 0. */
+    int code = 0;
+    QVector<UsbDevice> devices; ///< without hubs, by bus and address
+};
+
+UsbDevices listUsbDevices();
+
+} // namespace app

@@ -1,0 +1,90 @@
+#include "apps/usb_reading.h"
+
+#include <algorithm>
+
+#include "apps/explanation.h"
+#include "apps/interruption.h"
+#include "apps/usb_catalogue.h"
+#include "reader/usbidreader.h"
+
+namespace app
+{
+
+namespace
+{
+
+/** Whether the reader had been found before the failure with this code. */
+bool wasFound(int code)
+{
+    switch (code) {
+    case USB_READER_INIT_FAILED:
+    case USB_READER_NO_DEVICE_LIST:
+    case USB_READER_NO_DESCRIPTOR:
+    case USB_READER_NOT_FOUND:
+        return false;
+    default:
+        return true;
+    }
+}
+
+/** Looks where the reader is after a failure. */
+void lookForReader(UsbOutcome *outcome)
+{
+    const UsbDevices now = listUsbDevices();
+    const auto *const found =
+        std::find_if(now.devices.begin(), now.devices.end(), [&](const UsbDevice &device) {
+            return device.ids.vendor == outcome->ids.vendor &&
+                   device.ids.product == outcome->ids.product;
+        });
+    if (found != now.devices.end())
+        outcome->device = *found;
+    else
+        outcome->isUnplugged = now.code == USB_READER_OK && wasFound(outcome->code);
+}
+
+std::optional<ResultEntry> entryOf(const UsbOutcome &outcome)
+{
+    const ResultEntry *const entry = findUsbResult(outcome.code);
+    if (entry == nullptr)
+        return std::nullopt;
+    return outcome.isUnplugged ? unpluggedResult(*entry) : *entry;
+}
+
+} // namespace
+
+ExitStatus UsbOutcome::exitStatus() const
+{
+    const std::optional<ResultEntry> entry = entryOf(*this);
+    return entry ? entry->exitStatus : ExitStatus::ProgramFailed;
+}
+
+UsbOutcome readOverUsb(UsbIds ids)
+{
+    UsbOutcome outcome;
+    outcome.ids = ids;
+    {
+        const ReadInProgress reading;
+        CUsbIdReader reader(ids.vendor, ids.product);
+        reader.fetch_data(outcome.record, outcome.prints);
+        outcome.code = reader.lastError();
+    }
+    if (outcome.code != USB_READER_OK)
+        lookForReader(&outcome);
+    return outcome;
+}
+
+QString explain(const UsbOutcome &outcome)
+{
+    const std::optional<ResultEntry> entry = entryOf(outcome);
+    if (!entry) {
+        return QStringLiteral("The library returned the code %1, which this program does not know. "
+                              "Install the program and the library of the same version.")
+            .arg(outcome.code);
+    }
+    QString device = QStringLiteral("Device: ") + toText(outcome.ids);
+    if (outcome.device)
+        device += QStringLiteral(" at %1").arg(outcome.device->node);
+    return explanation(*entry, {device});
+}
+
+} // namespace app
