@@ -54,10 +54,8 @@ ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road roa
 {
     const std::optional<Card> card = decodeRawRecord(record, prints, road);
     if (!card) {
-        tell(QStringLiteral("The text of the card could not be decoded: the sex code of a "
-                            "foreigner\'s card is none\n  of 0, 1, 2, 9. Read the card once more; "
-                            "if it happens again, the card is not one of the kinds\n  that are "
-                            "known."));
+        tell(QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
+                            "card must be 0, 1, 2 or 9. Read the card once more."));
         return ExitStatus::NothingRead;
     }
     return deliverDecoded(*card, options, output);

@@ -65,10 +65,13 @@ QString toTable(const QVector<UsbDevice> &devices)
 
 QString emptyListNote()
 {
-    return QStringLiteral(
-        "There is no USB device here but perhaps hubs. See that the reader is plugged in and has "
-        "power,\n  and that /sys/bus/usb/devices and /dev/bus/usb are there: a container or a "
-        "virtual machine\n  has only the devices that are handed in.");
+    constexpr int FIRST_LINE_WIDTH = 64; // it comes after the program's name
+    return wrapped(
+        QStringLiteral("There is no USB device here, but perhaps hubs. See that the reader is "
+                       "plugged in and has power, and that /sys/bus/usb/devices and /dev/bus/usb "
+                       "are there: a container or a virtual machine has only the devices that are "
+                       "handed in."),
+        FIRST_LINE_WIDTH, 2);
 }
 
 } // namespace app

@@ -20,6 +20,14 @@ std::map<std::string, std::string> folderState(const QString &folder)
     return state;
 }
 
+std::vector<std::string> namesIn(const QString &folder)
+{
+    std::vector<std::string> names;
+    for (const auto &entry : folderState(folder))
+        names.push_back(entry.first);
+    return names;
+}
+
 int modeOf(const QString &path)
 {
     struct stat status = {};

@@ -31,13 +31,7 @@ protected:
         return runTool(QStringList{"read", "--simulate", card, "--out", out()} + more);
     }
 
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> result;
-        for (const auto &entry : folderState(out()))
-            result.push_back(entry.first);
-        return result;
-    }
+    std::vector<std::string> names() const { return namesIn(out()); }
 
 private:
     QTemporaryDir m_base;

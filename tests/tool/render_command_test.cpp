@@ -44,13 +44,7 @@ protected:
         return file;
     }
 
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> result;
-        for (const auto &entry : folderState(out()))
-            result.push_back(entry.first);
-        return result;
-    }
+    std::vector<std::string> names() const { return namesIn(out()); }
 
 private:
     QTemporaryDir m_base;

@@ -1,5 +1,5 @@
-// Holds together what stands in three places: the enumeration in api/result_codes.h, the catalogue
-// of texts, and docs/result-codes.md.
+// Holds together what stands in three places: the enumerations of the codes, the catalogues of
+// texts, and docs/result-codes.md; for `readIDCard` and for the USB road.
 
 #include <set>
 
@@ -10,6 +10,8 @@
 
 #include "apps/card_reader.h"
 #include "apps/result_catalogue.h"
+#include "apps/usb_catalogue.h"
+#include "apps/usb_reading.h"
 
 using namespace app;
 
@@ -25,12 +27,12 @@ QString sourceFile(const char *name)
 
 using NamedCode = std::pair<int, std::string>;
 
-std::set<NamedCode> codesOfHeader()
+std::set<NamedCode> codesOfHeader(const char *header)
 {
     static const QRegularExpression enumerator(
-        QStringLiteral("(IDCARD_RESULT_\\w+)\\s*=\\s*(-?\\d+)"));
+        QStringLiteral("((?:IDCARD_RESULT|USB_READER)_\\w+)\\s*=\\s*(-?\\d+)"));
     std::set<NamedCode> codes;
-    auto matches = enumerator.globalMatch(sourceFile("api/result_codes.h"));
+    auto matches = enumerator.globalMatch(sourceFile(header));
     while (matches.hasNext()) {
         const auto match = matches.next();
         codes.emplace(match.captured(2).toInt(), match.captured(1).toStdString());
@@ -72,11 +74,11 @@ std::vector<std::string> joined(const std::vector<QStringList> &rows)
     return lines;
 }
 
-std::vector<QStringList> rowsOfCatalogue()
+std::vector<QStringList> rowsOf(const std::vector<ResultEntry> &catalogue)
 {
     std::vector<QStringList> rows;
-    rows.reserve(resultCatalogue().size());
-    for (const ResultEntry &entry : resultCatalogue()) {
+    rows.reserve(catalogue.size());
+    for (const ResultEntry &entry : catalogue) {
         rows.push_back(
             {QString::number(entry.code), QStringLiteral("`%1`").arg(QLatin1String(entry.constant)),
              QString::fromUtf8(entry.summary), QString::fromUtf8(entry.cause),
@@ -85,20 +87,61 @@ std::vector<QStringList> rowsOfCatalogue()
     return rows;
 }
 
-TEST(ResultCatalogue, HoldsExactlyTheCodesAndNamesOfTheHeader)
+struct Catalogue {
+    const char *name;
+    const char *header;
+    const char *heading; ///< in the document
+    std::size_t codes;
+    const std::vector<ResultEntry> &(*entries)();
+};
+
+void PrintTo(const Catalogue &catalogue, std::ostream *stream)
 {
-    std::set<NamedCode> codes;
-    for (const ResultEntry &entry : resultCatalogue())
-        codes.emplace(entry.code, entry.constant);
-    EXPECT_EQ(codes.size(), 12U);
-    EXPECT_EQ(codes, codesOfHeader());
+    *stream << catalogue.name;
 }
 
-TEST(ResultCatalogue, DocumentHoldsTheSameRows)
+class Results : public testing::TestWithParam<Catalogue>
 {
-    EXPECT_THAT(joined(rowsOfDocument(QStringLiteral("What `readIDCard` returns"))),
-                testing::ElementsAreArray(joined(rowsOfCatalogue())));
+};
+
+TEST_P(Results, AreExactlyTheCodesAndNamesOfTheHeader)
+{
+    std::set<NamedCode> codes;
+    for (const ResultEntry &entry : GetParam().entries())
+        codes.emplace(entry.code, entry.constant);
+    EXPECT_EQ(codes.size(), GetParam().codes);
+    EXPECT_EQ(codes, codesOfHeader(GetParam().header));
 }
+
+TEST_P(Results, StandInTheDocumentWithTheSameTexts)
+{
+    EXPECT_THAT(joined(rowsOfDocument(QString::fromLatin1(GetParam().heading))),
+                testing::ElementsAreArray(joined(rowsOf(GetParam().entries()))));
+}
+
+TEST_P(Results, AreToldInSentences)
+{
+    for (const ResultEntry &entry : GetParam().entries()) {
+        for (const char *text : {entry.summary, entry.cause, entry.remedy})
+            EXPECT_THAT(text, testing::MatchesRegex("[A-Z].+\\.")) << entry.code;
+    }
+}
+
+TEST_P(Results, DoNotBreakTheTableOfTheDocument)
+{
+    for (const ResultEntry &entry : GetParam().entries()) {
+        for (const char *text : {entry.summary, entry.cause, entry.remedy})
+            EXPECT_THAT(text, testing::Not(testing::HasSubstr("|"))) << entry.code;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Catalogues, Results,
+    testing::Values(Catalogue{"readIDCard", "api/result_codes.h", "What `readIDCard` returns", 12,
+                              resultCatalogue},
+                    Catalogue{"USB", "reader/usb_codes.h", "What a reading over USB ends with", 23,
+                              usbCatalogue}),
+    testing::PrintToStringParamName());
 
 TEST(ResultCatalogue, DocumentHoldsTheSameExitStatuses)
 {
@@ -108,22 +151,6 @@ TEST(ResultCatalogue, DocumentHoldsTheSameExitStatuses)
             {QString::number(static_cast<int>(entry.status)), QString::fromUtf8(entry.meaning)});
     EXPECT_THAT(joined(rowsOfDocument(QStringLiteral("Exit statuses of `idcard-reader`"))),
                 testing::ElementsAreArray(joined(rows)));
-}
-
-TEST(ResultCatalogue, EveryTextIsASentence)
-{
-    for (const ResultEntry &entry : resultCatalogue()) {
-        for (const char *text : {entry.summary, entry.cause, entry.remedy})
-            EXPECT_THAT(text, testing::MatchesRegex("[A-Z].+\\.")) << entry.code;
-    }
-}
-
-TEST(ResultCatalogue, NoTextBreaksTheTableOfTheDocument)
-{
-    for (const ResultEntry &entry : resultCatalogue()) {
-        for (const char *text : {entry.summary, entry.cause, entry.remedy})
-            EXPECT_THAT(text, testing::Not(testing::HasSubstr("|"))) << entry.code;
-    }
 }
 
 TEST(ResultCatalogue, ExitStatusesStandOnceAndAscending)
@@ -194,6 +221,72 @@ TEST(Explain, NumberThatIsNoResultIsTold)
     outcome.code = -77;
     EXPECT_THAT(explain(outcome).toStdString(), testing::HasSubstr("-77"));
     EXPECT_EQ(outcome.exitStatus(), ExitStatus::ProgramFailed);
+}
+
+/** A failure of the USB road. */
+UsbOutcome usbFailure(int code)
+{
+    UsbOutcome outcome;
+    outcome.ids = {0x1209, 0x0001};
+    outcome.code = code;
+    return outcome;
+}
+
+TEST(ExplainUsb, EveryFailureTellsCodeDeviceCauseAndRemedyInLinesThatFitATerminal)
+{
+    for (const ResultEntry &entry : usbCatalogue()) {
+        UsbOutcome outcome = usbFailure(entry.code);
+        outcome.device.emplace();
+        outcome.device->node = QStringLiteral("/dev/bus/usb/001/002");
+        const QString text = QStringLiteral("idcard-reader: ") + explain(outcome);
+        EXPECT_THAT(text.simplified().toStdString(),
+                    testing::AllOf(testing::HasSubstr(entry.summary),
+                                   testing::HasSubstr("Code: " + std::to_string(entry.code) + " (" +
+                                                      entry.constant + ")"),
+                                   testing::HasSubstr("Device: 1209:0001 at /dev/bus/usb/001/002"),
+                                   testing::HasSubstr(entry.cause),
+                                   testing::HasSubstr(entry.remedy)));
+        for (const QString &line : text.split(QLatin1Char('\n')))
+            EXPECT_LE(line.size(), 79) << line.toStdString();
+    }
+}
+
+TEST(ExplainUsb, FailuresLeadToTheirExitStatus)
+{
+    EXPECT_EQ(usbFailure(-2).exitStatus(), ExitStatus::ReaderNotOpened);
+    EXPECT_EQ(usbFailure(-6).exitStatus(), ExitStatus::ReaderNotOpened);
+    EXPECT_EQ(usbFailure(-9).exitStatus(), ExitStatus::ReaderNotOpened);
+    EXPECT_EQ(usbFailure(-10).exitStatus(), ExitStatus::NoCard);
+    EXPECT_EQ(usbFailure(-13).exitStatus(), ExitStatus::ReadFailed);
+    EXPECT_EQ(usbFailure(-18).exitStatus(), ExitStatus::NothingRead);
+    EXPECT_EQ(usbFailure(-21).exitStatus(), ExitStatus::ReadFailed);
+    EXPECT_EQ(usbFailure(-24).exitStatus(), ExitStatus::NoCard);
+    EXPECT_EQ(usbFailure(0).exitStatus(), ExitStatus::Done);
+}
+
+TEST(ExplainUsb, ReaderThatIsGoneIsUnpluggedWhateverTheCode)
+{
+    for (const int code : {-5, -8, -10, -21, -24}) {
+        UsbOutcome outcome = usbFailure(code);
+        outcome.isUnplugged = true;
+        EXPECT_EQ(outcome.exitStatus(), ExitStatus::ReadFailed);
+        EXPECT_THAT(explain(outcome).toStdString(),
+                    testing::AllOf(testing::StartsWith("The reader was unplugged while"),
+                                   testing::HasSubstr("Code: " + std::to_string(code))));
+    }
+}
+
+TEST(ExplainUsb, MissingPermissionNamesRuleAndGroup)
+{
+    EXPECT_THAT(explain(usbFailure(-6)).toStdString(),
+                testing::AllOf(testing::HasSubstr("69-idcard-reader.rules"),
+                               testing::HasSubstr("idcard-reader,")));
+}
+
+TEST(ExplainUsb, NumberThatIsNoCodeIsTold)
+{
+    EXPECT_THAT(explain(usbFailure(-23)).toStdString(), testing::HasSubstr("-23"));
+    EXPECT_EQ(usbFailure(-23).exitStatus(), ExitStatus::ProgramFailed);
 }
 
 } // namespace

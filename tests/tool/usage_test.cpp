@@ -36,8 +36,9 @@ INSTANTIATE_TEST_SUITE_P(
     Wrong, Usage,
     testing::Values(
         WrongUsage{{}, "A command is missing"},
-        WrongUsage{{"scan"},
-                   "There is no command scan; the commands are read, watch, render, cards."},
+        WrongUsage{
+            {"scan"},
+            "There is no command scan; the commands are read, watch, usb, decode, render, cards."},
         WrongUsage{{"rea"}, "There is no command rea;"},
         WrongUsage{{"--json", "read"}, "The command comes before its options, and --json is none"},
         WrongUsage{{"read", "--jsn"}, "jsn"}, WrongUsage{{"read", "--js"}, "js"},
@@ -51,7 +52,28 @@ INSTANTIATE_TEST_SUITE_P(
                    "render takes no argument hmt-macao."},
         WrongUsage{{"render", "resident", "--out", "there", "--fault", "no-card"}, "fault"},
         WrongUsage{{"render", "no-such-card", "--out", "there"}, "no-such-card"},
-        WrongUsage{{"read", "--out"}, "out"},
+        WrongUsage{{"usb"}, "usb needs --device <VID:PID>."},
+        WrongUsage{{"usb", "1209:0001"}, "usb takes no argument 1209:0001."},
+        WrongUsage{{"usb", "--device", ""}, "--device needs a VID:PID."},
+        WrongUsage{{"usb", "--device", "1209"}, "four hexadecimal digits each, such as"},
+        WrongUsage{{"usb", "--device", "1209:1"}, "1209:0001, not 1209:1."},
+        WrongUsage{{"usb", "--device", "1209:00011"}, "not 1209:00011."},
+        WrongUsage{{"usb", "--device", "0x1209:0001"}, "not 0x1209:0001."},
+        WrongUsage{{"usb", "--device", "120g:0001"}, "not 120g:0001."},
+        WrongUsage{{"usb", "--device", "1209:0001\n"}, "four hexadecimal digits"},
+        WrongUsage{{"usb", "--device", "1209:0001", "--device", "1209:0002"},
+                   "--device can be given only once."},
+        WrongUsage{{"usb", "--list", "--device", "1209:0001"},
+                   "--device has no meaning together with --list."},
+        WrongUsage{{"usb", "--list", "--raw", "file"},
+                   "--raw has no meaning together with --list."},
+        WrongUsage{{"usb", "--device", "1209:0001", "--force"},
+                   "--force only has a meaning together with --out or --raw."},
+        WrongUsage{{"usb", "--device", "1209:0001", "--raw", ""}, "--raw needs a file."},
+        WrongUsage{{"usb", "--device", "1209:0001", "--simulate", "resident"}, "simulate"},
+        WrongUsage{{"decode", "one", "two"}, "decode takes no argument two."},
+        WrongUsage{{"decode", "one", "--force"}, "--force only has a meaning together with --out."},
+        WrongUsage{{"decode", "one", "--wait", "1"}, "wait"}, WrongUsage{{"read", "--out"}, "out"},
         WrongUsage{{"read", "--out", ""}, "--out needs a folder."},
         WrongUsage{{"read", "--simulate", ""}, "--simulate needs a card."},
         WrongUsage{{"read", "--force"}, "--force only has a meaning together with --out."},
@@ -102,16 +124,21 @@ TEST_P(CommandHelp, FitsATerminal)
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, CommandHelp,
-    testing::Values(std::make_pair("read", QStringList{"json", "out <folder>", "force",
-                                                       "wait <seconds>", "simulate <card>",
-                                                       "fault <faults>", "verbose", "version"}),
-                    std::make_pair("watch",
-                                   QStringList{"out <folder>", "count <number>",
-                                               "interval <milliseconds>", "simulate <card>",
-                                               "fault <faults>", "verbose", "version"}),
-                    std::make_pair("render", QStringList{"json", "out <folder>", "force", "verbose",
-                                                         "version"}),
-                    std::make_pair("cards", QStringList{"json", "verbose", "version"})));
+    testing::Values(
+        std::make_pair("read",
+                       QStringList{"json", "out <folder>", "force", "wait <seconds>",
+                                   "simulate <card>", "fault <faults>", "verbose", "version"}),
+        std::make_pair("watch",
+                       QStringList{"out <folder>", "count <number>", "interval <milliseconds>",
+                                   "simulate <card>", "fault <faults>", "verbose", "version"}),
+        std::make_pair("render",
+                       QStringList{"json", "out <folder>", "force", "verbose", "version"}),
+        std::make_pair("usb", QStringList{"device <VID:PID>", "list", "json", "out <folder>",
+                                          "raw <file>", "force", "wait <seconds>",
+                                          "simulator-photos", "verbose", "version"}),
+        std::make_pair("decode", QStringList{"json", "out <folder>", "force", "simulator-photos",
+                                             "verbose", "version"}),
+        std::make_pair("cards", QStringList{"json", "verbose", "version"})));
 
 TEST(Help, ListsTheCommandsAndTheExitStatuses)
 {
@@ -119,8 +146,8 @@ TEST(Help, ListsTheCommandsAndTheExitStatuses)
         const ProcessResult run = runTool({option});
         EXPECT_EQ(run.exitStatus, 0);
         const std::string help = run.standardOutput.toStdString();
-        for (const char *text :
-             {"\n  read ", "\n  watch ", "\n  render ", "\n  cards ", "Exit status:", "\n  8  "})
+        for (const char *text : {"\n  read ", "\n  watch ", "\n  usb ", "\n  decode ",
+                                 "\n  render ", "\n  cards ", "Exit status:", "\n  8  "})
             EXPECT_THAT(help, HasSubstr(text));
     }
 }
@@ -130,6 +157,13 @@ TEST(Help, TellsTheFilesThatAreWritten)
     for (const char *command : {"read", "render"}) {
         const std::string help = runTool({command, "--help"}).standardOutput.toStdString();
         EXPECT_THAT(help, testing::AllOf(HasSubstr("front.jpg"), HasSubstr("back.jpg"))) << command;
+    }
+    for (const char *command : {"usb", "decode"}) {
+        const std::string help = runTool({command, "--help"}).standardOutput.toStdString();
+        EXPECT_THAT(help, testing::AllOf(HasSubstr("card.json"), HasSubstr("fingerprints.dat"),
+                                         HasSubstr("sides are painted by")))
+            << command;
+        EXPECT_THAT(help, testing::Not(HasSubstr("front.jpg"))) << command;
     }
 }
 
