@@ -10,7 +10,7 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include "common/country_code_list.h"
+#include "tests/tool/expected_json.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 
@@ -21,67 +21,6 @@ using testing::Not;
 
 namespace
 {
-
-QString countryName(const QString &code)
-{
-    for (const auto &row : COUNTRY_CODE_LIST) {
-        if (row[1] == code.toStdString())
-            return QString::fromStdString(row[2]);
-    }
-    return {};
-}
-
-/** What `read --json` must print for a described card whose texts are padded with zeros. */
-QJsonObject expectedJson(const simulator::CardDescription &card)
-{
-    using simulator::CardKind;
-    const bool isForeign = card.kind == CardKind::Foreign2017 || card.kind == CardKind::ForeignNew;
-    QJsonObject json{{"road", "reader-library"},
-                     {"kind", simulator::cardKindName(card.kind)},
-                     {"sex", simulator::sexText(card)},
-                     {"birthDate", QJsonObject{{"year", card.birthDate.mid(0, 4)},
-                                               {"month", card.birthDate.mid(4, 2)},
-                                               {"day", card.birthDate.mid(6)}}},
-                     {"idNumber", card.idNumber},
-                     {"validFrom", card.validFrom},
-                     {"validTo", card.validTo}};
-    const bool isBmp = card.photoDelivery == simulator::PhotoDelivery::BmpFile;
-    json["photo"] = QJsonObject{{"format", isBmp ? "bmp" : "compressed"}, {"file", QJsonValue()}};
-    for (const char *picture : {"frontPicture", "backPicture"}) {
-        json.insert(QLatin1String(picture),
-                    QJsonObject{{"format", "jpeg"}, {"file", QJsonValue()}});
-    }
-    if (isForeign) {
-        json["englishName"] = card.englishName;
-        json["chineseName"] = card.chineseName;
-        json["nationality"] = countryName(card.nationality);
-        json["nationalityCode"] = QJsonValue();
-    } else {
-        json["name"] = card.name;
-        json["address"] = card.address;
-        json["issuingAuthority"] = card.issuingAuthority;
-    }
-    switch (card.kind) {
-    case CardKind::Resident:
-        json["cardKind"] = 0;
-        json["ethnicGroup"] = simulator::ethnicGroupText(card);
-        json["fingerprints"] = QJsonObject{{"count", card.fingerprints}, {"file", QJsonValue()}};
-        break;
-    case CardKind::Hmt:
-        json["cardKind"] = 3;
-        json["travelPermitNumber"] = card.travelPermitNumber;
-        json["issueCount"] = QJsonValue();
-        break;
-    case CardKind::Foreign2017:
-        json["cardKind"] = 1;
-        break;
-    case CardKind::ForeignNew:
-        json["cardKind"] = 2;
-        json["cardExtra"] = card.cardExtra;
-        break;
-    }
-    return json;
-}
 
 class ReadKind : public testing::TestWithParam<const char *>
 {
@@ -94,7 +33,7 @@ TEST_P(ReadKind, JsonHoldsTheDescribedCard)
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
     EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
-              QJsonDocument(expectedJson(builtInCard(name))).toJson().toStdString());
+              QJsonDocument(expectedOfRead(builtInCard(name))).toJson().toStdString());
 }
 
 TEST_P(ReadKind, TableShowsTheDescribedCard)

@@ -1,0 +1,269 @@
+// "idcard-reader decode": what it prints and writes, and what it refuses.
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QJsonDocument>
+
+#include <unistd.h>
+
+#include "simulator/card_library.h"
+#include "simulator/raw_record.h"
+#include "tests/tool/expected_json.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+QByteArray recordOf(const QString &card)
+{
+    return simulator::readAnswer(builtInCard(card), {});
+}
+
+class Decode : public testing::Test
+{
+protected:
+    QString path(const QString &name) const { return m_base.filePath(name); }
+    QString out() const { return path("card"); }
+
+    /** A file that holds `record`. */
+    QString file(const QByteArray &record) const
+    {
+        writeFile(path("card.rec"), record);
+        return path("card.rec");
+    }
+
+    ProcessResult decode(const QString &card, const QStringList &more = {}) const
+    {
+        return runTool(QStringList{"decode", file(recordOf(card)), "--simulator-photos"} + more);
+    }
+
+private:
+    QTemporaryDir m_base;
+};
+
+TEST_F(Decode, JsonOfEveryBuiltInCardHoldsTheDescribedCard)
+{
+    const QStringList names = simulator::builtInCardNames();
+    ASSERT_GE(names.size(), 24);
+    for (const QString &name : names) {
+        SCOPED_TRACE(name.toStdString());
+        const ProcessResult run = decode(name, {"--json"});
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+        const QJsonObject expected = expectedOfRecord(builtInCard(name), "file");
+        EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
+                  QJsonDocument(expected).toJson().toStdString());
+    }
+}
+
+TEST_F(Decode, TableShowsTheCard)
+{
+    const simulator::CardDescription card = builtInCard("hmt-taiwan");
+    EXPECT_THAT(decode("hmt-taiwan").standardOutput.toStdString(),
+                AllOf(HasSubstr(card.idNumber.toStdString()),
+                      HasSubstr("\nTimes issued          " + card.issueCount.toStdString() + "\n"),
+                      HasSubstr("\nPhoto                 BMP picture, 102 x 126 pixels\n"),
+                      Not(HasSubstr("picture "))));
+}
+
+TEST_F(Decode, FilesAreTheCardThePhotoAndThePrints)
+{
+    const ProcessResult run = decode("resident", {"--out", out()});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
+    EXPECT_EQ(modeOf(out()), 0700);
+    for (const char *name : {"/card.json", "/fingerprints.dat", "/photo.bmp"})
+        EXPECT_EQ(modeOf(out() + name), 0600) << name;
+    EXPECT_EQ(readFile(out() + "/fingerprints.dat"), recordOf("resident").mid(1296, 1024));
+    const QByteArray photo = readFile(out() + "/photo.bmp");
+    EXPECT_EQ(photo.size(), 38862);
+    EXPECT_TRUE(photo.startsWith("BM"));
+    const QJsonObject json = parsedObject(readFile(out() + "/card.json"));
+    EXPECT_EQ(json["road"].toString(), "file");
+    EXPECT_EQ(json["photo"].toObject()["file"].toString(), "photo.bmp");
+    EXPECT_THAT(run.standardOutput.toStdString(),
+                AllOf(HasSubstr("/card.json\n"), Not(HasSubstr("Front picture"))));
+}
+
+TEST_F(Decode, NothingIsOverwrittenWithoutForce)
+{
+    decode("resident", {"--out", out()});
+    const auto before = folderState(out());
+    const ProcessResult run = decode("foreign-new", {"--out", out()});
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("--force"));
+    EXPECT_EQ(folderState(out()), before);
+}
+
+TEST_F(Decode, ForceLeavesNothingOfTheOldCardNotEvenItsPictures)
+{
+    runTool({"read", "--simulate", "resident", "--out", out()});
+    EXPECT_EQ(decode("foreign-new", {"--out", out(), "--force"}).exitStatus, 0);
+    EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "photo.bmp"));
+}
+
+TEST_F(Decode, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
+{
+    const ProcessResult run =
+        runTool({"decode", file(recordOf("resident")), "--json", "--out", out()});
+    EXPECT_EQ(run.exitStatus, 6);
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr("The photo of the card could not be decoded."),
+                      HasSubstr("What to do:"), HasSubstr("--simulator-photos"),
+                      HasSubstr("photo.bmp is not written")));
+    EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat"));
+    const QJsonObject json = parsedObject(run.standardOutput);
+    EXPECT_EQ(json["idNumber"].toString(), builtInCard("resident").idNumber);
+    EXPECT_EQ(json["photo"],
+              QJsonValue(QJsonObject{{"format", "compressed"}, {"file", QJsonValue()}}));
+}
+
+TEST_F(Decode, PhotoThatTheDecoderRefusesIsToldWithoutTheHintAtTheSimulator)
+{
+    QByteArray record = recordOf("resident");
+    record.replace(272, 1024, QByteArray(1024, 'x'));
+    const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
+    EXPECT_EQ(run.exitStatus, 6);
+    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("--simulator-photos")));
+}
+
+TEST_F(Decode, DecoderOfTheMakersNameIsFoundLikeTheReadersLibrary)
+{
+    const InstalledReader installed;
+    ProcessInput input;
+    input.environment = installed.variables(QString());
+    EXPECT_EQ(runTool({"decode", file(recordOf("resident"))}, input).exitStatus, 0);
+}
+
+TEST_F(Decode, StandardInputIsTakenWithoutAFileAndByADash)
+{
+    ProcessInput input;
+    input.standardInput = recordOf("foreign-2017");
+    for (const QStringList &arguments : {QStringList{"decode", "--simulator-photos"},
+                                         QStringList{"decode", "-", "--simulator-photos"}}) {
+        const ProcessResult run = runTool(arguments + QStringList{"--json"}, input);
+        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        EXPECT_EQ(parsedObject(run.standardOutput)["idNumber"].toString(),
+                  builtInCard("foreign-2017").idNumber);
+    }
+}
+
+TEST_F(Decode, StandardInputThatIsNoRecordIsRefused)
+{
+    for (const QByteArray &bytes : {QByteArray(), QByteArray(5000, 'a'), QByteArray(1297, '\0')}) {
+        ProcessInput input;
+        input.standardInput = bytes;
+        const ProcessResult run = runTool({"decode"}, input);
+        EXPECT_EQ(run.exitStatus, 2);
+        EXPECT_THAT(run.standardError.toStdString(),
+                    HasSubstr("Standard input is no raw card record: "));
+        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    }
+}
+
+TEST_F(Decode, FileThatIsNoRecordIsRefusedWithThePlaceAndWritesNothing)
+{
+    QByteArray record = recordOf("resident");
+    record[7] = 1;
+    const ProcessResult run = runTool({"decode", file(record), "--out", out()});
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("card.rec is no raw card record: at offset 7 (status) it has 01 00 90, "
+                          "where 00 00 90 was expected.\n"));
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_FALSE(QDir(out()).exists());
+}
+
+TEST_F(Decode, EndlessInputIsReadNoFurtherThanARecord)
+{
+    const ProcessResult run = runTool({"decode", "/dev/zero"});
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("it goes on at offset 2321"));
+}
+
+TEST_F(Decode, WrongChecksumIsToldAndTheCardDecoded)
+{
+    QByteArray record = recordOf("resident");
+    record[record.size() - 1] = static_cast<char>(record.at(record.size() - 1) ^ 1);
+    const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("card.rec is an odd record: at offset 2320 (checksum)"));
+    EXPECT_THAT(run.standardOutput.toStdString(),
+                HasSubstr(builtInCard("resident").name.toStdString()));
+}
+
+TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsToldAndGivesNoCard)
+{
+    QByteArray record = recordOf("foreign-2017");
+    record[16 + 120] = '5';
+    const ProcessResult run = runTool({"decode", file(record), "--json"});
+    EXPECT_EQ(run.exitStatus, 8);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("sex code"));
+}
+
+TEST_F(Decode, FileThatCannotBeReadIsToldWithItsName)
+{
+    const struct {
+        QString path;
+        const char *reason;
+    } cases[] = {{path("missing"), "No such file"}, {path(""), "directory"}};
+    for (const auto &unreadable : cases) {
+        const ProcessResult run = runTool({"decode", unreadable.path});
+        EXPECT_EQ(run.exitStatus, 2);
+        EXPECT_THAT(run.standardError.toStdString(),
+                    AllOf(HasSubstr(unreadable.path.toStdString() + " could not be read"),
+                          HasSubstr(unreadable.reason)));
+    }
+}
+
+TEST_F(Decode, FileThatThisUserMayNotReadIsTold)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may read every file";
+    const QString record = file(recordOf("resident"));
+    ASSERT_TRUE(QFile::setPermissions(record, QFileDevice::WriteOwner));
+    const ProcessResult run = runTool({"decode", record});
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Permission denied"));
+}
+
+TEST_F(Decode, VerboseShowsNothingOfWhatTheCardHolds)
+{
+    for (const char *name : {"resident", "hmt-taiwan", "foreign-2017", "foreign-new"}) {
+        SCOPED_TRACE(name);
+        const simulator::CardDescription card = builtInCard(name);
+        const ProcessResult run = decode(name, {"--verbose"});
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_THAT(run.standardError.toStdString(), HasSubstr("libidcard_simulator.so"));
+        for (const QString &text :
+             {card.name, card.englishName, card.chineseName, card.address, card.idNumber,
+              card.issuingAuthority, card.travelPermitNumber, card.birthDate, card.nationality}) {
+            if (!text.isEmpty()) {
+                EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr(text.toStdString())));
+            }
+        }
+    }
+}
+
+TEST_F(Decode, NeedsNoDisplayAndNoGraphics)
+{
+    ProcessInput input;
+    input.environment = {{"QT_QPA_PLATFORM", "no-such-platform"}};
+    EXPECT_EQ(
+        runTool({"decode", file(recordOf("resident")), "--simulator-photos"}, input).exitStatus, 0);
+}
+
+} // namespace

@@ -1,0 +1,111 @@
+#include "tests/tool/expected_json.h"
+
+#include "common/country_code_list.h"
+
+namespace
+{
+
+QString countryName(const QString &code)
+{
+    for (const auto &row : COUNTRY_CODE_LIST) {
+        if (row[1] == code.toStdString())
+            return QString::fromStdString(row[2]);
+    }
+    return {};
+}
+
+/** What a decoder keeps of a text that gets so many bytes of UTF-8: whole characters. */
+QString cutTo(QString text, int bytes)
+{
+    while (text.toUtf8().size() > bytes)
+        text.chop(1);
+    return text;
+}
+
+struct CutField {
+    const char *key;
+    int bytes;
+};
+
+constexpr CutField CUT_FIELDS[] = {{"name", 31},
+                                   {"englishName", 31},
+                                   {"chineseName", 31},
+                                   {"address", 101},
+                                   {"issuingAuthority", 31}};
+
+} // namespace
+
+QJsonObject expectedOfRead(const simulator::CardDescription &card)
+{
+    using simulator::CardKind;
+    const bool isForeign = card.kind == CardKind::Foreign2017 || card.kind == CardKind::ForeignNew;
+    QJsonObject json{{"road", "reader-library"},
+                     {"kind", simulator::cardKindName(card.kind)},
+                     {"sex", simulator::sexText(card)},
+                     {"birthDate", QJsonObject{{"year", card.birthDate.mid(0, 4)},
+                                               {"month", card.birthDate.mid(4, 2)},
+                                               {"day", card.birthDate.mid(6)}}},
+                     {"idNumber", card.idNumber},
+                     {"validFrom", card.validFrom},
+                     {"validTo", card.validTo}};
+    const bool isBmp = card.photoDelivery == simulator::PhotoDelivery::BmpFile;
+    json["photo"] = QJsonObject{{"format", isBmp ? "bmp" : "compressed"}, {"file", QJsonValue()}};
+    for (const char *picture : {"frontPicture", "backPicture"}) {
+        json.insert(QLatin1String(picture),
+                    QJsonObject{{"format", "jpeg"}, {"file", QJsonValue()}});
+    }
+    if (isForeign) {
+        json["englishName"] = card.englishName;
+        json["chineseName"] = card.chineseName;
+        json["nationality"] = countryName(card.nationality);
+        json["nationalityCode"] = QJsonValue();
+    } else {
+        json["name"] = card.name;
+        json["address"] = card.address;
+        json["issuingAuthority"] = card.issuingAuthority;
+    }
+    switch (card.kind) {
+    case CardKind::Resident:
+        json["cardKind"] = 0;
+        json["ethnicGroup"] = simulator::ethnicGroupText(card);
+        json["fingerprints"] = QJsonObject{{"count", card.fingerprints}, {"file", QJsonValue()}};
+        break;
+    case CardKind::Hmt:
+        json["cardKind"] = 3;
+        json["travelPermitNumber"] = card.travelPermitNumber;
+        json["issueCount"] = QJsonValue();
+        break;
+    case CardKind::Foreign2017:
+        json["cardKind"] = 1;
+        break;
+    case CardKind::ForeignNew:
+        json["cardKind"] = 2;
+        json["cardExtra"] = card.cardExtra;
+        break;
+    }
+    return json;
+}
+
+QJsonObject expectedOfRecord(const simulator::CardDescription &card, const QString &road)
+{
+    using simulator::CardKind;
+    QJsonObject json = expectedOfRead(card);
+    json["road"] = road;
+    json["photo"] = QJsonObject{{"format", "bmp"}, {"file", QJsonValue()}};
+    for (const char *picture : {"frontPicture", "backPicture"}) {
+        json.insert(QLatin1String(picture),
+                    QJsonObject{{"format", "none"}, {"file", QJsonValue()}});
+    }
+    for (const CutField &field : CUT_FIELDS) {
+        const QString key = QLatin1String(field.key);
+        if (json.contains(key))
+            json.insert(key, cutTo(json.value(key).toString(), field.bytes));
+    }
+    if (json.contains("nationalityCode"))
+        json["nationalityCode"] = card.nationality;
+    else // no label for an unknown sex
+        json["sex"] = QString::fromUtf8(card.sex == QLatin1String("1") ? "男" : "女");
+    if (json.contains("issueCount"))
+        json["issueCount"] = card.issueCount;
+    return json;
+}
