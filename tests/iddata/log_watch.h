@@ -1,0 +1,50 @@
+#pragma once
+
+// Collects Qt's log while it lives, each line with what `state` gave at that moment.
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <QString>
+#include <QtGlobal>
+
+class LogWatch
+{
+public:
+    using Lines = std::vector<std::pair<std::string, std::string>>;
+
+    explicit LogWatch(std::function<std::string()> state) : m_state(std::move(state))
+    {
+        current() = this;
+        m_previous = qInstallMessageHandler(handle);
+    }
+    ~LogWatch()
+    {
+        qInstallMessageHandler(m_previous);
+        current() = nullptr;
+    }
+    LogWatch(const LogWatch &) = delete;
+    LogWatch(LogWatch &&) = delete;
+    LogWatch &operator=(const LogWatch &) = delete;
+    LogWatch &operator=(LogWatch &&) = delete;
+
+    /** Line and state, in order. */
+    const Lines &lines() const { return m_lines; }
+
+private:
+    static LogWatch *&current()
+    {
+        static LogWatch *watch = nullptr;
+        return watch;
+    }
+    static void handle(QtMsgType, const QMessageLogContext &, const QString &text)
+    {
+        current()->m_lines.emplace_back(text.toStdString(), current()->m_state());
+    }
+
+    std::function<std::string()> m_state;
+    Lines m_lines;
+    QtMessageHandler m_previous = nullptr;
+};
