@@ -11,6 +11,10 @@
 class GuardedBytes
 {
 public:
+    using value_type = unsigned char;
+    using iterator = unsigned char *;
+    using const_iterator = const unsigned char *;
+
     /** Which end of the bytes touches its guard page; pages are larger than the bytes. */
     enum Side { GUARD_BEFORE, GUARD_AFTER };
 

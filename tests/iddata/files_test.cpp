@@ -1,0 +1,283 @@
+// CIdData::saveFpRawDataToFile and the file helpers of CCommon.
+
+#include "common/common.h"
+#include "tests/iddata/decoder.h"
+#include "tests/iddata/guarded_bytes.h"
+#include "tests/support/message_log.h"
+#include "tests/tool/file_size_limit.h"
+
+#include <climits>
+#include <numeric>
+
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace
+{
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QString FILE_NAME = QStringLiteral("fp_raw_data.dat");
+
+/** In an empty current directory, which is left again. */
+class Files : public testing::Test
+{
+protected:
+    Files()
+    {
+        EXPECT_TRUE(folder.isValid());
+        EXPECT_TRUE(QDir::setCurrent(folder.path()));
+    }
+    ~Files() override { QDir::setCurrent(before); }
+    Files(const Files &) = delete;
+    Files(Files &&) = delete;
+    Files &operator=(const Files &) = delete;
+    Files &operator=(Files &&) = delete;
+
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+        return file.readAll();
+    }
+
+    static void write(const QString &path, const QByteArray &content)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+
+    static QStringList names() { return QDir().entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+
+    static mode_t permissionsOf(const QString &path)
+    {
+        struct stat status = {};
+        EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+        return status.st_mode & 0777U;
+    }
+
+    QString before = QDir::currentPath();
+    QTemporaryDir folder;
+    Decoder decoder;
+};
+
+/** Bytes 0, 1, 2 ... between guard pages. */
+class Prints : public GuardedBytes
+{
+public:
+    Prints(std::size_t size, Side side) : GuardedBytes(size, side)
+    {
+        std::iota(begin(), end(), static_cast<unsigned char>(0));
+    }
+    QByteArray bytes() const
+    {
+        return {reinterpret_cast<const char *>(data()), static_cast<int>(size())};
+    }
+};
+
+} // namespace
+
+TEST_F(Files, TwoPrints_AreWrittenAsTheyAre)
+{
+    for (const auto side : GUARD_SIDES) {
+        Prints prints(1024, side);
+        const MessageLog log;
+        decoder->saveFpRawDataToFile(FP_INFO_TWO, prints.data());
+        EXPECT_THAT(log.texts(), ElementsAre("source id card has two fp data",
+                                             "Successfully wrote 1024 bytes to the file."));
+        EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
+    }
+    EXPECT_EQ(names(), QStringList(FILE_NAME));
+}
+
+TEST_F(Files, OnePrint_IsWrittenAsItIs)
+{
+    for (const auto side : GUARD_SIDES) {
+        Prints prints(512, side);
+        const MessageLog log;
+        decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
+        EXPECT_THAT(log.texts(), ElementsAre("source id card has one fp data",
+                                             "Successfully wrote 512 bytes to the file."));
+        for (const MessageLog::Message &message : log.messages()) {
+            EXPECT_EQ(message.type, QtDebugMsg);
+            EXPECT_EQ(message.category, "default");
+        }
+        EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
+    }
+}
+
+TEST_F(Files, NoPrint_IsToldAndNoFileIsTouched)
+{
+    const MessageLog log;
+    decoder->saveFpRawDataToFile(FP_INFO_NONE, nullptr);
+    EXPECT_THAT(log.texts(), ElementsAre("source id card has no fp data"));
+    EXPECT_THAT(names(), IsEmpty());
+    write(FILE_NAME, "earlier");
+    decoder->saveFpRawDataToFile(FP_INFO_NONE, nullptr);
+    EXPECT_EQ(contentOf(FILE_NAME), "earlier");
+}
+
+TEST_F(Files, AnyOtherAmountOfPrints_IsPassedOverInSilence)
+{
+    const MessageLog log;
+    for (const int info : {3, -1, INT_MAX, INT_MIN})
+        decoder->saveFpRawDataToFile(static_cast<FP_INFO_TYPE>(info), nullptr);
+    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Files, EarlierFile_IsReplacedAndKeepsItsPermissions)
+{
+    write(FILE_NAME, QByteArray(5000, 'x'));
+    const mode_t permissions = permissionsOf(FILE_NAME);
+    Prints prints(512, GuardedBytes::GUARD_AFTER);
+    decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
+    EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
+    EXPECT_EQ(permissionsOf(FILE_NAME), permissions);
+}
+
+TEST_F(Files, NewFile_IsReadableForItsOwnerOnly)
+{
+    Prints prints(512, GuardedBytes::GUARD_AFTER);
+    decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
+    EXPECT_EQ(permissionsOf(FILE_NAME), 0600U);
+}
+
+TEST_F(Files, FolderInTheFilesPlace_IsOneCriticalLine)
+{
+    ASSERT_TRUE(QDir().mkdir(FILE_NAME));
+    Prints prints(1024, GuardedBytes::GUARD_AFTER);
+    const MessageLog log;
+    decoder->saveFpRawDataToFile(FP_INFO_TWO, prints.data());
+    EXPECT_THAT(log.texts(), ElementsAre("source id card has two fp data",
+                                         "Failed to open the file for writing."));
+    EXPECT_EQ(log.messages().back().type, QtCriticalMsg);
+    EXPECT_EQ(log.messages().back().category, "default");
+}
+
+TEST_F(Files, PathThatCannotBeOpened_IsOneCriticalLine)
+{
+    unsigned char byte = 1;
+    for (const QString &path : {QString(), QStringLiteral("no/such/folder")}) {
+        const MessageLog log;
+        CCommon::saveByteDataToFile(&byte, 1, path);
+        EXPECT_THAT(log.texts(), ElementsAre("Failed to open the file for writing."));
+    }
+}
+
+TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
+{
+    Prints prints(1024, GuardedBytes::GUARD_AFTER);
+    const MessageLog log;
+    {
+        const FileSizeLimit limit(100);
+        decoder->saveFpRawDataToFile(FP_INFO_TWO, prints.data());
+    }
+    EXPECT_THAT(
+        log.texts(),
+        ElementsAre("source id card has two fp data",
+                    "wrote 100 bytes to the file,  want to write  1024 bytes to the file."));
+    EXPECT_EQ(log.messages().back().type, QtDebugMsg);
+    EXPECT_EQ(contentOf(FILE_NAME), prints.bytes().left(100));
+}
+
+TEST_F(Files, FullDisk_IsToldToHaveTakenNothing)
+{
+    Prints prints(512, GuardedBytes::GUARD_AFTER);
+    const MessageLog log;
+    CCommon::saveByteDataToFile(prints.data(), 512, QStringLiteral("/dev/full"));
+    EXPECT_THAT(log.texts(),
+                ElementsAre("wrote 0 bytes to the file,  want to write  512 bytes to the file."));
+}
+
+TEST_F(Files, LengthOfZeroOrLess_MakesAnEmptyFile)
+{
+    unsigned char bytes[] = "text";
+    const std::pair<int, const char *> lengths[] = {
+        {0, "Successfully wrote 0 bytes to the file."},
+        {-1, "wrote 0 bytes to the file,  want to write  -1 bytes to the file."},
+        {INT_MIN, "wrote 0 bytes to the file,  want to write  -2147483648 bytes to the file."},
+    };
+    for (const auto &[length, line] : lengths) {
+        const MessageLog log;
+        CCommon::saveByteDataToFile(bytes, length, QStringLiteral("file"));
+        EXPECT_THAT(log.texts(), ElementsAre(line));
+        EXPECT_EQ(contentOf(QStringLiteral("file")), "");
+    }
+}
+
+TEST_F(Files, PathWithChineseCharacters_IsWritten)
+{
+    unsigned char bytes[] = {1, 0, 2};
+    CCommon::saveByteDataToFile(bytes, 3, QStringLiteral("指纹.dat"));
+    EXPECT_EQ(contentOf(QStringLiteral("指纹.dat")), QByteArray("\x01\x00\x02", 3));
+}
+
+TEST_F(Files, FileExist_TellsWhetherItDoes)
+{
+    const MessageLog log;
+    EXPECT_FALSE(CCommon::fileExist(QStringLiteral("file")));
+    write(QStringLiteral("file"), "text");
+    EXPECT_TRUE(CCommon::fileExist(QStringLiteral("file")));
+    EXPECT_FALSE(CCommon::fileExist(QString()));
+    EXPECT_THAT(log.texts(), IsEmpty());
+}
+
+TEST_F(Files, FileRename_MovesTheFile)
+{
+    write(QStringLiteral("from"), "text");
+    const MessageLog log;
+    EXPECT_TRUE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
+    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_EQ(names(), QStringList(QStringLiteral("to")));
+    EXPECT_EQ(contentOf(QStringLiteral("to")), "text");
+}
+
+TEST_F(Files, FileRename_DoesNotReplaceAndSaysSo)
+{
+    write(QStringLiteral("from"), "text");
+    write(QStringLiteral("to"), "other");
+    const MessageLog log;
+    EXPECT_FALSE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
+    EXPECT_THAT(log.texts(), ElementsAre("rename fail!"));
+    EXPECT_EQ(log.messages().front().type, QtDebugMsg);
+    EXPECT_EQ(contentOf(QStringLiteral("from")), "text");
+    EXPECT_EQ(contentOf(QStringLiteral("to")), "other");
+}
+
+TEST_F(Files, FileRenameOfAMissingFile_FailsAndSaysSo)
+{
+    const MessageLog log;
+    EXPECT_FALSE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
+    EXPECT_THAT(log.texts(), ElementsAre("rename fail!"));
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Files, FileRemove_RemovesTheFile)
+{
+    write(QStringLiteral("file"), "text");
+    EXPECT_TRUE(CCommon::fileRemove(QStringLiteral("file")));
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(Files, FileRemoveOfAMissingFile_FailsWithoutAWord)
+{
+    const MessageLog log;
+    EXPECT_FALSE(CCommon::fileRemove(QStringLiteral("file")));
+    EXPECT_THAT(log.texts(), IsEmpty());
+}
+
+TEST_F(Files, FileRemoveOfAFolder_Fails)
+{
+    ASSERT_TRUE(QDir().mkdir(QStringLiteral("folder")));
+    EXPECT_FALSE(CCommon::fileRemove(QStringLiteral("folder")));
+    EXPECT_EQ(names(), QStringList(QStringLiteral("folder")));
+}

@@ -1,0 +1,122 @@
+// CIdData::parseIDHeadImage, with the photo decoder scripted by the test.
+
+#include "tests/iddata/decoder.h"
+#include "tests/iddata/guarded_bytes.h"
+#include "tests/library/closed_library_mock.h"
+#include "tests/support/message_log.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using testing::_;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t PIXELS_SIZE = 38556;
+constexpr std::size_t BMP_SIZE = 38862;
+constexpr unsigned char UNTOUCHED = 0x5a;
+
+/** Byte `at` of what the scripted decoder delivers. */
+unsigned char pixelByte(std::size_t at)
+{
+    return static_cast<unsigned char>(at * 7 + at / 251 + 1);
+}
+
+class Photo : public testing::TestWithParam<GuardedBytes::Side>
+{
+protected:
+    void expectUnpack(int result)
+    {
+        EXPECT_CALL(library, unpack(wlt.data(), _, 310))
+            .WillOnce([result](unsigned char *src, unsigned char *dst, int) {
+                EXPECT_TRUE(std::all_of(src, src + 1024, [](int byte) { return byte == 'w'; }));
+                EXPECT_TRUE(std::all_of(dst, dst + PIXELS_SIZE, [](int byte) { return byte == 0; }))
+                    << "the decode buffer is zeroed";
+                for (std::size_t i = 0; i < PIXELS_SIZE; ++i)
+                    dst[i] = pixelByte(i);
+                return result;
+            });
+    }
+
+    void expectUndecoded()
+    {
+        const MessageLog log;
+        decoder->parseIDHeadImage(wlt.data(), bmp.data());
+        EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!"));
+        EXPECT_EQ(log.messages().front().type, QtDebugMsg);
+        EXPECT_EQ(log.messages().front().category, "default");
+        EXPECT_THAT(bmp, Each(UNTOUCHED));
+    }
+
+    StrictClosedLibrary library;
+    Decoder decoder;
+    GuardedBytes wlt{1024, GetParam(), 'w'};
+    GuardedBytes bmp{BMP_SIZE, GetParam(), UNTOUCHED};
+};
+
+INSTANTIATE_TEST_SUITE_P(GuardPages, Photo, testing::ValuesIn(GUARD_SIDES));
+
+} // namespace
+
+TEST_P(Photo, DecodedPixels_AreABmpFileWithTheDocumentedHead)
+{
+    expectUnpack(1);
+    const MessageLog log;
+    decoder->parseIDHeadImage(wlt.data(), bmp.data());
+    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(std::vector<int>(bmp.begin(), bmp.begin() + 54),
+                ElementsAre('B', 'M', 0xce, 0x97, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0,  //
+                            40, 0, 0, 0, 102, 0, 0, 0, 126, 0, 0, 0, 1, 0, 24, 0, //
+                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                            0));
+}
+
+TEST_P(Photo, DecodedRows_KeepTheirOrderAndArePaddedWithTheNextRow)
+{
+    expectUnpack(1);
+    decoder->parseIDHeadImage(wlt.data(), bmp.data());
+    // What follows the last pixel is zero.
+    const auto source = [](std::size_t at) -> int { return at < PIXELS_SIZE ? pixelByte(at) : 0; };
+    for (std::size_t y = 0; y < 126; ++y) {
+        const unsigned char *const row = bmp.data() + 54 + 308 * y;
+        for (std::size_t x = 0; x < 102; ++x)
+            for (std::size_t byte = 0; byte < 3; ++byte)
+                ASSERT_EQ(row[3 * x + byte], source(306 * y + 3 * x + 2 - byte)) << x << ' ' << y;
+        ASSERT_EQ(row[306], source(306 * (y + 1) + 2)) << y;
+        ASSERT_EQ(row[307], source(306 * (y + 1) + 1)) << y;
+    }
+}
+
+TEST_P(Photo, AnyResultButOne_IsLoggedAndLeavesTheOutput)
+{
+    for (const int result : {0, -1, 2, 144, -2147483647 - 1}) {
+        expectUnpack(result);
+        expectUndecoded();
+    }
+}
+
+TEST_P(Photo, DecoderThatThrows_IsLoggedAndLeavesTheOutput)
+{
+    EXPECT_CALL(library, unpack(_, _, 310))
+        .WillOnce([](unsigned char *, unsigned char *, int) -> int {
+            throw std::runtime_error("out of order");
+        });
+    expectUndecoded();
+}
+
+TEST_P(Photo, NullPointers_AreLoggedAndNothingIsDecoded)
+{
+    const MessageLog log;
+    decoder->parseIDHeadImage(nullptr, bmp.data());
+    decoder->parseIDHeadImage(wlt.data(), nullptr);
+    EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!", "解码头像数据失败!"));
+    EXPECT_THAT(bmp, Each(UNTOUCHED));
+}
