@@ -16,6 +16,7 @@
 
 #include "api/result_codes.h"
 #include "common/card_records.h"
+#include "common/common.h"
 #include "common/export.h"
 
 #if defined(__clang__)
@@ -77,4 +78,14 @@ IDCARD_READER_EXPORT std::string getSDKVersion();
 
 #if defined(__clang__)
 #pragma clang diagnostic pop
+#endif
+
+#ifndef IDCARD_READER_NO_STRING_CHECK
+/**
+ * The name of `readIDCard` does not tell which of the two `std::string`s of the C++ library a host
+ * was built with. This reference does: a host with the other one (`_GLIBCXX_USE_CXX11_ABI=0`) is
+ * not linked, where its first call would have crashed. A host that includes this header and is not
+ * linked with the library, but loads it, defines `IDCARD_READER_NO_STRING_CHECK`.
+ */
+[[gnu::used]] static std::string (*const idcardReaderStringCheck)(std::string) = &CCommon::trim;
 #endif
