@@ -1,0 +1,42 @@
+// The kind of document, on any text block.
+
+#include "fuzz/fuzz_target.h"
+
+#include <QByteArray>
+
+#include "fuzz/input.h"
+#include "iddata/iddata.h"
+
+namespace
+{
+
+constexpr std::size_t LETTER_OFFSET = 248;
+
+ID_TYPE typeOf(unsigned int character)
+{
+    switch (character) {
+    case 'I':
+        return ID_TYPE_FOREIGN_2017;
+    case 'Y':
+        return ID_TYPE_FOREIGN_NEW;
+    case 'J':
+        return ID_TYPE_HMT;
+    default:
+        return ID_TYPE_CN;
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    // The letter comes first, so that short inputs have one.
+    const auto input = blockOf(data, size, TEXT_BLOCK_SIZE);
+    const auto block = blockOf(input.get() + 2, TEXT_BLOCK_SIZE - 2, TEXT_BLOCK_SIZE);
+    std::copy_n(input.get(), 2, block.get() + LETTER_OFFSET);
+    QByteArray noRecord;
+    auto type = static_cast<ID_TYPE>(99);
+    demand(CIdData(noRecord, FP_INFO_NONE).parseIDType(block.get(), &type));
+    demand(type == typeOf(input[0] + 256U * input[1]));
+    return 0;
+}
