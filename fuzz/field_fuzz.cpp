@@ -13,10 +13,28 @@ namespace
 constexpr std::size_t LONGEST_FIELD = 129;
 constexpr std::size_t PARAMETERS = 2;
 
-/** Whether `text` ends with a whole character of UTF-8. */
-bool isWhole(const char *text, int size)
+/** Bytes of the UTF-8 character that begins with `first`. */
+std::size_t characterSize(unsigned char first)
 {
-    return QString::fromUtf8(text, size).toUtf8() == QByteArray(text, size);
+    if (first < 0x80)
+        return 1;
+    if (first < 0xE0)
+        return 2;
+    return first < 0xF0 ? 3 : 4;
+}
+
+/** Whether `text` ends with a whole character of UTF-8. */
+bool isWhole(const unsigned char *text, std::size_t size)
+{
+    std::size_t position = 0;
+    while (position < size) {
+        const std::size_t character = characterSize(text[position]);
+        for (std::size_t i = position + 1; i < std::min(position + character, size); ++i)
+            if (text[i] < 0x80 || text[i] >= 0xC0)
+                return false;
+        position += character;
+    }
+    return position == size;
 }
 
 } // namespace
@@ -28,11 +46,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::size_t room = data[0];
     const std::size_t length = data[1] % (LONGEST_FIELD + 1);
     const auto field = blockOf(data + PARAMETERS, size - PARAMETERS, length);
-    const auto out = blockOf(nullptr, 0, room);
-    auto *const text = reinterpret_cast<char *>(out.get());
+    const std::unique_ptr<unsigned char[]> out(new unsigned char[room]());
     QByteArray noRecord;
     CIdData(noRecord, FP_INFO_NONE)
-        .DecodeIDBase(field.get(), 0, static_cast<int>(length), text, static_cast<int>(room));
-    demand(isWhole(text, static_cast<int>(room)));
+        .DecodeIDBase(field.get(), 0, static_cast<int>(length), reinterpret_cast<char *>(out.get()),
+                      static_cast<int>(room));
+    demand(isWhole(out.get(), room));
     return 0;
 }
