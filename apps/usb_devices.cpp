@@ -55,11 +55,12 @@ QString className(std::uint8_t code)
 
 using Config = std::unique_ptr<libusb_config_descriptor, decltype(&libusb_free_config_descriptor)>;
 
-/** The configuration that the device is in; null when it is in none. */
+/** The configuration that the device is in, or its first when it is in none; null without any. */
 Config configOf(libusb_device *device)
 {
     libusb_config_descriptor *config = nullptr;
-    if (libusb_get_active_config_descriptor(device, &config) != LIBUSB_SUCCESS)
+    if (libusb_get_active_config_descriptor(device, &config) != LIBUSB_SUCCESS &&
+        libusb_get_config_descriptor(device, 0, &config) != LIBUSB_SUCCESS)
         config = nullptr;
     return {config, libusb_free_config_descriptor};
 }
