@@ -1,0 +1,245 @@
+// The server with real sockets on the loopback address.
+
+#include <functional>
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTcpSocket>
+
+#include "simulator/usbip_server.h"
+#include "tests/usbip/client_messages.h"
+#include "tests/usbip/scripted_device.h"
+
+using simulator::UsbipServer;
+using simulator::UsbStatus;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 20000;
+
+/** Runs the event loop until `isTrue`, or until nobody has patience any more. */
+bool eventually(const std::function<bool()> &isTrue)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!isTrue() && time.elapsed() < PATIENCE_MS)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 10);
+    return isTrue();
+}
+
+class Client
+{
+public:
+    explicit Client(const UsbipServer &server)
+    {
+        m_socket.connectToHost(server.address(), server.port());
+        EXPECT_TRUE(eventually([this] { return isConnected(); }));
+    }
+
+    bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    void send(const QByteArray &bytes) { m_socket.write(bytes); }
+    void leave() { m_socket.abort(); }
+
+    /** The next `size` bytes, fewer when they do not come. */
+    QByteArray receive(int size)
+    {
+        eventually([&] { return m_socket.bytesAvailable() >= size || !isConnected(); });
+        return m_socket.read(size);
+    }
+
+    bool isClosedByServer()
+    {
+        return eventually([this] { return !isConnected(); });
+    }
+
+    void import()
+    {
+        send(importRequest());
+        ASSERT_EQ(receive(IMPORT_REPLY_SIZE).size(), IMPORT_REPLY_SIZE);
+    }
+
+private:
+    QTcpSocket m_socket;
+};
+
+class Server : public testing::Test
+{
+protected:
+    Server() { EXPECT_EQ(server.listen(QHostAddress(QHostAddress::LocalHost), 0), QString()); }
+
+    bool isReported(const char *part)
+    {
+        return eventually([&] { return reports.join('\n').contains(QLatin1String(part)); });
+    }
+
+    int argumentCount = 1;
+    char name[5] = "test";
+    char *arguments[2] = {name, nullptr};
+    QCoreApplication application{argumentCount, arguments};
+    QStringList reports;
+    ScriptedDevice device;
+    UsbipServer server{device, [this](const QString &line) { reports << line; }};
+};
+
+TEST_F(Server, ListsTheReaderAndClosesTheConnection)
+{
+    Client client(server);
+    client.send(listRequest());
+    EXPECT_EQ(client.receive(LIST_REPLY_SIZE).size(), LIST_REPLY_SIZE);
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST_F(Server, ReportsAttachingAndDetaching)
+{
+    Client client(server);
+    client.import();
+    EXPECT_TRUE(server.isAttached());
+    EXPECT_TRUE(isReported("has attached the reader"));
+    client.leave();
+    EXPECT_TRUE(isReported("has detached the reader"));
+    EXPECT_TRUE(eventually([this] { return !server.isAttached(); }));
+}
+
+TEST_F(Server, RefusesASecondImportAndLeavesTheFirstAlone)
+{
+    Client first(server);
+    first.import();
+    Client second(server);
+    second.send(importRequest());
+    EXPECT_EQ(second.receive(8), hex("01 11 00 03 00 00 00 01"));
+    EXPECT_TRUE(second.isClosedByServer());
+    device.reads = {answer("still here")};
+    first.send(bulkRead(1, 64));
+    EXPECT_EQ(first.receive(48 + 10).mid(48), "still here");
+}
+
+TEST_F(Server, CanBeAttachedAgainAfterDetaching)
+{
+    Client(server).import();
+    EXPECT_TRUE(eventually([this] { return !server.isAttached(); }));
+    Client again(server);
+    again.import();
+    EXPECT_TRUE(server.isAttached());
+}
+
+TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
+{
+    Client client(server);
+    client.import();
+    device.reads = {answer("late", 150)};
+    device.writes = {taken(1)};
+    QElapsedTimer time;
+    time.start();
+    client.send(bulkRead(1, 64) + bulkWrite(2, "x"));
+    EXPECT_EQ(client.receive(48).mid(4, 4), hex("00 00 00 02"));
+    EXPECT_EQ(client.receive(48 + 4).mid(48), "late");
+    EXPECT_GE(time.elapsed(), 150);
+}
+
+TEST_F(Server, PendingTransferIsTakenBack)
+{
+    Client client(server);
+    client.import();
+    device.reads = {endedWith(UsbStatus::Pending)};
+    client.send(bulkRead(1, 64));
+    client.send(unlink(2, 1));
+    const auto sent = replies(client.receive(48));
+    ASSERT_EQ(sent.size(), 1U);
+    EXPECT_EQ(sent[0].kind, Reply::Unlinked);
+    EXPECT_EQ(sent[0].status, -104);
+}
+
+TEST_F(Server, UnplugClosesTheConnection)
+{
+    Client client(server);
+    client.import();
+    device.pluggedIn = false;
+    server.deviceChanged();
+    EXPECT_TRUE(client.isClosedByServer());
+    EXPECT_FALSE(server.isAttached());
+    EXPECT_TRUE(isReported("unplugged"));
+}
+
+TEST_F(Server, TransferThatUnplugsTheReaderIsAnsweredBeforeTheConnectionCloses)
+{
+    Client client(server);
+    client.import();
+    device.reads = {endedWith(UsbStatus::Unplugged, 20)};
+    client.send(bulkRead(1, 64));
+    ASSERT_TRUE(eventually([this] { return device.calls.size() > 1; }));
+    device.pluggedIn = false;
+    server.deviceChanged();
+    const auto sent = replies(client.receive(48));
+    ASSERT_EQ(sent.size(), 1U);
+    EXPECT_EQ(sent[0].status, -108);
+    EXPECT_TRUE(client.isClosedByServer());
+}
+
+TEST_F(Server, TellsWhyItClosesAConnection)
+{
+    Client client(server);
+    client.send("GET / HTTP/1.1\r\n\r\n");
+    EXPECT_TRUE(client.isClosedByServer());
+    EXPECT_TRUE(isReported("version 0x4745"));
+}
+
+TEST_F(Server, ServesOthersBesideConnectionsThatSayNothing)
+{
+    std::vector<std::unique_ptr<Client>> silent;
+    for (std::size_t i = 0; i < 3 * UsbipServer::MOST_CONNECTIONS; ++i) {
+        silent.push_back(std::make_unique<Client>(server));
+        silent.back()->send(hex("01 11 80"));
+    }
+    Client client(server);
+    client.import();
+    EXPECT_TRUE(eventually([&] {
+        const auto open = std::count_if(silent.begin(), silent.end(),
+                                        [](const auto &peer) { return peer->isConnected(); });
+        return open < static_cast<int>(UsbipServer::MOST_CONNECTIONS);
+    }));
+}
+
+TEST_F(Server, KeepsTheAttachedClientWhenManyOthersCome)
+{
+    Client attached(server);
+    attached.import();
+    std::vector<std::unique_ptr<Client>> silent;
+    for (std::size_t i = 0; i < 3 * UsbipServer::MOST_CONNECTIONS; ++i)
+        silent.push_back(std::make_unique<Client>(server));
+    device.reads = {answer("here")};
+    attached.send(bulkRead(1, 64));
+    EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
+}
+
+TEST_F(Server, SendsAwayWhoAsksForNothing)
+{
+    Client silent(server);
+    silent.send(hex("01 11 80"));
+    EXPECT_TRUE(silent.isClosedByServer());
+}
+
+TEST_F(Server, ManyLongReadsArriveWhole)
+{
+    Client client(server);
+    client.import();
+    constexpr int COUNT = 40;
+    const QByteArray data(65536, 'd');
+    device.reads.assign(COUNT, answer(data));
+    for (unsigned int number = 0; number < COUNT; ++number)
+        client.send(bulkRead(number, 65536));
+    for (int i = 0; i < COUNT; ++i)
+        ASSERT_EQ(client.receive(48 + data.size()).mid(48), data) << i;
+}
+
+TEST_F(Server, TellsWhyItCannotListen)
+{
+    UsbipServer second(device, [](const QString &) {});
+    EXPECT_THAT(second.listen(server.address(), server.port()).toStdString(), HasSubstr("in use"));
+}
+
+} // namespace
