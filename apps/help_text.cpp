@@ -13,30 +13,13 @@ namespace app
 namespace
 {
 
-constexpr int HELP_WIDTH = 79;
-
-/** A heading and rows of a short text and its explanation, which may run over several lines. */
-QString section(const char *heading, const QVector<QStringList> &rows)
-{
-    constexpr int MARGIN = 2;
-    int column = 0;
-    for (const QStringList &row : rows)
-        column = std::max(column, MARGIN + displayWidth(row[0]) + 2);
-    QString text = QStringLiteral("\n%1:\n").arg(QLatin1String(heading));
-    for (const QStringList &row : rows) {
-        text += padded(QString(MARGIN, QLatin1Char(' ')) + row[0], column) +
-                wrapped(row[1], HELP_WIDTH - column, column) + QLatin1Char('\n');
-    }
-    return text;
-}
-
 QString exitStatusSection()
 {
     QVector<QStringList> rows;
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
         rows << QStringList{QString::number(static_cast<int>(entry.status)),
                             QString::fromUtf8(entry.meaning)};
-    return section("Exit status", rows);
+    return helpSection("Exit status", rows);
 }
 
 QString faultSection()
@@ -44,7 +27,7 @@ QString faultSection()
     QVector<QStringList> rows;
     for (const simulator::FaultRule &rule : simulator::makersFaultRules())
         rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning)};
-    return section("Faults of the simulator", rows);
+    return helpSection("Faults of the simulator", rows);
 }
 
 const QStringList &simulatorVariable()
@@ -70,7 +53,7 @@ QString environmentSection(Command command)
     QVector<QStringList> rows{simulatorVariable()};
     if (paintsCards(command))
         rows.prepend(platformVariable());
-    return section("Environment", rows);
+    return helpSection("Environment", rows);
 }
 
 } // namespace
@@ -86,11 +69,12 @@ QString overallHelp()
                                   "and Taiwan residents, and foreigners' permanent residence "
                                   "cards."),
                    HELP_WIDTH, 0) +
-           QLatin1Char('\n') + section("Commands", commands) +
-           section("Options",
-                   {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
-                    {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
-           exitStatusSection() + section("Environment", {platformVariable(), simulatorVariable()}) +
+           QLatin1Char('\n') + helpSection("Commands", commands) +
+           helpSection("Options",
+                       {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
+                        {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
+           exitStatusSection() +
+           helpSection("Environment", {platformVariable(), simulatorVariable()}) +
            QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
 }
 
@@ -108,7 +92,7 @@ QString commandHelp(const CommandRow &command)
 
     QString text = QStringLiteral("Usage: %1\n\n").arg(commandUsage(command));
     text += wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n');
-    text += section("Options", options);
+    text += helpSection("Options", options);
     if (hasFaults)
         text += faultSection();
     text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);

@@ -86,6 +86,11 @@ bool isInterrupted()
     return interrupted != 0;
 }
 
+int interruptionDescriptor()
+{
+    return wakePipe[0];
+}
+
 void pauseFor(int milliseconds)
 {
     if (isInterrupted())

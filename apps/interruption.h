@@ -15,6 +15,9 @@ void catchInterruption(ExitStatus statusOfHangingRead);
 
 bool isInterrupted();
 
+/** Becomes readable when a signal comes: for an event loop. Negative when there is none. */
+int interruptionDescriptor();
+
 /** Waits; ends at once when a signal comes or has come. */
 void pauseFor(int milliseconds);
 

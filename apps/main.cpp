@@ -2,17 +2,13 @@
 // and ends with its status.
 
 #include <array>
-#include <clocale>
-#include <cstring>
 #include <memory>
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QTextCodec>
-
-#include <langinfo.h>
 
 #include "apps/commands.h"
+#include "apps/locale.h"
 #include "apps/option_table.h"
 #include "apps/options.h"
 #include "apps/standard_streams.h"
@@ -26,22 +22,6 @@ using namespace app;
 std::array<char, 14> programName = {"idcard-reader"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;
-
-/** In the C locale, as services have it, names of files with Chinese characters would be lost. */
-void useUtf8InPlainLocale()
-{
-    std::setlocale(LC_ALL, "");
-    if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-}
-
-QStringList argumentsOf(int argc, char **argv)
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    return arguments;
-}
 
 /** Reading a card needs a GUI application, but no display. */
 void choosePlatform(const Options &options)
@@ -108,14 +88,6 @@ int main(int argc, char **argv)
     Output output;
     installMessageHandler();
     useUtf8InPlainLocale();
-    ExitStatus status = serve(argumentsOf(argc, argv), &output);
-    output.close();
-    if (!output.problem().isEmpty()) {
-        tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
-                            "program it goes to can take it all, and start again.")
-                 .arg(output.problem()));
-        if (status == ExitStatus::Done)
-            status = ExitStatus::ProgramFailed;
-    }
-    return static_cast<int>(status);
+    const ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    return static_cast<int>(closedWith(status, &output));
 }

@@ -10,8 +10,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "apps/exit_status.h"
-
 namespace app
 {
 
@@ -20,6 +18,7 @@ namespace
 
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
+const char *programName = "idcard-reader";
 
 int writeAll(int descriptor, const QByteArray &bytes)
 {
@@ -120,6 +119,17 @@ QString Output::problem() const
     return m_error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(m_error));
 }
 
+ExitStatus closedWith(ExitStatus status, Output *output)
+{
+    output->close();
+    if (output->problem().isEmpty())
+        return status;
+    tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
+                        "program it goes to can take it all, and start again.")
+             .arg(output->problem()));
+    return status == ExitStatus::Done ? ExitStatus::ProgramFailed : status;
+}
+
 void showForeignOutput()
 {
     foreignOutputShown = true;
@@ -141,9 +151,14 @@ HiddenLog::~HiddenLog()
     --hiddenLogs;
 }
 
+void setProgramName(const char *name)
+{
+    programName = name;
+}
+
 void tell(const QString &message)
 {
-    printToStandardError(QStringLiteral("idcard-reader: ") + message + QLatin1Char('\n'));
+    printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(programName), message));
 }
 
 void printToStandardError(const QString &text)

@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "apps/exit_status.h"
+
 namespace app
 {
 
@@ -38,6 +40,9 @@ private:
     int m_error = 0;
 };
 
+/** Closes `output`. Returns how the program ends: with `status`, or failed if writing did, told. */
+ExitStatus closedWith(ExitStatus status, Output *output);
+
 /** Lets foreign output to standard output, and what Qt logs, appear on standard error. */
 void showForeignOutput();
 
@@ -58,6 +63,9 @@ public:
     HiddenLog &operator=(const HiddenLog &) = delete;
     HiddenLog &operator=(HiddenLog &&) = delete;
 };
+
+/** Under which name `tell` speaks; "idcard-reader" unless it is called. The text must live on. */
+void setProgramName(const char *name);
 
 /** Prints a message for people on standard error, behind the program's name. */
 void tell(const QString &message);

@@ -160,4 +160,18 @@ QString wrapped(const QString &text, int width, int indent)
     return result;
 }
 
+QString helpSection(const char *heading, const QVector<QStringList> &rows)
+{
+    constexpr int MARGIN = 2;
+    int column = 0;
+    for (const QStringList &row : rows)
+        column = std::max(column, MARGIN + displayWidth(row[0]) + 2);
+    QString text = QStringLiteral("\n%1:\n").arg(QLatin1String(heading));
+    for (const QStringList &row : rows) {
+        text += padded(QString(MARGIN, QLatin1Char(' ')) + row[0], column) +
+                wrapped(row[1], HELP_WIDTH - column, column) + QLatin1Char('\n');
+    }
+    return text;
+}
+
 } // namespace app

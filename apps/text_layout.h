@@ -36,4 +36,10 @@ QString alignedTable(const QVector<QStringList> &rows);
  */
 QString wrapped(const QString &text, int width, int indent);
 
+/** Columns of a help text. */
+constexpr int HELP_WIDTH = 79;
+
+/** A heading and rows of a short text and its explanation, which may run over several lines. */
+QString helpSection(const char *heading, const QVector<QStringList> &rows);
+
 } // namespace app

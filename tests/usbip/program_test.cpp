@@ -1,0 +1,336 @@
+// idcard-virtual-reader as a user and a script meet it: options, lines of standard input, signals.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+
+#include "tests/support/running_process.h"
+#include "tests/usbip/client_messages.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace
+{
+
+constexpr int WAIT_MS = 30000;
+const char *const PROGRAM = "idcard-virtual-reader";
+
+/** A reader on any free port. */
+class VirtualReader : public RunningProcess
+{
+public:
+    explicit VirtualReader(const QStringList &arguments = {})
+        : RunningProcess(PROGRAM, QStringList{"--port", "0"} + arguments)
+    {
+        const QByteArray line = nextLine();
+        EXPECT_THAT(line.toStdString(), StartsWith("ok listening on 127.0.0.1 port "));
+        m_port = line.mid(line.lastIndexOf(' ') + 1).toUShort();
+        EXPECT_GT(m_port, 0);
+    }
+
+    quint16 port() const { return m_port; }
+
+    std::string ask(const QByteArray &line)
+    {
+        write(line + '\n');
+        return nextLine().toStdString();
+    }
+
+private:
+    quint16 m_port = 0;
+};
+
+/** A client that waits for every answer. */
+class Client
+{
+public:
+    explicit Client(quint16 port)
+    {
+        m_socket.connectToHost(QStringLiteral("127.0.0.1"), port);
+        EXPECT_TRUE(m_socket.waitForConnected(WAIT_MS));
+    }
+
+    QByteArray ask(const QByteArray &request, int answerSize)
+    {
+        m_socket.write(request);
+        while (m_socket.bytesAvailable() < answerSize && m_socket.waitForReadyRead(WAIT_MS)) {
+        }
+        return m_socket.read(answerSize);
+    }
+
+    void attach() { ASSERT_EQ(ask(importRequest(), IMPORT_REPLY_SIZE).size(), IMPORT_REPLY_SIZE); }
+
+    QByteArray exchange(const QByteArray &command, int answerSize)
+    {
+        EXPECT_EQ(replies(ask(bulkWrite(1, command), 48)),
+                  std::vector<Reply>{(Reply{Reply::Submitted, 1, 0, command.size(), {}})});
+        return ask(bulkRead(2, static_cast<unsigned int>(answerSize)), 48 + answerSize).mid(48);
+    }
+
+    bool isClosedByServer()
+    {
+        return m_socket.state() == QAbstractSocket::UnconnectedState ||
+               m_socket.waitForDisconnected(WAIT_MS);
+    }
+
+private:
+    QTcpSocket m_socket;
+};
+
+const QByteArray LOOKUP = hex("AA AA AA 96 69 00 03 20 01 22");
+const QByteArray FOUND = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
+const QByteArray SELECT = hex("AA AA AA 96 69 00 03 20 02 21");
+const QByteArray SELECTED = hex("AA AA AA 96 69 00 0C 00 00 90 00 00 00 00 00 00 00 00 9C");
+const QByteArray READ = hex("AA AA AA 96 69 00 03 30 10 23");
+
+TEST(VirtualReaderProgram, HasACardReadOverTheProtocol)
+{
+    const VirtualReader reader({"--card", "resident"});
+    Client client(reader.port());
+    client.attach();
+    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
+    EXPECT_EQ(client.exchange(SELECT, 19), SELECTED);
+    const QByteArray card = client.exchange(READ, 2321);
+    EXPECT_EQ(card.left(16), hex("AA AA AA 96 69 09 0A 00 00 90 01 00 04 00 04 00"));
+    EXPECT_EQ(card.size(), 2321);
+}
+
+TEST(VirtualReaderProgram, ListensOnTheLoopbackAddressAndSaysNothingOfIt)
+{
+    VirtualReader reader;
+    const ProcessResult run = [&] {
+        EXPECT_EQ(reader.ask("quit"), "ok");
+        return reader.result();
+    }();
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_EQ(run.exitStatus, 0);
+}
+
+TEST(VirtualReaderProgram, IsNotReachedOnAnotherAddress)
+{
+    const VirtualReader reader;
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.2"), reader.port());
+    EXPECT_FALSE(socket.waitForConnected(5000));
+}
+
+TEST(VirtualReaderProgram, WarnsWhenOthersCanReachIt)
+{
+    RunningProcess reader(PROGRAM, {"--listen", "0.0.0.0", "--port", "0"});
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok listening on 0.0.0.0 port "));
+    EXPECT_TRUE(reader.hasTold("Warning: 0.0.0.0 is no loopback address"));
+}
+
+TEST(VirtualReaderProgram, BearsTheIdsThatItIsGiven)
+{
+    const VirtualReader reader({"--device", "04aB:00Cd"});
+    Client client(reader.port());
+    EXPECT_EQ(client.ask(listRequest(), LIST_REPLY_SIZE).mid(12 + 256 + 32 + 12, 4),
+              hex("04 AB 00 CD"));
+}
+
+TEST(VirtualReaderProgram, CardIsPutAndTakenByCommand)
+{
+    VirtualReader reader;
+    Client client(reader.port());
+    client.attach();
+    EXPECT_NE(client.exchange(LOOKUP, 11), FOUND.left(11));
+    EXPECT_EQ(reader.ask("card hmt-macao"), "ok");
+    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
+    EXPECT_EQ(reader.ask("take"), "ok");
+    EXPECT_NE(client.exchange(LOOKUP, 11), FOUND.left(11));
+}
+
+TEST(VirtualReaderProgram, CardComesFromAFileWithASpaceInItsName)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("my card.json");
+    ASSERT_TRUE(QFile::copy(IDCARD_SOURCE_DIR "/simulator/cards/resident.json", file));
+    VirtualReader reader;
+    EXPECT_EQ(reader.ask("  card \t" + QFile::encodeName(file) + "  "), "ok");
+    EXPECT_THAT(reader.ask("status"), HasSubstr("card: " + file.toStdString()));
+}
+
+TEST(VirtualReaderProgram, RefusedCardIsToldAndTheOldOneStays)
+{
+    VirtualReader reader({"--card", "resident"});
+    EXPECT_THAT(reader.ask("card no-such-card"), StartsWith("error: "));
+    EXPECT_THAT(reader.ask("status"), HasSubstr("card: resident"));
+}
+
+TEST(VirtualReaderProgram, FaultsAreSetAndTakenBack)
+{
+    VirtualReader reader({"--card", "resident"});
+    Client client(reader.port());
+    client.attach();
+    EXPECT_EQ(reader.ask("faults lookup-answer-stalled, delay-ms=1"), "ok");
+    EXPECT_THAT(reader.ask("status"), HasSubstr("faults: lookup-answer-stalled, delay-ms=1"));
+    client.ask(bulkWrite(1, LOOKUP), 48);
+    EXPECT_EQ(replies(client.ask(bulkRead(2, 15), 48))[0].status, -32);
+    EXPECT_EQ(reader.ask("faults"), "ok");
+    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
+    EXPECT_THAT(reader.ask("status"), HasSubstr("faults: none"));
+}
+
+TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreTold)
+{
+    VirtualReader reader({"--fault", "claimed-elsewhere"});
+    EXPECT_TRUE(reader.hasTold("no client will see claimed-elsewhere"));
+    const std::string answer = reader.ask("faults permission-denied");
+    EXPECT_THAT(answer, StartsWith("ok but no client will see permission-denied"));
+}
+
+TEST(VirtualReaderProgram, RefusedFaultIsTold)
+{
+    VirtualReader reader;
+    const std::string answer = reader.ask("faults delay-ms=-1");
+    EXPECT_THAT(answer, StartsWith("error: "));
+    EXPECT_THAT(answer, HasSubstr("delay-ms=-1"));
+}
+
+TEST(VirtualReaderProgram, UnplugClosesTheConnectionAndPlugLetsAttachAgain)
+{
+    VirtualReader reader;
+    Client client(reader.port());
+    client.attach();
+    EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in, attached,"));
+    EXPECT_EQ(reader.ask("unplug"), "ok");
+    EXPECT_TRUE(client.isClosedByServer());
+    EXPECT_THAT(reader.ask("status"), StartsWith("ok unplugged, not attached,"));
+    EXPECT_EQ(Client(reader.port()).ask(importRequest(), 8), hex("01 11 00 03 00 00 00 04"));
+    EXPECT_EQ(reader.ask("plug"), "ok");
+    Client(reader.port()).attach();
+}
+
+TEST(VirtualReaderProgram, FaultThatUnplugsClosesTheConnection)
+{
+    VirtualReader reader;
+    Client client(reader.port());
+    client.attach();
+    EXPECT_EQ(reader.ask("faults unplugged"), "ok");
+    EXPECT_TRUE(client.isClosedByServer());
+    EXPECT_THAT(reader.ask("plug"), StartsWith("error: the fault \"unplugged\""));
+}
+
+TEST(VirtualReaderProgram, EveryCommandIsAnsweredByOneLineAndBlankLinesAreNone)
+{
+    VirtualReader reader;
+    reader.write("\n  \nstatus\r\n\nhelp\ntake it\ncard\nunknown\x1b[2J\n");
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok card NAME|FILE, take"));
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("error: take takes no argument"));
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("error: card needs an argument"));
+    const std::string unknown = reader.nextLine().toStdString();
+    EXPECT_THAT(unknown, StartsWith("error: there is no command"));
+    EXPECT_THAT(unknown, Not(HasSubstr("\x1b")));
+}
+
+TEST(VirtualReaderProgram, OverlongLineIsRefusedAsOneAndTheNextIsServed)
+{
+    VirtualReader reader;
+    EXPECT_THAT(reader.ask(QByteArray(200000, 'x')), StartsWith("error: the line is longer than"));
+    EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in"));
+}
+
+TEST(VirtualReaderProgram, StaysAfterTheEndOfInput)
+{
+    VirtualReader reader;
+    reader.write("status"); // a last line without an end
+    reader.closeStandardInput();
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
+    Client(reader.port()).attach();
+}
+
+TEST(VirtualReaderProgram, EndsWithTheInputWhenAskedTo)
+{
+    VirtualReader reader({"--until-end-of-input"});
+    reader.write("status\n");
+    const ProcessResult run = reader.result();
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardOutput.toStdString(), StartsWith("ok plugged in"));
+}
+
+TEST(VirtualReaderProgram, InterruptionEndsItInGoodOrder)
+{
+    for (const int number : {SIGINT, SIGTERM}) {
+        VirtualReader reader;
+        Client client(reader.port());
+        client.attach();
+        reader.signal(number);
+        EXPECT_TRUE(client.isClosedByServer());
+        const ProcessResult run = reader.result();
+        EXPECT_TRUE(run.finished) << number;
+        EXPECT_EQ(run.exitStatus, 0) << number;
+    }
+}
+
+TEST(VirtualReaderProgram, EndsWhenNobodyTakesItsAnswers)
+{
+    VirtualReader reader;
+    reader.closeStandardOutput();
+    reader.write("status\n");
+    const ProcessResult run = reader.result();
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+}
+
+TEST(VirtualReaderProgram, TakenPortIsToldWithWhatToDo)
+{
+    const VirtualReader first;
+    const ProcessResult run = runProcess(PROGRAM, {"--port", QString::number(first.port())});
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("choose another with --port"));
+}
+
+TEST(VirtualReaderProgram, WrongUsageEndsWithTwoAndNamesTheValue)
+{
+    const std::vector<std::pair<QStringList, const char *>> wrong = {
+        {{"--port", "65536"}, "65536"},
+        {{"--port", "x"}, "\"x\""},
+        {{"--listen", "localhorst"}, "localhorst"},
+        {{"--device", "1209"}, "\"1209\""},
+        {{"--device", "1209:00001"}, "1209:00001"},
+        {{"--card", "no-such-card"}, "no-such-card"},
+        {{"--card", " "}, "--card"},
+        {{"--fault", "no-such-fault"}, "no-such-fault"},
+        {{"--port", "1", "--port", "2"}, "only once"},
+        {{"--unknown"}, "unknown"},
+        {{"argument"}, "argument"},
+    };
+    for (const auto &[arguments, part] : wrong) {
+        const ProcessResult run = runProcess(PROGRAM, arguments);
+        EXPECT_EQ(run.exitStatus, 2) << arguments.join(' ').toStdString();
+        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+        EXPECT_THAT(run.standardError.toStdString(), StartsWith("idcard-virtual-reader: "));
+        EXPECT_THAT(run.standardError.toStdString(), HasSubstr(part));
+    }
+}
+
+TEST(VirtualReaderProgram, HelpNamesOptionsCommandsAndFaults)
+{
+    const ProcessResult run = runProcess(PROGRAM, {"--help"});
+    EXPECT_EQ(run.exitStatus, 0);
+    for (const char *part : {"--until-end-of-input", "card NAME|FILE", "E-answer-cut=N",
+                             "usbip attach -r", "Exit status"})
+        EXPECT_THAT(run.standardOutput.toStdString(), HasSubstr(part));
+    EXPECT_EQ(runProcess(PROGRAM, {"-h"}).standardOutput, run.standardOutput);
+    for (const QByteArray &line : run.standardOutput.split('\n'))
+        EXPECT_LE(line.size(), 79) << line.toStdString();
+}
+
+TEST(VirtualReaderProgram, TellsItsVersion)
+{
+    EXPECT_THAT(runProcess(PROGRAM, {"--version"}).standardOutput.toStdString(),
+                StartsWith("idcard-virtual-reader "));
+}
+
+} // namespace
