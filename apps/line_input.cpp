@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <csignal>
 
-#include <QTimer>
-
 #include <unistd.h>
 
 namespace app
@@ -56,6 +54,9 @@ LineInput::LineInput(LineSplitter::Take take, End end)
     // In the background of a terminal, reading is to fail, not to stop the program.
     std::signal(SIGTTIN, SIG_IGN);
     QObject::connect(&m_readable, &QSocketNotifier::activated, &m_readable, [this] { read(); });
+    m_retry.setSingleShot(true);
+    QObject::connect(&m_retry, &QTimer::timeout, &m_readable,
+                     [this] { m_readable.setEnabled(true); });
 }
 
 void LineInput::read()
@@ -70,8 +71,7 @@ void LineInput::read()
         return;
     m_readable.setEnabled(false);
     if (count < 0 && errno == EIO && ::isatty(STDIN_FILENO) == 1) {
-        QTimer::singleShot(BACKGROUND_PAUSE_MS, &m_readable,
-                           [this] { m_readable.setEnabled(true); });
+        m_retry.start(BACKGROUND_PAUSE_MS);
         return;
     }
     m_splitter.end();

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QSocketNotifier>
+#include <QTimer>
 
 namespace app
 {
@@ -51,6 +52,7 @@ private:
     LineSplitter m_splitter;
     End m_end;
     QSocketNotifier m_readable;
+    QTimer m_retry; ///< while the program is in the background of its terminal
 };
 
 } // namespace app

@@ -255,8 +255,9 @@ void UsbipConnection::endDueTransfers(std::int64_t now)
 {
     for (auto next = nextToEnd(); next != m_transfers.end() && *next->end <= now;
          next = nextToEnd()) {
-        const Transfer transfer = *next;
-        m_transfers.erase(next);
+        Transfers ended;
+        ended.splice(ended.begin(), m_transfers, next);
+        const Transfer &transfer = ended.front();
         reply(transfer.submit, transfer.outcome);
         if (!transfer.submit.isIn() && transfer.outcome.status == UsbStatus::Done) {
             restartWaitingReads();

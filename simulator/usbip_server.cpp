@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include <QTcpSocket>
-#include <QTimer>
 
 namespace simulator
 {
@@ -131,7 +130,7 @@ private:
         if (m_connection.hasDevice())
             m_server.m_report(QStringLiteral("%1 has detached the reader.").arg(m_name));
         // This may be called by the socket or a timer of this very object.
-        QTimer::singleShot(0, &m_server.m_listener, [server = &m_server] { server->sweep(); });
+        m_server.m_sweep.start();
     }
 
     void awaitNextTime()
@@ -160,6 +159,9 @@ UsbipServer::UsbipServer(UsbDevice &device, Report report)
     : m_export(device), m_report(std::move(report))
 {
     m_clock.start();
+    m_sweep.setSingleShot(true);
+    m_sweep.setInterval(0);
+    QObject::connect(&m_sweep, &QTimer::timeout, &m_sweep, [this] { sweep(); });
     QObject::connect(&m_listener, &QTcpServer::newConnection, &m_listener,
                      [this] { welcomeNext(); });
 }

@@ -12,6 +12,7 @@
 #include <QHostAddress>
 #include <QString>
 #include <QTcpServer>
+#include <QTimer>
 
 #include "simulator/usbip_connection.h"
 
@@ -58,6 +59,7 @@ private:
     Report m_report;
     QElapsedTimer m_clock;
     std::list<std::unique_ptr<Peer>> m_peers; ///< in the order in which they came
+    QTimer m_sweep;                           ///< soon after a connection has gone
     QTcpServer m_listener;
 };
 
