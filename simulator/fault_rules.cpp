@@ -1,7 +1,7 @@
 // The vocabulary of faults as a table, and how its words are written.
 
-#include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "common/card_info_struct.h"
 #include "common/card_records.h"

@@ -281,7 +281,7 @@ bool VirtualReader::isOnReader(const std::optional<unsigned int> &placement) con
 
 QByteArray VirtualReader::answerLookup()
 {
-    const QByteArray success = bytesOf(reader_frames::LOOKUP_ANSWER);
+    QByteArray success = bytesOf(reader_frames::LOOKUP_ANSWER);
     m_found.reset();
     m_selected.reset();
     if (!m_slot.findCard()) {
@@ -293,7 +293,7 @@ QByteArray VirtualReader::answerLookup()
 
 QByteArray VirtualReader::answerSelect()
 {
-    const QByteArray success = bytesOf(reader_frames::SELECT_ANSWER);
+    QByteArray success = bytesOf(reader_frames::SELECT_ANSWER);
     m_selected.reset();
     if (!m_found) {
         return refusal(UsbRefusal::OutOfOrder, success.size());

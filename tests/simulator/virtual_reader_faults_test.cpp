@@ -43,7 +43,7 @@ protected:
     {
         ReaderOnUsb reader;
         prepare(&reader, fault);
-        const UsbTransfer transfer = reader->write(OUT_ENDPOINT, exchange().command);
+        UsbTransfer transfer = reader->write(OUT_ENDPOINT, exchange().command);
         if (transfer.status != UsbStatus::Done || transfer.count < 10) {
             EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
         }
