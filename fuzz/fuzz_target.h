@@ -10,7 +10,7 @@
 /** Handles one input. Ends the process when what the code under test promises does not hold. */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-/** Run once before the first input: what is logged goes nowhere. */
+/** Run once before the first input. */
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
 
 /** A promise of the code under test. */
