@@ -1,0 +1,462 @@
+// Finding, opening, claiming and resetting a reader, and giving it back.
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <libusb.h>
+
+#include "tests/usb/exposed_reader.h"
+#include "tests/usb/usb_test.h"
+
+namespace
+{
+
+using namespace usb_test;
+using testing::AnyOf;
+using testing::ElementsAre;
+
+class DeviceAccess : public UsbTest
+{
+protected:
+    /** What the log says of a search that finds nothing. */
+    void expectNotFound()
+    {
+        expectLog({"libusb_open_device_with_vid_pid() failed", "open usb failed!"});
+    }
+
+    /** Without the questions that opening a node brings with it. */
+    QStringList calls(const ScriptedDevice &device)
+    {
+        QStringList calls = bus().calls(device);
+        calls.removeAll(QStringLiteral("capabilities"));
+        return calls;
+    }
+
+    QString nodeOf(const ScriptedDevice &device)
+    {
+        const EmulatedBus::Address address = bus().address(device);
+        return bus().folder() +
+               QString::asprintf("/dev/bus/usb/%03d/%03d", address.bus, address.device);
+    }
+};
+
+/** A reader that goes when it has been claimed. */
+class LeavingDevice : public ScriptedDevice
+{
+public:
+    bool isPluggedIn() const override { return !m_hasLeft; }
+    bool isClaimedElsewhere() const override
+    {
+        m_hasLeft = true;
+        return false;
+    }
+
+private:
+    mutable bool m_hasLeft = false;
+};
+
+const QStringList WHOLE_USE = {"open",  "claim",   "release",      "reset",
+                               "claim", "release", "attach driver"};
+
+TEST_F(DeviceAccess, ReaderOnTheBus_IsOpenedClaimedAndReset)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), 0);
+    EXPECT_EQ(opened.state(), 2);
+    EXPECT_NE(opened.context(), nullptr);
+    EXPECT_NE(opened.handle(), nullptr);
+    EXPECT_EQ(device.resets(), 1);
+    EXPECT_EQ(bus().holdings(), (Holdings{1, 1, 0, 1}));
+    expectLog({"found usb device!", "open usb device success!"});
+}
+
+TEST_F(DeviceAccess, Layout_IsThatOfTheTable)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    const OpenedDevice opened;
+    std::array<unsigned char, 32> bytes{};
+    static_assert(sizeof(opened) == sizeof(bytes));
+    std::memcpy(bytes.data(), static_cast<const void *>(&opened), sizeof(bytes));
+    const auto number = [&bytes](std::size_t offset) {
+        std::int32_t value = -99;
+        std::memcpy(&value, bytes.data() + offset, sizeof(value));
+        return value;
+    };
+    const auto pointer = [&bytes](std::size_t offset) {
+        void *value = nullptr;
+        std::memcpy(&value, bytes.data() + offset, sizeof(value));
+        return value;
+    };
+    EXPECT_EQ(pointer(0), opened.context());
+    EXPECT_EQ(number(8), 0x0001);
+    EXPECT_EQ(number(12), 0x1209);
+    EXPECT_EQ(pointer(16), opened.handle());
+    EXPECT_EQ(number(24), 0);
+    EXPECT_EQ(number(28), 2);
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, Destructor_ReleasesTheInterfaceThenClosesTheNode)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    {
+        const OpenedDevice opened;
+    }
+    EXPECT_EQ(calls(device), WHOLE_USE);
+    EXPECT_EQ(bus().leftOvers(), QStringList());
+    EXPECT_EQ(bus().holdings(), (Holdings{0, 0, 0, 1}));
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, LargestIds_AreFoundAndKept)
+{
+    ScriptedDevice &device = make(simulator::UsbIds{0xFFFF, 0xFFFE});
+    add(device);
+    const OpenedDevice opened(0xFFFF, 0xFFFE);
+    EXPECT_EQ(opened.lastError(), 0);
+    EXPECT_EQ(opened.vendorId(), 0xFFFFU);
+    EXPECT_EQ(opened.productId(), 0xFFFEU);
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, EmptyBus_IsNotFound)
+{
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -7);
+    EXPECT_EQ(opened.state(), 0);
+    EXPECT_EQ(opened.handle(), nullptr);
+    EXPECT_NE(opened.context(), nullptr);
+    expectNotFound();
+}
+
+TEST_F(DeviceAccess, OtherDevicesOnly_AreNotOpened)
+{
+    ScriptedDevice &otherVendor = make(simulator::UsbIds{0x120A, PRODUCT});
+    ScriptedDevice &otherProduct = make(simulator::UsbIds{VENDOR, 0x0002});
+    ScriptedDevice &swapped = make(simulator::UsbIds{PRODUCT, VENDOR});
+    for (ScriptedDevice *const device : {&otherVendor, &otherProduct, &swapped})
+        add(*device);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -7);
+    EXPECT_EQ(opened.state(), 0);
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+    expectNotFound();
+}
+
+TEST_F(DeviceAccess, ReaderAmongOthers_IsTheOneThatIsOpened)
+{
+    ScriptedDevice &before = make(simulator::UsbIds{VENDOR, 0x0002});
+    ScriptedDevice &device = make();
+    ScriptedDevice &after = make(simulator::UsbIds{0x120A, PRODUCT});
+    for (ScriptedDevice *const one : {&before, &device, &after})
+        add(*one);
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+    }
+    EXPECT_EQ(calls(before), QStringList());
+    EXPECT_EQ(calls(device), WHOLE_USE);
+    EXPECT_EQ(calls(after), QStringList());
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, TwoReadersWithTheSameIds_FirstOfTheListIsOpened)
+{
+    ScriptedDevice &one = make();
+    ScriptedDevice &other = make();
+    add(one);
+    add(other);
+    libusb_context *context = nullptr;
+    ASSERT_EQ(libusb_init(&context), 0);
+    libusb_device **list = nullptr;
+    ASSERT_EQ(libusb_get_device_list(context, &list), 2);
+    const int first = libusb_get_device_address(list[0]);
+    libusb_free_device_list(list, 1);
+    libusb_exit(context);
+
+    ScriptedDevice &expected = bus().address(one).device == first ? one : other;
+    ScriptedDevice &ignored = &expected == &one ? other : one;
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+    }
+    EXPECT_EQ(calls(expected), WHOLE_USE);
+    EXPECT_EQ(calls(ignored), QStringList());
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, FirstOfTwoReadersInUse_SecondIsNotTried)
+{
+    ScriptedDevice &one = make();
+    ScriptedDevice &other = make();
+    add(one);
+    add(other);
+    const OpenedDevice holder;
+    const OpenedDevice late;
+    EXPECT_EQ(holder.lastError(), 0);
+    EXPECT_EQ(late.lastError(), -8);
+    expectLog(lines::OPENED + Lines{"found usb device!",
+                                    "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
+                                    "open usb failed!"});
+}
+
+TEST_F(DeviceAccess, NoPermission_IsToldApart)
+{
+    ScriptedDevice &device = make();
+    device.setDeniesAccess(true);
+    add(device);
+    allowFailedOpens(1);
+    {
+        const OrdinaryUser user;
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), -6);
+        EXPECT_EQ(opened.state(), 0);
+        EXPECT_EQ(opened.handle(), nullptr);
+    }
+    expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_ACCESS   -3",
+               "failed to open device: LIBUSB_ERROR_ACCESS(-3)",
+               "libusb_open_device_with_vid_pid() failed", "open usb failed!"});
+}
+
+TEST_F(DeviceAccess, PermissionGiven_OrdinaryUserOpensTheReader)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    {
+        const OrdinaryUser user;
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+    }
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, NodeGoneBeforeItIsOpened_IsAnotherOpenFailure)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    ASSERT_EQ(unlink(qPrintable(nodeOf(device))), 0);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -5);
+    EXPECT_EQ(opened.state(), 0);
+    allowFailedOpens(2); // libusb tries again after a while
+    expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_NO_DEVICE   -4",
+               "failed to open device: LIBUSB_ERROR_NO_DEVICE(-4)",
+               "libusb_open_device_with_vid_pid() failed", "open usb failed!"});
+}
+
+TEST_F(DeviceAccess, ClaimedElsewhere_ClosesTheNodeAtOnce)
+{
+    ScriptedDevice &device = make();
+    device.setClaimedElsewhere(true);
+    add(device);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -8);
+    EXPECT_EQ(opened.state(), 1);
+    EXPECT_EQ(opened.handle(), nullptr);
+    EXPECT_EQ(calls(device), (QStringList{"open", "claim"}));
+    EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
+    expectLog({"found usb device!", "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
+               "open usb failed!"});
+}
+
+TEST_F(DeviceAccess, GoneBeforeTheReset_IsAResetFailure)
+{
+    auto &device = make<LeavingDevice>();
+    add(device);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -9);
+    EXPECT_EQ(opened.state(), 1);
+    EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
+    // libusb has heard of it from udev meanwhile, or hears of it from the kernel now.
+    EXPECT_THAT(takeLog(), ElementsAre("found usb device!",
+                                       AnyOf("libusb_reset_device failed: LIBUSB_ERROR_NO_DEVICE",
+                                             "libusb_reset_device failed: LIBUSB_ERROR_NOT_FOUND"),
+                                       "open usb failed!"));
+}
+
+TEST_F(DeviceAccess, ResetRefused_ClosesTheNodeAtOnce)
+{
+    ScriptedDevice &device = make();
+    device.setRefusesReset(true);
+    add(device);
+    const OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -9);
+    EXPECT_EQ(opened.state(), 1);
+    EXPECT_EQ(opened.handle(), nullptr);
+    EXPECT_EQ(device.resets(), 0);
+    EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
+    expectLog({"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
+               "open usb failed!"});
+}
+
+TEST_F(DeviceAccess, BoundToAKernelDriver_IsTakenOverAndGivenBack)
+{
+    ScriptedDevice &device = make();
+    add(device, {QStringLiteral("usbserial_generic"), true});
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+        EXPECT_EQ(bus().boundDriver(device), QString());
+    }
+    EXPECT_EQ(calls(device), WHOLE_USE);
+    EXPECT_EQ(bus().boundDriver(device), QStringLiteral("usbserial_generic"));
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, BoundToADriverOfAnOldKernel_IsTakenOverInTwoSteps)
+{
+    ScriptedDevice &device = make();
+    add(device, {QStringLiteral("usbserial_generic"), false});
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+        EXPECT_EQ(bus().boundDriver(device), QString());
+    }
+    EXPECT_EQ(calls(device),
+              (QStringList{"open", "get driver", "detach driver", "claim", "release", "reset",
+                           "get driver", "detach driver", "claim", "release", "attach driver"}));
+    EXPECT_EQ(bus().boundDriver(device), QStringLiteral("usbserial_generic"));
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, OpenOnALiveObject_GivesBackWhatItHeld)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    {
+        OpenedDevice opened;
+        EXPECT_TRUE(opened.open(VENDOR, PRODUCT));
+        EXPECT_EQ(opened.lastError(), 0);
+        EXPECT_EQ(opened.state(), 2);
+    }
+    EXPECT_EQ(calls(device), WHOLE_USE + WHOLE_USE);
+    EXPECT_EQ(bus().leftOvers(), QStringList());
+    EXPECT_EQ(bus().holdings().timesOpened, 2);
+    expectLog(lines::OPENED + lines::OPENED);
+}
+
+TEST_F(DeviceAccess, OpenOfAnotherReaderOnALiveObject_GoesOverToIt)
+{
+    ScriptedDevice &one = make();
+    ScriptedDevice &other = make(simulator::UsbIds{0x120A, 0x0002});
+    add(one);
+    add(other);
+    {
+        OpenedDevice opened;
+        EXPECT_TRUE(opened.open(0x120A, 0x0002));
+        EXPECT_EQ(calls(one), WHOLE_USE);
+        EXPECT_EQ(opened.vendorId(), VENDOR) << "of the constructor";
+        EXPECT_EQ(opened.productId(), PRODUCT) << "of the constructor";
+    }
+    EXPECT_EQ(calls(other), WHOLE_USE);
+    expectLog(lines::OPENED + lines::OPENED);
+}
+
+TEST_F(DeviceAccess, OpenOfAnAbsentReaderOnALiveObject_LeavesNothingOpen)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    OpenedDevice opened;
+    EXPECT_FALSE(opened.open(VENDOR, 0x0002));
+    EXPECT_EQ(opened.lastError(), -7);
+    EXPECT_EQ(opened.state(), 0);
+    EXPECT_EQ(opened.handle(), nullptr);
+    EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
+    EXPECT_EQ(calls(device), WHOLE_USE);
+    expectLog(lines::OPENED + Lines{"libusb_open_device_with_vid_pid() failed"});
+}
+
+TEST_F(DeviceAccess, OpenAfterAFailedClaim_OpensAndKeepsTheCode)
+{
+    ScriptedDevice &device = make();
+    device.setClaimedElsewhere(true);
+    add(device);
+    OpenedDevice opened;
+    EXPECT_EQ(opened.lastError(), -8);
+    bus().change([&device] { device.setClaimedElsewhere(false); });
+    EXPECT_TRUE(opened.open(VENDOR, PRODUCT));
+    EXPECT_EQ(opened.lastError(), -8);
+    EXPECT_EQ(opened.state(), 2);
+    EXPECT_EQ(bus().holdings(), (Holdings{1, 1, 0, 2}));
+    expectLog(Lines{"found usb device!", "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
+                    "open usb failed!"} +
+              lines::OPENED);
+}
+
+TEST_F(DeviceAccess, OpenTwiceWithFailures_ClosesEachNodeOnce)
+{
+    ScriptedDevice &device = make();
+    device.setRefusesReset(true);
+    add(device);
+    OpenedDevice opened;
+    EXPECT_FALSE(opened.open(VENDOR, PRODUCT));
+    EXPECT_EQ(opened.lastError(), -9);
+    EXPECT_EQ(opened.state(), 1);
+    EXPECT_EQ(bus().leftOvers(), QStringList());
+    EXPECT_EQ(bus().holdings().timesOpened, 2);
+    const Lines refused = {"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER"};
+    expectLog(refused + Lines{"open usb failed!"} + refused);
+}
+
+TEST_F(DeviceAccess, ReaderPluggedInLater_IsFoundByTheNextObject)
+{
+    ScriptedDevice &device = make();
+    device.setPluggedIn(false);
+    add(device);
+    {
+        const OpenedDevice early;
+        EXPECT_EQ(early.lastError(), -7);
+    }
+    bus().change([&device] { device.setPluggedIn(true); });
+    startAccount();
+    {
+        const OpenedDevice late;
+        EXPECT_EQ(late.lastError(), 0);
+    }
+    expectNotFound();
+    expectLog(lines::OPENED);
+}
+
+TEST_F(DeviceAccess, Search_HandsTheHandleToItsCaller)
+{
+    ScriptedDevice &device = make();
+    ScriptedDevice &other = make(simulator::UsbIds{VENDOR, 0x0002});
+    add(device);
+    add(other);
+    OpenedDevice opened;
+    libusb_context *context = nullptr;
+    ASSERT_EQ(libusb_init(&context), 0);
+    libusb_device_handle *const handle =
+        opened.libusb_open_device_with_vid_pid_ex(context, VENDOR, 0x0002);
+    ASSERT_NE(handle, nullptr);
+    EXPECT_NE(handle, opened.handle());
+    EXPECT_EQ(opened.lastError(), 0);
+    EXPECT_EQ(opened.state(), 2);
+    EXPECT_EQ(calls(other), QStringList{"open"});
+    EXPECT_EQ(bus().holdings(), (Holdings{2, 1, 0, 2}));
+    libusb_close(handle);
+    libusb_exit(context);
+    expectLog(lines::OPENED + Lines{"found usb device!"});
+}
+
+TEST_F(DeviceAccess, SearchForAnAbsentReader_SetsTheCodeAndTouchesNothing)
+{
+    ScriptedDevice &device = make();
+    add(device);
+    OpenedDevice opened;
+    EXPECT_EQ(opened.libusb_open_device_with_vid_pid_ex(opened.context(), VENDOR, 0x0002), nullptr);
+    EXPECT_EQ(opened.lastError(), -7);
+    EXPECT_EQ(opened.state(), 2);
+    EXPECT_EQ(bus().holdings(), (Holdings{1, 1, 0, 1}));
+    expectLog(lines::OPENED);
+}
+
+} // namespace

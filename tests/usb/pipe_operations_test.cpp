@@ -1,0 +1,211 @@
+// The raw operations on the reader's four endpoints: what is on the wire, and in the log.
+
+#include <gmock/gmock.h>
+
+#include "tests/usb/exposed_reader.h"
+#include "tests/usb/usb_test.h"
+
+namespace
+{
+
+using namespace usb_test;
+using simulator::UsbStatus;
+using simulator::UsbTransfer;
+
+class PipeOperations : public UsbTest
+{
+protected:
+    PipeOperations() : m_device(make()) { expectReady(m_device); }
+
+    ScriptedDevice &device() { return m_device; }
+
+    /** The device, whose script is complete, with a reader at work on it. */
+    IdReader &reader()
+    {
+        if (!m_reader) {
+            add(m_device);
+            m_reader = std::make_unique<IdReader>();
+            EXPECT_EQ(m_reader->lastError(), 0);
+            expectLog(lines::READY);
+        }
+        return *m_reader;
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(reader().lastError(), 0) << "pipe operations leave it alone";
+        m_reader.reset();
+        UsbTest::TearDown();
+    }
+
+private:
+    ScriptedDevice &m_device;
+    std::unique_ptr<IdReader> m_reader;
+};
+
+UsbTransfer moved(int count)
+{
+    UsbTransfer transfer;
+    transfer.count = count;
+    return transfer;
+}
+
+TEST_F(PipeOperations, WritePipe2_SendsAFrameHead)
+{
+    device().expectWrite(0x02, QByteArray::fromHex("AAAAAA96691234"));
+    EXPECT_TRUE(reader().write_pipe2(0x12, 0x34));
+    expectLog({"write pipe2 success!"});
+}
+
+TEST_F(PipeOperations, WritePipe2Stalled_IsLoggedWithTheResult)
+{
+    device().expectWrite(0x02, QByteArray::fromHex("AAAAAA9669FF00"), ended(UsbStatus::Stalled));
+    EXPECT_FALSE(reader().write_pipe2(0xFF, 0x00));
+    expectLog({"write pipe2 error(-9)!"});
+}
+
+TEST_F(PipeOperations, WritePipe2TakenInPart_IsAFailureWithResultZero)
+{
+    device().expectWrite(0x02, QByteArray::fromHex("AAAAAA96690000"), moved(6));
+    EXPECT_FALSE(reader().write_pipe2(0, 0));
+    expectLog({"write pipe2 error(0)!"});
+}
+
+TEST_F(PipeOperations, WritePipe6_PutsTheDataBetweenItsBytes)
+{
+    device().expectWrite(0x06, QByteArray::fromHex("0102A0A1A2A3A400000F"));
+    QByteArray data = QByteArray::fromHex("A0A1A2A3A4");
+    EXPECT_TRUE(
+        reader().write_pipe6(10, 1, 2, reinterpret_cast<unsigned char *>(data.data()), 0x0F));
+    EXPECT_EQ(data, QByteArray::fromHex("A0A1A2A3A4"));
+    expectLog({"write pipe6 success!"});
+}
+
+TEST_F(PipeOperations, WritePipe6WithoutData_SendsZeros)
+{
+    device().expectWrite(0x06, QByteArray::fromHex("0102000000000000000F"));
+    EXPECT_TRUE(reader().write_pipe6(10, 1, 2, nullptr, 0x0F));
+    expectLog({"write pipe6 success!"});
+}
+
+TEST_F(PipeOperations, WritePipe6OfSmallBlocks_LeavesOutWhatDoesNotFit)
+{
+    const QList<QByteArray> blocks = {QByteArray(),
+                                      QByteArray::fromHex("0F"),
+                                      QByteArray::fromHex("010F"),
+                                      QByteArray::fromHex("01020F"),
+                                      QByteArray::fromHex("0102000F"),
+                                      QByteArray::fromHex("010200000F"),
+                                      QByteArray::fromHex("0102A000000F"),
+                                      QByteArray::fromHex("0102A0A100000F")};
+    for (const QByteArray &block : blocks)
+        device().expectWrite(0x06, block);
+    QByteArray data = QByteArray::fromHex("A0A1A2A3");
+    for (const QByteArray &block : blocks) {
+        EXPECT_TRUE(reader().write_pipe6(static_cast<unsigned short>(block.size()), 1, 2,
+                                         reinterpret_cast<unsigned char *>(data.data()), 0x0F));
+        expectLog({"write pipe6 success!"});
+    }
+}
+
+TEST_F(PipeOperations, WritePipe6TakenInPart_IsAFailureWithResultZero)
+{
+    device().expectWrite(0x06, QByteArray::fromHex("0102000000000F"), moved(6));
+    EXPECT_FALSE(reader().write_pipe6(7, 1, 2, nullptr, 0x0F));
+    expectLog({"write pipe6 error(0)!"});
+}
+
+TEST_F(PipeOperations, WritePipe6Broken_IsLoggedWithTheResult)
+{
+    device().expectWrite(0x06, QByteArray::fromHex("0102000000000F"), ended(UsbStatus::Broken));
+    EXPECT_FALSE(reader().write_pipe6(7, 1, 2, nullptr, 0x0F));
+    expectLog({"write pipe6 error(-1)!"});
+}
+
+TEST_F(PipeOperations, ReadPipe81_TellsTheLengthAndLogsTheHead)
+{
+    device().expectRead(0x81, 7, QByteArray::fromHex("AAAAAA966909A0"));
+    unsigned short length = 0;
+    EXPECT_TRUE(reader().read_pipe81(length));
+    EXPECT_EQ(length, 0x09A0);
+    expectLog({"write pipe81 success!", "pipe81_data[0]=0xAA", "pipe81_data[1]=0xAA",
+               "pipe81_data[2]=0xAA", "pipe81_data[3]=0x96", "pipe81_data[4]=0x69",
+               "pipe81_data[5]=0x09", "pipe81_data[6]=0xA0"});
+}
+
+TEST_F(PipeOperations, ReadPipe81OfAnything_IsNotChecked)
+{
+    device().expectRead(0x81, 7, QByteArray::fromHex("0102030405FFFF"));
+    unsigned short length = 0;
+    EXPECT_TRUE(reader().read_pipe81(length));
+    EXPECT_EQ(length, 0xFFFF);
+    expectLog({"write pipe81 success!", "pipe81_data[0]=0x01", "pipe81_data[1]=0x02",
+               "pipe81_data[2]=0x03", "pipe81_data[3]=0x04", "pipe81_data[4]=0x05",
+               "pipe81_data[5]=0xFF", "pipe81_data[6]=0xFF"});
+}
+
+TEST_F(PipeOperations, ReadPipe81ShortAnswer_LeavesTheLengthAlone)
+{
+    device().expectRead(0x81, 7, QByteArray::fromHex("AAAAAA966909"));
+    unsigned short length = 4711;
+    EXPECT_FALSE(reader().read_pipe81(length));
+    EXPECT_EQ(length, 4711);
+    expectLog({"write pipe81 error(0)!"});
+}
+
+TEST_F(PipeOperations, ReadPipe81TooLongAnswer_LeavesTheLengthAlone)
+{
+    device().expectRead(0x81, 7, ended(UsbStatus::TooLong));
+    unsigned short length = 4711;
+    EXPECT_FALSE(reader().read_pipe81(length));
+    EXPECT_EQ(length, 4711);
+    expectLog({"write pipe81 error(-8)!"});
+}
+
+TEST_F(PipeOperations, ReadPipe85_LogsEveryByteWithTwoDigits)
+{
+    device().expectRead(0x85, 4, QByteArray::fromHex("00097FFF"));
+    EXPECT_TRUE(reader().read_pipe85(4));
+    expectLog({"write pipe85 success!", "pipe85_data[0]=0x00", "pipe85_data[1]=0x09",
+               "pipe85_data[2]=0x7F", "pipe85_data[3]=0xFF"});
+}
+
+TEST_F(PipeOperations, ReadPipe85OfNothing_Succeeds)
+{
+    device().expectRead(0x85, 0, QByteArray());
+    EXPECT_TRUE(reader().read_pipe85(0));
+    expectLog({"write pipe85 success!"});
+}
+
+TEST_F(PipeOperations, ReadPipe85ShortAnswer_LogsNoByte)
+{
+    device().expectRead(0x85, 5, QByteArray::fromHex("00097FFF"));
+    EXPECT_FALSE(reader().read_pipe85(5));
+    expectLog({"write pipe85 error(0)!"});
+}
+
+TEST_F(PipeOperations, ReadPipe85Stalled_IsLoggedWithTheResult)
+{
+    device().expectRead(0x85, 5, ended(UsbStatus::Stalled));
+    EXPECT_FALSE(reader().read_pipe85(5));
+    expectLog({"write pipe85 error(-9)!"});
+}
+
+TEST_F(PipeOperations, ReadPipe85NotAnswered_GivesUpAfterFiveSeconds)
+{
+    device().expectRead(0x85, 5, ended(UsbStatus::Pending));
+    EXPECT_FALSE(reader().read_pipe85(5));
+    expectLog({"write pipe85 error(-7)!"});
+}
+
+TEST_F(PipeOperations, AfterAFailedOne_TheNextStillRuns)
+{
+    device()
+        .expectWrite(0x02, QByteArray::fromHex("AAAAAA96690001"), ended(UsbStatus::Stalled))
+        .expectWrite(0x02, QByteArray::fromHex("AAAAAA96690001"));
+    EXPECT_FALSE(reader().write_pipe2(0, 1));
+    EXPECT_TRUE(reader().write_pipe2(0, 1));
+    expectLog({"write pipe2 error(-9)!", "write pipe2 success!"});
+}
+
+} // namespace
