@@ -2,18 +2,49 @@
 #
 # As idcard_add_test, for a program that uses the emulated USB bus (idcard_usb_test_support), on its
 # own or by programs that it starts: umockdev's preload library leads it there.
+#
+# IdcardUmockdev is the library with which the bus is made.
 
 include(IdcardTest)
 
-set(IDCARD_USB_PRELOAD "libumockdev-preload.so.0")
-if(IDCARD_SANITIZERS MATCHES address)
-  # The sanitizer wants to be the first library of all.
-  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
-    OUTPUT_VARIABLE asan_library OUTPUT_STRIP_TRAILING_WHITESPACE)
-  get_filename_component(asan_library "${asan_library}" REALPATH)
-  set(IDCARD_USB_PRELOAD "${asan_library}:${IDCARD_USB_PRELOAD}")
+add_library(IdcardUmockdev INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  # Of the target's packages of umockdev only the library itself can be installed beside those of
+  # the build machine. The headers are the same, and the preload library is unpacked from its package.
+  pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0 gobject-2.0)
+  find_path(UMOCKDEV_HEADERS umockdev.h PATH_SUFFIXES umockdev-1.0 REQUIRED)
+  find_library(UMOCKDEV_LIBRARY NAMES libumockdev.so.0 REQUIRED)
+  target_include_directories(IdcardUmockdev SYSTEM INTERFACE "${UMOCKDEV_HEADERS}")
+  target_link_libraries(IdcardUmockdev INTERFACE "${UMOCKDEV_LIBRARY}" PkgConfig::GIO)
+
+  set(umockdev_folder "${PROJECT_BINARY_DIR}/umockdev")
+  set(IDCARD_USB_PRELOAD
+    "${umockdev_folder}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/libumockdev-preload.so.0")
+  if(NOT EXISTS "${IDCARD_USB_PRELOAD}")
+    execute_process(
+      COMMAND "${PROJECT_SOURCE_DIR}/scripts/unpack-package" umockdev:arm64 "${umockdev_folder}"
+      RESULT_VARIABLE unpacked)
+    if(NOT unpacked EQUAL 0 OR NOT EXISTS "${IDCARD_USB_PRELOAD}")
+      message(FATAL_ERROR "The tests of the USB road need ${IDCARD_USB_PRELOAD}, which "
+        "scripts/unpack-package could not unpack.")
+    endif()
+  endif()
+  # For the program inside; the emulator's own loader must not see it.
+  set(IDCARD_USB_TEST_ENVIRONMENT "QEMU_SET_ENV=LD_PRELOAD=${IDCARD_USB_PRELOAD}")
+else()
+  pkg_check_modules(UMOCKDEV REQUIRED IMPORTED_TARGET umockdev-1.0)
+  target_link_libraries(IdcardUmockdev INTERFACE PkgConfig::UMOCKDEV)
+
+  set(IDCARD_USB_PRELOAD "libumockdev-preload.so.0")
+  if(IDCARD_SANITIZERS MATCHES address)
+    # The sanitizer wants to be the first library of all.
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+      OUTPUT_VARIABLE asan_library OUTPUT_STRIP_TRAILING_WHITESPACE)
+    get_filename_component(asan_library "${asan_library}" REALPATH)
+    set(IDCARD_USB_PRELOAD "${asan_library}:${IDCARD_USB_PRELOAD}")
+  endif()
+  set(IDCARD_USB_TEST_ENVIRONMENT "LD_PRELOAD=${IDCARD_USB_PRELOAD}")
 endif()
-set(IDCARD_USB_TEST_ENVIRONMENT "LD_PRELOAD=${IDCARD_USB_PRELOAD}")
 
 function(idcard_add_usb_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")

@@ -56,6 +56,8 @@ Start startOf(const QString &program, const QStringList &arguments, const Proces
     if (!emulator.isEmpty())
         start.command << emulator;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (!emulator.isEmpty())
+        environment.remove(QStringLiteral("LD_PRELOAD")); // this program's, of another processor
     for (auto it = input.environment.cbegin(); it != input.environment.cend(); ++it) {
         if (it.value().isNull())
             environment.remove(it.key());

@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include <unistd.h>
-
 #include <gmock/gmock.h>
 #include <libusb.h>
 
@@ -34,13 +32,6 @@ protected:
         QStringList calls = bus().calls(device);
         calls.removeAll(QStringLiteral("capabilities"));
         return calls;
-    }
-
-    QString nodeOf(const ScriptedDevice &device)
-    {
-        const EmulatedBus::Address address = bus().address(device);
-        return bus().folder() +
-               QString::asprintf("/dev/bus/usb/%03d/%03d", address.bus, address.device);
     }
 };
 
@@ -241,8 +232,8 @@ TEST_F(DeviceAccess, PermissionGiven_OrdinaryUserOpensTheReader)
 TEST_F(DeviceAccess, NodeGoneBeforeItIsOpened_IsAnotherOpenFailure)
 {
     ScriptedDevice &device = make();
+    device.setFailsToOpen(true);
     add(device);
-    ASSERT_EQ(unlink(qPrintable(nodeOf(device))), 0);
     const OpenedDevice opened;
     EXPECT_EQ(opened.lastError(), -5);
     EXPECT_EQ(opened.state(), 0);

@@ -312,13 +312,20 @@ void DeviceNode::Transfer::cut(int cutStatus)
     end = Clock::now();
 }
 
+void DeviceNode::Transfer::lose()
+{
+    if (status != -ESHUTDOWN) // else it tells what was moved before
+        cut(-ESHUTDOWN);
+    end = Clock::now();
+}
+
 /** Hands back a transfer that has ended. */
 DeviceNode::Answer DeviceNode::reap(Opening &opening, UMockdevIoctlData *argument)
 {
     const bool isGone = !m_device.isPluggedIn();
     if (isGone)
         for (Transfer &transfer : opening.transfers)
-            transfer.cut(-ESHUTDOWN);
+            transfer.lose();
     const auto now = Clock::now();
     const auto transfer =
         std::find_if(opening.transfers.begin(), opening.transfers.end(),

@@ -70,6 +70,8 @@ private:
 
         /** It ends now, and nothing was moved. */
         void cut(int cutStatus);
+        /** It ends now because the device has gone. */
+        void lose();
     };
 
     /** What one program holds that has opened the node. */

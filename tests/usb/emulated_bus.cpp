@@ -1,6 +1,7 @@
 #include "tests/usb/emulated_bus.h"
 
 #include <chrono>
+#include <cstdio>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -170,6 +171,7 @@ private:
     struct Port {
         std::unique_ptr<DeviceNode> node;
         int number = 0; ///< of the device; 0 while it is not plugged in
+        bool isHidden = false;
         std::optional<bool> isAccessAllowed;
     };
 
@@ -190,14 +192,17 @@ private:
                 plugIn(port);
             else if (!isPluggedIn && port.number != 0)
                 plugOut(port);
-            if (isPluggedIn)
+            if (isPluggedIn) {
+                hide(port, port.node->device().failsToOpen());
                 allowAccess(port, !port.node->device().deniesAccess());
+            }
         }
     }
 
     void plugIn(Port &port)
     {
         port.number = m_nextNumber++;
+        port.isHidden = false;
         port.isAccessAllowed.reset();
         port.node->bindDriver();
         const std::string node = nodePath(port.number);
@@ -222,13 +227,33 @@ private:
         port.number = 0;
     }
 
-    /** Only when it changes: an ordinary user may not. */
+    QString pathOf(const Port &port) const
+    {
+        return folder() + QString::fromStdString(nodePath(port.number));
+    }
+
+    // Both only when it changes: an ordinary user may not.
+
+    /** A node that is not where it should be cannot be opened, whoever tries. */
+    void hide(Port &port, bool isHidden)
+    {
+        if (port.isHidden == isHidden)
+            return;
+        port.isHidden = isHidden;
+        const QString hidden = pathOf(port) + QStringLiteral(".hidden");
+        const QString from = isHidden ? pathOf(port) : hidden;
+        const QString to = isHidden ? hidden : pathOf(port);
+        if (rename(qPrintable(from), qPrintable(to)) != 0)
+            throw std::runtime_error("the node \"" + from.toStdString() +
+                                     "\" could not be renamed");
+    }
+
     void allowAccess(Port &port, bool isAllowed)
     {
-        if (port.isAccessAllowed == isAllowed)
+        if (port.isAccessAllowed == isAllowed || port.isHidden)
             return;
         port.isAccessAllowed = isAllowed;
-        allow(folder() + QString::fromStdString(nodePath(port.number)), isAllowed ? 0666 : 0);
+        allow(pathOf(port), isAllowed ? 0666 : 0);
     }
 
     static void allow(const QString &path, mode_t mode)

@@ -34,6 +34,7 @@ public:
 
     // What stands in the way of using it.
     void setPluggedIn(bool isPluggedIn) { m_isPluggedIn = isPluggedIn; }
+    void setFailsToOpen(bool fails) { m_failsToOpen = fails; }
     void setDeniesAccess(bool denies) { m_deniesAccess = denies; }
     void setClaimedElsewhere(bool isClaimed) { m_isClaimedElsewhere = isClaimed; }
     void setRefusesReset(bool refuses) { m_refusesReset = refuses; }
@@ -45,6 +46,7 @@ public:
 
     QByteArray descriptors() const override;
     bool isPluggedIn() const override { return m_isPluggedIn; }
+    bool failsToOpen() const override { return m_failsToOpen; }
     bool deniesAccess() const override { return m_deniesAccess; }
     bool isClaimedElsewhere() const override { return m_isClaimedElsewhere; }
     bool refusesReset() const override { return m_refusesReset; }
@@ -67,6 +69,7 @@ private:
     std::deque<Line> m_script;
     QStringList m_complaints;
     bool m_isPluggedIn = true;
+    bool m_failsToOpen = false;
     bool m_deniesAccess = false;
     bool m_isClaimedElsewhere = false;
     bool m_refusesReset = false;
