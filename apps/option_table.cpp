@@ -280,14 +280,28 @@ QString optionUsage(const OptionRow &row)
                : QStringLiteral("%1 <%2>").arg(usage, QLatin1String(row.valueName));
 }
 
+QStringList requiredUsage(const OptionRow &row, Command command)
+{
+    QStringList alternatives{optionUsage(row)};
+    for (const OptionRow &other : optionTable()) {
+        if (belongsTo(other, command) &&
+            std::count(other.excludes.begin(), other.excludes.end(), row.id) > 0)
+            alternatives << optionUsage(other);
+    }
+    return alternatives;
+}
+
 QString commandUsage(const CommandRow &command)
 {
     QStringList words{QStringLiteral("idcard-reader"), QLatin1String(command.name)};
     if (command.argument != nullptr)
         words << QLatin1String(command.argument);
     for (const OptionRow &row : optionTable()) {
-        if (row.isRequired && belongsTo(row, command.command))
-            words << optionUsage(row);
+        if (!row.isRequired || !belongsTo(row, command.command))
+            continue;
+        const QStringList ways = requiredUsage(row, command.command);
+        const QString usage = ways.join(QStringLiteral(" | "));
+        words << (ways.size() > 1 ? QStringLiteral("(%1)").arg(usage) : usage);
     }
     return (words << QStringLiteral("[options]")).join(QLatin1Char(' '));
 }

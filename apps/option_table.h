@@ -71,6 +71,9 @@ const char *optionName(OptionId id);
 /** How the option is written: "--out <folder>". */
 QString optionUsage(const OptionRow &row);
 
+/** How a required option is written, and then those that can stand in its place. */
+QStringList requiredUsage(const OptionRow &row, Command command);
+
 /** How the command is written: "idcard-reader read [options]". */
 QString commandUsage(const CommandRow &command);
 

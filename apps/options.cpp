@@ -95,8 +95,10 @@ public:
             if (isSet(row.id))
                 wrong = problemOf(row);
             else if (row.isRequired && excluderOf(row.id) == nullptr)
-                wrong = QStringLiteral("%1 needs %2.")
-                            .arg(QLatin1String(m_command.name), optionUsage(row));
+                wrong =
+                    QStringLiteral("%1 needs %2.")
+                        .arg(QLatin1String(m_command.name),
+                             requiredUsage(row, m_command.command).join(QStringLiteral(" or ")));
             if (!wrong.isEmpty())
                 return wrong;
         }

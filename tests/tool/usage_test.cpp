@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "render takes no argument hmt-macao."},
         WrongUsage{{"render", "resident", "--out", "there", "--fault", "no-card"}, "fault"},
         WrongUsage{{"render", "no-such-card", "--out", "there"}, "no-such-card"},
-        WrongUsage{{"usb"}, "usb needs --device <VID:PID>."},
+        WrongUsage{{"usb"}, "usb needs --device <VID:PID> or --list."},
         WrongUsage{{"usb", "1209:0001"}, "usb takes no argument 1209:0001."},
         WrongUsage{{"usb", "--device", ""}, "--device needs a VID:PID."},
         WrongUsage{{"usb", "--device", "1209"}, "four hexadecimal digits each, such as"},
