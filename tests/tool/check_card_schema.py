@@ -1,0 +1,96 @@
+#!/usr/bin/env python3
+"""Holds cards that the tool gave against the schema of a card, and broken cards too.
+
+check_card_schema.py SCHEMA FOLDER
+
+Every *.json file of FOLDER must obey SCHEMA, and no card made from it by breaking one thing may.
+"""
+
+import copy
+import json
+import pathlib
+import sys
+
+import jsonschema
+
+WRONG_VALUES = (None, 7, True, [], "x ", {})
+# Values beside which a key may take more than one type, so that breaking it needs more thought.
+NULLABLE = {"issueCount", "nationalityCode"}
+
+
+def without_each_key(card):
+    """The card without one of its keys, and without one key of a part of it."""
+    for key, value in card.items():
+        if key == "fingerprints" and card["kind"] != "resident":
+            continue
+        broken = copy.deepcopy(card)
+        del broken[key]
+        yield f"without {key}", broken
+        for part in value if isinstance(value, dict) else ():
+            broken = copy.deepcopy(card)
+            del broken[key][part]
+            yield f"without {key}.{part}", broken
+
+
+def with_wrong_values(card):
+    """The card with a value of a wrong type or form in place of each of its own."""
+    for key in card:
+        for wrong in WRONG_VALUES:
+            if wrong is None and key in NULLABLE and card["road"] == "reader-library":
+                continue
+            yield f"{key} = {wrong!r}", {**card, key: wrong}
+
+
+def with_contradictions(card):
+    """The card with parts that do not belong together."""
+    def changed(key, part, value):
+        return {**card, key: {**card[key], part: value}}
+
+    yield "unknown key", {**card, "more": 1}
+    yield "unknown road", {**card, "road": "post"}
+    yield "unknown kind", {**card, "kind": "passport"}
+    yield "another kind", {**card, "kind": "hmt" if card["kind"] != "hmt" else "resident"}
+    yield "another number of the kind", {**card, "cardKind": (card["cardKind"] + 1) % 4}
+    yield "unknown key in a part", changed("photo", "size", 38862)
+    yield "file of a photo that is no picture", {
+        **card, "photo": {"format": "compressed", "file": "photo.bmp"}}
+    yield "nameless file", {**card, "photo": {"format": "bmp", "file": ""}}
+    yield "unknown form of a picture", changed("backPicture", "format", "png")
+    yield "file of a picture that is none", {
+        **card, "frontPicture": {"format": "none", "file": "front.jpg"}}
+    yield "number in a date", changed("birthDate", "year", 1990)
+    if card["road"] != "reader-library":
+        yield "picture of a side", {**card, "frontPicture": {"format": "jpeg", "file": None}}
+    for key in NULLABLE & card.keys():
+        other = "01" if card["road"] == "reader-library" else None
+        yield f"{key} of the other road", {**card, key: other}
+    if "fingerprints" in card:
+        yield "three fingerprints", changed("fingerprints", "count", 3)
+        yield "file without fingerprints", {
+            **card, "fingerprints": {"count": 0, "file": "fingerprints.dat"}}
+
+
+def complaints(validator, path):
+    card = json.loads(path.read_text(encoding="utf-8"))
+    for error in validator.iter_errors(card):
+        yield f"{path.name}: {error.json_path}: {error.message}"
+    for breaker in (without_each_key, with_wrong_values, with_contradictions):
+        for how, broken in breaker(card):
+            if validator.is_valid(broken):
+                yield f"{path.name}: the schema takes it {how}"
+
+
+def main():
+    schema = json.loads(pathlib.Path(sys.argv[1]).read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    validator = jsonschema.Draft202012Validator(schema)
+    paths = sorted(pathlib.Path(sys.argv[2]).glob("*.json"))
+    found = [complaint for path in paths for complaint in complaints(validator, path)]
+    for complaint in found:
+        print(complaint, file=sys.stderr)
+    print(f"{len(paths)} cards checked")
+    return 1 if found or not paths else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

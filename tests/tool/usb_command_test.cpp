@@ -1,0 +1,396 @@
+// "idcard-reader usb": the built program, the real libusb and a simulated reader on an emulated
+// bus.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "simulator/raw_record.h"
+#include "simulator/virtual_reader.h"
+#include "tests/tool/expected_json.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/emulated_bus.h"
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+const QString DEVICE = QStringLiteral("1209:0001");
+
+class Usb : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        if (m_toolGivesBack) {
+            EXPECT_THAT(m_bus.leftOvers().join('\n').toStdString(), IsEmpty());
+        }
+        EXPECT_THAT(m_bus.misuses().join('\n').toStdString(), IsEmpty());
+    }
+
+    QString path(const QString &name) const { return m_base.filePath(name); }
+    QString out() const { return path("card"); }
+    usb_test::EmulatedBus &bus() { return m_bus; }
+    simulator::VirtualReader &reader() { return m_reader; }
+
+    /** The reader on the bus, with a card unless it has no name. */
+    void plugIn(const QString &card, const QString &faults = {})
+    {
+        QString problem;
+        if (!card.isEmpty()) {
+            ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::Described, &problem))
+                << problem.toStdString();
+        }
+        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
+        if (m_reader.isPluggedIn() && faults == QLatin1String("unplugged"))
+            m_reader.unplug();
+        m_bus.add(m_reader);
+    }
+
+    ProcessInput onBus() const
+    {
+        ProcessInput input;
+        input.environment = m_bus.childEnvironment();
+        return input;
+    }
+
+    ProcessResult usb(const QStringList &more = {}) const
+    {
+        return runTool(QStringList{"usb", "--device", DEVICE, "--simulator-photos"} + more,
+                       onBus());
+    }
+
+    /** As `usb`, without rights beyond those of an ordinary user. */
+    ProcessResult usbAsOrdinaryUser(const QStringList &arguments) const
+    {
+        QStringList command = usb_test::ordinaryUserCommand();
+        command << QDir(QStringLiteral(IDCARD_BUILD_BIN_DIR)).filePath("idcard-reader") << "usb"
+                << arguments;
+        ProcessInput input = onBus();
+        input.emulated = false;
+        return runProcess(command.first(), command.mid(1), input);
+    }
+
+    /** The tool is ended in the middle of a transfer; only the system can give back then. */
+    void leaveItToTheSystem() { m_toolGivesBack = false; }
+
+private:
+    QTemporaryDir m_base;
+    bool m_toolGivesBack = true;
+    simulator::VirtualReader m_reader; // longer than the bus
+    usb_test::EmulatedBus m_bus;
+};
+
+class UsbKind : public Usb, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(UsbKind, JsonHoldsTheDescribedCard)
+{
+    const QString name = QLatin1String(GetParam());
+    plugIn(name);
+    const ProcessResult run = usb({"--json"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
+              QJsonDocument(expectedOfRecord(builtInCard(name), "usb")).toJson().toStdString());
+}
+
+TEST_P(UsbKind, VerboseShowsTheExchangesAndNothingOfWhatTheCardHolds)
+{
+    const QString name = QLatin1String(GetParam());
+    plugIn(name);
+    const ProcessResult run = usb({"--verbose"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr("open usb device success!"), HasSubstr("fetch data success"),
+                      HasSubstr("with the code 0")));
+    const simulator::CardDescription card = builtInCard(name);
+    for (const QString &text :
+         {card.name, card.englishName, card.chineseName, card.address, card.idNumber,
+          card.issuingAuthority, card.travelPermitNumber, card.birthDate, card.nationality}) {
+        if (!text.isEmpty()) {
+            EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr(text.toStdString())));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, UsbKind,
+                         testing::Values("resident", "resident-one-fingerprint",
+                                         "resident-compressed-photo", "hmt-taiwan", "hmt-long-term",
+                                         "foreign-2017-longest-name", "foreign-new",
+                                         "foreign-new-unknown-nationality"));
+
+TEST_F(Usb, TableShowsTheCard)
+{
+    plugIn("resident");
+    const simulator::CardDescription card = builtInCard("resident");
+    EXPECT_THAT(usb().standardOutput.toStdString(),
+                AllOf(HasSubstr("Kind               Resident identity card\n"),
+                      HasSubstr(card.name.toStdString()), HasSubstr(card.idNumber.toStdString()),
+                      HasSubstr("\nFingerprints       2\n"), Not(HasSubstr("picture "))));
+}
+
+TEST_F(Usb, FilesAreThoseThatDecodeWritesAndOnlyTheirOwnersToRead)
+{
+    plugIn("resident");
+    const ProcessResult run = usb({"--out", out()});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
+    EXPECT_EQ(modeOf(out()), 0700);
+    for (const char *name : {"/card.json", "/fingerprints.dat", "/photo.bmp"})
+        EXPECT_EQ(modeOf(out() + name), 0600) << name;
+    EXPECT_EQ(parsedObject(readFile(out() + "/card.json"))["road"].toString(), "usb");
+}
+
+TEST_F(Usb, RawFileIsTheFrameAsItCameAndDecodesToTheSameCard)
+{
+    plugIn("hmt-macao");
+    const QString raw = path("raw/card.rec");
+    const QByteArray printed = usb({"--json", "--raw", raw}).standardOutput;
+    EXPECT_EQ(readFile(raw), simulator::readAnswer(builtInCard("hmt-macao"), {}));
+    EXPECT_EQ(modeOf(raw), 0600);
+    QJsonObject decoded =
+        parsedObject(runTool({"decode", raw, "--json", "--simulator-photos"}).standardOutput);
+    decoded["road"] = "usb";
+    EXPECT_EQ(parsedObject(printed), decoded);
+}
+
+TEST_F(Usb, RawFileIsNotOverwrittenAndTheReaderNotTouchedThen)
+{
+    plugIn("resident");
+    writeFile(path("card.rec"), "mine");
+    const ProcessResult run = usb({"--raw", path("card.rec")});
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("already holds card.rec"));
+    EXPECT_EQ(readFile(path("card.rec")), "mine");
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+}
+
+TEST_F(Usb, ForceReplacesTheRawFile)
+{
+    plugIn("resident");
+    writeFile(path("card.rec"), "old");
+    EXPECT_EQ(usb({"--raw", path("card.rec"), "--force"}).exitStatus, 0);
+    EXPECT_EQ(readFile(path("card.rec")).size(), 2321);
+    EXPECT_EQ(modeOf(path("card.rec")), 0600);
+}
+
+TEST_F(Usb, RawFileThatCannotBeWrittenIsToldAndTheCardStillPrinted)
+{
+    plugIn("resident");
+    writeFile(path("file"), "in the way");
+    const ProcessResult run = usb({"--json", "--raw", path("file") + "/below/card.rec"});
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_EQ(parsedObject(run.standardOutput)["idNumber"].toString(),
+              builtInCard("resident").idNumber);
+}
+
+TEST_F(Usb, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
+{
+    plugIn("resident", "photo-undecodable");
+    const ProcessResult run = usb({"--json", "--out", out(), "--raw", path("card.rec")});
+    EXPECT_EQ(run.exitStatus, 6);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("The photo of the card could not be decoded."));
+    EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat"));
+    EXPECT_EQ(parsedObject(run.standardOutput)["idNumber"].toString(),
+              builtInCard("resident").idNumber);
+    EXPECT_TRUE(QFile::exists(path("card.rec")));
+}
+
+TEST_F(Usb, CardThatComesLaterIsReadByANewLook)
+{
+    plugIn("resident", "no-card=2");
+    EXPECT_EQ(usb({"--wait", "30"}).exitStatus, 0);
+    EXPECT_EQ(bus().holdings().timesOpened, 3);
+}
+
+TEST_F(Usb, CardThatGaveNoDataIsLookedForAgain)
+{
+    plugIn("resident", "transient-failures=1");
+    EXPECT_EQ(usb({"--wait", "30"}).exitStatus, 0);
+    EXPECT_EQ(bus().holdings().timesOpened, 2);
+}
+
+TEST_F(Usb, WaitForACardEndsWhenItsTimeIsOver)
+{
+    plugIn("");
+    QElapsedTimer time;
+    time.start();
+    const ProcessResult run = usb({"--wait", "1"});
+    EXPECT_EQ(run.exitStatus, 4);
+    EXPECT_GE(time.elapsed(), 1000);
+    EXPECT_THAT(run.standardError.toStdString(),
+                HasSubstr("Code: -10 (USB_READER_LOOKUP_MISMATCH)"));
+}
+
+TEST_F(Usb, OtherIdsAreFoundInEitherCase)
+{
+    simulator::VirtualReader other({}, {0xABCD, 0x12EF});
+    {
+        usb_test::EmulatedBus &shared = bus();
+        shared.add(other);
+        for (const char *device : {"abcd:12ef", "ABCD:12EF"}) {
+            EXPECT_THAT(runTool({"usb", "--device", device}, onBus()).standardError.toStdString(),
+                        HasSubstr("Code: -10"));
+        }
+    }
+}
+
+struct FailureCase {
+    const char *fault;
+    int exitStatus;
+    const char *code;
+    const char *summary;
+};
+
+void PrintTo(const FailureCase &failure, std::ostream *stream)
+{
+    *stream << failure.fault;
+}
+
+class UsbFailure : public Usb, public testing::WithParamInterface<FailureCase>
+{
+};
+
+TEST_P(UsbFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
+{
+    plugIn("resident", GetParam().fault);
+    const ProcessResult run = usb({"--out", out(), "--raw", path("card.rec")});
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, GetParam().exitStatus);
+    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr(GetParam().code), HasSubstr(GetParam().summary),
+                      HasSubstr("Cause:"), HasSubstr("What to do:"), HasSubstr("1209:0001")));
+    EXPECT_FALSE(QDir(out()).exists());
+    EXPECT_FALSE(QFile::exists(path("card.rec")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, UsbFailure,
+    testing::Values(
+        FailureCase{"open-fails=1", 3, "Code: -5 (USB_READER_OPEN_FAILED)", "could not be opened"},
+        FailureCase{"unplugged", 3, "Code: -7 (USB_READER_NOT_FOUND)", "There is no such reader."},
+        FailureCase{"claimed-elsewhere", 3, "Code: -8 (USB_READER_CLAIM_FAILED)",
+                    "The reader is in use."},
+        FailureCase{"reset-refused", 3, "Code: -9 (USB_READER_RESET_FAILED)", "could not be reset"},
+        FailureCase{"no-card", 4, "Code: -10 (USB_READER_LOOKUP_MISMATCH)", "No card was found"},
+        FailureCase{"lookup-answer-stalled", 5, "Code: -11 (USB_READER_LOOKUP_READ_FAILED)",
+                    "did not answer whether a card is there"},
+        FailureCase{"lookup-command-stalled", 5, "Code: -12 (USB_READER_LOOKUP_WRITE_FAILED)",
+                    "could not be asked for a card"},
+        FailureCase{"select-answer-corrupted=9", 5, "Code: -13 (USB_READER_SELECT_MISMATCH)",
+                    "The card was lost."},
+        FailureCase{"select-answer-stalled", 4, "Code: -24 (USB_READER_NO_DATA)",
+                    "The card gave no data."},
+        FailureCase{"select-command-cut=4", 5, "Code: -15 (USB_READER_SELECT_WRITE_FAILED)",
+                    "could not be told to select"},
+        FailureCase{"read-answer-cut=1500", 8, "Code: -16 (USB_READER_DATA_LENGTH_INVALID)",
+                    "is no card record"},
+        FailureCase{"read-answer-corrupted=0", 8, "Code: -17 (USB_READER_DATA_PREAMBLE_WRONG)",
+                    "is no card record"},
+        FailureCase{"read-answer-corrupted=9", 8, "Code: -18 (USB_READER_DATA_STATUS_WRONG)",
+                    "is no card record"},
+        FailureCase{"read-answer-corrupted=6", 8, "Code: -19 (USB_READER_DATA_LENGTH_MISMATCH)",
+                    "is no card record"},
+        FailureCase{"read-answer-corrupted=15", 8, "Code: -20 (USB_READER_DATA_PRINTS_INVALID)",
+                    "is no card record"},
+        FailureCase{"read-answer-broken", 5, "Code: -21 (USB_READER_DATA_READ_FAILED)",
+                    "was broken off"},
+        FailureCase{"read-command-stalled", 5, "Code: -22 (USB_READER_DATA_WRITE_FAILED)",
+                    "could not be told to read"},
+        FailureCase{"card-removed", 4, "Code: -24 (USB_READER_NO_DATA)", "The card gave no data."},
+        FailureCase{"unplugged-before=1", 5, "Code: -12", "The reader was unplugged while"},
+        FailureCase{"unplugged-during=4", 5, "Code: -24", "The reader was unplugged while"},
+        FailureCase{"unplugged-during=6", 5, "Code: -21", "The reader was unplugged while"}));
+
+TEST_F(Usb, MissingPermissionNamesTheNodeTheRuleAndTheGroup)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "the emulator cannot start a program as another user";
+    plugIn("resident", "permission-denied");
+    const ProcessResult run = usbAsOrdinaryUser({"--device", DEVICE});
+    const auto address = bus().address(reader());
+    const QString node = QStringLiteral("/dev/bus/usb/%1/%2")
+                             .arg(address.bus, 3, 10, QLatin1Char('0'))
+                             .arg(address.device, 3, 10, QLatin1Char('0'));
+    EXPECT_EQ(run.exitStatus, 3);
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr("Code: -6 (USB_READER_NO_PERMISSION)"),
+                      HasSubstr("Device: 1209:0001 at " + node.toStdString()),
+                      HasSubstr("69-idcard-reader.rules"), HasSubstr("idcard-reader,")));
+}
+
+TEST_F(Usb, ListShowsTheReaderAndWhetherItMayBeOpened)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "the emulator cannot start a program as another user";
+    plugIn("resident", "permission-denied");
+    const ProcessResult run = usbAsOrdinaryUser({"--list", "--json"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
+    ASSERT_EQ(devices.size(), 1);
+    EXPECT_FALSE(devices.first().toObject()["mayOpen"].toBool(true));
+}
+
+TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
+{
+    plugIn("");
+    const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
+    ASSERT_EQ(devices.size(), 1);
+    const QJsonObject device = devices.first().toObject();
+    EXPECT_EQ(device["device"].toString(), DEVICE);
+    EXPECT_EQ(device["bus"].toInt(), bus().address(reader()).bus);
+    EXPECT_EQ(device["address"].toInt(), bus().address(reader()).device);
+    EXPECT_TRUE(device["mayOpen"].toBool());
+    EXPECT_TRUE(device["hasReaderPipes"].toBool());
+    EXPECT_EQ(device["class"].toString(), "vendor-specific");
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+
+    const std::string table = runTool({"usb", "--list"}, onBus()).standardOutput.toStdString();
+    EXPECT_THAT(table, AllOf(HasSubstr("DEVICE "), HasSubstr("\n1209:0001  /dev/bus/usb/")));
+}
+
+TEST_F(Usb, EmptyListTellsWhatToLookAtAndIsNoFailure)
+{
+    const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_EQ(QJsonDocument::fromJson(run.standardOutput), QJsonDocument(QJsonArray()));
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("There is no USB device here"));
+}
+
+TEST_F(Usb, ReaderThatNeverTakesACommandIsLeftSoonAfterASignal)
+{
+    plugIn("resident", "lookup-command-missing");
+    leaveItToTheSystem();
+    RunningTool tool({"usb", "--device", DEVICE, "--verbose"}, bus().childEnvironment());
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("open usb device success!") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    tool.signal(SIGTERM);
+    const ProcessResult run = tool.result();
+    EXPECT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 5);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("was broken off"));
+}
+
+} // namespace
