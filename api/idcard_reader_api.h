@@ -63,7 +63,11 @@ extern "C" {
  * process from the environment (`setlocale(LC_ALL, "")`) and prints a line to the wide-character
  * standard output when the port does not open or a read fails. A C standard output takes either
  * bytes or wide characters: in a program that printed bytes before, such a line comes out garbled,
- * and bytes that are printed after it are lost. Diagnostics go to Qt's log.
+ * and in one that printed nothing yet, the bytes that it prints afterwards are lost. Diagnostics go
+ * to Qt's log, and hold nothing of the card; two decoders of `CIdData` write personal data there.
+ *
+ * The library may be unloaded while the application runs, with no call under way. The makers'
+ * libraries, once they were needed, stay until the process ends.
  */
 IDCARD_READER_EXPORT int readIDCard(unsigned int *cardKind, _tagIDCARD_INFO_ALL_CN *cn,
                                     _tagIDCARD_INFO_ALL_FOREIGN_2017 *f2017,
