@@ -68,7 +68,7 @@ QByteArray RunningProcess::nextLine()
     if (!collectUntil(m_output, "\n"))
         return {};
     const int end = m_output.indexOf('\n');
-    const QByteArray line = m_output.left(end);
+    QByteArray line = m_output.left(end);
     m_output.remove(0, end + 1);
     return line;
 }
