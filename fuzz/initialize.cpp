@@ -17,7 +17,7 @@ void ignore(QtMsgType, const QMessageLogContext &, const QString &) {}
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     qInstallMessageHandler(ignore);
-    static const iconv_t keptOpen = iconv_open("utf-8", "utf-16le");
-    static_cast<void>(keptOpen);
+    static iconv_t keptOpen = nullptr;
+    keptOpen = iconv_open("utf-8", "utf-16le");
     return 0;
 }
