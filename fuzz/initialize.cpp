@@ -19,5 +19,6 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     qInstallMessageHandler(ignore);
     static iconv_t keptOpen = nullptr;
     keptOpen = iconv_open("utf-8", "utf-16le");
+    demand(keptOpen != nullptr);
     return 0;
 }
