@@ -39,8 +39,8 @@ TEST(KindOfDocument, NumbersOfTheKinds_AreFixed)
 
 TEST(KindOfDocument, EveryCharacter_GivesItsKindOrTheResidentCard)
 {
+    TextBlock block;
     for (int character = 0; character <= 0xffff; ++character) {
-        TextBlock block;
         block.put(LETTER, std::u16string(1, static_cast<char16_t>(character)));
         const int expected = character == 'I' ? 1 : character == 'Y' ? 2 : character == 'J' ? 3 : 0;
         ASSERT_EQ(kindOf(block), expected) << character;
