@@ -1,6 +1,7 @@
 // CIdData::parseChinaIdText: the text block of a resident identity card.
 
 #include "tests/iddata/decoder.h"
+#include "tests/iddata/record_fields.h"
 #include "tests/iddata/text_block.h"
 #include "tests/support/message_log.h"
 
@@ -28,8 +29,7 @@ protected:
     /** Decodes the block over a record that is full of something else; nothing may be logged. */
     _tagID_TEXT_INFO_CN decode()
     {
-        const std::string old = "old";
-        _tagID_TEXT_INFO_CN record{old, old, old, old, old, old, old, old, old, old, old};
+        auto record = oldRecord<_tagID_TEXT_INFO_CN>();
         const MessageLog log;
         decoder->parseChinaIdText(block.data(), &record);
         EXPECT_THAT(log.texts(), IsEmpty());
@@ -58,6 +58,7 @@ TEST_P(ResidentText, OrdinaryCard_FillsEveryFieldWithItsPadding)
     EXPECT_EQ(record.szDept, padded("北京市公安局", 9));
     EXPECT_EQ(record.szValidStart, "2010.02.03");
     EXPECT_EQ(record.szValidEnd, "2030.12.31");
+    EXPECT_EQ(assignedFields(record), allFields<_tagID_TEXT_INFO_CN>());
 }
 
 TEST_P(ResidentText, SexCode_IsMaleForOneAloneAndFemaleOtherwise)
@@ -156,7 +157,7 @@ TEST_P(ResidentText, LongTexts_AreCutAfterTheLastWholeCharacter)
 
 TEST_P(ResidentText, CapacityFullToTheLastByte_GivesNoByteMore)
 {
-    // 31 and 101 bytes: ten or 33 characters of three bytes, and then one or two of one byte.
+    // 31 bytes: one letter and ten characters of three; 101: two letters and 33.
     block.put(0, u"A一二三四五六七八九十BCDE");
     block.put(52, u"AB" + std::u16string(33, u'中'));
     block.put(122, std::u16string(18, u'é'));
