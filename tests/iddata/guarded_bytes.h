@@ -2,6 +2,7 @@
 
 // Bytes between two pages that nobody may touch: reading or writing beside them ends the test.
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 
@@ -46,6 +47,12 @@ public:
     unsigned char *end() { return m_data + m_size; }
     const unsigned char *begin() const { return m_data; }
     const unsigned char *end() const { return m_data + m_size; }
+
+    /** Whether every byte is `byte`. */
+    bool holdOnly(unsigned char byte) const
+    {
+        return std::count(begin(), end(), byte) == end() - begin();
+    }
 
 private:
     std::size_t m_size;

@@ -16,7 +16,6 @@ namespace
 {
 
 using testing::_;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -53,7 +52,7 @@ protected:
         EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!"));
         EXPECT_EQ(log.messages().front().type, QtDebugMsg);
         EXPECT_EQ(log.messages().front().category, "default");
-        EXPECT_THAT(bmp, Each(UNTOUCHED));
+        EXPECT_TRUE(bmp.holdOnly(UNTOUCHED));
     }
 
     StrictClosedLibrary library;
@@ -118,5 +117,5 @@ TEST_P(Photo, NullPointers_AreLoggedAndNothingIsDecoded)
     decoder->parseIDHeadImage(nullptr, bmp.data());
     decoder->parseIDHeadImage(wlt.data(), nullptr);
     EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!", "解码头像数据失败!"));
-    EXPECT_THAT(bmp, Each(UNTOUCHED));
+    EXPECT_TRUE(bmp.holdOnly(UNTOUCHED));
 }

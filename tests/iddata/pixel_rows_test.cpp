@@ -14,7 +14,6 @@
 namespace
 {
 
-using testing::Each;
 using testing::ElementsAre;
 
 constexpr unsigned char UNTOUCHED = 0x5a;
@@ -121,7 +120,7 @@ TEST_P(PixelRows, SourceOfAnotherSize_GivesMinusOneAndWritesNothing)
         int dstLen = 38808;
         EXPECT_EQ(CCommon::Bgr2Bmp(dst.data(), dstLen, src.data(), srcLen, 102, 126), -1);
         EXPECT_EQ(dstLen, 38808);
-        EXPECT_THAT(dst, Each(UNTOUCHED));
+        EXPECT_TRUE(dst.holdOnly(UNTOUCHED));
     }
 }
 
@@ -133,7 +132,7 @@ TEST_P(PixelRows, CapacityTooSmall_GivesMinusTwoAndWritesNothing)
         int dstLen = capacity;
         EXPECT_EQ(CCommon::Bgr2Bmp(dst.data(), dstLen, src.data(), 38556, 102, 126), -2);
         EXPECT_EQ(dstLen, capacity);
-        EXPECT_THAT(dst, Each(UNTOUCHED));
+        EXPECT_TRUE(dst.holdOnly(UNTOUCHED));
     }
 }
 
