@@ -1,6 +1,7 @@
 #pragma once
 
 /**
+ * @file
  * Reads one Chinese identity document with the desktop card reader.
  *
  *     unsigned int kind = 99;

@@ -1,6 +1,11 @@
 #pragma once
 
 /**
+ * @file
+ * The result codes of `readIDCard`.
+ */
+
+/**
  * Every value that `readIDCard` can return. The numbers are fixed; the gaps between them are never
  * returned. `docs/result-codes.md` tells the cause and the remedy of each.
  */

@@ -1,6 +1,7 @@
 #pragma once
 
 /**
+ * @file
  * `CardInfoStruct`, the record that the maker's `KVO_ReadIDCard` fills. It crosses into a closed
  * library, so its layout is a wire format: 1080 bytes, packed, in the order below.
  *
@@ -21,6 +22,7 @@ enum CardInfoKind : std::int32_t {
 };
 
 #pragma pack(push, 1)
+/** What the card says, as the maker's library tells it: one block a kind of document. */
 struct CardInfoStruct {
     std::int32_t kind; ///< a `CardInfoKind`, or anything else that the reader does not know
 

@@ -1,6 +1,7 @@
 #pragma once
 
 /**
+ * @file
  * The four records that `readIDCard` fills, one per kind of document.
  *
  * The caller allocates and destroys them; the library only assigns to their strings and copies into
@@ -45,18 +46,18 @@ enum IDCARD_KIND : unsigned int {
 
 /** Resident identity card. */
 struct _tagIDCARD_INFO_ALL_CN {
-    std::string szName;
-    std::string szSex;    ///< as text, "男" or "女", with any padding the reader left
-    std::string szNation; ///< ethnic group, as text (GB 3304 without the suffix 族)
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
-    std::string szAddress;
-    std::string szID;   ///< citizen identity number, 18 characters (GB 11643)
-    std::string szDept; ///< issuing authority
-    std::string szValidStart;
-    std::string szValidEnd;
-    unsigned char byPhoto[IDCARD_PHOTO_SIZE];
+    std::string szName;       ///< name of the holder
+    std::string szSex;        ///< as text, "男" or "女", with any padding the reader left
+    std::string szNation;     ///< ethnic group, as text (GB 3304 without the suffix 族)
+    std::string szBirthYear;  ///< four digits
+    std::string szBirthMonth; ///< two digits
+    std::string szBirthDay;   ///< what follows the month
+    std::string szAddress;    ///< address of the holder
+    std::string szID;         ///< citizen identity number, 18 characters (GB 11643)
+    std::string szDept;       ///< issuing authority
+    std::string szValidStart; ///< YYYYMMDD
+    std::string szValidEnd;   ///< YYYYMMDD or "长期"
+    unsigned char byPhoto[IDCARD_PHOTO_SIZE]; ///< a BMP file, or compressed data
     /** How many prints `byFpData` holds; left alone when the reader gave an unusual length. */
     FP_INFO_TYPE fpInfoType;
     /** Fingerprint templates, zero-filled beyond what was read. */
@@ -65,51 +66,51 @@ struct _tagIDCARD_INFO_ALL_CN {
 
 /** Residence permit for residents of Hong Kong, Macao and Taiwan. */
 struct _tagIDCARD_INFO_ALL_HMT {
-    std::string szName;
-    std::string szSex;
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
-    std::string szAddress;
-    std::string szID; ///< permit number, 18 characters; begins 81 Hong Kong, 82 Macao, 83 Taiwan
-    std::string szDept;
-    std::string szValidStart;
-    std::string szValidEnd;
+    std::string szName;       ///< name of the holder
+    std::string szSex;        ///< as text
+    std::string szBirthYear;  ///< four digits
+    std::string szBirthMonth; ///< two digits
+    std::string szBirthDay;   ///< what follows the month
+    std::string szAddress;    ///< address of the holder
+    std::string szID;   ///< permit number, 18 characters; begins 81 Hong Kong, 82 Macao, 83 Taiwan
+    std::string szDept; ///< issuing authority
+    std::string szValidStart; ///< YYYYMMDD
+    std::string szValidEnd;   ///< YYYYMMDD or "长期"
     std::string szPassNumber; ///< number of the holder's travel permit, 9 characters
     std::string szReserved;   ///< the caller's own; never written
-    unsigned char byPhoto[IDCARD_PHOTO_SIZE];
+    unsigned char byPhoto[IDCARD_PHOTO_SIZE]; ///< a BMP file, or compressed data
 };
 
 /** Foreigner's permanent residence card, 2017 edition. */
 struct _tagIDCARD_INFO_ALL_FOREIGN_2017 {
     std::string szEnglishName; ///< name in Latin letters, up to 60 characters
-    std::string szSex;
-    std::string szID; ///< card number, 15 characters
+    std::string szSex;         ///< as text
+    std::string szID;          ///< card number, 15 characters
     /** Chinese name of the country (`COUNTRY_CODE_LIST`); empty when its code is not in the list.
      */
     std::string szNationality;
-    std::string szChineseName;
-    std::string szValidStart;
-    std::string szValidEnd;
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
-    std::string szReserved; ///< the caller's own; never written
-    unsigned char byPhoto[IDCARD_PHOTO_SIZE];
+    std::string szChineseName;                ///< name in Chinese characters; may be empty
+    std::string szValidStart;                 ///< YYYYMMDD
+    std::string szValidEnd;                   ///< YYYYMMDD or "长期"
+    std::string szBirthYear;                  ///< four digits
+    std::string szBirthMonth;                 ///< two digits
+    std::string szBirthDay;                   ///< what follows the month
+    std::string szReserved;                   ///< the caller's own; never written
+    unsigned char byPhoto[IDCARD_PHOTO_SIZE]; ///< a BMP file, or compressed data
 };
 
 /** Foreigner's permanent residence card, new edition. */
 struct _tagIDCARD_INFO_ALL_FOREIGN_NEW {
-    std::string szChineseName;
-    std::string szSex;       ///< without leading and trailing blanks and tabs
-    std::string szCardExtra; ///< the two-character item that the card stores right after the sex
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
+    std::string szChineseName; ///< name in Chinese characters; may be empty
+    std::string szSex;         ///< without leading and trailing blanks and tabs
+    std::string szCardExtra;   ///< the two-character item that the card stores right after the sex
+    std::string szBirthYear;   ///< four digits
+    std::string szBirthMonth;  ///< two digits
+    std::string szBirthDay;    ///< what follows the month
     std::string szEnglishName; ///< name in Latin letters, up to 35 characters
     std::string szID;          ///< card number, 18 characters
-    std::string szValidStart;
-    std::string szValidEnd;
+    std::string szValidStart;  ///< YYYYMMDD
+    std::string szValidEnd;    ///< YYYYMMDD or "长期"
     std::string szNationality; ///< as in the 2017 edition
-    unsigned char byPhoto[IDCARD_PHOTO_SIZE];
+    unsigned char byPhoto[IDCARD_PHOTO_SIZE]; ///< a BMP file, or compressed data
 };

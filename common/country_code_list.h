@@ -1,5 +1,10 @@
 #pragma once
 
+/**
+ * @file
+ * The table of countries and areas.
+ */
+
 #include <string>
 
 #include "common/export.h"

@@ -1,6 +1,11 @@
 #pragma once
 
 /**
+ * @file
+ * What makes a name visible to hosts.
+ */
+
+/**
  * Marks what the shared library offers to its hosts. Everything else stays hidden: the library is
  * built with hidden visibility, and its version script is made from `api/exported_names.txt`.
  */

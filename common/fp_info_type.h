@@ -1,5 +1,10 @@
 #pragma once
 
+/**
+ * @file
+ * The amounts of fingerprint data.
+ */
+
 #include <cstdint>
 
 /**

@@ -1,6 +1,7 @@
 #pragma once
 
 /**
+ * @file
  * The four records that the text decoders of `CIdData` fill. The caller owns them; every string is
  * UTF-8 and is replaced, never appended to.
  *
@@ -16,9 +17,9 @@ struct _tagID_TEXT_INFO_CN {
     std::string szName;   ///< up to 10 Chinese characters
     std::string szSex;    ///< "男" or "女"
     std::string szNation; ///< ethnic group (GB 3304 without the suffix 族); empty if not assigned
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
+    std::string szBirthYear;  ///< four digits
+    std::string szBirthMonth; ///< two digits
+    std::string szBirthDay;   ///< what follows the month
     std::string szAddress;    ///< up to 33 Chinese characters
     std::string szID;         ///< citizen identity number, 18 characters (GB 11643)
     std::string szDept;       ///< issuing authority, up to 10 Chinese characters
@@ -28,11 +29,11 @@ struct _tagID_TEXT_INFO_CN {
 
 /** Residence permit for residents of Hong Kong, Macao and Taiwan. */
 struct _tagID_TEXT_INFO_HMT {
-    std::string szName; ///< up to 10 Chinese characters
-    std::string szSex;  ///< "男" or "女"
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
+    std::string szName;       ///< up to 10 Chinese characters
+    std::string szSex;        ///< "男" or "女"
+    std::string szBirthYear;  ///< four digits
+    std::string szBirthMonth; ///< two digits
+    std::string szBirthDay;   ///< what follows the month
     std::string szAddress;    ///< up to 33 Chinese characters
     std::string szID;         ///< permit number, 18 characters
     std::string szDept;       ///< issuing authority, up to 10 Chinese characters
@@ -51,9 +52,9 @@ struct _tagID_TEXT_INFO_FOREIGN_2017 {
     std::string szChineseName;     ///< up to 10 Chinese characters
     std::string szValidStart;      ///< YYYY.MM.DD
     std::string szValidEnd;        ///< YYYY.MM.DD
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
+    std::string szBirthYear;       ///< four digits
+    std::string szBirthMonth;      ///< two digits
+    std::string szBirthDay;        ///< what follows the month
 };
 
 /** Foreigner's permanent residence card, new edition. */
@@ -61,9 +62,9 @@ struct _tagID_TEXT_INFO_FOREIGN_NEW {
     std::string szChineseName; ///< up to 10 Chinese characters
     std::string szSex;         ///< label of the sex code (GB/T 2261.1)
     std::string szCardExtra;   ///< the two-character item that follows the sex code
-    std::string szBirthYear;
-    std::string szBirthMonth;
-    std::string szBirthDay;
+    std::string szBirthYear;   ///< four digits
+    std::string szBirthMonth;  ///< two digits
+    std::string szBirthDay;    ///< what follows the month
     std::string szEnglishName; ///< up to 31 Latin letters
     std::string szID;          ///< card number, 18 characters
     std::string szValidStart;  ///< YYYY.MM.DD

@@ -1,5 +1,10 @@
 #pragma once
 
+/**
+ * @file
+ * The kinds of document in a raw card record.
+ */
+
 #include <cstdint>
 
 /**

@@ -62,8 +62,8 @@ protected:
     std::uint32_t m_vendorId;            ///< 16 significant bits
     /** Owned. Null, too, in state `DEVICE_OPEN` after a claim or a reset that failed. */
     libusb_device_handle *m_handle = nullptr;
-    std::int32_t m_lastError = USB_READER_OK;
-    State m_state = NOTHING_MADE;
+    std::int32_t m_lastError = USB_READER_OK; ///< a `USB_READER_CODE`
+    State m_state = NOTHING_MADE;             ///< what the destructor has to release
 
 private:
     friend struct UsbReaderLayout;

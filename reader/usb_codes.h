@@ -1,6 +1,11 @@
 #pragma once
 
 /**
+ * @file
+ * The failure codes of the USB road.
+ */
+
+/**
  * The failure codes of the USB road, as `CLibUsbEx::lastError()` tells them: -2 to -9 from reaching
  * the reader, the others from talking to it.
  */

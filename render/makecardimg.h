@@ -22,8 +22,10 @@
 class IDCARD_READER_EXPORT MakeCardImg
 {
 public:
-    /** Size of a card, ID-1 of ISO/IEC 7810, in millimetres. */
+    /** Width of a card, ID-1 of ISO/IEC 7810, in millimetres. */
     static constexpr double CARD_WIDTH_MM = 85.6;
+
+    /** Height of a card, ID-1 of ISO/IEC 7810, in millimetres. */
     static constexpr double CARD_HEIGHT_MM = 54.0;
 
     MakeCardImg();
@@ -40,9 +42,13 @@ public:
      */
     static double getRealScaleRatio(QString imagePath);
 
+    /** The front of a resident identity card. */
     static QString makeIDCardCNFrontBase64(_tagIDCARD_INFO_ALL_CN *info);
+
+    /** The back of a resident identity card. */
     static QString makeIDCardCNBackBase64(_tagIDCARD_INFO_ALL_CN *info);
 
+    /** The front of a residence permit. */
     static QString makeIDCardHmtFrontBase64(_tagIDCARD_INFO_ALL_HMT *info);
 
     /**
@@ -51,11 +57,13 @@ public:
      */
     static QString makeIDCardHmtBackBase64(_tagIDCARD_INFO_ALL_HMT *info);
 
+    /** The front of a foreigner's card of the 2017 edition. */
     static QString makeIDCardF2017FrontBase64(_tagIDCARD_INFO_ALL_FOREIGN_2017 *info);
 
     /** The back carries no field; `info` is not read. */
     static QString makeIDCardF2017BackBase64(_tagIDCARD_INFO_ALL_FOREIGN_2017 *info);
 
+    /** The front of a foreigner's card of the new edition. */
     static QString makeIDCardFNewFrontBase64(_tagIDCARD_INFO_ALL_FOREIGN_NEW *info);
 
     /** The back carries no field; `info` is not read. */

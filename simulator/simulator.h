@@ -1,6 +1,7 @@
 #pragma once
 
 /**
+ * @file
  * The public face of `libidcard_simulator.so`, a stand-in for the reader maker's library and the
  * photo decoder: it exports the five functions of `common/closed_functions.h` and answers them from
  * described cards. No reader, no card and no real person is involved.
