@@ -18,7 +18,6 @@ namespace
 {
 
 using simulator::UsbStatus;
-using simulator::UsbTransfer;
 
 /** As with the host controllers of today: a transfer of any size is one request. */
 constexpr std::uint32_t CAPABILITIES = USBDEVFS_CAP_ZERO_PACKET | USBDEVFS_CAP_NO_PACKET_SIZE_LIM |

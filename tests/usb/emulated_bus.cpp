@@ -162,7 +162,7 @@ public:
     QString folder() const
     {
         gchar *const path = umockdev_testbed_get_root_dir(m_bed.get());
-        const QString folder = QString::fromLocal8Bit(path);
+        QString folder = QString::fromLocal8Bit(path);
         g_free(path);
         return folder;
     }

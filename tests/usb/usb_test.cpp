@@ -37,23 +37,6 @@ QStringList filesHere()
     return QDir().entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System);
 }
 
-/** Opens a device once: some libraries keep what they open first. */
-bool warmUp()
-{
-    ScriptedDevice device;
-    EmulatedBus bus;
-    bus.add(device);
-    libusb_context *context = nullptr;
-    if (libusb_init(&context) != 0)
-        return false;
-    libusb_device_handle *const handle = libusb_open_device_with_vid_pid(
-        context, simulator::DEFAULT_VENDOR_ID, simulator::DEFAULT_PRODUCT_ID);
-    if (handle != nullptr)
-        libusb_close(handle);
-    libusb_exit(context);
-    return handle != nullptr;
-}
-
 } // namespace
 
 Lines operator+(Lines first, const Lines &second)
@@ -101,6 +84,22 @@ QStringList logComplaints(const std::vector<MessageLog::Message> &log, const Lin
                               .arg(i + 1);
     }
     return complaints;
+}
+
+bool warmUp()
+{
+    ScriptedDevice device;
+    EmulatedBus bus;
+    bus.add(device);
+    libusb_context *context = nullptr;
+    if (libusb_init(&context) != 0)
+        return false;
+    libusb_device_handle *const handle = libusb_open_device_with_vid_pid(
+        context, simulator::DEFAULT_VENDOR_ID, simulator::DEFAULT_PRODUCT_ID);
+    if (handle != nullptr)
+        libusb_close(handle);
+    libusb_exit(context);
+    return handle != nullptr;
 }
 
 UsbTest::UsbTest()

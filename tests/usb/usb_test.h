@@ -42,6 +42,9 @@ private:
     int m_allowed = 0;
 };
 
+/** Opens a device once: some libraries keep what they open first. Whether it could be opened. */
+bool warmUp();
+
 /** What is seen through the log, in order; the lines that `expected` has not are complaints. */
 QStringList logComplaints(const std::vector<MessageLog::Message> &log, const Lines &expected);
 

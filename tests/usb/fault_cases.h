@@ -1,0 +1,45 @@
+#pragma once
+
+// What becomes of a card read for every fault of a reader on USB: the table that the sweep runs.
+
+#include <string>
+#include <vector>
+
+#include <QString>
+#include <QStringList>
+
+#include "tests/usb/usb_test.h"
+
+namespace usb_test
+{
+
+/** When a read comes to its end. */
+enum class End {
+    AtOnce,
+    Late,      ///< the reader takes its time, longer than a read would wait
+    GivesUp,   ///< the time limit of a read is over
+    Unplugged, ///< not before the reader is unplugged
+};
+
+/** Milliseconds that a command is kept waiting: longer than a read waits. */
+constexpr int LONG_DELAY_MS = 6000;
+
+/** One fault, with all arguments that have the same effect. */
+struct FaultCase {
+    QString fault;         ///< as in the vocabulary, without an argument
+    QStringList arguments; ///< one read for each; an empty one means none
+    QString argumentText;  ///< the arguments, for a reader
+    int code;
+    /** The whole log; {N} stands for the argument. */
+    Lines log;
+    End end = End::AtOnce;
+    /** How often a node is opened in vain. */
+    int failedOpens = 0;
+};
+
+std::vector<FaultCase> faultCases();
+
+/** The log of a card read that succeeds. */
+Lines wholeRead();
+
+} // namespace usb_test

@@ -1,0 +1,367 @@
+// A whole card read with every fault that a reader on USB can have, and its results in
+// docs/usb-faults.md. With IDCARD_WRITE_DOCUMENTS set the document is written anew.
+
+#include <chrono>
+#include <set>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gmock/gmock.h>
+
+#include "simulator/virtual_reader.h"
+#include "tests/usb/exposed_reader.h"
+#include "tests/usb/fault_cases.h"
+
+namespace
+{
+
+using namespace usb_test;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char *DOCUMENT = IDCARD_SOURCE_DIR "/docs/usb-faults.md";
+constexpr auto UNTOUCHED = static_cast<FP_INFO_TYPE>(77);
+constexpr int READ_LIMIT_MS = 5000;
+/** What a busy machine, an emulator or a sanitizer may add. */
+constexpr int SLACK_MS = 4000;
+/** Seconds after which a read counts as hung. */
+constexpr unsigned int HUNG_S = 150;
+constexpr int BATCHES = 4;
+
+/** One read: a case with one of its arguments. */
+struct Read {
+    std::size_t row;
+    int argument;
+};
+
+/** What became of it. */
+struct Outcome {
+    int code = 1;
+    Lines log;
+    int tookMs = 0;
+    QStringList complaints;
+};
+
+QString faultText(const FaultCase &row, int argument)
+{
+    const QString &value = row.arguments.at(argument);
+    return value.isEmpty() ? row.fault : row.fault + QLatin1Char('=') + value;
+}
+
+/** The reader with its card, its record as `out` and `fp` have it, and every later call. */
+void readCard(const FaultCase &row, EmulatedBus &bus, const simulator::VirtualReader &device,
+              Outcome &outcome)
+{
+    std::unique_ptr<OrdinaryUser> user;
+    if (row.fault == QLatin1String("permission-denied"))
+        user = std::make_unique<OrdinaryUser>();
+    IdReader reader;
+    QByteArray out("before");
+    FP_INFO_TYPE fp = UNTOUCHED;
+    const bool isRead = reader.fetch_data(out, fp);
+    outcome.code = reader.lastError();
+    if (isRead != (outcome.code == 0))
+        outcome.complaints << QStringLiteral("fetch_data tells another outcome than the code");
+    if (isRead && (fp == UNTOUCHED || out.size() < 1297))
+        outcome.complaints << QStringLiteral("no record in spite of success");
+    if (!isRead && (out != "before" || fp != UNTOUCHED))
+        outcome.complaints << QStringLiteral("a failure has changed the results");
+    if (isRead)
+        return;
+    const auto calls = bus.calls(device);
+    unsigned short length = 0;
+    if (reader.lookup() || reader.select() || reader.fetch_data(out, fp) ||
+        reader.write_pipe2(0, 0) || reader.write_pipe6(6, 0, 0, nullptr, 0) ||
+        reader.read_pipe81(length) || reader.read_pipe85(6))
+        outcome.complaints << QStringLiteral("an operation succeeds after a failure");
+    if (bus.calls(device) != calls)
+        outcome.complaints << QStringLiteral("an operation touches the bus after a failure");
+}
+
+Outcome run(const FaultCase &row, int argument)
+{
+    Outcome outcome;
+    QString problem;
+    simulator::VirtualReader device;
+    if (!device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::Described, &problem) ||
+        !device.slot().setFaults(faultText(row, argument), &problem)) {
+        outcome.complaints << problem;
+        return outcome;
+    }
+    EmulatedBus bus;
+    bus.add(device);
+    ProcessAccount account;
+    const MessageLog log;
+    std::thread hand;
+    if (row.end == End::Unplugged)
+        hand = std::thread([&bus, &device] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(LONG_DELAY_MS));
+            bus.change([&device] { device.unplug(); });
+        });
+    const auto start = Clock::now();
+    readCard(row, bus, device, outcome);
+    outcome.tookMs = static_cast<int>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
+    if (hand.joinable())
+        hand.join();
+    outcome.log = log.texts();
+    account.allow(2 * row.failedOpens);
+    outcome.complaints << bus.leftOvers() << account.additions();
+    return outcome;
+}
+
+QByteArray toText(const Outcome &outcome)
+{
+    QJsonArray log;
+    for (const std::string &line : outcome.log)
+        log << QString::fromStdString(line);
+    const QJsonObject object = {{"code", outcome.code},
+                                {"log", log},
+                                {"tookMs", outcome.tookMs},
+                                {"complaints", QJsonArray::fromStringList(outcome.complaints)}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+Outcome fromText(const QByteArray &line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    Outcome outcome;
+    outcome.code = object["code"].toInt(1);
+    for (const QJsonValue value : object["log"].toArray())
+        outcome.log.push_back(value.toString().toStdString());
+    outcome.tookMs = object["tookMs"].toInt();
+    for (const QJsonValue value : object["complaints"].toArray())
+        outcome.complaints << value.toString();
+    return outcome;
+}
+
+/** Reads in a process of their own, one after the other. */
+class Batch
+{
+public:
+    explicit Batch(std::vector<Read> reads) : m_reads(std::move(reads)) {}
+
+    void start(const std::vector<FaultCase> &rows)
+    {
+        int ends[2] = {-1, -1};
+        ASSERT_EQ(pipe(ends), 0);
+        fflush(nullptr);
+        m_child = fork();
+        ASSERT_GE(m_child, 0);
+        if (m_child == 0) {
+            close(ends[0]);
+            exit(runAll(rows, ends[1]));
+        }
+        close(ends[1]);
+        m_results = ends[0];
+    }
+
+    /** Hands over what became of each read, in order. */
+    std::vector<Outcome> finish()
+    {
+        QFile results;
+        results.open(m_results, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+        QList<QByteArray> texts = results.readAll().split('\n');
+        texts.removeLast(); // after the last line
+        int status = 0;
+        EXPECT_EQ(waitpid(m_child, &status, 0), m_child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
+            << "a child ended with status " << status;
+        std::vector<Outcome> outcomes;
+        for (const QByteArray &text : texts)
+            outcomes.push_back(fromText(text));
+        outcomes.resize(m_reads.size());
+        return outcomes;
+    }
+
+    const std::vector<Read> &reads() const { return m_reads; }
+
+private:
+    int runAll(const std::vector<FaultCase> &rows, int results) const
+    {
+        alarm(HUNG_S); // ends this process, which the parent hears of
+        if (!warmUp())
+            return 1;
+        for (const Read &read : m_reads) {
+            const QByteArray text = toText(run(rows[read.row], read.argument));
+            if (write(results, text.constData(), static_cast<std::size_t>(text.size())) !=
+                text.size())
+                return 1;
+        }
+        close(results);
+        return 0;
+    }
+
+    std::vector<Read> m_reads;
+    pid_t m_child = -1;
+    int m_results = -1;
+};
+
+/** Every slow read alone, the others in a few batches. */
+std::vector<Batch> batchesOf(const std::vector<FaultCase> &rows)
+{
+    std::vector<Batch> batches;
+    std::vector<std::vector<Read>> fast(BATCHES);
+    std::size_t next = 0;
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (int argument = 0; argument < rows[row].arguments.size(); ++argument) {
+            if (rows[row].end == End::AtOnce)
+                fast[next++ % BATCHES].push_back({row, argument});
+            else
+                batches.emplace_back(std::vector<Read>{{row, argument}});
+        }
+    for (std::vector<Read> &reads : fast)
+        batches.emplace_back(std::move(reads));
+    return batches;
+}
+
+Lines expectedLog(const FaultCase &row, int argument)
+{
+    Lines expected;
+    for (const std::string &line : row.log)
+        expected.push_back(QString::fromStdString(line)
+                               .replace(QStringLiteral("{N}"), row.arguments.at(argument))
+                               .toStdString());
+    return expected;
+}
+
+/** The shortest and the longest that a read may take. */
+std::pair<int, int> timeLimits(End end)
+{
+    switch (end) {
+    case End::AtOnce:
+        break;
+    case End::GivesUp:
+        return {READ_LIMIT_MS - 100, READ_LIMIT_MS + SLACK_MS};
+    case End::Late:
+    case End::Unplugged:
+        return {LONG_DELAY_MS - 100, LONG_DELAY_MS + SLACK_MS};
+    }
+    return {0, SLACK_MS};
+}
+
+QString endText(End end)
+{
+    switch (end) {
+    case End::AtOnce:
+        break;
+    case End::GivesUp:
+        return QStringLiteral("after 5 s");
+    case End::Late:
+        return QStringLiteral("when the command is taken");
+    case End::Unplugged:
+        return QStringLiteral("when the reader is unplugged");
+    }
+    return QStringLiteral("at once");
+}
+
+/** The row of the document. */
+QString documentRow(const FaultCase &row, int code, const std::string &lastLine)
+{
+    const QString fault = row.argumentText.isEmpty()
+                              ? QStringLiteral("`%1`").arg(row.fault)
+                              : QStringLiteral("`%1`: %2").arg(row.fault, row.argumentText);
+    return QStringLiteral("| %1 | %2 | `%3` | %4 |\n")
+        .arg(fault, QString::number(code), QString::fromStdString(lastLine), endText(row.end));
+}
+
+/** Checks one read; the row of the document that it stands for. */
+QString check(const FaultCase &row, int argument, const Outcome &outcome)
+{
+    SCOPED_TRACE(faultText(row, argument).left(80).toStdString());
+    EXPECT_EQ(outcome.code, row.code);
+    EXPECT_EQ(outcome.log, expectedLog(row, argument));
+    for (const QString &complaint : outcome.complaints)
+        ADD_FAILURE() << complaint.toStdString();
+    const auto [shortest, longest] = timeLimits(row.end);
+    EXPECT_GE(outcome.tookMs, shortest);
+    EXPECT_LE(outcome.tookMs, longest);
+    const std::string expectedLast = expectedLog(row, argument).back();
+    const bool isAsExpected = !outcome.log.empty() && outcome.log.back() == expectedLast;
+    const std::string last =
+        QString::fromStdString(row.log.back()).replace("{N}", "N").toStdString();
+    return documentRow(row, outcome.code, isAsExpected ? last : "(differs)");
+}
+
+/** The document with this table in place of the one between its marks. */
+QString withTable(const QString &document, const QString &table)
+{
+    const QString head = QStringLiteral("| Fault | Code | Last line of the log | Ends |\n"
+                                        "| --- | --- | --- | --- |\n");
+    const int first = document.indexOf(head);
+    const int end = document.indexOf(QStringLiteral("\n\n"), first);
+    EXPECT_GE(first, 0) << "the document has no table of faults";
+    EXPECT_GE(end, 0);
+    return document.left(first) + head + table + document.mid(end + 1);
+}
+
+QString readDocument()
+{
+    QFile file(QString::fromLatin1(DOCUMENT));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << DOCUMENT;
+    return QString::fromUtf8(file.readAll());
+}
+
+TEST(FaultSweep, EveryFault_GivesItsCodeAndGivesEverythingBack)
+{
+    const std::vector<FaultCase> rows = faultCases();
+    std::vector<Batch> batches = batchesOf(rows);
+    for (Batch &batch : batches)
+        batch.start(rows);
+
+    std::vector<QString> table(rows.size());
+    std::size_t reads = 0;
+    for (Batch &batch : batches) {
+        const std::vector<Outcome> outcomes = batch.finish();
+        for (std::size_t i = 0; i < outcomes.size(); ++i) {
+            const Read &read = batch.reads()[i];
+            const QString row = check(rows[read.row], read.argument, outcomes[i]);
+            EXPECT_TRUE(table[read.row].isEmpty() || table[read.row] == row);
+            table[read.row] = row;
+            ++reads;
+        }
+    }
+    RecordProperty("reads", static_cast<int>(reads));
+    printf("%zu card reads with %zu faults\n", reads, rows.size());
+
+    QString text;
+    for (const QString &row : table)
+        text += row;
+    const QString document = readDocument();
+    const QString expected = withTable(document, text);
+    if (qEnvironmentVariableIsSet("IDCARD_WRITE_DOCUMENTS")) {
+        QFile file(QString::fromLatin1(DOCUMENT));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(expected.toUtf8());
+    } else {
+        EXPECT_EQ(document.toStdString(), expected.toStdString())
+            << "docs/usb-faults.md is not what was found; write it with IDCARD_WRITE_DOCUMENTS=1";
+    }
+}
+
+TEST(FaultSweep, Table_HasEveryFaultOfTheVocabulary)
+{
+    std::set<QString> swept;
+    for (const FaultCase &row : faultCases())
+        swept.insert(row.fault);
+    for (const simulator::FaultRule &rule : simulator::faultRules()) {
+        const QString name = QLatin1String(rule.name);
+        if (!simulator::isExchangeFault(rule)) {
+            EXPECT_EQ(swept.count(name), 1U) << name.toStdString();
+            continue;
+        }
+        for (int i = 0; i < simulator::USB_EXCHANGE_COUNT; ++i) {
+            const QString of = simulator::exchangeName(static_cast<simulator::UsbExchange>(i)) +
+                               QLatin1Char('-') + name;
+            EXPECT_EQ(swept.count(of), 1U) << of.toStdString();
+        }
+    }
+}
+
+} // namespace
