@@ -126,14 +126,16 @@ gboolean DeviceNode::onIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, g
     auto *const node = static_cast<DeviceNode *>(self);
     const unsigned long request = umockdev_ioctl_client_get_request(client);
     Answer answer = failure(EBADF);
+    bool waits = false;
     {
         const std::lock_guard<std::mutex> lock(node->m_mutex);
         Opening *const opening = node->openingOf(client);
         if (opening != nullptr)
             answer = node->answer(*opening, request, umockdev_ioctl_client_get_arg(client));
         node->m_changed();
+        waits = answer.error == EAGAIN && opening != nullptr && !opening->transfers.empty();
     }
-    if (answer.error == EAGAIN)
+    if (waits)
         std::this_thread::sleep_for(PAUSE);
     umockdev_ioctl_client_complete(client, answer.result, answer.error);
     return TRUE;

@@ -1,0 +1,35 @@
+#pragma once
+
+// Failures of libusb that no device can cause, and an account of what is asked of it. The real
+// functions do everything else.
+
+namespace usb_test
+{
+
+/** What fails from now on; 0 for nothing. */
+struct LibusbFailures {
+    int init = 0;               ///< result of libusb_init
+    int deviceList = 0;         ///< result of libusb_get_device_list
+    int descriptorPosition = 0; ///< counted from 1: the one device that cannot be described
+    int autoDetach = 0;         ///< result of libusb_set_auto_detach_kernel_driver
+};
+
+/** Calls since the failures were set. */
+struct LibusbCalls {
+    int init = 0;
+    int exit = 0;
+    int lists = 0;
+    int listsFreed = 0;
+    int listsFreedWithDevices = 0;
+    int descriptors = 0;
+    int opened = 0; ///< with success
+    int closed = 0;
+    int released = 0;
+};
+
+/** Sets what fails, and begins a new account. */
+void setLibusbFailures(const LibusbFailures &failures);
+
+const LibusbCalls &libusbCalls();
+
+} // namespace usb_test
