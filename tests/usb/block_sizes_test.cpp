@@ -122,7 +122,7 @@ private:
  */
 int next(int size)
 {
-    constexpr int SMALL = 1100;
+    constexpr int SMALL = 530;
     constexpr int PACKET = 512;
     static const bool isEverySize = qEnvironmentVariableIsSet("IDCARD_TEST_EVERY_SIZE");
     do

@@ -18,9 +18,9 @@ Function *real(const char *name)
 
 } // namespace
 
-void usb_test::setLibusbFailures(const LibusbFailures &set)
+void usb_test::setLibusbFailures(const LibusbFailures &toSet)
 {
-    failures = set;
+    failures = toSet;
     calls = {};
 }
 
@@ -32,33 +32,33 @@ const usb_test::LibusbCalls &usb_test::libusbCalls()
 // This program's definitions go before those of the library, also for the library under test.
 extern "C" {
 
-__attribute__((visibility("default"))) int libusb_init(libusb_context **context)
+__attribute__((visibility("default"))) int libusb_init(libusb_context **ctx)
 {
     ++calls.init;
-    return failures.init != 0 ? failures.init : real<decltype(libusb_init)>("libusb_init")(context);
+    return failures.init != 0 ? failures.init : real<decltype(libusb_init)>("libusb_init")(ctx);
 }
 
-__attribute__((visibility("default"))) void libusb_exit(libusb_context *context)
+__attribute__((visibility("default"))) void libusb_exit(libusb_context *ctx)
 {
     ++calls.exit;
-    real<decltype(libusb_exit)>("libusb_exit")(context);
+    real<decltype(libusb_exit)>("libusb_exit")(ctx);
 }
 
-__attribute__((visibility("default"))) ssize_t libusb_get_device_list(libusb_context *context,
+__attribute__((visibility("default"))) ssize_t libusb_get_device_list(libusb_context *ctx,
                                                                       libusb_device ***list)
 {
     if (failures.deviceList != 0)
         return failures.deviceList;
     ++calls.lists;
-    return real<decltype(libusb_get_device_list)>("libusb_get_device_list")(context, list);
+    return real<decltype(libusb_get_device_list)>("libusb_get_device_list")(ctx, list);
 }
 
 __attribute__((visibility("default"))) void libusb_free_device_list(libusb_device **list,
-                                                                    int unreference)
+                                                                    int unref_devices)
 {
     ++calls.listsFreed;
-    calls.listsFreedWithDevices += unreference;
-    real<decltype(libusb_free_device_list)>("libusb_free_device_list")(list, unreference);
+    calls.listsFreedWithDevices += unref_devices;
+    real<decltype(libusb_free_device_list)>("libusb_free_device_list")(list, unref_devices);
 }
 
 __attribute__((visibility("default"))) int

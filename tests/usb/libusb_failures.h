@@ -28,7 +28,7 @@ struct LibusbCalls {
 };
 
 /** Sets what fails, and begins a new account. */
-void setLibusbFailures(const LibusbFailures &failures);
+void setLibusbFailures(const LibusbFailures &toSet);
 
 const LibusbCalls &libusbCalls();
 
