@@ -178,7 +178,8 @@ private:
 
     static bool matches(const OptionRow &row, const QString &value)
     {
-        const QRegularExpression pattern(QRegularExpression::anchoredPattern(row.pattern));
+        const QRegularExpression pattern(
+            QStringLiteral("\\A(?:%1)\\z").arg(QLatin1String(row.pattern)));
         return pattern.match(value).hasMatch();
     }
 
