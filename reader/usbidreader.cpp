@@ -47,26 +47,20 @@ Transfer read(libusb_device_handle *handle, unsigned char pipe, unsigned char *d
     return transfer;
 }
 
-/** An exchange with one expected answer. */
-struct FixedExchange {
+/** One exchange of a card read: what is sent, what may come, and how each of its ends is told. */
+struct Exchange {
     Command command;
-    const unsigned char *answer;
-    int answerSize;
+    const unsigned char *answer; ///< the expected one; null when it is the card's data
+    int answerSize;              ///< bytes that are read at most
     USB_READER_CODE writeFailed;
     USB_READER_CODE readFailed;
-    USB_READER_CODE mismatch;
-    const char *readFailedText;
+    USB_READER_CODE mismatch;   ///< not the expected answer
+    const char *readFailedText; ///< with the transfer's result and the number of bytes
     const char *answeredText;
-    const char *doneText;
+    const char *doneText; ///< of the card's data with its size
 };
 
-constexpr const char *WRITTEN_TEXT = "write pipe2 success!";
-constexpr const char *NOT_WRITTEN_TEXT = "write pipe2 error(%d)!";
-constexpr const char *MISMATCH_TEXT = "found data not matched!!!";
-/** Of every exchange: readers of the log know a short answer by this line. */
-constexpr const char *SHORT_ANSWER_TEXT = "lookup_resp error(%d), actual_length=%d!";
-
-constexpr FixedExchange LOOKUP = {
+constexpr Exchange LOOKUP = {
     LOOKUP_COMMAND,
     LOOKUP_ANSWER.data(),
     static_cast<int>(LOOKUP_ANSWER.size()),
@@ -77,8 +71,7 @@ constexpr FixedExchange LOOKUP = {
     "lookup_resp success!",
     "lookup success!",
 };
-
-constexpr FixedExchange SELECT = {
+constexpr Exchange SELECT = {
     SELECT_COMMAND,
     SELECT_ANSWER.data(),
     static_cast<int>(SELECT_ANSWER.size()),
@@ -89,38 +82,62 @@ constexpr FixedExchange SELECT = {
     "select_resp success!",
     "select success!",
 };
+constexpr Exchange READ = {
+    READ_COMMAND,
+    nullptr,
+    READ_ANSWER_MAX_SIZE,
+    USB_READER_DATA_WRITE_FAILED,
+    USB_READER_DATA_READ_FAILED,
+    USB_READER_OK,
+    "fetch_data_resp error(%d)!",
+    "fetch_data_resp success!",
+    "fetch data success, outbuf size=%d",
+};
 
-bool sendCommand(libusb_device_handle *handle, Command command)
+constexpr const char *WRITTEN_TEXT = "write pipe2 success!";
+constexpr const char *NOT_WRITTEN_TEXT = "write pipe2 error(%d)!";
+constexpr const char *MISMATCH_TEXT = "found data not matched!!!";
+/** Of select, too: readers of the log know a short answer by this line. */
+constexpr const char *SHORT_ANSWER_TEXT = LOOKUP.readFailedText;
+
+/** Sends the command and reads what comes into `answer`, `count` bytes; it has room for them. */
+USB_READER_CODE transferBoth(libusb_device_handle *handle, const Exchange &exchange,
+                             unsigned char *answer, int *count)
 {
+    Command command = exchange.command;
     const int size = static_cast<int>(command.size());
-    const Transfer transfer = write(handle, COMMAND_PIPE, command.data(), size);
-    if (!transfer.moved(size)) {
-        qDebug(NOT_WRITTEN_TEXT, transfer.result);
-        return false;
+    const Transfer sent = write(handle, COMMAND_PIPE, command.data(), size);
+    if (!sent.moved(size)) {
+        qDebug(NOT_WRITTEN_TEXT, sent.result);
+        return exchange.writeFailed;
     }
     qDebug("%s", WRITTEN_TEXT);
-    return true;
-}
-
-USB_READER_CODE run(libusb_device_handle *handle, const FixedExchange &exchange)
-{
-    if (!sendCommand(handle, exchange.command))
-        return exchange.writeFailed;
-    std::array<unsigned char, std::max(LOOKUP_ANSWER.size(), SELECT_ANSWER.size())> answer{};
-    const Transfer transfer = read(handle, ANSWER_PIPE, answer.data(), exchange.answerSize);
-    if (transfer.result != LIBUSB_SUCCESS) {
-        qDebug(exchange.readFailedText, transfer.result, transfer.count);
+    const Transfer received = read(handle, ANSWER_PIPE, answer, exchange.answerSize);
+    *count = received.count;
+    if (received.result != LIBUSB_SUCCESS) {
+        qDebug(exchange.readFailedText, received.result, received.count);
         return exchange.readFailed;
     }
-    if (transfer.count == exchange.answerSize) {
+    return USB_READER_OK;
+}
+
+/** Runs an exchange that has an expected answer. */
+USB_READER_CODE run(libusb_device_handle *handle, const Exchange &exchange)
+{
+    std::array<unsigned char, std::max(LOOKUP_ANSWER.size(), SELECT_ANSWER.size())> answer{};
+    int count = 0;
+    const USB_READER_CODE failure = transferBoth(handle, exchange, answer.data(), &count);
+    if (failure != USB_READER_OK)
+        return failure;
+    if (count == exchange.answerSize) {
         qDebug("%s", exchange.answeredText);
-        if (!std::equal(exchange.answer, exchange.answer + exchange.answerSize, answer.begin())) {
+        if (!std::equal(exchange.answer, exchange.answer + count, answer.begin())) {
             qDebug("%s", MISMATCH_TEXT);
             return exchange.mismatch;
         }
     } else {
         // Deliberately accepted: what follows tells whether there is a card.
-        qDebug(SHORT_ANSWER_TEXT, transfer.result, transfer.count);
+        qDebug(SHORT_ANSWER_TEXT, static_cast<int>(LIBUSB_SUCCESS), count);
     }
     qDebug("%s", exchange.doneText);
     return USB_READER_OK;
@@ -211,33 +228,27 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
     if (m_lastError != USB_READER_OK)
         return false;
     std::array<unsigned char, READ_ANSWER_MAX_SIZE> answer{};
-    if (!sendCommand(m_handle, READ_COMMAND)) {
-        m_lastError = USB_READER_DATA_WRITE_FAILED;
+    int count = 0;
+    m_lastError = transferBoth(m_handle, READ, answer.data(), &count);
+    if (m_lastError != USB_READER_OK)
         return false;
-    }
-    const Transfer transfer = read(m_handle, ANSWER_PIPE, answer.data(), READ_ANSWER_MAX_SIZE);
-    if (transfer.result != LIBUSB_SUCCESS) {
-        qDebug("fetch_data_resp error(%d)!", transfer.result);
-        m_lastError = USB_READER_DATA_READ_FAILED;
-        return false;
-    }
-    const ReadAnswerSize *const known = findAnswerSize(transfer.count);
+    const ReadAnswerSize *const known = findAnswerSize(count);
     if (known == nullptr) {
-        const bool hasStatusOnly = transfer.count == STATUS_ONLY_ANSWER_SIZE;
+        const bool hasStatusOnly = count == STATUS_ONLY_ANSWER_SIZE;
         qDebug(hasStatusOnly ? "total length(%d), no card data for reading!"
                              : "total length(%d) invalid!",
-               transfer.count);
+               count);
         m_lastError = hasStatusOnly ? USB_READER_NO_DATA : USB_READER_DATA_LENGTH_INVALID;
         return false;
     }
-    qDebug("fetch_data_resp success!");
-    m_lastError = checkData(answer.data(), transfer.count);
+    qDebug("%s", READ.answeredText);
+    m_lastError = checkData(answer.data(), count);
     if (m_lastError != USB_READER_OK)
         return false;
     out.clear();
-    out.append(reinterpret_cast<const char *>(answer.data()), transfer.count);
+    out.append(reinterpret_cast<const char *>(answer.data()), count);
     fp = known->prints;
-    qDebug("fetch data success, outbuf size=%d", out.size());
+    qDebug(READ.doneText, out.size());
     return true;
 }
 
