@@ -308,8 +308,9 @@ bool CUsbIdReader::read_pipe81(unsigned short &length)
         return false;
     }
     qDebug("write pipe81 success!"); // "write", though it was read: hosts know the line
-    for (int i = 0; i < HEAD_SIZE; ++i)
-        qDebug("pipe81_data[%d]=0x%02X", i, static_cast<unsigned int>(head.at(i)));
+    int position = 0;
+    for (const unsigned char byte : head)
+        qDebug("pipe81_data[%d]=0x%02X", position++, static_cast<unsigned int>(byte));
     length = static_cast<unsigned short>(bigEndian(head.data() + LENGTH_OFFSET));
     return true;
 }
@@ -326,7 +327,7 @@ bool CUsbIdReader::read_pipe85(unsigned short size)
         return false;
     }
     qDebug("write pipe85 success!");
-    for (int i = 0; i < size; ++i)
-        qDebug("pipe85_data[%d]=0x%02X", i, static_cast<unsigned int>(block[i]));
+    for (unsigned int i = 0; i < size; ++i)
+        qDebug("pipe85_data[%u]=0x%02X", i, static_cast<unsigned int>(block[i]));
     return true;
 }
