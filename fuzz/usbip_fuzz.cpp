@@ -38,8 +38,8 @@ simulator::CardSlot slotWithCard()
 {
     simulator::CardSlot slot;
     QString problem;
-    demand(slot.putCard(QStringLiteral("resident-no-fingerprint"), simulator::PutAs::Plain,
-                        &problem));
+    demand(
+        slot.putCard(QStringLiteral("resident-no-fingerprint"), simulator::PutAs::Plain, &problem));
     return slot;
 }
 
