@@ -29,7 +29,7 @@ const QString FILE_NAME = QStringLiteral("fp_raw_data.dat");
 /** In an empty current directory, which is left again. */
 class Files : public testing::Test
 {
-protected:
+public:
     Files()
     {
         EXPECT_TRUE(folder.isValid());
@@ -41,6 +41,7 @@ protected:
     Files &operator=(const Files &) = delete;
     Files &operator=(Files &&) = delete;
 
+protected:
     static QByteArray contentOf(const QString &path)
     {
         QFile file(path);

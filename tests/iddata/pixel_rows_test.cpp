@@ -100,7 +100,7 @@ TEST_P(PixelRows, PhotoOfACard_TakesItsBytesAndOneMore)
     // Byte n of the source is n + 1 of 256.
     const auto source = [](int at) { return static_cast<unsigned char>(at + 1); };
     for (int y = 0; y < HEIGHT; ++y) {
-        const auto row = static_cast<std::size_t>(308 * y);
+        const std::size_t row = std::size_t{308} * static_cast<std::size_t>(y);
         for (int x = 0; x < WIDTH; ++x)
             for (int byte = 0; byte < 3; ++byte)
                 ASSERT_EQ(outcome.dst[row + static_cast<std::size_t>(3 * x + byte)],
