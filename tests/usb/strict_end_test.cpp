@@ -15,21 +15,25 @@ namespace
 {
 
 using namespace usb_test;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 /** On a bus with one device, a program of this process that misbehaves. */
 class StrictEnd : public testing::Test
 {
-protected:
+public:
     StrictEnd()
     {
         m_bus.add(m_device);
         EXPECT_EQ(libusb_init(&m_context), 0);
     }
     ~StrictEnd() override { libusb_exit(m_context); }
+    StrictEnd(const StrictEnd &) = delete;
+    StrictEnd(StrictEnd &&) = delete;
+    StrictEnd &operator=(const StrictEnd &) = delete;
+    StrictEnd &operator=(StrictEnd &&) = delete;
 
+protected:
     EmulatedBus &bus() { return m_bus; }
     ScriptedDevice &device() { return m_device; }
 
