@@ -28,7 +28,8 @@ public:
         if (m_mapped == MAP_FAILED)
             throw std::bad_alloc();
         auto *const first = static_cast<unsigned char *>(m_mapped) + page;
-        if (::mprotect(first, inner, PROT_READ | PROT_WRITE) != 0)
+        // The emulator refuses to open no page at all.
+        if (inner > 0 && ::mprotect(first, inner, PROT_READ | PROT_WRITE) != 0)
             throw std::bad_alloc();
         m_data = side == GUARD_BEFORE ? first : first + inner - size;
         for (std::size_t i = 0; i < size; ++i)
