@@ -23,12 +23,13 @@ struct PhotoFormatRow {
 };
 
 constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
-    {PhotoFormat::None, "none", "none", "The reader delivered no photo"},
+    {PhotoFormat::None, "none", "none", QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
     {PhotoFormat::Bmp, "bmp", "BMP picture, 102 x 126 pixels", nullptr},
     {PhotoFormat::Compressed, "compressed", "compressed, not a picture",
-     "The reader delivered the photo in the card's compressed form, not as a picture"},
+     QT_TRANSLATE_NOOP(
+         "Card", "The reader delivered the photo in the card's compressed form, not as a picture")},
     {PhotoFormat::Unknown, "unknown", "in a form that is not known",
-     "The reader delivered the photo in a form that is not known"},
+     QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
 }};
 
 const PhotoFormatRow &photoFormatRow(const Card &card)
