@@ -2,7 +2,10 @@
 
 #include "viewer/card_sheet.h"
 
+#include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +16,7 @@
 #include <QImage>
 #include <QPrinter>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include "tests/support/process.h"
