@@ -2,8 +2,11 @@
 
 #include "fuzz/fuzz_target.h"
 
+#include <cstring>
+
 #include <QByteArray>
 
+#include "common/common.h"
 #include "fuzz/input.h"
 #include "iddata/iddata.h"
 
@@ -37,10 +40,28 @@ bool isWhole(const unsigned char *text, std::size_t size)
     return position == size;
 }
 
+/** Calls that are refused leave the room as it is. */
+void demandRefusal()
+{
+    QByteArray noRecord;
+    CIdData decoder(noRecord, FP_INFO_NONE);
+    unsigned char field[] = "a";
+    char in[] = "a";
+    char out[] = "before";
+    decoder.DecodeIDBase(nullptr, 0, 1, out, sizeof(out));
+    decoder.DecodeIDBase(field, 0, 1, nullptr, 0);
+    CCommon::iconv_ex("utf-16le", in, -1, "utf-8", out, sizeof(out));
+    CCommon::iconv_ex("utf-16le", in, 1, "utf-8", out, -1);
+    CCommon::iconv_ex("utf-16le", in, 1, "no such character set", out, sizeof(out));
+    demand(std::strcmp(out, "before") == 0);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    if (size == 0)
+        demandRefusal();
     if (size < PARAMETERS)
         return 0;
     const std::size_t room = data[0];

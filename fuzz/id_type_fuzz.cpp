@@ -26,10 +26,23 @@ ID_TYPE typeOf(unsigned int character)
     }
 }
 
+/** Without a block or a place for the type nothing is told. */
+void demandRefusal()
+{
+    QByteArray noRecord;
+    CIdData decoder(noRecord, FP_INFO_NONE);
+    auto type = static_cast<ID_TYPE>(99);
+    std::uint8_t block[TEXT_BLOCK_SIZE] = {};
+    demand(!decoder.parseIDType(nullptr, &type) && !decoder.parseIDType(block, nullptr));
+    demand(type == static_cast<ID_TYPE>(99));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    if (size == 0)
+        demandRefusal();
     // The letter comes first, so that short inputs have one.
     const auto input = blockOf(data, size, TEXT_BLOCK_SIZE);
     const auto block = blockOf(input.get() + 2, TEXT_BLOCK_SIZE - 2, TEXT_BLOCK_SIZE);

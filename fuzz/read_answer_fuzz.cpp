@@ -45,10 +45,12 @@ void usePipes(CUsbIdReader *reader, std::uint8_t size)
     const int code = reader->lastError();
     unsigned char block[256] = {};
     unsigned short length = 0;
-    const bool written = reader->write_pipe2(size, 0) && reader->write_pipe6(size, 1, 2, block, 3);
-    const bool read = reader->read_pipe81(length) && reader->read_pipe85(size);
+    bool anyMoved = reader->write_pipe2(size, 0);
+    anyMoved = reader->write_pipe6(size, 1, 2, block, 3) || anyMoved;
+    anyMoved = reader->read_pipe81(length) || anyMoved;
+    anyMoved = reader->read_pipe85(size) || anyMoved;
     demand(reader->lastError() == code);
-    demand(code == USB_READER_OK || (!written && !read && length == 0));
+    demand(code == USB_READER_OK || (!anyMoved && length == 0));
 }
 
 } // namespace

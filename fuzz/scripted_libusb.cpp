@@ -27,6 +27,7 @@ enum FailingStep : std::uint8_t {
     FAILS_OPEN = 0x08,
     FAILS_CLAIM = 0x10,
     FAILS_RESET = 0x20,
+    IS_ANOTHER = 0x40, ///< the device has other ids
 };
 
 struct Script {
@@ -146,6 +147,7 @@ void LIBUSB_CALL libusb_free_device_list(libusb_device **list, int unref_devices
 int LIBUSB_CALL libusb_get_device_descriptor(libusb_device *, libusb_device_descriptor *descriptor)
 {
     *descriptor = {};
+    descriptor->idVendor = fails(IS_ANOTHER) ? 1 : 0;
     return fails(FAILS_DESCRIPTOR) ? LIBUSB_ERROR_IO : LIBUSB_SUCCESS;
 }
 
