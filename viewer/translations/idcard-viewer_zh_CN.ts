@@ -5,425 +5,448 @@
     <name>Card</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>姓名</translation>
     </message>
     <message>
         <source>Sex</source>
-        <translation type="unfinished"></translation>
+        <translation>性别</translation>
     </message>
     <message>
         <source>Ethnic group</source>
-        <translation type="unfinished"></translation>
+        <translation>民族</translation>
     </message>
     <message>
         <source>Date of birth</source>
-        <translation type="unfinished"></translation>
+        <translation>出生日期</translation>
     </message>
     <message>
         <source>Address</source>
-        <translation type="unfinished"></translation>
+        <translation>住址</translation>
     </message>
     <message>
         <source>Identity number</source>
-        <translation type="unfinished"></translation>
+        <translation>公民身份号码</translation>
     </message>
     <message>
         <source>Issuing authority</source>
-        <translation type="unfinished"></translation>
+        <translation>签发机关</translation>
     </message>
     <message>
         <source>Valid from</source>
-        <translation type="unfinished"></translation>
+        <translation>有效期起</translation>
     </message>
     <message>
         <source>Valid to</source>
-        <translation type="unfinished"></translation>
+        <translation>有效期止</translation>
     </message>
     <message>
         <source>Travel permit number</source>
-        <translation type="unfinished"></translation>
+        <translation>通行证号码</translation>
     </message>
     <message>
         <source>Times issued</source>
-        <translation type="unfinished"></translation>
+        <translation>签发次数</translation>
     </message>
     <message>
         <source>Chinese name</source>
-        <translation type="unfinished"></translation>
+        <translation>中文姓名</translation>
     </message>
     <message>
         <source>Nationality</source>
-        <translation type="unfinished"></translation>
+        <translation>国籍</translation>
     </message>
     <message>
         <source>Country code</source>
-        <translation type="unfinished"></translation>
+        <translation>国家代码</translation>
     </message>
     <message>
         <source>Card number</source>
-        <translation type="unfinished"></translation>
+        <translation>证件号码</translation>
     </message>
     <message>
         <source>Extra item</source>
-        <translation type="unfinished"></translation>
+        <translation>附加项</translation>
     </message>
     <message>
         <source>Resident identity card</source>
-        <translation type="unfinished"></translation>
+        <translation>居民身份证</translation>
     </message>
     <message>
         <source>Foreigner&apos;s permanent residence card, 2017 edition</source>
-        <translation type="unfinished"></translation>
+        <translation>外国人永久居留身份证（2017 版）</translation>
     </message>
     <message>
         <source>Foreigner&apos;s permanent residence card, new edition</source>
-        <translation type="unfinished"></translation>
+        <translation>外国人永久居留身份证（新版）</translation>
     </message>
     <message>
         <source>Residence permit for Hong Kong, Macao and Taiwan residents</source>
-        <translation type="unfinished"></translation>
+        <translation>港澳台居民居住证</translation>
     </message>
     <message>
         <source>The reader delivered no photo</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器没有给出照片</translation>
     </message>
     <message>
         <source>The reader delivered the photo in the card&apos;s compressed form, not as a picture</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器给出的是证件中压缩的照片数据，不是图片</translation>
     </message>
     <message>
         <source>The reader delivered the photo in a form that is not known</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器给出的照片格式无法识别</translation>
+    </message>
+</context>
+<context>
+    <name>CardSheet</name>
+    <message>
+        <source>There is no picture of either side of the card. Read the card again.</source>
+        <translation>没有证件的正面或背面图像。请重新读卡。</translation>
+    </message>
+    <message>
+        <source>The picture of the card&apos;s front is damaged. Read the card again.</source>
+        <translation>证件正面图像已损坏。请重新读卡。</translation>
+    </message>
+    <message>
+        <source>The picture of the card&apos;s back is damaged. Read the card again.</source>
+        <translation>证件背面图像已损坏。请重新读卡。</translation>
+    </message>
+    <message>
+        <source>The PDF page could not be made. Close other programs to free memory, and try again.</source>
+        <translation>无法生成 PDF 页面。请关闭其他程序以释放内存，然后重试。</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written: %2. Free space, see who may write there, or choose another folder.</source>
+        <translation>无法写入文件 %1：%2。请腾出磁盘空间、检查写入权限，或另选一个文件夹。</translation>
     </message>
 </context>
 <context>
     <name>Results</name>
     <message>
         <source>Mend the program: it must pass seven pointers, though only one record is filled.</source>
-        <translation type="unfinished"></translation>
+        <translation>请修改程序：虽然只会填写一条记录，七个指针都必须传入。</translation>
     </message>
     <message>
         <source>The card was read.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡成功。</translation>
     </message>
     <message>
         <source>The reader delivered a card of one of the four kinds.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器给出了四类证件之一。</translation>
     </message>
     <message>
         <source>Nothing needs to be done.</source>
-        <translation type="unfinished"></translation>
+        <translation>无需处理。</translation>
     </message>
     <message>
         <source>The call succeeded, but nothing was read.</source>
-        <translation type="unfinished"></translation>
+        <translation>调用成功，但没有读到证件。</translation>
     </message>
     <message>
         <source>The reader reported a kind of card that this library does not name, or ended the read with an unexpected code.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器报告了本库不认识的证件种类，或以意外的代码结束了读卡。</translation>
     </message>
     <message>
         <source>Lay the card flat on the reader, keep it still and read once more. Only resident identity cards, residence permits for Hong Kong, Macao and Taiwan residents and foreigners&apos; permanent residence cards can be read.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将证件平放在读卡器上，不要移动，再读一次。只能读取居民身份证、港澳台居民居住证和外国人永久居留身份证。</translation>
     </message>
     <message>
         <source>The reader could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打开读卡器。</translation>
     </message>
     <message>
         <source>No reader is connected, this user may not use it, another program holds it, or the reader maker&apos;s library was not found or failed while it opened the reader. A reader that answers the read itself with 1 gives this code as well.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有连接读卡器，当前用户无权使用，读卡器被其他程序占用，或者没有找到读卡器厂商的库，或该库在打开读卡器时出错。读卡时返回 1 的读卡器也会得到这个代码。</translation>
     </message>
     <message>
         <source>Plug the reader in, end other programs that use it, check the access rights of its device, and see that the reader maker&apos;s library stands beside libidcard_reader_lib.so or where the loader looks for libraries.</source>
-        <translation type="unfinished"></translation>
+        <translation>请插好读卡器，退出正在使用它的其他程序，检查设备的访问权限，并确认读卡器厂商的库与 libidcard_reader_lib.so 在同一文件夹，或位于加载器查找库的位置。</translation>
     </message>
     <message>
         <source>Reading the card was broken off.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡中断。</translation>
     </message>
     <message>
         <source>The reader maker&apos;s library failed while it read, or memory ran out.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器厂商的库在读卡时出错，或内存不足。</translation>
     </message>
     <message>
         <source>Lay the card on the reader again and read once more; if it happens again, unplug the reader, plug it in and see that the computer has free memory.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新放好证件再读一次；如果仍然出现，请重新插拔读卡器，并确认计算机有空闲内存。</translation>
     </message>
     <message>
         <source>No card was found on the reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器上没有找到证件。</translation>
     </message>
     <message>
         <source>No card lies on the reader, it lies beside the antenna, it is not a card that the reader knows, or the reader maker&apos;s library failed while it looked for a card.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器上没有证件，证件偏离了感应区，读卡器不认识该证件，或读卡器厂商的库在寻卡时出错。</translation>
     </message>
     <message>
         <source>Lay the card flat on the middle of the reader, take other cards away and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将证件平放在读卡器中央，移开其他卡片，再读一次。</translation>
     </message>
     <message>
         <source>The photo of the card could not be decoded.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法解码证件照片。</translation>
     </message>
     <message>
         <source>The card delivered its photo compressed, and the photo decoder was not found, failed, or refused the data.</source>
-        <translation type="unfinished"></translation>
+        <translation>证件给出的是压缩的照片，而照片解码库没有找到、出错或拒绝了数据。</translation>
     </message>
     <message>
         <source>See that the photo decoder&apos;s library stands beside libidcard_reader_lib.so or where the loader looks for libraries; if it does, read the card once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请确认照片解码库与 libidcard_reader_lib.so 在同一文件夹，或位于加载器查找库的位置；如果已经如此，请再读一次。</translation>
     </message>
     <message>
         <source>The program passed no place for the kind of card.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入存放证件种类的位置。</translation>
     </message>
     <message>
         <source>The argument cardKind is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 cardKind 为空。</translation>
     </message>
     <message>
         <source>The program passed no record for resident identity cards.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入居民身份证的记录。</translation>
     </message>
     <message>
         <source>The argument cn is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 cn 为空。</translation>
     </message>
     <message>
         <source>The program passed no record for foreigners&apos; cards of the 2017 edition.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入 2017 版外国人永久居留身份证的记录。</translation>
     </message>
     <message>
         <source>The argument f2017 is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 f2017 为空。</translation>
     </message>
     <message>
         <source>The program passed no record for foreigners&apos; cards of the new edition.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入新版外国人永久居留身份证的记录。</translation>
     </message>
     <message>
         <source>The argument fNew is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 fNew 为空。</translation>
     </message>
     <message>
         <source>The program passed no record for residence permits.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入港澳台居民居住证的记录。</translation>
     </message>
     <message>
         <source>The argument hmt is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 hmt 为空。</translation>
     </message>
     <message>
         <source>The program passed no place for the picture of the front.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入存放正面图像的位置。</translation>
     </message>
     <message>
         <source>The argument frontImage is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 frontImage 为空。</translation>
     </message>
     <message>
         <source>The program passed no place for the picture of the back.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有传入存放背面图像的位置。</translation>
     </message>
     <message>
         <source>The argument backImage is null.</source>
-        <translation type="unfinished"></translation>
+        <translation>参数 backImage 为空。</translation>
     </message>
     <message>
         <source>Unplug the reader, plug it in, straight into the computer if it hangs on a hub, and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新插拔读卡器（如果接在集线器上，请直接插到计算机上），再读一次。</translation>
     </message>
     <message>
         <source>Lay the card flat on the middle of the reader, keep it still, take other cards away and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将证件平放在读卡器中央，不要移动，移开其他卡片，再读一次。</translation>
     </message>
     <message>
         <source>Read once more. If it happens again, see with &quot;idcard-reader usb --list&quot; that the ids are those of the reader, and plug the reader in anew.</source>
-        <translation type="unfinished"></translation>
+        <translation>请再读一次。如果仍然出现，请用“idcard-reader usb --list”确认标识是读卡器的标识，并重新插拔读卡器。</translation>
     </message>
     <message>
         <source>The reader gave no answer within five seconds, or the transfer failed: it hangs, its cable is bad, or the device with these ids is no card reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器在五秒内没有应答，或传输失败：读卡器已停止响应、线缆不良，或具有该标识的设备不是读卡器。</translation>
     </message>
     <message>
         <source>The device did not take the whole command: it hangs, its cable is bad, or the device with these ids is no card reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>设备没有收下完整的命令：设备已停止响应、线缆不良，或具有该标识的设备不是读卡器。</translation>
     </message>
     <message>
         <source>The reader&apos;s answer is no card record.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器的应答不是证件记录。</translation>
     </message>
     <message>
         <source>The reader found the card and delivered its record.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器找到了证件并给出了记录。</translation>
     </message>
     <message>
         <source>USB could not be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法使用 USB。</translation>
     </message>
     <message>
         <source>The system has no USB, or this program may not see it: libusb could not be set up.</source>
-        <translation type="unfinished"></translation>
+        <translation>系统没有 USB，或本程序无权访问：libusb 无法初始化。</translation>
     </message>
     <message>
         <source>See that /dev/bus/usb exists; in a container it must be handed in.</source>
-        <translation type="unfinished"></translation>
+        <translation>请确认 /dev/bus/usb 存在；在容器中运行时须将其传入容器。</translation>
     </message>
     <message>
         <source>The USB devices could not be listed.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法列出 USB 设备。</translation>
     </message>
     <message>
         <source>There is no list of devices, or memory ran out.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有设备列表，或内存不足。</translation>
     </message>
     <message>
         <source>See that /sys/bus/usb and /dev/bus/usb exist and can be read; in a container both must be handed in.</source>
-        <translation type="unfinished"></translation>
+        <translation>请确认 /sys/bus/usb 和 /dev/bus/usb 存在且可读；在容器中运行时须将两者传入容器。</translation>
     </message>
     <message>
         <source>The search for the reader was broken off.</source>
-        <translation type="unfinished"></translation>
+        <translation>查找读卡器时中断。</translation>
     </message>
     <message>
         <source>A USB device that is listed before the reader could not be described.</source>
-        <translation type="unfinished"></translation>
+        <translation>排在读卡器之前的某个 USB 设备无法读取描述信息。</translation>
     </message>
     <message>
         <source>Unplug other USB devices, or plug the reader in anew, and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请拔下其他 USB 设备，或重新插拔读卡器，再读一次。</translation>
     </message>
     <message>
         <source>The reader is there, but the system refused to open it, for instance because it was being plugged in or the program has too many files open.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器已接入，但系统拒绝打开它，例如正在插入，或程序打开的文件过多。</translation>
     </message>
     <message>
         <source>This user may not use the reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>当前用户无权使用读卡器。</translation>
     </message>
     <message>
         <source>The reader is there, but its device node is not open to this user: the udev rule for the reader is missing, or the user is not in its group.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器已接入，但当前用户无权访问其设备节点：缺少读卡器的 udev 规则，或用户不在相应的用户组中。</translation>
     </message>
     <message>
         <source>Install the rule file 69-idcard-reader.rules in /etc/udev/rules.d or /usr/lib/udev/rules.d with the reader&apos;s ids in it, add the user to the group idcard-reader, log in anew and plug the reader in anew.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将写有该读卡器标识的规则文件 69-idcard-reader.rules 装入 /etc/udev/rules.d 或 /usr/lib/udev/rules.d，把用户加入 idcard-reader 组，重新登录，再重新插拔读卡器。</translation>
     </message>
     <message>
         <source>There is no such reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有这个读卡器。</translation>
     </message>
     <message>
         <source>No USB device has the vendor and product id that --device named: the reader is not plugged in, or has other ids.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有 USB 设备具有 --device 指定的厂商和产品标识：读卡器没有插好，或标识不同。</translation>
     </message>
     <message>
         <source>Plug the reader in and see with &quot;idcard-reader usb --list&quot; which ids it has.</source>
-        <translation type="unfinished"></translation>
+        <translation>请插好读卡器，用“idcard-reader usb --list”查看其标识。</translation>
     </message>
     <message>
         <source>The reader is in use.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器正被占用。</translation>
     </message>
     <message>
         <source>Another program holds the reader, for instance one that reads cards through the reader maker&apos;s library, or the computer&apos;s kernel would not give it up.</source>
-        <translation type="unfinished"></translation>
+        <translation>其他程序占用了读卡器，例如正通过读卡器厂商的库读卡的程序；或者计算机的内核没有释放它。</translation>
     </message>
     <message>
         <source>End the other program (as root, &quot;fuser -v&quot; with the device&apos;s node names it) and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请退出该程序（以 root 身份对设备节点运行“fuser -v”可查出程序名），再读一次。</translation>
     </message>
     <message>
         <source>The reader could not be reset.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法复位读卡器。</translation>
     </message>
     <message>
         <source>The reader was opened and did not come back from its reset.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器已打开，但复位后没有恢复。</translation>
     </message>
     <message>
         <source>No card lies on the reader, it lies beside the antenna, or it is not a card that the reader knows. A device that is no card reader may answer so as well.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器上没有证件，证件偏离了感应区，或读卡器不认识该证件。不是读卡器的设备也可能这样应答。</translation>
     </message>
     <message>
         <source>The reader did not answer whether a card is there.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器没有应答是否有证件。</translation>
     </message>
     <message>
         <source>The reader could not be asked for a card.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法向读卡器发出寻卡命令。</translation>
     </message>
     <message>
         <source>The card was lost.</source>
-        <translation type="unfinished"></translation>
+        <translation>证件已离开。</translation>
     </message>
     <message>
         <source>The reader found the card and could not select it: it was moved, or two cards lie on the reader.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器找到了证件，但无法选中：证件被移动，或读卡器上有两张卡。</translation>
     </message>
     <message>
         <source>The reader did not answer whether it selected the card.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器没有应答是否已选中证件。</translation>
     </message>
     <message>
         <source>The reader could not be told to select the card.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法向读卡器发出选卡命令。</translation>
     </message>
     <message>
         <source>The answer is not as long as a record with no, one or two fingerprints.</source>
-        <translation type="unfinished"></translation>
+        <translation>应答的长度与不含指纹、含一枚或两枚指纹的记录都不符。</translation>
     </message>
     <message>
         <source>The answer does not begin as the reader&apos;s frames do.</source>
-        <translation type="unfinished"></translation>
+        <translation>应答的开头不是读卡器的帧头。</translation>
     </message>
     <message>
         <source>The reader reported a failure, or lengths of text and photo that no card has.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器报告失败，或给出的文字和照片长度不属于任何证件。</translation>
     </message>
     <message>
         <source>The answer is longer or shorter than it says it is.</source>
-        <translation type="unfinished"></translation>
+        <translation>应答的实际长度与其声明的长度不符。</translation>
     </message>
     <message>
         <source>The answer declares an amount of fingerprint data that no card has.</source>
-        <translation type="unfinished"></translation>
+        <translation>应答声明的指纹数据长度不属于任何证件。</translation>
     </message>
     <message>
         <source>The card was found, but the reader did not deliver its record within five seconds, or the transfer failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>找到了证件，但读卡器在五秒内没有给出记录，或传输失败。</translation>
     </message>
     <message>
         <source>The reader could not be told to read the card.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法向读卡器发出读卡命令。</translation>
     </message>
     <message>
         <source>The card gave no data.</source>
-        <translation type="unfinished"></translation>
+        <translation>证件没有给出数据。</translation>
     </message>
     <message>
         <source>The card was taken off while it was read, it lies beside the antenna, or it is not a card that the reader knows.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡时证件被取走，证件偏离了感应区，或读卡器不认识该证件。</translation>
     </message>
     <message>
         <source>The reader was unplugged while it was used.</source>
-        <translation type="unfinished"></translation>
+        <translation>使用过程中读卡器被拔出。</translation>
     </message>
     <message>
         <source>The reader was there and is not any more: its cable came off, it lost its power, or it broke down.</source>
-        <translation type="unfinished"></translation>
+        <translation>读卡器原先在线，现已断开：线缆脱落、断电或发生故障。</translation>
     </message>
     <message>
         <source>Plug the reader in again and read once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新插好读卡器，再读一次。</translation>
     </message>
 </context>
 <context>
     <name>viewer::MainWindow</name>
     <message>
         <source>Card viewer</source>
-        <translation type="unfinished"></translation>
+        <translation>证件查看器</translation>
     </message>
 </context>
 </TS>
