@@ -1,0 +1,135 @@
+// Reading and decoding again and again: what a process holds at the end is what it held at the
+// beginning. IDCARD_ENDURANCE_COUNTS, "reads,usb reads,decodes", makes it as long as one likes;
+// the figures are printed.
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "simulator/virtual_reader.h"
+#include "tests/support/process.h"
+#include "tests/usb/emulated_bus.h"
+
+namespace
+{
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool KEEPS_WHAT_WAS_FREED = true; ///< the sanitizer, to tell who uses it
+#else
+constexpr bool KEEPS_WHAT_WAS_FREED = false;
+#endif
+
+enum CountPosition { READS, USB_READS, DECODES };
+
+/** How often; enough to see a leak of a few bytes a time is what the variable is for. */
+QString countOf(CountPosition position)
+{
+    const QStringList counts =
+        qEnvironmentVariable("IDCARD_ENDURANCE_COUNTS", QStringLiteral("120,120,400")).split(',');
+    return counts.value(position);
+}
+
+QJsonObject figuresOf(const QString &operation, CountPosition position,
+                      const QMap<QString, QString> &environment = {})
+{
+    ProcessInput input;
+    input.environment = environment;
+    input.timeoutMs = 24 * 60 * 60 * 1000;
+    const ProcessResult result =
+        runProcess("endurance_worker", {operation, countOf(position)}, input);
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    // The library's own lines about ports that did not open go before.
+    const QByteArray line = result.standardOutput.trimmed().split('\n').last();
+    std::printf("%s\n", line.constData());
+    return QJsonDocument::fromJson(line).object();
+}
+
+void expectNoMoreThanAtTheBeginning(const QJsonObject &figures)
+{
+    const QJsonObject beginning = figures["beginning"].toObject();
+    const QJsonObject end = figures["end"].toObject();
+    ASSERT_GT(beginning["residentKiB"].toDouble(), 0);
+    const double growth = end["residentKiB"].toDouble() / beginning["residentKiB"].toDouble();
+    const double slowdown = end["microseconds"].toDouble() / beginning["microseconds"].toDouble();
+    std::printf("at the end / at the beginning: memory %.3f, open files %d / %d, time %.2f\n",
+                growth, end["openFiles"].toInt(), beginning["openFiles"].toInt(), slowdown);
+    EXPECT_EQ(end["openFiles"].toInt(), beginning["openFiles"].toInt());
+    if (KEEPS_WHAT_WAS_FREED)
+        return;
+    EXPECT_LT(growth, 1.05) << "of " << beginning["residentKiB"].toDouble() << " KiB";
+}
+
+/** Pulls the reader off the bus and puts it back until it is destroyed. */
+class RestlessHand
+{
+public:
+    RestlessHand(usb_test::EmulatedBus *bus, simulator::VirtualReader *reader)
+        : m_bus(bus), m_reader(reader), m_thread([this] { move(); })
+    {
+    }
+    ~RestlessHand()
+    {
+        m_isDone = true;
+        m_thread.join();
+    }
+    RestlessHand(const RestlessHand &) = delete;
+    RestlessHand &operator=(const RestlessHand &) = delete;
+
+private:
+    void move()
+    {
+        constexpr std::chrono::milliseconds PLUGGED_IN{190};
+        constexpr std::chrono::milliseconds UNPLUGGED{10};
+        while (!m_isDone) {
+            std::this_thread::sleep_for(PLUGGED_IN);
+            m_bus->change([this] { m_reader->unplug(); });
+            std::this_thread::sleep_for(UNPLUGGED);
+            m_bus->change([this] { m_reader->plugIn(); });
+        }
+    }
+
+    usb_test::EmulatedBus *m_bus;
+    simulator::VirtualReader *m_reader;
+    std::atomic<bool> m_isDone{false};
+    std::thread m_thread;
+};
+
+} // namespace
+
+TEST(Endurance, ReadsOfAllKindsAndFailures_HoldNoMoreThanAtTheBeginning)
+{
+    const QJsonObject figures = figuresOf("read", READS);
+    expectNoMoreThanAtTheBeginning(figures);
+    EXPECT_GT(figures["failures"].toDouble(), figures["count"].toDouble() / 10);
+}
+
+TEST(Endurance, UsbReadsWithUnplugging_HoldNoMoreThanAtTheBeginning)
+{
+    usb_test::EmulatedBus bus;
+    simulator::VirtualReader reader;
+    QString problem;
+    ASSERT_TRUE(reader.slot().putCard("resident", simulator::PutAs::Described, &problem));
+    bus.add(reader);
+    QJsonObject figures;
+    {
+        const RestlessHand hand(&bus, &reader);
+        figures = figuresOf("usb", USB_READS, bus.childEnvironment());
+    }
+    expectNoMoreThanAtTheBeginning(figures);
+    EXPECT_LT(figures["failures"].toDouble(), figures["count"].toDouble() / 2)
+        << "mostly reads were to succeed";
+    EXPECT_EQ(bus.leftOvers(), QStringList());
+    EXPECT_EQ(bus.misuses(), QStringList());
+}
+
+TEST(Endurance, Decodes_HoldNoMoreThanAtTheBeginning)
+{
+    expectNoMoreThanAtTheBeginning(figuresOf("decode", DECODES));
+}
