@@ -86,17 +86,6 @@ QStringList dateParts(const QString &date)
     return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
 }
 
-QString textForPeople(const CardField &field)
-{
-    QStringList parts = field.content;
-    if (field.form == FieldForm::Date)
-        parts = dateParts(parts.first());
-    for (QString &part : parts)
-        part = withoutTrailingBlanks(part);
-    parts.removeAll(QString());
-    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
-}
-
 QString fingerprintsForPeople(const Card &card)
 {
     const std::optional<int> count = card.fingerprintCount();
@@ -183,6 +172,17 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
 }
 
 } // namespace
+
+QString textForPeople(const CardField &field)
+{
+    QStringList parts = field.content;
+    if (field.form == FieldForm::Date)
+        parts = dateParts(parts.first());
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
+    parts.removeAll(QString());
+    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+}
 
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
 {

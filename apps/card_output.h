@@ -19,6 +19,9 @@ namespace app
  */
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
 
+/** What the field says, on one line, a date with hyphens; "-" when it says nothing. */
+QString textForPeople(const CardField &field);
+
 /** Over several lines, ending with a line break. */
 QByteArray indentedJson(const QJsonObject &object);
 

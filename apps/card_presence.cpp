@@ -5,21 +5,26 @@ namespace app
 
 Sighting CardPresence::observe(const ReadOutcome &outcome)
 {
-    if (outcome.card) {
-        const QByteArray card = outcome.card->digest();
-        const bool isSame = card == m_card;
-        m_card = card;
+    return observe(outcome.card ? &*outcome.card : nullptr, outcome.exitStatus(), outcome.code);
+}
+
+Sighting CardPresence::observe(const Card *card, ExitStatus status, int code)
+{
+    if (card != nullptr) {
+        const QByteArray digest = card->digest();
+        const bool isSame = digest == m_card;
+        m_card = digest;
         m_failure.reset();
         return isSame ? Sighting::SameCard : Sighting::NewCard;
     }
-    if (outcome.exitStatus() == ExitStatus::NoCard) {
+    if (status == ExitStatus::NoCard) {
         m_card.clear();
         m_failure.reset();
         return Sighting::Nothing;
     }
     // The card may still lie there: a failure alone makes it no new one.
-    const bool isSame = m_failure == outcome.code;
-    m_failure = outcome.code;
+    const bool isSame = m_failure == code;
+    m_failure = code;
     return isSame ? Sighting::SameFailure : Sighting::NewFailure;
 }
 

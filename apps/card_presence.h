@@ -23,6 +23,10 @@ public:
     /** Takes note of what one look at the reader gave. */
     Sighting observe(const ReadOutcome &outcome);
 
+    /** As above for any road: the card, if there was one, how the look ended and with which code.
+     */
+    Sighting observe(const Card *card, ExitStatus status, int code);
+
 private:
     QByteArray m_card; ///< digest of the card seen last; empty when the reader was empty
     std::optional<int> m_failure;

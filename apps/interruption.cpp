@@ -1,12 +1,17 @@
 #include "apps/interruption.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <initializer_list>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
+
+#include "apps/standard_streams.h"
 
 namespace app
 {
@@ -20,6 +25,9 @@ volatile std::sig_atomic_t interrupted = 0;
 volatile std::sig_atomic_t readInProgress = 0;
 volatile std::sig_atomic_t hangingReadStatus = 0;
 int wakePipe[2] = {-1, -1}; // what `pauseFor` waits at
+// What a hanging read is left with, ready for a signal handler.
+std::array<char, 256> farewell = {};
+std::size_t farewellSize = 0;
 
 } // namespace
 
@@ -40,10 +48,7 @@ static void leaveHangingRead(int /*signal*/)
 {
     if (readInProgress == 0)
         return;
-    static const char message[] =
-        "idcard-reader: The reading in progress was broken off. If the reader does not answer any "
-        "more, unplug it and plug it in again.\n";
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, message, sizeof message - 1);
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, farewell.data(), farewellSize);
     ::_exit(hangingReadStatus);
 }
 
@@ -72,6 +77,13 @@ void handle(int signal, void (*handler)(int))
 void catchInterruption(ExitStatus statusOfHangingRead)
 {
     hangingReadStatus = static_cast<int>(statusOfHangingRead);
+    farewellSize = std::min(
+        farewell.size() - 1,
+        static_cast<std::size_t>(std::snprintf(
+            farewell.data(), farewell.size(),
+            "%s: The reading in progress was broken off. If the reader does not answer any more, "
+            "unplug it and plug it in again.\n",
+            programName())));
     // Without the pipe a pause lasts its full time, nothing worse.
     [[maybe_unused]] const int made = ::pipe2(wakePipe, O_CLOEXEC | O_NONBLOCK);
     handle(SIGALRM, leaveHangingRead);

@@ -8,8 +8,9 @@ namespace app
 {
 
 /**
- * From here on the two signals are only noted. A reading that goes on two seconds after one came,
- * such as one that the reader never finishes, ends the program with `statusOfHangingRead`.
+ * Call it after `setProgramName`. From here on the two signals are only noted. A reading that goes
+ * on two seconds after one came, such as one that the reader never finishes, ends the program with
+ * `statusOfHangingRead`.
  */
 void catchInterruption(ExitStatus statusOfHangingRead);
 

@@ -34,15 +34,6 @@ CommandLine printed(const QString &text)
     return line;
 }
 
-/** The ids in a text that the option's pattern has let through. */
-UsbIds usbIdsOf(const QString &text)
-{
-    const auto number = [&](int part) {
-        return text.section(QLatin1Char(':'), part, part).toUShort(nullptr, 16);
-    };
-    return {number(0), number(1)};
-}
-
 CommandLine readWithoutCommand(const QString &first)
 {
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
@@ -215,7 +206,7 @@ CommandLine readForCommand(const CommandRow &command, const QStringList &argumen
     options.argument = parser.positionalArguments().value(0);
     options.list = reader.isSet(OptionId::List);
     options.simulatorPhotos = reader.isSet(OptionId::SimulatorPhotos);
-    options.device = usbIdsOf(reader.text(OptionId::Device));
+    options.device = parseUsbIds(reader.text(OptionId::Device)).value_or(UsbIds());
     options.rawFile = reader.text(OptionId::Raw);
     options.json = reader.isSet(OptionId::Json);
     options.force = reader.isSet(OptionId::Force);

@@ -6,8 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLibrary>
 #include <QStringList>
+
+#include <dlfcn.h>
 
 namespace app
 {
@@ -54,6 +55,8 @@ SimulatorProblem usageProblem(const char *what, const MessageBuffer &message)
 
 SimulatorProblem SimulatorLibrary::load()
 {
+    if (isLoaded())
+        return {};
     const QStringList places = libraryPlaces();
     QString path;
     for (const QString &place : places) {
@@ -66,21 +69,41 @@ SimulatorProblem SimulatorLibrary::load()
         return loadProblem(QStringLiteral("there is no %1").arg(places.join(", ")));
 
     // The reader functions must be found by everything in the process.
-    QLibrary library(QFileInfo(path).absoluteFilePath());
-    library.setLoadHints(QLibrary::ExportExternalSymbolsHint | QLibrary::PreventUnloadHint);
-    if (!library.load())
-        return loadProblem(library.errorString());
-    m_putCard = reinterpret_cast<decltype(m_putCard)>(library.resolve("idcard_simulator_put_card"));
+    m_library.setFileName(QFileInfo(path).absoluteFilePath());
+    m_library.setLoadHints(QLibrary::ExportExternalSymbolsHint);
+    if (!m_library.load())
+        return loadProblem(m_library.errorString());
+    m_putCard =
+        reinterpret_cast<decltype(m_putCard)>(m_library.resolve("idcard_simulator_put_card"));
     m_putPlainCard = reinterpret_cast<decltype(m_putPlainCard)>(
-        library.resolve("idcard_simulator_put_plain_card"));
+        m_library.resolve("idcard_simulator_put_plain_card"));
     m_takeCard =
-        reinterpret_cast<decltype(m_takeCard)>(library.resolve("idcard_simulator_take_card"));
+        reinterpret_cast<decltype(m_takeCard)>(m_library.resolve("idcard_simulator_take_card"));
     m_setFaults =
-        reinterpret_cast<decltype(m_setFaults)>(library.resolve("idcard_simulator_set_faults"));
+        reinterpret_cast<decltype(m_setFaults)>(m_library.resolve("idcard_simulator_set_faults"));
     if (m_putCard == nullptr || m_putPlainCard == nullptr || m_takeCard == nullptr ||
         m_setFaults == nullptr)
         return loadProblem(QStringLiteral("%1 is no simulator of this version").arg(path));
     m_path = path;
+    return {};
+}
+
+SimulatorProblem SimulatorLibrary::unload()
+{
+    if (!isLoaded())
+        return {};
+    m_library.unload();
+    void *const held =
+        ::dlopen(QFile::encodeName(m_library.fileName()).constData(), RTLD_LAZY | RTLD_NOLOAD);
+    if (held != nullptr) {
+        ::dlclose(held);
+        return {QStringLiteral("The simulator %1 cannot be taken out of this program, where it "
+                               "would answer in the reader's place. End the program and start it "
+                               "again without the simulator.")
+                    .arg(m_path),
+                ExitStatus::ProgramFailed};
+    }
+    m_path.clear();
     return {};
 }
 

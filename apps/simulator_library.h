@@ -3,6 +3,7 @@
 // The simulator, loaded when it is asked for: linked in, its functions would stand in the way of
 // the reader maker's.
 
+#include <QLibrary>
 #include <QString>
 
 #include "apps/exit_status.h"
@@ -24,9 +25,19 @@ class SimulatorLibrary
 public:
     /**
      * Loads the library that IDCARD_SIMULATOR_LIBRARY names or, when it is not set, the one beside
-     * the program, in ../lib or in the folder that libraries are installed in. It stays loaded.
+     * the program, in ../lib or in the folder that libraries are installed in. It stays loaded
+     * until `unload`.
      */
     SimulatorProblem load();
+
+    /**
+     * Takes the library out of the process, so that the reader maker's functions are found again.
+     * Nothing else is to be called before the next `load`. Tells when something holds the library
+     * in the process; does nothing when it is not loaded.
+     */
+    SimulatorProblem unload();
+
+    bool isLoaded() const { return !m_path.isEmpty(); }
 
     /** Which file it is, once it is loaded. */
     QString path() const { return m_path; }
@@ -38,6 +49,7 @@ public:
     SimulatorProblem setFaults(const QString &faults);
 
 private:
+    QLibrary m_library;
     QString m_path;
     int (*m_putCard)(const char *, char *, unsigned int) = nullptr;
     int (*m_putPlainCard)(const char *, char *, unsigned int) = nullptr;

@@ -18,7 +18,7 @@ namespace
 
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
-const char *programName = "idcard-reader";
+const char *nameOfProgram = "idcard-reader";
 
 int writeAll(int descriptor, const QByteArray &bytes)
 {
@@ -153,12 +153,17 @@ HiddenLog::~HiddenLog()
 
 void setProgramName(const char *name)
 {
-    programName = name;
+    nameOfProgram = name;
+}
+
+const char *programName()
+{
+    return nameOfProgram;
 }
 
 void tell(const QString &message)
 {
-    printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(programName), message));
+    printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(nameOfProgram), message));
 }
 
 void printToStandardError(const QString &text)

@@ -66,6 +66,7 @@ public:
 
 /** Under which name `tell` speaks; "idcard-reader" unless it is called. The text must live on. */
 void setProgramName(const char *name);
+const char *programName();
 
 /** Prints a message for people on standard error, behind the program's name. */
 void tell(const QString &message);

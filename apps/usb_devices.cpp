@@ -8,6 +8,7 @@
 #include <libusb.h>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <unistd.h>
@@ -148,6 +149,15 @@ QString toText(UsbIds ids)
         return QStringLiteral("%1").arg(int(id), 4, 16, QLatin1Char('0'));
     };
     return digits(ids.vendor) + QLatin1Char(':') + digits(ids.product);
+}
+
+std::optional<UsbIds> parseUsbIds(const QString &text)
+{
+    static const QRegularExpression form(QStringLiteral("\\A([0-9A-Fa-f]{4}):([0-9A-Fa-f]{4})\\z"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    return UsbIds{match.captured(1).toUShort(nullptr, 16), match.captured(2).toUShort(nullptr, 16)};
 }
 
 UsbDevices listUsbDevices()

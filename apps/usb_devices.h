@@ -3,6 +3,7 @@
 // The USB devices that could be a reader, as the system describes them; none is opened.
 
 #include <cstdint>
+#include <optional>
 
 #include <QString>
 #include <QVector>
@@ -17,6 +18,9 @@ struct UsbIds {
 
 /** As `--device` takes it: "1209:0001". */
 QString toText(UsbIds ids);
+
+/** The ids in such a text; nothing when it is none. */
+std::optional<UsbIds> parseUsbIds(const QString &text);
 
 struct UsbDevice {
     int bus = 0;

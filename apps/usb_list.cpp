@@ -22,15 +22,14 @@ QJsonValue textOrNull(const QString &text)
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
 
-/** What the device says it is, or what its class is when it says nothing. */
+} // namespace
+
 QString designation(const UsbDevice &device)
 {
     const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
     return name.isEmpty() ? QStringLiteral("(%1)").arg(device.deviceClass)
                           : QStringLiteral("%1 (%2)").arg(name, device.deviceClass);
 }
-
-} // namespace
 
 QByteArray toJson(const QVector<UsbDevice> &devices)
 {

@@ -10,6 +10,9 @@
 namespace app
 {
 
+/** What the device says it is, and its class; without its ids. */
+QString designation(const UsbDevice &device);
+
 /** An array of objects, over several lines, ending with a line break. */
 QByteArray toJson(const QVector<UsbDevice> &devices);
 

@@ -42,7 +42,9 @@ void lookForReader(UsbOutcome *outcome)
         outcome->isUnplugged = now.code == USB_READER_OK && wasFound(outcome->code);
 }
 
-std::optional<ResultEntry> entryOf(const UsbOutcome &outcome)
+} // namespace
+
+std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
 {
     const ResultEntry *const entry = findUsbResult(outcome.code);
     if (entry == nullptr)
@@ -50,11 +52,9 @@ std::optional<ResultEntry> entryOf(const UsbOutcome &outcome)
     return outcome.isUnplugged ? unpluggedResult(*entry) : *entry;
 }
 
-} // namespace
-
 ExitStatus UsbOutcome::exitStatus() const
 {
-    const std::optional<ResultEntry> entry = entryOf(*this);
+    const std::optional<ResultEntry> entry = resultOf(*this);
     return entry ? entry->exitStatus : ExitStatus::ProgramFailed;
 }
 
@@ -73,18 +73,21 @@ UsbOutcome readOverUsb(UsbIds ids)
     return outcome;
 }
 
+QString deviceOf(const UsbOutcome &outcome)
+{
+    const QString ids = toText(outcome.ids);
+    return outcome.device ? QStringLiteral("%1 at %2").arg(ids, outcome.device->node) : ids;
+}
+
 QString explain(const UsbOutcome &outcome)
 {
-    const std::optional<ResultEntry> entry = entryOf(outcome);
+    const std::optional<ResultEntry> entry = resultOf(outcome);
     if (!entry) {
         return QStringLiteral("The library returned the code %1, which this program does not know. "
                               "Install the program and the library of the same version.")
             .arg(outcome.code);
     }
-    QString device = QStringLiteral("Device: ") + toText(outcome.ids);
-    if (outcome.device)
-        device += QStringLiteral(" at %1").arg(outcome.device->node);
-    return explanation(*entry, {device});
+    return explanation(*entry, {QStringLiteral("Device: ") + deviceOf(outcome)});
 }
 
 } // namespace app

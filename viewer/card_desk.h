@@ -1,0 +1,96 @@
+#pragma once
+
+// Reads cards for the window, by the road that is chosen: once when it is asked to, or each new
+// card while it looks at the reader by itself. Belongs to the GUI thread, which a reading over USB
+// does not hold up.
+
+#include <memory>
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include "apps/card_presence.h"
+#include "apps/simulator_library.h"
+#include "viewer/messages.h"
+
+namespace viewer
+{
+
+enum class Road { MakersLibrary, Usb, Simulator };
+
+struct RoadChoice {
+    Road road = Road::MakersLibrary;
+    app::UsbIds device; ///< of `Usb`
+    bool simulatorPhotos =
+        false; ///< of `Usb`: the reader is a simulated one, and so are its photos
+};
+
+using CardPointer = std::shared_ptr<const app::Card>;
+
+class UsbReadThread;
+
+class CardDesk : public QObject
+{
+    Q_OBJECT
+
+public:
+    CardDesk();
+    /** Waits for a reading over USB that is under way. */
+    ~CardDesk() override;
+
+    /** What a reading that is under way still gives is dropped, and the simulator's card is off. */
+    void setRoad(const RoadChoice &choice);
+
+    /** Lays a card on the simulator, with these faults. Whether it could be. */
+    bool putCard(const QString &card, const QString &faults);
+    void takeCard();
+
+    /** Reads once. Asked while it reads, it does not read again. */
+    void read();
+
+    /** From now on looks at the reader again and again, and reads each new card. */
+    void setAutomatic(bool automatic);
+
+    /** Whether no reading is under way over USB any more, after waiting for so long. */
+    bool endsWithin(int milliseconds);
+
+signals:
+    /** Before the GUI thread is held up; what is painted at once is seen. */
+    void readingStarted();
+    void cardRead(const viewer::CardPointer &card, const viewer::Message &message);
+    void failed(const viewer::Message &message);
+    /** Looked by itself, and there is no card, or none any more. */
+    void cardAwaited();
+
+private:
+    struct Look {
+        CardPointer card;
+        app::ExitStatus status = app::ExitStatus::Done;
+        int code = 0;
+        Message message;
+    };
+
+    void start();
+    void lookThroughLibrary();
+    void takeUsbOutcome();
+    app::SimulatorProblem prepareSimulator();
+    void finish(const Look &look);
+    void report(const Look &look, app::Sighting sighting);
+    static Look lookOf(const app::SimulatorProblem &problem);
+    static Look decoded(const app::UsbOutcome &outcome);
+
+    RoadChoice m_choice;
+    app::SimulatorLibrary m_simulator;
+    app::CardPresence m_presence;
+    std::unique_ptr<UsbReadThread> m_usbRead;
+    QTimer m_nextLook;
+    QElapsedTimer m_lookTime;
+    bool m_isAutomatic = false;
+    bool m_isReading = false;
+    bool m_isAskedFor = false;    ///< somebody waits for what comes, be it a card that was seen
+    bool m_isAwaiting = false;    ///< `cardAwaited` is what was told last
+    bool m_isRoadChanged = false; ///< since the reading under way began
+};
+
+} // namespace viewer
