@@ -49,11 +49,11 @@ QWidget *MainWindow::makeCommands()
     m_read.setToolTip(tr("Space or F5"));
     m_read.setDefault(true);
     connect(&m_read, &QPushButton::clicked, &m_desk, &CardDesk::read);
-    m_automatic.setText(tr("Read &each new card"));
+    m_automatic.setText(tr("Read each &new card"));
     m_automatic.setObjectName(QStringLiteral("automatic"));
     m_automatic.setAccessibleName(tr("Read each new card by itself"));
     connect(&m_automatic, &QCheckBox::toggled, &m_desk, &CardDesk::setAutomatic);
-    m_cover.setText(tr("C&over name, number and photo"));
+    m_cover.setText(tr("Co&ver name, number and photo"));
     m_cover.setObjectName(QStringLiteral("cover"));
     m_cover.setAccessibleName(tr("Cover name, number and photo while others look on"));
     m_cover.setToolTip(tr("What is copied is covered, too. What is saved, printed or exported is "
@@ -88,7 +88,7 @@ QWidget *MainWindow::makeHistory()
                     showCard(m_history.card(current.row()));
             });
 
-    auto *const label = new QLabel(tr("&History"));
+    auto *const label = new QLabel(tr("H&istory"));
     label->setBuddy(&m_historyTable);
     auto *const clear = new QPushButton(tr("C&lear"));
     clear->setObjectName(QStringLiteral("clearHistory"));
@@ -117,10 +117,9 @@ void MainWindow::makeActions()
     read->setShortcut(Qt::Key_F5);
     connect(read, &QAction::triggered, &m_desk, &CardDesk::read);
     file->addSeparator();
-    m_cardActions << add(file, tr("&Save..."), QKeySequence::Save, &MainWindow::askWhereToSave)
-                  << add(file, tr("Export as P&DF..."), Qt::CTRL + Qt::Key_E,
-                         &MainWindow::askForPdf)
-                  << add(file, tr("&Print..."), QKeySequence::Print, &MainWindow::askForPrinter);
+    m_cardActions << add(file, tr("&Save…"), QKeySequence::Save, &MainWindow::askWhereToSave)
+                  << add(file, tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E, &MainWindow::askForPdf)
+                  << add(file, tr("&Print…"), QKeySequence::Print, &MainWindow::askForPrinter);
     file->addSeparator();
     connect(file->addAction(tr("&Quit")), &QAction::triggered, this, &QWidget::close);
     file->actions().last()->setShortcut(QKeySequence::Quit);
@@ -142,7 +141,7 @@ void MainWindow::makeActions()
 void MainWindow::connectDesk()
 {
     connect(&m_desk, &CardDesk::readingStarted, this, [this] {
-        tell(tr("Reading..."));
+        tell(tr("Reading…"));
         m_banner.repaint(); // the reading may hold up this thread
     });
     connect(&m_desk, &CardDesk::cardAwaited, this,

@@ -63,7 +63,7 @@ RoadPanel::RoadPanel() : m_simulatorPhotos(new QCheckBox(tr("Photos of a &simula
     m_pages.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
     auto *const layout = new QHBoxLayout(this);
-    layout->addWidget(labelFor(&m_road, tr("Re&ad through")));
+    layout->addWidget(labelFor(&m_road, tr("Read throu&gh")));
     layout->addWidget(&m_road);
     layout->addWidget(&m_pages, 1);
 
@@ -83,7 +83,7 @@ QWidget *RoadPanel::makeUsbPage()
     m_device.setObjectName(QStringLiteral("device"));
     m_device.setAccessibleName(tr("USB device"));
     letShrink(&m_device, 16);
-    auto *const refresh = new QPushButton(tr("Re&fresh"));
+    auto *const refresh = new QPushButton(tr("Refres&h"));
     refresh->setObjectName(QStringLiteral("refresh"));
     refresh->setAccessibleName(tr("List the USB devices anew"));
     connect(refresh, &QPushButton::clicked, this, [this] {
@@ -112,7 +112,7 @@ QWidget *RoadPanel::makeSimulatorPage()
     m_card.setObjectName(QStringLiteral("card"));
     m_card.setAccessibleName(tr("Card for the simulator"));
     letShrink(&m_card, 12);
-    auto *const file = new QPushButton(tr("From fi&le..."));
+    auto *const file = new QPushButton(tr("Fro&m file…"));
     file->setObjectName(QStringLiteral("cardFile"));
     file->setAccessibleName(tr("Choose the file of a card description"));
     connect(file, &QPushButton::clicked, this, &RoadPanel::askForCardFile);
@@ -127,7 +127,7 @@ QWidget *RoadPanel::makeSimulatorPage()
     m_faults.lineEdit()->setPlaceholderText(tr("none"));
     letShrink(&m_faults, 10);
 
-    auto *const put = new QPushButton(tr("Put card &on"));
+    auto *const put = new QPushButton(tr("&Put card on"));
     put->setObjectName(QStringLiteral("putCard"));
     put->setAccessibleName(tr("Put the card on the simulator"));
     connect(put, &QPushButton::clicked, this, [this] {
@@ -143,7 +143,7 @@ QWidget *RoadPanel::makeSimulatorPage()
     auto *const page = new QWidget;
     auto *const layout = new QHBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(labelFor(&m_card, tr("Ca&rd")));
+    layout->addWidget(labelFor(&m_card, tr("&Card")));
     layout->addWidget(&m_card, 1);
     layout->addWidget(file);
     layout->addWidget(labelFor(&m_faults, tr("Fa&ult")));

@@ -120,6 +120,116 @@
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>See &quot;%1&quot;.</source>
+        <translation>请看“%1”。</translation>
+    </message>
+    <message>
+        <source>Begin with the simulator and a card on it: the name of a built-in card, which &quot;idcard-reader cards&quot; lists, or the file of a description.</source>
+        <translation>启动时选用模拟器并放上一张卡：内置卡的名称（“idcard-reader cards”会列出）或描述文件。</translation>
+    </message>
+    <message>
+        <source>Faults of the simulator, separated by commas, such as &quot;read-fails=3&quot;.</source>
+        <translation>模拟器的故障，用逗号分隔，例如“read-fails=3”。</translation>
+    </message>
+    <message>
+        <source>Begin with the reader on USB that has these ids, such as 1209:0001.</source>
+        <translation>启动时选用具有此编号的 USB 读卡器，例如 1209:0001。</translation>
+    </message>
+    <message>
+        <source>The reader on USB is a simulated one: decode its photos.</source>
+        <translation>USB 读卡器是模拟的：解码它的照片。</translation>
+    </message>
+    <message>
+        <source>Read each new card.</source>
+        <translation>自动读取每张新卡。</translation>
+    </message>
+    <message>
+        <source>Begin with name, number and photo covered.</source>
+        <translation>启动时遮住姓名、号码和照片。</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Reads Chinese identity documents with a desktop card reader and shows them in a window.</source>
+        <translation>用台式读卡器读取中国居民身份证件，并在窗口中显示。</translation>
+    </message>
+    <message>
+        <source>%1 is no option.</source>
+        <translation>%1 不是选项。</translation>
+    </message>
+    <message>
+        <source>--usb takes two times four hexadecimal digits, such as 1209:0001, and not &quot;%1&quot;.</source>
+        <translation>--usb 后面要写两组四位十六进制数字，例如 1209:0001，而不是“%1”。</translation>
+    </message>
+    <message>
+        <source>--usb and --simulate name two roads; leave one out.</source>
+        <translation>--usb 和 --simulate 指定了两种方式，请去掉一个。</translation>
+    </message>
+    <message>
+        <source>--simulate takes the name of a card or of a file.</source>
+        <translation>--simulate 后面要写卡的名称或文件名。</translation>
+    </message>
+    <message>
+        <source>--fault needs --simulate.</source>
+        <translation>--fault 要与 --simulate 一起使用。</translation>
+    </message>
+    <message>
+        <source>--simulator-photos needs --usb.</source>
+        <translation>--simulator-photos 要与 --usb 一起使用。</translation>
+    </message>
+</context>
+<context>
+    <name>Messages</name>
+    <message>
+        <source>The library returned the code %1, which this program does not know.</source>
+        <translation>库返回了本程序不认识的代码 %1。</translation>
+    </message>
+    <message>
+        <source>Install the program and the library of the same version.</source>
+        <translation>请安装同一版本的程序和库。</translation>
+    </message>
+    <message>
+        <source>Code: %1 (%2)</source>
+        <translation>代码：%1（%2）</translation>
+    </message>
+    <message>
+        <source>Cause: %1</source>
+        <translation>原因：%1</translation>
+    </message>
+    <message>
+        <source>What to do: %1</source>
+        <translation>处理办法：%1</translation>
+    </message>
+    <message>
+        <source>Device: %1</source>
+        <translation>设备：%1</translation>
+    </message>
+    <message>
+        <source>The simulator cannot be used as it was asked to.</source>
+        <translation>模拟器不能按要求使用。</translation>
+    </message>
+    <message>
+        <source>The card&apos;s text could not be decoded.</source>
+        <translation>卡上的文字无法解码。</translation>
+    </message>
+    <message>
+        <source>The sex code of a foreigner&apos;s card must be 0, 1, 2 or 9, and this one is not.</source>
+        <translation>外国人证件的性别代码应为 0、1、2 或 9，而这张卡的不是。</translation>
+    </message>
+    <message>
+        <source>Read the card once more.</source>
+        <translation>请再读一次卡。</translation>
+    </message>
+</context>
+<context>
     <name>Results</name>
     <message>
         <source>Mend the program: it must pass seven pointers, though only one record is filled.</source>
@@ -443,10 +553,376 @@
     </message>
 </context>
 <context>
+    <name>viewer::Banner</name>
+    <message>
+        <source>Details of the message</source>
+        <translation>消息的详细内容</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::CardPane</name>
+    <message>
+        <source>The library painted no picture.</source>
+        <translation>库没有绘制图片。</translation>
+    </message>
+    <message>
+        <source>This road gives no picture.</source>
+        <translation>这种读取方式不提供图片。</translation>
+    </message>
+    <message>
+        <source>Front</source>
+        <translation>正面</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>背面</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>照片</translation>
+    </message>
+    <message>
+        <source>This screen does not tell its size: the pictures may not be as large as the card.</source>
+        <translation>此屏幕没有提供实际尺寸：图片可能与卡的大小不一致。</translation>
+    </message>
+    <message>
+        <source>Sides of the card</source>
+        <translation>卡的两面</translation>
+    </message>
+    <message>
+        <source>Fields of the card</source>
+        <translation>卡上的各项内容</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::CardTable</name>
+    <message>
+        <source>unknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>证件种类</translation>
+    </message>
+    <message>
+        <source>Fingerprints</source>
+        <translation>指纹</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>Content</source>
+        <translation>内容</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::History</name>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>证件种类</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>姓名</translation>
+    </message>
+</context>
+<context>
     <name>viewer::MainWindow</name>
     <message>
         <source>Card viewer</source>
         <translation>证件查看器</translation>
+    </message>
+    <message>
+        <source>Lay a card on the reader and press Read.</source>
+        <translation>请把卡放在读卡器上，然后按“读卡”。</translation>
+    </message>
+    <message>
+        <source>&amp;Read</source>
+        <translation>读卡(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Read the card on the reader</source>
+        <translation>读取读卡器上的卡</translation>
+    </message>
+    <message>
+        <source>Space or F5</source>
+        <translation>空格键或 F5</translation>
+    </message>
+    <message>
+        <source>Read each new card by itself</source>
+        <translation>自动读取每张新卡</translation>
+    </message>
+    <message>
+        <source>Cover name, number and photo while others look on</source>
+        <translation>有旁人在场时遮住姓名、号码和照片</translation>
+    </message>
+    <message>
+        <source>What is copied is covered, too. What is saved, printed or exported is the whole card.</source>
+        <translation>复制出去的内容同样被遮住；保存、打印和导出的是完整的卡。</translation>
+    </message>
+    <message>
+        <source>Cards of this run</source>
+        <translation>本次运行读过的卡</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>清除(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Forget all cards of this run</source>
+        <translation>忘掉本次运行读过的所有卡</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>编辑(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy the selected rows</source>
+        <translation>复制选中的行(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all rows</source>
+        <translation>复制所有行(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Lay a card on the reader; it is read by itself.</source>
+        <translation>请把卡放在读卡器上，程序会自动读取。</translation>
+    </message>
+    <message>
+        <source>The card was read.</source>
+        <translation>读卡成功。</translation>
+    </message>
+    <message>
+        <source>A card lies on the simulator.</source>
+        <translation>模拟器上放着一张卡。</translation>
+    </message>
+    <message>
+        <source>No card lies on the simulator.</source>
+        <translation>模拟器上没有卡。</translation>
+    </message>
+    <message>
+        <source>The cards of this run are forgotten.</source>
+        <translation>已忘掉本次运行读过的卡。</translation>
+    </message>
+    <message>
+        <source>Save in a new folder of</source>
+        <translation>在此文件夹下新建文件夹并保存</translation>
+    </message>
+    <message>
+        <source>The card could not be saved.</source>
+        <translation>无法保存这张卡。</translation>
+    </message>
+    <message>
+        <source>The card was saved in %1.</source>
+        <translation>卡已保存在 %1 中。</translation>
+    </message>
+    <message>
+        <source>Export as PDF</source>
+        <translation>导出为 PDF</translation>
+    </message>
+    <message>
+        <source>PDF files (*.pdf)</source>
+        <translation>PDF 文件 (*.pdf)</translation>
+    </message>
+    <message>
+        <source>The card was exported to %1.</source>
+        <translation>卡已导出到 %1。</translation>
+    </message>
+    <message>
+        <source>The PDF file could not be written.</source>
+        <translation>无法写入 PDF 文件。</translation>
+    </message>
+    <message>
+        <source>The card was sent to the printer.</source>
+        <translation>卡已发送到打印机。</translation>
+    </message>
+    <message>
+        <source>The card could not be printed.</source>
+        <translation>无法打印这张卡。</translation>
+    </message>
+    <message>
+        <source>See that the printer is ready and that the card has pictures, and print once more.</source>
+        <translation>请确认打印机已就绪且卡有图片，然后再打印一次。</translation>
+    </message>
+    <message>
+        <source>It is the whole card: nothing is covered there.</source>
+        <translation>其中是完整的卡，没有遮住任何内容。</translation>
+    </message>
+    <message>
+        <source>Read each &amp;new card</source>
+        <translation>自动读取新卡(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Co&amp;ver name, number and photo</source>
+        <translation>遮住姓名、号码和照片(&amp;V)</translation>
+    </message>
+    <message>
+        <source>H&amp;istory</source>
+        <translation>历史(&amp;I)</translation>
+    </message>
+    <message>
+        <source>&amp;Save…</source>
+        <translation>保存(&amp;S)…</translation>
+    </message>
+    <message>
+        <source>Export as P&amp;DF…</source>
+        <translation>导出为 PDF(&amp;D)…</translation>
+    </message>
+    <message>
+        <source>&amp;Print…</source>
+        <translation>打印(&amp;P)…</translation>
+    </message>
+    <message>
+        <source>Reading…</source>
+        <translation>正在读卡…</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::PictureView</name>
+    <message>
+        <source>Covered</source>
+        <translation>已遮住</translation>
+    </message>
+    <message>
+        <source>The picture is shown in its true size.</source>
+        <translation>图片以实际大小显示。</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::RoadPanel</name>
+    <message>
+        <source>%1 - not open to you</source>
+        <translation>%1 - 您无权使用</translation>
+    </message>
+    <message>
+        <source>Photos of a &amp;simulated reader</source>
+        <translation>模拟读卡器的照片(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Reader</source>
+        <translation>读卡器</translation>
+    </message>
+    <message>
+        <source>The maker&apos;s library</source>
+        <translation>厂商的库</translation>
+    </message>
+    <message>
+        <source>USB</source>
+        <translation>USB</translation>
+    </message>
+    <message>
+        <source>Simulator</source>
+        <translation>模拟器</translation>
+    </message>
+    <message>
+        <source>Road to the reader</source>
+        <translation>读取方式</translation>
+    </message>
+    <message>
+        <source>USB device</source>
+        <translation>USB 设备</translation>
+    </message>
+    <message>
+        <source>List the USB devices anew</source>
+        <translation>重新列出 USB 设备</translation>
+    </message>
+    <message>
+        <source>Decode the photos of a simulated reader</source>
+        <translation>解码模拟读卡器的照片</translation>
+    </message>
+    <message>
+        <source>Only the simulator can decode the photos of simulated cards.</source>
+        <translation>只有模拟器能解码模拟卡的照片。</translation>
+    </message>
+    <message>
+        <source>&amp;Device</source>
+        <translation>设备(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Card for the simulator</source>
+        <translation>模拟器用的卡</translation>
+    </message>
+    <message>
+        <source>Choose the file of a card description</source>
+        <translation>选择卡的描述文件</translation>
+    </message>
+    <message>
+        <source>Faults of the simulator, separated by commas</source>
+        <translation>模拟器的故障，用逗号分隔</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Put the card on the simulator</source>
+        <translation>把卡放到模拟器上</translation>
+    </message>
+    <message>
+        <source>&amp;Take it off</source>
+        <translation>拿走卡(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Take the card off the simulator</source>
+        <translation>把卡从模拟器上拿走</translation>
+    </message>
+    <message>
+        <source>Fa&amp;ult</source>
+        <translation>故障(&amp;U)</translation>
+    </message>
+    <message>
+        <source>no USB device</source>
+        <translation>没有 USB 设备</translation>
+    </message>
+    <message>
+        <source>%1 - not plugged in</source>
+        <translation>%1 - 未插入</translation>
+    </message>
+    <message>
+        <source>Card description</source>
+        <translation>卡的描述</translation>
+    </message>
+    <message>
+        <source>Card descriptions (*.json);;All files (*)</source>
+        <translation>卡的描述 (*.json);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Read throu&amp;gh</source>
+        <translation>读取方式(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Refres&amp;h</source>
+        <translation>刷新(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Fro&amp;m file…</source>
+        <translation>从文件(&amp;M)…</translation>
+    </message>
+    <message>
+        <source>&amp;Put card on</source>
+        <translation>放上卡(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Card</source>
+        <translation>卡(&amp;C)</translation>
     </message>
 </context>
 </TS>
