@@ -290,6 +290,19 @@ QByteArray Card::photo() const
     return photoFormat() == PhotoFormat::Bmp ? m_media.photoArea : QByteArray();
 }
 
+QByteArray Card::compressedPhoto() const
+{
+    return photoFormat() == PhotoFormat::Compressed
+               ? m_media.photoArea.left(int(IDCARD_COMPRESSED_PHOTO_SIZE))
+               : QByteArray();
+}
+
+void Card::setPhoto(const QByteArray &bmpFile)
+{
+    Q_ASSERT(bmpFile.size() == int(IDCARD_PHOTO_SIZE));
+    m_media.photoArea = bmpFile;
+}
+
 bool Card::mayHaveFingerprints() const
 {
     return m_kind->hasFingerprints || !m_media.fingerprints.isNull();

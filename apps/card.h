@@ -102,6 +102,11 @@ public:
     /** The BMP file, or null when the photo is none. */
     QByteArray photo() const;
 
+    /** The photo as the card stores it, 1024 bytes, or null when it is in another form. */
+    QByteArray compressedPhoto() const;
+    /** Puts a BMP file in the place of a photo that is in another form. */
+    void setPhoto(const QByteArray &bmpFile);
+
     /** Whether this kind of card stores fingerprints at all, or this card does in spite of it. */
     bool mayHaveFingerprints() const;
     /** How many; nothing when the reader delivered an unusual amount of data. */

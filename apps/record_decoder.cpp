@@ -81,6 +81,12 @@ private:
     unsigned char *m_block;
 };
 
+bool isBmp(const QByteArray &area)
+{
+    return photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
+           PhotoFormat::Bmp;
+}
+
 /** The photo as a BMP file; else as the card stores it, followed by zeros. */
 QByteArray photoAreaOf(CIdData *decoder, unsigned char *block)
 {
@@ -129,6 +135,21 @@ std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road
         media.fingerprints =
             record.mid(reader_frames::PRINTS_OFFSET, count * reader_frames::PRINT_SIZE);
     return Card(road, kind, texts, std::move(media));
+}
+
+void decodePhoto(Card *card)
+{
+    QByteArray compressed = card->compressedPhoto();
+    if (compressed.isNull())
+        return;
+    const HiddenLog hidden;
+    QByteArray noRecord;
+    CIdData decoder(noRecord, FP_INFO_NONE);
+    QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
+    decoder.parseIDHeadImage(reinterpret_cast<unsigned char *>(compressed.data()),
+                             reinterpret_cast<unsigned char *>(area.data()));
+    if (isBmp(area))
+        card->setPhoto(area);
 }
 
 } // namespace app

@@ -18,6 +18,12 @@ namespace app
  */
 std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road road);
 
+/**
+ * Decodes the photo of a card that came by the reader maker's library, which may leave it as the
+ * card stores it. A photo that cannot be decoded stays as it is.
+ */
+void decodePhoto(Card *card);
+
 /** A day of validity as `CIdData` gives it, YYYY.MM.DD, without its points; other text as it is. */
 QString withoutDatePoints(const QString &date);
 

@@ -44,12 +44,13 @@ CardDesk::~CardDesk()
 {
     if (m_usbRead)
         m_usbRead->wait();
+    takeCard();
+    m_simulator.unload();
 }
 
 void CardDesk::setRoad(const RoadChoice &choice)
 {
-    if (m_simulator.isLoaded())
-        m_simulator.takeCard();
+    takeCard();
     m_choice = choice;
     m_presence = app::CardPresence();
     m_isRoadChanged = true;
@@ -132,9 +133,10 @@ void CardDesk::lookThroughLibrary()
 {
     app::ReadOutcome outcome = app::readCard();
     Look look{nullptr, outcome.exitStatus(), outcome.code, {}};
-    if (outcome.card)
+    if (outcome.card) {
+        app::decodePhoto(&*outcome.card);
         look.card = std::make_shared<const app::Card>(std::move(*outcome.card));
-    else
+    } else
         look.message = messageOf(outcome);
     // What the user pressed meanwhile was meant for this reading.
     QCoreApplication::processEvents();

@@ -36,7 +36,7 @@ class CardDesk : public QObject
 
 public:
     CardDesk();
-    /** Waits for a reading over USB that is under way. */
+    /** Waits for a reading over USB that is under way, and takes the simulator out. */
     ~CardDesk() override;
 
     /** What a reading that is under way still gives is dropped, and the simulator's card is off. */

@@ -7,7 +7,7 @@
 #include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QScrollArea>
+#include <QScrollBar>
 #include <QWindow>
 
 #include "apps/card_output.h"
@@ -45,10 +45,12 @@ CardPane::CardPane()
     auto *const texts = new QVBoxLayout;
     texts->addWidget(&m_photo, 0, Qt::AlignHCenter);
     texts->addWidget(&m_table, 1);
-    auto *const layout = new QHBoxLayout(this);
+    auto *const layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(makePictures());
-    layout->addLayout(texts, 1);
+    layout->addWidget(makePictures(), 0, 0);
+    layout->addLayout(texts, 0, 1);
+    layout->addWidget(&m_scaleNote, 1, 0, 1, 2);
+    layout->setColumnStretch(1, 1);
     rescale();
 }
 
@@ -58,17 +60,14 @@ QWidget *CardPane::makePictures()
     auto *const layout = new QVBoxLayout(sides);
     layout->addWidget(&m_front);
     layout->addWidget(&m_back);
-    layout->addWidget(&m_scaleNote);
     layout->addStretch();
-    layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
-    auto *const area = new QScrollArea;
-    area->setWidget(sides);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
-    area->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
-    area->setObjectName(QStringLiteral("sides"));
-    area->setAccessibleName(tr("Sides of the card"));
-    return area;
+    m_sides.setWidget(sides);
+    m_sides.setWidgetResizable(true);
+    m_sides.setFrameShape(QFrame::NoFrame);
+    m_sides.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_sides.setObjectName(QStringLiteral("sides"));
+    m_sides.setAccessibleName(tr("Sides of the card"));
+    return &m_sides;
 }
 
 void CardPane::makeTable()
@@ -164,6 +163,8 @@ void CardPane::rescale()
     for (PictureView *const view : {&m_front, &m_back, &m_photo})
         view->setScale(scale);
     m_scaleNote.setVisible(!scale.isTrue);
+    m_sides.setFixedWidth(m_sides.widget()->sizeHint().width() +
+                          m_sides.verticalScrollBar()->sizeHint().width());
 }
 
 } // namespace viewer

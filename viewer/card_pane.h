@@ -3,6 +3,7 @@
 // A card as it is shown: both sides and the photo in true size, and the table of its fields.
 
 #include <QLabel>
+#include <QScrollArea>
 #include <QTableView>
 #include <QWidget>
 
@@ -40,6 +41,7 @@ private:
     void rescale();
     void copy(const QVector<int> &rows) const;
 
+    QScrollArea m_sides; // before the pictures, which lie in it: they are to be destroyed first
     PictureView m_front;
     PictureView m_back;
     PictureView m_photo;

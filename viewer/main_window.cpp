@@ -80,7 +80,8 @@ QWidget *MainWindow::makeHistory()
     m_historyTable.setTabKeyNavigation(false);
     m_historyTable.setWordWrap(false);
     m_historyTable.verticalHeader()->hide();
-    m_historyTable.horizontalHeader()->setStretchLastSection(true);
+    m_historyTable.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_historyTable.horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     m_historyTable.horizontalHeader()->setHighlightSections(false);
     connect(m_historyTable.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {

@@ -35,6 +35,7 @@ void PictureView::describe()
     setAccessibleDescription(m_picture.isNull() ? m_reason
                              : m_isCovered      ? tr("Covered")
                                                 : tr("The picture is shown in its true size."));
+    setToolTip(accessibleDescription());
     update();
 }
 
@@ -52,9 +53,11 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
     painter.setBrush(isCover ? QBrush(palette().color(QPalette::Mid), Qt::BDiagPattern)
                              : palette().brush(QPalette::Base));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    const QString text = isCover ? tr("Covered") : m_name + QLatin1Char('\n') + m_reason;
+    QString text = isCover ? tr("Covered") : m_name + QLatin1Char('\n') + m_reason;
     const QRect room = rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN);
     QRect place = painter.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text);
+    if (!room.contains(place)) // the tool tip has the rest
+        text = m_name;
     if (isCover)
         painter.fillRect(place.adjusted(-MARGIN, -MARGIN / 2, MARGIN, MARGIN / 2),
                          palette().brush(QPalette::Base));

@@ -1,0 +1,89 @@
+#pragma once
+
+// The real window with its parts, for tests that use it as a user does. When a test fails, a
+// picture of the window is kept in the folder that it runs in.
+
+#include <functional>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTableView>
+#include <QTest>
+
+#include "viewer/main_window.h"
+
+namespace viewer_test
+{
+
+/** Waits until it holds; false when it does not in time. */
+bool waitFor(const std::function<bool()> &holds, int milliseconds = 20000);
+
+/** The Chinese of the window, as long as it lives. */
+class InChinese
+{
+public:
+    InChinese();
+    ~InChinese();
+    InChinese(const InChinese &) = delete;
+    InChinese &operator=(const InChinese &) = delete;
+};
+
+class ViewerTest : public testing::Test
+{
+protected:
+    ViewerTest();
+    ~ViewerTest() override;
+
+    void SetUp() override;
+    void TearDown() override;
+
+    /** Opens the window, which is then there. */
+    void open(const viewer::ViewerOptions &options = {});
+    /** Opens it with a card on the simulator. */
+    void openWithCard(const QString &card, const QString &faults = {});
+    void close() { m_window.reset(); }
+
+    viewer::MainWindow &window() { return *m_window; }
+
+    template <typename Widget = QWidget>
+    Widget *find(const char *name)
+    {
+        auto *const found = m_window->findChild<Widget *>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+
+    void click(const char *name);
+    void press(const char *name, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void check(const char *name, bool checked);
+    void choose(const char *box, const QString &text);
+    void trigger(const QString &action);
+
+    /** Presses Read and waits for what comes of it. */
+    void read();
+
+    QString headline();
+    QString details();
+    bool waitForHeadline(const QString &text);
+
+    QAbstractItemModel *model(const char *table);
+    /** All cells of a table, row by row, each with a tabulator before the next. */
+    QStringList rows(const char *table);
+    /** What the table says of a field. */
+    QString field(const QString &label);
+
+    /** A widget as it is on the screen. */
+    QImage picture(const char *name) { return find(name)->grab().toImage(); }
+
+    void keepScreenshot(const QString &name);
+
+private:
+    std::unique_ptr<viewer::MainWindow> m_window;
+};
+
+/** A picture without its last bits, the size of the smaller, for a comparison by eye. */
+double difference(const QImage &first, const QImage &second);
+
+} // namespace viewer_test

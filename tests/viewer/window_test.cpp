@@ -1,0 +1,661 @@
+// The window as it is used at a counter, with cards of the simulator.
+
+#include <set>
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QAction>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QScreen>
+#include <QTemporaryDir>
+
+#include "apps/card_files.h"
+#include "simulator/card_library.h"
+#include "tests/tool/card_samples.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/viewer/viewer_test.h"
+
+using namespace viewer_test;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+const QString COVER = QString(8, QChar(0x2022));
+
+class Window : public ViewerTest
+{
+protected:
+    /** Opens the window and reads this card. */
+    void show(const QString &card)
+    {
+        openWithCard(card);
+        read();
+        EXPECT_EQ(headline().toStdString(), "The card was read.");
+    }
+
+    viewer::CardPointer cardOfHistory(int row)
+    {
+        return static_cast<viewer::History *>(model("history"))->card(row);
+    }
+
+    /** Answers the dialog that is open as a user does who types a name. */
+    void answerFileDialog(const QString &path)
+    {
+        auto *const dialog = window().findChild<QFileDialog *>();
+        ASSERT_NE(dialog, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
+        auto *const edit = dialog->findChild<QLineEdit *>();
+        edit->setText(path);
+        QTest::keyClick(edit, Qt::Key_Return);
+        EXPECT_TRUE(waitFor([&] { return window().findChild<QFileDialog *>() == nullptr; }));
+    }
+
+    QTemporaryDir m_folder;
+};
+
+QString clipboard()
+{
+    return QApplication::clipboard()->text();
+}
+
+class EveryCard : public Window, public testing::WithParamInterface<std::string>
+{
+};
+
+std::vector<std::string> cardNames()
+{
+    std::vector<std::string> names;
+    for (const QString &name : simulator::builtInCardNames())
+        names.push_back(name.toStdString());
+    return names;
+}
+
+TEST_P(EveryCard, IsReadAndShownAsDescribed)
+{
+    const QString name = QString::fromStdString(GetParam());
+    const simulator::CardDescription card = builtInCard(name);
+    show(name);
+    const bool isForeign = card.kind == simulator::CardKind::Foreign2017 ||
+                           card.kind == simulator::CardKind::ForeignNew;
+    const QString holder = isForeign ? card.englishName : card.name;
+    EXPECT_EQ(field("Name"), holder);
+    EXPECT_EQ(field(isForeign ? "Card number" : "Identity number"), card.idNumber);
+    EXPECT_EQ(rows("history").value(0).section('\t', 2), holder);
+    EXPECT_EQ(rows("history").value(0).section('\t', 1, 1), field("Kind"));
+
+    const viewer::CardPointer shown = cardOfHistory(0);
+    QImage photo;
+    ASSERT_TRUE(photo.loadFromData(shown->photo()));
+    const auto scaled = [](const QImage &image, const QImage &like) {
+        return image.scaled(like.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    constexpr double ALIKE = 12; // of 255, for two ways of scaling
+    EXPECT_LT(difference(picture("photo"), scaled(photo, picture("photo"))), ALIKE);
+    for (const auto &[side, view] :
+         {std::pair(app::CardSide::Front, "front"), std::pair(app::CardSide::Back, "back")}) {
+        QImage image;
+        if (image.loadFromData(shown->picture(side))) {
+            EXPECT_LT(difference(picture(view), scaled(image, picture(view))), ALIKE) << view;
+        } else {
+            EXPECT_EQ(find(view)->accessibleDescription().toStdString(),
+                      "The library painted no picture.");
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(BuiltIn, EveryCard, testing::ValuesIn(cardNames()), [](const auto &card) {
+    std::string name = card.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+struct FaultOutcome {
+    const char *fault;
+    int code;
+    bool recordFilled = false;
+};
+
+class EveryFault : public Window, public testing::WithParamInterface<FaultOutcome>
+{
+};
+
+TEST_P(EveryFault, IsToldWithCauseAndRemedyAndNoCard)
+{
+    openWithCard("resident-compressed-photo", GetParam().fault);
+    read();
+    const app::ResultEntry *const entry = app::findResult(GetParam().code, false);
+    EXPECT_EQ(headline().toStdString(), entry->summary);
+    EXPECT_EQ(details().toStdString(), QStringLiteral("Code: %1 (%2)\nCause: %3\nWhat to do: %4")
+                                           .arg(entry->code)
+                                           .arg(entry->constant, entry->cause, entry->remedy)
+                                           .toStdString());
+    EXPECT_TRUE(find("details")->isVisible());
+    EXPECT_THAT(rows("history"), IsEmpty());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Simulator, EveryFault,
+                         testing::Values(FaultOutcome{"open-fails=7", -5},
+                                         FaultOutcome{"no-card", -24},
+                                         FaultOutcome{"photo-undecodable", -26},
+                                         FaultOutcome{"unknown-kind", 0}));
+
+TEST_F(Window, FaultThatTheSimulatorRefuses_IsToldWithItsReason)
+{
+    openWithCard("resident", "no-such-fault");
+    EXPECT_EQ(headline().toStdString(), "The simulator cannot be used as it was asked to.");
+    EXPECT_THAT(details().toStdString(), HasSubstr("no-such-fault"));
+}
+
+TEST_F(Window, CardPutOnAndTakenOff_IsReadAndNotFound)
+{
+    open();
+    choose("road", "Simulator");
+    choose("card", "hmt-macao");
+    click("putCard");
+    read();
+    EXPECT_EQ(field("Name"), builtInCard("hmt-macao").name);
+    click("takeCard");
+    read();
+    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
+}
+
+TEST_F(Window, CardOfAFile_IsReadByItsPath)
+{
+    const QString path = m_folder.filePath("mine.json");
+    writeFile(path, R"({"kind": "resident", "name": "测试", "sex": "1", "ethnicGroup": "01",
+        "birthDate": "19900307", "address": "某地", "idNumber": "110101199003070038",
+        "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20400101"})");
+    open();
+    choose("road", "Simulator");
+    click("cardFile");
+    answerFileDialog(path);
+    EXPECT_EQ(find<QComboBox>("card")->currentText().toStdString(), "mine.json");
+    click("putCard");
+    read();
+    EXPECT_EQ(field("Name").toStdString(), "测试");
+}
+
+TEST_F(Window, SpaceFromReadTableAndHistory_Reads)
+{
+    openWithCard("resident");
+    EXPECT_EQ(QApplication::focusWidget(), find("read"));
+    int cards = 0;
+    for (const char *name : {"read", "fields", "history"}) {
+        find(name)->setFocus();
+        press(name, Qt::Key_Space);
+        ++cards;
+        EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == cards; })) << name;
+    }
+    QTest::keyClick(&window(), Qt::Key_F5);
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == cards + 1; }));
+}
+
+/** Notes what the headline said whenever it was painted. */
+class PaintWatch : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_painted << static_cast<QLabel *>(watched)->text();
+        return false;
+    }
+    QStringList m_painted;
+};
+
+TEST_F(Window, ReadingThatHoldsTheWindow_WasAnnouncedOnTheScreenBefore)
+{
+    openWithCard("resident", "delay-ms=100");
+    PaintWatch watch;
+    find("headline")->installEventFilter(&watch);
+    QTest::mouseClick(find("read"), Qt::LeftButton);
+    EXPECT_THAT(watch.m_painted, testing::Contains(QStringLiteral("Reading…")));
+}
+
+TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
+{
+    open();
+    choose("road", "Simulator");
+    check("automatic", true);
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    click("putCard");
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
+    QTest::qWait(1200);
+    EXPECT_EQ(model("history")->rowCount(), 1) << "the card still lies there";
+    choose("card", "foreign-new");
+    click("putCard");
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
+    click("takeCard");
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    click("putCard");
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
+    check("automatic", false);
+    click("takeCard");
+    choose("card", "resident");
+    click("putCard");
+    QTest::qWait(700);
+    EXPECT_EQ(model("history")->rowCount(), 3);
+}
+
+TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
+{
+    openWithCard("resident", "open-fails=7");
+    check("automatic", true);
+    EXPECT_TRUE(waitForHeadline("The reader could not be opened."));
+    find<QComboBox>("faults")->setEditText(QString());
+    click("putCard");
+    EXPECT_TRUE(waitForHeadline("The card was read."));
+}
+
+TEST_F(Window, SelectedRow_IsCopiedWithATabulator)
+{
+    show("resident");
+    find<QTableView>("fields")->selectRow(1);
+    press("fields", Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard(), "Name\t" + builtInCard("resident").name);
+}
+
+TEST_F(Window, AllRows_AreCopiedLineByLine)
+{
+    show("resident");
+    trigger("Copy all rows");
+    EXPECT_EQ(clipboard().split('\n'), rows("fields"));
+    EXPECT_GE(clipboard().count('\n'), 9);
+}
+
+TEST_F(Window, ContextMenuOfTheTable_OffersBothCopies)
+{
+    show("resident");
+    auto *const table = find("fields");
+    EXPECT_EQ(table->contextMenuPolicy(), Qt::ActionsContextMenu);
+    QStringList texts;
+    for (const QAction *const action : table->actions())
+        texts << action->text().remove('&');
+    EXPECT_EQ(texts, QStringList({"Copy the selected rows", "Copy all rows"}));
+}
+
+TEST_F(Window, EarlierCardOfTheHistory_IsShownAgain)
+{
+    show("resident");
+    choose("card", "hmt-taiwan");
+    click("putCard");
+    read();
+    const QImage front = picture("front");
+    auto *const history = find<QTableView>("history");
+    QTest::mouseClick(history->viewport(), Qt::LeftButton, {},
+                      history->visualRect(model("history")->index(1, 0)).center());
+    EXPECT_EQ(field("Name"), builtInCard("resident").name);
+    EXPECT_GT(difference(front, picture("front")), 5);
+}
+
+TEST_F(Window, ClearedHistory_HoldsNoCardInMemory)
+{
+    show("resident");
+    const std::weak_ptr<const app::Card> card = cardOfHistory(0);
+    ASSERT_FALSE(card.expired());
+    click("clearHistory");
+    EXPECT_TRUE(card.expired());
+    EXPECT_THAT(rows("history"), IsEmpty());
+    EXPECT_THAT(rows("fields"), IsEmpty());
+}
+
+TEST_F(Window, HistoryThatIsFull_ForgetsTheOldestCard)
+{
+    viewer::History history;
+    std::weak_ptr<const app::Card> first;
+    for (int i = 0; i <= viewer::History::MOST_CARDS; ++i) {
+        const auto card = std::make_shared<const app::Card>(samples::residentCard());
+        if (i == 0)
+            first = card;
+        history.add(card, QDateTime::currentDateTime());
+    }
+    EXPECT_EQ(history.rowCount(), viewer::History::MOST_CARDS);
+    EXPECT_TRUE(first.expired());
+}
+
+TEST_F(Window, Covered_NameAndNumberAreInNoModelAndNoCopy)
+{
+    show("hmt-taiwan");
+    const simulator::CardDescription card = builtInCard("hmt-taiwan");
+    check("cover", true);
+    trigger("Copy all rows");
+    const QString all = rows("fields").join('\n') + rows("history").join('\n') + clipboard();
+    for (const QString &text : {card.name, card.idNumber, card.travelPermitNumber})
+        EXPECT_FALSE(all.contains(text)) << text.toStdString();
+    EXPECT_EQ(field("Name"), COVER);
+    check("cover", false);
+    EXPECT_EQ(field("Name"), card.name);
+}
+
+/** What of a widget is on the screen. */
+QImage onScreen(const QWidget *widget)
+{
+    QCoreApplication::processEvents();
+    const QPoint place = widget->mapToGlobal(QPoint(0, 0));
+    return QApplication::primaryScreen()
+        ->grabWindow(0, place.x(), place.y(), widget->width(), widget->height())
+        .toImage();
+}
+
+TEST_F(Window, Covered_ScreenshotsOfTwoCardsAreTheSameToThePixel)
+{
+    show("resident");
+    window().move(0, 0);
+    check("cover", true);
+    std::map<std::string, QImage> first;
+    for (const char *name : {"front", "back", "photo"})
+        first[name] = onScreen(find(name));
+    choose("card", "resident-longest-texts");
+    click("putCard");
+    read();
+    for (const char *name : {"front", "back", "photo"})
+        EXPECT_EQ(first[name], onScreen(find(name))) << name;
+    check("cover", false);
+    for (const char *name : {"front", "photo"})
+        EXPECT_NE(first[name], onScreen(find(name))) << name;
+}
+
+TEST_F(Window, Saved_AreTheFilesOfTheCardForTheirOwnerAlone)
+{
+    show("resident");
+    trigger("Save…");
+    answerFileDialog(m_folder.path());
+    const QString folder = m_folder.filePath("0001");
+    EXPECT_EQ(headline(), "The card was saved in " + folder + ".");
+    EXPECT_EQ(modeOf(folder), 0700);
+    const viewer::CardPointer card = cardOfHistory(0);
+    for (const app::NamedContent &file : app::contentsOf(*card, app::CardFiles::All)) {
+        EXPECT_EQ(readFile(folder + '/' + file.name), file.content) << file.name.toStdString();
+        EXPECT_EQ(modeOf(folder + '/' + file.name), 0600) << file.name.toStdString();
+    }
+    EXPECT_EQ(namesIn(folder).size(), 5U);
+}
+
+TEST_F(Window, SavedWhileCovered_IsTheWholeCardAndToldSo)
+{
+    show("resident");
+    check("cover", true);
+    trigger("Save…");
+    answerFileDialog(m_folder.path());
+    EXPECT_EQ(details().toStdString(), "It is the whole card: nothing is covered there.");
+    EXPECT_THAT(readFile(m_folder.filePath("0001/card.json")).toStdString(),
+                HasSubstr(builtInCard("resident").name.toStdString()));
+}
+
+TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
+{
+    show("resident");
+    trigger("Save…");
+    auto *const dialog = window().findChild<QFileDialog *>();
+    // The folder goes while the user looks at the dialog.
+    emit dialog->fileSelected("/proc/no-folder");
+    dialog->close();
+    EXPECT_EQ(headline().toStdString(), "The card could not be saved.");
+    EXPECT_THAT(details().toStdString(), HasSubstr("/proc/no-folder"));
+}
+
+TEST_F(Window, Pdf_IsWrittenForItsOwnerAlone)
+{
+    show("resident");
+    trigger("Export as PDF…");
+    const QString path = m_folder.filePath("card.pdf");
+    answerFileDialog(path);
+    EXPECT_EQ(headline(), "The card was exported to " + path + ".");
+    EXPECT_EQ(modeOf(path), 0600);
+    EXPECT_THAT(readFile(path).left(5).toStdString(), "%PDF-");
+}
+
+TEST_F(Window, Print_OpensTheSystemsDialogAndPrints)
+{
+    show("resident");
+    trigger("Print…");
+    auto *const dialog = window().findChild<QPrintDialog *>();
+    ASSERT_NE(dialog, nullptr);
+    const QString path = m_folder.filePath("printed.pdf");
+    dialog->printer()->setOutputFileName(path);
+    emit dialog->accepted(dialog->printer());
+    static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    EXPECT_EQ(headline().toStdString(), "The card was sent to the printer.");
+    EXPECT_GT(readFile(path).size(), 1000);
+}
+
+TEST_F(Window, WithoutACard_NothingCanBeSavedPrintedOrCopied)
+{
+    open();
+    QStringList enabled;
+    for (const QAction *const action : window().findChildren<QAction *>()) {
+        if (action->isEnabled() && action->menu() == nullptr && !action->text().isEmpty())
+            enabled << action->text().remove('&');
+    }
+    EXPECT_EQ(enabled, QStringList({"Read", "Quit"}));
+}
+
+/** The picture's size in the screen's own pixels. */
+QSizeF devicePixels(const QWidget *widget)
+{
+    return QSizeF(widget->size()) * widget->devicePixelRatioF();
+}
+
+TEST_F(Window, Pictures_HaveTheSizeOfACardAtAnyScale)
+{
+    show("resident");
+    constexpr double PIXELS_PER_MM = 96 / 25.4; // of the X server
+    const double tolerance = window().devicePixelRatioF();
+    for (const char *name : {"front", "back"}) {
+        EXPECT_NEAR(devicePixels(find(name)).width(), 85.6 * PIXELS_PER_MM, tolerance) << name;
+        EXPECT_NEAR(devicePixels(find(name)).height(), 54 * PIXELS_PER_MM, tolerance) << name;
+    }
+    EXPECT_FALSE(find("scaleNote")->isVisible());
+    if (const double scale = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(); scale > 0) {
+        EXPECT_EQ(window().devicePixelRatioF(), scale);
+    }
+}
+
+TEST_F(Window, SmallWindow_KeepsEveryControlInsideAtAnyScale)
+{
+    openWithCard("resident", "open-fails=7");
+    read();
+    window().resize(900, 500);
+    QCoreApplication::processEvents();
+    const QSize screen = QApplication::primaryScreen()->size();
+    EXPECT_LE(window().width(), screen.width());
+    EXPECT_LE(window().height(), screen.height());
+    for (const char *name : {"road", "putCard", "takeCard", "read", "cover", "clearHistory"}) {
+        const QWidget *const widget = find(name);
+        const QRect place(widget->mapTo(&window(), QPoint(0, 0)), widget->size());
+        EXPECT_TRUE(window().rect().contains(place)) << name;
+        EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << name;
+    }
+}
+
+TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
+{
+    using viewer::ScreenResolution;
+    using viewer::screenScale;
+    EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{24, 24, 96, 2}).isTrue); // 48 of its own pixels
+    for (const auto &[x, y] :
+         {std::pair(0., 0.), std::pair(10., 10.), std::pair(96., 300.), std::pair(5000., 5000.),
+          std::pair(-96., -96.), std::pair(qInf(), qInf()), std::pair(qQNaN(), qQNaN())}) {
+        const auto scale = screenScale(ScreenResolution{x, y, 96, 1});
+        EXPECT_FALSE(scale.isTrue) << x << " x " << y;
+        EXPECT_DOUBLE_EQ(scale.xPerMm, 96 / 25.4) << x << " x " << y;
+    }
+}
+
+/** A palette of light texts on dark grounds, as a dark theme has it. */
+class DarkTheme
+{
+public:
+    DarkTheme()
+    {
+        QPalette dark(QColor(45, 45, 45));
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::WindowText, Qt::white);
+        dark.setColor(QPalette::ButtonText, Qt::white);
+        QApplication::setPalette(dark);
+    }
+    ~DarkTheme() { QApplication::setPalette(QPalette()); }
+    DarkTheme(const DarkTheme &) = delete;
+    DarkTheme &operator=(const DarkTheme &) = delete;
+};
+
+int brightest(const QImage &image)
+{
+    int most = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            most = std::max(most, qGray(image.pixel(x, y)));
+    }
+    return most;
+}
+
+int meanBrightness(const QImage &image)
+{
+    return qGray(image.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixel(0, 0));
+}
+
+TEST_F(Window, InADarkTheme_GroundsAreDarkAndTextsBright)
+{
+    const DarkTheme dark;
+    openWithCard("resident");
+    for (const char *name : {"front", "fields", "history", "headline", "read"}) {
+        EXPECT_LT(meanBrightness(picture(name)), 110) << name;
+    }
+    for (const char *name : {"front", "headline", "read"})
+        EXPECT_GT(brightest(picture(name)), 180) << name;
+    read();
+    check("cover", true);
+    EXPECT_LT(meanBrightness(picture("front")), 110);
+}
+
+/** All that a user can work with, by walking through every widget of the window. */
+QList<QWidget *> controls(const QWidget &window)
+{
+    QList<QWidget *> all;
+    for (QWidget *const widget : window.findChildren<QWidget *>()) {
+        const bool isPart =
+            qobject_cast<QAbstractScrollArea *>(widget->parentWidget()) != nullptr ||
+            qobject_cast<QComboBox *>(widget->parentWidget()) != nullptr;
+        if (widget->isVisible() && widget->isEnabled() && !isPart &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0)
+            all << widget;
+    }
+    return all;
+}
+
+TEST_F(Window, EveryControl_HasANameAndIsReachedByTab)
+{
+    for (const char *road : {"The maker's library", "USB", "Simulator"}) {
+        open();
+        choose("road", road);
+        std::set<QWidget *> reached;
+        find("road")->setFocus();
+        for (int i = 0; i < 40; ++i) {
+            reached.insert(QApplication::focusWidget());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        EXPECT_GE(controls(window()).size(), 8);
+        for (QWidget *const control : controls(window())) {
+            EXPECT_TRUE(reached.count(control) == 1) << control->objectName().toStdString();
+            EXPECT_FALSE(control->accessibleName().isEmpty())
+                << control->metaObject()->className() << control->objectName().toStdString();
+            QAccessibleInterface *const seen = QAccessible::queryAccessibleInterface(control);
+            ASSERT_NE(seen, nullptr);
+            EXPECT_FALSE(seen->text(QAccessible::Name).isEmpty());
+        }
+        close();
+    }
+}
+
+/** The keys that go with Alt, of what is seen at once. */
+QStringList mnemonics(const QWidget &window)
+{
+    QStringList keys;
+    const auto take = [&](const QString &text) {
+        const QString key = QKeySequence::mnemonic(text).toString();
+        if (!key.isEmpty())
+            keys << key;
+    };
+    for (const QAbstractButton *const button : window.findChildren<QAbstractButton *>()) {
+        if (button->isVisible())
+            take(button->text());
+    }
+    for (const QLabel *const label : window.findChildren<QLabel *>()) {
+        if (label->isVisible() && label->buddy() != nullptr)
+            take(label->text());
+    }
+    for (const QMenu *const menu : window.findChildren<QMenu *>())
+        take(menu->title());
+    return keys;
+}
+
+TEST_F(Window, KeysWithAlt_AreEachGivenOnceInBothLanguages)
+{
+    const auto expectOnce = [&] {
+        for (const int road : {0, 1, 2}) {
+            open();
+            find<QComboBox>("road")->setCurrentIndex(road);
+            QStringList keys = mnemonics(window());
+            EXPECT_GE(keys.size(), 6);
+            EXPECT_EQ(keys.removeDuplicates(), 0) << keys.join(' ').toStdString();
+            close();
+        }
+    };
+    expectOnce();
+    const InChinese chinese;
+    expectOnce();
+}
+
+bool hasChinese(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c.script() == QChar::Script_Han; });
+}
+
+TEST_F(Window, InChinese_EveryTextIsChinese)
+{
+    const InChinese chinese;
+    openWithCard("hmt-hong-kong");
+    read();
+    EXPECT_EQ(headline().toStdString(), "读卡成功。");
+    for (const QString &row : rows("fields"))
+        EXPECT_TRUE(hasChinese(row.section('\t', 0, 0))) << row.toStdString();
+    EXPECT_TRUE(hasChinese(rows("history").value(0).section('\t', 1, 1)));
+    for (const QAbstractButton *const button : window().findChildren<QAbstractButton *>()) {
+        if (button->isVisible() && !button->text().isEmpty()) {
+            EXPECT_TRUE(hasChinese(button->text())) << button->text().toStdString();
+        }
+    }
+    for (const QWidget *const control : controls(window()))
+        EXPECT_TRUE(hasChinese(control->accessibleName())) << control->objectName().toStdString();
+}
+
+TEST_F(Window, FailureInChinese_IsToldWithCauseAndRemedyInChinese)
+{
+    const InChinese chinese;
+    openWithCard("resident", "no-card");
+    read();
+    EXPECT_TRUE(hasChinese(headline()));
+    const QStringList lines = details().split('\n');
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[1].startsWith("原因：") && lines[2].startsWith("处理办法："));
+    EXPECT_FALSE(lines[1].contains("card"));
+}
+
+} // namespace
