@@ -16,6 +16,14 @@
 namespace viewer
 {
 
+namespace
+{
+
+/** Both sides of a card and all its fields are seen without scrolling; pixels. */
+constexpr QSize COMFORTABLE_SIZE(1080, 720);
+
+} // namespace
+
 MainWindow::MainWindow(const ViewerOptions &options)
 {
     setWindowTitle(tr("Card viewer"));
@@ -38,6 +46,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     showCard(nullptr);
     tell(tr("Lay a card on the reader and press Read."));
     m_read.setFocus();
+    resize(sizeHint().expandedTo(COMFORTABLE_SIZE));
     apply(options);
 }
 
