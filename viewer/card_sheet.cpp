@@ -13,15 +13,17 @@
 #include <QRectF>
 #include <QSaveFile>
 
+#include "viewer/true_size.h"
+
 namespace viewer
 {
 
 namespace
 {
 
-// Millimetres. A card is ID-1 of ISO/IEC 7810.
+// Millimetres.
 constexpr QSizeF PAGE_SIZE(210.0, 297.0);
-constexpr QSizeF CARD_SIZE(85.6, 54.0);
+constexpr QSizeF CARD_SIZE(CARD_WIDTH_MM, CARD_HEIGHT_MM);
 constexpr double GAP = 20.0;
 constexpr double MM_PER_INCH = 25.4;
 
