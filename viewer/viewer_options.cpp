@@ -47,11 +47,11 @@ CommandLine parseCommandLine(const QStringList &arguments)
         QStringLiteral("simulate"),
         Texts::tr("Begin with the simulator and a card on it: the name of a built-in card, which "
                   "\"idcard-reader cards\" lists, or the file of a description."),
-        QStringLiteral("CARD"));
+        QStringLiteral("card"));
     const QCommandLineOption fault(
         QStringLiteral("fault"),
         Texts::tr("Faults of the simulator, separated by commas, such as \"read-fails=3\"."),
-        QStringLiteral("LIST"));
+        QStringLiteral("faults"));
     const QCommandLineOption usb(
         QStringLiteral("usb"),
         Texts::tr("Begin with the reader on USB that has these ids, such as 1209:0001."),

@@ -300,6 +300,13 @@ TEST(ManualPages, OptionsAndCommandsOfTheVirtualReader_StandThereAndNoOthers)
     EXPECT_EQ(namesIn(page, QStringLiteral("^\\.It Cm (\\w+)")), commands);
 }
 
+TEST(ManualPages, OptionsOfTheWindowProgram_StandThereAndNoOthers)
+{
+    const Names options = optionsInHelp(helpOf(QStringLiteral("idcard-viewer"), {}));
+    EXPECT_THAT(options, Not(IsEmpty()));
+    EXPECT_EQ(optionsInPage(pageOf(QStringLiteral("idcard-viewer.1"))), options);
+}
+
 TEST(ManualPages, ExitStatuses_HaveTheWordsOfTheHelp)
 {
     for (const char *program : {"idcard-reader", "idcard-virtual-reader"}) {

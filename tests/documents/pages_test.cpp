@@ -6,9 +6,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QRegularExpression>
 
+using testing::AllOf;
+using testing::Ge;
 using testing::IsEmpty;
+using testing::Le;
 using testing::Not;
 
 namespace
@@ -141,6 +145,22 @@ TEST(Pages, PagesOfTheFolderOfDocuments_AreReachedFromTheReadme)
             continue;
         EXPECT_TRUE(readme.contains(QStringLiteral("(docs/%1)").arg(name))) << name.toStdString();
     }
+}
+
+TEST(Pages, PicturesOfThePages_CanBeReadAndFitAPage)
+{
+    int count = 0;
+    for (const QString &page : pages()) {
+        for (const QString &path : matches(
+                 prose(textOf(page)), QStringLiteral("!\\[[^\\]]+\\]\\((\\S+\\.(?:png|jpg))\\)"))) {
+            ++count;
+            const QImage picture(QFileInfo(page).dir().filePath(path));
+            EXPECT_FALSE(picture.isNull()) << page.toStdString() << ": " << path.toStdString();
+            EXPECT_THAT(picture.width(), AllOf(Ge(300), Le(1600))) << path.toStdString();
+            EXPECT_THAT(picture.height(), AllOf(Ge(180), Le(1200))) << path.toStdString();
+        }
+    }
+    EXPECT_GT(count, 0);
 }
 
 // scripts/check-install builds the project in tests/install against an installed library.
