@@ -25,6 +25,9 @@ ExitStatus runCards(const Options &options, Output *output);
 ExitStatus runUsb(const Options &options, Output *output);
 ExitStatus runDecode(const Options &options, Output *output);
 
+/** Must be called without any application object: what may end a process is tried in children. */
+ExitStatus runDoctor(const Options &options, Output *output);
+
 /** Tells `message` on standard error if --verbose was given. */
 void tellIfVerbose(const Options &options, const QString &message);
 

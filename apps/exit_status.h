@@ -15,6 +15,8 @@ enum class ExitStatus : int {
     PhotoNotDecoded = 6,
     FilesNotWritten = 7,
     NothingRead = 8,
+    FoundWarnings = 9,
+    FoundFailures = 10,
 };
 
 } // namespace app

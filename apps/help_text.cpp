@@ -50,8 +50,10 @@ QString environmentSection(Command command)
 {
     if (command == Command::Cards)
         return {};
-    QVector<QStringList> rows{simulatorVariable()};
-    if (paintsCards(command))
+    QVector<QStringList> rows;
+    if (command != Command::Doctor)
+        rows << simulatorVariable();
+    if (paintsCards(command) || command == Command::Doctor)
         rows.prepend(platformVariable());
     return helpSection("Environment", rows);
 }

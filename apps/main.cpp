@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 
 #include "apps/commands.h"
+#include "apps/display.h"
 #include "apps/locale.h"
 #include "apps/option_table.h"
 #include "apps/options.h"
@@ -26,18 +27,17 @@ int qtArgumentCount = 1;
 /** Reading a card needs a GUI application, but no display. */
 void choosePlatform(const Options &options)
 {
-    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
-        if (!qEnvironmentVariableIsEmpty(name))
-            return;
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    tellIfVerbose(options, QStringLiteral("There is no display; Qt's offscreen platform is used."));
+    if (chooseOffscreenWithoutDisplay())
+        tellIfVerbose(options,
+                      QStringLiteral("There is no display; Qt's offscreen platform is used."));
 }
 
 ExitStatus run(const Options &options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
+    if (options.command == Command::Doctor)
+        return runDoctor(options, output);
     std::unique_ptr<QCoreApplication> application;
     if (paintsCards(options.command)) {
         choosePlatform(options);
@@ -58,6 +58,8 @@ ExitStatus run(const Options &options, Output *output)
         return runRender(options, output);
     case Command::Cards:
         return runCards(options, output);
+    case Command::Doctor:
+        break;
     }
     return ExitStatus::ProgramFailed;
 }

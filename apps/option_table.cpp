@@ -14,6 +14,9 @@ constexpr int DAY_IN_SECONDS = 86400;
 constexpr int SHORTEST_INTERVAL_MS = 10;
 constexpr int LONGEST_INTERVAL_MS = 60000;
 constexpr int HIGHEST_COUNT = 1000000000;
+constexpr const char *DEVICE_PATTERN = "[0-9A-Fa-f]{4}:[0-9A-Fa-f]{4}";
+constexpr const char *DEVICE_MEANING =
+    "a vendor and a product id of four hexadecimal digits each, such as 1209:0001";
 
 } // namespace
 
@@ -77,6 +80,19 @@ const std::vector<CommandRow> &commandTable()
          "Lists the cards that the simulator has built in, for use with --simulate.",
          "  idcard-reader cards\n"
          "      show the names, kinds and purposes\n"},
+        {Command::Doctor, "doctor", nullptr, "find out why this machine does not read cards",
+         "Looks at everything that reading a card needs on this machine and tells, line by line, "
+         "whether it is in order and, if not, what to do: the versions, the locale, the makers' "
+         "libraries, the reader on the USB bus and the right to use it, Qt's screen and JPEG "
+         "plug-in, and the fonts of the pictures. Nothing is changed, no file is written and no "
+         "reader is opened: it may be used while cards are read. The makers' libraries are loaded, "
+         "in a process of their own; none of their functions is called.",
+         "  idcard-reader doctor\n"
+         "      look at everything\n"
+         "  idcard-reader doctor --road usb --device 1209:0001\n"
+         "      look at what \"idcard-reader usb\" needs for this reader\n"
+         "  idcard-reader doctor --json\n"
+         "      tell a program\n"},
     };
     return rows;
 }
@@ -89,8 +105,8 @@ bool paintsCards(Command command)
 const std::vector<OptionRow> &optionTable()
 {
     using C = Command;
-    static const std::vector<Command> all = {C::Read,   C::Watch,  C::Usb,
-                                             C::Decode, C::Render, C::Cards};
+    static const std::vector<Command> all = {C::Read,   C::Watch, C::Usb,   C::Decode,
+                                             C::Render, C::Cards, C::Doctor};
     static const std::vector<OptionRow> rows = {
         {OptionId::Device,
          {C::Usb},
@@ -102,8 +118,33 @@ const std::vector<OptionRow> &optionTable()
          0,
          {},
          true,
-         "[0-9A-Fa-f]{4}:[0-9A-Fa-f]{4}",
-         "a vendor and a product id of four hexadecimal digits each, such as 1209:0001"},
+         DEVICE_PATTERN,
+         DEVICE_MEANING},
+        {OptionId::Device,
+         {C::Doctor},
+         "VID:PID",
+         "Look at this reader alone, by its vendor and product id: four hexadecimal digits each, "
+         "such as 1209:0001. Without it, every device that could be a reader is looked at.",
+         Times::Once,
+         0,
+         0,
+         {},
+         false,
+         DEVICE_PATTERN,
+         DEVICE_MEANING},
+        {OptionId::Road,
+         {C::Doctor},
+         "road",
+         "Look only at what one way of reading needs: library, the reader maker's library "
+         "(\"idcard-reader read\", readIDCard), or usb, the reader on the USB bus "
+         "(\"idcard-reader usb\", CUsbIdReader).",
+         Times::Once,
+         0,
+         0,
+         {},
+         false,
+         "library|usb",
+         "library or usb"},
         {OptionId::List,
          {C::Usb},
          nullptr,
@@ -120,7 +161,7 @@ const std::vector<OptionRow> &optionTable()
          {OptionId::Device, OptionId::Out, OptionId::Force, OptionId::Wait, OptionId::Raw,
           OptionId::SimulatorPhotos}},
         {OptionId::Json,
-         {C::Read, C::Usb, C::Decode, C::Render, C::Cards},
+         {C::Read, C::Usb, C::Decode, C::Render, C::Cards, C::Doctor},
          nullptr,
          "Print JSON for programs, not a table."},
         {OptionId::Out,
@@ -248,6 +289,8 @@ const char *optionName(OptionId id)
         return "device";
     case OptionId::List:
         return "list";
+    case OptionId::Road:
+        return "road";
     case OptionId::Raw:
         return "raw";
     case OptionId::SimulatorPhotos:

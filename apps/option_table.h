@@ -27,6 +27,7 @@ enum class OptionId {
     Force,
     Device,
     List,
+    Road,
     Raw,
     SimulatorPhotos,
     Wait,

@@ -207,6 +207,8 @@ CommandLine readForCommand(const CommandRow &command, const QStringList &argumen
     options.list = reader.isSet(OptionId::List);
     options.simulatorPhotos = reader.isSet(OptionId::SimulatorPhotos);
     options.device = parseUsbIds(reader.text(OptionId::Device)).value_or(UsbIds());
+    options.isDeviceNamed = reader.isSet(OptionId::Device);
+    options.road = reader.text(OptionId::Road);
     options.rawFile = reader.text(OptionId::Raw);
     options.json = reader.isSet(OptionId::Json);
     options.force = reader.isSet(OptionId::Force);

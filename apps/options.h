@@ -12,7 +12,7 @@
 namespace app
 {
 
-enum class Command { Read, Watch, Usb, Decode, Render, Cards };
+enum class Command { Read, Watch, Usb, Decode, Render, Cards, Doctor };
 
 struct Options {
     Command command = Command::Read;
@@ -22,6 +22,8 @@ struct Options {
     bool list = false;            ///< list the USB devices
     bool simulatorPhotos = false; ///< decode photos with the simulator
     UsbIds device;                ///< the reader on the USB bus
+    bool isDeviceNamed = false;
+    QString road; ///< of `doctor`: "library" or "usb"; empty: both
     QString argument;     ///< of `render`: the card, by name or description; of `decode`: the file
     QString rawFile;      ///< empty: do not keep the raw record
     QString outFolder;    ///< empty: write no files

@@ -120,6 +120,10 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue()
         {ExitStatus::PhotoNotDecoded, "The photo of the card could not be decoded."},
         {ExitStatus::FilesNotWritten, "The files could not be written."},
         {ExitStatus::NothingRead, "The reader answered, but with nothing that could be read."},
+        {ExitStatus::FoundWarnings,
+         "The doctor found nothing worse than warnings: reading may work, or not as well as it "
+         "could."},
+        {ExitStatus::FoundFailures, "The doctor found a failure: something does not work."},
     };
     return entries;
 }

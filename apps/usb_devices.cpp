@@ -84,22 +84,51 @@ bool hasBulkPipe(const libusb_interface_descriptor &interface, unsigned char add
         });
 }
 
-/** What the system keeps about a device under this name, without opening the device. */
-QString attributeOf(libusb_device *device, const char *name)
+/** The device's name among the kernel's USB devices; empty where there is none. */
+QString systemName(libusb_device *device)
 {
     constexpr int MAX_DEPTH = 7; // of hubs behind each other, by the USB standard
-    constexpr qint64 MAX_SIZE = 512;
     std::array<std::uint8_t, MAX_DEPTH> ports{};
     const int depth = libusb_get_port_numbers(device, ports.data(), MAX_DEPTH);
+    if (depth < 1)
+        return {};
     QStringList path;
     for (int i = 0; i < depth; ++i)
         path << QString::number(ports.at(static_cast<std::size_t>(i)));
-    QFile file(QStringLiteral("/sys/bus/usb/devices/%1-%2/%3")
-                   .arg(libusb_get_bus_number(device))
-                   .arg(path.join(QLatin1Char('.')), QLatin1String(name)));
-    if (depth < 1 || !file.open(QIODevice::ReadOnly))
+    return QStringLiteral("%1-%2")
+        .arg(libusb_get_bus_number(device))
+        .arg(path.join(QLatin1Char('.')));
+}
+
+QString systemFolder(const QString &name)
+{
+    return QStringLiteral("/sys/bus/usb/devices/") + name;
+}
+
+/** What the system keeps about a device under this name, without opening the device. */
+QString attributeOf(libusb_device *device, const char *name)
+{
+    constexpr qint64 MAX_SIZE = 512;
+    const QString ownName = systemName(device);
+    QFile file(systemFolder(ownName) + QLatin1Char('/') + QLatin1String(name));
+    if (ownName.isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.read(MAX_SIZE)).trimmed();
+}
+
+/** The kernel's driver that is bound to interface 0, by the system's links. */
+QString driverOf(libusb_device *device, const Config &config)
+{
+    const QString name = systemName(device);
+    if (name.isEmpty() || !config)
+        return {};
+    const QString link = QStringLiteral("%1/%2:%3.0/driver")
+                             .arg(systemFolder(name), name)
+                             .arg(int(config->bConfigurationValue));
+    std::array<char, 512> target{};
+    if (::readlink(QFile::encodeName(link).constData(), target.data(), target.size() - 1) < 0)
+        return {};
+    return QFile::decodeName(target.data()).section(QLatin1Char('/'), -1);
 }
 
 UsbDevice describe(libusb_device *device, const libusb_device_descriptor &descriptor)
@@ -119,6 +148,7 @@ UsbDevice describe(libusb_device *device, const libusb_device_descriptor &descri
     described.hasReaderPipes = interface != nullptr &&
                                hasBulkPipe(*interface, reader_frames::COMMAND_PIPE) &&
                                hasBulkPipe(*interface, reader_frames::ANSWER_PIPE);
+    described.driver = driverOf(device, config);
     described.node = QStringLiteral("/dev/bus/usb/%1/%2")
                          .arg(described.bus, 3, 10, QLatin1Char('0'))
                          .arg(described.address, 3, 10, QLatin1Char('0'));

@@ -30,6 +30,7 @@ struct UsbDevice {
     QString manufacturer;        ///< what the device says of itself; may be empty
     QString product;             ///< likewise
     bool hasReaderPipes = false; ///< interface 0 has the pipes by which commands and answers go
+    QString driver;              ///< the kernel's, that is bound to interface 0; may be empty
     QString node;                ///< its file in /dev/bus/usb
     bool mayOpen = false;        ///< whether this user may
 };

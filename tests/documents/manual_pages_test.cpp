@@ -156,7 +156,7 @@ Meanings statusesInHelp(const QString &help)
 {
     Meanings meanings;
     auto matches =
-        QRegularExpression(QStringLiteral("  (\\d)  ((?:.*\\n)(?:     .*\\n)*)"))
+        QRegularExpression(QStringLiteral("  (\\d+)  ((?:.*\\n)(?:     .*\\n)*)"))
             .globalMatch(under(QStringLiteral("Exit status:"), help, QStringLiteral("\\S")));
     while (matches.hasNext()) {
         const auto match = matches.next();
@@ -169,7 +169,7 @@ Meanings statusesInPage(const QString &page)
 {
     Meanings meanings;
     auto matches =
-        QRegularExpression(QStringLiteral("\\.It (\\d)\\n((?:[^.].*\\n)+)"))
+        QRegularExpression(QStringLiteral("\\.It (\\d+)\\n((?:[^.].*\\n)+)"))
             .globalMatch(under(QStringLiteral(".Sh EXIT STATUS"), page, QStringLiteral("\\.Sh")));
     while (matches.hasNext()) {
         const auto match = matches.next();

@@ -158,7 +158,7 @@ TEST(ResultCatalogue, ExitStatusesStandOnceAndAscending)
     int expected = 0;
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
         EXPECT_EQ(static_cast<int>(entry.status), expected++);
-    EXPECT_EQ(expected, 9);
+    EXPECT_EQ(expected, 11);
 }
 
 TEST(FindResult, ZeroWithARecordIsSuccess)

@@ -38,7 +38,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{}, "A command is missing"},
         WrongUsage{
             {"scan"},
-            "There is no command scan; the commands are read, watch, usb, decode, render, cards."},
+            "There is no command scan; the commands are read, watch, usb, decode, render, cards, "
+            "doctor."},
         WrongUsage{{"rea"}, "There is no command rea;"},
         WrongUsage{{"--json", "read"}, "The command comes before its options, and --json is none"},
         WrongUsage{{"read", "--jsn"}, "jsn"}, WrongUsage{{"read", "--js"}, "js"},
@@ -53,6 +54,11 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{"render", "resident", "--out", "there", "--fault", "no-card"}, "fault"},
         WrongUsage{{"render", "no-such-card", "--out", "there"}, "no-such-card"},
         WrongUsage{{"usb"}, "usb needs --device <VID:PID> or --list."},
+        WrongUsage{{"doctor", "1209:0001"}, "doctor takes no argument 1209:0001."},
+        WrongUsage{{"doctor", "--device", "reader"}, "such as 1209:0001, not reader."},
+        WrongUsage{{"doctor", "--road", "usbip"}, "--road takes library or usb, not usbip."},
+        WrongUsage{{"doctor", "--road", "library", "--device", "1209:0001"},
+                   "--device has no meaning together with --road library"},
         WrongUsage{{"usb", "1209:0001"}, "usb takes no argument 1209:0001."},
         WrongUsage{{"usb", "--device", ""}, "--device needs a VID:PID."},
         WrongUsage{{"usb", "--device", "1209"}, "four hexadecimal digits each, such as"},
@@ -111,7 +117,7 @@ TEST_P(CommandHelp, MentionsEveryOptionTheStatusesAndAnExample)
         EXPECT_THAT(help, HasSubstr("  --" + option.toStdString()));
     EXPECT_THAT(help, HasSubstr("-h, --help"));
     EXPECT_THAT(help, HasSubstr("Examples:\n  idcard-reader " + command.toStdString()));
-    for (int status = 0; status <= 8; ++status)
+    for (int status = 0; status <= 10; ++status)
         EXPECT_THAT(help, HasSubstr("\n  " + std::to_string(status) + "  "));
 }
 
@@ -138,7 +144,9 @@ INSTANTIATE_TEST_SUITE_P(
                                           "simulator-photos", "verbose", "version"}),
         std::make_pair("decode", QStringList{"json", "out <folder>", "force", "simulator-photos",
                                              "verbose", "version"}),
-        std::make_pair("cards", QStringList{"json", "verbose", "version"})));
+        std::make_pair("cards", QStringList{"json", "verbose", "version"}),
+        std::make_pair("doctor", QStringList{"device <VID:PID>", "road <road>", "json", "verbose",
+                                             "version"})));
 
 TEST(Help, ListsTheCommandsAndTheExitStatuses)
 {
@@ -146,8 +154,9 @@ TEST(Help, ListsTheCommandsAndTheExitStatuses)
         const ProcessResult run = runTool({option});
         EXPECT_EQ(run.exitStatus, 0);
         const std::string help = run.standardOutput.toStdString();
-        for (const char *text : {"\n  read ", "\n  watch ", "\n  usb ", "\n  decode ",
-                                 "\n  render ", "\n  cards ", "Exit status:", "\n  8  "})
+        for (const char *text :
+             {"\n  read ", "\n  watch ", "\n  usb ", "\n  decode ", "\n  render ", "\n  cards ",
+              "\n  doctor ", "Exit status:", "\n  10  "})
             EXPECT_THAT(help, HasSubstr(text));
     }
 }

@@ -1,0 +1,574 @@
+// What the doctor makes of what it knows: every check, fine and not.
+
+#include <functional>
+
+#include <gmock/gmock.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "apps/doctor_report.h"
+#include "reader/usb_codes.h"
+
+using namespace app;
+using namespace app::doctor;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+LibraryState loadedLibrary(const char *path, const QStringList &functions)
+{
+    LibraryState state;
+    state.fileName = QString::fromLatin1(path).section('/', -1);
+    state.functions = functions;
+    state.ownMachine = "x86-64";
+    state.ownFolder = "/usr/lib";
+    state.places = QStringList{"/usr/lib"};
+    state.files = {{QString::fromLatin1(path), LibraryShape::Sound, "x86-64"}};
+    state.loading = Loading::Loaded;
+    state.tried = QString::fromLatin1(path);
+    return state;
+}
+
+/** A machine on which a card can be read by either road. */
+Environment fineMachine()
+{
+    Environment machine;
+    machine.versions = {"1.5.0", "version:1.5.0", "5.11.3", "5.15.8"};
+    machine.locale = {"zh_CN.UTF-8", true, "zh_CN.UTF-8", "UTF-8"};
+    machine.readerLibrary =
+        loadedLibrary("/usr/lib/libmaker.so", {"KVO_OpenPort", "KVO_FindIDCard"});
+    machine.photoDecoder = loadedLibrary("/usr/lib/libdecoder.so", {"unpack"});
+
+    UsbNode node;
+    node.device.ids = {0x1209, 0x0001};
+    node.device.node = "/dev/bus/usb/001/002";
+    node.device.manufacturer = "Maker";
+    node.device.product = "Reader";
+    node.device.deviceClass = "vendor-specific";
+    node.device.hasReaderPipes = true;
+    node.device.mayOpen = true;
+    node.rights = {true, 0660, "root", "idcard-reader", false};
+    machine.usb.nodes = {node};
+    machine.usb.rule = {"/etc/udev/rules.d/69-idcard-reader.rules",
+                        false,
+                        {UsbIds{0x1209, 0x0001}},
+                        "idcard-reader"};
+    machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
+
+    PicturesState &pictures = machine.pictures;
+    pictures.hasStarted = true;
+    pictures.runningPlatform = "xcb";
+    pictures.screen =
+        ScreenState{"DP-1", {1920, 1080}, {508, 286}, 96, 96, {323.5275590551181, 204.0944881889}};
+    pictures.isJpegKnown = true;
+    pictures.canWriteJpeg = true;
+    pictures.jpegPlugin = "/qt/imageformats/libqjpeg.so";
+    pictures.fonts[0] = {"华文细黑", "normal", "SomeFont", {"SomeFont Regular"},
+                         false,      true,     true,       true};
+    pictures.fonts[1] = {"黑体", "demi-bold", "黑体", {"黑体 Bold"}, true, true, true, true};
+    return machine;
+}
+
+/** The only finding of a check. */
+Finding findingOf(const char *check, const Environment &machine)
+{
+    for (const CheckRow &row : checkTable()) {
+        if (QLatin1String(row.id) == QLatin1String(check)) {
+            const Findings findings = row.judge(machine);
+            EXPECT_EQ(findings.size(), 1) << check;
+            return findings.value(0);
+        }
+    }
+    ADD_FAILURE() << "no check " << check;
+    return {};
+}
+
+struct Fault {
+    const char *name;
+    const char *check;
+    std::function<void(Environment &)> make;
+    Level level;
+    const char *text;   ///< part of it
+    const char *remedy; ///< part of it or of a command
+};
+
+void PrintTo(const Fault &fault, std::ostream *stream)
+{
+    *stream << fault.name;
+}
+
+class Checks : public testing::TestWithParam<Fault>
+{
+};
+
+TEST_P(Checks, FaultIsToldWithItsRemedy)
+{
+    const Fault &fault = GetParam();
+    Environment machine = fineMachine();
+    EXPECT_EQ(findingOf(fault.check, machine).level, Level::Fine);
+    fault.make(machine);
+    const Finding finding = findingOf(fault.check, machine);
+    EXPECT_EQ(finding.level, fault.level);
+    EXPECT_THAT(finding.text.toStdString(), HasSubstr(fault.text));
+    const QString remedy = (QStringList{finding.remedy} + finding.commands).join('\n');
+    EXPECT_THAT(remedy.toStdString(), HasSubstr(fault.remedy));
+    EXPECT_THAT(finding.remedy.toStdString(), Not(IsEmpty()));
+}
+
+UsbNode &node(Environment &machine)
+{
+    return machine.usb.nodes.first();
+}
+
+void forbid(Environment &machine)
+{
+    node(machine).device.mayOpen = false;
+    node(machine).rights.mode = 0600;
+    node(machine).rights.group = "root";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Versions, Checks,
+    testing::Values(Fault{"other library", "library-version",
+                          [](Environment &m) { m.versions.library = "version:1.4.0"; },
+                          Level::Warning, "\"version:1.4.0\", idcard-reader is 1.5.0", "ldd"},
+                    Fault{"older Qt", "qt-version",
+                          [](Environment &m) { m.versions.qtRunning = "5.9.5"; }, Level::Failure,
+                          "5.9.5, built with 5.11.3: they do not go together", "Install Qt 5.11.3"},
+                    Fault{"Qt of another major version", "qt-version",
+                          [](Environment &m) { m.versions.qtRunning = "6.4.2"; }, Level::Failure,
+                          "6.4.2", "a later Qt 5"},
+                    Fault{"missing locale", "locale",
+                          [](Environment &m) {
+                              m.locale = {"xx_YY.UTF-8", false, "C", "ANSI_X3.4-1968"};
+                          },
+                          Level::Warning, "no locale \"xx_YY.UTF-8\"", "dpkg-reconfigure locales"},
+                    Fault{"other encoding", "locale",
+                          [](Environment &m) {
+                              m.locale = {"zh_CN.GB18030", true, "zh_CN.GB18030", "GB18030"};
+                          },
+                          Level::Warning, "the encoding GB18030, not UTF-8",
+                          "export LC_ALL=C.UTF-8"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Libraries, Checks,
+    testing::Values(
+        Fault{"nowhere", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.files.clear();
+                  m.readerLibrary.errors << "libmaker.so: cannot open shared object file: No such";
+              },
+              Level::Failure,
+              "The reader maker's library, libmaker.so, is not here; looked in "
+              "/usr/lib and",
+              "ln -s /PATH/OF/THE/MAKERS/FILE /usr/lib/libmaker.so"},
+        Fault{"another processor", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.files.first().shape = LibraryShape::OtherMachine;
+                  m.readerLibrary.files.first().machine = "64-bit ARM";
+              },
+              Level::Failure, "64-bit ARM; this program is for x86-64", "library for x86-64"},
+        Fault{"leads nowhere", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.files.first().shape = LibraryShape::Unreadable;
+              },
+              Level::Failure, "cannot be read by this user", "chmod a+rx /usr/lib/libmaker.so"},
+        Fault{"no library", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.files.first().shape = LibraryShape::NoLibrary;
+              },
+              Level::Failure, "/usr/lib/libmaker.so is no library", "file /usr/lib/libmaker.so"},
+        Fault{"some reason of the loader", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.errors << "/usr/lib/libmaker.so: undefined symbol: other";
+              },
+              Level::Failure, "cannot be loaded: /usr/lib/libmaker.so: undefined symbol: other",
+              "ldd -r /usr/lib/libmaker.so"},
+        Fault{"path with a blank", "reader-library",
+              [](Environment &m) {
+                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.files.first().path = "/it's here/libmaker.so";
+                  m.readerLibrary.files.first().shape = LibraryShape::NoLibrary;
+              },
+              Level::Failure, "/it's here/libmaker.so is no library",
+              "file '/it'\\''s here/libmaker.so'"},
+        Fault{"hanging", "photo-decoder",
+              [](Environment &m) {
+                  m.photoDecoder.loading = Loading::Hung;
+                  m.photoDecoder.tried = "libdecoder.so";
+              },
+              Level::Failure, "Loading /usr/lib/libdecoder.so hangs", "another version"},
+        Fault{"no decoder where one road needs it", "photo-decoder",
+              [](Environment &m) {
+                  m.photoDecoder.loading = Loading::NotLoaded;
+                  m.photoDecoder.files.clear();
+              },
+              Level::Failure, "The photo decoder, libdecoder.so, is not here", "ln -s"},
+        Fault{"no decoder where few readers need it", "photo-decoder",
+              [](Environment &m) {
+                  m.roads = Roads::Library;
+                  m.photoDecoder.loading = Loading::NotLoaded;
+                  m.photoDecoder.files.clear();
+              },
+              Level::Warning, "The photo decoder, libdecoder.so, is not here", "ln -s"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Bus, Checks,
+    testing::Values(
+        Fault{"no USB", "usb-reader",
+              [](Environment &m) {
+                  m.usb.nodes.clear();
+                  m.usb.code = USB_READER_INIT_FAILED;
+              },
+              Level::Failure, "USB could not be used.", "/dev/bus/usb"},
+        Fault{"empty bus", "usb-reader", [](Environment &m) { m.usb.nodes.clear(); },
+              Level::Failure, "No device on the USB bus could be a reader; the bus is empty",
+              "idcard-reader usb --list"},
+        Fault{"other devices", "usb-reader",
+              [](Environment &m) {
+                  m.usb.nodes.clear();
+                  m.usb.asked = UsbIds{0x1209, 0x00AB};
+                  m.usb.others = 3;
+              },
+              Level::Failure, "1209:00ab is not on the USB bus; 3 other devices are there",
+              "Plug the reader in"},
+        Fault{"no pipes", "usb-reader",
+              [](Environment &m) { node(m).device.hasReaderPipes = false; }, Level::Failure,
+              "it has not the pipes of a reader", "--road library"},
+        Fault{"no permission", "usb-permission", forbid, Level::Failure,
+              "This user may not open /dev/bus/usb/001/002: mode 0600, owner root, group root",
+              "69-idcard-reader.rules"},
+        Fault{"no node", "usb-permission",
+              [](Environment &m) {
+                  forbid(m);
+                  node(m).rights = {};
+              },
+              Level::Failure, "/dev/bus/usb/001/002 is not there", "In a container"},
+        Fault{"driver", "usb-driver",
+              [](Environment &m) { node(m).device.driver = "usbserial_generic"; }, Level::Warning,
+              "\"usbserial_generic\" is bound to the reader",
+              "echo 'blacklist usbserial_generic' > /etc/modprobe.d/"},
+        Fault{"opened elsewhere", "usb-holder",
+              [](Environment &m) {
+                  node(m).holders.processes = {{4711, "counter"}};
+              },
+              Level::Warning, "The reader's node is open in counter (process 4711)",
+              "fuser -v /dev/bus/usb/001/002"},
+        Fault{"claimed elsewhere", "usb-holder",
+              [](Environment &m) {
+                  node(m).device.driver = "usbfs";
+                  node(m).holders.processes = {{4711, "counter"}};
+              },
+              Level::Failure, "The reader is held by counter (process 4711)", "end the other one"},
+        Fault{"claimed by one unseen", "usb-holder",
+              [](Environment &m) {
+                  node(m).device.driver = "usbfs";
+                  node(m).holders.unseen = 12;
+              },
+              Level::Failure,
+              "held by a program that this user cannot see; 12 processes of others cannot be seen",
+              "as root"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Access, Checks,
+    testing::Values(
+        Fault{"no rule", "usb-rule",
+              [](Environment &m) {
+                  forbid(m);
+                  m.usb.rule = {};
+              },
+              Level::Failure, "69-idcard-reader.rules is in none of udev's folders",
+              "cp 69-idcard-reader.rules /etc/udev/rules.d/\nudevadm control --reload"},
+        Fault{"no rule, but another way in", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
+              Level::Warning, "this user may use the reader all the same",
+              "udevadm control --reload"},
+        Fault{"rule switched off", "usb-rule",
+              [](Environment &m) {
+                  m.usb.rule = {"/etc/udev/rules.d/x", true, {}, {}};
+              },
+              Level::Warning, "by which the rule is switched off", "rm /etc/udev/rules.d/x"},
+        Fault{"rule of other ids", "usb-rule",
+              [](Environment &m) {
+                  forbid(m);
+                  node(m).device.ids = {0x1209, 0x00AB};
+              },
+              Level::Failure, "is for 1209:0001, not for 1209:00ab", "\"00ab\""},
+        Fault{"rule of the package for other ids", "usb-rule",
+              [](Environment &m) {
+                  m.usb.rule.path = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
+                  m.usb.rule.opened = {UsbIds{0x1209, 0x0002}};
+              },
+              Level::Warning, "is for 1209:0002, not for 1209:0001",
+              "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/\nsed -i"},
+        Fault{"rule without ids", "usb-rule",
+              [](Environment &m) {
+                  m.usb.nodes.clear();
+                  m.usb.rule.opened.clear();
+              },
+              Level::Warning, "opens no device", "cp 69-idcard-reader.rules"},
+        Fault{"rule not applied", "usb-rule", forbid, Level::Failure,
+              "has not been applied: the node is not of the group idcard-reader",
+              "plug the reader in anew"},
+        Fault{"no group", "usb-group",
+              [](Environment &m) {
+                  forbid(m);
+                  m.usb.group = {"idcard-reader", "clerk", false, false, false, false};
+              },
+              Level::Failure, "There is no group \"idcard-reader\"",
+              "groupadd --system idcard-reader"},
+        Fault{"not in the group", "usb-group",
+              [](Environment &m) {
+                  forbid(m);
+                  m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
+              },
+              Level::Failure, "clerk is not in \"idcard-reader\"",
+              "usermod --append --groups idcard-reader clerk"},
+        Fault{"not in the group, no reader yet", "usb-group",
+              [](Environment &m) {
+                  m.usb.nodes.clear();
+                  m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
+              },
+              Level::Warning, "clerk is not in \"idcard-reader\"", "usermod"},
+        Fault{"not logged in anew", "usb-group",
+              [](Environment &m) {
+                  forbid(m);
+                  m.usb.group = {"idcard-reader", "clerk", false, true, true, false};
+              },
+              Level::Failure, "has not logged in since then", "newgrp idcard-reader"}));
+
+void claim(Environment &machine, double dpiX, double dpiY)
+{
+    machine.pictures.screen->dpiX = dpiX;
+    machine.pictures.screen->dpiY = dpiY;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pictures, Checks,
+    testing::Values(
+        Fault{"no display", "screen", [](Environment &m) { m.pictures.isOffscreenChosen = true; },
+              Level::Warning,
+              "There is no display. idcard-reader chooses Qt's platform \"offscreen\"",
+              "export QT_QPA_PLATFORM=offscreen"},
+        Fault{"display does not work", "screen",
+              [](Environment &m) {
+                  m.pictures.platform = "xcb";
+                  m.pictures.failure = "could not connect to display";
+                  m.pictures.hasStarted = false;
+                  m.pictures.screen.reset();
+              },
+              Level::Failure,
+              "Qt does not come up with the platform \"xcb\": could not connect to display",
+              "session of its desktop"},
+        Fault{"no screen", "screen", [](Environment &m) { m.pictures.screen.reset(); },
+              Level::Failure, "Qt has no screen", "switch it on"},
+        Fault{"no size", "resolution", [](Environment &m) { claim(m, 0, 0); }, Level::Failure,
+              "0 dpi", "xrandr --query"},
+        Fault{"one millimetre", "resolution", [](Environment &m) { claim(m, 48768, 27432); },
+              Level::Failure, "48768 x 27432 dpi", "Virtual machines"},
+        Fault{
+            "low", "resolution", [](Environment &m) { claim(m, 59.9, 59.9); }, Level::Warning,
+            "59.9 dpi (508 x 286 mm), which is unusual; a resident card is painted with 324 x 204 "
+            "pixels",
+            "xrandr --query"},
+        Fault{"high", "resolution", [](Environment &m) { claim(m, 401, 401); }, Level::Warning,
+              "401 dpi", "xrandr --query"},
+        Fault{"not square", "resolution", [](Environment &m) { claim(m, 96, 102); }, Level::Warning,
+              "different resolutions across and down, 96 x 102 dpi", "xrandr --query"},
+        Fault{"no plug-in", "jpeg",
+              [](Environment &m) {
+                  m.pictures.canWriteJpeg = false;
+                  m.pictures.jpegPlugin.clear();
+                  m.pictures.pluginFolders = QStringList{"/qt"};
+              },
+              Level::Failure, "Qt has no JPEG plug-in", "libqt5gui5"},
+        Fault{"broken plug-in", "jpeg",
+              [](Environment &m) {
+                  m.pictures.canWriteJpeg = false;
+                  m.pictures.jpegProblem = "not a plug-in";
+              },
+              Level::Failure, "does not work, all pictures come out empty: not a plug-in",
+              "--reinstall libqt5gui5"},
+        Fault{"plug-in not asked", "jpeg",
+              [](Environment &m) {
+                  m.pictures.canWriteJpeg = false;
+                  m.pictures.isJpegKnown = false;
+                  m.pictures.failure = "it hangs";
+              },
+              Level::Failure, "Not known, since Qt does not come up (it hangs)", "\"Screen\""},
+        Fault{"no Chinese font", "text-font",
+              [](Environment &m) { m.pictures.fonts[0].hasChinese = false; }, Level::Failure,
+              "no font here has the Chinese characters", "fonts-noto-cjk"},
+        Fault{"some font", "text-font",
+              [](Environment &m) { m.pictures.fonts[0].isStandIn = false; }, Level::Warning,
+              "no stand-in is named, and Qt takes SomeFont", "69-idcard-reader.conf"},
+        Fault{"font not asked", "number-font",
+              [](Environment &m) { m.pictures.fonts[1].isKnown = false; }, Level::Failure,
+              "not known", "\"Screen\""}));
+
+TEST(FineMachine, IsFineInEveryCheck)
+{
+    const auto findings = judge(fineMachine());
+    EXPECT_EQ(findings.size(), checkTable().size());
+    for (const CheckedFinding &one : findings) {
+        EXPECT_EQ(one.finding.level, Level::Fine) << one.check->id;
+        EXPECT_THAT(one.finding.remedy.toStdString(), IsEmpty()) << one.check->id;
+        EXPECT_THAT(one.finding.commands, IsEmpty()) << one.check->id;
+    }
+    EXPECT_THAT(toReport(findings, Roads::Both).toStdString(),
+                testing::EndsWith("\n\nAll is fine: 16 checks.\n"));
+}
+
+TEST(FineMachine, OtherWaysOfBeingFineAreFine)
+{
+    Environment machine = fineMachine();
+    machine.usb.group = {"idcard-reader", "clerk", false, true, false, false};
+    EXPECT_EQ(findingOf("usb-group", machine).level, Level::Fine) << "open to who sits there";
+    machine.usb.group = {"idcard-reader", "root", true, true, false, false};
+    EXPECT_EQ(findingOf("usb-group", machine).level, Level::Fine) << "root";
+    node(machine).device.driver = "usbfs";
+    EXPECT_EQ(findingOf("usb-driver", machine).level, Level::Fine) << "a program's claim";
+    machine.readerLibrary.loading = Loading::NotTried;
+    machine.readerLibrary.definedIn = "/opt/host";
+    EXPECT_EQ(findingOf("reader-library", machine).text,
+              "its functions are in the process already, from /opt/host");
+    node(machine).rights.hasAcl = true;
+    EXPECT_THAT(findingOf("usb-permission", machine).text.toStdString(),
+                HasSubstr("mode 0660, owner root, group idcard-reader, with an access list"));
+    for (const double dpi : {60.0, 400.0}) {
+        claim(machine, dpi, dpi * 1.04);
+        EXPECT_EQ(findingOf("resolution", machine).level, Level::Fine) << dpi;
+    }
+}
+
+TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
+{
+    const auto idsOf = [](Roads roads) {
+        Environment machine = fineMachine();
+        machine.roads = roads;
+        QStringList ids;
+        for (const CheckedFinding &one : judge(machine))
+            ids << one.check->id;
+        return ids.join(' ').toStdString();
+    };
+    EXPECT_EQ(idsOf(Roads::Library), "library-version qt-version locale reader-library "
+                                     "photo-decoder screen resolution jpeg text-font number-font");
+    EXPECT_EQ(idsOf(Roads::Usb),
+              "library-version qt-version locale usb-reader usb-permission usb-rule usb-group "
+              "usb-driver usb-holder photo-decoder");
+}
+
+TEST(TwoReaders, AreToldOneAfterTheOther)
+{
+    Environment machine = fineMachine();
+    UsbNode other = node(machine);
+    other.device.node = "/dev/bus/usb/001/003";
+    other.device.mayOpen = false;
+    machine.usb.nodes << other;
+    const Findings findings = checkPermission(machine);
+    ASSERT_EQ(findings.size(), 2);
+    EXPECT_EQ(findings[0].level, Level::Fine);
+    EXPECT_EQ(findings[1].level, Level::Failure);
+    EXPECT_EQ(findings[1].facts["node"].toString(), "/dev/bus/usb/001/003");
+}
+
+TEST(ScreenThatIsNotThere, HasNoResolutionToJudge)
+{
+    Environment machine = fineMachine();
+    machine.pictures.screen.reset();
+    EXPECT_THAT(checkResolution(machine), IsEmpty());
+}
+
+TEST(Report, HasMarkersGroupsRemediesAndASum)
+{
+    Environment machine = fineMachine();
+    machine.roads = Roads::Usb;
+    machine.locale = {"", true, "C", "ANSI_X3.4-1968"};
+    forbid(machine);
+    EXPECT_EQ(toReport(judge(machine), Roads::Usb).toStdString(),
+              R"(General
+ok       Library          version:1.5.0
+ok       Qt               5.15.8, built with 5.11.3
+warning  Locale           "C" has the encoding ANSI_X3.4-1968, not UTF-8: a
+                          host application may garble Chinese texts and file
+                          names
+                          -> Start the host application in a UTF-8 locale, for
+                          instance:
+                             export LC_ALL=C.UTF-8
+
+Reading over USB
+ok       Reader           1209:0001 at /dev/bus/usb/001/002, Maker Reader
+FAILURE  Permission       This user may not open /dev/bus/usb/001/002: mode
+                          0600, owner root, group root
+                          -> Install the rule file 69-idcard-reader.rules in
+                          /etc/udev/rules.d or /usr/lib/udev/rules.d with the
+                          reader's ids in it, add the user to the group
+                          idcard-reader, log in anew and plug the reader in
+                          anew.
+FAILURE  udev rule        /etc/udev/rules.d/69-idcard-reader.rules is for
+                          1209:0001, but has not been applied: the node is not
+                          of the group idcard-reader
+                          -> Load it, then plug the reader in anew, as root:
+                             udevadm control --reload
+                             udevadm trigger --subsystem-match=usb --action=add
+ok       Group            clerk is in "idcard-reader"
+ok       Kernel driver    None is bound
+ok       In use           By no program
+
+Photos, by either road
+ok       Photo decoder    /usr/lib/libdecoder.so
+
+2 failures, 1 warning, 7 fine.
+)");
+}
+
+TEST(Report, NameOfADeviceCannotSteerTheTerminal)
+{
+    Environment machine = fineMachine();
+    node(machine).device.product = QStringLiteral("\x1b[2J\nFAILURE  forged");
+    const QString report = toReport(judge(machine), Roads::Both);
+    EXPECT_FALSE(report.contains(QChar(0x1B)));
+    EXPECT_FALSE(report.contains("\nFAILURE"));
+}
+
+TEST(Report, FailureWithoutARoadNamesTheRoads)
+{
+    Environment machine = fineMachine();
+    machine.usb.nodes.clear();
+    EXPECT_THAT(toReport(judge(machine), Roads::Both).simplified().toStdString(),
+                HasSubstr("--road library or --road usb"));
+    EXPECT_THAT(toReport(judge(machine), Roads::Usb).simplified().toStdString(),
+                Not(HasSubstr("--road library or --road usb")));
+}
+
+TEST(ReportJson, HoldsTheSumAndEveryFinding)
+{
+    Environment machine = fineMachine();
+    node(machine).device.driver = "usbserial";
+    const QJsonObject report =
+        QJsonDocument::fromJson(toReportJson(judge(machine), Roads::Both)).object();
+    EXPECT_EQ(report["road"].toString(), "both");
+    EXPECT_EQ(report["result"].toString(), "warning");
+    EXPECT_EQ(report["counts"].toObject(),
+              (QJsonObject{{"ok", 15}, {"warning", 1}, {"failure", 0}}));
+    EXPECT_EQ(report["findings"].toArray().size(), 16);
+    const QJsonObject driver = report["findings"].toArray().at(8).toObject();
+    EXPECT_EQ(driver["group"].toString(), "usb");
+    EXPECT_EQ(driver["check"].toString(), "usb-driver");
+    EXPECT_EQ(driver["level"].toString(), "warning");
+    EXPECT_EQ(driver["facts"].toObject(), (QJsonObject{{"device", "1209:0001"},
+                                                       {"node", "/dev/bus/usb/001/002"},
+                                                       {"driver", "usbserial"}}));
+    EXPECT_EQ(driver["commands"].toArray().size(), 2);
+}
+
+} // namespace

@@ -1,0 +1,70 @@
+// A maker's library with one fault, chosen when it is compiled.
+
+#include <cstdlib>
+
+#include <unistd.h>
+
+namespace
+{
+
+struct AtLoading {
+    AtLoading()
+    {
+#if defined(CRASHES)
+        std::abort();
+#elif defined(EXITS)
+        _exit(3);
+#elif defined(HANGS)
+        pause();
+#elif defined(WRITES)
+        // As much as fits and more: what nobody wants to read must not fill a pipe.
+        for (int i = 0; i < 100000; ++i)
+            if (write(STDOUT_FILENO, "noise\n", 6) < 0)
+                break;
+#endif
+    }
+} atLoading; // NOLINT(readability-identifier-naming)
+
+} // namespace
+
+#if defined(NEEDS_ANOTHER)
+extern "C" [[gnu::visibility("default")]] int neededFunction();
+#endif
+
+extern "C" {
+
+#pragma GCC visibility push(default)
+
+int KVO_OpenPort(int port)
+{
+#if defined(NEEDS_ANOTHER)
+    return port + neededFunction();
+#else
+    return port;
+#endif
+}
+
+#if !defined(LACKS_FUNCTIONS)
+int KVO_FindIDCard(int port)
+{
+    return port;
+}
+
+int KVO_ReadIDCard(int port)
+{
+    return port;
+}
+
+int KVO_ClosePort(int port)
+{
+    return port;
+}
+
+int unpack()
+{
+    return 0;
+}
+#endif
+
+#pragma GCC visibility pop
+}

@@ -1,0 +1,394 @@
+// How the doctor finds things out: in child processes, library files, rule files and /proc.
+
+#include <csignal>
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "apps/doctor_child.h"
+#include "apps/doctor_library_probe.h"
+#include "apps/doctor_usb_probe.h"
+#include "tests/tool/folder_state.h"
+
+using namespace app;
+using namespace app::doctor;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+constexpr int LONG_MS = 60000;
+
+ChildRun runChild(const std::function<void(const Telling &)> &work, int limitMs = LONG_MS)
+{
+    return runInChild(work, limitMs, FileWriting::Allowed);
+}
+
+TEST(DoctorsChild, ThatEndsItsWorkIsDone)
+{
+    const ChildRun run = runChild([](const Telling &tell) {
+        tell("one");
+        tell("two");
+    });
+    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_THAT(run.output.toStdString(), testing::StartsWith("one\ntwo\n"));
+}
+
+TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
+{
+    const ChildRun run = runChild([](const Telling &tell) {
+        tell("one");
+        std::abort();
+    });
+    EXPECT_EQ(run.end, ChildRun::End::Crashed);
+    EXPECT_EQ(run.output.toStdString(), "one\n");
+    EXPECT_THAT(run.how.toStdString(), HasSubstr("signal 6"));
+}
+
+TEST(DoctorsChild, ThatExitsWithoutEndingItsWorkHasCrashed)
+{
+    const ChildRun run = runChild([](const Telling & /*tell*/) { _exit(0); });
+    EXPECT_EQ(run.end, ChildRun::End::Crashed);
+    EXPECT_THAT(run.how.toStdString(), HasSubstr("status 0"));
+}
+
+TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
+{
+    QElapsedTimer time;
+    time.start();
+    const ChildRun run = runChild(
+        [](const Telling &tell) {
+            const pid_t child = fork();
+            if (child == 0) {
+                for (;;)
+                    pause();
+            }
+            tell(QByteArray::number(child));
+            for (;;)
+                pause();
+        },
+        300);
+    EXPECT_EQ(run.end, ChildRun::End::TimedOut);
+    EXPECT_LT(time.elapsed(), 5000);
+    const pid_t grandchild = run.output.trimmed().toInt();
+    ASSERT_GT(grandchild, 0);
+    // It is a zombie until whoever takes orphans in has waited for it.
+    const QString status = QStringLiteral("/proc/%1/stat").arg(grandchild);
+    const auto isGone = [&] {
+        const QByteArray line = QFile::exists(status) ? readFile(status) : QByteArray();
+        const QByteArray state = line.mid(line.lastIndexOf(')') + 1).trimmed();
+        return state.isEmpty() || state.startsWith('Z');
+    };
+    while (!isGone() && time.elapsed() < 10000)
+        usleep(1000);
+    EXPECT_TRUE(isGone());
+}
+
+TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
+{
+    const ChildRun run = runChild([](const Telling & /*tell*/) {
+        for (int i = 0; i < 100000; ++i)
+            static_cast<void>(write(STDERR_FILENO, "noise\n", 6));
+    });
+    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_LE(run.log.size(), 300 * 1024);
+}
+
+/** A copy of a built library that a test spoils. */
+class LibraryFiles : public testing::Test
+{
+protected:
+    QString path(const QString &name = "libcopy.so") const { return m_folder.filePath(name); }
+
+    QByteArray sound() const
+    {
+        return readFile(QDir(IDCARD_BUILD_LIB_DIR).filePath("libidcard_simulator.so"));
+    }
+
+    LibraryFile inspected(const QByteArray &content) const
+    {
+        writeFile(path(), content);
+        return inspectLibrary(path());
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+TEST_F(LibraryFiles, OwnKindIsSound)
+{
+    EXPECT_EQ(inspected(sound()).shape, LibraryShape::Sound);
+}
+
+TEST_F(LibraryFiles, OtherProcessorIsToldFromTheHeader)
+{
+    QByteArray content = sound();
+    content[18] = '\xf3'; // EM_RISCV
+    content[19] = '\0';
+    const LibraryFile file = inspected(content);
+    EXPECT_EQ(file.shape, LibraryShape::OtherMachine);
+    EXPECT_EQ(file.machine, "RISC-V");
+}
+
+TEST_F(LibraryFiles, OtherByteOrderAndUnknownProcessorAreTold)
+{
+    QByteArray content = sound();
+    content[5] = 2; // big-endian
+    content[18] = '\0';
+    content[19] = '\x08'; // EM_MIPS
+    EXPECT_EQ(inspected(content).machine, "MIPS, big-endian");
+    content[19] = '\xfa';
+    EXPECT_EQ(inspected(content).machine, "processor 250, big-endian");
+}
+
+TEST_F(LibraryFiles, EveryLengthThatIsTooShortIsCutOff)
+{
+    const QByteArray content = sound();
+    for (const int size : {4, 5, 63, 64, 100, 4096, content.size() / 2, content.size() - 1})
+        EXPECT_EQ(inspected(content.left(size)).shape, LibraryShape::CutOff) << size;
+}
+
+TEST_F(LibraryFiles, HostileHeadersAreCutOff)
+{
+    QByteArray content = sound();
+    for (const int offset : {32, 40}) { // where the tables of segments and sections are
+        QByteArray hostile = content;
+        hostile.replace(offset, 8, QByteArray(8, '\xff'));
+        EXPECT_EQ(inspected(hostile).shape, LibraryShape::CutOff) << offset;
+    }
+}
+
+TEST_F(LibraryFiles, OtherFilesAreNoLibraries)
+{
+    EXPECT_EQ(inspected({}).shape, LibraryShape::NoLibrary);
+    EXPECT_EQ(inspected("BM").shape, LibraryShape::NoLibrary);
+    EXPECT_EQ(inspected(QByteArray(5000, 'x')).shape, LibraryShape::NoLibrary);
+    EXPECT_EQ(inspectLibrary(QDir::tempPath()).shape, LibraryShape::NoLibrary);
+}
+
+TEST_F(LibraryFiles, LinkToNothingIsUnreadable)
+{
+    ASSERT_TRUE(QFile::link(path("gone"), path("link")));
+    EXPECT_EQ(inspectLibrary(path("link")).shape, LibraryShape::Unreadable);
+}
+
+/** Libraries beside the library under test are looked for by path. */
+QString builtLibrary(const char *fault)
+{
+    return QStringLiteral("libidcard_maker_%1.so").arg(QLatin1String(fault));
+}
+
+LibraryState probed(const char *fault, int limitMs = LONG_MS)
+{
+    return probeLibrary(builtLibrary(fault), {"KVO_OpenPort", "KVO_ClosePort"}, limitMs);
+}
+
+TEST(LoadingALibrary, ThatIsNowhereTellsWhereItWasLookedFor)
+{
+    const LibraryState state = probeLibrary("libnowhere.so", {"unpack"}, LONG_MS);
+    EXPECT_EQ(state.loading, Loading::NotLoaded);
+    EXPECT_TRUE(state.files.isEmpty());
+    EXPECT_EQ(QDir(state.places.value(0)).canonicalPath(),
+              QDir(IDCARD_BUILD_LIB_DIR).canonicalPath());
+    EXPECT_TRUE(state.places.contains("/usr/lib")) << state.places.join(' ').toStdString();
+    EXPECT_EQ(state.errors.size(), 2);
+}
+
+TEST(LoadingALibrary, ThatCrashesHangsOrExitsIsSurvived)
+{
+    EXPECT_EQ(probed("CRASHES").loading, Loading::Crashed);
+    EXPECT_THAT(probed("CRASHES").crash.toStdString(), HasSubstr("signal 6"));
+    EXPECT_EQ(probed("EXITS").loading, Loading::Crashed);
+    EXPECT_THAT(probed("EXITS").crash.toStdString(), HasSubstr("status 3"));
+    EXPECT_EQ(probed("HANGS", 500).loading, Loading::Hung);
+}
+
+TEST(LoadingALibrary, ThatPrintsMuchIsLoaded)
+{
+    const LibraryState state = probed("WRITES");
+    EXPECT_EQ(state.loading, Loading::Loaded);
+    EXPECT_THAT(state.missing, IsEmpty());
+    EXPECT_THAT(state.tried.toStdString(), HasSubstr("/libidcard_maker_WRITES.so"));
+}
+
+TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryTellsWhich)
+{
+    EXPECT_EQ(probed("LACKS_FUNCTIONS").missing, QStringList{"KVO_ClosePort"});
+    const LibraryState state = probed("NEEDS_ANOTHER");
+    EXPECT_EQ(state.loading, Loading::NotLoaded);
+    EXPECT_THAT(state.errors.join('\n').toStdString(),
+                HasSubstr("libidcard_maker_needed.so: cannot open shared object file"));
+}
+
+TEST(LoadingALibrary, IsNotDoneForFunctionsThatAreInTheProcess)
+{
+    const LibraryState state = probeLibrary("libnowhere.so", {"getpid", "getppid"}, LONG_MS);
+    EXPECT_EQ(state.loading, Loading::NotTried);
+    EXPECT_THAT(state.definedIn.toStdString(), HasSubstr("libc"));
+}
+
+class Rules : public testing::Test
+{
+protected:
+    QString folder(const QString &name) const
+    {
+        QDir(m_base.path()).mkpath(name);
+        return m_base.filePath(name);
+    }
+    void put(const QString &name, const QByteArray &rule) const
+    {
+        writeFile(folder(name) + "/69-idcard-reader.rules", rule);
+    }
+    QStringList folders() const { return {folder("etc"), folder("run"), folder("usr")}; }
+
+private:
+    QTemporaryDir m_base;
+};
+
+const QByteArray RULE =
+    R"(SUBSYSTEM=="usb", ATTR{idVendor}=="1209", ATTR{idProduct}=="00ab", GROUP="readers")";
+
+TEST_F(Rules, NoFileIsNoRule)
+{
+    EXPECT_EQ(findRule(folders()).path, QString());
+    EXPECT_EQ(findRule({"/no/such/folder"}).path, QString());
+}
+
+TEST_F(Rules, FirstFolderCounts)
+{
+    put("usr", RULE);
+    EXPECT_EQ(findRule(folders()).path, folder("usr") + "/69-idcard-reader.rules");
+    put("etc", "# nothing\n" + QByteArray(RULE).replace("00ab", "00cd"));
+    const RuleState rule = findRule(folders());
+    EXPECT_EQ(rule.path, folder("etc") + "/69-idcard-reader.rules");
+    ASSERT_EQ(rule.opened.size(), 1);
+    EXPECT_EQ(rule.opened.first().product, 0x00CD);
+    EXPECT_EQ(rule.group, "readers");
+    EXPECT_FALSE(rule.isMasked);
+}
+
+TEST_F(Rules, EmptyFileAndLinkToNullSwitchTheRuleOff)
+{
+    put("usr", RULE);
+    put("run", "\n");
+    EXPECT_TRUE(findRule(folders()).isMasked);
+    ASSERT_TRUE(QFile::link("/dev/null", folder("etc") + "/69-idcard-reader.rules"));
+    const RuleState rule = findRule(folders());
+    EXPECT_TRUE(rule.isMasked);
+    EXPECT_TRUE(rule.opened.isEmpty());
+}
+
+TEST_F(Rules, FileOfTheProjectIsUnderstood)
+{
+    QString text =
+        QString::fromUtf8(readFile(IDCARD_SOURCE_DIR "/packaging/udev/69-idcard-reader.rules.in"));
+    text.replace("@IDCARD_USB_VENDOR_ID@", "1209").replace("@IDCARD_USB_PRODUCT_ID@", "0001");
+    const RuleState rule = parseRule(text);
+    ASSERT_EQ(rule.opened.size(), 1);
+    EXPECT_EQ(toText(rule.opened.first()), "1209:0001");
+    EXPECT_EQ(rule.group, READERS_GROUP);
+}
+
+TEST_F(Rules, CommentsUpperCaseAndHalfIdsOpenNothing)
+{
+    EXPECT_TRUE(parseRule("# " + RULE).opened.isEmpty());
+    EXPECT_TRUE(parseRule(QByteArray(RULE).replace("00ab", "00AB")).opened.isEmpty());
+    EXPECT_TRUE(parseRule(R"(ATTR{idVendor}=="1209", GROUP="x")").opened.isEmpty());
+    EXPECT_TRUE(parseRule(QByteArray(100000, '"')).opened.isEmpty());
+}
+
+TEST_F(Rules, LinesMayBeContinuedAndBeSeveral)
+{
+    const RuleState rule = parseRule(QByteArray(RULE).replace(", ", ", \\\n") + '\n' +
+                                     QByteArray(RULE).replace("00ab", "0002"));
+    ASSERT_EQ(rule.opened.size(), 2);
+    EXPECT_EQ(rule.opened[1].product, 2);
+}
+
+TEST(HoldersOfANode, AreTheProcessesThatHaveItOpen)
+{
+    const QTemporaryDir folder;
+    const QString node = folder.filePath("001");
+    const QString other = folder.filePath("002");
+    writeFile(node, {});
+    writeFile(other, {});
+    // Processes as /proc shows them; the first has another file of the same name open.
+    const QString processes = folder.filePath("proc");
+    const auto addProcess = [&](const QString &number, const QString &open) {
+        QDir().mkpath(processes + '/' + number + "/fd");
+        writeFile(processes + '/' + number + "/comm", "counter\n");
+        EXPECT_TRUE(QFile::link(open, processes + '/' + number + "/fd/3"));
+    };
+    addProcess("100", other);
+    addProcess("200", node);
+    addProcess("self", node);
+    addProcess(QString::number(getpid()), node);
+    const Holders holders = holdersOf(node, processes);
+    ASSERT_EQ(holders.processes.size(), 1);
+    EXPECT_EQ(holders.processes.first().process, 200);
+    EXPECT_EQ(holders.processes.first().name, "counter");
+    EXPECT_EQ(holders.unseen, 0);
+}
+
+TEST(HoldersOfANode, ProcessesOfOthersAreCounted)
+{
+    const QTemporaryDir folder;
+    const QString processes = folder.filePath("proc");
+    QDir().mkpath(processes + "/100/fd");
+    ASSERT_EQ(chmod(qPrintable(processes + "/100/fd"), 0), 0);
+    if (getuid() == 0) {
+        ASSERT_EQ(chmod(qPrintable(folder.path()), 0755), 0);
+        ASSERT_EQ(setreuid(65534, 0), 0); // access() asks for the real user
+    }
+    const Holders holders = holdersOf("/dev/null", processes);
+    if (geteuid() == 0) {
+        ASSERT_EQ(setreuid(0, 0), 0);
+    }
+    EXPECT_EQ(holders.unseen, 1);
+    EXPECT_EQ(chmod(qPrintable(processes + "/100/fd"), 0700), 0);
+}
+
+TEST(RightsOfANode, AreThoseOfTheFile)
+{
+    const QTemporaryDir folder;
+    const QString node = folder.filePath("001");
+    EXPECT_FALSE(rightsOf(node).isThere);
+    writeFile(node, {});
+    ASSERT_EQ(chmod(qPrintable(node), 0640), 0);
+    const NodeRights rights = rightsOf(node);
+    EXPECT_TRUE(rights.isThere);
+    EXPECT_EQ(rights.mode, 0640U);
+    EXPECT_FALSE(rights.owner.isEmpty());
+    EXPECT_FALSE(rights.hasAcl);
+}
+
+TEST(GroupsOfTheUser, GroupThatIsNotThereIsTold)
+{
+    const GroupState state = groupState("no-such-group");
+    EXPECT_FALSE(state.exists);
+    EXPECT_FALSE(state.isMember);
+    EXPECT_FALSE(state.isInForce);
+    EXPECT_FALSE(state.user.isEmpty());
+}
+
+TEST(GroupsOfTheUser, OwnGroupIsInForce)
+{
+    if (getuid() != 0)
+        GTEST_SKIP() << "only root's group has a known name";
+    const GroupState state = groupState("root");
+    EXPECT_TRUE(state.exists);
+    EXPECT_TRUE(state.isMember);
+    EXPECT_TRUE(state.isInForce);
+    EXPECT_TRUE(state.isRoot);
+}
+
+} // namespace
