@@ -127,7 +127,7 @@
     </message>
     <message>
         <source>Begin with the simulator and a card on it: the name of a built-in card, which &quot;idcard-reader cards&quot; lists, or the file of a description.</source>
-        <translation>启动时选用模拟器并放上一张卡：内置卡的名称（“idcard-reader cards”会列出）或描述文件。</translation>
+        <translation>启动时使用模拟器，并放上一张证件：内置证件的名称（由“idcard-reader cards”列出），或描述文件。</translation>
     </message>
     <message>
         <source>Faults of the simulator, separated by commas, such as &quot;read-fails=3&quot;.</source>
@@ -135,19 +135,19 @@
     </message>
     <message>
         <source>Begin with the reader on USB that has these ids, such as 1209:0001.</source>
-        <translation>启动时选用具有此编号的 USB 读卡器，例如 1209:0001。</translation>
+        <translation>启动时使用具有该标识的 USB 读卡器，例如 1209:0001。</translation>
     </message>
     <message>
         <source>The reader on USB is a simulated one: decode its photos.</source>
-        <translation>USB 读卡器是模拟的：解码它的照片。</translation>
+        <translation>USB 读卡器是模拟的，解码其照片。</translation>
     </message>
     <message>
         <source>Read each new card.</source>
-        <translation>自动读取每张新卡。</translation>
+        <translation>自动读取每张新放上的证件。</translation>
     </message>
     <message>
         <source>Begin with name, number and photo covered.</source>
-        <translation>启动时遮住姓名、号码和照片。</translation>
+        <translation>启动时遮盖姓名、号码和照片。</translation>
     </message>
     <message>
         <source>Show this help.</source>
@@ -159,31 +159,31 @@
     </message>
     <message>
         <source>Reads Chinese identity documents with a desktop card reader and shows them in a window.</source>
-        <translation>用台式读卡器读取中国居民身份证件，并在窗口中显示。</translation>
+        <translation>通过台式读卡器读取中国身份证件，并在窗口中显示。</translation>
     </message>
     <message>
         <source>%1 is no option.</source>
-        <translation>%1 不是选项。</translation>
+        <translation>%1 不是有效的选项。</translation>
     </message>
     <message>
         <source>--usb takes two times four hexadecimal digits, such as 1209:0001, and not &quot;%1&quot;.</source>
-        <translation>--usb 后面要写两组四位十六进制数字，例如 1209:0001，而不是“%1”。</translation>
+        <translation>--usb 的值应为两组四位十六进制数字，例如 1209:0001，而不是“%1”。</translation>
     </message>
     <message>
         <source>--usb and --simulate name two roads; leave one out.</source>
-        <translation>--usb 和 --simulate 指定了两种方式，请去掉一个。</translation>
+        <translation>--usb 和 --simulate 指定了两种读卡方式，请去掉其中一个。</translation>
     </message>
     <message>
         <source>--simulate takes the name of a card or of a file.</source>
-        <translation>--simulate 后面要写卡的名称或文件名。</translation>
+        <translation>--simulate 的值应为证件名称或文件名。</translation>
     </message>
     <message>
         <source>--fault needs --simulate.</source>
-        <translation>--fault 要与 --simulate 一起使用。</translation>
+        <translation>--fault 须与 --simulate 一起使用。</translation>
     </message>
     <message>
         <source>--simulator-photos needs --usb.</source>
-        <translation>--simulator-photos 要与 --usb 一起使用。</translation>
+        <translation>--simulator-photos 须与 --usb 一起使用。</translation>
     </message>
 </context>
 <context>
@@ -214,15 +214,15 @@
     </message>
     <message>
         <source>The simulator cannot be used as it was asked to.</source>
-        <translation>模拟器不能按要求使用。</translation>
+        <translation>无法按要求使用模拟器。</translation>
     </message>
     <message>
         <source>The card&apos;s text could not be decoded.</source>
-        <translation>卡上的文字无法解码。</translation>
+        <translation>无法解码证件的文字。</translation>
     </message>
     <message>
         <source>The sex code of a foreigner&apos;s card must be 0, 1, 2 or 9, and this one is not.</source>
-        <translation>外国人证件的性别代码应为 0、1、2 或 9，而这张卡的不是。</translation>
+        <translation>外国人永久居留身份证的性别代码应为 0、1、2 或 9，而该证件的不是。</translation>
     </message>
     <message>
         <source>Read the card once more.</source>
@@ -563,11 +563,11 @@
     <name>viewer::CardPane</name>
     <message>
         <source>The library painted no picture.</source>
-        <translation>库没有绘制图片。</translation>
+        <translation>本库没有绘制图像。</translation>
     </message>
     <message>
         <source>This road gives no picture.</source>
-        <translation>这种读取方式不提供图片。</translation>
+        <translation>这种读卡方式不提供图像。</translation>
     </message>
     <message>
         <source>Front</source>
@@ -583,15 +583,15 @@
     </message>
     <message>
         <source>This screen does not tell its size: the pictures may not be as large as the card.</source>
-        <translation>此屏幕没有提供实际尺寸：图片可能与卡的大小不一致。</translation>
+        <translation>屏幕没有提供实际尺寸，图像的大小可能与证件不一致。</translation>
     </message>
     <message>
         <source>Sides of the card</source>
-        <translation>卡的两面</translation>
+        <translation>证件的正反两面</translation>
     </message>
     <message>
         <source>Fields of the card</source>
-        <translation>卡上的各项内容</translation>
+        <translation>证件的各项内容</translation>
     </message>
 </context>
 <context>
@@ -644,7 +644,7 @@
     </message>
     <message>
         <source>Lay a card on the reader and press Read.</source>
-        <translation>请把卡放在读卡器上，然后按“读卡”。</translation>
+        <translation>请将证件放在读卡器上，然后按“读卡”。</translation>
     </message>
     <message>
         <source>&amp;Read</source>
@@ -652,7 +652,7 @@
     </message>
     <message>
         <source>Read the card on the reader</source>
-        <translation>读取读卡器上的卡</translation>
+        <translation>读取读卡器上的证件</translation>
     </message>
     <message>
         <source>Space or F5</source>
@@ -660,19 +660,19 @@
     </message>
     <message>
         <source>Read each new card by itself</source>
-        <translation>自动读取每张新卡</translation>
+        <translation>自动读取每张新放上的证件</translation>
     </message>
     <message>
         <source>Cover name, number and photo while others look on</source>
-        <translation>有旁人在场时遮住姓名、号码和照片</translation>
+        <translation>有旁人时遮盖姓名、号码和照片</translation>
     </message>
     <message>
         <source>What is copied is covered, too. What is saved, printed or exported is the whole card.</source>
-        <translation>复制出去的内容同样被遮住；保存、打印和导出的是完整的卡。</translation>
+        <translation>复制的内容同样被遮盖；保存、打印和导出的则是完整的证件。</translation>
     </message>
     <message>
         <source>Cards of this run</source>
-        <translation>本次运行读过的卡</translation>
+        <translation>本次运行的读卡记录</translation>
     </message>
     <message>
         <source>C&amp;lear</source>
@@ -680,7 +680,7 @@
     </message>
     <message>
         <source>Forget all cards of this run</source>
-        <translation>忘掉本次运行读过的所有卡</translation>
+        <translation>清除本次运行的全部读卡记录</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -700,11 +700,11 @@
     </message>
     <message>
         <source>Copy &amp;all rows</source>
-        <translation>复制所有行(&amp;A)</translation>
+        <translation>复制全部行(&amp;A)</translation>
     </message>
     <message>
         <source>Lay a card on the reader; it is read by itself.</source>
-        <translation>请把卡放在读卡器上，程序会自动读取。</translation>
+        <translation>请将证件放在读卡器上，程序会自动读取。</translation>
     </message>
     <message>
         <source>The card was read.</source>
@@ -712,27 +712,27 @@
     </message>
     <message>
         <source>A card lies on the simulator.</source>
-        <translation>模拟器上放着一张卡。</translation>
+        <translation>模拟器上已放上证件。</translation>
     </message>
     <message>
         <source>No card lies on the simulator.</source>
-        <translation>模拟器上没有卡。</translation>
+        <translation>模拟器上没有证件。</translation>
     </message>
     <message>
         <source>The cards of this run are forgotten.</source>
-        <translation>已忘掉本次运行读过的卡。</translation>
+        <translation>本次运行的读卡记录已清除。</translation>
     </message>
     <message>
         <source>Save in a new folder of</source>
-        <translation>在此文件夹下新建文件夹并保存</translation>
+        <translation>保存到所选文件夹下的新文件夹</translation>
     </message>
     <message>
         <source>The card could not be saved.</source>
-        <translation>无法保存这张卡。</translation>
+        <translation>无法保存证件。</translation>
     </message>
     <message>
         <source>The card was saved in %1.</source>
-        <translation>卡已保存在 %1 中。</translation>
+        <translation>证件已保存到 %1。</translation>
     </message>
     <message>
         <source>Export as PDF</source>
@@ -744,7 +744,7 @@
     </message>
     <message>
         <source>The card was exported to %1.</source>
-        <translation>卡已导出到 %1。</translation>
+        <translation>证件已导出到 %1。</translation>
     </message>
     <message>
         <source>The PDF file could not be written.</source>
@@ -752,31 +752,31 @@
     </message>
     <message>
         <source>The card was sent to the printer.</source>
-        <translation>卡已发送到打印机。</translation>
+        <translation>证件已发送到打印机。</translation>
     </message>
     <message>
         <source>The card could not be printed.</source>
-        <translation>无法打印这张卡。</translation>
+        <translation>无法打印证件。</translation>
     </message>
     <message>
         <source>See that the printer is ready and that the card has pictures, and print once more.</source>
-        <translation>请确认打印机已就绪且卡有图片，然后再打印一次。</translation>
+        <translation>请确认打印机已就绪、证件有图像，然后再打印一次。</translation>
     </message>
     <message>
         <source>It is the whole card: nothing is covered there.</source>
-        <translation>其中是完整的卡，没有遮住任何内容。</translation>
+        <translation>其中是完整的证件，没有遮盖任何内容。</translation>
     </message>
     <message>
         <source>Read each &amp;new card</source>
-        <translation>自动读取新卡(&amp;N)</translation>
+        <translation>自动读取新证件(&amp;N)</translation>
     </message>
     <message>
         <source>Co&amp;ver name, number and photo</source>
-        <translation>遮住姓名、号码和照片(&amp;V)</translation>
+        <translation>遮盖姓名、号码和照片(&amp;V)</translation>
     </message>
     <message>
         <source>H&amp;istory</source>
-        <translation>历史(&amp;I)</translation>
+        <translation>读卡记录(&amp;I)</translation>
     </message>
     <message>
         <source>&amp;Save…</source>
@@ -799,18 +799,18 @@
     <name>viewer::PictureView</name>
     <message>
         <source>Covered</source>
-        <translation>已遮住</translation>
+        <translation>已遮盖</translation>
     </message>
     <message>
         <source>The picture is shown in its true size.</source>
-        <translation>图片以实际大小显示。</translation>
+        <translation>图像以实际大小显示。</translation>
     </message>
 </context>
 <context>
     <name>viewer::RoadPanel</name>
     <message>
         <source>%1 - not open to you</source>
-        <translation>%1 - 您无权使用</translation>
+        <translation>%1（无权使用）</translation>
     </message>
     <message>
         <source>Photos of a &amp;simulated reader</source>
@@ -834,7 +834,7 @@
     </message>
     <message>
         <source>Road to the reader</source>
-        <translation>读取方式</translation>
+        <translation>读卡方式</translation>
     </message>
     <message>
         <source>USB device</source>
@@ -850,7 +850,7 @@
     </message>
     <message>
         <source>Only the simulator can decode the photos of simulated cards.</source>
-        <translation>只有模拟器能解码模拟卡的照片。</translation>
+        <translation>只有模拟器能够解码模拟证件的照片。</translation>
     </message>
     <message>
         <source>&amp;Device</source>
@@ -858,11 +858,11 @@
     </message>
     <message>
         <source>Card for the simulator</source>
-        <translation>模拟器用的卡</translation>
+        <translation>模拟器上的证件</translation>
     </message>
     <message>
         <source>Choose the file of a card description</source>
-        <translation>选择卡的描述文件</translation>
+        <translation>选择证件描述文件</translation>
     </message>
     <message>
         <source>Faults of the simulator, separated by commas</source>
@@ -874,15 +874,15 @@
     </message>
     <message>
         <source>Put the card on the simulator</source>
-        <translation>把卡放到模拟器上</translation>
+        <translation>将证件放到模拟器上</translation>
     </message>
     <message>
         <source>&amp;Take it off</source>
-        <translation>拿走卡(&amp;T)</translation>
+        <translation>取走(&amp;T)</translation>
     </message>
     <message>
         <source>Take the card off the simulator</source>
-        <translation>把卡从模拟器上拿走</translation>
+        <translation>从模拟器上取走证件</translation>
     </message>
     <message>
         <source>Fa&amp;ult</source>
@@ -894,19 +894,19 @@
     </message>
     <message>
         <source>%1 - not plugged in</source>
-        <translation>%1 - 未插入</translation>
+        <translation>%1（未接入）</translation>
     </message>
     <message>
         <source>Card description</source>
-        <translation>卡的描述</translation>
+        <translation>证件描述</translation>
     </message>
     <message>
         <source>Card descriptions (*.json);;All files (*)</source>
-        <translation>卡的描述 (*.json);;所有文件 (*)</translation>
+        <translation>证件描述 (*.json);;所有文件 (*)</translation>
     </message>
     <message>
         <source>Read throu&amp;gh</source>
-        <translation>读取方式(&amp;G)</translation>
+        <translation>读卡方式(&amp;G)</translation>
     </message>
     <message>
         <source>Refres&amp;h</source>
@@ -918,11 +918,11 @@
     </message>
     <message>
         <source>&amp;Put card on</source>
-        <translation>放上卡(&amp;P)</translation>
+        <translation>放上证件(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;Card</source>
-        <translation>卡(&amp;C)</translation>
+        <translation>证件(&amp;C)</translation>
     </message>
 </context>
 </TS>
