@@ -3,7 +3,6 @@
 #include <cstring>
 #include <memory>
 
-#include <QtDebug>
 
 #include "api/field_extraction.h"
 #include "api/image_output.h"
@@ -11,6 +10,7 @@
 #include "common/closed_functions.h"
 #include "common/closed_library_door.h"
 #include "common/country_code_list.h"
+#include "common/debug_log.h"
 #include "reader/tav_reader.h"
 
 /** This file's own copy of the country table. Nothing reads it; it is kept with the others. */
@@ -155,7 +155,7 @@ int readCard(const Outputs &outputs)
     if (const int code = fetchResultCode(fetched); code != IDCARD_RESULT_OK)
         return code;
     if (!photoDecodes(raw)) {
-        qDebug("解码头像数据失败!");
+        debugLine("解码头像数据失败!");
         return IDCARD_RESULT_PHOTO_NOT_DECODED;
     }
     dispatch(*info, raw, outputs);

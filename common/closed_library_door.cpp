@@ -1,12 +1,11 @@
 #include "common/closed_library_door.h"
 
 #include "common/closed_functions.h"
+#include "common/debug_log.h"
 
 #include <string>
 
 #include <dlfcn.h>
-
-#include <QtDebug>
 
 // Weak references: they make the linker of a host offer the host's own definitions to this library,
 // and they are null when the process has none.
@@ -81,8 +80,8 @@ public:
     {
         if (m_missing.empty())
             return true;
-        qDebug("%s is neither in the process nor in the library %s (%s)", m_missing.c_str(),
-               m_fileName, m_reasons.empty() ? "no such function in it" : m_reasons.c_str());
+        debugLine("%s is neither in the process nor in the library %s (%s)", m_missing.c_str(),
+                  m_fileName, m_reasons.empty() ? "no such function in it" : m_reasons.c_str());
         return false;
     }
 

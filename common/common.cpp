@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include <iconv.h>
 
@@ -41,9 +42,12 @@ void CCommon::iconv_ex(const char *fromcode, char *inbuf, int inlen, const char 
     if (inlen < 0 || outlen < 0)
         return;
     iconv_t converter = iconv_open(tocode, fromcode);
-    if (converter ==
-        reinterpret_cast<iconv_t>(-1)) // NOLINT(performance-no-int-to-ptr): POSIX says so
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): POSIX says so
+    if (converter == reinterpret_cast<iconv_t>(-1)) {
+        if (errno == ENOMEM)
+            qBadAlloc(); // throws
         return;
+    }
     auto inLeft = static_cast<std::size_t>(inlen);
     auto outLeft = static_cast<std::size_t>(outlen);
     iconv(converter, &inbuf, &inLeft, &outbuf, &outLeft);

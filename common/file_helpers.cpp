@@ -2,14 +2,17 @@
 
 #include "common/common.h"
 
-#include <algorithm>
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QByteArray>
 #include <QFile>
 #include <QtDebug>
+
+#include "common/debug_log.h"
 
 namespace
 {
@@ -21,26 +24,39 @@ int openForWriting(const QString &path)
                   S_IRUSR | S_IWUSR);
 }
 
+/** Writes `len` bytes as far as that goes; returns how many were written. */
+qint64 writeAll(int descriptor, const unsigned char *data, qint64 len)
+{
+    qint64 done = 0;
+    while (done < len) {
+        const ssize_t written =
+            ::write(descriptor, data + done, static_cast<std::size_t>(len - done));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            break;
+        done += written;
+    }
+    return done;
+}
+
 } // namespace
 
 void CCommon::saveByteDataToFile(unsigned char *data, int len, QString path)
 {
-    const QByteArray bytes(reinterpret_cast<const char *>(data), std::max(len, 0));
     const int descriptor = openForWriting(path);
-    QFile file;
-    // Unbuffered: only then the count tells what has reached the file.
-    if (descriptor < 0 || !file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
-                                     QFileDevice::AutoCloseHandle)) {
+    if (descriptor < 0) {
         qCritical("Failed to open the file for writing.");
         return;
     }
-    const qint64 written = std::max(file.write(bytes), qint64{0});
-    file.close();
+    // Nothing from here to the end may throw, or the file would stay open.
+    const qint64 written = writeAll(descriptor, data, len);
+    ::close(descriptor);
     if (written == len)
-        qDebug() << "Successfully wrote" << written << "bytes to the file.";
+        debugLine("Successfully wrote %lld bytes to the file.", written);
     else
-        qDebug() << "wrote" << written << "bytes to the file, "
-                 << "want to write " << len << "bytes to the file.";
+        debugLine("wrote %lld bytes to the file,  want to write  %d bytes to the file.", written,
+                  len);
 }
 
 bool CCommon::fileExist(QString path)
@@ -52,7 +68,7 @@ bool CCommon::fileRename(QString from, QString to)
 {
     const bool renamed = QFile::rename(from, to);
     if (!renamed)
-        qDebug("rename fail!");
+        debugLine("rename fail!");
     return renamed;
 }
 

@@ -8,10 +8,11 @@
 #include <cstring>
 #include <string>
 
-#include <QtDebug>
+#include <QDebug>
 
 #include "common/common.h"
 #include "common/country_code_list.h"
+#include "common/debug_log.h"
 #include "common/ethnic_groups.h"
 #include "common/sex_codes.h"
 #include "iddata/card_layouts.h"
@@ -66,11 +67,11 @@ void CIdData::DecodeIDBase(unsigned char *byData, int offset, int len, char *out
 bool CIdData::parseIDType(unsigned char *byData, ID_TYPE *pIDType)
 {
     if (pIDType == nullptr) {
-        qDebug("pIDType parameter invalid!");
+        debugLine("pIDType parameter invalid!");
         return false;
     }
     if (byData == nullptr) {
-        qDebug("byData parameter invalid!");
+        debugLine("byData parameter invalid!");
         return false;
     }
     std::array<char, 3> bytes{};
@@ -106,7 +107,9 @@ bool CIdData::parseNationality(QString code, QString &name)
     for (const auto &[numeric, alpha3, chineseName] : STR_LIST) {
         if (alpha3 == wanted) {
             name = QString::fromLocal8Bit(chineseName.c_str());
-            qDebug() << "nationality=" << name;
+            QString line;
+            QDebug(&line) << "nationality=" << name; // with quotation marks and a blank at the end
+            debugLine("%s", line.trimmed().toUtf8().constData());
             return true;
         }
     }

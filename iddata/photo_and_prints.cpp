@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <vector>
 
-#include <QtDebug>
-
 #include "common/card_records.h"
 #include "common/closed_functions.h"
 #include "common/closed_library_door.h"
 #include "common/common.h"
+#include "common/debug_log.h"
 
 namespace
 {
@@ -69,13 +68,13 @@ void CIdData::parseIDHeadImage(unsigned char *byWlt, unsigned char *byBmp)
     std::copy(std::begin(BMP_HEAD), std::end(BMP_HEAD), bmp.begin());
     if (byWlt == nullptr || byBmp == nullptr ||
         closed_library::unpackPhoto(byWlt, pixels.data(), WLT_MODE_PIXELS) != WLT_SUCCESS) {
-        qDebug("解码头像数据失败!");
+        debugLine("解码头像数据失败!");
         return;
     }
     int rowsSize = BMP_SIZE - BMP_HEAD_SIZE;
     if (CCommon::Bgr2Bmp(bmp.data() + BMP_HEAD_SIZE, rowsSize, pixels.data(), PIXELS_SIZE,
                          PHOTO_WIDTH, PHOTO_HEIGHT) != 0) {
-        qDebug("解析头像数据失败!");
+        debugLine("解析头像数据失败!");
         return;
     }
     std::copy_n(bmp.begin(), BMP_SIZE, byBmp);
@@ -86,7 +85,7 @@ void CIdData::saveFpRawDataToFile(FP_INFO_TYPE fpInfo, unsigned char *byFp)
     for (const auto &row : FINGERPRINTS) {
         if (row.info != fpInfo)
             continue;
-        qDebug("%s", row.line);
+        debugLine("%s", row.line);
         if (row.size > 0)
             CCommon::saveByteDataToFile(byFp, row.size, FINGERPRINT_FILE);
     }

@@ -7,8 +7,7 @@
 #include <optional>
 #include <string>
 
-#include <QtDebug>
-
+#include "common/debug_log.h"
 #include "iddata/card_layouts.h"
 #include "iddata/text_values.h"
 
@@ -32,7 +31,7 @@ std::string decodedText(CIdData &decoder, unsigned char *byData, const Field<Rec
 void logLine(const char *beginning, const std::string &text)
 {
     if (beginning != nullptr)
-        qDebug("%s%s", beginning, text.c_str());
+        debugLine("%s%s", beginning, text.c_str());
 }
 
 /** The label of a sex code, logged after `line`; nothing, and a line, when there is none. */
@@ -40,11 +39,11 @@ std::optional<std::string> sexLabelOf(CIdData &decoder, const std::string &code,
 {
     QString label;
     if (!decoder.parseGender(QString::fromLatin1(code.c_str()), label)) {
-        qDebug("gender parse fail!");
+        debugLine("gender parse fail!");
         return std::nullopt;
     }
     if (line != nullptr)
-        qDebug() << line << label;
+        debugLine("%s \"%s\"", line, label.toUtf8().constData());
     return label.toStdString();
 }
 

@@ -4,7 +4,7 @@
 
 #include <libusb.h>
 
-#include <QtDebug>
+#include "common/debug_log.h"
 
 namespace
 {
@@ -14,14 +14,14 @@ constexpr int CARD_INTERFACE = 0;
 /** Opens `device`, which the search has found; null and a code in `lastError` when it cannot be. */
 libusb_device_handle *openFound(libusb_device *device, std::int32_t *lastError)
 {
-    qDebug("found usb device!");
+    debugLine("found usb device!");
     libusb_device_handle *handle = nullptr;
     const int result = libusb_open(device, &handle);
     if (result == LIBUSB_SUCCESS)
         return handle;
     const char *const name = libusb_error_name(result);
-    qDebug() << "failed to open device" << name << " " << result;
-    qDebug("failed to open device: %s(%d)", name, result);
+    debugLine("failed to open device %s   %d", name, result);
+    debugLine("failed to open device: %s(%d)", name, result);
     *lastError = result == LIBUSB_ERROR_ACCESS ? USB_READER_NO_PERMISSION : USB_READER_OPEN_FAILED;
     return nullptr;
 }
@@ -33,7 +33,7 @@ libusb_device *findDevice(libusb_device *const *list, unsigned short vid, unsign
     for (int i = 0; list[i] != nullptr; ++i) {
         libusb_device_descriptor descriptor{};
         if (libusb_get_device_descriptor(list[i], &descriptor) != LIBUSB_SUCCESS) {
-            qDebug("libusb_get_device_descriptor(%d) fail!", i + 1);
+            debugLine("libusb_get_device_descriptor(%d) fail!", i + 1);
             *lastError = USB_READER_NO_DESCRIPTOR;
             return nullptr;
         }
@@ -61,7 +61,7 @@ CLibUsbEx::CLibUsbEx(unsigned short vid, unsigned short pid) : m_productId(pid),
 {
     const int result = libusb_init(&m_context);
     if (result < 0) {
-        qDebug("libusb_init() failed: %s", libusb_error_name(result));
+        debugLine("libusb_init() failed: %s", libusb_error_name(result));
         m_context = nullptr;
         m_lastError = USB_READER_INIT_FAILED;
         return;
@@ -70,7 +70,7 @@ CLibUsbEx::CLibUsbEx(unsigned short vid, unsigned short pid) : m_productId(pid),
     if (open(vid, pid))
         m_lastError = USB_READER_OK;
     else
-        qDebug("open usb failed!");
+        debugLine("open usb failed!");
 }
 
 CLibUsbEx::~CLibUsbEx()
@@ -86,7 +86,7 @@ libusb_device_handle *CLibUsbEx::libusb_open_device_with_vid_pid_ex(libusb_conte
 {
     libusb_device **list = nullptr;
     if (libusb_get_device_list(ctx, &list) < 0) {
-        qDebug("libusb_get_device_list fail!");
+        debugLine("libusb_get_device_list fail!");
         m_lastError = USB_READER_NO_DEVICE_LIST;
         return nullptr;
     }
@@ -103,7 +103,7 @@ bool CLibUsbEx::open(unsigned short vid, unsigned short pid)
     if (m_state == CONTEXT_MADE)
         m_handle = libusb_open_device_with_vid_pid_ex(m_context, vid, pid);
     if (m_handle == nullptr) {
-        qDebug("libusb_open_device_with_vid_pid() failed");
+        debugLine("libusb_open_device_with_vid_pid() failed");
         return false;
     }
     m_state = DEVICE_OPEN;
@@ -118,7 +118,7 @@ bool CLibUsbEx::open(unsigned short vid, unsigned short pid)
         closeAfter("libusb_reset_device", result, USB_READER_RESET_FAILED);
         return false;
     }
-    qDebug("open usb device success!");
+    debugLine("open usb device success!");
     m_state = INTERFACE_CLAIMED;
     return true;
 }
@@ -128,7 +128,7 @@ void CLibUsbEx::closeAfter(const char *failure, int usbResult, USB_READER_CODE c
 {
     libusb_close(m_handle);
     m_handle = nullptr;
-    qDebug("%s failed: %s", failure, libusb_error_name(usbResult));
+    debugLine("%s failed: %s", failure, libusb_error_name(usbResult));
     m_lastError = code;
 }
 

@@ -30,7 +30,7 @@ enum USB_READER_CODE : int {
     USB_READER_DATA_STATUS_WRONG = -18,    ///< read: status or length of a block wrong
     USB_READER_DATA_LENGTH_MISMATCH = -19, ///< read: the length field disagrees with the answer
     USB_READER_DATA_PRINTS_INVALID = -20,  ///< read: fingerprint length not 0, 512 or 1024
-    USB_READER_DATA_READ_FAILED = -21,     ///< read: the answer could not be read
+    USB_READER_DATA_READ_FAILED = -21,     ///< read: the answer could not be read, or not kept
     USB_READER_DATA_WRITE_FAILED = -22,    ///< read: the command was not taken, or not whole
     USB_READER_NO_DATA = -24,              ///< the card was found and gave no data
 };

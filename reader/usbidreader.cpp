@@ -7,8 +7,7 @@
 
 #include <libusb.h>
 
-#include <QtDebug>
-
+#include "common/debug_log.h"
 #include "reader/reader_frames.h"
 
 static_assert(sizeof(CUsbIdReader) == sizeof(CLibUsbEx), "the reader adds no field");
@@ -108,14 +107,14 @@ USB_READER_CODE transferBoth(libusb_device_handle *handle, const Exchange &excha
     const int size = static_cast<int>(command.size());
     const Transfer sent = write(handle, COMMAND_PIPE, command.data(), size);
     if (!sent.moved(size)) {
-        qDebug(NOT_WRITTEN_TEXT, sent.result);
+        debugLine(NOT_WRITTEN_TEXT, sent.result);
         return exchange.writeFailed;
     }
-    qDebug("%s", WRITTEN_TEXT);
+    debugLine("%s", WRITTEN_TEXT);
     const Transfer received = read(handle, ANSWER_PIPE, answer, exchange.answerSize);
     *count = received.count;
     if (received.result != LIBUSB_SUCCESS) {
-        qDebug(exchange.readFailedText, received.result, received.count);
+        debugLine(exchange.readFailedText, received.result, received.count);
         return exchange.readFailed;
     }
     return USB_READER_OK;
@@ -130,16 +129,16 @@ USB_READER_CODE run(libusb_device_handle *handle, const Exchange &exchange)
     if (failure != USB_READER_OK)
         return failure;
     if (count == exchange.answerSize) {
-        qDebug("%s", exchange.answeredText);
+        debugLine("%s", exchange.answeredText);
         if (!std::equal(exchange.answer, exchange.answer + count, answer.begin())) {
-            qDebug("%s", MISMATCH_TEXT);
+            debugLine("%s", MISMATCH_TEXT);
             return exchange.mismatch;
         }
     } else {
         // Deliberately accepted: what follows tells whether there is a card.
-        qDebug(SHORT_ANSWER_TEXT, static_cast<int>(LIBUSB_SUCCESS), count);
+        debugLine(SHORT_ANSWER_TEXT, static_cast<int>(LIBUSB_SUCCESS), count);
     }
-    qDebug("%s", exchange.doneText);
+    debugLine("%s", exchange.doneText);
     return USB_READER_OK;
 }
 
@@ -165,23 +164,23 @@ int bigEndian(const unsigned char *bytes)
 USB_READER_CODE checkData(const unsigned char *answer, int size)
 {
     if (!std::equal(PREAMBLE.begin(), PREAMBLE.end(), answer)) {
-        qDebug("found preamble not matched!!!");
+        debugLine("found preamble not matched!!!");
         return USB_READER_DATA_PREAMBLE_WRONG;
     }
     if (!std::equal(READ_ANSWER_STATUS.begin(), READ_ANSWER_STATUS.end(), answer + STATUS_OFFSET)) {
-        qDebug("found resp data not matched!!!");
+        debugLine("found resp data not matched!!!");
         return USB_READER_DATA_STATUS_WRONG;
     }
     const int length = bigEndian(answer + LENGTH_OFFSET);
     if (length + HEAD_SIZE != size) {
-        qDebug("total data length(%d) not matched!!!", length);
+        debugLine("total data length(%d) not matched!!!", length);
         return USB_READER_DATA_LENGTH_MISMATCH;
     }
     // Deliberately not compared with the size of the answer, which alone decides `fp`.
     const int printLength = bigEndian(answer + PRINT_LENGTH_OFFSET);
-    qDebug("fplen=%d", printLength);
+    debugLine("fplen=%d", printLength);
     if (!isPrintLength(printLength)) {
-        qDebug("fplen invalid!");
+        debugLine("fplen invalid!");
         return USB_READER_DATA_PRINTS_INVALID;
     }
     return USB_READER_OK;
@@ -200,7 +199,7 @@ CUsbIdReader::CUsbIdReader(unsigned short vid, unsigned short pid) : CLibUsbEx(v
     lookup();
     select();
     if (m_lastError == USB_READER_SELECT_READ_FAILED) {
-        qDebug("CARD_SELECT_RESP_FAIL=>READ_NO_DATA");
+        debugLine("CARD_SELECT_RESP_FAIL=>READ_NO_DATA");
         m_lastError = USB_READER_NO_DATA;
     }
 }
@@ -235,20 +234,24 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
     const ReadAnswerSize *const known = findAnswerSize(count);
     if (known == nullptr) {
         const bool hasStatusOnly = count == STATUS_ONLY_ANSWER_SIZE;
-        qDebug(hasStatusOnly ? "total length(%d), no card data for reading!"
-                             : "total length(%d) invalid!",
-               count);
+        debugLine(hasStatusOnly ? "total length(%d), no card data for reading!"
+                                : "total length(%d) invalid!",
+                  count);
         m_lastError = hasStatusOnly ? USB_READER_NO_DATA : USB_READER_DATA_LENGTH_INVALID;
         return false;
     }
-    qDebug("%s", READ.answeredText);
+    debugLine("%s", READ.answeredText);
     m_lastError = checkData(answer.data(), count);
     if (m_lastError != USB_READER_OK)
         return false;
-    out.clear();
-    out.append(reinterpret_cast<const char *>(answer.data()), count);
+    try {
+        out = QByteArray(reinterpret_cast<const char *>(answer.data()), count);
+    } catch (const std::bad_alloc &) {
+        m_lastError = USB_READER_DATA_READ_FAILED;
+        return false;
+    }
     fp = known->prints;
-    qDebug(READ.doneText, out.size());
+    debugLine(READ.doneText, out.size());
     return true;
 }
 
@@ -262,10 +265,10 @@ bool CUsbIdReader::write_pipe2(unsigned char a, unsigned char b)
     head[LENGTH_OFFSET + 1] = b;
     const Transfer transfer = write(m_handle, COMMAND_PIPE, head.data(), HEAD_SIZE);
     if (!transfer.moved(HEAD_SIZE)) {
-        qDebug(NOT_WRITTEN_TEXT, transfer.result);
+        debugLine(NOT_WRITTEN_TEXT, transfer.result);
         return false;
     }
-    qDebug("%s", WRITTEN_TEXT);
+    debugLine("%s", WRITTEN_TEXT);
     return true;
 }
 
@@ -290,10 +293,10 @@ bool CUsbIdReader::write_pipe6(unsigned short size, unsigned char first, unsigne
         transfer = write(m_handle, BLOCK_OUT_PIPE, block.get(), size);
     }
     if (!transfer.moved(size)) {
-        qDebug("write pipe6 error(%d)!", transfer.result);
+        debugLine("write pipe6 error(%d)!", transfer.result);
         return false;
     }
-    qDebug("write pipe6 success!");
+    debugLine("write pipe6 success!");
     return true;
 }
 
@@ -304,13 +307,13 @@ bool CUsbIdReader::read_pipe81(unsigned short &length)
     std::array<unsigned char, HEAD_SIZE> head{};
     const Transfer transfer = read(m_handle, ANSWER_PIPE, head.data(), HEAD_SIZE);
     if (!transfer.moved(HEAD_SIZE)) {
-        qDebug("write pipe81 error(%d)!", transfer.result);
+        debugLine("write pipe81 error(%d)!", transfer.result);
         return false;
     }
-    qDebug("write pipe81 success!"); // "write", though it was read: hosts know the line
+    debugLine("write pipe81 success!"); // "write", though it was read: hosts know the line
     int position = 0;
     for (const unsigned char byte : head)
-        qDebug("pipe81_data[%d]=0x%02X", position++, static_cast<unsigned int>(byte));
+        debugLine("pipe81_data[%d]=0x%02X", position++, static_cast<unsigned int>(byte));
     length = static_cast<unsigned short>(bigEndian(head.data() + LENGTH_OFFSET));
     return true;
 }
@@ -323,11 +326,11 @@ bool CUsbIdReader::read_pipe85(unsigned short size)
     const Transfer transfer =
         block ? read(m_handle, BLOCK_IN_PIPE, block.get(), size) : Transfer{LIBUSB_ERROR_NO_MEM, 0};
     if (!transfer.moved(size)) {
-        qDebug("write pipe85 error(%d)!", transfer.result);
+        debugLine("write pipe85 error(%d)!", transfer.result);
         return false;
     }
-    qDebug("write pipe85 success!");
+    debugLine("write pipe85 success!");
     for (unsigned int i = 0; i < size; ++i)
-        qDebug("pipe85_data[%u]=0x%02X", i, static_cast<unsigned int>(block[i]));
+        debugLine("pipe85_data[%u]=0x%02X", i, static_cast<unsigned int>(block[i]));
     return true;
 }

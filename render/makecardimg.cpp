@@ -3,8 +3,8 @@
 #include "render/makecardimg.h"
 
 #include <QImage>
-#include <QtDebug>
 
+#include "common/debug_log.h"
 #include "render/tools.h"
 
 MakeCardImg::MakeCardImg() = default;
@@ -13,7 +13,7 @@ QSizeF MakeCardImg::getCardRealPixelSize()
 {
     const double pixelsPerMm = Tools::getmm2Pixel();
     const QSizeF size(pixelsPerMm * CARD_WIDTH_MM, pixelsPerMm * CARD_HEIGHT_MM);
-    qDebug() << "Card pixWidthScreen=" << size.width() << "Card pixHeightScreen=" << size.height();
+    debugLine("Card pixWidthScreen= %g Card pixHeightScreen= %g", size.width(), size.height());
     return size;
 }
 

@@ -92,10 +92,10 @@ namespace
 
 /** Which of the record's fields were written, in the order in which a read writes them. */
 template <typename Record>
-void expectBeginning(Record &record, const std::vector<std::string Record::*> &order)
+void expectBeginning(const Record &record)
 {
     bool ended = false;
-    for (const auto field : order) {
+    for (const auto field : writeOrder(record)) {
         const bool written = (record.*field).rfind("before ", 0) != 0;
         EXPECT_FALSE(written && ended) << "a field was written after one that was not";
         ended = ended || !written;
@@ -103,8 +103,7 @@ void expectBeginning(Record &record, const std::vector<std::string Record::*> &o
 }
 
 template <typename Record>
-void readUntilMemorySuffices(int kind, Record Reading::*record,
-                             const std::vector<std::string Record::*> &order)
+void readUntilMemorySuffices(int kind, Record Reading::*record)
 {
     makersKind = kind;
     int failures = 0;
@@ -117,7 +116,7 @@ void readUntilMemorySuffices(int kind, Record Reading::*record,
         allocationsLeft = -1;
 
         EXPECT_FALSE(portOpen) << "the port stayed open at allocation " << n;
-        expectBeginning(reading.*record, order);
+        expectBeginning(reading.*record);
         if (result == 0) {
             EXPECT_NE(reading.front, "front before");
             EXPECT_GT(failures, 3) << "memory never ran out";
@@ -136,37 +135,20 @@ void readUntilMemorySuffices(int kind, Record Reading::*record,
 
 TEST(MemoryExhaustion, ResidentCard_LeavesABeginningOfTheRecordAndAClosedPort)
 {
-    using R = _tagIDCARD_INFO_ALL_CN;
-    readUntilMemorySuffices<R>(1, &Reading::cn,
-                               {&R::szName, &R::szSex, &R::szNation, &R::szID, &R::szAddress,
-                                &R::szValidStart, &R::szValidEnd, &R::szDept, &R::szBirthYear,
-                                &R::szBirthMonth, &R::szBirthDay});
+    readUntilMemorySuffices(1, &Reading::cn);
 }
 
 TEST(MemoryExhaustion, HmtPermit_LeavesABeginningOfTheRecordAndAClosedPort)
 {
-    using R = _tagIDCARD_INFO_ALL_HMT;
-    readUntilMemorySuffices<R>(2, &Reading::hmt,
-                               {&R::szName, &R::szSex, &R::szID, &R::szAddress, &R::szValidStart,
-                                &R::szValidEnd, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay,
-                                &R::szPassNumber, &R::szDept});
+    readUntilMemorySuffices(2, &Reading::hmt);
 }
 
 TEST(MemoryExhaustion, Foreign2017Card_LeavesABeginningOfTheRecordAndAClosedPort)
 {
-    using R = _tagIDCARD_INFO_ALL_FOREIGN_2017;
-    readUntilMemorySuffices<R>(3, &Reading::f2017,
-                               {&R::szEnglishName, &R::szSex, &R::szID, &R::szNationality,
-                                &R::szChineseName, &R::szValidStart, &R::szValidEnd,
-                                &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay});
+    readUntilMemorySuffices(3, &Reading::f2017);
 }
 
 TEST(MemoryExhaustion, ForeignNewCard_LeavesABeginningOfTheRecordAndAClosedPort)
 {
-    using R = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
-    readUntilMemorySuffices<R>(4, &Reading::fNew,
-                               {&R::szChineseName, &R::szSex, &R::szID, &R::szNationality,
-                                &R::szEnglishName, &R::szValidStart, &R::szValidEnd,
-                                &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay,
-                                &R::szCardExtra});
+    readUntilMemorySuffices(4, &Reading::fNew);
 }

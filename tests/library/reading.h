@@ -52,6 +52,41 @@ inline auto stringFields(_tagIDCARD_INFO_ALL_FOREIGN_NEW &r)
         &r.szEnglishName, &r.szID,  &r.szValidStart, &r.szValidEnd,  &r.szNationality};
 }
 
+/** The text fields of a record in the order in which a read writes them. */
+template <typename Record>
+using WriteOrder = std::vector<std::string Record::*>;
+
+inline WriteOrder<_tagIDCARD_INFO_ALL_CN> writeOrder(const _tagIDCARD_INFO_ALL_CN &)
+{
+    using R = _tagIDCARD_INFO_ALL_CN;
+    return {&R::szName,      &R::szSex,        &R::szNation,   &R::szID,
+            &R::szAddress,   &R::szValidStart, &R::szValidEnd, &R::szDept,
+            &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay};
+}
+inline WriteOrder<_tagIDCARD_INFO_ALL_HMT> writeOrder(const _tagIDCARD_INFO_ALL_HMT &)
+{
+    using R = _tagIDCARD_INFO_ALL_HMT;
+    return {&R::szName,       &R::szSex,        &R::szID,        &R::szAddress,
+            &R::szValidStart, &R::szValidEnd,   &R::szBirthYear, &R::szBirthMonth,
+            &R::szBirthDay,   &R::szPassNumber, &R::szDept};
+}
+inline WriteOrder<_tagIDCARD_INFO_ALL_FOREIGN_2017>
+writeOrder(const _tagIDCARD_INFO_ALL_FOREIGN_2017 &)
+{
+    using R = _tagIDCARD_INFO_ALL_FOREIGN_2017;
+    return {&R::szEnglishName, &R::szSex,        &R::szID,       &R::szNationality,
+            &R::szChineseName, &R::szValidStart, &R::szValidEnd, &R::szBirthYear,
+            &R::szBirthMonth,  &R::szBirthDay};
+}
+inline WriteOrder<_tagIDCARD_INFO_ALL_FOREIGN_NEW>
+writeOrder(const _tagIDCARD_INFO_ALL_FOREIGN_NEW &)
+{
+    using R = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
+    return {&R::szChineseName, &R::szSex,        &R::szID,       &R::szNationality,
+            &R::szEnglishName, &R::szValidStart, &R::szValidEnd, &R::szBirthYear,
+            &R::szBirthMonth,  &R::szBirthDay,   &R::szCardExtra};
+}
+
 /** A value in every field, so that a field written by mistake shows. */
 template <typename Record>
 void mark(Record &record)

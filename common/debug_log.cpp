@@ -1,0 +1,17 @@
+#include "common/debug_log.h"
+
+#include <cstdarg>
+
+#include <QString>
+#include <QtDebug>
+
+void debugLine(const char *format, ...) noexcept
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    try {
+        qDebug("%s", QString::vasprintf(format, arguments).toUtf8().constData());
+    } catch (...) { // out of memory, or the host's message handler threw
+    }
+    va_end(arguments);
+}

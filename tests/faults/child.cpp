@@ -1,0 +1,100 @@
+#include "tests/faults/child.h"
+
+#include <array>
+#include <csignal>
+
+#include <execinfo.h>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/faults/failing_memory.h"
+
+namespace
+{
+
+#ifdef IDCARD_TEST_SAMPLE // under an emulator
+constexpr unsigned int LIMIT_S = 20;
+#else
+constexpr unsigned int LIMIT_S = 2;
+#endif
+constexpr int MOST_FRAMES = 64;
+constexpr int PLACES = 4;
+
+int reportTo = -1;
+
+void tell(const char *bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(reportTo, bytes, size);
+        if (written <= 0)
+            return;
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+/** Tells where the child crashes. Not what a handler may do, but the child is lost anyhow. */
+void tellCrash(int number)
+{
+    std::signal(number, SIG_DFL);
+    faults::stopMemory();
+    std::array<void *, MOST_FRAMES> frames{};
+    const int count = ::backtrace(frames.data(), MOST_FRAMES);
+    const std::string place = std::string("\n!") + (number == SIGALRM ? "hangs: " : "") +
+                              faults::innermostPlaces(frames.data(), count, PLACES);
+    tell(place.data(), place.size());
+    ::raise(number);
+}
+
+[[noreturn]] void workAndEnd(const std::function<QByteArray()> &work)
+{
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    ::dup2(nowhere, STDERR_FILENO);
+    for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGALRM})
+        std::signal(number, tellCrash);
+    ::alarm(LIMIT_S);
+    const QByteArray report = work();
+    tell(report.constData(), static_cast<std::size_t>(report.size()));
+    ::_exit(0);
+}
+
+QByteArray readToEnd(int descriptor)
+{
+    QByteArray text;
+    std::array<char, 4096> bytes{};
+    ssize_t size = 0;
+    while ((size = ::read(descriptor, bytes.data(), bytes.size())) > 0)
+        text.append(bytes.data(), static_cast<int>(size));
+    return text;
+}
+
+} // namespace
+
+faults::ChildOutcome faults::runInChild(const std::function<QByteArray()> &work)
+{
+    std::array<int, 2> ends{};
+    ChildOutcome outcome;
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return outcome;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(ends[0]);
+        reportTo = ends[1];
+        workAndEnd(work);
+    }
+    ::close(ends[1]);
+    outcome.report = readToEnd(ends[0]);
+    ::close(ends[0]);
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child)
+        return outcome;
+    outcome.ended = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    const int mark = outcome.report.indexOf("\n!");
+    if (mark >= 0) {
+        outcome.place = outcome.report.mid(mark + 2);
+        outcome.report.truncate(mark);
+    }
+    return outcome;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+// Something that may crash, done in a forked child of the test, which reports what became of it.
+
+#include <functional>
+
+#include <QByteArray>
+
+namespace faults
+{
+
+struct ChildOutcome {
+    bool ended = false; ///< by itself, not by a signal
+    QByteArray report;  ///< what it has told
+    QByteArray place;   ///< of a crash: the innermost functions that say something
+    int signal = 0;
+};
+
+/**
+ * Runs `work` in a child, whose standard error goes nowhere, and waits for it; what it returns is
+ * the report. A child that does nothing for two seconds (a read takes two milliseconds), or twenty
+ * under an emulator, is killed.
+ */
+ChildOutcome runInChild(const std::function<QByteArray()> &work);
+
+} // namespace faults

@@ -1,0 +1,78 @@
+// readIDCard of one card of each kind with every allocation failing in turn: no exception, no open
+// port, nothing half written, nothing lost; and what Qt makes of it while it paints. With
+// IDCARD_TEST_EVERY_ALLOCATION set, really every one, and a table on standard output.
+
+#include "tests/faults/read_sweep.h"
+
+#include <iostream>
+
+namespace
+{
+
+using namespace faults;
+
+// Steps up to the pictures and through the painting; primes, so that no loop in it hides.
+#ifdef IDCARD_TEST_SAMPLE
+constexpr Strides STRIDES{11, 211};
+#else
+constexpr Strides STRIDES{1, 97};
+#endif
+constexpr Strides EVERY_ONE{1, 1};
+
+bool everyAllocation()
+{
+    return qEnvironmentVariableIsSet("IDCARD_TEST_EVERY_ALLOCATION");
+}
+
+int sum(const std::map<QString, int> &counts)
+{
+    int total = 0;
+    for (const auto &[place, count] : counts)
+        total += count;
+    return total;
+}
+
+void print(const Card &card, Extent extent, const ReadFigures &figures)
+{
+    std::cout << "| " << card.name << " | " << (extent == Extent::ONE ? "one" : "all that follow")
+              << " | " << figures.allocations << " | " << figures.beforePictures << " | "
+              << figures.reads << " | " << figures.refused << " | " << figures.whole << " | "
+              << figures.plainer << " | " << sum(figures.crashes) << " | " << figures.losing
+              << " |\n";
+    for (const auto &[place, count] : figures.crashes)
+        std::cout << "    crash " << count << ": " << place.toStdString() << '\n';
+    for (const auto &[place, count] : figures.losses)
+        std::cout << "    lost " << count << ": " << place.toStdString() << '\n';
+}
+
+class ReadMemory : public testing::TestWithParam<std::tuple<int, Extent>>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    EachKind, ReadMemory,
+    testing::Combine(testing::Range(0, 4), testing::Values(Extent::ONE, Extent::AND_ALL_AFTER)),
+    [](const auto &instance) {
+        std::string name = cardsOfEachKind()[std::get<0>(instance.param)].name;
+        for (char &c : name)
+            c = c == '-' ? '_' : c;
+        return name + (std::get<1>(instance.param) == Extent::ONE ? "_one" : "_all_after");
+    });
+
+} // namespace
+
+TEST_P(ReadMemory, RunsOut_NothingIsHalfWrittenAndOursNeitherCrashesNorLosesAnything)
+{
+    const auto &[kind, extent] = GetParam();
+    const Card &card = cardsOfEachKind()[kind];
+    const ReadFigures figures = sweepRead(card, extent, everyAllocation() ? EVERY_ONE : STRIDES);
+    EXPECT_GT(figures.beforePictures, 20);
+    EXPECT_GT(figures.refused, 2);
+    for (const QString &complaint : figures.complaints)
+        ADD_FAILURE() << complaint.toStdString();
+    for (const auto *const counts : {&figures.crashes, &figures.losses})
+        for (const auto &[place, count] : *counts)
+            EXPECT_FALSE(place.startsWith(QLatin1String("libidcard_reader")))
+                << place.toStdString() << ", a " << (counts == &figures.losses ? "loss" : "crash");
+    print(card, extent, figures);
+}

@@ -1,0 +1,275 @@
+#include "tests/faults/read_sweep.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QThreadPool>
+
+#include "tests/faults/child.h"
+#include "tests/faults/closed_functions.h"
+
+namespace
+{
+
+using namespace faults;
+
+/** The outputs with a mark in every one of them. */
+std::unique_ptr<Reading> markedReading()
+{
+    auto reading = std::make_unique<Reading>();
+    mark(*reading);
+    return reading;
+}
+
+bool isMark(const std::string &text)
+{
+    return text.rfind("before ", 0) == 0;
+}
+
+/** What is wrong with a record whose fields are to be a beginning of the order, the rest marks. */
+template <typename Record>
+QStringList complaintsAbout(const Record &record, const Record &whole)
+{
+    QStringList complaints;
+    bool ended = false;
+    for (const auto field : writeOrder(record)) {
+        const bool isWritten = !isMark(record.*field);
+        if (isWritten && record.*field != whole.*field)
+            complaints << QStringLiteral("a field holds something else: ") +
+                              QString::fromStdString(record.*field);
+        if (isWritten && ended)
+            complaints << QStringLiteral("a field was written after one that was not");
+        ended = ended || !isWritten;
+    }
+    const bool hasNoPhoto = std::all_of(std::begin(record.byPhoto), std::end(record.byPhoto),
+                                        [](unsigned char byte) { return byte == 0xa5; });
+    const bool hasPhoto = std::memcmp(record.byPhoto, whole.byPhoto, sizeof(whole.byPhoto)) == 0;
+    if (!hasPhoto && !hasNoPhoto)
+        complaints << QStringLiteral("the photo is half written");
+    if (hasPhoto && ended)
+        complaints << QStringLiteral("the photo was written before the fields");
+    return complaints;
+}
+
+/** The row of the kind whose record is `record` of a reading. */
+template <auto record>
+Card cardOf(const char *name)
+{
+    return {name,
+            [](const Reading &reading, const Reading &whole) {
+                return complaintsAbout(reading.*record, whole.*record);
+            },
+            [](const Reading &reading, const Reading &whole) {
+                return std::memcmp((reading.*record).byPhoto, (whole.*record).byPhoto,
+                                   sizeof((whole.*record).byPhoto)) == 0;
+            }};
+}
+
+/** What of one read with memory failing must not be. */
+QStringList complaintsAboutRead(const Card &card, int result, const Reading &reading,
+                                const Reading &whole)
+{
+    QStringList complaints = card.complaints(reading, whole);
+    if (result != IDCARD_RESULT_OK && result != IDCARD_RESULT_READ_FAILED)
+        complaints << QStringLiteral("the result is %1").arg(result);
+    if (portIsOpen())
+        complaints << QStringLiteral("the port is open");
+    if (reading.cardKind != whole.cardKind && reading.cardKind != NO_KIND)
+        complaints << QStringLiteral("the kind is %1").arg(reading.cardKind);
+    if (result != IDCARD_RESULT_OK &&
+        reading.back != "back before") // the last thing that a read writes
+        complaints << QStringLiteral("the back is there in spite of a failure");
+    return complaints;
+}
+
+QByteArray toText(const ReadOutcome &outcome)
+{
+    const QJsonObject object = {
+        {"result", outcome.result},
+        {"hasPhoto", outcome.hasPhoto},
+        {"picturesAreWhole", outcome.picturesAreWhole},
+        {"hasFailed", outcome.hasFailed},
+        {"lostBlocks", outcome.lostBlocks},
+        {"lostBlockPlaces", QJsonArray::fromStringList(outcome.lostBlockPlaces)},
+        {"complaints", QJsonArray::fromStringList(outcome.complaints)}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QStringList strings(const QJsonValue &value)
+{
+    QStringList list;
+    for (const QJsonValue item : value.toArray())
+        list << item.toString();
+    return list;
+}
+
+ReadOutcome fromText(const QByteArray &text)
+{
+    const QJsonObject object = QJsonDocument::fromJson(text).object();
+    ReadOutcome outcome;
+    outcome.result = object["result"].toInt(1);
+    outcome.hasPhoto = object["hasPhoto"].toBool();
+    outcome.picturesAreWhole = object["picturesAreWhole"].toBool();
+    outcome.hasFailed = object["hasFailed"].toBool();
+    outcome.lostBlocks = object["lostBlocks"].toInt();
+    outcome.lostBlockPlaces = strings(object["lostBlockPlaces"]);
+    outcome.complaints = strings(object["complaints"]);
+    return outcome;
+}
+
+/** Of `places`, those that are not in `before`. */
+QStringList additions(const std::vector<std::string> &before, std::vector<std::string> places)
+{
+    for (const std::string &place : before) {
+        const auto known = std::find(places.begin(), places.end(), place);
+        if (known != places.end())
+            places.erase(known);
+    }
+    QStringList added;
+    for (const std::string &place : places)
+        added << QString::fromStdString(place);
+    return added;
+}
+
+/**
+ * The reads of the child. What is kept after the first may be a cache or replace something older,
+ * what the second adds to it is lost.
+ */
+ReadOutcome readTwice(const Card &card, const Reading &whole, long position, Extent extent,
+                      bool withPlaces)
+{
+    ReadOutcome outcome;
+    startAccount(withPlaces);
+    std::vector<std::string> kept;
+    int keptBlocks = 0;
+    for (const bool isFirst : {true, false}) {
+        auto reading = markedReading();
+        startMemory(position, extent);
+        const int result = reading->read();
+        stopMemory();
+        outcome.complaints << complaintsAboutRead(card, result, *reading, whole);
+        if (!isFirst)
+            break;
+        outcome.result = result;
+        outcome.hasFailed = failedAllocations() > 0;
+        outcome.hasPhoto = card.hasPhoto(*reading, whole);
+        outcome.picturesAreWhole = reading->front == whole.front && reading->back == whole.back;
+        reading.reset();
+        keptBlocks = liveBlocks();
+        kept = placesOfLiveBlocks();
+    }
+    outcome.lostBlocks = liveBlocks() - keptBlocks;
+    if (withPlaces)
+        outcome.lostBlockPlaces = additions(kept, placesOfLiveBlocks());
+    const auto after = markedReading();
+    if (after->read() != IDCARD_RESULT_OK || after->front != whole.front ||
+        after->back != whole.back)
+        outcome.complaints << QStringLiteral("the next read fails or gives another picture");
+    outcome.complaints << card.complaints(*after, whole);
+    return outcome;
+}
+
+/** The first two reads of a process set caches up, of Qt and of the font libraries. */
+Reading wholeReading(const Card &card)
+{
+    qputenv("IDCARD_SIMULATOR_CARD", card.name);
+    QThreadPool::globalInstance()->setExpiryTimeout(0); // no thread is there when a child is made
+    for (int i = 0; i < 2; ++i)
+        markedReading()->read();
+    const auto whole = markedReading();
+    whole->read();
+    QThreadPool::globalInstance()->waitForDone();
+    return *whole;
+}
+
+} // namespace
+
+const std::vector<Card> &faults::cardsOfEachKind()
+{
+    static const std::vector<Card> cards = {
+        cardOf<&Reading::cn>("resident"),
+        cardOf<&Reading::hmt>("hmt-hong-kong"),
+        cardOf<&Reading::f2017>("foreign-2017"),
+        cardOf<&Reading::fNew>("foreign-new"),
+    };
+    return cards;
+}
+
+ReadOutcome faults::readWithFailure(const Card &card, const Reading &whole, long position,
+                                    Extent extent)
+{
+    const auto runRead = [&](bool withPlaces) {
+        const ChildOutcome child = runInChild(
+            [&] { return toText(readTwice(card, whole, position, extent, withPlaces)); });
+        ReadOutcome outcome = fromText(child.report);
+        if (!child.ended) {
+            outcome.hasFailed = true;
+            outcome.crash = child.place.isEmpty() ? QStringLiteral("signal %1").arg(child.signal)
+                                                  : QString::fromUtf8(child.place);
+        }
+        return outcome;
+    };
+    const ReadOutcome outcome = runRead(false);
+    return outcome.lostBlocks > 0 ? runRead(true) : outcome;
+}
+
+namespace
+{
+
+void add(ReadFigures &figures, const ReadOutcome &outcome)
+{
+    ++figures.reads;
+    if (!outcome.crash.isEmpty())
+        ++figures.crashes[outcome.crash];
+    else if (outcome.result != IDCARD_RESULT_OK)
+        ++figures.refused;
+    else if (outcome.picturesAreWhole)
+        ++figures.whole;
+    else
+        ++figures.plainer;
+    figures.losing += outcome.lostBlockPlaces.isEmpty() ? 0 : 1;
+    for (const QString &place : outcome.lostBlockPlaces)
+        ++figures.losses[place];
+}
+
+/** The first position at which a read whose memory runs out for good has copied the photo. */
+long firstOfPictures(const Card &card, const Reading &whole, long allocations)
+{
+    long before = 0;
+    long after = allocations;
+    while (after - before > 1) {
+        const long position = (before + after) / 2;
+        const ReadOutcome outcome = readWithFailure(card, whole, position, Extent::AND_ALL_AFTER);
+        (outcome.hasPhoto || !outcome.crash.isEmpty() ? after : before) = position;
+    }
+    return after;
+}
+
+} // namespace
+
+ReadFigures faults::sweepRead(const Card &card, Extent extent, const Strides &strides)
+{
+    ReadFigures figures;
+    const Reading whole = wholeReading(card);
+    auto reading = markedReading();
+    startMemory(0);
+    reading->read();
+    figures.allocations = stopMemory();
+    figures.beforePictures = firstOfPictures(card, whole, figures.allocations) - 1;
+    for (long position = 1; position <= figures.allocations;
+         position +=
+         position > figures.beforePictures ? strides.painting : strides.beforePictures) {
+        const ReadOutcome outcome = readWithFailure(card, whole, position, extent);
+        add(figures, outcome);
+        for (const QString &complaint : outcome.complaints)
+            figures.complaints << QStringLiteral("%1, allocation %2: %3")
+                                      .arg(QLatin1String(card.name))
+                                      .arg(position)
+                                      .arg(complaint);
+    }
+    return figures;
+}
