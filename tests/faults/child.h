@@ -18,8 +18,8 @@ struct ChildOutcome {
 
 /**
  * Runs `work` in a child, whose standard error goes nowhere, and waits for it; what it returns is
- * the report. A child that does nothing for two seconds (a read takes two milliseconds), or twenty
- * under an emulator, is killed.
+ * the report. One that does nothing for two seconds (a read takes two milliseconds), or twenty
+ * under an emulator, counts as hanging and is ended.
  */
 ChildOutcome runInChild(const std::function<QByteArray()> &work);
 

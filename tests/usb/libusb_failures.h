@@ -14,9 +14,20 @@ struct LibusbFailures {
     int autoDetach = 0;         ///< result of libusb_set_auto_detach_kernel_driver
 };
 
+/** One call that fails; the others are real. */
+struct CallFailure {
+    const char *function; ///< of libusb; null: none fails
+    int position;         ///< among the calls of this function, counted from 1
+    int code;             ///< what it returns
+};
+
+/** Sets the call that fails, begins counting, and begins a new account. */
+void setCallFailure(const CallFailure &toSet);
+
 /** Calls since the failures were set. */
 struct LibusbCalls {
     int init = 0;
+    int initialised = 0; ///< with success
     int exit = 0;
     int lists = 0;
     int listsFreed = 0;
@@ -24,6 +35,7 @@ struct LibusbCalls {
     int descriptors = 0;
     int opened = 0; ///< with success
     int closed = 0;
+    int claimed = 0; ///< with success
     int released = 0;
 };
 
