@@ -3,6 +3,7 @@
 #include "common/closed_functions.h"
 #include "common/debug_log.h"
 
+#include <stdexcept>
 #include <string>
 
 #include <dlfcn.h>
@@ -115,6 +116,9 @@ private:
     std::string m_reasons;
 };
 
+/** What closes the port that is open: closing it must not depend on memory, as looking up does. */
+int (*closerOfOpenPort)(int port) = nullptr;
+
 /** Calls `bound`, or the function `name` of the library `fileName`. */
 template <typename... Arguments>
 int callFunction(const char *fileName, const char *name, int (*bound)(Arguments...),
@@ -133,7 +137,7 @@ int openPort(int port)
     const auto function = lookup.find("KVO_OpenPort", &::KVO_OpenPort);
     lookup.find("KVO_FindIDCard", &::KVO_FindIDCard);
     lookup.find("KVO_ReadIDCard", &::KVO_ReadIDCard);
-    lookup.find("KVO_ClosePort", &::KVO_ClosePort);
+    closerOfOpenPort = lookup.find("KVO_ClosePort", &::KVO_ClosePort);
     return lookup.complete() ? function(port) : NOT_FOUND;
 }
 
@@ -145,13 +149,16 @@ int findIDCard(int port)
 int readIDCard(int port, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
                unsigned char *fp, unsigned int *fpLen, int flag)
 {
-    return callFunction(READER_LIBRARY, "KVO_ReadIDCard", &::KVO_ReadIDCard, port, info, photo,
-                        photoLen, fp, fpLen, flag);
+    Lookup lookup(READER_LIBRARY);
+    const auto function = lookup.find("KVO_ReadIDCard", &::KVO_ReadIDCard);
+    if (!lookup.complete()) // none of the codes with which a read ends stands for this
+        throw std::runtime_error("KVO_ReadIDCard is missing");
+    return function(port, info, photo, photoLen, fp, fpLen, flag);
 }
 
 int closePort(int port)
 {
-    return callFunction(READER_LIBRARY, "KVO_ClosePort", &::KVO_ClosePort, port);
+    return closerOfOpenPort != nullptr ? closerOfOpenPort(port) : NOT_FOUND;
 }
 
 int unpackPhoto(unsigned char *src, unsigned char *dst, int mode) noexcept

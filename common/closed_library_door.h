@@ -3,7 +3,8 @@
 // The one door to the two closed libraries: calls their five functions wherever they are. Nothing
 // else in the library knows where they come from.
 //
-// A function is looked for at every call, in this order:
+// A function is looked for at every call, closing the port at the call that opens it, in this
+// order:
 // 1. already in the process: in the executable that links this library, in another library or in a
 //    preloaded one;
 // 2. in the maker's shared object (file names are set when this library is configured), beside this
@@ -31,11 +32,11 @@ int openPort(int port);
 /** `KVO_FindIDCard`. */
 int findIDCard(int port);
 
-/** `KVO_ReadIDCard`. */
+/** `KVO_ReadIDCard`. Throws when it cannot be found. */
 int readIDCard(int port, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
                unsigned char *fp, unsigned int *fpLen, int flag);
 
-/** `KVO_ClosePort`. */
+/** `KVO_ClosePort` as `openPort` has found it; needs no memory. */
 int closePort(int port);
 
 /**

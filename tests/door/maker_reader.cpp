@@ -5,8 +5,14 @@
 
 #include <cstring>
 
+/** For a test that asks whether the port was closed. */
+extern "C" {
+IDCARD_READER_EXPORT bool makersPortIsOpen = false;
+}
+
 int KVO_OpenPort(int port)
 {
+    makersPortIsOpen = true;
     return port == KVO_PORT ? KVO_SUCCESS : 0;
 }
 
@@ -30,6 +36,7 @@ int KVO_ReadIDCard(int, CardInfoStruct *info, unsigned char *photo, unsigned int
 #ifndef WITHOUT_CLOSE_PORT
 int KVO_ClosePort(int)
 {
+    makersPortIsOpen = false;
     return KVO_SUCCESS;
 }
 #endif
