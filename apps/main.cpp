@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 
 #include "apps/commands.h"
+#include "apps/core_dumps.h"
 #include "apps/display.h"
 #include "apps/locale.h"
 #include "apps/option_table.h"
@@ -87,6 +88,7 @@ ExitStatus serve(const QStringList &arguments, Output *output)
 
 int main(int argc, char **argv)
 {
+    forbidCoreDumps();
     Output output;
     installMessageHandler();
     useUtf8InPlainLocale();

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QSocketNotifier>
 
+#include "apps/core_dumps.h"
 #include "apps/interruption.h"
 #include "apps/locale.h"
 #include "apps/standard_streams.h"
@@ -72,6 +73,7 @@ ExitStatus serve(const QStringList &arguments, app::Output *output)
 
 int main(int argc, char **argv)
 {
+    app::forbidCoreDumps();
     app::setProgramName(programName.data());
     app::Output output;
     app::installMessageHandler();

@@ -1,0 +1,381 @@
+// Where what a card says comes out: everywhere it is asked for, and nowhere else.
+// docs/personal-data.md tells the same to people.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+
+#include "simulator/raw_record.h"
+#include "simulator/virtual_reader.h"
+#include "tests/canary/scenario.h"
+#include "tests/support/running_process.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/emulated_bus.h"
+
+namespace
+{
+
+using namespace canary;
+using testing::IsEmpty;
+
+/** What the maker's library does not deliver, though the chip holds it. */
+const MarkNames CHIP_ONLY = {"issueCount", "nationalityCode", "cardVersion", "authorityCode"};
+/** What the decoders of a raw record leave aside. */
+const MarkNames NOT_DECODED = {"cardVersion", "authorityCode", "cardExtra"};
+/** What a raw record has codes for, and what cannot be told from the digits that stand beside it.
+ */
+const MarkNames NOT_IN_RECORD = {"sex",        "ethnicGroup",     "nationality",
+                                 "issueCount", "nationalityCode", "authorityCode"};
+const MarkNames MEDIA = {"photo", "prints", "picture"};
+/** The simulator writes the number of its card into the prints. */
+const MarkNames PRINTS_FILE = {"prints", "idNumber", "birthDate"};
+
+class Canary : public testing::TestWithParam<Card>
+{
+protected:
+    bool isOfKind(const char *kind) const
+    {
+        return QLatin1String(GetParam().kind) == QLatin1String(kind);
+    }
+    bool hasPrints() const { return isOfKind("resident"); }
+
+    /** The texts of the card, without those that a road does not deliver. */
+    MarkNames textsBut(const MarkNames &missing) const
+    {
+        MarkNames names;
+        for (const Mark &mark : m_marks)
+            if (missing.count(mark.name) == 0 && MEDIA.count(mark.name) == 0)
+                names.insert(mark.name);
+        return names;
+    }
+    MarkNames readTexts() const { return textsBut(CHIP_ONLY); }
+    MarkNames decodedTexts() const { return textsBut(NOT_DECODED); }
+
+    /** The files of a saved card. */
+    Findings savedCard(const MarkNames &texts, bool hasPictures) const
+    {
+        Findings files{{"work/card/card.json", texts}, {"work/card/photo.bmp", {"photo"}}};
+        if (hasPrints())
+            files["work/card/fingerprints.dat"] = PRINTS_FILE;
+        if (hasPictures) {
+            files["work/card/front.jpg"] = {"picture"};
+            files["work/card/back.jpg"] = {"picture"};
+        }
+        return files;
+    }
+
+    const Surroundings &surroundings() const { return m_surroundings; }
+    QString cardFile() const { return m_surroundings.input("card.json", GetParam().description); }
+    QByteArray rawRecord() const { return simulator::readAnswer(describedCard(GetParam()), {}); }
+    QString recordFile() const { return m_surroundings.input("record", rawRecord()); }
+
+    Findings findings(const ProcessResult &result) const
+    {
+        return m_surroundings.findings(result, m_marks);
+    }
+
+    /** What a run leaves that has to end with this status. */
+    Findings run(const QString &program, const QStringList &arguments, int exitStatus,
+                 const QMap<QString, QString> &environment = {}) const
+    {
+        const ProcessResult result =
+            runProcess(program, arguments, m_surroundings.processInput(environment));
+        EXPECT_TRUE(result.finished);
+        EXPECT_EQ(result.exitStatus, exitStatus) << result.standardError.toStdString();
+        return findings(result);
+    }
+    Findings tool(const QStringList &arguments, int exitStatus,
+                  const QMap<QString, QString> &environment = {}) const
+    {
+        return run("idcard-reader", arguments, exitStatus, environment);
+    }
+    /** `code`: what the library returned, without its sign. */
+    Findings host(const QStringList &arguments, const QMap<QString, QString> &environment,
+                  int code = 0) const
+    {
+        return run("canary_host", arguments, code, environment);
+    }
+
+    /** The environment of a host that finds the simulator in place of the makers' libraries. */
+    QMap<QString, QString> simulator(const QString &faults = {}) const
+    {
+        return {{"IDCARD_SIMULATOR_CARD", cardFile()},
+                {"IDCARD_SIMULATOR_FAULTS", faults},
+                {"QT_LOGGING_RULES", "*.debug=true"}};
+    }
+
+private:
+    const std::vector<Mark> m_marks = marksOf(GetParam());
+    const Surroundings m_surroundings;
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Canary, testing::ValuesIn(cards()), [](const auto &card) {
+    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
+});
+
+/** The same with the card on a reader on USB. */
+class CanaryOnUsb : public Canary
+{
+protected:
+    void plugIn(const QString &faults)
+    {
+        QString problem;
+        ASSERT_TRUE(m_reader.slot().putCard(cardFile(), simulator::PutAs::Described, &problem))
+            << problem.toStdString();
+        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
+        m_bus.add(m_reader);
+    }
+
+    /** What a host or the tool leaves that has the bus. */
+    ProcessResult runOnBus(const QString &program, const QStringList &arguments) const
+    {
+        QMap<QString, QString> environment = m_bus.childEnvironment();
+        environment["QT_LOGGING_RULES"] = "*.debug=true";
+        return runProcess(program, arguments, surroundings().processInput(environment));
+    }
+    ProcessResult usb(const QStringList &more) const
+    {
+        return runOnBus(
+            "idcard-reader",
+            QStringList{"usb", "--device", "1209:0001", "--simulator-photos", "--verbose"} + more);
+    }
+
+private:
+    simulator::VirtualReader m_reader;
+    usb_test::EmulatedBus m_bus;
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, CanaryOnUsb, testing::ValuesIn(cards()), [](const auto &card) {
+    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
+});
+
+} // namespace
+
+// The library in a host that prints nothing and shows everything that is logged.
+
+TEST_P(Canary, ReadIDCard_TellsNothing)
+{
+    EXPECT_THAT(host({"read"}, simulator()), IsEmpty());
+}
+
+TEST_P(Canary, ReadIDCardThatFails_TellsNothing)
+{
+    const struct {
+        const char *fault;
+        int code;
+    } faults[] = {{"open-fails=7", 5},       {"no-card", 24},      {"transient-failures=2", 0},
+                  {"read-fails=201", 0},     {"unknown-kind", 0},  {"card-removed", 0},
+                  {"photo-undecodable", 26}, {"photo-length=9", 0}};
+    for (const auto &row : faults)
+        EXPECT_THAT(host({"read"}, simulator(QLatin1String(row.fault)), row.code), IsEmpty())
+            << row.fault;
+}
+
+TEST_P(Canary, Decoders_LogWhatIsDocumented)
+{
+    const std::map<std::string, MarkNames> logged = {
+        {"hmt", {"idNumber", "birthDate", "issuingAuthority"}}, // the number holds the date
+        {"foreign-new", {"sex", "birthDate", "englishName", "nationality", "nationalityCode"}},
+    };
+    Findings expected;
+    if (logged.count(GetParam().kind) > 0)
+        expected["stderr"] = logged.at(GetParam().kind);
+    EXPECT_EQ(host({"decode", recordFile()}, simulator()), expected);
+}
+
+TEST_P(Canary, DecodersWithTheLogOff_TellNothing)
+{
+    QMap<QString, QString> environment = simulator();
+    environment["QT_LOGGING_RULES"] = "default.debug=false";
+    EXPECT_THAT(host({"decode", recordFile()}, environment), IsEmpty());
+}
+
+TEST_P(Canary, SavedPrints_AreInTheirFileAlone)
+{
+    QMap<QString, QString> environment = simulator();
+    environment["QT_LOGGING_RULES"] = "default.debug=false";
+    Findings expected;
+    if (hasPrints())
+        expected["work/fp_raw_data.dat"] = PRINTS_FILE;
+    EXPECT_EQ(host({"prints", recordFile()}, environment), expected);
+}
+
+TEST_P(CanaryOnUsb, Library_TellsNothing)
+{
+    plugIn({});
+    const ProcessResult result = runOnBus("canary_host", {"usb"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_THAT(findings(result), IsEmpty());
+}
+
+// The command-line tool.
+
+TEST_P(Canary, Read_PrintsTheTexts)
+{
+    EXPECT_EQ(tool({"read", "--simulate", cardFile(), "--verbose"}, 0),
+              (Findings{{"stdout", readTexts()}}));
+}
+
+TEST_P(Canary, ReadWithFiles_SavesThemInTheirFolderAlone)
+{
+    Findings expected = savedCard(readTexts(), true);
+    expected["stdout"] = readTexts();
+    EXPECT_EQ(tool({"read", "--simulate", cardFile(), "--json", "--out", "card"}, 0), expected);
+}
+
+TEST_P(Canary, ReadThatFails_TellsNothing)
+{
+    const struct {
+        const char *fault;
+        int exitStatus;
+    } faults[] = {{"open-fails=7", 3},      {"no-card", 4},      {"read-fails=201", 8},
+                  {"photo-undecodable", 6}, {"unknown-kind", 8}, {"card-removed", 8}};
+    for (const auto &row : faults)
+        EXPECT_THAT(tool({"read", "--simulate", cardFile(), "--fault", row.fault, "--out", "card",
+                          "--verbose"},
+                         row.exitStatus),
+                    IsEmpty())
+            << row.fault;
+}
+
+TEST_P(Canary, ReadIntoAFileInPlaceOfAFolder_PrintsTheTextsAlone)
+{
+    const QString file = surroundings().input("file", "in the way");
+    EXPECT_EQ(tool({"read", "--simulate", cardFile(), "--out", file + "/card"}, 7),
+              (Findings{{"stdout", readTexts()}}));
+}
+
+TEST_P(Canary, ReadWithoutStandardOutput_TellsNothing)
+{
+    RunningProcess run("idcard-reader", {"read", "--simulate", cardFile(), "--verbose"},
+                       surroundings().processInput());
+    run.closeStandardOutput();
+    EXPECT_THAT(findings(run.result()), IsEmpty());
+}
+
+TEST_P(Canary, InterruptedRead_TellsNothing)
+{
+    RunningProcess run("idcard-reader",
+                       {"read", "--simulate", cardFile(), "--fault", "delay-ms=3000", "--out",
+                        "card", "--verbose"},
+                       surroundings().processInput());
+    ASSERT_TRUE(run.hasTold("simulator"));
+    run.signal(SIGTERM);
+    EXPECT_THAT(findings(run.result()), IsEmpty());
+}
+
+TEST_P(Canary, Watch_PrintsTheTextsAndSavesEverything)
+{
+    const Findings findings =
+        tool({"watch", "--simulate", cardFile(), "--interval", "10", "--verbose"}, 0);
+    EXPECT_EQ(findings, (Findings{{"stdout", readTexts()}}));
+}
+
+TEST_P(Canary, Render_SavesThePicturesAlone)
+{
+    EXPECT_EQ(
+        tool({"render", cardFile(), "--out", "card", "--verbose"}, 0),
+        (Findings{{"work/card/front.jpg", {"picture"}}, {"work/card/back.jpg", {"picture"}}}));
+}
+
+TEST_P(Canary, Decode_PrintsTheTextsAndSavesThemInTheirFolderAlone)
+{
+    Findings expected = savedCard(decodedTexts(), false);
+    expected["stdout"] = decodedTexts();
+    EXPECT_EQ(tool({"decode", recordFile(), "--out", "card", "--simulator-photos", "--verbose"}, 0),
+              expected);
+}
+
+TEST_P(Canary, DecodeOfADamagedRecord_TellsNothing)
+{
+    QByteArray cut = rawRecord();
+    cut.chop(1);
+    QByteArray corrupted = rawRecord();
+    corrupted[20] = static_cast<char>(corrupted.at(20) ^ 1);
+    QByteArray longer = rawRecord() + '\0';
+    for (const QByteArray &record : {cut, corrupted.left(900), longer})
+        EXPECT_THAT(
+            tool({"decode", surroundings().input("damaged", record), "--verbose", "--out", "card"},
+                 2),
+            IsEmpty());
+}
+
+TEST_P(CanaryOnUsb, Usb_PrintsTheTextsAndSavesEverythingInItsPlaceAlone)
+{
+    plugIn({});
+    Findings expected = savedCard(decodedTexts(), false);
+    expected["stdout"] = decodedTexts();
+    expected["work/raw"] = textsBut(NOT_IN_RECORD);
+    expected["work/raw"].insert("photo");
+    if (hasPrints())
+        expected["work/raw"].insert("prints");
+    const ProcessResult result = usb({"--out", "card", "--raw", "raw"});
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(findings(result), expected);
+}
+
+class CanaryUsbFailure : public CanaryOnUsb
+{
+protected:
+    void expectNothingIsTold(const QString &faults)
+    {
+        plugIn(faults);
+        const ProcessResult result = usb({"--out", "card", "--raw", "raw"});
+        EXPECT_NE(result.exitStatus, 0) << faults.toStdString();
+        EXPECT_THAT(findings(result), IsEmpty()) << faults.toStdString();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, CanaryUsbFailure, testing::ValuesIn(cards()), [](const auto &card) {
+    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
+});
+
+TEST_P(CanaryUsbFailure, AnswerCut_TellsNothing)
+{
+    expectNothingIsTold("read-answer-cut=900");
+}
+
+TEST_P(CanaryUsbFailure, AnswerCorrupted_TellsNothing)
+{
+    expectNothingIsTold("read-answer-corrupted=5");
+}
+
+TEST_P(CanaryUsbFailure, AnswerTooLong_TellsNothing)
+{
+    expectNothingIsTold("read-answer-too-long");
+}
+
+TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_TellsNothing)
+{
+    expectNothingIsTold("unplugged-during=6");
+}
+
+// What a crash would leave.
+
+TEST_P(Canary, Crash_LeavesNoCoreFile)
+{
+    RunningTool run({"read", "--simulate", cardFile(), "--fault", "delay-ms=60000", "--verbose"},
+                    surroundings().environment());
+    run.process().setWorkingDirectory(surroundings().workFolder());
+    run.start();
+    run.process().setReadChannel(QProcess::StandardError);
+    ASSERT_TRUE(run.process().waitForReadyRead()); // it has begun
+    const QByteArray limits =
+        readFile(QStringLiteral("/proc/%1/limits").arg(run.process().processId()));
+    EXPECT_TRUE(limits.simplified().contains("Max core file size 0 0 ")) << limits.toStdString();
+}
+
+// The reader over USB/IP.
+
+TEST_P(Canary, VirtualReader_TellsNothing)
+{
+    RunningProcess run("idcard-virtual-reader",
+                       {"--port", "0", "--card", cardFile(), "--until-end-of-input"},
+                       surroundings().processInput());
+    ASSERT_FALSE(run.nextLine().isEmpty());
+    run.write("status\ntake\ncard " + QFile::encodeName(cardFile()) + "\nfaults no-card\nstatus\n");
+    EXPECT_THAT(findings(run.result()), IsEmpty());
+}
