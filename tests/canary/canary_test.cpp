@@ -1,7 +1,9 @@
 // Where what a card says comes out: everywhere it is asked for, and nowhere else.
 // docs/personal-data.md tells the same to people.
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -9,6 +11,7 @@
 
 #include "simulator/raw_record.h"
 #include "simulator/virtual_reader.h"
+#include "tests/canary/process_memory.h"
 #include "tests/canary/scenario.h"
 #include "tests/support/running_process.h"
 #include "tests/tool/folder_state.h"
@@ -32,6 +35,27 @@ const MarkNames NOT_IN_RECORD = {"sex",        "ethnicGroup",     "nationality",
 const MarkNames MEDIA = {"photo", "prints", "picture"};
 /** The simulator writes the number of its card into the prints. */
 const MarkNames PRINTS_FILE = {"prints", "idNumber", "birthDate"};
+
+bool forbidsCoreFiles(qint64 process)
+{
+    const QByteArray limits = readFile(QStringLiteral("/proc/%1/limits").arg(process));
+    return limits.simplified().contains("Max core file size 0 0 ");
+}
+
+/** Whether a process has these bytes in its memory, now or within some time. */
+bool holdsInMemory(int process, const char *bytes, int size)
+{
+    constexpr std::chrono::seconds LIMIT{60};
+    constexpr std::chrono::milliseconds PAUSE{200};
+    const QByteArray wanted(bytes, size);
+    const auto end = std::chrono::steady_clock::now() + LIMIT;
+    while (std::chrono::steady_clock::now() < end) {
+        if (canary::isInMemory(process, wanted))
+            return true;
+        std::this_thread::sleep_for(PAUSE);
+    }
+    return false;
+}
 
 class Canary : public testing::TestWithParam<Card>
 {
@@ -353,6 +377,19 @@ TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_TellsNothing)
     expectNothingIsTold("unplugged-during=6");
 }
 
+// The window.
+
+TEST_P(Canary, Window_TellsNothing)
+{
+    RunningProcess run("idcard-viewer", {"--simulate", cardFile(), "--auto"},
+                       surroundings().processInput({{"QT_LOGGING_RULES", "*.debug=true"}}));
+    ASSERT_TRUE(holdsInMemory(run.id(), "\xFF\xD8\xFF\xE0\x00\x10JFIF", 10))
+        << "it has not painted the card";
+    EXPECT_TRUE(forbidsCoreFiles(run.id()));
+    run.signal(SIGTERM);
+    EXPECT_THAT(findings(run.result()), IsEmpty());
+}
+
 // What a crash would leave.
 
 TEST_P(Canary, Crash_LeavesNoCoreFile)
@@ -363,9 +400,7 @@ TEST_P(Canary, Crash_LeavesNoCoreFile)
     run.start();
     run.process().setReadChannel(QProcess::StandardError);
     ASSERT_TRUE(run.process().waitForReadyRead()); // it has begun
-    const QByteArray limits =
-        readFile(QStringLiteral("/proc/%1/limits").arg(run.process().processId()));
-    EXPECT_TRUE(limits.simplified().contains("Max core file size 0 0 ")) << limits.toStdString();
+    EXPECT_TRUE(forbidsCoreFiles(run.process().processId()));
 }
 
 // The reader over USB/IP.

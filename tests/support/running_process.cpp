@@ -63,6 +63,11 @@ void RunningProcess::signal(int number)
     ASSERT_EQ(::kill(m_process->id(), number), 0);
 }
 
+int RunningProcess::id() const
+{
+    return m_process->id();
+}
+
 QByteArray RunningProcess::nextLine()
 {
     if (!collectUntil(m_output, "\n"))

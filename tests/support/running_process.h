@@ -23,6 +23,8 @@ public:
     void closeStandardInput();
     void closeStandardOutput();
     void signal(int number);
+    /** Its number; in a cross build that of the emulator that runs it. */
+    int id() const;
 
     /** The next line of standard output without its end; empty when none came in time. */
     QByteArray nextLine();
