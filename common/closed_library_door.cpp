@@ -44,6 +44,22 @@ std::string pathBesideThisLibrary(const char *fileName)
 }
 
 /**
+ * The function `name` that came into the process after this library did, or null.
+ *
+ * What RTLD_DEFAULT finds for a library cannot be unloaded any more before that library. So what is
+ * there for everybody is looked up by a handle, and its owner may take it away again; RTLD_DEFAULT
+ * is left for what only this library and those that came with it can see.
+ */
+void *findInProcess(const char *name)
+{
+    void *const process = dlopen(nullptr, RTLD_LAZY);
+    void *const found = process != nullptr ? dlsym(process, name) : nullptr;
+    if (process != nullptr)
+        dlclose(process);
+    return found != nullptr ? found : dlsym(RTLD_DEFAULT, name);
+}
+
+/**
  * One closed library: looks functions up, in the process first, and says so when one is missing.
  */
 class Lookup
@@ -67,8 +83,7 @@ public:
     {
         if (bound != nullptr)
             return bound;
-        // One that came into the process after this library did.
-        void *found = dlsym(RTLD_DEFAULT, name);
+        void *found = findInProcess(name);
         if (found == nullptr && openSharedObject())
             found = dlsym(m_handle, name);
         if (found == nullptr && m_missing.empty())

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <QSplitter>
 
 #include "apps/card_files.h"
@@ -48,6 +49,8 @@ MainWindow::MainWindow(const ViewerOptions &options)
     m_read.setFocus();
     resize(sizeHint().expandedTo(COMFORTABLE_SIZE));
     apply(options);
+    constexpr QSize COMFORTABLE(1100, 680);
+    resize(COMFORTABLE.boundedTo(QApplication::primaryScreen()->availableSize()));
 }
 
 QWidget *MainWindow::makeCommands()
@@ -160,6 +163,7 @@ void MainWindow::connectDesk()
     connect(&m_desk, &CardDesk::cardRead, this,
             [this](const CardPointer &card, const Message &message) {
                 m_history.add(card, QDateTime::currentDateTime());
+                m_historyTable.resizeColumnsToContents();
                 m_historyTable.setCurrentIndex(m_history.index(0, 0));
                 showCard(card);
                 if (message.headline.isEmpty())

@@ -161,6 +161,16 @@ TEST_F(ClosedLibraryDoor, DefinitionsLoadedAfterTheLibrary_GoBeforeTheMakersLibr
     EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=second\n");
 }
 
+TEST_F(ClosedLibraryDoor, DefinitionsTakenAwayAgain_GiveWayToTheMakersLibrary)
+{
+    copyHere(FIRST + READER_FILE);
+    copyHere(FIRST + WLT_FILE);
+    probe({QStringLiteral("passing"), SECOND + READER_FILE});
+    EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=second\n"
+                                         "probe: unloaded\n"
+                                         "probe: result=0 kind=0 name=first\n");
+}
+
 TEST_F(ClosedLibraryDoor, MissingDecoder_LeavesThePhotoUndecodedAndIsTold)
 {
     copyHere(FIRST + READER_FILE);

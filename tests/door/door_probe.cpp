@@ -1,8 +1,9 @@
 // Loads the library given by path and reads one card through it; tells the outcome on standard
 // error, since standard output belongs to the library's own messages.
 //
-// Usage: door_probe LIBRARY [global FILE | unload]
+// Usage: door_probe LIBRARY [global FILE | passing FILE | unload]
 //   global FILE  loads FILE for the whole process after the library was loaded
+//   passing FILE the same, and reads once more after FILE was closed again
 //   unload       closes the library after the read and tells whether it is gone
 
 // The library is loaded, not linked.
@@ -58,10 +59,16 @@ int main(int argc, char **argv)
     void *const library = load(argv[1], RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr)
         return 1;
-    if (argc == 4 && std::strcmp(argv[2], "global") == 0 &&
-        load(argv[3], RTLD_NOW | RTLD_GLOBAL) == nullptr)
+    void *const definitions = argc == 4 ? load(argv[3], RTLD_NOW | RTLD_GLOBAL) : nullptr;
+    if (argc == 4 && definitions == nullptr)
         return 1;
     readOnce(library);
+    if (argc == 4 && std::strcmp(argv[2], "passing") == 0) {
+        dlclose(definitions);
+        const bool gone = dlopen(argv[3], RTLD_NOW | RTLD_NOLOAD) == nullptr;
+        std::fprintf(stderr, "probe: %s\n", gone ? "unloaded" : "still loaded");
+        readOnce(library);
+    }
     if (argc == 3 && std::strcmp(argv[2], "unload") == 0) {
         const bool before = templatesThere();
         dlclose(library);

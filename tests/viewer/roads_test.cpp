@@ -1,0 +1,122 @@
+// Changing the road while the window is open: what answers is the simulator, a stand-in for the
+// maker's library that the loader finds, or a stand-in that fails.
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+
+#include <dlfcn.h>
+
+#include "tests/tool/tool_runner.h"
+#include "tests/viewer/viewer_test.h"
+
+using namespace viewer_test;
+using testing::HasSubstr;
+
+namespace
+{
+
+class Roads : public ViewerTest
+{
+protected:
+    void readThroughMakersLibrary()
+    {
+        choose("road", "The maker's library");
+        read();
+    }
+
+    void readSimulator(const QString &card)
+    {
+        choose("road", "Simulator");
+        choose("card", card);
+        click("putCard");
+        read();
+    }
+};
+
+TEST_F(Roads, MakersLibraryFromTheBeginning_IsRead)
+{
+    open();
+    read();
+    EXPECT_EQ(field("Name").toStdString(), "first");
+}
+
+TEST_F(Roads, FromTheSimulatorToTheMakersLibraryAndBack_EachAnswersInItsTurn)
+{
+    open();
+    for (const char *card : {"resident", "hmt-macao"}) {
+        readSimulator(card);
+        EXPECT_EQ(field("Name"), builtInCard(card).name);
+        readThroughMakersLibrary();
+        EXPECT_EQ(field("Name").toStdString(), "first");
+    }
+    EXPECT_EQ(model("history")->rowCount(), 4);
+}
+
+TEST_F(Roads, LeavingTheSimulator_TakesItOutOfTheProcess)
+{
+    const QByteArray simulator = IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so";
+    const auto isLoaded = [&] {
+        void *const held = dlopen(simulator.constData(), RTLD_LAZY | RTLD_NOLOAD);
+        if (held != nullptr)
+            dlclose(held);
+        return held != nullptr;
+    };
+    open();
+    readSimulator("resident");
+    EXPECT_TRUE(isLoaded());
+    choose("road", "The maker's library");
+    EXPECT_FALSE(isLoaded());
+}
+
+TEST_F(Roads, SimulatorThatIsHeldInTheProcess_IsToldAndDoesNotAnswerForTheReader)
+{
+    open();
+    readSimulator("resident");
+    void *const held =
+        dlopen(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", RTLD_LAZY | RTLD_NOLOAD);
+    choose("road", "The maker's library");
+    EXPECT_THAT(details().toStdString(), HasSubstr("cannot be taken out of this program"));
+    read();
+    EXPECT_THAT(details().toStdString(), HasSubstr("cannot be taken out of this program"));
+    EXPECT_EQ(model("history")->rowCount(), 1);
+    dlclose(held);
+    read();
+    EXPECT_EQ(field("Name").toStdString(), "first");
+}
+
+TEST_F(Roads, CardOfTheSimulator_IsOffWhenTheRoadComesBack)
+{
+    open();
+    readSimulator("resident");
+    choose("road", "The maker's library");
+    choose("road", "Simulator");
+    read();
+    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
+}
+
+TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsToldWithCauseAndRemedy)
+{
+    void *const throwing =
+        dlopen(IDCARD_BUILD_LIB_DIR "/libidcard_throwing_reader.so", RTLD_NOW | RTLD_GLOBAL);
+    ASSERT_NE(throwing, nullptr) << dlerror();
+    open();
+    read();
+    dlclose(throwing);
+    const app::ResultEntry *const entry = app::findResult(-23, false);
+    EXPECT_EQ(headline().toStdString(), entry->summary);
+    EXPECT_THAT(details().toStdString(),
+                testing::AllOf(HasSubstr(entry->cause), HasSubstr(entry->remedy)));
+}
+
+TEST_F(Roads, SimulatorThatIsMissing_IsToldWithTheFilesThatWereLookedFor)
+{
+    qputenv("IDCARD_SIMULATOR_LIBRARY", "/nowhere/simulator.so");
+    open();
+    choose("road", "Simulator");
+    EXPECT_EQ(headline().toStdString(), "The simulator cannot be used as it was asked to.");
+    EXPECT_THAT(details().toStdString(), HasSubstr("/nowhere/simulator.so"));
+    qunsetenv("IDCARD_SIMULATOR_LIBRARY");
+}
+
+} // namespace

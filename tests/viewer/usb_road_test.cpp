@@ -1,0 +1,293 @@
+// The road over USB, with a simulated reader on an emulated bus, which the real libusb reads.
+
+#include <csignal>
+#include <map>
+
+#include <gmock/gmock.h>
+
+#include <QElapsedTimer>
+
+#include "apps/usb_catalogue.h"
+#include "simulator/virtual_reader.h"
+#include "tests/support/running_process.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/emulated_bus.h"
+#include "tests/usb/fault_cases.h"
+#include "tests/viewer/viewer_test.h"
+
+using namespace viewer_test;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+constexpr app::UsbIds DEVICE = {0x1209, 0x0001};
+
+class UsbRoad : public ViewerTest
+{
+protected:
+    void TearDown() override
+    {
+        ViewerTest::TearDown();
+        if (m_windowGivesBack) {
+            EXPECT_THAT(m_bus.leftOvers().join('\n').toStdString(), IsEmpty());
+        }
+        EXPECT_THAT(m_bus.misuses().join('\n').toStdString(), IsEmpty());
+    }
+
+    /** Sets what lies on the reader before it is plugged in. */
+    void prepare(const QString &card, const QString &faults = {})
+    {
+        QString problem;
+        ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::Described, &problem))
+            << problem.toStdString();
+        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
+    }
+
+    void plugIn(const QString &card, const QString &faults = {})
+    {
+        prepare(card, faults);
+        if (faults == QLatin1String("unplugged"))
+            m_reader.unplug();
+        m_bus.add(m_reader);
+    }
+
+    void openOnUsb(bool simulatorPhotos = true, bool isAutomatic = false)
+    {
+        viewer::ViewerOptions options;
+        options.device = DEVICE;
+        options.simulatorPhotos = simulatorPhotos;
+        options.isAutomatic = isAutomatic;
+        open(options);
+    }
+
+    void leaveItToTheSystem() { m_windowGivesBack = false; }
+    usb_test::EmulatedBus &bus() { return m_bus; }
+    simulator::VirtualReader &reader() { return m_reader; }
+
+private:
+    bool m_windowGivesBack = true;
+    simulator::VirtualReader m_reader; // longer than the bus
+    usb_test::EmulatedBus m_bus;
+};
+
+class EveryKind : public UsbRoad, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(EveryKind, IsReadWithItsPhotoAndWithoutPictures)
+{
+    const QString name = QLatin1String(GetParam());
+    const simulator::CardDescription card = builtInCard(name);
+    plugIn(name);
+    openOnUsb();
+    read();
+    EXPECT_EQ(headline().toStdString(), "The card was read.");
+    EXPECT_EQ(field("Name"), card.name.isEmpty() ? card.englishName : card.name);
+    EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
+              "The picture is shown in its true size.");
+    EXPECT_EQ(find("front")->accessibleDescription().toStdString(), "This road gives no picture.");
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, EveryKind,
+                         testing::Values("resident", "hmt-taiwan", "foreign-2017", "foreign-new"));
+
+TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
+{
+    plugIn("resident");
+    openOnUsb(false);
+    read();
+    EXPECT_EQ(headline().toStdString(), "The photo of the card could not be decoded.");
+    EXPECT_EQ(field("Name"), builtInCard("resident").name);
+    check("simulatorPhotos", true);
+    read();
+    EXPECT_EQ(headline().toStdString(), "The card was read.");
+}
+
+/** For each code one fault that leads to it at once. */
+std::vector<std::string> faultsOfEachCode()
+{
+    std::map<int, QString> faults;
+    for (const usb_test::FaultCase &row : usb_test::faultCases()) {
+        const QString &argument = row.arguments.first();
+        if (row.end == usb_test::End::AtOnce && row.code != 0)
+            faults.emplace(row.code, argument.isEmpty() ? row.fault : row.fault + '=' + argument);
+    }
+    std::vector<std::string> all;
+    for (const auto &[code, fault] : faults)
+        all.push_back(std::to_string(code) + ' ' + fault.toStdString());
+    return all;
+}
+
+class EveryFault : public UsbRoad, public testing::WithParamInterface<std::string>
+{
+};
+
+TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
+{
+    const QString text = QString::fromStdString(GetParam());
+    const QString fault = text.section(' ', 1);
+    plugIn("resident", fault);
+    std::unique_ptr<usb_test::OrdinaryUser> user;
+    if (fault == QLatin1String("permission-denied"))
+        user = std::make_unique<usb_test::OrdinaryUser>();
+    openOnUsb();
+    read();
+    const app::ResultEntry known = *app::findUsbResult(text.section(' ', 0, 0).toInt());
+    const app::ResultEntry entry =
+        fault.startsWith("unplugged-") ? app::unpluggedResult(known) : known;
+    EXPECT_EQ(headline().toStdString(), entry.summary);
+    EXPECT_THAT(details().toStdString(),
+                AllOf(HasSubstr(std::to_string(entry.code) + " (" + entry.constant + ")"),
+                      HasSubstr("Device: 1209:0001"), HasSubstr(entry.cause),
+                      HasSubstr(entry.remedy)));
+    EXPECT_EQ(model("history")->rowCount(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Codes, EveryFault, testing::ValuesIn(faultsOfEachCode()),
+                         [](const auto &fault) { return std::to_string(fault.index); });
+
+TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
+{
+    open();
+    choose("road", "USB");
+    EXPECT_EQ(find<QComboBox>("device")->currentText().toStdString(), "no USB device");
+    plugIn("resident");
+    click("refresh");
+    EXPECT_TRUE(find<QComboBox>("device")->currentText().startsWith("1209:0001"));
+    read();
+    EXPECT_EQ(field("Name"), builtInCard("resident").name);
+}
+
+TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
+{
+    plugIn("resident", "read-answer-delayed=400");
+    openOnUsb();
+    click("read");
+    EXPECT_EQ(headline().toStdString(), "Reading…");
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
+    timer.start(10);
+    check("cover", true);
+    EXPECT_TRUE(waitForHeadline("The card was read."));
+    EXPECT_GE(ticks, 10);
+}
+
+TEST_F(UsbRoad, RoadChangedWhileItReads_DropsWhatStillComes)
+{
+    plugIn("resident", "read-answer-delayed=300");
+    openOnUsb();
+    click("read");
+    choose("road", "Simulator");
+    choose("card", "hmt-macao");
+    click("putCard");
+    click("read");
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
+    EXPECT_EQ(field("Name"), builtInCard("hmt-macao").name);
+}
+
+TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
+{
+    plugIn("resident");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
+    bus().change([&] { reader().slot().takeCard(); });
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    bus().change([&] { prepare("foreign-new"); });
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
+    EXPECT_EQ(field("Name"), builtInCard("foreign-new").englishName);
+}
+
+TEST_F(UsbRoad, WindowClosedWhileAReadHangs_EndsWithTheReadAndGivesAllBack)
+{
+    plugIn("resident", "read-answer-delayed=500");
+    openOnUsb();
+    click("read");
+    QTest::qWait(100);
+    EXPECT_FALSE(window().endsWithin(0));
+    EXPECT_TRUE(window().close());
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_TRUE(window().endsWithin(10000));
+    close();
+}
+
+class Program : public UsbRoad
+{
+protected:
+    ProcessInput input() { return withEnvironment(bus().childEnvironment()); }
+    static ProcessInput withEnvironment(const QMap<QString, QString> &environment)
+    {
+        ProcessInput input;
+        input.environment = environment;
+        return input;
+    }
+    static ProcessResult run(const QStringList &arguments)
+    {
+        return runProcess("idcard-viewer", arguments);
+    }
+};
+
+TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
+{
+    const ProcessResult result = run({"--help"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_THAT(result.standardError.toStdString(), IsEmpty());
+    for (const char *option : {"--simulate", "--fault", "--usb", "--simulator-photos", "--auto",
+                               "--cover", "--help", "--version"})
+        EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr(option));
+}
+
+TEST_F(Program, Version_IsTheProgramsAndTheLibrarys)
+{
+    EXPECT_THAT(run({"--version"}).standardOutput.toStdString(),
+                testing::MatchesRegex("idcard-viewer [0-9.]+\nlibrary version:[0-9.]+\n"));
+}
+
+TEST_F(Program, WrongOptions_AreToldWithTheValueAndEndWithStatus2)
+{
+    for (const QStringList &arguments :
+         {QStringList{"--nonsense"}, QStringList{"stray"}, QStringList{"--usb", "12:1"},
+          QStringList{"--usb", "1209:0001", "--simulate", "resident"}, QStringList{"--fault", "x"},
+          QStringList{"--simulator-photos"}, QStringList{"--simulate", ""}}) {
+        const ProcessResult result = run(arguments);
+        EXPECT_EQ(result.exitStatus, 2) << arguments.join(' ').toStdString();
+        EXPECT_THAT(result.standardError.toStdString(),
+                    AllOf(testing::StartsWith("idcard-viewer: "), HasSubstr("--help")));
+        EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
+    }
+}
+
+TEST_F(Program, SignalAfterACardWasRead_EndsItAndNothingWasPrinted)
+{
+    plugIn("resident");
+    RunningProcess viewer("idcard-viewer", {"--usb", "1209:0001", "--simulator-photos", "--auto"},
+                          input());
+    EXPECT_TRUE(waitFor([&] { return bus().holdings().timesOpened > 0; }));
+    EXPECT_TRUE(waitFor([&] { return bus().holdings().openNodes == 0; }));
+    viewer.signal(SIGTERM);
+    const ProcessResult result = viewer.result();
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_THAT(result.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
+}
+
+TEST_F(Program, SignalWhileAReadNeverEnds_EndsItAllTheSame)
+{
+    leaveItToTheSystem();
+    plugIn("resident", "lookup-command-missing");
+    RunningProcess viewer("idcard-viewer", {"--usb", "1209:0001", "--auto"}, input());
+    EXPECT_TRUE(waitFor([&] { return bus().holdings().openNodes > 0; }));
+    viewer.signal(SIGTERM);
+    const ProcessResult result = viewer.result();
+    EXPECT_TRUE(result.finished);
+    EXPECT_EQ(result.exitStatus, 5);
+    EXPECT_THAT(result.standardError.toStdString(),
+                HasSubstr("idcard-viewer: The reading in progress was broken off."));
+}
+
+} // namespace
