@@ -52,10 +52,8 @@ std::string pathBesideThisLibrary(const char *fileName)
  */
 void *findInProcess(const char *name)
 {
-    void *const process = dlopen(nullptr, RTLD_LAZY);
+    static void *const process = dlopen(nullptr, RTLD_LAZY);
     void *const found = process != nullptr ? dlsym(process, name) : nullptr;
-    if (process != nullptr)
-        dlclose(process);
     return found != nullptr ? found : dlsym(RTLD_DEFAULT, name);
 }
 

@@ -35,7 +35,7 @@ void letShrink(QComboBox *box, int characters)
 
 QString nameOf(const app::UsbDevice &device)
 {
-    const QString name = app::toText(device.ids) + QLatin1Char(' ') + app::designation(device);
+    QString name = app::toText(device.ids) + QLatin1Char(' ') + app::designation(device);
     return device.mayOpen ? name : RoadPanel::tr("%1 - not open to you").arg(name);
 }
 
