@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryFile>
+#include <QtDebug>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -137,8 +138,14 @@ public:
 
     void finish()
     {
-        if (!m_oldFile.isEmpty())
-            QFile::remove(m_oldFile);
+        QFile old(m_oldFile);
+        if (m_oldFile.isEmpty() || old.remove())
+            return;
+        // The new files are in their places; but what somebody's card held must not lie around.
+        qCritical("%s",
+                  qUtf8Printable(QStringLiteral("The replaced file is still there as %1: %2. "
+                                                "Remove it.")
+                                     .arg(QDir::toNativeSeparators(m_oldFile), old.errorString())));
     }
 
 private:

@@ -1,0 +1,256 @@
+// Every call that writes a file, of the programs and of the library, failing in turn: all files are
+// there or none, what was there before stays, and the failure is told.
+
+#include <cerrno>
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include "apps/file_set.h"
+#include "iddata/iddata.h"
+#include "tests/faults/failing_files.h"
+#include "tests/support/message_log.h"
+#include "tests/tool/folder_state.h"
+#include "tests/tool/tool_runner.h"
+
+namespace
+{
+
+using namespace faults;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using State = std::map<std::string, std::string>;
+
+#ifdef IDCARD_TEST_SAMPLE
+constexpr int ERRORS[] = {ENOSPC};
+#else
+constexpr int ERRORS[] = {ENOSPC, EIO, EACCES};
+#endif
+
+const QVector<app::NamedContent> NEW_FILES = {{"a", "new a"}, {"b", "new b"}, {"c", QByteArray()}};
+const State NEW_STATE = {{"a", "new a"}, {"b", "new b"}};
+const State OLD_STATE = {{"a", "old a"}, {"b", "old b"}, {"c", "old c"}, {"other", "mine"}};
+
+/** The state of a folder in which the new files have replaced the old ones. */
+State replaced()
+{
+    State state = NEW_STATE;
+    state["other"] = "mine";
+    return state;
+}
+
+/** A function of the system with the number of the call that fails. */
+struct Case {
+    std::string function;
+    int error;
+};
+
+std::vector<Case> cases()
+{
+    std::vector<Case> all;
+    for (const char *const function : FILE_FUNCTIONS)
+        for (const int error : ERRORS)
+            all.push_back({function, error});
+    return all;
+}
+
+class FileCall : public testing::TestWithParam<Case>
+{
+protected:
+    ~FileCall() override { setFailingFileCall({{}, 0, 0, {}}); }
+
+    QString folder() const { return base.filePath(QStringLiteral("card")); }
+
+    /** Writes the new files; `position` 0 fails nothing. Returns what was told. */
+    std::string write(int position) const
+    {
+        setFailingFileCall(
+            {GetParam().function, position, GetParam().error, base.path().toStdString()});
+        const QString problem = app::writeFileSet(folder(), NEW_FILES, app::ExistingFiles::Replace);
+        made = fileCallsMade();
+        setFailingFileCall({{}, 0, 0, {}});
+        return problem.toStdString();
+    }
+
+    void makeOldFiles() const
+    {
+        ASSERT_TRUE(QDir().mkpath(folder()));
+        for (const auto &[name, content] : OLD_STATE)
+            writeFile(QDir(folder()).filePath(QString::fromStdString(name)),
+                      QByteArray::fromStdString(content));
+    }
+
+    void clear() const { QDir(folder()).removeRecursively(); }
+
+    /** What the problem must say: which file, why, and what to do. */
+    void expectTold(const std::string &problem) const
+    {
+        EXPECT_THAT(problem, HasSubstr(folder().toStdString()));
+        EXPECT_THAT(problem, HasSubstr("could not be "));
+        EXPECT_THAT(problem, testing::AnyOf(HasSubstr("Choose another folder"),
+                                            HasSubstr("choose another folder")));
+    }
+
+    /** A file that could not be removed is there; unless it is empty, it must have been told. */
+    static void takeAwayWhatIsTold(State &state, const MessageLog &log)
+    {
+        for (auto file = state.begin(); file != state.end();) {
+            if (file->first.front() != '.') {
+                ++file;
+                continue;
+            }
+            if (!file->second.empty()) {
+                EXPECT_THAT(log.texts(), testing::Contains(HasSubstr(file->first)));
+            }
+            file = state.erase(file);
+        }
+    }
+
+    QTemporaryDir base;
+    mutable int made = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(EachFunction, FileCall, testing::ValuesIn(cases()),
+                         [](const auto &instance) {
+                             return instance.param.function + "_" +
+                                    std::to_string(instance.param.error);
+                         });
+
+} // namespace
+
+TEST_P(FileCall, FailsInANewFolder_AllFilesAreThereOrNothingIs)
+{
+    write(0);
+    const int count = made;
+    for (int position = 1; position <= count; ++position) {
+        SCOPED_TRACE(position);
+        clear();
+        const std::string problem = write(position);
+        if (problem.empty()) {
+            EXPECT_EQ(folderState(folder()), NEW_STATE);
+            continue;
+        }
+        expectTold(problem);
+        EXPECT_FALSE(QDir(folder()).exists()) << testing::PrintToString(folderState(folder()));
+    }
+}
+
+TEST_P(FileCall, FailsWhereFilesAreReplaced_TheNewOnesAreThereOrTheOldOnes)
+{
+    makeOldFiles();
+    write(0);
+    const int count = made;
+    for (int position = 1; position <= count; ++position) {
+        SCOPED_TRACE(position);
+        clear();
+        makeOldFiles();
+        const MessageLog log;
+        const std::string problem = write(position);
+        if (!problem.empty())
+            expectTold(problem);
+        State state = folderState(folder());
+        if (GetParam().function == "unlink")
+            takeAwayWhatIsTold(state, log);
+        EXPECT_EQ(state, problem.empty() ? replaced() : OLD_STATE);
+    }
+}
+
+namespace
+{
+
+/** A program whose `function` fails when it is called for the first time in the folder. */
+struct ToolCase {
+    const char *function;
+    int error;
+};
+
+class ToolFileCall : public testing::TestWithParam<ToolCase>
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(OfTheTool, ToolFileCall,
+                         testing::Values(ToolCase{"mkdir", EACCES}, ToolCase{"write", ENOSPC},
+                                         ToolCase{"fsync", EIO}, ToolCase{"open", EACCES}),
+                         [](const auto &instance) { return std::string(instance.param.function); });
+
+/** What `saveFpRawDataToFile` says and leaves of 512 bytes when a call fails. */
+class FingerprintFile : public testing::Test
+{
+protected:
+    FingerprintFile() { QDir::setCurrent(base.path()); }
+    ~FingerprintFile() override
+    {
+        setFailingFileCall({{}, 0, 0, {}});
+        QDir::setCurrent(before);
+    }
+    FingerprintFile(const FingerprintFile &) = delete;
+    FingerprintFile &operator=(const FingerprintFile &) = delete;
+
+    std::vector<std::string> save(const char *function, int error)
+    {
+        const MessageLog log;
+        setFailingFileCall({function, 1, error, base.path().toStdString()});
+        std::vector<unsigned char> prints(512, 'p');
+        QByteArray record;
+        CIdData(record, FP_INFO_ONE).saveFpRawDataToFile(FP_INFO_ONE, prints.data());
+        setFailingFileCall({{}, 0, 0, {}});
+        return log.texts();
+    }
+
+    static constexpr const char *NAME = "fp_raw_data.dat";
+
+    QString before = QDir::currentPath();
+    QTemporaryDir base;
+};
+
+constexpr const char *BEFORE = "source id card has one fp data";
+
+} // namespace
+
+TEST_P(ToolFileCall, Fails_StatusSevenNothingLeftAndTheCardIsPrintedAllTheSame)
+{
+    const QTemporaryDir base;
+    const QString folder = base.filePath(QStringLiteral("card"));
+    ProcessInput input;
+    input.environment[QStringLiteral("LD_PRELOAD")] = QStringLiteral(IDCARD_FAILING_FILES);
+    input.environment[QStringLiteral("ASAN_OPTIONS")] = QStringLiteral("verify_asan_link_order=0");
+    input.environment[QStringLiteral("IDCARD_FAILING_CALL")] =
+        QStringLiteral("%1 1 %2 %3")
+            .arg(QLatin1String(GetParam().function))
+            .arg(GetParam().error)
+            .arg(base.path());
+    const ProcessResult result =
+        runTool({"read", "--simulate", "resident", "--out", folder}, input);
+    EXPECT_EQ(result.exitStatus, 7);
+    EXPECT_THAT(result.standardError.toStdString(), HasSubstr("could not be "));
+    EXPECT_THAT(result.standardError.toStdString(), HasSubstr(std::strerror(GetParam().error)));
+    EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr("990000199003074284"));
+    EXPECT_FALSE(QDir(folder).exists());
+}
+
+TEST_F(FingerprintFile, CannotBeOpened_IsToldAndTheEarlierOneStays)
+{
+    writeFile(QString::fromLatin1(NAME), "earlier");
+    EXPECT_THAT(save("open", EACCES), ElementsAre(BEFORE, "Failed to open the file for writing."));
+    EXPECT_EQ(readFile(QString::fromLatin1(NAME)), "earlier");
+}
+
+TEST_F(FingerprintFile, CannotBeWritten_IsToldWithWhatIsMissing)
+{
+    for (const int error : ERRORS)
+        EXPECT_THAT(save("write", error),
+                    ElementsAre(BEFORE, "wrote 0 bytes to the file,  want to write  512 bytes to "
+                                        "the file."));
+}
+
+TEST_F(FingerprintFile, WritingIsInterrupted_GoesOn)
+{
+    EXPECT_THAT(save("write", EINTR),
+                ElementsAre(BEFORE, "Successfully wrote 512 bytes to the file."));
+    EXPECT_EQ(readFile(QString::fromLatin1(NAME)), QByteArray(512, 'p'));
+}
