@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QImageReader>
 
+#include "render/plain_bmp.h"
 #include "render/tools.h"
 
 namespace
@@ -28,6 +29,8 @@ bool isAffordable(const QImageReader &reader)
 /** A reader's photo as a picture: the format is told by the bytes themselves. */
 QPixmap loadedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE])
 {
+    if (const auto image = plainBmpImage(photo, sizeof(photo)))
+        return QPixmap::fromImage(*image);
     QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char *>(photo), sizeof(photo));
     QBuffer buffer(&bytes);

@@ -51,6 +51,8 @@ long failed = 0;
 long failingPosition = 0;
 faults::Extent failingExtent = faults::Extent::ONE;
 
+Frames framesOfFailure;
+
 std::atomic_flag accountLock = ATOMIC_FLAG_INIT;
 std::atomic<int> blockCount = 0;
 bool placesWanted = false;
@@ -145,7 +147,10 @@ bool fails(const void *caller)
     const long more = failingExtent == faults::Extent::ONE ? 0 : LONG_SHORTAGE;
     const bool isFailing =
         failingPosition > 0 && counted >= failingPosition && counted <= failingPosition + more;
-    failed += isFailing ? 1 : 0;
+    if (isFailing && failed++ == 0) {
+        const faults::MemoryPause pause;
+        framesOfFailure.count = backtrace(framesOfFailure.addresses.data(), MOST_FRAMES);
+    }
     return isFailing;
 }
 
@@ -260,6 +265,12 @@ long faults::failedAllocations()
     return failed;
 }
 
+std::string faults::placeOfFailure()
+{
+    constexpr int PLACES = 3;
+    return innermostPlaces(framesOfFailure.addresses.data(), framesOfFailure.count, PLACES);
+}
+
 faults::MemoryPause::MemoryPause() : m_before(isCounting)
 {
     isCounting = false;
@@ -289,7 +300,7 @@ int faults::liveBlocks()
 
 std::vector<std::string> faults::placesOfLiveBlocks()
 {
-    constexpr int PLACES = 4;
+    constexpr int PLACES = 3;
     std::vector<std::string> places;
     for (std::size_t i = 0; i < MOST_BLOCKS; ++i) {
         const Frames &frames = framesOfBlocks[i];

@@ -32,6 +32,9 @@ long stopMemory();
 /** How many allocations have failed since the start. */
 long failedAllocations();
 
+/** The innermost functions that asked for the first of them. */
+std::string placeOfFailure();
+
 /** While it lives, this thread's memory neither fails nor counts, as before the start. */
 class MemoryPause
 {

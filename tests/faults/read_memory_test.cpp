@@ -37,10 +37,12 @@ void print(const Card &card, Extent extent, const ReadFigures &figures)
     std::cout << "| " << card.name << " | " << (extent == Extent::ONE ? "one" : "all that follow")
               << " | " << figures.allocations << " | " << figures.beforePictures << " | "
               << figures.reads << " | " << figures.refused << " | " << figures.whole << " | "
-              << figures.plainer << " | " << sum(figures.crashes) << " | " << figures.losing
+              << sum(figures.plainer) << " | " << sum(figures.crashes) << " | " << figures.losing
               << " |\n";
     for (const auto &[place, count] : figures.crashes)
         std::cout << "    crash " << count << ": " << place.toStdString() << '\n';
+    for (const auto &[place, count] : figures.plainer)
+        std::cout << "    plainer " << count << ": " << place.toStdString() << '\n';
     for (const auto &[place, count] : figures.losses)
         std::cout << "    lost " << count << ": " << place.toStdString() << '\n';
 }

@@ -93,6 +93,7 @@ QByteArray toText(const ReadOutcome &outcome)
         {"hasPhoto", outcome.hasPhoto},
         {"picturesAreWhole", outcome.picturesAreWhole},
         {"hasFailed", outcome.hasFailed},
+        {"failure", outcome.failure},
         {"lostBlocks", outcome.lostBlocks},
         {"lostBlockPlaces", QJsonArray::fromStringList(outcome.lostBlockPlaces)},
         {"complaints", QJsonArray::fromStringList(outcome.complaints)}};
@@ -115,6 +116,7 @@ ReadOutcome fromText(const QByteArray &text)
     outcome.hasPhoto = object["hasPhoto"].toBool();
     outcome.picturesAreWhole = object["picturesAreWhole"].toBool();
     outcome.hasFailed = object["hasFailed"].toBool();
+    outcome.failure = object["failure"].toString();
     outcome.lostBlocks = object["lostBlocks"].toInt();
     outcome.lostBlockPlaces = strings(object["lostBlockPlaces"]);
     outcome.complaints = strings(object["complaints"]);
@@ -158,6 +160,8 @@ ReadOutcome readTwice(const Card &card, const Reading &whole, long position, Ext
         outcome.hasFailed = failedAllocations() > 0;
         outcome.hasPhoto = card.hasPhoto(*reading, whole);
         outcome.picturesAreWhole = reading->front == whole.front && reading->back == whole.back;
+        if (result == IDCARD_RESULT_OK && !outcome.picturesAreWhole)
+            outcome.failure = QString::fromStdString(placeOfFailure());
         reading.reset();
         keptBlocks = liveBlocks();
         kept = placesOfLiveBlocks();
@@ -230,7 +234,7 @@ void add(ReadFigures &figures, const ReadOutcome &outcome)
     else if (outcome.picturesAreWhole)
         ++figures.whole;
     else
-        ++figures.plainer;
+        ++figures.plainer[outcome.failure];
     figures.losing += outcome.lostBlockPlaces.isEmpty() ? 0 : 1;
     for (const QString &place : outcome.lostBlockPlaces)
         ++figures.losses[place];

@@ -34,6 +34,7 @@ struct ReadOutcome {
     bool hasPhoto = false; ///< and all texts, which come before it
     bool picturesAreWhole = false;
     bool hasFailed = false; ///< whether there was an allocation at the position at all
+    QString failure;        ///< where, of a read that succeeds with other pictures
     int lostBlocks = 0;     ///< at a second read that failed in the same place
     QStringList lostBlockPlaces;
     QString crash;          ///< the innermost functions of a crash; empty: none
@@ -53,7 +54,8 @@ struct ReadFigures {
     int reads = 0;
     int refused = 0; ///< ended with a code
     int whole = 0;   ///< code 0 and everything as it should be
-    int plainer = 0; ///< code 0 and a picture that lacks something
+    /** Reads with code 0 and a picture that lacks something, by what failed. */
+    std::map<QString, int> plainer;
     std::map<QString, int> crashes;
     int losing = 0;                ///< reads that lost memory
     std::map<QString, int> losses; ///< of blocks, by place
