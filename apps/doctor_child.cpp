@@ -25,7 +25,7 @@ namespace
 {
 
 constexpr int MOST_BYTES = 256 * 1024;
-constexpr int LOOK_MS = 20;
+constexpr int LOOK_MS = 2;
 constexpr char END_MARK[] = "\x04"; ///< the last line
 
 class ReadPipe

@@ -67,6 +67,14 @@ Environment probe(const Options &options)
     return environment;
 }
 
+/** What was printed by what the probes loaded and started. */
+void showLogs(const Environment &environment)
+{
+    for (const QByteArray &log :
+         {environment.photoDecoder.log, environment.readerLibrary.log, environment.pictures.log})
+        printToStandardError(QString::fromLocal8Bit(log));
+}
+
 } // namespace
 
 ExitStatus runDoctor(const Options &options, Output *output)
@@ -77,6 +85,8 @@ ExitStatus runDoctor(const Options &options, Output *output)
         return ExitStatus::WrongUsage;
     }
     const Environment environment = probe(options);
+    if (options.verbose)
+        showLogs(environment);
     const std::vector<CheckedFinding> findings = judge(environment);
     output->write(options.json ? toReportJson(findings, environment.roads)
                                : toReport(findings, environment.roads).toUtf8());

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 
+#include <QByteArray>
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -57,6 +58,7 @@ struct LibraryState {
     QString tried;      ///< the file or name that was loaded, or that loading ended at
     QString crash;      ///< how the loading program ended
     QStringList errors; ///< of the loader
+    QByteArray log;     ///< what the library printed when it was loaded
     QStringList missing;
 };
 
@@ -138,6 +140,7 @@ struct PicturesState {
     QString failure;                ///< why not
     QString runningPlatform;
     std::optional<ScreenState> screen;
+    QByteArray log; ///< what Qt said
     bool isJpegKnown = false;
     bool canWriteJpeg = false;
     QStringList pluginFolders;

@@ -51,7 +51,7 @@ QString triedFile(const LibraryState &state)
 QString missingDependency(const LibraryState &state)
 {
     for (const QString &error : state.errors) {
-        const QString name =
+        QString name =
             QRegularExpression(QStringLiteral("^([^ :]+): cannot open shared object file: No such"))
                 .match(error)
                 .captured(1);

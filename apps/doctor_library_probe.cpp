@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <cstdint>
 #include <vector>
 
 #include <dlfcn.h>
@@ -128,7 +128,7 @@ QStringList loaderFolders()
 /** Files of this name that the loader's cache leads to; their paths stand in it as they are. */
 QStringList cachedFiles(const QString &fileName)
 {
-    constexpr qint64 MOST = 16 * 1024 * 1024;
+    constexpr qint64 MOST = 16777216;
     QFile cache(QStringLiteral("/etc/ld.so.cache"));
     if (!cache.open(QIODevice::ReadOnly))
         return {};
@@ -212,28 +212,31 @@ void takeLine(const QByteArray &line, LibraryState *state)
 
 LibraryFile inspectLibrary(const QString &path)
 {
-    LibraryFile found{path, LibraryShape::Sound, {}};
+    LibraryFile found{path, LibraryShape::NoLibrary, {}};
+    if (QFileInfo(path).isDir())
+        return found;
     QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        found.shape = LibraryShape::Unreadable;
+        return found;
+    }
+    if (file.read(SELFMAG) != QByteArray(ELFMAG))
+        return found;
     Elf64_Ehdr header{};
     Elf64_Ehdr own{};
     QFile ownFile(ownLibrary());
-    if (QFileInfo(path).isDir()) {
-        found.shape = LibraryShape::NoLibrary;
-    } else if (!file.open(QIODevice::ReadOnly)) {
-        found.shape = LibraryShape::Unreadable;
-    } else if (!readStruct(file, 0, &header)) {
-        found.shape = file.seek(0) && file.read(SELFMAG) == QByteArray(ELFMAG)
-                          ? LibraryShape::CutOff
-                          : LibraryShape::NoLibrary;
-    } else if (std::memcmp(static_cast<const void *>(header.e_ident), ELFMAG, SELFMAG) != 0) {
-        found.shape = LibraryShape::NoLibrary;
-    } else if (ownFile.open(QIODevice::ReadOnly) && readStruct(ownFile, 0, &own)) {
-        found.machine = machineName(header);
-        if (!isSameMachine(header, own))
-            found.shape = LibraryShape::OtherMachine;
-        else if (header.e_ident[EI_CLASS] == ELFCLASS64 && isCutOff(file, header))
-            found.shape = LibraryShape::CutOff;
+    if (!readStruct(file, 0, &header)) {
+        found.shape = LibraryShape::CutOff;
+        return found;
     }
+    found.machine = machineName(header);
+    found.shape = LibraryShape::Sound;
+    if (!ownFile.open(QIODevice::ReadOnly) || !readStruct(ownFile, 0, &own))
+        return found;
+    if (!isSameMachine(header, own))
+        found.shape = LibraryShape::OtherMachine;
+    else if (header.e_ident[EI_CLASS] == ELFCLASS64 && isCutOff(file, header))
+        found.shape = LibraryShape::CutOff;
     return found;
 }
 
@@ -262,6 +265,7 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     const ChildRun run = runInChild([&state](const Telling &tell) { load(state, tell); }, limitMs,
                                     FileWriting::Allowed);
     state.loading = Loading::NotLoaded;
+    state.log = run.log;
     for (const QByteArray &line : run.output.split('\n'))
         takeLine(line, &state);
     if (run.end != ChildRun::End::Done) {

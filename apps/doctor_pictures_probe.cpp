@@ -1,7 +1,6 @@
 #include "apps/doctor_pictures_probe.h"
 
 #include <array>
-#include <cmath>
 
 #include <QBuffer>
 #include <QDir>
@@ -182,6 +181,7 @@ void takeFont(const QJsonObject &told, FontState *font)
 
 void takeAll(const ChildRun &run, bool withScreen, PicturesState *state)
 {
+    auto &[textFont, numberFont] = state->fonts;
     for (const QByteArray &line : run.output.split('\n')) {
         const QJsonObject told = QJsonDocument::fromJson(line).object();
         if (withScreen && told.contains("screen"))
@@ -189,9 +189,9 @@ void takeAll(const ChildRun &run, bool withScreen, PicturesState *state)
         if (told.contains("jpeg"))
             takeJpeg(told["jpeg"].toObject(), state);
         if (told.contains("textFont"))
-            takeFont(told["textFont"].toObject(), &state->fonts[0]);
+            takeFont(told["textFont"].toObject(), &textFont);
         if (told.contains("numberFont"))
-            takeFont(told["numberFont"].toObject(), &state->fonts[1]);
+            takeFont(told["numberFont"].toObject(), &numberFont);
     }
 }
 
@@ -221,6 +221,7 @@ PicturesState probePictures()
         state.fonts.at(i).weight = QLatin1String(FONTS.at(i).weightName);
     }
     const ChildRun run = runInChild(describe, QT_LIMIT_MS, FileWriting::Forbidden);
+    state.log = run.log;
     takeAll(run, true, &state);
     if (!state.hasStarted) {
         state.failure = failureOf(run);

@@ -36,11 +36,6 @@ QString indented(const QString &text)
     return wrapped(printable(text), HELP_WIDTH - TEXT_COLUMN, TEXT_COLUMN);
 }
 
-QString margin()
-{
-    return QString(TEXT_COLUMN, QLatin1Char(' '));
-}
-
 QString toLines(const CheckedFinding &one)
 {
     const Finding &finding = one.finding;
@@ -48,7 +43,8 @@ QString toLines(const CheckedFinding &one)
                     padded(QLatin1String(one.check->title), TITLE_WIDTH) + indented(finding.text) +
                     QLatin1Char('\n');
     if (!finding.remedy.isEmpty())
-        lines += margin() + indented(QStringLiteral("-> ") + finding.remedy) + QLatin1Char('\n');
+        lines += QString(TEXT_COLUMN, QLatin1Char(' ')) +
+                 indented(QStringLiteral("-> ") + finding.remedy) + QLatin1Char('\n');
     int width = 0;
     for (const QString &command : finding.commands)
         width = std::max(width, displayWidth(printable(command)));

@@ -8,6 +8,7 @@
 
 #include "apps/doctor_usb_probe.h"
 #include "apps/usb_catalogue.h"
+#include "apps/usb_list.h"
 #include "reader/usb_codes.h"
 
 namespace app::doctor
@@ -183,15 +184,12 @@ Findings checkReader(const Environment &environment)
         facts["manufacturer"] = textOrNull(device.manufacturer);
         facts["product"] = textOrNull(device.product);
         facts["hasReaderPipes"] = device.hasReaderPipes;
-        const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
-        const QString text =
-            name.isEmpty() ? place(node) : QStringLiteral("%1, %2").arg(place(node), name);
+        const QString text = QStringLiteral("%1, %2").arg(place(node), designation(device));
         if (device.hasReaderPipes)
             return Finding{Level::Fine, text, {}, {}, facts};
         return Finding{Level::Failure,
-                       text + QStringLiteral(" (%1): it has not the pipes of a reader that this "
-                                             "library knows")
-                                  .arg(device.deviceClass),
+                       text + QStringLiteral(": it has not the pipes of a reader that this "
+                                             "library knows"),
                        QStringLiteral("See whether these ids are those of the reader. One with "
                                       "other pipes is read through its maker's library alone:"),
                        {QStringLiteral("idcard-reader doctor --road library")},

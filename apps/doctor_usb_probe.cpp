@@ -21,7 +21,7 @@ namespace app::doctor
 namespace
 {
 
-constexpr qint64 LONGEST_RULE = 64 * 1024;
+constexpr qint64 LONGEST_RULE = 65536;
 
 bool isSame(UsbIds one, UsbIds other)
 {

@@ -507,6 +507,7 @@ warning  Locale           "C" has the encoding ANSI_X3.4-1968, not UTF-8: a
 
 Reading over USB
 ok       Reader           1209:0001 at /dev/bus/usb/001/002, Maker Reader
+                          (vendor-specific)
 FAILURE  Permission       This user may not open /dev/bus/usb/001/002: mode
                           0600, owner root, group root
                           -> Install the rule file 69-idcard-reader.rules in

@@ -1,6 +1,6 @@
 // "idcard-reader doctor": the built program on machines with one fault each.
 
-#include <cerrno>
+#include <memory>
 
 #include <gmock/gmock.h>
 
@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "simulator/virtual_reader.h"
+#include "tests/support/running_process.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"
@@ -164,6 +165,17 @@ TEST_F(Doctor, LinesFitATerminalButForCommandsAndPaths)
     }
 }
 
+TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
+{
+    install(readFile(builtLibrary("WRITES")));
+    const ProcessResult quiet = run({"--road", "library"});
+    EXPECT_THAT(quiet.standardError.toStdString(), IsEmpty());
+    const ProcessResult verbose = run({"--road", "library", "--verbose"});
+    EXPECT_THAT(verbose.standardError.toStdString(), testing::StartsWith("noise\nnoise\n"));
+    EXPECT_EQ(verbose.standardOutput.toStdString(), quiet.standardOutput.toStdString());
+    EXPECT_EQ(verbose.exitStatus, 0);
+}
+
 TEST_F(Doctor, OtherVersionsAreTold)
 {
     set("LD_PRELOAD", QDir(IDCARD_BUILD_LIB_DIR).filePath("libidcard_other_versions.so"));
@@ -256,16 +268,6 @@ TEST_F(Doctor, MakersLibraryThatCrashesIsAFailureAndLeavesNoCoreFile)
     EXPECT_EQ(runTool({"doctor", "--road", "library"}, input).exitStatus, 10);
     EXPECT_THAT(namesIn(path("here")), IsEmpty());
     setrlimit(RLIMIT_CORE, &limit);
-}
-
-TEST_F(Doctor, MakersLibraryThatHangsIsAFailure)
-{
-    install(readFile(builtLibrary("HANGS")));
-    const ProcessResult json = run({"--road", "library", "--json"});
-    EXPECT_EQ(json.exitStatus, 10);
-    const QJsonObject finding = findingIn(reportOf(json), "reader-library");
-    EXPECT_THAT(finding["text"].toString().toStdString(), EndsWith("every program that reads"));
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "hang");
 }
 
 TEST_F(Doctor, FunctionsThatAreInTheProcessAreTakenFromThere)
@@ -575,7 +577,49 @@ TEST_F(DoctorOnTheBus, NothingOnTheMachineIsChanged)
     EXPECT_THAT(bus().leftOvers(), IsEmpty());
 }
 
-/** Behind all others: its name has the last place of the alphabet, and tests run as they stand. */
+/** The program on a machine whose maker's library hangs: it begins with the first test. */
+class HangingRun : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        writeFile(m_folder->filePath(IDCARD_VENDOR_READER_LIBRARY),
+                  readFile(builtLibrary("HANGS")));
+        ProcessInput input;
+        input.environment[QStringLiteral("LD_LIBRARY_PATH")] = m_folder->path();
+        m_process = std::make_unique<RunningProcess>(
+            QStringLiteral("idcard-reader"), QStringList{"doctor", "--road", "library"}, input);
+    }
+    void TearDown() override
+    {
+        m_process.reset();
+        m_folder.reset();
+    }
+    ProcessResult result() { return m_process->result(); }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<RunningProcess> m_process;
+};
+
+// NOLINTNEXTLINE(cppcoreguidelines-owning-memory): GoogleTest takes it
+auto *const hangingRun =
+    static_cast<HangingRun *>(testing::AddGlobalTestEnvironment(new HangingRun));
+
+TEST(DoctorOfAHangingLibrary, TellsThatItHangs)
+{
+    const ProcessResult run = hangingRun->result();
+    ASSERT_TRUE(run.finished);
+    EXPECT_EQ(run.exitStatus, 10);
+    const QString text = QString::fromUtf8(run.standardOutput).simplified();
+    EXPECT_THAT(text.toStdString(),
+                AllOf(HasSubstr("FAILURE Maker's library Loading /"),
+                      HasSubstr("/" IDCARD_VENDOR_READER_LIBRARY
+                                " hangs, and with it every program that reads -> End other")));
+}
+
+/** Behind all others, since tests run in the order in which they stand. */
 TEST(DoctorsSchema, FitsEveryReportOfTheseTests)
 {
     const auto count = QDir(samples().path()).entryList(QDir::Files).size();

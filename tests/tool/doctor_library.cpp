@@ -18,7 +18,7 @@ struct AtLoading {
         pause();
 #elif defined(WRITES)
         // As much as fits and more: what nobody wants to read must not fill a pipe.
-        for (int i = 0; i < 100000; ++i)
+        for (int i = 0; i < 20000; ++i)
             if (write(STDOUT_FILENO, "noise\n", 6) < 0)
                 break;
 #endif
