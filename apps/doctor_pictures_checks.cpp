@@ -64,15 +64,17 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
                                         : QStringLiteral("%1: its stand-in %2").arg(wanted, faces);
     } else {
         finding.level = Level::Warning;
-        finding.text = QStringLiteral("%1: no stand-in is named, and Qt takes %2, with Chinese "
-                                      "characters of %3; they may have another form or size than "
-                                      "on the card")
-                           .arg(wanted, font.got, faces);
+        const QString taken =
+            faces.startsWith(font.got)
+                ? faces
+                : QStringLiteral("%1, with Chinese characters of %2").arg(font.got, faces);
+        finding.text = QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters may "
+                                      "have another form or size than on the card")
+                           .arg(wanted, taken);
         finding.remedy = QStringLiteral("Install a font for it and the project's fontconfig file "
                                         "69-idcard-reader.conf (docs/fonts.md), as root:");
         finding.commands =
-            install + QStringList{QStringLiteral(
-                          "cp packaging/fonts/69-idcard-reader.conf /etc/fonts/conf.d/")};
+            install + QStringList{QStringLiteral("cp 69-idcard-reader.conf /etc/fonts/conf.d/")};
     }
     return finding;
 }

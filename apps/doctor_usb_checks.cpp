@@ -184,7 +184,9 @@ Findings checkReader(const Environment &environment)
         facts["manufacturer"] = textOrNull(device.manufacturer);
         facts["product"] = textOrNull(device.product);
         facts["hasReaderPipes"] = device.hasReaderPipes;
-        const QString text = QStringLiteral("%1, %2").arg(place(node), designation(device));
+        const QString name = designation(device);
+        const QString text =
+            place(node) + QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", ") + name;
         if (device.hasReaderPipes)
             return Finding{Level::Fine, text, {}, {}, facts};
         return Finding{Level::Failure,
@@ -199,7 +201,8 @@ Findings checkReader(const Environment &environment)
 
 Findings checkPermission(const Environment &environment)
 {
-    return forEach(environment, [](const UsbNode &node) {
+    const bool isRoot = environment.usb.group.isRoot;
+    return forEach(environment, [isRoot](const UsbNode &node) {
         const NodeRights &rights = node.rights;
         QJsonObject facts = nodeFacts(node);
         facts["mayOpen"] = node.device.mayOpen;
@@ -220,8 +223,10 @@ Findings checkPermission(const Environment &environment)
             QStringLiteral("%1: mode %2, owner %3, group %4%5")
                 .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
                      rights.hasAcl ? QStringLiteral(", with an access list") : QString());
-        if (node.device.mayOpen)
-            return Finding{Level::Fine, state, {}, {}, facts};
+        if (node.device.mayOpen) {
+            const QString root = QStringLiteral("; root may open it whatever that is");
+            return Finding{Level::Fine, isRoot ? state + root : state, {}, {}, facts};
+        }
         return Finding{Level::Failure,
                        QStringLiteral("This user may not open %1").arg(state),
                        QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy),

@@ -444,6 +444,8 @@ TEST(FineMachine, OtherWaysOfBeingFineAreFine)
     node(machine).rights.hasAcl = true;
     EXPECT_THAT(findingOf("usb-permission", machine).text.toStdString(),
                 HasSubstr("mode 0660, owner root, group idcard-reader, with an access list"));
+    EXPECT_THAT(findingOf("usb-permission", machine).text.toStdString(),
+                testing::EndsWith("; root may open it whatever that is"));
     for (const double dpi : {60.0, 400.0}) {
         claim(machine, dpi, dpi * 1.04);
         EXPECT_EQ(findingOf("resolution", machine).level, Level::Fine) << dpi;

@@ -10,7 +10,9 @@
 #include <QLibraryInfo>
 
 #include <fcntl.h>
+#include <linux/landlock.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "simulator/virtual_reader.h"
@@ -43,6 +45,12 @@ QString builtLibrary(const char *fault)
         .filePath(QStringLiteral("libidcard_maker_%1.so").arg(QLatin1String(fault)));
 }
 
+/** Whether the kernel can keep a process from writing files; emulators of processors cannot. */
+bool canForbidWriting()
+{
+    return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) > 0;
+}
+
 bool isEmulated()
 {
     return !qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR");
@@ -63,6 +71,15 @@ protected:
         QFile::remove(path("vendor/" IDCARD_VENDOR_READER_LIBRARY));
         writeFile(path("vendor/" IDCARD_VENDOR_READER_LIBRARY), content);
         set("LD_LIBRARY_PATH", path("vendor") + ':' + m_installed.variables({})["LD_LIBRARY_PATH"]);
+    }
+
+    /** Behind what is preloaded already: a sanitizer wants to be the first of all. */
+    void preload(const char *name)
+    {
+        QStringList all = {QDir(IDCARD_BUILD_LIB_DIR).filePath(QLatin1String(name))};
+        if (!qEnvironmentVariableIsEmpty("LD_PRELOAD"))
+            all.prepend(qEnvironmentVariable("LD_PRELOAD"));
+        set("LD_PRELOAD", all.join(':'));
     }
 
     void runFrom(const QString &program) { m_program = program; }
@@ -112,6 +129,8 @@ protected:
         EXPECT_THAT(finding["text"].toString().toStdString(), HasSubstr(part));
         EXPECT_THAT(finding["remedy"].toString().toStdString(), Not(IsEmpty()));
 
+        if (isEmulated())
+            return finding; // the text differs by no processor, and a run takes ten times as long
         const ProcessResult text = run(arguments);
         EXPECT_EQ(text.exitStatus, status);
         EXPECT_THAT(text.standardError.toStdString(), IsEmpty());
@@ -178,9 +197,7 @@ TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
 
 TEST_F(Doctor, OtherVersionsAreTold)
 {
-    set("LD_PRELOAD", QDir(IDCARD_BUILD_LIB_DIR).filePath("libidcard_other_versions.so"));
-    // The sanitizer wants to be the first library of all otherwise.
-    set("ASAN_OPTIONS", qEnvironmentVariable("ASAN_OPTIONS") + ":verify_asan_link_order=0");
+    preload("libidcard_other_versions.so");
     const QJsonObject qt = expectFault(
         "qt-version", "failure", "5.9.5, built with " QT_VERSION_STR ": they do not go together");
     EXPECT_EQ(qt["facts"].toObject()["running"].toString(), "5.9.5");
@@ -273,8 +290,7 @@ TEST_F(Doctor, MakersLibraryThatCrashesIsAFailureAndLeavesNoCoreFile)
 TEST_F(Doctor, FunctionsThatAreInTheProcessAreTakenFromThere)
 {
     set("LD_LIBRARY_PATH", path("nothing"));
-    set("LD_PRELOAD", QDir(IDCARD_BUILD_LIB_DIR).filePath("libidcard_simulator.so"));
-    set("ASAN_OPTIONS", qEnvironmentVariable("ASAN_OPTIONS") + ":verify_asan_link_order=0");
+    preload("libidcard_simulator.so");
     const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
     for (const char *check : {"reader-library", "photo-decoder"}) {
         const QJsonObject finding = findingIn(report, check);
@@ -561,14 +577,14 @@ TEST_F(DoctorOnTheBus, NothingOnTheMachineIsChanged)
     writeFile(path("fonts.conf"),
               "<fontconfig><dir>/usr/share/fonts/opentype/noto</dir><cachedir>" +
                   path("cache").toUtf8() + "</cachedir></fontconfig>");
-    if (!isEmulated())
-        set("FONTCONFIG_FILE", path("fonts.conf"));
+    set("FONTCONFIG_FILE", path("fonts.conf"));
+    const QStringList road = canForbidWriting() ? QStringList() : QStringList{"--road", "usb"};
     const auto before = folderState(path("."));
     for (const QStringList &arguments : {QStringList{}, QStringList{"--json", "--verbose"}}) {
         ProcessInput input;
         input.environment = variables();
         input.workingDirectory = path("work");
-        const ProcessResult result = runTool(QStringList{"doctor"} + arguments, input);
+        const ProcessResult result = runTool(QStringList{"doctor"} + road + arguments, input);
         EXPECT_TRUE(result.finished);
         EXPECT_GE(result.exitStatus, 9);
     }
