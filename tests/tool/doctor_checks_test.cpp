@@ -4,11 +4,9 @@
 
 #include <gmock/gmock.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
 #include "apps/doctor_report.h"
 #include "reader/usb_codes.h"
+#include "tests/tool/doctor_machine.h"
 
 using namespace app;
 using namespace app::doctor;
@@ -19,60 +17,6 @@ using testing::Not;
 
 namespace
 {
-
-LibraryState loadedLibrary(const char *path, const QStringList &functions)
-{
-    LibraryState state;
-    state.fileName = QString::fromLatin1(path).section('/', -1);
-    state.functions = functions;
-    state.ownMachine = "x86-64";
-    state.ownFolder = "/usr/lib";
-    state.places = QStringList{"/usr/lib"};
-    state.files = {{QString::fromLatin1(path), LibraryShape::Sound, "x86-64"}};
-    state.loading = Loading::Loaded;
-    state.tried = QString::fromLatin1(path);
-    return state;
-}
-
-/** A machine on which a card can be read by either road. */
-Environment fineMachine()
-{
-    Environment machine;
-    machine.versions = {"1.5.0", "version:1.5.0", "5.11.3", "5.15.8"};
-    machine.locale = {"zh_CN.UTF-8", true, "zh_CN.UTF-8", "UTF-8"};
-    machine.readerLibrary =
-        loadedLibrary("/usr/lib/libmaker.so", {"KVO_OpenPort", "KVO_FindIDCard"});
-    machine.photoDecoder = loadedLibrary("/usr/lib/libdecoder.so", {"unpack"});
-
-    UsbNode node;
-    node.device.ids = {0x1209, 0x0001};
-    node.device.node = "/dev/bus/usb/001/002";
-    node.device.manufacturer = "Maker";
-    node.device.product = "Reader";
-    node.device.deviceClass = "vendor-specific";
-    node.device.hasReaderPipes = true;
-    node.device.mayOpen = true;
-    node.rights = {true, 0660, "root", "idcard-reader", false};
-    machine.usb.nodes = {node};
-    machine.usb.rule = {"/etc/udev/rules.d/69-idcard-reader.rules",
-                        false,
-                        {UsbIds{0x1209, 0x0001}},
-                        "idcard-reader"};
-    machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
-
-    PicturesState &pictures = machine.pictures;
-    pictures.hasStarted = true;
-    pictures.runningPlatform = "xcb";
-    pictures.screen =
-        ScreenState{"DP-1", {1920, 1080}, {508, 286}, 96, 96, {323.5275590551181, 204.0944881889}};
-    pictures.isJpegKnown = true;
-    pictures.canWriteJpeg = true;
-    pictures.jpegPlugin = "/qt/imageformats/libqjpeg.so";
-    pictures.fonts[0] = {"华文细黑", "normal", "SomeFont", {"SomeFont Regular"},
-                         false,      true,     true,       true};
-    pictures.fonts[1] = {"黑体", "demi-bold", "黑体", {"黑体 Bold"}, true, true, true, true};
-    return machine;
-}
 
 /** The only finding of a check. */
 Finding findingOf(const char *check, const Environment &machine)
@@ -488,90 +432,6 @@ TEST(ScreenThatIsNotThere, HasNoResolutionToJudge)
     Environment machine = fineMachine();
     machine.pictures.screen.reset();
     EXPECT_THAT(checkResolution(machine), IsEmpty());
-}
-
-TEST(Report, HasMarkersGroupsRemediesAndASum)
-{
-    Environment machine = fineMachine();
-    machine.roads = Roads::Usb;
-    machine.locale = {"", true, "C", "ANSI_X3.4-1968"};
-    forbid(machine);
-    EXPECT_EQ(toReport(judge(machine), Roads::Usb).toStdString(),
-              R"(General
-ok       Library          version:1.5.0
-ok       Qt               5.15.8, built with 5.11.3
-warning  Locale           "C" has the encoding ANSI_X3.4-1968, not UTF-8: a
-                          host application may garble Chinese texts and file
-                          names
-                          -> Start the host application in a UTF-8 locale, for
-                          instance:
-                             export LC_ALL=C.UTF-8
-
-Reading over USB
-ok       Reader           1209:0001 at /dev/bus/usb/001/002, Maker Reader
-                          (vendor-specific)
-FAILURE  Permission       This user may not open /dev/bus/usb/001/002: mode
-                          0600, owner root, group root
-                          -> Install the rule file 69-idcard-reader.rules in
-                          /etc/udev/rules.d or /usr/lib/udev/rules.d with the
-                          reader's ids in it, add the user to the group
-                          idcard-reader, log in anew and plug the reader in
-                          anew.
-FAILURE  udev rule        /etc/udev/rules.d/69-idcard-reader.rules is for
-                          1209:0001, but has not been applied: the node is not
-                          of the group idcard-reader
-                          -> Load it, then plug the reader in anew, as root:
-                             udevadm control --reload
-                             udevadm trigger --subsystem-match=usb --action=add
-ok       Group            clerk is in "idcard-reader"
-ok       Kernel driver    None is bound
-ok       In use           By no program
-
-Photos, by either road
-ok       Photo decoder    /usr/lib/libdecoder.so
-
-2 failures, 1 warning, 7 fine.
-)");
-}
-
-TEST(Report, NameOfADeviceCannotSteerTheTerminal)
-{
-    Environment machine = fineMachine();
-    node(machine).device.product = QStringLiteral("\x1b[2J\nFAILURE  forged");
-    const QString report = toReport(judge(machine), Roads::Both);
-    EXPECT_FALSE(report.contains(QChar(0x1B)));
-    EXPECT_FALSE(report.contains("\nFAILURE"));
-}
-
-TEST(Report, FailureWithoutARoadNamesTheRoads)
-{
-    Environment machine = fineMachine();
-    machine.usb.nodes.clear();
-    EXPECT_THAT(toReport(judge(machine), Roads::Both).simplified().toStdString(),
-                HasSubstr("--road library or --road usb"));
-    EXPECT_THAT(toReport(judge(machine), Roads::Usb).simplified().toStdString(),
-                Not(HasSubstr("--road library or --road usb")));
-}
-
-TEST(ReportJson, HoldsTheSumAndEveryFinding)
-{
-    Environment machine = fineMachine();
-    node(machine).device.driver = "usbserial";
-    const QJsonObject report =
-        QJsonDocument::fromJson(toReportJson(judge(machine), Roads::Both)).object();
-    EXPECT_EQ(report["road"].toString(), "both");
-    EXPECT_EQ(report["result"].toString(), "warning");
-    EXPECT_EQ(report["counts"].toObject(),
-              (QJsonObject{{"ok", 15}, {"warning", 1}, {"failure", 0}}));
-    EXPECT_EQ(report["findings"].toArray().size(), 16);
-    const QJsonObject driver = report["findings"].toArray().at(8).toObject();
-    EXPECT_EQ(driver["group"].toString(), "usb");
-    EXPECT_EQ(driver["check"].toString(), "usb-driver");
-    EXPECT_EQ(driver["level"].toString(), "warning");
-    EXPECT_EQ(driver["facts"].toObject(), (QJsonObject{{"device", "1209:0001"},
-                                                       {"node", "/dev/bus/usb/001/002"},
-                                                       {"driver", "usbserial"}}));
-    EXPECT_EQ(driver["commands"].toArray().size(), 2);
 }
 
 } // namespace

@@ -1,0 +1,227 @@
+// "idcard-reader doctor" with a reader on the emulated bus, and what all its reports have in
+// common.
+
+#include <fcntl.h>
+#include <linux/landlock.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "simulator/virtual_reader.h"
+#include "tests/tool/doctor_runner.h"
+#include "tests/usb/emulated_bus.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+/** Whether the kernel can keep a process from writing files; emulators of processors cannot. */
+bool canForbidWriting()
+{
+    return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) > 0;
+}
+
+/** With a reader on the emulated bus. */
+class DoctorOnTheBus : public Doctor
+{
+protected:
+    void SetUp() override
+    {
+        Doctor::SetUp();
+        const Variables bus = m_bus.childEnvironment();
+        for (auto it = bus.cbegin(); it != bus.cend(); ++it)
+            variables()[it.key()] = it.value();
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(m_bus.holdings().timesOpened, m_timesOpened);
+        EXPECT_EQ(m_bus.calls(m_reader), QStringList());
+    }
+
+    void plugIn(const QString &faults = {})
+    {
+        QString problem;
+        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
+        m_bus.add(m_reader);
+    }
+
+    QString node() const
+    {
+        const auto address = m_bus.address(m_reader);
+        return QStringLiteral("/dev/bus/usb/%1/%2")
+            .arg(address.bus, 3, 10, QLatin1Char('0'))
+            .arg(address.device, 3, 10, QLatin1Char('0'));
+    }
+
+    /** Binds a driver to the reader's interface 0, as the kernel shows it. */
+    void bind(const QString &driver) const
+    {
+        const auto address = m_bus.address(m_reader);
+        const QString name = QStringLiteral("%1-%2").arg(address.bus).arg(address.device);
+        const QString interface =
+            QStringLiteral("%1/sys/bus/usb/devices/%2/%2:1.0").arg(m_bus.folder(), name);
+        ASSERT_TRUE(QDir().mkpath(interface));
+        ASSERT_TRUE(QFile::link("../../../../../bus/usb/drivers/" + driver, interface + "/driver"));
+    }
+
+    ProcessResult runAsOrdinaryUser(const QStringList &arguments)
+    {
+        QStringList command = usb_test::ordinaryUserCommand();
+        command << QDir(IDCARD_BUILD_BIN_DIR).filePath("idcard-reader") << "doctor" << arguments;
+        ProcessInput input;
+        input.environment = variables();
+        input.emulated = false;
+        return runProcess(command.first(), command.mid(1), input);
+    }
+
+    usb_test::EmulatedBus &bus() { return m_bus; }
+
+private:
+    simulator::VirtualReader m_reader;
+    usb_test::EmulatedBus m_bus;
+    int m_timesOpened = 0;
+};
+
+TEST_F(DoctorOnTheBus, EmptyBusIsAFailure)
+{
+    expectFinding("usb-reader", "failure", "No device on the USB bus could be a reader",
+                  {"--road", "usb"});
+    plugIn();
+}
+
+TEST_F(DoctorOnTheBus, OtherDevicesThanTheOneAskedForAreAFailure)
+{
+    plugIn();
+    const QJsonObject finding =
+        expectFinding("usb-reader", "failure", "1209:00ab is not on the USB bus; 1 other devices",
+                      {"--road", "usb", "--device", "1209:00AB"});
+    EXPECT_EQ(finding["facts"].toObject()["device"].toString(), "1209:00ab");
+}
+
+TEST_F(DoctorOnTheBus, ReaderIsFoundByItsPipesAndNotOpened)
+{
+    plugIn();
+    for (const QStringList &arguments : {QStringList{}, QStringList{"--device", "1209:0001"}}) {
+        const QJsonObject report =
+            reportOf(run(QStringList{"--json", "--road", "usb"} + arguments));
+        EXPECT_EQ(findingIn(report, "usb-reader")["level"].toString(), "ok");
+        EXPECT_EQ(findingIn(report, "usb-reader")["facts"].toObject()["node"].toString(), node());
+        EXPECT_EQ(findingIn(report, "usb-permission")["level"].toString(), "ok");
+        EXPECT_EQ(findingIn(report, "usb-driver")["level"].toString(), "ok");
+        EXPECT_EQ(findingIn(report, "usb-holder")["level"].toString(), "ok");
+    }
+}
+
+TEST_F(DoctorOnTheBus, RuleThatIsNotInstalledIsTold)
+{
+    plugIn();
+    const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-rule");
+    const bool isInstalled = !finding["facts"].toObject()["file"].isNull();
+    EXPECT_EQ(finding["level"].toString(), isInstalled ? "ok" : "warning");
+}
+
+TEST_F(DoctorOnTheBus, NodeThatThisUserMayNotOpenIsAFailure)
+{
+    if (isEmulated())
+        GTEST_SKIP() << "the emulator cannot start a program as another user";
+    plugIn("permission-denied");
+    const ProcessResult json = runAsOrdinaryUser({"--json", "--road", "usb"});
+    EXPECT_EQ(json.exitStatus, 10);
+    const QJsonObject report = reportOf(json);
+    const QJsonObject finding = findingIn(report, "usb-permission");
+    EXPECT_EQ(finding["level"].toString(), "failure");
+    EXPECT_EQ(finding["facts"].toObject()["mode"].toString(), "0000");
+    const QJsonObject group = findingIn(report, "usb-group");
+    EXPECT_EQ(group["level"].toString(), "failure");
+    const ProcessResult text = runAsOrdinaryUser({"--road", "usb"});
+    EXPECT_EQ(text.exitStatus, 10);
+    EXPECT_THAT(QString::fromUtf8(text.standardOutput).simplified().toStdString(),
+                AllOf(HasSubstr("FAILURE Permission This user may not open " +
+                                node().toStdString() + ": mode 0000"),
+                      HasSubstr("-> Install the rule file 69-idcard-reader.rules")));
+}
+
+TEST_F(DoctorOnTheBus, DriverThatIsBoundIsAWarning)
+{
+    plugIn();
+    bind("usbserial_generic");
+    const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-driver");
+    EXPECT_EQ(finding["level"].toString(), "warning");
+    EXPECT_EQ(finding["facts"].toObject()["driver"].toString(), "usbserial_generic");
+    EXPECT_THAT(QString::fromUtf8(run({"--road", "usb"}).standardOutput).toStdString(),
+                HasSubstr("warning  Kernel driver    \"usbserial_generic\" is bound"));
+}
+
+TEST_F(DoctorOnTheBus, ProgramThatHasTheNodeOpenIsAWarning)
+{
+    plugIn();
+    const int descriptor = open((bus().folder() + node()).toLocal8Bit().constData(), O_RDONLY);
+    ASSERT_GE(descriptor, 0);
+    const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-holder");
+    close(descriptor);
+    EXPECT_EQ(finding["level"].toString(), "warning");
+    const QJsonArray processes = finding["facts"].toObject()["processes"].toArray();
+    ASSERT_EQ(processes.size(), 1);
+    EXPECT_EQ(processes.first().toObject()["process"].toInt(), getpid());
+}
+
+TEST_F(DoctorOnTheBus, ProgramThatHoldsTheReaderIsAFailure)
+{
+    plugIn();
+    bind("usbfs");
+    expectFinding("usb-holder", "failure", "The reader is held by a program that this user cannot",
+                  {"--road", "usb"});
+}
+
+TEST_F(DoctorOnTheBus, NothingOnTheMachineIsChanged)
+{
+    plugIn();
+    for (const char *folder : {"home", "cache", "run", "work"})
+        QDir().mkpath(path(folder));
+    set("HOME", path("home"));
+    set("XDG_CACHE_HOME", path("cache"));
+    set("XDG_RUNTIME_DIR", path("run"));
+    QFile::setPermissions(path("run"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    set("TMPDIR", path("work"));
+    // Fontconfig would keep what it found out about these fonts.
+    writeFile(path("fonts.conf"),
+              "<fontconfig><dir>/usr/share/fonts/opentype/noto</dir><cachedir>" +
+                  path("cache").toUtf8() + "</cachedir></fontconfig>");
+    set("FONTCONFIG_FILE", path("fonts.conf"));
+    const QStringList road = canForbidWriting() ? QStringList() : QStringList{"--road", "usb"};
+    const auto before = folderState(path("."));
+    for (const QStringList &arguments : {QStringList{}, QStringList{"--json", "--verbose"}}) {
+        ProcessInput input;
+        input.environment = variables();
+        input.workingDirectory = path("work");
+        const ProcessResult result = runTool(QStringList{"doctor"} + road + arguments, input);
+        EXPECT_TRUE(result.finished);
+        EXPECT_GE(result.exitStatus, 9);
+    }
+    EXPECT_EQ(folderState(path(".")), before);
+    EXPECT_EQ(modeOf(path("run")), 0700);
+    EXPECT_THAT(bus().leftOvers(), IsEmpty());
+}
+
+/** Behind all others, since tests run in the order in which they stand. */
+TEST(DoctorsSchema, FitsEveryReportOfTheseTests)
+{
+    const auto count = QDir(samples().path()).entryList(QDir::Files).size();
+    if (count == 0)
+        GTEST_SKIP() << "no other test ran";
+    ProcessInput input;
+    input.emulated = false;
+    input.environment = {{"LD_PRELOAD", QString()}, {"UMOCKDEV_DIR", QString()}};
+    const ProcessResult run =
+        runProcess("/usr/bin/python3",
+                   {QStringLiteral(IDCARD_SOURCE_DIR "/tests/tool/check_doctor_schema.py"),
+                    QStringLiteral(IDCARD_SOURCE_DIR "/docs/doctor.schema.json"), samples().path()},
+                   input);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.standardOutput.toStdString(), std::to_string(count) + " reports checked\n");
+}
+
+} // namespace

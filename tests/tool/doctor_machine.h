@@ -1,0 +1,8 @@
+#pragma once
+
+// What the doctor knows of a machine in order, for tests to spoil.
+
+#include "apps/doctor_environment.h"
+
+/** A machine on which a card can be read by either road. */
+app::doctor::Environment fineMachine();
