@@ -20,6 +20,9 @@ namespace viewer_test
 /** Waits until it holds; false when it does not in time. */
 bool waitFor(const std::function<bool()> &holds, int milliseconds = 20000);
 
+/** Whether a library can be unloaded here: the sanitizers keep one that they watch. */
+constexpr bool UNLOADS_LIBRARIES = IDCARD_SANITIZERS[0] == '\0';
+
 /** The Chinese of the window, as long as it lives. */
 class InChinese
 {
@@ -83,7 +86,7 @@ private:
     std::unique_ptr<viewer::MainWindow> m_window;
 };
 
-/** A picture without its last bits, the size of the smaller, for a comparison by eye. */
+/** How much two pictures differ on average, 0 to 255, in the part that both have. */
 double difference(const QImage &first, const QImage &second);
 
 } // namespace viewer_test
