@@ -206,10 +206,10 @@ TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
 
 TEST_F(UsbRoad, WindowClosedWhileAReadHangs_EndsWithTheReadAndGivesAllBack)
 {
-    plugIn("resident", "read-answer-delayed=500");
+    plugIn("resident", "read-answer-delayed=800");
     openOnUsb();
     click("read");
-    QTest::qWait(100);
+    EXPECT_TRUE(waitFor([this] { return bus().holdings().openNodes > 0; }));
     EXPECT_FALSE(window().endsWithin(0));
     EXPECT_TRUE(window().close());
     EXPECT_FALSE(window().isVisible());
