@@ -180,7 +180,7 @@ void CardDesk::finish(const Look &look)
     if (!isDropped)
         report(look, m_presence.observe(look.card.get(), look.status, look.code));
     if (isDropped && m_isAskedFor)
-        QMetaObject::invokeMethod(this, &CardDesk::start, Qt::QueuedConnection); // by the new road
+        m_nextLook.start(0); // by the road that is chosen now
     else if (m_isAutomatic)
         m_nextLook.start(static_cast<int>(std::max(SHORTEST_PAUSE_MS, m_lookTime.elapsed())));
 }

@@ -27,7 +27,7 @@ bool isOneOf(const app::CardField &field, const Keys &keys)
 /** Always as long, so that it tells nothing. */
 QString cover()
 {
-    return QString(8, QChar(0x2022));
+    return {8, QChar(0x2022)};
 }
 
 QString cardText(const char *text)

@@ -42,7 +42,7 @@ QString nameOf(const app::UsbDevice &device)
 /** What can be chosen and then be changed: with a number where there must be one. */
 QString exampleOf(const simulator::FaultRule &rule)
 {
-    const QString name = QLatin1String(rule.name);
+    QString name = QLatin1String(rule.name);
     if (rule.argument != simulator::FaultArgument::Number)
         return name;
     const int number = std::max(rule.minimum, 1);
