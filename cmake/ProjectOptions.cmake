@@ -6,6 +6,7 @@ option(IDCARD_BUILD_TESTS "Build the tests" OFF)
 option(IDCARD_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(IDCARD_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(IDCARD_FUZZING "Build the fuzz targets, with clang" OFF)
+option(IDCARD_COVERAGE "Count which lines of the library are run, with g++" OFF)
 set(IDCARD_SANITIZERS "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
 set(IDCARD_VENDOR_READER_LIBRARY "libkvo_reader.so" CACHE STRING
