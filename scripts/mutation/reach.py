@@ -15,14 +15,15 @@ START_COST = 0.7  # seconds to link a program and to start it, beside its own ti
 
 
 def _lines_of(folder, build_folder):
-    """File and line of what was run, from the counts in `folder`."""
+    """File and line of what was run, from the counts in `folder`; None when there are none, as the
+    library was not even loaded."""
     counts = sorted(folder.rglob("*.gcda"))
     for path in counts:
         notes = build_folder / OBJECTS / path.relative_to(
             next(parent for parent in path.parents if parent.name.endswith(".dir")))
         path.with_suffix(".gcno").symlink_to(notes.with_suffix(".gcno"))
     if not counts:
-        return {}
+        return None
     told = subprocess.run(["gcov", "--json-format", "--stdout", *counts], cwd=folder, check=True,
                           capture_output=True, text=True).stdout
     lines = {}
@@ -47,11 +48,11 @@ def measure(tree, folder, say):
         status, _ = run(["ctest", "-R", f"^{re.escape(name)}$"], tree.build_folder,
                         {"GCOV_PREFIX": str(counts)}, LONGEST_TEST)
         seconds = time.monotonic() - begun
-        lines = _lines_of(counts, tree.build_folder) if status == 0 else {}
+        lines = _lines_of(counts, tree.build_folder)
         measured[name] = {"passed": status == 0, "seconds": round(seconds, 2),
                           "programs": programs, "lines": lines}
         say(f"{number}/{len(tests)} {name}: {'passed' if status == 0 else 'FAILED'}, "
-            f"{seconds:.1f} s, {sum(map(len, lines.values()))} lines")
+            f"{seconds:.1f} s, {sum(map(len, (lines or {}).values()))} lines")
     return measured
 
 
@@ -64,16 +65,10 @@ def _words(text):
 class Reach:
     def __init__(self, measured, sources):
         self.tests = {name: test for name, test in measured.items()
-                      if test["passed"] and test["lines"]}
+                      if test["passed"] and test["lines"] is not None}
         self.sources = sources
         self.lines = {name: {path: set(numbers) for path, numbers in test["lines"].items()}
                       for name, test in self.tests.items()}
-        # Lines that run when the library is loaded tell nothing of a test.
-        self.at_load = {}
-        for path in sources:
-            runs = [lines.get(path, set()) for lines in self.lines.values()]
-            self.at_load[path] = set.intersection(*runs) if runs else set()
-
     def _includers(self, path):
         """The files that include `path`, also by way of others, and itself."""
         found, added = set(), {path}
@@ -83,32 +78,28 @@ class Reach:
                      any(f'#include "{name}"' in source.text for name in added)}
         return found
 
-    def _counted(self, place):
-        """The lines of the place that are ever counted."""
-        lines = set(range(place.line, place.last_line + 1))
-        return lines & set().union(*(test.get(place.path, set()) for test in self.lines.values()))
+    def _runs(self, name, files):
+        """How many lines of these files a test runs."""
+        return sum(len(self.lines[name].get(path, ())) for path in files)
 
     def reaching(self, place, by_file=False):
         """The tests that run the place or, where it is a declaration or a table that nothing
         counts, what may use it; the likeliest and quickest first."""
-        counted = self._counted(place) - self.at_load[place.path]
-        if counted and not by_file:
-            names = [name for name, lines in self.lines.items()
-                     if lines.get(place.path, set()) & counted]
-        else:
-            files = self._includers(place.path)
-            names = [name for name, lines in self.lines.items()
-                     if any(lines.get(path, set()) - self.at_load[path] for path in files)]
-        return sorted(names, key=lambda name: self._cost(name, place))
+        span = range(place.line, place.last_line + 1)
+        files = self._includers(place.path)
+        names = [name for name, lines in self.lines.items()
+                 if not lines.get(place.path, set()).isdisjoint(span)]
+        if by_file or not names:
+            names = [name for name in self.lines if self._runs(name, files)]
+        if not all(any(self._runs(name, [path]) for name in self.lines)
+                   for path in files if path.endswith(".cpp")):
+            # One of them holds nothing but data, which any test may look at.
+            names = list(self.lines)
+        return sorted(names, key=lambda name: self._cost(name, place, files))
 
-    def _cost(self, name, place):
+    def _cost(self, name, place, files):
         """Seconds until this test has caught the place, if it is as likely to as it looks."""
-        lines = self.lines[name]
-        of_all = sum(len(numbers - self.at_load.get(path, set()))
-                     for path, numbers in lines.items())
-        of_file = sum(len(lines.get(path, set()) - self.at_load[path])
-                      for path in self._includers(place.path))
-        likely = 0.02 + of_file / max(of_all, 1)
+        likely = 0.02 + self._runs(name, files) / max(self._runs(name, self.lines[name]), 1)
         if _words(name) & _words(place.path):
             likely += 1
         return (START_COST + self.tests[name]["seconds"]) / likely

@@ -173,12 +173,14 @@ class TheReach(unittest.TestCase):
         "slow": {"passed": True, "seconds": 9, "lines": {"a.cpp": [1, 2, 3]}},
         "quick": {"passed": True, "seconds": 1, "lines": {"a.cpp": [1, 2]}},
         "other": {"passed": True, "seconds": 1, "lines": {"a.cpp": [1], "b.cpp": [1]}},
+        "loading": {"passed": True, "seconds": 1, "lines": {}},
+        "stranger": {"passed": True, "seconds": 1, "lines": None},
         "failing": {"passed": False, "seconds": 1, "lines": {}},
     }
 
     def setUp(self):
         texts = {"a.cpp": '#include "a.h"\nint f();\nint g(1);\nint h(2);\n',
-                 "b.cpp": "int i;\n", "a.h": "int j(3);\n"}
+                 "b.cpp": "int i;\n", "a.h": "int j(3);\n", "data.cpp": "int k;\n"}
         self.sources = {path: Source(path, text) for path, text in texts.items()}
         self.reach = Reach(self.MEASURED, self.sources)
 
@@ -191,8 +193,14 @@ class TheReach(unittest.TestCase):
         self.assertEqual(["slow"], self.names("a.cpp", "1);"))
         self.assertEqual(["quick", "slow"], self.names("a.cpp", "f();"))
 
+    def test_of_a_line_that_nothing_counts_is_the_tests_that_run_its_file(self):
+        self.assertEqual(["other", "quick", "slow"], sorted(self.names("a.cpp", "h(2")))
+
+    def test_of_a_file_that_holds_data_alone_is_every_test_that_loads_the_library(self):
+        self.assertEqual(["loading", "other", "quick", "slow"], sorted(self.names("data.cpp", "k;")))
+
     def test_of_a_table_in_a_header_is_the_tests_that_run_what_includes_it(self):
-        self.assertEqual(["quick", "slow"], self.names("a.h", "3"))
+        self.assertEqual(["other", "quick", "slow"], sorted(self.names("a.h", "3")))
 
 
 if __name__ == "__main__":
