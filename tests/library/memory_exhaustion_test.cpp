@@ -10,10 +10,14 @@
 
 #include <QPixmap>
 
+#include "reader/tav_reader.h"
+
 namespace
 {
 
 int allocationsLeft = -1; // negative: memory does not run out
+int refusedAllocations = 0;
+int openResult = KVO_SUCCESS;
 bool portOpen = false;
 int makersKind = 0;
 
@@ -31,8 +35,10 @@ QPixmap QPixmap::fromImageInPlace(QImage &image, Qt::ImageConversionFlags flags)
 
 void *operator new(std::size_t size)
 {
-    if (allocationsLeft == 0)
+    if (allocationsLeft == 0) {
+        ++refusedAllocations;
         throw std::bad_alloc();
+    }
     if (allocationsLeft > 0)
         --allocationsLeft;
     if (void *memory = std::malloc(size))
@@ -52,8 +58,8 @@ void operator delete(void *memory, std::size_t) noexcept
 
 int KVO_OpenPort(int)
 {
-    portOpen = true;
-    return KVO_SUCCESS;
+    portOpen = openResult == KVO_SUCCESS;
+    return openResult;
 }
 
 int KVO_FindIDCard(int)
@@ -132,6 +138,20 @@ void readUntilMemorySuffices(int kind, Record Reading::*record)
 }
 
 } // namespace
+
+TEST(MemoryExhaustion, PortThatDoesNotOpen_LosesTheMessageAndNothingElse)
+{
+    openResult = 5;
+    refusedAllocations = 0;
+    allocationsLeft = 0;
+    CTavReader reader;
+    allocationsLeft = -1;
+    openResult = KVO_SUCCESS;
+
+    EXPECT_EQ(refusedAllocations, 1);
+    EXPECT_EQ(reader.FetchCardData(nullptr, nullptr, nullptr, nullptr, nullptr),
+              CTavReader::PORT_NOT_OPEN);
+}
 
 TEST(MemoryExhaustion, ResidentCard_LeavesABeginningOfTheRecordAndAClosedPort)
 {

@@ -1,5 +1,6 @@
 // The makers of the four kinds: every call that reaches the painter, in order, against the layout.
 
+#include "api/image_output.h"
 #include "render/makecardimg.h"
 #include "tests/render/picture_matchers.h"
 #include "tests/render/sample_photo.h"
@@ -568,4 +569,16 @@ TEST(AllKinds, SameRecord_GivesTheSamePictureEveryTime)
 {
     EXPECT_EQ(residentFront(residentCard()).base64, residentFront(residentCard()).base64);
     EXPECT_EQ(hmtFront(hmtPermit()).base64, hmtFront(hmtPermit()).base64);
+}
+
+TEST(AllKinds, BothPictures_AreMadeTheFrontFirst)
+{
+    _tagIDCARD_INFO_ALL_CN record = residentCard();
+    std::string front;
+    std::string back;
+    const PaintingRecorder recorder;
+    makeImages(record, front, back);
+    ASSERT_EQ(recorder.painted().size(), 11U);
+    EXPECT_EQ(recorder.painted().front().text, record.szName);
+    EXPECT_EQ(recorder.painted()[9].text, record.szDept);
 }

@@ -8,6 +8,9 @@
 
 #include <QImage>
 #include <QPixmap>
+#include <QtEndian>
+
+#include "tests/render/picture_resource.h"
 
 namespace
 {
@@ -31,6 +34,48 @@ void expectAsQtReadsIt(const char *path, QSize size)
                               static_cast<std::size_t>(read.width()) * 4),
                   0)
             << path << " row " << y;
+}
+
+/** A plain BMP file whose bytes of pixels, with the padding of the rows, count up. */
+struct MadeBmp {
+    int width = 5;
+    int height = 3;
+    int bits = 24;
+    int infoSize = 40;
+    int compression = 0;
+    int offset = 54;
+
+    QByteArray file() const
+    {
+        const int bytesPerRow = (width * bits / 8 + 3) / 4 * 4;
+        QByteArray bytes(offset, '\0');
+        bytes[0] = 'B';
+        bytes[1] = 'M';
+        put<quint32>(bytes, 2, offset + bytesPerRow * qAbs(height));
+        put<quint32>(bytes, 10, offset);
+        put<quint32>(bytes, 14, infoSize);
+        put<quint32>(bytes, 18, width);
+        put<quint32>(bytes, 22, height);
+        put<quint16>(bytes, 26, 1);
+        put<quint16>(bytes, 28, bits);
+        put<quint32>(bytes, 30, compression);
+        for (int i = 0; i < bytesPerRow * qAbs(height); ++i)
+            bytes.append(static_cast<char>(i + 1));
+        return bytes;
+    }
+
+    template <typename Number>
+    static void put(QByteArray &bytes, int at, int number)
+    {
+        qToLittleEndian(static_cast<Number>(number), bytes.data() + at);
+    }
+};
+
+/** Holds that a template with these bytes is what Qt makes of them. */
+void expectMadeAsQtReadsIt(const QByteArray &bytes, QSize size)
+{
+    const PictureResource resource(bytes);
+    expectAsQtReadsIt(resource.path().toLatin1().constData(), size);
 }
 
 } // namespace
@@ -58,4 +103,79 @@ TEST(CardTemplate, MissingPicture_IsNull)
 {
     EXPECT_TRUE(loadTemplate(QStringLiteral(":/Pics/none.bmp")).isNull());
     EXPECT_TRUE(loadTemplate(QString()).isNull());
+}
+
+TEST(CardTemplate, RowsOfAnyWidth_AreAsQtReadsThem)
+{
+    for (const int bits : {24, 32})
+        for (int width = 1; width <= 9; ++width) {
+            MadeBmp bmp;
+            bmp.width = width;
+            bmp.bits = bits;
+            expectMadeAsQtReadsIt(bmp.file(), QSize(width, 3));
+        }
+}
+
+TEST(CardTemplate, PixelsFurtherBehindTheHeaders_AreFoundWhereTheFileTells)
+{
+    MadeBmp bmp;
+    bmp.offset = 70;
+    expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureFromTheTop_IsLeftToQt)
+{
+    MadeBmp bmp;
+    bmp.height = -3;
+    expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureOfSixteenBits_IsLeftToQt)
+{
+    MadeBmp bmp;
+    bmp.bits = 16;
+    expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureWithBitMasks_IsLeftToQt)
+{
+    MadeBmp bmp;
+    bmp.bits = 32;
+    bmp.compression = 3;
+    bmp.offset = 66;
+    QByteArray bytes = bmp.file();
+    MadeBmp::put<quint32>(bytes, 54, 0x000000ff); // red comes first
+    MadeBmp::put<quint32>(bytes, 58, 0x0000ff00);
+    MadeBmp::put<quint32>(bytes, 62, 0x00ff0000);
+    expectMadeAsQtReadsIt(bytes, QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureWithLongerHeader_IsLeftToQt)
+{
+    MadeBmp bmp;
+    bmp.infoSize = 108;
+    bmp.offset = 122;
+    expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureOfTheLargestSide_IsAsQtReadsIt)
+{
+    for (const QSize size : {QSize(4096, 1), QSize(1, 4096), QSize(4097, 1), QSize(1, 4097)}) {
+        MadeBmp bmp;
+        bmp.width = size.width();
+        bmp.height = size.height();
+        expectMadeAsQtReadsIt(bmp.file(), size);
+    }
+}
+
+TEST(CardTemplate, FileThatEndsEarly_IsWhatQtMakesOfIt)
+{
+    const QByteArray whole = MadeBmp().file();
+    for (int size = 0; size < whole.size(); ++size) {
+        const PictureResource resource(whole.left(size));
+        const QImage read(resource.path());
+        const QImage loaded = loadTemplate(resource.path()).toImage();
+        EXPECT_EQ(loaded.isNull(), read.isNull()) << size << " bytes";
+        EXPECT_EQ(loaded.size(), read.size()) << size << " bytes";
+    }
 }
