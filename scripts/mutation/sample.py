@@ -9,6 +9,7 @@ from .source import Source
 
 FOLDERS = ["api", "common", "iddata", "reader", "render"]
 SUFFIXES = {".cpp", ".h", ".inc"}
+LARGE = 150  # places; a file that has more gets no more for it
 
 
 def library_files(root):
@@ -22,9 +23,9 @@ def load(root, path):
 
 
 def quotas(sizes, count):
-    """How many of `count` places each file gets: by the square root of how many it has, so that
-    long tables do not crowd out the rest."""
-    weights = {path: math.sqrt(size) for path, size in sizes.items() if size > 0}
+    """How many of `count` places each file gets: by the square root of how many it has, up to a
+    bound, so that long tables do not crowd out the rest."""
+    weights = {path: math.sqrt(min(size, LARGE)) for path, size in sizes.items() if size > 0}
     total = sum(weights.values())
     return {path: min(sizes[path], math.ceil(count * weight / total))
             for path, weight in weights.items()}
