@@ -72,9 +72,8 @@ class Tree:
     def build_all(self, coverage):
         """Builds everything, with the library's lines counted or not."""
         if self._mark.exists():
-            shutil.rmtree(self.build_folder / OBJECTS, ignore_errors=True)
-            self._remove(self._built())
-            self._mark.unlink()
+            self._broken_since = self._mark.stat().st_mtime - 0.01
+            self.restore()
         must_run(["cmake", "--preset", "coverage",
                   f"-DIDCARD_COVERAGE={'ON' if coverage else 'OFF'}",
                   # A program need not be linked again when only the inside of the library changes.
@@ -137,6 +136,7 @@ class Tree:
         for kept in self.kept.rglob("*.o"):
             path = self.build_folder / kept.relative_to(self.kept)
             if not path.exists() or path.stat().st_mtime_ns != kept.stat().st_mtime_ns:
+                path.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy2(kept, path)
         self._broken_since = None
         self._mark.unlink()
