@@ -10,6 +10,7 @@
 #include <numeric>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -213,6 +214,17 @@ TEST_F(Files, LengthOfZeroOrLess_MakesAnEmptyFile)
         EXPECT_THAT(log.texts(), ElementsAre(line));
         EXPECT_EQ(contentOf(QStringLiteral("file")), "");
     }
+}
+
+TEST_F(Files, HostWithoutStandardInput_HasItsFileWrittenAllTheSame)
+{
+    unsigned char bytes[] = {1, 2, 3};
+    const int standardInput = ::dup(STDIN_FILENO);
+    ASSERT_EQ(::close(STDIN_FILENO), 0); // the file takes its number, 0
+    CCommon::saveByteDataToFile(bytes, 3, FILE_NAME);
+    EXPECT_EQ(::dup2(standardInput, STDIN_FILENO), STDIN_FILENO);
+    ::close(standardInput);
+    EXPECT_EQ(contentOf(FILE_NAME), QByteArray("\1\2\3"));
 }
 
 TEST_F(Files, PathWithChineseCharacters_IsWritten)
