@@ -73,9 +73,17 @@ class Sample:
             self.quotas = {only_file: self.quotas.get(only_file, 0)}
             self.quirks = {only_file: self.quirks[only_file]}
 
+    def _all(self):
+        return (place for path in self.candidates
+                for place in self.quirks.get(path, []) + self.candidates[path])
+
     def find(self, identity):
-        for path in self.sources:
-            for place in self.quirks.get(path, []) + self.candidates[path]:
-                if place.id == identity:
-                    return place
+        for place in self._all():
+            if place.id == identity:
+                return place
         raise ValueError(f"There is no place {identity}; --list tells them all")
+
+    def current(self, results):
+        """Of results by their places' names, those whose place is still the same."""
+        return [results[place.id] for place in self._all()
+                if place.id in results and results[place.id]["before"] == place.before]

@@ -69,8 +69,9 @@ class Tree:
         failed = re.search(r"^\s*\d+ - (\S+) \(", output, re.MULTILINE)
         return failed.group(1) if failed else " or ".join(names)
 
-    def build_all(self, coverage):
-        """Builds everything, with the library's lines counted or not."""
+    def build_all(self, coverage, programs=()):
+        """Builds everything or, when programs are named, them and the library, with the lines of
+        the library counted or not."""
         if self._mark.exists():
             self._broken_since = self._mark.stat().st_mtime - 0.01
             self.restore()
@@ -78,7 +79,8 @@ class Tree:
                   f"-DIDCARD_COVERAGE={'ON' if coverage else 'OFF'}",
                   # A program need not be linked again when only the inside of the library changes.
                   "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"], self.folder)
-        must_run(["ninja", f"-j{self.jobs}"], self.build_folder)
+        targets = ["idcard_reader_lib", *programs] if programs else []
+        must_run(["ninja", f"-j{self.jobs}", *targets], self.build_folder)
 
     def tests(self):
         """Every test: its name and the programs of this build that it starts."""
