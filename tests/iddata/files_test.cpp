@@ -6,9 +6,16 @@
 #include "tests/support/message_log.h"
 #include "tests/tool/file_size_limit.h"
 
+#include <array>
+#include <chrono>
 #include <climits>
+#include <csignal>
 #include <numeric>
+#include <thread>
+#include <vector>
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -225,6 +232,47 @@ TEST_F(Files, HostWithoutStandardInput_HasItsFileWrittenAllTheSame)
     EXPECT_EQ(::dup2(standardInput, STDIN_FILENO), STDIN_FILENO);
     ::close(standardInput);
     EXPECT_EQ(contentOf(FILE_NAME), QByteArray("\1\2\3"));
+}
+
+TEST_F(Files, WriteThatSignalsInterrupt_IsGoneOnWith)
+{
+    ASSERT_EQ(::mkfifo("pipe", 0600), 0);
+    struct sigaction doesNothing = {}; // without SA_RESTART
+    struct sigaction handlerBefore = {};
+    doesNothing.sa_handler = [](int) {};
+    ASSERT_EQ(::sigaction(SIGUSR1, &doesNothing, &handlerBefore), 0);
+
+    const int reader = ::open("pipe", O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    const int capacity = ::fcntl(reader, F_GETPIPE_SZ);
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(capacity) + 5000);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<unsigned char>(i % 251);
+    const MessageLog log;
+    std::thread writer([&bytes] {
+        CCommon::saveByteDataToFile(bytes.data(), static_cast<int>(bytes.size()),
+                                    QStringLiteral("pipe"));
+    });
+
+    // A part is written, then nothing: both are interrupted.
+    for (int held = 0; held < capacity; std::this_thread::yield())
+        ASSERT_EQ(::ioctl(reader, FIONREAD, &held), 0);
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(::pthread_kill(writer.native_handle(), SIGUSR1), 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ASSERT_EQ(::fcntl(reader, F_SETFL, 0), 0); // waits for what comes from now on
+    std::vector<unsigned char> received;
+    std::array<unsigned char, 4096> part{};
+    for (ssize_t count = 0; (count = ::read(reader, part.data(), part.size())) > 0;)
+        received.insert(received.end(), part.begin(), part.begin() + count);
+    writer.join();
+    ::close(reader);
+    EXPECT_EQ(::sigaction(SIGUSR1, &handlerBefore, nullptr), 0);
+
+    EXPECT_EQ(received, bytes);
+    EXPECT_THAT(log.texts(), ElementsAre("Successfully wrote " + std::to_string(bytes.size()) +
+                                         " bytes to the file."));
 }
 
 TEST_F(Files, PathWithChineseCharacters_IsWritten)
