@@ -1,5 +1,7 @@
 #include "render/card_template.h"
 
+#include <utility>
+
 #include <QImage>
 #include <QResource>
 
@@ -8,6 +10,7 @@
 QPixmap loadTemplate(const QString &path)
 {
     const QResource resource(path);
-    const auto image = plainBmpImage(resource.data(), resource.size());
-    return QPixmap::fromImage(image ? *image : QImage(path));
+    auto image = plainBmpImage(resource.data(), resource.size());
+    // Given away: Qt copies the pixels of an image that it is only shown.
+    return QPixmap::fromImage(image ? *std::move(image) : QImage(path));
 }
