@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include <QDir>
+
 #include "apps/card_output.h"
 
 namespace app
@@ -92,6 +94,17 @@ QStringList missingFileNotes(const Card &card, CardFiles which)
             notes << QStringLiteral("%1; %2 is not written.").arg(note, QLatin1String(file.name));
     }
     return notes;
+}
+
+QString saveInNextFolder(const Card &card, const QString &parent, QString *folder)
+{
+    QString problem = makeNextNumberedFolder(parent, folder);
+    if (!problem.isEmpty())
+        return problem;
+    problem = writeFileSet(*folder, contentsOf(card, CardFiles::All), ExistingFiles::Refuse);
+    if (!problem.isEmpty())
+        QDir().rmdir(*folder);
+    return problem;
 }
 
 } // namespace app

@@ -47,4 +47,10 @@ QVector<NamedContent> contentsOf(const Card &card, CardFiles which);
 /** What to tell about each file that could be expected and that this card does not have. */
 QStringList missingFileNotes(const Card &card, CardFiles which);
 
+/**
+ * Saves all files of the card in the next numbered folder of `parent`, whose path it puts into
+ * `folder`. Returns what failed, and then that folder is not left behind, or an empty text.
+ */
+QString saveInNextFolder(const Card &card, const QString &parent, QString *folder);
+
 } // namespace app

@@ -1,7 +1,6 @@
 // The command "watch".
 
 #include <QCoreApplication>
-#include <QDir>
 
 #include "apps/card_output.h"
 #include "apps/card_presence.h"
@@ -110,12 +109,7 @@ private:
     std::optional<QString> save(const Card &card)
     {
         QString folder;
-        QString problem = makeNextNumberedFolder(m_options.outFolder, &folder);
-        if (problem.isEmpty()) {
-            problem = writeFileSet(folder, contentsOf(card, CardFiles::All), ExistingFiles::Refuse);
-            if (!problem.isEmpty())
-                QDir().rmdir(folder);
-        }
+        const QString problem = saveInNextFolder(card, m_options.outFolder, &folder);
         if (!problem.isEmpty()) {
             tell(problem);
             m_status = ExitStatus::FilesNotWritten;

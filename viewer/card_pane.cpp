@@ -29,9 +29,9 @@ QString reasonOfMissingSide(const CardPointer &card)
 } // namespace
 
 CardPane::CardPane()
-    : m_front(tr("Front"), {CARD_WIDTH_MM, CARD_HEIGHT_MM}),
-      m_back(tr("Back"), {CARD_WIDTH_MM, CARD_HEIGHT_MM}),
-      m_photo(tr("Photo"), {PHOTO_WIDTH_MM, PHOTO_HEIGHT_MM})
+    : m_front(tr("Front"), {app::CARD_WIDTH_MM, app::CARD_HEIGHT_MM}),
+      m_back(tr("Back"), {app::CARD_WIDTH_MM, app::CARD_HEIGHT_MM}),
+      m_photo(tr("Photo"), {app::PHOTO_WIDTH_MM, app::PHOTO_HEIGHT_MM})
 {
     m_front.setObjectName(QStringLiteral("front"));
     m_back.setObjectName(QStringLiteral("back"));
@@ -158,8 +158,8 @@ void CardPane::followScreen(QScreen *screen)
 
 void CardPane::rescale()
 {
-    const ScreenScale scale =
-        screenScale(m_screen != nullptr ? *m_screen : *QApplication::primaryScreen());
+    const app::ScreenScale scale =
+        app::screenScale(m_screen != nullptr ? *m_screen : *QApplication::primaryScreen());
     for (PictureView *const view : {&m_front, &m_back, &m_photo})
         view->setScale(scale);
     m_scaleNote.setVisible(!scale.isTrue);

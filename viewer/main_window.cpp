@@ -236,13 +236,7 @@ void MainWindow::askWhereToSave()
 void MainWindow::saveIn(const QString &parent, const CardPointer &card)
 {
     QString folder;
-    QString problem = app::makeNextNumberedFolder(parent, &folder);
-    if (problem.isEmpty()) {
-        problem = app::writeFileSet(folder, app::contentsOf(*card, app::CardFiles::All),
-                                    app::ExistingFiles::Refuse);
-        if (!problem.isEmpty())
-            QDir().rmdir(folder);
-    }
+    const QString problem = app::saveInNextFolder(*card, parent, &folder);
     if (!problem.isEmpty())
         tell(tr("The card could not be saved."), {problem}, Message::Kind::Failure);
     else
@@ -264,7 +258,7 @@ void MainWindow::askForPdf()
 void MainWindow::exportPdf(const QString &path, const CardPointer &card)
 {
     QString problem;
-    if (writeSheetPdf(sheetOf(*card), path, &problem))
+    if (app::writeSheetPdf(sheetOf(*card), path, &problem))
         tell(tr("The card was exported to %1.").arg(path), wholeCardNote());
     else
         tell(tr("The PDF file could not be written."), {problem}, Message::Kind::Failure);
@@ -276,7 +270,7 @@ void MainWindow::askForPrinter()
     auto *const dialog = new QPrintDialog(printer.get(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this, [this, printer, card = m_card] {
-        if (paintSheet(sheetOf(*card), printer.get()))
+        if (app::paintSheet(sheetOf(*card), printer.get()))
             tell(tr("The card was sent to the printer."), wholeCardNote());
         else
             tell(tr("The card could not be printed."),
@@ -287,7 +281,7 @@ void MainWindow::askForPrinter()
     dialog->open();
 }
 
-CardSheet MainWindow::sheetOf(const app::Card &card)
+app::CardSheet MainWindow::sheetOf(const app::Card &card)
 {
     return {card.picture(app::CardSide::Front), card.picture(app::CardSide::Back),
             translated("Card", card.kindLabel())};

@@ -7,10 +7,10 @@
 #include <QPushButton>
 #include <QTableView>
 
+#include "apps/card_sheet.h"
 #include "viewer/banner.h"
 #include "viewer/card_desk.h"
 #include "viewer/card_pane.h"
-#include "viewer/card_sheet.h"
 #include "viewer/road_panel.h"
 #include "viewer/viewer_options.h"
 
@@ -46,7 +46,7 @@ private:
     void askForPdf();
     void exportPdf(const QString &path, const CardPointer &card);
     void askForPrinter();
-    static CardSheet sheetOf(const app::Card &card);
+    static app::CardSheet sheetOf(const app::Card &card);
     /** That a copy is not covered, while the window is. */
     QStringList wholeCardNote() const;
     void tell(const QString &headline, const QStringList &lines = {},

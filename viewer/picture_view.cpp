@@ -25,7 +25,7 @@ void PictureView::setCovered(bool covered)
     describe();
 }
 
-void PictureView::setScale(const ScreenScale &scale)
+void PictureView::setScale(const app::ScreenScale &scale)
 {
     setFixedSize(qRound(m_size.width() * scale.xPerMm), qRound(m_size.height() * scale.yPerMm));
 }

@@ -6,7 +6,7 @@
 #include <QSizeF>
 #include <QWidget>
 
-#include "viewer/true_size.h"
+#include "apps/true_size.h"
 
 namespace viewer
 {
@@ -25,7 +25,7 @@ public:
     /** Covered, nothing of a picture is painted. */
     void setCovered(bool covered);
 
-    void setScale(const ScreenScale &scale);
+    void setScale(const app::ScreenScale &scale);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

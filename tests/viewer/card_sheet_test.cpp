@@ -1,6 +1,6 @@
 // The sheet of a card is measured on the page that comes out, with the programs of poppler.
 
-#include "viewer/card_sheet.h"
+#include "apps/card_sheet.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,12 +26,12 @@
 namespace
 {
 
+using app::CardSheet;
+using app::paintSheet;
+using app::writeSheetPdf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using viewer::CardSheet;
-using viewer::paintSheet;
-using viewer::writeSheetPdf;
 
 constexpr double TOLERANCE_MM = 0.1;
 constexpr double CARD_WIDTH_MM = 85.6;

@@ -483,8 +483,8 @@ TEST_F(Window, SmallWindow_KeepsEveryControlInsideAtAnyScale)
 
 TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
 {
-    using viewer::ScreenResolution;
-    using viewer::screenScale;
+    using app::ScreenResolution;
+    using app::screenScale;
     EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
     EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);
     EXPECT_TRUE(screenScale(ScreenResolution{24, 24, 96, 2}).isTrue); // 48 of its own pixels

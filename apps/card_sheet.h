@@ -8,7 +8,7 @@
 
 class QPrinter;
 
-namespace viewer
+namespace app
 {
 
 /** The two sides of one card as they go onto paper. */
@@ -32,4 +32,4 @@ bool paintSheet(const CardSheet &sheet, QPrinter *printer);
  */
 bool writeSheetPdf(const CardSheet &sheet, const QString &path, QString *problem);
 
-} // namespace viewer
+} // namespace app

@@ -1,6 +1,6 @@
 // Paints a card's sides onto paper in their true size, and keeps such a page as a PDF file.
 
-#include "viewer/card_sheet.h"
+#include "apps/card_sheet.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -13,9 +13,9 @@
 #include <QRectF>
 #include <QSaveFile>
 
-#include "viewer/true_size.h"
+#include "apps/true_size.h"
 
-namespace viewer
+namespace app
 {
 
 namespace
@@ -141,4 +141,4 @@ bool writeSheetPdf(const CardSheet &sheet, const QString &path, QString *problem
     return false;
 }
 
-} // namespace viewer
+} // namespace app

@@ -1,8 +1,8 @@
-#include "viewer/true_size.h"
+#include "apps/true_size.h"
 
 #include <algorithm>
 
-namespace viewer
+namespace app
 {
 
 namespace
@@ -37,4 +37,4 @@ ScreenScale screenScale(const QScreen &screen)
                                         screen.devicePixelRatio()});
 }
 
-} // namespace viewer
+} // namespace app

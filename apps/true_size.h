@@ -5,7 +5,7 @@
 #include <QScreen>
 #include <QSizeF>
 
-namespace viewer
+namespace app
 {
 
 /** The sides of a card, and the photo on it, in millimetres. */
@@ -31,4 +31,4 @@ struct ScreenScale {
 ScreenScale screenScale(const ScreenResolution &resolution);
 ScreenScale screenScale(const QScreen &screen);
 
-} // namespace viewer
+} // namespace app
