@@ -51,5 +51,8 @@ QPixmap fittedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE], PhotoBackgr
         return pixmap;
     if (background == PhotoBackground::TRANSPARENT)
         pixmap = Tools::convertHeadImgCNBgToTransparent(pixmap);
-    return pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QPixmap fitted = pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    if (fitted.isNull() && !box.isEmpty())
+        qBadAlloc(); // throws; a card without its photo would be taken for whole
+    return fitted;
 }

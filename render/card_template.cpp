@@ -11,6 +11,10 @@ QPixmap loadTemplate(const QString &path)
 {
     const QResource resource(path);
     auto image = plainBmpImage(resource.data(), resource.size());
+    const bool isPlain = image.has_value();
     // Given away: Qt copies the pixels of an image that it is only shown.
-    return QPixmap::fromImage(image ? *std::move(image) : QImage(path));
+    const QPixmap card = QPixmap::fromImage(image ? *std::move(image) : QImage(path));
+    if (isPlain && card.isNull())
+        qBadAlloc(); // throws
+    return card;
 }

@@ -120,9 +120,12 @@ QPixmap realSizeCanvas(const QString &path)
     const QSizeF size = MakeCardImg::getCardRealPixelSize();
     if (card.isNull())
         return card;
-    return card.scaled(static_cast<int>(size.width() + EXTRA_WIDTH),
-                       static_cast<int>(size.height() + EXTRA_HEIGHT), Qt::IgnoreAspectRatio,
-                       Qt::SmoothTransformation);
+    const QPixmap canvas = card.scaled(static_cast<int>(size.width() + EXTRA_WIDTH),
+                                       static_cast<int>(size.height() + EXTRA_HEIGHT),
+                                       Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (canvas.isNull())
+        qBadAlloc(); // throws; it is never empty
+    return canvas;
 }
 
 template <std::size_t count>

@@ -8,6 +8,7 @@
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageWriter>
 #include <QPainter>
 #include <QScreen>
 
@@ -151,10 +152,15 @@ QPixmap Tools::convertHeadImgCNBgToTransparent(const QPixmap &photo)
 
 QString Tools::convertPixmapToBase64ViaJpg(const QPixmap &pix)
 {
+    if (pix.isNull())
+        return {};
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    pix.toImage().save(&buffer, "JPG", -1);
+    QImageWriter writer(&buffer, "JPG");
+    // A picture that is there can only be lost to a missing plug-in or to memory running out.
+    if (!writer.write(pix.toImage()) && writer.error() != QImageWriter::UnsupportedFormatError)
+        qBadAlloc(); // throws
     return QString::fromLatin1(bytes.toBase64());
 }
 

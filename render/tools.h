@@ -94,7 +94,8 @@ public:
 
     /**
      * Base64 text (RFC 4648, padded, no line breaks) of `pix` as a JPEG file of the writer's
-     * default quality. Empty for a null pixmap, and where Qt's JPEG plug-in is missing.
+     * default quality. Empty for a null pixmap, and where Qt's JPEG plug-in is missing. Throws
+     * `std::bad_alloc` when there is no memory for it.
      */
     static QString convertPixmapToBase64ViaJpg(const QPixmap &pix);
 

@@ -32,19 +32,24 @@ int sum(const std::map<QString, int> &counts)
     return total;
 }
 
+void print(const char *what, const std::map<QString, int> &counts)
+{
+    for (const auto &[place, count] : counts)
+        std::cout << "    " << what << ' ' << count << ": " << place.toStdString() << '\n';
+}
+
+/** The row of docs/reliability.md, and what the figures in it consist of. */
 void print(const Card &card, Extent extent, const ReadFigures &figures)
 {
     std::cout << "| " << card.name << " | " << (extent == Extent::ONE ? "one" : "all that follow")
               << " | " << figures.allocations << " | " << figures.beforePictures << " | "
               << figures.reads << " | " << figures.refused << " | " << figures.whole << " | "
-              << sum(figures.plainer) << " | " << sum(figures.crashes) << " | " << figures.losing
-              << " |\n";
-    for (const auto &[place, count] : figures.crashes)
-        std::cout << "    crash " << count << ": " << place.toStdString() << '\n';
-    for (const auto &[place, count] : figures.plainer)
-        std::cout << "    plainer " << count << ": " << place.toStdString() << '\n';
-    for (const auto &[place, count] : figures.losses)
-        std::cout << "    lost " << count << ": " << place.toStdString() << '\n';
+              << sum(figures.plainer) << " | " << sum(figures.crashes) << " | "
+              << sum(figures.hangs) << " | " << figures.losing << " |\n";
+    print("plainer", figures.plainer);
+    print("crash", figures.crashes);
+    print("hang", figures.hangs);
+    print("lost", figures.losses);
 }
 
 class ReadMemory : public testing::TestWithParam<std::tuple<int, Extent>>
@@ -72,9 +77,8 @@ TEST_P(ReadMemory, RunsOut_NothingIsHalfWrittenAndOursNeitherCrashesNorLosesAnyt
     EXPECT_GT(figures.refused, 2);
     for (const QString &complaint : figures.complaints)
         ADD_FAILURE() << complaint.toStdString();
-    for (const auto *const counts : {&figures.crashes, &figures.losses})
+    for (const auto *const counts : {&figures.crashes, &figures.hangs, &figures.losses})
         for (const auto &[place, count] : *counts)
-            EXPECT_FALSE(place.startsWith(QLatin1String("libidcard_reader")))
-                << place.toStdString() << ", a " << (counts == &figures.losses ? "loss" : "crash");
+            EXPECT_FALSE(place.contains(QLatin1String("libidcard_reader"))) << place.toStdString();
     print(card, extent, figures);
 }

@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QThreadPool>
 
 #include "tests/faults/child.h"
@@ -224,20 +225,36 @@ ReadOutcome faults::readWithFailure(const Card &card, const Reading &whole, long
 namespace
 {
 
+/** Of innermost functions the first that has a name, without its arguments, and its module. */
+QString function(const QString &places)
+{
+    for (const QString &place : places.split(QStringLiteral(" < "))) {
+        const int blank = place.indexOf(' ');
+        if (blank < 0 || place.startsWith(QLatin1String("libc.so")))
+            continue;
+        const QString name = place.mid(blank + 1);
+        return QStringLiteral("`%1` of %2").arg(name.left(name.indexOf('(')), place.left(blank));
+    }
+    return places;
+}
+
 void add(ReadFigures &figures, const ReadOutcome &outcome)
 {
+    const QString hang = QStringLiteral("hangs: ");
     ++figures.reads;
-    if (!outcome.crash.isEmpty())
-        ++figures.crashes[outcome.crash];
+    if (outcome.crash.startsWith(hang))
+        ++figures.hangs[function(outcome.crash.mid(hang.size()))];
+    else if (!outcome.crash.isEmpty())
+        ++figures.crashes[function(outcome.crash)];
     else if (outcome.result != IDCARD_RESULT_OK)
         ++figures.refused;
     else if (outcome.picturesAreWhole)
         ++figures.whole;
     else
-        ++figures.plainer[outcome.failure];
+        ++figures.plainer[function(outcome.failure)];
     figures.losing += outcome.lostBlockPlaces.isEmpty() ? 0 : 1;
     for (const QString &place : outcome.lostBlockPlaces)
-        ++figures.losses[place];
+        ++figures.losses[place.left(place.indexOf(QRegularExpression(QStringLiteral("[ +]"))))];
 }
 
 /** The first position at which a read whose memory runs out for good has copied the photo. */

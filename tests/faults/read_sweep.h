@@ -56,9 +56,10 @@ struct ReadFigures {
     int whole = 0;   ///< code 0 and everything as it should be
     /** Reads with code 0 and a picture that lacks something, by what failed. */
     std::map<QString, int> plainer;
-    std::map<QString, int> crashes;
-    int losing = 0;                ///< reads that lost memory
-    std::map<QString, int> losses; ///< of blocks, by place
+    std::map<QString, int> crashes; ///< by function
+    std::map<QString, int> hangs;   ///< of the read or of the next one, by function
+    int losing = 0;                 ///< reads that lost memory
+    std::map<QString, int> losses;  ///< blocks, by module
     QStringList complaints;
 };
 
