@@ -68,6 +68,7 @@ int faults::openConverters()
 
 #define EXPORTED __attribute__((visibility("default")))
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): these have plainer names
 extern "C" {
 
 EXPORTED void *dlopen(const char *file, int flags) noexcept
@@ -108,3 +109,4 @@ EXPORTED int iconv_close(iconv_t converter)
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -92,6 +92,7 @@ int faults::fileCallsMade()
 
 #define EXPORTED __attribute__((visibility("default")))
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): these have plainer names
 extern "C" {
 
 EXPORTED int open(const char *path, int flags, ...)
@@ -180,3 +181,4 @@ EXPORTED int rmdir(const char *path) noexcept
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

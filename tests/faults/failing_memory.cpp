@@ -132,8 +132,8 @@ bool isExempt(const void *caller)
     const faults::MemoryPause pause;
     std::array<void *, ENOUGH_FRAMES> frames{};
     const int count = backtrace(frames.data(), ENOUGH_FRAMES);
-    const auto end = frames.cbegin() + count;
-    auto frame = std::find(frames.cbegin(), end, caller);
+    const auto *const end = frames.cbegin() + count;
+    const auto *frame = std::find(frames.cbegin(), end, caller);
     frame = std::find_if(frame, end, [](const void *f) { return !cLibrary.hold(f); });
     return frame != end && exempt.hold(*frame);
 }
@@ -343,7 +343,7 @@ std::string faults::innermostPlaces(void *const *addresses, int count, int place
     return text;
 }
 
-// NOLINTBEGIN(misc-new-delete-overloads, cppcoreguidelines-no-malloc): these are the functions
+// NOLINTBEGIN(misc-new-delete-overloads, readability-inconsistent-declaration-parameter-name)
 
 #define EXPORTED __attribute__((visibility("default")))
 
@@ -457,4 +457,4 @@ EXPORTED void operator delete(void *block, std::size_t, std::align_val_t) noexce
     std::free(block);
 }
 
-// NOLINTEND(misc-new-delete-overloads, cppcoreguidelines-no-malloc)
+// NOLINTEND(misc-new-delete-overloads, readability-inconsistent-declaration-parameter-name)
