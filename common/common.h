@@ -44,7 +44,9 @@ public:
      *
      * No terminating zero is added, so zero `outbuf` first. An invalid sequence or a full `outbuf`
      * leaves the part converted so far, whole characters only. Nothing is done when iconv does not
-     * know the character sets or a length is negative.
+     * know the character sets or a length is negative. Throws `std::bad_alloc` when iconv has no
+     * memory and says so; while it loads a converter for the first time, it may say instead that
+     * it does not know the character sets.
      */
     static void iconv_ex(const char *fromcode, char *inbuf, int inlen, const char *tocode,
                          char *outbuf, int outlen);

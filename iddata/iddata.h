@@ -25,7 +25,8 @@
  * alive.
  *
  * The text decoders report nothing: a malformed field gives what the rules make of it. They trim
- * nothing. Null pointers make them throw `std::bad_alloc` before anything is written.
+ * nothing. Null pointers make them throw `std::bad_alloc` before anything is written. When memory
+ * runs out, any operation may throw it; fields that were assigned before then stay assigned.
  *
  * Diagnostics go to Qt's debug log. Two decoders write personal data there: `parseHMTIDText`
  * (permit number, issuing authority) and `parseForeignNewIDText` (sex, date of birth, English name,

@@ -19,7 +19,7 @@ constexpr unsigned int LIMIT_S = 20;
 constexpr unsigned int LIMIT_S = 2;
 #endif
 constexpr int MOST_FRAMES = 64;
-constexpr int PLACES = 3;
+constexpr int PLACES = 6;
 
 int reportTo = -1;
 

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/faults/child.h"
 #include "tests/faults/failing_memory.h"
 #include "tests/faults/quiet_log.h"
 #include "tests/iddata/decoded_frame.h"
@@ -118,6 +119,43 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 } // namespace
+
+// Runs first, when no converter was ever opened: the C library still has to load it, and when it
+// has no memory for that, it says that there is no such converter.
+TEST(FirstDecoding, MemoryRunsOutWhileTheConverterIsLoaded_IsToldUnlessTheCLibraryHidesIt)
+{
+    const QByteArray frame = goldenRecord(QStringLiteral("resident")).frame;
+    const auto decode = [&frame](long position) {
+        return runInChild([&] {
+            Decoder decoder;
+            _tagID_TEXT_INFO_CN record;
+            QByteArray copy = frame;
+            auto *const text =
+                reinterpret_cast<unsigned char *>(copy.data()) + reader_frames::TEXT_OFFSET;
+            startMemory(position);
+            const End end = endOf([&] { decoder->parseChinaIdText(text, &record); });
+            stopMemory();
+            QByteArray report = end == End::RETURNED ? "returned" : "bad_alloc";
+            for (const auto &[name, value] : textsOf(record))
+                report += end == End::RETURNED ? '\n' + QByteArray::fromStdString(value) : "";
+            return report + (failedAllocations() > 0 || position == 0 ? "" : "\nlast");
+        });
+    };
+    const ChildOutcome whole = decode(0);
+    ASSERT_TRUE(whole.ended);
+    int hidden = 0;
+    long position = 1;
+    for (bool isLast = false; !isLast; ++position) {
+        const ChildOutcome outcome = decode(position);
+        isLast = outcome.report.endsWith("\nlast");
+        EXPECT_TRUE(outcome.ended) << position << ' ' << outcome.place.constData();
+        if (!isLast && outcome.report != "bad_alloc" && outcome.report != whole.report)
+            ++hidden;
+    }
+    EXPECT_LE(hidden, 10);
+    EXPECT_GT(position, 100);
+    std::printf("resident, first of a process: %ld allocations, %d hidden\n", position - 2, hidden);
+}
 
 TEST_P(Decoding, TextsWhileMemoryRunsOut_GoldenFieldsOrBadAlloc)
 {
