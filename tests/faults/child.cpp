@@ -14,7 +14,7 @@ namespace
 {
 
 #ifdef IDCARD_TEST_SAMPLE // under an emulator
-constexpr unsigned int LIMIT_S = 20;
+constexpr unsigned int LIMIT_S = 8;
 #else
 constexpr unsigned int LIMIT_S = 2;
 #endif
