@@ -22,7 +22,6 @@ namespace
 using namespace faults;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 using State = std::map<std::string, std::string>;
 
@@ -62,7 +61,7 @@ std::vector<Case> cases()
 class FileCall : public testing::TestWithParam<Case>
 {
 protected:
-    ~FileCall() override { setFailingFileCall({{}, 0, 0, {}}); }
+    void TearDown() override { setFailingFileCall({{}, 0, 0, {}}); }
 
     QString folder() const { return base.filePath(QStringLiteral("card")); }
 
@@ -182,14 +181,12 @@ INSTANTIATE_TEST_SUITE_P(OfTheTool, ToolFileCall,
 class FingerprintFile : public testing::Test
 {
 protected:
-    FingerprintFile() { QDir::setCurrent(base.path()); }
-    ~FingerprintFile() override
+    void SetUp() override { QDir::setCurrent(base.path()); }
+    void TearDown() override
     {
         setFailingFileCall({{}, 0, 0, {}});
         QDir::setCurrent(before);
     }
-    FingerprintFile(const FingerprintFile &) = delete;
-    FingerprintFile &operator=(const FingerprintFile &) = delete;
 
     std::vector<std::string> save(const char *function, int error)
     {

@@ -35,10 +35,11 @@ bool portIsOpen()
 class LoaderCall : public testing::Test
 {
 protected:
-    LoaderCall() { EXPECT_EQ(reading().result, 0) << "the makers' shared objects are not found"; }
-    ~LoaderCall() override { setFailingCall({nullptr, 0, 0}); }
-    LoaderCall(const LoaderCall &) = delete;
-    LoaderCall &operator=(const LoaderCall &) = delete;
+    void SetUp() override
+    {
+        ASSERT_EQ(reading().result, 0) << "the makers' shared objects are not found";
+    }
+    void TearDown() override { setFailingCall({nullptr, 0, 0}); }
 
     struct Outcome {
         int result;
