@@ -141,6 +141,8 @@ TEST_F(ClosedLibraryDoor, FileThatIsNoLibrary_IsToldWithTheLoadersReason)
     probe();
     EXPECT_THAT(err, HasSubstr("probe: result=-5"));
     EXPECT_EQ(linesWith(err, here(READER_FILE).toStdString()), 1) << err;
+    // Both places where it was looked for, apart from each other.
+    EXPECT_EQ(linesWith(err, "; " + READER_FILE.toStdString() + ": cannot open"), 1) << err;
 }
 
 TEST_F(ClosedLibraryDoor, PreloadedDefinitions_GoBeforeTheMakersLibrary)
