@@ -4,6 +4,7 @@
 #include "tests/library/closed_library_mock.h"
 #include "tests/library/wide_console_capture.h"
 
+#include <chrono>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -11,8 +12,13 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QElapsedTimer>
+#include <QThread>
 
 namespace
 {
@@ -37,6 +43,9 @@ struct Buffers {
         return reader.FetchCardData(&info, photo, &photoLen, fp, &fpLen);
     }
 };
+
+/** Bytes that had reached standard output, a file, when the last pause began. */
+off_t printedBeforePause = -1;
 
 /** A reader that opens the port, or fails to, and reads nothing. */
 void openAndClose()
@@ -68,6 +77,15 @@ protected:
 };
 
 } // namespace
+
+// The library's own pauses come here.
+void QThread::msleep(unsigned long milliseconds)
+{
+    struct stat status = {};
+    EXPECT_EQ(::fstat(STDOUT_FILENO, &status), 0);
+    printedBeforePause = status.st_size;
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
 
 TEST_F(TavReader, CardOnTheReader_IsReadOnceAndThePortClosed)
 {
@@ -154,6 +172,22 @@ TEST_F(TavReader, TransientFailures_ArePrintedAndRetriedEvery50Ms)
         EXPECT_EQ(reader.state(), 3);
     }
     EXPECT_EQ(console.take(), "card reading fail!\ncard reading fail!\n");
+}
+
+TEST_F(TavReader, TransientFailure_IsPrintedBeforeThePause)
+{
+    expectOpen();
+    expectFind();
+    expectRead().WillOnce(Return(65)).WillOnce(Return(DONE));
+    expectClose();
+
+    printedBeforePause = -1;
+    WideConsoleCapture console;
+    {
+        CTavReader reader;
+        buffers.fetch(reader);
+    }
+    EXPECT_EQ(printedBeforePause, static_cast<off_t>(console.take().size()));
 }
 
 TEST_F(TavReader, ManyTransientFailures_AreAllRetried)
