@@ -1,5 +1,6 @@
 // Pictures with a part missing or hostile: no template, no photo, a photo that is none.
 
+#include "render/card_photo.h"
 #include "render/makecardimg.h"
 #include "tests/render/picture_matchers.h"
 #include "tests/render/sample_photo.h"
@@ -218,4 +219,20 @@ TEST(Photo, NarrowAndFlatPictures_DoNoHarm)
         for (const QString &picture : allPictures(encoded(image, "PNG")))
             EXPECT_FALSE(picture.isEmpty());
     }
+}
+
+// The last, as what the other tests measure is the most memory so far.
+TEST(Photo, PictureOfSixtyFourMebibytes_IsTheLargestThatIsPainted)
+{
+    const auto isPainted = [](int width, int height) {
+        QImage image(width, height, QImage::Format_Grayscale8);
+        image.fill(0);
+        const QByteArray bytes = encoded(image, "PNG");
+        unsigned char photo[IDCARD_PHOTO_SIZE] = {};
+        EXPECT_LT(bytes.size(), IDCARD_PHOTO_SIZE);
+        std::memcpy(photo, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        return !fittedPhoto(photo, PhotoBackground::AS_IT_IS, QSize(10, 10)).isNull();
+    };
+    EXPECT_TRUE(isPainted(4096, 4096));
+    EXPECT_FALSE(isPainted(4097, 4096));
 }
