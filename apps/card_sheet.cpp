@@ -23,7 +23,6 @@ namespace
 
 // Millimetres.
 constexpr QSizeF PAGE_SIZE(210.0, 297.0);
-constexpr QSizeF CARD_SIZE(CARD_WIDTH_MM, CARD_HEIGHT_MM);
 constexpr double GAP = 20.0;
 constexpr double MM_PER_INCH = 25.4;
 
@@ -37,9 +36,9 @@ class Text
 /** The place of a side on the page; 0 is the upper one. */
 QRectF placeOf(int side)
 {
-    const double left = (PAGE_SIZE.width() - CARD_SIZE.width()) / 2;
-    const double top = (PAGE_SIZE.height() - GAP) / 2 - CARD_SIZE.height();
-    return {QPointF(left, top + side * (CARD_SIZE.height() + GAP)), CARD_SIZE};
+    const double left = (PAGE_SIZE.width() - CARD_SIZE_MM.width()) / 2;
+    const double top = (PAGE_SIZE.height() - GAP) / 2 - CARD_SIZE_MM.height();
+    return {QPointF(left, top + side * (CARD_SIZE_MM.height() + GAP)), CARD_SIZE_MM};
 }
 
 /** The decoded sides of a sheet; a side without a picture is a null image. */

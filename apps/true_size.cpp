@@ -23,6 +23,11 @@ bool isBelievable(const ScreenResolution &resolution)
 
 } // namespace
 
+QSize ScreenScale::sizeOf(const QSizeF &millimetres) const
+{
+    return {qRound(millimetres.width() * xPerMm), qRound(millimetres.height() * yPerMm)};
+}
+
 ScreenScale screenScale(const ScreenResolution &resolution)
 {
     if (!isBelievable(resolution))

@@ -8,11 +8,9 @@
 namespace app
 {
 
-/** The sides of a card, and the photo on it, in millimetres. */
-constexpr double CARD_WIDTH_MM = 85.6;
-constexpr double CARD_HEIGHT_MM = 54.0;
-constexpr double PHOTO_WIDTH_MM = 26.0;
-constexpr double PHOTO_HEIGHT_MM = 32.0;
+/** A side of a card, and the photo on it. */
+constexpr QSizeF CARD_SIZE_MM(85.6, 54.0);
+constexpr QSizeF PHOTO_SIZE_MM(26.0, 32.0);
 
 /** What a screen says of its resolution, dots per inch in device-independent pixels. */
 struct ScreenResolution {
@@ -26,6 +24,9 @@ struct ScreenScale {
     double xPerMm;
     double yPerMm;
     bool isTrue; ///< false: what the screen says cannot be, and the resolution for fonts is used
+
+    /** In device-independent pixels. */
+    QSize sizeOf(const QSizeF &millimetres) const;
 };
 
 ScreenScale screenScale(const ScreenResolution &resolution);

@@ -2,27 +2,32 @@
 
 // What the window tells, where it stands in nobody's way.
 
+#include <memory>
+
 #include <QFrame>
-#include <QLabel>
 
 #include "viewer/messages.h"
 
 namespace viewer
 {
 
+namespace Ui
+{
+class Banner;
+}
+
 class Banner : public QFrame
 {
     Q_OBJECT
 
 public:
-    Banner();
+    explicit Banner(QWidget *parent = nullptr);
+    ~Banner() override;
 
     void tell(const Message &message);
 
 private:
-    QLabel m_icon;
-    QLabel m_headline;
-    QLabel m_details;
+    const std::unique_ptr<Ui::Banner> m_ui;
 };
 
 } // namespace viewer

@@ -1,9 +1,9 @@
 #include "viewer/card_desk.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCoreApplication>
-#include <QThread>
 
 #include "api/result_codes.h"
 #include "apps/record_decoder.h"
@@ -18,21 +18,6 @@ namespace
 constexpr qint64 SHORTEST_PAUSE_MS = 500;
 
 } // namespace
-
-class UsbReadThread : public QThread
-{
-public:
-    explicit UsbReadThread(app::UsbIds device) : m_device(device) {}
-
-    /** Once it has ended. */
-    const app::UsbOutcome &outcome() const { return m_outcome; }
-
-private:
-    void run() override { m_outcome = app::readOverUsb(m_device); }
-
-    app::UsbIds m_device;
-    app::UsbOutcome m_outcome;
-};
 
 CardDesk::CardDesk()
 {
@@ -119,9 +104,10 @@ void CardDesk::start()
         emit readingStarted();
     const app::SimulatorProblem problem = prepareSimulator();
     if (problem) {
-        finish(lookOf(problem));
+        finish({nullptr, problem.exitStatus, 0, messageOf(problem)});
     } else if (m_choice.road == Road::Usb) {
-        m_usbRead = std::make_unique<UsbReadThread>(m_choice.device);
+        m_usbRead.reset(QThread::create(
+            [this, device = m_choice.device] { m_usbOutcome = app::readOverUsb(device); }));
         connect(m_usbRead.get(), &QThread::finished, this, &CardDesk::takeUsbOutcome);
         m_usbRead->start();
     } else {
@@ -146,17 +132,12 @@ void CardDesk::lookThroughLibrary()
 void CardDesk::takeUsbOutcome()
 {
     m_usbRead->wait();
-    const auto thread = std::move(m_usbRead);
-    const app::UsbOutcome &outcome = thread->outcome();
+    m_usbRead.reset();
+    const app::UsbOutcome outcome = std::exchange(m_usbOutcome, {});
     if (outcome.exitStatus() == app::ExitStatus::Done)
         finish(decoded(outcome));
     else
         finish({nullptr, outcome.exitStatus(), outcome.code, messageOf(outcome)});
-}
-
-CardDesk::Look CardDesk::lookOf(const app::SimulatorProblem &problem)
-{
-    return {nullptr, problem.exitStatus, 0, messageOf(problem)};
 }
 
 CardDesk::Look CardDesk::decoded(const app::UsbOutcome &outcome)

@@ -8,6 +8,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QThread>
 #include <QTimer>
 
 #include "apps/card_presence.h"
@@ -27,8 +28,6 @@ struct RoadChoice {
 };
 
 using CardPointer = std::shared_ptr<const app::Card>;
-
-class UsbReadThread;
 
 class CardDesk : public QObject
 {
@@ -77,13 +76,13 @@ private:
     app::SimulatorProblem prepareSimulator();
     void finish(const Look &look);
     void report(const Look &look, app::Sighting sighting);
-    static Look lookOf(const app::SimulatorProblem &problem);
     static Look decoded(const app::UsbOutcome &outcome);
 
     RoadChoice m_choice;
     app::SimulatorLibrary m_simulator;
     app::CardPresence m_presence;
-    std::unique_ptr<UsbReadThread> m_usbRead;
+    std::unique_ptr<QThread> m_usbRead; ///< while a reading over USB is under way
+    app::UsbOutcome m_usbOutcome;       ///< once it has ended
     QTimer m_nextLook;
     QElapsedTimer m_lookTime;
     bool m_isAutomatic = false;
@@ -94,3 +93,5 @@ private:
 };
 
 } // namespace viewer
+
+Q_DECLARE_METATYPE(viewer::CardPointer)

@@ -2,23 +2,29 @@
 
 // A card as it is shown: both sides and the photo in true size, and the table of its fields.
 
-#include <QLabel>
-#include <QScrollArea>
-#include <QTableView>
+#include <memory>
+
 #include <QWidget>
 
 #include "viewer/card_table.h"
-#include "viewer/picture_view.h"
+
+class QScreen;
 
 namespace viewer
 {
+
+namespace Ui
+{
+class CardPane;
+}
 
 class CardPane : public QWidget
 {
     Q_OBJECT
 
 public:
-    CardPane();
+    explicit CardPane(QWidget *parent = nullptr);
+    ~CardPane() override;
 
     /** Null: no card. */
     void setCard(const CardPointer &card);
@@ -35,19 +41,11 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    QWidget *makePictures();
-    void makeTable();
     void followScreen(QScreen *screen);
     void rescale();
-    void copy(const QVector<int> &rows) const;
 
-    QScrollArea m_sides; // before the pictures, which lie in it: they are to be destroyed first
-    PictureView m_front;
-    PictureView m_back;
-    PictureView m_photo;
-    QLabel m_scaleNote;
+    const std::unique_ptr<Ui::CardPane> m_ui;
     CardTable m_fields;
-    QTableView m_table;
     QScreen *m_screen = nullptr;
 };
 

@@ -44,20 +44,8 @@ QString printsText(const app::Card &card)
     return *count == 0 ? CardTable::tr("none") : QString::number(*count);
 }
 
-template <typename Model>
-void coverColumn(Model *model, int column)
+QString holderName(const app::Card &card)
 {
-    if (model->rowCount() > 0)
-        emit model->dataChanged(model->index(0, column),
-                                model->index(model->rowCount() - 1, column));
-}
-
-} // namespace
-
-QString holderName(const app::Card &card, bool isCovered)
-{
-    if (isCovered)
-        return cover();
     for (const app::CardField &field : card.fields()) {
         if (isOneOf(field, NAMES) && !field.content.value(0).trimmed().isEmpty())
             return app::textForPeople(field);
@@ -65,117 +53,80 @@ QString holderName(const app::Card &card, bool isCovered)
     return {};
 }
 
+/** The tool tip has what does not fit into the cell. */
+void put(QStandardItemModel *model, int row, int column, const QString &text)
+{
+    model->setData(model->index(row, column), text, Qt::DisplayRole);
+    model->setData(model->index(row, column), text, Qt::ToolTipRole);
+}
+
+} // namespace
+
+CardTable::CardTable()
+{
+    setHorizontalHeaderLabels({tr("Field"), tr("Content")});
+}
+
 void CardTable::setCard(const CardPointer &card)
 {
-    beginResetModel();
-    m_rows.clear();
-    if (card) {
-        m_rows.append({tr("Kind"), cardText(card->kindLabel()), false});
-        for (const app::CardField &field : card->fields()) {
-            if (!field.content.isEmpty())
-                m_rows.append({cardText(field.label), app::textForPeople(field),
-                               isOneOf(field, NAMES) || isOneOf(field, NUMBERS)});
-        }
-        if (card->mayHaveFingerprints())
-            m_rows.append({tr("Fingerprints"), printsText(*card), false});
-    }
-    endResetModel();
+    m_card = card;
+    setRowCount(0);
+    fill();
 }
 
 void CardTable::setCovered(bool covered)
 {
     m_isCovered = covered;
-    coverColumn(this, 1);
+    fill();
 }
 
-int CardTable::rowCount(const QModelIndex &parent) const
+void CardTable::fill()
 {
-    return parent.isValid() ? 0 : m_rows.size();
+    if (!m_card)
+        return;
+    int row = 0;
+    const auto add = [&](const QString &label, const QString &content) {
+        setRowCount(std::max(rowCount(), row + 1));
+        put(this, row, 0, label);
+        put(this, row, 1, content);
+        ++row;
+    };
+    add(tr("Kind"), cardText(m_card->kindLabel()));
+    for (const app::CardField &field : m_card->fields()) {
+        const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
+        if (!field.content.isEmpty())
+            add(cardText(field.label),
+                isPersonal && m_isCovered ? cover() : app::textForPeople(field));
+    }
+    if (m_card->mayHaveFingerprints())
+        add(tr("Fingerprints"), printsText(*m_card));
 }
 
-int CardTable::columnCount(const QModelIndex &parent) const
+History::History()
 {
-    return parent.isValid() ? 0 : 2;
-}
-
-QVariant CardTable::data(const QModelIndex &index, int role) const
-{
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
-        return {};
-    const Row &row = m_rows.at(index.row());
-    if (index.column() == 0)
-        return row.label;
-    return row.isPersonal && m_isCovered ? cover() : row.content;
-}
-
-QVariant CardTable::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    return section == 0 ? tr("Field") : tr("Content");
-}
-
-QString CardTable::rowText(int row) const
-{
-    return data(index(row, 0)).toString() + QLatin1Char('\t') + data(index(row, 1)).toString();
+    setHorizontalHeaderLabels({tr("Time"), tr("Kind"), tr("Name")});
 }
 
 void History::add(const CardPointer &card, const QDateTime &time)
 {
-    if (m_entries.size() == MOST_CARDS) {
-        beginRemoveRows({}, MOST_CARDS - 1, MOST_CARDS - 1);
-        m_entries.removeLast();
-        endRemoveRows();
-    }
-    beginInsertRows({}, 0, 0);
-    m_entries.prepend({card, time});
-    endInsertRows();
-}
-
-void History::clear()
-{
-    beginResetModel();
-    m_entries = {};
-    endResetModel();
+    setRowCount(std::min(rowCount(), MOST_CARDS - 1));
+    insertRow(0);
+    setData(index(0, 0), QVariant::fromValue(card), Qt::UserRole);
+    put(this, 0, 0, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
+    put(this, 0, 1, cardText(card->kindLabel()));
+    put(this, 0, 2, m_isCovered ? cover() : holderName(*card));
 }
 
 void History::setCovered(bool covered)
 {
     m_isCovered = covered;
-    coverColumn(this, 2);
+    for (int row = 0; row < rowCount(); ++row)
+        put(this, row, 2, covered ? cover() : holderName(*card(row)));
 }
 
-int History::rowCount(const QModelIndex &parent) const
+CardPointer History::card(int row) const
 {
-    return parent.isValid() ? 0 : m_entries.size();
-}
-
-int History::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : 3;
-}
-
-QVariant History::data(const QModelIndex &index, int role) const
-{
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
-        return {};
-    const Entry &entry = m_entries.at(index.row());
-    switch (index.column()) {
-    case 0:
-        return QLocale().toString(entry.time.time(), QStringLiteral("HH:mm:ss"));
-    case 1:
-        return cardText(entry.card->kindLabel());
-    default:
-        return holderName(*entry.card, m_isCovered);
-    }
-}
-
-QVariant History::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    const QStringList titles{tr("Time"), tr("Kind"), tr("Name")};
-    return titles.value(section);
+    return index(row, 0).data(Qt::UserRole).value<CardPointer>();
 }
 
 } // namespace viewer

@@ -1,18 +1,14 @@
 #include "viewer/main_window.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
-#include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeyEvent>
-#include <QMenuBar>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QScreen>
-#include <QSplitter>
 
 #include "apps/card_files.h"
+#include "ui_main_window.h"
 
 namespace viewer
 {
@@ -20,133 +16,54 @@ namespace viewer
 namespace
 {
 
-/** Both sides of a card and all its fields are seen without scrolling; pixels. */
-constexpr QSize COMFORTABLE_SIZE(1080, 720);
+app::CardSheet sheetOf(const app::Card &card)
+{
+    return {card.picture(app::CardSide::Front), card.picture(app::CardSide::Back),
+            translated("Card", card.kindLabel())};
+}
 
 } // namespace
 
-MainWindow::MainWindow(const ViewerOptions &options)
+MainWindow::MainWindow(const ViewerOptions &options) : m_ui(std::make_unique<Ui::MainWindow>())
 {
-    setWindowTitle(tr("Card viewer"));
-    auto *const splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(&m_pane);
-    splitter->addWidget(makeHistory());
-    splitter->setStretchFactor(0, 1);
-    splitter->setChildrenCollapsible(false);
-
-    auto *const center = new QWidget;
-    auto *const layout = new QVBoxLayout(center);
-    layout->addWidget(&m_road);
-    layout->addWidget(makeCommands());
-    layout->addWidget(&m_banner);
-    layout->addWidget(splitter, 1);
-    setCentralWidget(center);
-
-    makeActions();
+    m_ui->setupUi(this);
+    m_ui->pane->addTableActions({m_ui->actionCopy, m_ui->actionCopyAll});
+    prepareHistory();
+    connectControls();
     connectDesk();
     showCard(nullptr);
     tell(tr("Lay a card on the reader and press Read."));
-    m_read.setFocus();
-    resize(sizeHint().expandedTo(COMFORTABLE_SIZE));
+    m_ui->read->setFocus();
     apply(options);
-    constexpr QSize COMFORTABLE(1100, 680);
-    resize(COMFORTABLE.boundedTo(QApplication::primaryScreen()->availableSize()));
+    resize(size().boundedTo(QApplication::primaryScreen()->availableSize()));
 }
 
-QWidget *MainWindow::makeCommands()
-{
-    m_read.setText(tr("&Read"));
-    m_read.setObjectName(QStringLiteral("read"));
-    m_read.setAccessibleName(tr("Read the card on the reader"));
-    m_read.setToolTip(tr("Space or F5"));
-    m_read.setDefault(true);
-    connect(&m_read, &QPushButton::clicked, &m_desk, &CardDesk::read);
-    m_automatic.setText(tr("Read each &new card"));
-    m_automatic.setObjectName(QStringLiteral("automatic"));
-    m_automatic.setAccessibleName(tr("Read each new card by itself"));
-    connect(&m_automatic, &QCheckBox::toggled, &m_desk, &CardDesk::setAutomatic);
-    m_cover.setText(tr("Co&ver name, number and photo"));
-    m_cover.setObjectName(QStringLiteral("cover"));
-    m_cover.setAccessibleName(tr("Cover name, number and photo while others look on"));
-    m_cover.setToolTip(tr("What is copied is covered, too. What is saved, printed or exported is "
-                          "the whole card."));
-    connect(&m_cover, &QCheckBox::toggled, this, &MainWindow::cover);
+MainWindow::~MainWindow() = default;
 
-    auto *const commands = new QWidget;
-    auto *const layout = new QHBoxLayout(commands);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(&m_read);
-    layout->addWidget(&m_automatic);
-    layout->addStretch();
-    layout->addWidget(&m_cover);
-    return commands;
-}
-
-QWidget *MainWindow::makeHistory()
+void MainWindow::prepareHistory()
 {
-    m_historyTable.setModel(&m_history);
-    m_historyTable.setObjectName(QStringLiteral("history"));
-    m_historyTable.setAccessibleName(tr("Cards of this run"));
-    m_historyTable.setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_historyTable.setSelectionMode(QAbstractItemView::SingleSelection);
-    m_historyTable.setTabKeyNavigation(false);
-    m_historyTable.setWordWrap(false);
-    m_historyTable.verticalHeader()->hide();
-    m_historyTable.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_historyTable.horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
-    m_historyTable.horizontalHeader()->setHighlightSections(false);
-    connect(m_historyTable.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+    m_ui->history->setModel(&m_history);
+    m_ui->history->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_ui->history->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    connect(m_ui->history->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 if (current.isValid())
                     showCard(m_history.card(current.row()));
             });
-
-    auto *const label = new QLabel(tr("H&istory"));
-    label->setBuddy(&m_historyTable);
-    auto *const clear = new QPushButton(tr("C&lear"));
-    clear->setObjectName(QStringLiteral("clearHistory"));
-    clear->setAccessibleName(tr("Forget all cards of this run"));
-    connect(clear, &QPushButton::clicked, this, &MainWindow::clearHistory);
-    auto *const side = new QWidget;
-    auto *const layout = new QVBoxLayout(side);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(label);
-    layout->addWidget(&m_historyTable, 1);
-    layout->addWidget(clear);
-    return side;
 }
 
-void MainWindow::makeActions()
+void MainWindow::connectControls()
 {
-    const auto add = [this](QMenu *menu, const QString &text, const QKeySequence &keys,
-                            void (MainWindow::*slot)()) {
-        QAction *const action = menu->addAction(text);
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, slot);
-        return action;
-    };
-    QMenu *const file = menuBar()->addMenu(tr("&File"));
-    QAction *const read = file->addAction(tr("&Read"));
-    read->setShortcut(Qt::Key_F5);
-    connect(read, &QAction::triggered, &m_desk, &CardDesk::read);
-    file->addSeparator();
-    m_cardActions << add(file, tr("&Save…"), QKeySequence::Save, &MainWindow::askWhereToSave)
-                  << add(file, tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E, &MainWindow::askForPdf)
-                  << add(file, tr("&Print…"), QKeySequence::Print, &MainWindow::askForPrinter);
-    file->addSeparator();
-    connect(file->addAction(tr("&Quit")), &QAction::triggered, this, &QWidget::close);
-    file->actions().last()->setShortcut(QKeySequence::Quit);
-
-    QMenu *const edit = menuBar()->addMenu(tr("&Edit"));
-    m_copyActions << edit->addAction(tr("&Copy the selected rows"))
-                  << edit->addAction(tr("Copy &all rows"));
-    m_copyActions[0]->setShortcut(QKeySequence::Copy);
-    m_copyActions[1]->setShortcut(Qt::CTRL + Qt::SHIFT + Qt::Key_C);
-    connect(m_copyActions[0], &QAction::triggered, &m_pane, &CardPane::copySelected);
-    connect(m_copyActions[1], &QAction::triggered, &m_pane, &CardPane::copyAll);
-    m_pane.addTableActions(m_copyActions);
-    m_cardActions << m_copyActions;
-
+    connect(m_ui->read, &QPushButton::clicked, &m_desk, &CardDesk::read);
+    connect(m_ui->automatic, &QCheckBox::toggled, &m_desk, &CardDesk::setAutomatic);
+    connect(m_ui->cover, &QCheckBox::toggled, this, &MainWindow::cover);
+    connect(m_ui->clearHistory, &QPushButton::clicked, this, &MainWindow::clearHistory);
+    connect(m_ui->actionRead, &QAction::triggered, &m_desk, &CardDesk::read);
+    connect(m_ui->actionSave, &QAction::triggered, this, &MainWindow::askWhereToSave);
+    connect(m_ui->actionExport, &QAction::triggered, this, &MainWindow::askForPdf);
+    connect(m_ui->actionPrint, &QAction::triggered, this, &MainWindow::askForPrinter);
+    connect(m_ui->actionCopy, &QAction::triggered, m_ui->pane, &CardPane::copySelected);
+    connect(m_ui->actionCopyAll, &QAction::triggered, m_ui->pane, &CardPane::copyAll);
     for (QTableView *const table : findChildren<QTableView *>())
         table->installEventFilter(this);
 }
@@ -155,71 +72,73 @@ void MainWindow::connectDesk()
 {
     connect(&m_desk, &CardDesk::readingStarted, this, [this] {
         tell(tr("Reading…"));
-        m_banner.repaint(); // the reading may hold up this thread
+        m_ui->banner->repaint(); // the reading may hold up this thread
     });
     connect(&m_desk, &CardDesk::cardAwaited, this,
             [this] { tell(tr("Lay a card on the reader; it is read by itself.")); });
-    connect(&m_desk, &CardDesk::failed, &m_banner, &Banner::tell);
-    connect(&m_desk, &CardDesk::cardRead, this,
-            [this](const CardPointer &card, const Message &message) {
-                m_history.add(card, QDateTime::currentDateTime());
-                m_historyTable.resizeColumnsToContents();
-                m_historyTable.setCurrentIndex(m_history.index(0, 0));
-                showCard(card);
-                if (message.headline.isEmpty())
-                    tell(tr("The card was read."));
-                else
-                    m_banner.tell(message);
-            });
-    connect(&m_road, &RoadPanel::roadChosen, this, [this](const RoadChoice &choice) {
+    connect(&m_desk, &CardDesk::failed, m_ui->banner, &Banner::tell);
+    connect(&m_desk, &CardDesk::cardRead, this, &MainWindow::addCard);
+    connect(m_ui->roadPanel, &RoadPanel::roadChosen, this, [this](const RoadChoice &choice) {
         tell(tr("Lay a card on the reader and press Read."));
         m_desk.setRoad(choice);
     });
-    connect(&m_road, &RoadPanel::cardPut, this, [this](const QString &card, const QString &faults) {
-        if (m_desk.putCard(card, faults))
-            tell(tr("A card lies on the simulator."));
-    });
-    connect(&m_road, &RoadPanel::cardTaken, this, [this] {
+    connect(m_ui->roadPanel, &RoadPanel::cardPut, this,
+            [this](const QString &card, const QString &faults) {
+                if (m_desk.putCard(card, faults))
+                    tell(tr("A card lies on the simulator."));
+            });
+    connect(m_ui->roadPanel, &RoadPanel::cardTaken, this, [this] {
         m_desk.takeCard();
         tell(tr("No card lies on the simulator."));
     });
-    connect(&m_road, &RoadPanel::failed, &m_banner, &Banner::tell);
+    connect(m_ui->roadPanel, &RoadPanel::failed, m_ui->banner, &Banner::tell);
 }
 
 void MainWindow::apply(const ViewerOptions &options)
 {
     if (options.device)
-        m_road.chooseUsb(*options.device, options.simulatorPhotos);
+        m_ui->roadPanel->chooseUsb(*options.device, options.simulatorPhotos);
     else if (!options.card.isEmpty())
-        m_road.putCard(options.card, options.faults);
-    m_cover.setChecked(options.isCovered);
-    m_automatic.setChecked(options.isAutomatic);
+        m_ui->roadPanel->putCard(options.card, options.faults);
+    m_ui->cover->setChecked(options.isCovered);
+    m_ui->automatic->setChecked(options.isAutomatic);
+}
+
+void MainWindow::addCard(const CardPointer &card, const Message &message)
+{
+    m_history.add(card, QDateTime::currentDateTime());
+    m_ui->history->resizeColumnsToContents();
+    m_ui->history->setCurrentIndex(m_history.index(0, 0));
+    showCard(card);
+    if (message.headline.isEmpty())
+        tell(tr("The card was read."));
+    else
+        m_ui->banner->tell(message);
 }
 
 void MainWindow::showCard(const CardPointer &card)
 {
     m_card = card;
-    m_pane.setCard(card);
-    for (QAction *const action : m_cardActions)
-        action->setEnabled(card != nullptr);
+    m_ui->pane->setCard(card);
+    m_ui->cardActions->setEnabled(card != nullptr);
 }
 
 void MainWindow::cover(bool covered)
 {
-    m_pane.setCovered(covered);
+    m_ui->pane->setCovered(covered);
     m_history.setCovered(covered);
 }
 
 void MainWindow::clearHistory()
 {
-    m_history.clear();
+    m_history.forgetAll();
     showCard(nullptr);
     tell(tr("The cards of this run are forgotten."));
 }
 
 void MainWindow::tell(const QString &headline, const QStringList &lines, Message::Kind kind)
 {
-    m_banner.tell({kind, headline, lines});
+    m_ui->banner->tell({kind, headline, lines});
 }
 
 void MainWindow::askWhereToSave()
@@ -281,16 +200,11 @@ void MainWindow::askForPrinter()
     dialog->open();
 }
 
-app::CardSheet MainWindow::sheetOf(const app::Card &card)
-{
-    return {card.picture(app::CardSide::Front), card.picture(app::CardSide::Back),
-            translated("Card", card.kindLabel())};
-}
-
 QStringList MainWindow::wholeCardNote() const
 {
-    return m_cover.isChecked() ? QStringList(tr("It is the whole card: nothing is covered there."))
-                               : QStringList();
+    return m_ui->cover->isChecked()
+               ? QStringList(tr("It is the whole card: nothing is covered there."))
+               : QStringList();
 }
 
 bool MainWindow::eventFilter(QObject *watched, QEvent *event)

@@ -5,12 +5,6 @@
 namespace viewer
 {
 
-PictureView::PictureView(const QString &name, QSizeF size) : m_name(name), m_size(size)
-{
-    setAccessibleName(name);
-    describe();
-}
-
 void PictureView::setPicture(const QByteArray &file, const QString &reason)
 {
     m_picture = QPixmap();
@@ -23,11 +17,6 @@ void PictureView::setCovered(bool covered)
 {
     m_isCovered = covered;
     describe();
-}
-
-void PictureView::setScale(const app::ScreenScale &scale)
-{
-    setFixedSize(qRound(m_size.width() * scale.xPerMm), qRound(m_size.height() * scale.yPerMm));
 }
 
 void PictureView::describe()
@@ -53,11 +42,11 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
     painter.setBrush(isCover ? QBrush(palette().color(QPalette::Mid), Qt::BDiagPattern)
                              : palette().brush(QPalette::Base));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    QString text = isCover ? tr("Covered") : m_name + QLatin1Char('\n') + m_reason;
+    QString text = isCover ? tr("Covered") : accessibleName() + QLatin1Char('\n') + m_reason;
     const QRect room = rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN);
     QRect place = painter.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text);
     if (!room.contains(place)) // the tool tip has the rest
-        text = m_name;
+        text = accessibleName();
     if (isCover)
         painter.fillRect(place.adjusted(-MARGIN, -MARGIN / 2, MARGIN, MARGIN / 2),
                          palette().brush(QPalette::Base));

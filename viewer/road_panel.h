@@ -2,29 +2,30 @@
 
 // Where the user chooses by which road cards are read, and lays cards on the simulator.
 
-#include <QComboBox>
+#include <memory>
+
 #include <QGroupBox>
-#include <QPushButton>
-#include <QStackedWidget>
 
 #include "viewer/card_desk.h"
 
-class QCheckBox;
-
 namespace viewer
 {
+
+namespace Ui
+{
+class RoadPanel;
+}
 
 class RoadPanel : public QGroupBox
 {
     Q_OBJECT
 
 public:
-    RoadPanel();
+    explicit RoadPanel(QWidget *parent = nullptr);
+    ~RoadPanel() override;
 
     /** As if the user had chosen it. */
-    void chooseMakersLibrary();
     void chooseUsb(app::UsbIds device, bool simulatorPhotos);
-    void chooseSimulator();
     void putCard(const QString &card, const QString &faults);
 
 signals:
@@ -35,20 +36,13 @@ signals:
     void failed(const viewer::Message &message);
 
 private:
-    QWidget *makeUsbPage();
-    QWidget *makeSimulatorPage();
     void listDevices();
     void tellChoice();
     void selectDevice(app::UsbIds device);
+    void selectCard(const QString &card);
     void askForCardFile();
-    int cardItem(const QString &card);
 
-    QComboBox m_road;
-    QStackedWidget m_pages;
-    QComboBox m_device;
-    QCheckBox *m_simulatorPhotos;
-    QComboBox m_card;
-    QComboBox m_faults;
+    const std::unique_ptr<Ui::RoadPanel> m_ui;
 };
 
 } // namespace viewer

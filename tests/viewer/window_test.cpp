@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPrintDialog>
@@ -16,6 +17,7 @@
 #include <QTemporaryDir>
 
 #include "apps/card_files.h"
+#include "apps/true_size.h"
 #include "simulator/card_library.h"
 #include "tests/tool/card_samples.h"
 #include "tests/tool/folder_state.h"
