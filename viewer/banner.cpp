@@ -1,5 +1,7 @@
 #include "viewer/banner.h"
 
+#include <array>
+
 #include <QAccessible>
 #include <QStyle>
 
@@ -11,18 +13,9 @@ namespace viewer
 namespace
 {
 
-QStyle::StandardPixmap iconOf(Message::Kind kind)
-{
-    switch (kind) {
-    case Message::Kind::Note:
-        return QStyle::SP_MessageBoxInformation;
-    case Message::Kind::Warning:
-        return QStyle::SP_MessageBoxWarning;
-    case Message::Kind::Failure:
-        return QStyle::SP_MessageBoxCritical;
-    }
-    return QStyle::SP_MessageBoxInformation;
-}
+// By the kind of the message.
+constexpr std::array<QStyle::StandardPixmap, 3> ICONS = {
+    QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxWarning, QStyle::SP_MessageBoxCritical};
 
 } // namespace
 
@@ -36,7 +29,8 @@ Banner::~Banner() = default;
 void Banner::tell(const Message &message)
 {
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    m_ui->icon->setPixmap(style()->standardIcon(iconOf(message.kind), nullptr, this).pixmap(size));
+    const QStyle::StandardPixmap icon = ICONS.at(static_cast<std::size_t>(message.kind));
+    m_ui->icon->setPixmap(style()->standardIcon(icon, nullptr, this).pixmap(size));
     m_ui->headline->setText(message.headline);
     m_ui->details->setText(message.lines.join(QLatin1Char('\n')));
     m_ui->details->setVisible(!message.lines.isEmpty());

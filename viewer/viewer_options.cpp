@@ -19,17 +19,8 @@ constexpr const char *PROGRAM = "idcard-viewer";
 
 CommandLine refused(const QString &problem)
 {
-    CommandLine line;
-    line.problem = problem + QLatin1Char('\n') +
-                   Texts::tr("See \"%1\".").arg(QLatin1String(PROGRAM) + QLatin1String(" --help"));
-    return line;
-}
-
-CommandLine printed(const QString &text)
-{
-    CommandLine line;
-    line.text = text;
-    return line;
+    const QString help = QLatin1String(PROGRAM) + QLatin1String(" --help");
+    return {{}, {}, problem + QLatin1Char('\n') + Texts::tr("See \"%1\".").arg(help)};
 }
 
 QString versionText()
@@ -73,9 +64,9 @@ CommandLine parseCommandLine(const QStringList &arguments)
     if (!parser.parse(QStringList(QLatin1String(PROGRAM)) + arguments))
         return refused(parser.errorText());
     if (parser.isSet(help))
-        return printed(parser.helpText());
+        return {{}, parser.helpText(), {}};
     if (parser.isSet(version))
-        return printed(versionText());
+        return {{}, versionText(), {}};
     if (!parser.positionalArguments().isEmpty())
         return refused(Texts::tr("%1 is no option.").arg(parser.positionalArguments().first()));
 
@@ -98,9 +89,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
         return refused(Texts::tr("--fault needs --simulate."));
     if (parser.isSet(photos) && !parser.isSet(usb))
         return refused(Texts::tr("--simulator-photos needs --usb."));
-    CommandLine line;
-    line.options = options;
-    return line;
+    return {options, {}, {}};
 }
 
 } // namespace viewer
