@@ -342,6 +342,17 @@ TEST_F(Window, Covered_NameAndNumberAreInNoModelAndNoCopy)
     EXPECT_EQ(field("Name"), card.name);
 }
 
+TEST_F(Window, CoveringAndUncovering_KeepsTheSelectedRow)
+{
+    show("resident");
+    find<QTableView>("fields")->selectRow(1);
+    for (const bool covered : {true, false}) {
+        check("cover", covered);
+        press("fields", Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(clipboard(), "Name\t" + (covered ? COVER : builtInCard("resident").name));
+    }
+}
+
 /** What of a widget is on the screen. */
 QImage onScreen(const QWidget *widget)
 {
