@@ -26,7 +26,7 @@ function(idcard_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE
-    ${arg_LIBRARIES} idcard_test_support GTest::gmock_main Threads::Threads)
+    ${arg_LIBRARIES} idcard_test_support idcard_qt_warnings GTest::gmock_main Threads::Threads)
   # What is tested is optimised; the tests themselves are sooner built than run.
   target_compile_options(${name} PRIVATE -O0 -g1)
   # The emulated bus comes with a switch for threads, with which the headers would not be the same.

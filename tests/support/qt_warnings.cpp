@@ -1,0 +1,41 @@
+// In every test program: a warning of Qt that no test looks for (see MessageLog) and that is not
+// known fails the test in which it comes.
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include <QString>
+#include <QtGlobal>
+
+namespace
+{
+
+/** How the warnings begin that are no fault of this project, or have to be. */
+constexpr const char *KNOWN[] = {
+    // The pictures ask for it whenever they need the screen, at which Qt warns each time.
+    "Attribute Qt::AA_EnableHighDpiScaling must be set before QCoreApplication is created",
+};
+
+QtMessageHandler before = nullptr;
+
+bool isKnown(const QString &text)
+{
+    return std::any_of(std::begin(KNOWN), std::end(KNOWN), [&text](const char *beginning) {
+        return text.startsWith(QLatin1String(beginning));
+    });
+}
+
+void judge(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if ((type == QtWarningMsg || type == QtCriticalMsg) && !isKnown(text))
+        ADD_FAILURE() << "nobody expected this warning: " << text.toStdString();
+    before(type, context, text);
+}
+
+[[maybe_unused]] const bool IS_INSTALLED = [] {
+    before = qInstallMessageHandler(judge);
+    return true;
+}();
+
+} // namespace
