@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -21,9 +22,12 @@ namespace
 
 constexpr unsigned int SECONDS_LEFT_TO_A_READ = 2;
 
-volatile std::sig_atomic_t interrupted = 0;
-volatile std::sig_atomic_t readInProgress = 0;
-volatile std::sig_atomic_t hangingReadStatus = 0;
+// Signal handlers and every thread may look at these.
+using Flag = std::atomic<int>;
+static_assert(Flag::is_always_lock_free, "a signal handler cannot wait");
+Flag interrupted = 0;
+Flag readInProgress = 0;
+Flag hangingReadStatus = 0;
 int wakePipe[2] = {-1, -1}; // what `pauseFor` waits at
 // What a hanging read is left with, ready for a signal handler.
 std::array<char, 256> farewell = {};

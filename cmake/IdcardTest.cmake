@@ -15,6 +15,8 @@ set(IDCARD_TEST_ENVIRONMENT
   "UBSAN_OPTIONS=print_stacktrace=1"
   # The whole call stack is needed to tell Qt's leaks from our own.
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0"
+  # Qt is built without the sanitizer, which does not see how its threads wait for each other.
+  "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_threads.supp:second_deadlock_stack=1"
   # The fonts that the project chose for its pictures.
   "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/packaging/fonts/demo-fonts.conf")
 if(CMAKE_CROSSCOMPILING_EMULATOR)

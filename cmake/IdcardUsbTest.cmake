@@ -36,13 +36,17 @@ else()
   target_link_libraries(IdcardUmockdev INTERFACE PkgConfig::UMOCKDEV)
 
   set(IDCARD_USB_PRELOAD "libumockdev-preload.so.0")
-  if(IDCARD_SANITIZERS MATCHES address)
-    # The sanitizer wants to be the first library of all.
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
-      OUTPUT_VARIABLE asan_library OUTPUT_STRIP_TRAILING_WHITESPACE)
-    get_filename_component(asan_library "${asan_library}" REALPATH)
-    set(IDCARD_USB_PRELOAD "${asan_library}:${IDCARD_USB_PRELOAD}")
-  endif()
+  # The sanitizer wants to be the first library of all.
+  foreach(sanitizer address:libasan.so thread:libtsan.so)
+    string(REPLACE ":" ";" sanitizer "${sanitizer}")
+    list(POP_FRONT sanitizer kind library)
+    if(IDCARD_SANITIZERS MATCHES ${kind})
+      execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
+        OUTPUT_VARIABLE library OUTPUT_STRIP_TRAILING_WHITESPACE)
+      get_filename_component(library "${library}" REALPATH)
+      set(IDCARD_USB_PRELOAD "${library}:${IDCARD_USB_PRELOAD}")
+    endif()
+  endforeach()
   set(IDCARD_USB_TEST_ENVIRONMENT "LD_PRELOAD=${IDCARD_USB_PRELOAD}")
 endif()
 
