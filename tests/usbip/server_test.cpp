@@ -138,7 +138,7 @@ TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
     client.send(bulkRead(1, 64) + bulkWrite(2, "x"));
     EXPECT_EQ(client.receive(48).mid(4, 4), hex("00 00 00 02"));
     EXPECT_EQ(client.receive(48 + 4).mid(48), "late");
-    EXPECT_GE(time.elapsed(), 150);
+    EXPECT_GE(time.elapsed(), 149); // either clock may cut off a part of a millisecond
 }
 
 TEST_F(Server, PendingTransferIsTakenBack)
