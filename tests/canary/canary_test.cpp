@@ -399,7 +399,11 @@ TEST_P(Canary, Crash_LeavesNoCoreFile)
     run.process().setWorkingDirectory(surroundings().workFolder());
     run.start();
     run.process().setReadChannel(QProcess::StandardError);
-    ASSERT_TRUE(run.process().waitForReadyRead()); // it has begun
+    QByteArray told;
+    while (!told.contains("simulator")) { // now it works on the card
+        ASSERT_TRUE(run.process().waitForReadyRead());
+        told += run.process().readAllStandardError();
+    }
     EXPECT_TRUE(forbidsCoreFiles(run.process().processId()));
 }
 

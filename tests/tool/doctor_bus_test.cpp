@@ -125,9 +125,9 @@ TEST_F(DoctorOnTheBus, RuleThatIsNotInstalledIsTold)
 
 TEST_F(DoctorOnTheBus, NodeThatThisUserMayNotOpenIsAFailure)
 {
+    plugIn("permission-denied");
     if (isEmulated())
         GTEST_SKIP() << "the emulator cannot start a program as another user";
-    plugIn("permission-denied");
     const ProcessResult json = runAsOrdinaryUser({"--json", "--road", "usb"});
     EXPECT_EQ(json.exitStatus, 10);
     const QJsonObject report = reportOf(json);

@@ -19,6 +19,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include "tests/support/message_log.h"
 #include "tests/support/process.h"
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"
@@ -323,7 +324,9 @@ TEST_F(Sheet, PrinterThatCannotStartIsTold)
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(path("nowhere/card.pdf"));
+    const MessageLog log;
     EXPECT_FALSE(paintSheet(m_sheet, &printer));
+    EXPECT_EQ(log.texts(), std::vector<std::string>{"QPainter::begin(): Returned false"});
 }
 
 TEST_F(Sheet, PrinterIsNotStartedForADamagedPicture)
