@@ -23,7 +23,7 @@ struct Options {
     bool simulatorPhotos = false; ///< decode photos with the simulator
     UsbIds device;                ///< the reader on the USB bus
     bool isDeviceNamed = false;
-    QString road; ///< of `doctor`: "library" or "usb"; empty: both
+    QString road;         ///< of `doctor`: "library" or "usb"; empty: both
     QString argument;     ///< of `render`: the card, by name or description; of `decode`: the file
     QString rawFile;      ///< empty: do not keep the raw record
     QString outFolder;    ///< empty: write no files

@@ -11,6 +11,7 @@
 #include <QtEndian>
 
 #include "tests/render/picture_resource.h"
+#include "tests/support/expected_warning.h"
 
 namespace
 {
@@ -102,6 +103,7 @@ TEST(CardTemplate, PictureOfAnotherFormat_IsLeftToQt)
 TEST(CardTemplate, MissingPicture_IsNull)
 {
     EXPECT_TRUE(loadTemplate(QStringLiteral(":/Pics/none.bmp")).isNull());
+    const ExpectedWarning noName("QFSFileEngine::open: No file name specified");
     EXPECT_TRUE(loadTemplate(QString()).isNull());
 }
 

@@ -2,6 +2,7 @@
 
 #include "render/makecardimg.h"
 #include "render/tools.h"
+#include "tests/support/expected_warning.h"
 #include "tests/support/gui_environment.h"
 #include "tests/support/message_log.h"
 
@@ -79,6 +80,7 @@ TEST(Geometry, RealScaleRatio_IsTheMeanOfBothDirections)
 TEST(Geometry, RealScaleRatioOfNoPicture_IsNegative)
 {
     EXPECT_LT(MakeCardImg::getRealScaleRatio(QStringLiteral("/no/such/picture.bmp")), 0.0);
+    const ExpectedWarning noName("QFSFileEngine::open: No file name specified");
     EXPECT_LT(MakeCardImg::getRealScaleRatio(QString()), 0.0);
 }
 
