@@ -4,7 +4,7 @@ seed decides."""
 import math
 import random
 
-from . import operators, quirks
+from . import equivalents, operators, quirks
 from .source import Source
 
 FOLDERS = ["api", "common", "iddata", "reader", "render"]
@@ -84,6 +84,10 @@ class Sample:
         raise ValueError(f"There is no place {identity}; --list tells them all")
 
     def current(self, results):
-        """Of results by their places' names, those whose place is still the same."""
-        return [results[place.id] for place in self._all()
+        """Of results by their places' names, those whose place is still the same, each with the
+        explanation why it may survive, if there is one."""
+        known = equivalents.load()
+        return [{**results[place.id],
+                 "explained": equivalents.reason_for(place, self.sources[place.path], known)}
+                for place in self._all()
                 if place.id in results and results[place.id]["before"] == place.before]

@@ -10,7 +10,7 @@ import unittest
 
 sys.path.insert(0, sys.argv.pop(1))
 
-from mutation import operators, quirks, report, sample  # noqa: E402
+from mutation import equivalents, operators, quirks, report, sample  # noqa: E402
 from mutation.campaign import CAUGHT, NOT_COMPILED, SAME_CODE, SURVIVED  # noqa: E402
 from mutation.campaign import Campaign, Results  # noqa: E402
 from mutation.reach import Reach  # noqa: E402
@@ -106,6 +106,18 @@ class ACampaign(unittest.TestCase):
         place = first_of_each()["return"]
         self.assertEqual(SURVIVED, self.campaign(names=()).outcome(place))
         self.assertFalse(report.is_good(self.results.by_id.values()))
+
+    def test_counts_no_survivor_that_is_explained(self):
+        place = first_of_each()["return"]
+        self.campaign(names=()).outcome(place)
+        known = [{"file": FILE, "operator": "return", "line": "return ++calls;", "reason": "why"}]
+        reason = equivalents.reason_for(place, Source(FILE, SAMPLE), known)
+        self.assertEqual("why", reason)
+        explained = [{**result, "explained": reason} for result in self.results.by_id.values()]
+        self.assertEqual([], report.counted_places(explained))
+        self.assertIn(f"  {place.id}: why", list(report.told(explained)))
+        other = first_of_each()["bound"]
+        self.assertIsNone(equivalents.reason_for(other, Source(FILE, SAMPLE), known))
 
     def test_leaves_out_what_does_not_compile_and_what_changes_nothing(self):
         source = Source(FILE, SAMPLE)
