@@ -181,3 +181,12 @@ TEST(CardTemplate, FileThatEndsEarly_IsWhatQtMakesOfIt)
         EXPECT_EQ(loaded.size(), read.size()) << size << " bytes";
     }
 }
+
+TEST(CardTemplate, PixelsInsideTheHeaders_AreLeftToQt)
+{
+    QByteArray bytes = MadeBmp().file();
+    MadeBmp::put<quint32>(bytes, 10, 53);
+    const PictureResource resource(bytes);
+    EXPECT_EQ(loadTemplate(resource.path()).toImage(),
+              QPixmap::fromImage(QImage(resource.path())).toImage());
+}
