@@ -2,10 +2,7 @@
 // beginning. IDCARD_ENDURANCE_COUNTS, "reads,usb reads,decodes", makes it as long as one likes;
 // the figures are printed.
 
-#include <atomic>
-#include <chrono>
 #include <cstdio>
-#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -13,7 +10,7 @@
 #include <QJsonObject>
 
 #include "simulator/virtual_reader.h"
-#include "tests/support/process.h"
+#include "tests/support/running_process.h"
 #include "tests/usb/emulated_bus.h"
 
 namespace
@@ -35,12 +32,12 @@ QString countOf(CountPosition position)
     return counts.value(position);
 }
 
-QJsonObject figuresOf(const QString &operation, CountPosition position,
-                      const QMap<QString, QString> &environment = {})
+constexpr int LONGEST_MS = 24 * 60 * 60 * 1000;
+
+QJsonObject figuresOf(const QString &operation, CountPosition position)
 {
     ProcessInput input;
-    input.environment = environment;
-    input.timeoutMs = 24 * 60 * 60 * 1000;
+    input.timeoutMs = LONGEST_MS;
     const ProcessResult result =
         runProcess("endurance_worker", {operation, countOf(position)}, input);
     EXPECT_TRUE(result.finished);
@@ -67,40 +64,24 @@ void expectNoMoreThanAtTheBeginning(const QJsonObject &figures)
     EXPECT_LT(growth, 1.05) << "of " << beginning["residentKiB"].toDouble() << " KiB";
 }
 
-/** Pulls the reader off the bus and puts it back until it is destroyed. */
-class RestlessHand
+/** What a worker prints; asked for it on the way, unplugs the reader and plugs it in again. */
+QJsonObject usbFigures(usb_test::EmulatedBus *bus, simulator::VirtualReader *reader)
 {
-public:
-    RestlessHand(usb_test::EmulatedBus *bus, simulator::VirtualReader *reader)
-        : m_bus(bus), m_reader(reader), m_thread([this] { move(); })
-    {
+    ProcessInput input;
+    input.environment = bus->childEnvironment();
+    input.timeoutMs = LONGEST_MS;
+    RunningProcess worker("endurance_worker", {"usb", countOf(USB_READS)}, input);
+    QByteArray line = worker.nextLine();
+    while (line == "unplug" || line == "plug") {
+        bus->change([&] { line == "plug" ? reader->plugIn() : reader->unplug(); });
+        worker.write("done\n");
+        line = worker.nextLine();
     }
-    ~RestlessHand()
-    {
-        m_isDone = true;
-        m_thread.join();
-    }
-    RestlessHand(const RestlessHand &) = delete;
-    RestlessHand &operator=(const RestlessHand &) = delete;
-
-private:
-    void move()
-    {
-        constexpr std::chrono::milliseconds PLUGGED_IN{190};
-        constexpr std::chrono::milliseconds UNPLUGGED{10};
-        while (!m_isDone) {
-            std::this_thread::sleep_for(PLUGGED_IN);
-            m_bus->change([this] { m_reader->unplug(); });
-            std::this_thread::sleep_for(UNPLUGGED);
-            m_bus->change([this] { m_reader->plugIn(); });
-        }
-    }
-
-    usb_test::EmulatedBus *m_bus;
-    simulator::VirtualReader *m_reader;
-    std::atomic<bool> m_isDone{false};
-    std::thread m_thread;
-};
+    const ProcessResult result = worker.result();
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    std::printf("%s\n", line.constData());
+    return QJsonDocument::fromJson(line).object();
+}
 
 } // namespace
 
@@ -118,14 +99,9 @@ TEST(Endurance, UsbReadsWithUnplugging_HoldNoMoreThanAtTheBeginning)
     QString problem;
     ASSERT_TRUE(reader.slot().putCard("resident", simulator::PutAs::Described, &problem));
     bus.add(reader);
-    QJsonObject figures;
-    {
-        const RestlessHand hand(&bus, &reader);
-        figures = figuresOf("usb", USB_READS, bus.childEnvironment());
-    }
+    const QJsonObject figures = usbFigures(&bus, &reader);
     expectNoMoreThanAtTheBeginning(figures);
-    EXPECT_LT(figures["failures"].toDouble(), figures["count"].toDouble() / 2)
-        << "mostly reads were to succeed";
+    EXPECT_GT(figures["failures"].toDouble(), 0);
     EXPECT_EQ(bus.leftOvers(), QStringList());
     EXPECT_EQ(bus.misuses(), QStringList());
 }

@@ -4,9 +4,11 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include <QByteArray>
+#include <QFile>
 #include <QStringList>
-#include <QThread>
 
 #include "api/idcard_reader_api.h"
 #include "apps/card.h"
@@ -107,31 +109,50 @@ private:
     std::string m_back;
 };
 
+/** Has the test do something with the reader while no reading is under way. */
+void askFor(const QByteArray &what)
+{
+    QFile output;
+    output.open(STDOUT_FILENO, QIODevice::WriteOnly);
+    output.write(what + '\n');
+    output.close();
+    QFile input;
+    input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered);
+    input.readLine();
+}
+
 class ReadOverUsb : public Operation
 {
 public:
-    QString run(std::uint64_t) override
+    QString run(std::uint64_t number) override
     {
-        constexpr unsigned short VENDOR = 0x1209;
-        constexpr unsigned short PRODUCT = 0x0001;
-        constexpr unsigned long RETRY_PAUSE_MS = 5;
-        CUsbIdReader reader(VENDOR, PRODUCT);
-        QByteArray record;
-        FP_INFO_TYPE prints = FP_INFO_NONE;
-        const bool fetched = reader.fetch_data(record, prints);
-        if (!fetched) {
-            countFailure();
-            QThread::msleep(RETRY_PAUSE_MS);
-            return record.isEmpty() && reader.lastError() != USB_READER_OK
-                       ? QString()
-                       : QStringLiteral("a read failed with code %1 and %2 bytes")
-                             .arg(reader.lastError())
-                             .arg(record.size());
-        }
-        return record == m_expected ? QString() : QStringLiteral("a read gave another record");
+        constexpr std::uint64_t UNPLUGGED_EVERY = 100;
+        if (number % UNPLUGGED_EVERY != UNPLUGGED_EVERY - 1)
+            return read(true);
+        askFor("unplug");
+        countFailure();
+        const QString problem = read(false);
+        askFor("plug");
+        return problem;
     }
 
 private:
+    QString read(bool isPluggedIn)
+    {
+        constexpr unsigned short VENDOR = 0x1209;
+        constexpr unsigned short PRODUCT = 0x0001;
+        CUsbIdReader reader(VENDOR, PRODUCT);
+        QByteArray record;
+        FP_INFO_TYPE prints = FP_INFO_NONE;
+        reader.fetch_data(record, prints);
+        const int code = isPluggedIn ? USB_READER_OK : USB_READER_NOT_FOUND;
+        if (reader.lastError() == code && record == (isPluggedIn ? m_expected : QByteArray()))
+            return {};
+        return QStringLiteral("a read ended with code %1 and %2 bytes")
+            .arg(reader.lastError())
+            .arg(record.size());
+    }
+
     const QByteArray m_expected =
         simulator::readAnswer(describedCard(QStringLiteral("resident")), {});
 };

@@ -37,7 +37,10 @@ private:
  */
 std::unique_ptr<Operation> readingCards(QString *problem);
 
-/** Opening, fetching and closing the reader on USB, which somebody unplugs now and then. */
+/**
+ * Opening, fetching and closing the reader on USB. Every hundredth time it prints "unplug", waits
+ * for a line on standard input, reads in vain, prints "plug" and waits once more.
+ */
 std::unique_ptr<Operation> readingOverUsb();
 
 /** Text, photo and kind of a raw record of every built-in card in turn. */
