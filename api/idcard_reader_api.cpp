@@ -3,7 +3,6 @@
 #include <cstring>
 #include <memory>
 
-
 #include "api/field_extraction.h"
 #include "api/image_output.h"
 #include "common/card_info_struct.h"
