@@ -100,9 +100,11 @@ Mark textMark(const char *name, const QString &text)
         return {name, {}, {text.toUtf8()}};
     QByteArrayList escaped{escapedForJson(text),
                            escapedForJson(text).toUpper().replace("\\U", "\\u")};
-    constexpr int TOO_SHORT =
-        3; // to be looked for in other forms, where it would be found by chance
-    if (text.size() < TOO_SHORT)
+    // One character as two bytes, or two characters in further forms, would be found by chance.
+    constexpr int ENOUGH = 3;
+    if (text.size() == 1)
+        return {name, escaped << text.toUtf8(), {}};
+    if (text.size() < ENOUGH)
         return {name, escaped << text.toUtf8() << utf16(text), {}};
     Mark mark{name, byteForms(text.toUtf8()) + escaped, {}};
     for (const char *characterSet : {"UTF-16LE", "UTF-16BE", "GB18030", "UTF-32LE"}) {

@@ -79,7 +79,8 @@ Findings Surroundings::findings(const ProcessResult &result, const std::vector<M
     while (files.hasNext()) {
         const QString path = files.next();
         search(root.relativeFilePath(path), readFile(path));
-        search(root.relativeFilePath(path), QFile::encodeName(path)); // a name tells, too
+        search(root.relativeFilePath(path),
+               QFile::encodeName(root.relativeFilePath(path))); // a name tells, too
     }
     return findings;
 }
