@@ -69,7 +69,7 @@ Findings Surroundings::findings(const ProcessResult &result, const std::vector<M
     const auto search = [&findings, &marks](const QString &place, const QByteArray &bytes) {
         const MarkNames names = found(bytes, marks);
         if (!names.empty())
-            findings[place.toStdString()] = names;
+            findings[place.toStdString()].insert(names.begin(), names.end());
     };
     search("stdout", result.standardOutput);
     search("stderr", result.standardError);

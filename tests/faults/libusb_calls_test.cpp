@@ -175,6 +175,7 @@ TEST(LibusbCalls, EveryFunctionThatTheLibraryCalls_IsInTheTable)
                     QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so")},
                    input);
     ASSERT_TRUE(result.finished);
+    ASSERT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
     std::set<std::string> called;
     for (const QByteArray &line : result.standardOutput.split('\n')) {
         const int name = line.indexOf("libusb_");
