@@ -23,6 +23,7 @@ namespace
 
 using namespace canary;
 using testing::IsEmpty;
+using testing::Not;
 
 /** What the maker's library does not deliver, though the chip holds it. */
 const MarkNames CHIP_ONLY = {"issueCount", "nationalityCode", "cardVersion", "authorityCode"};
@@ -263,6 +264,15 @@ TEST_P(Canary, ReadThatFails_TellsNothing)
                          row.exitStatus),
                     IsEmpty())
             << row.fault;
+}
+
+TEST_P(Canary, TimeOfARead_IsNoMark)
+{
+    ProcessResult result;
+    result.standardError = "Reading ended after 73 ms with the code -26.\n";
+    EXPECT_THAT(findings(result), IsEmpty());
+    result.standardError = "Reading ended after 9 ms with the code 73 1954 TKM 20110923.\n";
+    EXPECT_THAT(findings(result), Not(IsEmpty()));
 }
 
 TEST_P(Canary, ReadIntoAFileInPlaceOfAFolder_PrintsTheTextsAlone)

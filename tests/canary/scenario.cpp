@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QRegularExpression>
 
 #include "tests/tool/folder_state.h"
 
@@ -24,6 +25,13 @@ constexpr struct {
     {"XDG_STATE_HOME", "state"},
     {"XDG_RUNTIME_DIR", "runtime"},
 };
+
+/** How long a reading took may be any number, also a card's. */
+QByteArray withoutDurations(const QByteArray &messages)
+{
+    static const QRegularExpression duration(QStringLiteral("\\bafter [0-9]+ ms\\b"));
+    return QString::fromLatin1(messages).remove(duration).toLatin1();
+}
 
 } // namespace
 
@@ -72,7 +80,7 @@ Findings Surroundings::findings(const ProcessResult &result, const std::vector<M
             findings[place.toStdString()].insert(names.begin(), names.end());
     };
     search("stdout", result.standardOutput);
-    search("stderr", result.standardError);
+    search("stderr", withoutDurations(result.standardError));
     const QDir root(m_root.path());
     QDirIterator files(root.path(), QDir::Files | QDir::Hidden | QDir::System,
                        QDirIterator::Subdirectories);

@@ -416,6 +416,23 @@ TEST_F(DeviceAccess, ReaderPluggedInLater_IsFoundByTheNextObject)
     expectLog(lines::OPENED);
 }
 
+TEST_F(DeviceAccess, ReaderPluggedInMoreOftenThanABusHasNumbers_IsFound)
+{
+    constexpr int TIMES = 300; // more than a byte counts
+    ScriptedDevice &device = make();
+    add(device);
+    for (int i = 0; i < TIMES; ++i) {
+        bus().change([&device] { device.setPluggedIn(false); });
+        bus().change([&device] { device.setPluggedIn(true); });
+    }
+    startAccount();
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+    }
+    expectLog(lines::OPENED);
+}
+
 TEST_F(DeviceAccess, Search_HandsTheHandleToItsCaller)
 {
     ScriptedDevice &device = make();

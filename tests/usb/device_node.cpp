@@ -86,6 +86,7 @@ DeviceNode::~DeviceNode()
 Holdings DeviceNode::holdings() const
 {
     Holdings holdings;
+    holdings.timesOpened = m_timesClosed;
     for (const Opening &opening : m_openings) {
         if (!opening.used)
             continue;
@@ -112,10 +113,27 @@ DeviceNode::Opening *DeviceNode::openingOf(UMockdevIoctlClient *client)
     return opening == m_openings.end() ? nullptr : &*opening;
 }
 
+void DeviceNode::forgetClosed()
+{
+    m_openings.remove_if([this](const Opening &opening) {
+        if (isOpen(opening))
+            return false;
+        m_timesClosed += opening.used ? 1 : 0;
+        return true;
+    });
+}
+
+void DeviceNode::renew()
+{
+    m_boundDriver = m_traits.driver;
+    m_calls.clear();
+}
+
 void DeviceNode::onConnected(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer self)
 {
     auto *const node = static_cast<DeviceNode *>(self);
     const std::lock_guard<std::mutex> lock(node->m_mutex);
+    node->forgetClosed();
     Opening opening;
     opening.client.reset(UMOCKDEV_IOCTL_CLIENT(g_object_ref(client)));
     node->m_openings.push_back(std::move(opening));

@@ -52,8 +52,8 @@ public:
     [[nodiscard]] const QStringList &calls() const { return m_calls; }
     [[nodiscard]] const QStringList &misuses() const { return m_misuses; }
     [[nodiscard]] QString boundDriver() const { return m_boundDriver; }
-    /** The device is there again, in a node of its own: nobody holds it. */
-    void bindDriver() { m_boundDriver = m_traits.driver; }
+    /** The device is there again, in a node of its own: nobody holds it or asked anything. */
+    void renew();
     [[nodiscard]] bool isBoundAsBefore() const { return m_boundDriver == m_traits.driver; }
 
 private:
@@ -105,6 +105,7 @@ private:
     Answer misuse(const QString &what, int error);
     [[nodiscard]] bool isOpen(const Opening &opening) const;
     [[nodiscard]] Opening *openingOf(UMockdevIoctlClient *client);
+    void forgetClosed();
 
     simulator::UsbDevice &m_device;
     const NodeTraits m_traits;
@@ -112,6 +113,7 @@ private:
     std::function<void()> m_changed;
     std::unique_ptr<UMockdevIoctlBase, Unref> m_handler;
     std::list<Opening> m_openings;
+    int m_timesClosed = 0; ///< what was opened and is forgotten
     QString m_boundDriver;
     QStringList m_calls;
     QStringList m_misuses;

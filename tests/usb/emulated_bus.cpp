@@ -1,8 +1,10 @@
 #include "tests/usb/emulated_bus.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -20,7 +22,8 @@ namespace
 {
 
 constexpr int BUS_NUMBER = 1;
-constexpr int FIRST_DEVICE_NUMBER = 2; ///< 1 is the root hub
+constexpr int FIRST_DEVICE_NUMBER = 2;  ///< 1 is the root hub
+constexpr int LAST_DEVICE_NUMBER = 127; ///< of a bus, whose addresses have seven bits
 /** Closing a node is heard of a little later. */
 constexpr std::chrono::milliseconds CLOSE_LIMIT{1000};
 constexpr std::chrono::milliseconds CLOSE_PAUSE{2};
@@ -201,10 +204,10 @@ private:
 
     void plugIn(Port &port)
     {
-        port.number = m_nextNumber++;
+        port.number = freeNumber();
         port.isHidden = false;
         port.isAccessAllowed.reset();
-        port.node->bindDriver();
+        port.node->renew();
         const std::string node = nodePath(port.number);
         GError *error = nullptr;
         if (umockdev_testbed_add_from_string(
@@ -212,11 +215,30 @@ private:
                 description(port.number, port.node->device().descriptors()).constData(),
                 &error) == FALSE)
             fail("no device could be added to the emulated bus", error);
+        // Who had the node before it went could still be answered until now.
+        if (m_answered.count(port.number) != 0 &&
+            umockdev_testbed_detach_ioctl(m_bed.get(), node.c_str(), &error) == FALSE)
+            fail("an earlier device of the same number is still answered for", error);
+        m_answered.insert(port.number);
         if (umockdev_testbed_attach_ioctl(m_bed.get(), node.c_str(), port.node->handler(),
                                           &error) == FALSE)
             fail("no answers could be given for the emulated device", error);
         allow(folder() + QStringLiteral("/ioctl") + QString::fromStdString(node), 0777);
         umockdev_testbed_uevent(m_bed.get(), systemPath(port.number).c_str(), "add");
+    }
+
+    /** As the kernel gives them out: one after the other, then those that are free again. */
+    int freeNumber()
+    {
+        const auto isTaken = [this](int number) {
+            return std::any_of(m_ports.begin(), m_ports.end(),
+                               [number](const Port &port) { return port.number == number; });
+        };
+        do
+            m_lastNumber =
+                m_lastNumber == LAST_DEVICE_NUMBER ? FIRST_DEVICE_NUMBER : m_lastNumber + 1;
+        while (isTaken(m_lastNumber));
+        return m_lastNumber;
     }
 
     void plugOut(Port &port)
@@ -267,7 +289,8 @@ private:
     // The bed goes before the ports: its thread asks them.
     std::vector<Port> m_ports;
     std::unique_ptr<UMockdevTestbed, Unref> m_bed;
-    int m_nextNumber = FIRST_DEVICE_NUMBER;
+    std::set<int> m_answered; ///< numbers whose nodes somebody answers for, or did last
+    int m_lastNumber = FIRST_DEVICE_NUMBER - 1;
 };
 
 EmulatedBus::EmulatedBus() : m_implementation(std::make_unique<Implementation>()) {}

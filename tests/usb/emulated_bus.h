@@ -64,9 +64,9 @@ public:
     [[nodiscard]] QString boundDriver(const simulator::UsbDevice &device) const;
 
     /**
-     * What was asked of the device's node so far, in order: "open", "capabilities", "claim",
-     * "release", "reset", "out 02 10" (endpoint, size), "in 81 15", "discard", "attach driver" and
-     * so on. Asking whether a transfer has ended is not in it.
+     * What was asked of the device's node so far, since it was plugged in, in order: "open",
+     * "capabilities", "claim", "release", "reset", "out 02 10" (endpoint, size), "in 81 15",
+     * "discard", "attach driver" and so on. Asking whether a transfer has ended is not in it.
      */
     [[nodiscard]] QStringList calls(const simulator::UsbDevice &device) const;
 
