@@ -19,7 +19,7 @@ set(IDCARD_TEST_ENVIRONMENT
   "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_threads.supp:second_deadlock_stack=1"
   # The fonts that the project chose for its pictures.
   "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/packaging/fonts/demo-fonts.conf")
-if(CMAKE_CROSSCOMPILING_EMULATOR)
+if(CMAKE_CROSSCOMPILING)
   # A test that starts a program of this build starts it under the emulator too.
   list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")
 endif()

@@ -26,11 +26,20 @@ bool isAffordable(const QImageReader &reader)
     return size.width() <= MOST_PHOTO_MEMORY * 8 / bits / size.height();
 }
 
+/** A picture that is there; a null one lacked memory, and the card without it would be taken for
+ * whole. */
+QPixmap demanded(const QPixmap &pixmap)
+{
+    if (pixmap.isNull())
+        qBadAlloc(); // throws
+    return pixmap;
+}
+
 /** A reader's photo as a picture: the format is told by the bytes themselves. */
 QPixmap loadedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE])
 {
     if (const auto image = plainBmpImage(photo, sizeof(photo)))
-        return QPixmap::fromImage(*image);
+        return demanded(QPixmap::fromImage(*image));
     QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char *>(photo), sizeof(photo));
     QBuffer buffer(&bytes);
@@ -52,7 +61,5 @@ QPixmap fittedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE], PhotoBackgr
     if (background == PhotoBackground::TRANSPARENT)
         pixmap = Tools::convertHeadImgCNBgToTransparent(pixmap);
     const QPixmap fitted = pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    if (fitted.isNull() && !box.isEmpty())
-        qBadAlloc(); // throws; a card without its photo would be taken for whole
-    return fitted;
+    return box.isEmpty() ? fitted : demanded(fitted);
 }

@@ -15,6 +15,7 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <link.h>
+#include <malloc.h>
 
 // The C library's own functions under the names by which it offers them to such as this.
 extern "C" {
@@ -368,7 +369,9 @@ EXPORTED void *calloc(std::size_t count, std::size_t size)
 EXPORTED void *realloc(void *block, std::size_t size)
 {
     const void *const caller = __builtin_return_address(0);
-    if (fails(caller)) {
+    // What fits where it is takes no memory.
+    const bool fits = block != nullptr && size <= malloc_usable_size(block);
+    if (!fits && fails(caller)) {
         errno = ENOMEM;
         return nullptr;
     }
