@@ -47,7 +47,11 @@ QPixmap loadedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE])
     QImageReader reader(&buffer);
     if (!isAffordable(reader))
         return {};
-    return QPixmap::fromImage(reader.read());
+    // Qt's BMP reader leaves the rows that a file lacks as they are: black, and not what the
+    // process had in that memory before, be it of another card.
+    QImage image(reader.size(), reader.imageFormat());
+    image.fill(0);
+    return reader.read(&image) ? QPixmap::fromImage(image) : QPixmap();
 }
 
 } // namespace
