@@ -3,7 +3,7 @@
 #include "api/result_codes.h"
 #include "apps/card_output.h"
 #include "apps/commands.h"
-#include "apps/explanation.h"
+#include "apps/message.h"
 
 namespace app
 {
@@ -51,7 +51,7 @@ ExitStatus deliverDecoded(const Card &card, const Options &options, Output *outp
     if (card.photoFormat() != PhotoFormat::Compressed)
         return status;
     const ResultEntry *const entry = findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true);
-    tell(explanation(*entry));
+    tell(terminalText(messageOf(*entry)));
     if (!options.simulatorPhotos)
         tell(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
     return status == ExitStatus::Done ? entry->exitStatus : status;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QJsonDocument>
 
@@ -18,19 +19,35 @@ namespace
 struct PhotoFormatRow {
     PhotoFormat format;
     const char *key;
-    const char *label;
-    const char *note; ///< why there is no picture to save; null when there is one
+    const char *label; ///< for people
+    const char *note;  ///< why there is no picture to save; null when there is one
 };
 
 constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
-    {PhotoFormat::None, "none", "none", QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
-    {PhotoFormat::Bmp, "bmp", "BMP picture, 102 x 126 pixels", nullptr},
-    {PhotoFormat::Compressed, "compressed", "compressed, not a picture",
+    {PhotoFormat::None, "none", QT_TRANSLATE_NOOP("Card", "none"),
+     QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
+    {PhotoFormat::Bmp, "bmp", QT_TRANSLATE_NOOP("Card", "BMP picture, 102 x 126 pixels"), nullptr},
+    {PhotoFormat::Compressed, "compressed", QT_TRANSLATE_NOOP("Card", "compressed, not a picture"),
      QT_TRANSLATE_NOOP(
          "Card", "The reader delivered the photo in the card's compressed form, not as a picture")},
-    {PhotoFormat::Unknown, "unknown", "in a form that is not known",
+    {PhotoFormat::Unknown, "unknown", QT_TRANSLATE_NOOP("Card", "in a form that is not known"),
      QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
 }};
+
+// The keys of the fields that tell who the holder is.
+constexpr std::array<const char *, 3> NAMES = {"name", "englishName", "chineseName"};
+constexpr std::array<const char *, 2> NUMBERS = {"idNumber", "travelPermitNumber"};
+
+template <typename Keys>
+bool isOneOf(const CardField &field, const Keys &keys)
+{
+    return std::any_of(keys.begin(), keys.end(),
+                       [&](const char *key) { return qstrcmp(key, field.key) == 0; });
+}
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(Card)
+};
 
 const PhotoFormatRow &photoFormatRow(const Card &card)
 {
@@ -86,12 +103,24 @@ QStringList dateParts(const QString &date)
     return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
 }
 
+/** On one line, a date with hyphens; "-" when the field says nothing. */
+QString textForPeople(const CardField &field)
+{
+    QStringList parts = field.content;
+    if (field.form == FieldForm::Date)
+        parts = dateParts(parts.first());
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
+    parts.removeAll(QString());
+    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+}
+
 QString fingerprintsForPeople(const Card &card)
 {
     const std::optional<int> count = card.fingerprintCount();
     if (!count)
-        return QStringLiteral("unknown; the reader delivered an unusual amount of data");
-    return *count == 0 ? QStringLiteral("none") : QString::number(*count);
+        return Texts::tr("unknown; the reader delivered an unusual amount of data");
+    return *count == 0 ? Texts::tr("none") : QString::number(*count);
 }
 
 struct CardSideRow {
@@ -147,9 +176,14 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonOb
     }
 }
 
-QStringList kindRow(const Card &card)
+CardRow kindRow(const Card &card)
 {
-    return {QStringLiteral("Kind"), QString::fromUtf8(card.kindLabel())};
+    return {CardRow::Sort::Plain, Texts::tr("Kind"), kindForPeople(card)};
+}
+
+QStringList cells(const CardRow &row)
+{
+    return {row.label, row.content};
 }
 
 /** Which picture there is none of, and where the files are. */
@@ -173,15 +207,35 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
 
 } // namespace
 
-QString textForPeople(const CardField &field)
+QString kindForPeople(const Card &card)
 {
-    QStringList parts = field.content;
-    if (field.form == FieldForm::Date)
-        parts = dateParts(parts.first());
-    for (QString &part : parts)
-        part = withoutTrailingBlanks(part);
-    parts.removeAll(QString());
-    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+    return Texts::tr(card.kindLabel());
+}
+
+QVector<CardRow> cardRows(const Card &card)
+{
+    QVector<CardRow> rows{kindRow(card)};
+    for (const CardField &field : card.fields()) {
+        const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
+        if (!field.content.isEmpty())
+            rows << CardRow{isPersonal ? CardRow::Sort::Personal : CardRow::Sort::Plain,
+                            Texts::tr(field.label), textForPeople(field)};
+    }
+    rows << CardRow{CardRow::Sort::Photo, Texts::tr("Photo"),
+                    Texts::tr(photoFormatRow(card).label)};
+    if (card.mayHaveFingerprints())
+        rows << CardRow{CardRow::Sort::Plain, Texts::tr("Fingerprints"),
+                        fingerprintsForPeople(card)};
+    return rows;
+}
+
+QString holderName(const Card &card)
+{
+    for (const CardField &field : card.fields()) {
+        if (isOneOf(field, NAMES) && !field.content.value(0).trimmed().isEmpty())
+            return textForPeople(field);
+    }
+    return {};
 }
 
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
@@ -222,14 +276,9 @@ QByteArray jsonLine(const QJsonObject &object)
 
 QString toTable(const Card &card, const std::optional<QString> &folder)
 {
-    QVector<QStringList> rows{kindRow(card)};
-    for (const CardField &field : card.fields()) {
-        if (!field.content.isEmpty())
-            rows << QStringList{QString::fromUtf8(field.label), textForPeople(field)};
-    }
-    rows << QStringList{QStringLiteral("Photo"), QString::fromUtf8(photoFormatRow(card).label)};
-    if (card.mayHaveFingerprints())
-        rows << QStringList{QStringLiteral("Fingerprints"), fingerprintsForPeople(card)};
+    QVector<QStringList> rows;
+    for (const CardRow &row : cardRows(card))
+        rows << cells(row);
     if (folder)
         rows += savedRows(card, CardFiles::All, *folder);
     return alignedTable(rows);
@@ -237,14 +286,14 @@ QString toTable(const Card &card, const std::optional<QString> &folder)
 
 QString picturesToTable(const Card &card, const QString &folder)
 {
-    return alignedTable(QVector<QStringList>{kindRow(card)} +
+    return alignedTable(QVector<QStringList>{cells(kindRow(card))} +
                         savedRows(card, CardFiles::Pictures, folder));
 }
 
 QString missingPhotoNote(const Card &card)
 {
     const char *const note = photoFormatRow(card).note;
-    return note == nullptr ? QString() : QString::fromUtf8(note);
+    return note == nullptr ? QString() : Texts::tr(note);
 }
 
 QString missingPictureNote(const Card &card, CardSide side)

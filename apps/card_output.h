@@ -19,8 +19,27 @@ namespace app
  */
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
 
-/** What the field says, on one line, a date with hyphens; "-" when it says nothing. */
-QString textForPeople(const CardField &field);
+/** A row of what a card says to people, in the language of the application's translators. */
+struct CardRow {
+    enum class Sort {
+        Plain,
+        Personal, ///< a name or a number, which a privacy switch covers
+        Photo,    ///< in which form it is, for those who do not see it
+    };
+
+    Sort sort;
+    QString label;
+    QString content; ///< on one line, a date with hyphens; "-" when a field says nothing
+};
+
+/** The kind of card, each field that its road delivers, the photo and the fingerprints. */
+QVector<CardRow> cardRows(const Card &card);
+
+/** The kind of card in the language of the application's translators. */
+QString kindForPeople(const Card &card);
+
+/** The first of its holder's names that the card has; empty when it has none. */
+QString holderName(const Card &card);
 
 /** Over several lines, ending with a line break. */
 QByteArray indentedJson(const QJsonObject &object);
@@ -37,7 +56,10 @@ QJsonObject picturesToJson(const Card &card, const QString &folder);
 /** The pictures of the card's sides alone as a table for people. */
 QString picturesToTable(const Card &card, const QString &folder);
 
-/** Why a photo cannot be saved as a picture; empty when it can. */
+/**
+ * Why a photo cannot be saved as a picture, in the language of the application's translators; empty
+ * when it can.
+ */
 QString missingPhotoNote(const Card &card);
 
 /** Why there is no picture of this side; empty when there is one or none could be expected. */

@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "api/idcard_reader_api.h"
-#include "apps/explanation.h"
 #include "apps/interruption.h"
 
 namespace app
@@ -47,15 +46,15 @@ ReadOutcome readCard()
     return outcome;
 }
 
-QString explain(const ReadOutcome &outcome)
+Message messageOf(const ReadOutcome &outcome)
 {
     const ResultEntry *const entry = findResult(outcome.code, outcome.card.has_value());
-    if (entry == nullptr) {
-        return QStringLiteral("The library returned the code %1, which this program does not know. "
-                              "Install the program and the library of the same version.")
-            .arg(outcome.code);
-    }
-    return explanation(*entry);
+    return entry == nullptr ? unknownCodeMessage(outcome.code) : messageOf(*entry);
+}
+
+QString explain(const ReadOutcome &outcome)
+{
+    return terminalText(messageOf(outcome));
 }
 
 } // namespace app

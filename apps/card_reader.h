@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "apps/card.h"
-#include "apps/result_catalogue.h"
+#include "apps/message.h"
 
 namespace app
 {
@@ -22,8 +22,11 @@ ReadOutcome readCard();
 
 /**
  * What happened, why and what to do, for a reading that gave no card. Holds nothing of what the
- * card says. Several lines.
+ * card says.
  */
+Message messageOf(const ReadOutcome &outcome);
+
+/** The same for a terminal. */
 QString explain(const ReadOutcome &outcome);
 
 } // namespace app

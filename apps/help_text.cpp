@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "api/idcard_reader_api.h"
 #include "apps/result_catalogue.h"
 #include "apps/text_layout.h"
 #include "simulator/faults.h"
@@ -99,12 +98,6 @@ QString commandHelp(const CommandRow &command)
         text += faultSection();
     text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
     return text + exitStatusSection() + environmentSection(command.command);
-}
-
-QString versionText()
-{
-    return QStringLiteral("idcard-reader %1\nlibrary %2\n")
-        .arg(QStringLiteral(IDCARD_VERSION), QString::fromStdString(getSDKVersion()));
 }
 
 } // namespace app

@@ -1,6 +1,6 @@
 #pragma once
 
-// The help and version texts, made from the tables of commands, options, faults and exit statuses.
+// The help texts, made from the tables of commands, options, faults and exit statuses.
 
 #include <QString>
 
@@ -11,6 +11,5 @@ namespace app
 
 QString overallHelp();
 QString commandHelp(const CommandRow &command);
-QString versionText();
 
 } // namespace app

@@ -9,6 +9,7 @@
 
 #include "apps/help_text.h"
 #include "apps/option_table.h"
+#include "apps/version_text.h"
 
 namespace app
 {
@@ -39,7 +40,7 @@ CommandLine readWithoutCommand(const QString &first)
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
         return printed(overallHelp());
     if (first == QLatin1String("--version"))
-        return printed(versionText());
+        return printed(versionText(QStringLiteral("idcard-reader")));
     if (first.startsWith(QLatin1Char('-')))
         return refused(
             QStringLiteral("The command comes before its options, and %1 is none.").arg(first),
@@ -196,7 +197,7 @@ CommandLine readForCommand(const CommandRow &command, const QStringList &argumen
     if (reader.isSet(OptionId::Help))
         return printed(commandHelp(command));
     if (reader.isSet(OptionId::Version))
-        return printed(versionText());
+        return printed(versionText(QStringLiteral("idcard-reader")));
     const QString problem = reader.problem();
     if (!problem.isEmpty())
         return refused(problem, &command);

@@ -5,8 +5,8 @@
 
 #include "apps/card_delivery.h"
 #include "apps/commands.h"
-#include "apps/explanation.h"
 #include "apps/interruption.h"
+#include "apps/message.h"
 #include "apps/record_decoder.h"
 #include "apps/usb_catalogue.h"
 #include "apps/usb_list.h"
@@ -63,7 +63,7 @@ ExitStatus listDevices(const Options &options, Output *output)
     const UsbDevices list = listUsbDevices();
     if (list.code != 0) {
         const ResultEntry *const entry = findUsbResult(list.code);
-        tell(explanation(*entry));
+        tell(terminalText(messageOf(*entry)));
         return entry->exitStatus;
     }
     if (list.devices.isEmpty())

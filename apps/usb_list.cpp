@@ -1,5 +1,7 @@
 #include "apps/usb_list.h"
 
+#include <algorithm>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,6 +31,13 @@ QString designation(const UsbDevice &device)
     const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
     return name.isEmpty() ? QStringLiteral("(%1)").arg(device.deviceClass)
                           : QStringLiteral("%1 (%2)").arg(name, device.deviceClass);
+}
+
+int likelyReader(const QVector<UsbDevice> &devices)
+{
+    const auto found = std::find_if(devices.begin(), devices.end(),
+                                    [](const UsbDevice &device) { return device.hasReaderPipes; });
+    return found == devices.end() ? 0 : static_cast<int>(found - devices.begin());
 }
 
 QByteArray toJson(const QVector<UsbDevice> &devices)

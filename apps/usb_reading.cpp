@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "apps/explanation.h"
+#include <QCoreApplication>
+
 #include "apps/interruption.h"
 #include "apps/usb_catalogue.h"
 #include "reader/usbidreader.h"
@@ -42,8 +43,7 @@ void lookForReader(UsbOutcome *outcome)
         outcome->isUnplugged = now.code == USB_READER_OK && wasFound(outcome->code);
 }
 
-} // namespace
-
+/** The catalogue's row for the outcome; nothing for a code that is none of the library's. */
 std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
 {
     const ResultEntry *const entry = findUsbResult(outcome.code);
@@ -51,6 +51,15 @@ std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
         return std::nullopt;
     return outcome.isUnplugged ? unpluggedResult(*entry) : *entry;
 }
+
+/** Which device it was about, and where it is if it was found after a failure. */
+QString deviceOf(const UsbOutcome &outcome)
+{
+    const QString ids = toText(outcome.ids);
+    return outcome.device ? QStringLiteral("%1 at %2").arg(ids, outcome.device->node) : ids;
+}
+
+} // namespace
 
 ExitStatus UsbOutcome::exitStatus() const
 {
@@ -73,21 +82,18 @@ UsbOutcome readOverUsb(UsbIds ids)
     return outcome;
 }
 
-QString deviceOf(const UsbOutcome &outcome)
+Message messageOf(const UsbOutcome &outcome)
 {
-    const QString ids = toText(outcome.ids);
-    return outcome.device ? QStringLiteral("%1 at %2").arg(ids, outcome.device->node) : ids;
+    const std::optional<ResultEntry> entry = resultOf(outcome);
+    if (!entry)
+        return unknownCodeMessage(outcome.code);
+    const QString device = QCoreApplication::translate("Messages", "Device: %1");
+    return messageOf(*entry, {device.arg(deviceOf(outcome))});
 }
 
 QString explain(const UsbOutcome &outcome)
 {
-    const std::optional<ResultEntry> entry = resultOf(outcome);
-    if (!entry) {
-        return QStringLiteral("The library returned the code %1, which this program does not know. "
-                              "Install the program and the library of the same version.")
-            .arg(outcome.code);
-    }
-    return explanation(*entry, {QStringLiteral("Device: ") + deviceOf(outcome)});
+    return terminalText(messageOf(outcome));
 }
 
 } // namespace app

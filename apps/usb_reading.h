@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "apps/card.h"
-#include "apps/result_catalogue.h"
+#include "apps/message.h"
 #include "apps/usb_devices.h"
 
 namespace app
@@ -27,13 +27,10 @@ struct UsbOutcome {
 /** Opens the reader, fetches the card's record and closes the reader. */
 UsbOutcome readOverUsb(UsbIds ids);
 
-/** The catalogue's row for the outcome; nothing for a code that is none of the library's. */
-std::optional<ResultEntry> resultOf(const UsbOutcome &outcome);
+/** What happened, why and what to do, for a reading that failed. */
+Message messageOf(const UsbOutcome &outcome);
 
-/** Which device it was about, and where it is if it was found after a failure. */
-QString deviceOf(const UsbOutcome &outcome);
-
-/** What happened, why and what to do, for a reading that failed. Several lines. */
+/** The same for a terminal. */
 QString explain(const UsbOutcome &outcome);
 
 } // namespace app

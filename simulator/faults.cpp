@@ -196,6 +196,16 @@ QString faultUsage(const FaultRule &rule)
     return usageOf(faultName(rule, QStringLiteral("E")), rule.argument);
 }
 
+QString faultExample(const FaultRule &rule)
+{
+    const QString name = faultName(rule, exchangeName(UsbExchange::Lookup));
+    if (rule.argument == FaultArgument::Bytes)
+        return name + QStringLiteral("=00");
+    if (rule.argument != FaultArgument::Number)
+        return name;
+    return QStringLiteral("%1=%2").arg(name).arg(std::max(rule.minimum, 1));
+}
+
 bool isFaultSet(const Faults &faults, const FaultRule &rule)
 {
     return std::visit(IsSet{faults}, rule.place);

@@ -115,6 +115,9 @@ bool isExchangeFault(const FaultRule &rule);
 /** How a fault is written: "no-card or no-card=N", "E-answer-cut=N" for each exchange E. */
 QString faultUsage(const FaultRule &rule);
 
+/** A fault as it can be given, with a number where there must be one: "no-card", "read-fails=1". */
+QString faultExample(const FaultRule &rule);
+
 /** Whether a fault, of any exchange, is set. */
 bool isFaultSet(const Faults &faults, const FaultRule &rule);
 

@@ -1,16 +1,12 @@
 #include "viewer/card_pane.h"
 
-#include <algorithm>
-
 #include <QApplication>
 #include <QClipboard>
 #include <QScreen>
 #include <QScrollBar>
 #include <QWindow>
 
-#include "apps/card_output.h"
 #include "apps/true_size.h"
-#include "ui_card_pane.h"
 
 namespace viewer
 {
@@ -18,74 +14,84 @@ namespace viewer
 namespace
 {
 
-QString reasonOfMissingSide(const CardPointer &card)
+QString reasonOfMissingSide(const app::Card &card)
 {
-    if (!card)
-        return {};
-    return card->mayHavePictures() ? CardPane::tr("The library painted no picture.")
-                                   : CardPane::tr("This road gives no picture.");
+    return card.mayHavePictures() ? CardPane::tr("The library painted no picture.")
+                                  : CardPane::tr("This road gives no picture.");
 }
 
-/** Takes the first cell of each row. */
-void copy(QModelIndexList rows)
+/** Null bytes: there is no picture, and `reason` stands in its place. */
+void showPicture(QLabel *label, const QByteArray &file, const QString &reason, bool isCovered)
 {
-    std::sort(rows.begin(), rows.end());
-    QStringList lines;
-    for (const QModelIndex &row : rows)
-        lines << row.data().toString() + QLatin1Char('\t') +
-                     row.siblingAtColumn(1).data().toString();
-    if (!lines.isEmpty())
-        QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+    QPixmap picture;
+    picture.loadFromData(file);
+    const bool isCover = isCovered && !picture.isNull();
+    const bool isSeen = !isCover && !picture.isNull();
+    const QString state = isSeen    ? CardPane::tr("The picture is shown in its true size.")
+                          : isCover ? CardPane::tr("Covered")
+                                    : reason;
+    label->setAccessibleDescription(state);
+    label->setToolTip(state);
+    label->setFrameShape(isSeen ? QFrame::NoFrame : QFrame::Box);
+    label->setBackgroundRole(isCover ? QPalette::Mid : QPalette::Base);
+    if (isSeen) {
+        label->setPixmap(picture);
+        return;
+    }
+    label->setText(isCover ? state
+                           : (label->accessibleName() + QLatin1Char('\n') + state).trimmed());
+    if (label->heightForWidth(label->maximumWidth()) > label->maximumHeight())
+        label->setText(label->accessibleName()); // the tool tip has the rest
 }
 
 } // namespace
 
-CardPane::CardPane(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::CardPane>())
+CardPane::CardPane(QWidget *parent) : QWidget(parent)
 {
-    m_ui->setupUi(this);
-    m_ui->fields->setModel(&m_fields);
-    m_ui->fields->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_ui->fields->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-    m_ui->fields->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    m_ui.setupUi(this);
+    m_ui.fields->setModel(&m_fields);
+    m_ui.fields->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_ui.fields->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    m_ui.fields->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     rescale();
 }
 
-CardPane::~CardPane() = default;
-
-void CardPane::setCard(const CardPointer &card)
+void CardPane::setCard(const app::CardPointer &card)
 {
-    const QString reason = reasonOfMissingSide(card);
-    m_ui->front->setPicture(card ? card->picture(app::CardSide::Front) : QByteArray(), reason);
-    m_ui->back->setPicture(card ? card->picture(app::CardSide::Back) : QByteArray(), reason);
-    m_ui->photo->setPicture(
-        card ? card->photo() : QByteArray(),
-        card ? translated("Card", app::missingPhotoNote(*card).toUtf8().constData()) : QString());
+    m_card = card;
     m_fields.setCard(card);
+    showPictures();
 }
 
 void CardPane::setCovered(bool covered)
 {
-    for (PictureView *const view : findChildren<PictureView *>())
-        view->setCovered(covered);
+    m_isCovered = covered;
     m_fields.setCovered(covered);
+    showPictures();
 }
 
-void CardPane::addTableActions(const QList<QAction *> &actions)
+void CardPane::showPictures()
 {
-    m_ui->fields->addActions(actions);
+    const app::Card *const card = m_card.get();
+    const QString reason = card ? reasonOfMissingSide(*card) : QString();
+    showPicture(m_ui.front, card ? card->picture(app::CardSide::Front) : QByteArray(), reason,
+                m_isCovered);
+    showPicture(m_ui.back, card ? card->picture(app::CardSide::Back) : QByteArray(), reason,
+                m_isCovered);
+    showPicture(m_ui.photo, card ? card->photo() : QByteArray(),
+                card ? app::missingPhotoNote(*card) : QString(), m_isCovered);
 }
 
-void CardPane::copySelected() const
+void CardPane::copyRows(bool all) const
 {
-    copy(m_ui->fields->selectionModel()->selectedRows());
-}
-
-void CardPane::copyAll() const
-{
-    QModelIndexList rows;
-    for (int row = 0; row < m_fields.rowCount(); ++row)
-        rows << m_fields.index(row, 0);
-    copy(rows);
+    QStringList lines;
+    for (int row = 0; row < m_fields.rowCount(); ++row) {
+        if (all || m_ui.fields->selectionModel()->isRowSelected(row, {}))
+            lines << m_fields.item(row, 0)->text() + QLatin1Char('\t') +
+                         m_fields.item(row, 1)->text();
+    }
+    if (!lines.isEmpty())
+        QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
 void CardPane::showEvent(QShowEvent *event)
@@ -98,25 +104,25 @@ void CardPane::showEvent(QShowEvent *event)
 
 void CardPane::followScreen(QScreen *screen)
 {
-    if (m_screen != nullptr)
-        m_screen->disconnect(this);
-    m_screen = screen;
-    connect(screen, &QScreen::physicalDotsPerInchChanged, this, &CardPane::rescale);
-    connect(screen, &QScreen::geometryChanged, this, &CardPane::rescale);
-    connect(screen, &QObject::destroyed, this, [this] { m_screen = nullptr; });
+    // A screen that the window has left may go on telling: the scale is that of the present one.
+    connect(screen, &QScreen::physicalDotsPerInchChanged, this, &CardPane::rescale,
+            Qt::UniqueConnection);
+    connect(screen, &QScreen::geometryChanged, this, &CardPane::rescale, Qt::UniqueConnection);
     rescale();
 }
 
 void CardPane::rescale()
 {
+    const QWindow *const handle = window()->windowHandle();
     const app::ScreenScale scale =
-        app::screenScale(m_screen != nullptr ? *m_screen : *QApplication::primaryScreen());
-    m_ui->front->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
-    m_ui->back->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
-    m_ui->photo->setFixedSize(scale.sizeOf(app::PHOTO_SIZE_MM));
-    m_ui->scaleNote->setVisible(!scale.isTrue);
-    m_ui->sides->setFixedWidth(m_ui->sides->widget()->sizeHint().width() +
-                               m_ui->sides->verticalScrollBar()->sizeHint().width());
+        app::screenScale(handle ? *handle->screen() : *QApplication::primaryScreen());
+    m_ui.front->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
+    m_ui.back->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
+    m_ui.photo->setFixedSize(scale.sizeOf(app::PHOTO_SIZE_MM));
+    m_ui.scaleNote->setVisible(!scale.isTrue);
+    m_ui.sides->setFixedWidth(m_ui.sides->widget()->sizeHint().width() +
+                              m_ui.sides->verticalScrollBar()->sizeHint().width());
+    showPictures();
 }
 
 } // namespace viewer

@@ -2,21 +2,11 @@
 
 // A card as it is shown: both sides and the photo in true size, and the table of its fields.
 
-#include <memory>
-
-#include <QWidget>
-
-#include "viewer/card_table.h"
-
-class QScreen;
+#include "apps/card_table.h"
+#include "ui_card_pane.h"
 
 namespace viewer
 {
-
-namespace Ui
-{
-class CardPane;
-}
 
 class CardPane : public QWidget
 {
@@ -24,18 +14,17 @@ class CardPane : public QWidget
 
 public:
     explicit CardPane(QWidget *parent = nullptr);
-    ~CardPane() override;
 
     /** Null: no card. */
-    void setCard(const CardPointer &card);
+    void setCard(const app::CardPointer &card);
     void setCovered(bool covered);
 
     /** What can be done with the rows of the table, for its context menu. */
-    void addTableActions(const QList<QAction *> &actions);
+    void addTableActions(const QList<QAction *> &actions) { m_ui.fields->addActions(actions); }
 
     /** The rows that are selected, or all, to the clipboard. */
-    void copySelected() const;
-    void copyAll() const;
+    void copySelected() const { copyRows(false); }
+    void copyAll() const { copyRows(true); }
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -43,10 +32,13 @@ protected:
 private:
     void followScreen(QScreen *screen);
     void rescale();
+    void showPictures();
+    void copyRows(bool all) const;
 
-    const std::unique_ptr<Ui::CardPane> m_ui;
-    CardTable m_fields;
-    QScreen *m_screen = nullptr;
+    Ui::CardPane m_ui;
+    app::CardTable m_fields;
+    app::CardPointer m_card;
+    bool m_isCovered = false;
 };
 
 } // namespace viewer

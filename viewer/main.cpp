@@ -11,8 +11,8 @@
 #include "apps/interruption.h"
 #include "apps/locale.h"
 #include "apps/standard_streams.h"
+#include "apps/translation.h"
 #include "viewer/main_window.h"
-#include "viewer/translation.h"
 
 namespace
 {
@@ -30,8 +30,8 @@ int qtArgumentCount = 1;
 viewer::CommandLine commandLineOf(const QStringList &arguments)
 {
     QCoreApplication application(qtArgumentCount, qtArguments.data());
-    viewer::installTranslation(&application);
-    return viewer::parseCommandLine(arguments);
+    app::installTranslation(QLatin1String(programName.data()));
+    return viewer::parseCommandLine(QLatin1String(programName.data()), arguments);
 }
 
 ExitStatus showWindow(const viewer::ViewerOptions &options)
@@ -40,7 +40,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments.data());
-    viewer::installTranslation(&application);
+    app::installTranslation(QLatin1String(programName.data()));
     app::catchInterruption(ExitStatus::ReadFailed);
     const QSocketNotifier interruption(app::interruptionDescriptor(), QSocketNotifier::Read);
     QObject::connect(&interruption, &QSocketNotifier::activated, &application,

@@ -2,22 +2,15 @@
 
 // The window: its parts, and what the user can do with a card.
 
-#include <memory>
-
-#include <QMainWindow>
-
-#include "apps/card_sheet.h"
-#include "viewer/card_desk.h"
-#include "viewer/card_table.h"
+#include "apps/card_desk.h"
+#include "apps/card_table.h"
+#include "ui_main_window.h"
 #include "viewer/viewer_options.h"
+
+class QFileDialog;
 
 namespace viewer
 {
-
-namespace Ui
-{
-class MainWindow;
-}
 
 class MainWindow : public QMainWindow
 {
@@ -25,39 +18,41 @@ class MainWindow : public QMainWindow
 
 public:
     explicit MainWindow(const ViewerOptions &options = {});
-    ~MainWindow() override;
 
     /** Whether nothing is read over USB any more, after waiting for so long. */
     bool endsWithin(int milliseconds) { return m_desk.endsWithin(milliseconds); }
 
 protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void prepareHistory();
     void connectControls();
+    void connectTables();
     void connectDesk();
     void apply(const ViewerOptions &options);
 
-    void addCard(const CardPointer &card, const Message &message);
-    void showCard(const CardPointer &card);
+    void addCard(const app::CardPointer &card, const app::Message &message);
+    void showCard(const app::CardPointer &card);
     void cover(bool covered);
     void clearHistory();
-    void askWhereToSave();
-    void saveIn(const QString &parent, const CardPointer &card);
-    void askForPdf();
-    void exportPdf(const QString &path, const CardPointer &card);
-    void askForPrinter();
-    /** That a copy is not covered, while the window is. */
-    QStringList wholeCardNote() const;
-    void tell(const QString &headline, const QStringList &lines = {},
-              Message::Kind kind = Message::Kind::Note);
 
-    const std::unique_ptr<Ui::MainWindow> m_ui;
-    CardDesk m_desk;
-    History m_history;
-    CardPointer m_card;
+    /** What uses the path that a dialog gives. */
+    using CardUse = void (MainWindow::*)(const QString &path, const app::Card &card);
+    void askWhereToSave();
+    void saveIn(const QString &parent, const app::Card &card);
+    void askForPdf();
+    void exportPdf(const QString &path, const app::Card &card);
+    void open(QFileDialog *dialog, CardUse use);
+    void askForPrinter();
+
+    void tell(const app::Message &message);
+    /** `problem` is empty if there is a copy of the card now. */
+    void tellOfCopy(const QString &done, const QString &failed, const QString &problem);
+
+    Ui::MainWindow m_ui;
+    app::CardDesk m_desk;
+    app::CardHistory m_history;
+    app::CardPointer m_card;
 };
 
 } // namespace viewer

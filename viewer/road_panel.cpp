@@ -1,7 +1,5 @@
 #include "viewer/road_panel.h"
 
-#include <algorithm>
-
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -10,7 +8,6 @@
 #include "apps/usb_list.h"
 #include "simulator/card_library.h"
 #include "simulator/faults.h"
-#include "ui_road_panel.h"
 
 namespace viewer
 {
@@ -20,114 +17,111 @@ namespace
 
 QString nameOf(const app::UsbDevice &device)
 {
-    QString name = app::toText(device.ids) + QLatin1Char(' ') + app::designation(device);
+    const QString name = app::toText(device.ids) + QLatin1Char(' ') + app::designation(device);
     return device.mayOpen ? name : RoadPanel::tr("%1 - not open to you").arg(name);
 }
 
-/** What can be chosen and then be changed: with a number where there must be one. */
-QString exampleOf(const simulator::FaultRule &rule)
+/** Selects the entry of these data, which is added by that name if there is none. */
+void select(QComboBox *box, const QString &data, const QString &name)
 {
-    QString name = QLatin1String(rule.name);
-    if (rule.argument != simulator::FaultArgument::Number)
-        return name;
-    const int number = std::max(rule.minimum, 1);
-    return QStringLiteral("%1=%2").arg(name).arg(number);
+    if (box->findData(data) < 0)
+        box->addItem(name, data);
+    box->setCurrentIndex(box->findData(data));
 }
 
 } // namespace
 
-RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent), m_ui(std::make_unique<Ui::RoadPanel>())
+RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent)
 {
-    m_ui->setupUi(this);
+    m_ui.setupUi(this);
     for (const QString &name : simulator::builtInCardNames())
-        m_ui->card->addItem(name, name);
-    m_ui->card->setCurrentText(QStringLiteral("resident"));
-    m_ui->faults->addItem(QString());
+        m_ui.card->addItem(name, name);
+    selectCard(QStringLiteral("resident"));
+    m_ui.faults->addItem(QString());
     for (const simulator::FaultRule &rule : simulator::makersFaultRules())
-        m_ui->faults->addItem(exampleOf(rule));
-    m_ui->faults->lineEdit()->setAccessibleName(m_ui->faults->accessibleName());
-    m_ui->faults->lineEdit()->setPlaceholderText(tr("none"));
+        m_ui.faults->addItem(simulator::faultExample(rule));
+    m_ui.faults->lineEdit()->setAccessibleName(m_ui.faults->accessibleName());
+    m_ui.faults->lineEdit()->setPlaceholderText(tr("none"));
 
     const auto changed = QOverload<int>::of(&QComboBox::currentIndexChanged);
-    connect(m_ui->road, changed, this, [this](int road) {
-        if (static_cast<Road>(road) == Road::Usb)
+    connect(m_ui.road, changed, this, [this](int road) {
+        if (static_cast<app::ReaderRoad>(road) == app::ReaderRoad::Usb)
             listDevices();
-        tellChoice();
+        else
+            chooseRoad();
     });
-    connect(m_ui->device, changed, this, &RoadPanel::tellChoice);
-    connect(m_ui->simulatorPhotos, &QCheckBox::toggled, this, &RoadPanel::tellChoice);
-    connect(m_ui->refresh, &QPushButton::clicked, this, [this] {
-        listDevices();
-        tellChoice();
-    });
-    connect(m_ui->cardFile, &QPushButton::clicked, this, &RoadPanel::askForCardFile);
-    connect(m_ui->putCard, &QPushButton::clicked, this, [this] {
-        emit cardPut(m_ui->card->currentData().toString(), m_ui->faults->currentText());
-    });
-    connect(m_ui->takeCard, &QPushButton::clicked, this, &RoadPanel::cardTaken);
+    connect(m_ui.refresh, &QPushButton::clicked, this, &RoadPanel::listDevices);
+    connect(m_ui.device, changed, this, &RoadPanel::chooseRoad);
+    connect(m_ui.simulatorPhotos, &QCheckBox::toggled, this, &RoadPanel::chooseRoad);
+    connect(m_ui.cardFile, &QPushButton::clicked, this, &RoadPanel::askForCardFile);
+    connect(m_ui.putCard, &QPushButton::clicked, this, &RoadPanel::putSelectedCard);
+    connect(m_ui.takeCard, &QPushButton::clicked, this, &RoadPanel::takeCard);
 }
 
-RoadPanel::~RoadPanel() = default;
-
-void RoadPanel::tellChoice()
+void RoadPanel::chooseRoad()
 {
-    RoadChoice choice;
-    choice.road = static_cast<Road>(m_ui->road->currentIndex());
-    choice.device =
-        app::parseUsbIds(m_ui->device->currentData().toString()).value_or(app::UsbIds());
-    choice.simulatorPhotos = m_ui->simulatorPhotos->isChecked();
-    emit roadChosen(choice);
+    emit told({tr("Lay a card on the reader and press Read.")});
+    const auto device = app::parseUsbIds(m_ui.device->currentData().toString());
+    m_desk->setRoad({static_cast<app::ReaderRoad>(m_ui.road->currentIndex()),
+                     device.value_or(app::UsbIds()), m_ui.simulatorPhotos->isChecked()});
 }
 
 void RoadPanel::listDevices()
 {
-    const QSignalBlocker quiet(m_ui->device);
-    const QString before = m_ui->device->currentData().toString();
+    const QString before = m_ui.device->currentData().toString();
     const app::UsbDevices list = app::listUsbDevices();
-    m_ui->device->clear();
-    int likely = -1;
-    for (const app::UsbDevice &device : list.devices) {
-        if (likely < 0 && device.hasReaderPipes)
-            likely = m_ui->device->count();
-        m_ui->device->addItem(nameOf(device), app::toText(device.ids));
+    {
+        const QSignalBlocker quiet(m_ui.device);
+        m_ui.device->clear();
+        for (const app::UsbDevice &device : list.devices)
+            m_ui.device->addItem(nameOf(device), app::toText(device.ids));
+        if (!before.isEmpty())
+            selectDevice(before);
+        else if (list.devices.isEmpty())
+            m_ui.device->addItem(tr("no USB device"));
+        else
+            m_ui.device->setCurrentIndex(app::likelyReader(list.devices));
     }
-    m_ui->device->setCurrentIndex(std::max(likely, 0));
-    if (const auto ids = app::parseUsbIds(before))
-        selectDevice(*ids);
-    else if (m_ui->device->count() == 0)
-        m_ui->device->addItem(tr("no USB device"));
+    chooseRoad();
     if (list.code != 0)
-        emit failed(messageOf(*app::findUsbResult(list.code)));
+        emit told(app::messageOf(*app::findUsbResult(list.code)));
 }
 
-void RoadPanel::selectDevice(app::UsbIds device)
+void RoadPanel::selectDevice(const QString &ids)
 {
-    const QString ids = app::toText(device);
-    if (m_ui->device->findData(ids) < 0)
-        m_ui->device->addItem(tr("%1 - not plugged in").arg(ids), ids);
-    m_ui->device->setCurrentIndex(m_ui->device->findData(ids));
+    select(m_ui.device, ids, tr("%1 - not plugged in").arg(ids));
 }
 
 void RoadPanel::selectCard(const QString &card)
 {
-    if (m_ui->card->findData(card) < 0)
-        m_ui->card->addItem(QFileInfo(card).fileName(), card);
-    m_ui->card->setCurrentIndex(m_ui->card->findData(card));
+    select(m_ui.card, card, QFileInfo(card).fileName());
 }
 
 void RoadPanel::chooseUsb(app::UsbIds device, bool simulatorPhotos)
 {
-    m_ui->simulatorPhotos->setChecked(simulatorPhotos);
-    m_ui->road->setCurrentIndex(static_cast<int>(Road::Usb));
-    selectDevice(device);
+    m_ui.simulatorPhotos->setChecked(simulatorPhotos);
+    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::Usb));
+    selectDevice(app::toText(device));
 }
 
 void RoadPanel::putCard(const QString &card, const QString &faults)
 {
-    m_ui->road->setCurrentIndex(static_cast<int>(Road::Simulator));
+    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::Simulator));
     selectCard(card);
-    m_ui->faults->setCurrentText(faults);
-    emit cardPut(card, faults);
+    m_ui.faults->setCurrentText(faults);
+    putSelectedCard();
+}
+
+void RoadPanel::putSelectedCard()
+{
+    if (m_desk->putCard(m_ui.card->currentData().toString(), m_ui.faults->currentText()))
+        emit told({tr("A card lies on the simulator.")});
+}
+
+void RoadPanel::takeCard()
+{
+    m_desk->takeCard();
+    emit told({tr("No card lies on the simulator.")});
 }
 
 void RoadPanel::askForCardFile()

@@ -2,19 +2,11 @@
 
 // Where the user chooses by which road cards are read, and lays cards on the simulator.
 
-#include <memory>
-
-#include <QGroupBox>
-
-#include "viewer/card_desk.h"
+#include "apps/card_desk.h"
+#include "ui_road_panel.h"
 
 namespace viewer
 {
-
-namespace Ui
-{
-class RoadPanel;
-}
 
 class RoadPanel : public QGroupBox
 {
@@ -22,27 +14,28 @@ class RoadPanel : public QGroupBox
 
 public:
     explicit RoadPanel(QWidget *parent = nullptr);
-    ~RoadPanel() override;
+
+    /** Before anything is chosen; `desk` then follows what the user does here. */
+    void setDesk(app::CardDesk *desk) { m_desk = desk; }
 
     /** As if the user had chosen it. */
     void chooseUsb(app::UsbIds device, bool simulatorPhotos);
     void putCard(const QString &card, const QString &faults);
 
 signals:
-    void roadChosen(const viewer::RoadChoice &choice);
-    void cardPut(const QString &card, const QString &faults);
-    void cardTaken();
-    /** The devices could not be listed. */
-    void failed(const viewer::Message &message);
+    void told(const app::Message &message);
 
 private:
+    void chooseRoad();
     void listDevices();
-    void tellChoice();
-    void selectDevice(app::UsbIds device);
+    void selectDevice(const QString &ids);
     void selectCard(const QString &card);
+    void putSelectedCard();
+    void takeCard();
     void askForCardFile();
 
-    const std::unique_ptr<Ui::RoadPanel> m_ui;
+    Ui::RoadPanel m_ui;
+    app::CardDesk *m_desk = nullptr;
 };
 
 } // namespace viewer

@@ -28,7 +28,7 @@ struct CommandLine {
     QString problem;                      ///< when the command line is wrong
 };
 
-/** Takes the arguments without the program's name. */
-CommandLine parseCommandLine(const QStringList &arguments);
+/** Takes the arguments apart, which do not include the program's name. */
+CommandLine parseCommandLine(const QString &program, const QStringList &arguments);
 
 } // namespace viewer

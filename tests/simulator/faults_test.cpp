@@ -243,6 +243,14 @@ TEST(Faults, unknownFault_isRefusedWithAllKnownOnes)
     }
 }
 
+TEST(Faults, exampleOfEveryFault_isTaken)
+{
+    for (const FaultRule &rule : faultRules()) {
+        QString reason;
+        EXPECT_TRUE(parseFaults(faultExample(rule), &reason)) << reason.toStdString();
+    }
+}
+
 TEST(Faults, emptyEntry_isRefused)
 {
     EXPECT_THAT(refusal("no-card,,delay-ms=5"), StartsWith("fault \"\" is not known"));

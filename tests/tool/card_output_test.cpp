@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <QJsonDocument>
 
@@ -200,6 +200,58 @@ TEST(CardTable, EveryFieldThatTheRoadDeliversIsShown)
                 << field.key;
         }
     }
+}
+
+/** The labels of a card's rows of this sort. */
+std::vector<std::string> labelsOf(const Card &card, CardRow::Sort sort)
+{
+    std::vector<std::string> labels;
+    for (const CardRow &row : cardRows(card)) {
+        if (row.sort == sort)
+            labels.push_back(row.label.toStdString());
+    }
+    return labels;
+}
+
+TEST(CardRows, NamesAndNumbersOfEveryKindArePersonal)
+{
+    using testing::ElementsAre;
+    const auto personal = [](unsigned int kind) {
+        return labelsOf(samples::cardOf(kind), CardRow::Sort::Personal);
+    };
+    EXPECT_THAT(personal(IDCARD_KIND_CN), ElementsAre("Name", "Identity number"));
+    EXPECT_THAT(personal(IDCARD_KIND_HMT),
+                ElementsAre("Name", "Identity number", "Travel permit number"));
+    for (const unsigned int foreign : {IDCARD_KIND_FOREIGN_2017, IDCARD_KIND_FOREIGN_NEW})
+        EXPECT_THAT(personal(foreign), ElementsAre("Name", "Chinese name", "Card number"));
+}
+
+TEST(CardRows, PhotoOfEveryKindHasARowOfItsOwnSort)
+{
+    for (const unsigned int kind : {0U, 1U, 2U, 3U})
+        EXPECT_THAT(labelsOf(samples::cardOf(kind), CardRow::Sort::Photo),
+                    testing::ElementsAre("Photo"));
+}
+
+TEST(CardRows, FingerprintsStandOnlyWhereTheKindHasThem)
+{
+    using testing::Contains;
+    const auto plain = [](unsigned int kind) {
+        return labelsOf(samples::cardOf(kind), CardRow::Sort::Plain);
+    };
+    EXPECT_THAT(plain(IDCARD_KIND_CN), Contains("Fingerprints"));
+    EXPECT_THAT(plain(IDCARD_KIND_HMT), testing::Not(Contains("Fingerprints")));
+}
+
+TEST(HolderName, IsTheFirstNameThatIsNotBlank)
+{
+    EXPECT_EQ(holderName(samples::residentCard()).toStdString(), "王小明");
+    EXPECT_EQ(holderName(samples::cardOf(IDCARD_KIND_FOREIGN_2017)).toStdString(), "DOE, JANE");
+    auto records = samples::filledRecords();
+    records->foreign2017.szEnglishName = "  ";
+    EXPECT_EQ(holderName(Card(IDCARD_KIND_FOREIGN_2017, *records)).toStdString(), "简多");
+    records->foreign2017.szChineseName.clear();
+    EXPECT_TRUE(holderName(Card(IDCARD_KIND_FOREIGN_2017, *records)).isEmpty());
 }
 
 TEST(MissingPhotoNote, SaysNothingAboutAPictureThatIsThere)

@@ -7,7 +7,7 @@
 #include <QTranslator>
 
 #include "apps/standard_streams.h"
-#include "viewer/translation.h"
+#include "apps/translation.h"
 
 namespace viewer_test
 {
@@ -45,7 +45,8 @@ bool waitFor(const std::function<bool()> &holds, int milliseconds)
 
 InChinese::InChinese()
 {
-    EXPECT_TRUE(viewer::installTranslation(qApp, QLocale(QLocale::Chinese, QLocale::China)));
+    EXPECT_TRUE(
+        app::installTranslation("idcard-viewer", QLocale(QLocale::Chinese, QLocale::China)));
 }
 
 InChinese::~InChinese()

@@ -17,9 +17,7 @@
 #include <QTemporaryDir>
 
 #include "apps/card_files.h"
-#include "apps/true_size.h"
 #include "simulator/card_library.h"
-#include "tests/tool/card_samples.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"
@@ -47,9 +45,9 @@ protected:
         EXPECT_EQ(headline().toStdString(), "The card was read.");
     }
 
-    viewer::CardPointer cardOfHistory(int row)
+    app::CardPointer cardOfHistory(int row)
     {
-        return static_cast<viewer::History *>(model("history"))->card(row);
+        return static_cast<app::CardHistory *>(model("history"))->card(row);
     }
 
     /** Answers the dialog that is open as a user does who types a name. */
@@ -97,7 +95,7 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
     EXPECT_EQ(rows("history").value(0).section('\t', 2), holder);
     EXPECT_EQ(rows("history").value(0).section('\t', 1, 1), field("Kind"));
 
-    const viewer::CardPointer shown = cardOfHistory(0);
+    const app::CardPointer shown = cardOfHistory(0);
     QImage photo;
     ASSERT_TRUE(photo.loadFromData(shown->photo()));
     const auto scaled = [](const QImage &image, const QImage &like) {
@@ -314,20 +312,6 @@ TEST_F(Window, ClearedHistory_HoldsNoCardInMemory)
     EXPECT_THAT(rows("fields"), IsEmpty());
 }
 
-TEST_F(Window, HistoryThatIsFull_ForgetsTheOldestCard)
-{
-    viewer::History history;
-    std::weak_ptr<const app::Card> first;
-    for (int i = 0; i <= viewer::History::MOST_CARDS; ++i) {
-        const auto card = std::make_shared<const app::Card>(samples::residentCard());
-        if (i == 0)
-            first = card;
-        history.add(card, QDateTime::currentDateTime());
-    }
-    EXPECT_EQ(history.rowCount(), viewer::History::MOST_CARDS);
-    EXPECT_TRUE(first.expired());
-}
-
 TEST_F(Window, Covered_NameAndNumberAreInNoModelAndNoCopy)
 {
     show("hmt-taiwan");
@@ -389,7 +373,7 @@ TEST_F(Window, Saved_AreTheFilesOfTheCardForTheirOwnerAlone)
     const QString folder = m_folder.filePath("0001");
     EXPECT_EQ(headline(), "The card was saved in " + folder + ".");
     EXPECT_EQ(modeOf(folder), 0700);
-    const viewer::CardPointer card = cardOfHistory(0);
+    const app::CardPointer card = cardOfHistory(0);
     for (const app::NamedContent &file : app::contentsOf(*card, app::CardFiles::All)) {
         EXPECT_EQ(readFile(folder + '/' + file.name), file.content) << file.name.toStdString();
         EXPECT_EQ(modeOf(folder + '/' + file.name), 0600) << file.name.toStdString();
@@ -491,22 +475,6 @@ TEST_F(Window, SmallWindow_KeepsEveryControlInsideAtAnyScale)
         const QRect place(widget->mapTo(&window(), QPoint(0, 0)), widget->size());
         EXPECT_TRUE(window().rect().contains(place)) << name;
         EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << name;
-    }
-}
-
-TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
-{
-    using app::ScreenResolution;
-    using app::screenScale;
-    EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
-    EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);
-    EXPECT_TRUE(screenScale(ScreenResolution{24, 24, 96, 2}).isTrue); // 48 of its own pixels
-    for (const auto &[x, y] :
-         {std::pair(0., 0.), std::pair(10., 10.), std::pair(96., 300.), std::pair(5000., 5000.),
-          std::pair(-96., -96.), std::pair(qInf(), qInf()), std::pair(qQNaN(), qQNaN())}) {
-        const auto scale = screenScale(ScreenResolution{x, y, 96, 1});
-        EXPECT_FALSE(scale.isTrue) << x << " x " << y;
-        EXPECT_DOUBLE_EQ(scale.xPerMm, 96 / 25.4) << x << " x " << y;
     }
 }
 

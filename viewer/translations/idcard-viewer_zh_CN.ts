@@ -95,6 +95,38 @@
         <source>The reader delivered the photo in a form that is not known</source>
         <translation>读卡器给出的照片格式无法识别</translation>
     </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>BMP picture, 102 x 126 pixels</source>
+        <translation>BMP 图片，102 x 126 像素</translation>
+    </message>
+    <message>
+        <source>compressed, not a picture</source>
+        <translation>压缩数据，不是图片</translation>
+    </message>
+    <message>
+        <source>in a form that is not known</source>
+        <translation>格式无法识别</translation>
+    </message>
+    <message>
+        <source>unknown; the reader delivered an unusual amount of data</source>
+        <translation>未知；读卡器给出的数据量异常</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>证件种类</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>照片</translation>
+    </message>
+    <message>
+        <source>Fingerprints</source>
+        <translation>指纹</translation>
+    </message>
 </context>
 <context>
     <name>CardSheet</name>
@@ -178,24 +210,12 @@
         <translation>--simulate 的值应为证件名称或文件名。</translation>
     </message>
     <message>
-        <source>--fault needs --simulate.</source>
-        <translation>--fault 须与 --simulate 一起使用。</translation>
-    </message>
-    <message>
-        <source>--simulator-photos needs --usb.</source>
-        <translation>--simulator-photos 须与 --usb 一起使用。</translation>
+        <source>--%1 needs --%2.</source>
+        <translation>--%1 须与 --%2 一起使用。</translation>
     </message>
 </context>
 <context>
     <name>Messages</name>
-    <message>
-        <source>The library returned the code %1, which this program does not know.</source>
-        <translation>库返回了本程序不认识的代码 %1。</translation>
-    </message>
-    <message>
-        <source>Install the program and the library of the same version.</source>
-        <translation>请安装同一版本的程序和库。</translation>
-    </message>
     <message>
         <source>Code: %1 (%2)</source>
         <translation>代码：%1（%2）</translation>
@@ -227,6 +247,10 @@
     <message>
         <source>Read the card once more.</source>
         <translation>请再读一次卡。</translation>
+    </message>
+    <message>
+        <source>The library returned the code %1, which this program does not know. Install the program and the library of the same version.</source>
+        <translation>库返回了本程序不认识的代码 %1。请安装同一版本的程序和库。</translation>
     </message>
 </context>
 <context>
@@ -553,10 +577,29 @@
     </message>
 </context>
 <context>
-    <name>viewer::Banner</name>
+    <name>app::CardHistory</name>
     <message>
-        <source>Details of the message</source>
-        <translation>消息的详细内容</translation>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>证件种类</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>姓名</translation>
+    </message>
+</context>
+<context>
+    <name>app::CardTable</name>
+    <message>
+        <source>Field</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>Content</source>
+        <translation>内容</translation>
     </message>
 </context>
 <context>
@@ -593,47 +636,13 @@
         <source>Fields of the card</source>
         <translation>证件的各项内容</translation>
     </message>
-</context>
-<context>
-    <name>viewer::CardTable</name>
     <message>
-        <source>unknown</source>
-        <translation>未知</translation>
+        <source>The picture is shown in its true size.</source>
+        <translation>图像以实际大小显示。</translation>
     </message>
     <message>
-        <source>none</source>
-        <translation>无</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>证件种类</translation>
-    </message>
-    <message>
-        <source>Fingerprints</source>
-        <translation>指纹</translation>
-    </message>
-    <message>
-        <source>Field</source>
-        <translation>项目</translation>
-    </message>
-    <message>
-        <source>Content</source>
-        <translation>内容</translation>
-    </message>
-</context>
-<context>
-    <name>viewer::History</name>
-    <message>
-        <source>Time</source>
-        <translation>时间</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>证件种类</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>姓名</translation>
+        <source>Covered</source>
+        <translation>已遮盖</translation>
     </message>
 </context>
 <context>
@@ -705,18 +714,6 @@
     <message>
         <source>Lay a card on the reader; it is read by itself.</source>
         <translation>请将证件放在读卡器上，程序会自动读取。</translation>
-    </message>
-    <message>
-        <source>The card was read.</source>
-        <translation>读卡成功。</translation>
-    </message>
-    <message>
-        <source>A card lies on the simulator.</source>
-        <translation>模拟器上已放上证件。</translation>
-    </message>
-    <message>
-        <source>No card lies on the simulator.</source>
-        <translation>模拟器上没有证件。</translation>
     </message>
     <message>
         <source>The cards of this run are forgotten.</source>
@@ -794,16 +791,9 @@
         <source>Reading…</source>
         <translation>正在读卡…</translation>
     </message>
-</context>
-<context>
-    <name>viewer::PictureView</name>
     <message>
-        <source>Covered</source>
-        <translation>已遮盖</translation>
-    </message>
-    <message>
-        <source>The picture is shown in its true size.</source>
-        <translation>图像以实际大小显示。</translation>
+        <source>Details of the message</source>
+        <translation>消息的详细内容</translation>
     </message>
 </context>
 <context>
@@ -923,6 +913,18 @@
     <message>
         <source>&amp;Card</source>
         <translation>证件(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Lay a card on the reader and press Read.</source>
+        <translation>请将证件放在读卡器上，然后按“读卡”。</translation>
+    </message>
+    <message>
+        <source>A card lies on the simulator.</source>
+        <translation>模拟器上已放上证件。</translation>
+    </message>
+    <message>
+        <source>No card lies on the simulator.</source>
+        <translation>模拟器上没有证件。</translation>
     </message>
 </context>
 </TS>

@@ -1,8 +1,8 @@
 #pragma once
 
-// Reads cards for the window, by the road that is chosen: once when it is asked to, or each new
-// card while it looks at the reader by itself. Belongs to the GUI thread, which a reading over USB
-// does not hold up.
+// Reads cards for a program with an event loop, by the road that is chosen: once when it is asked
+// to, or each new card while it looks at the reader by itself. Belongs to the GUI thread, which a
+// reading over USB does not hold up.
 
 #include <memory>
 
@@ -13,21 +13,20 @@
 
 #include "apps/card_presence.h"
 #include "apps/simulator_library.h"
-#include "viewer/messages.h"
+#include "apps/usb_reading.h"
 
-namespace viewer
+namespace app
 {
 
-enum class Road { MakersLibrary, Usb, Simulator };
+enum class ReaderRoad { MakersLibrary, Usb, Simulator };
 
 struct RoadChoice {
-    Road road = Road::MakersLibrary;
-    app::UsbIds device; ///< of `Usb`
-    bool simulatorPhotos =
-        false; ///< of `Usb`: the reader is a simulated one, and so are its photos
+    ReaderRoad road = ReaderRoad::MakersLibrary;
+    UsbIds device;                ///< of `Usb`
+    bool simulatorPhotos = false; ///< of `Usb`: the reader is a simulated one, as are its photos
 };
 
-using CardPointer = std::shared_ptr<const app::Card>;
+using CardPointer = std::shared_ptr<const Card>;
 
 class CardDesk : public QObject
 {
@@ -57,15 +56,16 @@ public:
 signals:
     /** Before the GUI thread is held up; what is painted at once is seen. */
     void readingStarted();
-    void cardRead(const viewer::CardPointer &card, const viewer::Message &message);
-    void failed(const viewer::Message &message);
+    /** The message tells that it was read, or what of it could not be. */
+    void cardRead(const app::CardPointer &card, const app::Message &message);
+    void failed(const app::Message &message);
     /** Looked by itself, and there is no card, or none any more. */
     void cardAwaited();
 
 private:
     struct Look {
         CardPointer card;
-        app::ExitStatus status = app::ExitStatus::Done;
+        ExitStatus status = ExitStatus::Done;
         int code = 0;
         Message message;
     };
@@ -73,16 +73,16 @@ private:
     void start();
     void lookThroughLibrary();
     void takeUsbOutcome();
-    app::SimulatorProblem prepareSimulator();
+    SimulatorProblem prepareSimulator();
     void finish(const Look &look);
-    void report(const Look &look, app::Sighting sighting);
-    static Look decoded(const app::UsbOutcome &outcome);
+    void report(const Look &look, Sighting sighting);
+    static Look decoded(const UsbOutcome &outcome);
 
     RoadChoice m_choice;
-    app::SimulatorLibrary m_simulator;
-    app::CardPresence m_presence;
+    SimulatorLibrary m_simulator;
+    CardPresence m_presence;
     std::unique_ptr<QThread> m_usbRead; ///< while a reading over USB is under way
-    app::UsbOutcome m_usbOutcome;       ///< once it has ended
+    UsbOutcome m_usbOutcome;            ///< once it has ended
     QTimer m_nextLook;
     QElapsedTimer m_lookTime;
     bool m_isAutomatic = false;
@@ -92,6 +92,6 @@ private:
     bool m_isRoadChanged = false; ///< since the reading under way began
 };
 
-} // namespace viewer
+} // namespace app
 
-Q_DECLARE_METATYPE(viewer::CardPointer)
+Q_DECLARE_METATYPE(app::CardPointer)

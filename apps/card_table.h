@@ -1,14 +1,15 @@
 #pragma once
 
-// What a card says, row by row, and the cards of this run: the models of the window's two tables,
-// and what the privacy switch covers in them. What is covered is in no model.
+// What a card says, row by row, and the cards of a run, as models of Qt's tables, and what a
+// privacy switch covers in them. What is covered is in no model.
 
 #include <QDateTime>
 #include <QStandardItemModel>
 
-#include "viewer/card_desk.h"
+#include "apps/card_desk.h"
+#include "apps/card_output.h"
 
-namespace viewer
+namespace app
 {
 
 /** Two columns: the name of a field and what it says. Covered, names and numbers are dots. */
@@ -23,14 +24,12 @@ public:
     void setCovered(bool covered);
 
 private:
-    void fill();
-
-    CardPointer m_card;
+    QVector<CardRow> m_rows;
     bool m_isCovered = false;
 };
 
-/** The cards read in this run, the newest first: time, kind, name. */
-class History : public QStandardItemModel
+/** The cards read in a run, the newest first: time, kind, name. */
+class CardHistory : public QStandardItemModel
 {
     Q_OBJECT
 
@@ -38,10 +37,9 @@ public:
     /** The oldest goes when there are more. */
     static constexpr int MOST_CARDS = 100;
 
-    History();
+    CardHistory();
 
     void add(const CardPointer &card, const QDateTime &time);
-    void forgetAll() { setRowCount(0); }
     void setCovered(bool covered);
     CardPointer card(int row) const;
 
@@ -49,4 +47,4 @@ private:
     bool m_isCovered = false;
 };
 
-} // namespace viewer
+} // namespace app

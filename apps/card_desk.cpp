@@ -1,4 +1,4 @@
-#include "viewer/card_desk.h"
+#include "apps/card_desk.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,7 +8,7 @@
 #include "api/result_codes.h"
 #include "apps/record_decoder.h"
 
-namespace viewer
+namespace app
 {
 
 namespace
@@ -16,6 +16,42 @@ namespace
 
 // A reading through the library holds the GUI thread, so that the window gets as much time as it.
 constexpr qint64 SHORTEST_PAUSE_MS = 500;
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(Messages)
+};
+
+Message messageOf(const SimulatorProblem &problem)
+{
+    return {Texts::tr("The simulator cannot be used as it was asked to."),
+            {problem.message},
+            Message::Kind::Failure};
+}
+
+/** A record that came whole and could not be decoded. */
+Message undecodableTextMessage()
+{
+    return {
+        Texts::tr("The card's text could not be decoded."),
+        {Texts::tr("Cause: %1")
+             .arg(Texts::tr(
+                 "The sex code of a foreigner's card must be 0, 1, 2 or 9, and this one is not.")),
+         Texts::tr("What to do: %1").arg(Texts::tr("Read the card once more."))},
+        Message::Kind::Failure};
+}
+
+Message readMessage()
+{
+    return {messageOf(*findResult(IDCARD_RESULT_OK, true)).headline};
+}
+
+/** A card was read, and its photo is no picture. */
+Message missingPhotoMessage()
+{
+    Message message = messageOf(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, false));
+    message.kind = Message::Kind::Warning;
+    return message;
+}
 
 } // namespace
 
@@ -37,25 +73,25 @@ void CardDesk::setRoad(const RoadChoice &choice)
 {
     takeCard();
     m_choice = choice;
-    m_presence = app::CardPresence();
+    m_presence = CardPresence();
     m_isRoadChanged = true;
     m_isAwaiting = false;
-    const app::SimulatorProblem problem = prepareSimulator();
+    const SimulatorProblem problem = prepareSimulator();
     if (problem)
         emit failed(messageOf(problem));
 }
 
-app::SimulatorProblem CardDesk::prepareSimulator()
+SimulatorProblem CardDesk::prepareSimulator()
 {
-    const bool isNeeded = m_choice.road == Road::Simulator ||
-                          (m_choice.road == Road::Usb && m_choice.simulatorPhotos);
+    const bool isNeeded = m_choice.road == ReaderRoad::Simulator ||
+                          (m_choice.road == ReaderRoad::Usb && m_choice.simulatorPhotos);
     // Its functions would go before the maker's as long as they are in the process.
     return isNeeded ? m_simulator.load() : m_simulator.unload();
 }
 
 bool CardDesk::putCard(const QString &card, const QString &faults)
 {
-    app::SimulatorProblem problem = prepareSimulator();
+    SimulatorProblem problem = prepareSimulator();
     if (!problem)
         problem = m_simulator.setFaults(faults);
     if (!problem)
@@ -102,12 +138,12 @@ void CardDesk::start()
     m_lookTime.start();
     if (m_isAskedFor)
         emit readingStarted();
-    const app::SimulatorProblem problem = prepareSimulator();
+    const SimulatorProblem problem = prepareSimulator();
     if (problem) {
         finish({nullptr, problem.exitStatus, 0, messageOf(problem)});
-    } else if (m_choice.road == Road::Usb) {
+    } else if (m_choice.road == ReaderRoad::Usb) {
         m_usbRead.reset(QThread::create(
-            [this, device = m_choice.device] { m_usbOutcome = app::readOverUsb(device); }));
+            [this, device = m_choice.device] { m_usbOutcome = readOverUsb(device); }));
         connect(m_usbRead.get(), &QThread::finished, this, &CardDesk::takeUsbOutcome);
         m_usbRead->start();
     } else {
@@ -117,13 +153,14 @@ void CardDesk::start()
 
 void CardDesk::lookThroughLibrary()
 {
-    app::ReadOutcome outcome = app::readCard();
-    Look look{nullptr, outcome.exitStatus(), outcome.code, {}};
+    ReadOutcome outcome = readCard();
+    Look look{nullptr, outcome.exitStatus(), outcome.code, readMessage()};
     if (outcome.card) {
-        app::decodePhoto(&*outcome.card);
-        look.card = std::make_shared<const app::Card>(std::move(*outcome.card));
-    } else
+        decodePhoto(&*outcome.card);
+        look.card = std::make_shared<const Card>(std::move(*outcome.card));
+    } else {
         look.message = messageOf(outcome);
+    }
     // What the user pressed meanwhile was meant for this reading.
     QCoreApplication::processEvents();
     finish(look);
@@ -133,25 +170,21 @@ void CardDesk::takeUsbOutcome()
 {
     m_usbRead->wait();
     m_usbRead.reset();
-    const app::UsbOutcome outcome = std::exchange(m_usbOutcome, {});
-    if (outcome.exitStatus() == app::ExitStatus::Done)
+    const UsbOutcome outcome = std::exchange(m_usbOutcome, {});
+    if (outcome.exitStatus() == ExitStatus::Done)
         finish(decoded(outcome));
     else
         finish({nullptr, outcome.exitStatus(), outcome.code, messageOf(outcome)});
 }
 
-CardDesk::Look CardDesk::decoded(const app::UsbOutcome &outcome)
+CardDesk::Look CardDesk::decoded(const UsbOutcome &outcome)
 {
-    auto card = app::decodeRawRecord(outcome.record, outcome.prints, app::Road::Usb);
+    auto card = decodeRawRecord(outcome.record, outcome.prints, Road::Usb);
     if (!card)
-        return {nullptr, app::ExitStatus::NothingRead, outcome.code, undecodableTextMessage()};
-    Look look;
-    if (card->photoFormat() == app::PhotoFormat::Compressed) {
-        look.message = messageOf(*app::findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, false));
-        look.message.kind = Message::Kind::Warning;
-    }
-    look.card = std::make_shared<const app::Card>(std::move(*card));
-    return look;
+        return {nullptr, ExitStatus::NothingRead, outcome.code, undecodableTextMessage()};
+    const bool isPhotoMissing = card->photoFormat() == PhotoFormat::Compressed;
+    return {std::make_shared<const Card>(std::move(*card)), ExitStatus::Done, outcome.code,
+            isPhotoMissing ? missingPhotoMessage() : readMessage()};
 }
 
 void CardDesk::finish(const Look &look)
@@ -166,18 +199,18 @@ void CardDesk::finish(const Look &look)
         m_nextLook.start(static_cast<int>(std::max(SHORTEST_PAUSE_MS, m_lookTime.elapsed())));
 }
 
-void CardDesk::report(const Look &look, app::Sighting sighting)
+void CardDesk::report(const Look &look, Sighting sighting)
 {
     const bool isAskedFor = m_isAskedFor;
     const bool wasAwaiting = m_isAwaiting;
     m_isAskedFor = false;
-    m_isAwaiting = sighting == app::Sighting::Nothing && !isAskedFor;
-    if (look.card && (isAskedFor || sighting == app::Sighting::NewCard))
+    m_isAwaiting = sighting == Sighting::Nothing && !isAskedFor;
+    if (look.card && (isAskedFor || sighting == Sighting::NewCard))
         emit cardRead(look.card, look.message);
     else if (m_isAwaiting && !wasAwaiting)
         emit cardAwaited();
-    else if (!look.card && (isAskedFor || sighting == app::Sighting::NewFailure))
+    else if (!look.card && (isAskedFor || sighting == Sighting::NewFailure))
         emit failed(look.message);
 }
 
-} // namespace viewer
+} // namespace app

@@ -1,0 +1,125 @@
+// What stands beside the window in apps/: the models of its tables, and the size of a millimetre.
+
+#include <gmock/gmock.h>
+
+#include "apps/card_table.h"
+#include "apps/true_size.h"
+#include "tests/tool/card_samples.h"
+
+using namespace app;
+using testing::Contains;
+using testing::Not;
+
+namespace
+{
+
+const QString COVER = QString(8, QChar(0x2022));
+
+CardPointer residentCard()
+{
+    return std::make_shared<const Card>(samples::residentCardWithEverything());
+}
+
+QString text(const QStandardItemModel &model, int row, int column)
+{
+    return model.index(row, column).data().toString();
+}
+
+/** A column of a table, from above. */
+std::vector<std::string> column(const QStandardItemModel &model, int number)
+{
+    std::vector<std::string> texts;
+    for (int row = 0; row < model.rowCount(); ++row)
+        texts.push_back(text(model, row, number).toStdString());
+    return texts;
+}
+
+TEST(CardTable, WithoutACard_IsEmpty)
+{
+    CardTable table;
+    table.setCard(residentCard());
+    EXPECT_EQ(table.rowCount(), 11);
+    table.setCard(nullptr);
+    EXPECT_EQ(table.rowCount(), 0);
+}
+
+TEST(CardTable, Photo_HasNoRowBecauseItIsSeen)
+{
+    CardTable table;
+    table.setCard(residentCard());
+    EXPECT_THAT(column(table, 0), testing::AllOf(Contains("Fingerprints"), Not(Contains("Photo"))));
+}
+
+TEST(CardTable, LongText_StandsInTheToolTipToo)
+{
+    CardTable table;
+    table.setCard(residentCard());
+    for (int row = 0; row < table.rowCount(); ++row)
+        EXPECT_EQ(table.index(row, 1).data(Qt::ToolTipRole), table.index(row, 1).data());
+}
+
+TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameAndNumberAlone)
+{
+    CardTable table;
+    table.setCovered(true);
+    table.setCard(residentCard());
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const QString label = text(table, row, 0);
+        const bool isPersonal = label == QLatin1String("Name") || label.endsWith("number");
+        EXPECT_EQ(text(table, row, 1) == COVER, isPersonal) << label.toStdString();
+    }
+    table.setCovered(false);
+    EXPECT_THAT(column(table, 1), Not(Contains(COVER.toStdString())));
+}
+
+TEST(CardHistory, NewestCard_StandsAbove)
+{
+    CardHistory history;
+    const CardPointer first = residentCard();
+    const auto second = std::make_shared<const Card>(samples::cardOf(IDCARD_KIND_HMT));
+    const QDateTime time(QDate(2026, 5, 18), QTime(9, 30));
+    history.add(first, time);
+    history.add(second, time.addSecs(5));
+    EXPECT_EQ(history.card(0), second);
+    EXPECT_EQ(history.card(1), first);
+    EXPECT_THAT(column(history, 0), testing::ElementsAre("09:30:05", "09:30:00"));
+}
+
+TEST(CardHistory, Covered_HasNoNameOfCardsBeforeAndAfter)
+{
+    CardHistory history;
+    history.add(residentCard(), QDateTime::currentDateTime());
+    history.setCovered(true);
+    history.add(residentCard(), QDateTime::currentDateTime());
+    EXPECT_THAT(column(history, 2), testing::Each(COVER.toStdString()));
+}
+
+TEST(CardHistory, ThatIsFull_ForgetsTheOldestCard)
+{
+    CardHistory history;
+    std::weak_ptr<const Card> first;
+    for (int i = 0; i <= CardHistory::MOST_CARDS; ++i) {
+        const CardPointer card = residentCard();
+        if (i == 0)
+            first = card;
+        history.add(card, QDateTime::currentDateTime());
+    }
+    EXPECT_EQ(history.rowCount(), CardHistory::MOST_CARDS);
+    EXPECT_TRUE(first.expired());
+}
+
+TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
+{
+    EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{24, 24, 96, 2}).isTrue); // 48 of its own pixels
+    for (const auto &[x, y] :
+         {std::pair(0., 0.), std::pair(10., 10.), std::pair(96., 300.), std::pair(5000., 5000.),
+          std::pair(-96., -96.), std::pair(qInf(), qInf()), std::pair(qQNaN(), qQNaN())}) {
+        const auto scale = screenScale(ScreenResolution{x, y, 96, 1});
+        EXPECT_FALSE(scale.isTrue) << x << " x " << y;
+        EXPECT_DOUBLE_EQ(scale.xPerMm, 96 / 25.4) << x << " x " << y;
+    }
+}
+
+} // namespace
