@@ -32,7 +32,7 @@ void showPicture(QLabel *label, const QByteArray &file, const QString &reason, b
                                     : reason;
     label->setAccessibleDescription(state);
     label->setToolTip(state);
-    label->setFrameShape(isSeen ? QFrame::NoFrame : QFrame::Box);
+    label->setFrameShape(isSeen ? QFrame::NoFrame : QFrame::StyledPanel);
     label->setBackgroundRole(isCover ? QPalette::Mid : QPalette::Base);
     if (isSeen) {
         label->setPixmap(picture);

@@ -1,8 +1,10 @@
 #include "viewer/main_window.h"
 
 #include <array>
+#include <memory>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QPrintDialog>
@@ -136,7 +138,7 @@ void MainWindow::askWhereToSave()
     auto *const dialog = new QFileDialog(this, tr("Save in a new folder of"));
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    open(dialog, &MainWindow::saveIn);
+    ask(dialog, &MainWindow::saveIn);
 }
 
 void MainWindow::saveIn(const QString &parent, const app::Card &card)
@@ -153,7 +155,7 @@ void MainWindow::askForPdf()
         new QFileDialog(this, tr("Export as PDF"), QString(), tr("PDF files (*.pdf)"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("pdf"));
-    open(dialog, &MainWindow::exportPdf);
+    ask(dialog, &MainWindow::exportPdf);
 }
 
 void MainWindow::exportPdf(const QString &path, const app::Card &card)
@@ -164,7 +166,7 @@ void MainWindow::exportPdf(const QString &path, const app::Card &card)
                tr("The PDF file could not be written."), problem);
 }
 
-void MainWindow::open(QFileDialog *dialog, CardUse use)
+void MainWindow::ask(QFileDialog *dialog, CardUse use)
 {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, this,

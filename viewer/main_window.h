@@ -42,7 +42,7 @@ private:
     void saveIn(const QString &parent, const app::Card &card);
     void askForPdf();
     void exportPdf(const QString &path, const app::Card &card);
-    void open(QFileDialog *dialog, CardUse use);
+    void ask(QFileDialog *dialog, CardUse use);
     void askForPrinter();
 
     void tell(const app::Message &message);

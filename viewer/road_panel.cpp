@@ -1,6 +1,7 @@
 #include "viewer/road_panel.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QSignalBlocker>
 

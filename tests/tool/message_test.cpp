@@ -1,5 +1,8 @@
 // What a program tells, as a structure and on a terminal.
 
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "apps/message.h"

@@ -1,5 +1,9 @@
 // What stands beside the window in apps/: the models of its tables, and the size of a millimetre.
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "apps/card_table.h"
