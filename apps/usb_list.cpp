@@ -35,8 +35,9 @@ QString designation(const UsbDevice &device)
 
 int likelyReader(const QVector<UsbDevice> &devices)
 {
-    const auto found = std::find_if(devices.begin(), devices.end(),
-                                    [](const UsbDevice &device) { return device.hasReaderPipes; });
+    const auto *const found =
+        std::find_if(devices.begin(), devices.end(),
+                     [](const UsbDevice &device) { return device.hasReaderPipes; });
     return found == devices.end() ? 0 : static_cast<int>(found - devices.begin());
 }
 

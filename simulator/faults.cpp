@@ -198,7 +198,7 @@ QString faultUsage(const FaultRule &rule)
 
 QString faultExample(const FaultRule &rule)
 {
-    const QString name = faultName(rule, exchangeName(UsbExchange::Lookup));
+    QString name = faultName(rule, exchangeName(UsbExchange::Lookup));
     if (rule.argument == FaultArgument::Bytes)
         return name + QStringLiteral("=00");
     if (rule.argument != FaultArgument::Number)

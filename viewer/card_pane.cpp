@@ -72,14 +72,15 @@ void CardPane::setCovered(bool covered)
 
 void CardPane::showPictures()
 {
-    const app::Card *const card = m_card.get();
-    const QString reason = card ? reasonOfMissingSide(*card) : QString();
-    showPicture(m_ui.front, card ? card->picture(app::CardSide::Front) : QByteArray(), reason,
-                m_isCovered);
-    showPicture(m_ui.back, card ? card->picture(app::CardSide::Back) : QByteArray(), reason,
-                m_isCovered);
-    showPicture(m_ui.photo, card ? card->photo() : QByteArray(),
-                card ? app::missingPhotoNote(*card) : QString(), m_isCovered);
+    if (!m_card) {
+        for (QLabel *const label : {m_ui.front, m_ui.back, m_ui.photo})
+            showPicture(label, {}, {}, m_isCovered);
+        return;
+    }
+    const QString reason = reasonOfMissingSide(*m_card);
+    showPicture(m_ui.front, m_card->picture(app::CardSide::Front), reason, m_isCovered);
+    showPicture(m_ui.back, m_card->picture(app::CardSide::Back), reason, m_isCovered);
+    showPicture(m_ui.photo, m_card->photo(), app::missingPhotoNote(*m_card), m_isCovered);
 }
 
 void CardPane::copyRows(bool all) const
@@ -115,7 +116,7 @@ void CardPane::rescale()
 {
     const QWindow *const handle = window()->windowHandle();
     const app::ScreenScale scale =
-        app::screenScale(handle ? *handle->screen() : *QApplication::primaryScreen());
+        app::screenScale(handle != nullptr ? *handle->screen() : *QApplication::primaryScreen());
     m_ui.front->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
     m_ui.back->setFixedSize(scale.sizeOf(app::CARD_SIZE_MM));
     m_ui.photo->setFixedSize(scale.sizeOf(app::PHOTO_SIZE_MM));
