@@ -1,6 +1,7 @@
 #include "apps/card_desk.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include <QCoreApplication>
@@ -16,6 +17,7 @@ namespace
 
 // A reading through the library holds the GUI thread, so that the window gets as much time as it.
 constexpr qint64 SHORTEST_PAUSE_MS = 500;
+constexpr unsigned long FOREVER_MS = std::numeric_limits<unsigned long>::max();
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(Messages)
@@ -64,7 +66,7 @@ CardDesk::CardDesk()
 CardDesk::~CardDesk()
 {
     if (m_usbRead)
-        m_usbRead->wait();
+        m_usbRead->wait(FOREVER_MS);
     takeCard();
     m_simulator.unload();
 }
@@ -168,7 +170,7 @@ void CardDesk::lookThroughLibrary()
 
 void CardDesk::takeUsbOutcome()
 {
-    m_usbRead->wait();
+    m_usbRead->wait(FOREVER_MS);
     m_usbRead.reset();
     const UsbOutcome outcome = std::exchange(m_usbOutcome, {});
     if (outcome.exitStatus() == ExitStatus::Done)
