@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QtGlobal>
+
 #include "tests/faults/failing_memory.h"
 
 namespace
@@ -51,6 +53,7 @@ void tellCrash(int number)
 {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nowhere, STDERR_FILENO);
+    qInstallMessageHandler(nullptr); // Qt may warn that it lacks memory
     for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGALRM})
         std::signal(number, tellCrash);
     ::alarm(LIMIT_S);
