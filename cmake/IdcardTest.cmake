@@ -6,6 +6,9 @@
 find_package(GTest REQUIRED)
 find_package(Threads REQUIRED)
 
+# Qt is built without the thread sanitizer, which does not see how its threads wait for each other.
+set(IDCARD_TSAN_OPTIONS
+  "suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_threads.supp:second_deadlock_stack=1")
 set(IDCARD_TEST_ENVIRONMENT
   "LC_ALL=C.UTF-8"
   "QT_QPA_PLATFORM=offscreen"
@@ -15,8 +18,7 @@ set(IDCARD_TEST_ENVIRONMENT
   "UBSAN_OPTIONS=print_stacktrace=1"
   # The whole call stack is needed to tell Qt's leaks from our own.
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0"
-  # Qt is built without the sanitizer, which does not see how its threads wait for each other.
-  "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_threads.supp:second_deadlock_stack=1"
+  "TSAN_OPTIONS=${IDCARD_TSAN_OPTIONS}"
   # The fonts that the project chose for its pictures.
   "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/packaging/fonts/demo-fonts.conf")
 if(CMAKE_CROSSCOMPILING)

@@ -48,7 +48,7 @@ Surroundings::Surroundings()
 
 QString Surroundings::input(const QString &name, const QByteArray &content) const
 {
-    const QString path = m_inputs.filePath(name);
+    QString path = m_inputs.filePath(name);
     writeFile(path, content);
     return path;
 }

@@ -57,11 +57,11 @@ void ignore(QtMsgType, const QMessageLogContext &, const QString &) {}
 class PictureMemory : public testing::TestWithParam<Extent>
 {
 protected:
-    PictureMemory() : m_handler(qInstallMessageHandler(ignore)) {}
-    ~PictureMemory() override { qInstallMessageHandler(m_handler); }
+    void SetUp() override { m_handler = qInstallMessageHandler(ignore); }
+    void TearDown() override { qInstallMessageHandler(m_handler); }
 
 private:
-    QtMessageHandler m_handler;
+    QtMessageHandler m_handler = nullptr;
 };
 
 INSTANTIATE_TEST_SUITE_P(EachExtent, PictureMemory,

@@ -37,9 +37,11 @@ public:
 
 class ViewerTest : public testing::Test
 {
+public:
+    ~ViewerTest() override;
+
 protected:
     ViewerTest();
-    ~ViewerTest() override;
 
     void SetUp() override;
     void TearDown() override;

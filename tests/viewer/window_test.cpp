@@ -23,11 +23,8 @@
 #include "tests/viewer/viewer_test.h"
 
 using namespace viewer_test;
-using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace
 {
