@@ -36,11 +36,24 @@ void tell(const char *bytes, std::size_t size)
     }
 }
 
+/** Ends the child though what follows should wait for what it has interrupted. */
+void endSoon()
+{
+    std::signal(SIGALRM, SIG_DFL);
+    sigset_t alarm{};
+    sigemptyset(&alarm);
+    sigaddset(&alarm, SIGALRM);
+    sigprocmask(SIG_UNBLOCK, &alarm, nullptr);
+    ::alarm(LIMIT_S);
+}
+
 /** Tells where the child crashes. Not what a handler may do, but the child is lost anyhow. */
 void tellCrash(int number)
 {
     std::signal(number, SIG_DFL);
+    endSoon();
     faults::stopMemory();
+    faults::dropAccount();
     std::array<void *, MOST_FRAMES> frames{};
     const int count = ::backtrace(frames.data(), MOST_FRAMES);
     const std::string place = std::string("\n!") + (number == SIGALRM ? "hangs: " : "") +

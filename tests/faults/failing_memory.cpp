@@ -294,6 +294,11 @@ void faults::startAccount(bool withPlaces)
     placesWanted = withPlaces;
 }
 
+void faults::dropAccount()
+{
+    blockCount = 0;
+}
+
 int faults::liveBlocks()
 {
     return blockCount;

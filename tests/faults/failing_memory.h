@@ -51,6 +51,9 @@ private:
 /** Forgets every block and begins a new account; `withPlaces` tells where each comes from. */
 void startAccount(bool withPlaces);
 
+/** Forgets every block for good; for a signal handler, which may have interrupted the account. */
+void dropAccount();
+
 /** How many accounted blocks were not freed. */
 int liveBlocks();
 
