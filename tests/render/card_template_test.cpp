@@ -170,6 +170,18 @@ TEST(CardTemplate, PictureOfTheLargestSide_IsAsQtReadsIt)
     }
 }
 
+TEST(CardTemplate, PictureWithoutAWidthOrAHeight_IsNull)
+{
+    constexpr int WIDTH_AT = 18;
+    constexpr int HEIGHT_AT = 22;
+    for (const int at : {WIDTH_AT, HEIGHT_AT}) {
+        QByteArray bytes = MadeBmp().file();
+        MadeBmp::put<quint32>(bytes, at, 0);
+        const PictureResource resource(bytes);
+        EXPECT_TRUE(loadTemplate(resource.path()).isNull()) << "number at " << at;
+    }
+}
+
 TEST(CardTemplate, FileThatEndsEarly_IsWhatQtMakesOfIt)
 {
     const QByteArray whole = MadeBmp().file();
