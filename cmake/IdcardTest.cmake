@@ -1,7 +1,13 @@
 # idcard_add_test(NAME SOURCES file... [LIBRARIES target...] [ENVIRONMENT VAR=value...])
 #
-# One GoogleTest program, registered with CTest under its own name. It runs in a folder of its own
-# and in a fixed locale, under the emulator in a cross build, and fails when it runs no test.
+# One GoogleTest program, registered with CTest under its own name.
+#
+# idcard_add_test_run(NAME PROGRAM
+#   [SCREEN WIDTHxHEIGHTxDEPTH DPI number] [ARGUMENTS argument...] [ENVIRONMENT VAR=value...])
+#
+# One more run of such a program. A run has a folder of its own and a fixed locale, goes under the
+# emulator in a cross build, and fails when it runs no test. With a screen it is shown on an X server
+# with exactly that one, otherwise on Qt's offscreen platform.
 
 find_package(GTest REQUIRED)
 find_package(Threads REQUIRED)
@@ -26,6 +32,30 @@ if(CMAKE_CROSSCOMPILING)
   list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")
 endif()
 
+function(idcard_add_test_run name program)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "SCREEN;DPI" "ARGUMENTS;ENVIRONMENT")
+  set(command ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}> ${arg_ARGUMENTS})
+  set(environment ${IDCARD_TEST_ENVIRONMENT})
+  if(arg_SCREEN)
+    find_program(IDCARD_XVFB_RUN xvfb-run REQUIRED)
+    list(PREPEND command "${IDCARD_XVFB_RUN}" -a -s "-screen 0 ${arg_SCREEN} -dpi ${arg_DPI}")
+    # Qt has threads of its own for the X server and for the desktop's bus.
+    list(APPEND environment "QT_QPA_PLATFORM=xcb" "IDCARD_TEST_DPI=${arg_DPI}"
+      "TSAN_OPTIONS=${IDCARD_TSAN_OPTIONS}:ignore_noninstrumented_modules=1")
+  endif()
+  set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}.run")
+  file(MAKE_DIRECTORY "${folder}")
+  add_test(NAME ${name} COMMAND ${command} WORKING_DIRECTORY "${folder}")
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "${environment};${arg_ENVIRONMENT}"
+    FAIL_REGULAR_EXPRESSION "Running 0 tests"
+    TIMEOUT 600)
+  if(arg_SCREEN)
+    # Two servers that start at once may choose the same display.
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK x_server)
+  endif()
+endfunction()
+
 function(idcard_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
   add_executable(${name} ${arg_SOURCES})
@@ -37,11 +67,5 @@ function(idcard_add_test name)
   if(IDCARD_PRECOMPILED_HEADERS AND NOT "idcard_usb_test_support" IN_LIST arg_LIBRARIES)
     target_precompile_headers(${name} REUSE_FROM idcard_test_headers)
   endif()
-  set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}.run")
-  file(MAKE_DIRECTORY "${folder}")
-  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${folder}")
-  set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "${IDCARD_TEST_ENVIRONMENT};${arg_ENVIRONMENT}"
-    FAIL_REGULAR_EXPRESSION "Running 0 tests"
-    TIMEOUT 600)
+  idcard_add_test_run(${name} ${name} ENVIRONMENT ${arg_ENVIRONMENT})
 endfunction()
