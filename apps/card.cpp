@@ -12,11 +12,38 @@ namespace app
 namespace
 {
 
-template <typename Record>
-struct FieldRow {
+/** How a field is called by programs, by people, and how it is written. */
+struct FieldTerm {
     const char *key;
     const char *label;
-    FieldForm form;
+    FieldForm form = FieldForm::Text;
+};
+
+constexpr FieldTerm NAME = {"name", QT_TRANSLATE_NOOP("Card", "Name")};
+constexpr FieldTerm ENGLISH_NAME = {"englishName", QT_TRANSLATE_NOOP("Card", "Name")};
+constexpr FieldTerm CHINESE_NAME = {"chineseName", QT_TRANSLATE_NOOP("Card", "Chinese name")};
+constexpr FieldTerm SEX = {"sex", QT_TRANSLATE_NOOP("Card", "Sex")};
+constexpr FieldTerm CARD_EXTRA = {"cardExtra", QT_TRANSLATE_NOOP("Card", "Extra item")};
+constexpr FieldTerm ETHNIC_GROUP = {"ethnicGroup", QT_TRANSLATE_NOOP("Card", "Ethnic group")};
+constexpr FieldTerm BIRTH_DATE = {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"),
+                                  FieldForm::SplitDate};
+constexpr FieldTerm NATIONALITY = {"nationality", QT_TRANSLATE_NOOP("Card", "Nationality")};
+constexpr FieldTerm COUNTRY_CODE = {"nationalityCode", QT_TRANSLATE_NOOP("Card", "Country code")};
+constexpr FieldTerm ADDRESS = {"address", QT_TRANSLATE_NOOP("Card", "Address")};
+constexpr FieldTerm IDENTITY_NUMBER = {"idNumber", QT_TRANSLATE_NOOP("Card", "Identity number")};
+constexpr FieldTerm CARD_NUMBER = {"idNumber", QT_TRANSLATE_NOOP("Card", "Card number")};
+constexpr FieldTerm TRAVEL_PERMIT_NUMBER = {"travelPermitNumber",
+                                            QT_TRANSLATE_NOOP("Card", "Travel permit number")};
+constexpr FieldTerm TIMES_ISSUED = {"issueCount", QT_TRANSLATE_NOOP("Card", "Times issued")};
+constexpr FieldTerm ISSUING_AUTHORITY = {"issuingAuthority",
+                                         QT_TRANSLATE_NOOP("Card", "Issuing authority")};
+constexpr FieldTerm VALID_FROM = {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"),
+                                  FieldForm::Date};
+constexpr FieldTerm VALID_TO = {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date};
+
+template <typename Record>
+struct FieldRow {
+    FieldTerm term;
     std::string Record::*text; ///< null: these records do not have the field
     // The rest of a `SplitDate`.
     std::string Record::*month = nullptr;
@@ -41,65 +68,56 @@ constexpr std::string ForeignNewTexts::*NATIONALITY_CODE<ForeignNewTexts> =
 
 template <typename R>
 constexpr std::array<FieldRow<R>, 9> CN_FIELDS = {{
-    {"name", QT_TRANSLATE_NOOP("Card", "Name"), FieldForm::Text, &R::szName},
-    {"sex", QT_TRANSLATE_NOOP("Card", "Sex"), FieldForm::Text, &R::szSex},
-    {"ethnicGroup", QT_TRANSLATE_NOOP("Card", "Ethnic group"), FieldForm::Text, &R::szNation},
-    {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"), FieldForm::SplitDate, &R::szBirthYear,
-     &R::szBirthMonth, &R::szBirthDay},
-    {"address", QT_TRANSLATE_NOOP("Card", "Address"), FieldForm::Text, &R::szAddress},
-    {"idNumber", QT_TRANSLATE_NOOP("Card", "Identity number"), FieldForm::Text, &R::szID},
-    {"issuingAuthority", QT_TRANSLATE_NOOP("Card", "Issuing authority"), FieldForm::Text,
-     &R::szDept},
-    {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"), FieldForm::Date, &R::szValidStart},
-    {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date, &R::szValidEnd},
+    {NAME, &R::szName},
+    {SEX, &R::szSex},
+    {ETHNIC_GROUP, &R::szNation},
+    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
+    {ADDRESS, &R::szAddress},
+    {IDENTITY_NUMBER, &R::szID},
+    {ISSUING_AUTHORITY, &R::szDept},
+    {VALID_FROM, &R::szValidStart},
+    {VALID_TO, &R::szValidEnd},
 }};
 
 template <typename R>
 constexpr std::array<FieldRow<R>, 10> HMT_FIELDS = {{
-    {"name", QT_TRANSLATE_NOOP("Card", "Name"), FieldForm::Text, &R::szName},
-    {"sex", QT_TRANSLATE_NOOP("Card", "Sex"), FieldForm::Text, &R::szSex},
-    {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"), FieldForm::SplitDate, &R::szBirthYear,
-     &R::szBirthMonth, &R::szBirthDay},
-    {"address", QT_TRANSLATE_NOOP("Card", "Address"), FieldForm::Text, &R::szAddress},
-    {"idNumber", QT_TRANSLATE_NOOP("Card", "Identity number"), FieldForm::Text, &R::szID},
-    {"travelPermitNumber", QT_TRANSLATE_NOOP("Card", "Travel permit number"), FieldForm::Text,
-     &R::szPassNumber},
-    {"issueCount", QT_TRANSLATE_NOOP("Card", "Times issued"), FieldForm::Text, ISSUE_COUNT<R>},
-    {"issuingAuthority", QT_TRANSLATE_NOOP("Card", "Issuing authority"), FieldForm::Text,
-     &R::szDept},
-    {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"), FieldForm::Date, &R::szValidStart},
-    {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date, &R::szValidEnd},
+    {NAME, &R::szName},
+    {SEX, &R::szSex},
+    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
+    {ADDRESS, &R::szAddress},
+    {IDENTITY_NUMBER, &R::szID},
+    {TRAVEL_PERMIT_NUMBER, &R::szPassNumber},
+    {TIMES_ISSUED, ISSUE_COUNT<R>},
+    {ISSUING_AUTHORITY, &R::szDept},
+    {VALID_FROM, &R::szValidStart},
+    {VALID_TO, &R::szValidEnd},
 }};
 
 template <typename R>
 constexpr std::array<FieldRow<R>, 9> FOREIGN_2017_FIELDS = {{
-    {"englishName", QT_TRANSLATE_NOOP("Card", "Name"), FieldForm::Text, &R::szEnglishName},
-    {"chineseName", QT_TRANSLATE_NOOP("Card", "Chinese name"), FieldForm::Text, &R::szChineseName},
-    {"sex", QT_TRANSLATE_NOOP("Card", "Sex"), FieldForm::Text, &R::szSex},
-    {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"), FieldForm::SplitDate, &R::szBirthYear,
-     &R::szBirthMonth, &R::szBirthDay},
-    {"nationality", QT_TRANSLATE_NOOP("Card", "Nationality"), FieldForm::Text, &R::szNationality},
-    {"nationalityCode", QT_TRANSLATE_NOOP("Card", "Country code"), FieldForm::Text,
-     NATIONALITY_CODE<R>},
-    {"idNumber", QT_TRANSLATE_NOOP("Card", "Card number"), FieldForm::Text, &R::szID},
-    {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"), FieldForm::Date, &R::szValidStart},
-    {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date, &R::szValidEnd},
+    {ENGLISH_NAME, &R::szEnglishName},
+    {CHINESE_NAME, &R::szChineseName},
+    {SEX, &R::szSex},
+    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
+    {NATIONALITY, &R::szNationality},
+    {COUNTRY_CODE, NATIONALITY_CODE<R>},
+    {CARD_NUMBER, &R::szID},
+    {VALID_FROM, &R::szValidStart},
+    {VALID_TO, &R::szValidEnd},
 }};
 
 template <typename R>
 constexpr std::array<FieldRow<R>, 10> FOREIGN_NEW_FIELDS = {{
-    {"englishName", QT_TRANSLATE_NOOP("Card", "Name"), FieldForm::Text, &R::szEnglishName},
-    {"chineseName", QT_TRANSLATE_NOOP("Card", "Chinese name"), FieldForm::Text, &R::szChineseName},
-    {"sex", QT_TRANSLATE_NOOP("Card", "Sex"), FieldForm::Text, &R::szSex},
-    {"cardExtra", QT_TRANSLATE_NOOP("Card", "Extra item"), FieldForm::Text, &R::szCardExtra},
-    {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"), FieldForm::SplitDate, &R::szBirthYear,
-     &R::szBirthMonth, &R::szBirthDay},
-    {"nationality", QT_TRANSLATE_NOOP("Card", "Nationality"), FieldForm::Text, &R::szNationality},
-    {"nationalityCode", QT_TRANSLATE_NOOP("Card", "Country code"), FieldForm::Text,
-     NATIONALITY_CODE<R>},
-    {"idNumber", QT_TRANSLATE_NOOP("Card", "Card number"), FieldForm::Text, &R::szID},
-    {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"), FieldForm::Date, &R::szValidStart},
-    {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date, &R::szValidEnd},
+    {ENGLISH_NAME, &R::szEnglishName},
+    {CHINESE_NAME, &R::szChineseName},
+    {SEX, &R::szSex},
+    {CARD_EXTRA, &R::szCardExtra},
+    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
+    {NATIONALITY, &R::szNationality},
+    {COUNTRY_CODE, NATIONALITY_CODE<R>},
+    {CARD_NUMBER, &R::szID},
+    {VALID_FROM, &R::szValidStart},
+    {VALID_TO, &R::szValidEnd},
 }};
 
 /** The fields of `Member`, a record of `Records`, by the rows for its type. */
@@ -109,7 +127,7 @@ QVector<CardField> collectFields(const Records &records)
     const auto &record = records.*Member;
     QVector<CardField> fields;
     for (const auto &row : Rows) {
-        CardField field{row.key, row.label, row.form, {}};
+        CardField field{row.term.key, row.term.label, row.term.form, {}};
         for (const auto part : {row.text, row.month, row.day}) {
             if (part != nullptr)
                 field.content << QString::fromStdString(record.*part);
