@@ -76,12 +76,7 @@ ExitStatus serve(const QStringList &arguments, Output *output)
     const CommandLine line = commandLineOf(arguments);
     if (line.options)
         return run(*line.options, output);
-    if (!line.problem.isEmpty()) {
-        tell(line.problem);
-        return ExitStatus::WrongUsage;
-    }
-    output->write(line.text.toUtf8());
-    return ExitStatus::Done;
+    return answer(line.problem, line.text, output);
 }
 
 } // namespace

@@ -166,6 +166,16 @@ void tell(const QString &message)
     printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(nameOfProgram), message));
 }
 
+ExitStatus answer(const QString &problem, const QString &text, Output *output)
+{
+    if (!problem.isEmpty()) {
+        tell(problem);
+        return ExitStatus::WrongUsage;
+    }
+    output->write(text.toUtf8());
+    return ExitStatus::Done;
+}
+
 void printToStandardError(const QString &text)
 {
     // Nobody is left to be told when this fails.

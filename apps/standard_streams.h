@@ -71,6 +71,12 @@ const char *programName();
 /** Prints a message for people on standard error, behind the program's name. */
 void tell(const QString &message);
 
+/**
+ * Ends a program that has nothing else to do: tells the problem of its command line, or without one
+ * writes the text that was asked for. Returns how the program ends.
+ */
+ExitStatus answer(const QString &problem, const QString &text, Output *output);
+
 /** Prints `text` on standard error as it is. */
 void printToStandardError(const QString &text);
 

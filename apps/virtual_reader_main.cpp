@@ -148,12 +148,7 @@ ExitStatus run(const QStringList &arguments, Output *output)
     const VirtualReaderCommandLine line = parseVirtualReaderArguments(arguments);
     if (line.options)
         return VirtualReaderProgram(*line.options, output).run();
-    if (!line.problem.isEmpty()) {
-        tell(line.problem);
-        return ExitStatus::WrongUsage;
-    }
-    output->write(line.text.toUtf8());
-    return ExitStatus::Done;
+    return answer(line.problem, line.text, output);
 }
 
 } // namespace

@@ -61,12 +61,7 @@ ExitStatus serve(const QStringList &arguments, app::Output *output)
     const viewer::CommandLine line = commandLineOf(arguments);
     if (line.options)
         return showWindow(*line.options);
-    if (!line.problem.isEmpty()) {
-        app::tell(line.problem);
-        return ExitStatus::WrongUsage;
-    }
-    output->write(line.text.toUtf8());
-    return ExitStatus::Done;
+    return app::answer(line.problem, line.text, output);
 }
 
 } // namespace
