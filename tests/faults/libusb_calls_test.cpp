@@ -7,8 +7,8 @@
 #include <libusb.h>
 
 #include "simulator/virtual_reader.h"
+#include "tests/support/build_programs.h"
 #include "tests/support/message_log.h"
-#include "tests/support/process.h"
 #include "tests/usb/emulated_bus.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/libusb_failures.h"
@@ -167,17 +167,11 @@ TEST(LibusbCalls, EveryFunctionThatTheLibraryCalls_IsInTheTable)
     std::set<std::string> inTable = WITHOUT_FAILURE;
     for (const Call &call : calls())
         inTable.insert(call.function);
-    ProcessInput input;
-    input.emulated = false; // nm is a program of the build machine
-    const ProcessResult result =
-        runProcess(QStringLiteral(IDCARD_NM),
-                   {QStringLiteral("-D"), QStringLiteral("--undefined-only"),
-                    QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so")},
-                   input);
-    ASSERT_TRUE(result.finished);
-    ASSERT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    const QByteArray output =
+        build_programs::nm({QStringLiteral("-D"), QStringLiteral("--undefined-only")},
+                           QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so"));
     std::set<std::string> called;
-    for (const QByteArray &line : result.standardOutput.split('\n')) {
+    for (const QByteArray &line : output.split('\n')) {
         const int name = line.indexOf("libusb_");
         if (name >= 0)
             called.insert(line.mid(name).trimmed().toStdString());

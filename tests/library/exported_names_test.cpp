@@ -1,7 +1,5 @@
 // What the shared library exports, against the list of names it is meant to export.
 
-#include "tests/support/process.h"
-
 #include <set>
 
 #include <gtest/gtest.h>
@@ -10,8 +8,12 @@
 #include <QRegularExpression>
 #include <QTextStream>
 
+#include "tests/support/build_programs.h"
+
 namespace
 {
+
+const QString LIBRARY = QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so");
 
 struct Expected {
     std::set<QString> names;   ///< functions and objects, by their plain name
@@ -37,19 +39,11 @@ Expected expectedNames()
 /** Demangled names that the library defines for others, without the tag of the string ABI. */
 QStringList exportedNames()
 {
-    // nm is a program of the build machine, also in a cross build.
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result =
-        runProcess(QStringLiteral(IDCARD_NM),
-                   {QStringLiteral("-DC"), QStringLiteral("--defined-only"),
-                    QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so")},
-                   input);
-    EXPECT_TRUE(result.finished);
-    EXPECT_EQ(result.exitStatus, 0);
+    const QByteArray output =
+        build_programs::nm({QStringLiteral("-DC"), QStringLiteral("--defined-only")}, LIBRARY);
     QStringList names;
     static const QRegularExpression line(QStringLiteral("^\\S+ \\S (.*)$"));
-    for (const QString &text : QString::fromUtf8(result.standardOutput).split('\n')) {
+    for (const QString &text : QString::fromUtf8(output).split('\n')) {
         QString name = line.match(text).captured(1);
         if (!text.isEmpty())
             names << name.remove(QStringLiteral("[abi:cxx11]"));
@@ -87,13 +81,8 @@ TEST(ExportedNames, EveryNameOnTheList_IsExported)
 
 TEST(ExportedNames, CopiesOfTheCountryTable_ArePrivate)
 {
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result = runProcess(
-        QStringLiteral(IDCARD_NM),
-        {QStringLiteral("-C"), QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so")},
-        input);
-    EXPECT_EQ(result.standardOutput.count(" b STR_LIST\n"), 2)
+    const QByteArray output = build_programs::nm({QStringLiteral("-C")}, LIBRARY);
+    EXPECT_EQ(output.count(" b STR_LIST\n"), 2)
         << "one beside the entry point, one beside the decoder of raw records";
 }
 

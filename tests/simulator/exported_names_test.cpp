@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/process.h"
+#include "tests/support/build_programs.h"
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -11,14 +11,9 @@ using testing::Not;
 namespace
 {
 
-QByteArray nm(const QStringList &options)
+QByteArray namesOfSimulator(const QStringList &options)
 {
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result = runProcess(
-        QStringLiteral(NM), options + QStringList{QStringLiteral(SIMULATOR_LIBRARY)}, input);
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
-    return result.standardOutput;
+    return build_programs::nm(options, QStringLiteral(SIMULATOR_LIBRARY));
 }
 
 } // namespace
@@ -26,8 +21,8 @@ QByteArray nm(const QStringList &options)
 TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnFourAndNothingElse)
 {
     std::vector<std::string> names;
-    const QByteArray output =
-        nm({QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral("-P")});
+    const QByteArray output = namesOfSimulator(
+        {QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral("-P")});
     for (const QByteArray &line : output.split('\n')) {
         if (!line.isEmpty()) {
             names.push_back(line.split(' ').first().toStdString());
@@ -42,7 +37,7 @@ TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnFourAndNothingElse
 TEST(ExportedNames, library_needsNoneOfTheReadersFunctions)
 {
     const std::string undefined =
-        nm({QStringLiteral("-D"), QStringLiteral("--undefined-only")}).toStdString();
+        namesOfSimulator({QStringLiteral("-D"), QStringLiteral("--undefined-only")}).toStdString();
     EXPECT_THAT(undefined, HasSubstr("QString")); // the list is there
     for (const char *name : {"readIDCard", "KVO_", "unpack", "CCommon", "CIdData", "COUNTRY"}) {
         EXPECT_THAT(undefined, Not(HasSubstr(name)));

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "tests/support/build_programs.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 
@@ -218,22 +219,13 @@ INSTANTIATE_TEST_SUITE_P(Places, SimulatorPlace,
                          testing::Values("bin/libidcard_simulator.so",
                                          "lib/libidcard_simulator.so"));
 
-QByteArray outputOf(const QString &program, const QStringList &arguments)
-{
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult run = runProcess(program, arguments, input);
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
-    return run.standardOutput;
-}
-
 TEST(SimulatorLibrary, NothingOfItStandsInTheWayOfTheMakersLibrary)
 {
     const QString tool = QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-reader");
-    const std::string needed = outputOf(IDCARD_READELF, {"-d", tool}).toStdString();
+    const std::string needed = build_programs::readelf({"-d"}, tool).toStdString();
     EXPECT_THAT(needed, HasSubstr("libidcard_reader_lib.so"));
     EXPECT_THAT(needed, Not(HasSubstr("simulator")));
-    const std::string defined = outputOf(IDCARD_NM, {"--defined-only", tool}).toStdString();
+    const std::string defined = build_programs::nm({"--defined-only"}, tool).toStdString();
     EXPECT_THAT(defined, HasSubstr(" main\n"));
     EXPECT_THAT(defined, Not(HasSubstr(" KVO_")));
     EXPECT_THAT(defined, Not(HasSubstr(" unpack\n")));

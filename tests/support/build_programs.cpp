@@ -1,0 +1,35 @@
+#include "tests/support/build_programs.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/process.h"
+
+namespace build_programs
+{
+
+namespace
+{
+
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    ProcessInput input;
+    input.emulated = false;
+    const ProcessResult result = runProcess(program, arguments, input);
+    EXPECT_TRUE(result.finished) << program.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    return result.standardOutput;
+}
+
+} // namespace
+
+QByteArray nm(const QStringList &options, const QString &file)
+{
+    return outputOf(QStringLiteral(IDCARD_NM), options + QStringList{file});
+}
+
+QByteArray readelf(const QStringList &options, const QString &file)
+{
+    return outputOf(QStringLiteral(IDCARD_READELF), options + QStringList{file});
+}
+
+} // namespace build_programs
