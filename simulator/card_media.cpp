@@ -48,12 +48,11 @@ QByteArray compressedPhoto(const CardDescription &card)
     return compressPhoto(portraitOf(card)).value();
 }
 
-QByteArray undecodablePhoto(const CardDescription &card)
+QByteArray undecodablePhoto(QByteArray compressedPhoto)
 {
-    QByteArray data = compressedPhoto(card);
-    const int middle = data.size() / 2;
-    data[middle] = static_cast<char>(~data.at(middle));
-    return data;
+    const int middle = compressedPhoto.size() / 2;
+    compressedPhoto[middle] = static_cast<char>(~compressedPhoto.at(middle));
+    return compressedPhoto;
 }
 
 QByteArray fingerprintTemplates(const CardDescription &card)

@@ -19,8 +19,8 @@ QByteArray photoBmpFile(const CardDescription &card);
 /** The portrait as the 1024 bytes that `unpack` decodes. */
 QByteArray compressedPhoto(const CardDescription &card);
 
-/** 1024 bytes that look like the card's compressed photo and do not decode. */
-QByteArray undecodablePhoto(const CardDescription &card);
+/** 1024 bytes that look like this compressed photo and do not decode. */
+QByteArray undecodablePhoto(QByteArray compressedPhoto);
 
 /** The card's templates one after the other: 0, 512 or 1024 bytes. */
 QByteArray fingerprintTemplates(const CardDescription &card);

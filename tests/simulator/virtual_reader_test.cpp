@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include "simulator/card_library.h"
+#include "simulator/raw_record.h"
 #include "tests/simulator/usb_exchange.h"
 
 using namespace simulator;
@@ -91,6 +93,19 @@ TEST(VirtualReader, cardExchangedAfterSelect_givesNoDataUntilItIsFoundItself)
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
     reader.selectCard();
     EXPECT_EQ(reader.answer(frames::read()).size(), 1297);
+}
+
+TEST(VirtualReader, cardPutAfterAnother_isReadWithItsOwnPhoto)
+{
+    ReaderOnUsb reader;
+    for (const char *name : {"resident", "hmt-taiwan", "resident"}) {
+        reader.put(name);
+        reader.selectCard();
+        DescriptionError error;
+        const auto card = loadCard(QLatin1String(name), &error);
+        ASSERT_TRUE(card) << error.message().toStdString();
+        EXPECT_EQ(reader.answer(frames::read()), readAnswer(*card, {})) << name;
+    }
 }
 
 TEST(VirtualReader, reset_forgetsAnswersAndTheSelectedCard)
