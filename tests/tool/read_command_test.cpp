@@ -1,6 +1,8 @@
 // "idcard-reader read": what it prints and how it ends.
 
+#include <array>
 #include <csignal>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -249,12 +251,15 @@ public:
 
     QString path() const { return QString::fromLocal8Bit(::ptsname(m_master)); }
 
+    /** All that was shown by programs that have ended; it may come in several parts. */
     std::string read() const
     {
-        std::string text(4096, '\0');
-        const ssize_t size = ::read(m_master, text.data(), text.size());
-        text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-        return text;
+        std::string shown;
+        std::array<char, 4096> part{};
+        ssize_t size = 0;
+        while ((size = ::read(m_master, part.data(), part.size())) > 0)
+            shown.append(part.data(), static_cast<std::size_t>(size));
+        return shown;
     }
 
 private:
