@@ -4,8 +4,8 @@
 
 #include <QByteArray>
 
-#include "simulator/description_reader.h"
-#include "simulator/vendor_record.h"
+#include "simulator/card/description_reader.h"
+#include "simulator/card/vendor_record.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -6,9 +6,9 @@
 
 #include <QByteArray>
 
-#include "apps/card_output.h"
-#include "apps/raw_record.h"
-#include "apps/record_decoder.h"
+#include "apps/card/card_output.h"
+#include "apps/card/raw_record.h"
+#include "apps/card/record_decoder.h"
 #include "common/closed_functions.h"
 
 namespace

@@ -6,9 +6,9 @@
 
 #include <QByteArray>
 
-#include "simulator/card_library.h"
-#include "simulator/usbip_connection.h"
-#include "simulator/virtual_reader.h"
+#include "simulator/card/card_library.h"
+#include "simulator/reader/virtual_reader.h"
+#include "simulator/usbip/usbip_connection.h"
 
 namespace
 {

@@ -10,8 +10,8 @@
 #include <QGuiApplication>
 
 #include "api/idcard_reader_api.h"
-#include "apps/card.h"
-#include "apps/simulator_library.h"
+#include "apps/card/card.h"
+#include "apps/card/simulator_library.h"
 #include "iddata/iddata.h"
 #include "reader/reader_frames.h"
 #include "reader/usbidreader.h"

@@ -9,8 +9,8 @@
 
 #include <QFile>
 
-#include "simulator/raw_record.h"
-#include "simulator/virtual_reader.h"
+#include "simulator/card/raw_record.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/canary/process_memory.h"
 #include "tests/canary/scenario.h"
 #include "tests/support/running_process.h"

@@ -10,8 +10,8 @@
 #include <QTemporaryDir>
 #include <QTextCodec>
 
-#include "simulator/card_library.h"
-#include "simulator/card_media.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/card_media.h"
 
 namespace canary
 {

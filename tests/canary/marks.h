@@ -11,7 +11,7 @@
 #include <QByteArrayList>
 #include <QString>
 
-#include "simulator/card_description.h"
+#include "simulator/card/card_description.h"
 
 namespace canary
 {

@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/support/running_process.h"
 #include "tests/usb/emulated_bus.h"
 

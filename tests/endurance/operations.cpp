@@ -11,14 +11,14 @@
 #include <QStringList>
 
 #include "api/idcard_reader_api.h"
-#include "apps/card.h"
-#include "apps/record_decoder.h"
-#include "apps/simulator_library.h"
+#include "apps/card/card.h"
+#include "apps/card/record_decoder.h"
+#include "apps/card/simulator_library.h"
 #include "iddata/iddata.h"
 #include "reader/reader_frames.h"
 #include "reader/usbidreader.h"
-#include "simulator/card_library.h"
-#include "simulator/raw_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
 
 namespace endurance
 {

@@ -9,7 +9,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "apps/file_set.h"
+#include "apps/card/file_set.h"
 #include "iddata/iddata.h"
 #include "tests/faults/failing_files.h"
 #include "tests/support/message_log.h"

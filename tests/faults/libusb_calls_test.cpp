@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <libusb.h>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/support/build_programs.h"
 #include "tests/support/message_log.h"
 #include "tests/usb/emulated_bus.h"

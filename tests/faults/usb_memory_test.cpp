@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/faults/failing_memory.h"
 #include "tests/faults/quiet_log.h"
 #include "tests/usb/emulated_bus.h"

@@ -1,8 +1,8 @@
 // Every card of the simulator against its golden record: the frame that the simulator makes, and
 // what the decoders make of it.
 
-#include "simulator/card_library.h"
-#include "simulator/raw_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
 

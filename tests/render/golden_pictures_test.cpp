@@ -5,7 +5,7 @@
 // With IDCARD_WRITE_GOLDEN_PICTURES set, the pictures in the tree are written instead of compared.
 
 #include "api/idcard_reader_api.h"
-#include "simulator/card_library.h"
+#include "simulator/card/card_library.h"
 #include "simulator/simulator.h"
 #include "tests/render/painting_recorder.h"
 #include "tests/support/font_faces.h"

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card_library.h"
+#include "simulator/card/card_library.h"
 #include "tests/simulator/card_files.h"
 
 using namespace simulator;

@@ -9,8 +9,8 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-#include "simulator/card_library.h"
-#include "simulator/description_keys.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/description_keys.h"
 #include "tests/simulator/card_files.h"
 
 using namespace simulator;

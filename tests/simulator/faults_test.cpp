@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/faults.h"
+#include "simulator/card/faults.h"
 
 using namespace simulator;
 using testing::HasSubstr;

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 
 #include "common/card_records.h"
-#include "simulator/photo_codec.h"
-#include "simulator/portrait.h"
+#include "simulator/card/photo_codec.h"
+#include "simulator/card/portrait.h"
 
 using namespace simulator;
 

@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 
 #include "common/card_records.h"
-#include "simulator/card_library.h"
-#include "simulator/card_media.h"
-#include "simulator/portrait.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/card_media.h"
+#include "simulator/card/portrait.h"
 
 using namespace simulator;
 

@@ -5,10 +5,10 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card_library.h"
-#include "simulator/card_media.h"
-#include "simulator/photo_codec.h"
-#include "simulator/raw_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/card_media.h"
+#include "simulator/card/photo_codec.h"
+#include "simulator/card/raw_record.h"
 #include "tests/simulator/card_files.h"
 
 using namespace simulator;

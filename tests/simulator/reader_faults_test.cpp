@@ -7,8 +7,8 @@
 
 #include "common/card_records.h"
 #include "common/closed_functions.h"
+#include "simulator/reader/vendor_reader.h"
 #include "simulator/simulator.h"
-#include "simulator/vendor_reader.h"
 #include "tests/simulator/reader_session.h"
 
 using simulator::VendorCode;

@@ -4,9 +4,9 @@
 
 #include <QFile>
 
-#include "simulator/card_library.h"
-#include "simulator/description_keys.h"
-#include "simulator/virtual_reader.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/description_keys.h"
+#include "simulator/reader/virtual_reader.h"
 
 using namespace simulator;
 

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 
 namespace frames
 {

@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 
 #include "common/closed_functions.h"
-#include "simulator/card_library.h"
-#include "simulator/vendor_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/vendor_record.h"
 #include "tests/simulator/card_files.h"
 
 using namespace simulator;

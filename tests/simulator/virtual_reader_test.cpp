@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card_library.h"
-#include "simulator/raw_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
 #include "tests/simulator/usb_exchange.h"
 
 using namespace simulator;

@@ -2,7 +2,7 @@
 
 #include <QJsonDocument>
 
-#include "apps/card_output.h"
+#include "apps/card/card_output.h"
 #include "tests/tool/card_samples.h"
 
 using namespace app;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "apps/card_presence.h"
+#include "apps/card/card_presence.h"
 #include "tests/tool/card_samples.h"
 
 using namespace app;

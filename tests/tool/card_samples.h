@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "apps/card.h"
+#include "apps/card/card.h"
 
 namespace samples
 {

@@ -4,9 +4,9 @@
 
 #include <QDir>
 
-#include "simulator/card_library.h"
-#include "simulator/raw_record.h"
-#include "simulator/virtual_reader.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"

@@ -5,8 +5,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "apps/text_layout.h"
-#include "simulator/card_library.h"
+#include "apps/process/text_layout.h"
+#include "simulator/card/card_library.h"
 #include "tests/tool/tool_runner.h"
 
 namespace

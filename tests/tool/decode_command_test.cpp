@@ -7,8 +7,8 @@
 
 #include <unistd.h>
 
-#include "simulator/card_library.h"
-#include "simulator/raw_record.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
 #include "tests/tool/expected_json.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"

@@ -6,7 +6,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/tool/doctor_runner.h"
 #include "tests/usb/emulated_bus.h"
 

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/doctor_report.h"
+#include "apps/doctor/report.h"
 #include "reader/usb_codes.h"
 #include "tests/tool/doctor_machine.h"
 

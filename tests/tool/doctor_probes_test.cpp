@@ -13,9 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "apps/doctor_child.h"
-#include "apps/doctor_library_probe.h"
-#include "apps/doctor_usb_probe.h"
+#include "apps/doctor/child.h"
+#include "apps/doctor/library_probe.h"
+#include "apps/doctor/usb_probe.h"
 #include "tests/tool/folder_state.h"
 
 using namespace app;

@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "apps/doctor_report.h"
+#include "apps/doctor/report.h"
 #include "tests/tool/doctor_machine.h"
 
 using namespace app;

@@ -4,7 +4,7 @@
 
 #include <QJsonObject>
 
-#include "simulator/card_description.h"
+#include "simulator/card/card_description.h"
 
 /** By `read`. */
 QJsonObject expectedOfRead(const simulator::CardDescription &card);

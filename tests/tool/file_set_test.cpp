@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include "apps/file_set.h"
+#include "apps/card/file_set.h"
 #include "tests/support/expected_warning.h"
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"

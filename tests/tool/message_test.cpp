@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/message.h"
+#include "apps/card/message.h"
 
 using namespace app;
 using testing::ElementsAre;

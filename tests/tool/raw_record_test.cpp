@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/raw_record.h"
-#include "simulator/raw_record.h"
+#include "apps/card/raw_record.h"
+#include "simulator/card/raw_record.h"
 #include "tests/tool/tool_runner.h"
 
 using namespace app;

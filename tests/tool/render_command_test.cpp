@@ -7,7 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "simulator/card_library.h"
+#include "simulator/card/card_library.h"
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/picture_files.h"

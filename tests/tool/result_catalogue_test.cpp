@@ -8,10 +8,10 @@
 #include <QFile>
 #include <QRegularExpression>
 
-#include "apps/card_reader.h"
-#include "apps/result_catalogue.h"
-#include "apps/usb_catalogue.h"
-#include "apps/usb_reading.h"
+#include "apps/card/card_reader.h"
+#include "apps/card/result_catalogue.h"
+#include "apps/card/usb_catalogue.h"
+#include "apps/card/usb_reading.h"
 
 using namespace app;
 

@@ -11,7 +11,7 @@
 
 #include <unistd.h>
 
-#include "simulator/card_library.h"
+#include "simulator/card/card_library.h"
 
 namespace
 {

@@ -8,7 +8,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include "simulator/card_description.h"
+#include "simulator/card/card_description.h"
 #include "tests/support/process.h"
 
 /** Runs the tool to its end. Settings of this machine that bear on it are taken away. */

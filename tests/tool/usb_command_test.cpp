@@ -10,8 +10,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "simulator/raw_record.h"
-#include "simulator/virtual_reader.h"
+#include "simulator/card/raw_record.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/tool/expected_json.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"

@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "apps/usb_list.h"
+#include "apps/card/usb_list.h"
 
 using namespace app;
 using testing::HasSubstr;

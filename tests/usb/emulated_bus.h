@@ -11,7 +11,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "simulator/usb_device.h"
+#include "simulator/reader/usb_device.h"
 
 namespace usb_test
 {

@@ -15,7 +15,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/virtual_reader.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/fault_cases.h"
 

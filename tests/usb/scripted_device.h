@@ -6,7 +6,7 @@
 
 #include <QStringList>
 
-#include "simulator/usb_device.h"
+#include "simulator/reader/usb_device.h"
 
 namespace usb_test
 {

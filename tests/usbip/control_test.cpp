@@ -4,7 +4,7 @@
 
 #include <QString>
 
-#include "simulator/usb_control.h"
+#include "simulator/usbip/usb_control.h"
 #include "tests/usbip/client_messages.h"
 #include "tests/usbip/scripted_device.h"
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/usb_descriptors.h"
+#include "simulator/usbip/usb_descriptors.h"
 #include "tests/usbip/scripted_device.h"
 
 using simulator::describeDevice;

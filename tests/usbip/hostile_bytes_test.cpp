@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/usbip_connection.h"
+#include "simulator/usbip/usbip_connection.h"
 #include "tests/usbip/client_messages.h"
 #include "tests/usbip/scripted_device.h"
 

@@ -6,7 +6,7 @@
 #include <deque>
 #include <vector>
 
-#include "simulator/usb_device.h"
+#include "simulator/reader/usb_device.h"
 
 /** What the device was asked, in the order in which it was. */
 struct DeviceCall {

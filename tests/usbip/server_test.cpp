@@ -8,7 +8,7 @@
 #include <QElapsedTimer>
 #include <QTcpSocket>
 
-#include "simulator/usbip_server.h"
+#include "simulator/usbip/usbip_server.h"
 #include "tests/usbip/client_messages.h"
 #include "tests/usbip/scripted_device.h"
 

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/card_table.h"
-#include "apps/true_size.h"
+#include "apps/viewer/card_table.h"
+#include "apps/viewer/true_size.h"
 #include "tests/tool/card_samples.h"
 
 using namespace app;

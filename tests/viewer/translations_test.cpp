@@ -30,7 +30,7 @@ struct Translation {
 /** All texts of the Chinese translation. */
 std::vector<Translation> chinese()
 {
-    QFile file(SOURCE + QStringLiteral("viewer/translations/idcard-viewer_zh_CN.ts"));
+    QFile file(SOURCE + QStringLiteral("apps/viewer/translations/idcard-viewer_zh_CN.ts"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     QXmlStreamReader xml(&file);
     std::vector<Translation> all;

@@ -7,8 +7,8 @@
 
 #include <QElapsedTimer>
 
-#include "apps/usb_catalogue.h"
-#include "simulator/virtual_reader.h"
+#include "apps/card/usb_catalogue.h"
+#include "simulator/reader/virtual_reader.h"
 #include "tests/support/running_process.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"

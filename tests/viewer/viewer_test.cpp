@@ -6,8 +6,8 @@
 #include <QLabel>
 #include <QTranslator>
 
-#include "apps/standard_streams.h"
-#include "apps/translation.h"
+#include "apps/process/standard_streams.h"
+#include "apps/viewer/translation.h"
 
 namespace viewer_test
 {

@@ -14,7 +14,7 @@
 #include <QTableView>
 #include <QTest>
 
-#include "viewer/main_window.h"
+#include "apps/viewer/main_window.h"
 
 namespace viewer_test
 {

@@ -16,8 +16,8 @@
 #include <QScreen>
 #include <QTemporaryDir>
 
-#include "apps/card_files.h"
-#include "simulator/card_library.h"
+#include "apps/card/card_files.h"
+#include "simulator/card/card_library.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"

@@ -1,0 +1,110 @@
+#include "apps/card/card_files.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include <QDir>
+
+#include "apps/card/card_output.h"
+
+namespace app
+{
+
+namespace
+{
+
+QByteArray cardJson(const Card &card)
+{
+    return indentedJson(toJson(card, QString()));
+}
+
+QByteArray photoBmp(const Card &card)
+{
+    return card.photo();
+}
+
+QByteArray fingerprintData(const Card &card)
+{
+    return card.fingerprints();
+}
+
+template <CardSide side>
+QByteArray pictureJpeg(const Card &card)
+{
+    return card.picture(side);
+}
+
+template <CardSide side>
+QString pictureNote(const Card &card)
+{
+    return missingPictureNote(card, side);
+}
+
+const std::vector<CardFile> &allFiles()
+{
+    using G = FileGroup;
+    static const std::vector<CardFile> files = {
+        {"card.json", G::Data, nullptr, cardJson, nullptr},
+        {"photo.bmp", G::Data, "photo", photoBmp, missingPhotoNote},
+        {"fingerprints.dat", G::Data, "fingerprints", fingerprintData, nullptr},
+        {"front.jpg", G::Pictures, "frontPicture", pictureJpeg<CardSide::Front>,
+         pictureNote<CardSide::Front>},
+        {"back.jpg", G::Pictures, "backPicture", pictureJpeg<CardSide::Back>,
+         pictureNote<CardSide::Back>},
+    };
+    return files;
+}
+
+} // namespace
+
+std::vector<CardFile> cardFiles(CardFiles which)
+{
+    std::vector<CardFile> files;
+    std::copy_if(allFiles().begin(), allFiles().end(), std::back_inserter(files),
+                 [&](const CardFile &file) {
+                     return which == CardFiles::All || file.group == FileGroup::Pictures;
+                 });
+    return files;
+}
+
+QStringList cardFileNames(CardFiles which)
+{
+    QStringList names;
+    for (const CardFile &file : cardFiles(which))
+        names << QLatin1String(file.name);
+    return names;
+}
+
+QVector<NamedContent> contentsOf(const Card &card, CardFiles which)
+{
+    QVector<NamedContent> contents;
+    for (const CardFile &file : cardFiles(which))
+        contents.append({QLatin1String(file.name), file.content(card)});
+    return contents;
+}
+
+QStringList missingFileNotes(const Card &card, CardFiles which)
+{
+    QStringList notes;
+    for (const CardFile &file : cardFiles(which)) {
+        if (file.missingNote == nullptr || !file.content(card).isNull())
+            continue;
+        const QString note = file.missingNote(card);
+        if (!note.isEmpty())
+            notes << QStringLiteral("%1; %2 is not written.").arg(note, QLatin1String(file.name));
+    }
+    return notes;
+}
+
+QString saveInNextFolder(const Card &card, const QString &parent, QString *folder)
+{
+    QString problem = makeNextNumberedFolder(parent, folder);
+    if (!problem.isEmpty())
+        return problem;
+    problem = writeFileSet(*folder, contentsOf(card, CardFiles::All), ExistingFiles::Refuse);
+    if (!problem.isEmpty())
+        QDir().rmdir(*folder);
+    return problem;
+}
+
+} // namespace app

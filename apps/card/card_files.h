@@ -1,0 +1,56 @@
+#pragma once
+
+// The files that a card is saved as. A further file is a further row of the table in
+// `card_files.cpp`.
+
+#include <vector>
+
+#include "apps/card/card.h"
+#include "apps/card/file_set.h"
+
+namespace app
+{
+
+/** Which of a card's files are meant. */
+enum class CardFiles {
+    All,
+    Pictures, ///< only those of its sides
+};
+
+enum class FileGroup {
+    Data, ///< what the card holds
+    Pictures,
+};
+
+struct CardFile {
+    const char *name;
+    FileGroup group;
+    /** The part of the card's JSON that names this file under "file"; null when none does. */
+    const char *jsonKey;
+    /** What the file holds; null bytes when this card has no such file. */
+    QByteArray (*content)(const Card &card);
+    /**
+     * Why this card has no such file, empty when it could not be expected; null when nobody expects
+     * one of every card.
+     */
+    QString (*missingNote)(const Card &card);
+};
+
+std::vector<CardFile> cardFiles(CardFiles which);
+
+/** The names of all such files a card can have. */
+QStringList cardFileNames(CardFiles which);
+
+/** The files of this card; those it does not have are in the list with null content. */
+QVector<NamedContent> contentsOf(const Card &card, CardFiles which);
+
+/** What to tell about each file that could be expected and that this card does not have. */
+QStringList missingFileNotes(const Card &card, CardFiles which);
+
+/**
+ * Saves all files of the card in the next numbered folder of `parent`, whose path it puts into
+ * `folder`. Returns what failed, and then that folder is not left behind, or an empty text.
+ */
+QString saveInNextFolder(const Card &card, const QString &parent, QString *folder);
+
+} // namespace app

@@ -1,0 +1,308 @@
+#include "apps/card/card_output.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonDocument>
+
+#include "apps/card/card_files.h"
+#include "apps/process/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+struct PhotoFormatRow {
+    PhotoFormat format;
+    const char *key;
+    const char *label; ///< for people
+    const char *note;  ///< why there is no picture to save; null when there is one
+};
+
+constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
+    {PhotoFormat::None, "none", QT_TRANSLATE_NOOP("Card", "none"),
+     QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
+    {PhotoFormat::Bmp, "bmp", QT_TRANSLATE_NOOP("Card", "BMP picture, 102 x 126 pixels"), nullptr},
+    {PhotoFormat::Compressed, "compressed", QT_TRANSLATE_NOOP("Card", "compressed, not a picture"),
+     QT_TRANSLATE_NOOP(
+         "Card", "The reader delivered the photo in the card's compressed form, not as a picture")},
+    {PhotoFormat::Unknown, "unknown", QT_TRANSLATE_NOOP("Card", "in a form that is not known"),
+     QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
+}};
+
+// The keys of the fields that tell who the holder is.
+constexpr std::array<const char *, 3> NAMES = {"name", "englishName", "chineseName"};
+constexpr std::array<const char *, 2> NUMBERS = {"idNumber", "travelPermitNumber"};
+
+template <typename Keys>
+bool isOneOf(const CardField &field, const Keys &keys)
+{
+    return std::any_of(keys.begin(), keys.end(),
+                       [&](const char *key) { return qstrcmp(key, field.key) == 0; });
+}
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(Card)
+};
+
+const PhotoFormatRow &photoFormatRow(const Card &card)
+{
+    const PhotoFormat format = card.photoFormat();
+    return *std::find_if(PHOTO_FORMATS.begin(), PHOTO_FORMATS.end(),
+                         [&](const PhotoFormatRow &row) { return row.format == format; });
+}
+
+const char *roadKey(Road road)
+{
+    switch (road) {
+    case Road::ReaderLibrary:
+        return "reader-library";
+    case Road::Usb:
+        return "usb";
+    case Road::File:
+        return "file";
+    }
+    return "";
+}
+
+/** Cards and readers fill a field up with blanks, which are no part of what it says. */
+QString withoutTrailingBlanks(QString text)
+{
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace())
+        text.chop(1);
+    return text;
+}
+
+QJsonValue jsonValue(const CardField &field)
+{
+    QStringList parts = field.content;
+    if (parts.isEmpty())
+        return QJsonValue::Null;
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
+    if (field.form != FieldForm::SplitDate)
+        return parts.first();
+    return QJsonObject{{"year", parts[0]}, {"month", parts[1]}, {"day", parts[2]}};
+}
+
+bool isEightDigits(const QString &text)
+{
+    return text.size() == 8 && std::all_of(text.begin(), text.end(), [](QChar character) {
+               return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+           });
+}
+
+QStringList dateParts(const QString &date)
+{
+    if (!isEightDigits(date))
+        return {date};
+    return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
+}
+
+/** On one line, a date with hyphens; "-" when the field says nothing. */
+QString textForPeople(const CardField &field)
+{
+    QStringList parts = field.content;
+    if (field.form == FieldForm::Date)
+        parts = dateParts(parts.first());
+    for (QString &part : parts)
+        part = withoutTrailingBlanks(part);
+    parts.removeAll(QString());
+    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+}
+
+QString fingerprintsForPeople(const Card &card)
+{
+    const std::optional<int> count = card.fingerprintCount();
+    if (!count)
+        return Texts::tr("unknown; the reader delivered an unusual amount of data");
+    return *count == 0 ? Texts::tr("none") : QString::number(*count);
+}
+
+struct CardSideRow {
+    CardSide side;
+    const char *key;
+    const char *label;
+};
+
+constexpr std::array<CardSideRow, 2> CARD_SIDES = {{
+    {CardSide::Front, "frontPicture", "Front picture"},
+    {CardSide::Back, "backPicture", "Back picture"},
+}};
+
+/** Why there is no picture of this side, in words that follow a colon. */
+QString reasonOfMissingPicture(const Card &card, CardSide side)
+{
+    const bool isBackOfPermit = side == CardSide::Back && card.kindCode() == IDCARD_KIND_HMT;
+    // The front of a permit does not depend on the number: only the back can be missing by it.
+    if (isBackOfPermit && !card.picture(CardSide::Front).isNull())
+        return QStringLiteral("the permit's number begins with none of 81, 82, 83");
+    return QStringLiteral("the library painted none");
+}
+
+QString pathIn(const QString &folder, const char *name)
+{
+    return folder.isEmpty() ? QLatin1String(name) : QDir(folder).filePath(QLatin1String(name));
+}
+
+QJsonObject kindToJson(const Card &card)
+{
+    return {{"kind", QLatin1String(card.kindKey())},
+            {"cardKind", static_cast<int>(card.kindCode())}};
+}
+
+void insertPictures(const Card &card, QJsonObject *object)
+{
+    for (const CardSideRow &row : CARD_SIDES) {
+        const char *const format = card.picture(row.side).isNull() ? "none" : "jpeg";
+        object->insert(QLatin1String(row.key), QJsonObject{{"format", QLatin1String(format)}});
+    }
+}
+
+/** Names the files in the parts of `object` that they belong to. */
+void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonObject *object)
+{
+    for (const CardFile &file : cardFiles(CardFiles::All)) {
+        if (file.jsonKey == nullptr || !object->contains(QLatin1String(file.jsonKey)))
+            continue;
+        const bool saved = folder.has_value() && !file.content(card).isNull();
+        QJsonObject part = object->value(QLatin1String(file.jsonKey)).toObject();
+        part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
+        object->insert(QLatin1String(file.jsonKey), part);
+    }
+}
+
+CardRow kindRow(const Card &card)
+{
+    return {CardRow::Sort::Plain, Texts::tr("Kind"), kindForPeople(card)};
+}
+
+QStringList cells(const CardRow &row)
+{
+    return {row.label, row.content};
+}
+
+/** Which picture there is none of, and where the files are. */
+QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString &folder)
+{
+    QVector<QStringList> rows;
+    for (const CardSideRow &row : CARD_SIDES) {
+        if (card.mayHavePictures() && card.picture(row.side).isNull())
+            rows << QStringList{QString::fromUtf8(row.label),
+                                QStringLiteral("none: ") + reasonOfMissingPicture(card, row.side)};
+    }
+    QString label = QStringLiteral("Saved as");
+    for (const CardFile &file : cardFiles(which)) {
+        if (file.content(card).isNull())
+            continue;
+        rows << QStringList{label, pathIn(folder, file.name)};
+        label.clear();
+    }
+    return rows;
+}
+
+} // namespace
+
+QString kindForPeople(const Card &card)
+{
+    return Texts::tr(card.kindLabel());
+}
+
+QVector<CardRow> cardRows(const Card &card)
+{
+    QVector<CardRow> rows{kindRow(card)};
+    for (const CardField &field : card.fields()) {
+        const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
+        if (!field.content.isEmpty())
+            rows << CardRow{isPersonal ? CardRow::Sort::Personal : CardRow::Sort::Plain,
+                            Texts::tr(field.label), textForPeople(field)};
+    }
+    rows << CardRow{CardRow::Sort::Photo, Texts::tr("Photo"),
+                    Texts::tr(photoFormatRow(card).label)};
+    if (card.mayHaveFingerprints())
+        rows << CardRow{CardRow::Sort::Plain, Texts::tr("Fingerprints"),
+                        fingerprintsForPeople(card)};
+    return rows;
+}
+
+QString holderName(const Card &card)
+{
+    for (const CardField &field : card.fields()) {
+        if (isOneOf(field, NAMES) && !field.content.value(0).trimmed().isEmpty())
+            return textForPeople(field);
+    }
+    return {};
+}
+
+QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
+{
+    QJsonObject object = kindToJson(card);
+    object.insert("road", QLatin1String(roadKey(card.road())));
+    for (const CardField &field : card.fields())
+        object.insert(QLatin1String(field.key), jsonValue(field));
+
+    object.insert("photo", QJsonObject{{"format", QLatin1String(photoFormatRow(card).key)}});
+    if (card.mayHaveFingerprints()) {
+        const std::optional<int> count = card.fingerprintCount();
+        object.insert("fingerprints",
+                      QJsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
+    }
+    insertPictures(card, &object);
+    insertFiles(card, folder, &object);
+    return object;
+}
+
+QJsonObject picturesToJson(const Card &card, const QString &folder)
+{
+    QJsonObject object = kindToJson(card);
+    insertPictures(card, &object);
+    insertFiles(card, folder, &object);
+    return object;
+}
+
+QByteArray indentedJson(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+QByteArray jsonLine(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QString toTable(const Card &card, const std::optional<QString> &folder)
+{
+    QVector<QStringList> rows;
+    for (const CardRow &row : cardRows(card))
+        rows << cells(row);
+    if (folder)
+        rows += savedRows(card, CardFiles::All, *folder);
+    return alignedTable(rows);
+}
+
+QString picturesToTable(const Card &card, const QString &folder)
+{
+    return alignedTable(QVector<QStringList>{cells(kindRow(card))} +
+                        savedRows(card, CardFiles::Pictures, folder));
+}
+
+QString missingPhotoNote(const Card &card)
+{
+    const char *const note = photoFormatRow(card).note;
+    return note == nullptr ? QString() : Texts::tr(note);
+}
+
+QString missingPictureNote(const Card &card, CardSide side)
+{
+    if (!card.mayHavePictures() || !card.picture(side).isNull())
+        return {};
+    const char *const name = side == CardSide::Front ? "front" : "back";
+    return QStringLiteral("There is no picture of the card's %1: %2")
+        .arg(QLatin1String(name), reasonOfMissingPicture(card, side));
+}
+
+} // namespace app

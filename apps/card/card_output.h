@@ -1,0 +1,68 @@
+#pragma once
+
+// A card as text: JSON for programs, a table for people.
+
+#include <optional>
+
+#include <QJsonObject>
+
+#include "apps/card/card.h"
+
+namespace app
+{
+
+/**
+ * The card as JSON, the same form for every road (docs/card.schema.json): texts without the blanks
+ * that fill them up, null for what the road does not deliver. `folder` is where the card's files
+ * stand: it is put before their names, an empty one gives bare names. Nothing: the card was not
+ * saved, and the names are null.
+ */
+QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
+
+/** A row of what a card says to people, in the language of the application's translators. */
+struct CardRow {
+    enum class Sort {
+        Plain,
+        Personal, ///< a name or a number, which a privacy switch covers
+        Photo,    ///< in which form it is, for those who do not see it
+    };
+
+    Sort sort;
+    QString label;
+    QString content; ///< on one line, a date with hyphens; "-" when a field says nothing
+};
+
+/** The kind of card, each field that its road delivers, the photo and the fingerprints. */
+QVector<CardRow> cardRows(const Card &card);
+
+/** The kind of card in the language of the application's translators. */
+QString kindForPeople(const Card &card);
+
+/** The first of its holder's names that the card has; empty when it has none. */
+QString holderName(const Card &card);
+
+/** Over several lines, ending with a line break. */
+QByteArray indentedJson(const QJsonObject &object);
+
+/** On one line, ending with a line break. */
+QByteArray jsonLine(const QJsonObject &object);
+
+/** The card as a table for people; `folder` as for `toJson`. */
+QString toTable(const Card &card, const std::optional<QString> &folder);
+
+/** The pictures of the card's sides alone, as `toJson` has them, with the kind of card. */
+QJsonObject picturesToJson(const Card &card, const QString &folder);
+
+/** The pictures of the card's sides alone as a table for people. */
+QString picturesToTable(const Card &card, const QString &folder);
+
+/**
+ * Why a photo cannot be saved as a picture, in the language of the application's translators; empty
+ * when it can.
+ */
+QString missingPhotoNote(const Card &card);
+
+/** Why there is no picture of this side; empty when there is one or none could be expected. */
+QString missingPictureNote(const Card &card, CardSide side);
+
+} // namespace app

@@ -1,0 +1,31 @@
+#include "apps/card/card_presence.h"
+
+namespace app
+{
+
+Sighting CardPresence::observe(const ReadOutcome &outcome)
+{
+    return observe(outcome.card ? &*outcome.card : nullptr, outcome.exitStatus(), outcome.code);
+}
+
+Sighting CardPresence::observe(const Card *card, ExitStatus status, int code)
+{
+    if (card != nullptr) {
+        const QByteArray digest = card->digest();
+        const bool isSame = digest == m_card;
+        m_card = digest;
+        m_failure.reset();
+        return isSame ? Sighting::SameCard : Sighting::NewCard;
+    }
+    if (status == ExitStatus::NoCard) {
+        m_card.clear();
+        m_failure.reset();
+        return Sighting::Nothing;
+    }
+    // The card may still lie there: a failure alone makes it no new one.
+    const bool isSame = m_failure == code;
+    m_failure = code;
+    return isSame ? Sighting::SameFailure : Sighting::NewFailure;
+}
+
+} // namespace app

@@ -1,0 +1,35 @@
+#pragma once
+
+// Tells a card that was newly laid on the reader from one that has been lying there.
+
+#include <optional>
+
+#include "apps/card/card_reader.h"
+
+namespace app
+{
+
+enum class Sighting {
+    Nothing,    ///< no card on the reader
+    NewCard,    ///< the reader was empty before, or held something else
+    SameCard,   ///< the card seen last
+    NewFailure, ///< a failure that the look before did not end with
+    SameFailure,
+};
+
+class CardPresence
+{
+public:
+    /** Takes note of what one look at the reader gave. */
+    Sighting observe(const ReadOutcome &outcome);
+
+    /** As above for any road: the card, if there was one, how the look ended and with which code.
+     */
+    Sighting observe(const Card *card, ExitStatus status, int code);
+
+private:
+    QByteArray m_card; ///< digest of the card seen last; empty when the reader was empty
+    std::optional<int> m_failure;
+};
+
+} // namespace app

@@ -1,0 +1,62 @@
+#include "apps/card/message.h"
+
+#include <QCoreApplication>
+
+#include "apps/process/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+// A terminal is 80 columns wide, and the first line comes after the program's name.
+constexpr int MESSAGE_WIDTH = 79;
+constexpr int FIRST_LINE_WIDTH = 64;
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(Messages)
+};
+
+QString resultText(const char *text)
+{
+    return QCoreApplication::translate("Results", text);
+}
+
+QString paragraph(const QString &text)
+{
+    constexpr int INDENT = 4;
+    return QStringLiteral("  ") + wrapped(text, MESSAGE_WIDTH - INDENT, INDENT);
+}
+
+} // namespace
+
+Message messageOf(const ResultEntry &entry, const QStringList &details)
+{
+    Message message{resultText(entry.summary), {}, Message::Kind::Failure};
+    message.lines << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
+                  << details << Texts::tr("Cause: %1").arg(resultText(entry.cause))
+                  << Texts::tr("What to do: %1").arg(resultText(entry.remedy));
+    return message;
+}
+
+Message unknownCodeMessage(int code)
+{
+    return {Texts::tr("The library returned the code %1, which this program does not know. Install "
+                      "the program and the library of the same version.")
+                .arg(code),
+            {},
+            Message::Kind::Failure};
+}
+
+QString terminalText(const Message &message)
+{
+    if (message.lines.isEmpty())
+        return message.headline;
+    QStringList lines{wrapped(message.headline, FIRST_LINE_WIDTH, 2)};
+    for (const QString &line : message.lines)
+        lines << paragraph(line);
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace app

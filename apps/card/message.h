@@ -1,0 +1,31 @@
+#pragma once
+
+// What a program tells people, in the language of the application's translators: what happened as a
+// headline, and lines that belong to it, such as the code, the cause and what to do.
+
+#include <QString>
+#include <QStringList>
+
+#include "apps/card/result_catalogue.h"
+
+namespace app
+{
+
+struct Message {
+    enum class Kind { Note, Warning, Failure };
+
+    QString headline;
+    QStringList lines = {};
+    Kind kind = Kind::Note;
+};
+
+/** A row of a catalogue; `details` are lines such as "Device: ..." that follow the code. */
+Message messageOf(const ResultEntry &entry, const QStringList &details = {});
+
+/** A code that stands in no catalogue. */
+Message unknownCodeMessage(int code);
+
+/** Over several lines that fit a terminal behind the program's name; a headline alone is one. */
+QString terminalText(const Message &message);
+
+} // namespace app

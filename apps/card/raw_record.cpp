@@ -1,0 +1,142 @@
+#include "apps/card/raw_record.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+namespace app
+{
+
+namespace
+{
+
+using namespace reader_frames;
+
+QByteArray bigEndian(int number)
+{
+    return QByteArray(1, static_cast<char>(number / 256)) + static_cast<char>(number % 256);
+}
+
+template <std::size_t Size>
+QByteArray bytesOf(const std::array<unsigned char, Size> &bytes, int first, int count)
+{
+    return {reinterpret_cast<const char *>(bytes.data()) + first, count};
+}
+
+QString hex(const QByteArray &bytes)
+{
+    return QLatin1String(bytes.toHex(' ').toUpper());
+}
+
+/** A part of the head and all that may stand there. */
+struct HeadPart {
+    const char *name;
+    int offset;
+    QList<QByteArray> allowed;
+
+    QByteArray in(const QByteArray &record) const
+    {
+        return record.mid(offset, allowed.first().size());
+    }
+
+    QString problemIn(const QByteArray &record) const
+    {
+        if (allowed.contains(in(record)))
+            return {};
+        QStringList expected;
+        for (const QByteArray &bytes : allowed)
+            expected << hex(bytes);
+        return QStringLiteral("at offset %1 (%2) it has %3, where %4 was expected.")
+            .arg(offset)
+            .arg(QLatin1String(name), hex(in(record)), expected.join(QStringLiteral(" or ")));
+    }
+};
+
+/** What the head of a record of `size` bytes holds, in the order in which it is checked. */
+std::array<HeadPart, 6> headOf(int size)
+{
+    constexpr int LENGTHS = 2; // bytes of a length
+    constexpr int STATUS = 3;
+    constexpr int TEXT_LENGTH = STATUS_OFFSET + STATUS;
+    constexpr int PHOTO_LENGTH = TEXT_LENGTH + LENGTHS;
+    return {{
+        {"preamble", 0, {bytesOf(PREAMBLE, 0, LENGTH_OFFSET)}},
+        {"status", STATUS_OFFSET, {bytesOf(READ_ANSWER_STATUS, 0, STATUS)}},
+        {"length of the text", TEXT_LENGTH, {bytesOf(READ_ANSWER_STATUS, STATUS, LENGTHS)}},
+        {"length of the photo",
+         PHOTO_LENGTH,
+         {bytesOf(READ_ANSWER_STATUS, STATUS + LENGTHS, LENGTHS)}},
+        {"number of bytes that follow it", LENGTH_OFFSET, {bigEndian(size - HEAD_SIZE)}},
+        {"length of the fingerprints",
+         PRINT_LENGTH_OFFSET,
+         {bigEndian(0), bigEndian(PRINT_SIZE), bigEndian(2 * PRINT_SIZE)}},
+    }};
+}
+
+QString problemOfSize(int size)
+{
+    QStringList sizes;
+    for (const ReadAnswerSize &known : READ_ANSWER_SIZES)
+        sizes.prepend(QString::number(known.size));
+    const QString expected = sizes.mid(0, sizes.size() - 1).join(QStringLiteral(", ")) +
+                             QStringLiteral(" or ") + sizes.last();
+    if (size > READ_ANSWER_MAX_SIZE) {
+        return QStringLiteral("it goes on at offset %1, where a record of %2 bytes has ended.")
+            .arg(READ_ANSWER_MAX_SIZE)
+            .arg(expected);
+    }
+    return QStringLiteral("it ends at offset %1, where a record of %2 bytes does not.")
+        .arg(size)
+        .arg(expected);
+}
+
+char checksumOf(const QByteArray &record)
+{
+    return std::accumulate(record.begin() + LENGTH_OFFSET, record.end() - CHECKSUM_SIZE, '\0',
+                           [](char sum, char byte) { return static_cast<char>(sum ^ byte); });
+}
+
+QStringList warningsOf(const QByteArray &record)
+{
+    QStringList warnings;
+    const QByteArray prints = bigEndian(record.size() - READ_ANSWER_SIZE_NO_PRINT);
+    const QByteArray declared = record.mid(PRINT_LENGTH_OFFSET, prints.size());
+    if (declared != prints) {
+        warnings << QStringLiteral("at offset %1 (length of the fingerprints) it has %2, where %3 "
+                                   "was expected; its size decides.")
+                        .arg(PRINT_LENGTH_OFFSET)
+                        .arg(hex(declared), hex(prints));
+    }
+    const QByteArray sum(1, checksumOf(record));
+    if (!record.endsWith(sum)) {
+        warnings << QStringLiteral("at offset %1 (checksum) it has %2, where %3 was expected; "
+                                   "something in it is not as the reader sent it.")
+                        .arg(record.size() - CHECKSUM_SIZE)
+                        .arg(hex(record.right(CHECKSUM_SIZE)), hex(sum));
+    }
+    return warnings;
+}
+
+} // namespace
+
+RawRecordCheck checkRawRecord(const QByteArray &bytes)
+{
+    RawRecordCheck check;
+    const auto *const known =
+        std::find_if(READ_ANSWER_SIZES.begin(), READ_ANSWER_SIZES.end(),
+                     [&](const ReadAnswerSize &answer) { return answer.size == bytes.size(); });
+    if (known == READ_ANSWER_SIZES.end()) {
+        check.problem = problemOfSize(bytes.size());
+        return check;
+    }
+    for (const HeadPart &part : headOf(bytes.size())) {
+        check.problem = part.problemIn(bytes);
+        if (!check.problem.isEmpty())
+            return check;
+    }
+    check.prints = known->prints;
+    check.warnings = warningsOf(bytes);
+    return check;
+}
+
+} // namespace app

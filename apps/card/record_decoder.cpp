@@ -1,0 +1,155 @@
+#include "apps/card/record_decoder.h"
+
+#include "apps/process/standard_streams.h"
+#include "common/country_code_list.h"
+#include "iddata/iddata.h"
+#include "reader/reader_frames.h"
+
+namespace app
+{
+
+namespace
+{
+
+/** What stands between name and code in the nationality of a card of the new edition. */
+constexpr const char *NATIONALITY_SEPARATOR = " / ";
+
+std::string countryName(const std::string &code)
+{
+    for (const auto &row : COUNTRY_CODE_LIST) {
+        if (row[1] == code)
+            return row[2];
+    }
+    return {};
+}
+
+template <typename Texts>
+void takePointsOutOfDates(Texts *texts)
+{
+    for (std::string *date : {&texts->szValidStart, &texts->szValidEnd})
+        *date = withoutDatePoints(QString::fromStdString(*date)).toStdString();
+}
+
+/** The text block of a record, decoded into the record of its kind. */
+class TextDecoder
+{
+public:
+    TextDecoder(CIdData *decoder, unsigned char *block) : m_decoder(decoder), m_block(block) {}
+
+    /** Whether the decoder came to its end. */
+    bool decode(ID_TYPE kind, CardTexts *texts)
+    {
+        switch (kind) {
+        case ID_TYPE_CN:
+            m_decoder->parseChinaIdText(m_block, &texts->cn);
+            takePointsOutOfDates(&texts->cn);
+            return true;
+        case ID_TYPE_HMT:
+            m_decoder->parseHMTIDText(m_block, &texts->hmt);
+            takePointsOutOfDates(&texts->hmt);
+            return true;
+        case ID_TYPE_FOREIGN_2017:
+            return decodeForeign(&texts->foreign2017);
+        case ID_TYPE_FOREIGN_NEW:
+            return decodeForeign(&texts->foreignNew);
+        }
+        return false;
+    }
+
+private:
+    bool decodeForeign(Foreign2017Texts *texts)
+    {
+        m_decoder->parseForeign2017IDText(m_block, texts);
+        takePointsOutOfDates(texts);
+        texts->szNationality = countryName(texts->szNationalityCode);
+        return !texts->szSex.empty();
+    }
+
+    bool decodeForeign(ForeignNewTexts *texts)
+    {
+        m_decoder->parseForeignNewIDText(m_block, texts);
+        takePointsOutOfDates(texts);
+        const std::string separator = NATIONALITY_SEPARATOR;
+        const std::string::size_type end = texts->szNationality.find(separator);
+        if (end != std::string::npos)
+            texts->szNationalityCode = texts->szNationality.substr(end + separator.size());
+        texts->szNationality = countryName(texts->szNationalityCode);
+        return !texts->szSex.empty();
+    }
+
+    CIdData *m_decoder;
+    unsigned char *m_block;
+};
+
+bool isBmp(const QByteArray &area)
+{
+    return photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
+           PhotoFormat::Bmp;
+}
+
+/** The photo as a BMP file; else as the card stores it, followed by zeros. */
+QByteArray photoAreaOf(CIdData *decoder, unsigned char *block)
+{
+    QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
+    decoder->parseIDHeadImage(block, reinterpret_cast<unsigned char *>(area.data()));
+    if (photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
+        PhotoFormat::None) {
+        area.replace(0, reader_frames::PHOTO_SIZE, reinterpret_cast<const char *>(block),
+                     reader_frames::PHOTO_SIZE);
+    }
+    return area;
+}
+
+} // namespace
+
+QString withoutDatePoints(const QString &date)
+{
+    constexpr int YEAR = 4;
+    constexpr int MONTH = 2;
+    const auto point = QLatin1Char('.');
+    // A text that is cut into year, month and day may have been too short for all of them.
+    const QString year = date.section(point, 0, 0);
+    const QString month = date.section(point, 1, 1);
+    const QString day = date.section(point, 2);
+    const bool isFormatted = date.count(point) == 2 && year.size() <= YEAR && month.size() <= MONTH;
+    return isFormatted ? year + month + day : date;
+}
+
+std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road road)
+{
+    const HiddenLog hidden;
+    CIdData decoder(record, prints);
+    auto *const bytes = reinterpret_cast<unsigned char *>(record.data());
+    unsigned char *const block = bytes + reader_frames::TEXT_OFFSET;
+
+    ID_TYPE kind = ID_TYPE_CN;
+    CardTexts texts;
+    if (!decoder.parseIDType(block, &kind) || !TextDecoder(&decoder, block).decode(kind, &texts))
+        return std::nullopt;
+
+    CardMedia media;
+    media.photoArea = photoAreaOf(&decoder, bytes + reader_frames::PHOTO_OFFSET);
+    media.fingerprintCount = printCount(prints);
+    const int count = media.fingerprintCount.value_or(0);
+    if (count > 0)
+        media.fingerprints =
+            record.mid(reader_frames::PRINTS_OFFSET, count * reader_frames::PRINT_SIZE);
+    return Card(road, kind, texts, std::move(media));
+}
+
+void decodePhoto(Card *card)
+{
+    QByteArray compressed = card->compressedPhoto();
+    if (compressed.isNull())
+        return;
+    const HiddenLog hidden;
+    QByteArray noRecord;
+    CIdData decoder(noRecord, FP_INFO_NONE);
+    QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
+    decoder.parseIDHeadImage(reinterpret_cast<unsigned char *>(compressed.data()),
+                             reinterpret_cast<unsigned char *>(area.data()));
+    if (isBmp(area))
+        card->setPhoto(area);
+}
+
+} // namespace app

@@ -1,0 +1,30 @@
+#pragma once
+
+// What a raw card record says, by the library's decoders.
+
+#include <optional>
+
+#include "apps/card/card.h"
+
+namespace app
+{
+
+/**
+ * Decodes a record that `checkRawRecord` has accepted. Nothing when the decoder of its kind broke
+ * off: the sex code of a foreigner's card is none of the four that there are.
+ *
+ * What the decoders log, which may be what the card holds, is not shown. A photo that cannot be
+ * decoded stays in the card as the card stores it (`PhotoFormat::Compressed`).
+ */
+std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road road);
+
+/**
+ * Decodes the photo of a card that came by the reader maker's library, which may leave it as the
+ * card stores it. A photo that cannot be decoded stays as it is.
+ */
+void decodePhoto(Card *card);
+
+/** A day of validity as `CIdData` gives it, YYYY.MM.DD, without its points; other text as it is. */
+QString withoutDatePoints(const QString &date);
+
+} // namespace app

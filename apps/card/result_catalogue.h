@@ -1,0 +1,42 @@
+#pragma once
+
+// What every result of `readIDCard` and every exit status means to a person: the one place where
+// these texts stand. `docs/result-codes.md` repeats them; a test holds the two together.
+
+#include <vector>
+
+#include "apps/process/exit_status.h"
+
+namespace app
+{
+
+struct ResultEntry {
+    int code;
+    const char *constant; ///< name in api/result_codes.h
+    const char *summary;  ///< what happened, a sentence
+    const char *cause;
+    const char *remedy;
+    ExitStatus exitStatus;
+};
+
+struct ExitStatusEntry {
+    ExitStatus status;
+    const char *meaning;
+};
+
+/**
+ * All results. Code 0 has two rows: a card was read (`ExitStatus::Done`), and the call returned 0
+ * without filling a record (`ExitStatus::NothingRead`).
+ */
+const std::vector<ResultEntry> &resultCatalogue();
+
+/** All exit statuses, ascending. */
+const std::vector<ExitStatusEntry> &exitStatusCatalogue();
+
+/**
+ * The row of a result of `readIDCard`; `recordFilled` decides between the two rows of code 0. Null
+ * for a number that is none of its results.
+ */
+const ResultEntry *findResult(int code, bool recordFilled);
+
+} // namespace app

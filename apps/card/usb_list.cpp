@@ -1,0 +1,86 @@
+#include "apps/card/usb_list.h"
+
+#include <algorithm>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "apps/process/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+QString yesOrNo(bool answer)
+{
+    return answer ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+} // namespace
+
+QString designation(const UsbDevice &device)
+{
+    const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
+    return name.isEmpty() ? QStringLiteral("(%1)").arg(device.deviceClass)
+                          : QStringLiteral("%1 (%2)").arg(name, device.deviceClass);
+}
+
+int likelyReader(const QVector<UsbDevice> &devices)
+{
+    const auto *const found =
+        std::find_if(devices.begin(), devices.end(),
+                     [](const UsbDevice &device) { return device.hasReaderPipes; });
+    return found == devices.end() ? 0 : static_cast<int>(found - devices.begin());
+}
+
+QByteArray toJson(const QVector<UsbDevice> &devices)
+{
+    QJsonArray array;
+    for (const UsbDevice &device : devices) {
+        array << QJsonObject{{"device", toText(device.ids)},
+                             {"bus", device.bus},
+                             {"address", device.address},
+                             {"node", device.node},
+                             {"mayOpen", device.mayOpen},
+                             {"class", device.deviceClass},
+                             {"manufacturer", textOrNull(device.manufacturer)},
+                             {"product", textOrNull(device.product)},
+                             {"hasReaderPipes", device.hasReaderPipes}};
+    }
+    return QJsonDocument(array).toJson();
+}
+
+QString toTable(const QVector<UsbDevice> &devices)
+{
+    if (devices.isEmpty())
+        return {};
+    QVector<QStringList> rows{{QStringLiteral("DEVICE"), QStringLiteral("NODE"),
+                               QStringLiteral("MAY OPEN"), QStringLiteral("READER\'S PIPES"),
+                               QStringLiteral("WHAT IT IS")}};
+    for (const UsbDevice &device : devices) {
+        rows << QStringList{toText(device.ids), device.node, yesOrNo(device.mayOpen),
+                            yesOrNo(device.hasReaderPipes), designation(device)};
+    }
+    return alignedTable(rows);
+}
+
+QString emptyListNote()
+{
+    constexpr int FIRST_LINE_WIDTH = 64; // it comes after the program's name
+    return wrapped(
+        QStringLiteral("There is no USB device here, but perhaps hubs. See that the reader is "
+                       "plugged in and has power, and that /sys/bus/usb/devices and /dev/bus/usb "
+                       "are there: a container or a virtual machine has only the devices that are "
+                       "handed in."),
+        FIRST_LINE_WIDTH, 2);
+}
+
+} // namespace app

@@ -1,0 +1,48 @@
+#pragma once
+
+// The doctor's checks as a table, and what they find on a machine.
+
+#include <vector>
+
+#include "apps/doctor/judgements.h"
+
+namespace app::doctor
+{
+
+enum class Group { General, Library, Usb, Photos, Pictures };
+
+struct CheckRow {
+    const char *id;    ///< for programs
+    const char *title; ///< for people
+    Group group;
+    bool isForLibrary; ///< whether reading through the reader maker's library needs it
+    bool isForUsb;     ///< whether reading over USB does
+    Findings (*judge)(const Environment &environment);
+};
+
+/** In the order of the report; the rows of a group stand together. */
+const std::vector<CheckRow> &checkTable();
+
+struct GroupRow {
+    Group group;
+    const char *id;
+    const char *title;
+};
+
+const std::vector<GroupRow> &groupTable();
+
+/** What a check found. */
+struct CheckedFinding {
+    const CheckRow *check;
+    Finding finding;
+};
+
+/** All findings of the checks that the roads of `environment` need. */
+std::vector<CheckedFinding> judge(const Environment &environment);
+
+Level worstOf(const std::vector<CheckedFinding> &findings);
+
+/** Whether `roads` needs a check of this row. */
+bool isNeeded(const CheckRow &row, Roads roads);
+
+} // namespace app::doctor

@@ -1,0 +1,225 @@
+// Judges the makers' two libraries.
+
+#include "apps/doctor/judgements.h"
+
+#include <algorithm>
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QRegularExpression>
+
+namespace app::doctor
+{
+
+namespace
+{
+
+/** What is wrong with a library. */
+struct Problem {
+    const char *name = "none"; ///< for programs
+    QString text;
+    QString remedy;
+    QStringList commands = {};
+};
+
+struct Names {
+    const char *what;  ///< "the reader maker's library"
+    const char *maker; ///< whom to ask
+};
+
+/** A path as a word of a shell command. */
+QString quoted(const QString &path)
+{
+    static const QRegularExpression plain(QStringLiteral("\\A[\\w./+@:,-]+\\z"));
+    if (plain.match(path).hasMatch())
+        return path;
+    return QLatin1Char('\'') + QString(path).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
+           QLatin1Char('\'');
+}
+
+/** The file at which loading ended: the loader was given a path, or found it by its name. */
+QString triedFile(const LibraryState &state)
+{
+    const auto *const sound =
+        std::find_if(state.files.begin(), state.files.end(),
+                     [](const LibraryFile &file) { return file.shape == LibraryShape::Sound; });
+    const bool isPath = state.tried.contains(QLatin1Char('/'));
+    return isPath || sound == state.files.end() ? state.tried : sound->path;
+}
+
+/** The library that the loader misses for the one that it was to load; empty when none. */
+QString missingDependency(const LibraryState &state)
+{
+    for (const QString &error : state.errors) {
+        QString name =
+            QRegularExpression(QStringLiteral("^([^ :]+): cannot open shared object file: No such"))
+                .match(error)
+                .captured(1);
+        if (!name.isEmpty() && QFileInfo(name).fileName() != state.fileName)
+            return name;
+    }
+    return {};
+}
+
+Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const Names &names)
+{
+    const QString maker = QLatin1String(names.maker);
+    switch (file.shape) {
+    case LibraryShape::OtherMachine:
+        return {"other-machine",
+                QStringLiteral("%1 is for another processor: %2; this program is for %3")
+                    .arg(file.path, file.machine, state.ownMachine),
+                QStringLiteral("Get the library for %1 from %2 and put it in this one's place.")
+                    .arg(state.ownMachine, maker)};
+    case LibraryShape::CutOff:
+        return {"truncated",
+                QStringLiteral("%1 is cut off: %2 bytes are less than its own headers tell")
+                    .arg(file.path)
+                    .arg(QFileInfo(file.path).size()),
+                QStringLiteral("Copy the file anew from what %1 delivered and compare the two:")
+                    .arg(maker),
+                {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
+    case LibraryShape::Unreadable:
+        return {"unreadable",
+                QStringLiteral("%1 cannot be read by this user, or leads nowhere").arg(file.path),
+                QStringLiteral("See where it leads, and let everybody read the file, as root:"),
+                {QStringLiteral("ls -lL %1").arg(quoted(file.path)),
+                 QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
+    case LibraryShape::NoLibrary:
+        return {"no-library",
+                QStringLiteral("%1 is no library").arg(file.path),
+                QStringLiteral("Put the file that %1 delivered in its place; what it is now:")
+                    .arg(maker),
+                {QStringLiteral("file %1").arg(quoted(file.path))}};
+    case LibraryShape::Sound:
+        break;
+    }
+    return {};
+}
+
+/** Why a library that is there was not loaded. */
+Problem loadingProblem(const LibraryState &state, const Names &names)
+{
+    const QString dependency = missingDependency(state);
+    if (!dependency.isEmpty()) {
+        const QString path = triedFile(state);
+        return {"missing-dependency",
+                QStringLiteral("%1 needs %2, which is not here").arg(path, dependency),
+                QStringLiteral("Install what has %1; %2 tells what the library needs. All that is "
+                               "missing:")
+                    .arg(dependency, QLatin1String(names.maker)),
+                {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(path)),
+                 QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
+    }
+    for (const LibraryFile &file : state.files) {
+        if (file.shape != LibraryShape::Sound)
+            return problemOfFile(state, file, names);
+    }
+    if (!state.files.isEmpty()) {
+        return {"not-loadable",
+                QStringLiteral("%1 cannot be loaded: %2")
+                    .arg(state.files.first().path, state.errors.value(0)),
+                QStringLiteral("Get a version of it for this system from %1; the loader's whole "
+                               "account:")
+                    .arg(QLatin1String(names.maker)),
+                {QStringLiteral("ldd -r %1").arg(quoted(state.files.first().path))}};
+    }
+    return {"not-found",
+            QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache")
+                .arg(QLatin1String(names.what), state.fileName,
+                     state.places.join(QStringLiteral(", "))),
+            QStringLiteral("Put the file that %1 delivered, or a link to it, under this name "
+                           "beside libidcard_reader_lib.so, as root:")
+                .arg(QLatin1String(names.maker)),
+            {QStringLiteral("ln -s /PATH/OF/THE/MAKERS/FILE %1")
+                 .arg(quoted(state.ownFolder + QLatin1Char('/') + state.fileName))}};
+}
+
+Problem problemOf(const LibraryState &state, const Names &names)
+{
+    switch (state.loading) {
+    case Loading::NotTried:
+        return {};
+    case Loading::Loaded:
+        if (state.missing.isEmpty())
+            return {};
+        return {"missing-function",
+                QStringLiteral("%1 has no function %2")
+                    .arg(state.tried, state.missing.join(QStringLiteral(", "))),
+                QStringLiteral("It is another library, or another version, under this name. Put "
+                               "the one that %1 delivered in its place. What it has:")
+                    .arg(QLatin1String(names.maker)),
+                {QStringLiteral("nm -D --defined-only %1").arg(quoted(state.tried))}};
+    case Loading::Crashed:
+        for (const LibraryFile &file : state.files) {
+            if (file.shape == LibraryShape::CutOff)
+                return problemOfFile(state, file, names);
+        }
+        return {"crash",
+                QStringLiteral("Loading %1 crashes (%2), and with it every program that reads")
+                    .arg(triedFile(state), state.crash),
+                QStringLiteral("Get another version of it from %1, and tell them. Take this one "
+                               "away until then.")
+                    .arg(QLatin1String(names.maker))};
+    case Loading::Hung:
+        return {"hang",
+                QStringLiteral("Loading %1 hangs, and with it every program that reads")
+                    .arg(triedFile(state)),
+                QStringLiteral("End other programs that use the reader and plug it in anew. If it "
+                               "stays so, get another version from %1.")
+                    .arg(QLatin1String(names.maker))};
+    case Loading::NotLoaded:
+        break;
+    }
+    return loadingProblem(state, names);
+}
+
+Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsence)
+{
+    const Problem problem = problemOf(state, names);
+    const bool isInProcess = state.loading == Loading::NotTried;
+    const bool isFine = problem.text.isEmpty();
+    Finding finding;
+    finding.facts = {
+        {"fileName", state.fileName},
+        {"functions", QJsonArray::fromStringList(state.functions)},
+        {"missing", QJsonArray::fromStringList(state.missing)},
+        {"places", QJsonArray::fromStringList(state.places)},
+        {"isInProcess", isInProcess},
+        {"file", isInProcess
+                     ? textOrNull(state.definedIn)
+                     : (state.loading == Loading::Loaded ? textOrNull(state.tried) : QJsonValue())},
+        {"problem", QLatin1String(problem.name)}};
+    if (isFine) {
+        finding.text = isInProcess ? QStringLiteral("its functions are in the process already, "
+                                                    "from %1")
+                                         .arg(state.definedIn)
+                                   : state.tried;
+        return finding;
+    }
+    finding.level =
+        QLatin1String(problem.name) == QLatin1String("not-found") ? levelOfAbsence : Level::Failure;
+    finding.text = problem.text;
+    finding.text[0] = finding.text[0].toUpper();
+    finding.remedy = problem.remedy;
+    finding.commands = problem.commands;
+    return finding;
+}
+
+} // namespace
+
+Findings checkReaderLibrary(const Environment &environment)
+{
+    return {judged(environment.readerLibrary, {"the reader maker's library", "the reader's maker"},
+                   Level::Failure)};
+}
+
+Findings checkPhotoDecoder(const Environment &environment)
+{
+    // Many readers deliver photos decoded to their maker's library; over USB none does.
+    const Level absence = environment.roads == Roads::Library ? Level::Warning : Level::Failure;
+    return {judged(environment.photoDecoder,
+                   {"the photo decoder", "the maker of the photo decoder"}, absence)};
+}
+
+} // namespace app::doctor

@@ -1,0 +1,161 @@
+#include "apps/doctor/report.h"
+
+#include <algorithm>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "apps/process/text_layout.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+constexpr int MARKER_WIDTH = 9;
+constexpr int TITLE_WIDTH = 17;
+constexpr int TEXT_COLUMN = MARKER_WIDTH + TITLE_WIDTH;
+constexpr int COMMAND_INDENT = 3;
+
+QString markerOf(Level level)
+{
+    switch (level) {
+    case Level::Fine:
+        return QStringLiteral("ok");
+    case Level::Warning:
+        return QStringLiteral("warning");
+    case Level::Failure:
+        break;
+    }
+    return QStringLiteral("FAILURE");
+}
+
+QString indented(const QString &text)
+{
+    return wrapped(printable(text), HELP_WIDTH - TEXT_COLUMN, TEXT_COLUMN);
+}
+
+QString toLines(const CheckedFinding &one)
+{
+    const Finding &finding = one.finding;
+    QString lines = padded(markerOf(finding.level), MARKER_WIDTH) +
+                    padded(QLatin1String(one.check->title), TITLE_WIDTH) + indented(finding.text) +
+                    QLatin1Char('\n');
+    if (!finding.remedy.isEmpty())
+        lines += QString(TEXT_COLUMN, QLatin1Char(' ')) +
+                 indented(QStringLiteral("-> ") + finding.remedy) + QLatin1Char('\n');
+    int width = 0;
+    for (const QString &command : finding.commands)
+        width = std::max(width, displayWidth(printable(command)));
+    // One that is too long for the column begins further left rather than being broken.
+    const int column = TEXT_COLUMN + COMMAND_INDENT + width <= HELP_WIDTH
+                           ? TEXT_COLUMN + COMMAND_INDENT
+                           : (MARKER_WIDTH + width <= HELP_WIDTH ? MARKER_WIDTH : 0);
+    for (const QString &command : finding.commands)
+        lines += QString(column, QLatin1Char(' ')) + printable(command) + QLatin1Char('\n');
+    return lines;
+}
+
+int countOf(const std::vector<CheckedFinding> &findings, Level level)
+{
+    return static_cast<int>(
+        std::count_if(findings.begin(), findings.end(),
+                      [level](const CheckedFinding &one) { return one.finding.level == level; }));
+}
+
+QString counted(int count, const char *what)
+{
+    return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(what),
+                                                    QLatin1String(count == 1 ? "" : "s"));
+}
+
+QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
+{
+    const int failures = countOf(findings, Level::Failure);
+    const int warnings = countOf(findings, Level::Warning);
+    if (failures == 0 && warnings == 0)
+        return QStringLiteral("All is fine: %1.\n")
+            .arg(counted(static_cast<int>(findings.size()), "check"));
+    QString text = QStringLiteral("%1, %2, %3 fine.")
+                       .arg(counted(failures, "failure"), counted(warnings, "warning"))
+                       .arg(countOf(findings, Level::Fine));
+    if (roads == Roads::Both && failures != 0)
+        text += QStringLiteral(" A counter needs one road only; --road library or --road usb "
+                               "leaves the other out.");
+    return wrapped(text, HELP_WIDTH, 0) + QLatin1Char('\n');
+}
+
+const char *levelName(Level level)
+{
+    switch (level) {
+    case Level::Fine:
+        return "ok";
+    case Level::Warning:
+        return "warning";
+    case Level::Failure:
+        break;
+    }
+    return "failure";
+}
+
+const GroupRow &rowOf(Group group)
+{
+    return *std::find_if(groupTable().begin(), groupTable().end(),
+                         [group](const GroupRow &row) { return row.group == group; });
+}
+
+const char *roadsName(Roads roads)
+{
+    switch (roads) {
+    case Roads::Library:
+        return "library";
+    case Roads::Usb:
+        return "usb";
+    case Roads::Both:
+        break;
+    }
+    return "both";
+}
+
+} // namespace
+
+QString toReport(const std::vector<CheckedFinding> &findings, Roads roads)
+{
+    QString text;
+    const GroupRow *last = nullptr;
+    for (const CheckedFinding &one : findings) {
+        const GroupRow *const group = &rowOf(one.check->group);
+        if (group != last)
+            text += QStringLiteral("%1%2\n").arg(QLatin1String(last == nullptr ? "" : "\n"),
+                                                 QLatin1String(group->title));
+        last = group;
+        text += toLines(one);
+    }
+    return text + QLatin1Char('\n') + summary(findings, roads);
+}
+
+QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads)
+{
+    QJsonArray array;
+    for (const CheckedFinding &one : findings) {
+        const Finding &finding = one.finding;
+        array << QJsonObject{{"group", QLatin1String(rowOf(one.check->group).id)},
+                             {"check", QLatin1String(one.check->id)},
+                             {"level", QLatin1String(levelName(finding.level))},
+                             {"text", finding.text},
+                             {"remedy", textOrNull(finding.remedy)},
+                             {"commands", QJsonArray::fromStringList(finding.commands)},
+                             {"facts", finding.facts}};
+    }
+    const QJsonObject report{
+        {"road", QLatin1String(roadsName(roads))},
+        {"result", QLatin1String(levelName(worstOf(findings)))},
+        {"counts", QJsonObject{{"ok", countOf(findings, Level::Fine)},
+                               {"warning", countOf(findings, Level::Warning)},
+                               {"failure", countOf(findings, Level::Failure)}}},
+        {"findings", array}};
+    return QJsonDocument(report).toJson();
+}
+
+} // namespace app::doctor

@@ -1,0 +1,19 @@
+#pragma once
+
+// The doctor's findings as text for people and as JSON for programs.
+
+#include <QByteArray>
+#include <QString>
+
+#include "apps/doctor/checks.h"
+
+namespace app::doctor
+{
+
+/** Lines that fit a terminal; commands stand alone on theirs, however long. */
+QString toReport(const std::vector<CheckedFinding> &findings, Roads roads);
+
+/** An object as docs/doctor.schema.json has it, over several lines, ending with a line break. */
+QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads);
+
+} // namespace app::doctor

@@ -1,0 +1,140 @@
+// Judges the readers on the USB bus and who uses them.
+
+#include <QJsonArray>
+
+#include "apps/card/usb_catalogue.h"
+#include "apps/card/usb_list.h"
+#include "apps/doctor/usb_nodes.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+QString place(const UsbNode &node)
+{
+    return QStringLiteral("%1 at %2").arg(toText(node.device.ids), node.device.node);
+}
+
+} // namespace
+
+Findings checkReader(const Environment &environment)
+{
+    const UsbState &usb = environment.usb;
+    const QJsonObject none{{"device", usb.asked ? QJsonValue(toText(*usb.asked)) : QJsonValue()},
+                           {"node", QJsonValue()},
+                           {"manufacturer", QJsonValue()},
+                           {"product", QJsonValue()},
+                           {"hasReaderPipes", QJsonValue()}};
+    if (usb.code != 0) {
+        const ResultEntry *const entry = findUsbResult(usb.code);
+        return {{Level::Failure,
+                 QString::fromUtf8(entry->summary),
+                 QString::fromUtf8(entry->remedy),
+                 {QStringLiteral("ls -l /dev/bus/usb /sys/bus/usb")},
+                 none}};
+    }
+    if (usb.nodes.isEmpty()) {
+        const QString seen = usb.others == 0
+                                 ? QStringLiteral("the bus is empty, but perhaps for hubs")
+                                 : QStringLiteral("%1 other devices are there").arg(usb.others);
+        const QString missing =
+            usb.asked ? QStringLiteral("%1 is not on the USB bus").arg(toText(*usb.asked))
+                      : QStringLiteral("No device on the USB bus could be a reader");
+        return {{Level::Failure,
+                 QStringLiteral("%1; %2").arg(missing, seen),
+                 QStringLiteral("Plug the reader in, straight into the computer, and see that it "
+                                "has power. A container or virtual machine has only the devices "
+                                "that are handed in. What is there:"),
+                 {QStringLiteral("idcard-reader usb --list")},
+                 none}};
+    }
+    return forEach(environment, [](const UsbNode &node) {
+        const UsbDevice &device = node.device;
+        QJsonObject facts = nodeFacts(node);
+        facts["manufacturer"] = textOrNull(device.manufacturer);
+        facts["product"] = textOrNull(device.product);
+        facts["hasReaderPipes"] = device.hasReaderPipes;
+        const QString name = designation(device);
+        const QString text =
+            place(node) + QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", ") + name;
+        if (device.hasReaderPipes)
+            return Finding{Level::Fine, text, {}, {}, facts};
+        return Finding{Level::Failure,
+                       text + QStringLiteral(": it has not the pipes of a reader that this "
+                                             "library knows"),
+                       QStringLiteral("See whether these ids are those of the reader. One with "
+                                      "other pipes is read through its maker's library alone:"),
+                       {QStringLiteral("idcard-reader doctor --road library")},
+                       facts};
+    });
+}
+
+Findings checkDriver(const Environment &environment)
+{
+    return forEach(environment, [](const UsbNode &node) {
+        const QString &driver = node.device.driver;
+        QJsonObject facts = nodeFacts(node);
+        facts["driver"] = textOrNull(driver);
+        if (driver.isEmpty())
+            return Finding{Level::Fine, QStringLiteral("None is bound"), {}, {}, facts};
+        // A program that has claimed the interface appears as this driver.
+        if (driver == QLatin1String("usbfs")) {
+            return Finding{
+                Level::Fine, QStringLiteral("None but that of a program (usbfs)"), {}, {}, facts};
+        }
+        return Finding{
+            Level::Warning,
+            QStringLiteral(
+                "\"%1\" is bound to the reader; every reading takes the reader away from "
+                "it and gives it back")
+                .arg(driver),
+            QStringLiteral(
+                "If reading fails with USB_READER_CLAIM_FAILED, keep the driver from it, "
+                "as root, and plug the reader in anew:"),
+            {QStringLiteral("echo 'blacklist %1' > /etc/modprobe.d/idcard-reader.conf").arg(driver),
+             QStringLiteral("rmmod %1").arg(driver)},
+            facts};
+    });
+}
+
+Findings checkHolder(const Environment &environment)
+{
+    return forEach(environment, [](const UsbNode &node) {
+        const Holders &holders = node.holders;
+        const bool isClaimed = node.device.driver == QLatin1String("usbfs");
+        QJsonArray processes;
+        QStringList names;
+        for (const Holder &holder : holders.processes) {
+            processes << QJsonObject{{"process", holder.process}, {"name", holder.name}};
+            names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
+        }
+        QJsonObject facts = nodeFacts(node);
+        facts["isClaimed"] = isClaimed;
+        facts["processes"] = processes;
+        facts["unseenProcesses"] = holders.unseen;
+        const QString unseen =
+            holders.unseen == 0
+                ? QString()
+                : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees "
+                                 "them")
+                      .arg(holders.unseen);
+        if (names.isEmpty() && !isClaimed)
+            return Finding{
+                Level::Fine, QStringLiteral("By no program%1").arg(unseen), {}, {}, facts};
+        const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
+                                            : names.join(QStringLiteral(", "));
+        // One program at a time can use a reader.
+        return Finding{isClaimed ? Level::Failure : Level::Warning,
+                       isClaimed
+                           ? QStringLiteral("The reader is held by %1%2").arg(who, unseen)
+                           : QStringLiteral("The reader's node is open in %1%2").arg(who, unseen),
+                       QStringLiteral("One program at a time can use a reader: end the other one "
+                                      "first. Which it is, as root:"),
+                       {QStringLiteral("fuser -v %1").arg(node.device.node)},
+                       facts};
+    });
+}
+
+} // namespace app::doctor

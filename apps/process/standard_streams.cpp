@@ -1,0 +1,190 @@
+#include "apps/process/standard_streams.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include <QtGlobal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace app
+{
+
+namespace
+{
+
+bool foreignOutputShown = false;
+int hiddenLogs = 0;
+const char *nameOfProgram = "idcard-reader";
+
+int writeAll(int descriptor, const QByteArray &bytes)
+{
+    const char *next = bytes.constData();
+    auto left = static_cast<std::size_t>(bytes.size());
+    while (left > 0) {
+        const ssize_t written = ::write(descriptor, next, left);
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        next += written;
+        left -= static_cast<std::size_t>(written);
+    }
+    return 0;
+}
+
+/** A closed standard stream would hand its number to the next file opened. */
+void occupyClosedStandardStreams()
+{
+    const int null = ::open("/dev/null", O_RDWR);
+    if (null < 0)
+        return;
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (stream != null && ::fcntl(stream, F_GETFD) == -1)
+            ::dup2(null, stream);
+    }
+    if (null > STDERR_FILENO)
+        ::close(null);
+}
+
+void sendStandardOutputToNull()
+{
+    const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (null < 0)
+        return;
+    ::dup2(null, STDOUT_FILENO);
+    ::close(null);
+}
+
+void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
+{
+    switch (type) {
+    case QtDebugMsg:
+    case QtInfoMsg:
+    case QtWarningMsg: // Qt's own, on matters that no user of this program can judge
+        if (foreignOutputShown && hiddenLogs == 0)
+            printToStandardError(message + QLatin1Char('\n'));
+        break;
+    case QtCriticalMsg:
+        tell(message);
+        break;
+    case QtFatalMsg:
+        // Qt ends the process with a core dump after this; no user is helped by one.
+        tell(message);
+        tell(QStringLiteral("Qt could not start. If there is no display here, unset DISPLAY and "
+                            "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
+        std::_Exit(static_cast<int>(ExitStatus::ProgramFailed));
+    }
+}
+
+} // namespace
+
+Output::Output()
+    // A number above the standard streams, also when one of them is closed.
+    : m_descriptor(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
+{
+    if (m_descriptor < 0)
+        m_error = errno;
+    occupyClosedStandardStreams();
+    sendStandardOutputToNull();
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is then told by `write`
+}
+
+Output::~Output()
+{
+    close();
+}
+
+bool Output::write(const QByteArray &bytes)
+{
+    if (m_error == 0)
+        m_error = writeAll(m_descriptor, bytes);
+    return m_error == 0;
+}
+
+bool Output::close()
+{
+    if (m_descriptor >= 0 && ::close(m_descriptor) != 0 && m_error == 0)
+        m_error = errno;
+    m_descriptor = -1;
+    return m_error == 0;
+}
+
+QString Output::problem() const
+{
+    return m_error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(m_error));
+}
+
+ExitStatus closedWith(ExitStatus status, Output *output)
+{
+    output->close();
+    if (output->problem().isEmpty())
+        return status;
+    tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
+                        "program it goes to can take it all, and start again.")
+             .arg(output->problem()));
+    return status == ExitStatus::Done ? ExitStatus::ProgramFailed : status;
+}
+
+void showForeignOutput()
+{
+    foreignOutputShown = true;
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+void installMessageHandler()
+{
+    qInstallMessageHandler(handleMessage);
+}
+
+HiddenLog::HiddenLog()
+{
+    ++hiddenLogs;
+}
+
+HiddenLog::~HiddenLog()
+{
+    --hiddenLogs;
+}
+
+void setProgramName(const char *name)
+{
+    nameOfProgram = name;
+}
+
+const char *programName()
+{
+    return nameOfProgram;
+}
+
+void tell(const QString &message)
+{
+    printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(nameOfProgram), message));
+}
+
+ExitStatus answer(const QString &problem, const QString &text, Output *output)
+{
+    if (!problem.isEmpty()) {
+        tell(problem);
+        return ExitStatus::WrongUsage;
+    }
+    output->write(text.toUtf8());
+    return ExitStatus::Done;
+}
+
+void printToStandardError(const QString &text)
+{
+    // Nobody is left to be told when this fails.
+    writeAll(STDERR_FILENO, text.toUtf8());
+}
+
+bool isStandardErrorTerminal()
+{
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
+} // namespace app

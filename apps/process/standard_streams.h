@@ -1,0 +1,86 @@
+#pragma once
+
+// Keeps standard output for the program's own results. The library prints to it (wide characters,
+// which would end a program's own output there), and so may the reader maker's library.
+
+#include <QByteArray>
+#include <QString>
+
+#include "apps/process/exit_status.h"
+
+namespace app
+{
+
+/**
+ * The program's own results. Takes standard output over when made; what anything else in the
+ * process prints there afterwards is dropped, or shown on standard error after
+ * `showForeignOutput`. One object per process.
+ */
+class Output
+{
+public:
+    Output();
+    ~Output();
+    Output(const Output &) = delete;
+    Output(Output &&) = delete;
+    Output &operator=(const Output &) = delete;
+    Output &operator=(Output &&) = delete;
+
+    /** Writes at once. Returns false, and never writes again, after a failure. */
+    bool write(const QByteArray &bytes);
+
+    /** Closes; the last chance of the system to report a failure. */
+    bool close();
+
+    /** Why writing failed; empty while all went well. */
+    QString problem() const;
+
+private:
+    int m_descriptor;
+    int m_error = 0;
+};
+
+/** Closes `output`. Returns how the program ends: with `status`, or failed if writing did, told. */
+ExitStatus closedWith(ExitStatus status, Output *output);
+
+/** Lets foreign output to standard output, and what Qt logs, appear on standard error. */
+void showForeignOutput();
+
+/** Sends what Qt logs to standard error; what is not critical only after `showForeignOutput`. */
+void installMessageHandler();
+
+/**
+ * While it lives, what Qt logs is not shown, unless it is critical: the library's decoders log what
+ * the card holds.
+ */
+class HiddenLog
+{
+public:
+    HiddenLog();
+    ~HiddenLog();
+    HiddenLog(const HiddenLog &) = delete;
+    HiddenLog(HiddenLog &&) = delete;
+    HiddenLog &operator=(const HiddenLog &) = delete;
+    HiddenLog &operator=(HiddenLog &&) = delete;
+};
+
+/** Under which name `tell` speaks; "idcard-reader" unless it is called. The text must live on. */
+void setProgramName(const char *name);
+const char *programName();
+
+/** Prints a message for people on standard error, behind the program's name. */
+void tell(const QString &message);
+
+/**
+ * Ends a program that has nothing else to do: tells the problem of its command line, or without one
+ * writes the text that was asked for. Returns how the program ends.
+ */
+ExitStatus answer(const QString &problem, const QString &text, Output *output);
+
+/** Prints `text` on standard error as it is. */
+void printToStandardError(const QString &text);
+
+/** Whether standard error is a terminal that shows signs of life. */
+bool isStandardErrorTerminal();
+
+} // namespace app

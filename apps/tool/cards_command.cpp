@@ -1,0 +1,36 @@
+// The command "cards".
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "apps/process/text_layout.h"
+#include "apps/tool/commands.h"
+#include "simulator/card/card_library.h"
+
+namespace app
+{
+
+ExitStatus runCards(const Options &options, Output *output)
+{
+    QVector<QStringList> rows{
+        {QStringLiteral("NAME"), QStringLiteral("KIND"), QStringLiteral("TITLE")}};
+    QJsonArray cards;
+    for (const QString &name : simulator::builtInCardNames()) {
+        simulator::DescriptionError error;
+        const auto card = simulator::loadCard(name, &error);
+        if (!card) {
+            tell(QStringLiteral("The built-in card %1 cannot be used; this program is broken. "
+                                "Install it again.")
+                     .arg(name));
+            return ExitStatus::ProgramFailed;
+        }
+        const QString kind = simulator::cardKindName(card->kind);
+        rows << QStringList{name, kind, card->title};
+        cards << QJsonObject{{"name", name}, {"kind", kind}, {"title", card->title}};
+    }
+    output->write(options.json ? QJsonDocument(cards).toJson() : alignedTable(rows).toUtf8());
+    return ExitStatus::Done;
+}
+
+} // namespace app

@@ -1,0 +1,70 @@
+// The command "decode".
+
+#include <QFile>
+
+#include <unistd.h>
+
+#include "apps/card/raw_record.h"
+#include "apps/tool/card_delivery.h"
+#include "apps/tool/commands.h"
+#include "apps/tool/simulator_setup.h"
+
+namespace app
+{
+
+namespace
+{
+
+/** What a command that takes bytes was given. */
+struct Input {
+    QString name; ///< for people
+    QByteArray bytes;
+    QString problem; ///< why it could not be read; empty when it was
+};
+
+/** Reads no more than it takes to tell a record from what is none. */
+Input readInput(const QString &path)
+{
+    const bool isStandardInput = path.isEmpty() || path == QLatin1String("-");
+    QFile file(path);
+    Input input;
+    input.name = isStandardInput ? QStringLiteral("Standard input") : path;
+    const QIODevice::OpenMode mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
+    const bool isOpen = isStandardInput ? file.open(STDIN_FILENO, mode) : file.open(mode);
+    QByteArray part;
+    do {
+        part = isOpen ? file.read(RAW_RECORD_READ_LIMIT - input.bytes.size()) : QByteArray();
+        input.bytes += part;
+    } while (!part.isEmpty() && input.bytes.size() < RAW_RECORD_READ_LIMIT);
+    if (file.error() != QFileDevice::NoError)
+        input.problem = file.errorString();
+    return input;
+}
+
+} // namespace
+
+ExitStatus runDecode(const Options &options, Output *output)
+{
+    const SimulatorProblem problem = prepareSimulatorPhotos(options);
+    if (problem)
+        return told(problem);
+    if (!canBeSaved(options))
+        return ExitStatus::FilesNotWritten;
+
+    const Input input = readInput(options.argument);
+    if (!input.problem.isEmpty()) {
+        tell(QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.")
+                 .arg(input.name, input.problem));
+        return ExitStatus::WrongUsage;
+    }
+    const RawRecordCheck check = checkRawRecord(input.bytes);
+    if (!check.isRecord()) {
+        tell(QStringLiteral("%1 is no raw card record: %2").arg(input.name, check.problem));
+        return ExitStatus::WrongUsage;
+    }
+    for (const QString &warning : check.warnings)
+        tell(QStringLiteral("%1 is an odd record: %2").arg(input.name, warning));
+    return deliverRecord(input.bytes, check.prints, Road::File, options, output);
+}
+
+} // namespace app

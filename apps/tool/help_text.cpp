@@ -1,0 +1,103 @@
+#include "apps/tool/help_text.h"
+
+#include <algorithm>
+
+#include "apps/card/result_catalogue.h"
+#include "apps/process/text_layout.h"
+#include "simulator/card/faults.h"
+
+namespace app
+{
+
+namespace
+{
+
+QString exitStatusSection()
+{
+    QVector<QStringList> rows;
+    for (const ExitStatusEntry &entry : exitStatusCatalogue())
+        rows << QStringList{QString::number(static_cast<int>(entry.status)),
+                            QString::fromUtf8(entry.meaning)};
+    return helpSection("Exit status", rows);
+}
+
+QString faultSection()
+{
+    QVector<QStringList> rows;
+    for (const simulator::FaultRule &rule : simulator::makersFaultRules())
+        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning)};
+    return helpSection("Faults of the simulator", rows);
+}
+
+const QStringList &simulatorVariable()
+{
+    static const QStringList row{
+        QStringLiteral("IDCARD_SIMULATOR_LIBRARY"),
+        QStringLiteral("The simulator's library file, when it is not found by itself.")};
+    return row;
+}
+
+const QStringList &platformVariable()
+{
+    static const QStringList row{
+        QStringLiteral("QT_QPA_PLATFORM"),
+        QStringLiteral("Qt's platform; \"offscreen\" is chosen when there is no display.")};
+    return row;
+}
+
+QString environmentSection(Command command)
+{
+    if (command == Command::Cards)
+        return {};
+    QVector<QStringList> rows;
+    if (command != Command::Doctor)
+        rows << simulatorVariable();
+    if (paintsCards(command) || command == Command::Doctor)
+        rows.prepend(platformVariable());
+    return helpSection("Environment", rows);
+}
+
+} // namespace
+
+QString overallHelp()
+{
+    QVector<QStringList> commands;
+    for (const CommandRow &row : commandTable())
+        commands << QStringList{QLatin1String(row.name), QLatin1String(row.summary)};
+    return QStringLiteral("Usage: idcard-reader COMMAND [options]\n\n") +
+           wrapped(QStringLiteral("Reads Chinese identity documents with a desktop card reader: "
+                                  "resident identity cards, residence permits for Hong Kong, Macao "
+                                  "and Taiwan residents, and foreigners' permanent residence "
+                                  "cards."),
+                   HELP_WIDTH, 0) +
+           QLatin1Char('\n') + helpSection("Commands", commands) +
+           helpSection("Options",
+                       {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
+                        {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
+           exitStatusSection() +
+           helpSection("Environment", {platformVariable(), simulatorVariable()}) +
+           QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
+}
+
+QString commandHelp(const CommandRow &command)
+{
+    QVector<QStringList> options;
+    bool hasFaults = false;
+    for (const OptionRow &row : optionTable()) {
+        if (!belongsTo(row, command.command))
+            continue;
+        hasFaults = hasFaults || row.id == OptionId::Fault;
+        const QString shortName = QLatin1String(row.id == OptionId::Help ? "-h, " : "");
+        options << QStringList{shortName + optionUsage(row), QString::fromUtf8(row.text)};
+    }
+
+    QString text = QStringLiteral("Usage: %1\n\n").arg(commandUsage(command));
+    text += wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n');
+    text += helpSection("Options", options);
+    if (hasFaults)
+        text += faultSection();
+    text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
+    return text + exitStatusSection() + environmentSection(command.command);
+}
+
+} // namespace app

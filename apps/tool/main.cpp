@@ -1,0 +1,93 @@
+// idcard-reader, the command-line tool: takes the command line, sets the process up for the command
+// and ends with its status.
+
+#include <array>
+#include <memory>
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include "apps/process/core_dumps.h"
+#include "apps/process/display.h"
+#include "apps/process/locale.h"
+#include "apps/process/standard_streams.h"
+#include "apps/tool/commands.h"
+#include "apps/tool/option_table.h"
+#include "apps/tool/options.h"
+#include "apps/tool/verbose.h"
+
+namespace
+{
+
+using namespace app;
+
+// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+std::array<char, 14> programName = {"idcard-reader"};
+std::array<char *, 2> qtArguments = {programName.data(), nullptr};
+int qtArgumentCount = 1;
+
+/** Reading a card needs a GUI application, but no display. */
+void choosePlatform(const Options &options)
+{
+    if (chooseOffscreenWithoutDisplay())
+        tellIfVerbose(options,
+                      QStringLiteral("There is no display; Qt's offscreen platform is used."));
+}
+
+ExitStatus run(const Options &options, Output *output)
+{
+    if (options.verbose)
+        showForeignOutput();
+    if (options.command == Command::Doctor)
+        return runDoctor(options, output);
+    std::unique_ptr<QCoreApplication> application;
+    if (paintsCards(options.command)) {
+        choosePlatform(options);
+        application = std::make_unique<QGuiApplication>(qtArgumentCount, qtArguments.data());
+    } else {
+        application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
+    }
+    switch (options.command) {
+    case Command::Read:
+        return runRead(options, output);
+    case Command::Watch:
+        return runWatch(options, output);
+    case Command::Usb:
+        return runUsb(options, output);
+    case Command::Decode:
+        return runDecode(options, output);
+    case Command::Render:
+        return runRender(options, output);
+    case Command::Cards:
+        return runCards(options, output);
+    case Command::Doctor:
+        break;
+    }
+    return ExitStatus::ProgramFailed;
+}
+
+CommandLine commandLineOf(const QStringList &arguments)
+{
+    const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    return parseCommandLine(arguments);
+}
+
+ExitStatus serve(const QStringList &arguments, Output *output)
+{
+    const CommandLine line = commandLineOf(arguments);
+    if (line.options)
+        return run(*line.options, output);
+    return answer(line.problem, line.text, output);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    forbidCoreDumps();
+    Output output;
+    installMessageHandler();
+    useUtf8InPlainLocale();
+    const ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    return static_cast<int>(closedWith(status, &output));
+}

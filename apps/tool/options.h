@@ -1,0 +1,50 @@
+#pragma once
+
+// The command line: what it may hold, what it says, and the help texts.
+
+#include <optional>
+
+#include <QString>
+#include <QStringList>
+
+#include "apps/card/usb_devices.h"
+
+namespace app
+{
+
+enum class Command { Read, Watch, Usb, Decode, Render, Cards, Doctor };
+
+struct Options {
+    Command command = Command::Read;
+    bool json = false;
+    bool force = false;
+    bool verbose = false;
+    bool list = false;            ///< list the USB devices
+    bool simulatorPhotos = false; ///< decode photos with the simulator
+    UsbIds device;                ///< the reader on the USB bus
+    bool isDeviceNamed = false;
+    QString road;         ///< of `doctor`: "library" or "usb"; empty: both
+    QString argument;     ///< of `render`: the card, by name or description; of `decode`: the file
+    QString rawFile;      ///< empty: do not keep the raw record
+    QString outFolder;    ///< empty: write no files
+    QStringList simulate; ///< cards for the simulator; empty: use the reader
+    QString faults;
+    int waitSeconds = 0;
+    int intervalMs = 500;
+    std::optional<int> count;
+};
+
+/** Exactly one of the three is set. */
+struct CommandLine {
+    std::optional<Options> options; ///< a command to carry out
+    QString text;                   ///< help or version, to be printed
+    QString problem;                ///< wrong usage: what is wrong and what to do
+};
+
+/**
+ * Reads the arguments that follow the program's name. Needs a QCoreApplication, as
+ * QCommandLineParser does.
+ */
+CommandLine parseCommandLine(const QStringList &arguments);
+
+} // namespace app

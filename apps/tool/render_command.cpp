@@ -1,0 +1,65 @@
+// The command "render".
+
+#include "apps/card/card_output.h"
+#include "apps/card/card_reader.h"
+#include "apps/process/interruption.h"
+#include "apps/tool/card_delivery.h"
+#include "apps/tool/commands.h"
+#include "apps/tool/simulator_setup.h"
+#include "apps/tool/verbose.h"
+
+namespace app
+{
+
+namespace
+{
+
+/** Lays the described card on the simulator, where nothing keeps it from being read. */
+SimulatorProblem layOut(const Options &options, SimulatorLibrary *simulator)
+{
+    SimulatorProblem problem = loadSimulator(options, simulator);
+    if (!problem)
+        problem = simulator->setFaults(QString());
+    if (!problem)
+        problem = simulator->putPlainCard(options.argument);
+    return problem;
+}
+
+} // namespace
+
+ExitStatus runRender(const Options &options, Output *output)
+{
+    catchInterruption(ExitStatus::ReadFailed);
+    SimulatorLibrary simulator;
+    const SimulatorProblem problem = layOut(options, &simulator);
+    if (problem)
+        return told(problem);
+
+    const ExistingFiles existing = existingFiles(options);
+    const QString obstacle =
+        obstacleTo(options.outFolder, cardFileNames(CardFiles::Pictures), existing);
+    if (!obstacle.isEmpty()) {
+        tell(obstacle);
+        return ExitStatus::FilesNotWritten;
+    }
+
+    const ReadOutcome outcome = readCard();
+    if (!outcome.card) {
+        tell(explain(outcome));
+        return outcome.exitStatus();
+    }
+
+    const QString notWritten =
+        writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::Pictures), existing);
+    if (!notWritten.isEmpty()) {
+        tell(notWritten);
+        return ExitStatus::FilesNotWritten;
+    }
+    tellIfVerbose(options, QStringLiteral("Saved the pictures in %1.").arg(options.outFolder));
+    tellMissingFiles(*outcome.card, CardFiles::Pictures);
+    output->write(options.json ? indentedJson(picturesToJson(*outcome.card, options.outFolder))
+                               : picturesToTable(*outcome.card, options.outFolder).toUtf8());
+    return ExitStatus::Done;
+}
+
+} // namespace app

@@ -1,0 +1,14 @@
+#include "apps/tool/verbose.h"
+
+#include "apps/process/standard_streams.h"
+
+namespace app
+{
+
+void tellIfVerbose(const Options &options, const QString &message)
+{
+    if (options.verbose)
+        tell(message);
+}
+
+} // namespace app

@@ -1,0 +1,73 @@
+#include "apps/tool/waiting.h"
+
+#include <algorithm>
+
+#include <QElapsedTimer>
+
+#include "apps/process/interruption.h"
+#include "apps/process/standard_streams.h"
+
+namespace app
+{
+
+namespace
+{
+
+constexpr int MILLISECONDS = 1000;
+constexpr int WAIT_INTERVAL_MS = 250;
+
+/** A line on a terminal that is written anew while the program waits, and then goes away. */
+class WaitingLine
+{
+public:
+    WaitingLine() = default;
+    ~WaitingLine()
+    {
+        if (m_isShown)
+            printToStandardError(QStringLiteral("\r\033[K"));
+    }
+    WaitingLine(const WaitingLine &) = delete;
+    WaitingLine(WaitingLine &&) = delete;
+    WaitingLine &operator=(const WaitingLine &) = delete;
+    WaitingLine &operator=(WaitingLine &&) = delete;
+
+    void show(qint64 secondsLeft)
+    {
+        if (!isStandardErrorTerminal())
+            return;
+        printToStandardError(
+            QStringLiteral("\rLay a card on the reader (%1 s left, Ctrl-C ends) \033[K")
+                .arg(secondsLeft));
+        m_isShown = true;
+    }
+
+private:
+    bool m_isShown = false;
+};
+
+} // namespace
+
+void lookWithin(int seconds, const std::function<ExitStatus()> &look)
+{
+    QElapsedTimer time;
+    time.start();
+    WaitingLine line;
+    while (true) {
+        const ExitStatus status = look();
+        const qint64 left = qint64(seconds) * MILLISECONDS - time.elapsed();
+        if (status != ExitStatus::NoCard || left <= 0 || isInterrupted())
+            return;
+        line.show((left + MILLISECONDS - 1) / MILLISECONDS);
+        pauseFor(static_cast<int>(std::min<qint64>(left, WAIT_INTERVAL_MS)));
+    }
+}
+
+void tellFailedLook(ExitStatus status, const QString &explanation)
+{
+    if (status == ExitStatus::NoCard && isInterrupted())
+        tell(QStringLiteral("Broken off before a card was found; nothing was read."));
+    else
+        tell(explanation);
+}
+
+} // namespace app

@@ -1,0 +1,172 @@
+// The command "watch".
+
+#include <QCoreApplication>
+
+#include "apps/card/card_output.h"
+#include "apps/card/card_presence.h"
+#include "apps/process/interruption.h"
+#include "apps/tool/card_delivery.h"
+#include "apps/tool/commands.h"
+#include "apps/tool/simulator_setup.h"
+#include "apps/tool/verbose.h"
+
+namespace app
+{
+
+namespace
+{
+
+class Watch
+{
+public:
+    Watch(const Options &options, Output *output) : m_options(options), m_output(output) {}
+
+    /** Looks at the reader until there is nothing more to do. */
+    ExitStatus watchReader()
+    {
+        bool isFirstLook = true;
+        while (!isOver()) {
+            const ReadOutcome outcome = look();
+            if (isFirstLook && outcome.exitStatus() == ExitStatus::ReaderNotOpened)
+                return outcome.exitStatus();
+            isFirstLook = false;
+            pause();
+        }
+        return m_status;
+    }
+
+    /** Puts one card after the other on the simulator and takes it off when it was seen. */
+    ExitStatus watchSimulator(SimulatorLibrary *simulator)
+    {
+        ExitStatus firstFailure = ExitStatus::Done;
+        for (const QString &card : m_options.simulate) {
+            SimulatorProblem problem = simulator->setFaults(m_options.faults);
+            if (!problem)
+                problem = simulator->putCard(card);
+            if (problem)
+                return told(problem);
+            const ExitStatus seen = watchOneCard();
+            simulator->takeCard();
+            m_presence = CardPresence();
+            if (isOver())
+                return m_status;
+            if (firstFailure == ExitStatus::Done)
+                firstFailure = seen;
+        }
+        return firstFailure;
+    }
+
+private:
+    bool isOver() const
+    {
+        return isInterrupted() || m_status != ExitStatus::Done ||
+               (m_options.count && m_cards >= *m_options.count);
+    }
+
+    void pause() const
+    {
+        QCoreApplication::processEvents();
+        if (!isOver())
+            pauseFor(m_options.intervalMs);
+    }
+
+    ExitStatus watchOneCard()
+    {
+        while (!isOver()) {
+            const ExitStatus seen = look().exitStatus();
+            if (seen != ExitStatus::NoCard)
+                return seen;
+            pause();
+        }
+        return ExitStatus::Done;
+    }
+
+    ReadOutcome look()
+    {
+        ReadOutcome outcome = readCard();
+        switch (m_presence.observe(outcome)) {
+        case Sighting::NewCard:
+            report(*outcome.card);
+            break;
+        case Sighting::NewFailure:
+            tell(explain(outcome));
+            break;
+        case Sighting::Nothing:
+        case Sighting::SameCard:
+        case Sighting::SameFailure:
+            break;
+        }
+        return outcome;
+    }
+
+    void report(const Card &card)
+    {
+        ++m_cards;
+        std::optional<QString> folder;
+        if (!m_options.outFolder.isEmpty())
+            folder = save(card);
+        if (!m_output->write(jsonLine(toJson(card, folder))))
+            m_status = ExitStatus::ProgramFailed;
+    }
+
+    std::optional<QString> save(const Card &card)
+    {
+        QString folder;
+        const QString problem = saveInNextFolder(card, m_options.outFolder, &folder);
+        if (!problem.isEmpty()) {
+            tell(problem);
+            m_status = ExitStatus::FilesNotWritten;
+            return std::nullopt;
+        }
+        tellIfVerbose(m_options, QStringLiteral("Saved card %1 in %2.").arg(m_cards).arg(folder));
+        tellMissingFiles(card, CardFiles::All);
+        return folder;
+    }
+
+    const Options &m_options;
+    Output *m_output;
+    CardPresence m_presence;
+    int m_cards = 0;
+    ExitStatus m_status = ExitStatus::Done; ///< anything else ends the watch
+};
+
+/** Every card is tried once before the first is read: wrong usage is told at once. */
+SimulatorProblem tryCards(const QStringList &cards, SimulatorLibrary *simulator)
+{
+    for (const QString &card : cards) {
+        SimulatorProblem problem = simulator->putCard(card);
+        if (problem)
+            return problem;
+    }
+    simulator->takeCard();
+    return {};
+}
+
+} // namespace
+
+ExitStatus runWatch(const Options &options, Output *output)
+{
+    catchInterruption(ExitStatus::Done);
+    SimulatorLibrary simulator;
+    const bool isSimulated = !options.simulate.isEmpty();
+    SimulatorProblem problem = prepareSimulator(options, &simulator);
+    if (!problem && isSimulated)
+        problem = tryCards(options.simulate, &simulator);
+    if (problem)
+        return told(problem);
+
+    if (!options.outFolder.isEmpty()) {
+        const QString notMade = makePrivateFolder(options.outFolder);
+        if (!notMade.isEmpty()) {
+            tell(notMade);
+            return ExitStatus::FilesNotWritten;
+        }
+    }
+    if (isStandardErrorTerminal())
+        tell(QStringLiteral("Watching for cards; Ctrl-C ends."));
+
+    Watch watch(options, output);
+    return isSimulated ? watch.watchSimulator(&simulator) : watch.watchReader();
+}
+
+} // namespace app

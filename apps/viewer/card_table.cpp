@@ -1,0 +1,76 @@
+#include "apps/viewer/card_table.h"
+
+#include <algorithm>
+
+#include <QLocale>
+
+namespace app
+{
+
+namespace
+{
+
+/** The tool tip has what does not fit into the cell. Dots are always as many: they tell nothing. */
+void put(QStandardItemModel *model, int row, int column, const QString &text, bool covered = false)
+{
+    const QString shown = covered ? QString(8, QChar(0x2022)) : text;
+    model->setData(model->index(row, column), shown, Qt::DisplayRole);
+    model->setData(model->index(row, column), shown, Qt::ToolTipRole);
+}
+
+} // namespace
+
+CardTable::CardTable()
+{
+    setHorizontalHeaderLabels({tr("Field"), tr("Content")});
+}
+
+void CardTable::setCard(const CardPointer &card)
+{
+    m_rows = card ? cardRows(*card) : QVector<CardRow>();
+    // It is seen beside the table.
+    const auto isPhoto = [](const auto &row) { return row.sort == CardRow::Sort::Photo; };
+    m_rows.erase(std::remove_if(m_rows.begin(), m_rows.end(), isPhoto), m_rows.end());
+    setRowCount(0);
+    setRowCount(m_rows.size());
+    setCovered(m_isCovered);
+}
+
+void CardTable::setCovered(bool covered)
+{
+    m_isCovered = covered;
+    for (int row = 0; row < m_rows.size(); ++row) {
+        put(this, row, 0, m_rows[row].label);
+        put(this, row, 1, m_rows[row].content,
+            covered && m_rows[row].sort == CardRow::Sort::Personal);
+    }
+}
+
+CardHistory::CardHistory()
+{
+    setHorizontalHeaderLabels({tr("Time"), tr("Kind"), tr("Name")});
+}
+
+void CardHistory::add(const CardPointer &card, const QDateTime &time)
+{
+    setRowCount(std::min(rowCount(), MOST_CARDS - 1));
+    insertRow(0);
+    setData(index(0, 0), QVariant::fromValue(card), Qt::UserRole);
+    put(this, 0, 0, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
+    put(this, 0, 1, kindForPeople(*card));
+    put(this, 0, 2, holderName(*card), m_isCovered);
+}
+
+void CardHistory::setCovered(bool covered)
+{
+    m_isCovered = covered;
+    for (int row = 0; row < rowCount(); ++row)
+        put(this, row, 2, holderName(*card(row)), covered);
+}
+
+CardPointer CardHistory::card(int row) const
+{
+    return index(row, 0).data(Qt::UserRole).value<CardPointer>();
+}
+
+} // namespace app

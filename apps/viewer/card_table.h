@@ -1,0 +1,50 @@
+#pragma once
+
+// What a card says, row by row, and the cards of a run, as models of Qt's tables, and what a
+// privacy switch covers in them. What is covered is in no model.
+
+#include <QDateTime>
+#include <QStandardItemModel>
+
+#include "apps/card/card_output.h"
+#include "apps/viewer/card_desk.h"
+
+namespace app
+{
+
+/** Two columns: the name of a field and what it says. Covered, names and numbers are dots. */
+class CardTable : public QStandardItemModel
+{
+    Q_OBJECT
+
+public:
+    CardTable();
+
+    void setCard(const CardPointer &card);
+    void setCovered(bool covered);
+
+private:
+    QVector<CardRow> m_rows;
+    bool m_isCovered = false;
+};
+
+/** The cards read in a run, the newest first: time, kind, name. */
+class CardHistory : public QStandardItemModel
+{
+    Q_OBJECT
+
+public:
+    /** The oldest goes when there are more. */
+    static constexpr int MOST_CARDS = 100;
+
+    CardHistory();
+
+    void add(const CardPointer &card, const QDateTime &time);
+    void setCovered(bool covered);
+    CardPointer card(int row) const;
+
+private:
+    bool m_isCovered = false;
+};
+
+} // namespace app

@@ -1,0 +1,89 @@
+#include "apps/viewer/viewer_options.h"
+
+#include <utility>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include "apps/card/version_text.h"
+
+namespace viewer
+{
+
+namespace
+{
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+};
+
+// An option, and the one without which it has no meaning.
+constexpr std::pair<const char *, const char *> NEEDS[] = {
+    {"fault", "simulate"},
+    {"simulator-photos", "usb"},
+};
+
+QList<QCommandLineOption> options()
+{
+    return {
+        {"simulate",
+         Texts::tr("Begin with the simulator and a card on it: the name of a built-in card, which "
+                   "\"idcard-reader cards\" lists, or the file of a description."),
+         "card"},
+        {"fault",
+         Texts::tr("Faults of the simulator, separated by commas, such as \"read-fails=3\"."),
+         "faults"},
+        {"usb", Texts::tr("Begin with the reader on USB that has these ids, such as 1209:0001."),
+         "VID:PID"},
+        {"simulator-photos", Texts::tr("The reader on USB is a simulated one: decode its photos.")},
+        {"auto", Texts::tr("Read each new card.")},
+        {"cover", Texts::tr("Begin with name, number and photo covered.")},
+        {{"h", "help"}, Texts::tr("Show this help.")},
+        {"version", Texts::tr("Show the version.")},
+    };
+}
+
+/** What is wrong with the options, or an empty text. */
+QString problemOf(const QCommandLineParser &parser)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return Texts::tr("%1 is no option.").arg(parser.positionalArguments().first());
+    if (parser.isSet("usb") && !app::parseUsbIds(parser.value("usb")))
+        return Texts::tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and "
+                         "not \"%1\".")
+            .arg(parser.value("usb"));
+    if (parser.isSet("usb") && parser.isSet("simulate"))
+        return Texts::tr("--usb and --simulate name two roads; leave one out.");
+    if (parser.isSet("simulate") && parser.value("simulate").isEmpty())
+        return Texts::tr("--simulate takes the name of a card or of a file.");
+    for (const auto &[option, needed] : NEEDS) {
+        if (parser.isSet(option) && !parser.isSet(needed))
+            return Texts::tr("--%1 needs --%2.").arg(QLatin1String(option), QLatin1String(needed));
+    }
+    return {};
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QString &program, const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(Texts::tr(
+        "Reads Chinese identity documents with a desktop card reader and shows them in a window."));
+    parser.addOptions(options());
+    const bool isUnderstood = parser.parse(QStringList(program) + arguments);
+    if (isUnderstood && parser.isSet("help"))
+        return {{}, parser.helpText(), {}};
+    if (isUnderstood && parser.isSet("version"))
+        return {{}, app::versionText(program), {}};
+    const QString problem = isUnderstood ? problemOf(parser) : parser.errorText();
+    if (!problem.isEmpty())
+        return {{}, {}, problem + '\n' + Texts::tr("See \"%1\".").arg(program + " --help")};
+    return {ViewerOptions{parser.value("simulate"), parser.value("fault"),
+                          app::parseUsbIds(parser.value("usb")), parser.isSet("simulator-photos"),
+                          parser.isSet("auto"), parser.isSet("cover")},
+            {},
+            {}};
+}
+
+} // namespace viewer

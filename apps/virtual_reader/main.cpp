@@ -1,0 +1,164 @@
+// idcard-virtual-reader: a simulated card reader that is attached over USB/IP, and the lines of
+// standard input that steer it.
+
+#include <array>
+#include <optional>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include "apps/process/interruption.h"
+#include "apps/process/locale.h"
+#include "apps/process/standard_streams.h"
+#include "apps/virtual_reader/line_input.h"
+#include "apps/virtual_reader/reader_console.h"
+#include "apps/virtual_reader/virtual_reader_options.h"
+#include "simulator/usbip/usbip_server.h"
+
+namespace
+{
+
+using namespace app;
+
+// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+std::array<char, 22> programName = {"idcard-virtual-reader"};
+std::array<char *, 2> qtArguments = {programName.data(), nullptr};
+int qtArgumentCount = 1;
+
+class VirtualReaderProgram
+{
+public:
+    VirtualReaderProgram(const VirtualReaderOptions &options, Output *output)
+        : m_options(options), m_output(output), m_reader({}, options.ids), m_server(m_reader, tell),
+          m_console(m_reader, [this] { return m_server.isAttached(); })
+    {
+    }
+
+    ExitStatus run()
+    {
+        const QString refused = prepareReader();
+        if (!refused.isEmpty()) {
+            tell(refused);
+            return ExitStatus::WrongUsage;
+        }
+        const QString problem = m_server.listen(m_options.address, m_options.port);
+        if (!problem.isEmpty()) {
+            tell(QStringLiteral("Listening on %1 port %2 failed: %3. End the program that uses the "
+                                "port, or choose another with --port or another address of this "
+                                "machine with --listen.")
+                     .arg(m_options.address.toString())
+                     .arg(m_options.port)
+                     .arg(problem));
+            return ExitStatus::ProgramFailed;
+        }
+        warnOfOthers();
+        return serve();
+    }
+
+private:
+    QString prepareReader()
+    {
+        QString problem;
+        if (!m_options.card.isEmpty())
+            problem = m_console.putCard(m_options.card);
+        if (!problem.isEmpty())
+            return QStringLiteral("The card of --card is refused: %1").arg(problem);
+        if (!m_options.faults.isEmpty())
+            problem = m_console.setFaults(m_options.faults);
+        if (!problem.isEmpty())
+            return QStringLiteral("The faults of --fault are refused: %1").arg(problem);
+        const QString hidden = m_console.hiddenFaults();
+        if (!hidden.isEmpty())
+            tell(QStringLiteral("The faults are set, %1.").arg(hidden));
+        return {};
+    }
+
+    void warnOfOthers() const
+    {
+        if (!m_options.address.isLoopback()) {
+            tell(QStringLiteral("Warning: %1 is no loopback address. Whoever reaches it can attach "
+                                "the reader, without a password; listen on 127.0.0.1 if nobody "
+                                "else shall.")
+                     .arg(m_options.address.toString()));
+        }
+    }
+
+    ExitStatus serve()
+    {
+        catchInterruption(ExitStatus::Done);
+        QSocketNotifier interruption(interruptionDescriptor(), QSocketNotifier::Read);
+        QObject::connect(&interruption, &QSocketNotifier::activated, &interruption,
+                         [] { QCoreApplication::quit(); });
+        print(QStringLiteral("ok listening on %1 port %2")
+                  .arg(m_server.address().toString())
+                  .arg(m_server.port()));
+        const LineInput input([this](const LineSplitter::Line &line) { carryOut(line); },
+                              [this] {
+                                  if (m_options.endsWithInput)
+                                      quit();
+                              });
+        if (!m_isQuitting && !isInterrupted())
+            QCoreApplication::exec();
+        return m_status;
+    }
+
+    void carryOut(const LineSplitter::Line &line)
+    {
+        if (m_isQuitting)
+            return;
+        if (line.isTooLong) {
+            print(QStringLiteral("error: the line is longer than %1 bytes; give a shorter one")
+                      .arg(LineSplitter::LONGEST_LINE));
+            return;
+        }
+        const QString answer = m_console.answer(QString::fromLocal8Bit(line.text));
+        if (!answer.isEmpty())
+            print(answer);
+        m_server.deviceChanged();
+        if (m_console.wantsToQuit())
+            quit();
+    }
+
+    void print(const QString &line)
+    {
+        if (!m_output->write(line.toLocal8Bit() + '\n')) {
+            m_status = ExitStatus::ProgramFailed; // the caller tells why
+            quit();
+        }
+    }
+
+    void quit()
+    {
+        m_isQuitting = true;
+        QCoreApplication::quit();
+    }
+
+    const VirtualReaderOptions &m_options;
+    Output *m_output;
+    simulator::VirtualReader m_reader;
+    simulator::UsbipServer m_server;
+    ReaderConsole m_console;
+    bool m_isQuitting = false;
+    ExitStatus m_status = ExitStatus::Done;
+};
+
+ExitStatus run(const QStringList &arguments, Output *output)
+{
+    const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    const VirtualReaderCommandLine line = parseVirtualReaderArguments(arguments);
+    if (line.options)
+        return VirtualReaderProgram(*line.options, output).run();
+    return answer(line.problem, line.text, output);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    setProgramName(VIRTUAL_READER_NAME);
+    Output output;
+    installMessageHandler();
+    useUtf8InPlainLocale();
+    const ExitStatus status = run(argumentsOf(argc, argv), &output);
+    return static_cast<int>(closedWith(status, &output));
+}

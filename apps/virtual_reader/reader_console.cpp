@@ -1,0 +1,201 @@
+#include "apps/virtual_reader/reader_console.h"
+
+#include "apps/process/text_layout.h"
+
+namespace app
+{
+
+namespace
+{
+
+enum class Argument { None, Needed, Optional };
+
+struct CommandRow {
+    const char *name;
+    const char *argumentName; ///< null: takes none
+    Argument argument;
+    const char *text;
+    QString (*carryOut)(ReaderConsole *console, const QString &argument);
+};
+
+QString ok(const QString &text = {})
+{
+    return text.isEmpty() ? QStringLiteral("ok") : QStringLiteral("ok ") + text;
+}
+
+QString error(const QString &problem)
+{
+    return QStringLiteral("error: ") + problem;
+}
+
+QString withArgument(const CommandRow &row)
+{
+    const QString name = QLatin1String(row.name);
+    return row.argumentName == nullptr
+               ? name
+               : QStringLiteral("%1 %2").arg(name, QLatin1String(row.argumentName));
+}
+
+} // namespace
+
+/** What the commands do. */
+struct ConsoleCommands {
+    static const CommandRow ROWS[];
+
+    static QString card(ReaderConsole *console, const QString &argument)
+    {
+        const QString problem = console->putCard(argument);
+        return problem.isEmpty() ? ok() : error(problem);
+    }
+
+    static QString take(ReaderConsole *console, const QString & /*argument*/)
+    {
+        console->m_reader.slot().takeCard();
+        return ok();
+    }
+
+    static QString faults(ReaderConsole *console, const QString &argument)
+    {
+        const QString problem = console->setFaults(argument);
+        return problem.isEmpty() ? ok(console->hiddenFaults()) : error(problem);
+    }
+
+    static QString unplug(ReaderConsole *console, const QString & /*argument*/)
+    {
+        console->m_reader.unplug();
+        return ok();
+    }
+
+    static QString plug(ReaderConsole *console, const QString & /*argument*/)
+    {
+        console->m_reader.plugIn();
+        if (console->m_reader.isPluggedIn())
+            return ok();
+        return error(QStringLiteral("the fault \"unplugged\" keeps the reader away; take it back "
+                                    "with \"faults\""));
+    }
+
+    static QString status(ReaderConsole *console, const QString & /*argument*/)
+    {
+        simulator::VirtualReader &reader = console->m_reader;
+        const bool hasCard = reader.slot().card() != nullptr;
+        return ok(
+            QStringLiteral("%1, %2, card: %3, faults: %4")
+                .arg(QLatin1String(reader.isPluggedIn() ? "plugged in" : "unplugged"),
+                     QLatin1String(console->m_isAttached() ? "attached" : "not attached"),
+                     hasCard ? console->m_card : QStringLiteral("none"),
+                     console->m_faults.isEmpty() ? QStringLiteral("none") : console->m_faults));
+    }
+
+    static QString help(ReaderConsole *console, const QString &argument);
+
+    static QString quit(ReaderConsole *console, const QString & /*argument*/)
+    {
+        console->m_wantsToQuit = true;
+        return ok();
+    }
+
+    static QStringList usages()
+    {
+        QStringList list;
+        for (const QStringList &row : consoleCommandRows())
+            list << row[0];
+        return list;
+    }
+};
+
+const CommandRow ConsoleCommands::ROWS[] = {
+    {"card", "NAME|FILE", Argument::Needed,
+     "Put a card on the reader, in the place of the one that is there.", card},
+    {"take", nullptr, Argument::None, "Take the card off the reader.", take},
+    {"faults", "[LIST]", Argument::Optional,
+     "Set the faults beside the card's own, in the place of those that are set; none if the list "
+     "is left out.",
+     faults},
+    {"unplug", nullptr, Argument::None, "Pull the reader out; who has attached it loses it.",
+     unplug},
+    {"plug", nullptr, Argument::None, "Plug the reader in again; it can then be attached.", plug},
+    {"status", nullptr, Argument::None, "Tell how things stand.", status},
+    {"help", nullptr, Argument::None, "List the commands.", help},
+    {"quit", nullptr, Argument::None, "End the program.", quit},
+};
+
+QString ConsoleCommands::help(ReaderConsole * /*console*/, const QString & /*argument*/)
+{
+    return ok(usages().join(QStringLiteral(", ")));
+}
+
+ReaderConsole::ReaderConsole(simulator::VirtualReader &reader, std::function<bool()> isAttached)
+    : m_reader(reader), m_isAttached(std::move(isAttached))
+{
+}
+
+QString ReaderConsole::answer(const QString &line)
+{
+    const QString command = line.trimmed();
+    if (command.isEmpty())
+        return {};
+    int end = 0;
+    while (end < command.size() && !command.at(end).isSpace())
+        ++end;
+    const QString name = command.left(end);
+    const QString argument = command.mid(end).trimmed();
+    for (const CommandRow &row : ConsoleCommands::ROWS) {
+        if (name != QLatin1String(row.name))
+            continue;
+        if (row.argument == Argument::None && !argument.isEmpty())
+            return error(printable(QStringLiteral("%1 takes no argument \"%2\"; give \"%1\" alone")
+                                       .arg(name, argument)));
+        if (row.argument == Argument::Needed && argument.isEmpty())
+            return error(
+                QStringLiteral("%1 needs an argument: \"%2\"").arg(name, withArgument(row)));
+        // One line, whatever names and files hold.
+        return printable(row.carryOut(this, argument));
+    }
+    constexpr int LONGEST_QUOTE = 60;
+    return error(printable(
+        QStringLiteral("there is no command \"%1\"; the commands are %2")
+            .arg(name.left(LONGEST_QUOTE), ConsoleCommands::usages().join(QStringLiteral(", ")))));
+}
+
+QString ReaderConsole::putCard(const QString &nameOrFile)
+{
+    QString problem;
+    if (m_reader.slot().putCard(nameOrFile, simulator::PutAs::Described, &problem))
+        m_card = nameOrFile;
+    return problem;
+}
+
+QString ReaderConsole::setFaults(const QString &list)
+{
+    QString problem;
+    if (m_reader.slot().setFaults(list, &problem))
+        m_faults = list.trimmed();
+    return problem;
+}
+
+QString ReaderConsole::hiddenFaults() const
+{
+    QStringList hidden;
+    if (m_reader.failsToOpen())
+        hidden << QStringLiteral("open-fails");
+    if (m_reader.deniesAccess())
+        hidden << QStringLiteral("permission-denied");
+    if (m_reader.isClaimedElsewhere())
+        hidden << QStringLiteral("claimed-elsewhere");
+    return hidden.isEmpty()
+               ? QString()
+               : QStringLiteral("but no client will see %1: who may open or claim the reader is "
+                                "decided by the machine that it is attached to")
+                     .arg(hidden.join(QStringLiteral(", ")));
+}
+
+QVector<QStringList> consoleCommandRows()
+{
+    QVector<QStringList> rows;
+    for (const CommandRow &row : ConsoleCommands::ROWS)
+        rows << QStringList{withArgument(row), QString::fromUtf8(row.text)};
+    return rows;
+}
+
+} // namespace app

@@ -1,0 +1,39 @@
+#pragma once
+
+// The command line of idcard-virtual-reader: what it may hold, what it says, and the help text.
+
+#include <cstdint>
+#include <optional>
+
+#include <QHostAddress>
+#include <QString>
+#include <QStringList>
+
+#include "simulator/reader/usb_device.h"
+#include "simulator/usbip/usbip_protocol.h"
+
+namespace app
+{
+
+constexpr const char *VIRTUAL_READER_NAME = "idcard-virtual-reader";
+
+struct VirtualReaderOptions {
+    QHostAddress address{QHostAddress::LocalHost};
+    std::uint16_t port = simulator::USBIP_DEFAULT_PORT; ///< 0: any free one
+    simulator::UsbIds ids;
+    QString card; ///< empty: none on the reader
+    QString faults;
+    bool endsWithInput = false;
+};
+
+/** Exactly one of the three is set. */
+struct VirtualReaderCommandLine {
+    std::optional<VirtualReaderOptions> options;
+    QString text;    ///< help or version, to be printed
+    QString problem; ///< wrong usage: what is wrong and what to do
+};
+
+/** Reads the arguments that follow the program's name. Needs a QCoreApplication. */
+VirtualReaderCommandLine parseVirtualReaderArguments(const QStringList &arguments);
+
+} // namespace app

@@ -1,0 +1,62 @@
+#pragma once
+
+// A described card: everything the stand-ins need to answer as if the card lay on the reader. All
+// texts are those of the card's chip; what the makers' library derives from them (the label of the
+// sex, the name of the ethnic group) is derived here too, from the same codes.
+
+#include <cstdint>
+#include <optional>
+
+#include <QString>
+
+#include "simulator/card/faults.h"
+
+namespace simulator
+{
+
+enum class CardKind { Resident, Hmt, Foreign2017, ForeignNew };
+constexpr int CARD_KIND_COUNT = 4;
+
+/** How the makers' library delivers the photo. */
+enum class PhotoDelivery { BmpFile, Compressed };
+
+/** What the makers' library fills the rest of a text field with. */
+enum class Padding { Zeros, Spaces };
+
+struct CardDescription {
+    CardKind kind = CardKind::Resident;
+    QString title; ///< one English line: what the card is for
+    QString name;
+    QString englishName;
+    QString chineseName;
+    QString sex;         ///< code of GB/T 2261.1, one digit
+    QString ethnicGroup; ///< code of GB 3304, two digits
+    QString birthDate;   ///< YYYYMMDD, as are the next dates
+    QString address;
+    QString idNumber;
+    QString issuingAuthority;
+    QString validFrom;
+    QString validTo; ///< YYYYMMDD or 长期
+    QString travelPermitNumber;
+    QString issueCount;
+    QString nationality; ///< three-letter country code
+    QString cardVersion;
+    QString authorityCode;
+    QString cardExtra; ///< the two characters that follow the sex on a new foreign card
+    int fingerprints = 0;
+    PhotoDelivery photoDelivery = PhotoDelivery::BmpFile;
+    std::optional<std::uint32_t> photoSeed; ///< what the portrait looks like; else from `idNumber`
+    Padding padding = Padding::Zeros;
+    Faults faults;
+};
+
+/** The label of the card's sex code. */
+QString sexText(const CardDescription &card);
+
+/** The name of the card's ethnic-group code; empty when the code is not assigned. */
+QString ethnicGroupText(const CardDescription &card);
+
+/** The card's kind as descriptions write it: "resident", "hmt", "foreign-2017", "foreign-new". */
+QString cardKindName(CardKind kind);
+
+} // namespace simulator

@@ -1,0 +1,164 @@
+// The card on the reader, its faults and their counts.
+
+#include "simulator/reader/card_slot.h"
+
+#include "simulator/card/card_library.h"
+#include "simulator/card/card_media.h"
+
+namespace simulator
+{
+
+namespace
+{
+
+// Takes one from a count that may be endless; false when nothing is left of it.
+bool useUp(int *count)
+{
+    if (*count <= 0) {
+        return false;
+    }
+    if (*count != EVERY_TIME) {
+        --*count;
+    }
+    return true;
+}
+
+QString variableProblem(const char *variable, const QString &problem)
+{
+    return QStringLiteral("environment variable %1: %2").arg(QLatin1String(variable), problem);
+}
+
+} // namespace
+
+CardSlot::CountedFaults::CountedFaults(const Faults &set)
+    : faults(set), findsWithoutCard(set.noCard.value_or(0)),
+      transientFailures(set.transientFailures.value_or(0))
+{
+}
+
+bool CardSlot::putCard(const QString &nameOrPath, PutAs as, QString *problem)
+{
+    DescriptionError error;
+    std::optional<CardDescription> card = loadCard(nameOrPath, &error);
+    if (!card) {
+        *problem = error.message();
+        return false;
+    }
+    if (as == PutAs::Plain) {
+        card->faults = {};
+        card->photoDelivery = PhotoDelivery::BmpFile;
+    }
+    place(*card);
+    m_cardDecidedByCall = true;
+    return true;
+}
+
+void CardSlot::takeCard()
+{
+    clear();
+    m_cardDecidedByCall = true;
+}
+
+bool CardSlot::setFaults(const QString &faults, QString *problem)
+{
+    const std::optional<Faults> parsed = parseFaults(faults, problem);
+    if (!parsed) {
+        return false;
+    }
+    m_setFaults = CountedFaults(*parsed);
+    m_faultsDecidedByCall = true;
+    return true;
+}
+
+bool CardSlot::followEnvironment(QString *problem)
+{
+    return (m_cardDecidedByCall || followCardVariable(problem)) &&
+           (m_faultsDecidedByCall || followFaultsVariable(problem));
+}
+
+bool CardSlot::followCardVariable(QString *problem)
+{
+    const QString value = qEnvironmentVariable(CARD_VARIABLE);
+    if (value == m_cardVariable) {
+        return true;
+    }
+    if (value.isEmpty()) {
+        clear();
+    } else {
+        DescriptionError error;
+        const std::optional<CardDescription> card = loadCard(value, &error);
+        if (!card) {
+            *problem = variableProblem(CARD_VARIABLE, error.message());
+            return false;
+        }
+        place(*card);
+    }
+    m_cardVariable = value;
+    return true;
+}
+
+bool CardSlot::followFaultsVariable(QString *problem)
+{
+    const QString value = qEnvironmentVariable(FAULTS_VARIABLE);
+    if (value == m_faultsVariable) {
+        return true;
+    }
+    QString reason;
+    const std::optional<Faults> parsed = parseFaults(value, &reason);
+    if (!parsed) {
+        *problem = variableProblem(FAULTS_VARIABLE, reason);
+        return false;
+    }
+    m_setFaults = CountedFaults(*parsed);
+    m_faultsVariable = value;
+    return true;
+}
+
+void CardSlot::place(const CardDescription &card)
+{
+    m_card = card;
+    m_compressedPhoto.clear();
+    ++m_placement;
+    m_removed = false;
+    m_cardFaults = CountedFaults(card.faults);
+}
+
+void CardSlot::clear()
+{
+    m_card.reset();
+    m_compressedPhoto.clear();
+    ++m_placement;
+    m_removed = false;
+    m_cardFaults = {};
+}
+
+const CardDescription *CardSlot::card() const
+{
+    return m_card && !m_removed ? &*m_card : nullptr;
+}
+
+QByteArray CardSlot::compressedPhoto()
+{
+    if (m_compressedPhoto.isEmpty()) {
+        m_compressedPhoto = simulator::compressedPhoto(m_card.value());
+    }
+    return m_compressedPhoto;
+}
+
+Faults CardSlot::faults() const
+{
+    return overlaidFaults(m_cardFaults.faults, m_setFaults.faults);
+}
+
+bool CardSlot::findCard()
+{
+    return card() != nullptr && !useUp(&m_setFaults.findsWithoutCard) &&
+           !useUp(&m_cardFaults.findsWithoutCard);
+}
+
+bool CardSlot::failsTransiently()
+{
+    return useUp(&m_setFaults.transientFailures) || useUp(&m_cardFaults.transientFailures);
+}
+
+} // namespace simulator

@@ -1,0 +1,262 @@
+// The standard requests, by whom they are addressed to.
+
+#include "simulator/usbip/usb_control.h"
+
+#include <algorithm>
+
+#include <QString>
+
+#include "simulator/reader/usb_standard.h"
+
+namespace simulator
+{
+
+namespace
+{
+
+// The lower seven bits of the request type: a standard request, and whom it concerns.
+enum Recipient : std::uint8_t { TO_DEVICE = 0, TO_INTERFACE = 1, TO_ENDPOINT = 2 };
+
+enum Request : std::uint8_t {
+    GET_STATUS = 0,
+    CLEAR_FEATURE = 1,
+    SET_ADDRESS = 5,
+    GET_DESCRIPTOR = 6,
+    GET_CONFIGURATION = 8,
+    SET_CONFIGURATION = 9,
+    GET_INTERFACE = 10,
+    SET_INTERFACE = 11,
+};
+
+constexpr std::uint16_t FEATURE_ENDPOINT_HALT = 0;
+constexpr std::uint8_t ENDPOINT_ZERO = 0;
+constexpr char UNITED_STATES_ENGLISH[] = {0x09, 0x04};
+
+// Places in the device descriptor.
+constexpr int RELEASE_OF_USB = 2;
+constexpr int QUALIFIER_PART = 6; ///< from the release of USB to the size of packets
+constexpr int COUNT_OF_CONFIGURATIONS = 17;
+
+/** Which string an index means is for the device descriptor to say. */
+struct StringRow {
+    int indexAt; ///< place of the index in the device descriptor
+    const char *text;
+};
+
+constexpr StringRow STRINGS[] = {
+    {14, "Simulator"},
+    {15, "Simulated ID card reader"},
+    {16, "0001"},
+};
+
+UsbTransfer stalled()
+{
+    UsbTransfer transfer;
+    transfer.status = UsbStatus::Stalled;
+    return transfer;
+}
+
+UsbTransfer done()
+{
+    return {};
+}
+
+UsbTransfer answered(const QByteArray &data, const UsbSetup &setup)
+{
+    UsbTransfer transfer;
+    transfer.data = data.left(setup.length);
+    transfer.count = transfer.data.size();
+    return transfer;
+}
+
+UsbTransfer status(const UsbSetup &setup)
+{
+    return answered(QByteArray(2, '\0'), setup);
+}
+
+QByteArray stringDescriptor(const QByteArray &content)
+{
+    QByteArray descriptor;
+    descriptor.append(static_cast<char>(content.size() + 2));
+    descriptor.append(static_cast<char>(USB_DESCRIPTOR_STRING));
+    return descriptor + content;
+}
+
+QByteArray utf16(const char *text)
+{
+    QByteArray bytes;
+    for (const QChar character : QString::fromUtf8(text)) {
+        bytes.append(static_cast<char>(character.cell()));
+        bytes.append(static_cast<char>(character.row()));
+    }
+    return bytes;
+}
+
+/** The string of this index, empty when the device has none. */
+QByteArray string(int index, const UsbDescription &description)
+{
+    for (const StringRow &row : STRINGS) {
+        const int used = static_cast<std::uint8_t>(description.device.at(row.indexAt));
+        if (used == 0) {
+            continue;
+        }
+        if (index == 0) {
+            return stringDescriptor(
+                QByteArray(UNITED_STATES_ENGLISH, sizeof UNITED_STATES_ENGLISH));
+        }
+        if (index == used) {
+            return stringDescriptor(utf16(row.text));
+        }
+    }
+    return {};
+}
+
+/** What the device would be at its other speed: the same. */
+QByteArray qualifier(const UsbDescription &description)
+{
+    if (!description.isHighSpeed) {
+        return {}; // it has no other speed
+    }
+    constexpr int SIZE = 10;
+    QByteArray bytes;
+    bytes.append(static_cast<char>(SIZE));
+    bytes.append(static_cast<char>(USB_DESCRIPTOR_DEVICE_QUALIFIER));
+    bytes.append(description.device.mid(RELEASE_OF_USB, QUALIFIER_PART));
+    bytes.append(description.device.at(COUNT_OF_CONFIGURATIONS));
+    bytes.append('\0');
+    return bytes;
+}
+
+} // namespace
+
+UsbSetup::UsbSetup(const std::array<std::uint8_t, SIZE> &bytes)
+    : requestType(bytes[0]), request(bytes[1]),
+      value(static_cast<std::uint16_t>(bytes[2] | bytes[3] << 8)),
+      index(static_cast<std::uint16_t>(bytes[4] | bytes[5] << 8)),
+      length(static_cast<std::uint16_t>(bytes[6] | bytes[7] << 8))
+{
+}
+
+bool UsbSetup::isIn() const
+{
+    return (requestType & USB_ENDPOINT_IN) != 0;
+}
+
+UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
+{
+    const std::optional<UsbDescription> description = describeDevice(m_device.descriptors());
+    if (!description) {
+        return stalled();
+    }
+    switch (setup.requestType & ~USB_ENDPOINT_IN) {
+    case TO_DEVICE:
+        return answerDevice(setup, *description);
+    case TO_INTERFACE:
+        return answerInterface(setup, *description);
+    case TO_ENDPOINT:
+        return answerEndpoint(setup, *description);
+    default:
+        return stalled();
+    }
+}
+
+UsbTransfer UsbControlEndpoint::answerDevice(const UsbSetup &setup,
+                                             const UsbDescription &description)
+{
+    if (setup.isIn()) {
+        switch (setup.request) {
+        case GET_STATUS:
+            return status(setup);
+        case GET_DESCRIPTOR:
+            return descriptor(setup, description);
+        case GET_CONFIGURATION:
+            return answered(QByteArray(1, static_cast<char>(m_configuration)), setup);
+        default:
+            return stalled();
+        }
+    }
+    switch (setup.request) {
+    case SET_ADDRESS:
+        return done();
+    case SET_CONFIGURATION:
+        return configure(setup.value, description);
+    default:
+        return stalled();
+    }
+}
+
+UsbTransfer UsbControlEndpoint::answerInterface(const UsbSetup &setup,
+                                                const UsbDescription &description)
+{
+    const bool isKnown = std::any_of(
+        description.interfaces.begin(), description.interfaces.end(),
+        [&](const UsbInterfaceClass &interface) { return interface.number == setup.index; });
+    if (!isKnown) {
+        return stalled();
+    }
+    if (setup.isIn() && setup.request == GET_STATUS) {
+        return status(setup);
+    }
+    if (setup.isIn() && setup.request == GET_INTERFACE) {
+        return answered(QByteArray(1, '\0'), setup);
+    }
+    const bool isFirstSetting = setup.value == 0; // there is no other
+    return !setup.isIn() && setup.request == SET_INTERFACE && isFirstSetting ? done() : stalled();
+}
+
+UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
+                                               const UsbDescription &description)
+{
+    const auto address = static_cast<std::uint8_t>(setup.index);
+    const bool isZero = (address & ~USB_ENDPOINT_IN) == ENDPOINT_ZERO;
+    if (setup.index > 0xFF || (!isZero && !description.hasEndpoint(address))) {
+        return stalled();
+    }
+    if (setup.isIn() && setup.request == GET_STATUS) {
+        return status(setup);
+    }
+    return !setup.isIn() && setup.request == CLEAR_FEATURE && setup.value == FEATURE_ENDPOINT_HALT
+               ? done()
+               : stalled();
+}
+
+UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescription &description)
+{
+    const int index = setup.value & 0xFF;
+    QByteArray bytes;
+    switch (setup.value >> 8) {
+    case USB_DESCRIPTOR_DEVICE:
+        bytes = description.device;
+        break;
+    case USB_DESCRIPTOR_CONFIGURATION:
+        if (index == 0) {
+            bytes = description.configuration;
+        }
+        break;
+    case USB_DESCRIPTOR_STRING:
+        bytes = string(index, description);
+        break;
+    case USB_DESCRIPTOR_DEVICE_QUALIFIER:
+        bytes = qualifier(description);
+        break;
+    default:
+        break;
+    }
+    return bytes.isEmpty() ? stalled() : answered(bytes, setup);
+}
+
+UsbTransfer UsbControlEndpoint::configure(std::uint16_t value, const UsbDescription &description)
+{
+    if (value != 0 && value != description.configurationValue) {
+        return stalled();
+    }
+    if (value != 0 && m_configuration != 0 && m_device.refusesReset()) {
+        m_configuration = 0; // the host gives the device up and may find it anew
+        return stalled();
+    }
+    m_configuration = static_cast<std::uint8_t>(value);
+    m_device.reset();
+    return done();
+}
+
+} // namespace simulator
