@@ -2,7 +2,7 @@
 // same texts. The photo decoder of the benchmark answers at once: the time is the library's own.
 //
 // With --instructions KIND PART|iconv it decodes once more after a warm-up, inside
-// `measuredDecoding`, for scripts/count-decode-instructions.
+// `measuredDecoding`, for scripts/check/count-decode-instructions.
 
 #include "common/closed_functions.h"
 #include "common/common.h"

@@ -1,6 +1,6 @@
 // Makes the two pictures of one card, or does what Qt itself needs for the same result: the floor.
-// scripts/count-picture-instructions runs it under a counter of instructions, which counts inside
-// `measuredPictures` only.
+// scripts/check/count-picture-instructions runs it under a counter of instructions, which counts
+// inside `measuredPictures` only.
 //
 // Usage: picture_probe resident|hmt|foreign-2017|foreign-new makers|floor|first|memory
 //   makers  front and back, after they were made once

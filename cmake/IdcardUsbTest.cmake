@@ -22,11 +22,11 @@ if(CMAKE_CROSSCOMPILING)
     "${umockdev_folder}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/libumockdev-preload.so.0")
   if(NOT EXISTS "${IDCARD_USB_PRELOAD}")
     execute_process(
-      COMMAND "${PROJECT_SOURCE_DIR}/scripts/unpack-package" umockdev:arm64 "${umockdev_folder}"
+      COMMAND "${PROJECT_SOURCE_DIR}/scripts/make/unpacked-package" umockdev:arm64 "${umockdev_folder}"
       RESULT_VARIABLE unpacked)
     if(NOT unpacked EQUAL 0 OR NOT EXISTS "${IDCARD_USB_PRELOAD}")
       message(FATAL_ERROR "The tests of the USB road need ${IDCARD_USB_PRELOAD}, which "
-        "scripts/unpack-package could not unpack.")
+        "scripts/make/unpacked-package could not unpack.")
     endif()
   endif()
   # For the program inside; the emulator's own loader must not see it.

@@ -163,7 +163,7 @@ TEST(Pages, PicturesOfThePages_CanBeReadAndFitAPage)
     EXPECT_GT(count, 0);
 }
 
-// scripts/check-install builds the project in tests/install against an installed library.
+// scripts/check/install builds the project in tests/install against an installed library.
 TEST(Pages, WaysToFindTheLibrary_AreThoseThatTheInstallationIsTriedWith)
 {
     const QStringList code = codeOf(SOURCE + QStringLiteral("/docs/integrate.md"));

@@ -1,7 +1,7 @@
 #pragma once
 
 // The golden records: for every card of the simulator the frame in which a reader on USB hands it
-// out, and what the decoders must make of it. scripts/make-golden-records writes them.
+// out, and what the decoders must make of it. scripts/make/golden-records writes them.
 
 #include <QByteArray>
 #include <QDir>

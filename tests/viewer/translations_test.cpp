@@ -60,7 +60,7 @@ TEST(Translations, TextsOfTheSources_AreAllTranslatedAndNoOthers)
     ProcessInput input;
     input.emulated = false;
     const ProcessResult check =
-        runProcess(SOURCE + QStringLiteral("scripts/update-translations"), {"--check"}, input);
+        runProcess(SOURCE + QStringLiteral("scripts/make/translations"), {"--check"}, input);
     EXPECT_EQ(check.exitStatus, 0) << check.standardError.toStdString();
 }
 
