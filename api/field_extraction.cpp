@@ -6,7 +6,7 @@
 #include <QString>
 
 #include "common/common.h"
-#include "render/tools.h"
+#include "common/country_lookup.h"
 
 namespace
 {
@@ -98,7 +98,7 @@ std::string converted(std::string text, Conversion conversion)
     case Conversion::TRIMMED:
         return CCommon::trim(text);
     case Conversion::COUNTRY:
-        return Tools::convertNationCodeToName(text);
+        return countryName(text);
     case Conversion::TEXT:
     case Conversion::BIRTH_DATE:
         break;

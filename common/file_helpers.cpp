@@ -2,7 +2,7 @@
 
 #include "common/common.h"
 
-#include <cerrno>
+#include <algorithm>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +13,7 @@
 #include <QtDebug>
 
 #include "common/debug_log.h"
+#include "common/write_all.h"
 
 namespace
 {
@@ -22,22 +23,6 @@ int openForWriting(const QString &path)
 {
     return ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
                   S_IRUSR | S_IWUSR);
-}
-
-/** Writes `len` bytes as far as that goes; returns how many were written. */
-qint64 writeAll(int descriptor, const unsigned char *data, qint64 len)
-{
-    qint64 done = 0;
-    while (done < len) {
-        const ssize_t written =
-            ::write(descriptor, data + done, static_cast<std::size_t>(len - done));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            break;
-        done += written;
-    }
-    return done;
 }
 
 } // namespace
@@ -50,7 +35,8 @@ void CCommon::saveByteDataToFile(unsigned char *data, int len, QString path)
         return;
     }
     // Nothing from here to the end may throw, or the file would stay open.
-    const qint64 written = writeAll(descriptor, data, len);
+    const auto written =
+        static_cast<qint64>(writeAll(descriptor, data, static_cast<std::size_t>(std::max(len, 0))));
     ::close(descriptor);
     if (written == len)
         debugLine("Successfully wrote %lld bytes to the file.", written);

@@ -11,7 +11,7 @@
 #include <QDebug>
 
 #include "common/common.h"
-#include "common/country_code_list.h"
+#include "common/country_lookup.h"
 #include "common/debug_log.h"
 #include "common/ethnic_groups.h"
 #include "common/sex_codes.h"
@@ -103,15 +103,12 @@ bool CIdData::parseGender(QString code, QString &name)
 
 bool CIdData::parseNationality(QString code, QString &name)
 {
-    const std::string wanted = code.toUtf8().toStdString();
-    for (const auto &[numeric, alpha3, chineseName] : STR_LIST) {
-        if (alpha3 == wanted) {
-            name = QString::fromLocal8Bit(chineseName.c_str());
-            QString line;
-            QDebug(&line) << "nationality=" << name; // with quotation marks and a blank at the end
-            debugLine("%s", line.trimmed().toUtf8().constData());
-            return true;
-        }
-    }
-    return false;
+    const std::string *const found = findCountryName(STR_LIST, code.toUtf8().toStdString());
+    if (found == nullptr)
+        return false;
+    name = QString::fromLocal8Bit(found->c_str());
+    QString line;
+    QDebug(&line) << "nationality=" << name; // with quotation marks and a blank at the end
+    debugLine("%s", line.trimmed().toUtf8().constData());
+    return true;
 }

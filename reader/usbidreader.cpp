@@ -7,6 +7,8 @@
 
 #include <libusb.h>
 
+#include <QtEndian>
+
 #include "common/debug_log.h"
 #include "reader/reader_frames.h"
 
@@ -155,11 +157,6 @@ bool isPrintLength(int length)
     return length == 0 || length == PRINT_SIZE || length == 2 * PRINT_SIZE;
 }
 
-int bigEndian(const unsigned char *bytes)
-{
-    return bytes[0] * 256 + bytes[1];
-}
-
 /** Checks an answer of one of the `READ_ANSWER_SIZES`. */
 USB_READER_CODE checkData(const unsigned char *answer, int size)
 {
@@ -171,13 +168,13 @@ USB_READER_CODE checkData(const unsigned char *answer, int size)
         debugLine("found resp data not matched!!!");
         return USB_READER_DATA_STATUS_WRONG;
     }
-    const int length = bigEndian(answer + LENGTH_OFFSET);
+    const int length = qFromBigEndian<quint16>(answer + LENGTH_OFFSET);
     if (length + HEAD_SIZE != size) {
         debugLine("total data length(%d) not matched!!!", length);
         return USB_READER_DATA_LENGTH_MISMATCH;
     }
     // Deliberately not compared with the size of the answer, which alone decides `fp`.
-    const int printLength = bigEndian(answer + PRINT_LENGTH_OFFSET);
+    const int printLength = qFromBigEndian<quint16>(answer + PRINT_LENGTH_OFFSET);
     debugLine("fplen=%d", printLength);
     if (!isPrintLength(printLength)) {
         debugLine("fplen invalid!");
@@ -314,7 +311,7 @@ bool CUsbIdReader::read_pipe81(unsigned short &length)
     int position = 0;
     for (const unsigned char byte : head)
         debugLine("pipe81_data[%d]=0x%02X", position++, static_cast<unsigned int>(byte));
-    length = static_cast<unsigned short>(bigEndian(head.data() + LENGTH_OFFSET));
+    length = qFromBigEndian<quint16>(head.data() + LENGTH_OFFSET);
     return true;
 }
 

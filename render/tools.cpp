@@ -12,7 +12,7 @@
 #include <QPainter>
 #include <QScreen>
 
-#include "common/country_code_list.h"
+#include "common/country_lookup.h"
 #include "render/makecardimg.h"
 
 namespace
@@ -166,8 +166,5 @@ QString Tools::convertPixmapToBase64ViaJpg(const QPixmap &pix)
 
 std::string Tools::convertNationCodeToName(std::string code)
 {
-    for (const auto &[numeric, alpha3, name] : COUNTRY_CODE_LIST)
-        if (alpha3 == code)
-            return name;
-    return {};
+    return countryName(code);
 }

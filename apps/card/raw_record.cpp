@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
+
+#include "reader/frame_bytes.h"
 
 namespace app
 {
@@ -11,11 +12,6 @@ namespace
 {
 
 using namespace reader_frames;
-
-QByteArray bigEndian(int number)
-{
-    return QByteArray(1, static_cast<char>(number / 256)) + static_cast<char>(number % 256);
-}
 
 template <std::size_t Size>
 QByteArray bytesOf(const std::array<unsigned char, Size> &bytes, int first, int count)
@@ -66,10 +62,10 @@ std::array<HeadPart, 6> headOf(int size)
         {"length of the photo",
          PHOTO_LENGTH,
          {bytesOf(READ_ANSWER_STATUS, STATUS + LENGTHS, LENGTHS)}},
-        {"number of bytes that follow it", LENGTH_OFFSET, {bigEndian(size - HEAD_SIZE)}},
+        {"number of bytes that follow it", LENGTH_OFFSET, {frameNumber(size - HEAD_SIZE)}},
         {"length of the fingerprints",
          PRINT_LENGTH_OFFSET,
-         {bigEndian(0), bigEndian(PRINT_SIZE), bigEndian(2 * PRINT_SIZE)}},
+         {frameNumber(0), frameNumber(PRINT_SIZE), frameNumber(2 * PRINT_SIZE)}},
     }};
 }
 
@@ -90,16 +86,10 @@ QString problemOfSize(int size)
         .arg(expected);
 }
 
-char checksumOf(const QByteArray &record)
-{
-    return std::accumulate(record.begin() + LENGTH_OFFSET, record.end() - CHECKSUM_SIZE, '\0',
-                           [](char sum, char byte) { return static_cast<char>(sum ^ byte); });
-}
-
 QStringList warningsOf(const QByteArray &record)
 {
     QStringList warnings;
-    const QByteArray prints = bigEndian(record.size() - READ_ANSWER_SIZE_NO_PRINT);
+    const QByteArray prints = frameNumber(record.size() - READ_ANSWER_SIZE_NO_PRINT);
     const QByteArray declared = record.mid(PRINT_LENGTH_OFFSET, prints.size());
     if (declared != prints) {
         warnings << QStringLiteral("at offset %1 (length of the fingerprints) it has %2, where %3 "
@@ -107,7 +97,7 @@ QStringList warningsOf(const QByteArray &record)
                         .arg(PRINT_LENGTH_OFFSET)
                         .arg(hex(declared), hex(prints));
     }
-    const QByteArray sum(1, checksumOf(record));
+    const QByteArray sum(1, frameChecksum(record, record.size() - CHECKSUM_SIZE));
     if (!record.endsWith(sum)) {
         warnings << QStringLiteral("at offset %1 (checksum) it has %2, where %3 was expected; "
                                    "something in it is not as the reader sent it.")

@@ -1,7 +1,7 @@
 #include "apps/card/record_decoder.h"
 
 #include "apps/process/standard_streams.h"
-#include "common/country_code_list.h"
+#include "common/country_lookup.h"
 #include "iddata/iddata.h"
 #include "reader/reader_frames.h"
 
@@ -13,15 +13,6 @@ namespace
 
 /** What stands between name and code in the nationality of a card of the new edition. */
 constexpr const char *NATIONALITY_SEPARATOR = " / ";
-
-std::string countryName(const std::string &code)
-{
-    for (const auto &row : COUNTRY_CODE_LIST) {
-        if (row[1] == code)
-            return row[2];
-    }
-    return {};
-}
 
 template <typename Texts>
 void takePointsOutOfDates(Texts *texts)

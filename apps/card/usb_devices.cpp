@@ -8,7 +8,6 @@
 #include <libusb.h>
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QStringList>
 
 #include <unistd.h>
@@ -172,23 +171,6 @@ QVector<UsbDevice> describeAll(libusb_device *const *list)
 }
 
 } // namespace
-
-QString toText(UsbIds ids)
-{
-    const auto digits = [](std::uint16_t id) {
-        return QStringLiteral("%1").arg(int(id), 4, 16, QLatin1Char('0'));
-    };
-    return digits(ids.vendor) + QLatin1Char(':') + digits(ids.product);
-}
-
-std::optional<UsbIds> parseUsbIds(const QString &text)
-{
-    static const QRegularExpression form(QStringLiteral("\\A([0-9A-Fa-f]{4}):([0-9A-Fa-f]{4})\\z"));
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch())
-        return std::nullopt;
-    return UsbIds{match.captured(1).toUShort(nullptr, 16), match.captured(2).toUShort(nullptr, 16)};
-}
 
 UsbDevices listUsbDevices()
 {

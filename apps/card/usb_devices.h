@@ -2,25 +2,13 @@
 
 // The USB devices that could be a reader, as the system describes them; none is opened.
 
-#include <cstdint>
-#include <optional>
-
 #include <QString>
 #include <QVector>
 
+#include "common/usb_ids.h"
+
 namespace app
 {
-
-struct UsbIds {
-    std::uint16_t vendor = 0;
-    std::uint16_t product = 0;
-};
-
-/** As `--device` takes it: "1209:0001". */
-QString toText(UsbIds ids);
-
-/** The ids in such a text; nothing when it is none. */
-std::optional<UsbIds> parseUsbIds(const QString &text);
 
 struct UsbDevice {
     int bus = 0;

@@ -17,9 +17,7 @@ namespace
 
 bool opens(const RuleState &rule, UsbIds ids)
 {
-    return std::any_of(rule.opened.begin(), rule.opened.end(), [ids](UsbIds opened) {
-        return opened.vendor == ids.vendor && opened.product == ids.product;
-    });
+    return rule.opened.contains(ids);
 }
 
 QString modeText(unsigned int mode)

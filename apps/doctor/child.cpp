@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include "apps/process/standard_streams.h"
+#include "common/write_all.h"
 
 namespace app::doctor
 {
@@ -112,12 +113,8 @@ void forbidWriting()
     if (writing == FileWriting::Forbidden)
         forbidWriting();
     const auto tellAll = [output](const QByteArray &line) {
-        QByteArray rest = line + '\n';
-        ssize_t count = 0;
-        while (!rest.isEmpty() && ((count = ::write(output, rest.constData(),
-                                                    static_cast<std::size_t>(rest.size()))) > 0 ||
-                                   errno == EINTR))
-            rest.remove(0, static_cast<int>(std::max<ssize_t>(count, 0)));
+        const QByteArray text = line + '\n';
+        writeAll(output, text.constData(), static_cast<std::size_t>(text.size()));
     };
     work(tellAll);
     tellAll(END_MARK);

@@ -23,11 +23,6 @@ namespace
 
 constexpr qint64 LONGEST_RULE = 65536;
 
-bool isSame(UsbIds one, UsbIds other)
-{
-    return one.vendor == other.vendor && one.product == other.product;
-}
-
 QString valueIn(const QString &line, const char *pattern)
 {
     return QRegularExpression(QLatin1String(pattern)).match(line).captured(1);
@@ -227,11 +222,8 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
     const UsbDevices list = listUsbDevices();
     state.code = list.code;
     for (const UsbDevice &device : list.devices) {
-        const bool isInRule =
-            std::any_of(state.rule.opened.begin(), state.rule.opened.end(),
-                        [&device](UsbIds ids) { return isSame(ids, device.ids); });
-        const bool isWanted =
-            asked ? isSame(*asked, device.ids) : device.hasReaderPipes || isInRule;
+        const bool isInRule = state.rule.opened.contains(device.ids);
+        const bool isWanted = asked ? *asked == device.ids : device.hasReaderPipes || isInRule;
         if (isWanted)
             state.nodes << UsbNode{device, rightsOf(device.node), holdersOf(device.node)};
         else

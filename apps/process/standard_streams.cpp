@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "common/write_all.h"
+
 namespace app
 {
 
@@ -19,23 +21,6 @@ namespace
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
 const char *nameOfProgram = "idcard-reader";
-
-int writeAll(int descriptor, const QByteArray &bytes)
-{
-    const char *next = bytes.constData();
-    auto left = static_cast<std::size_t>(bytes.size());
-    while (left > 0) {
-        const ssize_t written = ::write(descriptor, next, left);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            return errno;
-        }
-        next += written;
-        left -= static_cast<std::size_t>(written);
-    }
-    return 0;
-}
 
 /** A closed standard stream would hand its number to the next file opened. */
 void occupyClosedStandardStreams()
@@ -101,8 +86,9 @@ Output::~Output()
 
 bool Output::write(const QByteArray &bytes)
 {
-    if (m_error == 0)
-        m_error = writeAll(m_descriptor, bytes);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (m_error == 0 && writeAll(m_descriptor, bytes.constData(), size) < size)
+        m_error = errno;
     return m_error == 0;
 }
 
@@ -179,7 +165,8 @@ ExitStatus answer(const QString &problem, const QString &text, Output *output)
 void printToStandardError(const QString &text)
 {
     // Nobody is left to be told when this fails.
-    writeAll(STDERR_FILENO, text.toUtf8());
+    const QByteArray bytes = text.toUtf8();
+    writeAll(STDERR_FILENO, bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
 
 bool isStandardErrorTerminal()

@@ -18,7 +18,7 @@ namespace
 
 QString nameOf(const app::UsbDevice &device)
 {
-    const QString name = app::toText(device.ids) + QLatin1Char(' ') + app::designation(device);
+    const QString name = toText(device.ids) + QLatin1Char(' ') + app::designation(device);
     return device.mayOpen ? name : RoadPanel::tr("%1 - not open to you").arg(name);
 }
 
@@ -62,9 +62,9 @@ RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent)
 void RoadPanel::chooseRoad()
 {
     emit told({tr("Lay a card on the reader and press Read.")});
-    const auto device = app::parseUsbIds(m_ui.device->currentData().toString());
+    const auto device = parseUsbIds(m_ui.device->currentData().toString());
     m_desk->setRoad({static_cast<app::ReaderRoad>(m_ui.road->currentIndex()),
-                     device.value_or(app::UsbIds()), m_ui.simulatorPhotos->isChecked()});
+                     device.value_or(UsbIds()), m_ui.simulatorPhotos->isChecked()});
 }
 
 void RoadPanel::listDevices()
@@ -75,7 +75,7 @@ void RoadPanel::listDevices()
         const QSignalBlocker quiet(m_ui.device);
         m_ui.device->clear();
         for (const app::UsbDevice &device : list.devices)
-            m_ui.device->addItem(nameOf(device), app::toText(device.ids));
+            m_ui.device->addItem(nameOf(device), toText(device.ids));
         if (!before.isEmpty())
             selectDevice(before);
         else if (list.devices.isEmpty())
@@ -98,11 +98,11 @@ void RoadPanel::selectCard(const QString &card)
     select(m_ui.card, card, QFileInfo(card).fileName());
 }
 
-void RoadPanel::chooseUsb(app::UsbIds device, bool simulatorPhotos)
+void RoadPanel::chooseUsb(UsbIds device, bool simulatorPhotos)
 {
     m_ui.simulatorPhotos->setChecked(simulatorPhotos);
     m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::Usb));
-    selectDevice(app::toText(device));
+    selectDevice(toText(device));
 }
 
 void RoadPanel::putCard(const QString &card, const QString &faults)

@@ -19,7 +19,7 @@ public:
     void setDesk(app::CardDesk *desk) { m_desk = desk; }
 
     /** As if the user had chosen it. */
-    void chooseUsb(app::UsbIds device, bool simulatorPhotos);
+    void chooseUsb(UsbIds device, bool simulatorPhotos);
     void putCard(const QString &card, const QString &faults);
 
 signals:

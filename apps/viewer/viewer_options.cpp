@@ -48,7 +48,7 @@ QString problemOf(const QCommandLineParser &parser)
 {
     if (!parser.positionalArguments().isEmpty())
         return Texts::tr("%1 is no option.").arg(parser.positionalArguments().first());
-    if (parser.isSet("usb") && !app::parseUsbIds(parser.value("usb")))
+    if (parser.isSet("usb") && !parseUsbIds(parser.value("usb")))
         return Texts::tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and "
                          "not \"%1\".")
             .arg(parser.value("usb"));
@@ -80,7 +80,7 @@ CommandLine parseCommandLine(const QString &program, const QStringList &argument
     if (!problem.isEmpty())
         return {{}, {}, problem + '\n' + Texts::tr("See \"%1\".").arg(program + " --help")};
     return {ViewerOptions{parser.value("simulate"), parser.value("fault"),
-                          app::parseUsbIds(parser.value("usb")), parser.isSet("simulator-photos"),
+                          parseUsbIds(parser.value("usb")), parser.isSet("simulator-photos"),
                           parser.isSet("auto"), parser.isSet("cover")},
             {},
             {}};

@@ -16,7 +16,7 @@ namespace viewer
 struct ViewerOptions {
     QString card;   ///< of the simulator; empty: another road
     QString faults; ///< of the simulator
-    std::optional<app::UsbIds> device;
+    std::optional<UsbIds> device;
     bool simulatorPhotos = false;
     bool isAutomatic = false;
     bool isCovered = false;

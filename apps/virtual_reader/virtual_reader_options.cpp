@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <QCommandLineParser>
-#include <QRegularExpression>
 
 #include "apps/process/exit_status.h"
 #include "apps/process/text_layout.h"
@@ -47,16 +46,12 @@ QString takePort(const QString &value, VirtualReaderOptions *options)
 
 QString takeIds(const QString &value, VirtualReaderOptions *options)
 {
-    static const QRegularExpression pattern(
-        QStringLiteral("\\A([0-9A-Fa-f]{4}):([0-9A-Fa-f]{4})\\z"));
-    const QRegularExpressionMatch match = pattern.match(value);
-    if (!match.hasMatch()) {
+    const auto ids = parseUsbIds(value);
+    if (!ids) {
         return QStringLiteral("two numbers of four hexadecimal digits each, for instance "
                               "1209:0001");
     }
-    constexpr int HEXADECIMAL = 16;
-    options->ids.vendor = match.captured(1).toUShort(nullptr, HEXADECIMAL);
-    options->ids.product = match.captured(2).toUShort(nullptr, HEXADECIMAL);
+    options->ids = *ids;
     return {};
 }
 

@@ -20,7 +20,7 @@ constexpr const char *VIRTUAL_READER_NAME = "idcard-virtual-reader";
 struct VirtualReaderOptions {
     QHostAddress address{QHostAddress::LocalHost};
     std::uint16_t port = simulator::USBIP_DEFAULT_PORT; ///< 0: any free one
-    simulator::UsbIds ids;
+    UsbIds ids = simulator::DEFAULT_READER_IDS;
     QString card; ///< empty: none on the reader
     QString faults;
     bool endsWithInput = false;

@@ -2,7 +2,7 @@
 
 #include "simulator/card/raw_record.h"
 
-#include "reader/reader_frames.h"
+#include "reader/frame_bytes.h"
 #include "simulator/card/card_media.h"
 #include "simulator/card/reader_frame.h"
 #include "simulator/card/text_fields.h"
@@ -94,11 +94,6 @@ QByteArray deliveredText(const CardDescription &card, const Faults &faults)
     return block;
 }
 
-void appendLength(QByteArray *payload, int length)
-{
-    payload->append(static_cast<char>(length / 256)).append(static_cast<char>(length % 256));
-}
-
 } // namespace
 
 QByteArray textBlock(const CardDescription &card)
@@ -129,9 +124,9 @@ QByteArray readAnswer(const CardDescription &card, const Faults &faults,
 
     QByteArray payload(reinterpret_cast<const char *>(reader_frames::READ_ANSWER_STATUS.data()),
                        STATUS_SIZE);
-    appendLength(&payload, text.size());
-    appendLength(&payload, faults.photoLength.value_or(photo.size()));
-    appendLength(&payload, prints.size());
+    payload += reader_frames::frameNumber(text.size());
+    payload += reader_frames::frameNumber(faults.photoLength.value_or(photo.size()));
+    payload += reader_frames::frameNumber(prints.size());
     payload += text + photo + prints;
     return answerFrame(payload);
 }

@@ -4,7 +4,9 @@
 
 #include <cstdint>
 
-#include "reader/reader_frames.h"
+#include <QtEndian>
+
+#include "reader/frame_bytes.h"
 
 namespace simulator
 {
@@ -23,39 +25,26 @@ QByteArray preamble()
             static_cast<int>(reader_frames::PREAMBLE.size())};
 }
 
-// The XOR of the bytes from the length up to, not including, `end`.
-char checksum(const QByteArray &frame, int end)
-{
-    unsigned int sum = 0;
-    for (int i = reader_frames::LENGTH_OFFSET; i < end; ++i) {
-        sum ^= static_cast<std::uint8_t>(frame.at(i));
-    }
-    return static_cast<char>(sum);
-}
-
 int lengthField(const QByteArray &frame)
 {
-    return static_cast<std::uint8_t>(frame.at(reader_frames::LENGTH_OFFSET)) * 256 +
-           static_cast<std::uint8_t>(frame.at(reader_frames::LENGTH_OFFSET + 1));
+    return qFromBigEndian<std::uint16_t>(frame.constData() + reader_frames::LENGTH_OFFSET);
 }
 
 } // namespace
 
 QByteArray answerFrame(const QByteArray &payload)
 {
-    const int length = payload.size() + reader_frames::CHECKSUM_SIZE;
-    QByteArray frame = preamble();
-    frame.append(static_cast<char>(length / 256)).append(static_cast<char>(length % 256));
-    frame.append(payload);
-    frame.append(checksum(frame, frame.size()));
-    return frame;
+    const QByteArray frame =
+        preamble() + reader_frames::frameNumber(payload.size() + reader_frames::CHECKSUM_SIZE) +
+        payload;
+    return frame + reader_frames::frameChecksum(frame, frame.size());
 }
 
 bool isCommandFrame(const QByteArray &bytes)
 {
     return bytes.size() >= SMALLEST_COMMAND_FRAME && bytes.startsWith(preamble()) &&
            lengthField(bytes) + reader_frames::HEAD_SIZE == bytes.size() &&
-           checksum(bytes, bytes.size() - 1) == bytes.at(bytes.size() - 1);
+           bytes.endsWith(reader_frames::frameChecksum(bytes, bytes.size() - 1));
 }
 
 bool isBareHead(const QByteArray &bytes)

@@ -7,17 +7,13 @@
 
 #include <QByteArray>
 
+#include "common/usb_ids.h"
+
 namespace simulator
 {
 
 /** The ids by which a simulated reader is found, unless it is given others. */
-constexpr std::uint16_t DEFAULT_VENDOR_ID = 0x1209;
-constexpr std::uint16_t DEFAULT_PRODUCT_ID = 0x0001;
-
-struct UsbIds {
-    std::uint16_t vendor = DEFAULT_VENDOR_ID;
-    std::uint16_t product = DEFAULT_PRODUCT_ID;
-};
+constexpr UsbIds DEFAULT_READER_IDS = {0x1209, 0x0001};
 
 /** How a transfer ends. */
 enum class UsbStatus {
@@ -36,6 +32,18 @@ struct UsbTransfer {
     int count = 0;   ///< bytes moved: of a write those taken, of a read the size of `data`
     int delayMs = 0; ///< time that passes before the transfer ends so
 };
+
+/** A transfer that took nothing from the host, and gave it `data`. */
+inline UsbTransfer ended(UsbStatus status, const QByteArray &data = {}, int delayMs = 0)
+{
+    return {status, data, data.size(), delayMs};
+}
+
+/** A write of which the device took `count` bytes. */
+inline UsbTransfer taken(UsbStatus status, int count, int delayMs = 0)
+{
+    return {status, {}, count, delayMs};
+}
 
 /** A device with one interface, number 0, and bulk endpoints. Not for several threads at once. */
 class UsbDevice

@@ -58,23 +58,6 @@ QByteArray distorted(QByteArray answer, const ExchangeFaults &faults)
     return answer.left(faults.answerCut.value_or(answer.size()));
 }
 
-UsbTransfer ended(UsbStatus status, const QByteArray &data = {})
-{
-    UsbTransfer transfer;
-    transfer.status = status;
-    transfer.data = data;
-    transfer.count = data.size();
-    return transfer;
-}
-
-UsbTransfer taken(UsbStatus status, int count)
-{
-    UsbTransfer transfer;
-    transfer.status = status;
-    transfer.count = count;
-    return transfer;
-}
-
 int commandNumber(UsbExchange exchange)
 {
     return 2 * static_cast<int>(exchange) + 1;

@@ -42,7 +42,7 @@ public:
     static constexpr std::uint8_t LOOP_OUT_ENDPOINT = 0x06;
     static constexpr std::uint8_t LOOP_IN_ENDPOINT = 0x85;
 
-    explicit VirtualReader(CardSlot slot = {}, UsbIds ids = {});
+    explicit VirtualReader(CardSlot slot = {}, UsbIds ids = DEFAULT_READER_IDS);
 
     /** The card and the faults; changes count from the next transfer on. */
     [[nodiscard]] CardSlot &slot() { return m_slot; }

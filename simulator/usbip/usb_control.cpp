@@ -49,29 +49,9 @@ constexpr StringRow STRINGS[] = {
     {16, "0001"},
 };
 
-UsbTransfer stalled()
-{
-    UsbTransfer transfer;
-    transfer.status = UsbStatus::Stalled;
-    return transfer;
-}
-
-UsbTransfer done()
-{
-    return {};
-}
-
-UsbTransfer answered(const QByteArray &data, const UsbSetup &setup)
-{
-    UsbTransfer transfer;
-    transfer.data = data.left(setup.length);
-    transfer.count = transfer.data.size();
-    return transfer;
-}
-
 UsbTransfer status(const UsbSetup &setup)
 {
-    return answered(QByteArray(2, '\0'), setup);
+    return ended(UsbStatus::Done, QByteArray(2, '\0').left(setup.length));
 }
 
 QByteArray stringDescriptor(const QByteArray &content)
@@ -146,7 +126,7 @@ UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
 {
     const std::optional<UsbDescription> description = describeDevice(m_device.descriptors());
     if (!description) {
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
     switch (setup.requestType & ~USB_ENDPOINT_IN) {
     case TO_DEVICE:
@@ -156,7 +136,7 @@ UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
     case TO_ENDPOINT:
         return answerEndpoint(setup, *description);
     default:
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
 }
 
@@ -170,18 +150,19 @@ UsbTransfer UsbControlEndpoint::answerDevice(const UsbSetup &setup,
         case GET_DESCRIPTOR:
             return descriptor(setup, description);
         case GET_CONFIGURATION:
-            return answered(QByteArray(1, static_cast<char>(m_configuration)), setup);
+            return ended(UsbStatus::Done,
+                         QByteArray(1, static_cast<char>(m_configuration)).left(setup.length));
         default:
-            return stalled();
+            return ended(UsbStatus::Stalled);
         }
     }
     switch (setup.request) {
     case SET_ADDRESS:
-        return done();
+        return ended(UsbStatus::Done);
     case SET_CONFIGURATION:
         return configure(setup.value, description);
     default:
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
 }
 
@@ -192,16 +173,18 @@ UsbTransfer UsbControlEndpoint::answerInterface(const UsbSetup &setup,
         description.interfaces.begin(), description.interfaces.end(),
         [&](const UsbInterfaceClass &interface) { return interface.number == setup.index; });
     if (!isKnown) {
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
     if (setup.isIn() && setup.request == GET_STATUS) {
         return status(setup);
     }
     if (setup.isIn() && setup.request == GET_INTERFACE) {
-        return answered(QByteArray(1, '\0'), setup);
+        return ended(UsbStatus::Done, QByteArray(1, '\0').left(setup.length));
     }
     const bool isFirstSetting = setup.value == 0; // there is no other
-    return !setup.isIn() && setup.request == SET_INTERFACE && isFirstSetting ? done() : stalled();
+    return !setup.isIn() && setup.request == SET_INTERFACE && isFirstSetting
+               ? ended(UsbStatus::Done)
+               : ended(UsbStatus::Stalled);
 }
 
 UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
@@ -210,14 +193,14 @@ UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
     const auto address = static_cast<std::uint8_t>(setup.index);
     const bool isZero = (address & ~USB_ENDPOINT_IN) == ENDPOINT_ZERO;
     if (setup.index > 0xFF || (!isZero && !description.hasEndpoint(address))) {
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
     if (setup.isIn() && setup.request == GET_STATUS) {
         return status(setup);
     }
     return !setup.isIn() && setup.request == CLEAR_FEATURE && setup.value == FEATURE_ENDPOINT_HALT
-               ? done()
-               : stalled();
+               ? ended(UsbStatus::Done)
+               : ended(UsbStatus::Stalled);
 }
 
 UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescription &description)
@@ -242,21 +225,22 @@ UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescr
     default:
         break;
     }
-    return bytes.isEmpty() ? stalled() : answered(bytes, setup);
+    return bytes.isEmpty() ? ended(UsbStatus::Stalled)
+                           : ended(UsbStatus::Done, bytes.left(setup.length));
 }
 
 UsbTransfer UsbControlEndpoint::configure(std::uint16_t value, const UsbDescription &description)
 {
     if (value != 0 && value != description.configurationValue) {
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
     if (value != 0 && m_configuration != 0 && m_device.refusesReset()) {
         m_configuration = 0; // the host gives the device up and may find it anew
-        return stalled();
+        return ended(UsbStatus::Stalled);
     }
     m_configuration = static_cast<std::uint8_t>(value);
     m_device.reset();
-    return done();
+    return ended(UsbStatus::Done);
 }
 
 } // namespace simulator

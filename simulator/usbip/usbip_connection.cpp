@@ -39,13 +39,6 @@ int statusNumber(const UsbTransfer &outcome)
     return STATUS_SHUT_DOWN;
 }
 
-UsbTransfer endedWith(UsbStatus status)
-{
-    UsbTransfer transfer;
-    transfer.status = status;
-    return transfer;
-}
-
 } // namespace
 
 UsbipConnection::UsbipConnection(UsbipExport &exported)
@@ -190,9 +183,9 @@ void UsbipConnection::answerControl(const UsbipSubmit &submit)
     const bool isContradictory = setup.length != 0 && setup.isIn() != submit.isIn();
     const bool hasRoom = setup.length <= submit.length;
     if (!m_export.device.isPluggedIn()) {
-        reply(submit, endedWith(UsbStatus::Unplugged));
+        reply(submit, ended(UsbStatus::Unplugged));
     } else if (isContradictory || !hasRoom) {
-        reply(submit, endedWith(UsbStatus::Stalled));
+        reply(submit, ended(UsbStatus::Stalled));
     } else {
         reply(submit, m_control.answer(setup));
     }
@@ -216,9 +209,9 @@ void UsbipConnection::start(Transfer *transfer, std::int64_t now)
     const std::optional<UsbDescription> description = describeDevice(device.descriptors());
     transfer->isStarted = true;
     if (!device.isPluggedIn()) {
-        transfer->outcome = endedWith(UsbStatus::Unplugged);
+        transfer->outcome = ended(UsbStatus::Unplugged);
     } else if (!description || !description->hasEndpoint(submit.endpoint)) {
-        transfer->outcome = endedWith(UsbStatus::Stalled);
+        transfer->outcome = ended(UsbStatus::Stalled);
     } else if (submit.isIn()) {
         transfer->outcome = device.read(submit.endpoint, submit.length);
     } else {

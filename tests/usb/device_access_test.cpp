@@ -109,7 +109,7 @@ TEST_F(DeviceAccess, Destructor_ReleasesTheInterfaceThenClosesTheNode)
 
 TEST_F(DeviceAccess, LargestIds_AreFoundAndKept)
 {
-    ScriptedDevice &device = make(simulator::UsbIds{0xFFFF, 0xFFFE});
+    ScriptedDevice &device = make(UsbIds{0xFFFF, 0xFFFE});
     add(device);
     const OpenedDevice opened(0xFFFF, 0xFFFE);
     EXPECT_EQ(opened.lastError(), 0);
@@ -130,9 +130,9 @@ TEST_F(DeviceAccess, EmptyBus_IsNotFound)
 
 TEST_F(DeviceAccess, OtherDevicesOnly_AreNotOpened)
 {
-    ScriptedDevice &otherVendor = make(simulator::UsbIds{0x120A, PRODUCT});
-    ScriptedDevice &otherProduct = make(simulator::UsbIds{VENDOR, 0x0002});
-    ScriptedDevice &swapped = make(simulator::UsbIds{PRODUCT, VENDOR});
+    ScriptedDevice &otherVendor = make(UsbIds{0x120A, PRODUCT});
+    ScriptedDevice &otherProduct = make(UsbIds{VENDOR, 0x0002});
+    ScriptedDevice &swapped = make(UsbIds{PRODUCT, VENDOR});
     for (ScriptedDevice *const device : {&otherVendor, &otherProduct, &swapped})
         add(*device);
     const OpenedDevice opened;
@@ -144,9 +144,9 @@ TEST_F(DeviceAccess, OtherDevicesOnly_AreNotOpened)
 
 TEST_F(DeviceAccess, ReaderAmongOthers_IsTheOneThatIsOpened)
 {
-    ScriptedDevice &before = make(simulator::UsbIds{VENDOR, 0x0002});
+    ScriptedDevice &before = make(UsbIds{VENDOR, 0x0002});
     ScriptedDevice &device = make();
-    ScriptedDevice &after = make(simulator::UsbIds{0x120A, PRODUCT});
+    ScriptedDevice &after = make(UsbIds{0x120A, PRODUCT});
     for (ScriptedDevice *const one : {&before, &device, &after})
         add(*one);
     {
@@ -337,7 +337,7 @@ TEST_F(DeviceAccess, OpenOnALiveObject_GivesBackWhatItHeld)
 TEST_F(DeviceAccess, OpenOfAnotherReaderOnALiveObject_GoesOverToIt)
 {
     ScriptedDevice &one = make();
-    ScriptedDevice &other = make(simulator::UsbIds{0x120A, 0x0002});
+    ScriptedDevice &other = make(UsbIds{0x120A, 0x0002});
     add(one);
     add(other);
     {
@@ -436,7 +436,7 @@ TEST_F(DeviceAccess, ReaderPluggedInMoreOftenThanABusHasNumbers_IsFound)
 TEST_F(DeviceAccess, Search_HandsTheHandleToItsCaller)
 {
     ScriptedDevice &device = make();
-    ScriptedDevice &other = make(simulator::UsbIds{VENDOR, 0x0002});
+    ScriptedDevice &other = make(UsbIds{VENDOR, 0x0002});
     add(device);
     add(other);
     OpenedDevice opened;

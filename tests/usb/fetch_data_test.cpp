@@ -167,7 +167,7 @@ TEST_F(FetchData, LengthsBesideTheKnownOnes_AreInvalid)
     ScriptedDevice *device = nullptr;
     Lines expected;
     for (const int size : {1, 10, 12, 1296, 1298, 1808, 1810, 2320}) {
-        device = &make(simulator::UsbIds{VENDOR, static_cast<std::uint16_t>(size)});
+        device = &make(UsbIds{VENDOR, static_cast<std::uint16_t>(size)});
         expectReady(*device);
         device->expectWrite(0x02, frames::READ)
             .expectRead(0x81, frames::READ_CAPACITY, frames::readAnswer(1024).left(size));

@@ -74,8 +74,8 @@ TEST_F(LibusbFailure, DeviceList_IsToldWithoutAListToFree)
 
 TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
 {
-    ScriptedDevice &one = make(simulator::UsbIds{VENDOR, PRODUCT});
-    ScriptedDevice &other = make(simulator::UsbIds{VENDOR, PRODUCT});
+    ScriptedDevice &one = make(UsbIds{VENDOR, PRODUCT});
+    ScriptedDevice &other = make(UsbIds{VENDOR, PRODUCT});
     add(one);
     add(other);
     setLibusbFailures({0, 0, 1, 0});
@@ -93,7 +93,7 @@ TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
 TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsToldWithItsPosition)
 {
     for (std::uint16_t product = 2; product <= 4; ++product)
-        add(make(simulator::UsbIds{VENDOR, product}));
+        add(make(UsbIds{VENDOR, product}));
     setLibusbFailures({0, 0, 3, 0});
     const OpenedDevice opened;
     EXPECT_EQ(opened.lastError(), -4);

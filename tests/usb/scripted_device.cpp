@@ -6,18 +6,9 @@ namespace usb_test
 using simulator::UsbStatus;
 using simulator::UsbTransfer;
 
-UsbTransfer ended(UsbStatus status)
-{
-    UsbTransfer transfer;
-    transfer.status = status;
-    return transfer;
-}
-
 ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteArray &bytes)
 {
-    UsbTransfer taken;
-    taken.count = bytes.size();
-    return expectWrite(endpoint, bytes, taken);
+    return expectWrite(endpoint, bytes, taken(UsbStatus::Done, bytes.size()));
 }
 
 ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteArray &bytes,
@@ -30,10 +21,7 @@ ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteAr
 ScriptedDevice &ScriptedDevice::expectRead(std::uint8_t endpoint, int capacity,
                                            const QByteArray &answer)
 {
-    UsbTransfer answered;
-    answered.data = answer;
-    answered.count = answer.size();
-    return expectRead(endpoint, capacity, answered);
+    return expectRead(endpoint, capacity, ended(UsbStatus::Done, answer));
 }
 
 ScriptedDevice &ScriptedDevice::expectRead(std::uint8_t endpoint, int capacity,

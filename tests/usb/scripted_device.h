@@ -14,7 +14,7 @@ namespace usb_test
 class ScriptedDevice : public simulator::UsbDevice
 {
 public:
-    explicit ScriptedDevice(const simulator::UsbIds &ids = {}) : m_ids(ids) {}
+    explicit ScriptedDevice(const UsbIds &ids = simulator::DEFAULT_READER_IDS) : m_ids(ids) {}
 
     // The script, in order; each line is one transfer.
 
@@ -65,7 +65,7 @@ private:
     static QString textOf(const Line &line);
     simulator::UsbTransfer follow(const Line &asked);
 
-    simulator::UsbIds m_ids;
+    UsbIds m_ids;
     std::deque<Line> m_script;
     QStringList m_complaints;
     bool m_isPluggedIn = true;
@@ -75,8 +75,5 @@ private:
     bool m_refusesReset = false;
     int m_resets = 0;
 };
-
-/** The outcome of a transfer that `status` ended. */
-simulator::UsbTransfer ended(simulator::UsbStatus status);
 
 } // namespace usb_test

@@ -39,8 +39,8 @@ protected:
 
     libusb_device_handle *open()
     {
-        return libusb_open_device_with_vid_pid(m_context, simulator::DEFAULT_VENDOR_ID,
-                                               simulator::DEFAULT_PRODUCT_ID);
+        return libusb_open_device_with_vid_pid(m_context, simulator::DEFAULT_READER_IDS.vendor,
+                                               simulator::DEFAULT_READER_IDS.product);
     }
 
     std::vector<std::string> leftOvers()

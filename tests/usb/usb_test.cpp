@@ -95,7 +95,7 @@ bool warmUp()
     if (libusb_init(&context) != 0)
         return false;
     libusb_device_handle *const handle = libusb_open_device_with_vid_pid(
-        context, simulator::DEFAULT_VENDOR_ID, simulator::DEFAULT_PRODUCT_ID);
+        context, simulator::DEFAULT_READER_IDS.vendor, simulator::DEFAULT_READER_IDS.product);
     if (handle != nullptr)
         libusb_close(handle);
     libusb_exit(context);

@@ -7,6 +7,7 @@
 #include "tests/usbip/client_messages.h"
 #include "tests/usbip/scripted_device.h"
 
+using simulator::UsbStatus;
 using simulator::UsbipConnection;
 using simulator::UsbipExport;
 using testing::ElementsAre;
@@ -201,8 +202,8 @@ TEST_F(Exchange, CommandIsWrittenAndItsAnswerRead)
     attach();
     const QByteArray command = hex("AA AA AA 96 69 00 03 20 01 22");
     const QByteArray found = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
-    device.writes = {taken(10)};
-    device.reads = {answer(found)};
+    device.writes = {taken(UsbStatus::Done, 10)};
+    device.reads = {ended(UsbStatus::Done, found)};
     EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 06 00 01 00 02 00 00 00 00 00 00 00 02"
                            "00 00 00 00 00 00 00 0A 00 00 00 00 FF FF FF FF 00 00 00 00"
                            "00 00 00 00 00 00 00 00"
@@ -224,7 +225,7 @@ TEST_F(Exchange, CommandIsWrittenAndItsAnswerRead)
 TEST_F(Exchange, UnlinkTakesAWaitingReadBack)
 {
     attach();
-    device.reads = {endedWith(simulator::UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::Pending)};
     EXPECT_EQ(answerTo(bulkRead(8, 64)), QByteArray());
     EXPECT_EQ(answerTo(hex("00 00 00 02 00 00 00 09 00 01 00 02 00 00 00 00 00 00 00 00"
                            "00 00 00 08 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
@@ -237,7 +238,7 @@ TEST_F(Exchange, UnlinkTakesAWaitingReadBack)
 TEST_F(Exchange, UnlinkOfAFinishedReadAnswersZero)
 {
     attach();
-    device.reads = {answer("x")};
+    device.reads = {ended(UsbStatus::Done, "x")};
     answerTo(bulkRead(8, 64));
     EXPECT_EQ(answerTo(unlink(9, 8)),
               hex("00 00 00 04 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
@@ -247,8 +248,8 @@ TEST_F(Exchange, UnlinkOfAFinishedReadAnswersZero)
 
 TEST_F(Exchange, ByteByByteIsAnsweredAsInOnePiece)
 {
-    device.writes = {taken(3)};
-    device.reads = {answer("abc")};
+    device.writes = {taken(UsbStatus::Done, 3)};
+    device.reads = {ended(UsbStatus::Done, "abc")};
     const QByteArray all = importRequest() + bulkWrite(1, "xyz") + bulkRead(2, 64) +
                            control(3, hex("8006000100001200"));
     QByteArray sent;
@@ -256,8 +257,8 @@ TEST_F(Exchange, ByteByByteIsAnsweredAsInOnePiece)
         sent += answerTo(QByteArray(1, byte));
 
     ScriptedDevice other;
-    other.writes = {taken(3)};
-    other.reads = {answer("abc")};
+    other.writes = {taken(UsbStatus::Done, 3)};
+    other.reads = {ended(UsbStatus::Done, "abc")};
     UsbipExport otherExport(other);
     UsbipConnection inOnePiece(otherExport);
     inOnePiece.receive(all, 0);

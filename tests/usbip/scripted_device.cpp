@@ -11,7 +11,7 @@ namespace
 UsbTransfer next(std::deque<UsbTransfer> *script)
 {
     if (script->empty())
-        return endedWith(UsbStatus::Stalled);
+        return ended(UsbStatus::Stalled);
     UsbTransfer transfer = script->front();
     script->pop_front();
     return transfer;
@@ -51,29 +51,4 @@ UsbTransfer ScriptedDevice::read(std::uint8_t endpoint, int capacity)
 {
     calls.push_back({DeviceCall::Read, endpoint, {}, capacity});
     return next(&reads);
-}
-
-UsbTransfer answer(const QByteArray &data, int delayMs)
-{
-    UsbTransfer transfer;
-    transfer.data = data;
-    transfer.count = data.size();
-    transfer.delayMs = delayMs;
-    return transfer;
-}
-
-UsbTransfer taken(int count, int delayMs)
-{
-    UsbTransfer transfer;
-    transfer.count = count;
-    transfer.delayMs = delayMs;
-    return transfer;
-}
-
-UsbTransfer endedWith(UsbStatus status, int delayMs)
-{
-    UsbTransfer transfer;
-    transfer.status = status;
-    transfer.delayMs = delayMs;
-    return transfer;
 }

@@ -39,7 +39,3 @@ public:
     simulator::UsbTransfer write(std::uint8_t endpoint, const QByteArray &bytes) override;
     simulator::UsbTransfer read(std::uint8_t endpoint, int capacity) override;
 };
-
-simulator::UsbTransfer answer(const QByteArray &data, int delayMs = 0);
-simulator::UsbTransfer taken(int count, int delayMs = 0);
-simulator::UsbTransfer endedWith(simulator::UsbStatus status, int delayMs = 0);

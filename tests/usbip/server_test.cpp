@@ -113,7 +113,7 @@ TEST_F(Server, RefusesASecondImportAndLeavesTheFirstAlone)
     second.send(importRequest());
     EXPECT_EQ(second.receive(8), hex("01 11 00 03 00 00 00 01"));
     EXPECT_TRUE(second.isClosedByServer());
-    device.reads = {answer("still here")};
+    device.reads = {ended(UsbStatus::Done, "still here")};
     first.send(bulkRead(1, 64));
     EXPECT_EQ(first.receive(48 + 10).mid(48), "still here");
 }
@@ -131,8 +131,8 @@ TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
 {
     Client client(server);
     client.import();
-    device.reads = {answer("late", 150)};
-    device.writes = {taken(1)};
+    device.reads = {ended(UsbStatus::Done, "late", 150)};
+    device.writes = {taken(UsbStatus::Done, 1)};
     QElapsedTimer time;
     time.start();
     client.send(bulkRead(1, 64) + bulkWrite(2, "x"));
@@ -145,7 +145,7 @@ TEST_F(Server, PendingTransferIsTakenBack)
 {
     Client client(server);
     client.import();
-    device.reads = {endedWith(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::Pending)};
     client.send(bulkRead(1, 64));
     client.send(unlink(2, 1));
     const auto sent = replies(client.receive(48));
@@ -169,7 +169,7 @@ TEST_F(Server, TransferThatUnplugsTheReaderIsAnsweredBeforeTheConnectionCloses)
 {
     Client client(server);
     client.import();
-    device.reads = {endedWith(UsbStatus::Unplugged, 20)};
+    device.reads = {ended(UsbStatus::Unplugged, {}, 20)};
     client.send(bulkRead(1, 64));
     ASSERT_TRUE(eventually([this] { return device.calls.size() > 1; }));
     device.pluggedIn = false;
@@ -211,7 +211,7 @@ TEST_F(Server, KeepsTheAttachedClientWhenManyOthersCome)
     std::vector<std::unique_ptr<Client>> silent;
     for (std::size_t i = 0; i < 3 * UsbipServer::MOST_CONNECTIONS; ++i)
         silent.push_back(std::make_unique<Client>(server));
-    device.reads = {answer("here")};
+    device.reads = {ended(UsbStatus::Done, "here")};
     attached.send(bulkRead(1, 64));
     EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }
@@ -229,7 +229,7 @@ TEST_F(Server, ManyLongReadsArriveWhole)
     client.import();
     constexpr int COUNT = 40;
     const QByteArray data(65536, 'd');
-    device.reads.assign(COUNT, answer(data));
+    device.reads.assign(COUNT, ended(UsbStatus::Done, data));
     for (unsigned int number = 0; number < COUNT; ++number)
         client.send(bulkRead(number, 65536));
     for (int i = 0; i < COUNT; ++i)

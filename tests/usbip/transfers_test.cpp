@@ -62,14 +62,14 @@ protected:
 
 TEST_F(Transfers, ShortWriteTellsHowManyBytesWereTaken)
 {
-    device.writes = {taken(7)};
+    device.writes = {taken(UsbStatus::Done, 7)};
     send(bulkWrite(11, QByteArray(10, 'x')));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 7)));
 }
 
 TEST_F(Transfers, WriteOfNoBytesReachesTheDevice)
 {
-    device.writes = {taken(0)};
+    device.writes = {taken(UsbStatus::Done, 0)};
     send(bulkWrite(11, {}));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 0)));
     EXPECT_THAT(device.calls, ElementsAre(DeviceCall{DeviceCall::Write, 0x02, {}, 0}));
@@ -83,7 +83,7 @@ TEST_F(Transfers, EndAsTheDeviceSays)
                                                          {UsbStatus::TooLong, EOVERFLOW_STATUS},
                                                          {UsbStatus::Unplugged, ESHUTDOWN_STATUS}};
     for (const auto &[status, number] : ends) {
-        device.reads = {endedWith(status)};
+        device.reads = {ended(status)};
         send(bulkRead(1, 64));
         EXPECT_THAT(sent(), ElementsAre(submitted(1, number, 0)));
     }
@@ -91,7 +91,7 @@ TEST_F(Transfers, EndAsTheDeviceSays)
 
 TEST_F(Transfers, GarbledReadBringsWhatCame)
 {
-    simulator::UsbTransfer garbled = answer("abc");
+    simulator::UsbTransfer garbled = ended(UsbStatus::Done, "abc");
     garbled.status = UsbStatus::Broken;
     device.reads = {garbled};
     send(bulkRead(1, 64));
@@ -100,14 +100,14 @@ TEST_F(Transfers, GarbledReadBringsWhatCame)
 
 TEST_F(Transfers, MoreThanThereIsRoomForIsCutOff)
 {
-    device.reads = {answer("abcdef")};
+    device.reads = {ended(UsbStatus::Done, "abcdef")};
     send(bulkRead(1, 4));
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 4, "abcd")));
 }
 
 TEST_F(Transfers, MoreTakenThanSentIsCutOff)
 {
-    device.writes = {taken(1000), taken(-5)};
+    device.writes = {taken(UsbStatus::Done, 1000), taken(UsbStatus::Done, -5)};
     send(bulkWrite(11, "abc"));
     send(bulkWrite(12, "abc"));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 3), submitted(12, 0, 0)));
@@ -115,7 +115,7 @@ TEST_F(Transfers, MoreTakenThanSentIsCutOff)
 
 TEST_F(Transfers, ShortReadFailsWhenTheClientRefusesIt)
 {
-    device.reads = {answer("abc"), answer("abcd")};
+    device.reads = {ended(UsbStatus::Done, "abc"), ended(UsbStatus::Done, "abcd")};
     SubmitFields fields;
     fields.flags = 1;
     fields.length = 4;
@@ -137,7 +137,7 @@ TEST_F(Transfers, UnknownEndpointStallsWithoutAskingTheDevice)
 
 TEST_F(Transfers, DelayedReadEndsWhenItsTimeHasCome)
 {
-    device.reads = {answer("late", 300)};
+    device.reads = {ended(UsbStatus::Done, "late", 300)};
     send(bulkRead(1, 64), 1000);
     EXPECT_EQ(connection.nextTime(), 1300);
     EXPECT_THAT(sentAt(1299), IsEmpty());
@@ -147,8 +147,8 @@ TEST_F(Transfers, DelayedReadEndsWhenItsTimeHasCome)
 
 TEST_F(Transfers, OtherEndpointsAreServedMeanwhile)
 {
-    device.reads = {answer("late", 300), answer("loop")};
-    device.writes = {taken(1)};
+    device.reads = {ended(UsbStatus::Done, "late", 300), ended(UsbStatus::Done, "loop")};
+    device.writes = {taken(UsbStatus::Done, 1)};
     send(bulkRead(1, 64) + bulkWrite(11, "x") + bulkRead(2, 64, 5) +
          control(3, hex("8008000000000100")));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 1), submitted(2, 0, 4, "loop"),
@@ -158,7 +158,8 @@ TEST_F(Transfers, OtherEndpointsAreServedMeanwhile)
 
 TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
 {
-    device.reads = {answer("first", 100), answer("second", 50), answer("third")};
+    device.reads = {ended(UsbStatus::Done, "first", 100), ended(UsbStatus::Done, "second", 50),
+                    ended(UsbStatus::Done, "third")};
     send(bulkRead(1, 64) + bulkRead(2, 64) + bulkRead(3, 64));
     EXPECT_EQ(device.calls.size(), 1U);
     EXPECT_THAT(sentAt(100), ElementsAre(submitted(1, 0, 5, "first")));
@@ -169,14 +170,14 @@ TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
 
 TEST_F(Transfers, NegativeDelayIsNone)
 {
-    device.reads = {answer("now", -20)};
+    device.reads = {ended(UsbStatus::Done, "now", -20)};
     send(bulkRead(1, 64), 5);
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 3, "now")));
 }
 
 TEST_F(Transfers, PendingReadNeverEndsByItself)
 {
-    device.reads = {endedWith(UsbStatus::Pending, 5)};
+    device.reads = {ended(UsbStatus::Pending, {}, 5)};
     send(bulkRead(1, 64));
     EXPECT_EQ(connection.nextTime(), std::nullopt);
     EXPECT_THAT(sentAt(1000000), IsEmpty());
@@ -184,8 +185,8 @@ TEST_F(Transfers, PendingReadNeverEndsByItself)
 
 TEST_F(Transfers, PendingReadIsTriedAgainAfterAWrite)
 {
-    device.reads = {endedWith(UsbStatus::Pending), answer("answer")};
-    device.writes = {taken(7)};
+    device.reads = {ended(UsbStatus::Pending), ended(UsbStatus::Done, "answer")};
+    device.writes = {taken(UsbStatus::Done, 7)};
     send(bulkRead(1, 64));
     send(bulkWrite(11, "command"));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 7), submitted(1, 0, 6, "answer")));
@@ -193,7 +194,7 @@ TEST_F(Transfers, PendingReadIsTriedAgainAfterAWrite)
 
 TEST_F(Transfers, PendingWriteBlocksItsEndpointUntilItIsUnlinked)
 {
-    device.writes = {endedWith(UsbStatus::Pending), taken(2)};
+    device.writes = {ended(UsbStatus::Pending), taken(UsbStatus::Done, 2)};
     send(bulkWrite(11, "a") + bulkWrite(12, "bb"));
     EXPECT_THAT(sent(), IsEmpty());
     send(unlink(13, 11));
@@ -202,7 +203,7 @@ TEST_F(Transfers, PendingWriteBlocksItsEndpointUntilItIsUnlinked)
 
 TEST_F(Transfers, UnlinkedDelayedReadNeverEnds)
 {
-    device.reads = {answer("late", 300)};
+    device.reads = {ended(UsbStatus::Done, "late", 300)};
     send(bulkRead(1, 64));
     send(unlink(13, 1));
     EXPECT_THAT(sent(), ElementsAre(unlinked(13, ECONNRESET_STATUS)));
@@ -211,7 +212,7 @@ TEST_F(Transfers, UnlinkedDelayedReadNeverEnds)
 
 TEST_F(Transfers, UnlinkedBeforeItsTurnNeverReachesTheDevice)
 {
-    device.reads = {answer("first", 100)};
+    device.reads = {ended(UsbStatus::Done, "first", 100)};
     send(bulkRead(1, 64) + bulkRead(2, 64) + unlink(13, 2));
     EXPECT_THAT(sentAt(100),
                 ElementsAre(unlinked(13, ECONNRESET_STATUS), submitted(1, 0, 5, "first")));
@@ -226,7 +227,7 @@ TEST_F(Transfers, UnlinkOfWhatNeverWasAnswersZero)
 
 TEST_F(Transfers, NumberCanBeUsedAgainAfterTheTransferEnded)
 {
-    device.reads = {answer("a"), answer("b")};
+    device.reads = {ended(UsbStatus::Done, "a"), ended(UsbStatus::Done, "b")};
     send(bulkRead(1, 64));
     send(bulkRead(1, 64));
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 1, "a"), submitted(1, 0, 1, "b")));
@@ -234,7 +235,7 @@ TEST_F(Transfers, NumberCanBeUsedAgainAfterTheTransferEnded)
 
 TEST_F(Transfers, UnplugEndsTheConnectionAndGivesTheReaderBack)
 {
-    device.reads = {endedWith(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::Pending)};
     send(bulkRead(1, 64));
     device.pluggedIn = false;
     EXPECT_THAT(sentAt(10), IsEmpty());
@@ -245,7 +246,7 @@ TEST_F(Transfers, UnplugEndsTheConnectionAndGivesTheReaderBack)
 
 TEST_F(Transfers, TransferDuringWhichTheReaderGoesEndsBeforeTheConnection)
 {
-    device.reads = {endedWith(UsbStatus::Unplugged, 40)};
+    device.reads = {ended(UsbStatus::Unplugged, {}, 40)};
     send(bulkRead(1, 64), 0);
     device.pluggedIn = false;
     EXPECT_THAT(sentAt(39), IsEmpty());
@@ -256,7 +257,7 @@ TEST_F(Transfers, TransferDuringWhichTheReaderGoesEndsBeforeTheConnection)
 
 TEST_F(Transfers, NothingReachesAReaderThatIsGoing)
 {
-    device.reads = {endedWith(UsbStatus::Unplugged, 40)};
+    device.reads = {ended(UsbStatus::Unplugged, {}, 40)};
     send(bulkRead(1, 64));
     device.pluggedIn = false;
     send(bulkWrite(11, "x") + control(12, hex("0009010000000000")));

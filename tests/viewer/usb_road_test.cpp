@@ -24,7 +24,7 @@ using testing::Not;
 namespace
 {
 
-constexpr app::UsbIds DEVICE = {0x1209, 0x0001};
+constexpr UsbIds DEVICE = {0x1209, 0x0001};
 
 class UsbRoad : public ViewerTest
 {
