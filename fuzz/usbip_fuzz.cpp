@@ -40,7 +40,6 @@ simulator::CardSlot slotWithCard()
     QString problem;
     demand(
         slot.putCard(QStringLiteral("resident-no-fingerprint"), simulator::PutAs::Plain, &problem));
-    slot.compressedPhoto(); // once for all readers
     return slot;
 }
 

@@ -2,12 +2,10 @@
 
 #include "simulator/card/card_media.h"
 
-#include <random>
-
 #include "common/card_records.h"
-#include "simulator/card/fnv.h"
 #include "simulator/card/photo_codec.h"
 #include "simulator/card/portrait.h"
+#include "simulator/card/seeded_bytes.h"
 
 namespace simulator
 {
@@ -21,38 +19,27 @@ QByteArray fingerprintTemplate(const CardDescription &card, int finger)
 {
     const QString head =
         QStringLiteral("SIMULATED FINGERPRINT %1 OF %2\n").arg(finger).arg(card.idNumber);
-    QByteArray bytes = head.toUtf8();
-    std::mt19937 random(fnv1a(bytes));
-    while (bytes.size() < int(IDCARD_FINGERPRINT_SIZE)) {
-        bytes.append(static_cast<char>(random() & 0xFFU));
-    }
-    return bytes;
+    return filledUp(head.toUtf8(), IDCARD_FINGERPRINT_SIZE);
 }
 
 } // namespace
 
-PhotoImage portraitOf(const CardDescription &card)
-{
-    const std::uint32_t seed = card.photoSeed.value_or(fnv1a(card.idNumber.toUtf8()));
-    return drawPortrait(seed,
-                        card.sex == QLatin1String("2") ? Hairdresser::Women : Hairdresser::Men);
-}
-
 QByteArray photoBmpFile(const CardDescription &card)
 {
-    return bmpFile(portraitOf(card));
+    return portraitFile(portraitOf(card));
 }
 
 QByteArray compressedPhoto(const CardDescription &card)
 {
-    return compressPhoto(portraitOf(card)).value();
+    return compressPhoto(portraitOf(card), seedOf(card.idNumber.toUtf8()));
 }
 
-QByteArray undecodablePhoto(QByteArray compressedPhoto)
+QByteArray undecodablePhoto(const CardDescription &card)
 {
-    const int middle = compressedPhoto.size() / 2;
-    compressedPhoto[middle] = static_cast<char>(~compressedPhoto.at(middle));
-    return compressedPhoto;
+    QByteArray data = compressedPhoto(card);
+    const int middle = data.size() / 2;
+    data[middle] = static_cast<char>(~data.at(middle));
+    return data;
 }
 
 QByteArray fingerprintTemplates(const CardDescription &card)

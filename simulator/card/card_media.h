@@ -5,22 +5,18 @@
 #include <QByteArray>
 
 #include "simulator/card/card_description.h"
-#include "simulator/card/photo_image.h"
 
 namespace simulator
 {
 
-/** The portrait of the card's holder. */
-PhotoImage portraitOf(const CardDescription &card);
-
-/** The portrait as a BMP file of 38862 bytes. */
+/** The portrait of the card's holder as a BMP file of 38862 bytes. */
 QByteArray photoBmpFile(const CardDescription &card);
 
 /** The portrait as the 1024 bytes that `unpack` decodes. */
 QByteArray compressedPhoto(const CardDescription &card);
 
-/** 1024 bytes that look like this compressed photo and do not decode. */
-QByteArray undecodablePhoto(QByteArray compressedPhoto);
+/** 1024 bytes that look like the card's compressed photo and do not decode. */
+QByteArray undecodablePhoto(const CardDescription &card);
 
 /** The card's templates one after the other: 0, 512 or 1024 bytes. */
 QByteArray fingerprintTemplates(const CardDescription &card);

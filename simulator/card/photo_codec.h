@@ -1,23 +1,28 @@
 #pragma once
 
-// The simulator's own photo code: 1024 bytes for a picture of few colours. It is made for the
-// portraits that the simulator draws and stands where real cards have the makers' closed format.
+// The simulator's own stand-in for compressed photos, where real cards have the makers' closed
+// format: 1024 bytes that name a drawn portrait. No other picture can be put into them.
 
-#include <optional>
+#include <cstdint>
 
 #include <QByteArray>
-
-#include "simulator/card/photo_image.h"
 
 namespace simulator
 {
 
 /**
- * The photo in 1024 bytes, without loss; nothing when it has more than 128 colours or does not fit.
+ * The portrait in 1024 bytes. `seed` makes them unlike those of every other card with this
+ * portrait.
  */
-std::optional<QByteArray> compressPhoto(const PhotoImage &image);
+QByteArray compressPhoto(std::uint8_t portrait, std::uint32_t seed);
 
-/** The photo in `data`; nothing unless `data` is exactly what `compressPhoto` made of it. */
-std::optional<PhotoImage> decompressPhoto(const QByteArray &data);
+/** The portrait's BMP file; empty unless `data` is exactly what `compressPhoto` makes. */
+QByteArray decompressPhoto(const QByteArray &data);
+
+/**
+ * The rows of a photo's BMP file without header and padding, red first. They stay in the file's
+ * order, bottom row first: put behind the header of a BMP file, they are upright.
+ */
+QByteArray pixelRows(const QByteArray &bmpFile);
 
 } // namespace simulator

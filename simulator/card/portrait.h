@@ -1,18 +1,24 @@
 #pragma once
 
-// Draws the photos of cards: friendly, neutral portraits of nobody, on a white background.
+// The photos of cards: drawn portraits of nobody, from artwork/portraits.svg.
 
 #include <cstdint>
 
-#include "simulator/card/photo_image.h"
+#include <QByteArray>
+
+#include "simulator/card/card_description.h"
 
 namespace simulator
 {
 
-/** Whose haircuts, collars and beards a portrait chooses from. */
-enum class Hairdresser { Women, Men };
+/** How many portraits there are: so many of women, then so many of men. */
+constexpr unsigned int PORTRAITS_OF_ONE_SEX = 16;
+constexpr unsigned int PORTRAITS = 2 * PORTRAITS_OF_ONE_SEX;
 
-/** The portrait that belongs to `seed`: the same pixels on every machine. */
-PhotoImage drawPortrait(std::uint32_t seed, Hairdresser hairdresser);
+/** The portrait of the card's holder. It follows from the seed, or else from the card's number. */
+std::uint8_t portraitOf(const CardDescription &card);
+
+/** The portrait as a BMP file of 38862 bytes. `portrait`: below `PORTRAITS`. */
+QByteArray portraitFile(std::uint8_t portrait);
 
 } // namespace simulator

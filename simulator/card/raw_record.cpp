@@ -110,16 +110,10 @@ QByteArray textBlock(const CardDescription &card)
 
 QByteArray readAnswer(const CardDescription &card, const Faults &faults)
 {
-    return readAnswer(card, faults, compressedPhoto(card));
-}
-
-QByteArray readAnswer(const CardDescription &card, const Faults &faults,
-                      const QByteArray &compressedPhoto)
-{
     constexpr int STATUS_SIZE = 3;
     const QByteArray text = deliveredText(card, faults);
     const QByteArray photo =
-        faults.photoUndecodable ? undecodablePhoto(compressedPhoto) : compressedPhoto;
+        faults.photoUndecodable ? undecodablePhoto(card) : compressedPhoto(card);
     const QByteArray prints = fingerprintTemplates(card);
 
     QByteArray payload(reinterpret_cast<const char *>(reader_frames::READ_ANSWER_STATUS.data()),

@@ -23,8 +23,4 @@ QByteArray textBlock(const CardDescription &card);
  */
 QByteArray readAnswer(const CardDescription &card, const Faults &faults);
 
-/** The same with the compressed photo, which is at hand already. */
-QByteArray readAnswer(const CardDescription &card, const Faults &faults,
-                      const QByteArray &compressedPhoto);
-
 } // namespace simulator

@@ -3,7 +3,6 @@
 #include "simulator/reader/card_slot.h"
 
 #include "simulator/card/card_library.h"
-#include "simulator/card/card_media.h"
 
 namespace simulator
 {
@@ -117,7 +116,6 @@ bool CardSlot::followFaultsVariable(QString *problem)
 void CardSlot::place(const CardDescription &card)
 {
     m_card = card;
-    m_compressedPhoto.clear();
     ++m_placement;
     m_removed = false;
     m_cardFaults = CountedFaults(card.faults);
@@ -126,7 +124,6 @@ void CardSlot::place(const CardDescription &card)
 void CardSlot::clear()
 {
     m_card.reset();
-    m_compressedPhoto.clear();
     ++m_placement;
     m_removed = false;
     m_cardFaults = {};
@@ -135,14 +132,6 @@ void CardSlot::clear()
 const CardDescription *CardSlot::card() const
 {
     return m_card && !m_removed ? &*m_card : nullptr;
-}
-
-QByteArray CardSlot::compressedPhoto()
-{
-    if (m_compressedPhoto.isEmpty()) {
-        m_compressedPhoto = simulator::compressedPhoto(m_card.value());
-    }
-    return m_compressedPhoto;
 }
 
 Faults CardSlot::faults() const

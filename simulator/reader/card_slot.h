@@ -5,7 +5,6 @@
 
 #include <optional>
 
-#include <QByteArray>
 #include <QString>
 
 #include "simulator/card/card_description.h"
@@ -51,12 +50,6 @@ public:
     /** The card on the reader; nullptr when there is none. */
     [[nodiscard]] const CardDescription *card() const;
 
-    /**
-     * The compressed photo of the card, of which there must be one. Coding it takes longer than all
-     * the rest of a read and is done once, when it is first asked for.
-     */
-    QByteArray compressedPhoto();
-
     /** A number that changes whenever a card is put or taken. */
     [[nodiscard]] unsigned int placement() const { return m_placement; }
 
@@ -88,7 +81,6 @@ private:
     void clear();
 
     std::optional<CardDescription> m_card;
-    QByteArray m_compressedPhoto; ///< of the card; empty until it is asked for
     unsigned int m_placement = 0;
     bool m_removed = false;
     CountedFaults m_cardFaults;

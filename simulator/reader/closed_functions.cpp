@@ -75,12 +75,11 @@ int decode(const unsigned char *src, unsigned char *dst, int mode)
     }
     const auto data = QByteArray(reinterpret_cast<const char *>(src),
                                  static_cast<int>(IDCARD_COMPRESSED_PHOTO_SIZE));
-    const std::optional<simulator::PhotoImage> image = simulator::decompressPhoto(data);
-    if (!image) {
+    const QByteArray file = simulator::decompressPhoto(data);
+    if (file.isEmpty()) {
         return NOT_DECODED;
     }
-    const QByteArray bytes =
-        mode == WLT_MODE_BMP_FILE ? simulator::bmpFile(*image) : simulator::pixelRows(*image);
+    const QByteArray bytes = mode == WLT_MODE_BMP_FILE ? file : simulator::pixelRows(file);
     std::memcpy(dst, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     return WLT_SUCCESS;
 }

@@ -29,7 +29,7 @@ bool isComplete(const VendorReadTarget &target)
 QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
 {
     if (faults.photoUndecodable) {
-        return undecodablePhoto(compressedPhoto(card));
+        return undecodablePhoto(card);
     }
     return card.photoDelivery == PhotoDelivery::Compressed ? compressedPhoto(card)
                                                            : photoBmpFile(card);

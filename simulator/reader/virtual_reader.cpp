@@ -306,7 +306,7 @@ QByteArray VirtualReader::answerRead()
     if (m_slot.failsTransiently() || faults.readFails) {
         return refusal(UsbRefusal::CardNotRead);
     }
-    return readAnswer(*m_slot.card(), faults, m_slot.compressedPhoto());
+    return readAnswer(*m_slot.card(), faults);
 }
 
 } // namespace simulator

@@ -1,11 +1,11 @@
-// The drawn portraits and the two forms in which they are handed out.
+// The drawn portraits: their files, and which card has which.
 
-#include <algorithm>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
-#include "common/card_records.h"
 #include "simulator/card/card_library.h"
 #include "simulator/card/card_media.h"
 #include "simulator/card/portrait.h"
@@ -15,21 +15,16 @@ using namespace simulator;
 namespace
 {
 
-constexpr Rgb WHITE = {255, 255, 255};
+constexpr int WIDTH = 102;
+constexpr int HEIGHT = 126;
 constexpr int FIRST_ROW = 54;
 constexpr int STRIDE = 308;
-
-int byteAt(const QByteArray &bytes, int offset)
-{
-    return static_cast<unsigned char>(bytes.at(offset));
-}
 
 int numberAt(const QByteArray &bytes, int offset, int size)
 {
     int number = 0;
-    for (int i = size - 1; i >= 0; --i) {
-        number = number * 256 + byteAt(bytes, offset + i);
-    }
+    for (int i = size - 1; i >= 0; --i)
+        number = number * 256 + static_cast<unsigned char>(bytes.at(offset + i));
     return number;
 }
 
@@ -39,128 +34,121 @@ CardDescription builtIn(const QString &name)
     return loadCard(name, &error).value_or(CardDescription());
 }
 
-// Every white pixel that can be reached from the top left corner over white ones.
-std::size_t connectedWhite(const PhotoImage &image)
+using Pixel = std::pair<int, int>;
+
+// Of the colours that the resident card's picture lets through.
+bool isLetThrough(const QByteArray &file, const Pixel &pixel)
 {
-    std::set<std::pair<int, int>> reached = {{0, 0}};
-    std::vector<std::pair<int, int>> open = {{0, 0}};
+    const QByteArray colour =
+        file.mid(FIRST_ROW + (HEIGHT - 1 - pixel.second) * STRIDE + pixel.first * 3, 3);
+    return colour == QByteArray(3, '\xFF') || colour == QByteArray(3, '\xFE');
+}
+
+std::set<Pixel> letThrough(const QByteArray &file)
+{
+    std::set<Pixel> pixels;
+    for (int y = 0; y < HEIGHT; ++y)
+        for (int x = 0; x < WIDTH; ++x)
+            if (isLetThrough(file, {x, y}))
+                pixels.insert({x, y});
+    return pixels;
+}
+
+// Those that are connected with the top left corner.
+std::set<Pixel> background(const QByteArray &file)
+{
+    std::set<Pixel> reached = {{0, 0}};
+    std::vector<Pixel> open = {{0, 0}};
     while (!open.empty()) {
         const auto [x, y] = open.back();
         open.pop_back();
-        for (const auto &[dx, dy] :
-             {std::pair(1, 0), std::pair(-1, 0), std::pair(0, 1), std::pair(0, -1)}) {
-            const std::pair<int, int> next = {x + dx, y + dy};
-            const bool inside = next.first >= 0 && next.first < PHOTO_WIDTH && next.second >= 0 &&
-                                next.second < PHOTO_HEIGHT;
-            if (inside && image.at(next.first, next.second) == WHITE &&
-                reached.insert(next).second) {
+        for (const Pixel &next :
+             {Pixel(x + 1, y), Pixel(x - 1, y), Pixel(x, y + 1), Pixel(x, y - 1)}) {
+            const bool isInside =
+                next.first >= 0 && next.first < WIDTH && next.second >= 0 && next.second < HEIGHT;
+            if (isInside && isLetThrough(file, next) && reached.insert(next).second)
                 open.push_back(next);
-            }
         }
     }
-    return reached.size();
+    return reached;
 }
+
+class Portrait : public testing::TestWithParam<int>
+{
+protected:
+    const QByteArray file = portraitFile(static_cast<std::uint8_t>(GetParam()));
+};
+
+INSTANTIATE_TEST_SUITE_P(Every, Portrait, testing::Range(0, int{PORTRAITS}));
 
 } // namespace
 
-TEST(Portrait, sameSeed_givesTheSamePixels)
+TEST_P(Portrait, file_hasTheHeaderOfAPhoto)
 {
-    EXPECT_TRUE(drawPortrait(5, Hairdresser::Men).pixels ==
-                drawPortrait(5, Hairdresser::Men).pixels);
-}
-
-TEST(Portrait, drawnOnAnyMachine_hasTheKnownChecksum)
-{
-    // FNV-1a over the pixels, the same on every processor. A change of the drawing changes it.
-    std::uint32_t hash = 2166136261U;
-    for (std::uint32_t seed = 0; seed < 20; ++seed) {
-        for (const char byte : pixelRows(drawPortrait(seed, Hairdresser::Women))) {
-            hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
-        }
-    }
-    EXPECT_EQ(hash, 4145645540U);
-}
-
-TEST(Portrait, manySeeds_giveManyLooks)
-{
-    std::set<QByteArray> looks;
-    for (std::uint32_t seed = 0; seed < 100; ++seed) {
-        looks.insert(pixelRows(drawPortrait(seed, Hairdresser::Men)));
-    }
-    EXPECT_EQ(looks.size(), 100U);
-}
-
-TEST(Portrait, exactWhite_isTheBackgroundAndNothingInsideThePerson)
-{
-    for (std::uint32_t seed = 0; seed < 60; ++seed) {
-        const PhotoImage image = drawPortrait(seed, Hairdresser::Women);
-        const auto white = std::count(image.pixels.begin(), image.pixels.end(), WHITE);
-        EXPECT_EQ(static_cast<std::size_t>(white), connectedWhite(image)) << seed;
-        EXPECT_GT(white, 3000) << seed;
-        EXPECT_LT(white, 8500) << seed;
-    }
-}
-
-TEST(Portrait, builtInCards_allLookDifferent)
-{
-    std::set<QByteArray> photos;
-    for (const QString &name : builtInCardNames()) {
-        photos.insert(photoBmpFile(builtIn(name)));
-    }
-    EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
-}
-
-TEST(Portrait, seedInTheDescription_decidesTheLook)
-{
-    CardDescription card = builtIn(QStringLiteral("resident"));
-    const PhotoImage byNumber = portraitOf(card);
-    card.photoSeed = 12;
-    EXPECT_TRUE(portraitOf(card).pixels == drawPortrait(12, Hairdresser::Women).pixels);
-    EXPECT_FALSE(portraitOf(card).pixels == byNumber.pixels);
-}
-
-TEST(PhotoForms, bmpFile_hasTheHeaderOfAPhotoArea)
-{
-    const QByteArray file = bmpFile(PhotoImage());
-    ASSERT_EQ(file.size(), int(IDCARD_PHOTO_SIZE));
+    ASSERT_EQ(file.size(), 38862);
     EXPECT_TRUE(file.startsWith("BM"));
     EXPECT_EQ(numberAt(file, 2, 4), 38862);
     EXPECT_EQ(numberAt(file, 6, 4), 0);
     EXPECT_EQ(numberAt(file, 10, 4), FIRST_ROW);
     EXPECT_EQ(numberAt(file, 14, 4), 40);
-    EXPECT_EQ(numberAt(file, 18, 4), 102);
-    EXPECT_EQ(numberAt(file, 22, 4), 126);
+    EXPECT_EQ(numberAt(file, 18, 4), WIDTH);
+    EXPECT_EQ(numberAt(file, 22, 4), HEIGHT);
     EXPECT_EQ(numberAt(file, 26, 2), 1);
     EXPECT_EQ(numberAt(file, 28, 2), 24);
-    for (int offset = 30; offset < FIRST_ROW; ++offset) {
-        EXPECT_EQ(byteAt(file, offset), 0) << offset;
-    }
+    for (int offset = 30; offset < FIRST_ROW; ++offset)
+        EXPECT_EQ(file.at(offset), 0) << offset;
+    for (int row = 0; row < HEIGHT; ++row)
+        EXPECT_EQ(file.mid(FIRST_ROW + row * STRIDE + WIDTH * 3, 2), QByteArray(2, '\0')) << row;
 }
 
-TEST(PhotoForms, bmpFile_storesTheTopRowLastAndBlueFirst)
+TEST_P(Portrait, letsNothingThroughButTheBackground)
 {
-    PhotoImage image;
-    image.at(0, 0) = {1, 2, 3};
-    image.at(101, 125) = {4, 5, 6};
-    const QByteArray file = bmpFile(image);
-    const int topLeft = FIRST_ROW + 125 * STRIDE;
-    EXPECT_EQ(file.mid(topLeft, 3), QByteArray("\3\2\1"));
-    EXPECT_EQ(file.mid(FIRST_ROW + 101 * 3, 5), QByteArray("\6\5\4\0\0", 5));
+    ASSERT_EQ(file.size(), 38862);
+    EXPECT_EQ(letThrough(file), background(file));
+    EXPECT_GT(background(file).size(), 5000U);
+    EXPECT_LT(background(file).size(), 8500U);
 }
 
-TEST(PhotoForms, pixelRowsWithTheirBytesExchangedUnderABmpHeader_giveTheBmpFilesPixels)
+TEST(Portraits, all_lookDifferent)
 {
-    const PhotoImage image = drawPortrait(9, Hairdresser::Women);
-    const QByteArray file = bmpFile(image);
-    const QByteArray rows = pixelRows(image);
-    ASSERT_EQ(rows.size(), 38556);
-    for (int y = 0; y < PHOTO_HEIGHT; ++y) {
-        for (int x = 0; x < PHOTO_WIDTH; ++x) {
-            const int inRows = (y * PHOTO_WIDTH + x) * 3;
-            const int inFile = FIRST_ROW + y * STRIDE + x * 3;
-            ASSERT_EQ(rows.at(inRows), file.at(inFile + 2));
-            ASSERT_EQ(rows.at(inRows + 1), file.at(inFile + 1));
-            ASSERT_EQ(rows.at(inRows + 2), file.at(inFile));
+    std::set<QByteArray> files;
+    for (unsigned int portrait = 0; portrait < PORTRAITS; ++portrait)
+        files.insert(portraitFile(static_cast<std::uint8_t>(portrait)));
+    EXPECT_EQ(files.size(), 32U);
+}
+
+TEST(Portraits, ofBuiltInCards_allLookDifferent)
+{
+    std::set<QByteArray> photos;
+    for (const QString &name : builtInCardNames())
+        photos.insert(photoBmpFile(builtIn(name)));
+    EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
+}
+
+TEST(Portraits, seed_choosesAmongThoseOfTheSex)
+{
+    CardDescription card = builtIn(QStringLiteral("resident"));
+    for (const auto &[seed, number] :
+         {std::pair(0U, 0), std::pair(15U, 15), std::pair(16U, 0), std::pair(4294967295U, 15)}) {
+        card.photoSeed = seed;
+        card.sex = QStringLiteral("2");
+        EXPECT_EQ(portraitOf(card), number) << seed;
+        for (const char *sex : {"0", "1", "9"}) {
+            card.sex = QLatin1String(sex);
+            EXPECT_EQ(portraitOf(card), 16 + number) << seed << " " << sex;
         }
     }
+}
+
+TEST(Portraits, withoutASeed_followFromTheNumber)
+{
+    CardDescription card = builtIn(QStringLiteral("resident"));
+    card.photoSeed.reset();
+    std::set<int> chosen;
+    for (int i = 0; i < 200; ++i) {
+        card.idNumber = QStringLiteral("99000019900307%1").arg(i, 4, 10, QLatin1Char('0'));
+        chosen.insert(portraitOf(card));
+        EXPECT_EQ(portraitOf(card), portraitOf(card));
+    }
+    EXPECT_EQ(chosen.size(), 16U);
 }
