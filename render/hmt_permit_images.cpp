@@ -2,38 +2,30 @@
 
 #include "render/makecardimg.h"
 
-#include "render/card_items.h"
-#include "render/card_template.h"
+#include "render/card_canvas.h"
+#include "render/card_fonts.h"
 #include "render/card_texts.h"
-#include "render/tools.h"
+
+using namespace card_texts;
 
 namespace
 {
 
-using Hmt = _tagIDCARD_INFO_ALL_HMT;
-using Text = TextItem<Hmt>;
-using DatePart = DatePartItem<Hmt>;
+constexpr TextStyle NAME{bodyFamily, 18, 0.0, 0};
+constexpr TextStyle SEX{bodyFamily, 14, 0.0, 0};
+constexpr TextStyle BIRTH{bodyFamily, 16, 0.0, 0};
+constexpr TextStyle ADDRESS{bodyFamily, 16, 2.0, 0};
+constexpr TextStyle NUMBER{numberFamily, 19, 3.0, NUMBER_WEIGHT};
+constexpr TextStyle BACK{bodyFamily, 14, 0.0, 0};
 
-constexpr TextStyle NAME{Family::BODY, 18, 0.0, 0};
-constexpr TextStyle SEX{Family::BODY, 14, 0.0, 0};
-constexpr TextStyle BIRTH{Family::BODY, 16, 0.0, 0};
-constexpr TextStyle ADDRESS{Family::BODY, 16, 2.0, 0};
-constexpr TextStyle NUMBER{Family::NUMBER, 19, 3.0, NUMBER_WEIGHT};
-constexpr TextStyle BACK{Family::BODY, 14, 0.0, 0};
+constexpr QSize PHOTO_BOX(140, 210);
 
-constexpr CardItem<Hmt> FRONT_ITEMS[] = {
-    Text{[](const Hmt &r) { return card_texts::spreadName(r.szName); }, 98, 64, NAME, 0, 0},
-    Text{[](const Hmt &r) { return card_texts::field(r.szSex); }, 98, 100, SEX, 0, 0},
-    Text{[](const Hmt &r) { return card_texts::field(r.szBirthYear); }, 98, 136, BIRTH, 0, 0},
-    DatePart{&Hmt::szBirthMonth, 171, 174, 136, BIRTH},
-    DatePart{&Hmt::szBirthDay, 212, 216, 136, BIRTH},
-    Text{[](const Hmt &r) { return card_texts::field(r.szAddress); }, 98, 174, ADDRESS, 11, 24},
-    PhotoItem{310, 53, QSize(140, 210), PhotoBackground::AS_IT_IS},
-    Text{[](const Hmt &r) { return card_texts::field(r.szID); }, 175, 269, NUMBER, 0, 0},
-};
-
-/** The three lines of a back, whose first stands at (x, y). */
-constexpr int BACK_X = 223;
+/** Draws month or day of birth: further right when a leading zero was taken off. */
+void drawDatePart(CardCanvas &card, int x, int xWithoutZero, int y, const std::string &part)
+{
+    const DatePart date = datePart(part);
+    card.text(date.zeroRemoved ? xWithoutZero : x, y, BIRTH, date.text);
+}
 
 struct Back {
     const char *prefix; ///< first two characters of the permit's number
@@ -62,23 +54,26 @@ const Back *backFor(const QString &number)
 
 QString MakeCardImg::makeIDCardHmtFrontBase64(_tagIDCARD_INFO_ALL_HMT *info)
 {
-    QPixmap canvas = loadTemplate(QLatin1String(":/Pics/hmt_front.bmp"));
-    drawItems(canvas, *info, FRONT_ITEMS);
-    return Tools::convertPixmapToBase64ViaJpg(canvas);
+    CardCanvas card(QLatin1String(":/Pics/hmt_front.bmp"));
+    card.text(98, 64, NAME, spreadName(info->szName));
+    card.text(98, 100, SEX, field(info->szSex));
+    card.text(98, 136, BIRTH, field(info->szBirthYear));
+    drawDatePart(card, 171, 174, 136, info->szBirthMonth);
+    drawDatePart(card, 212, 216, 136, info->szBirthDay);
+    card.lines(98, 174, ADDRESS, field(info->szAddress), 11, 24);
+    card.photo(310, 53, PHOTO_BOX, PhotoBackground::AS_IT_IS, info->byPhoto);
+    card.text(175, 269, NUMBER, field(info->szID));
+    return card.base64();
 }
 
 QString MakeCardImg::makeIDCardHmtBackBase64(_tagIDCARD_INFO_ALL_HMT *info)
 {
-    const Back *const back = backFor(card_texts::field(info->szID));
+    const Back *const back = backFor(field(info->szID));
     if (back == nullptr)
         return {};
-    QPixmap canvas = loadTemplate(QLatin1String(back->path));
-    const QString lines[] = {
-        card_texts::field(info->szDept),
-        card_texts::validity(info->szValidStart, info->szValidEnd),
-        card_texts::field(info->szPassNumber),
-    };
-    for (int i = 0; i < 3; ++i)
-        drawLine(canvas, lines[i], BACK, BACK_X, back->y[i]);
-    return Tools::convertPixmapToBase64ViaJpg(canvas);
+    CardCanvas card(QLatin1String(back->path));
+    card.text(223, back->y[0], BACK, field(info->szDept));
+    card.text(223, back->y[1], BACK, validity(info->szValidStart, info->szValidEnd));
+    card.text(223, back->y[2], BACK, field(info->szPassNumber));
+    return card.base64();
 }

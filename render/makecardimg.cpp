@@ -5,13 +5,13 @@
 #include <QImage>
 
 #include "common/debug_log.h"
-#include "render/tools.h"
+#include "render/units.h"
 
 MakeCardImg::MakeCardImg() = default;
 
 QSizeF MakeCardImg::getCardRealPixelSize()
 {
-    const double pixelsPerMm = Tools::getmm2Pixel();
+    const double pixelsPerMm = units::pixelsPerMm();
     const QSizeF size(pixelsPerMm * CARD_WIDTH_MM, pixelsPerMm * CARD_HEIGHT_MM);
     debugLine("Card pixWidthScreen= %g Card pixHeightScreen= %g", size.width(), size.height());
     return size;
@@ -19,7 +19,7 @@ QSizeF MakeCardImg::getCardRealPixelSize()
 
 QPointF MakeCardImg::getPixelPosFromMMPos(QPointF mm)
 {
-    return {mm.x() * Tools::getmm2Pixel(), mm.y() * Tools::getmm2Pixel()};
+    return units::pixelPosition(mm);
 }
 
 double MakeCardImg::getRealScaleRatio(QString imagePath)
@@ -27,6 +27,6 @@ double MakeCardImg::getRealScaleRatio(QString imagePath)
     const QImage image(imagePath);
     const int width = image.isNull() ? -1 : image.width();
     const int height = image.isNull() ? -1 : image.height();
-    const double pixelsPerMm = Tools::getmm2Pixel();
+    const double pixelsPerMm = units::pixelsPerMm();
     return ((CARD_WIDTH_MM * pixelsPerMm) / width + (CARD_HEIGHT_MM * pixelsPerMm) / height) * 0.5;
 }

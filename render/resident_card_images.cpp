@@ -3,148 +3,127 @@
 
 #include "render/makecardimg.h"
 
-#include <variant>
-
 #include <QPixmap>
 #include <QStringList>
 
-#include "render/card_items.h"
+#include "render/card_fonts.h"
+#include "render/card_photo.h"
 #include "render/card_template.h"
 #include "render/card_texts.h"
 #include "render/tools.h"
+#include "render/units.h"
+
+using namespace card_texts;
 
 namespace
 {
-
-using Cn = _tagIDCARD_INFO_ALL_CN;
-using DrawCall = bool (*)(QPixmap &, QString, QColor, QString, int, double, double);
-
-/** A line of text; which corner of it stands at (xmm, ymm) is the drawing call's affair. */
-struct MillimetreText {
-    QString (*text)(const Cn &record);
-    DrawCall draw;
-    double xmm;
-    double ymm;
-    int pt;
-    Family family;
-};
-
-/** The address: lines below each other, smaller when it is long. */
-struct MillimetreLines {
-    std::string Cn::*text;
-    double xmm;
-    double ymm; ///< top of the first line
-    int pt;
-    int ptIfLong;
-    int longFrom; ///< characters
-    double gapMm; ///< between two lines
-};
-
-struct MillimetrePhoto {
-    double xmm;
-    double ymm;
-    double boxWidthMm;
-    double boxHeightMm;
-};
-
-using MillimetreItem = std::variant<MillimetreText, MillimetreLines, MillimetrePhoto>;
 
 // What the canvas is larger than the card, in pixels. All positions are measured on this canvas.
 constexpr double EXTRA_WIDTH = 2.0;
 constexpr double EXTRA_HEIGHT = 1.0;
 
-constexpr DrawCall FROM_TOP = &Tools::drawStringInPixmapFromTop;
-constexpr DrawCall FROM_BOTTOM = &Tools::drawStringInPixmapFromBottom;
-constexpr DrawCall FROM_BOTTOM_RIGHT = &Tools::drawStringInPixmapFromBottomRight;
-constexpr DrawCall NUMBER_FROM_BOTTOM = &Tools::drawIDCodeStringInPixmapFromBottom;
-
-constexpr MillimetreItem FRONT[] = {
-    MillimetreText{[](const Cn &r) { return card_texts::spreadName(r.szName); }, FROM_BOTTOM, 17.0,
-                   10.8, 11, Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::field(r.szSex); }, FROM_BOTTOM, 17.0, 17.3,
-                   9, Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::field(r.szNation); }, FROM_BOTTOM, 34.0,
-                   17.3, 9, Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::field(r.szBirthYear); }, FROM_BOTTOM, 17.0,
-                   23.8, 9, Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::datePart(r.szBirthMonth).text; },
-                   FROM_BOTTOM_RIGHT, 33.0, 23.8, 9, Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::datePart(r.szBirthDay).text; },
-                   FROM_BOTTOM_RIGHT, 41.0, 23.8, 9, Family::BODY},
-    MillimetreLines{&Cn::szAddress, 17.0, 28.0, 9, 8, 31, 1.0},
-    MillimetrePhoto{54.0, 8.0, 26.0, 32.0},
-    MillimetreText{[](const Cn &r) { return card_texts::field(r.szID); }, NUMBER_FROM_BOTTOM, 30.0,
-                   48.0, 12, Family::NUMBER},
-};
-
-constexpr MillimetreItem BACK[] = {
-    MillimetreText{[](const Cn &r) { return card_texts::field(r.szDept); }, FROM_TOP, 36.0, 38.3, 9,
-                   Family::BODY},
-    MillimetreText{[](const Cn &r) { return card_texts::validity(r.szValidStart, r.szValidEnd); },
-                   FROM_TOP, 36.0, 45.3, 9, Family::BODY},
-};
-
-void draw(QPixmap &canvas, const Cn &record, const MillimetreText &item)
+/** A card whose places are millimetres and whose font sizes are points. */
+class RealSizeCanvas
 {
-    item.draw(canvas, item.text(record), Qt::black, familyName(item.family), item.pt, item.xmm,
-              item.ymm);
-}
-
-void draw(QPixmap &canvas, const Cn &record, const MillimetreLines &item)
-{
-    QString text = card_texts::field(record.*item.text);
-    const int pt = text.length() < item.longFrom ? item.pt : item.ptIfLong;
-    const double step = Tools::getPixelHeightFromPoint(pt) + item.gapMm * Tools::getmm2Pixel();
-    int number = 0;
-    for (const QString &line : Tools::autoWrapEx(text)) {
-        Tools::drawStringInPixmapFromTop(canvas, line, Qt::black, familyName(Family::BODY), pt,
-                                         item.xmm, item.ymm, number * step);
-        ++number;
+public:
+    /** The template at a resource path, at the size of a real card; null when it cannot be loaded.
+     */
+    explicit RealSizeCanvas(const QString &templatePath) : m_pixmap(loadTemplate(templatePath))
+    {
+        const QSizeF size = MakeCardImg::getCardRealPixelSize();
+        if (m_pixmap.isNull())
+            return;
+        m_pixmap = m_pixmap.scaled(static_cast<int>(size.width() + EXTRA_WIDTH),
+                                   static_cast<int>(size.height() + EXTRA_HEIGHT),
+                                   Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        if (m_pixmap.isNull())
+            qBadAlloc(); // throws; it is never empty
     }
-}
 
-void draw(QPixmap &canvas, const Cn &record, const MillimetrePhoto &item)
-{
-    const double pixelsPerMm = Tools::getmm2Pixel();
-    const QSize box(static_cast<int>(item.boxWidthMm * pixelsPerMm),
-                    static_cast<int>(item.boxHeightMm * pixelsPerMm));
-    QPixmap photo = fittedPhoto(record.byPhoto, PhotoBackground::TRANSPARENT, box);
-    if (!photo.isNull())
-        Tools::drawSubPixmapEx(canvas, photo, item.xmm, item.ymm);
-}
+    /** Draws a line whose top left corner is at (xmm, ymm). */
+    void textFromTop(double xmm, double ymm, int pt, const QString &text)
+    {
+        Tools::drawStringInPixmapFromTop(m_pixmap, text, Qt::black, bodyFamily(), pt, xmm, ymm);
+    }
 
-/** The template at `path` at the size of a real card; null when it cannot be loaded. */
-QPixmap realSizeCanvas(const QString &path)
-{
-    const QPixmap card = loadTemplate(path);
-    const QSizeF size = MakeCardImg::getCardRealPixelSize();
-    if (card.isNull())
-        return card;
-    const QPixmap canvas = card.scaled(static_cast<int>(size.width() + EXTRA_WIDTH),
-                                       static_cast<int>(size.height() + EXTRA_HEIGHT),
-                                       Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    if (canvas.isNull())
-        qBadAlloc(); // throws; it is never empty
-    return canvas;
-}
+    /** Draws a line whose baseline begins at (xmm, ymm). */
+    void text(double xmm, double ymm, int pt, const QString &text)
+    {
+        Tools::drawStringInPixmapFromBottom(m_pixmap, text, Qt::black, bodyFamily(), pt, xmm, ymm);
+    }
 
-template <std::size_t count>
-QString paint(const QString &path, const Cn &record, const MillimetreItem (&items)[count])
+    /** Draws a line whose baseline ends at (xmm, ymm), by the formula of `getTextPixelWidth`. */
+    void textToTheLeft(double xmm, double ymm, int pt, const QString &text)
+    {
+        Tools::drawStringInPixmapFromBottomRight(m_pixmap, text, Qt::black, bodyFamily(), pt, xmm,
+                                                 ymm);
+    }
+
+    /** Draws the card's number, its baseline beginning at (xmm, ymm). */
+    void number(double xmm, double ymm, int pt, const QString &text)
+    {
+        Tools::drawIDCodeStringInPixmapFromBottom(m_pixmap, text, Qt::black, numberFamily(), pt,
+                                                  xmm, ymm);
+    }
+
+    /** Draws an address in lines one millimetre apart, the top of the first at (xmm, ymm). */
+    void address(double xmm, double ymm, int pt, QString text)
+    {
+        const double step = units::pixelHeightOfPoints(pt) + units::pixelsPerMm();
+        int number = 0;
+        for (const QString &line : Tools::autoWrapEx(text)) {
+            Tools::drawStringInPixmapFromTop(m_pixmap, line, Qt::black, bodyFamily(), pt, xmm, ymm,
+                                             number * step);
+            ++number;
+        }
+    }
+
+    /** Paints a photo, fitted into a box of `widthMm` x `heightMm`; (xmm, ymm): top left corner. */
+    void photo(double xmm, double ymm, double widthMm, double heightMm,
+               const unsigned char (&photo)[IDCARD_PHOTO_SIZE])
+    {
+        const double pixelsPerMm = units::pixelsPerMm();
+        const QSize box(static_cast<int>(widthMm * pixelsPerMm),
+                        static_cast<int>(heightMm * pixelsPerMm));
+        QPixmap fitted = fittedPhoto(photo, PhotoBackground::TRANSPARENT, box);
+        if (!fitted.isNull())
+            Tools::drawSubPixmapEx(m_pixmap, fitted, xmm, ymm);
+    }
+
+    QString base64() const { return Tools::convertPixmapToBase64ViaJpg(m_pixmap); }
+
+private:
+    QPixmap m_pixmap;
+};
+
+/** Point size of an address; a long one, of 31 characters and more, is smaller. */
+int addressSize(const QString &address)
 {
-    QPixmap canvas = realSizeCanvas(path);
-    for (const MillimetreItem &item : items)
-        std::visit([&](const auto &it) { draw(canvas, record, it); }, item);
-    return Tools::convertPixmapToBase64ViaJpg(canvas);
+    return address.length() < 31 ? 9 : 8;
 }
 
 } // namespace
 
 QString MakeCardImg::makeIDCardCNFrontBase64(_tagIDCARD_INFO_ALL_CN *info)
 {
-    return paint(QLatin1String(":/Pics/IDCardFront.bmp"), *info, FRONT);
+    RealSizeCanvas card(QLatin1String(":/Pics/IDCardFront.bmp"));
+    card.text(17.0, 10.8, 11, spreadName(info->szName));
+    card.text(17.0, 17.3, 9, field(info->szSex));
+    card.text(34.0, 17.3, 9, field(info->szNation));
+    card.text(17.0, 23.8, 9, field(info->szBirthYear));
+    card.textToTheLeft(33.0, 23.8, 9, datePart(info->szBirthMonth).text);
+    card.textToTheLeft(41.0, 23.8, 9, datePart(info->szBirthDay).text);
+    const QString address = field(info->szAddress);
+    card.address(17.0, 28.0, addressSize(address), address);
+    card.photo(54.0, 8.0, 26.0, 32.0, info->byPhoto);
+    card.number(30.0, 48.0, 12, field(info->szID));
+    return card.base64();
 }
 
 QString MakeCardImg::makeIDCardCNBackBase64(_tagIDCARD_INFO_ALL_CN *info)
 {
-    return paint(QLatin1String(":/Pics/IDCardBack.bmp"), *info, BACK);
+    RealSizeCanvas card(QLatin1String(":/Pics/IDCardBack.bmp"));
+    card.textFromTop(36.0, 38.3, 9, field(info->szDept));
+    card.textFromTop(36.0, 45.3, 9, validity(info->szValidStart, info->szValidEnd));
+    return card.base64();
 }

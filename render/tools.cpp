@@ -4,24 +4,18 @@
 
 #include <QBuffer>
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QFontMetrics>
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
-#include <QScreen>
 
 #include "common/country_lookup.h"
-#include "render/makecardimg.h"
+#include "render/card_fonts.h"
+#include "render/units.h"
 
 namespace
 {
 
-constexpr double MM_PER_INCH = 25.4;
-constexpr double MM_PER_POINT = 0.35277777777777775; // 25.4 / 72
-
-constexpr int NUMBER_WEIGHT = 63; // between normal (50) and bold (75): QFont::DemiBold
 constexpr double NUMBER_SPACING = 0.48;
 
 /** A font of `pt` points on the card; everything else as Qt's default font has it. */
@@ -29,7 +23,7 @@ QFont cardFont(const QString &family, int pt)
 {
     QFont font;
     font.setFamily(family);
-    font.setPixelSize(static_cast<int>(Tools::getPixelHeightFromPoint(pt)));
+    font.setPixelSize(static_cast<int>(units::pixelHeightOfPoints(pt)));
     return font;
 }
 
@@ -39,13 +33,12 @@ Tools::Tools() = default;
 
 double Tools::getmm2Pixel()
 {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
-    return QGuiApplication::primaryScreen()->physicalDotsPerInchX() / MM_PER_INCH;
+    return units::pixelsPerMm();
 }
 
 double Tools::getPixelHeightFromPoint(int pt)
 {
-    return pt * MM_PER_POINT * getmm2Pixel();
+    return units::pixelHeightOfPoints(pt);
 }
 
 bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QFont font, QPointF pos)
@@ -71,16 +64,16 @@ bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QString
 bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
                                       int pt, double xmm, double ymm)
 {
-    const double height = getPixelHeightFromPoint(pt);
-    const QPointF top = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    const double height = units::pixelHeightOfPoints(pt);
+    const QPointF top = units::pixelPosition({xmm, ymm});
     return drawStringInPixmap(pix, text, color, cardFont(family, pt), {top.x(), top.y() + height});
 }
 
 bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
                                       int pt, double xmm, double ymm, double dy)
 {
-    const double height = getPixelHeightFromPoint(pt);
-    const QPointF top = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    const double height = units::pixelHeightOfPoints(pt);
+    const QPointF top = units::pixelPosition({xmm, ymm});
     return drawStringInPixmap(pix, text, color, cardFont(family, pt),
                               {top.x(), height + top.y() + dy});
 }
@@ -89,13 +82,13 @@ bool Tools::drawStringInPixmapFromBottom(QPixmap &pix, QString text, QColor colo
                                          int pt, double xmm, double ymm)
 {
     return drawStringInPixmap(pix, text, color, cardFont(family, pt),
-                              MakeCardImg::getPixelPosFromMMPos({xmm, ymm}));
+                              units::pixelPosition({xmm, ymm}));
 }
 
 bool Tools::drawStringInPixmapFromBottomRight(QPixmap &pix, QString text, QColor color,
                                               QString family, int pt, double xmm, double ymm)
 {
-    const QPointF right = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    const QPointF right = units::pixelPosition({xmm, ymm});
     return drawStringInPixmap(pix, text, color, cardFont(family, pt),
                               {right.x() - getTextPixelWidth(family, pt, text), right.y()});
 }
@@ -106,8 +99,7 @@ bool Tools::drawIDCodeStringInPixmapFromBottom(QPixmap &pix, QString text, QColo
     QFont font = cardFont(family, pt);
     font.setWeight(NUMBER_WEIGHT);
     font.setLetterSpacing(QFont::AbsoluteSpacing, NUMBER_SPACING);
-    return drawStringInPixmap(pix, text, color, font,
-                              MakeCardImg::getPixelPosFromMMPos({xmm, ymm}));
+    return drawStringInPixmap(pix, text, color, font, units::pixelPosition({xmm, ymm}));
 }
 
 double Tools::getTextPixelWidth(QString family, int pt, QString text)
@@ -127,7 +119,7 @@ bool Tools::drawSubPixmap(QPixmap &dst, QPixmap &src, double x, double y)
 
 bool Tools::drawSubPixmapEx(QPixmap &dst, QPixmap &src, double xmm, double ymm)
 {
-    const QPointF pos = MakeCardImg::getPixelPosFromMMPos({xmm, ymm});
+    const QPointF pos = units::pixelPosition({xmm, ymm});
     return drawSubPixmap(dst, src, pos.x(), pos.y());
 }
 
