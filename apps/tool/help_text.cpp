@@ -24,8 +24,9 @@ QString exitStatusSection()
 QString faultSection()
 {
     QVector<QStringList> rows;
-    for (const simulator::FaultRule &rule : simulator::makersFaultRules())
-        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning)};
+    constexpr simulator::Road ROAD = simulator::Road::MakersLibrary;
+    for (const simulator::FaultRule &rule : simulator::faultRules(ROAD))
+        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning(ROAD))};
     return helpSection("Faults of the simulator", rows);
 }
 

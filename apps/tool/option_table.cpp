@@ -359,8 +359,9 @@ bool belongsTo(const OptionRow &row, Command command)
     return std::find(row.commands.begin(), row.commands.end(), command) != row.commands.end();
 }
 
-void addOptions(const CommandRow &command, QCommandLineParser *parser)
+QStringList addOptions(const CommandRow &command, QCommandLineParser *parser)
 {
+    QStringList known;
     parser->setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     for (const OptionRow &row : optionTable()) {
         if (!belongsTo(row, command.command))
@@ -371,7 +372,9 @@ void addOptions(const CommandRow &command, QCommandLineParser *parser)
         names << QLatin1String(optionName(row.id));
         parser->addOption(QCommandLineOption(names, QString::fromUtf8(row.text),
                                              QString::fromUtf8(row.valueName)));
+        known << names.last();
     }
+    return known;
 }
 
 } // namespace app

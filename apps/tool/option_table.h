@@ -82,7 +82,7 @@ bool isArgumentOptional(const CommandRow &command);
 
 bool belongsTo(const OptionRow &row, Command command);
 
-/** Tells the parser about the options of a command. */
-void addOptions(const CommandRow &command, QCommandLineParser *parser);
+/** Tells the parser about the options of a command. Returns their names without the dashes. */
+QStringList addOptions(const CommandRow &command, QCommandLineParser *parser);
 
 } // namespace app

@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include "apps/card/version_text.h"
+#include "apps/process/unknown_option.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
 
@@ -141,7 +142,7 @@ private:
         }
         for (const QString &value : texts(row.id)) {
             if (value.trimmed().isEmpty())
-                return QStringLiteral("%1 needs a %2.").arg(option, QLatin1String(row.valueName));
+                return QStringLiteral("%1 needs a value: \"%2\".").arg(option, optionUsage(row));
             if (row.pattern != nullptr && !matches(row, value)) {
                 return QStringLiteral("%1 takes %2, not %3.")
                     .arg(option, QLatin1String(row.patternMeaning), value);
@@ -189,8 +190,12 @@ private:
 CommandLine readForCommand(const CommandRow &command, const QStringList &arguments)
 {
     QCommandLineParser parser;
-    addOptions(command, &parser);
-    if (!parser.parse(QStringList{QLatin1String(command.name)} + arguments))
+    const QStringList names = addOptions(command, &parser);
+    const bool isUnderstood = parser.parse(QStringList{QLatin1String(command.name)} + arguments);
+    const auto unknown = unknownOption(parser, arguments, names);
+    if (unknown)
+        return refused(toText(*unknown, QLatin1String(command.name)), &command);
+    if (!isUnderstood)
         return refused(parser.errorText(), &command);
 
     const Reader reader(command, parser);

@@ -39,7 +39,7 @@ RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent)
         m_ui.card->addItem(name, name);
     selectCard(QStringLiteral("resident"));
     m_ui.faults->addItem(QString());
-    for (const simulator::FaultRule &rule : simulator::makersFaultRules())
+    for (const simulator::FaultRule &rule : simulator::faultRules(simulator::Road::MakersLibrary))
         m_ui.faults->addItem(simulator::faultExample(rule));
     m_ui.faults->lineEdit()->setAccessibleName(m_ui.faults->accessibleName());
     m_ui.faults->lineEdit()->setPlaceholderText(tr("none"));

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 
 #include "apps/card/version_text.h"
+#include "apps/process/unknown_option.h"
+#include "simulator/card/faults.h"
 
 namespace viewer
 {
@@ -43,6 +45,25 @@ QList<QCommandLineOption> options()
     };
 }
 
+/** What is wrong with an option that the program does not have. */
+QString problemOf(const QString &program, const app::UnknownOption &option)
+{
+    return option.nearest.isEmpty() ? Texts::tr("%1 has no option %2.").arg(program, option.typed)
+                                    : Texts::tr("%1 has no option %2; did you mean %3?")
+                                          .arg(program, option.typed, option.nearest);
+}
+
+/** What is wrong with the simulator's faults, or an empty text. */
+QString problemOfFaults(const QString &faults)
+{
+    if (faults.trimmed().isEmpty())
+        return Texts::tr("--fault takes faults separated by commas.");
+    QString reason;
+    return simulator::parseFaults(faults, simulator::Road::MakersLibrary, &reason)
+               ? QString()
+               : Texts::tr("--fault is refused: %1").arg(reason);
+}
+
 /** What is wrong with the options, or an empty text. */
 QString problemOf(const QCommandLineParser &parser)
 {
@@ -60,7 +81,12 @@ QString problemOf(const QCommandLineParser &parser)
         if (parser.isSet(option) && !parser.isSet(needed))
             return Texts::tr("--%1 needs --%2.").arg(QLatin1String(option), QLatin1String(needed));
     }
-    return {};
+    return parser.isSet("fault") ? problemOfFaults(parser.value("fault")) : QString();
+}
+
+CommandLine refused(const QString &program, const QString &problem)
+{
+    return {{}, {}, problem + '\n' + Texts::tr("See \"%1\".").arg(program + " --help")};
 }
 
 } // namespace
@@ -70,15 +96,22 @@ CommandLine parseCommandLine(const QString &program, const QStringList &argument
     QCommandLineParser parser;
     parser.setApplicationDescription(Texts::tr(
         "Reads Chinese identity documents with a desktop card reader and shows them in a window."));
-    parser.addOptions(options());
+    QStringList names;
+    for (const QCommandLineOption &option : options()) {
+        parser.addOption(option);
+        names << option.names().last();
+    }
     const bool isUnderstood = parser.parse(QStringList(program) + arguments);
+    const auto unknown = app::unknownOption(parser, arguments, names);
+    if (unknown)
+        return refused(program, problemOf(program, *unknown));
     if (isUnderstood && parser.isSet("help"))
         return {{}, parser.helpText(), {}};
     if (isUnderstood && parser.isSet("version"))
         return {{}, app::versionText(program), {}};
     const QString problem = isUnderstood ? problemOf(parser) : parser.errorText();
     if (!problem.isEmpty())
-        return {{}, {}, problem + '\n' + Texts::tr("See \"%1\".").arg(program + " --help")};
+        return refused(program, problem);
     return {ViewerOptions{parser.value("simulate"), parser.value("fault"),
                           parseUsbIds(parser.value("usb")), parser.isSet("simulator-photos"),
                           parser.isSet("auto"), parser.isSet("cover")},

@@ -6,6 +6,7 @@
 
 #include "apps/process/exit_status.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/unknown_option.h"
 #include "apps/virtual_reader/reader_console.h"
 #include "simulator/card/faults.h"
 
@@ -116,8 +117,9 @@ QString optionSection()
 QString faultSection()
 {
     QVector<QStringList> rows;
-    for (const simulator::FaultRule &rule : simulator::faultRules())
-        rows << QStringList{simulator::faultUsage(rule), simulator::usbFaultMeaning(rule)};
+    constexpr simulator::Road ROAD = simulator::Road::Usb;
+    for (const simulator::FaultRule &rule : simulator::faultRules(ROAD))
+        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning(ROAD))};
     return helpSection("Faults (E: lookup, select or read)", rows);
 }
 
@@ -188,13 +190,20 @@ QString takeOption(const OptionRow &row, const QCommandLineParser &parser,
 VirtualReaderCommandLine parseVirtualReaderArguments(const QStringList &arguments)
 {
     QCommandLineParser parser;
+    QStringList known;
     for (const OptionRow &row : OPTIONS) {
         QStringList names{QLatin1String(row.name)};
+        known << names;
         if (qstrcmp(row.name, "help") == 0)
             names.prepend(QStringLiteral("h"));
         parser.addOption(QCommandLineOption(names, QString(), QLatin1String(row.valueName)));
     }
-    if (!parser.parse(QStringList{QLatin1String(VIRTUAL_READER_NAME)} + arguments))
+    const bool isUnderstood =
+        parser.parse(QStringList{QLatin1String(VIRTUAL_READER_NAME)} + arguments);
+    const auto unknown = unknownOption(parser, arguments, known);
+    if (unknown)
+        return refused(toText(*unknown, QLatin1String(VIRTUAL_READER_NAME)));
+    if (!isUnderstood)
         return refused(parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
         return printed(helpText());

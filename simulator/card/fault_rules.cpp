@@ -1,5 +1,6 @@
 // The vocabulary of faults as a table, and how its words are written.
 
+#include <algorithm>
 #include <iterator>
 #include <limits>
 
@@ -37,88 +38,119 @@ bool isKnownKind(int kind)
     return kind >= CARD_INFO_KIND_CN && kind <= CARD_INFO_KIND_FOREIGN_NEW;
 }
 
-// A fault that is set or not.
-constexpr FaultRule flag(const char *name, const char *meaning, const char *usbMeaning,
-                         FaultPlace place)
+using Meanings = std::array<const char *, ROAD_COUNT>;
+
+constexpr Meanings onBothRoads(const char *meaning)
 {
-    return {name, meaning, usbMeaning, place, FaultArgument::None, 1, 0, 0, nullptr};
+    return {meaning, meaning};
 }
 
-// A fault with a number in a range, which only a reader on USB has.
-constexpr FaultRule usbNumber(const char *name, const char *meaning, FaultPlace place, int minimum,
-                              int maximum)
+constexpr Meanings onUsb(const char *meaning)
 {
-    return {name, meaning, nullptr, place, FaultArgument::Number, 0, minimum, maximum, nullptr};
+    return {nullptr, meaning};
+}
+
+// A fault that is set or not.
+constexpr FaultRule flag(const char *name, const Meanings &meanings, FaultPlace place)
+{
+    return {name, meanings, place, FaultArgument::None, 1, 0, 0, nullptr};
+}
+
+// A fault with a number in a range.
+constexpr FaultRule number(const char *name, const Meanings &meanings, FaultPlace place,
+                           int minimum, int maximum)
+{
+    return {name, meanings, place, FaultArgument::Number, 0, minimum, maximum, nullptr};
 }
 
 constexpr FaultRule RULES[] = {
-    {"open-fails", "opening the reader answers N (not 144)",
-     "the reader's node cannot be opened, whatever N; not for want of permission",
-     &Faults::openFails, FaultArgument::Number, 0, ANY_MINIMUM, ANY_MAXIMUM, isSuccess},
-    {"no-card", "the first N finds, or all, see no card",
-     "the first N lookups, or all, answer status 00 00 80", &Faults::noCard,
-     FaultArgument::OptionalNumber, EVERY_TIME, 0, ANY_MAXIMUM, nullptr},
-    {"transient-failures", "the first N reads answer 65 (try again)",
-     "the first N reads answer a status alone", &Faults::transientFailures, FaultArgument::Number,
-     0, 0, ANY_MAXIMUM, nullptr},
-    {"read-fails", "reading answers N (not 144 or 65)",
-     "every read answers a status alone, whatever N", &Faults::readFails, FaultArgument::Number, 0,
-     ANY_MINIMUM, ANY_MAXIMUM, isSuccessOrTransient},
-    {"delay-ms", "a read answers after N milliseconds (0 to 60000)", nullptr, &Faults::delayMs,
-     FaultArgument::Number, 0, 0, LONGEST_DELAY_MS, nullptr},
-    flag("photo-undecodable", "the photo is compressed data that does not decode", nullptr,
+    {"open-fails",
+     {"opening the reader answers N (not 144)",
+      "the reader's node cannot be opened, whatever N; not for want of permission"},
+     &Faults::openFails,
+     FaultArgument::Number,
+     0,
+     ANY_MINIMUM,
+     ANY_MAXIMUM,
+     isSuccess},
+    {"no-card",
+     {"the first N finds, or all, see no card",
+      "the first N lookups, or all, answer status 00 00 80"},
+     &Faults::noCard,
+     FaultArgument::OptionalNumber,
+     EVERY_TIME,
+     0,
+     ANY_MAXIMUM,
+     nullptr},
+    number("transient-failures",
+           {"the first N reads answer 65 (try again)", "the first N reads answer a status alone"},
+           &Faults::transientFailures, 0, ANY_MAXIMUM),
+    {"read-fails",
+     {"reading answers N (not 144 or 65)", "every read answers a status alone, whatever N"},
+     &Faults::readFails,
+     FaultArgument::Number,
+     0,
+     ANY_MINIMUM,
+     ANY_MAXIMUM,
+     isSuccessOrTransient},
+    number("delay-ms", onBothRoads("a read answers after N milliseconds (0 to 60000)"),
+           &Faults::delayMs, 0, LONGEST_DELAY_MS),
+    flag("photo-undecodable", onBothRoads("the photo is compressed data that does not decode"),
          &Faults::photoUndecodable),
-    {"photo-length", "N bytes of photo are reported (0 to 38862)",
-     "the photo length field reads N; the photo stays 1024 bytes long", &Faults::photoLength,
-     FaultArgument::Number, 0, 0, IDCARD_PHOTO_SIZE, nullptr},
-    {"unknown-kind", "the card is of kind N (not 1 to 4; 9 if not given)",
-     "the text has a kind letter that no document has, whatever N", &Faults::unknownKind,
-     FaultArgument::OptionalNumber, UNKNOWN_KIND, ANY_MINIMUM, ANY_MAXIMUM, isKnownKind},
-    flag("card-removed", "the card goes between being found and being read",
-         "the card goes between being selected and being read", &Faults::cardRemoved),
+    number("photo-length",
+           {"N bytes of photo are reported (0 to 38862)",
+            "the photo length field reads N; the photo stays 1024 bytes long"},
+           &Faults::photoLength, 0, IDCARD_PHOTO_SIZE),
+    {"unknown-kind",
+     {"the card is of kind N (not 1 to 4; 9 if not given)",
+      "the text has a kind letter that no document has, whatever N"},
+     &Faults::unknownKind,
+     FaultArgument::OptionalNumber,
+     UNKNOWN_KIND,
+     ANY_MINIMUM,
+     ANY_MAXIMUM,
+     isKnownKind},
+    flag("card-removed",
+         {"the card goes between being found and being read",
+          "the card goes between being selected and being read"},
+         &Faults::cardRemoved),
 
-    flag("unplugged", "the reader is not there", nullptr, &Faults::unplugged),
-    usbNumber("unplugged-before", "the reader goes before transfer N of a card read (1 to 6)",
-              &Faults::unpluggedBefore, 1, LAST_TRANSFER),
-    usbNumber("unplugged-during", "the reader goes in the middle of transfer N (1 to 6)",
-              &Faults::unpluggedDuring, 1, LAST_TRANSFER),
-    flag("permission-denied", "this user may not open the reader's node", nullptr,
+    flag("unplugged", onUsb("the reader is not there"), &Faults::unplugged),
+    number("unplugged-before", onUsb("the reader goes before transfer N of a card read (1 to 6)"),
+           &Faults::unpluggedBefore, 1, LAST_TRANSFER),
+    number("unplugged-during", onUsb("the reader goes in the middle of transfer N (1 to 6)"),
+           &Faults::unpluggedDuring, 1, LAST_TRANSFER),
+    flag("permission-denied", onUsb("this user may not open the reader's node"),
          &Faults::permissionDenied),
-    flag("claimed-elsewhere", "another program holds the reader's interface", nullptr,
+    flag("claimed-elsewhere", onUsb("another program holds the reader's interface"),
          &Faults::claimedElsewhere),
-    flag("reset-refused", "the reader cannot be reset", nullptr, &Faults::resetRefused),
+    flag("reset-refused", onUsb("the reader cannot be reset"), &Faults::resetRefused),
 
-    {"answer-replaced", "other bytes come, two hexadecimal digits each, at most 4096", nullptr,
+    {"answer-replaced", onUsb("other bytes come, two hexadecimal digits each, at most 4096"),
      &ExchangeFaults::answerReplaced, FaultArgument::Bytes, 0, 0, 0, nullptr},
-    usbNumber("answer-cut", "only the first N bytes of the answer come (0 to 4095)",
-              &ExchangeFaults::answerCut, 0, LAST_ANSWER_BYTE),
-    usbNumber("answer-corrupted",
-              "the bits of the answer's byte at offset N come inverted (0 to "
-              "4095)",
-              &ExchangeFaults::answerCorrupted, 0, LAST_ANSWER_BYTE),
-    usbNumber("answer-delayed", "the answer comes after N milliseconds (0 to 60000)",
-              &ExchangeFaults::answerDelayed, 0, LONGEST_DELAY_MS),
-    flag("answer-missing", "the answer never comes", nullptr, &ExchangeFaults::answerMissing),
-    flag("answer-stalled", "the endpoint stalls instead of answering", nullptr,
+    number("answer-cut", onUsb("only the first N bytes of the answer come (0 to 4095)"),
+           &ExchangeFaults::answerCut, 0, LAST_ANSWER_BYTE),
+    number("answer-corrupted",
+           onUsb("the bits of the answer's byte at offset N come inverted (0 to 4095)"),
+           &ExchangeFaults::answerCorrupted, 0, LAST_ANSWER_BYTE),
+    number("answer-delayed", onUsb("the answer comes after N milliseconds (0 to 60000)"),
+           &ExchangeFaults::answerDelayed, 0, LONGEST_DELAY_MS),
+    flag("answer-missing", onUsb("the answer never comes"), &ExchangeFaults::answerMissing),
+    flag("answer-stalled", onUsb("the endpoint stalls instead of answering"),
          &ExchangeFaults::answerStalled),
-    flag("answer-broken", "the answer is garbled on the bus", nullptr,
-         &ExchangeFaults::answerBroken),
-    flag("answer-too-long", "more comes than the host asks for", nullptr,
+    flag("answer-broken", onUsb("the answer is garbled on the bus"), &ExchangeFaults::answerBroken),
+    flag("answer-too-long", onUsb("more comes than the host asks for"),
          &ExchangeFaults::answerTooLong),
-    flag("command-stalled", "the endpoint stalls instead of taking the command", nullptr,
+    flag("command-stalled", onUsb("the endpoint stalls instead of taking the command"),
          &ExchangeFaults::commandStalled),
-    flag("command-broken", "the command is garbled on the bus", nullptr,
+    flag("command-broken", onUsb("the command is garbled on the bus"),
          &ExchangeFaults::commandBroken),
-    usbNumber("command-cut", "only the first N bytes of the command are taken (0 to 9)",
-              &ExchangeFaults::commandCut, 0, LAST_COMMAND_BYTE),
-    flag("command-missing", "the command is never taken", nullptr, &ExchangeFaults::commandMissing),
-    usbNumber("command-delayed", "the command is taken after N milliseconds (0 to 60000)",
-              &ExchangeFaults::commandDelayed, 0, LONGEST_DELAY_MS),
+    number("command-cut", onUsb("only the first N bytes of the command are taken (0 to 9)"),
+           &ExchangeFaults::commandCut, 0, LAST_COMMAND_BYTE),
+    flag("command-missing", onUsb("the command is never taken"), &ExchangeFaults::commandMissing),
+    number("command-delayed", onUsb("the command is taken after N milliseconds (0 to 60000)"),
+           &ExchangeFaults::commandDelayed, 0, LONGEST_DELAY_MS),
 };
-
-constexpr int MAKERS_RULE_COUNT = 9;
-static_assert(std::get<0>(RULES[MAKERS_RULE_COUNT - 1].place) == &Faults::cardRemoved,
-              "the makers' faults stand first");
 
 } // namespace
 
@@ -127,14 +159,12 @@ FaultRuleList faultRules()
     return {std::begin(RULES), std::end(RULES)};
 }
 
-FaultRuleList makersFaultRules()
+std::vector<FaultRule> faultRules(Road road)
 {
-    return {std::begin(RULES), std::begin(RULES) + MAKERS_RULE_COUNT};
-}
-
-QString usbFaultMeaning(const FaultRule &rule)
-{
-    return QLatin1String(rule.usbMeaning != nullptr ? rule.usbMeaning : rule.meaning);
+    std::vector<FaultRule> rules;
+    std::copy_if(std::begin(RULES), std::end(RULES), std::back_inserter(rules),
+                 [road](const FaultRule &rule) { return rule.meaning(road) != nullptr; });
+    return rules;
 }
 
 QString exchangeName(UsbExchange exchange)

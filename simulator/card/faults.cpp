@@ -3,6 +3,7 @@
 #include "simulator/card/faults.h"
 
 #include <algorithm>
+#include <array>
 
 namespace simulator
 {
@@ -65,21 +66,55 @@ QString shortened(const QString &text)
     return text.size() <= LONGEST_QUOTE ? text : text.left(LONGEST_QUOTE) + QStringLiteral("...");
 }
 
-QString unknownFault(const QString &text)
+bool isFaultOf(const FaultRule &rule, std::optional<Road> road)
+{
+    return !road || rule.meaning(*road) != nullptr;
+}
+
+QString unknownFault(const QString &text, std::optional<Road> road)
 {
     QStringList usages;
+    bool hasExchanges = false;
     for (const FaultRule &rule : faultRules()) {
-        usages << faultUsage(rule);
+        if (isFaultOf(rule, road)) {
+            usages << faultUsage(rule);
+            hasExchanges = hasExchanges || isExchangeFault(rule);
+        }
     }
-    return QStringLiteral("fault \"%1\" is not known; known faults: %2 (E: lookup, select or read)")
-        .arg(shortened(text), usages.join(QStringLiteral(", ")));
+    return QStringLiteral("fault \"%1\" is not known; known faults: %2%3")
+        .arg(shortened(text), usages.join(QStringLiteral(", ")),
+             QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
 }
 
 QString wrongFault(const GivenFault &fault)
 {
+    const auto &meanings = fault.rule->meanings;
+    const auto *const meaning = std::find_if(meanings.begin(), meanings.end(),
+                                             [](const char *text) { return text != nullptr; });
     return QStringLiteral("fault \"%1\" is not of the form %2: %3")
         .arg(shortened(fault.text), usageOf(fault.name, fault.rule->argument),
-             QLatin1String(fault.rule->meaning));
+             QLatin1String(*meaning));
+}
+
+// How the reader on each road is called, and what simulates it.
+struct RoadRow {
+    const char *reader;
+    const char *program;
+};
+
+constexpr std::array<RoadRow, ROAD_COUNT> ROADS = {{
+    {"the reader maker's library", "\"idcard-reader read --simulate\""},
+    {"the reader on USB", "idcard-virtual-reader"},
+}};
+
+// The reader on `road` does not have the fault, that on the other one does.
+QString faultOfOtherRoad(const GivenFault &fault, Road road)
+{
+    const auto own = static_cast<std::size_t>(road);
+    const RoadRow &other = ROADS.at(ROAD_COUNT - 1 - own);
+    return QStringLiteral("%1 has no fault \"%2\"; only %3 has it: use %4")
+        .arg(QLatin1String(ROADS.at(own).reader), fault.name, QLatin1String(other.reader),
+             QLatin1String(other.program));
 }
 
 // The argument of `fault`; false when it is missing, too much or out of range.
@@ -145,11 +180,29 @@ struct Setter {
     }
 };
 
-QString addFault(Faults *faults, const QString &text)
+QString addFault(Faults *faults, const QString &text, std::optional<Road> road)
 {
     const GivenFault fault = understood(text);
-    return fault.rule == nullptr ? unknownFault(text)
-                                 : std::visit(Setter{fault, faults}, fault.rule->place);
+    if (fault.rule == nullptr) {
+        return unknownFault(text, road);
+    }
+    if (!isFaultOf(*fault.rule, road)) {
+        return faultOfOtherRoad(fault, *road);
+    }
+    return std::visit(Setter{fault, faults}, fault.rule->place);
+}
+
+std::optional<Faults> parsed(const QStringList &list, std::optional<Road> road, QString *reason)
+{
+    Faults faults;
+    for (const QString &fault : list) {
+        const QString problem = addFault(&faults, fault.trimmed(), road);
+        if (!problem.isEmpty()) {
+            *reason = problem;
+            return std::nullopt;
+        }
+    }
+    return faults;
 }
 
 template <typename Part, typename Value>
@@ -213,23 +266,15 @@ bool isFaultSet(const Faults &faults, const FaultRule &rule)
 
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason)
 {
-    Faults faults;
-    for (const QString &fault : list) {
-        const QString problem = addFault(&faults, fault.trimmed());
-        if (!problem.isEmpty()) {
-            *reason = problem;
-            return std::nullopt;
-        }
-    }
-    return faults;
+    return parsed(list, std::nullopt, reason);
 }
 
-std::optional<Faults> parseFaults(const QString &text, QString *reason)
+std::optional<Faults> parseFaults(const QString &text, Road road, QString *reason)
 {
     if (text.trimmed().isEmpty()) {
         return Faults();
     }
-    return parseFaults(text.split(QLatin1Char(',')), reason);
+    return parsed(text.split(QLatin1Char(',')), road, reason);
 }
 
 Faults overlaidFaults(const Faults &base, const Faults &override)

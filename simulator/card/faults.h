@@ -8,6 +8,7 @@
 #include <limits>
 #include <optional>
 #include <variant>
+#include <vector>
 
 #include <QByteArray>
 #include <QString>
@@ -36,6 +37,10 @@ struct ExchangeFaults {
     std::optional<int> commandMissing;        ///< set: the command is never taken
     std::optional<int> commandDelayed;        ///< milliseconds before the command is taken
 };
+
+/** The roads to a simulated reader. */
+enum class Road { MakersLibrary, Usb };
+constexpr int ROAD_COUNT = 2;
 
 /** Every fault that is set carries its number; what the number means is told by `faultRules`. */
 struct Faults {
@@ -79,15 +84,20 @@ using FaultPlace = std::variant<std::optional<int> Faults::*, std::optional<int>
 
 /** One word of the vocabulary, or one for each exchange: "name", "name=N", both, or "name=HEX". */
 struct FaultRule {
-    const char *name;       ///< that of an exchange's fault follows the exchange's name and a dash
-    const char *meaning;    ///< one English line
-    const char *usbMeaning; ///< one for a reader on USB; null where it is the same
+    const char *name; ///< that of an exchange's fault follows the exchange's name and a dash
+    /** By road, one English line; null: the reader on that road does not have the fault. */
+    std::array<const char *, ROAD_COUNT> meanings;
     FaultPlace place;
     FaultArgument argument;
     int numberIfNone; ///< stored when the fault is named without a number
     int minimum;
     int maximum;
     bool (*refused)(int number); ///< numbers inside the range that make no fault; may be null
+
+    [[nodiscard]] const char *meaning(Road road) const
+    {
+        return meanings[static_cast<std::size_t>(road)];
+    }
 };
 
 struct FaultRuleList {
@@ -97,14 +107,11 @@ struct FaultRuleList {
     [[nodiscard]] const FaultRule *end() const { return last; }
 };
 
-/** The whole vocabulary, all of which a reader on USB carries out, in the order of messages. */
+/** The whole vocabulary, in the order of messages. */
 FaultRuleList faultRules();
 
-/** Its first part: what the stand-in for the makers' library carries out; it ignores the rest. */
-FaultRuleList makersFaultRules();
-
-/** What a fault means to a reader on USB, one English line. */
-QString usbFaultMeaning(const FaultRule &rule);
+/** What the reader on this road has of it. */
+std::vector<FaultRule> faultRules(Road road);
 
 /** How an exchange is called in the name of a fault. */
 QString exchangeName(UsbExchange exchange);
@@ -127,8 +134,11 @@ bool isFaultSet(const Faults &faults, const FaultRule &rule);
  */
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason);
 
-/** As above for a text separated by commas; an empty or blank text means no fault. */
-std::optional<Faults> parseFaults(const QString &text, QString *reason);
+/**
+ * As above for a text separated by commas and the reader on one road: a fault that it does not have
+ * is refused, too. An empty or blank text means no fault.
+ */
+std::optional<Faults> parseFaults(const QString &text, Road road, QString *reason);
 
 /** The faults of `base`, replaced by those set in `override`. */
 Faults overlaidFaults(const Faults &base, const Faults &override);

@@ -60,7 +60,7 @@ void CardSlot::takeCard()
 
 bool CardSlot::setFaults(const QString &faults, QString *problem)
 {
-    const std::optional<Faults> parsed = parseFaults(faults, problem);
+    const std::optional<Faults> parsed = parseFaults(faults, m_road, problem);
     if (!parsed) {
         return false;
     }
@@ -103,7 +103,7 @@ bool CardSlot::followFaultsVariable(QString *problem)
         return true;
     }
     QString reason;
-    const std::optional<Faults> parsed = parseFaults(value, &reason);
+    const std::optional<Faults> parsed = parseFaults(value, m_road, &reason);
     if (!parsed) {
         *problem = variableProblem(FAULTS_VARIABLE, reason);
         return false;

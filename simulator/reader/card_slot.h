@@ -27,6 +27,11 @@ enum class PutAs {
 class CardSlot
 {
 public:
+    /** The slot of a reader on USB, which has every fault. */
+    CardSlot() = default;
+    /** What is set beside the card must be faults that the reader on this road has. */
+    explicit CardSlot(Road road) : m_road(road) {}
+
     static constexpr const char *CARD_VARIABLE = "IDCARD_SIMULATOR_CARD";
     static constexpr const char *FAULTS_VARIABLE = "IDCARD_SIMULATOR_FAULTS";
 
@@ -80,6 +85,7 @@ private:
     void place(const CardDescription &card);
     void clear();
 
+    Road m_road = Road::Usb;
     std::optional<CardDescription> m_card;
     unsigned int m_placement = 0;
     bool m_removed = false;

@@ -52,7 +52,7 @@ private:
     [[nodiscard]] int checkedPort(int port) const;
     int answerRead(const VendorReadTarget &target);
 
-    CardSlot m_slot;
+    CardSlot m_slot{Road::MakersLibrary};
     bool m_open = false;
     std::optional<unsigned int> m_found; ///< the placement that a find has seen
 };

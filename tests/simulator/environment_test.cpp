@@ -126,6 +126,15 @@ TEST_F(Environment, unusableFaults_failTheOpeningAndAreToldOnStandardError)
                            "fault \"dealy-ms=5\" is not known; known faults: "));
 }
 
+TEST_F(Environment, faultsOfAReaderOnUsb_failTheOpeningAndAreToldOnStandardError)
+{
+    set("resident", "no-card=1,unplugged");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_BAD_ENVIRONMENT);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("no fault \"unplugged\"; only the reader on USB has it"));
+}
+
 TEST_F(Environment, usableValues_leaveStandardErrorEmpty)
 {
     set("resident", "delay-ms=1");

@@ -14,15 +14,16 @@ namespace
 Faults parsed(const char *text)
 {
     QString reason;
-    const std::optional<Faults> faults = parseFaults(QString::fromUtf8(text), &reason);
+    const std::optional<Faults> faults = parseFaults(QString::fromUtf8(text), Road::Usb, &reason);
     EXPECT_TRUE(faults) << text << ": " << reason.toStdString();
     return faults.value_or(Faults());
 }
 
-std::string refusal(const char *text)
+std::string refusal(const char *text, Road road = Road::Usb)
 {
     QString reason;
-    return parseFaults(QString::fromUtf8(text), &reason) ? std::string() : reason.toStdString();
+    return parseFaults(QString::fromUtf8(text), road, &reason) ? std::string()
+                                                               : reason.toStdString();
 }
 
 } // namespace
@@ -109,14 +110,39 @@ TEST(Faults, everyWordOfTheVocabulary_isReadForEveryExchange)
     }
 }
 
-TEST(Faults, makersFaults_areTheFirstAndHaveNoExchange)
+TEST(Faults, readerOnUsb_hasAllOfThem)
 {
-    const FaultRuleList makers = makersFaultRules();
-    EXPECT_EQ(makers.begin(), faultRules().begin());
-    EXPECT_EQ(makers.end() - makers.begin(), 9);
-    for (const FaultRule &rule : makers)
-        EXPECT_FALSE(isExchangeFault(rule)) << rule.name;
-    EXPECT_STREQ(makers.end()->name, "unplugged");
+    const FaultRuleList all = faultRules();
+    EXPECT_EQ(faultRules(Road::Usb).size(), static_cast<std::size_t>(all.end() - all.begin()));
+}
+
+TEST(Faults, makersLibrary_takesItsOwnAndNoOther)
+{
+    std::vector<std::string> taken;
+    for (const FaultRule &rule : faultRules()) {
+        if (refusal(faultExample(rule).toUtf8(), Road::MakersLibrary).empty()) {
+            taken.emplace_back(rule.name);
+        }
+    }
+    EXPECT_THAT(taken, testing::ElementsAre("open-fails", "no-card", "transient-failures",
+                                            "read-fails", "delay-ms", "photo-undecodable",
+                                            "photo-length", "unknown-kind", "card-removed"));
+    EXPECT_EQ(faultRules(Road::MakersLibrary).size(), taken.size());
+}
+
+TEST(Faults, faultOfTheReaderOnUsb_isRefusedForTheMakersLibraryWithTheRoadThatHasIt)
+{
+    EXPECT_EQ(refusal("no-card, unplugged-before=2", Road::MakersLibrary),
+              "the reader maker's library has no fault \"unplugged-before\"; only the reader on "
+              "USB has it: use idcard-virtual-reader");
+    EXPECT_THAT(refusal("select-answer-missing", Road::MakersLibrary),
+                HasSubstr("no fault \"select-answer-missing\""));
+}
+
+TEST(Faults, faultsOfADescription_areThoseOfAnyRoad)
+{
+    QString reason;
+    EXPECT_TRUE(parseFaults({"unplugged", "no-card"}, &reason)) << reason.toStdString();
 }
 
 TEST(Faults, mostBytes_areTaken)
@@ -243,11 +269,17 @@ TEST(Faults, unknownFault_isRefusedWithAllKnownOnes)
     }
 }
 
+TEST(Faults, unknownFaultForTheMakersLibrary_isRefusedWithItsFaultsAlone)
+{
+    EXPECT_THAT(refusal("earthquake", Road::MakersLibrary),
+                testing::EndsWith("unknown-kind or unknown-kind=N, card-removed"));
+}
+
 TEST(Faults, exampleOfEveryFault_isTaken)
 {
     for (const FaultRule &rule : faultRules()) {
         QString reason;
-        EXPECT_TRUE(parseFaults(faultExample(rule), &reason)) << reason.toStdString();
+        EXPECT_TRUE(parseFaults(faultExample(rule), Road::Usb, &reason)) << reason.toStdString();
     }
 }
 

@@ -5,10 +5,16 @@
 
 #include <gmock/gmock.h>
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryFile>
+
 #include "common/card_records.h"
 #include "common/closed_functions.h"
 #include "simulator/reader/vendor_reader.h"
 #include "simulator/simulator.h"
+#include "tests/simulator/card_files.h"
 #include "tests/simulator/reader_session.h"
 
 using simulator::VendorCode;
@@ -231,9 +237,31 @@ TEST_F(ReaderFaults, cardRemoved_failsASecondReadWithoutFind)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
 
-TEST_F(ReaderFaults, faultsOfAReaderOnUsb_areIgnored)
+TEST_F(ReaderFaults, faultsOfAReaderOnUsbInADescription_areIgnored)
 {
-    set("unplugged,unplugged-before=1,permission-denied,claimed-elsewhere,reset-refused,"
-        "lookup-answer-missing,select-answer-replaced=00,read-answer-cut=3,read-command-stalled");
+    QJsonObject description = sourceCard("resident");
+    description["faults"] = QJsonArray{"unplugged",
+                                       "unplugged-before=1",
+                                       "permission-denied",
+                                       "claimed-elsewhere",
+                                       "reset-refused",
+                                       "lookup-answer-missing",
+                                       "select-answer-replaced=00",
+                                       "read-answer-cut=3",
+                                       "read-command-stalled"};
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(QJsonDocument(description).toJson());
+    file.close();
+    put(QFile::encodeName(file.fileName()));
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, faultOfAReaderOnUsbSetBesideTheCard_isRefusedAndThoseInForceStay)
+{
+    set("read-fails=12");
+    char message[500] = "";
+    EXPECT_EQ(idcard_simulator_set_faults("no-card,unplugged", message, sizeof message), -1);
+    EXPECT_THAT(message, testing::HasSubstr("no fault \"unplugged\"; only the reader on USB"));
+    EXPECT_EQ(readOnce().code, 12);
 }

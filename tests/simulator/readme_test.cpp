@@ -97,19 +97,20 @@ TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
 
 TEST(Readme, faults_standThereWithTheirMeanings)
 {
-    for (const FaultRule &rule : makersFaultRules()) {
+    for (const FaultRule &rule : faultRules(Road::MakersLibrary)) {
         const QStringList row = rowOf(shownUsage(rule), "## Faults");
         ASSERT_EQ(row.size(), 2) << rule.name;
-        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning))) << rule.name;
+        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::MakersLibrary))))
+            << rule.name;
     }
 }
 
 TEST(Readme, faultsOfAReaderOnUsb_standThereWithTheirMeanings)
 {
-    for (const FaultRule &rule : faultRules()) {
+    for (const FaultRule &rule : faultRules(Road::Usb)) {
         const QStringList row = rowOf(shownUsage(rule), "### Faults of the reader on USB");
         ASSERT_EQ(row.size(), 2) << rule.name;
-        EXPECT_TRUE(row.at(1).startsWith(usbFaultMeaning(rule))) << rule.name;
+        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::Usb)))) << rule.name;
     }
 }
 

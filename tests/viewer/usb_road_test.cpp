@@ -254,13 +254,30 @@ TEST_F(Program, WrongOptions_AreToldWithTheValueAndEndWithStatus2)
     for (const QStringList &arguments :
          {QStringList{"--nonsense"}, QStringList{"stray"}, QStringList{"--usb", "12:1"},
           QStringList{"--usb", "1209:0001", "--simulate", "resident"}, QStringList{"--fault", "x"},
-          QStringList{"--simulator-photos"}, QStringList{"--simulate", ""}}) {
+          QStringList{"--simulator-photos"}, QStringList{"--simulate", ""},
+          QStringList{"--simulate", "resident", "--fault", ""},
+          QStringList{"--simulate", "resident", "--fault", "earthquake"}}) {
         const ProcessResult result = run(arguments);
         EXPECT_EQ(result.exitStatus, 2) << arguments.join(' ').toStdString();
         EXPECT_THAT(result.standardError.toStdString(),
                     AllOf(testing::StartsWith("idcard-viewer: "), HasSubstr("--help")));
         EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
     }
+}
+
+TEST_F(Program, FaultOfTheReaderOnUsb_IsRefusedForTheSimulatorWithTheRoadThatHasIt)
+{
+    const ProcessResult result = run({"--simulate", "resident", "--fault", "unplugged"});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_THAT(result.standardError.toStdString(),
+                HasSubstr("no fault \"unplugged\"; only the reader on USB has it"));
+}
+
+TEST_F(Program, OptionThatIsAlmostOne_IsToldAsItWasTypedWithTheOneThatWasMeant)
+{
+    EXPECT_THAT(run({"--simulat", "resident"}).standardError.toStdString(),
+                HasSubstr("idcard-viewer has no option --simulat; did you mean --simulate?"));
+    EXPECT_THAT(run({"-x"}).standardError.toStdString(), HasSubstr("has no option -x.\n"));
 }
 
 TEST_F(Program, SignalAfterACardWasRead_EndsItAndNothingWasPrinted)

@@ -213,6 +213,22 @@
         <source>--%1 needs --%2.</source>
         <translation>--%1 须与 --%2 一起使用。</translation>
     </message>
+    <message>
+        <source>%1 has no option %2.</source>
+        <translation>%1 没有选项 %2。</translation>
+    </message>
+    <message>
+        <source>%1 has no option %2; did you mean %3?</source>
+        <translation>%1 没有选项 %2；您是不是要用 %3？</translation>
+    </message>
+    <message>
+        <source>--fault takes faults separated by commas.</source>
+        <translation>--fault 的值应为用逗号分隔的故障。</translation>
+    </message>
+    <message>
+        <source>--fault is refused: %1</source>
+        <translation>--fault 的值不被接受：%1</translation>
+    </message>
 </context>
 <context>
     <name>Messages</name>
