@@ -107,12 +107,12 @@ int interruptionDescriptor()
     return wakePipe[0];
 }
 
-void pauseFor(int milliseconds)
+void pauseFor(int milliseconds, int output)
 {
     if (isInterrupted())
         return;
-    pollfd wake = {wakePipe[0], POLLIN, 0};
-    ::poll(&wake, 1, milliseconds);
+    std::array<pollfd, 2> ends = {{{wakePipe[0], POLLIN, 0}, {output, 0, 0}}};
+    ::poll(ends.data(), ends.size(), milliseconds);
 }
 
 ReadInProgress::ReadInProgress()

@@ -19,8 +19,11 @@ bool isInterrupted();
 /** Becomes readable when a signal comes: for an event loop. Negative when there is none. */
 int interruptionDescriptor();
 
-/** Waits; ends at once when a signal comes or has come. */
-void pauseFor(int milliseconds);
+/**
+ * Waits; ends at once when a signal comes or has come, or when the program that reads from the
+ * descriptor `output` has gone. Negative: there is none.
+ */
+void pauseFor(int milliseconds, int output = -1);
 
 /** Lives while a card is read, which cannot be broken off otherwise. Not to be nested. */
 class ReadInProgress

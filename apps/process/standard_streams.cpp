@@ -8,6 +8,7 @@
 #include <QtGlobal>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include "common/write_all.h"
@@ -76,7 +77,8 @@ Output::Output()
         m_error = errno;
     occupyClosedStandardStreams();
     sendStandardOutputToNull();
-    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is then told by `write`
+    // A lost reader is then told by `write`, so that what was begun is ended in good order.
+    m_isLossIgnored = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
 }
 
 Output::~Output()
@@ -100,6 +102,22 @@ bool Output::close()
     return m_error == 0;
 }
 
+bool Output::isReaderGone()
+{
+    pollfd output = {m_descriptor, 0, 0};
+    if (m_error == 0 && ::poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0)
+        m_error = EPIPE;
+    return m_error == EPIPE;
+}
+
+void Output::endIfReaderGone() const
+{
+    if (m_error != EPIPE || m_isLossIgnored)
+        return;
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+}
+
 QString Output::problem() const
 {
     return m_error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(m_error));
@@ -110,6 +128,7 @@ ExitStatus closedWith(ExitStatus status, Output *output)
     output->close();
     if (output->problem().isEmpty())
         return status;
+    output->endIfReaderGone();
     tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
                         "program it goes to can take it all, and start again.")
              .arg(output->problem()));

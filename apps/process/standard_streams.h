@@ -32,15 +32,29 @@ public:
     /** Closes; the last chance of the system to report a failure. */
     bool close();
 
+    /** Whether the program that reads it has gone, before anything is written that it would miss.
+     */
+    bool isReaderGone();
+
+    /** As which a pause can wait for that (`pauseFor`). */
+    int descriptor() const { return m_descriptor; }
+
     /** Why writing failed; empty while all went well. */
     QString problem() const;
+
+    /** Ends the process as the loss of its reader ends others: by SIGPIPE, unless it is ignored. */
+    void endIfReaderGone() const;
 
 private:
     int m_descriptor;
     int m_error = 0;
+    bool m_isLossIgnored = false; ///< by whoever started the program
 };
 
-/** Closes `output`. Returns how the program ends: with `status`, or failed if writing did, told. */
+/**
+ * Closes `output`. Returns how the program ends: with `status`, or failed if writing did, told.
+ * When nobody reads it any more, ends the process by SIGPIPE, without a word.
+ */
 ExitStatus closedWith(ExitStatus status, Output *output);
 
 /** Lets foreign output to standard output, and what Qt logs, appear on standard error. */

@@ -59,7 +59,7 @@ public:
 private:
     bool isOver() const
     {
-        return isInterrupted() || m_status != ExitStatus::Done ||
+        return isInterrupted() || m_status != ExitStatus::Done || m_output->isReaderGone() ||
                (m_options.count && m_cards >= *m_options.count);
     }
 
@@ -67,7 +67,7 @@ private:
     {
         QCoreApplication::processEvents();
         if (!isOver())
-            pauseFor(m_options.intervalMs);
+            pauseFor(m_options.intervalMs, m_output->descriptor());
     }
 
     ExitStatus watchOneCard()

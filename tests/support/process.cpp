@@ -64,5 +64,7 @@ ProcessResult runProcess(const QString &program, const QStringList &arguments,
     result.finished = ended && WIFEXITED(status);
     if (WIFEXITED(status))
         result.exitStatus = WEXITSTATUS(status);
+    if (WIFSIGNALED(status))
+        result.signal = WTERMSIG(status);
     return result;
 }

@@ -11,6 +11,7 @@
 struct ProcessResult {
     bool finished = false; ///< ended by itself before the time-out, without a signal
     int exitStatus = -1;
+    int signal = 0; ///< that ended it; 0: none did
     QByteArray standardOutput;
     QByteArray standardError;
 };

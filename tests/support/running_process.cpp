@@ -125,6 +125,8 @@ ProcessResult RunningProcess::result()
     result.finished = ended && WIFEXITED(status);
     if (WIFEXITED(status))
         result.exitStatus = WEXITSTATUS(status);
+    if (WIFSIGNALED(status))
+        result.signal = WTERMSIG(status);
     result.standardOutput = m_output;
     result.standardError = m_error;
     return result;

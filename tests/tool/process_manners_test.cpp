@@ -1,7 +1,5 @@
 // idcard-reader as a process: standard output, display, the simulator's library.
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -77,30 +75,31 @@ TEST_P(UnwritableOutput, ClosedStandardOutputIsTold)
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
 }
 
+TEST_P(UnwritableOutput, PipeWithoutAReaderEndsItQuietlyByItsSignal)
+{
+    RunningTool tool(GetParam());
+    ::close(tool.pipeStandardOutput());
+    tool.start();
+    expectEndByLossOfItsReader(tool.result());
+}
+
+TEST_P(UnwritableOutput, PipeWithoutAReaderIsToldWhereTheSignalIsIgnored)
+{
+    RunningTool tool(GetParam());
+    ::close(tool.pipeStandardOutput());
+    tool.ignoreLossOfReader();
+    tool.start();
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
                          testing::Values(QStringList{"--help"}, QStringList{"--version"},
                                          QStringList{"cards"}, QStringList{"cards", "--json"},
                                          QStringList{"read", "--simulate", "resident"},
                                          QStringList{"read", "--json", "--simulate", "resident"},
                                          QStringList{"watch", "--simulate", "resident"}));
-
-TEST(StandardOutput, PipeWhoseReaderHasGoneIsToldAndEndsTheWatch)
-{
-    QTemporaryDir folder;
-    const QByteArray pipe = QFile::encodeName(folder.filePath("pipe"));
-    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
-    const int reader = ::open(pipe.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    ASSERT_GE(reader, 0);
-    RunningTool tool(
-        {"watch", "--simulate", "resident", "--simulate", "resident", "--fault", "delay-ms=1000"});
-    tool.process().setStandardOutputFile(QFile::decodeName(pipe));
-    tool.start();
-    ::close(reader);
-    const ProcessResult run = tool.result();
-    EXPECT_TRUE(run.finished) << "ended by a signal";
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
-}
 
 TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
 {

@@ -9,6 +9,7 @@
 
 #include <csignal>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include "simulator/card/card_library.h"
@@ -52,13 +53,25 @@ ProcessResult runTool(const QStringList &arguments, const ProcessInput &input)
 class RunningTool::Process : public QProcess
 {
 public:
+    ~Process() override
+    {
+        if (pipe >= 0)
+            ::close(pipe);
+    }
+
     bool closesStandardOutput = false;
+    int pipe = -1; ///< in the place of standard output; negative: none
+    bool ignoresLoss = false;
 
 protected:
     void setupChildProcess() override
     {
         if (closesStandardOutput)
             ::close(STDOUT_FILENO);
+        if (pipe >= 0)
+            ::dup2(pipe, STDOUT_FILENO);
+        if (ignoresLoss)
+            std::signal(SIGPIPE, SIG_IGN);
     }
 };
 
@@ -94,6 +107,19 @@ void RunningTool::closeStandardOutput()
     m_process->closesStandardOutput = true;
 }
 
+int RunningTool::pipeStandardOutput()
+{
+    int ends[2] = {-1, -1};
+    EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    m_process->pipe = ends[1];
+    return ends[0];
+}
+
+void RunningTool::ignoreLossOfReader()
+{
+    m_process->ignoresLoss = true;
+}
+
 void RunningTool::start()
 {
     m_process->start(m_command.first(), m_command.mid(1));
@@ -122,11 +148,21 @@ ProcessResult RunningTool::result()
     ProcessResult result;
     result.finished =
         m_process->waitForFinished(TIMEOUT_MS) || m_process->state() == QProcess::NotRunning;
-    result.finished = result.finished && m_process->exitStatus() == QProcess::NormalExit;
-    result.exitStatus = m_process->exitCode();
+    if (m_process->exitStatus() == QProcess::NormalExit) {
+        result.exitStatus = m_process->exitCode();
+    } else {
+        result.finished = false;
+        result.signal = m_process->exitCode();
+    }
     result.standardOutput = m_process->readAllStandardOutput();
     result.standardError = m_process->readAllStandardError();
     return result;
+}
+
+void expectEndByLossOfItsReader(const ProcessResult &run)
+{
+    EXPECT_EQ(run.signal, SIGPIPE);
+    EXPECT_EQ(run.standardError.toStdString(), "");
 }
 
 QJsonObject parsedObject(const QByteArray &json)

@@ -29,6 +29,10 @@ public:
     /** For settings before `start`. */
     QProcess &process();
     void closeStandardOutput();
+    /** Makes it a pipe. Returns the end to read from, which is the caller's to close. */
+    int pipeStandardOutput();
+    /** SIGPIPE is then ignored by the program, as where a system's service starts it. */
+    void ignoreLossOfReader();
     void start();
 
     /** Waits for a line on standard output and returns it; empty when none came in time. */
@@ -42,6 +46,9 @@ private:
     std::unique_ptr<Process> m_process;
     QStringList m_command;
 };
+
+/** By SIGPIPE and without a word, as "yes" ends in "yes | head -1". */
+void expectEndByLossOfItsReader(const ProcessResult &run);
 
 /** The object printed by `read --json`. */
 QJsonObject parsedObject(const QByteArray &json);

@@ -166,6 +166,44 @@ TEST(WatchReader, LongIntervalDoesNotDelayTheSignal)
     EXPECT_TRUE(tool.process().waitForFinished(20000));
 }
 
+/** As "head -1" does. */
+void readOneLineAndClose(int descriptor)
+{
+    QFile file;
+    ASSERT_TRUE(file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                          QFileDevice::AutoCloseHandle));
+    QByteArray line;
+    while (!line.endsWith('\n')) {
+        const QByteArray byte = file.read(1);
+        ASSERT_FALSE(byte.isEmpty());
+        line += byte;
+    }
+}
+
+TEST(WatchReader, LossOfItsOwnReaderEndsItQuietlyBeforeTheNextCard)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--interval", "60000"}, reader.variables("resident"));
+    const int output = tool.pipeStandardOutput();
+    tool.start();
+    readOneLineAndClose(output);
+    EXPECT_TRUE(tool.process().waitForFinished(20000));
+    expectEndByLossOfItsReader(tool.result());
+}
+
+TEST(Watch, LossOfItsOwnReaderDuringAReadingEndsItQuietlyAfterIt)
+{
+    QTemporaryDir folder;
+    RunningTool tool({"watch", "--simulate", "resident", "--simulate", "resident", "--simulate",
+                      "resident", "--fault", "delay-ms=1000", "--out", folder.path()});
+    const int output = tool.pipeStandardOutput();
+    tool.start();
+    readOneLineAndClose(output);
+    expectEndByLossOfItsReader(tool.result());
+    EXPECT_THAT(QDir(folder.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(),
+                testing::Le(2));
+}
+
 TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
 {
     const InstalledReader reader;
