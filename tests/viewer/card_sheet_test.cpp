@@ -260,10 +260,21 @@ TEST_F(Sheet, PdfIsItsOwnersAlone)
 TEST_F(Sheet, ReplacedPdfIsItsOwnersAlone)
 {
     writeFile(m_pdf, "old");
-    QFile::setPermissions(m_pdf, QFileDevice::ReadOwner | QFileDevice::ReadOther);
+    QFile::setPermissions(m_pdf, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                     QFileDevice::ReadOther);
     ASSERT_THAT(write(m_sheet, m_pdf), IsEmpty());
     EXPECT_EQ(modeOf(m_pdf), 0600);
     expectTrueSize(m_pdf);
+}
+
+TEST_F(Sheet, WriteProtectedPdfIsKeptAndTold)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may write every file";
+    writeFile(m_pdf, "old");
+    QFile::setPermissions(m_pdf, QFileDevice::ReadOwner);
+    EXPECT_THAT(write(m_sheet, m_pdf), HasSubstr("card.pdf could not be written: "));
+    EXPECT_EQ(readFile(m_pdf), "old");
 }
 
 TEST_F(Sheet, NothingElseIsLeftInTheFolder)
