@@ -32,6 +32,24 @@ QStringList reloadCommands()
             QStringLiteral("udevadm trigger --subsystem-match=usb --action=add")};
 }
 
+/** How the rule file comes to its place, as far as a copy of it came with this program. */
+QStringList copyCommands(const RuleState &rule)
+{
+    if (rule.shipped.isEmpty())
+        return {};
+    return {QStringLiteral("cp %1 /etc/udev/rules.d/").arg(quoted(rule.shipped))};
+}
+
+/** Where a user who has no copy gets one from. */
+QString originOfFile(const RuleState &rule)
+{
+    return rule.shipped.isEmpty()
+               ? QStringLiteral("It is in the project's build folder, packaging/%1, and in its "
+                                "package. ")
+                     .arg(QLatin1String(RULE_FILE))
+               : QString();
+}
+
 /** A rule that is needed and not there, or not for this device. */
 Finding ruleProblem(Level level, const QString &text, const QString &remedy,
                     const QStringList &commands, const QJsonObject &facts)
@@ -71,9 +89,9 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
     if (rule.path.isEmpty()) {
         return ruleProblem(
             level, QStringLiteral("The file %1 is in none of udev's folders%2").arg(file, although),
-            QStringLiteral("Copy it from the project or its package, then load it, "
-                           "as root:"),
-            {QStringLiteral("cp %1 /etc/udev/rules.d/").arg(file)}, facts);
+            originOfFile(rule) +
+                QStringLiteral("Copy it to /etc/udev/rules.d, then load it, as root:"),
+            copyCommands(rule), facts);
     }
     if (rule.isMasked) {
         return ruleProblem(
@@ -107,8 +125,9 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
                            QStringLiteral("%1 opens no device: it has no ids of four digits in "
                                           "lower case")
                                .arg(rule.path),
-                           QStringLiteral("Put the file of the project in its place, as root:"),
-                           {QStringLiteral("cp %1 /etc/udev/rules.d/").arg(file)}, facts);
+                           QStringLiteral("Put the project's file in its place, as root. ") +
+                               originOfFile(rule) + QStringLiteral("Then load it:"),
+                           copyCommands(rule), facts);
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
         return ruleProblem(Level::Failure,

@@ -49,13 +49,14 @@ enum class Loading { NotTried, Loaded, NotLoaded, Crashed, Hung };
 struct LibraryState {
     QString fileName;
     QStringList functions;
-    QString ownMachine; ///< the processor that this program is for
-    QString ownFolder;  ///< of libidcard_reader_lib.so
-    QStringList places; ///< folders that are looked in, in this order
-    QVector<LibraryFile> files;
+    QString ownMachine;         ///< the processor that this program is for
+    QString ownFolder;          ///< of libidcard_reader_lib.so
+    QStringList places;         ///< folders that are looked in, in this order
+    QVector<LibraryFile> files; ///< in the order in which the library comes by them
+    QString found;              ///< the one at which the loader's search ends; empty: at none
     QString definedIn; ///< the file that has the functions, when they are in the process already
     Loading loading = Loading::NotTried;
-    QString tried;      ///< the file or name that was loaded, or that loading ended at
+    QString tried;      ///< the file that was loaded, or that loading ended at
     QString crash;      ///< how the loading program ended
     QStringList errors; ///< of the loader
     QByteArray log;     ///< what the library printed when it was loaded
@@ -93,6 +94,7 @@ struct RuleState {
     bool isMasked = false;  ///< an empty file or a link to /dev/null takes the rule away
     QVector<UsbIds> opened; ///< the devices that it opens
     QString group;          ///< that it gives them to
+    QString shipped = {};   ///< another copy, which comes with this program; empty: there is none
 };
 
 struct GroupState {
@@ -119,6 +121,7 @@ struct ScreenState {
     QSizeF millimetres;
     double dpiX = 0;
     double dpiY = 0;
+    double devicePixelRatio = 1;
     QSizeF card; ///< pixels that a card has on it
 };
 
@@ -131,6 +134,7 @@ struct FontState {
     bool isStandIn = false;   ///< whether it is one that the project chose
     bool hasChinese = false;
     bool isKnown = false;
+    QString standIn = {}; ///< one of the project's choice that is installed; empty: none is
 };
 
 struct PicturesState {
@@ -146,7 +150,9 @@ struct PicturesState {
     QStringList pluginFolders;
     QString jpegPlugin; ///< its file; empty when there is none
     QString jpegProblem;
-    std::array<FontState, 2> fonts; ///< of the texts and of the number
+    std::array<FontState, 2> fonts;   ///< of the texts and of the number
+    bool isFontChoiceInForce = false; ///< whether fontconfig has the project's file
+    QString shippedFontChoice; ///< a copy of it that comes with this program; empty: there is none
 };
 
 struct Environment {

@@ -2,6 +2,7 @@
 
 #include "apps/doctor/judgements.h"
 
+#include <QRegularExpression>
 #include <QVersionNumber>
 
 namespace app::doctor
@@ -10,6 +11,15 @@ namespace app::doctor
 QJsonValue textOrNull(const QString &text)
 {
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+QString quoted(const QString &path)
+{
+    static const QRegularExpression plain(QStringLiteral("\\A[\\w./+@:,-]+\\z"));
+    if (plain.match(path).hasMatch())
+        return path;
+    return QLatin1Char('\'') + QString(path).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
+           QLatin1Char('\'');
 }
 
 Findings checkLibraryVersion(const Environment &environment)

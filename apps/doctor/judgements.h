@@ -36,4 +36,7 @@ Findings checkNumberFont(const Environment &environment);
 /** JSON has null for what is not there. */
 QJsonValue textOrNull(const QString &text);
 
+/** A path as a word of a shell command. */
+QString quoted(const QString &path);
+
 } // namespace app::doctor

@@ -2,8 +2,6 @@
 
 #include "apps/doctor/judgements.h"
 
-#include <algorithm>
-
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
@@ -26,26 +24,6 @@ struct Names {
     const char *what;  ///< "the reader maker's library"
     const char *maker; ///< whom to ask
 };
-
-/** A path as a word of a shell command. */
-QString quoted(const QString &path)
-{
-    static const QRegularExpression plain(QStringLiteral("\\A[\\w./+@:,-]+\\z"));
-    if (plain.match(path).hasMatch())
-        return path;
-    return QLatin1Char('\'') + QString(path).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
-           QLatin1Char('\'');
-}
-
-/** The file at which loading ended: the loader was given a path, or found it by its name. */
-QString triedFile(const LibraryState &state)
-{
-    const auto *const sound =
-        std::find_if(state.files.begin(), state.files.end(),
-                     [](const LibraryFile &file) { return file.shape == LibraryShape::Sound; });
-    const bool isPath = state.tried.contains(QLatin1Char('/'));
-    return isPath || sound == state.files.end() ? state.tried : sound->path;
-}
 
 /** The library that the loader misses for the one that it was to load; empty when none. */
 QString missingDependency(const LibraryState &state)
@@ -102,7 +80,7 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
 {
     const QString dependency = missingDependency(state);
     if (!dependency.isEmpty()) {
-        const QString path = triedFile(state);
+        const QString path = state.tried;
         return {"missing-dependency",
                 QStringLiteral("%1 needs %2, which is not here").arg(path, dependency),
                 QStringLiteral("Install what has %1; %2 tells what the library needs. All that is "
@@ -118,11 +96,11 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
     if (!state.files.isEmpty()) {
         return {"not-loadable",
                 QStringLiteral("%1 cannot be loaded: %2")
-                    .arg(state.files.first().path, state.errors.value(0)),
+                    .arg(state.tried, state.errors.isEmpty() ? QString() : state.errors.last()),
                 QStringLiteral("Get a version of it for this system from %1; the loader's whole "
                                "account:")
                     .arg(QLatin1String(names.maker)),
-                {QStringLiteral("ldd -r %1").arg(quoted(state.files.first().path))}};
+                {QStringLiteral("ldd -r %1").arg(quoted(state.tried))}};
     }
     return {"not-found",
             QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache")
@@ -157,14 +135,14 @@ Problem problemOf(const LibraryState &state, const Names &names)
         }
         return {"crash",
                 QStringLiteral("Loading %1 crashes (%2), and with it every program that reads")
-                    .arg(triedFile(state), state.crash),
+                    .arg(state.tried, state.crash),
                 QStringLiteral("Get another version of it from %1, and tell them. Take this one "
                                "away until then.")
                     .arg(QLatin1String(names.maker))};
     case Loading::Hung:
         return {"hang",
                 QStringLiteral("Loading %1 hangs, and with it every program that reads")
-                    .arg(triedFile(state)),
+                    .arg(state.tried),
                 QStringLiteral("End other programs that use the reader and plug it in anew. If it "
                                "stays so, get another version from %1.")
                     .arg(QLatin1String(names.maker))};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
 #include <dlfcn.h>
@@ -98,7 +99,8 @@ QString pathOf(const void *address)
     Dl_info info{};
     if (dladdr(address, &info) == 0 || info.dli_fname == nullptr)
         return {};
-    return QFileInfo(QFile::decodeName(info.dli_fname)).absoluteFilePath();
+    const QFileInfo file(QFile::decodeName(info.dli_fname));
+    return QDir(file.dir().canonicalPath()).filePath(file.fileName());
 }
 
 QString ownLibrary()
@@ -106,23 +108,36 @@ QString ownLibrary()
     return pathOf(reinterpret_cast<const void *>(&getSDKVersion));
 }
 
-/** The folders that the loader looks in for this program, LD_LIBRARY_PATH among them. */
-QStringList loaderFolders()
+/** Where the loader looks for what libidcard_reader_lib.so asks it for by name. */
+struct SearchPath {
+    QStringList beforeCache; ///< LD_LIBRARY_PATH, and what the library itself names
+    QStringList afterCache;  ///< the system's own folders
+};
+
+/**
+ * That of the library, not of this program: what only the program's own path leads to is found by
+ * no host.
+ */
+SearchPath searchPath(const QString &library)
 {
-    void *const program = dlopen(nullptr, RTLD_LAZY);
+    void *const handle = dlopen(QFile::encodeName(library).constData(), RTLD_LAZY | RTLD_NOLOAD);
     Dl_serinfo head{};
-    if (program == nullptr || dlinfo(program, RTLD_DI_SERINFOSIZE, &head) != 0)
+    if (handle == nullptr || dlinfo(handle, RTLD_DI_SERINFOSIZE, &head) != 0)
         return {};
     std::vector<Dl_serinfo> room(head.dls_size / sizeof(Dl_serinfo) + 1);
     Dl_serinfo *const info = room.data();
-    QStringList folders;
-    if (dlinfo(program, RTLD_DI_SERINFOSIZE, info) == 0 &&
-        dlinfo(program, RTLD_DI_SERINFO, info) == 0) {
-        for (unsigned int i = 0; i < info->dls_cnt; ++i)
-            folders << QDir::cleanPath(QFile::decodeName(info->dls_serpath[i].dls_name));
+    SearchPath path;
+    if (dlinfo(handle, RTLD_DI_SERINFOSIZE, info) == 0 &&
+        dlinfo(handle, RTLD_DI_SERINFO, info) == 0) {
+        for (unsigned int i = 0; i < info->dls_cnt; ++i) {
+            const Dl_serpath &row = info->dls_serpath[i];
+            QStringList &folders =
+                (row.dls_flags & LA_SER_DEFAULT) != 0 ? path.afterCache : path.beforeCache;
+            folders << QDir(QFile::decodeName(row.dls_name)).absolutePath();
+        }
     }
-    dlclose(program);
-    return folders;
+    dlclose(handle);
+    return path;
 }
 
 /** Files of this name that the loader's cache leads to; their paths stand in it as they are. */
@@ -142,28 +157,70 @@ QStringList cachedFiles(const QString &fileName)
     return files;
 }
 
-QVector<LibraryFile> filesIn(const QStringList &places, const QString &fileName)
+/** Also when it is a link that leads nowhere. */
+bool isThere(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() || file.isSymLink();
+}
+
+/** The files of this name that are there, in the order in which the loader comes by them. */
+QVector<LibraryFile> filesIn(const SearchPath &searched, const QString &fileName)
 {
     QStringList paths;
-    for (const QString &place : places)
-        paths << QDir(place).filePath(fileName);
+    for (const QString &folder : searched.beforeCache)
+        paths << QDir(folder).filePath(fileName);
     paths += cachedFiles(fileName);
+    for (const QString &folder : searched.afterCache)
+        paths << QDir(folder).filePath(fileName);
     paths.removeDuplicates();
     QVector<LibraryFile> files;
     for (const QString &path : paths) {
-        const QFileInfo file(path);
-        if (file.exists() || file.isSymLink())
+        if (isThere(path))
             files << inspectLibrary(path);
     }
     return files;
 }
 
-/** In the child: loads and looks the functions up as the library does. */
+QString fileBesideLibrary(const LibraryState &state)
+{
+    return QDir(state.ownFolder).filePath(state.fileName);
+}
+
+/** Whether the loader ends its search at this file, with or without success, or passes over it. */
+bool endsSearch(const LibraryFile &file)
+{
+    return file.shape != LibraryShape::OtherMachine && file.shape != LibraryShape::Unreadable;
+}
+
+/** Finds out what the library comes by when it looks for the file. */
+void findFiles(LibraryState *state)
+{
+    const SearchPath searched = searchPath(ownLibrary());
+    state->places = QStringList{state->ownFolder} + searched.beforeCache + searched.afterCache;
+    state->places.removeDuplicates();
+    const QVector<LibraryFile> files = filesIn(searched, state->fileName);
+    const auto *const found = std::find_if(files.begin(), files.end(), endsSearch);
+    state->found = found == files.end() ? QString() : found->path;
+    const QString own = fileBesideLibrary(*state);
+    if (isThere(own))
+        state->files << inspectLibrary(own);
+    std::copy_if(files.begin(), files.end(), std::back_inserter(state->files),
+                 [&own](const LibraryFile &file) { return file.path != own; });
+}
+
+/**
+ * In the child: loads and looks the functions up as the library does. The loader cannot be asked to
+ * search on the library's behalf, so it is handed what that search comes to.
+ */
 void load(const LibraryState &state, const Telling &tell)
 {
+    QStringList paths{fileBesideLibrary(state)};
+    if (!state.found.isEmpty() && state.found != paths.first())
+        paths << state.found;
     void *handle = nullptr;
-    for (const QString &name : {QDir(state.ownFolder).filePath(state.fileName), state.fileName}) {
-        const QByteArray encoded = QFile::encodeName(name);
+    for (const QString &path : paths) {
+        const QByteArray encoded = QFile::encodeName(path);
         tell(TRIED + encoded);
         handle = dlopen(encoded.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
         if (handle != nullptr)
@@ -248,8 +305,7 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     const QString own = ownLibrary();
     state.ownFolder = QFileInfo(own).path();
     state.ownMachine = inspectLibrary(own).machine;
-    state.places = QStringList{state.ownFolder} + loaderFolders();
-    state.places.removeDuplicates();
+    findFiles(&state);
 
     int defined = 0;
     for (const QString &function : functions) {
@@ -261,7 +317,6 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
         return state;
     state.definedIn.clear();
 
-    state.files = filesIn(state.places, fileName);
     const ChildRun run = runInChild([&state](const Telling &tell) { load(state, tell); }, limitMs,
                                     FileWriting::Allowed);
     state.loading = Loading::NotLoaded;

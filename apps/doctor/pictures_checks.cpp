@@ -6,19 +6,13 @@
 
 #include <QJsonArray>
 
+#include "apps/card/screen_resolution.h"
+
 namespace app::doctor
 {
 
 namespace
 {
-
-// Dots per inch. Below the first a card is less than 100 pixels wide and no text can be read; a
-// card on a screen above the second is wider than a large screen. Common screens have 70 to 300.
-constexpr double LOWEST_DPI = 30;
-constexpr double HIGHEST_DPI = 1200;
-constexpr double LOWEST_USUAL_DPI = 60;
-constexpr double HIGHEST_USUAL_DPI = 400;
-constexpr double MOST_SLANT = 1.05; ///< between the two directions
 
 QString sizeText(QSizeF size)
 {
@@ -35,6 +29,35 @@ const char *const DISPLAY_REMEDY =
     "set. Without any display, tell Qt so:";
 const char *const OFFSCREEN_COMMAND = "export QT_QPA_PLATFORM=offscreen";
 
+const char *const FONTS_COMMAND = "apt-get install fontconfig fonts-noto-cjk";
+
+/** Qt takes some font: what is missing for the one that was chosen, a font or its being chosen. */
+void remedyChoice(const PicturesState &pictures, const FontState &font, Finding *finding)
+{
+    const bool needsChoice = !pictures.isFontChoiceInForce;
+    // Where the choice is in force and does not help, none of its fonts is for this family.
+    const bool needsFont = !needsChoice || font.standIn.isEmpty();
+    const QString start = needsFont
+                              ? QStringLiteral("Install a font for it")
+                              : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
+    if (needsFont)
+        finding->commands << QLatin1String(FONTS_COMMAND);
+    QString choice;
+    if (needsChoice) {
+        choice = QStringLiteral("%1opy the project's fontconfig file 69-idcard-reader.conf to "
+                                "/etc/fonts/conf.d")
+                     .arg(QLatin1String(needsFont ? " and c" : ". C"));
+        if (pictures.shippedFontChoice.isEmpty())
+            choice += QStringLiteral("; it is in the project's sources, packaging/fonts");
+        else
+            finding->commands << QStringLiteral("cp %1 /etc/fonts/conf.d/")
+                                     .arg(quoted(pictures.shippedFontChoice));
+    }
+    finding->remedy =
+        QStringLiteral("%1%2 (docs/fonts.md), as root%3")
+            .arg(start, choice, QLatin1String(finding->commands.isEmpty() ? "." : ":"));
+}
+
 Finding judgedFont(const PicturesState &pictures, const FontState &font)
 {
     Finding finding;
@@ -46,7 +69,6 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
     const QString wanted =
         font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
     const QString faces = font.faces.join(QStringLiteral(", "));
-    const QStringList install = {QStringLiteral("apt-get install fontconfig fonts-noto-cjk")};
     if (!font.isKnown) {
         finding.level = Level::Failure;
         finding.text = QStringLiteral("%1: not known, since Qt does not come up (%2)")
@@ -58,7 +80,7 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
                                       "have empty boxes in their place")
                            .arg(wanted);
         finding.remedy = QStringLiteral("Install a Chinese font (docs/fonts.md), as root:");
-        finding.commands = install;
+        finding.commands = QStringList{QLatin1String(FONTS_COMMAND)};
     } else if (font.isInstalled || font.isStandIn) {
         finding.text = font.isInstalled ? QStringLiteral("%1 is installed").arg(wanted)
                                         : QStringLiteral("%1: its stand-in %2").arg(wanted, faces);
@@ -71,10 +93,7 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
         finding.text = QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters may "
                                       "have another form or size than on the card")
                            .arg(wanted, taken);
-        finding.remedy = QStringLiteral("Install a font for it and the project's fontconfig file "
-                                        "69-idcard-reader.conf (docs/fonts.md), as root:");
-        finding.commands =
-            install + QStringList{QStringLiteral("cp 69-idcard-reader.conf /etc/fonts/conf.d/")};
+        remedyChoice(pictures, font, &finding);
     }
     return finding;
 }
@@ -142,28 +161,28 @@ Findings checkResolution(const Environment &environment)
         std::abs(screen.dpiX - screen.dpiY) < 0.05
             ? numberText(screen.dpiX)
             : QStringLiteral("%1 x %2").arg(numberText(screen.dpiX), numberText(screen.dpiY));
-    const bool isUsable = screen.dpiX >= LOWEST_DPI && screen.dpiX <= HIGHEST_DPI;
-    const bool isUsual = screen.dpiX >= LOWEST_USUAL_DPI && screen.dpiX <= HIGHEST_USUAL_DPI;
-    const bool isSquare =
-        screen.dpiX <= screen.dpiY * MOST_SLANT && screen.dpiY <= screen.dpiX * MOST_SLANT;
     const QString card =
         QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
-    if (!isUsable) {
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("The screen claims %1 dpi (%2), which no screen has; %3")
-                           .arg(dpi, size, card);
-    } else if (!isUsual) {
+    switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
+    case ResolutionClaim::Usual:
+        finding.text = QStringLiteral("%1 dpi (%2); %3").arg(dpi, size, card);
+        return {finding};
+    case ResolutionClaim::Unusual:
         finding.level = Level::Warning;
         finding.text = QStringLiteral("The screen claims %1 dpi (%2), which is unusual; %3")
                            .arg(dpi, size, card);
-    } else if (!isSquare) {
+        break;
+    case ResolutionClaim::Uneven:
         finding.level = Level::Warning;
         finding.text = QStringLiteral("The screen claims different resolutions across and down, %1 "
                                       "dpi (%2); pictures go by the first: %3")
                            .arg(dpi, size, card);
-    } else {
-        finding.text = QStringLiteral("%1 dpi (%2); %3").arg(dpi, size, card);
-        return {finding};
+        break;
+    case ResolutionClaim::Impossible:
+        finding.level = Level::Failure;
+        finding.text = QStringLiteral("The screen claims %1 dpi (%2), which no screen has; %3")
+                           .arg(dpi, size, card);
+        break;
     }
     finding.remedy = QStringLiteral("Virtual machines, projectors and adapters often tell no true "
                                     "size. Correct it in their settings or in those of the "

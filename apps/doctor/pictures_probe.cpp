@@ -17,6 +17,7 @@
 #include <QTextLayout>
 
 #include "apps/doctor/child.h"
+#include "apps/doctor/shipped_files.h"
 #include "apps/doctor/stand_ins.h"
 #include "apps/process/display.h"
 #include "render/makecardimg.h"
@@ -66,6 +67,7 @@ QJsonObject describeScreen()
                                  {"millimetres", toArray(screen->physicalSize())},
                                  {"dpiX", screen->physicalDotsPerInchX()},
                                  {"dpiY", screen->physicalDotsPerInchY()},
+                                 {"devicePixelRatio", screen->devicePixelRatio()},
                                  {"card", toArray(card)}};
     return told;
 }
@@ -101,6 +103,22 @@ QJsonObject describeJpeg()
     return told;
 }
 
+QStringList chosenFamilies()
+{
+    return QString::fromUtf8(CHOSEN_FAMILIES).split(QLatin1Char('\n'));
+}
+
+/** The first of the families that the project chose that is installed. */
+QString installedStandIn()
+{
+    const QStringList installed = QFontDatabase().families();
+    for (const QString &family : chosenFamilies()) {
+        if (installed.contains(family))
+            return family;
+    }
+    return {};
+}
+
 QJsonObject describeFont(const FontRow &row)
 {
     QFont font;
@@ -125,6 +143,7 @@ QJsonObject describeFont(const FontRow &row)
     return {{"got", QFontInfo(font).family()},
             {"isInstalled", QFontDatabase().families().contains(QString::fromUtf8(row.family))},
             {"faces", QJsonArray::fromStringList(faces)},
+            {"standIn", installedStandIn()},
             {"hasChinese", hasAll && !runs.isEmpty()}};
 }
 
@@ -152,9 +171,10 @@ void takeScreen(const QJsonObject &told, PicturesState *state)
     if (!told.contains("screen"))
         return;
     const QJsonObject screen = told["screen"].toObject();
-    state->screen = ScreenState{screen["name"].toString(),     toSize(screen["pixels"]),
-                                toSize(screen["millimetres"]), screen["dpiX"].toDouble(),
-                                screen["dpiY"].toDouble(),     toSize(screen["card"])};
+    state->screen = ScreenState{
+        screen["name"].toString(), toSize(screen["pixels"]),  toSize(screen["millimetres"]),
+        screen["dpiX"].toDouble(), screen["dpiY"].toDouble(), screen["devicePixelRatio"].toDouble(),
+        toSize(screen["card"])};
 }
 
 void takeJpeg(const QJsonObject &told, PicturesState *state)
@@ -169,13 +189,13 @@ void takeJpeg(const QJsonObject &told, PicturesState *state)
 
 void takeFont(const QJsonObject &told, FontState *font)
 {
-    const QStringList chosen = QString::fromUtf8(CHOSEN_FAMILIES).split(QLatin1Char('\n'));
     font->isKnown = true;
     font->got = told["got"].toString();
     for (const auto &face : told["faces"].toArray())
         font->faces << face.toString();
+    font->standIn = told["standIn"].toString();
     font->isInstalled = told["isInstalled"].toBool();
-    font->isStandIn = chosen.contains(font->got);
+    font->isStandIn = chosenFamilies().contains(font->got);
     font->hasChinese = told["hasChinese"].toBool();
 }
 
@@ -220,6 +240,9 @@ PicturesState probePictures()
         state.fonts.at(i).family = QString::fromUtf8(FONTS.at(i).family);
         state.fonts.at(i).weight = QLatin1String(FONTS.at(i).weightName);
     }
+    state.isFontChoiceInForce =
+        QFile::exists(QStringLiteral("/etc/fonts/conf.d/69-idcard-reader.conf"));
+    state.shippedFontChoice = shippedFontChoice();
     const ChildRun run = runInChild(describe, QT_LIMIT_MS, FileWriting::Forbidden);
     state.log = run.log;
     takeAll(run, true, &state);

@@ -15,6 +15,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "apps/doctor/shipped_files.h"
+
 namespace app::doctor
 {
 
@@ -217,6 +219,9 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
     UsbState state;
     state.asked = asked;
     state.rule = findRule(folders);
+    const QString shipped = shippedRule();
+    if (shipped != QFileInfo(state.rule.path).canonicalFilePath())
+        state.rule.shipped = shipped;
     state.group =
         groupState(state.rule.group.isEmpty() ? QLatin1String(READERS_GROUP) : state.rule.group);
     const UsbDevices list = listUsbDevices();

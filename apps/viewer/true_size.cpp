@@ -1,7 +1,5 @@
 #include "apps/viewer/true_size.h"
 
-#include <algorithm>
-
 namespace app
 {
 
@@ -9,16 +7,11 @@ namespace
 {
 
 constexpr double MM_PER_INCH = 25.4;
-// From a television to a telephone, in the screen's own pixels.
-constexpr double LOWEST_DPI = 30;
-constexpr double HIGHEST_DPI = 800;
-constexpr double MOST_UNEVEN_PIXEL = 1.25;
 
 bool isBelievable(const ScreenResolution &resolution)
 {
-    const auto [low, high] = std::minmax(resolution.physicalX, resolution.physicalY);
-    return low * resolution.devicePixelRatio >= LOWEST_DPI &&
-           high * resolution.devicePixelRatio <= HIGHEST_DPI && high <= low * MOST_UNEVEN_PIXEL;
+    const ResolutionClaim claim = judgedClaim(resolution);
+    return claim == ResolutionClaim::Usual || claim == ResolutionClaim::Unusual;
 }
 
 } // namespace

@@ -5,20 +5,14 @@
 #include <QScreen>
 #include <QSizeF>
 
+#include "apps/card/screen_resolution.h"
+
 namespace app
 {
 
 /** A side of a card, and the photo on it. */
 constexpr QSizeF CARD_SIZE_MM(85.6, 54.0);
 constexpr QSizeF PHOTO_SIZE_MM(26.0, 32.0);
-
-/** What a screen says of its resolution, dots per inch in device-independent pixels. */
-struct ScreenResolution {
-    double physicalX = 0;
-    double physicalY = 0;
-    double logical = 96; ///< for fonts; independent of the screen's size
-    double devicePixelRatio = 1;
-};
 
 struct ScreenScale {
     double xPerMm;

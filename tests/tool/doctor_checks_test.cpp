@@ -149,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"hanging", "photo-decoder",
               [](Environment &m) {
                   m.photoDecoder.loading = Loading::Hung;
-                  m.photoDecoder.tried = "libdecoder.so";
+                  m.photoDecoder.tried = "/usr/lib/libdecoder.so";
               },
               Level::Failure, "Loading /usr/lib/libdecoder.so hangs", "another version"},
         Fault{"no decoder where one road needs it", "photo-decoder",
@@ -230,9 +230,16 @@ INSTANTIATE_TEST_SUITE_P(
               [](Environment &m) {
                   forbid(m);
                   m.usb.rule = {};
+                  m.usb.rule.shipped = "/my build/packaging/69-idcard-reader.rules";
               },
               Level::Failure, "69-idcard-reader.rules is in none of udev's folders",
-              "cp 69-idcard-reader.rules /etc/udev/rules.d/\nudevadm control --reload"},
+              "cp '/my build/packaging/69-idcard-reader.rules' /etc/udev/rules.d/\nudevadm control "
+              "--reload"},
+        Fault{"no rule anywhere", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
+              Level::Warning, "is in none of udev's folders",
+              "It is in the project's build folder, packaging/69-idcard-reader.rules, and in its "
+              "package. Copy it to /etc/udev/rules.d, then load it, as root:\nudevadm control "
+              "--reload"},
         Fault{"no rule, but another way in", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
               Level::Warning, "this user may use the reader all the same",
               "udevadm control --reload"},
@@ -258,8 +265,10 @@ INSTANTIATE_TEST_SUITE_P(
               [](Environment &m) {
                   m.usb.nodes.clear();
                   m.usb.rule.opened.clear();
+                  m.usb.rule.shipped = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
               },
-              Level::Warning, "opens no device", "cp 69-idcard-reader.rules"},
+              Level::Warning, "opens no device",
+              "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/"},
         Fault{"rule not applied", "usb-rule", forbid, Level::Failure,
               "has not been applied: the node is not of the group idcard-reader",
               "plug the reader in anew"},
@@ -326,8 +335,18 @@ INSTANTIATE_TEST_SUITE_P(
             "xrandr --query"},
         Fault{"high", "resolution", [](Environment &m) { claim(m, 401, 401); }, Level::Warning,
               "401 dpi", "xrandr --query"},
-        Fault{"not square", "resolution", [](Environment &m) { claim(m, 96, 102); }, Level::Warning,
-              "different resolutions across and down, 96 x 102 dpi", "xrandr --query"},
+        Fault{"not square", "resolution", [](Environment &m) { claim(m, 96, 107); }, Level::Warning,
+              "different resolutions across and down, 96 x 107 dpi", "xrandr --query"},
+        Fault{"hardly a pixel", "resolution", [](Environment &m) { claim(m, 29.9, 29.9); },
+              Level::Failure, "29.9 dpi", "xrandr --query"},
+        Fault{"finer than any", "resolution", [](Environment &m) { claim(m, 801, 801); },
+              Level::Failure, "801 dpi", "xrandr --query"},
+        Fault{"finer than any when it is scaled", "resolution",
+              [](Environment &m) {
+                  claim(m, 401, 401);
+                  m.pictures.screen->devicePixelRatio = 2;
+              },
+              Level::Failure, "401 dpi", "xrandr --query"},
         Fault{"no plug-in", "jpeg",
               [](Environment &m) {
                   m.pictures.canWriteJpeg = false;
@@ -354,10 +373,48 @@ INSTANTIATE_TEST_SUITE_P(
               "no font here has the Chinese characters", "fonts-noto-cjk"},
         Fault{"some font", "text-font",
               [](Environment &m) { m.pictures.fonts[0].isStandIn = false; }, Level::Warning,
-              "no stand-in is named, and Qt takes SomeFont", "69-idcard-reader.conf"},
+              "no stand-in is named, and Qt takes SomeFont",
+              "conf.d; it is in the project's sources, packaging/fonts (docs/fonts.md), as root:\n"
+              "apt-get install fontconfig fonts-noto-cjk"},
+        Fault{
+            "neither font nor choice", "text-font",
+            [](Environment &m) {
+                m.pictures.fonts[0].isStandIn = false;
+                m.pictures.shippedFontChoice = "/build/packaging/69-idcard-reader.conf";
+            },
+            Level::Warning, "no stand-in is named",
+            "Install a font for it and copy the project's fontconfig file 69-idcard-reader.conf to "
+            "/etc/fonts/conf.d (docs/fonts.md), as root:\n"
+            "apt-get install fontconfig fonts-noto-cjk\n"
+            "cp /build/packaging/69-idcard-reader.conf /etc/fonts/conf.d/"},
         Fault{"font not asked", "number-font",
               [](Environment &m) { m.pictures.fonts[1].isKnown = false; }, Level::Failure,
               "not known", "\"Screen\""}));
+
+TEST(FontsOfTheDoctor, WhereOnlyTheChoiceIsMissingNoPackageIsAskedFor)
+{
+    Environment machine = fineMachine();
+    machine.pictures.fonts[0].isStandIn = false;
+    machine.pictures.fonts[0].standIn = "Noto Sans CJK SC";
+    machine.pictures.shippedFontChoice = "/build/packaging/69-idcard-reader.conf";
+    const Finding finding = findingOf("text-font", machine);
+    EXPECT_EQ(finding.remedy,
+              "A font for it is installed, Noto Sans CJK SC. Copy the project's fontconfig file "
+              "69-idcard-reader.conf to /etc/fonts/conf.d (docs/fonts.md), as root:");
+    EXPECT_EQ(finding.commands,
+              QStringList{"cp /build/packaging/69-idcard-reader.conf /etc/fonts/conf.d/"});
+}
+
+TEST(FontsOfTheDoctor, WhereTheChoiceIsInForceOnlyAFontIsAskedFor)
+{
+    Environment machine = fineMachine();
+    machine.pictures.fonts[0].isStandIn = false;
+    machine.pictures.isFontChoiceInForce = true;
+    machine.pictures.shippedFontChoice = "/build/packaging/69-idcard-reader.conf";
+    const Finding finding = findingOf("text-font", machine);
+    EXPECT_EQ(finding.remedy, "Install a font for it (docs/fonts.md), as root:");
+    EXPECT_EQ(finding.commands, QStringList{"apt-get install fontconfig fonts-noto-cjk"});
+}
 
 TEST(FineMachine, IsFineInEveryCheck)
 {
@@ -390,9 +447,9 @@ TEST(FineMachine, OtherWaysOfBeingFineAreFine)
                 HasSubstr("mode 0660, owner root, group idcard-reader, with an access list"));
     EXPECT_THAT(findingOf("usb-permission", machine).text.toStdString(),
                 testing::EndsWith("; root may open it whatever that is"));
-    for (const double dpi : {60.0, 400.0}) {
-        claim(machine, dpi, dpi * 1.04);
-        EXPECT_EQ(findingOf("resolution", machine).level, Level::Fine) << dpi;
+    for (const auto &[dpiX, dpiY] : {std::pair(60., 65.), std::pair(370., 400.)}) {
+        claim(machine, dpiX, dpiY);
+        EXPECT_EQ(findingOf("resolution", machine).level, Level::Fine) << dpiX;
     }
 }
 

@@ -91,6 +91,31 @@ TEST_F(Doctor, MakersLibraryThatIsNowhereIsAFailure)
     EXPECT_EQ(findingIn(report, "photo-decoder")["level"].toString(), "warning");
 }
 
+TEST_F(Doctor, MakersLibraryInTheCurrentFolderIsNotFound)
+{
+    install(readFile(builtLibrary("WRITES")));
+    set("LD_LIBRARY_PATH", path("nothing"));
+    runIn(path("vendor"));
+    const QJsonObject finding = expectFault("reader-library", "failure", "is not here; looked in");
+    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "not-found");
+    for (const auto &place : finding["facts"].toObject()["places"].toArray())
+        EXPECT_THAT(place.toString().toStdString(), testing::StartsWith("/"));
+}
+
+TEST_F(Doctor, MakersLibraryToWhichOnlyThePathOfThisProgramLeadsIsNotFound)
+{
+    // "../lib" is that path; the library of ours comes from elsewhere.
+    for (const char *folder : {"bin", "lib"})
+        QDir().mkpath(path(folder));
+    ASSERT_TRUE(QFile::copy(QDir(IDCARD_BUILD_BIN_DIR).filePath("idcard-reader"),
+                            path("bin/idcard-reader")));
+    writeFile(path("lib/" IDCARD_VENDOR_READER_LIBRARY), readFile(builtLibrary("WRITES")));
+    runFrom(path("bin/idcard-reader"));
+    set("LD_LIBRARY_PATH", IDCARD_BUILD_LIB_DIR);
+    const QJsonObject finding = expectFault("reader-library", "failure", "is not here; looked in");
+    EXPECT_FALSE(finding["facts"].toObject()["places"].toArray().contains(path("lib")));
+}
+
 TEST_F(Doctor, MakersLibraryForAnotherProcessorIsAFailure)
 {
     QByteArray content = readFile(builtLibrary("WRITES"));
@@ -212,6 +237,7 @@ protected:
         QDir().mkpath(path("plugins"));
         ASSERT_TRUE(QFile::copy(QDir(IDCARD_BUILD_BIN_DIR).filePath("idcard-reader"),
                                 path("bin/idcard-reader")));
+        ASSERT_TRUE(QFile::link(IDCARD_BUILD_LIB_DIR, path("lib")));
         writeFile(path("bin/qt.conf"), "[Paths]\nPlugins=" + path("plugins").toLocal8Bit() + '\n');
         runFrom(path("bin/idcard-reader"));
     }

@@ -50,8 +50,8 @@ Environment fineMachine()
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;
     pictures.runningPlatform = "xcb";
-    pictures.screen =
-        ScreenState{"DP-1", {1920, 1080}, {508, 286}, 96, 96, {323.5275590551181, 204.0944881889}};
+    pictures.screen = ScreenState{
+        "DP-1", {1920, 1080}, {508, 286}, 96, 96, 1, {323.5275590551181, 204.0944881889}};
     pictures.isJpegKnown = true;
     pictures.canWriteJpeg = true;
     pictures.jpegPlugin = "/qt/imageformats/libqjpeg.so";

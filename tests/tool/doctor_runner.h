@@ -57,11 +57,13 @@ protected:
     }
 
     void runFrom(const QString &program) { m_program = program; }
+    void runIn(const QString &folder) { m_folder = folder; }
 
     ProcessResult run(const QStringList &arguments) const
     {
         ProcessInput input;
         input.environment = m_variables;
+        input.workingDirectory = m_folder;
         return m_program.isEmpty()
                    ? runTool(QStringList{"doctor"} + arguments, input)
                    : runProcess(m_program, QStringList{"doctor"} + arguments, input);
@@ -127,4 +129,5 @@ private:
     InstalledReader m_installed;
     Variables m_variables;
     QString m_program;
+    QString m_folder;
 };

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 #include "tests/support/build_programs.h"
 #include "tests/tool/folder_state.h"
@@ -204,6 +205,8 @@ TEST_P(SimulatorPlace, IsSearchedFromTheProgram)
         ASSERT_TRUE(QDir(folder.path()).mkdir(part));
     const QString program = folder.filePath("bin/idcard-reader");
     ASSERT_TRUE(QFile::copy(IDCARD_BUILD_BIN_DIR "/idcard-reader", program));
+    ASSERT_TRUE(QFile::link(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so.1",
+                            folder.filePath("lib/libidcard_reader_lib.so.1")));
     ASSERT_TRUE(
         QFile::copy(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", folder.filePath(GetParam())));
     ProcessInput input;
@@ -217,6 +220,30 @@ TEST_P(SimulatorPlace, IsSearchedFromTheProgram)
 INSTANTIATE_TEST_SUITE_P(Places, SimulatorPlace,
                          testing::Values("bin/libidcard_simulator.so",
                                          "lib/libidcard_simulator.so"));
+
+class RunPath : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(RunPath, LeadsFromTheProgramsOwnFolderAndNeverFromTheCurrentOne)
+{
+    const QString program = QDir(IDCARD_BUILD_BIN_DIR).filePath(QLatin1String(GetParam()));
+    const QString dynamic = QString::fromUtf8(build_programs::readelf({"-d"}, program));
+    EXPECT_THAT(dynamic.toStdString(), HasSubstr("libQt5Core.so"));
+    static const QRegularExpression entry("(RPATH|RUNPATH)\\).*\\[(.*)\\]");
+    auto paths = entry.globalMatch(dynamic);
+    while (paths.hasNext()) {
+        const QString path = paths.next().captured(2);
+        for (const QString &folder : path.split(':')) {
+            EXPECT_TRUE(folder.startsWith('/') || folder.startsWith("$ORIGIN/"))
+                << path.toStdString();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, RunPath,
+                         testing::Values("idcard-reader", "idcard-viewer",
+                                         "idcard-virtual-reader"));
 
 TEST(SimulatorLibrary, NothingOfItStandsInTheWayOfTheMakersLibrary)
 {

@@ -117,9 +117,13 @@ TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
     EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
     EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);
     EXPECT_TRUE(screenScale(ScreenResolution{24, 24, 96, 2}).isTrue); // 48 of its own pixels
+    EXPECT_TRUE(screenScale(ScreenResolution{30, 30, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{800, 800, 96, 1}).isTrue);
+    EXPECT_TRUE(screenScale(ScreenResolution{118, 125, 96, 1}).isTrue); // 22 x 13 cm
     for (const auto &[x, y] :
          {std::pair(0., 0.), std::pair(10., 10.), std::pair(96., 300.), std::pair(5000., 5000.),
-          std::pair(-96., -96.), std::pair(qInf(), qInf()), std::pair(qQNaN(), qQNaN())}) {
+          std::pair(96., 107.), std::pair(29.9, 29.9), std::pair(801., 801.), std::pair(-96., -96.),
+          std::pair(qInf(), qInf()), std::pair(qQNaN(), qQNaN())}) {
         const auto scale = screenScale(ScreenResolution{x, y, 96, 1});
         EXPECT_FALSE(scale.isTrue) << x << " x " << y;
         EXPECT_DOUBLE_EQ(scale.xPerMm, 96 / 25.4) << x << " x " << y;

@@ -1,0 +1,25 @@
+#pragma once
+
+// What a screen claims its resolution to be, and how far that can be believed.
+
+namespace app
+{
+
+/** Dots per inch, in device-independent pixels. */
+struct ScreenResolution {
+    double physicalX = 0;
+    double physicalY = 0;
+    double logical = 96; ///< for fonts; independent of the screen's size
+    double devicePixelRatio = 1;
+};
+
+enum class ResolutionClaim {
+    Usual,
+    Unusual, ///< there are such screens, but few
+    Uneven,  ///< across and down differ more than the pixels of a screen do
+    Impossible,
+};
+
+ResolutionClaim judgedClaim(const ScreenResolution &resolution);
+
+} // namespace app
