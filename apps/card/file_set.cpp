@@ -93,10 +93,21 @@ public:
           m_passing(QDir(folder).filePath(QStringLiteral(".%1.XXXXXX").arg(file.name)))
     {
     }
+    FileChange(const FileChange &) = delete;
+    FileChange(FileChange &&) = delete;
+    FileChange &operator=(const FileChange &) = delete;
+    FileChange &operator=(FileChange &&) = delete;
+    ~FileChange()
+    {
+        m_passing.close(); // a file that cannot be flushed is not removed at once
+        if (m_isOpened && !m_isInPlace && !m_passing.remove())
+            tellLeftOver(m_passing.fileName(), m_passing.errorString());
+    }
 
     QString prepare()
     {
-        if (!m_passing.open())
+        m_isOpened = m_passing.open();
+        if (!m_isOpened)
             return problem(m_passing.errorString());
         if (m_content.isNull())
             return {};
@@ -110,7 +121,10 @@ public:
     QString putInPlace(ExistingFiles existing)
     {
         if (existing == ExistingFiles::Replace && isThere(QFileInfo(m_path))) {
-            const QString aside = m_passing.fileName() + QStringLiteral(".old");
+            const QString name = m_passing.fileName();
+            if (name.isEmpty())
+                return problem(systemError(errno));
+            const QString aside = name + QStringLiteral(".old");
             if (::rename(QFile::encodeName(m_path).constData(),
                          QFile::encodeName(aside).constData()) != 0)
                 return problem(systemError(errno));
@@ -118,10 +132,10 @@ public:
         }
         if (m_content.isNull())
             return {};
-        // QFile::rename replaces nothing, not even a file that has appeared just now.
-        QFile passing(m_passing.fileName());
-        if (!passing.rename(m_path))
-            return problem(passing.errorString());
+        // Replaces nothing, not even a file that has appeared just now. QFile::rename would copy
+        // what cannot be renamed, and not see that a full disk has cut the copy off.
+        if (!m_passing.rename(m_path))
+            return problem(m_passing.errorString());
         m_passing.setAutoRemove(false);
         m_isInPlace = true;
         return {};
@@ -129,26 +143,34 @@ public:
 
     void undo()
     {
-        if (m_isInPlace)
-            QFile::remove(m_path);
-        if (!m_oldFile.isEmpty())
-            ::rename(QFile::encodeName(m_oldFile).constData(),
-                     QFile::encodeName(m_path).constData());
+        QFile placed(m_path);
+        if (m_oldFile.isEmpty() && m_isInPlace && !placed.remove())
+            tellLeftOver(m_path, placed.errorString());
+        if (!m_oldFile.isEmpty() && ::rename(QFile::encodeName(m_oldFile).constData(),
+                                             QFile::encodeName(m_path).constData()) != 0)
+            qCritical("%s", qUtf8Printable(QStringLiteral("The earlier file %1 is now %2: %3. "
+                                                          "Rename it.")
+                                               .arg(QDir::toNativeSeparators(m_path),
+                                                    QDir::toNativeSeparators(m_oldFile),
+                                                    systemError(errno))));
     }
 
     void finish()
     {
         QFile old(m_oldFile);
-        if (m_oldFile.isEmpty() || old.remove())
-            return;
-        // The new files are in their places; but what somebody's card held must not lie around.
-        qCritical("%s",
-                  qUtf8Printable(QStringLiteral("The replaced file is still there as %1: %2. "
-                                                "Remove it.")
-                                     .arg(QDir::toNativeSeparators(m_oldFile), old.errorString())));
+        if (!m_oldFile.isEmpty() && !old.remove())
+            tellLeftOver(m_oldFile, old.errorString());
     }
 
 private:
+    /** What somebody's card holds must not lie around. */
+    static void tellLeftOver(const QString &path, const QString &reason)
+    {
+        qCritical("%s", qUtf8Printable(QStringLiteral("The file %1 could not be removed: %2. "
+                                                      "Remove it.")
+                                           .arg(QDir::toNativeSeparators(path), reason)));
+    }
+
     QString problem(const QString &reason) const
     {
         return QStringLiteral("The file %1 could not be written: %2. Free space, see who may "
@@ -160,6 +182,7 @@ private:
     QByteArray m_content;
     QTemporaryFile m_passing;
     QString m_oldFile;
+    bool m_isOpened = false;
     bool m_isInPlace = false;
 };
 

@@ -21,9 +21,9 @@ struct State {
 };
 
 /** What fails, at first as the environment says. */
-State &state()
+std::vector<State> &states()
 {
-    static State state = [] {
+    static std::vector<State> all = [] {
         State fromEnvironment;
         const char *const text = std::getenv("IDCARD_FAILING_CALL");
         std::array<char, 16> function{};
@@ -35,12 +35,12 @@ State &state()
             call.function = function.data();
             call.folder = folder.data();
         }
-        return fromEnvironment;
+        return std::vector<State>{fromEnvironment};
     }();
-    return state;
+    return all;
 }
 
-bool isInFolder(const char *path)
+bool isInFolder(const std::string &folder, const char *path)
 {
     if (path == nullptr)
         return false;
@@ -48,27 +48,31 @@ bool isInFolder(const char *path)
     std::array<char, 4096> here{};
     if (*path != '/' && ::getcwd(here.data(), here.size()) != nullptr)
         whole = std::string(here.data()) + '/' + path;
-    return whole.rfind(state().call.folder, 0) == 0;
+    return whole.rfind(folder, 0) == 0;
 }
 
-bool isInFolder(int descriptor)
+bool isInFolder(const std::string &folder, int descriptor)
 {
     std::array<char, 64> link{};
     std::array<char, 4096> target{};
     std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", descriptor);
     return ::readlink(link.data(), target.data(), target.size() - 1) > 0 &&
-           isInFolder(target.data());
+           isInFolder(folder, target.data());
 }
 
 /** Counts a call of `function` that is about `place`; whether it fails. */
 template <typename Place>
 bool fails(const char *function, Place place)
 {
-    State &now = state();
-    if (now.call.function != function || !isInFolder(place) || ++now.count != now.call.position)
-        return false;
-    errno = now.call.error;
-    return true;
+    bool isFailing = false;
+    for (State &now : states()) {
+        if (now.call.function != function || !isInFolder(now.call.folder, place) ||
+            ++now.count != now.call.position)
+            continue;
+        errno = now.call.error;
+        isFailing = true;
+    }
+    return isFailing;
 }
 
 template <typename Function>
@@ -79,15 +83,21 @@ Function *real(const char *name)
 
 } // namespace
 
-void faults::setFailingFileCall(const FailingFileCall &call)
+void faults::setFailingFileCalls(const std::vector<FailingFileCall> &calls)
 {
-    state().call = call;
-    state().count = 0;
+    states().clear();
+    for (const FailingFileCall &call : calls)
+        states().push_back({call, 0});
 }
 
 int faults::fileCallsMade()
 {
-    return state().count;
+    return states().front().count;
+}
+
+int faults::lastFileCallsMade()
+{
+    return states().back().count;
 }
 
 #define EXPORTED __attribute__((visibility("default")))

@@ -9,6 +9,7 @@
 // Only calls count that are about something in the folder: a path below it, or an open file there.
 
 #include <string>
+#include <vector>
 
 namespace faults
 {
@@ -24,10 +25,11 @@ struct FailingFileCall {
 inline constexpr const char *FILE_FUNCTIONS[] = {"open",   "write",  "fsync", "close", "link",
                                                  "rename", "unlink", "mkdir", "rmdir"};
 
-/** From now on this call fails, and calls are counted anew. */
-void setFailingFileCall(const FailingFileCall &call);
+/** From now on these calls fail, and calls are counted anew. */
+void setFailingFileCalls(const std::vector<FailingFileCall> &calls);
 
-/** How often the function that was set has been called. */
+/** How often the function of the first, or of the last, that was set has been called. */
 int fileCallsMade();
+int lastFileCallsMade();
 
 } // namespace faults

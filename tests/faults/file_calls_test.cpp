@@ -1,6 +1,7 @@
 // Every call that writes a file, of the programs and of the library, failing in turn: all files are
 // there or none, what was there before stays, and the failure is told.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -61,19 +62,30 @@ std::vector<Case> cases()
 class FileCall : public testing::TestWithParam<Case>
 {
 protected:
-    void TearDown() override { setFailingFileCall({{}, 0, 0, {}}); }
+    void TearDown() override { setFailingFileCalls({}); }
 
     QString folder() const { return base.filePath(QStringLiteral("card")); }
 
-    /** Writes the new files; `position` 0 fails nothing. Returns what was told. */
-    std::string write(int position) const
+    FailingFileCall call(const std::string &function, int position) const
     {
-        setFailingFileCall(
-            {GetParam().function, position, GetParam().error, base.path().toStdString()});
+        return {function, position, GetParam().error, base.path().toStdString()};
+    }
+
+    /** Writes the new files while these calls fail. Returns what was told. */
+    std::string writeWith(const std::vector<FailingFileCall> &failing) const
+    {
+        setFailingFileCalls(failing);
         const QString problem = app::writeFileSet(folder(), NEW_FILES, app::ExistingFiles::Replace);
         made = fileCallsMade();
-        setFailingFileCall({{}, 0, 0, {}});
+        madeOfLast = lastFileCallsMade();
+        setFailingFileCalls({});
         return problem.toStdString();
+    }
+
+    /** As above with one call; `position` 0 fails nothing. */
+    std::string write(int position) const
+    {
+        return writeWith({call(GetParam().function, position)});
     }
 
     void makeOldFiles() const
@@ -110,8 +122,27 @@ protected:
         }
     }
 
+    /** After two failures: no content is gone, and what lies elsewhere or too much is told. */
+    void expectThereOrTold(const State &wanted, const MessageLog &log) const
+    {
+        const State state = folderState(folder());
+        for (const auto &[name, content] : wanted) {
+            const auto holdsIt = [&wantedContent = content](const auto &file) {
+                return file.second == wantedContent;
+            };
+            EXPECT_TRUE(std::any_of(state.begin(), state.end(), holdsIt)) << content << " is gone";
+        }
+        for (const auto &[name, content] : state) {
+            const auto found = wanted.find(name);
+            if (found == wanted.end() || found->second != content) {
+                EXPECT_THAT(log.texts(), testing::Contains(HasSubstr("/card/" + name)));
+            }
+        }
+    }
+
     QTemporaryDir base;
     mutable int made = 0;
+    mutable int madeOfLast = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(EachFunction, FileCall, testing::ValuesIn(cases()),
@@ -159,6 +190,29 @@ TEST_P(FileCall, FailsWhereFilesAreReplaced_TheNewOnesAreThereOrTheOldOnes)
     }
 }
 
+TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndWhatIsLeftElsewhereIsTold)
+{
+    makeOldFiles();
+    write(0);
+    const int count = made;
+    for (int position = 1; position <= count; ++position) {
+        for (const char *const function : FILE_FUNCTIONS) {
+            int left = 1;
+            for (int second = 1; second <= left; ++second) {
+                SCOPED_TRACE(std::to_string(position) + " and " + function + ' ' +
+                             std::to_string(second));
+                clear();
+                makeOldFiles();
+                const MessageLog log;
+                const std::string problem =
+                    writeWith({call(GetParam().function, position), call(function, second)});
+                left = madeOfLast;
+                expectThereOrTold(problem.empty() ? replaced() : OLD_STATE, log);
+            }
+        }
+    }
+}
+
 namespace
 {
 
@@ -184,18 +238,18 @@ protected:
     void SetUp() override { QDir::setCurrent(base.path()); }
     void TearDown() override
     {
-        setFailingFileCall({{}, 0, 0, {}});
+        setFailingFileCalls({});
         QDir::setCurrent(before);
     }
 
     std::vector<std::string> save(const char *function, int error)
     {
         const MessageLog log;
-        setFailingFileCall({function, 1, error, base.path().toStdString()});
+        setFailingFileCalls({{function, 1, error, base.path().toStdString()}});
         std::vector<unsigned char> prints(512, 'p');
         QByteArray record;
         CIdData(record, FP_INFO_ONE).saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-        setFailingFileCall({{}, 0, 0, {}});
+        setFailingFileCalls({});
         return log.texts();
     }
 

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 
 #include "apps/card/file_set.h"
-#include "tests/support/expected_warning.h"
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/folder_state.h"
 
@@ -180,7 +179,6 @@ TEST_F(FileSet, WriteThatFailsHalfWayLeavesTheOldFiles)
 TEST_F(FileSet, FileThatCannotGetItsNameBringsTheOldOnesBack)
 {
     makeOldCard();
-    const ExpectedWarning noPassingName("QFile::rename: Empty or null file name");
     // A name of the longest length the system takes has no room for the passing name beside it.
     EXPECT_THAT(
         write({{"a", "new a"}, {"b", QByteArray()}, {QString(300, QLatin1Char('n')), "never"}},
@@ -192,7 +190,6 @@ TEST_F(FileSet, FileThatCannotGetItsNameBringsTheOldOnesBack)
 TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
 {
     makeOldCard();
-    const ExpectedWarning noFolder("stat() failed for");
     // The second "c" finds the first in its place after "a" and "b" have been replaced.
     EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}, {"c", "1"}, {"./c/../c", "2"}},
                       ExistingFiles::Replace),
