@@ -126,13 +126,23 @@ TEST(CardJsonFingerprints, UnknownAmountIsNull)
     EXPECT_TRUE(toJson(card, {}).value("fingerprints").toObject().contains("count"));
 }
 
-TEST(JsonLine, CardStandsOnOneLine)
+TEST(Json, TextOfAnyCharacters_ComesBackAsItIsAndALineIsOne)
 {
     auto records = samples::filledRecords();
-    records->cn.szName = "one\ntwo";
-    const QByteArray line = jsonLine(toJson(Card(IDCARD_KIND_CN, *records), {}));
-    EXPECT_EQ(line.count('\n'), 1);
-    EXPECT_TRUE(line.endsWith("}\n"));
+    for (const char *const text :
+         {"one\ntwo\r\nthree", "two  blanks", " \ttab", "\"quotes\" and \\u0041 \\",
+          "a\x01z\x1b[31m", "\xE2\x80\xA8line\xC2\xA0", "\xF0\xA0\xAE\xB7 \xF0\x9F\x98\x80",
+          "{\"a\": [1,  2]}"}) {
+        records->cn.szName = text;
+        records->cn.szAddress = text;
+        const QJsonObject card = toJson(Card(IDCARD_KIND_CN, *records), {});
+        const QByteArray line = jsonLine(card);
+        EXPECT_EQ(line.indexOf('\n'), line.size() - 1);
+        for (const QByteArray &json : {line, indentedJson(card)})
+            EXPECT_EQ(QJsonDocument::fromJson(json).object(), card) << json.toStdString();
+        EXPECT_TRUE(QString::fromUtf8(text).startsWith(card["name"].toString())) << text;
+        EXPECT_EQ(QString::fromUtf8(text).trimmed(), card["name"].toString().trimmed()) << text;
+    }
 }
 
 TEST(CardTable, ResidentCardIsLaidOutForPeople)

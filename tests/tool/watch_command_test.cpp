@@ -120,6 +120,20 @@ TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
     }
 }
 
+TEST(WatchReader, InTheBackgroundOfAScript_GoesOnWhenCtrlCIsPressedAndEndsWithSigterm)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--interval", "10"}, reader.variables("hmt-hong-kong"));
+    const auto handler = std::signal(SIGINT, SIG_IGN); // as the shell does for what it starts there
+    tool.start();
+    std::signal(SIGINT, handler);
+    EXPECT_THAT(kindsIn(tool.nextLine()), ElementsAre("hmt"));
+    tool.signal(SIGINT);
+    EXPECT_FALSE(tool.process().waitForFinished(500));
+    tool.signal(SIGTERM);
+    EXPECT_EQ(tool.result().exitStatus, 0);
+}
+
 TEST(WatchReader, CountOfTheReaderIsKept)
 {
     const InstalledReader reader;

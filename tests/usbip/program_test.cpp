@@ -272,6 +272,17 @@ TEST(VirtualReaderProgram, InterruptionEndsItInGoodOrder)
     }
 }
 
+TEST(VirtualReaderProgram, InTheBackgroundOfAScript_StaysWhenCtrlCIsPressed)
+{
+    const auto handler = std::signal(SIGINT, SIG_IGN); // as the shell does for what it starts there
+    VirtualReader reader;
+    std::signal(SIGINT, handler);
+    reader.signal(SIGINT);
+    EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in"));
+    reader.signal(SIGINT);
+    EXPECT_EQ(reader.ask("quit"), "ok");
+}
+
 TEST(VirtualReaderProgram, EndsQuietlyBySigpipeWhenNobodyTakesItsAnswers)
 {
     VirtualReader reader;

@@ -216,11 +216,16 @@ TEST_F(Server, KeepsTheAttachedClientWhenManyOthersCome)
     EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }
 
-TEST_F(Server, SendsAwayWhoAsksForNothing)
+TEST_F(Server, SendsAwayWhoAsksForNothingAndKeepsWhoHasTheReaderHoweverSilent)
 {
+    Client attached(server);
+    attached.import();
     Client silent(server);
     silent.send(hex("01 11 80"));
     EXPECT_TRUE(silent.isClosedByServer());
+    device.reads = {answer("here")};
+    attached.send(bulkRead(1, 64));
+    EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }
 
 TEST_F(Server, ManyLongReadsArriveWhole)

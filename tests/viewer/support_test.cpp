@@ -54,12 +54,20 @@ TEST(CardTable, Photo_HasNoRowBecauseItIsSeen)
     EXPECT_THAT(column(table, 0), testing::AllOf(Contains("Fingerprints"), Not(Contains("Photo"))));
 }
 
-TEST(CardTable, LongText_StandsInTheToolTipToo)
+TEST(CardTable, ToolTip_SaysWhatTheCellDoesCoveredOrNot)
 {
     CardTable table;
+    CardHistory history;
     table.setCard(residentCard());
-    for (int row = 0; row < table.rowCount(); ++row)
-        EXPECT_EQ(table.index(row, 1).data(Qt::ToolTipRole), table.index(row, 1).data());
+    history.add(residentCard(), QDateTime::currentDateTime());
+    for (const bool isCovered : {false, true, false}) {
+        table.setCovered(isCovered);
+        history.setCovered(isCovered);
+        for (int row = 0; row < table.rowCount(); ++row)
+            EXPECT_EQ(table.index(row, 1).data(Qt::ToolTipRole), table.index(row, 1).data());
+        EXPECT_EQ(history.index(0, 2).data(Qt::ToolTipRole), history.index(0, 2).data());
+        EXPECT_EQ(text(history, 0, 2) == COVER, isCovered);
+    }
 }
 
 TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameAndNumberAlone)

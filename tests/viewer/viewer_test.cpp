@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include <QAccessible>
 #include <QAction>
 #include <QLabel>
 #include <QTranslator>
@@ -35,6 +36,13 @@ private:
 
 [[maybe_unused]] const testing::Environment *const ENVIRONMENT =
     testing::AddGlobalTestEnvironment(new Application);
+
+constexpr int LAST_ROLE = Qt::UserRole + 16;
+
+int cellsOf(const QAbstractItemModel &model)
+{
+    return model.rowCount() * model.columnCount();
+}
 
 } // namespace
 
@@ -181,6 +189,25 @@ QStringList ViewerTest::rows(const char *table)
         all << texts.join(QLatin1Char('\t'));
     }
     return all;
+}
+
+QString ViewerTest::everyText()
+{
+    QStringList texts;
+    for (QWidget *const widget : m_window->findChildren<QWidget *>()) {
+        texts << widget->toolTip() << widget->statusTip() << widget->whatsThis();
+        QAccessibleInterface *const seen = QAccessible::queryAccessibleInterface(widget);
+        for (int text = QAccessible::Name; seen != nullptr && text <= QAccessible::Help; ++text)
+            texts << seen->text(static_cast<QAccessible::Text>(text));
+        const auto *const table = qobject_cast<QTableView *>(widget);
+        for (int cell = 0; table != nullptr && cell < cellsOf(*table->model()); ++cell) {
+            const int columns = table->model()->columnCount();
+            const QModelIndex place = table->model()->index(cell / columns, cell % columns);
+            for (int role = Qt::DisplayRole; role < LAST_ROLE; ++role)
+                texts << place.data(role).toString();
+        }
+    }
+    return texts.join(QLatin1Char('\n'));
 }
 
 QString ViewerTest::field(const QString &label)

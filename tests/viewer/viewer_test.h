@@ -78,6 +78,8 @@ protected:
     QAbstractItemModel *model(const char *table);
     /** All cells of a table, row by row, each with a tabulator before the next. */
     QStringList rows(const char *table);
+    /** All texts of the window and its tables, also those that only a tool tip or a reader has. */
+    QString everyText();
     /** What the table says of a field. */
     QString field(const QString &label);
 

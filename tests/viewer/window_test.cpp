@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 
 #include "apps/card/card_files.h"
+#include "apps/viewer/road_panel.h"
 #include "simulator/card/card_library.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
@@ -309,18 +310,23 @@ TEST_F(Window, ClearedHistory_HoldsNoCardInMemory)
     EXPECT_THAT(rows("fields"), IsEmpty());
 }
 
-TEST_F(Window, Covered_NameAndNumberAreInNoModelAndNoCopy)
+TEST_F(Window, Covered_NamesAndNumbersAreInNoViewAndNoCopy)
 {
-    show("hmt-taiwan");
-    const simulator::CardDescription card = builtInCard("hmt-taiwan");
-    check("cover", true);
-    trigger("Copy all rows");
-    const QString all = rows("fields").join('\n') + rows("history").join('\n') + clipboard();
-    for (const QString &text : {card.name, card.idNumber, card.travelPermitNumber})
-        EXPECT_FALSE(all.contains(text)) << text.toStdString();
-    EXPECT_EQ(field("Name"), COVER);
-    check("cover", false);
-    EXPECT_EQ(field("Name"), card.name);
+    for (const char *const name : {"hmt-taiwan", "foreign-2017"}) {
+        show(name);
+        const simulator::CardDescription card = builtInCard(name);
+        check("cover", true);
+        trigger("Copy all rows");
+        const QString covered = everyText() + clipboard();
+        check("cover", false);
+        const QString open = everyText();
+        for (const QString &text : {card.name, card.idNumber, card.travelPermitNumber,
+                                    card.englishName, card.chineseName}) {
+            EXPECT_FALSE(!text.isEmpty() && covered.contains(text)) << text.toStdString();
+            EXPECT_TRUE(open.contains(text)) << text.toStdString();
+        }
+        close();
+    }
 }
 
 TEST_F(Window, CoveringAndUncovering_KeepsTheSelectedRow)
@@ -387,6 +393,56 @@ TEST_F(Window, SavedWhileCovered_IsTheWholeCardAndToldSo)
     EXPECT_EQ(details().toStdString(), "It is the whole card: nothing is covered there.");
     EXPECT_THAT(readFile(m_folder.filePath("0001/card.json")).toStdString(),
                 HasSubstr(builtInCard("resident").name.toStdString()));
+}
+
+/** How a title stands in a PDF file: UTF-16, the higher byte first. */
+QByteArray pdfTitle(const QString &text)
+{
+    QByteArray bytes;
+    for (const QChar character : text)
+        bytes.append(char(character.row())).append(char(character.cell()));
+    return bytes;
+}
+
+TEST_F(Window, NextCardReadAndHistoryClearedWhileADialogIsOpen_TheCardBeforeIsKept)
+{
+    const QString pdf = m_folder.filePath("card.pdf");
+    const QString json = m_folder.filePath("0001/card.json");
+    const auto print = [&] {
+        auto *const dialog = window().findChild<QPrintDialog *>();
+        dialog->printer()->setOutputFileName(pdf);
+        emit dialog->accepted(dialog->printer());
+        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    };
+    const struct {
+        const char *action;
+        QString file;
+        std::function<void()> answer;
+        std::function<QByteArray(const QString &)> mark; ///< what a card of this name leaves there
+    } ways[] = {
+        {"Save…", json, [&] { answerFileDialog(m_folder.path()); },
+         [](const QString &card) { return builtInCard(card).idNumber.toUtf8(); }},
+        {"Export as PDF…", pdf, [&] { answerFileDialog(pdf); }, pdfTitle},
+        {"Print…", pdf, print, pdfTitle},
+    };
+    for (const auto &way : ways) {
+        SCOPED_TRACE(way.action);
+        show("resident");
+        const QString kind = field("Kind");
+        check("automatic", true);
+        trigger(QString::fromUtf8(way.action));
+        find<viewer::RoadPanel>("roadPanel")->putCard("hmt-macao", {});
+        EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
+        const QString nextKind = field("Kind");
+        find<QAbstractButton>("clearHistory")->click();
+        way.answer();
+        const QByteArray kept = readFile(way.file);
+        const bool isJson = way.file == json;
+        EXPECT_TRUE(kept.contains(way.mark(isJson ? "resident" : kind)));
+        EXPECT_FALSE(kept.contains(way.mark(isJson ? "hmt-macao" : nextKind)));
+        close();
+        QFile::remove(way.file);
+    }
 }
 
 TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
@@ -622,6 +678,36 @@ TEST_F(Window, InChinese_EveryTextIsChinese)
     }
     for (const QWidget *const control : controls(window()))
         EXPECT_TRUE(hasChinese(control->accessibleName())) << control->objectName().toStdString();
+}
+
+TEST_F(Window, DialogsInChinese_HaveChineseTitlesButtonsAndLabels)
+{
+    const InChinese chinese; // with Qt's own: Debian has them in qttranslations5-l10n
+    openWithCard("resident");
+    read();
+    const auto expectChinese = [&](QDialog *dialog) {
+        ASSERT_NE(dialog, nullptr);
+        QStringList texts{dialog->windowTitle()};
+        for (const QAbstractButton *const button : dialog->findChildren<QAbstractButton *>())
+            texts << (button->isVisible() ? button->text() : QString());
+        for (const QLabel *const label : dialog->findChildren<QLabel *>())
+            texts << (label->isVisible() && label->buddy() != nullptr ? label->text() : QString());
+        texts.removeAll(QString());
+        texts.removeAll(QStringLiteral("..."));
+        EXPECT_GE(texts.size(), 4);
+        for (const QString &text : texts)
+            EXPECT_TRUE(hasChinese(text)) << text.toStdString();
+        delete dialog;
+    };
+    for (QAction *const action : window().findChildren<QAction *>()) {
+        if (action->text().endsWith(QStringLiteral("…"))) {
+            action->trigger();
+            expectChinese(window().findChild<QDialog *>());
+        }
+    }
+    find<QComboBox>("road")->setCurrentIndex(2);
+    click("cardFile");
+    expectChinese(window().findChild<QDialog *>());
 }
 
 TEST_F(Window, FailureInChinese_IsToldWithCauseAndRemedyInChinese)
