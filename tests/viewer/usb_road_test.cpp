@@ -7,12 +7,15 @@
 
 #include <QElapsedTimer>
 
+#include <libusb.h>
+
 #include "apps/card/usb_catalogue.h"
 #include "simulator/reader/virtual_reader.h"
 #include "tests/support/running_process.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"
 #include "tests/usb/fault_cases.h"
+#include "tests/usb/libusb_failures.h"
 #include "tests/viewer/viewer_test.h"
 
 using namespace viewer_test;
@@ -25,6 +28,17 @@ namespace
 {
 
 constexpr UsbIds DEVICE = {0x1209, 0x0001};
+
+/** Not a reader: the pipe for answers is another. */
+class OtherDevice : public simulator::VirtualReader
+{
+public:
+    OtherDevice() : VirtualReader({}, {0x046D, 0xC31C}) {}
+    QByteArray descriptors() const override
+    {
+        return VirtualReader::descriptors().replace("\x07\x05\x81", "\x07\x05\x83");
+    }
+};
 
 class UsbRoad : public ViewerTest
 {
@@ -67,9 +81,11 @@ protected:
     void leaveItToTheSystem() { m_windowGivesBack = false; }
     usb_test::EmulatedBus &bus() { return m_bus; }
     simulator::VirtualReader &reader() { return m_reader; }
+    OtherDevice &otherDevice() { return m_otherDevice; }
 
 private:
     bool m_windowGivesBack = true;
+    OtherDevice m_otherDevice;
     simulator::VirtualReader m_reader; // longer than the bus
     usb_test::EmulatedBus m_bus;
 };
@@ -103,6 +119,9 @@ TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
     openOnUsb(false);
     read();
     EXPECT_EQ(headline().toStdString(), "The photo of the card could not be decoded.");
+    expectMessage(app::Message::Kind::Warning);
+    EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
+              "The reader delivered the photo in the card's compressed form, not as a picture");
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
     check("simulatorPhotos", true);
     read();
@@ -147,6 +166,9 @@ TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
                       HasSubstr("Device: 1209:0001"), HasSubstr(entry.cause),
                       HasSubstr(entry.remedy)));
     EXPECT_EQ(model("history")->rowCount(), 0);
+    // Who started this process may open every node that is there.
+    EXPECT_EQ(find<QComboBox>("device")->currentText().endsWith(" - not open to you"),
+              fault.startsWith("open-fails"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Codes, EveryFault, testing::ValuesIn(faultsOfEachCode()),
@@ -162,6 +184,40 @@ TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
     EXPECT_TRUE(find<QComboBox>("device")->currentText().startsWith("1209:0001"));
     read();
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
+}
+
+TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreListedAnew)
+{
+    const auto chosen = [&] { return find<QComboBox>("device")->currentText().toStdString(); };
+    bus().add(otherDevice());
+    plugIn("resident");
+    open();
+    choose("road", "USB");
+    EXPECT_THAT(chosen(), testing::StartsWith("1209:0001 "));
+    choose("device", "046d:c31c");
+    click("refresh");
+    EXPECT_THAT(chosen(), testing::StartsWith("046d:c31c "));
+    EXPECT_EQ(find<QComboBox>("device")->count(), 2);
+    bus().change([&] { otherDevice().unplug(); });
+    click("refresh");
+    EXPECT_EQ(chosen(), "046d:c31c - not plugged in");
+    read();
+    EXPECT_EQ(headline().toStdString(), "There is no such reader.");
+    choose("device", "1209:0001");
+    EXPECT_EQ(headline().toStdString(), "Lay a card on the reader and press Read.");
+    expectMessage(app::Message::Kind::Note);
+}
+
+TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
+{
+    usb_test::LibusbFailures failures;
+    failures.deviceList = LIBUSB_ERROR_NO_MEM;
+    usb_test::setLibusbFailures(failures);
+    open();
+    choose("road", "USB");
+    usb_test::setLibusbFailures({});
+    EXPECT_EQ(headline().toStdString(), "The USB devices could not be listed.");
+    expectMessage(app::Message::Kind::Failure);
 }
 
 TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QLabel>
+#include <QStyle>
 #include <QTranslator>
 
 #include "apps/process/standard_streams.h"
@@ -171,6 +172,20 @@ QString ViewerTest::details()
 bool ViewerTest::waitForHeadline(const QString &text)
 {
     return waitFor([&] { return headline() == text; });
+}
+
+void ViewerTest::expectMessage(app::Message::Kind kind)
+{
+    using Kind = app::Message::Kind;
+    const QStyle *const style = m_window->style();
+    const QIcon icon = style->standardIcon(kind == Kind::Note ? QStyle::SP_MessageBoxInformation
+                                           : kind == Kind::Warning ? QStyle::SP_MessageBoxWarning
+                                                                   : QStyle::SP_MessageBoxCritical);
+    const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
+    EXPECT_EQ(find("icon")->property("pixmap").value<QPixmap>().toImage(),
+              icon.pixmap(size).toImage());
+    EXPECT_EQ(find("banner")->accessibleName(), headline());
+    EXPECT_EQ(find("details")->isVisible(), !details().isEmpty());
 }
 
 QAbstractItemModel *ViewerTest::model(const char *table)

@@ -74,6 +74,8 @@ protected:
     QString headline();
     QString details();
     bool waitForHeadline(const QString &text);
+    /** Expects a message of this kind, with its icon and for those who hear the window, too. */
+    void expectMessage(app::Message::Kind kind);
 
     QAbstractItemModel *model(const char *table);
     /** All cells of a table, row by row, each with a tabulator before the next. */

@@ -13,10 +13,12 @@
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTemporaryDir>
 
 #include "apps/card/card_files.h"
+#include "apps/viewer/card_sheet.h"
 #include "apps/viewer/road_panel.h"
 #include "simulator/card/card_library.h"
 #include "tests/tool/folder_state.h"
@@ -41,6 +43,7 @@ protected:
         openWithCard(card);
         read();
         EXPECT_EQ(headline().toStdString(), "The card was read.");
+        expectMessage(app::Message::Kind::Note);
     }
 
     app::CardPointer cardOfHistory(int row)
@@ -110,6 +113,7 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
             EXPECT_EQ(find(view)->accessibleDescription().toStdString(),
                       "The library painted no picture.");
         }
+        EXPECT_EQ(find(view)->toolTip(), find(view)->accessibleDescription());
     }
 }
 
@@ -139,7 +143,7 @@ TEST_P(EveryFault, IsToldWithCauseAndRemedyAndNoCard)
                                            .arg(entry->code)
                                            .arg(entry->constant, entry->cause, entry->remedy)
                                            .toStdString());
-    EXPECT_TRUE(find("details")->isVisible());
+    expectMessage(app::Message::Kind::Failure);
     EXPECT_THAT(rows("history"), IsEmpty());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
@@ -256,14 +260,21 @@ TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
     find<QComboBox>("faults")->setEditText(QString());
     click("putCard");
     EXPECT_TRUE(waitForHeadline("The card was read."));
+    expectMessage(app::Message::Kind::Note);
 }
 
-TEST_F(Window, SelectedRow_IsCopiedWithATabulator)
+TEST_F(Window, SelectedRows_AreCopiedWithATabulatorAndNoSelectionLeavesTheClipboard)
 {
     show("resident");
-    find<QTableView>("fields")->selectRow(1);
+    auto *const table = find<QTableView>("fields");
+    table->selectRow(1);
+    press("fields", Qt::Key_Down, Qt::ShiftModifier);
     press("fields", Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(clipboard(), "Name\t" + builtInCard("resident").name);
+    EXPECT_EQ(clipboard().split('\n'), rows("fields").mid(1, 2));
+    table->clearSelection();
+    QApplication::clipboard()->setText("mine");
+    press("fields", Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard().toStdString(), "mine");
 }
 
 TEST_F(Window, AllRows_AreCopiedLineByLine)
@@ -297,6 +308,9 @@ TEST_F(Window, EarlierCardOfTheHistory_IsShownAgain)
                       history->visualRect(model("history")->index(1, 0)).center());
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
     EXPECT_GT(difference(front, picture("front")), 5);
+    read();
+    EXPECT_EQ(history->currentIndex().row(), 0);
+    EXPECT_EQ(field("Name"), builtInCard("hmt-taiwan").name);
 }
 
 TEST_F(Window, ClearedHistory_HoldsNoCardInMemory)
@@ -313,9 +327,12 @@ TEST_F(Window, ClearedHistory_HoldsNoCardInMemory)
 TEST_F(Window, Covered_NamesAndNumbersAreInNoViewAndNoCopy)
 {
     for (const char *const name : {"hmt-taiwan", "foreign-2017"}) {
-        show(name);
+        viewer::ViewerOptions options;
+        options.card = name;
+        options.isCovered = true;
+        open(options);
+        read();
         const simulator::CardDescription card = builtInCard(name);
-        check("cover", true);
         trigger("Copy all rows");
         const QString covered = everyText() + clipboard();
         check("cover", false);
@@ -447,25 +464,45 @@ TEST_F(Window, NextCardReadAndHistoryClearedWhileADialogIsOpen_TheCardBeforeIsKe
 
 TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
 {
-    show("resident");
-    trigger("Save…");
-    auto *const dialog = window().findChild<QFileDialog *>();
-    // The folder goes while the user looks at the dialog.
-    emit dialog->fileSelected("/proc/no-folder");
-    dialog->close();
-    EXPECT_EQ(headline().toStdString(), "The card could not be saved.");
-    EXPECT_THAT(details().toStdString(), HasSubstr("/proc/no-folder"));
+    for (const auto &[action, failure] :
+         {std::pair("Save…", "The card could not be saved."),
+          std::pair("Export as PDF…", "The PDF file could not be written.")}) {
+        show("resident");
+        trigger(QString::fromUtf8(action));
+        auto *const dialog = window().findChild<QFileDialog *>();
+        // The folder goes while the user looks at the dialog.
+        emit dialog->fileSelected("/proc/no-folder/card");
+        dialog->close();
+        EXPECT_EQ(headline().toStdString(), failure);
+        EXPECT_THAT(details().toStdString(), HasSubstr("/proc/no-folder"));
+        expectMessage(app::Message::Kind::Failure);
+        close();
+    }
 }
 
-TEST_F(Window, Pdf_IsWrittenForItsOwnerAlone)
+/** What a PDF file holds beside the time of its making. */
+QByteArray timelessPdf(const QString &path)
+{
+    QString text = QString::fromLatin1(readFile(path));
+    EXPECT_THAT(text.left(5).toStdString(), "%PDF-");
+    return text.remove(QRegularExpression("/CreationDate \\(D:[^)]*\\)")).toLatin1();
+}
+
+TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
 {
     show("resident");
     trigger("Export as PDF…");
+    answerFileDialog(m_folder.filePath("card"));
     const QString path = m_folder.filePath("card.pdf");
-    answerFileDialog(path);
     EXPECT_EQ(headline(), "The card was exported to " + path + ".");
     EXPECT_EQ(modeOf(path), 0600);
-    EXPECT_THAT(readFile(path).left(5).toStdString(), "%PDF-");
+    const app::CardPointer card = cardOfHistory(0);
+    const QString expected = m_folder.filePath("expected.pdf");
+    QString problem;
+    app::writeSheetPdf({card->picture(app::CardSide::Front), card->picture(app::CardSide::Back),
+                        "Resident identity card"},
+                       expected, &problem);
+    EXPECT_EQ(timelessPdf(path), timelessPdf(expected));
 }
 
 TEST_F(Window, Print_OpensTheSystemsDialogAndPrints)
@@ -508,6 +545,8 @@ TEST_F(Window, Pictures_HaveTheSizeOfACardAtAnyScale)
         EXPECT_NEAR(devicePixels(find(name)).width(), 85.6 * PIXELS_PER_MM, tolerance) << name;
         EXPECT_NEAR(devicePixels(find(name)).height(), 54 * PIXELS_PER_MM, tolerance) << name;
     }
+    EXPECT_NEAR(devicePixels(find("photo")).width(), 26 * PIXELS_PER_MM, tolerance);
+    EXPECT_NEAR(devicePixels(find("photo")).height(), 32 * PIXELS_PER_MM, tolerance);
     EXPECT_FALSE(find("scaleNote")->isVisible());
     if (const double scale = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(); scale > 0) {
         EXPECT_EQ(window().devicePixelRatioF(), scale);
