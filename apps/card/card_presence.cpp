@@ -23,8 +23,9 @@ Sighting CardPresence::observe(const Card *card, ExitStatus status, int code)
         return Sighting::Nothing;
     }
     // The card may still lie there: a failure alone makes it no new one.
-    const bool isSame = m_failure == code;
-    m_failure = code;
+    const std::pair failure(status, code);
+    const bool isSame = m_failure == failure;
+    m_failure = failure;
     return isSame ? Sighting::SameFailure : Sighting::NewFailure;
 }
 

@@ -3,6 +3,7 @@
 // Tells a card that was newly laid on the reader from one that has been lying there.
 
 #include <optional>
+#include <utility>
 
 #include "apps/card/card_reader.h"
 
@@ -29,7 +30,7 @@ public:
 
 private:
     QByteArray m_card; ///< digest of the card seen last; empty when the reader was empty
-    std::optional<int> m_failure;
+    std::optional<std::pair<ExitStatus, int>> m_failure; ///< codes alone do not tell all apart
 };
 
 } // namespace app

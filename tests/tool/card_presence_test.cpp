@@ -70,12 +70,22 @@ TEST(CardPresence, FailureThatLastsIsNewOnce)
     EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NewFailure);
 }
 
-TEST(CardPresence, FailureIsNewAgainAfterTheReaderWasEmpty)
+TEST(CardPresence, FailureIsNewAgainAfterTheReaderWasEmptyOrACardWasRead)
+{
+    for (const ReadOutcome &between : {failure(EMPTY), seen(samples::residentCard())}) {
+        CardPresence presence;
+        presence.observe(failure(BROKEN_OFF));
+        presence.observe(between);
+        EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NewFailure);
+    }
+}
+
+TEST(CardPresence, FailuresOfOneCodeThatEndDifferentlyAreTwo)
 {
     CardPresence presence;
-    presence.observe(failure(BROKEN_OFF));
-    presence.observe(failure(EMPTY));
-    EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NewFailure);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::ProgramFailed, 0), Sighting::NewFailure);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NothingRead, 0), Sighting::NewFailure);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NothingRead, 0), Sighting::SameFailure);
 }
 
 TEST(CardPresence, NothingReadAlthoughTheCallSucceededIsAFailure)

@@ -29,15 +29,17 @@ namespace
 
 constexpr UsbIds DEVICE = {0x1209, 0x0001};
 
-/** Not a reader: the pipe for answers is another. */
+/** Another reader, or none: the pipe for answers is another then. */
 class OtherDevice : public simulator::VirtualReader
 {
 public:
     OtherDevice() : VirtualReader({}, {0x046D, 0xC31C}) {}
     QByteArray descriptors() const override
     {
-        return VirtualReader::descriptors().replace("\x07\x05\x81", "\x07\x05\x83");
+        const QByteArray bytes = VirtualReader::descriptors();
+        return isReader ? bytes : QByteArray(bytes).replace("\x07\x05\x81", "\x07\x05\x83");
     }
+    bool isReader = true;
 };
 
 class UsbRoad : public ViewerTest
@@ -189,6 +191,7 @@ TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
 TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreListedAnew)
 {
     const auto chosen = [&] { return find<QComboBox>("device")->currentText().toStdString(); };
+    otherDevice().isReader = false;
     bus().add(otherDevice());
     plugIn("resident");
     open();
@@ -231,8 +234,12 @@ TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
     QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
     timer.start(10);
     check("cover", true);
+    click("read"); // which does not read again
     EXPECT_TRUE(waitForHeadline("The card was read."));
     EXPECT_GE(ticks, 10);
+    QTest::qWait(500);
+    EXPECT_EQ(model("history")->rowCount(), 1);
+    EXPECT_EQ(bus().holdings().timesOpened, 1);
 }
 
 TEST_F(UsbRoad, RoadChangedWhileItReads_DropsWhatStillComes)
@@ -258,6 +265,32 @@ TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
     bus().change([&] { prepare("foreign-new"); });
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
     EXPECT_EQ(field("Name"), builtInCard("foreign-new").englishName);
+}
+
+TEST_F(UsbRoad, SameCardOnAnotherReader_IsReadAsNewByItself)
+{
+    QString problem;
+    ASSERT_TRUE(otherDevice().slot().putCard("resident", simulator::PutAs::Described, &problem));
+    bus().add(otherDevice());
+    plugIn("resident");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
+    choose("device", "046d:c31c");
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
+}
+
+TEST_F(UsbRoad, RoadChangedWhileALookThatNobodyWaitsForGoesOn_ReadsNothingByTheNewRoad)
+{
+    plugIn("resident", "lookup-answer-delayed=300");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitFor([this] { return bus().holdings().openNodes > 0; }));
+    check("automatic", false);
+    find<QComboBox>("road")->setCurrentIndex(2);
+    click("putCard");
+    EXPECT_TRUE(waitFor([this] { return bus().holdings().openNodes == 0; }));
+    QTest::qWait(300);
+    EXPECT_EQ(model("history")->rowCount(), 0);
+    EXPECT_EQ(headline().toStdString(), "A card lies on the simulator.");
 }
 
 TEST_F(UsbRoad, WindowClosedWhileAReadHangs_EndsWithTheReadAndGivesAllBack)

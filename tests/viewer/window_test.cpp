@@ -235,21 +235,32 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
     EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
+    click("read");
+    EXPECT_EQ(model("history")->rowCount(), 2) << "asked for once more";
     QTest::qWait(1200);
-    EXPECT_EQ(model("history")->rowCount(), 1) << "the card still lies there";
+    EXPECT_EQ(model("history")->rowCount(), 2) << "the card still lies there";
     choose("card", "foreign-new");
     click("putCard");
-    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
     click("takeCard");
     EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
     click("putCard");
-    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
+    EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 4; }));
     check("automatic", false);
     click("takeCard");
     choose("card", "resident");
     click("putCard");
     QTest::qWait(700);
-    EXPECT_EQ(model("history")->rowCount(), 3);
+    EXPECT_EQ(model("history")->rowCount(), 4);
+}
+
+TEST_F(Window, ReadPressedOnceMoreWhileItReads_ReadsOnce)
+{
+    openWithCard("resident", "delay-ms=200");
+    QTimer::singleShot(50, &window(), [&] { click("read"); }); // comes while the window is held
+    click("read");
+    QTest::qWait(500);
+    EXPECT_EQ(model("history")->rowCount(), 1);
 }
 
 TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
@@ -308,6 +319,9 @@ TEST_F(Window, EarlierCardOfTheHistory_IsShownAgain)
                       history->visualRect(model("history")->index(1, 0)).center());
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
     EXPECT_GT(difference(front, picture("front")), 5);
+    QTest::keyClick(history, Qt::Key_Up);
+    EXPECT_EQ(field("Name"), builtInCard("hmt-taiwan").name);
+    QTest::keyClick(history, Qt::Key_Down);
     read();
     EXPECT_EQ(history->currentIndex().row(), 0);
     EXPECT_EQ(field("Name"), builtInCard("hmt-taiwan").name);
