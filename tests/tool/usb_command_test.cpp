@@ -16,6 +16,7 @@
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"
+#include "tests/usb/other_device.h"
 
 using testing::AllOf;
 using testing::ElementsAre;
@@ -43,6 +44,16 @@ protected:
     QString out() const { return path("card"); }
     usb_test::EmulatedBus &bus() { return m_bus; }
     simulator::VirtualReader &reader() { return m_reader; }
+    /** Of another vendor with the same number of its product. */
+    usb_test::OtherDevice &otherDevice() { return m_otherDevice; }
+
+    QString node(const simulator::UsbDevice &device) const
+    {
+        const auto address = m_bus.address(device);
+        return QStringLiteral("/dev/bus/usb/%1/%2")
+            .arg(address.bus, 3, 10, QLatin1Char('0'))
+            .arg(address.device, 3, 10, QLatin1Char('0'));
+    }
 
     /** The reader on the bus, with a card unless it has no name. */
     void plugIn(const QString &card, const QString &faults = {})
@@ -88,7 +99,8 @@ protected:
 private:
     QTemporaryDir m_base;
     bool m_toolGivesBack = true;
-    simulator::VirtualReader m_reader; // longer than the bus
+    usb_test::OtherDevice m_otherDevice{{0x1210, 0x0001}}; // longer than the bus
+    simulator::VirtualReader m_reader;
     usb_test::EmulatedBus m_bus;
 };
 
@@ -268,6 +280,7 @@ class UsbFailure : public Usb, public testing::WithParamInterface<FailureCase>
 
 TEST_P(UsbFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
 {
+    bus().add(otherDevice());
     plugIn("resident", GetParam().fault);
     const ProcessResult run = usb({"--out", out(), "--raw", path("card.rec")});
     EXPECT_TRUE(run.finished);
@@ -324,14 +337,10 @@ TEST_F(Usb, MissingPermissionNamesTheNodeTheRuleAndTheGroup)
         GTEST_SKIP() << "the emulator cannot start a program as another user";
     plugIn("resident", "permission-denied");
     const ProcessResult run = usbAsOrdinaryUser({"--device", DEVICE});
-    const auto address = bus().address(reader());
-    const QString node = QStringLiteral("/dev/bus/usb/%1/%2")
-                             .arg(address.bus, 3, 10, QLatin1Char('0'))
-                             .arg(address.device, 3, 10, QLatin1Char('0'));
     EXPECT_EQ(run.exitStatus, 3);
     EXPECT_THAT(run.standardError.toStdString(),
                 AllOf(HasSubstr("Code: -6 (USB_READER_NO_PERMISSION)"),
-                      HasSubstr("Device: 1209:0001 at " + node.toStdString()),
+                      HasSubstr("Device: 1209:0001 at " + node(reader()).toStdString()),
                       HasSubstr("69-idcard-reader.rules"), HasSubstr("idcard-reader,")));
 }
 
@@ -340,32 +349,52 @@ TEST_F(Usb, ListShowsTheReaderAndWhetherItMayBeOpened)
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "the emulator cannot start a program as another user";
     plugIn("resident", "permission-denied");
-    const ProcessResult run = usbAsOrdinaryUser({"--list", "--json"});
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
-    const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
-    ASSERT_EQ(devices.size(), 1);
-    EXPECT_FALSE(devices.first().toObject()["mayOpen"].toBool(true));
+    for (const QFileDevice::Permissions forOthers :
+         {QFileDevice::Permissions(), QFileDevice::Permissions(QFileDevice::ReadOther)}) {
+        ASSERT_TRUE(QFile::setPermissions(bus().folder() + node(reader()),
+                                          QFileDevice::ReadOwner | forOthers));
+        const ProcessResult run = usbAsOrdinaryUser({"--list", "--json"});
+        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
+        ASSERT_EQ(devices.size(), 1);
+        EXPECT_FALSE(devices.first().toObject()["mayOpen"].toBool(true)) << int(forOthers);
+    }
 }
 
 TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
 {
+    otherDevice().isReader = false;
+    bus().add(otherDevice());
     plugIn("");
+    const QString system = QStringLiteral("%1/sys/bus/usb/devices/1-%2/")
+                               .arg(bus().folder())
+                               .arg(bus().address(otherDevice()).device);
+    writeFile(system + "manufacturer", "Maker\n");
+    writeFile(system + "product", "Key board\n");
+    const auto row = [this](const simulator::UsbDevice &device, const QString &ids, bool hasPipes,
+                            const QJsonValue &manufacturer, const QJsonValue &product) {
+        return QJsonObject{{"device", ids},
+                           {"bus", bus().address(device).bus},
+                           {"address", bus().address(device).device},
+                           {"node", node(device)},
+                           {"mayOpen", true},
+                           {"class", "vendor-specific"},
+                           {"manufacturer", manufacturer},
+                           {"product", product},
+                           {"hasReaderPipes", hasPipes}};
+    };
+    const QJsonArray expected{row(otherDevice(), "1210:0001", false, "Maker", "Key board"),
+                              row(reader(), DEVICE, true, {}, {})};
+
     const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
-    const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
-    ASSERT_EQ(devices.size(), 1);
-    const QJsonObject device = devices.first().toObject();
-    EXPECT_EQ(device["device"].toString(), DEVICE);
-    EXPECT_EQ(device["bus"].toInt(), bus().address(reader()).bus);
-    EXPECT_EQ(device["address"].toInt(), bus().address(reader()).device);
-    EXPECT_TRUE(device["mayOpen"].toBool());
-    EXPECT_TRUE(device["hasReaderPipes"].toBool());
-    EXPECT_EQ(device["class"].toString(), "vendor-specific");
+    EXPECT_EQ(run.standardOutput.toStdString(), QJsonDocument(expected).toJson().toStdString());
     EXPECT_EQ(bus().holdings().timesOpened, 0);
 
     const std::string table = runTool({"usb", "--list"}, onBus()).standardOutput.toStdString();
-    EXPECT_THAT(table, AllOf(HasSubstr("DEVICE "), HasSubstr("\n1209:0001  /dev/bus/usb/")));
+    EXPECT_THAT(table, AllOf(HasSubstr("DEVICE "), HasSubstr("\n1209:0001  /dev/bus/usb/"),
+                             HasSubstr("Maker Key board (vendor-specific)\n")));
 }
 
 TEST_F(Usb, EmptyListTellsWhatToLookAtAndIsNoFailure)

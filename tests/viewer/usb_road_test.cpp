@@ -16,6 +16,7 @@
 #include "tests/usb/emulated_bus.h"
 #include "tests/usb/fault_cases.h"
 #include "tests/usb/libusb_failures.h"
+#include "tests/usb/other_device.h"
 #include "tests/viewer/viewer_test.h"
 
 using namespace viewer_test;
@@ -28,19 +29,6 @@ namespace
 {
 
 constexpr UsbIds DEVICE = {0x1209, 0x0001};
-
-/** Another reader, or none: the pipe for answers is another then. */
-class OtherDevice : public simulator::VirtualReader
-{
-public:
-    OtherDevice() : VirtualReader({}, {0x046D, 0xC31C}) {}
-    QByteArray descriptors() const override
-    {
-        const QByteArray bytes = VirtualReader::descriptors();
-        return isReader ? bytes : QByteArray(bytes).replace("\x07\x05\x81", "\x07\x05\x83");
-    }
-    bool isReader = true;
-};
 
 class UsbRoad : public ViewerTest
 {
@@ -83,11 +71,11 @@ protected:
     void leaveItToTheSystem() { m_windowGivesBack = false; }
     usb_test::EmulatedBus &bus() { return m_bus; }
     simulator::VirtualReader &reader() { return m_reader; }
-    OtherDevice &otherDevice() { return m_otherDevice; }
+    usb_test::OtherDevice &otherDevice() { return m_otherDevice; }
 
 private:
     bool m_windowGivesBack = true;
-    OtherDevice m_otherDevice;
+    usb_test::OtherDevice m_otherDevice{{0x046D, 0xC31C}};
     simulator::VirtualReader m_reader; // longer than the bus
     usb_test::EmulatedBus m_bus;
 };
