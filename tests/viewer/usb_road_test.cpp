@@ -292,6 +292,22 @@ TEST_F(UsbRoad, WindowClosedWhileAReadHangs_EndsWithTheReadAndGivesAllBack)
     EXPECT_FALSE(window().isVisible());
     EXPECT_TRUE(window().endsWithin(10000));
     close();
+    openOnUsb();
+    click("read");
+    EXPECT_TRUE(waitFor([this] { return bus().holdings().openNodes > 0; }));
+    close(); // waits
+    EXPECT_EQ(bus().holdings().openNodes, 0);
+}
+
+TEST_F(UsbRoad, CardOfTheSimulator_IsOffWhenTheRoadComesBackThoughItsPhotosWereDecodedMeanwhile)
+{
+    openOnUsb(true);
+    choose("road", "Simulator");
+    click("putCard");
+    choose("road", "USB");
+    choose("road", "Simulator");
+    read();
+    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
 }
 
 class Program : public UsbRoad

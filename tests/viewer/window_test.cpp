@@ -231,14 +231,20 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
 {
     open();
     choose("road", "Simulator");
-    check("automatic", true);
-    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    for (int times = 0; times < 2; ++times) {
+        check("automatic", false);
+        click("takeCard");
+        EXPECT_EQ(headline().toStdString(), "No card lies on the simulator.");
+        check("automatic", true);
+        EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    }
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
     click("read");
     EXPECT_EQ(model("history")->rowCount(), 2) << "asked for once more";
     QTest::qWait(1200);
     EXPECT_EQ(model("history")->rowCount(), 2) << "the card still lies there";
+    EXPECT_EQ(headline().toStdString(), "The card was read.");
     choose("card", "foreign-new");
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
@@ -531,6 +537,24 @@ TEST_F(Window, Print_OpensTheSystemsDialogAndPrints)
     static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
     EXPECT_EQ(headline().toStdString(), "The card was sent to the printer.");
     EXPECT_GT(readFile(path).size(), 1000);
+}
+
+TEST_F(Window, Keys_DoWhatTheirActionsDo)
+{
+    show("resident");
+    QStringList dialogs;
+    for (const Qt::Key key : {Qt::Key_S, Qt::Key_E, Qt::Key_P}) {
+        QTest::keyClick(&window(), key, Qt::ControlModifier);
+        auto *const dialog = window().findChild<QDialog *>();
+        ASSERT_NE(dialog, nullptr) << key;
+        dialogs << dialog->windowTitle();
+        delete dialog;
+    }
+    EXPECT_EQ(dialogs, QStringList({"Save in a new folder of", "Export as PDF", "Print"}));
+    QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(clipboard().split('\n'), rows("fields"));
+    QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(window().isVisible());
 }
 
 TEST_F(Window, WithoutACard_NothingCanBeSavedPrintedOrCopied)
