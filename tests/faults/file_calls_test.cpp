@@ -213,6 +213,17 @@ TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndWhatIsLef
     }
 }
 
+TEST(NumberedFolder, ThatAnotherProgramMakesAtTheSameTime_IsLeftToItAndTheNextOneTaken)
+{
+    const QTemporaryDir base;
+    setFailingFileCalls({{"mkdir", 1, EEXIST, base.path().toStdString()}});
+    QString folder;
+    EXPECT_EQ(app::makeNextNumberedFolder(base.path(), &folder), QString());
+    setFailingFileCalls({});
+    EXPECT_EQ(folder, base.filePath("0002"));
+    EXPECT_EQ(modeOf(folder), 0700);
+}
+
 namespace
 {
 

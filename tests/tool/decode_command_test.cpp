@@ -192,14 +192,15 @@ TEST_F(Decode, EndlessInputIsReadNoFurtherThanARecord)
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("it goes on at offset 2321"));
 }
 
-TEST_F(Decode, WrongChecksumIsToldAndTheCardDecoded)
+TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreToldAndTheCardDecoded)
 {
     QByteArray record = recordOf("resident");
-    record[record.size() - 1] = static_cast<char>(record.at(record.size() - 1) ^ 1);
+    record[14] = 2; // one print, where there are two; the checksum is then wrong, too
     const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("card.rec is an odd record: at offset 2320 (checksum)"));
+                AllOf(HasSubstr("card.rec is an odd record: at offset 14 (length of the finger"),
+                      HasSubstr("card.rec is an odd record: at offset 2320 (checksum)")));
     EXPECT_THAT(run.standardOutput.toStdString(),
                 HasSubstr(builtInCard("resident").name.toStdString()));
 }

@@ -223,6 +223,17 @@ TEST_F(Usb, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
     EXPECT_TRUE(QFile::exists(path("card.rec")));
 }
 
+TEST_F(Usb, PhotoNotDecodedAndFilesNotWritten_AreBothToldAndTheFilesDecideTheStatus)
+{
+    plugIn("resident", "photo-undecodable");
+    writeFile(path("file"), "in the way");
+    const ProcessResult run = usb({"--json", "--out", path("file") + "/below"});
+    EXPECT_EQ(run.exitStatus, 7);
+    EXPECT_THAT(run.standardError.toStdString(),
+                AllOf(HasSubstr("could not be made"), HasSubstr("could not be decoded")));
+    EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], QJsonValue());
+}
+
 TEST_F(Usb, CardThatComesLaterIsReadByANewLook)
 {
     plugIn("resident", "no-card=2");
