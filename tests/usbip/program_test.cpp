@@ -1,6 +1,8 @@
 // idcard-virtual-reader as a user and a script meet it: options, lines of standard input, signals.
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -183,16 +185,43 @@ TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreTold)
 {
     VirtualReader reader({"--fault", "claimed-elsewhere"});
     EXPECT_TRUE(reader.hasTold("no client will see claimed-elsewhere"));
-    const std::string answer = reader.ask("faults permission-denied");
-    EXPECT_THAT(answer, StartsWith("ok but no client will see permission-denied"));
+    EXPECT_EQ(reader.ask("faults permission-denied, no-card, claimed-elsewhere, open-fails=1"),
+              "ok but no client will see open-fails, permission-denied, claimed-elsewhere: who may "
+              "open or claim the reader is decided by the machine that it is attached to");
 }
 
-TEST(VirtualReaderProgram, RefusedFaultIsTold)
+TEST(VirtualReaderProgram, Status_TellsWhatTheCommandsBeforeHaveMadeOfIt)
 {
     VirtualReader reader;
-    const std::string answer = reader.ask("faults delay-ms=-1");
-    EXPECT_THAT(answer, StartsWith("error: "));
-    EXPECT_THAT(answer, HasSubstr("delay-ms=-1"));
+    const struct {
+        const char *command;
+        const char *answer; ///< how it begins
+        const char *status; ///< after it
+    } steps[] = {
+        {"help", "ok card NAME|FILE, take, faults [LIST], ",
+         "plugged in, not attached, card: none, faults: none"},
+        {"card resident", "ok", "plugged in, not attached, card: resident, faults: none"},
+        {"faults no-card=2", "ok", "plugged in, not attached, card: resident, faults: no-card=2"},
+        {"faults no-card=3, delay-ms=1", "ok",
+         "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
+        {"faults delay-ms=-1", "error: fault \"delay-ms=-1\" is not of the form delay-ms=N",
+         "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
+        {"card no\x1bsuch", "error: no\\u001Bsuch: is neither a built-in card nor a file",
+         "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
+        {"take now", "error: take takes no argument \"now\"; give \"take\" alone",
+         "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
+        {"faults", "ok", "plugged in, not attached, card: resident, faults: none"},
+        {"unplug", "ok", "unplugged, not attached, card: resident, faults: none"},
+        {"plug", "ok", "plugged in, not attached, card: resident, faults: none"},
+        {"card hmt-macao", "ok", "plugged in, not attached, card: hmt-macao, faults: none"},
+        {"take", "ok", "plugged in, not attached, card: none, faults: none"},
+        {"card", "error: card needs an argument: \"card NAME|FILE\"",
+         "plugged in, not attached, card: none, faults: none"},
+    };
+    for (const auto &step : steps) {
+        EXPECT_THAT(reader.ask(step.command), StartsWith(step.answer));
+        EXPECT_EQ(reader.ask("status"), std::string("ok ") + step.status) << step.command;
+    }
 }
 
 TEST(VirtualReaderProgram, UnplugClosesTheConnectionAndPlugLetsAttachAgain)
@@ -222,21 +251,25 @@ TEST(VirtualReaderProgram, FaultThatUnplugsClosesTheConnection)
 TEST(VirtualReaderProgram, EveryCommandIsAnsweredByOneLineAndBlankLinesAreNone)
 {
     VirtualReader reader;
-    reader.write("\n  \nstatus\r\n\nhelp\ntake it\ncard\nunknown\x1b[2J\n");
+    reader.write("\n  \nstatus\r\n\nunknown\x1b[2J" + QByteArray(100, 'x') + "\nstatus\n");
     EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
-    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok card NAME|FILE, take"));
-    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("error: take takes no argument"));
-    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("error: card needs an argument"));
-    const std::string unknown = reader.nextLine().toStdString();
-    EXPECT_THAT(unknown, StartsWith("error: there is no command"));
-    EXPECT_THAT(unknown, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(reader.nextLine().toStdString(),
+                StartsWith("error: there is no command \"unknown\\u001B[2J" + std::string(49, 'x') +
+                           "\"; the commands are card NAME|FILE, take,"));
+    EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
 }
 
-TEST(VirtualReaderProgram, OverlongLineIsRefusedAsOneAndTheNextIsServed)
+TEST(VirtualReaderProgram, LineOfMoreThan65536Bytes_IsRefusedAsOneAndTheNextIsServed)
 {
-    VirtualReader reader;
+    const QByteArray blanks(65536 - 6, ' ');
+    VirtualReader reader({"--until-end-of-input"});
+    EXPECT_THAT(reader.ask("status" + blanks), StartsWith("ok plugged in"));
+    EXPECT_THAT(reader.ask("status " + blanks), StartsWith("error: the line is longer than 65536"));
     EXPECT_THAT(reader.ask(QByteArray(200000, 'x')), StartsWith("error: the line is longer than"));
     EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in"));
+    reader.write(QByteArray(200000, 'x')); // a last line without an end
+    EXPECT_THAT(reader.result().standardOutput.toStdString(),
+                StartsWith("error: the line is longer than"));
 }
 
 TEST(VirtualReaderProgram, StaysAfterTheEndOfInput)
@@ -280,7 +313,29 @@ TEST(VirtualReaderProgram, InTheBackgroundOfAScript_StaysWhenCtrlCIsPressed)
     reader.signal(SIGINT);
     EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in"));
     reader.signal(SIGINT);
-    EXPECT_EQ(reader.ask("quit"), "ok");
+    EXPECT_EQ(reader.ask("quit\nstatus"), "ok");
+    EXPECT_EQ(reader.nextLine(), "") << "nothing is answered after quit";
+}
+
+TEST(VirtualReaderProgram, InTheBackgroundOfATerminal_IsNotStoppedThoughItReadsFromThere)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "a shell cannot start what the emulator runs";
+    ProcessInput input;
+    input.emulated = false;
+    const QString command = QStringLiteral("set -m; %1/%2 --port 0 & echo $!; wait $!")
+                                .arg(IDCARD_BUILD_BIN_DIR, PROGRAM);
+    RunningProcess terminal("/usr/bin/script", {"-qec", command, "/dev/null"}, input);
+    const int reader = terminal.nextLine().trimmed().toInt();
+    ASSERT_GT(reader, 0);
+    const QByteArray line = terminal.nextLine().trimmed();
+    EXPECT_THAT(line.toStdString(), StartsWith("ok listening on "));
+    terminal.write("typed for another program\n");
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    Client(line.mid(line.lastIndexOf(' ') + 1).toUShort()).attach();
+    EXPECT_EQ(::kill(reader, SIGTERM), 0);
+    ::kill(reader, SIGCONT);
+    EXPECT_TRUE(terminal.result().finished);
 }
 
 TEST(VirtualReaderProgram, EndsQuietlyBySigpipeWhenNobodyTakesItsAnswers)

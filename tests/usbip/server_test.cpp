@@ -100,9 +100,13 @@ TEST_F(Server, ReportsAttachingAndDetaching)
     client.import();
     EXPECT_TRUE(server.isAttached());
     EXPECT_TRUE(isReported("has attached the reader"));
+    device.reads = {answer("x")};
+    client.send(bulkRead(1, 64));
+    client.receive(48 + 1);
     client.leave();
     EXPECT_TRUE(isReported("has detached the reader"));
     EXPECT_TRUE(eventually([this] { return !server.isAttached(); }));
+    EXPECT_EQ(reports.size(), 2) << reports.join('\n').toStdString();
 }
 
 TEST_F(Server, RefusesASecondImportAndLeavesTheFirstAlone)
