@@ -252,11 +252,15 @@ TEST(HostileBytes, AControlTransferThatContradictsItselfStalls)
     outward += QByteArray(18, 'x');
     QByteArray tight = control(2, setup);
     tight[27] = 4;
-    const Outcome outcome = outcomeOf(importRequest() + outward + tight);
+    SubmitFields withoutData; // no contradiction: nothing has a direction
+    withoutData.endpoint = 0;
+    withoutData.setup = hex("0009010000000000");
+    const Outcome outcome = outcomeOf(importRequest() + outward + tight + submit(withoutData));
     const auto sent = replies(outcome.sent.mid(IMPORT_REPLY_SIZE));
-    ASSERT_EQ(sent.size(), 2U);
+    ASSERT_EQ(sent.size(), 3U);
     EXPECT_EQ(sent[0].status, -32);
     EXPECT_EQ(sent[1].status, -32);
+    EXPECT_EQ(sent[2].status, 0);
 }
 
 TEST(HostileBytes, TooManyWaitingTransfersEndTheConnection)

@@ -168,6 +168,8 @@ TEST_F(Server, UnplugClosesTheConnectionOfWhoHasTheReaderWhoeverCameBefore)
     EXPECT_TRUE(client.isClosedByServer());
     EXPECT_FALSE(server.isAttached());
     EXPECT_TRUE(isReported("unplugged"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(reports.size(), 2) << reports.join('\n').toStdString();
 }
 
 TEST_F(Server, TransferThatUnplugsTheReaderIsAnsweredBeforeTheConnectionCloses)

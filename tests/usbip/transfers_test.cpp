@@ -168,6 +168,14 @@ TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
                 ElementsAre(submitted(2, 0, 6, "second"), submitted(3, 0, 5, "third")));
 }
 
+TEST_F(Transfers, ThoseOfTwoEndpointsThatAreDueAtOnceEndInTheirOrder)
+{
+    device.reads = {answer("first", 100), answer("second", 100)};
+    send(bulkRead(1, 64) + bulkRead(2, 64, 5));
+    EXPECT_THAT(sentAt(100),
+                ElementsAre(submitted(1, 0, 5, "first"), submitted(2, 0, 6, "second")));
+}
+
 TEST_F(Transfers, NegativeDelayIsNone)
 {
     device.reads = {ended(UsbStatus::Done, "now", -20)};
