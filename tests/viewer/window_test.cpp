@@ -525,18 +525,26 @@ TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
     EXPECT_EQ(timelessPdf(path), timelessPdf(expected));
 }
 
-TEST_F(Window, Print_OpensTheSystemsDialogAndPrints)
+TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
 {
     show("resident");
-    trigger("Print…");
-    auto *const dialog = window().findChild<QPrintDialog *>();
-    ASSERT_NE(dialog, nullptr);
-    const QString path = m_folder.filePath("printed.pdf");
-    dialog->printer()->setOutputFileName(path);
-    emit dialog->accepted(dialog->printer());
-    static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    const auto print = [this](const QString &path) {
+        trigger("Print…");
+        auto *const dialog = window().findChild<QPrintDialog *>();
+        ASSERT_NE(dialog, nullptr);
+        dialog->printer()->setOutputFileName(path);
+        emit dialog->accepted(dialog->printer());
+        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+        EXPECT_TRUE(waitFor([this] { return window().findChild<QDialog *>() == nullptr; }));
+    };
+    print("/proc/no-folder/printed.pdf");
+    EXPECT_EQ(headline().toStdString(), "The card could not be printed.");
+    EXPECT_EQ(details().toStdString(), "See that the printer is ready and that the card has "
+                                       "pictures, and print once more.");
+    expectMessage(app::Message::Kind::Failure);
+    print(m_folder.filePath("printed.pdf"));
     EXPECT_EQ(headline().toStdString(), "The card was sent to the printer.");
-    EXPECT_GT(readFile(path).size(), 1000);
+    EXPECT_GT(readFile(m_folder.filePath("printed.pdf")).size(), 1000);
 }
 
 TEST_F(Window, Keys_DoWhatTheirActionsDo)
