@@ -197,6 +197,12 @@ TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
 }
 
+TEST_F(FileSet, NamesThatMeetOnTheirWayAreNotReplacedWhereNothingIsToBe)
+{
+    EXPECT_THAT(write({{"c", "1"}, {"./c/../c", "2"}}), HasSubstr("could not be written"));
+    EXPECT_FALSE(QFile::exists(path("card")));
+}
+
 TEST_F(FileSet, ObstacleIsToldWithoutWriting)
 {
     makeOldCard();

@@ -136,12 +136,18 @@ TEST_F(Display, VerboseTellsThatThereIsNone)
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("offscreen platform is used"));
 }
 
-TEST_F(Display, ChosenPlatformIsLeft)
+TEST_F(Display, ChosenPlatformOrDisplayIsLeft)
 {
-    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"},
-                                      withPlatform({{"QT_QPA_PLATFORM", "minimal"}}));
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("offscreen platform is used")));
+    const QMap<QString, QString> choices[] = {
+        {{"QT_QPA_PLATFORM", "minimal"}},
+        {{"QT_QPA_PLATFORM", {}}, {"DISPLAY", ":4711"}},
+        {{"QT_QPA_PLATFORM", {}}, {"WAYLAND_DISPLAY", "wayland-4711"}}};
+    for (const auto &choice : choices) {
+        const ProcessResult run =
+            runTool(READ_RESIDENT + QStringList{"--verbose"}, withPlatform(choice));
+        EXPECT_EQ(run.exitStatus, choice.size() == 1 ? 0 : 1) << "no such display";
+        EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("offscreen platform is used")));
+    }
 }
 
 TEST_F(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)

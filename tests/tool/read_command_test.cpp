@@ -291,15 +291,33 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
     QByteArray seen;
     while (!seen.contains("The simulator is") && tool.process().waitForReadyRead())
         seen += tool.process().readAllStandardError();
+    QElapsedTimer time;
+    time.start();
     tool.signal(GetParam());
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);
+    EXPECT_LT(time.elapsed(), 30000);
     EXPECT_EQ(run.exitStatus, 4);
     EXPECT_THAT((seen + run.standardError).toStdString(), HasSubstr("Broken off before a card"));
     EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM));
+
+TEST(ReadSignal, ReadingThatFailsAfterItIsToldWithItsOwnCause)
+{
+    RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
+                      "delay-ms=1000, photo-undecodable"});
+    tool.start();
+    tool.process().setReadChannel(QProcess::StandardError);
+    QByteArray seen;
+    while (!seen.contains("The simulator is") && tool.process().waitForReadyRead())
+        seen += tool.process().readAllStandardError();
+    tool.signal(SIGINT);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 6);
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -26"));
+}
 
 TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
 {
