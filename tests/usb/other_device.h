@@ -11,7 +11,7 @@ namespace usb_test
 class OtherDevice : public simulator::VirtualReader
 {
 public:
-    explicit OtherDevice(simulator::UsbIds ids) : VirtualReader({}, ids) {}
+    explicit OtherDevice(UsbIds ids) : VirtualReader({}, ids) {}
 
     QByteArray descriptors() const override
     {

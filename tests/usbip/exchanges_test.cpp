@@ -7,9 +7,9 @@
 #include "tests/usbip/client_messages.h"
 #include "tests/usbip/scripted_device.h"
 
-using simulator::UsbStatus;
 using simulator::UsbipConnection;
 using simulator::UsbipExport;
+using simulator::UsbStatus;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

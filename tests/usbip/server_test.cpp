@@ -100,7 +100,7 @@ TEST_F(Server, ReportsAttachingAndDetaching)
     client.import();
     EXPECT_TRUE(server.isAttached());
     EXPECT_TRUE(isReported("has attached the reader"));
-    device.reads = {answer("x")};
+    device.reads = {ended(UsbStatus::Done, "x")};
     client.send(bulkRead(1, 64));
     client.receive(48 + 1);
     client.leave();
@@ -233,7 +233,7 @@ TEST_F(Server, SendsAwayWhoAsksForNothingAndKeepsWhoHasTheReaderHoweverSilent)
     Client silent(server);
     silent.send(hex("01 11 80"));
     EXPECT_TRUE(silent.isClosedByServer());
-    device.reads = {answer("here")};
+    device.reads = {ended(UsbStatus::Done, "here")};
     attached.send(bulkRead(1, 64));
     EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }

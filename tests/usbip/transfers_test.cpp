@@ -170,7 +170,7 @@ TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
 
 TEST_F(Transfers, ThoseOfTwoEndpointsThatAreDueAtOnceEndInTheirOrder)
 {
-    device.reads = {answer("first", 100), answer("second", 100)};
+    device.reads = {ended(UsbStatus::Done, "first", 100), ended(UsbStatus::Done, "second", 100)};
     send(bulkRead(1, 64) + bulkRead(2, 64, 5));
     EXPECT_THAT(sentAt(100),
                 ElementsAre(submitted(1, 0, 5, "first"), submitted(2, 0, 6, "second")));
