@@ -5,6 +5,7 @@
 
 #include "api/field_extraction.h"
 #include "api/image_output.h"
+#include "common/cancellation.h"
 #include "common/card_info_struct.h"
 #include "common/closed_functions.h"
 #include "common/closed_library_door.h"
@@ -157,6 +158,8 @@ int readCard(const Outputs &outputs)
         debugLine("解码头像数据失败!");
         return IDCARD_RESULT_PHOTO_NOT_DECODED;
     }
+    // Qt may not be unwound while it paints, nor a record be left half written.
+    const CancellationHold hold;
     dispatch(*info, raw, outputs);
     return IDCARD_RESULT_OK;
 }
@@ -170,11 +173,8 @@ int readIDCard(unsigned int *cardKind, _tagIDCARD_INFO_ALL_CN *cn,
     const Outputs outputs{cardKind, cn, f2017, fNew, hmt, frontImage, backImage};
     if (const int code = checkArguments(outputs); code != IDCARD_RESULT_OK)
         return code;
-    try {
-        return readCard(outputs);
-    } catch (...) { // out of memory; the reader's destructor has closed the port
-        return IDCARD_RESULT_READ_FAILED;
-    }
+    // What is thrown is that memory has run out; the reader's destructor has closed the port.
+    return resultOf<int>([&outputs] { return readCard(outputs); }, IDCARD_RESULT_READ_FAILED);
 }
 
 std::string getSDKVersion()

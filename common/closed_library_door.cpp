@@ -1,5 +1,6 @@
 #include "common/closed_library_door.h"
 
+#include "common/cancellation.h"
 #include "common/closed_functions.h"
 #include "common/debug_log.h"
 
@@ -81,6 +82,8 @@ public:
     {
         if (bound != nullptr)
             return bound;
+        // A library that is being loaded runs code of its own under the loader's lock.
+        const CancellationHold hold;
         void *found = findInProcess(name);
         if (found == nullptr && openSharedObject())
             found = dlsym(m_handle, name);
@@ -174,13 +177,10 @@ int closePort(int port)
     return closerOfOpenPort != nullptr ? closerOfOpenPort(port) : NOT_FOUND;
 }
 
-int unpackPhoto(unsigned char *src, unsigned char *dst, int mode) noexcept
+int unpackPhoto(unsigned char *src, unsigned char *dst, int mode)
 {
-    try {
-        return callFunction(WLT_LIBRARY, "unpack", &::unpack, src, dst, mode);
-    } catch (...) {
-        return NOT_FOUND;
-    }
+    return resultOf([&] { return callFunction(WLT_LIBRARY, "unpack", &::unpack, src, dst, mode); },
+                    NOT_FOUND);
 }
 
 } // namespace closed_library

@@ -13,6 +13,9 @@
 // Nothing is remembered between calls, so a host may bring or take away its own definitions between
 // two reads. A shared object of the maker's stays loaded once it was needed: it may run threads of
 // its own, which unloading would pull the floor from under.
+//
+// A thread may be cancelled in a closed function, as far as that allows it, and not while one is
+// looked for.
 
 struct CardInfoStruct;
 
@@ -43,6 +46,6 @@ int closePort(int port);
  * `unpack`. Returns `WLT_SUCCESS` when the photo was decoded. A missing decoder (one debug line
  * tells which file was looked for) and one that throws do not decode.
  */
-int unpackPhoto(unsigned char *src, unsigned char *dst, int mode) noexcept;
+int unpackPhoto(unsigned char *src, unsigned char *dst, int mode);
 
 } // namespace closed_library

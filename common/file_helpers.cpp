@@ -10,8 +10,8 @@
 
 #include <QByteArray>
 #include <QFile>
-#include <QtDebug>
 
+#include "common/cancellation.h"
 #include "common/debug_log.h"
 #include "common/write_all.h"
 
@@ -29,9 +29,10 @@ int openForWriting(const QString &path)
 
 void CCommon::saveByteDataToFile(unsigned char *data, int len, QString path)
 {
+    const CancellationHold hold; // a file is written whole
     const int descriptor = openForWriting(path);
     if (descriptor < 0) {
-        qCritical("Failed to open the file for writing.");
+        criticalLine("Failed to open the file for writing.");
         return;
     }
     // Nothing from here to the end may throw, or the file would stay open.
@@ -52,6 +53,7 @@ bool CCommon::fileExist(QString path)
 
 bool CCommon::fileRename(QString from, QString to)
 {
+    const CancellationHold hold; // to another file system Qt copies
     const bool renamed = QFile::rename(from, to);
     if (!renamed)
         debugLine("rename fail!");

@@ -4,6 +4,7 @@
 
 #include <libusb.h>
 
+#include "common/cancellation.h"
 #include "common/debug_log.h"
 
 namespace
@@ -57,8 +58,11 @@ struct UsbReaderLayout {
     static_assert(sizeof(void *) != 8 || offsetof(CLibUsbEx, m_state) == 28);
 };
 
+// libusb has locks of its own taken while it opens and closes, so that no thread is unwound there.
+
 CLibUsbEx::CLibUsbEx(unsigned short vid, unsigned short pid) : m_productId(pid), m_vendorId(vid)
 {
+    const CancellationHold hold;
     const int result = libusb_init(&m_context);
     if (result < 0) {
         debugLine("libusb_init() failed: %s", libusb_error_name(result));
@@ -75,6 +79,7 @@ CLibUsbEx::CLibUsbEx(unsigned short vid, unsigned short pid) : m_productId(pid),
 
 CLibUsbEx::~CLibUsbEx()
 {
+    const CancellationHold hold;
     releaseDevice();
     if (m_state == CONTEXT_MADE)
         libusb_exit(m_context);
@@ -84,6 +89,7 @@ libusb_device_handle *CLibUsbEx::libusb_open_device_with_vid_pid_ex(libusb_conte
                                                                     unsigned short vid,
                                                                     unsigned short pid)
 {
+    const CancellationHold hold;
     libusb_device **list = nullptr;
     if (libusb_get_device_list(ctx, &list) < 0) {
         debugLine("libusb_get_device_list fail!");
@@ -99,6 +105,7 @@ libusb_device_handle *CLibUsbEx::libusb_open_device_with_vid_pid_ex(libusb_conte
 
 bool CLibUsbEx::open(unsigned short vid, unsigned short pid)
 {
+    const CancellationHold hold;
     releaseDevice();
     if (m_state == CONTEXT_MADE)
         m_handle = libusb_open_device_with_vid_pid_ex(m_context, vid, pid);

@@ -1,9 +1,11 @@
 #include "reader/tav_reader.h"
 
+#include "common/cancellation.h"
 #include "common/closed_functions.h"
 #include "common/closed_library_door.h"
 
 #include <clocale>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -23,44 +25,51 @@ namespace
 
 constexpr int READ_FLAG = 1; // what the maker's library wants as last argument of a read
 constexpr unsigned long RETRY_PAUSE_MS = 50;
+constexpr std::optional<int> THROWN; // in place of a read's result, which may be any number
 
 constexpr std::wstring_view OPEN_FAILED_TEXT = L"打开读卡器失败，错误码：";
 constexpr std::wstring_view READ_AGAIN_TEXT = L"card reading fail!";
 constexpr std::wstring_view READ_ERROR_TEXT = L"card reading error, result is：";
 
 /**
- * Writes one line to the wide console. A console that cannot take it (it was used for bytes before,
- * or the locale has no such characters) loses this line and no later one.
+ * The wide console for one line. A console that cannot take it (it was used for bytes before, or
+ * the locale has no such characters) loses this line and no later one.
  */
-void writeConsoleLine(std::wstring_view text) noexcept
+class WideConsole
 {
-    try {
-        const std::ios_base::Init streamsAreSetUp;
-        const std::ios_base::iostate before = std::wcout.rdstate();
-        std::wcout << text << std::endl;
-        if (before == std::ios_base::goodbit)
+public:
+    WideConsole()
+    {
+        static const std::ios_base::Init streamsAreSetUp;
+        m_wasGood = std::wcout.good();
+    }
+    ~WideConsole()
+    {
+        if (m_wasGood)
             std::wcout.clear();
-    } catch (...) { // a host may have asked the stream to throw; a message is not worth a read
     }
+    WideConsole(const WideConsole &) = delete;
+    WideConsole &operator=(const WideConsole &) = delete;
+
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): it is the object's
+    bool write(std::wstring_view text) { return (std::wcout << text << std::endl).good(); }
+
+private:
+    bool m_wasGood = false;
+};
+
+// A host may have asked the stream to throw, and memory may have run out: a message is not worth a
+// read. A console that is not read from may let a cancelled thread wait; it ends then all the same.
+
+void writeConsoleLine(std::wstring_view text)
+{
+    resultOf([text] { return WideConsole().write(text); }, false);
 }
 
-void writeConsoleLine(std::wstring_view text, int code) noexcept
+void writeConsoleLine(std::wstring_view text, int code)
 {
-    try {
-        writeConsoleLine(std::wstring(text) + std::to_wstring(code));
-    } catch (...) { // out of memory
-    }
-}
-
-/** What `call` returns, or `failure` when it throws. */
-template <typename Call>
-int resultOf(Call call, int failure) noexcept
-{
-    try {
-        return call();
-    } catch (...) {
-        return failure;
-    }
+    resultOf([&] { return WideConsole().write(std::wstring(text) + std::to_wstring(code)); },
+             false);
 }
 
 } // namespace
@@ -83,6 +92,7 @@ CTavReader::CTavReader()
 
 CTavReader::~CTavReader()
 {
+    const CancellationHold hold; // a destructor may not be unwound, and the port is to be closed
     if (m_state == OPEN || m_state == READ || m_state == READ_FAILED)
         resultOf([] { return closed_library::closePort(KVO_PORT); }, 0);
 }
@@ -94,21 +104,19 @@ int CTavReader::FetchCardData(CardInfoStruct *info, unsigned char *photo, unsign
         return PORT_NOT_OPEN;
     if (m_state == READ_FAILED)
         return EARLIER_READ_FAILED;
-    if (resultOf([] { return closed_library::findIDCard(KVO_PORT); }, NO_CARD) != KVO_SUCCESS)
+    if (resultOf<int>([] { return closed_library::findIDCard(KVO_PORT); }, NO_CARD) != KVO_SUCCESS)
         return NO_CARD;
 
-    bool thrown = false;
     const auto read = [&] {
-        try {
-            return closed_library::readIDCard(KVO_PORT, info, photo, photoLen, fp, fpLen,
-                                              READ_FLAG);
-        } catch (...) {
-            thrown = true;
-            return static_cast<int>(EARLIER_READ_FAILED);
-        }
+        return resultOf(
+            [&] {
+                return closed_library::readIDCard(KVO_PORT, info, photo, photoLen, fp, fpLen,
+                                                  READ_FLAG);
+            },
+            THROWN);
     };
-    int result = read();
-    while (result == KVO_READ_AGAIN && !thrown) {
+    std::optional<int> result = read();
+    while (result == KVO_READ_AGAIN) {
         writeConsoleLine(READ_AGAIN_TEXT);
         QThread::msleep(RETRY_PAUSE_MS);
         result = read();
@@ -117,7 +125,8 @@ int CTavReader::FetchCardData(CardInfoStruct *info, unsigned char *photo, unsign
         m_state = READ;
         return FETCHED;
     }
-    writeConsoleLine(READ_ERROR_TEXT, result);
+    const int code = result.value_or(EARLIER_READ_FAILED);
+    writeConsoleLine(READ_ERROR_TEXT, code);
     m_state = READ_FAILED;
-    return result;
+    return code;
 }

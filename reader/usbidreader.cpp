@@ -5,10 +5,13 @@
 #include <memory>
 #include <new>
 
+#include <cxxabi.h>
 #include <libusb.h>
+#include <pthread.h>
 
 #include <QtEndian>
 
+#include "common/cancellation.h"
 #include "common/debug_log.h"
 #include "reader/reader_frames.h"
 
@@ -32,19 +35,42 @@ struct Transfer {
     bool moved(int size) const { return result == LIBUSB_SUCCESS && count == size; }
 };
 
-Transfer write(libusb_device_handle *handle, unsigned char pipe, unsigned char *data, int size)
+/** The open reader, as a transfer wants it. */
+struct Device {
+    libusb_context *context;
+    libusb_device_handle *handle;
+};
+
+/**
+ * As it waits without limit, a cancelled thread is unwound out of libusb's own wait. The transfer
+ * stays on the bus until the device is closed, for which the lock of that wait must be given back.
+ * No other transfer may follow: it would hand this one back, to where the stack was.
+ */
+Transfer write(const Device &device, unsigned char pipe, unsigned char *data, int size)
 {
+    pthread_testcancel(); // rather here than in libusb
     Transfer transfer{};
-    transfer.result =
-        libusb_bulk_transfer(handle, pipe, data, size, &transfer.count, NO_TIME_LIMIT);
+    try {
+        transfer.result =
+            libusb_bulk_transfer(device.handle, pipe, data, size, &transfer.count, NO_TIME_LIMIT);
+    } catch (abi::__forced_unwind &) {
+        if (libusb_event_handler_active(device.context) != 0)
+            libusb_unlock_events(device.context);
+        throw;
+    }
     return transfer;
 }
 
-Transfer read(libusb_device_handle *handle, unsigned char pipe, unsigned char *data, int size)
+/** A cancelled thread ends after it. */
+Transfer read(const Device &device, unsigned char pipe, unsigned char *data, int size)
 {
     Transfer transfer{};
-    transfer.result =
-        libusb_bulk_transfer(handle, pipe, data, size, &transfer.count, READ_TIME_LIMIT_MS);
+    {
+        const CancellationHold hold;
+        transfer.result = libusb_bulk_transfer(device.handle, pipe, data, size, &transfer.count,
+                                               READ_TIME_LIMIT_MS);
+    }
+    pthread_testcancel();
     return transfer;
 }
 
@@ -102,18 +128,18 @@ constexpr const char *MISMATCH_TEXT = "found data not matched!!!";
 constexpr const char *SHORT_ANSWER_TEXT = LOOKUP.readFailedText;
 
 /** Sends the command and reads what comes into `answer`, `count` bytes; it has room for them. */
-USB_READER_CODE transferBoth(libusb_device_handle *handle, const Exchange &exchange,
-                             unsigned char *answer, int *count)
+USB_READER_CODE transferBoth(const Device &device, const Exchange &exchange, unsigned char *answer,
+                             int *count)
 {
     Command command = exchange.command;
     const int size = static_cast<int>(command.size());
-    const Transfer sent = write(handle, COMMAND_PIPE, command.data(), size);
+    const Transfer sent = write(device, COMMAND_PIPE, command.data(), size);
     if (!sent.moved(size)) {
         debugLine(NOT_WRITTEN_TEXT, sent.result);
         return exchange.writeFailed;
     }
     debugLine("%s", WRITTEN_TEXT);
-    const Transfer received = read(handle, ANSWER_PIPE, answer, exchange.answerSize);
+    const Transfer received = read(device, ANSWER_PIPE, answer, exchange.answerSize);
     *count = received.count;
     if (received.result != LIBUSB_SUCCESS) {
         debugLine(exchange.readFailedText, received.result, received.count);
@@ -123,11 +149,11 @@ USB_READER_CODE transferBoth(libusb_device_handle *handle, const Exchange &excha
 }
 
 /** Runs an exchange that has an expected answer. */
-USB_READER_CODE run(libusb_device_handle *handle, const Exchange &exchange)
+USB_READER_CODE run(const Device &device, const Exchange &exchange)
 {
     std::array<unsigned char, std::max(LOOKUP_ANSWER.size(), SELECT_ANSWER.size())> answer{};
     int count = 0;
-    const USB_READER_CODE failure = transferBoth(handle, exchange, answer.data(), &count);
+    const USB_READER_CODE failure = transferBoth(device, exchange, answer.data(), &count);
     if (failure != USB_READER_OK)
         return failure;
     if (count == exchange.answerSize) {
@@ -193,6 +219,7 @@ std::unique_ptr<unsigned char[]> makeBlock(unsigned short size)
 
 CUsbIdReader::CUsbIdReader(unsigned short vid, unsigned short pid) : CLibUsbEx(vid, pid)
 {
+    pthread_testcancel(); // opening was none of the places where a thread ends
     lookup();
     select();
     if (m_lastError == USB_READER_SELECT_READ_FAILED) {
@@ -207,7 +234,7 @@ bool CUsbIdReader::lookup()
 {
     if (m_lastError != USB_READER_OK)
         return false;
-    m_lastError = run(m_handle, LOOKUP);
+    m_lastError = run({m_context, m_handle}, LOOKUP);
     return m_lastError == USB_READER_OK;
 }
 
@@ -215,7 +242,7 @@ bool CUsbIdReader::select()
 {
     if (m_lastError != USB_READER_OK)
         return false;
-    m_lastError = run(m_handle, SELECT);
+    m_lastError = run({m_context, m_handle}, SELECT);
     return m_lastError == USB_READER_OK;
 }
 
@@ -225,7 +252,7 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
         return false;
     std::array<unsigned char, READ_ANSWER_MAX_SIZE> answer{};
     int count = 0;
-    m_lastError = transferBoth(m_handle, READ, answer.data(), &count);
+    m_lastError = transferBoth({m_context, m_handle}, READ, answer.data(), &count);
     if (m_lastError != USB_READER_OK)
         return false;
     const ReadAnswerSize *const known = findAnswerSize(count);
@@ -260,7 +287,7 @@ bool CUsbIdReader::write_pipe2(unsigned char a, unsigned char b)
     std::copy(PREAMBLE.begin(), PREAMBLE.end(), head.begin());
     head[LENGTH_OFFSET] = a;
     head[LENGTH_OFFSET + 1] = b;
-    const Transfer transfer = write(m_handle, COMMAND_PIPE, head.data(), HEAD_SIZE);
+    const Transfer transfer = write({m_context, m_handle}, COMMAND_PIPE, head.data(), HEAD_SIZE);
     if (!transfer.moved(HEAD_SIZE)) {
         debugLine(NOT_WRITTEN_TEXT, transfer.result);
         return false;
@@ -287,7 +314,7 @@ bool CUsbIdReader::write_pipe6(unsigned short size, unsigned char first, unsigne
             std::copy_n(data, size - AROUND_DATA, block.get() + DATA_OFFSET);
         if (size > 0)
             block[size - 1] = last;
-        transfer = write(m_handle, BLOCK_OUT_PIPE, block.get(), size);
+        transfer = write({m_context, m_handle}, BLOCK_OUT_PIPE, block.get(), size);
     }
     if (!transfer.moved(size)) {
         debugLine("write pipe6 error(%d)!", transfer.result);
@@ -302,7 +329,7 @@ bool CUsbIdReader::read_pipe81(unsigned short &length)
     if (m_lastError != USB_READER_OK)
         return false;
     std::array<unsigned char, HEAD_SIZE> head{};
-    const Transfer transfer = read(m_handle, ANSWER_PIPE, head.data(), HEAD_SIZE);
+    const Transfer transfer = read({m_context, m_handle}, ANSWER_PIPE, head.data(), HEAD_SIZE);
     if (!transfer.moved(HEAD_SIZE)) {
         debugLine("write pipe81 error(%d)!", transfer.result);
         return false;
@@ -320,8 +347,8 @@ bool CUsbIdReader::read_pipe85(unsigned short size)
     if (m_lastError != USB_READER_OK)
         return false;
     const auto block = makeBlock(size);
-    const Transfer transfer =
-        block ? read(m_handle, BLOCK_IN_PIPE, block.get(), size) : Transfer{LIBUSB_ERROR_NO_MEM, 0};
+    const Transfer transfer = block ? read({m_context, m_handle}, BLOCK_IN_PIPE, block.get(), size)
+                                    : Transfer{LIBUSB_ERROR_NO_MEM, 0};
     if (!transfer.moved(size)) {
         debugLine("write pipe85 error(%d)!", transfer.result);
         return false;

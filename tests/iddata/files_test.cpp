@@ -11,6 +11,7 @@
 #include <climits>
 #include <csignal>
 #include <numeric>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -180,6 +181,23 @@ TEST_F(Files, PathThatCannotBeOpened_IsOneCriticalLine)
         CCommon::saveByteDataToFile(&byte, 1, path);
         EXPECT_THAT(log.texts(), ElementsAre("Failed to open the file for writing."));
     }
+}
+
+TEST_F(Files, HostsMessageHandlerThatThrows_CostsTheLineAndNothingElse)
+{
+    static int lines = 0;
+    lines = 0;
+    const QtMessageHandler handler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
+            ++lines;
+            throw std::runtime_error("the host's");
+        });
+    unsigned char byte = 'b';
+    EXPECT_NO_THROW(CCommon::saveByteDataToFile(&byte, 1, QStringLiteral("no/such/folder")));
+    EXPECT_NO_THROW(CCommon::saveByteDataToFile(&byte, 1, FILE_NAME));
+    qInstallMessageHandler(handler);
+    EXPECT_EQ(lines, 2) << "a critical line and a debug line";
+    EXPECT_EQ(contentOf(FILE_NAME), "b");
 }
 
 TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
