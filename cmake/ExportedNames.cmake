@@ -1,7 +1,8 @@
 # idcard_limit_exports(TARGET LIST)
 #
 # Makes a version script from a list of names ("function NAME" with C linkage, "object
-# NAME" or "class NAME" in a line), so that the shared library exports these and nothing else.
+# NAME" or "class NAME" in a line), so that the shared library exports these and nothing else. Of a class it exports
+# what is not hidden.
 
 function(idcard_limit_exports target list)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list}")

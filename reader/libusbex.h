@@ -68,6 +68,6 @@ protected:
 private:
     friend struct UsbReaderLayout;
 
-    void closeAfter(const char *failure, int usbResult, USB_READER_CODE code);
-    void releaseDevice();
+    IDCARD_READER_HIDDEN void closeAfter(const char *failure, int usbResult, USB_READER_CODE code);
+    IDCARD_READER_HIDDEN void releaseDevice();
 };

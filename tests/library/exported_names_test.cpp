@@ -17,15 +17,20 @@ const QString LIBRARY = QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_l
 
 struct Expected {
     std::set<QString> names;   ///< functions and objects, by their plain name
-    std::set<QString> classes; ///< every member of these
+    std::set<QString> classes; ///< the public members of these
 };
+
+QString textOf(const QString &path)
+{
+    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/") + path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return QString::fromUtf8(file.readAll());
+}
 
 Expected expectedNames()
 {
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/api/exported_names.txt"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     Expected expected;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split('\n')) {
+    for (const QString &line : textOf(QStringLiteral("api/exported_names.txt")).split('\n')) {
         if (line.isEmpty() || line.startsWith('#'))
             continue;
         const QStringList words = line.split(' ');
@@ -51,7 +56,103 @@ QStringList exportedNames()
     return names;
 }
 
+/** Parameters of a function, by the text between its parentheses. */
+int parameterCount(const QString &parameters)
+{
+    if (parameters.trimmed().isEmpty())
+        return 0;
+    int depth = 0;
+    int count = 1;
+    for (const QChar character : parameters) {
+        depth += character == '<' || character == '(' ? 1 : 0;
+        depth -= character == '>' || character == ')' ? 1 : 0;
+        count += character == ',' && depth == 0 ? 1 : 0;
+    }
+    return count;
+}
+
+/** "name(2)" for a function of two parameters; its whole text for anything else. */
+QString functionOf(const QString &declaration)
+{
+    static const QRegularExpression function(QStringLiteral("(~?\\w+)\\s*\\((.*)\\)"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    const auto match = function.match(declaration);
+    return match.hasMatch() ? QStringLiteral("%1(%2)")
+                                  .arg(match.captured(1))
+                                  .arg(parameterCount(match.captured(2)))
+                            : declaration.trimmed();
+}
+
+/** What is between the braces of the class `name`, without comments, as a public header has it. */
+QString bodyOf(const QString &name)
+{
+    static const QRegularExpression comments(QStringLiteral("/\\*.*?\\*/|//[^\\n]*"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpression body(
+        QStringLiteral("\\nclass IDCARD_READER_EXPORT %1\\b[^;{]*\\n\\{\\n(.*?)\\n\\};").arg(name),
+        QRegularExpression::DotMatchesEverythingOption);
+    for (const QString &header :
+         textOf(QStringLiteral("packaging/public-headers.txt")).split('\n')) {
+        if (header.isEmpty() || header.startsWith('#'))
+            continue;
+        const auto match = body.match(textOf(header).remove(comments));
+        if (match.hasMatch())
+            return match.captured(1);
+    }
+    ADD_FAILURE() << "no public header has the class " << name.toStdString();
+    return {};
+}
+
+/** The functions that the class `name` declares as public and has defined in the library. */
+QStringList publicFunctions(const QString &name)
+{
+    static const QRegularExpression defined(QStringLiteral("\\{[^{}]*\\}"));
+    static const QRegularExpression access(QStringLiteral("(public|protected|private):"));
+    QString body = bodyOf(name);
+    while (body.contains(defined))
+        body.replace(defined, QStringLiteral("= inline;")); // and what else is in braces
+    QStringList functions;
+    bool isPublic = false;
+    for (QString declaration : body.split(';')) {
+        for (auto match = access.match(declaration); match.hasMatch();
+             match = access.match(declaration)) {
+            isPublic = match.captured(1) == QLatin1String("public");
+            declaration = declaration.mid(match.capturedEnd());
+        }
+        const bool isMade = declaration.contains('='); // deleted, inline, a constant
+        if (isPublic && !isMade && !declaration.trimmed().isEmpty())
+            functions << functionOf(declaration);
+    }
+    functions.sort();
+    return functions;
+}
+
+/** The same as the library exports them. */
+QStringList exportedFunctions(const QString &name)
+{
+    QStringList functions;
+    const QString beginning = name + QStringLiteral("::");
+    QStringList names = exportedNames();
+    names.removeDuplicates(); // a constructor is there for whole objects and for bases
+    for (const QString &exported : names)
+        if (exported.startsWith(beginning))
+            functions << functionOf(exported.mid(beginning.size()));
+    functions.sort();
+    return functions;
+}
+
 } // namespace
+
+TEST(ExportedNames, EveryClass_ExportsThePublicFunctionsOfItsHeaderAndNoOthers)
+{
+    for (const QString &name : expectedNames().classes) {
+        const QStringList functions = publicFunctions(name);
+        EXPECT_FALSE(functions.isEmpty()) << name.toStdString();
+        EXPECT_EQ(exportedFunctions(name).join(' ').toStdString(),
+                  functions.join(' ').toStdString())
+            << name.toStdString();
+    }
+}
 
 TEST(ExportedNames, EveryExportedName_IsOnTheList)
 {
