@@ -17,7 +17,6 @@
 
 #include "api/result_codes.h"
 #include "common/card_records.h"
-#include "common/common.h"
 #include "common/export.h"
 
 #if defined(__clang__)
@@ -57,6 +56,13 @@ extern "C" {
  * The call returns when the card has been read. While the reader reports a read that may succeed
  * if tried again, it tries again every 50 ms without limit.
  *
+ * A thread may be cancelled in the call (`pthread_cancel`, deferred, as threads are unless they ask
+ * for another type). It ends while it waits for the reader: in the pause between two tries, and in
+ * a closed function at any place where the C library ends threads. A port that was open is closed;
+ * a port that was still being opened was none yet, and is left as the closed function leaves it.
+ * Once the card has been read, and while the port is being closed, the cancellation waits until the
+ * call has returned.
+ *
  * Call it in the GUI thread of a running Qt GUI application that has a screen: the pictures ask for
  * the screen without looking whether there is one, and crash where there is none. They also switch
  * `Qt::AA_EnableHighDpiScaling` on, about which Qt warns in its log. Calls must not overlap: every
@@ -85,12 +91,17 @@ IDCARD_READER_EXPORT std::string getSDKVersion();
 #pragma clang diagnostic pop
 #endif
 
-#ifndef IDCARD_READER_NO_STRING_CHECK
+#if defined(IDCARD_READER_STRING_CHECK) && !defined(IDCARD_READER_NO_STRING_CHECK)
+#include "common/country_code_list.h"
+
 /**
  * The name of `readIDCard` does not tell which of the two `std::string`s of the C++ library a host
- * was built with. This reference does: a host with the other one (`_GLIBCXX_USE_CXX11_ABI=0`) is
- * not linked, where its first call would have crashed. A host that includes this header and is not
- * linked with the library, but loads it, defines `IDCARD_READER_NO_STRING_CHECK`.
+ * was built with, and that of the country table does: with this reference to it a host of the other
+ * one (`_GLIBCXX_USE_CXX11_ABI=0`) is not linked, where its first call would have crashed.
+ *
+ * What finds the library for a host that links it (CMake, pkg-config, qmake) defines
+ * `IDCARD_READER_STRING_CHECK`. A host that takes its flags from there and loads the library with
+ * `dlopen` defines `IDCARD_READER_NO_STRING_CHECK`, too.
  */
-[[gnu::used]] static std::string (*const idcardReaderStringCheck)(std::string) = &CCommon::trim;
+[[gnu::used]] static const void *idcardReaderStringCheck = &COUNTRY_CODE_LIST;
 #endif

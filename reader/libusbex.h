@@ -15,7 +15,8 @@ struct libusb_device_handle;
  *
  * Opening takes the reader over from a kernel driver that is bound to it.
  *
- * An object serves one thread at a time. Two objects share nothing.
+ * An object serves one thread at a time. Two objects share nothing. A thread that is cancelled
+ * (`pthread_cancel`) while it opens or closes a reader does so to the end.
  */
 class IDCARD_READER_EXPORT CLibUsbEx
 {

@@ -17,6 +17,11 @@
  * `read_pipe81` and `read_pipe85` hold the bytes that they read. One thread uses an object at a
  * time. A write waits without limit for the reader to take it; a read gives up after 5 seconds.
  * Nothing is tried again.
+ *
+ * A thread may be cancelled (`pthread_cancel`, deferred) in any operation: it ends at once while a
+ * write waits, and otherwise when the reader has been opened or the read has come to its end, after
+ * 5 seconds at most. What it constructed gives the reader back. An object that lives on may be
+ * destroyed, by any thread, and nothing else. libusb keeps a few hundred bytes of the write.
  */
 class IDCARD_READER_EXPORT CUsbIdReader : public CLibUsbEx
 {

@@ -6,8 +6,6 @@
 //   passing FILE the same, and reads once more after FILE was closed again
 //   unload       closes the library after the read and tells whether it is gone
 
-// The library is loaded, not linked.
-#define IDCARD_READER_NO_STRING_CHECK
 #include "api/idcard_reader_api.h"
 
 #include <cstdio>
