@@ -32,44 +32,45 @@ constexpr std::wstring_view READ_AGAIN_TEXT = L"card reading fail!";
 constexpr std::wstring_view READ_ERROR_TEXT = L"card reading error, result is：";
 
 /**
- * The wide console for one line. A console that cannot take it (it was used for bytes before, or
- * the locale has no such characters) loses this line and no later one.
+ * The state of the wide console, from before a line to after it: a console that cannot take the
+ * line (it was used for bytes before, or the locale has no such characters) takes later ones all
+ * the same.
  */
-class WideConsole
+class ConsoleState
 {
 public:
-    WideConsole()
-    {
-        static const std::ios_base::Init streamsAreSetUp;
-        m_wasGood = std::wcout.good();
-    }
-    ~WideConsole()
+    ConsoleState() : m_wasGood(std::wcout.good()) {}
+    ~ConsoleState()
     {
         if (m_wasGood)
             std::wcout.clear();
     }
-    WideConsole(const WideConsole &) = delete;
-    WideConsole &operator=(const WideConsole &) = delete;
-
-    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): it is the object's
-    bool write(std::wstring_view text) { return (std::wcout << text << std::endl).good(); }
+    ConsoleState(const ConsoleState &) = delete;
+    ConsoleState &operator=(const ConsoleState &) = delete;
 
 private:
-    bool m_wasGood = false;
+    bool m_wasGood;
 };
 
-// A host may have asked the stream to throw, and memory may have run out: a message is not worth a
-// read. A console that is not read from may let a cancelled thread wait; it ends then all the same.
-
+/**
+ * Writes one line to the wide console. A line is not worth a read: one at which the stream throws,
+ * as a host may have asked it to, is lost. A thread that is cancelled need not wait for the
+ * console.
+ */
 void writeConsoleLine(std::wstring_view text)
 {
-    resultOf([text] { return WideConsole().write(text); }, false);
+    static const std::ios_base::Init streamsAreSetUp;
+    const ConsoleState state;
+    resultOf([text] { return (std::wcout << text << std::endl).good(); }, false);
 }
 
+/** The same, with `code` behind it; the line is lost, too, when memory has run out. */
 void writeConsoleLine(std::wstring_view text, int code)
 {
-    resultOf([&] { return WideConsole().write(std::wstring(text) + std::to_wstring(code)); },
-             false);
+    const std::wstring line =
+        resultOf([&] { return std::wstring(text) + std::to_wstring(code); }, std::wstring());
+    if (!line.empty())
+        writeConsoleLine(line);
 }
 
 } // namespace
