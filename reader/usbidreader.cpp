@@ -5,7 +5,6 @@
 #include <memory>
 #include <new>
 
-#include <cxxabi.h>
 #include <libusb.h>
 #include <pthread.h>
 
@@ -53,7 +52,7 @@ Transfer write(const Device &device, unsigned char pipe, unsigned char *data, in
     try {
         transfer.result =
             libusb_bulk_transfer(device.handle, pipe, data, size, &transfer.count, NO_TIME_LIMIT);
-    } catch (abi::__forced_unwind &) {
+    } catch (...) {
         if (libusb_event_handler_active(device.context) != 0)
             libusb_unlock_events(device.context);
         throw;

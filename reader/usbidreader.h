@@ -21,7 +21,7 @@
  * A thread may be cancelled (`pthread_cancel`, deferred) in any operation: it ends at once while a
  * write waits, and otherwise when the reader has been opened or the read has come to its end, after
  * 5 seconds at most. What it constructed gives the reader back. An object that lives on may be
- * destroyed, by any thread, and nothing else. libusb keeps a few hundred bytes of the write.
+ * destroyed, by any thread, and nothing else. libusb keeps a kilobyte of a write.
  */
 class IDCARD_READER_EXPORT CUsbIdReader : public CLibUsbEx
 {
