@@ -1,11 +1,14 @@
 #include "render/card_photo.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include <QBuffer>
 #include <QByteArray>
 #include <QImage>
 #include <QImageReader>
+#include <QtEndian>
 
 #include "render/plain_bmp.h"
 #include "render/tools.h"
@@ -14,44 +17,140 @@ namespace
 {
 
 constexpr qint64 MOST_PHOTO_MEMORY = 64LL * 1024 * 1024;
+constexpr QRgb BLACK = 0xff000000;
 
-/** Whether the picture that `reader` announces fits into memory that a photo may need. */
-bool isAffordable(const QImageReader &reader)
+/** Whether a picture of this size, whose sign says nothing, fits into memory that a photo may need.
+ */
+bool isAffordable(QSize size, QImage::Format format)
 {
-    const QSize size = reader.size();
-    if (size.isEmpty())
-        return false;
     // It becomes a picture of 32 bits a pixel, whatever it is stored as.
-    const int bits = std::max<int>(QImage::toPixelFormat(reader.imageFormat()).bitsPerPixel(), 32);
-    return size.width() <= MOST_PHOTO_MEMORY * 8 / bits / size.height();
+    const int bits = std::max<int>(QImage::toPixelFormat(format).bitsPerPixel(), 32);
+    const qint64 pixels = std::abs(qint64{size.width()}) * std::abs(qint64{size.height()});
+    return pixels <= MOST_PHOTO_MEMORY * 8 / bits;
+}
+
+QByteArray embeddedPng(const QByteArray &icon)
+{
+    constexpr int OFFSET_AT = 18; // of the first picture
+    const auto offset = qFromLittleEndian<quint32>(icon.constData() + OFFSET_AT);
+    if (offset >= static_cast<quint32>(icon.size()))
+        return {};
+    const QByteArray picture = icon.mid(static_cast<int>(offset));
+    return picture.startsWith("\x89PNG\r\n\x1a\n") ? picture : QByteArray();
+}
+
+/** Whether what `reader` is about to read is, as far as `bytes` tell. */
+bool isAffordable(const QImageReader &reader, const QByteArray &bytes)
+{
+    if (!isAffordable(reader.size(), reader.imageFormat()))
+        return false;
+    const QByteArray format = reader.format();
+    if (format == "gif") { // announces its first picture, which can be a small part of its canvas
+        constexpr int CANVAS_AT = 6;
+        const auto *const canvas = bytes.constData() + CANVAS_AT;
+        return isAffordable({qFromLittleEndian<quint16>(canvas),
+                             qFromLittleEndian<quint16>(canvas + sizeof(quint16))},
+                            QImage::Format_ARGB32);
+    }
+    if (format == "ico") { // announces what its directory says, not the PNG in it
+        QByteArray png = embeddedPng(bytes);
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::ReadOnly);
+        const QImageReader pngReader(&buffer, "png");
+        return png.isEmpty() || isAffordable(pngReader.size(), pngReader.imageFormat());
+    }
+    return true;
 }
 
 /** A picture that is there; a null one lacked memory, and the card without it would be taken for
  * whole. */
-QPixmap demanded(const QPixmap &pixmap)
+template <typename Picture>
+Picture demanded(Picture picture)
 {
-    if (pixmap.isNull())
+    if (picture.isNull())
         qBadAlloc(); // throws
-    return pixmap;
+    return picture;
 }
 
-/** A reader's photo as a picture: the format is told by the bytes themselves. */
+/**
+ * What Qt's BMP reader makes of `bytes` on `canvas`, which must have the picture's size and format:
+ * pixels that the file lacks stay as they are. Null when the file is broken.
+ */
+QImage readOnto(QImage canvas, QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, "bmp");
+    return reader.read(&canvas) ? canvas : QImage();
+}
+
+/** A picture that is filled with `pixel`. */
+QImage filled(QSize size, QImage::Format format, uint pixel)
+{
+    QImage image = demanded(QImage(size, format));
+    image.fill(pixel);
+    return image;
+}
+
+/** A BMP with a palette, of which no entry need be black, so that no canvas is. */
+QImage readIndexedBmp(const QByteArray &bytes, QSize size, QImage::Format format)
+{
+    // Read with unlike canvases, and unlike bytes behind the file: where this makes a difference,
+    // the file lacks the pixel.
+    const auto readWith = [&](uchar filler) {
+        QImage canvas = filled(size, format, filler);
+        const auto most = static_cast<int>(canvas.sizeInBytes()); // that the file can lack
+        return readOnto(std::move(canvas), bytes + QByteArray(most, static_cast<char>(filler)));
+    };
+    const QImage one = readWith(0);
+    const QImage other = readWith(0xff);
+    if (one.isNull() || other.isNull())
+        return {};
+    QImage picture = demanded(one.convertToFormat(QImage::Format_RGB32));
+    for (int y = 0; y < picture.height(); ++y) {
+        auto *const row = reinterpret_cast<QRgb *>(picture.scanLine(y));
+        for (int x = 0; x < picture.width(); ++x)
+            if (one.pixelIndex(x, y) != other.pixelIndex(x, y))
+                row[x] = BLACK;
+    }
+    return picture;
+}
+
+/** The BMP in `bytes`, black where the file lacks something, and not what the process had in that
+ * memory before, be it of another card. */
+QImage readBmp(const QByteArray &bytes, QSize announced, QImage::Format format)
+{
+    if (announced.width() <= 0 || announced.height() == 0)
+        return {};
+    // A height is negative where rows run from the top down.
+    const QSize size(announced.width(), std::abs(announced.height()));
+    return QImage::toPixelFormat(format).bitsPerPixel() == 32
+               ? readOnto(filled(size, format, BLACK), bytes)
+               : readIndexedBmp(bytes, size, format);
+}
+
+/** The picture in `bytes`, whose format they tell themselves. */
+QImage readPicture(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    if (!isAffordable(reader, bytes))
+        return {};
+    if (reader.format() == "bmp")
+        return readBmp(bytes, reader.size(), reader.imageFormat());
+    const QImage image = reader.read();
+    // A plug-in that announces no size shows it only now.
+    return isAffordable(image.size(), image.format()) ? image : QImage();
+}
+
 QPixmap loadedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE])
 {
     if (const auto image = plainBmpImage(photo, sizeof(photo)))
         return demanded(QPixmap::fromImage(*image));
-    QByteArray bytes =
-        QByteArray::fromRawData(reinterpret_cast<const char *>(photo), sizeof(photo));
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    if (!isAffordable(reader))
-        return {};
-    // Qt's BMP reader leaves the rows that a file lacks as they are: black, and not what the
-    // process had in that memory before, be it of another card.
-    QImage image(reader.size(), reader.imageFormat());
-    image.fill(0);
-    return reader.read(&image) ? QPixmap::fromImage(image) : QPixmap();
+    const QImage image =
+        readPicture(QByteArray::fromRawData(reinterpret_cast<const char *>(photo), sizeof(photo)));
+    return image.isNull() ? QPixmap() : demanded(QPixmap::fromImage(image));
 }
 
 } // namespace

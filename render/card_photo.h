@@ -13,9 +13,11 @@ enum class PhotoBackground {
 };
 
 /**
- * The picture in the 38862 bytes of a photo area, in whatever format they are, fitted into `box`
- * with its proportions kept. A null pixmap when the bytes form no picture, or one for which Qt
- * would need more than 64 MiB.
+ * The picture in the 38862 bytes of a photo area, in whatever format `QPixmap::loadFromData` reads,
+ * fitted into `box` with its proportions kept. Where a BMP file lacks pixels, they are black. A
+ * null pixmap when the bytes form no picture, or one for which Qt would need more than 64 MiB at 32
+ * bits a pixel. Only the size of a format whose Qt plug-in does not announce it is known too late
+ * to spare the memory.
  */
 QPixmap fittedPhoto(const unsigned char (&photo)[IDCARD_PHOTO_SIZE], PhotoBackground background,
                     QSize box);

@@ -7,8 +7,10 @@
 #include "tests/support/expected_warning.h"
 #include "tests/support/message_log.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <limits>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -16,6 +18,7 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QFile>
 #include <QImage>
 #include <QtEndian>
 
@@ -83,6 +86,14 @@ QByteArray samplePhoto()
     return {reinterpret_cast<const char *>(photo), static_cast<int>(sizeof(photo))};
 }
 
+QByteArray sampleFile(const char *name)
+{
+    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/tests/render/photos/") +
+               QString::fromLatin1(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+    return file.readAll();
+}
+
 /** Writes `value` over the bytes of `bytes` at `at`, in the byte order given. */
 template <typename Number>
 void putNumber(QByteArray &bytes, int at, Number value, bool bigEndian)
@@ -92,12 +103,12 @@ void putNumber(QByteArray &bytes, int at, Number value, bool bigEndian)
 }
 
 /** A BMP file that claims other dimensions than its 38862 bytes hold. */
-QByteArray bmpClaiming(qint32 width, qint32 height, quint16 bits)
+QByteArray bmpClaiming(qint32 width, qint32 height, int bits)
 {
     QByteArray photo = samplePhoto();
     putNumber(photo, 18, width, false);
     putNumber(photo, 22, height, false);
-    putNumber(photo, 28, bits, false);
+    putNumber(photo, 28, static_cast<quint16>(bits), false);
     return photo;
 }
 
@@ -133,7 +144,15 @@ long peakMemory()
     return 0;
 }
 
-void expectAsWithoutPhoto(const QByteArray &photo, const char *what)
+bool isPainted(const QByteArray &bytes)
+{
+    unsigned char photo[IDCARD_PHOTO_SIZE] = {};
+    EXPECT_LE(bytes.size(), int(IDCARD_PHOTO_SIZE));
+    std::memcpy(photo, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    return !fittedPhoto(photo, PhotoBackground::TRANSPARENT, QSize(10, 10)).isNull();
+}
+
+void expectAsWithoutPhoto(const QByteArray &photo, const std::string &what)
 {
     static const QStringList without = allPictures(QByteArray());
     const long before = peakMemory();
@@ -206,6 +225,55 @@ TEST(Photo, HugeBmp_IsLeftOut)
     expectAsWithoutPhoto(bmpClaiming(0, 0, 24), "no width");
 }
 
+TEST(Photo, BmpOfExtremeSides_IsLeftOut)
+{
+    constexpr qint32 LOWEST = std::numeric_limits<qint32>::min();
+    constexpr qint32 HIGHEST = std::numeric_limits<qint32>::max();
+    constexpr qint32 SIDES[] = {LOWEST, LOWEST + 1, -134217728, -65536,    -1,
+                                0,      1,          65536,      134217728, HIGHEST};
+    const auto fits = [](qint64 width, qint64 height) {
+        return width > 0 && height != 0 && std::abs(width * height) <= 4096 * 4096;
+    };
+    for (const int bits : {1, 4, 8, 16, 24, 32})
+        for (const qint32 width : SIDES)
+            for (const qint32 height : SIDES) {
+                EXPECT_EQ(isPainted(bmpClaiming(width, height, bits)), fits(width, height))
+                    << width << " x " << height << ", " << bits << " bits";
+            }
+}
+
+TEST(Photo, BmpOf134MillionPixelsInALine_IsLeftOut)
+{
+    for (const qint32 side : {134217728, -134217728}) {
+        expectAsWithoutPhoto(bmpClaiming(1, side, 1), "upright");
+        expectAsWithoutPhoto(bmpClaiming(side, 1, 1), "lying");
+        expectAsWithoutPhoto(bmpClaiming(side, -1, 1), "lying, from the top down");
+    }
+}
+
+TEST(Photo, GifOnAHugeCanvas_IsLeftOut)
+{
+    QByteArray photo = sampleFile("gif-89.gif");
+    EXPECT_NE(allPictures(photo), allPictures(QByteArray()));
+    constexpr int CANVAS_AT = 6;
+    putNumber<quint16>(photo, CANVAS_AT, 16000, false);
+    putNumber<quint16>(photo, CANVAS_AT + 2, 16000, false);
+    expectAsWithoutPhoto(photo, "16000 x 16000");
+}
+
+TEST(Photo, IconWithAHugePng_IsLeftOut)
+{
+    QImage huge(16000, 16000, QImage::Format_Mono);
+    huge.fill(0);
+    const QByteArray png = encoded(huge, "PNG");
+    // A directory with one picture of 16 x 16 pixels and 32 bits.
+    QByteArray photo = QByteArray::fromHex("00000100 0100 10100000 0100 2000 00000000 16000000");
+    putNumber<quint32>(photo, 14, static_cast<quint32>(png.size()), false);
+    photo += png;
+    ASSERT_LT(photo.size(), int(IDCARD_PHOTO_SIZE));
+    expectAsWithoutPhoto(photo, "16000 x 16000");
+}
+
 TEST(Photo, BmpWithFewerBytesThanItClaims_DoesNoHarm)
 {
     const long before = peakMemory();
@@ -240,15 +308,18 @@ TEST(Photo, NarrowAndFlatPictures_DoNoHarm)
 // The last, as what the other tests measure is the most memory so far.
 TEST(Photo, PictureOfSixtyFourMebibytes_IsTheLargestThatIsPainted)
 {
-    const auto isPainted = [](int width, int height) {
+    const auto png = [](int width, int height) {
         QImage image(width, height, QImage::Format_Grayscale8);
         image.fill(0);
-        const QByteArray bytes = encoded(image, "PNG");
-        unsigned char photo[IDCARD_PHOTO_SIZE] = {};
-        EXPECT_LT(bytes.size(), IDCARD_PHOTO_SIZE);
-        std::memcpy(photo, bytes.constData(), static_cast<std::size_t>(bytes.size()));
-        return !fittedPhoto(photo, PhotoBackground::AS_IT_IS, QSize(10, 10)).isNull();
+        return encoded(image, "PNG");
     };
-    EXPECT_TRUE(isPainted(4096, 4096));
-    EXPECT_FALSE(isPainted(4097, 4096));
+    EXPECT_TRUE(isPainted(png(4096, 4096)));
+    EXPECT_FALSE(isPainted(png(4097, 4096)));
+    constexpr int MOST_PIXELS = 4096 * 4096;
+    for (const int bits : {1, 24}) {
+        EXPECT_TRUE(isPainted(bmpClaiming(MOST_PIXELS, 1, bits))) << bits;
+        EXPECT_TRUE(isPainted(bmpClaiming(1, -MOST_PIXELS, bits))) << bits;
+        EXPECT_FALSE(isPainted(bmpClaiming(MOST_PIXELS + 1, -1, bits))) << bits;
+        EXPECT_FALSE(isPainted(bmpClaiming(1, MOST_PIXELS + 1, bits))) << bits;
+    }
 }
