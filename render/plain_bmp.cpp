@@ -18,6 +18,8 @@ struct PlainBmp {
     int height;
     int bytesPerPixel; ///< 3 or 4
     int bytesPerRow;
+    int dotsPerMeterX; ///< 0: not told
+    int dotsPerMeterY;
 };
 
 /** Reads the headers at `data`; nothing when they tell of anything but a whole plain BMP file. */
@@ -42,7 +44,10 @@ std::optional<PlainBmp> plainBmp(const uchar *data, qint64 size)
     if (offset < FILE_HEADER_SIZE + INFO_HEADER_SIZE || offset > size ||
         size - offset < static_cast<qint64>(bytesPerRow) * height)
         return std::nullopt;
-    return PlainBmp{data + offset, width, height, bits / 8, bytesPerRow};
+    const auto dotsPerMeterX = qFromLittleEndian<qint32>(data + 38);
+    const auto dotsPerMeterY = qFromLittleEndian<qint32>(data + 42);
+    return PlainBmp{data + offset, width,         height,       bits / 8,
+                    bytesPerRow,   dotsPerMeterX, dotsPerMeterY};
 }
 
 /** Copies a row of 4-byte pixels, whose fourth byte says nothing. */
@@ -74,6 +79,8 @@ QImage imageOf(const PlainBmp &bmp)
     QImage image(bmp.width, bmp.height, QImage::Format_RGB32);
     if (image.isNull())
         qBadAlloc(); // throws; nothing else can be wrong with a size that was checked
+    image.setDotsPerMeterX(bmp.dotsPerMeterX); // 0 leaves the screen's
+    image.setDotsPerMeterY(bmp.dotsPerMeterY);
     const auto convertRow = bmp.bytesPerPixel == 4 ? copyRow : widenRow;
     for (int y = 0; y < bmp.height; ++y) {
         auto *const target = reinterpret_cast<QRgb *>(image.scanLine(bmp.height - 1 - y));

@@ -3,6 +3,7 @@
 #include "render/card_template.h"
 
 #include <cstring>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,10 @@
 #include <QPixmap>
 #include <QtEndian>
 
+#include "tests/render/composed_card.h"
+#include "tests/render/picture_matchers.h"
 #include "tests/render/picture_resource.h"
+#include "tests/render/without_templates.h"
 #include "tests/support/expected_warning.h"
 
 namespace
@@ -29,6 +33,12 @@ void expectAsQtReadsIt(const char *path, QSize size)
     const QImage read(name);
     EXPECT_EQ(loaded.size(), size) << path;
     EXPECT_EQ(loaded.format(), read.format()) << path;
+    EXPECT_EQ(loaded.dotsPerMeterX(), read.dotsPerMeterX()) << path;
+    EXPECT_EQ(loaded.dotsPerMeterY(), read.dotsPerMeterY()) << path;
+    EXPECT_EQ(loaded.devicePixelRatioF(), read.devicePixelRatioF()) << path;
+    EXPECT_EQ(loaded.colorTable(), read.colorTable()) << path;
+    EXPECT_EQ(loaded.offset(), read.offset()) << path;
+    EXPECT_EQ(loaded.textKeys(), read.textKeys()) << path;
     EXPECT_EQ(loaded, read) << path;
     for (int y = 0; y < read.height(); ++y) // with the byte that holds no colour
         ASSERT_EQ(std::memcmp(loaded.constScanLine(y), read.constScanLine(y),
@@ -45,6 +55,8 @@ struct MadeBmp {
     int infoSize = 40;
     int compression = 0;
     int offset = 54;
+    int dotsPerMeterX = 0;
+    int dotsPerMeterY = 0;
 
     QByteArray file() const
     {
@@ -60,6 +72,8 @@ struct MadeBmp {
         put<quint16>(bytes, 26, 1);
         put<quint16>(bytes, 28, bits);
         put<quint32>(bytes, 30, compression);
+        put<quint32>(bytes, 38, dotsPerMeterX);
+        put<quint32>(bytes, 42, dotsPerMeterY);
         for (int i = 0; i < bytesPerRow * qAbs(height); ++i)
             bytes.append(static_cast<char>(i + 1));
         return bytes;
@@ -71,6 +85,9 @@ struct MadeBmp {
         qToLittleEndian(static_cast<Number>(number), bytes.data() + at);
     }
 };
+
+constexpr int DENSITIES[] = {
+    0, 1, 2834, 3937, -1, -2834, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
 
 /** Holds that a template with these bytes is what Qt makes of them. */
 void expectMadeAsQtReadsIt(const QByteArray &bytes, QSize size)
@@ -123,6 +140,53 @@ TEST(CardTemplate, PixelsFurtherBehindTheHeaders_AreFoundWhereTheFileTells)
     MadeBmp bmp;
     bmp.offset = 70;
     expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+}
+
+TEST(CardTemplate, PictureOfAnyDensity_IsAsQtReadsIt)
+{
+    for (const int bits : {24, 32})
+        for (const int dotsPerMeter : DENSITIES) {
+            MadeBmp bmp;
+            bmp.bits = bits;
+            bmp.dotsPerMeterX = dotsPerMeter;
+            bmp.dotsPerMeterY = 4000;
+            expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+            std::swap(bmp.dotsPerMeterX, bmp.dotsPerMeterY);
+            expectMadeAsQtReadsIt(bmp.file(), QSize(5, 3));
+        }
+}
+
+TEST(CardTemplate, Density_ReachesThePicture)
+{
+    constexpr int DOTS_PER_METER = 2834;
+    const WithoutTemplates none;
+    for (const CardSide &side : cardSides()) {
+        MadeBmp bmp;
+        bmp.dotsPerMeterX = bmp.dotsPerMeterY = DOTS_PER_METER;
+        const PictureResource card(bmp.file(), QString::fromLatin1(side.templatePath));
+        const QImage picture = decodedPicture(side.make(QByteArray()));
+        // A JPEG file tells it in whole dots per inch.
+        EXPECT_NEAR(picture.dotsPerMeterX(), DOTS_PER_METER, 1) << side.name;
+        EXPECT_NEAR(picture.dotsPerMeterY(), DOTS_PER_METER, 1) << side.name;
+    }
+}
+
+TEST(CardTemplate, AnyOtherPictureInTheBundlesPlace_IsPaintedAsQtPaintsOnIt)
+{
+    const WithoutTemplates none;
+    for (const CardSide &side : cardSides())
+        for (const int bits : {16, 24, 32})
+            for (const int dotsPerMeter : DENSITIES) {
+                MadeBmp bmp;
+                bmp.width = 300;
+                bmp.height = 200;
+                bmp.bits = bits;
+                bmp.dotsPerMeterX = dotsPerMeter;
+                bmp.dotsPerMeterY = 4000;
+                const PictureResource card(bmp.file(), QString::fromLatin1(side.templatePath));
+                EXPECT_TRUE(side.make(QByteArray()) == composed(side, textsOf(side), QPixmap()))
+                    << side.name << ", " << bits << " bits, " << dotsPerMeter << " dots";
+            }
 }
 
 TEST(CardTemplate, PictureFromTheTop_IsLeftToQt)

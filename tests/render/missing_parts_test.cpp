@@ -4,6 +4,7 @@
 #include "render/makecardimg.h"
 #include "tests/render/picture_matchers.h"
 #include "tests/render/sample_photo.h"
+#include "tests/render/without_templates.h"
 #include "tests/support/expected_warning.h"
 #include "tests/support/message_log.h"
 
@@ -22,21 +23,8 @@
 #include <QImage>
 #include <QtEndian>
 
-int qInitResources_thisapp();
-int qCleanupResources_thisapp();
-
 namespace
 {
-
-/** The library without its templates, while it lives. */
-class WithoutTemplates
-{
-public:
-    WithoutTemplates() { EXPECT_EQ(qCleanupResources_thisapp(), 1); }
-    ~WithoutTemplates() { EXPECT_EQ(qInitResources_thisapp(), 1); }
-    WithoutTemplates(const WithoutTemplates &) = delete;
-    WithoutTemplates &operator=(const WithoutTemplates &) = delete;
-};
 
 /** All pictures of one set of records that carry `photo`. */
 QStringList allPictures(const QByteArray &photo)

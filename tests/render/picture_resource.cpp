@@ -8,8 +8,6 @@
 namespace
 {
 
-constexpr const char *NAME = "made.bmp";
-
 template <typename Number>
 void append(QByteArray &bytes, Number number)
 {
@@ -67,19 +65,20 @@ QByteArray bundleOf(const QString &name, const QByteArray &content)
 
 } // namespace
 
-PictureResource::PictureResource(const QByteArray &content)
-    : m_bundle(bundleOf(QString::fromLatin1(NAME), content))
+PictureResource::PictureResource(const QByteArray &content, const QString &path)
+    : m_path(path), m_bundle(bundleOf(path.mid(path.lastIndexOf('/') + 1), content))
 {
-    EXPECT_TRUE(QResource::registerResource(reinterpret_cast<const uchar *>(m_bundle.constData())));
+    EXPECT_TRUE(QResource::registerResource(reinterpret_cast<const uchar *>(m_bundle.constData()),
+                                            folder()));
 }
 
 PictureResource::~PictureResource()
 {
-    EXPECT_TRUE(
-        QResource::unregisterResource(reinterpret_cast<const uchar *>(m_bundle.constData())));
+    EXPECT_TRUE(QResource::unregisterResource(reinterpret_cast<const uchar *>(m_bundle.constData()),
+                                              folder()));
 }
 
-QString PictureResource::path()
+QString PictureResource::folder() const
 {
-    return QLatin1String(":/") + QLatin1String(NAME);
+    return m_path.mid(1, m_path.lastIndexOf('/') - 1); // without the colon
 }

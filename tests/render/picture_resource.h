@@ -8,14 +8,18 @@
 class PictureResource
 {
 public:
-    /** Makes `content` the resource `path()`. */
-    explicit PictureResource(const QByteArray &content);
+    /** Makes `content` the resource `path()`, whose folder and name begin with ":/". */
+    explicit PictureResource(const QByteArray &content,
+                             const QString &path = QStringLiteral(":/made.bmp"));
     ~PictureResource();
     PictureResource(const PictureResource &) = delete;
     PictureResource &operator=(const PictureResource &) = delete;
 
-    static QString path();
+    const QString &path() const { return m_path; }
 
 private:
+    QString folder() const;
+
+    QString m_path;
     QByteArray m_bundle;
 };
