@@ -27,6 +27,32 @@ QFont cardFont(const QString &family, int pt)
     return font;
 }
 
+struct JpegFile {
+    QByteArray bytes; ///< none when it could not be made
+    bool hasFailed;   ///< although there is a plug-in for it
+};
+
+JpegFile jpegFile(const QPixmap &pix)
+{
+    JpegFile file{};
+    QBuffer buffer(&file.bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "JPG");
+    if (!writer.write(pix.toImage())) {
+        file.bytes.clear();
+        file.hasFailed = writer.error() != QImageWriter::UnsupportedFormatError;
+    }
+    return file;
+}
+
+/** Throws std::bad_alloc unless there is as much memory as saving the picture can take. */
+void demandMemoryFor(const QPixmap &pix)
+{
+    constexpr QSize LEAST(512, 512); // what the writer takes for the smallest is less
+    if (QImage(pix.size().expandedTo(LEAST), QImage::Format_RGB32).isNull())
+        qBadAlloc(); // throws
+}
+
 } // namespace
 
 Tools::Tools() = default;
@@ -146,14 +172,14 @@ QString Tools::convertPixmapToBase64ViaJpg(const QPixmap &pix)
 {
     if (pix.isNull())
         return {};
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "JPG");
-    // A picture that is there can only be lost to a missing plug-in or to memory running out.
-    if (!writer.write(pix.toImage()) && writer.error() != QImageWriter::UnsupportedFormatError)
-        qBadAlloc(); // throws
-    return QString::fromLatin1(bytes.toBase64());
+    JpegFile file = jpegFile(pix);
+    if (file.hasFailed) {
+        // Qt's writer does not tell a lack of memory from a picture that it cannot take. After the
+        // former there is either still too little, or the picture is saved by now.
+        demandMemoryFor(pix);
+        file = jpegFile(pix);
+    }
+    return QString::fromLatin1(file.bytes.toBase64());
 }
 
 std::string Tools::convertNationCodeToName(std::string code)

@@ -84,6 +84,8 @@ QStringList complaintsAboutRead(const Card &card, int result, const Reading &rea
     if (result != IDCARD_RESULT_OK &&
         reading.back != "back before") // the last thing that a read writes
         complaints << QStringLiteral("the back is there in spite of a failure");
+    if (result == IDCARD_RESULT_OK && (reading.front.empty() || reading.back.empty()))
+        complaints << QStringLiteral("a picture is missing in spite of a success");
     return complaints;
 }
 

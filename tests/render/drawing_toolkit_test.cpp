@@ -2,6 +2,7 @@
 
 #include "render/tools.h"
 #include "tests/render/picture_matchers.h"
+#include "tests/support/expected_warning.h"
 #include "tests/support/gui_environment.h"
 
 #include <gmock/gmock.h>
@@ -217,4 +218,23 @@ TEST(JpegText, Picture_IsBase64OfAJpegFileOfDefaultQuality)
 TEST(JpegText, NullPixmap_GivesEmptyText)
 {
     EXPECT_EQ(Tools::convertPixmapToBase64ViaJpg(QPixmap()), QString());
+}
+
+TEST(JpegText, PictureOfMoreThan65500PixelsOnASide_GivesEmptyText)
+{
+    for (const QSize size : {QSize(65501, 1), QSize(1, 65501)}) {
+        const ExpectedWarning tooLarge("Maximum supported image dimension is 65500 pixels");
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::white);
+        EXPECT_EQ(Tools::convertPixmapToBase64ViaJpg(pixmap), QString());
+    }
+}
+
+TEST(JpegText, PictureOf65500PixelsOnASide_IsSaved)
+{
+    for (const QSize size : {QSize(65500, 1), QSize(1, 65500)}) {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::white);
+        EXPECT_EQ(decodedPicture(Tools::convertPixmapToBase64ViaJpg(pixmap)).size(), size);
+    }
 }
