@@ -38,8 +38,8 @@ IDCARD_READER_EXPORT int idcard_simulator_put_card(const char *card, char *messa
 
 /**
  * As `idcard_simulator_put_card`, for a card that shall only be looked at: its description's faults
- * do not count, and its photo is delivered as a BMP file whatever the description says. Faults that
- * are set beside it count all the same.
+ * do not count, and a photo that it has compressed is delivered as a BMP file. Faults that are set
+ * beside it count all the same.
  */
 IDCARD_READER_EXPORT int idcard_simulator_put_plain_card(const char *card, char *message,
                                                          unsigned int messageSize);

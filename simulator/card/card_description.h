@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 
+#include <QByteArray>
 #include <QString>
 
 #include "simulator/card/faults.h"
@@ -18,7 +19,7 @@ enum class CardKind { Resident, Hmt, Foreign2017, ForeignNew };
 constexpr int CARD_KIND_COUNT = 4;
 
 /** How the makers' library delivers the photo. */
-enum class PhotoDelivery { BmpFile, Compressed };
+enum class PhotoDelivery { BmpFile, Compressed, OwnFile };
 
 /** What the makers' library fills the rest of a text field with. */
 enum class Padding { Zeros, Spaces };
@@ -45,6 +46,8 @@ struct CardDescription {
     QString cardExtra; ///< the two characters that follow the sex on a new foreign card
     int fingerprints = 0;
     PhotoDelivery photoDelivery = PhotoDelivery::BmpFile;
+    QString photoFile;                      ///< name of the own file
+    QByteArray photoFileData;               ///< its content; empty until the file is loaded
     std::optional<std::uint32_t> photoSeed; ///< what the portrait looks like; else from `idNumber`
     Padding padding = Padding::Zeros;
     Faults faults;

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "common/card_records.h"
+
 // At global scope: the macro declares a function of the generated code.
 static void registerCards()
 {
@@ -34,21 +36,53 @@ QString unknownCard()
         .arg(builtInCardNames().join(QStringLiteral(", ")));
 }
 
+// The content of a file, and one byte at most of what it has beyond `most`; null, and `problem`
+// told, when it cannot be read.
+QByteArray contentOf(const QString &path, int most, QString *problem)
+{
+    // A pipe or a device could keep the reader waiting for ever.
+    if (!QFileInfo(path).isFile()) {
+        *problem = QStringLiteral("is not a regular file");
+        return {};
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("cannot be read: %1").arg(file.errorString());
+        return {};
+    }
+    return file.read(most + 1);
+}
+
+// Loads the photo's own file, which lies in `folder`; false, and `problem` told, when it cannot be.
+bool loadPhotoFile(CardDescription *card, const QString &folder, QString *problem)
+{
+    constexpr int LARGEST = int{IDCARD_PHOTO_SIZE};
+    card->photoFileData = contentOf(folder + QLatin1Char('/') + card->photoFile, LARGEST, problem);
+    if (problem->isEmpty() && card->photoFileData.size() > LARGEST) {
+        *problem = QStringLiteral("is larger than a photo may be (%1 bytes)").arg(LARGEST);
+    }
+    if (problem->isEmpty()) {
+        return true;
+    }
+    *problem = QStringLiteral("\"%1\" ").arg(card->photoFile) + *problem;
+    return false;
+}
+
 std::optional<CardDescription> loadFile(const QString &path, const QString &shownName,
                                         DescriptionError *error)
 {
     *error = {shownName, {}, {}};
-    // A pipe or a device could keep the reader waiting for ever.
-    if (!QFileInfo(path).isFile()) {
-        error->reason = QStringLiteral("is not a regular file");
+    const QByteArray json = contentOf(path, LARGEST_DESCRIPTION, &error->reason);
+    if (!error->reason.isEmpty()) {
         return std::nullopt;
     }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error->reason = QStringLiteral("cannot be read: %1").arg(file.errorString());
+    std::optional<CardDescription> card = readDescription(json, shownName, error);
+    if (card && card->photoDelivery == PhotoDelivery::OwnFile &&
+        !loadPhotoFile(&*card, QFileInfo(path).path(), &error->reason)) {
+        error->key = QStringLiteral("photo.file");
         return std::nullopt;
     }
-    return readDescription(file.read(LARGEST_DESCRIPTION + 1), shownName, error);
+    return card;
 }
 
 } // namespace
@@ -56,7 +90,7 @@ std::optional<CardDescription> loadFile(const QString &path, const QString &show
 QStringList builtInCardNames()
 {
     QStringList names;
-    const QStringList files = QDir(cardFolder()).entryList(QDir::Files);
+    const QStringList files = QDir(cardFolder()).entryList({QStringLiteral("*.json")}, QDir::Files);
     for (const QString &file : files) {
         names << QFileInfo(file).completeBaseName();
     }

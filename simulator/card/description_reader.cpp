@@ -3,6 +3,7 @@
 
 #include "simulator/card/description_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <limits>
@@ -140,12 +141,33 @@ QString readPadding(CardDescription *card, const QJsonValue &value, QString * /*
                              &card->padding);
 }
 
+// The name of a file that lies beside the description.
+QString readFileName(const QJsonValue &value, QString *result)
+{
+    if (!value.isString()) {
+        return wrongType("a text", value);
+    }
+    *result = value.toString();
+    const bool isName =
+        !result->isEmpty() && std::all_of(result->cbegin(), result->cend(), [](QChar character) {
+            return character.isPrint() && character != QLatin1Char('/');
+        });
+    return isName
+               ? QString()
+               : quoted(*result) + QStringLiteral(" is not the name of a file in the same folder");
+}
+
 QString readPhotoPart(CardDescription *card, const QString &part, const QJsonValue &value)
 {
     if (part == QLatin1String("delivery")) {
-        return readWord<PhotoDelivery>(
-            value, {{"bmp", PhotoDelivery::BmpFile}, {"compressed", PhotoDelivery::Compressed}},
-            &card->photoDelivery);
+        return readWord<PhotoDelivery>(value,
+                                       {{"bmp", PhotoDelivery::BmpFile},
+                                        {"compressed", PhotoDelivery::Compressed},
+                                        {"file", PhotoDelivery::OwnFile}},
+                                       &card->photoDelivery);
+    }
+    if (part == QLatin1String("file")) {
+        return readFileName(value, &card->photoFile);
     }
     if (part == QLatin1String("seed")) {
         double seed = 0;
@@ -153,7 +175,7 @@ QString readPhotoPart(CardDescription *card, const QString &part, const QJsonVal
         card->photoSeed = static_cast<std::uint32_t>(seed);
         return problem;
     }
-    return QStringLiteral("is not a known key; keys of a photo: delivery, seed");
+    return QStringLiteral("is not a known key; keys of a photo: delivery, file, seed");
 }
 
 QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
@@ -172,6 +194,12 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
             *part = it.key();
             return problem;
         }
+    }
+    const bool needsFile = card->photoDelivery == PhotoDelivery::OwnFile;
+    if (needsFile == card->photoFile.isEmpty()) {
+        *part = QStringLiteral("file");
+        return needsFile ? QStringLiteral("is missing")
+                         : QStringLiteral("goes with the delivery \"file\" alone");
     }
     return {};
 }

@@ -25,7 +25,10 @@ struct DescriptionError {
     [[nodiscard]] QString message() const;
 };
 
-/** The card that `json` describes; nothing, and `error` told, when it is no card's description. */
+/**
+ * The card that `json` describes, without the content of its photo's own file; nothing, and `error`
+ * told, when it is no card's description.
+ */
 std::optional<CardDescription> readDescription(const QByteArray &json, const QString &file,
                                                DescriptionError *error);
 

@@ -45,7 +45,9 @@ bool CardSlot::putCard(const QString &nameOrPath, PutAs as, QString *problem)
     }
     if (as == PutAs::Plain) {
         card->faults = {};
-        card->photoDelivery = PhotoDelivery::BmpFile;
+        if (card->photoDelivery == PhotoDelivery::Compressed) {
+            card->photoDelivery = PhotoDelivery::BmpFile;
+        }
     }
     place(*card);
     m_cardDecidedByCall = true;

@@ -14,7 +14,7 @@ namespace simulator
 
 enum class PutAs {
     Described,
-    Plain, ///< without the faults of its description, the photo delivered as a BMP file
+    Plain, ///< without the faults of its description, a compressed photo delivered as a BMP file
 };
 
 /**

@@ -31,8 +31,15 @@ QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
     if (faults.photoUndecodable) {
         return undecodablePhoto(card);
     }
-    return card.photoDelivery == PhotoDelivery::Compressed ? compressedPhoto(card)
-                                                           : photoBmpFile(card);
+    switch (card.photoDelivery) {
+    case PhotoDelivery::BmpFile:
+        break;
+    case PhotoDelivery::Compressed:
+        return compressedPhoto(card);
+    case PhotoDelivery::OwnFile: // told to be as long as a photo's BMP file, however short it is
+        return card.photoFileData.leftJustified(int{IDCARD_PHOTO_SIZE}, '\0');
+    }
+    return photoBmpFile(card);
 }
 
 void deliver(const CardDescription &card, const Faults &faults, const VendorReadTarget &target)

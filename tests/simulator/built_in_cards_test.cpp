@@ -175,6 +175,9 @@ TEST(BuiltInCards, together_coverKindsDeliveriesPaddingsAndFingerprints)
         wanted.insert({kind, PhotoDelivery::BmpFile});
         wanted.insert({kind, PhotoDelivery::Compressed});
     }
+    for (const CardKind kind : {CardKind::Resident, CardKind::Hmt, CardKind::ForeignNew}) {
+        wanted.insert({kind, PhotoDelivery::OwnFile});
+    }
     EXPECT_EQ(
         collected([](const CardDescription &card) { return Case(card.kind, card.photoDelivery); }),
         wanted);

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QByteArray>
+#include <QFile>
+
 #include "common/card_records.h"
 #include "common/closed_functions.h"
 #include "simulator/reader/vendor_reader.h"
@@ -60,6 +63,21 @@ TEST_F(SimulatedReader, photoDeliveredCompressed_leavesTheRestOfTheAreaAlone)
     const ReadAnswer answer = readOnce();
     EXPECT_EQ(answer.photoLength, IDCARD_COMPRESSED_PHOTO_SIZE);
     EXPECT_EQ(answer.photo[IDCARD_COMPRESSED_PHOTO_SIZE], 0xEE);
+}
+
+TEST_F(SimulatedReader, photoDeliveredAsItsOwnFile_isTheFileAndZeros)
+{
+    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/foreign-new-photo-jpeg.jpg"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray jpeg = file.readAll();
+    const QByteArray area = jpeg.leftJustified(int{IDCARD_PHOTO_SIZE}, '\0');
+    put("foreign-new-photo-jpeg");
+    ReadAnswer answer = readOnce();
+    EXPECT_EQ(answer.photoLength, IDCARD_PHOTO_SIZE);
+    EXPECT_EQ(std::memcmp(answer.photo.data(), area.constData(), IDCARD_PHOTO_SIZE), 0);
+    ASSERT_EQ(idcard_simulator_put_plain_card("foreign-new-photo-jpeg", nullptr, 0), 0);
+    answer = readOnce();
+    EXPECT_EQ(std::memcmp(answer.photo.data(), area.constData(), IDCARD_PHOTO_SIZE), 0);
 }
 
 TEST_F(SimulatedReader, fingerprints_areAsManyAsDescribedAndEachItsOwn)
@@ -186,7 +204,7 @@ TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
     EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
 }
 
-TEST_F(SimulatedReader, putPlainCard_deliversTheSameCardWithItsPhotoAsBmp)
+TEST_F(SimulatedReader, putPlainCard_deliversTheSameCardWithItsCompressedPhotoAsBmp)
 {
     put("hmt-macao");
     const ReadAnswer described = readOnce();

@@ -63,6 +63,32 @@ struct WrongText {
     const char *message;
 };
 
+/** A description in a folder of its own, with a photo that is a file of its own. */
+class OwnPhoto
+{
+public:
+    explicit OwnPhoto(const QByteArray &photo)
+    {
+        const QJsonObject file{{QStringLiteral("delivery"), QStringLiteral("file")},
+                               {QStringLiteral("file"), QStringLiteral("photo.jpg")}};
+        write(path(), withKey("resident", "photo", file));
+        write(photoPath(), photo);
+    }
+
+    QString path() const { return m_folder.filePath(QStringLiteral("my.json")); }
+    QString photoPath() const { return m_folder.filePath(QStringLiteral("photo.jpg")); }
+
+private:
+    static void write(const QString &path, const QByteArray &content)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+    }
+
+    QTemporaryDir m_folder;
+};
+
 class DescriptionTexts : public testing::TestWithParam<WrongText>
 {
 };
@@ -216,15 +242,45 @@ TEST(Description, wrongPartOfPhoto_isRefusedByItsOwnName)
               R"(my.json: "photo.delivery": is missing)");
     EXPECT_EQ(refusalOf("resident", "photo",
                         QJsonObject{{QStringLiteral("delivery"), QStringLiteral("png")}}),
-              R"(my.json: "photo.delivery": "png" is none of bmp, compressed)");
+              R"(my.json: "photo.delivery": "png" is none of bmp, compressed, file)");
     EXPECT_EQ(refusalOf("resident", "photo",
                         QJsonObject{{QStringLiteral("delivery"), QStringLiteral("bmp")},
                                     {QStringLiteral("seed"), 4294967296.0}}),
               R"(my.json: "photo.seed": 4294967296 is not a whole number from 0 to 4294967295)");
+    EXPECT_EQ(
+        refusalOf("resident", "photo",
+                  QJsonObject{{QStringLiteral("delivery"), QStringLiteral("bmp")},
+                              {QStringLiteral("size"), QStringLiteral("x")}}),
+        R"(my.json: "photo.size": is not a known key; keys of a photo: delivery, file, seed)");
+}
+
+TEST(Description, photosOwnFile_isNamedWhereItIsDeliveredAndNowhereElse)
+{
+    const auto photo = [](const char *delivery, const QJsonValue &file) {
+        return QJsonObject{{QStringLiteral("delivery"), QLatin1String(delivery)},
+                           {QStringLiteral("file"), file}};
+    };
+    EXPECT_EQ(
+        accepted(withKey("resident", "photo", photo("file", QStringLiteral("my.jpg")))).photoFile,
+        QStringLiteral("my.jpg"));
     EXPECT_EQ(refusalOf("resident", "photo",
-                        QJsonObject{{QStringLiteral("delivery"), QStringLiteral("bmp")},
-                                    {QStringLiteral("file"), QStringLiteral("x")}}),
-              R"(my.json: "photo.file": is not a known key; keys of a photo: delivery, seed)");
+                        QJsonObject{{QStringLiteral("delivery"), QStringLiteral("file")}}),
+              R"(my.json: "photo.file": is missing)");
+    EXPECT_EQ(refusalOf("resident", "photo", photo("bmp", QStringLiteral("my.jpg"))),
+              R"(my.json: "photo.file": goes with the delivery "file" alone)");
+    EXPECT_EQ(refusalOf("resident", "photo", photo("file", 7)),
+              R"(my.json: "photo.file": must be a text, not a number)");
+}
+
+TEST(Description, photosFileThatIsNoNameInTheFolder_isRefused)
+{
+    for (const char *name : {"", "/etc/passwd", "../my.jpg", "a\nb"}) {
+        const QJsonObject photo{{QStringLiteral("delivery"), QStringLiteral("file")},
+                                {QStringLiteral("file"), QLatin1String(name)}};
+        EXPECT_THAT(refusalOf("resident", "photo", photo),
+                    testing::EndsWith("is not the name of a file in the same folder"))
+            << name;
+    }
 }
 
 TEST(Description, wrongFault_isRefusedWithTheVocabulary)
@@ -321,6 +377,39 @@ TEST(CardLibrary, pathOfAFile_isLoaded)
         loadCard(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json"), &error);
     ASSERT_TRUE(card) << error.message().toStdString();
     EXPECT_EQ(card->kind, CardKind::Hmt);
+}
+
+TEST(CardLibrary, photosOwnFile_isLoadedFromTheFolderOfTheDescription)
+{
+    const OwnPhoto card(QByteArray("what it is does not matter"));
+    DescriptionError error;
+    const auto loaded = loadCard(card.path(), &error);
+    ASSERT_TRUE(loaded) << error.message().toStdString();
+    EXPECT_EQ(loaded->photoFileData, QByteArray("what it is does not matter"));
+}
+
+TEST(CardLibrary, photosOwnFileOfTheLargestSize_isLoadedAndOneByteMoreRefused)
+{
+    constexpr int LARGEST = 38862;
+    DescriptionError error;
+    const OwnPhoto largest(QByteArray(LARGEST, 'x'));
+    EXPECT_TRUE(loadCard(largest.path(), &error)) << error.message().toStdString();
+    const OwnPhoto larger(QByteArray(LARGEST + 1, 'x'));
+    EXPECT_FALSE(loadCard(larger.path(), &error));
+    EXPECT_EQ(error.message(),
+              larger.path() +
+                  QStringLiteral(R"(: "photo.file": "photo.jpg" is larger than a photo may )"
+                                 "be (38862 bytes)"));
+}
+
+TEST(CardLibrary, photosOwnFileThatIsNotThere_isRefused)
+{
+    const OwnPhoto card((QByteArray()));
+    QFile::remove(card.photoPath());
+    DescriptionError error;
+    EXPECT_FALSE(loadCard(card.path(), &error));
+    EXPECT_EQ(error.message(),
+              card.path() + QStringLiteral(R"(: "photo.file": "photo.jpg" is not a regular file)"));
 }
 
 TEST(CardLibrary, unknownName_isRefusedWithTheBuiltInNames)

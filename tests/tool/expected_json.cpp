@@ -33,6 +33,19 @@ constexpr CutField CUT_FIELDS[] = {{"name", 31},
                                    {"address", 101},
                                    {"issuingAuthority", 31}};
 
+const char *photoFormat(const simulator::CardDescription &card)
+{
+    switch (card.photoDelivery) {
+    case simulator::PhotoDelivery::BmpFile:
+        break;
+    case simulator::PhotoDelivery::Compressed:
+        return "compressed";
+    case simulator::PhotoDelivery::OwnFile: // of photos in unusual forms only this one is known
+        return card.photoFile == QLatin1String("resident-photo-top-down.bmp") ? "bmp" : "unknown";
+    }
+    return "bmp";
+}
+
 } // namespace
 
 QJsonObject expectedOfRead(const simulator::CardDescription &card)
@@ -48,8 +61,7 @@ QJsonObject expectedOfRead(const simulator::CardDescription &card)
                      {"idNumber", card.idNumber},
                      {"validFrom", card.validFrom},
                      {"validTo", card.validTo}};
-    const bool isBmp = card.photoDelivery == simulator::PhotoDelivery::BmpFile;
-    json["photo"] = QJsonObject{{"format", isBmp ? "bmp" : "compressed"}, {"file", QJsonValue()}};
+    json["photo"] = QJsonObject{{"format", photoFormat(card)}, {"file", QJsonValue()}};
     for (const char *picture : {"frontPicture", "backPicture"}) {
         json.insert(QLatin1String(picture),
                     QJsonObject{{"format", "jpeg"}, {"file", QJsonValue()}});
