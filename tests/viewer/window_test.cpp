@@ -97,13 +97,18 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
     EXPECT_EQ(rows("history").value(0).section('\t', 1, 1), field("Kind"));
 
     const app::CardPointer shown = cardOfHistory(0);
-    QImage photo;
-    ASSERT_TRUE(photo.loadFromData(shown->photo()));
     const auto scaled = [](const QImage &image, const QImage &like) {
         return image.scaled(like.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     };
     constexpr double ALIKE = 12; // of 255, for two ways of scaling
-    EXPECT_LT(difference(picture("photo"), scaled(photo, picture("photo"))), ALIKE);
+    QImage photo;
+    if (shown->photoFormat() == app::PhotoFormat::Unknown) {
+        EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
+                  "The reader delivered the photo in a form that is not known");
+    } else {
+        ASSERT_TRUE(photo.loadFromData(shown->photo()));
+        EXPECT_LT(difference(picture("photo"), scaled(photo, picture("photo"))), ALIKE);
+    }
     for (const auto &[side, view] :
          {std::pair(app::CardSide::Front, "front"), std::pair(app::CardSide::Back, "back")}) {
         QImage image;
