@@ -16,6 +16,7 @@
 #include <QtPlugin>
 
 #include "common/card_records.h"
+#include "render/card_photo.h"
 #include "tests/render/composed_card.h"
 #include "tests/render/sizeless_plugin.h"
 #include "tests/support/message_log.h"
@@ -145,6 +146,30 @@ TEST_F(PhotoEncodings, WhatABmpLacks_IsBlackAndNotWhatMemoryHeldBefore)
         expectPainted(area, photo, name.toStdString());
         mallopt(M_PERTURB, 0);
     }
+}
+
+TEST_F(PhotoEncodings, BmpWithAnyOtherByteInItsHeaders_IsPaintedWhenQtReadsIt)
+{
+    int refused = 0;
+    for (const char *name : {"1-bit", "4-bits-rle", "8-bits", "8-bits-rle", "24-bits", "32-bits"}) {
+        const QByteArray file = contentOf(FOLDER + QStringLiteral("bmp-%1.bmp").arg(name));
+        for (int at = 0; at < 54; ++at) {
+            if (at >= 18 && at < 26) // width and height, with which Qt needs any amount of memory
+                continue;
+            for (const char byte : {'\x00', '\x01', '\x0c', '\x7f', '\x80', '\xff'}) {
+                QByteArray area = photoArea(file);
+                area[at] = byte;
+                unsigned char photo[IDCARD_PHOTO_SIZE];
+                std::copy(area.begin(), area.end(), photo);
+                const QPixmap fitted = fittedPhoto(photo, PhotoBackground::TRANSPARENT, {9, 9});
+                const bool isRefused = asQtReadsIt(area).isNull();
+                EXPECT_EQ(fitted.isNull(), isRefused)
+                    << name << ", byte " << at << " is " << int{byte};
+                refused += isRefused ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(refused, 100);
 }
 
 TEST_F(PhotoEncodings, EncodingThatAnnouncesNoSize_IsPaintedAsQtReadsIt)
