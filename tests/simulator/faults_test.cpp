@@ -277,10 +277,13 @@ TEST(Faults, unknownFaultForTheMakersLibrary_isRefusedWithItsFaultsAlone)
     EXPECT_THAT(message, testing::Not(HasSubstr("E: lookup")));
 }
 
-TEST(Faults, exampleOfEveryFault_isTaken)
+TEST(Faults, exampleOfEveryFault_isTakenAndItsNumberIsOne)
 {
     for (const FaultRule &rule : faultRules()) {
         QString reason;
+        if (rule.argument == simulator::FaultArgument::Number) {
+            EXPECT_THAT(faultExample(rule).toStdString(), testing::EndsWith("=1"));
+        }
         EXPECT_TRUE(parseFaults(faultExample(rule), Road::Usb, &reason)) << reason.toStdString();
     }
 }

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <regex>
 
 #include <gmock/gmock.h>
 
@@ -136,6 +140,24 @@ TEST_F(ReaderFaults, countsOfSettingAndCard_addUp)
         EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
     }
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+}
+
+TEST_F(ReaderFaults, countOfTheSetting_isUsedUpBeforeThatOfTheCard)
+{
+    std::ifstream source(IDCARD_SOURCE_DIR "/simulator/cards/resident-transient-failures.json");
+    const std::string card(std::istreambuf_iterator<char>(source), {});
+    const std::string path = testing::TempDir() + "counted-faults.json";
+    for (const auto &[fault, code] : {std::pair("no-card=1", int(VendorCode::VENDOR_NO_CARD)),
+                                      std::pair("transient-failures=1", int(KVO_READ_AGAIN))}) {
+        std::ofstream(path) << std::regex_replace(card, std::regex("transient-failures=2"), fault);
+        put(path.c_str());
+        set(fault);
+        EXPECT_EQ(readOnce().code, code);
+        put(path.c_str());
+        EXPECT_EQ(readOnce().code, code);
+        EXPECT_EQ(readOnce().code, KVO_SUCCESS) << fault;
+    }
+    std::remove(path.c_str());
 }
 
 TEST_F(ReaderFaults, readFails_answersItsCodeAndWritesNothing)

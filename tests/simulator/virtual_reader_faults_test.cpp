@@ -346,11 +346,14 @@ TEST(VirtualReaderFault, faultsOfTextAndPhoto_areInTheAnswer)
     EXPECT_NE(answer.mid(272, 1024), right.mid(272, 1024));
 }
 
-TEST(VirtualReaderFault, faultOfTheCardsDescription_countsAsThoseSetBesideIt)
+TEST(VirtualReaderFault, faultOfTheCardsDescription_countsAsThoseSetBesideItAndGoesWithTheCard)
 {
-    ReaderOnUsb reader("resident-transient-failures");
+    ReaderOnUsb reader("resident-transient-failures", "delay-ms=3");
     reader.selectCard();
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
+    reader->slot().takeCard();
+    EXPECT_FALSE(reader->slot().faults().transientFailures);
+    EXPECT_EQ(reader->slot().faults().delayMs, 3);
 }
 
 TEST(VirtualReaderFault, environment_countsWhenItIsFollowed)
