@@ -336,6 +336,28 @@ TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
         EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr(option));
 }
 
+TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
+{
+    const struct {
+        const char *locale;
+        const char *languages;
+        bool isChinese;
+    } users[] = {{"zh_CN.UTF-8", "", true},
+                 {"en_US.UTF-8", "", false},
+                 {"en_US.UTF-8", "zh_CN:en", true},
+                 {"zh_CN.UTF-8", "en_US:zh_CN", false},
+                 {"fr_FR.UTF-8", "fr", false}};
+    for (const auto &user : users) {
+        const ProcessInput input =
+            withEnvironment({{"LC_ALL", user.locale}, {"LANGUAGE", user.languages}});
+        const QString help =
+            QString::fromUtf8(runProcess("idcard-viewer", {"--help"}, input).standardOutput);
+        EXPECT_EQ(help.contains(QStringLiteral("遮盖姓名")), user.isChinese)
+            << user.locale << ' ' << user.languages;
+        EXPECT_EQ(help.contains("Read each new card."), !user.isChinese);
+    }
+}
+
 TEST_F(Program, Version_IsTheProgramsAndTheLibrarys)
 {
     EXPECT_THAT(run({"--version"}).standardOutput.toStdString(),
