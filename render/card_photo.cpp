@@ -29,37 +29,16 @@ bool isAffordable(QSize size, QImage::Format format)
     return pixels <= MOST_PHOTO_MEMORY * 8 / bits;
 }
 
-QByteArray embeddedPng(const QByteArray &icon)
+/** The size of what Qt's plug-in makes room for, as far as it can be known before. */
+QSize neededSize(const QImageReader &reader, const QByteArray &format, const QByteArray &bytes)
 {
-    constexpr int OFFSET_AT = 18; // of the first picture
-    const auto offset = qFromLittleEndian<quint32>(icon.constData() + OFFSET_AT);
-    if (offset >= static_cast<quint32>(icon.size()))
-        return {};
-    const QByteArray picture = icon.mid(static_cast<int>(offset));
-    return picture.startsWith("\x89PNG\r\n\x1a\n") ? picture : QByteArray();
-}
-
-/** Whether what `reader` is about to read is, as far as `bytes` tell. */
-bool isAffordable(const QImageReader &reader, const QByteArray &bytes)
-{
-    if (!isAffordable(reader.size(), reader.imageFormat()))
-        return false;
-    const QByteArray format = reader.format();
-    if (format == "gif") { // announces its first picture, which can be a small part of its canvas
-        constexpr int CANVAS_AT = 6;
-        const auto *const canvas = bytes.constData() + CANVAS_AT;
-        return isAffordable({qFromLittleEndian<quint16>(canvas),
-                             qFromLittleEndian<quint16>(canvas + sizeof(quint16))},
-                            QImage::Format_ARGB32);
-    }
-    if (format == "ico") { // announces what its directory says, not the PNG in it
-        QByteArray png = embeddedPng(bytes);
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::ReadOnly);
-        const QImageReader pngReader(&buffer, "png");
-        return png.isEmpty() || isAffordable(pngReader.size(), pngReader.imageFormat());
-    }
-    return true;
+    if (format != "gif")
+        return reader.size();
+    // Announced is the first of its pictures, which can be a small part of the canvas.
+    constexpr int CANVAS_AT = 6;
+    const auto *const canvas = bytes.constData() + CANVAS_AT;
+    return reader.size().expandedTo(
+        {qFromLittleEndian<quint16>(canvas), qFromLittleEndian<quint16>(canvas + sizeof(quint16))});
 }
 
 /** A picture that is there; a null one lacked memory, and the card without it would be taken for
@@ -135,12 +114,13 @@ QImage readPicture(QByteArray bytes)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    if (!isAffordable(reader, bytes))
+    const QByteArray format = reader.format(); // the first, before anything is read
+    if (!isAffordable(neededSize(reader, format, bytes), reader.imageFormat()))
         return {};
-    if (reader.format() == "bmp")
+    if (format == "bmp")
         return readBmp(bytes, reader.size(), reader.imageFormat());
     const QImage image = reader.read();
-    // A plug-in that announces no size shows it only now.
+    // A plug-in that announces no size, or another, shows it only now.
     return isAffordable(image.size(), image.format()) ? image : QImage();
 }
 
