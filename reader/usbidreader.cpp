@@ -44,6 +44,10 @@ struct Device {
  * As it waits without limit, a cancelled thread is unwound out of libusb's own wait. The transfer
  * stays on the bus until the device is closed, for which the lock of that wait must be given back.
  * No other transfer may follow: it would hand this one back, to where the stack was.
+ *
+ * One gap is left: the first wait of a context begins with libusb emptying a descriptor of its own
+ * under a lock that nobody can give back. A cancellation in these microseconds lets the thread hang
+ * when it closes the device.
  */
 Transfer write(const Device &device, unsigned char pipe, unsigned char *data, int size)
 {

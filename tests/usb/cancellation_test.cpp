@@ -1,13 +1,17 @@
 // A thread that is cancelled while it reads over USB: it ends, the reader is given back, and the
 // process goes on reading.
 
+#include <atomic>
+#include <chrono>
 #include <cstdarg>
-#include <memory>
 #include <thread>
 
 #include <dlfcn.h>
 #include <pthread.h>
+// ioctl.h first: the kernel's header needs its macros.
 #include <sys/ioctl.h>
+
+#include <linux/usbdevice_fs.h>
 
 #include <gmock/gmock.h>
 
@@ -15,6 +19,9 @@
 #include "tests/support/cancelled_thread.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/usb_test.h"
+
+/** How often libusb, which waits, has asked whether a transfer has ended. */
+static std::atomic<int> asked = 0;
 
 // The kernel's ioctl is no place where a thread ends, and the emulated one would be: it asks
 // another thread.
@@ -30,6 +37,7 @@ extern "C" __attribute__((visibility("default"))) int ioctl(int descriptor, unsi
     int before = 0;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
     const int result = real(descriptor, request, argument);
+    asked += request == USBDEVFS_REAPURBNDELAY ? 1 : 0;
     pthread_setcancelstate(before, nullptr);
     return result;
 }
@@ -56,11 +64,9 @@ protected:
                             const std::function<void()> &work)
     {
         CancelledThread thread(work);
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (bus().calls(device).count(call) < count && std::chrono::steady_clock::now() < limit)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        EXPECT_EQ(bus().calls(device).count(call), count) << call.toStdString();
-        std::this_thread::sleep_for(std::chrono::milliseconds(20)); // it waits meanwhile
+        waitFor([&] { return bus().calls(device).count(call) == count; });
+        const int askedBefore = asked;
+        waitFor([askedBefore] { return asked > askedBefore; });
         thread.cancel();
         return thread.end();
     }
@@ -85,6 +91,14 @@ protected:
     }
 
 private:
+    static void waitFor(const std::function<bool()> &condition)
+    {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition() && std::chrono::steady_clock::now() < limit)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(condition());
+    }
+
     Lines m_laterLog;
 };
 
@@ -133,6 +147,9 @@ TEST_F(Cancellation, BlockThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 
 TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnObjectThatAnotherThreadDestroys)
 {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer misses what a thread unlocks while it is unwound";
+#endif
     ScriptedDevice &device = make();
     expectReady(device);
     device.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"), ended(UsbStatus::Pending));
@@ -238,7 +255,7 @@ TEST_F(Cancellation, WhileADeviceIsOpenedAndClosed_WaitsUntilThatIsDone)
 
 TEST_F(Cancellation, AtAnyMomentOfFetching_GivesTheReaderBack)
 {
-    constexpr int STEPS = 100;
+    constexpr int STEPS = 40;
     simulator::VirtualReader device;
     QString problem;
     ASSERT_TRUE(
