@@ -23,12 +23,12 @@ void *CancelledThread::run(void *self)
     return nullptr;
 }
 
-void CancelledThread::cancel()
+void CancelledThread::cancel() const
 {
     pthread_cancel(m_thread);
 }
 
-ThreadEnd CancelledThread::end(std::chrono::seconds limit)
+ThreadEnd CancelledThread::end(std::chrono::seconds limit) const
 {
     timespec deadline{};
     clock_gettime(CLOCK_REALTIME, &deadline);

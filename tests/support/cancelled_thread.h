@@ -23,10 +23,10 @@ public:
     CancelledThread &operator=(const CancelledThread &) = delete;
 
     /** Cancels it; it ends where the C library lets it. */
-    void cancel();
+    void cancel() const;
 
     /** Waits for its end, but not for ever: one that hangs is left alone. */
-    ThreadEnd end(std::chrono::seconds limit = std::chrono::seconds(30));
+    ThreadEnd end(std::chrono::seconds limit = std::chrono::seconds(30)) const;
 
 private:
     static void *run(void *self);

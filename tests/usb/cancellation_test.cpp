@@ -25,6 +25,7 @@ static std::atomic<int> asked = 0;
 
 // The kernel's ioctl is no place where a thread ends, and the emulated one would be: it asks
 // another thread.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) int ioctl(int descriptor, unsigned long request,
                                                             ...) noexcept
 {
