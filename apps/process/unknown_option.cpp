@@ -49,7 +49,7 @@ QString nearest(const QString &typed, const QStringList &names)
 QString asTyped(const QString &name, const QStringList &arguments)
 {
     for (const QString &dashes : {QStringLiteral("--"), QStringLiteral("-")}) {
-        const QString option = dashes + name;
+        QString option = dashes + name;
         const auto isIt = [&option](const QString &argument) {
             return argument == option || argument.startsWith(option + QLatin1Char('='));
         };
