@@ -50,8 +50,8 @@ IDCARD_READER_EXPORT void idcard_simulator_take_card();
 /**
  * Sets the faults of the next reads, a list separated by commas such as
  * "transient-failures=2,delay-ms=100"; an empty text means none. They are added to those in the
- * card's description. Counted faults begin anew with every call. A fault that only the reader on USB
- * has is refused.
+ * card's description. Counted faults begin anew with every call. A fault that only the reader on
+ * USB has is refused.
  *
  * Result and `message` as for `idcard_simulator_put_card`.
  */
