@@ -97,15 +97,17 @@ TEST(Read, DescriptionFileIsReadLikeABuiltInCard)
               runTool({"read", "--json", "--simulate", "resident"}).standardOutput);
 }
 
-TEST(Read, DescriptionFileWithAChineseNameIsFoundInThePlainLocale)
+TEST(Read, ChineseNamesOfFilesAreUnderstoodAndPrintedInThePlainLocale)
 {
     QTemporaryDir folder;
     const QString path = folder.filePath(QString::fromUtf8("我的卡.json"));
+    const QString out = folder.filePath(QString::fromUtf8("访客"));
     writeFile(path, readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json")));
     ProcessInput input;
     input.environment = {{"LC_ALL", "C"}};
-    const ProcessResult run = runTool({"read", "--simulate", path}, input);
+    const ProcessResult run = runTool({"read", "--json", "--simulate", path, "--out", out}, input);
     EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], out + "/photo.bmp");
 }
 
 TEST(Read, InstalledReaderIsUsedWithoutSimulate)
