@@ -6,10 +6,12 @@
 #include <gmock/gmock.h>
 
 #include <QElapsedTimer>
+#include <QLabel>
 
 #include <libusb.h>
 
 #include "apps/card/usb_catalogue.h"
+#include "simulator/card/raw_record.h"
 #include "simulator/reader/virtual_reader.h"
 #include "tests/support/running_process.h"
 #include "tests/tool/tool_runner.h"
@@ -112,10 +114,27 @@ TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
     expectMessage(app::Message::Kind::Warning);
     EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
               "The reader delivered the photo in the card's compressed form, not as a picture");
+    EXPECT_EQ(find<QLabel>("photo")->text(), find("photo")->accessibleName()) << "there is no room";
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
     check("simulatorPhotos", true);
     read();
     EXPECT_EQ(headline().toStdString(), "The card was read.");
+}
+
+TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
+{
+    QByteArray record = simulator::readAnswer(builtInCard("foreign-2017"), {});
+    record[16 + 120] = '5'; // the sex
+    plugIn("foreign-2017", "read-answer-replaced=" + QLatin1String(record.toHex()));
+    for (const bool isAutomatic : {false, true}) {
+        openOnUsb(true, isAutomatic);
+        if (!isAutomatic)
+            read();
+        EXPECT_TRUE(waitForHeadline("The card's text could not be decoded."));
+        EXPECT_THAT(details().toStdString(), HasSubstr("must be 0, 1, 2 or 9"));
+        expectMessage(app::Message::Kind::Failure);
+        close();
+    }
 }
 
 /** For each code one fault that leads to it at once. */
@@ -334,6 +353,17 @@ TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
     for (const char *option : {"--simulate", "--fault", "--usb", "--simulator-photos", "--auto",
                                "--cover", "--help", "--version"})
         EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr(option));
+}
+
+TEST_F(Program, HelpThatCannotBeWritten_IsToldAndEndsWithStatus1)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "a shell cannot start what the emulator runs";
+    const ProcessResult result =
+        runProcess("/bin/sh", {"-c", IDCARD_BUILD_BIN_DIR "/idcard-viewer --help > /dev/full"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_THAT(result.standardError.toStdString(),
+                HasSubstr("idcard-viewer: Standard output could not be written"));
 }
 
 TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
