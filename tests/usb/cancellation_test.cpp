@@ -169,7 +169,7 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnObjectThatAnotherThreadDest
 TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnotherReaderAlone)
 {
     ScriptedDevice &device = make();
-    ScriptedDevice &other = make(simulator::UsbIds{0x120A, 0x0002});
+    ScriptedDevice &other = make(UsbIds{0x120A, 0x0002});
     device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Pending));
     expectReady(other);
     other.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"));
