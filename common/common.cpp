@@ -45,6 +45,7 @@ void CCommon::iconv_ex(const char *fromcode, char *inbuf, int inlen, const char 
     // NOLINTNEXTLINE(performance-no-int-to-ptr): POSIX says so
     if (converter == reinterpret_cast<iconv_t>(-1)) {
         if (errno == ENOMEM)
+            // not reached by fuzzing: the converter finds no memory
             qBadAlloc(); // throws
         return;
     }

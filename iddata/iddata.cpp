@@ -55,6 +55,7 @@ void CIdData::DecodeIDBase(unsigned char *byData, int offset, int len, char *out
     if (out == nullptr || byData == nullptr)
         return;
     if (len < 0 || len > MAX_FIELD_SIZE) {
+        // not reached by fuzzing: ends the process; a test lets it end
         std::fprintf(stderr, "CIdData::DecodeIDBase: a field of %d bytes; 0 to %d are possible\n",
                      len, MAX_FIELD_SIZE);
         std::abort();

@@ -274,6 +274,7 @@ bool CUsbIdReader::fetch_data(QByteArray &out, FP_INFO_TYPE &fp)
     try {
         out = QByteArray(reinterpret_cast<const char *>(answer.data()), count);
     } catch (const std::bad_alloc &) {
+        // not reached by fuzzing: the record finds no memory
         m_lastError = USB_READER_DATA_READ_FAILED;
         return false;
     }
