@@ -38,7 +38,7 @@ void print(const char *what, const std::map<QString, int> &counts)
         std::cout << "    " << what << ' ' << count << ": " << place.toStdString() << '\n';
 }
 
-/** The row of docs/reliability.md, and what the figures in it consist of. */
+/** The row of scripts/check/failure-injection, and what the figures in it consist of. */
 void print(const Card &card, Extent extent, const ReadFigures &figures)
 {
     std::cout << "| " << card.name << " | " << (extent == Extent::ONE ? "one" : "all that follow")
