@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "apps/doctor/judgements.h"
+#include "apps/doctor/environment.h"
 
 namespace app::doctor
 {

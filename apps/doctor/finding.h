@@ -5,9 +5,12 @@
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace app::doctor
 {
+
+struct Environment; // environment.h
 
 /** Ascending, so that the highest of several is the worst. */
 enum class Level { Fine, Warning, Failure };
@@ -19,5 +22,16 @@ struct Finding {
     QStringList commands = {}; ///< of the remedy, one shell line each
     QJsonObject facts = {};    ///< for programs, as docs/doctor.schema.json has them
 };
+
+using Findings = QVector<Finding>;
+
+/** JSON has null for what is not there. */
+QJsonValue textOrNull(const QString &text);
+
+/** The texts of an array. */
+QStringList texts(const QJsonValue &array);
+
+/** A path as a word of a shell command. */
+QString quoted(const QString &path);
 
 } // namespace app::doctor

@@ -1,15 +1,6 @@
 // The command "doctor".
 
-#include <clocale>
-#include <cstdlib>
-
-#include <langinfo.h>
-
-#include "api/idcard_reader_api.h"
-#include "apps/doctor/library_probe.h"
-#include "apps/doctor/pictures_probe.h"
 #include "apps/doctor/report.h"
-#include "apps/doctor/usb_probe.h"
 #include "apps/tool/commands.h"
 
 namespace app
@@ -19,26 +10,6 @@ namespace
 {
 
 using namespace doctor;
-
-/** As `setlocale` looks for it: the first of these that is set. */
-QString requestedLocale()
-{
-    for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        if (!qEnvironmentVariableIsEmpty(name))
-            return qEnvironmentVariable(name);
-    }
-    return {};
-}
-
-LocaleState probeLocale()
-{
-    LocaleState state;
-    state.requested = requestedLocale();
-    state.isSet = std::setlocale(LC_ALL, "") != nullptr;
-    state.name = QString::fromLocal8Bit(std::setlocale(LC_CTYPE, nullptr));
-    state.encoding = QString::fromLatin1(nl_langinfo(CODESET));
-    return state;
-}
 
 Roads roadsOf(const QString &road)
 {
@@ -51,8 +22,7 @@ Environment probe(const Options &options)
 {
     Environment environment;
     environment.roads = roadsOf(options.road);
-    environment.versions = {QStringLiteral(IDCARD_VERSION), QString::fromStdString(getSDKVersion()),
-                            QStringLiteral(QT_VERSION_STR), QString::fromLatin1(qVersion())};
+    environment.versions = probeVersions();
     environment.locale = probeLocale();
     // Those that take child processes go first, while this process is as it was started.
     environment.photoDecoder = probePhotoDecoder();

@@ -14,10 +14,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "apps/doctor/child.h"
-#include "apps/doctor/library_probe.h"
+#include "apps/doctor/library.h"
 #include "apps/doctor/shipped_files.h"
-#include "apps/doctor/usb_probe.h"
+#include "apps/doctor/usb.h"
+#include "apps/process/child_process.h"
 #include "tests/tool/folder_state.h"
 
 using namespace app;
@@ -32,27 +32,53 @@ constexpr int LONG_MS = 60000;
 
 ChildRun runChild(const std::function<void(const Telling &)> &work, int limitMs = LONG_MS)
 {
-    return runInChild(work, limitMs, FileWriting::Allowed);
+    return runInChild(work, limitMs);
 }
 
 TEST(DoctorsChild, ThatEndsItsWorkIsDone)
 {
     const ChildRun run = runChild([](const Telling &tell) {
-        tell("one");
-        tell("two");
+        tell({{"part", "one"}, {"count", 1}});
+        tell({{"count", 2}});
     });
     EXPECT_EQ(run.end, ChildRun::End::Done);
-    EXPECT_THAT(run.output.toStdString(), testing::StartsWith("one\ntwo\n"));
+    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}, {"count", 2}}));
+}
+
+TEST(DoctorsChild, ThatPrintsWhatLooksLikeItsAnswerDoesNotChangeIt)
+{
+    const ChildRun run = runChild([](const Telling &tell) {
+        tell({{"part", "one"}});
+        for (int descriptor = STDOUT_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+            static_cast<void>(write(descriptor, "{\"part\":\"two\"}\n", 15));
+    });
+    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
+    EXPECT_EQ(run.log.toStdString(), "{\"part\":\"two\"}\n{\"part\":\"two\"}\n");
+}
+
+TEST(DoctorsChild, HasNoFileOfItsParent)
+{
+    const QTemporaryDir folder;
+    writeFile(folder.filePath("card"), "personal");
+    QFile file(folder.filePath("card"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const int descriptor = file.handle();
+    const ChildRun run = runChild([descriptor](const Telling &tell) {
+        char byte = 0;
+        tell({{"got", static_cast<int>(pread(descriptor, &byte, 1, 0))}});
+    });
+    EXPECT_EQ(run.told["got"].toInt(), -1);
 }
 
 TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
 {
     const ChildRun run = runChild([](const Telling &tell) {
-        tell("one");
+        tell({{"part", "one"}});
         std::abort();
     });
     EXPECT_EQ(run.end, ChildRun::End::Crashed);
-    EXPECT_EQ(run.output.toStdString(), "one\n");
+    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
     EXPECT_THAT(run.how.toStdString(), HasSubstr("signal 6"));
 }
 
@@ -74,14 +100,14 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
                 for (;;)
                     pause();
             }
-            tell(QByteArray::number(child));
+            tell({{"grandchild", child}});
             for (;;)
                 pause();
         },
         300);
     EXPECT_EQ(run.end, ChildRun::End::TimedOut);
     EXPECT_LT(time.elapsed(), 5000);
-    const pid_t grandchild = run.output.trimmed().toInt();
+    const pid_t grandchild = run.told["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
     // It is a zombie until whoever takes orphans in has waited for it.
     const QString status = QStringLiteral("/proc/%1/stat").arg(grandchild);

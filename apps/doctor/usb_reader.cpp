@@ -1,10 +1,11 @@
-// Judges the readers on the USB bus and who uses them.
+// The readers on the bus, and the kernel's drivers that are bound to them.
 
-#include <QJsonArray>
+#include <QFileInfo>
 
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
-#include "apps/doctor/usb_nodes.h"
+#include "apps/doctor/environment.h"
+#include "apps/doctor/shipped_files.h"
 
 namespace app::doctor
 {
@@ -18,6 +19,29 @@ QString place(const UsbNode &node)
 }
 
 } // namespace
+
+UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
+{
+    UsbState state;
+    state.asked = asked;
+    state.rule = findRule(folders);
+    const QString shipped = shippedRule();
+    if (shipped != QFileInfo(state.rule.path).canonicalFilePath())
+        state.rule.shipped = shipped;
+    state.group =
+        groupState(state.rule.group.isEmpty() ? QLatin1String(READERS_GROUP) : state.rule.group);
+    const UsbDevices list = listUsbDevices();
+    state.code = list.code;
+    for (const UsbDevice &device : list.devices) {
+        const bool isInRule = state.rule.opened.contains(device.ids);
+        const bool isWanted = asked ? *asked == device.ids : device.hasReaderPipes || isInRule;
+        if (isWanted)
+            state.nodes << UsbNode{device, rightsOf(device.node), holdersOf(device.node)};
+        else
+            ++state.others;
+    }
+    return state;
+}
 
 Findings checkReader(const Environment &environment)
 {
@@ -50,7 +74,7 @@ Findings checkReader(const Environment &environment)
                  {QStringLiteral("idcard-reader usb --list")},
                  none}};
     }
-    return forEach(environment, [](const UsbNode &node) {
+    return forEach(environment.usb, [](const UsbNode &node) {
         const UsbDevice &device = node.device;
         QJsonObject facts = nodeFacts(node);
         facts["manufacturer"] = textOrNull(device.manufacturer);
@@ -73,7 +97,7 @@ Findings checkReader(const Environment &environment)
 
 Findings checkDriver(const Environment &environment)
 {
-    return forEach(environment, [](const UsbNode &node) {
+    return forEach(environment.usb, [](const UsbNode &node) {
         const QString &driver = node.device.driver;
         QJsonObject facts = nodeFacts(node);
         facts["driver"] = textOrNull(driver);
@@ -96,44 +120,6 @@ Findings checkDriver(const Environment &environment)
             {QStringLiteral("echo 'blacklist %1' > /etc/modprobe.d/idcard-reader.conf").arg(driver),
              QStringLiteral("rmmod %1").arg(driver)},
             facts};
-    });
-}
-
-Findings checkHolder(const Environment &environment)
-{
-    return forEach(environment, [](const UsbNode &node) {
-        const Holders &holders = node.holders;
-        const bool isClaimed = node.device.driver == QLatin1String("usbfs");
-        QJsonArray processes;
-        QStringList names;
-        for (const Holder &holder : holders.processes) {
-            processes << QJsonObject{{"process", holder.process}, {"name", holder.name}};
-            names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
-        }
-        QJsonObject facts = nodeFacts(node);
-        facts["isClaimed"] = isClaimed;
-        facts["processes"] = processes;
-        facts["unseenProcesses"] = holders.unseen;
-        const QString unseen =
-            holders.unseen == 0
-                ? QString()
-                : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees "
-                                 "them")
-                      .arg(holders.unseen);
-        if (names.isEmpty() && !isClaimed)
-            return Finding{
-                Level::Fine, QStringLiteral("By no program%1").arg(unseen), {}, {}, facts};
-        const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
-                                            : names.join(QStringLiteral(", "));
-        // One program at a time can use a reader.
-        return Finding{isClaimed ? Level::Failure : Level::Warning,
-                       isClaimed
-                           ? QStringLiteral("The reader is held by %1%2").arg(who, unseen)
-                           : QStringLiteral("The reader's node is open in %1%2").arg(who, unseen),
-                       QStringLiteral("One program at a time can use a reader: end the other one "
-                                      "first. Which it is, as root:"),
-                       {QStringLiteral("fuser -v %1").arg(node.device.node)},
-                       facts};
     });
 }
 

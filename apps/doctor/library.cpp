@@ -1,16 +1,79 @@
-// Judges the makers' two libraries.
+#include "apps/doctor/library.h"
 
-#include "apps/doctor/judgements.h"
+#include <dlfcn.h>
 
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
+
+#include "apps/doctor/environment.h"
+#include "apps/process/child_process.h"
 
 namespace app::doctor
 {
 
 namespace
 {
+
+/**
+ * In the child: loads and looks the functions up as the library does. The loader cannot be asked to
+ * search on the library's behalf, so it is handed what that search comes to.
+ */
+void load(const LibraryState &state, const Telling &tell)
+{
+    QStringList paths{state.ownFolder + QLatin1Char('/') + state.fileName};
+    if (!state.found.isEmpty() && state.found != paths.first())
+        paths << state.found;
+    void *handle = nullptr;
+    QJsonArray errors;
+    for (const QString &path : paths) {
+        tell({{"tried", path}});
+        handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+        if (handle != nullptr)
+            break;
+        const char *const reason = dlerror();
+        errors << QString::fromLocal8Bit(reason == nullptr ? "no reason given" : reason);
+        tell({{"errors", errors}});
+    }
+    if (handle == nullptr)
+        return;
+    QJsonArray missing;
+    for (const QString &function : state.functions) {
+        const QByteArray name = function.toLatin1();
+        if (dlsym(RTLD_DEFAULT, name.constData()) == nullptr &&
+            dlsym(handle, name.constData()) == nullptr)
+            missing << function;
+    }
+    tell({{"isLoaded", true}, {"missing", missing}});
+}
+
+/** The file that has the functions, when all are in the process already; else empty. */
+QString definerOf(const QStringList &functions)
+{
+    QString file;
+    for (const QString &function : functions) {
+        const void *const found = dlsym(RTLD_DEFAULT, function.toLatin1().constData());
+        if (found == nullptr)
+            return {};
+        if (file.isEmpty())
+            file = fileOf(found);
+    }
+    return file;
+}
+
+Loading outcomeOf(const ChildRun &run)
+{
+    switch (run.end) {
+    case ChildRun::End::TimedOut:
+        return Loading::Hung;
+    case ChildRun::End::Crashed:
+        return Loading::Crashed;
+    case ChildRun::End::Done:
+        break;
+    }
+    return run.told["isLoaded"].toBool() ? Loading::Loaded : Loading::NotLoaded;
+}
 
 /** What is wrong with a library. */
 struct Problem {
@@ -185,6 +248,42 @@ Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsen
 }
 
 } // namespace
+
+LibraryState probeLibrary(const QString &fileName, const QStringList &functions, int limitMs)
+{
+    LibraryState state;
+    state.fileName = fileName;
+    state.functions = functions;
+    state.ownFolder = QFileInfo(ownLibrary()).path();
+    state.ownMachine = inspectLibrary(ownLibrary()).machine;
+    const LibrarySearch search = searchLibrary(fileName);
+    state.places = search.places;
+    state.files = search.files;
+    state.found = search.found;
+    state.definedIn = definerOf(functions);
+    if (!state.definedIn.isEmpty())
+        return state;
+    const ChildRun run = runInChild([&state](const Telling &tell) { load(state, tell); }, limitMs);
+    state.loading = outcomeOf(run);
+    state.tried = run.told["tried"].toString();
+    state.crash = run.how;
+    state.errors = texts(run.told["errors"]);
+    state.missing = texts(run.told["missing"]);
+    state.log = run.log;
+    return state;
+}
+
+LibraryState probeReaderLibrary()
+{
+    return probeLibrary(QStringLiteral(IDCARD_VENDOR_READER_LIBRARY),
+                        {QStringLiteral("KVO_OpenPort"), QStringLiteral("KVO_FindIDCard"),
+                         QStringLiteral("KVO_ReadIDCard"), QStringLiteral("KVO_ClosePort")});
+}
+
+LibraryState probePhotoDecoder()
+{
+    return probeLibrary(QStringLiteral(IDCARD_WLT_LIBRARY), {QStringLiteral("unpack")});
+}
 
 Findings checkReaderLibrary(const Environment &environment)
 {

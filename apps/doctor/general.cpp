@@ -1,25 +1,46 @@
-// Judges the versions and the locale.
+#include "apps/doctor/general.h"
 
-#include "apps/doctor/judgements.h"
+#include <clocale>
 
-#include <QRegularExpression>
+#include <langinfo.h>
+
 #include <QVersionNumber>
+
+#include "api/idcard_reader_api.h"
+#include "apps/doctor/environment.h"
 
 namespace app::doctor
 {
 
-QJsonValue textOrNull(const QString &text)
+namespace
 {
-    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+
+/** As `setlocale` looks for it: the first of these that is set. */
+QString requestedLocale()
+{
+    for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            return qEnvironmentVariable(name);
+    }
+    return {};
 }
 
-QString quoted(const QString &path)
+} // namespace
+
+Versions probeVersions()
 {
-    static const QRegularExpression plain(QStringLiteral("\\A[\\w./+@:,-]+\\z"));
-    if (plain.match(path).hasMatch())
-        return path;
-    return QLatin1Char('\'') + QString(path).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
-           QLatin1Char('\'');
+    return {QStringLiteral(IDCARD_VERSION), QString::fromStdString(getSDKVersion()),
+            QStringLiteral(QT_VERSION_STR), QString::fromLatin1(qVersion())};
+}
+
+LocaleState probeLocale()
+{
+    LocaleState state;
+    state.requested = requestedLocale();
+    state.isSet = std::setlocale(LC_ALL, "") != nullptr;
+    state.name = QString::fromLocal8Bit(std::setlocale(LC_CTYPE, nullptr));
+    state.encoding = QString::fromLatin1(nl_langinfo(CODESET));
+    return state;
 }
 
 Findings checkLibraryVersion(const Environment &environment)

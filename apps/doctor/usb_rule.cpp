@@ -1,13 +1,13 @@
-// Judges the right to use the readers on the USB bus.
+// The udev rule that opens the readers to their users.
 
-#include <algorithm>
-
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QRegularExpression>
 
-#include "apps/card/usb_catalogue.h"
-#include "apps/doctor/usb_nodes.h"
-#include "apps/doctor/usb_probe.h"
-#include "reader/usb_codes.h"
+#include "apps/doctor/environment.h"
+#include "apps/doctor/shipped_files.h"
 
 namespace app::doctor
 {
@@ -15,14 +15,11 @@ namespace app::doctor
 namespace
 {
 
-bool opens(const RuleState &rule, UsbIds ids)
-{
-    return rule.opened.contains(ids);
-}
+constexpr qint64 LONGEST_RULE = 65536;
 
-QString modeText(unsigned int mode)
+QString valueIn(const QString &line, const char *pattern)
 {
-    return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
+    return QRegularExpression(QLatin1String(pattern)).match(line).captured(1);
 }
 
 /** What to do after a rule file has come or changed. */
@@ -108,7 +105,7 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
         opened << toText(ids);
     const QString whom =
         opened.isEmpty() ? QStringLiteral("no device") : opened.join(QStringLiteral(", "));
-    if (node != nullptr && !opens(rule, node->device.ids)) {
+    if (node != nullptr && !rule.opened.contains(node->device.ids)) {
         QStringList commands;
         if (!rule.path.startsWith(QLatin1String("/etc/")))
             commands << QStringLiteral("cp %1 /etc/udev/rules.d/").arg(rule.path);
@@ -142,40 +139,50 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
 
 } // namespace
 
-Findings checkPermission(const Environment &environment)
+QStringList ruleFolders()
 {
-    const bool isRoot = environment.usb.group.isRoot;
-    return forEach(environment, [isRoot](const UsbNode &node) {
-        const NodeRights &rights = node.rights;
-        QJsonObject facts = nodeFacts(node);
-        facts["mayOpen"] = node.device.mayOpen;
-        facts["mode"] = rights.isThere ? QJsonValue(modeText(rights.mode)) : QJsonValue();
-        facts["owner"] = textOrNull(rights.owner);
-        facts["group"] = textOrNull(rights.group);
-        facts["hasAcl"] = rights.hasAcl;
-        if (!rights.isThere) {
-            return Finding{
-                Level::Failure,
-                QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
-                QStringLiteral("Plug the reader in anew. In a container, hand "
-                               "/dev/bus/usb in."),
-                {QStringLiteral("ls -l /dev/bus/usb")},
-                facts};
+    return {QStringLiteral("/etc/udev/rules.d"), QStringLiteral("/run/udev/rules.d"),
+            QStringLiteral("/usr/lib/udev/rules.d"), QStringLiteral("/lib/udev/rules.d")};
+}
+
+RuleState parseRule(const QString &text)
+{
+    RuleState rule;
+    QString joined = text;
+    joined.replace(QStringLiteral("\\\n"), QStringLiteral(" "));
+    for (const QString &line : joined.split(QLatin1Char('\n'))) {
+        if (line.trimmed().startsWith(QLatin1Char('#')))
+            continue;
+        // udev compares texts, and the kernel has lower case: ids in upper case open nothing.
+        const QString vendor = valueIn(line, R"re(ATTR\{idVendor\}\s*==\s*"([0-9a-f]{4})")re");
+        const QString product = valueIn(line, R"re(ATTR\{idProduct\}\s*==\s*"([0-9a-f]{4})")re");
+        if (vendor.isEmpty() || product.isEmpty())
+            continue;
+        rule.opened << UsbIds{vendor.toUShort(nullptr, 16), product.toUShort(nullptr, 16)};
+        const QString group = valueIn(line, R"re(GROUP\s*:?=\s*"([^"]*)")re");
+        if (!group.isEmpty())
+            rule.group = group;
+    }
+    return rule;
+}
+
+RuleState findRule(const QStringList &folders)
+{
+    for (const QString &folder : folders) {
+        const QString path = QDir(folder).filePath(QLatin1String(RULE_FILE));
+        QFile file(path);
+        if (!QFileInfo::exists(path))
+            continue;
+        RuleState rule;
+        if (file.open(QIODevice::ReadOnly)) {
+            const QString text = QString::fromUtf8(file.read(LONGEST_RULE));
+            rule = parseRule(text);
+            rule.isMasked = text.trimmed().isEmpty();
         }
-        const QString state =
-            QStringLiteral("%1: mode %2, owner %3, group %4%5")
-                .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
-                     rights.hasAcl ? QStringLiteral(", with an access list") : QString());
-        if (node.device.mayOpen) {
-            const QString root = QStringLiteral("; root may open it whatever that is");
-            return Finding{Level::Fine, isRoot ? state + root : state, {}, {}, facts};
-        }
-        return Finding{Level::Failure,
-                       QStringLiteral("This user may not open %1").arg(state),
-                       QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy),
-                       {},
-                       facts};
-    });
+        rule.path = path;
+        return rule;
+    }
+    return {};
 }
 
 Findings checkRule(const Environment &environment)
@@ -183,66 +190,8 @@ Findings checkRule(const Environment &environment)
     const RuleState &rule = environment.usb.rule;
     if (environment.usb.nodes.isEmpty())
         return {judgedRule(rule, nullptr)};
-    return forEach(environment, [&rule](const UsbNode &node) { return judgedRule(rule, &node); });
-}
-
-Findings checkGroup(const Environment &environment)
-{
-    const GroupState &group = environment.usb.group;
-    const QVector<UsbNode> &nodes = environment.usb.nodes;
-    const bool mayOpenAll = std::all_of(nodes.begin(), nodes.end(),
-                                        [](const UsbNode &node) { return node.device.mayOpen; });
-    const QJsonObject facts{{"group", group.name},
-                            {"user", group.user},
-                            {"exists", group.exists},
-                            {"isMember", group.isMember},
-                            {"isInForce", group.isInForce}};
-    const Level level = mayOpenAll ? Level::Warning : Level::Failure;
-    if (!group.exists) {
-        return {{level,
-                 QStringLiteral("There is no group \"%1\", to which the rule gives the reader")
-                     .arg(group.name),
-                 QStringLiteral("Make it, as root:"),
-                 {QStringLiteral("groupadd --system %1").arg(group.name)},
-                 facts}};
-    }
-    if (group.isRoot) {
-        return {{Level::Fine,
-                 QStringLiteral("\"%1\" is there; root needs none").arg(group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    if (group.isInForce) {
-        return {{Level::Fine,
-                 QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    if (group.isMember) {
-        return {{level,
-                 QStringLiteral("%1 is in \"%2\", but has not logged in since then")
-                     .arg(group.user, group.name),
-                 QStringLiteral("Log out of the whole desktop session and in again, or start the "
-                                "machine anew. To try it in this terminal:"),
-                 {QStringLiteral("newgrp %1").arg(group.name)},
-                 facts}};
-    }
-    if (mayOpenAll && !nodes.isEmpty()) {
-        return {{Level::Fine,
-                 QStringLiteral("%1 is not in \"%2\" and need not be: the reader is open to them")
-                     .arg(group.user, group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    return {{level,
-             QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name),
-             QStringLiteral("Who sits at the machine needs no group. For others, as root, then log "
-                            "in anew:"),
-             {QStringLiteral("usermod --append --groups %1 %2").arg(group.name, group.user)},
-             facts}};
+    return forEach(environment.usb,
+                   [&rule](const UsbNode &node) { return judgedRule(rule, &node); });
 }
 
 } // namespace app::doctor

@@ -1,0 +1,187 @@
+// The fonts of the pictures: whether they, or the stand-ins that the project chose, are installed.
+
+#include <array>
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QGlyphRun>
+#include <QJsonArray>
+#include <QRawFont>
+#include <QTextLayout>
+
+#include "apps/doctor/environment.h"
+#include "apps/doctor/shipped_files.h"
+#include "apps/doctor/stand_ins.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+struct FontRow {
+    const char *family;
+    QFont::Weight weight;
+    const char *weightName;
+};
+
+// As the pictures ask for them.
+constexpr std::array<FontRow, 2> FONTS = {{
+    {"华文细黑", QFont::Normal, "normal"},
+    {"黑体", QFont::DemiBold, "demi-bold"},
+}};
+
+constexpr int FONT_PIXELS = 20;
+constexpr const char *CHINESE_SAMPLE =
+    "姓名性别民族出生住址公民身份号码签发机关有效期限中华人民共和国";
+
+QStringList chosenFamilies()
+{
+    return QString::fromUtf8(CHOSEN_FAMILIES).split(QLatin1Char('\n'));
+}
+
+/** The first of the families that the project chose that is installed. */
+QString installedStandIn()
+{
+    const QStringList installed = QFontDatabase().families();
+    for (const QString &family : chosenFamilies()) {
+        if (installed.contains(family))
+            return family;
+    }
+    return {};
+}
+
+const char *const FONTS_COMMAND = "apt-get install fontconfig fonts-noto-cjk";
+
+/** Qt takes some font: what is missing for the one that was chosen, a font or its being chosen. */
+void remedyChoice(const PicturesState &pictures, const FontState &font, Finding *finding)
+{
+    const bool needsChoice = !pictures.isFontChoiceInForce;
+    // Where the choice is in force and does not help, none of its fonts is for this family.
+    const bool needsFont = !needsChoice || font.standIn.isEmpty();
+    const QString start = needsFont
+                              ? QStringLiteral("Install a font for it")
+                              : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
+    if (needsFont)
+        finding->commands << QLatin1String(FONTS_COMMAND);
+    QString choice;
+    if (needsChoice) {
+        choice = QStringLiteral("%1opy the project's fontconfig file 69-idcard-reader.conf to "
+                                "/etc/fonts/conf.d")
+                     .arg(QLatin1String(needsFont ? " and c" : ". C"));
+        if (pictures.shippedFontChoice.isEmpty())
+            choice += QStringLiteral("; it is in the project's sources, packaging/fonts");
+        else
+            finding->commands << QStringLiteral("cp %1 /etc/fonts/conf.d/")
+                                     .arg(quoted(pictures.shippedFontChoice));
+    }
+    finding->remedy =
+        QStringLiteral("%1%2 (docs/fonts.md), as root%3")
+            .arg(start, choice, QLatin1String(finding->commands.isEmpty() ? "." : ":"));
+}
+
+Finding judgedFont(const PicturesState &pictures, const FontState &font)
+{
+    Finding finding;
+    finding.facts = {
+        {"family", font.family},           {"weight", font.weight},
+        {"got", textOrNull(font.got)},     {"faces", QJsonArray::fromStringList(font.faces)},
+        {"isInstalled", font.isInstalled}, {"isStandIn", font.isStandIn},
+        {"hasChinese", font.hasChinese}};
+    const QString wanted =
+        font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
+    const QString faces = font.faces.join(QStringLiteral(", "));
+    if (!font.isKnown) {
+        finding.level = Level::Failure;
+        finding.text = QStringLiteral("%1: not known, since Qt does not come up (%2)")
+                           .arg(wanted, pictures.failure);
+        finding.remedy = QStringLiteral("Do what \"Screen\" says and run this again.");
+    } else if (!font.hasChinese) {
+        finding.level = Level::Failure;
+        finding.text = QStringLiteral("%1: no font here has the Chinese characters; the pictures "
+                                      "have empty boxes in their place")
+                           .arg(wanted);
+        finding.remedy = QStringLiteral("Install a Chinese font (docs/fonts.md), as root:");
+        finding.commands = QStringList{QLatin1String(FONTS_COMMAND)};
+    } else if (font.isInstalled || font.isStandIn) {
+        finding.text = font.isInstalled ? QStringLiteral("%1 is installed").arg(wanted)
+                                        : QStringLiteral("%1: its stand-in %2").arg(wanted, faces);
+    } else {
+        finding.level = Level::Warning;
+        const QString taken =
+            faces.startsWith(font.got)
+                ? faces
+                : QStringLiteral("%1, with Chinese characters of %2").arg(font.got, faces);
+        finding.text = QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters may "
+                                      "have another form or size than on the card")
+                           .arg(wanted, taken);
+        remedyChoice(pictures, font, &finding);
+    }
+    return finding;
+}
+
+} // namespace
+
+void nameFonts(PicturesState *pictures)
+{
+    for (std::size_t i = 0; i < FONTS.size(); ++i) {
+        pictures->fonts.at(i).family = QString::fromUtf8(FONTS.at(i).family);
+        pictures->fonts.at(i).weight = QLatin1String(FONTS.at(i).weightName);
+    }
+    pictures->isFontChoiceInForce =
+        QFile::exists(QStringLiteral("/etc/fonts/conf.d/69-idcard-reader.conf"));
+    pictures->shippedFontChoice = shippedFontChoice();
+}
+
+QJsonObject describeFont(std::size_t which)
+{
+    const FontRow &row = FONTS.at(which);
+    QFont font;
+    font.setFamily(QString::fromUtf8(row.family));
+    font.setPixelSize(FONT_PIXELS);
+    font.setWeight(row.weight);
+    QTextLayout layout(QString::fromUtf8(CHINESE_SAMPLE), font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    QStringList faces;
+    bool hasAll = true;
+    const auto runs = layout.glyphRuns();
+    for (const QGlyphRun &run : runs) {
+        const QRawFont face = run.rawFont();
+        // Without any font Qt draws boxes from a face that has no name.
+        hasAll = hasAll && !run.glyphIndexes().contains(0) && !face.familyName().isEmpty();
+        if (!face.familyName().isEmpty())
+            faces << QStringLiteral("%1 %2").arg(face.familyName(), face.styleName()).trimmed();
+    }
+    faces.removeDuplicates();
+    return {{"got", QFontInfo(font).family()},
+            {"isInstalled", QFontDatabase().families().contains(QString::fromUtf8(row.family))},
+            {"faces", QJsonArray::fromStringList(faces)},
+            {"standIn", installedStandIn()},
+            {"hasChinese", hasAll && !runs.isEmpty()}};
+}
+
+void takeFont(const QJsonObject &told, FontState *font)
+{
+    font->isKnown = true;
+    font->got = told["got"].toString();
+    font->faces = texts(told["faces"]);
+    font->standIn = told["standIn"].toString();
+    font->isInstalled = told["isInstalled"].toBool();
+    font->isStandIn = chosenFamilies().contains(font->got);
+    font->hasChinese = told["hasChinese"].toBool();
+}
+
+Findings checkTextFont(const Environment &environment)
+{
+    return {judgedFont(environment.pictures, environment.pictures.fonts[0])};
+}
+
+Findings checkNumberFont(const Environment &environment)
+{
+    return {judgedFont(environment.pictures, environment.pictures.fonts[1])};
+}
+
+} // namespace app::doctor

@@ -1,0 +1,96 @@
+// Qt's JPEG plug-in, which writes the pictures.
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QPluginLoader>
+
+#include "apps/doctor/environment.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+/** Qt's JPEG plug-in, wherever Qt looks for plug-ins; why it cannot be loaded. */
+void describePlugin(QJsonObject *told)
+{
+    const QStringList folders = QCoreApplication::libraryPaths();
+    told->insert("folders", QJsonArray::fromStringList(folders));
+    for (const QString &folder : folders) {
+        const QDir plugins(folder + QStringLiteral("/imageformats"));
+        for (const QString &name : plugins.entryList({QStringLiteral("*jpeg*.so")})) {
+            QPluginLoader loader(plugins.filePath(name));
+            told->insert("file",
+                         loader.fileName().isEmpty() ? plugins.filePath(name) : loader.fileName());
+            if (!loader.load())
+                told->insert("problem", loader.errorString());
+            return;
+        }
+    }
+}
+
+} // namespace
+
+QJsonObject describeJpeg()
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    const bool isWritten = image.save(&buffer, "JPG", -1);
+    QJsonObject told{{"canWrite", isWritten && bytes.startsWith("\xff\xd8\xff")}};
+    describePlugin(&told);
+    return told;
+}
+
+void takeJpeg(const QJsonObject &told, PicturesState *pictures)
+{
+    pictures->isJpegKnown = true;
+    pictures->canWriteJpeg = told["canWrite"].toBool();
+    pictures->pluginFolders = texts(told["folders"]);
+    pictures->jpegPlugin = told["file"].toString();
+    pictures->jpegProblem = told["problem"].toString();
+}
+
+Findings checkJpeg(const Environment &environment)
+{
+    const PicturesState &pictures = environment.pictures;
+    Finding finding;
+    finding.facts = {{"canWrite", pictures.canWriteJpeg},
+                     {"file", textOrNull(pictures.jpegPlugin)},
+                     {"pluginFolders", QJsonArray::fromStringList(pictures.pluginFolders)}};
+    if (pictures.canWriteJpeg) {
+        finding.text =
+            pictures.jpegPlugin.isEmpty() ? QStringLiteral("Qt can write it") : pictures.jpegPlugin;
+        return {finding};
+    }
+    finding.level = Level::Failure;
+    if (!pictures.isJpegKnown) {
+        finding.text =
+            QStringLiteral("Not known, since Qt does not come up (%1)").arg(pictures.failure);
+        finding.remedy = QStringLiteral("Do what \"Screen\" says and run this again.");
+    } else if (pictures.jpegPlugin.isEmpty()) {
+        finding.text = QStringLiteral("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all "
+                                      "pictures come out empty; looked in %1")
+                           .arg(pictures.pluginFolders.join(QStringLiteral(", ")));
+        finding.remedy = QStringLiteral("Install it, as root (Debian), or put the plug-in of your "
+                                        "Qt in one of these folders:");
+        finding.commands = QStringList{QStringLiteral("apt-get install --reinstall libqt5gui5")};
+    } else {
+        finding.text =
+            QStringLiteral("Qt's JPEG plug-in does not work, all pictures come out "
+                           "empty: %1")
+                .arg(pictures.jpegProblem.isEmpty() ? pictures.jpegPlugin : pictures.jpegProblem);
+        finding.remedy = QStringLiteral("Put the plug-in of the Qt that is running in its place, "
+                                        "as root (Debian):");
+        finding.commands = QStringList{QStringLiteral("apt-get install --reinstall libqt5gui5")};
+    }
+    return {finding};
+}
+
+} // namespace app::doctor

@@ -1,0 +1,110 @@
+#include "apps/doctor/pictures.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include "apps/process/child_process.h"
+#include "apps/process/display.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+/** How much time Qt has to come up and answer. */
+constexpr int QT_LIMIT_MS = 20000;
+
+constexpr std::array<const char *, 2> FONT_KEYS = {"textFont", "numberFont"};
+
+/** What Qt and fontconfig would keep goes to `folder`, not to the caches of the user. */
+void keepCachesIn(const QString &folder)
+{
+    QString configuration = qEnvironmentVariable("FONTCONFIG_FILE");
+    if (configuration.isEmpty())
+        configuration = QStringLiteral("fonts.conf");
+    QFile file(folder + QStringLiteral("/fonts.conf"));
+    if (file.open(QIODevice::WriteOnly)) {
+        // Fontconfig writes to the first folder that it may write to, and reads them all.
+        file.write(QStringLiteral("<fontconfig><cachedir>%1</cachedir><include>%2</include>"
+                                  "</fontconfig>")
+                       .arg(folder.toHtmlEscaped(), configuration.toHtmlEscaped())
+                       .toUtf8());
+        qputenv("FONTCONFIG_FILE", QFile::encodeName(file.fileName()));
+    }
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(folder));
+}
+
+/** In the child: tells part after part, so that what was told is known even if the next crashes. */
+void describe(const Telling &tell)
+{
+    std::array<char, 14> name = {"idcard-reader"};
+    std::array<char *, 2> arguments = {name.data(), nullptr};
+    int count = 1;
+    const QGuiApplication application(count, arguments.data());
+    tell({{"screen", describeScreen()}});
+    tell({{"jpeg", describeJpeg()}});
+    for (std::size_t i = 0; i < FONT_KEYS.size(); ++i)
+        tell({{FONT_KEYS.at(i), describeFont(i)}});
+}
+
+ChildRun runQt()
+{
+    const QTemporaryDir folder;
+    return runInChild(
+        [&folder](const Telling &tell) {
+            keepCachesIn(folder.path());
+            describe(tell);
+        },
+        QT_LIMIT_MS);
+}
+
+/** All but the screen, which differs from platform to platform. */
+void takeParts(const QJsonObject &told, PicturesState *state)
+{
+    if (told.contains("jpeg"))
+        takeJpeg(told["jpeg"].toObject(), state);
+    for (std::size_t i = 0; i < FONT_KEYS.size(); ++i) {
+        if (told.contains(FONT_KEYS.at(i)))
+            takeFont(told[FONT_KEYS.at(i)].toObject(), &state->fonts.at(i));
+    }
+}
+
+/** Why Qt did not come up: what it said first, or how it ended. */
+QString failureOf(const ChildRun &run)
+{
+    if (run.end == ChildRun::End::TimedOut)
+        return QStringLiteral("it hangs");
+    QString log = QString::fromLocal8Bit(run.log);
+    log.remove(QStringLiteral("idcard-reader: "));
+    for (const QString &line : log.split(QLatin1Char('\n'))) {
+        if (!line.trimmed().isEmpty())
+            return line.trimmed();
+    }
+    return run.how;
+}
+
+} // namespace
+
+PicturesState probePictures()
+{
+    PicturesState state;
+    state.isOffscreenChosen = chooseOffscreenWithoutDisplay();
+    state.platform = qEnvironmentVariable("QT_QPA_PLATFORM");
+    nameFonts(&state);
+    const ChildRun run = runQt();
+    state.log = run.log;
+    takeParts(run.told, &state);
+    if (run.told.contains("screen")) {
+        takeScreen(run.told["screen"].toObject(), &state);
+    } else {
+        state.failure = failureOf(run);
+        // The plug-in and the fonts are the same on every platform.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        takeParts(runQt().told, &state);
+    }
+    return state;
+}
+
+} // namespace app::doctor

@@ -1,0 +1,113 @@
+#pragma once
+
+// The readers on the USB bus and what stands between them and the user, found out without opening a
+// device. The folders are those of the system unless a caller names others.
+
+#include <optional>
+
+#include "apps/card/usb_devices.h"
+#include "apps/doctor/finding.h"
+
+namespace app::doctor
+{
+
+struct NodeRights {
+    bool isThere = false;
+    unsigned int mode = 0;
+    QString owner;
+    QString group;
+    bool hasAcl = false;
+};
+
+struct Holder {
+    int process = 0;
+    QString name;
+};
+
+struct Holders {
+    QVector<Holder> processes;
+    int unseen = 0; ///< processes whose files this user may not see
+};
+
+/** A device and what stands between it and the user. */
+struct UsbNode {
+    UsbDevice device;
+    NodeRights rights;
+    Holders holders;
+};
+
+/** The udev rule file that is in force. */
+struct RuleState {
+    QString path;           ///< empty: there is none
+    bool isMasked = false;  ///< an empty file or a link to /dev/null takes the rule away
+    QVector<UsbIds> opened; ///< the devices that it opens
+    QString group;          ///< that it gives them to
+    QString shipped = {};   ///< another copy, which comes with this program; empty: there is none
+};
+
+struct GroupState {
+    QString name;
+    QString user;
+    bool isRoot = false;
+    bool exists = false;
+    bool isMember = false;  ///< by the system's lists of groups
+    bool isInForce = false; ///< for this process
+};
+
+struct UsbState {
+    int code = 0;                ///< why nothing could be listed: `USB_READER_CODE`; else 0
+    std::optional<UsbIds> asked; ///< the only device to look at
+    QVector<UsbNode> nodes;      ///< that could be a reader
+    int others = 0;              ///< devices that could not
+    RuleState rule;
+    GroupState group;
+};
+
+constexpr const char *RULE_FILE = "69-idcard-reader.rules";
+constexpr const char *READERS_GROUP = "idcard-reader";
+
+/** The folders of udev's rules; of files of one name the first counts. */
+QStringList ruleFolders();
+
+RuleState findRule(const QStringList &folders);
+
+/** What a rule file's text opens, and to whom. */
+RuleState parseRule(const QString &text);
+
+NodeRights rightsOf(const QString &node);
+
+/** Processes other than this one that have the node open. */
+Holders holdersOf(const QString &node, const QString &processes = QStringLiteral("/proc"));
+
+/** How this process and its user stand to a group. */
+GroupState groupState(const QString &group);
+
+/** The devices that could be a reader: `asked` alone, or what has its pipes or stands in the rule.
+ */
+UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders = ruleFolders());
+
+// One finding for each of these devices, or one for the bus.
+Findings checkReader(const Environment &environment);
+Findings checkPermission(const Environment &environment);
+Findings checkRule(const Environment &environment);
+Findings checkGroup(const Environment &environment);
+Findings checkDriver(const Environment &environment);
+Findings checkHolder(const Environment &environment);
+
+/** The keys that tell the device. */
+inline QJsonObject nodeFacts(const UsbNode &node)
+{
+    return {{"device", toText(node.device.ids)}, {"node", node.device.node}};
+}
+
+/** A finding for each device that could be a reader. */
+template <typename Judge>
+Findings forEach(const UsbState &usb, Judge judge)
+{
+    Findings findings;
+    for (const UsbNode &node : usb.nodes)
+        findings << judge(node);
+    return findings;
+}
+
+} // namespace app::doctor

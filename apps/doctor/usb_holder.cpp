@@ -1,0 +1,119 @@
+// The programs that use the readers.
+
+#include <array>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+
+#include "apps/doctor/environment.h"
+
+namespace app::doctor
+{
+
+namespace
+{
+
+QString linkTarget(const QString &path)
+{
+    std::array<char, 4096> target{};
+    const ssize_t length =
+        ::readlink(QFile::encodeName(path).constData(), target.data(), target.size() - 1);
+    return length < 0 ? QString() : QFile::decodeName(target.data());
+}
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    struct stat first {
+    };
+    struct stat second {
+    };
+    return ::stat(QFile::encodeName(one).constData(), &first) == 0 &&
+           ::stat(QFile::encodeName(other).constData(), &second) == 0 &&
+           ((first.st_dev == second.st_dev && first.st_ino == second.st_ino) ||
+            (S_ISCHR(first.st_mode) && S_ISCHR(second.st_mode) && first.st_rdev == second.st_rdev));
+}
+
+/** Whether a process has the node open. The links are read first: nothing else is looked at. */
+bool hasOpen(const QDir &files, const QString &node)
+{
+    for (const QString &name : files.entryList(QDir::Files | QDir::System | QDir::Hidden)) {
+        const QString path = files.filePath(name);
+        if (linkTarget(path).endsWith(node) && isSameFile(path, node))
+            return true;
+    }
+    return false;
+}
+
+QString nameOfProcess(const QString &folder)
+{
+    constexpr qint64 LONGEST = 64;
+    QFile file(folder + QStringLiteral("/comm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromLocal8Bit(file.read(LONGEST)).trimmed();
+}
+
+} // namespace
+
+Holders holdersOf(const QString &node, const QString &processes)
+{
+    Holders holders;
+    const QDir folder(processes);
+    for (const QString &name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        bool isNumber = false;
+        const int process = name.toInt(&isNumber);
+        if (!isNumber || process == ::getpid())
+            continue;
+        const QDir files(folder.filePath(name + QStringLiteral("/fd")));
+        if (::access(QFile::encodeName(files.path()).constData(), R_OK | X_OK) != 0) {
+            holders.unseen += files.exists() ? 1 : 0;
+        } else if (hasOpen(files, node)) {
+            holders.processes << Holder{process, nameOfProcess(folder.filePath(name))};
+        }
+    }
+    return holders;
+}
+
+Findings checkHolder(const Environment &environment)
+{
+    return forEach(environment.usb, [](const UsbNode &node) {
+        const Holders &holders = node.holders;
+        const bool isClaimed = node.device.driver == QLatin1String("usbfs");
+        QJsonArray processes;
+        QStringList names;
+        for (const Holder &holder : holders.processes) {
+            processes << QJsonObject{{"process", holder.process}, {"name", holder.name}};
+            names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
+        }
+        QJsonObject facts = nodeFacts(node);
+        facts["isClaimed"] = isClaimed;
+        facts["processes"] = processes;
+        facts["unseenProcesses"] = holders.unseen;
+        const QString unseen =
+            holders.unseen == 0
+                ? QString()
+                : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees "
+                                 "them")
+                      .arg(holders.unseen);
+        if (names.isEmpty() && !isClaimed)
+            return Finding{
+                Level::Fine, QStringLiteral("By no program%1").arg(unseen), {}, {}, facts};
+        const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
+                                            : names.join(QStringLiteral(", "));
+        // One program at a time can use a reader.
+        return Finding{isClaimed ? Level::Failure : Level::Warning,
+                       isClaimed
+                           ? QStringLiteral("The reader is held by %1%2").arg(who, unseen)
+                           : QStringLiteral("The reader's node is open in %1%2").arg(who, unseen),
+                       QStringLiteral("One program at a time can use a reader: end the other one "
+                                      "first. Which it is, as root:"),
+                       {QStringLiteral("fuser -v %1").arg(node.device.node)},
+                       facts};
+    });
+}
+
+} // namespace app::doctor

@@ -1,0 +1,32 @@
+#pragma once
+
+// Runs what may crash or hang in a child process, so that this one survives it.
+
+#include <functional>
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+namespace app
+{
+
+struct ChildRun {
+    enum class End { Done, Crashed, TimedOut };
+    End end = End::Done;
+    QString how;      ///< of a crash: the signal or the status
+    QJsonObject told; ///< by the work, up to its end
+    QByteArray log;   ///< what came on standard output and standard error
+};
+
+/** Sends the parent values; those sent later replace those of the same keys. */
+using Telling = std::function<void(const QJsonObject &values)>;
+
+/**
+ * Runs `work` in a forked child, which is killed with its own children after `timeoutMs`, and with
+ * this process. The calling process must have no application object and one thread. The child has
+ * none of this process's files and leaves no core file.
+ */
+ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int timeoutMs);
+
+} // namespace app
