@@ -5,44 +5,43 @@
 namespace app::doctor
 {
 
-const std::vector<CheckRow> &checkTable()
+namespace
 {
-    static const std::vector<CheckRow> rows = {
-        {"library-version", "Library", Group::General, true, true, checkLibraryVersion},
-        {"qt-version", "Qt", Group::General, true, true, checkQtVersion},
-        {"locale", "Locale", Group::General, true, true, checkLocale},
-        {"reader-library", "Maker's library", Group::Library, true, false, checkReaderLibrary},
-        {"usb-reader", "Reader", Group::Usb, false, true, checkReader},
-        {"usb-permission", "Permission", Group::Usb, false, true, checkPermission},
-        {"usb-rule", "udev rule", Group::Usb, false, true, checkRule},
-        {"usb-group", "Group", Group::Usb, false, true, checkGroup},
-        {"usb-driver", "Kernel driver", Group::Usb, false, true, checkDriver},
-        {"usb-holder", "In use", Group::Usb, false, true, checkHolder},
-        {"photo-decoder", "Photo decoder", Group::Photos, true, true, checkPhotoDecoder},
-        {"screen", "Screen", Group::Pictures, true, false, checkScreen},
-        {"resolution", "Resolution", Group::Pictures, true, false, checkResolution},
-        {"jpeg", "JPEG", Group::Pictures, true, false, checkJpeg},
-        {"text-font", "Font of texts", Group::Pictures, true, false, checkTextFont},
-        {"number-font", "Font of number", Group::Pictures, true, false, checkNumberFont},
-    };
-    return rows;
-}
 
-const std::vector<GroupRow> &groupTable()
-{
-    static const std::vector<GroupRow> rows = {
-        {Group::General, "general", "General"},
-        {Group::Library, "library", "Reading through the maker's library"},
-        {Group::Usb, "usb", "Reading over USB"},
-        {Group::Photos, "photos", "Photos, by either road"},
-        {Group::Pictures, "pictures", "Pictures of the card"},
-    };
-    return rows;
-}
+constexpr Group GENERAL = {"general", "General"};
+constexpr Group LIBRARY = {"library", "Reading through the maker's library"};
+constexpr Group USB = {"usb", "Reading over USB"};
+constexpr Group PHOTOS = {"photos", "Photos, by either road"};
+constexpr Group PICTURES = {"pictures", "Pictures of the card"};
 
 bool isNeeded(const CheckRow &row, Roads roads)
 {
     return roads == Roads::Both || (roads == Roads::Usb ? row.isForUsb : row.isForLibrary);
+}
+
+} // namespace
+
+const std::vector<CheckRow> &checkTable()
+{
+    static const std::vector<CheckRow> rows = {
+        {"library-version", "Library", &GENERAL, true, true, checkLibraryVersion},
+        {"qt-version", "Qt", &GENERAL, true, true, checkQtVersion},
+        {"locale", "Locale", &GENERAL, true, true, checkLocale},
+        {"reader-library", "Maker's library", &LIBRARY, true, false, checkReaderLibrary},
+        {"usb-reader", "Reader", &USB, false, true, checkReader},
+        {"usb-permission", "Permission", &USB, false, true, checkPermission},
+        {"usb-rule", "udev rule", &USB, false, true, checkRule},
+        {"usb-group", "Group", &USB, false, true, checkGroup},
+        {"usb-driver", "Kernel driver", &USB, false, true, checkDriver},
+        {"usb-holder", "In use", &USB, false, true, checkHolder},
+        {"photo-decoder", "Photo decoder", &PHOTOS, true, true, checkPhotoDecoder},
+        {"screen", "Screen", &PICTURES, true, false, checkScreen},
+        {"resolution", "Resolution", &PICTURES, true, false, checkResolution},
+        {"jpeg", "JPEG", &PICTURES, true, false, checkJpeg},
+        {"text-font", "Font of texts", &PICTURES, true, false, checkTextFont},
+        {"number-font", "Font of number", &PICTURES, true, false, checkNumberFont},
+    };
+    return rows;
 }
 
 std::vector<CheckedFinding> judge(const Environment &environment)

@@ -9,12 +9,16 @@
 namespace app::doctor
 {
 
-enum class Group { General, Library, Usb, Photos, Pictures };
+/** Checks that stand together under a heading. */
+struct Group {
+    const char *id;
+    const char *title;
+};
 
 struct CheckRow {
     const char *id;    ///< for programs
     const char *title; ///< for people
-    Group group;
+    const Group *group;
     bool isForLibrary; ///< whether reading through the reader maker's library needs it
     bool isForUsb;     ///< whether reading over USB does
     Findings (*judge)(const Environment &environment);
@@ -22,14 +26,6 @@ struct CheckRow {
 
 /** In the order of the report; the rows of a group stand together. */
 const std::vector<CheckRow> &checkTable();
-
-struct GroupRow {
-    Group group;
-    const char *id;
-    const char *title;
-};
-
-const std::vector<GroupRow> &groupTable();
 
 /** What a check found. */
 struct CheckedFinding {
@@ -41,8 +37,5 @@ struct CheckedFinding {
 std::vector<CheckedFinding> judge(const Environment &environment);
 
 Level worstOf(const std::vector<CheckedFinding> &findings);
-
-/** Whether `roads` needs a check of this row. */
-bool isNeeded(const CheckRow &row, Roads roads);
 
 } // namespace app::doctor

@@ -55,70 +55,73 @@ QString installedStandIn()
 const char *const FONTS_COMMAND = "apt-get install fontconfig fonts-noto-cjk";
 
 /** Qt takes some font: what is missing for the one that was chosen, a font or its being chosen. */
-void remedyChoice(const PicturesState &pictures, const FontState &font, Finding *finding)
+Finding judgedSubstitute(const PicturesState &pictures, const FontState &font, const QString &text)
 {
     const bool needsChoice = !pictures.isFontChoiceInForce;
     // Where the choice is in force and does not help, none of its fonts is for this family.
     const bool needsFont = !needsChoice || font.standIn.isEmpty();
-    const QString start = needsFont
-                              ? QStringLiteral("Install a font for it")
-                              : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
+    Finding finding{Level::Warning, text};
+    QString remedy = needsFont ? QStringLiteral("Install a font for it")
+                               : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
     if (needsFont)
-        finding->commands << QLatin1String(FONTS_COMMAND);
-    QString choice;
+        finding.commands << QLatin1String(FONTS_COMMAND);
     if (needsChoice) {
-        choice = QStringLiteral("%1opy the project's fontconfig file 69-idcard-reader.conf to "
-                                "/etc/fonts/conf.d")
-                     .arg(QLatin1String(needsFont ? " and c" : ". C"));
+        remedy += QLatin1String(needsFont ? " and c" : ". C") +
+                  QStringLiteral("opy the project's fontconfig file 69-idcard-reader.conf to "
+                                 "/etc/fonts/conf.d");
         if (pictures.shippedFontChoice.isEmpty())
-            choice += QStringLiteral("; it is in the project's sources, packaging/fonts");
+            remedy += QStringLiteral("; it is in the project's sources, packaging/fonts");
         else
-            finding->commands << QStringLiteral("cp %1 /etc/fonts/conf.d/")
-                                     .arg(quoted(pictures.shippedFontChoice));
+            finding.commands << QStringLiteral("cp %1 /etc/fonts/conf.d/")
+                                    .arg(quoted(pictures.shippedFontChoice));
     }
-    finding->remedy =
-        QStringLiteral("%1%2 (docs/fonts.md), as root%3")
-            .arg(start, choice, QLatin1String(finding->commands.isEmpty() ? "." : ":"));
+    finding.remedy = remedy + QStringLiteral(" (docs/fonts.md), as root") +
+                     QLatin1String(finding.commands.isEmpty() ? "." : ":");
+    return finding;
 }
 
 Finding judgedFont(const PicturesState &pictures, const FontState &font)
 {
-    Finding finding;
+    const QString wanted =
+        font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
+    const QString faces = font.faces.join(QStringLiteral(", "));
+    if (!font.isKnown) {
+        return {Level::Failure,
+                QStringLiteral("%1: not known, since Qt does not come up (%2)")
+                    .arg(wanted, pictures.failure),
+                QStringLiteral("Do what \"Screen\" says and run this again.")};
+    }
+    if (!font.hasChinese) {
+        return {Level::Failure,
+                QStringLiteral("%1: no font here has the Chinese characters; the pictures have "
+                               "empty boxes in their place")
+                    .arg(wanted),
+                QStringLiteral("Install a Chinese font (docs/fonts.md), as root:"),
+                {QLatin1String(FONTS_COMMAND)}};
+    }
+    if (font.isInstalled)
+        return {Level::Fine, QStringLiteral("%1 is installed").arg(wanted)};
+    if (font.isStandIn)
+        return {Level::Fine, QStringLiteral("%1: its stand-in %2").arg(wanted, faces)};
+    const QString taken =
+        faces.startsWith(font.got)
+            ? faces
+            : QStringLiteral("%1, with Chinese characters of %2").arg(font.got, faces);
+    return judgedSubstitute(pictures, font,
+                            QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters "
+                                           "may have another form or size than on the card")
+                                .arg(wanted, taken));
+}
+
+Findings checkFont(const PicturesState &pictures, const FontState &font)
+{
+    Finding finding = judgedFont(pictures, font);
     finding.facts = {
         {"family", font.family},           {"weight", font.weight},
         {"got", textOrNull(font.got)},     {"faces", QJsonArray::fromStringList(font.faces)},
         {"isInstalled", font.isInstalled}, {"isStandIn", font.isStandIn},
         {"hasChinese", font.hasChinese}};
-    const QString wanted =
-        font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
-    const QString faces = font.faces.join(QStringLiteral(", "));
-    if (!font.isKnown) {
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("%1: not known, since Qt does not come up (%2)")
-                           .arg(wanted, pictures.failure);
-        finding.remedy = QStringLiteral("Do what \"Screen\" says and run this again.");
-    } else if (!font.hasChinese) {
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("%1: no font here has the Chinese characters; the pictures "
-                                      "have empty boxes in their place")
-                           .arg(wanted);
-        finding.remedy = QStringLiteral("Install a Chinese font (docs/fonts.md), as root:");
-        finding.commands = QStringList{QLatin1String(FONTS_COMMAND)};
-    } else if (font.isInstalled || font.isStandIn) {
-        finding.text = font.isInstalled ? QStringLiteral("%1 is installed").arg(wanted)
-                                        : QStringLiteral("%1: its stand-in %2").arg(wanted, faces);
-    } else {
-        finding.level = Level::Warning;
-        const QString taken =
-            faces.startsWith(font.got)
-                ? faces
-                : QStringLiteral("%1, with Chinese characters of %2").arg(font.got, faces);
-        finding.text = QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters may "
-                                      "have another form or size than on the card")
-                           .arg(wanted, taken);
-        remedyChoice(pictures, font, &finding);
-    }
-    return finding;
+    return {finding};
 }
 
 } // namespace
@@ -176,12 +179,12 @@ void takeFont(const QJsonObject &told, FontState *font)
 
 Findings checkTextFont(const Environment &environment)
 {
-    return {judgedFont(environment.pictures, environment.pictures.fonts[0])};
+    return checkFont(environment.pictures, environment.pictures.fonts[0]);
 }
 
 Findings checkNumberFont(const Environment &environment)
 {
-    return {judgedFont(environment.pictures, environment.pictures.fonts[1])};
+    return checkFont(environment.pictures, environment.pictures.fonts[1]);
 }
 
 } // namespace app::doctor

@@ -25,6 +25,58 @@ QString requestedLocale()
     return {};
 }
 
+Finding judgedLibraryVersion(const Versions &versions)
+{
+    if (versions.library == QStringLiteral("version:") + versions.program)
+        return {Level::Fine, versions.library};
+    return {Level::Warning,
+            QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2")
+                .arg(versions.library, versions.program),
+            QStringLiteral("Install the library and the program of one version. This shows which "
+                           "library is taken:"),
+            {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep idcard_reader_lib")}};
+}
+
+Finding judgedQtVersion(const Versions &versions)
+{
+    const QVersionNumber built = QVersionNumber::fromString(versions.qtBuilt);
+    const QVersionNumber running = QVersionNumber::fromString(versions.qtRunning);
+    const QString text =
+        QStringLiteral("%1, built with %2").arg(versions.qtRunning, versions.qtBuilt);
+    // A program runs with the Qt of its building and with later ones of the same major number.
+    if (running >= built && running.majorVersion() == built.majorVersion())
+        return {Level::Fine, text};
+    return {Level::Failure,
+            text + QStringLiteral(": they do not go together"),
+            QStringLiteral("Install Qt %1 or a later Qt %2, or build the library with the Qt that "
+                           "is here. This shows which Qt is taken:")
+                .arg(versions.qtBuilt)
+                .arg(built.majorVersion()),
+            {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep Qt5")}};
+}
+
+Finding judgedLocale(const LocaleState &locale)
+{
+    const QString utf8 = QStringLiteral("export LC_ALL=C.UTF-8");
+    if (!locale.isSet) {
+        return {Level::Warning,
+                QStringLiteral("This system has no locale \"%1\"; programs run in \"C\", without "
+                               "Chinese characters")
+                    .arg(locale.requested),
+                QStringLiteral("Choose one that is there (locale -a shows them), for instance "
+                               "C.UTF-8, or have it made (Debian: package locales):"),
+                {utf8, QStringLiteral("dpkg-reconfigure locales")}};
+    }
+    if (locale.encoding == QLatin1String("UTF-8"))
+        return {Level::Fine, locale.name};
+    return {Level::Warning,
+            QStringLiteral("\"%1\" has the encoding %2, not UTF-8: a host application may garble "
+                           "Chinese texts and file names")
+                .arg(locale.name, locale.encoding),
+            QStringLiteral("Start the host application in a UTF-8 locale, for instance:"),
+            {utf8}};
+}
+
 } // namespace
 
 Versions probeVersions()
@@ -46,66 +98,27 @@ LocaleState probeLocale()
 Findings checkLibraryVersion(const Environment &environment)
 {
     const Versions &versions = environment.versions;
-    const QJsonObject facts{{"library", versions.library}, {"program", versions.program}};
-    if (versions.library == QStringLiteral("version:") + versions.program)
-        return {{Level::Fine, versions.library, {}, {}, facts}};
-    return {{Level::Warning,
-             QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2")
-                 .arg(versions.library, versions.program),
-             QStringLiteral("Install the library and the program of one version. This shows which "
-                            "library is taken:"),
-             {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep idcard_reader_lib")},
-             facts}};
+    Finding finding = judgedLibraryVersion(versions);
+    finding.facts = {{"library", versions.library}, {"program", versions.program}};
+    return {finding};
 }
 
 Findings checkQtVersion(const Environment &environment)
 {
     const Versions &versions = environment.versions;
-    const QJsonObject facts{{"built", versions.qtBuilt}, {"running", versions.qtRunning}};
-    const QVersionNumber built = QVersionNumber::fromString(versions.qtBuilt);
-    const QVersionNumber running = QVersionNumber::fromString(versions.qtRunning);
-    const QString text =
-        QStringLiteral("%1, built with %2").arg(versions.qtRunning, versions.qtBuilt);
-    // A program runs with the Qt of its building and with later ones of the same major number.
-    if (running >= built && running.majorVersion() == built.majorVersion())
-        return {{Level::Fine, text, {}, {}, facts}};
-    return {{Level::Failure,
-             text + QStringLiteral(": they do not go together"),
-             QStringLiteral("Install Qt %1 or a later Qt %2, or build the library with the Qt that "
-                            "is here. This shows which Qt is taken:")
-                 .arg(versions.qtBuilt)
-                 .arg(built.majorVersion()),
-             {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep Qt5")},
-             facts}};
+    Finding finding = judgedQtVersion(versions);
+    finding.facts = {{"built", versions.qtBuilt}, {"running", versions.qtRunning}};
+    return {finding};
 }
 
 Findings checkLocale(const Environment &environment)
 {
     const LocaleState &locale = environment.locale;
-    const QJsonObject facts{{"requested", textOrNull(locale.requested)},
-                            {"name", textOrNull(locale.name)},
-                            {"encoding", textOrNull(locale.encoding)}};
-    const bool isUtf8 = locale.encoding == QLatin1String("UTF-8");
-    if (locale.isSet && isUtf8)
-        return {{Level::Fine, locale.name, {}, {}, facts}};
-    if (!locale.isSet) {
-        return {
-            {Level::Warning,
-             QStringLiteral("This system has no locale \"%1\"; programs run in \"C\", without "
-                            "Chinese characters")
-                 .arg(locale.requested),
-             QStringLiteral("Choose one that is there (locale -a shows them), for instance "
-                            "C.UTF-8, or have it made (Debian: package locales):"),
-             {QStringLiteral("export LC_ALL=C.UTF-8"), QStringLiteral("dpkg-reconfigure locales")},
-             facts}};
-    }
-    return {{Level::Warning,
-             QStringLiteral("\"%1\" has the encoding %2, not UTF-8: a host application may garble "
-                            "Chinese texts and file names")
-                 .arg(locale.name, locale.encoding),
-             QStringLiteral("Start the host application in a UTF-8 locale, for instance:"),
-             {QStringLiteral("export LC_ALL=C.UTF-8")},
-             facts}};
+    Finding finding = judgedLocale(locale);
+    finding.facts = {{"requested", textOrNull(locale.requested)},
+                     {"name", textOrNull(locale.name)},
+                     {"encoding", textOrNull(locale.encoding)}};
+    return {finding};
 }
 
 } // namespace app::doctor

@@ -33,6 +33,34 @@ void describePlugin(QJsonObject *told)
     }
 }
 
+Finding judgedJpeg(const PicturesState &pictures)
+{
+    const QStringList reinstall{QStringLiteral("apt-get install --reinstall libqt5gui5")};
+    const QString &plugin = pictures.jpegPlugin;
+    if (pictures.canWriteJpeg)
+        return {Level::Fine, plugin.isEmpty() ? QStringLiteral("Qt can write it") : plugin};
+    if (!pictures.isJpegKnown) {
+        return {Level::Failure,
+                QStringLiteral("Not known, since Qt does not come up (%1)").arg(pictures.failure),
+                QStringLiteral("Do what \"Screen\" says and run this again.")};
+    }
+    if (plugin.isEmpty()) {
+        return {Level::Failure,
+                QStringLiteral("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all pictures "
+                               "come out empty; looked in %1")
+                    .arg(pictures.pluginFolders.join(QStringLiteral(", "))),
+                QStringLiteral("Install it, as root (Debian), or put the plug-in of your Qt in one "
+                               "of these folders:"),
+                reinstall};
+    }
+    return {Level::Failure,
+            QStringLiteral("Qt's JPEG plug-in does not work, all pictures come out empty: %1")
+                .arg(pictures.jpegProblem.isEmpty() ? plugin : pictures.jpegProblem),
+            QStringLiteral("Put the plug-in of the Qt that is running in its place, as root "
+                           "(Debian):"),
+            reinstall};
+}
+
 } // namespace
 
 QJsonObject describeJpeg()
@@ -60,36 +88,10 @@ void takeJpeg(const QJsonObject &told, PicturesState *pictures)
 Findings checkJpeg(const Environment &environment)
 {
     const PicturesState &pictures = environment.pictures;
-    Finding finding;
+    Finding finding = judgedJpeg(pictures);
     finding.facts = {{"canWrite", pictures.canWriteJpeg},
                      {"file", textOrNull(pictures.jpegPlugin)},
                      {"pluginFolders", QJsonArray::fromStringList(pictures.pluginFolders)}};
-    if (pictures.canWriteJpeg) {
-        finding.text =
-            pictures.jpegPlugin.isEmpty() ? QStringLiteral("Qt can write it") : pictures.jpegPlugin;
-        return {finding};
-    }
-    finding.level = Level::Failure;
-    if (!pictures.isJpegKnown) {
-        finding.text =
-            QStringLiteral("Not known, since Qt does not come up (%1)").arg(pictures.failure);
-        finding.remedy = QStringLiteral("Do what \"Screen\" says and run this again.");
-    } else if (pictures.jpegPlugin.isEmpty()) {
-        finding.text = QStringLiteral("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all "
-                                      "pictures come out empty; looked in %1")
-                           .arg(pictures.pluginFolders.join(QStringLiteral(", ")));
-        finding.remedy = QStringLiteral("Install it, as root (Debian), or put the plug-in of your "
-                                        "Qt in one of these folders:");
-        finding.commands = QStringList{QStringLiteral("apt-get install --reinstall libqt5gui5")};
-    } else {
-        finding.text =
-            QStringLiteral("Qt's JPEG plug-in does not work, all pictures come out "
-                           "empty: %1")
-                .arg(pictures.jpegProblem.isEmpty() ? pictures.jpegPlugin : pictures.jpegProblem);
-        finding.remedy = QStringLiteral("Put the plug-in of the Qt that is running in its place, "
-                                        "as root (Debian):");
-        finding.commands = QStringList{QStringLiteral("apt-get install --reinstall libqt5gui5")};
-    }
     return {finding};
 }
 

@@ -77,15 +77,15 @@ Loading outcomeOf(const ChildRun &run)
 
 /** What is wrong with a library. */
 struct Problem {
-    const char *name = "none"; ///< for programs
+    QLatin1String name; ///< for programs
     QString text;
     QString remedy;
     QStringList commands = {};
 };
 
 struct Names {
-    const char *what;  ///< "the reader maker's library"
-    const char *maker; ///< whom to ask
+    QString what;  ///< "the reader maker's library"
+    QString maker; ///< whom to ask
 };
 
 /** The library that the loader misses for the one that it was to load; empty when none. */
@@ -104,33 +104,32 @@ QString missingDependency(const LibraryState &state)
 
 Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const Names &names)
 {
-    const QString maker = QLatin1String(names.maker);
     switch (file.shape) {
     case LibraryShape::OtherMachine:
-        return {"other-machine",
+        return {QLatin1String("other-machine"),
                 QStringLiteral("%1 is for another processor: %2; this program is for %3")
                     .arg(file.path, file.machine, state.ownMachine),
                 QStringLiteral("Get the library for %1 from %2 and put it in this one's place.")
-                    .arg(state.ownMachine, maker)};
+                    .arg(state.ownMachine, names.maker)};
     case LibraryShape::CutOff:
-        return {"truncated",
+        return {QLatin1String("truncated"),
                 QStringLiteral("%1 is cut off: %2 bytes are less than its own headers tell")
                     .arg(file.path)
                     .arg(QFileInfo(file.path).size()),
                 QStringLiteral("Copy the file anew from what %1 delivered and compare the two:")
-                    .arg(maker),
+                    .arg(names.maker),
                 {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
     case LibraryShape::Unreadable:
-        return {"unreadable",
+        return {QLatin1String("unreadable"),
                 QStringLiteral("%1 cannot be read by this user, or leads nowhere").arg(file.path),
                 QStringLiteral("See where it leads, and let everybody read the file, as root:"),
                 {QStringLiteral("ls -lL %1").arg(quoted(file.path)),
                  QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
     case LibraryShape::NoLibrary:
-        return {"no-library",
+        return {QLatin1String("no-library"),
                 QStringLiteral("%1 is no library").arg(file.path),
                 QStringLiteral("Put the file that %1 delivered in its place; what it is now:")
-                    .arg(maker),
+                    .arg(names.maker),
                 {QStringLiteral("file %1").arg(quoted(file.path))}};
     case LibraryShape::Sound:
         break;
@@ -143,13 +142,12 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
 {
     const QString dependency = missingDependency(state);
     if (!dependency.isEmpty()) {
-        const QString path = state.tried;
-        return {"missing-dependency",
-                QStringLiteral("%1 needs %2, which is not here").arg(path, dependency),
+        return {QLatin1String("missing-dependency"),
+                QStringLiteral("%1 needs %2, which is not here").arg(state.tried, dependency),
                 QStringLiteral("Install what has %1; %2 tells what the library needs. All that is "
                                "missing:")
-                    .arg(dependency, QLatin1String(names.maker)),
-                {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(path)),
+                    .arg(dependency, names.maker),
+                {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
                  QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
     }
     for (const LibraryFile &file : state.files) {
@@ -157,21 +155,20 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
             return problemOfFile(state, file, names);
     }
     if (!state.files.isEmpty()) {
-        return {"not-loadable",
+        return {QLatin1String("not-loadable"),
                 QStringLiteral("%1 cannot be loaded: %2")
                     .arg(state.tried, state.errors.isEmpty() ? QString() : state.errors.last()),
                 QStringLiteral("Get a version of it for this system from %1; the loader's whole "
                                "account:")
-                    .arg(QLatin1String(names.maker)),
+                    .arg(names.maker),
                 {QStringLiteral("ldd -r %1").arg(quoted(state.tried))}};
     }
-    return {"not-found",
+    return {QLatin1String("not-found"),
             QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache")
-                .arg(QLatin1String(names.what), state.fileName,
-                     state.places.join(QStringLiteral(", "))),
+                .arg(names.what, state.fileName, state.places.join(QStringLiteral(", "))),
             QStringLiteral("Put the file that %1 delivered, or a link to it, under this name "
                            "beside libidcard_reader_lib.so, as root:")
-                .arg(QLatin1String(names.maker)),
+                .arg(names.maker),
             {QStringLiteral("ln -s /PATH/OF/THE/MAKERS/FILE %1")
                  .arg(quoted(state.ownFolder + QLatin1Char('/') + state.fileName))}};
 }
@@ -184,31 +181,31 @@ Problem problemOf(const LibraryState &state, const Names &names)
     case Loading::Loaded:
         if (state.missing.isEmpty())
             return {};
-        return {"missing-function",
+        return {QLatin1String("missing-function"),
                 QStringLiteral("%1 has no function %2")
                     .arg(state.tried, state.missing.join(QStringLiteral(", "))),
                 QStringLiteral("It is another library, or another version, under this name. Put "
                                "the one that %1 delivered in its place. What it has:")
-                    .arg(QLatin1String(names.maker)),
+                    .arg(names.maker),
                 {QStringLiteral("nm -D --defined-only %1").arg(quoted(state.tried))}};
     case Loading::Crashed:
         for (const LibraryFile &file : state.files) {
             if (file.shape == LibraryShape::CutOff)
                 return problemOfFile(state, file, names);
         }
-        return {"crash",
+        return {QLatin1String("crash"),
                 QStringLiteral("Loading %1 crashes (%2), and with it every program that reads")
                     .arg(state.tried, state.crash),
                 QStringLiteral("Get another version of it from %1, and tell them. Take this one "
                                "away until then.")
-                    .arg(QLatin1String(names.maker))};
+                    .arg(names.maker)};
     case Loading::Hung:
-        return {"hang",
+        return {QLatin1String("hang"),
                 QStringLiteral("Loading %1 hangs, and with it every program that reads")
                     .arg(state.tried),
                 QStringLiteral("End other programs that use the reader and plug it in anew. If it "
                                "stays so, get another version from %1.")
-                    .arg(QLatin1String(names.maker))};
+                    .arg(names.maker)};
     case Loading::NotLoaded:
         break;
     }
@@ -219,31 +216,26 @@ Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsen
 {
     const Problem problem = problemOf(state, names);
     const bool isInProcess = state.loading == Loading::NotTried;
-    const bool isFine = problem.text.isEmpty();
+    const QString loaded = state.loading == Loading::Loaded ? state.tried : QString();
     Finding finding;
-    finding.facts = {
-        {"fileName", state.fileName},
-        {"functions", QJsonArray::fromStringList(state.functions)},
-        {"missing", QJsonArray::fromStringList(state.missing)},
-        {"places", QJsonArray::fromStringList(state.places)},
-        {"isInProcess", isInProcess},
-        {"file", isInProcess
-                     ? textOrNull(state.definedIn)
-                     : (state.loading == Loading::Loaded ? textOrNull(state.tried) : QJsonValue())},
-        {"problem", QLatin1String(problem.name)}};
-    if (isFine) {
+    if (problem.text.isEmpty()) {
         finding.text = isInProcess ? QStringLiteral("its functions are in the process already, "
                                                     "from %1")
                                          .arg(state.definedIn)
-                                   : state.tried;
-        return finding;
+                                   : loaded;
+    } else {
+        const bool isAbsent = problem.name == QLatin1String("not-found");
+        finding = {isAbsent ? levelOfAbsence : Level::Failure, problem.text, problem.remedy,
+                   problem.commands};
+        finding.text[0] = finding.text[0].toUpper();
     }
-    finding.level =
-        QLatin1String(problem.name) == QLatin1String("not-found") ? levelOfAbsence : Level::Failure;
-    finding.text = problem.text;
-    finding.text[0] = finding.text[0].toUpper();
-    finding.remedy = problem.remedy;
-    finding.commands = problem.commands;
+    finding.facts = {{"fileName", state.fileName},
+                     {"functions", QJsonArray::fromStringList(state.functions)},
+                     {"missing", QJsonArray::fromStringList(state.missing)},
+                     {"places", QJsonArray::fromStringList(state.places)},
+                     {"isInProcess", isInProcess},
+                     {"file", textOrNull(isInProcess ? state.definedIn : loaded)},
+                     {"problem", problem.name.isEmpty() ? QLatin1String("none") : problem.name}};
     return finding;
 }
 
@@ -256,10 +248,7 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     state.functions = functions;
     state.ownFolder = QFileInfo(ownLibrary()).path();
     state.ownMachine = inspectLibrary(ownLibrary()).machine;
-    const LibrarySearch search = searchLibrary(fileName);
-    state.places = search.places;
-    state.files = search.files;
-    state.found = search.found;
+    static_cast<LibrarySearch &>(state) = searchLibrary(fileName);
     state.definedIn = definerOf(functions);
     if (!state.definedIn.isEmpty())
         return state;
@@ -287,16 +276,20 @@ LibraryState probePhotoDecoder()
 
 Findings checkReaderLibrary(const Environment &environment)
 {
-    return {judged(environment.readerLibrary, {"the reader maker's library", "the reader's maker"},
-                   Level::Failure)};
+    return {
+        judged(environment.readerLibrary,
+               {QStringLiteral("the reader maker's library"), QStringLiteral("the reader's maker")},
+               Level::Failure)};
 }
 
 Findings checkPhotoDecoder(const Environment &environment)
 {
     // Many readers deliver photos decoded to their maker's library; over USB none does.
     const Level absence = environment.roads == Roads::Library ? Level::Warning : Level::Failure;
-    return {judged(environment.photoDecoder,
-                   {"the photo decoder", "the maker of the photo decoder"}, absence)};
+    return {judged(
+        environment.photoDecoder,
+        {QStringLiteral("the photo decoder"), QStringLiteral("the maker of the photo decoder")},
+        absence)};
 }
 
 } // namespace app::doctor

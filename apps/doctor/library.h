@@ -15,15 +15,12 @@ namespace app::doctor
 enum class Loading { NotTried, Loaded, NotLoaded, Crashed, Hung };
 
 /** One of the makers' two libraries. */
-struct LibraryState {
+struct LibraryState : LibrarySearch {
     QString fileName;
     QStringList functions;
-    QString ownMachine;         ///< the processor that this program is for
-    QString ownFolder;          ///< of libidcard_reader_lib.so
-    QStringList places;         ///< folders that are looked in, in this order
-    QVector<LibraryFile> files; ///< in the order in which the library comes by them
-    QString found;              ///< the one at which the loader's search ends; empty: at none
-    QString definedIn; ///< the file that has the functions, when they are in the process already
+    QString ownMachine; ///< the processor that this program is for
+    QString ownFolder;  ///< of libidcard_reader_lib.so
+    QString definedIn;  ///< the file that has the functions, when they are in the process already
     Loading loading = Loading::NotTried;
     QString tried;      ///< the file that was loaded, or that loading ended at
     QString crash;      ///< how the loading program ended

@@ -1,6 +1,7 @@
 #include "apps/doctor/report.h"
 
 #include <algorithm>
+#include <array>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -18,17 +19,15 @@ constexpr int TITLE_WIDTH = 17;
 constexpr int TEXT_COLUMN = MARKER_WIDTH + TITLE_WIDTH;
 constexpr int COMMAND_INDENT = 3;
 
-QString markerOf(Level level)
+// In the order of their values.
+constexpr std::array<const char *, 3> LEVELS = {"ok", "warning", "failure"};
+constexpr std::array<const char *, 3> MARKERS = {"ok", "warning", "FAILURE"};
+constexpr std::array<const char *, 3> ROADS = {"both", "library", "usb"};
+
+template <typename Value>
+QLatin1String nameIn(const std::array<const char *, 3> &names, Value value)
 {
-    switch (level) {
-    case Level::Fine:
-        return QStringLiteral("ok");
-    case Level::Warning:
-        return QStringLiteral("warning");
-    case Level::Failure:
-        break;
-    }
-    return QStringLiteral("FAILURE");
+    return QLatin1String(names.at(static_cast<std::size_t>(value)));
 }
 
 QString indented(const QString &text)
@@ -39,7 +38,7 @@ QString indented(const QString &text)
 QString toLines(const CheckedFinding &one)
 {
     const Finding &finding = one.finding;
-    QString lines = padded(markerOf(finding.level), MARKER_WIDTH) +
+    QString lines = padded(nameIn(MARKERS, finding.level), MARKER_WIDTH) +
                     padded(QLatin1String(one.check->title), TITLE_WIDTH) + indented(finding.text) +
                     QLatin1Char('\n');
     if (!finding.remedy.isEmpty())
@@ -86,46 +85,14 @@ QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
     return wrapped(text, HELP_WIDTH, 0) + QLatin1Char('\n');
 }
 
-const char *levelName(Level level)
-{
-    switch (level) {
-    case Level::Fine:
-        return "ok";
-    case Level::Warning:
-        return "warning";
-    case Level::Failure:
-        break;
-    }
-    return "failure";
-}
-
-const GroupRow &rowOf(Group group)
-{
-    return *std::find_if(groupTable().begin(), groupTable().end(),
-                         [group](const GroupRow &row) { return row.group == group; });
-}
-
-const char *roadsName(Roads roads)
-{
-    switch (roads) {
-    case Roads::Library:
-        return "library";
-    case Roads::Usb:
-        return "usb";
-    case Roads::Both:
-        break;
-    }
-    return "both";
-}
-
 } // namespace
 
 QString toReport(const std::vector<CheckedFinding> &findings, Roads roads)
 {
     QString text;
-    const GroupRow *last = nullptr;
+    const Group *last = nullptr;
     for (const CheckedFinding &one : findings) {
-        const GroupRow *const group = &rowOf(one.check->group);
+        const Group *const group = one.check->group;
         if (group != last)
             text += QStringLiteral("%1%2\n").arg(QLatin1String(last == nullptr ? "" : "\n"),
                                                  QLatin1String(group->title));
@@ -140,17 +107,17 @@ QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads
     QJsonArray array;
     for (const CheckedFinding &one : findings) {
         const Finding &finding = one.finding;
-        array << QJsonObject{{"group", QLatin1String(rowOf(one.check->group).id)},
+        array << QJsonObject{{"group", QLatin1String(one.check->group->id)},
                              {"check", QLatin1String(one.check->id)},
-                             {"level", QLatin1String(levelName(finding.level))},
+                             {"level", nameIn(LEVELS, finding.level)},
                              {"text", finding.text},
                              {"remedy", textOrNull(finding.remedy)},
                              {"commands", QJsonArray::fromStringList(finding.commands)},
                              {"facts", finding.facts}};
     }
     const QJsonObject report{
-        {"road", QLatin1String(roadsName(roads))},
-        {"result", QLatin1String(levelName(worstOf(findings)))},
+        {"road", nameIn(ROADS, roads)},
+        {"result", nameIn(LEVELS, worstOf(findings))},
         {"counts", QJsonObject{{"ok", countOf(findings, Level::Fine)},
                                {"warning", countOf(findings, Level::Warning)},
                                {"failure", countOf(findings, Level::Failure)}}},

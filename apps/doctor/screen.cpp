@@ -36,10 +36,73 @@ QString numberText(double number)
     return QString::number(number, 'f', 1).remove(QStringLiteral(".0"));
 }
 
-const char *const DISPLAY_REMEDY =
-    "Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY is "
-    "set. Without any display, tell Qt so:";
-const char *const OFFSCREEN_COMMAND = "export QT_QPA_PLATFORM=offscreen";
+Finding judgedScreen(const PicturesState &pictures)
+{
+    const QStringList offscreen{QStringLiteral("export QT_QPA_PLATFORM=offscreen")};
+    const QString display = QStringLiteral(
+        "Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY "
+        "is set. Without any display, tell Qt so:");
+    if (!pictures.hasStarted) {
+        const QString platform = pictures.platform.isEmpty()
+                                     ? QStringLiteral("its own choice of platform")
+                                     : QStringLiteral("the platform \"%1\"").arg(pictures.platform);
+        return {Level::Failure,
+                QStringLiteral("Qt does not come up with %1: %2; a program that reads ends there")
+                    .arg(platform, pictures.failure),
+                display, offscreen};
+    }
+    if (!pictures.screen) {
+        return {Level::Failure,
+                QStringLiteral("Qt has no screen on the platform \"%1\": no picture can be painted")
+                    .arg(pictures.runningPlatform),
+                QStringLiteral("Connect a screen and switch it on, or tell Qt to do without:"),
+                offscreen};
+    }
+    if (pictures.isOffscreenChosen) {
+        return {Level::Warning,
+                QStringLiteral("There is no display. idcard-reader chooses Qt's platform "
+                               "\"offscreen\" by itself; a host application does not come up"),
+                display, offscreen};
+    }
+    return {Level::Fine, QStringLiteral("%1 pixels on the platform \"%2\"")
+                             .arg(sizeText(pictures.screen->pixels), pictures.runningPlatform)};
+}
+
+Finding judgedResolution(const ScreenState &screen)
+{
+    const QString dpi =
+        std::abs(screen.dpiX - screen.dpiY) < 0.05
+            ? numberText(screen.dpiX)
+            : QStringLiteral("%1 x %2").arg(numberText(screen.dpiX), numberText(screen.dpiY));
+    const QString claim = QStringLiteral("%1 dpi (%2 x %3 mm)")
+                              .arg(dpi, numberText(screen.millimetres.width()),
+                                   numberText(screen.millimetres.height()));
+    const QString card =
+        QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
+    const QString remedy = QStringLiteral(
+        "Virtual machines, projectors and adapters often tell no true size. Correct it in their "
+        "settings or in those of the desktop. What X11 knows of the screen:");
+    const QStringList commands{QStringLiteral("xrandr --query")};
+    switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
+    case ResolutionClaim::Usual:
+        break;
+    case ResolutionClaim::Unusual:
+        return {Level::Warning,
+                QStringLiteral("The screen claims %1, which is unusual; %2").arg(claim, card),
+                remedy, commands};
+    case ResolutionClaim::Uneven:
+        return {Level::Warning,
+                QStringLiteral("The screen claims different resolutions across and down, %1; "
+                               "pictures go by the first: %2")
+                    .arg(claim, card),
+                remedy, commands};
+    case ResolutionClaim::Impossible:
+        return {Level::Failure,
+                QStringLiteral("The screen claims %1, which no screen has; %2").arg(claim, card),
+                remedy, commands};
+    }
+    return {Level::Fine, QStringLiteral("%1; %2").arg(claim, card)};
+}
 
 } // namespace
 
@@ -77,42 +140,16 @@ void takeScreen(const QJsonObject &told, PicturesState *pictures)
 Findings checkScreen(const Environment &environment)
 {
     const PicturesState &pictures = environment.pictures;
-    Finding finding;
-    finding.facts = {
-        {"platform", textOrNull(pictures.runningPlatform)},
-        {"isOffscreenChosen", pictures.isOffscreenChosen},
-        {"name", pictures.screen ? textOrNull(pictures.screen->name) : QJsonValue()},
-        {"width", pictures.screen ? QJsonValue(pictures.screen->pixels.width()) : QJsonValue()},
-        {"height", pictures.screen ? QJsonValue(pictures.screen->pixels.height()) : QJsonValue()}};
-    const QString platform = pictures.platform.isEmpty()
-                                 ? QStringLiteral("its own choice of platform")
-                                 : QStringLiteral("the platform \"%1\"").arg(pictures.platform);
-    if (!pictures.hasStarted) {
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("Qt does not come up with %1: %2; a program that reads ends "
-                                      "there")
-                           .arg(platform, pictures.failure);
-        finding.remedy = QLatin1String(DISPLAY_REMEDY);
-        finding.commands = QStringList{QLatin1String(OFFSCREEN_COMMAND)};
-    } else if (!pictures.screen) {
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("Qt has no screen on the platform \"%1\": no picture can be "
-                                      "painted")
-                           .arg(pictures.runningPlatform);
-        finding.remedy = QStringLiteral("Connect a screen and switch it on, or tell Qt to do "
-                                        "without:");
-        finding.commands = QStringList{QLatin1String(OFFSCREEN_COMMAND)};
-    } else if (pictures.isOffscreenChosen) {
-        finding.level = Level::Warning;
-        finding.text = QStringLiteral("There is no display. idcard-reader chooses Qt's platform "
-                                      "\"offscreen\" by itself; a host application does not come "
-                                      "up");
-        finding.remedy = QLatin1String(DISPLAY_REMEDY);
-        finding.commands = QStringList{QLatin1String(OFFSCREEN_COMMAND)};
-    } else {
-        finding.text = QStringLiteral("%1 pixels on the platform \"%2\"")
-                           .arg(sizeText(pictures.screen->pixels), pictures.runningPlatform);
-    }
+    const ScreenState screen = pictures.screen.value_or(ScreenState());
+    const auto ifThere = [&pictures](double number) {
+        return pictures.screen ? QJsonValue(number) : QJsonValue();
+    };
+    Finding finding = judgedScreen(pictures);
+    finding.facts = {{"platform", textOrNull(pictures.runningPlatform)},
+                     {"isOffscreenChosen", pictures.isOffscreenChosen},
+                     {"name", textOrNull(screen.name)},
+                     {"width", ifThere(screen.pixels.width())},
+                     {"height", ifThere(screen.pixels.height())}};
     return {finding};
 }
 
@@ -121,47 +158,13 @@ Findings checkResolution(const Environment &environment)
     if (!environment.pictures.screen)
         return {};
     const ScreenState &screen = *environment.pictures.screen;
-    Finding finding;
+    Finding finding = judgedResolution(screen);
     finding.facts = {{"dpiX", screen.dpiX},
                      {"dpiY", screen.dpiY},
                      {"widthMm", screen.millimetres.width()},
                      {"heightMm", screen.millimetres.height()},
                      {"cardWidth", screen.card.width()},
                      {"cardHeight", screen.card.height()}};
-    const QString size =
-        QStringLiteral("%1 x %2 mm")
-            .arg(numberText(screen.millimetres.width()), numberText(screen.millimetres.height()));
-    const QString dpi =
-        std::abs(screen.dpiX - screen.dpiY) < 0.05
-            ? numberText(screen.dpiX)
-            : QStringLiteral("%1 x %2").arg(numberText(screen.dpiX), numberText(screen.dpiY));
-    const QString card =
-        QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
-    switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
-    case ResolutionClaim::Usual:
-        finding.text = QStringLiteral("%1 dpi (%2); %3").arg(dpi, size, card);
-        return {finding};
-    case ResolutionClaim::Unusual:
-        finding.level = Level::Warning;
-        finding.text = QStringLiteral("The screen claims %1 dpi (%2), which is unusual; %3")
-                           .arg(dpi, size, card);
-        break;
-    case ResolutionClaim::Uneven:
-        finding.level = Level::Warning;
-        finding.text = QStringLiteral("The screen claims different resolutions across and down, %1 "
-                                      "dpi (%2); pictures go by the first: %3")
-                           .arg(dpi, size, card);
-        break;
-    case ResolutionClaim::Impossible:
-        finding.level = Level::Failure;
-        finding.text = QStringLiteral("The screen claims %1 dpi (%2), which no screen has; %3")
-                           .arg(dpi, size, card);
-        break;
-    }
-    finding.remedy = QStringLiteral("Virtual machines, projectors and adapters often tell no true "
-                                    "size. Correct it in their settings or in those of the "
-                                    "desktop. What X11 knows of the screen:");
-    finding.commands = QStringList{QStringLiteral("xrandr --query")};
     return {finding};
 }
 

@@ -33,39 +33,74 @@ QString groupName(gid_t group)
     return entry == nullptr ? QString::number(group) : QString::fromLocal8Bit(entry->gr_name);
 }
 
-/** The groups of a user by the system's lists, whatever this process has. */
-std::vector<gid_t> listedGroups(const char *name, gid_t primary)
+/** Whether a user has a group by the system's lists, whatever this process has. */
+bool isListed(const char *user, gid_t primary, gid_t group)
 {
-    constexpr int MOST = 65536;
-    int count = 64;
+    int count = 0;
+    ::getgrouplist(user, primary, nullptr, &count);
     std::vector<gid_t> groups(static_cast<std::size_t>(count));
-    while (::getgrouplist(name, primary, groups.data(), &count) < 0) {
-        if (count > MOST || static_cast<std::size_t>(count) <= groups.size())
-            return {};
-        groups.resize(static_cast<std::size_t>(count));
-    }
-    groups.resize(static_cast<std::size_t>(count));
-    return groups;
-}
-
-std::vector<gid_t> processGroups()
-{
-    const int count = ::getgroups(0, nullptr);
-    std::vector<gid_t> groups(static_cast<std::size_t>(std::max(count, 0)));
-    const int got = ::getgroups(count, groups.data());
-    groups.resize(static_cast<std::size_t>(std::max(got, 0)));
-    groups.push_back(::getegid());
-    return groups;
-}
-
-bool holds(const std::vector<gid_t> &groups, gid_t group)
-{
-    return std::find(groups.begin(), groups.end(), group) != groups.end();
+    return ::getgrouplist(user, primary, groups.data(), &count) >= 0 &&
+           std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
 QString modeText(unsigned int mode)
 {
     return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
+}
+
+Finding judgedRights(const UsbNode &node, bool isRoot)
+{
+    const NodeRights &rights = node.rights;
+    if (!rights.isThere) {
+        return {Level::Failure,
+                QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
+                QStringLiteral("Plug the reader in anew. In a container, hand /dev/bus/usb in."),
+                {QStringLiteral("ls -l /dev/bus/usb")}};
+    }
+    const QString state =
+        QStringLiteral("%1: mode %2, owner %3, group %4%5")
+            .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
+                 rights.hasAcl ? QStringLiteral(", with an access list") : QString());
+    if (!node.device.mayOpen) {
+        return {Level::Failure, QStringLiteral("This user may not open %1").arg(state),
+                QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy)};
+    }
+    return {Level::Fine,
+            isRoot ? state + QStringLiteral("; root may open it whatever that is") : state};
+}
+
+Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
+{
+    const bool mayOpenAll = std::all_of(nodes.begin(), nodes.end(),
+                                        [](const UsbNode &node) { return node.device.mayOpen; });
+    const Level level = mayOpenAll ? Level::Warning : Level::Failure;
+    if (!group.exists) {
+        return {level,
+                QStringLiteral("There is no group \"%1\", to which the rule gives the reader")
+                    .arg(group.name),
+                QStringLiteral("Make it, as root:"),
+                {QStringLiteral("groupadd --system %1").arg(group.name)}};
+    }
+    if (group.isRoot)
+        return {Level::Fine, QStringLiteral("\"%1\" is there; root needs none").arg(group.name)};
+    if (group.isInForce)
+        return {Level::Fine, QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name)};
+    if (group.isMember) {
+        return {level,
+                QStringLiteral("%1 is in \"%2\", but has not logged in since then")
+                    .arg(group.user, group.name),
+                QStringLiteral("Log out of the whole desktop session and in again, or start the "
+                               "machine anew. To try it in this terminal:"),
+                {QStringLiteral("newgrp %1").arg(group.name)}};
+    }
+    const QString text = QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name);
+    if (mayOpenAll && !nodes.isEmpty())
+        return {Level::Fine, text + QStringLiteral(" and need not be: the reader is open to them")};
+    return {level,
+            text,
+            QStringLiteral("Who sits at the machine needs no group. For others, as root, then log "
+                           "in anew:"),
+            {QStringLiteral("usermod --append --groups %1 %2").arg(group.name, group.user)}};
 }
 
 } // namespace
@@ -100,104 +135,37 @@ GroupState groupState(const QString &group)
         return state;
     const gid_t number = entry->gr_gid;
     state.exists = true;
-    state.isMember = !name.isEmpty() && holds(listedGroups(name.constData(), primary), number);
-    state.isInForce = holds(processGroups(), number);
+    state.isMember = !name.isEmpty() && isListed(name.constData(), primary, number);
+    state.isInForce = number == ::getegid() || ::group_member(number) != 0;
     return state;
 }
 
 Findings checkPermission(const Environment &environment)
 {
     const bool isRoot = environment.usb.group.isRoot;
-    return forEach(environment.usb, [isRoot](const UsbNode &node) {
-        const NodeRights &rights = node.rights;
-        QJsonObject facts = nodeFacts(node);
-        facts["mayOpen"] = node.device.mayOpen;
-        facts["mode"] = rights.isThere ? QJsonValue(modeText(rights.mode)) : QJsonValue();
-        facts["owner"] = textOrNull(rights.owner);
-        facts["group"] = textOrNull(rights.group);
-        facts["hasAcl"] = rights.hasAcl;
-        if (!rights.isThere) {
-            return Finding{
-                Level::Failure,
-                QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
-                QStringLiteral("Plug the reader in anew. In a container, hand "
-                               "/dev/bus/usb in."),
-                {QStringLiteral("ls -l /dev/bus/usb")},
-                facts};
-        }
-        const QString state =
-            QStringLiteral("%1: mode %2, owner %3, group %4%5")
-                .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
-                     rights.hasAcl ? QStringLiteral(", with an access list") : QString());
-        if (node.device.mayOpen) {
-            const QString root = QStringLiteral("; root may open it whatever that is");
-            return Finding{Level::Fine, isRoot ? state + root : state, {}, {}, facts};
-        }
-        return Finding{Level::Failure,
-                       QStringLiteral("This user may not open %1").arg(state),
-                       QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy),
-                       {},
-                       facts};
-    });
+    return forEach(
+        environment.usb, [isRoot](const UsbNode &node) { return judgedRights(node, isRoot); },
+        [](const UsbNode &node) {
+            const NodeRights &rights = node.rights;
+            return QJsonObject{
+                {"mayOpen", node.device.mayOpen},
+                {"mode", rights.isThere ? QJsonValue(modeText(rights.mode)) : QJsonValue()},
+                {"owner", textOrNull(rights.owner)},
+                {"group", textOrNull(rights.group)},
+                {"hasAcl", rights.hasAcl}};
+        });
 }
 
 Findings checkGroup(const Environment &environment)
 {
     const GroupState &group = environment.usb.group;
-    const QVector<UsbNode> &nodes = environment.usb.nodes;
-    const bool mayOpenAll = std::all_of(nodes.begin(), nodes.end(),
-                                        [](const UsbNode &node) { return node.device.mayOpen; });
-    const QJsonObject facts{{"group", group.name},
-                            {"user", group.user},
-                            {"exists", group.exists},
-                            {"isMember", group.isMember},
-                            {"isInForce", group.isInForce}};
-    const Level level = mayOpenAll ? Level::Warning : Level::Failure;
-    if (!group.exists) {
-        return {{level,
-                 QStringLiteral("There is no group \"%1\", to which the rule gives the reader")
-                     .arg(group.name),
-                 QStringLiteral("Make it, as root:"),
-                 {QStringLiteral("groupadd --system %1").arg(group.name)},
-                 facts}};
-    }
-    if (group.isRoot) {
-        return {{Level::Fine,
-                 QStringLiteral("\"%1\" is there; root needs none").arg(group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    if (group.isInForce) {
-        return {{Level::Fine,
-                 QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    if (group.isMember) {
-        return {{level,
-                 QStringLiteral("%1 is in \"%2\", but has not logged in since then")
-                     .arg(group.user, group.name),
-                 QStringLiteral("Log out of the whole desktop session and in again, or start the "
-                                "machine anew. To try it in this terminal:"),
-                 {QStringLiteral("newgrp %1").arg(group.name)},
-                 facts}};
-    }
-    if (mayOpenAll && !nodes.isEmpty()) {
-        return {{Level::Fine,
-                 QStringLiteral("%1 is not in \"%2\" and need not be: the reader is open to them")
-                     .arg(group.user, group.name),
-                 {},
-                 {},
-                 facts}};
-    }
-    return {{level,
-             QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name),
-             QStringLiteral("Who sits at the machine needs no group. For others, as root, then log "
-                            "in anew:"),
-             {QStringLiteral("usermod --append --groups %1 %2").arg(group.name, group.user)},
-             facts}};
+    Finding finding = judgedGroup(group, environment.usb.nodes);
+    finding.facts = {{"group", group.name},
+                     {"user", group.user},
+                     {"exists", group.exists},
+                     {"isMember", group.isMember},
+                     {"isInForce", group.isInForce}};
+    return {finding};
 }
 
 } // namespace app::doctor

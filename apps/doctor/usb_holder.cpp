@@ -1,7 +1,5 @@
 // The programs that use the readers.
 
-#include <array>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,14 +14,6 @@ namespace app::doctor
 
 namespace
 {
-
-QString linkTarget(const QString &path)
-{
-    std::array<char, 4096> target{};
-    const ssize_t length =
-        ::readlink(QFile::encodeName(path).constData(), target.data(), target.size() - 1);
-    return length < 0 ? QString() : QFile::decodeName(target.data());
-}
 
 bool isSameFile(const QString &one, const QString &other)
 {
@@ -42,7 +32,7 @@ bool hasOpen(const QDir &files, const QString &node)
 {
     for (const QString &name : files.entryList(QDir::Files | QDir::System | QDir::Hidden)) {
         const QString path = files.filePath(name);
-        if (linkTarget(path).endsWith(node) && isSameFile(path, node))
+        if (QFile::symLinkTarget(path).endsWith(node) && isSameFile(path, node))
             return true;
     }
     return false;
@@ -55,6 +45,35 @@ QString nameOfProcess(const QString &folder)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromLocal8Bit(file.read(LONGEST)).trimmed();
+}
+
+bool isClaimed(const UsbNode &node)
+{
+    return node.device.driver == QLatin1String("usbfs");
+}
+
+Finding judgedHolders(const UsbNode &node)
+{
+    const Holders &holders = node.holders;
+    QStringList names;
+    for (const Holder &holder : holders.processes)
+        names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
+    const QString unseen =
+        holders.unseen == 0
+            ? QString()
+            : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees them")
+                  .arg(holders.unseen);
+    if (names.isEmpty() && !isClaimed(node))
+        return {Level::Fine, QStringLiteral("By no program") + unseen};
+    const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
+                                        : names.join(QStringLiteral(", "));
+    const QString how = isClaimed(node) ? QStringLiteral("The reader is held by ")
+                                        : QStringLiteral("The reader's node is open in ");
+    return {isClaimed(node) ? Level::Failure : Level::Warning,
+            how + who + unseen,
+            QStringLiteral("One program at a time can use a reader: end the other one first. Which "
+                           "it is, as root:"),
+            {QStringLiteral("fuser -v %1").arg(node.device.node)}};
 }
 
 } // namespace
@@ -80,39 +99,13 @@ Holders holdersOf(const QString &node, const QString &processes)
 
 Findings checkHolder(const Environment &environment)
 {
-    return forEach(environment.usb, [](const UsbNode &node) {
-        const Holders &holders = node.holders;
-        const bool isClaimed = node.device.driver == QLatin1String("usbfs");
+    return forEach(environment.usb, judgedHolders, [](const UsbNode &node) {
         QJsonArray processes;
-        QStringList names;
-        for (const Holder &holder : holders.processes) {
+        for (const Holder &holder : node.holders.processes)
             processes << QJsonObject{{"process", holder.process}, {"name", holder.name}};
-            names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
-        }
-        QJsonObject facts = nodeFacts(node);
-        facts["isClaimed"] = isClaimed;
-        facts["processes"] = processes;
-        facts["unseenProcesses"] = holders.unseen;
-        const QString unseen =
-            holders.unseen == 0
-                ? QString()
-                : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees "
-                                 "them")
-                      .arg(holders.unseen);
-        if (names.isEmpty() && !isClaimed)
-            return Finding{
-                Level::Fine, QStringLiteral("By no program%1").arg(unseen), {}, {}, facts};
-        const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
-                                            : names.join(QStringLiteral(", "));
-        // One program at a time can use a reader.
-        return Finding{isClaimed ? Level::Failure : Level::Warning,
-                       isClaimed
-                           ? QStringLiteral("The reader is held by %1%2").arg(who, unseen)
-                           : QStringLiteral("The reader's node is open in %1%2").arg(who, unseen),
-                       QStringLiteral("One program at a time can use a reader: end the other one "
-                                      "first. Which it is, as root:"),
-                       {QStringLiteral("fuser -v %1").arg(node.device.node)},
-                       facts};
+        return QJsonObject{{"isClaimed", isClaimed(node)},
+                           {"processes", processes},
+                           {"unseenProcesses", node.holders.unseen}};
     });
 }
 

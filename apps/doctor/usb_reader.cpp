@@ -13,9 +13,63 @@ namespace app::doctor
 namespace
 {
 
-QString place(const UsbNode &node)
+/** Why there is no device that could be a reader. */
+Finding judgedAbsence(const UsbState &usb)
 {
-    return QStringLiteral("%1 at %2").arg(toText(node.device.ids), node.device.node);
+    if (usb.code != 0) {
+        const ResultEntry *const entry = findUsbResult(usb.code);
+        return {Level::Failure,
+                QString::fromUtf8(entry->summary),
+                QString::fromUtf8(entry->remedy),
+                {QStringLiteral("ls -l /dev/bus/usb /sys/bus/usb")}};
+    }
+    const QString seen = usb.others == 0
+                             ? QStringLiteral("the bus is empty, but perhaps for hubs")
+                             : QStringLiteral("%1 other devices are there").arg(usb.others);
+    const QString missing = usb.asked
+                                ? QStringLiteral("%1 is not on the USB bus").arg(toText(*usb.asked))
+                                : QStringLiteral("No device on the USB bus could be a reader");
+    return {Level::Failure,
+            QStringLiteral("%1; %2").arg(missing, seen),
+            QStringLiteral("Plug the reader in, straight into the computer, and see that it has "
+                           "power. A container or virtual machine has only the devices that are "
+                           "handed in. What is there:"),
+            {QStringLiteral("idcard-reader usb --list")}};
+}
+
+Finding judgedReader(const UsbNode &node)
+{
+    const UsbDevice &device = node.device;
+    const QString name = designation(device);
+    const QString text =
+        QStringLiteral("%1 at %2%3%4")
+            .arg(toText(device.ids), device.node,
+                 QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", "), name);
+    if (device.hasReaderPipes)
+        return {Level::Fine, text};
+    return {Level::Failure,
+            text + QStringLiteral(": it has not the pipes of a reader that this library knows"),
+            QStringLiteral("See whether these ids are those of the reader. One with other pipes is "
+                           "read through its maker's library alone:"),
+            {QStringLiteral("idcard-reader doctor --road library")}};
+}
+
+Finding judgedDriver(const UsbNode &node)
+{
+    const QString &driver = node.device.driver;
+    if (driver.isEmpty())
+        return {Level::Fine, QStringLiteral("None is bound")};
+    // A program that has claimed the interface appears as this driver.
+    if (driver == QLatin1String("usbfs"))
+        return {Level::Fine, QStringLiteral("None but that of a program (usbfs)")};
+    return {Level::Warning,
+            QStringLiteral("\"%1\" is bound to the reader; every reading takes the reader away "
+                           "from it and gives it back")
+                .arg(driver),
+            QStringLiteral("If reading fails with USB_READER_CLAIM_FAILED, keep the driver from "
+                           "it, as root, and plug the reader in anew:"),
+            {QStringLiteral("echo 'blacklist %1' > /etc/modprobe.d/idcard-reader.conf").arg(driver),
+             QStringLiteral("rmmod %1").arg(driver)}};
 }
 
 } // namespace
@@ -46,80 +100,26 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
 Findings checkReader(const Environment &environment)
 {
     const UsbState &usb = environment.usb;
-    const QJsonObject none{{"device", usb.asked ? QJsonValue(toText(*usb.asked)) : QJsonValue()},
-                           {"node", QJsonValue()},
-                           {"manufacturer", QJsonValue()},
-                           {"product", QJsonValue()},
-                           {"hasReaderPipes", QJsonValue()}};
-    if (usb.code != 0) {
-        const ResultEntry *const entry = findUsbResult(usb.code);
-        return {{Level::Failure,
-                 QString::fromUtf8(entry->summary),
-                 QString::fromUtf8(entry->remedy),
-                 {QStringLiteral("ls -l /dev/bus/usb /sys/bus/usb")},
-                 none}};
+    if (usb.code != 0 || usb.nodes.isEmpty()) {
+        Finding finding = judgedAbsence(usb);
+        finding.facts = {{"device", usb.asked ? QJsonValue(toText(*usb.asked)) : QJsonValue()},
+                         {"node", QJsonValue()},
+                         {"manufacturer", QJsonValue()},
+                         {"product", QJsonValue()},
+                         {"hasReaderPipes", QJsonValue()}};
+        return {finding};
     }
-    if (usb.nodes.isEmpty()) {
-        const QString seen = usb.others == 0
-                                 ? QStringLiteral("the bus is empty, but perhaps for hubs")
-                                 : QStringLiteral("%1 other devices are there").arg(usb.others);
-        const QString missing =
-            usb.asked ? QStringLiteral("%1 is not on the USB bus").arg(toText(*usb.asked))
-                      : QStringLiteral("No device on the USB bus could be a reader");
-        return {{Level::Failure,
-                 QStringLiteral("%1; %2").arg(missing, seen),
-                 QStringLiteral("Plug the reader in, straight into the computer, and see that it "
-                                "has power. A container or virtual machine has only the devices "
-                                "that are handed in. What is there:"),
-                 {QStringLiteral("idcard-reader usb --list")},
-                 none}};
-    }
-    return forEach(environment.usb, [](const UsbNode &node) {
-        const UsbDevice &device = node.device;
-        QJsonObject facts = nodeFacts(node);
-        facts["manufacturer"] = textOrNull(device.manufacturer);
-        facts["product"] = textOrNull(device.product);
-        facts["hasReaderPipes"] = device.hasReaderPipes;
-        const QString name = designation(device);
-        const QString text =
-            place(node) + QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", ") + name;
-        if (device.hasReaderPipes)
-            return Finding{Level::Fine, text, {}, {}, facts};
-        return Finding{Level::Failure,
-                       text + QStringLiteral(": it has not the pipes of a reader that this "
-                                             "library knows"),
-                       QStringLiteral("See whether these ids are those of the reader. One with "
-                                      "other pipes is read through its maker's library alone:"),
-                       {QStringLiteral("idcard-reader doctor --road library")},
-                       facts};
+    return forEach(usb, judgedReader, [](const UsbNode &node) {
+        return QJsonObject{{"manufacturer", textOrNull(node.device.manufacturer)},
+                           {"product", textOrNull(node.device.product)},
+                           {"hasReaderPipes", node.device.hasReaderPipes}};
     });
 }
 
 Findings checkDriver(const Environment &environment)
 {
-    return forEach(environment.usb, [](const UsbNode &node) {
-        const QString &driver = node.device.driver;
-        QJsonObject facts = nodeFacts(node);
-        facts["driver"] = textOrNull(driver);
-        if (driver.isEmpty())
-            return Finding{Level::Fine, QStringLiteral("None is bound"), {}, {}, facts};
-        // A program that has claimed the interface appears as this driver.
-        if (driver == QLatin1String("usbfs")) {
-            return Finding{
-                Level::Fine, QStringLiteral("None but that of a program (usbfs)"), {}, {}, facts};
-        }
-        return Finding{
-            Level::Warning,
-            QStringLiteral(
-                "\"%1\" is bound to the reader; every reading takes the reader away from "
-                "it and gives it back")
-                .arg(driver),
-            QStringLiteral(
-                "If reading fails with USB_READER_CLAIM_FAILED, keep the driver from it, "
-                "as root, and plug the reader in anew:"),
-            {QStringLiteral("echo 'blacklist %1' > /etc/modprobe.d/idcard-reader.conf").arg(driver),
-             QStringLiteral("rmmod %1").arg(driver)},
-            facts};
+    return forEach(environment.usb, judgedDriver, [](const UsbNode &node) {
+        return QJsonObject{{"driver", textOrNull(node.device.driver)}};
     });
 }
 

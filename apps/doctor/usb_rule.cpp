@@ -22,13 +22,6 @@ QString valueIn(const QString &line, const char *pattern)
     return QRegularExpression(QLatin1String(pattern)).match(line).captured(1);
 }
 
-/** What to do after a rule file has come or changed. */
-QStringList reloadCommands()
-{
-    return {QStringLiteral("udevadm control --reload"),
-            QStringLiteral("udevadm trigger --subsystem-match=usb --action=add")};
-}
-
 /** How the rule file comes to its place, as far as a copy of it came with this program. */
 QStringList copyCommands(const RuleState &rule)
 {
@@ -47,19 +40,12 @@ QString originOfFile(const RuleState &rule)
                : QString();
 }
 
-/** A rule that is needed and not there, or not for this device. */
-Finding ruleProblem(Level level, const QString &text, const QString &remedy,
-                    const QStringList &commands, const QJsonObject &facts)
+QStringList openedDevices(const RuleState &rule)
 {
-    return {level, text, remedy, commands + reloadCommands(), facts};
-}
-
-QJsonObject ruleFacts(const RuleState &rule)
-{
-    QJsonArray ids;
+    QStringList ids;
     for (const UsbIds opened : rule.opened)
         ids << toText(opened);
-    return {{"file", textOrNull(rule.path)}, {"opens", ids}, {"isMasked", rule.isMasked}};
+    return ids;
 }
 
 /** A line for a rule file that opens this device and no other. */
@@ -72,69 +58,72 @@ QString ruleLine(UsbIds ids)
              QLatin1String(RULE_FILE));
 }
 
+/** What is wrong with the rule, if anything, for a device or for any; without what loads it. */
 Finding judgedRule(const RuleState &rule, const UsbNode *node)
 {
-    QJsonObject facts = ruleFacts(rule);
-    facts["device"] = node == nullptr ? QJsonValue() : QJsonValue(toText(node->device.ids));
     const bool mayOpen = node == nullptr || node->device.mayOpen;
     const Level level = mayOpen ? Level::Warning : Level::Failure;
     const QString although =
         node != nullptr && mayOpen
             ? QStringLiteral("; this user may use the reader all the same, others may not")
             : QString();
-    const QString file = QLatin1String(RULE_FILE);
     if (rule.path.isEmpty()) {
-        return ruleProblem(
-            level, QStringLiteral("The file %1 is in none of udev's folders%2").arg(file, although),
-            originOfFile(rule) +
-                QStringLiteral("Copy it to /etc/udev/rules.d, then load it, as root:"),
-            copyCommands(rule), facts);
+        return {level,
+                QStringLiteral("The file %1 is in none of udev's folders%2")
+                    .arg(QLatin1String(RULE_FILE), although),
+                originOfFile(rule) +
+                    QStringLiteral("Copy it to /etc/udev/rules.d, then load it, as root:"),
+                copyCommands(rule)};
     }
     if (rule.isMasked) {
-        return ruleProblem(
-            level,
-            QStringLiteral("%1 is empty or a link to /dev/null, by which the rule is "
-                           "switched off%2")
-                .arg(rule.path, although),
-            QStringLiteral("Take it away, so that the file of the package counts, "
-                           "as root:"),
-            {QStringLiteral("rm %1").arg(rule.path)}, facts);
+        return {level,
+                QStringLiteral("%1 is empty or a link to /dev/null, by which the rule is switched "
+                               "off%2")
+                    .arg(rule.path, although),
+                QStringLiteral("Take it away, so that the file of the package counts, as root:"),
+                {QStringLiteral("rm %1").arg(rule.path)}};
     }
-    QStringList opened;
-    for (const UsbIds ids : rule.opened)
-        opened << toText(ids);
-    const QString whom =
-        opened.isEmpty() ? QStringLiteral("no device") : opened.join(QStringLiteral(", "));
+    const QString whom = rule.opened.isEmpty() ? QStringLiteral("no device")
+                                               : openedDevices(rule).join(QStringLiteral(", "));
     if (node != nullptr && !rule.opened.contains(node->device.ids)) {
         QStringList commands;
         if (!rule.path.startsWith(QLatin1String("/etc/")))
             commands << QStringLiteral("cp %1 /etc/udev/rules.d/").arg(rule.path);
-        commands << ruleLine(node->device.ids);
-        return ruleProblem(level,
-                           QStringLiteral("%1 is for %2, not for %3%4")
-                               .arg(rule.path, whom, toText(node->device.ids), although),
-                           QStringLiteral("If this device is the reader, put its ids in the rule, "
-                                          "as root:"),
-                           commands, facts);
+        return {level,
+                QStringLiteral("%1 is for %2, not for %3%4")
+                    .arg(rule.path, whom, toText(node->device.ids), although),
+                QStringLiteral("If this device is the reader, put its ids in the rule, as root:"),
+                commands << ruleLine(node->device.ids)};
     }
-    if (opened.isEmpty()) {
-        return ruleProblem(Level::Warning,
-                           QStringLiteral("%1 opens no device: it has no ids of four digits in "
-                                          "lower case")
-                               .arg(rule.path),
-                           QStringLiteral("Put the project's file in its place, as root. ") +
-                               originOfFile(rule) + QStringLiteral("Then load it:"),
-                           copyCommands(rule), facts);
+    if (rule.opened.isEmpty()) {
+        return {Level::Warning,
+                QStringLiteral("%1 opens no device: it has no ids of four digits in lower case")
+                    .arg(rule.path),
+                QStringLiteral("Put the project's file in its place, as root. ") +
+                    originOfFile(rule) + QStringLiteral("Then load it:"),
+                copyCommands(rule)};
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
-        return ruleProblem(Level::Failure,
-                           QStringLiteral("%1 is for %2, but has not been applied: the node is not "
-                                          "of the group %3")
-                               .arg(rule.path, toText(node->device.ids), rule.group),
-                           QStringLiteral("Load it, then plug the reader in anew, as root:"), {},
-                           facts);
+        return {Level::Failure,
+                QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
+                               "group %3")
+                    .arg(rule.path, toText(node->device.ids), rule.group),
+                QStringLiteral("Load it, then plug the reader in anew, as root:")};
     }
-    return {Level::Fine, QStringLiteral("%1, for %2").arg(rule.path, whom), {}, {}, facts};
+    return {Level::Fine, QStringLiteral("%1, for %2").arg(rule.path, whom)};
+}
+
+Finding findingOf(const RuleState &rule, const UsbNode *node)
+{
+    Finding finding = judgedRule(rule, node);
+    if (finding.level != Level::Fine)
+        finding.commands << QStringLiteral("udevadm control --reload")
+                         << QStringLiteral("udevadm trigger --subsystem-match=usb --action=add");
+    finding.facts = {{"device", node == nullptr ? QJsonValue() : toText(node->device.ids)},
+                     {"file", textOrNull(rule.path)},
+                     {"opens", QJsonArray::fromStringList(openedDevices(rule))},
+                     {"isMasked", rule.isMasked}};
+    return finding;
 }
 
 } // namespace
@@ -187,11 +176,11 @@ RuleState findRule(const QStringList &folders)
 
 Findings checkRule(const Environment &environment)
 {
-    const RuleState &rule = environment.usb.rule;
-    if (environment.usb.nodes.isEmpty())
-        return {judgedRule(rule, nullptr)};
-    return forEach(environment.usb,
-                   [&rule](const UsbNode &node) { return judgedRule(rule, &node); });
+    const UsbState &usb = environment.usb;
+    Findings findings;
+    for (const UsbNode &node : usb.nodes)
+        findings << findingOf(usb.rule, &node);
+    return findings.isEmpty() ? Findings{findingOf(usb.rule, nullptr)} : findings;
 }
 
 } // namespace app::doctor
