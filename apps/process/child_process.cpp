@@ -91,10 +91,9 @@ void writeTo(int descriptor, const QByteArray &text)
     ::prctl(PR_SET_DUMPABLE, 0);
     forbidCoreDumps();
     ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
-    ::dup2(log, STDOUT_FILENO);
     ::dup2(log, STDERR_FILENO);
     closeFilesBut(told);
-    showForeignOutput();
+    showForeignOutput(); // standard output goes the same way
     work([told](const QJsonObject &values) {
         writeTo(told, QJsonDocument(values).toJson(QJsonDocument::Compact) + '\n');
     });

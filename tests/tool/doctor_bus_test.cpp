@@ -193,6 +193,8 @@ TEST_F(DoctorOnTheBus, NothingOnTheMachineIsChanged)
         EXPECT_GE(result.exitStatus, 9);
     }
     EXPECT_EQ(folderState(path(".")), before);
+    for (const char *folder : {"home", "cache", "run", "work"})
+        EXPECT_THAT(namesIn(path(folder)), IsEmpty()) << folder;
     EXPECT_EQ(modeOf(path("run")), 0700);
     EXPECT_THAT(bus().leftOvers(), IsEmpty());
 }
