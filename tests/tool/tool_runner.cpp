@@ -140,6 +140,7 @@ QByteArray RunningTool::nextLine()
 
 void RunningTool::signal(int number)
 {
+    ASSERT_EQ(m_process->state(), QProcess::Running); // else the test would signal its own group
     ASSERT_EQ(::kill(static_cast<pid_t>(m_process->processId()), number), 0);
 }
 
