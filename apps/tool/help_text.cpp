@@ -1,7 +1,5 @@
 #include "apps/tool/help_text.h"
 
-#include <algorithm>
-
 #include "apps/card/result_catalogue.h"
 #include "apps/process/text_layout.h"
 #include "simulator/card/faults.h"
@@ -80,25 +78,14 @@ QString overallHelp()
            QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
 }
 
-QString commandHelp(const CommandRow &command)
+QString commandHelp(const CommandRow &command, const OptionParser &parser)
 {
-    QVector<QStringList> options;
-    bool hasFaults = false;
-    for (const OptionRow &row : optionTable()) {
-        if (!belongsTo(row, command.command))
-            continue;
-        hasFaults = hasFaults || row.id == OptionId::Fault;
-        const QString shortName = QLatin1String(row.id == OptionId::Help ? "-h, " : "");
-        options << QStringList{shortName + optionUsage(row), QString::fromUtf8(row.text)};
-    }
-
-    QString text = QStringLiteral("Usage: %1\n\n").arg(commandUsage(command));
-    text += wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n');
-    text += helpSection("Options", options);
-    if (hasFaults)
-        text += faultSection();
-    text += QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples);
-    return text + exitStatusSection() + environmentSection(command.command);
+    return QStringLiteral("Usage: %1\n\n").arg(parser.usage()) +
+           wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n') +
+           helpSection("Options", parser.helpRows()) +
+           (parser.has(QStringLiteral("fault")) ? faultSection() : QString()) +
+           QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples) +
+           exitStatusSection() + environmentSection(command.command);
 }
 
 } // namespace app

@@ -10,6 +10,6 @@ namespace app
 {
 
 QString overallHelp();
-QString commandHelp(const CommandRow &command);
+QString commandHelp(const CommandRow &command, const OptionParser &parser);
 
 } // namespace app

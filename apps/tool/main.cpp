@@ -66,7 +66,7 @@ ExitStatus run(const Options &options, Output *output)
     return ExitStatus::ProgramFailed;
 }
 
-CommandLine commandLineOf(const QStringList &arguments)
+CommandLine<Options> commandLineOf(const QStringList &arguments)
 {
     const QCoreApplication application(qtArgumentCount, qtArguments.data());
     return parseCommandLine(arguments);
@@ -74,7 +74,7 @@ CommandLine commandLineOf(const QStringList &arguments)
 
 ExitStatus serve(const QStringList &arguments, Output *output)
 {
-    const CommandLine line = commandLineOf(arguments);
+    const CommandLine<Options> line = commandLineOf(arguments);
     if (line.options)
         return run(*line.options, output);
     return answer(line.problem, line.text, output);

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include "apps/card/usb_devices.h"
+#include "apps/process/command_line.h"
 
 namespace app
 {
@@ -34,17 +35,10 @@ struct Options {
     std::optional<int> count;
 };
 
-/** Exactly one of the three is set. */
-struct CommandLine {
-    std::optional<Options> options; ///< a command to carry out
-    QString text;                   ///< help or version, to be printed
-    QString problem;                ///< wrong usage: what is wrong and what to do
-};
-
 /**
  * Reads the arguments that follow the program's name. Needs a QCoreApplication, as
  * QCommandLineParser does.
  */
-CommandLine parseCommandLine(const QStringList &arguments);
+CommandLine<Options> parseCommandLine(const QStringList &arguments);
 
 } // namespace app

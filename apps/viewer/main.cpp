@@ -27,7 +27,7 @@ std::array<char, 14> programName = {"idcard-viewer"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;
 
-viewer::CommandLine commandLineOf(const QStringList &arguments)
+app::CommandLine<viewer::ViewerOptions> commandLineOf(const QStringList &arguments)
 {
     QCoreApplication application(qtArgumentCount, qtArguments.data());
     app::installTranslation(QLatin1String(programName.data()));
@@ -58,7 +58,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
 
 ExitStatus serve(const QStringList &arguments, app::Output *output)
 {
-    const viewer::CommandLine line = commandLineOf(arguments);
+    const app::CommandLine<viewer::ViewerOptions> line = commandLineOf(arguments);
     if (line.options)
         return showWindow(*line.options);
     return app::answer(line.problem, line.text, output);

@@ -1,12 +1,11 @@
 #include "apps/viewer/viewer_options.h"
 
 #include <utility>
+#include <vector>
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include "apps/card/version_text.h"
-#include "apps/process/unknown_option.h"
 #include "simulator/card/faults.h"
 
 namespace viewer
@@ -14,6 +13,9 @@ namespace viewer
 
 namespace
 {
+
+using app::Option;
+using app::OptionParser;
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
@@ -25,32 +27,43 @@ constexpr std::pair<const char *, const char *> NEEDS[] = {
     {"simulator-photos", "usb"},
 };
 
-QList<QCommandLineOption> options()
+std::vector<Option> optionsInto(ViewerOptions *options, QString *device)
 {
+    // Of several values the last counts.
     return {
-        {"simulate",
-         Texts::tr("Begin with the simulator and a card on it: the name of a built-in card, which "
-                   "\"idcard-reader cards\" lists, or the file of a description."),
-         "card"},
-        {"fault",
-         Texts::tr("Faults of the simulator, separated by commas, such as \"read-fails=3\"."),
-         "faults"},
-        {"usb", Texts::tr("Begin with the reader on USB that has these ids, such as 1209:0001."),
-         "VID:PID"},
-        {"simulator-photos", Texts::tr("The reader on USB is a simulated one: decode its photos.")},
-        {"auto", Texts::tr("Read each new card.")},
-        {"cover", Texts::tr("Begin with name, number and photo covered.")},
-        {{"h", "help"}, Texts::tr("Show this help.")},
-        {"version", Texts::tr("Show the version.")},
+        Option("simulate", Texts::tr("Begin with the simulator and a card on it: the name of a "
+                                     "built-in card, which \"idcard-reader cards\" lists, or the "
+                                     "file of a description."))
+            .text("card", &options->card)
+            .repeatable(),
+        Option("fault", Texts::tr("Faults of the simulator, separated by commas, such as "
+                                  "\"read-fails=3\"."))
+            .text("faults", &options->faults)
+            .repeatable(),
+        Option("usb",
+               Texts::tr("Begin with the reader on USB that has these ids, such as 1209:0001."))
+            .text("VID:PID", device)
+            .repeatable(),
+        Option("simulator-photos",
+               Texts::tr("The reader on USB is a simulated one: decode its photos."),
+               &options->simulatorPhotos),
+        Option("auto", Texts::tr("Read each new card."), &options->isAutomatic),
+        Option("cover", Texts::tr("Begin with name, number and photo covered."),
+               &options->isCovered),
+        Option("help", Texts::tr("Show this help.")),
+        Option("version", Texts::tr("Show the version.")),
     };
 }
 
-/** What is wrong with an option that the program does not have. */
-QString problemOf(const QString &program, const app::UnknownOption &option)
+app::Phrases phrases()
 {
-    return option.nearest.isEmpty() ? Texts::tr("%1 has no option %2.").arg(program, option.typed)
-                                    : Texts::tr("%1 has no option %2; did you mean %3?")
-                                          .arg(program, option.typed, option.nearest);
+    app::Phrases phrases;
+    phrases.noOption = Texts::tr("%1 has no option %2.");
+    phrases.noOptionButThis = Texts::tr("%1 has no option %2; did you mean %3?");
+    phrases.noArgument = Texts::tr("%1 is no option.");
+    phrases.noValue.clear();
+    phrases.seeHelp = Texts::tr("See \"%1\".");
+    return phrases;
 }
 
 /** What is wrong with the simulator's faults, or an empty text. */
@@ -64,59 +77,51 @@ QString problemOfFaults(const QString &faults)
                : Texts::tr("--fault is refused: %1").arg(reason);
 }
 
-/** What is wrong with the options, or an empty text. */
-QString problemOf(const QCommandLineParser &parser)
+/** What is wrong with the values beside each other, or an empty text. */
+QString problemOf(const OptionParser &parser, const ViewerOptions &options, const QString &device)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return Texts::tr("%1 is no option.").arg(parser.positionalArguments().first());
-    if (parser.isSet("usb") && !parseUsbIds(parser.value("usb")))
+    if (parser.isSet("usb") && !options.device) {
         return Texts::tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and "
                          "not \"%1\".")
-            .arg(parser.value("usb"));
-    if (parser.isSet("usb") && parser.isSet("simulate"))
+            .arg(device);
+    }
+    if (options.device && parser.isSet("simulate"))
         return Texts::tr("--usb and --simulate name two roads; leave one out.");
-    if (parser.isSet("simulate") && parser.value("simulate").isEmpty())
+    if (parser.isSet("simulate") && options.card.isEmpty())
         return Texts::tr("--simulate takes the name of a card or of a file.");
     for (const auto &[option, needed] : NEEDS) {
         if (parser.isSet(option) && !parser.isSet(needed))
             return Texts::tr("--%1 needs --%2.").arg(QLatin1String(option), QLatin1String(needed));
     }
-    return parser.isSet("fault") ? problemOfFaults(parser.value("fault")) : QString();
-}
-
-CommandLine refused(const QString &program, const QString &problem)
-{
-    return {{}, {}, problem + '\n' + Texts::tr("See \"%1\".").arg(program + " --help")};
+    return parser.isSet("fault") ? problemOfFaults(options.faults) : QString();
 }
 
 } // namespace
 
-CommandLine parseCommandLine(const QString &program, const QStringList &arguments)
+app::CommandLine<ViewerOptions> parseCommandLine(const QString &program,
+                                                 const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(Texts::tr(
-        "Reads Chinese identity documents with a desktop card reader and shows them in a window."));
-    QStringList names;
-    for (const QCommandLineOption &option : options()) {
-        parser.addOption(option);
-        names << option.names().last();
-    }
-    const bool isUnderstood = parser.parse(QStringList(program) + arguments);
-    const auto unknown = app::unknownOption(parser, arguments, names);
-    if (unknown)
-        return refused(program, problemOf(program, *unknown));
-    if (isUnderstood && parser.isSet("help"))
-        return {{}, parser.helpText(), {}};
-    if (isUnderstood && parser.isSet("version"))
+    ViewerOptions options;
+    QString device;
+    OptionParser parser(program, {}, optionsInto(&options, &device), phrases());
+    switch (parser.parse(arguments)) {
+    case OptionParser::Request::Help:
+        return {{},
+                parser.helpText(Texts::tr("Reads Chinese identity documents with a desktop card "
+                                          "reader and shows them in a window.")),
+                {}};
+    case OptionParser::Request::Version:
         return {{}, app::versionText(program), {}};
-    const QString problem = isUnderstood ? problemOf(parser) : parser.errorText();
+    case OptionParser::Request::Refused:
+        return {{}, {}, parser.problem()};
+    case OptionParser::Request::Run:
+        break;
+    }
+    options.device = parseUsbIds(device);
+    const QString problem = problemOf(parser, options, device);
     if (!problem.isEmpty())
-        return refused(program, problem);
-    return {ViewerOptions{parser.value("simulate"), parser.value("fault"),
-                          parseUsbIds(parser.value("usb")), parser.isSet("simulator-photos"),
-                          parser.isSet("auto"), parser.isSet("cover")},
-            {},
-            {}};
+        return {{}, {}, parser.refusal(problem)};
+    return {options, {}, {}};
 }
 
 } // namespace viewer

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include "apps/card/usb_devices.h"
+#include "apps/process/command_line.h"
 
 namespace viewer
 {
@@ -22,13 +23,8 @@ struct ViewerOptions {
     bool isCovered = false;
 };
 
-struct CommandLine {
-    std::optional<ViewerOptions> options; ///< when the window is to open
-    QString text;                         ///< when that is all that was asked for
-    QString problem;                      ///< when the command line is wrong
-};
-
 /** Takes the arguments apart, which do not include the program's name. */
-CommandLine parseCommandLine(const QString &program, const QStringList &arguments);
+app::CommandLine<ViewerOptions> parseCommandLine(const QString &program,
+                                                 const QStringList &arguments);
 
 } // namespace viewer

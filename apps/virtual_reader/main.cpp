@@ -145,7 +145,7 @@ private:
 ExitStatus run(const QStringList &arguments, Output *output)
 {
     const QCoreApplication application(qtArgumentCount, qtArguments.data());
-    const VirtualReaderCommandLine line = parseVirtualReaderArguments(arguments);
+    const CommandLine<VirtualReaderOptions> line = parseVirtualReaderArguments(arguments);
     if (line.options)
         return VirtualReaderProgram(*line.options, output).run();
     return answer(line.problem, line.text, output);

@@ -3,12 +3,12 @@
 // The command line of idcard-virtual-reader: what it may hold, what it says, and the help text.
 
 #include <cstdint>
-#include <optional>
 
 #include <QHostAddress>
 #include <QString>
 #include <QStringList>
 
+#include "apps/process/command_line.h"
 #include "simulator/reader/usb_device.h"
 #include "simulator/usbip/usbip_protocol.h"
 
@@ -26,14 +26,7 @@ struct VirtualReaderOptions {
     bool endsWithInput = false;
 };
 
-/** Exactly one of the three is set. */
-struct VirtualReaderCommandLine {
-    std::optional<VirtualReaderOptions> options;
-    QString text;    ///< help or version, to be printed
-    QString problem; ///< wrong usage: what is wrong and what to do
-};
-
 /** Reads the arguments that follow the program's name. Needs a QCoreApplication. */
-VirtualReaderCommandLine parseVirtualReaderArguments(const QStringList &arguments);
+CommandLine<VirtualReaderOptions> parseVirtualReaderArguments(const QStringList &arguments);
 
 } // namespace app

@@ -53,6 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{"read", "--count", "1"}, "count"}, WrongUsage{{"watch", "--force"}, "force"},
         WrongUsage{{"cards", "--simulate", "resident"}, "simulate"},
         WrongUsage{{"read", "resident"}, "read takes no argument resident."},
+        WrongUsage{{"read", "a\x1b[1m"}, "read takes no argument a\\u001B[1m."},
+        WrongUsage{{"read", "--wait", "x\n"}, "not x\\u000A."},
         WrongUsage{{"render"}, "render needs a CARD: \"idcard-reader render CARD --out <folder>"},
         WrongUsage{{"render", "", "--out", "there"}, "render needs a CARD"},
         WrongUsage{{"render", "resident"}, "render needs --out <folder>."},
@@ -135,6 +137,14 @@ TEST_P(CommandHelp, MentionsEveryOptionTheStatusesAndAnExample)
     EXPECT_THAT(help, HasSubstr("Examples:\n  idcard-reader " + command.toStdString()));
     for (int status = 0; status <= 10; ++status)
         EXPECT_THAT(help, HasSubstr("\n  " + std::to_string(status) + "  "));
+}
+
+TEST_P(CommandHelp, IsShownForTheShortOptionToo)
+{
+    const QString command = QLatin1String(GetParam().first);
+    const ProcessResult run = runTool({command, "-h"});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.standardOutput, runTool({command, "--help"}).standardOutput);
 }
 
 TEST_P(CommandHelp, FitsATerminal)
