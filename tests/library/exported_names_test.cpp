@@ -127,15 +127,29 @@ QStringList publicFunctions(const QString &name)
     return functions;
 }
 
+/** The public constants of the class, which an unoptimised build defines where they are used. */
+QStringList publicConstants(const QString &name)
+{
+    static const QRegularExpression constant(QStringLiteral("static constexpr [\\w ]+ (\\w+) ="));
+    const QString body = bodyOf(name);
+    const QString publicPart =
+        body.left(body.indexOf(QRegularExpression(QStringLiteral("protected:|private:"))));
+    QStringList constants;
+    for (auto match = constant.globalMatch(publicPart); match.hasNext();)
+        constants << match.next().captured(1);
+    return constants;
+}
+
 /** The same as the library exports them. */
 QStringList exportedFunctions(const QString &name)
 {
+    const QStringList constants = publicConstants(name);
     QStringList functions;
     const QString beginning = name + QStringLiteral("::");
     QStringList names = exportedNames();
     names.removeDuplicates(); // a constructor is there for whole objects and for bases
     for (const QString &exported : names)
-        if (exported.startsWith(beginning))
+        if (exported.startsWith(beginning) && !constants.contains(exported.mid(beginning.size())))
             functions << functionOf(exported.mid(beginning.size()));
     functions.sort();
     return functions;
