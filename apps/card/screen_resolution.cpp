@@ -15,8 +15,9 @@ constexpr double LOWEST_DPI = 30;
 constexpr double HIGHEST_DPI = 800;
 constexpr double LOWEST_USUAL_DPI = 60;
 constexpr double HIGHEST_USUAL_DPI = 400;
-// Pixels are square. A small screen that tells its size in whole centimetres, 22 x 13, seems uneven
-// by 1.06; the mildest mode that a screen stretches, 1440 x 900 on one of 16:9, is so by 1.11.
+// Pixels are square. A small screen that reports its size in whole centimetres, 22 x 13, seems
+// uneven by 1.06; the mildest mode that a screen stretches, 1440 x 900 on one of 16:9, is so
+// by 1.11.
 constexpr double MOST_UNEVEN = 1.1;
 
 } // namespace

@@ -77,7 +77,7 @@ Output::Output()
         m_error = errno;
     occupyClosedStandardStreams();
     sendStandardOutputToNull();
-    // A lost reader is then told by `write`, so that what was begun is ended in good order.
+    // `write` then reports a lost reader, so that what was begun ends in good order.
     m_isLossIgnored = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
 }
 

@@ -48,12 +48,12 @@ public:
 private:
     int m_descriptor;
     int m_error = 0;
-    bool m_isLossIgnored = false; ///< by whoever started the program
+    bool m_isLossIgnored = false; ///< as the parent process arranged it
 };
 
 /**
- * Closes `output`. Returns how the program ends: with `status`, or failed if writing did, told.
- * When nobody reads it any more, ends the process by SIGPIPE, without a word.
+ * Closes `output`. Returns how the program ends: with `status`, or failed, with a message, if
+ * writing did. When nobody reads it any more, ends the process by SIGPIPE, without a word.
  */
 ExitStatus closedWith(ExitStatus status, Output *output);
 
