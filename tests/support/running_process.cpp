@@ -60,6 +60,7 @@ void RunningProcess::closeStandardOutput()
 
 void RunningProcess::signal(int number)
 {
+    ASSERT_GT(m_process->id(), 0); // 0 is the test's own group
     ASSERT_EQ(::kill(m_process->id(), number), 0);
 }
 
