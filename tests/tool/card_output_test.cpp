@@ -131,9 +131,9 @@ TEST(Json, TextOfAnyCharacters_ComesBackAsItIsAndALineIsOne)
 {
     auto records = samples::filledRecords();
     for (const char *const text :
-         {"one\ntwo\r\nthree", "two  blanks", " \ttab", "\"quotes\" and \\u0041 \\",
+         {"one\ntwo\r\nthree", "two  blanks", " \ttab", R"("quotes" and \u0041 \)",
           "a\x01z\x1b[31m", "\xE2\x80\xA8line \t\xC2\xA0\xE3\x80\x80",
-          "\xF0\xA0\xAE\xB7 \xF0\x9F\x98\x80", "{\"a\": [1,  2]}"}) {
+          "\xF0\xA0\xAE\xB7 \xF0\x9F\x98\x80", R"({"a": [1,  2]})"}) {
         records->cn.szName = text;
         records->cn.szAddress = text;
         const QJsonObject card = toJson(Card(IDCARD_KIND_CN, *records), {});

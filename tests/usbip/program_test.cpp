@@ -15,7 +15,6 @@
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::StartsWith;
 
 namespace
@@ -208,7 +207,7 @@ TEST(VirtualReaderProgram, Status_TellsWhatTheCommandsBeforeHaveMadeOfIt)
          "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
         {"card no\x1bsuch", "error: no\\u001Bsuch: is neither a built-in card nor a file",
          "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
-        {"take now", "error: take takes no argument \"now\"; give \"take\" alone",
+        {"take now", R"(error: take takes no argument "now"; give "take" alone)",
          "plugged in, not attached, card: resident, faults: no-card=3, delay-ms=1"},
         {"faults", "ok", "plugged in, not attached, card: resident, faults: none"},
         {"unplug", "ok", "unplugged, not attached, card: resident, faults: none"},

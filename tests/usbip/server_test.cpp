@@ -14,7 +14,6 @@
 
 using simulator::UsbipServer;
 using simulator::UsbStatus;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace

@@ -25,7 +25,6 @@ using namespace viewer_test;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace
 {
@@ -147,6 +146,7 @@ std::vector<std::string> faultsOfEachCode()
             faults.emplace(row.code, argument.isEmpty() ? row.fault : row.fault + '=' + argument);
     }
     std::vector<std::string> all;
+    all.reserve(faults.size());
     for (const auto &[code, fault] : faults)
         all.push_back(std::to_string(code) + ' ' + fault.toStdString());
     return all;
