@@ -150,6 +150,9 @@ TEST_F(Environment, zz_callsOnceMade_decideInsteadOfTheEnvironment)
     EXPECT_EQ(readOnce().code, 12);
     ASSERT_EQ(idcard_simulator_set_faults("", nullptr, 0), 0);
     EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_CN);
+    idcard_simulator_take_card();
+    set("foreign-new", "read-fails=12");
+    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
     ASSERT_EQ(idcard_simulator_put_card("hmt-macao", nullptr, 0), 0);
     EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_HMT);
     idcard_simulator_take_card();

@@ -199,7 +199,7 @@ TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
 
 TEST_F(FileSet, NamesThatMeetOnTheirWayAreNotReplacedWhereNothingIsToBe)
 {
-    EXPECT_THAT(write({{"c", "1"}, {"./c/../c", "2"}}), HasSubstr("could not be written"));
+    EXPECT_THAT(write({{"c", "1"}, {"c", "2"}}), HasSubstr("could not be written"));
     EXPECT_FALSE(QFile::exists(path("card")));
 }
 

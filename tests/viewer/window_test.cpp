@@ -15,6 +15,7 @@
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include "apps/card/card_files.h"
@@ -567,7 +568,9 @@ TEST_F(Window, Keys_DoWhatTheirActionsDo)
     EXPECT_EQ(dialogs, QStringList({"Save in a new folder of", "Export as PDF", "Print"}));
     QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(clipboard().split('\n'), rows("fields"));
+    const QSignalSpy closed(qApp, &QGuiApplication::lastWindowClosed);
     QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(closed.count(), 1) << "which ends the program";
     EXPECT_FALSE(window().isVisible());
 }
 
