@@ -34,6 +34,26 @@ protected:
     }
 };
 
+TEST(CommandLine, EveryOption_IsTakenOverAndNoOther)
+{
+    const auto parsed = [](const QStringList &arguments) {
+        return *viewer::parseCommandLine("idcard-viewer", arguments).options;
+    };
+    const viewer::ViewerOptions none = parsed({});
+    EXPECT_TRUE(none.card.isEmpty() && none.faults.isEmpty() && !none.device &&
+                !none.simulatorPhotos && !none.isAutomatic && !none.isCovered);
+    const viewer::ViewerOptions simulated =
+        parsed({"--simulate", "hmt-macao", "--fault", "no-card=2", "--auto"});
+    EXPECT_EQ(simulated.card.toStdString(), "hmt-macao");
+    EXPECT_EQ(simulated.faults.toStdString(), "no-card=2");
+    EXPECT_TRUE(simulated.isAutomatic && !simulated.isCovered && !simulated.device);
+    const viewer::ViewerOptions usb = parsed({"--usb", "1209:00aB", "--cover"});
+    ASSERT_TRUE(usb.device);
+    EXPECT_EQ(app::toText(*usb.device).toStdString(), "1209:00ab");
+    EXPECT_TRUE(usb.isCovered && !usb.isAutomatic && !usb.simulatorPhotos);
+    EXPECT_TRUE(parsed({"--usb", "1209:0001", "--simulator-photos"}).simulatorPhotos);
+}
+
 TEST_F(Roads, MakersLibraryFromTheBeginning_IsRead)
 {
     open();

@@ -15,7 +15,6 @@
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include "apps/card/card_files.h"
@@ -519,6 +518,7 @@ TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
 {
     show("resident");
     trigger("Export as PDF…");
+    EXPECT_EQ(window().findChild<QFileDialog *>()->acceptMode(), QFileDialog::AcceptSave);
     answerFileDialog(m_folder.filePath("card"));
     const QString path = m_folder.filePath("card.pdf");
     EXPECT_EQ(headline(), "The card was exported to " + path + ".");
@@ -554,6 +554,18 @@ TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
     EXPECT_GT(readFile(m_folder.filePath("printed.pdf")).size(), 1000);
 }
 
+/** Counts how often a window is asked to close. */
+class CloseWatch : public QObject
+{
+public:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::Close ? 1 : 0;
+        return false;
+    }
+    int m_count = 0;
+};
+
 TEST_F(Window, Keys_DoWhatTheirActionsDo)
 {
     show("resident");
@@ -568,9 +580,10 @@ TEST_F(Window, Keys_DoWhatTheirActionsDo)
     EXPECT_EQ(dialogs, QStringList({"Save in a new folder of", "Export as PDF", "Print"}));
     QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(clipboard().split('\n'), rows("fields"));
-    const QSignalSpy closed(qApp, &QGuiApplication::lastWindowClosed);
+    CloseWatch watch;
+    window().installEventFilter(&watch);
     QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_EQ(closed.count(), 1) << "which ends the program";
+    EXPECT_EQ(watch.m_count, 1) << "which ends the program";
     EXPECT_FALSE(window().isVisible());
 }
 
