@@ -49,7 +49,7 @@ TEST(CommandLine, EveryOption_IsTakenOverAndNoOther)
     EXPECT_TRUE(simulated.isAutomatic && !simulated.isCovered && !simulated.device);
     const viewer::ViewerOptions usb = parsed({"--usb", "1209:00aB", "--cover"});
     ASSERT_TRUE(usb.device);
-    EXPECT_EQ(app::toText(*usb.device).toStdString(), "1209:00ab");
+    EXPECT_EQ(toText(*usb.device).toStdString(), "1209:00ab");
     EXPECT_TRUE(usb.isCovered && !usb.isAutomatic && !usb.simulatorPhotos);
     EXPECT_TRUE(parsed({"--usb", "1209:0001", "--simulator-photos"}).simulatorPhotos);
 }
