@@ -162,9 +162,13 @@ TEST_F(FileSet, FolderThatCannotBeMadeIsTold)
 TEST_F(FileSet, WriteThatFailsHalfWayLeavesNothing)
 {
     const FileSizeLimit limit(1000);
-    EXPECT_THAT(write({{"a", "small"}, {"b", QByteArray(5000, 'x')}}),
-                HasSubstr("b could not be written"));
-    EXPECT_FALSE(QFile::exists(path("card")));
+    const QVector<NamedContent> files{{"a", "small"}, {"b", QByteArray(5000, 'x')}};
+    for (const char *const folder : {"card", "new/folders/card"}) {
+        EXPECT_THAT(writeFileSet(path(folder), files, ExistingFiles::Refuse).toStdString(),
+                    HasSubstr("b could not be written"));
+        EXPECT_FALSE(QFile::exists(path(folder)));
+    }
+    EXPECT_FALSE(QFile::exists(path("new")));
 }
 
 TEST_F(FileSet, WriteThatFailsHalfWayLeavesTheOldFiles)
