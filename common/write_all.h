@@ -17,6 +17,8 @@ inline std::size_t writeAll(int descriptor, const void *data, std::size_t size)
             ::write(descriptor, static_cast<const char *>(data) + done, size - done);
         if (written < 0 && errno == EINTR)
             continue;
+        if (written == 0)
+            errno = EIO; // taken without an error, and yet not taken
         if (written <= 0)
             break;
         done += static_cast<std::size_t>(written);

@@ -177,7 +177,7 @@ TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
                       HasSubstr("Device: 1209:0001"), HasSubstr(entry.cause),
                       HasSubstr(entry.remedy)));
     EXPECT_EQ(model("history")->rowCount(), 0);
-    // Who is root may open every node that is there, whatever its mode; asked by the real user.
+    // Whether a node may be opened is asked for the real user, and root may open every one.
     const bool isShut = fault.startsWith("open-fails") ||
                         (fault.startsWith("permission-denied") && ::getuid() != 0);
     EXPECT_EQ(find<QComboBox>("device")->currentText().endsWith(" - not open to you"), isShut);
