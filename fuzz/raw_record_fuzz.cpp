@@ -25,7 +25,7 @@ bool isDelivered(const QByteArray &record)
 /** What the tool gives out of a record. */
 void deliver(const QByteArray &record, FP_INFO_TYPE prints)
 {
-    const auto card = app::decodeRawRecord(record, prints, app::Road::File);
+    const auto card = app::decodeRawRecord(record, prints, app::Road::FILE);
     if (!card || !isDelivered(record))
         return;
     demand(app::isCardKind(card->kindCode()));

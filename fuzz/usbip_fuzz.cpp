@@ -39,7 +39,7 @@ simulator::CardSlot slotWithCard()
     simulator::CardSlot slot;
     QString problem;
     demand(
-        slot.putCard(QStringLiteral("resident-no-fingerprint"), simulator::PutAs::Plain, &problem));
+        slot.putCard(QStringLiteral("resident-no-fingerprint"), simulator::PutAs::PLAIN, &problem));
     return slot;
 }
 

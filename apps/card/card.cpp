@@ -16,7 +16,7 @@ namespace
 struct FieldTerm {
     const char *key;
     const char *label;
-    FieldForm form = FieldForm::Text;
+    FieldForm form = FieldForm::TEXT;
 };
 
 constexpr FieldTerm NAME = {"name", QT_TRANSLATE_NOOP("Card", "Name")};
@@ -26,7 +26,7 @@ constexpr FieldTerm SEX = {"sex", QT_TRANSLATE_NOOP("Card", "Sex")};
 constexpr FieldTerm CARD_EXTRA = {"cardExtra", QT_TRANSLATE_NOOP("Card", "Extra item")};
 constexpr FieldTerm ETHNIC_GROUP = {"ethnicGroup", QT_TRANSLATE_NOOP("Card", "Ethnic group")};
 constexpr FieldTerm BIRTH_DATE = {"birthDate", QT_TRANSLATE_NOOP("Card", "Date of birth"),
-                                  FieldForm::SplitDate};
+                                  FieldForm::SPLIT_DATE};
 constexpr FieldTerm NATIONALITY = {"nationality", QT_TRANSLATE_NOOP("Card", "Nationality")};
 constexpr FieldTerm COUNTRY_CODE = {"nationalityCode", QT_TRANSLATE_NOOP("Card", "Country code")};
 constexpr FieldTerm ADDRESS = {"address", QT_TRANSLATE_NOOP("Card", "Address")};
@@ -38,8 +38,8 @@ constexpr FieldTerm TIMES_ISSUED = {"issueCount", QT_TRANSLATE_NOOP("Card", "Tim
 constexpr FieldTerm ISSUING_AUTHORITY = {"issuingAuthority",
                                          QT_TRANSLATE_NOOP("Card", "Issuing authority")};
 constexpr FieldTerm VALID_FROM = {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid from"),
-                                  FieldForm::Date};
-constexpr FieldTerm VALID_TO = {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::Date};
+                                  FieldForm::DATE};
+constexpr FieldTerm VALID_TO = {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::DATE};
 
 template <typename Record>
 struct FieldRow {
@@ -250,10 +250,10 @@ PhotoFormat photoFormatOf(const unsigned char *photoArea)
     const unsigned char *const afterCompressed = photoArea + IDCARD_COMPRESSED_PHOTO_SIZE;
     const unsigned char *const end = photoArea + IDCARD_PHOTO_SIZE;
     if (isPhotoBmp(photoArea))
-        return PhotoFormat::Bmp;
+        return PhotoFormat::BMP;
     if (!isZero(afterCompressed, end))
-        return PhotoFormat::Unknown;
-    return isZero(photoArea, afterCompressed) ? PhotoFormat::None : PhotoFormat::Compressed;
+        return PhotoFormat::UNKNOWN;
+    return isZero(photoArea, afterCompressed) ? PhotoFormat::NONE : PhotoFormat::COMPRESSED;
 }
 
 bool isCardKind(unsigned int cardKind)
@@ -262,7 +262,7 @@ bool isCardKind(unsigned int cardKind)
 }
 
 Card::Card(unsigned int cardKind, const CardRecords &records, CardPictures pictures)
-    : m_road(Road::ReaderLibrary), m_kind(findKind(cardKind))
+    : m_road(Road::READER_LIBRARY), m_kind(findKind(cardKind))
 {
     Q_ASSERT(m_kind != nullptr);
     m_fields = m_kind->fields(records);
@@ -305,12 +305,12 @@ PhotoFormat Card::photoFormat() const
 
 QByteArray Card::photo() const
 {
-    return photoFormat() == PhotoFormat::Bmp ? m_media.photoArea : QByteArray();
+    return photoFormat() == PhotoFormat::BMP ? m_media.photoArea : QByteArray();
 }
 
 QByteArray Card::compressedPhoto() const
 {
-    return photoFormat() == PhotoFormat::Compressed
+    return photoFormat() == PhotoFormat::COMPRESSED
                ? m_media.photoArea.left(int(IDCARD_COMPRESSED_PHOTO_SIZE))
                : QByteArray();
 }
@@ -328,7 +328,7 @@ bool Card::mayHaveFingerprints() const
 
 QByteArray Card::picture(CardSide side) const
 {
-    return side == CardSide::Front ? m_media.pictures.front : m_media.pictures.back;
+    return side == CardSide::FRONT ? m_media.pictures.front : m_media.pictures.back;
 }
 
 QByteArray Card::digest() const

@@ -20,9 +20,9 @@ namespace app
 
 /** How a card came to this program. */
 enum class Road {
-    ReaderLibrary, ///< `readIDCard`, through the reader maker's library
-    Usb,           ///< the reader's USB protocol
-    File,          ///< a raw record that was kept in a file
+    READER_LIBRARY, ///< `readIDCard`, through the reader maker's library
+    USB,            ///< the reader's USB protocol
+    FILE,           ///< a raw record that was kept in a file
 };
 
 /** The four records that one `readIDCard` needs. Too large for the stack. */
@@ -36,9 +36,9 @@ struct CardRecords {
 };
 
 enum class FieldForm {
-    Text,
-    Date,      ///< one text, eight digits or words
-    SplitDate, ///< three texts: year, month, day
+    TEXT,
+    DATE,       ///< one text, eight digits or words
+    SPLIT_DATE, ///< three texts: year, month, day
 };
 
 /** One field of a card with its content, as the record holds it. */
@@ -51,10 +51,10 @@ struct CardField {
 };
 
 enum class PhotoFormat {
-    None,       ///< the reader delivered no photo
-    Bmp,        ///< a BMP file of 102 x 126 pixels
-    Compressed, ///< the 1024 bytes that the card stores, not a picture
-    Unknown,
+    NONE,       ///< the reader delivered no photo
+    BMP,        ///< a BMP file of 102 x 126 pixels
+    COMPRESSED, ///< the 1024 bytes that the card stores, not a picture
+    UNKNOWN,
 };
 
 /** How many fingerprints `type` stands for; nothing when it is none of the three values. */
@@ -69,7 +69,7 @@ struct CardPictures {
     QByteArray back;
 };
 
-enum class CardSide { Front, Back };
+enum class CardSide { FRONT, BACK };
 
 /** What a card holds beside its texts. */
 struct CardMedia {
@@ -115,7 +115,7 @@ public:
     QByteArray fingerprints() const { return m_media.fingerprints; }
 
     /** Whether the card's road has its sides painted. */
-    bool mayHavePictures() const { return m_road == Road::ReaderLibrary; }
+    bool mayHavePictures() const { return m_road == Road::READER_LIBRARY; }
     /** The picture of this side, a JPEG file, or null when none was painted. */
     QByteArray picture(CardSide side) const;
 

@@ -47,10 +47,10 @@ const std::vector<CardFile> &allFiles()
         {"card.json", G::Data, nullptr, cardJson, nullptr},
         {"photo.bmp", G::Data, "photo", photoBmp, missingPhotoNote},
         {"fingerprints.dat", G::Data, "fingerprints", fingerprintData, nullptr},
-        {"front.jpg", G::Pictures, "frontPicture", pictureJpeg<CardSide::Front>,
-         pictureNote<CardSide::Front>},
-        {"back.jpg", G::Pictures, "backPicture", pictureJpeg<CardSide::Back>,
-         pictureNote<CardSide::Back>},
+        {"front.jpg", G::Pictures, "frontPicture", pictureJpeg<CardSide::FRONT>,
+         pictureNote<CardSide::FRONT>},
+        {"back.jpg", G::Pictures, "backPicture", pictureJpeg<CardSide::BACK>,
+         pictureNote<CardSide::BACK>},
     };
     return files;
 }
@@ -62,7 +62,7 @@ std::vector<CardFile> cardFiles(CardFiles which)
     std::vector<CardFile> files;
     std::copy_if(allFiles().begin(), allFiles().end(), std::back_inserter(files),
                  [&](const CardFile &file) {
-                     return which == CardFiles::All || file.group == FileGroup::Pictures;
+                     return which == CardFiles::ALL || file.group == FileGroup::PICTURES;
                  });
     return files;
 }
@@ -101,7 +101,7 @@ QString saveInNextFolder(const Card &card, const QString &parent, QString *folde
     QString problem = makeNextNumberedFolder(parent, folder);
     if (!problem.isEmpty())
         return problem;
-    problem = writeFileSet(*folder, contentsOf(card, CardFiles::All), ExistingFiles::Refuse);
+    problem = writeFileSet(*folder, contentsOf(card, CardFiles::ALL), ExistingFiles::REFUSE);
     if (!problem.isEmpty())
         QDir().rmdir(*folder);
     return problem;

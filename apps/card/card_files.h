@@ -13,13 +13,13 @@ namespace app
 
 /** Which of a card's files are meant. */
 enum class CardFiles {
-    All,
-    Pictures, ///< only those of its sides
+    ALL,
+    PICTURES, ///< only those of its sides
 };
 
 enum class FileGroup {
-    Data, ///< what the card holds
-    Pictures,
+    DATA, ///< what the card holds
+    PICTURES,
 };
 
 struct CardFile {

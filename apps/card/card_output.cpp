@@ -24,13 +24,13 @@ struct PhotoFormatRow {
 };
 
 constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
-    {PhotoFormat::None, "none", QT_TRANSLATE_NOOP("Card", "none"),
+    {PhotoFormat::NONE, "none", QT_TRANSLATE_NOOP("Card", "none"),
      QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
-    {PhotoFormat::Bmp, "bmp", QT_TRANSLATE_NOOP("Card", "BMP picture, 102 x 126 pixels"), nullptr},
-    {PhotoFormat::Compressed, "compressed", QT_TRANSLATE_NOOP("Card", "compressed, not a picture"),
+    {PhotoFormat::BMP, "bmp", QT_TRANSLATE_NOOP("Card", "BMP picture, 102 x 126 pixels"), nullptr},
+    {PhotoFormat::COMPRESSED, "compressed", QT_TRANSLATE_NOOP("Card", "compressed, not a picture"),
      QT_TRANSLATE_NOOP(
          "Card", "The reader delivered the photo in the card's compressed form, not as a picture")},
-    {PhotoFormat::Unknown, "unknown", QT_TRANSLATE_NOOP("Card", "in a form that is not known"),
+    {PhotoFormat::UNKNOWN, "unknown", QT_TRANSLATE_NOOP("Card", "in a form that is not known"),
      QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
 }};
 
@@ -59,11 +59,11 @@ const PhotoFormatRow &photoFormatRow(const Card &card)
 const char *roadKey(Road road)
 {
     switch (road) {
-    case Road::ReaderLibrary:
+    case Road::READER_LIBRARY:
         return "reader-library";
-    case Road::Usb:
+    case Road::USB:
         return "usb";
-    case Road::File:
+    case Road::FILE:
         return "file";
     }
     return "";
@@ -84,7 +84,7 @@ QJsonValue jsonValue(const CardField &field)
         return QJsonValue::Null;
     for (QString &part : parts)
         part = withoutTrailingBlanks(part);
-    if (field.form != FieldForm::SplitDate)
+    if (field.form != FieldForm::SPLIT_DATE)
         return parts.first();
     return QJsonObject{{"year", parts[0]}, {"month", parts[1]}, {"day", parts[2]}};
 }
@@ -107,7 +107,7 @@ QStringList dateParts(const QString &date)
 QString textForPeople(const CardField &field)
 {
     QStringList parts = field.content;
-    if (field.form == FieldForm::Date)
+    if (field.form == FieldForm::DATE)
         parts = dateParts(parts.first());
     for (QString &part : parts)
         part = withoutTrailingBlanks(part);
@@ -130,16 +130,16 @@ struct CardSideRow {
 };
 
 constexpr std::array<CardSideRow, 2> CARD_SIDES = {{
-    {CardSide::Front, "frontPicture", "Front picture"},
-    {CardSide::Back, "backPicture", "Back picture"},
+    {CardSide::FRONT, "frontPicture", "Front picture"},
+    {CardSide::BACK, "backPicture", "Back picture"},
 }};
 
 /** Why there is no picture of this side, in words that follow a colon. */
 QString reasonOfMissingPicture(const Card &card, CardSide side)
 {
-    const bool isBackOfPermit = side == CardSide::Back && card.kindCode() == IDCARD_KIND_HMT;
+    const bool isBackOfPermit = side == CardSide::BACK && card.kindCode() == IDCARD_KIND_HMT;
     // The front of a permit does not depend on the number: only the back can be missing by it.
-    if (isBackOfPermit && !card.picture(CardSide::Front).isNull())
+    if (isBackOfPermit && !card.picture(CardSide::FRONT).isNull())
         return QStringLiteral("the permit's number begins with none of 81, 82, 83");
     return QStringLiteral("the library painted none");
 }
@@ -166,7 +166,7 @@ void insertPictures(const Card &card, QJsonObject *object)
 /** Names the files in the parts of `object` that they belong to. */
 void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonObject *object)
 {
-    for (const CardFile &file : cardFiles(CardFiles::All)) {
+    for (const CardFile &file : cardFiles(CardFiles::ALL)) {
         if (file.jsonKey == nullptr || !object->contains(QLatin1String(file.jsonKey)))
             continue;
         const bool saved = folder.has_value() && !file.content(card).isNull();
@@ -178,7 +178,7 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonOb
 
 CardRow kindRow(const Card &card)
 {
-    return {CardRow::Sort::Plain, Texts::tr("Kind"), kindForPeople(card)};
+    return {CardRow::Sort::PLAIN, Texts::tr("Kind"), kindForPeople(card)};
 }
 
 QStringList cells(const CardRow &row)
@@ -218,13 +218,13 @@ QVector<CardRow> cardRows(const Card &card)
     for (const CardField &field : card.fields()) {
         const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
         if (!field.content.isEmpty())
-            rows << CardRow{isPersonal ? CardRow::Sort::Personal : CardRow::Sort::Plain,
+            rows << CardRow{isPersonal ? CardRow::Sort::PERSONAL : CardRow::Sort::PLAIN,
                             Texts::tr(field.label), textForPeople(field)};
     }
-    rows << CardRow{CardRow::Sort::Photo, Texts::tr("Photo"),
+    rows << CardRow{CardRow::Sort::PHOTO, Texts::tr("Photo"),
                     Texts::tr(photoFormatRow(card).label)};
     if (card.mayHaveFingerprints())
-        rows << CardRow{CardRow::Sort::Plain, Texts::tr("Fingerprints"),
+        rows << CardRow{CardRow::Sort::PLAIN, Texts::tr("Fingerprints"),
                         fingerprintsForPeople(card)};
     return rows;
 }
@@ -280,14 +280,14 @@ QString toTable(const Card &card, const std::optional<QString> &folder)
     for (const CardRow &row : cardRows(card))
         rows << cells(row);
     if (folder)
-        rows += savedRows(card, CardFiles::All, *folder);
+        rows += savedRows(card, CardFiles::ALL, *folder);
     return alignedTable(rows);
 }
 
 QString picturesToTable(const Card &card, const QString &folder)
 {
     return alignedTable(QVector<QStringList>{cells(kindRow(card))} +
-                        savedRows(card, CardFiles::Pictures, folder));
+                        savedRows(card, CardFiles::PICTURES, folder));
 }
 
 QString missingPhotoNote(const Card &card)
@@ -300,7 +300,7 @@ QString missingPictureNote(const Card &card, CardSide side)
 {
     if (!card.mayHavePictures() || !card.picture(side).isNull())
         return {};
-    const char *const name = side == CardSide::Front ? "front" : "back";
+    const char *const name = side == CardSide::FRONT ? "front" : "back";
     return QStringLiteral("There is no picture of the card's %1: %2")
         .arg(QLatin1String(name), reasonOfMissingPicture(card, side));
 }

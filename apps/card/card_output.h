@@ -22,9 +22,9 @@ QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
 /** A row of what a card says to people, in the language of the application's translators. */
 struct CardRow {
     enum class Sort {
-        Plain,
-        Personal, ///< a name or a number, which a privacy switch covers
-        Photo,    ///< in which form it is, for those who do not see it
+        PLAIN,
+        PERSONAL, ///< a name or a number, which a privacy switch covers
+        PHOTO,    ///< in which form it is, for those who do not see it
     };
 
     Sort sort;

@@ -15,18 +15,18 @@ Sighting CardPresence::observe(const Card *card, ExitStatus status, int code)
         const bool isSame = digest == m_card;
         m_card = digest;
         m_failure.reset();
-        return isSame ? Sighting::SameCard : Sighting::NewCard;
+        return isSame ? Sighting::SAME_CARD : Sighting::NEW_CARD;
     }
-    if (status == ExitStatus::NoCard) {
+    if (status == ExitStatus::NO_CARD) {
         m_card.clear();
         m_failure.reset();
-        return Sighting::Nothing;
+        return Sighting::NOTHING;
     }
     // The card may still lie there: a failure alone makes it no new one.
     const std::pair failure(status, code);
     const bool isSame = m_failure == failure;
     m_failure = failure;
-    return isSame ? Sighting::SameFailure : Sighting::NewFailure;
+    return isSame ? Sighting::SAME_FAILURE : Sighting::NEW_FAILURE;
 }
 
 } // namespace app

@@ -11,11 +11,11 @@ namespace app
 {
 
 enum class Sighting {
-    Nothing,    ///< no card on the reader
-    NewCard,    ///< the reader was empty before, or held something else
-    SameCard,   ///< the card seen last
-    NewFailure, ///< a failure that the look before did not end with
-    SameFailure,
+    NOTHING,     ///< no card on the reader
+    NEW_CARD,    ///< the reader was empty before, or held something else
+    SAME_CARD,   ///< the card seen last
+    NEW_FAILURE, ///< a failure that the look before did not end with
+    SAME_FAILURE,
 };
 
 class CardPresence

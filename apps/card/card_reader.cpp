@@ -27,7 +27,7 @@ QByteArray jpegFile(const std::string &base64)
 ExitStatus ReadOutcome::exitStatus() const
 {
     const ResultEntry *const entry = findResult(code, card.has_value());
-    return entry != nullptr ? entry->exitStatus : ExitStatus::ProgramFailed;
+    return entry != nullptr ? entry->exitStatus : ExitStatus::PROGRAM_FAILED;
 }
 
 ReadOutcome readCard()

@@ -120,7 +120,7 @@ public:
 
     QString putInPlace(ExistingFiles existing)
     {
-        if (existing == ExistingFiles::Replace && isThere(QFileInfo(m_path))) {
+        if (existing == ExistingFiles::REPLACE && isThere(QFileInfo(m_path))) {
             const QString name = m_passing.fileName();
             if (name.isEmpty())
                 return problem(systemError(errno));
@@ -225,7 +225,7 @@ QString obstacleTo(const QString &folder, const QStringList &names, ExistingFile
         if (isThere(file))
             present << name;
     }
-    if (present.isEmpty() || existing == ExistingFiles::Replace)
+    if (present.isEmpty() || existing == ExistingFiles::REPLACE)
         return {};
     return QStringLiteral("The folder %1 already holds %2, and nothing is overwritten. Choose "
                           "another folder, or replace the card in it with --force.")

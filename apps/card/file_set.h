@@ -16,7 +16,7 @@ struct NamedContent {
     QByteArray content; ///< null: no file of this name may be in the folder afterwards
 };
 
-enum class ExistingFiles { Refuse, Replace };
+enum class ExistingFiles { REFUSE, REPLACE };
 
 /**
  * Says why files of these names could not be written into `folder`, as far as that can be told

@@ -33,7 +33,7 @@ QString paragraph(const QString &text)
 
 Message messageOf(const ResultEntry &entry, const QStringList &details)
 {
-    Message message{resultText(entry.summary), {}, Message::Kind::Failure};
+    Message message{resultText(entry.summary), {}, Message::Kind::FAILURE};
     message.lines << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
                   << details << Texts::tr("Cause: %1").arg(resultText(entry.cause))
                   << Texts::tr("What to do: %1").arg(resultText(entry.remedy));
@@ -46,7 +46,7 @@ Message unknownCodeMessage(int code)
                       "the program and the library of the same version.")
                 .arg(code),
             {},
-            Message::Kind::Failure};
+            Message::Kind::FAILURE};
 }
 
 QString terminalText(const Message &message)

@@ -12,11 +12,11 @@ namespace app
 {
 
 struct Message {
-    enum class Kind { Note, Warning, Failure };
+    enum class Kind { NOTE, WARNING, FAILURE };
 
     QString headline;
     QStringList lines = {};
-    Kind kind = Kind::Note;
+    Kind kind = Kind::NOTE;
 };
 
 /** A row of a catalogue; `details` are lines such as "Device: ..." that follow the code. */

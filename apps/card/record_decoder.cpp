@@ -75,7 +75,7 @@ private:
 bool isBmp(const QByteArray &area)
 {
     return photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
-           PhotoFormat::Bmp;
+           PhotoFormat::BMP;
 }
 
 /** The photo as a BMP file; else as the card stores it, followed by zeros. */
@@ -84,7 +84,7 @@ QByteArray photoAreaOf(CIdData *decoder, unsigned char *block)
     QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
     decoder->parseIDHeadImage(block, reinterpret_cast<unsigned char *>(area.data()));
     if (photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
-        PhotoFormat::None) {
+        PhotoFormat::NONE) {
         area.replace(0, reader_frames::PHOTO_SIZE, reinterpret_cast<const char *>(block),
                      reader_frames::PHOTO_SIZE);
     }

@@ -14,7 +14,7 @@ namespace app
  * off: the sex code of a foreigner's card is none of the four that there are.
  *
  * What the decoders log, which may be what the card holds, is not shown. A photo that cannot be
- * decoded stays in the card as the card stores it (`PhotoFormat::Compressed`).
+ * decoded stays in the card as the card stores it (`PhotoFormat::COMPRESSED`).
  */
 std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road road);
 

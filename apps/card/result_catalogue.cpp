@@ -22,7 +22,7 @@ const std::vector<ResultEntry> &resultCatalogue()
     static const std::vector<ResultEntry> entries = {
         {IDCARD_RESULT_OK, "IDCARD_RESULT_OK", QT_TRANSLATE_NOOP("Results", "The card was read."),
          QT_TRANSLATE_NOOP("Results", "The reader delivered a card of one of the four kinds."),
-         QT_TRANSLATE_NOOP("Results", "Nothing needs to be done."), ExitStatus::Done},
+         QT_TRANSLATE_NOOP("Results", "Nothing needs to be done."), ExitStatus::DONE},
         {IDCARD_RESULT_OK, "IDCARD_RESULT_OK",
          QT_TRANSLATE_NOOP("Results", "The call succeeded, but nothing was read."),
          QT_TRANSLATE_NOOP("Results", "The reader reported a kind of card that this library does "
@@ -31,7 +31,7 @@ const std::vector<ResultEntry> &resultCatalogue()
              "Results", "Lay the card flat on the reader, keep it still and read once more. Only "
                         "resident identity cards, residence permits for Hong Kong, Macao and "
                         "Taiwan residents and foreigners' permanent residence cards can be read."),
-         ExitStatus::NothingRead},
+         ExitStatus::NOTHING_READ},
         {IDCARD_RESULT_PORT_NOT_OPEN, "IDCARD_RESULT_PORT_NOT_OPEN",
          QT_TRANSLATE_NOOP("Results", "The reader could not be opened."),
          QT_TRANSLATE_NOOP(
@@ -43,7 +43,7 @@ const std::vector<ResultEntry> &resultCatalogue()
              "Results", "Plug the reader in, end other programs that use it, check the access "
                         "rights of its device, and see that the reader maker's library stands "
                         "beside libidcard_reader_lib.so or where the loader looks for libraries."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {IDCARD_RESULT_READ_FAILED, "IDCARD_RESULT_READ_FAILED",
          QT_TRANSLATE_NOOP("Results", "Reading the card was broken off."),
          QT_TRANSLATE_NOOP("Results",
@@ -51,7 +51,7 @@ const std::vector<ResultEntry> &resultCatalogue()
          QT_TRANSLATE_NOOP(
              "Results", "Lay the card on the reader again and read once more; if it happens again, "
                         "unplug the reader, plug it in and see that the computer has free memory."),
-         ExitStatus::ReadFailed},
+         ExitStatus::READ_FAILED},
         {IDCARD_RESULT_NO_CARD, "IDCARD_RESULT_NO_CARD",
          QT_TRANSLATE_NOOP("Results", "No card was found on the reader."),
          QT_TRANSLATE_NOOP(
@@ -60,7 +60,7 @@ const std::vector<ResultEntry> &resultCatalogue()
              "reader knows, or the reader maker's library failed while it looked for a card."),
          QT_TRANSLATE_NOOP("Results", "Lay the card flat on the middle of the reader, take other "
                                       "cards away and read once more."),
-         ExitStatus::NoCard},
+         ExitStatus::NO_CARD},
         {IDCARD_RESULT_PHOTO_NOT_DECODED, "IDCARD_RESULT_PHOTO_NOT_DECODED",
          QT_TRANSLATE_NOOP("Results", "The photo of the card could not be decoded."),
          QT_TRANSLATE_NOOP("Results", "The card delivered its photo compressed, and the photo "
@@ -69,37 +69,37 @@ const std::vector<ResultEntry> &resultCatalogue()
              "Results",
              "See that the photo decoder's library stands beside libidcard_reader_lib.so or where "
              "the loader looks for libraries; if it does, read the card once more."),
-         ExitStatus::PhotoNotDecoded},
+         ExitStatus::PHOTO_NOT_DECODED},
         {IDCARD_RESULT_NULL_CARD_KIND, "IDCARD_RESULT_NULL_CARD_KIND",
          QT_TRANSLATE_NOOP("Results", "The program passed no place for the kind of card."),
          QT_TRANSLATE_NOOP("Results", "The argument cardKind is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_CN, "IDCARD_RESULT_NULL_CN",
          QT_TRANSLATE_NOOP("Results", "The program passed no record for resident identity cards."),
          QT_TRANSLATE_NOOP("Results", "The argument cn is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_FOREIGN_2017, "IDCARD_RESULT_NULL_FOREIGN_2017",
          QT_TRANSLATE_NOOP(
              "Results", "The program passed no record for foreigners' cards of the 2017 edition."),
          QT_TRANSLATE_NOOP("Results", "The argument f2017 is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_FOREIGN_NEW, "IDCARD_RESULT_NULL_FOREIGN_NEW",
          QT_TRANSLATE_NOOP(
              "Results", "The program passed no record for foreigners' cards of the new edition."),
          QT_TRANSLATE_NOOP("Results", "The argument fNew is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_HMT, "IDCARD_RESULT_NULL_HMT",
          QT_TRANSLATE_NOOP("Results", "The program passed no record for residence permits."),
          QT_TRANSLATE_NOOP("Results", "The argument hmt is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_FRONT_IMAGE, "IDCARD_RESULT_NULL_FRONT_IMAGE",
          QT_TRANSLATE_NOOP("Results", "The program passed no place for the picture of the front."),
          QT_TRANSLATE_NOOP("Results", "The argument frontImage is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
         {IDCARD_RESULT_NULL_BACK_IMAGE, "IDCARD_RESULT_NULL_BACK_IMAGE",
          QT_TRANSLATE_NOOP("Results", "The program passed no place for the picture of the back."),
          QT_TRANSLATE_NOOP("Results", "The argument backImage is null."), NULL_POINTER_REMEDY,
-         ExitStatus::ProgramFailed},
+         ExitStatus::PROGRAM_FAILED},
     };
     return entries;
 }
@@ -107,23 +107,23 @@ const std::vector<ResultEntry> &resultCatalogue()
 const std::vector<ExitStatusEntry> &exitStatusCatalogue()
 {
     static const std::vector<ExitStatusEntry> entries = {
-        {ExitStatus::Done, "Done as asked."},
-        {ExitStatus::ProgramFailed,
+        {ExitStatus::DONE, "Done as asked."},
+        {ExitStatus::PROGRAM_FAILED,
          "The program itself failed: the simulator could not be loaded, or standard output could "
          "not be written."},
-        {ExitStatus::WrongUsage,
+        {ExitStatus::WRONG_USAGE,
          "Wrong usage: an unknown option or value, a card description or fault that the simulator "
          "refuses, or a file that is no raw card record."},
-        {ExitStatus::ReaderNotOpened, "The reader could not be opened."},
-        {ExitStatus::NoCard, "No card was found on the reader, or none came while waiting."},
-        {ExitStatus::ReadFailed, "Reading the card was broken off."},
-        {ExitStatus::PhotoNotDecoded, "The photo of the card could not be decoded."},
-        {ExitStatus::FilesNotWritten, "The files could not be written."},
-        {ExitStatus::NothingRead, "The reader answered, but with nothing that could be read."},
-        {ExitStatus::FoundWarnings,
+        {ExitStatus::READER_NOT_OPENED, "The reader could not be opened."},
+        {ExitStatus::NO_CARD, "No card was found on the reader, or none came while waiting."},
+        {ExitStatus::READ_FAILED, "Reading the card was broken off."},
+        {ExitStatus::PHOTO_NOT_DECODED, "The photo of the card could not be decoded."},
+        {ExitStatus::FILES_NOT_WRITTEN, "The files could not be written."},
+        {ExitStatus::NOTHING_READ, "The reader answered, but with nothing that could be read."},
+        {ExitStatus::FOUND_WARNINGS,
          "The doctor found nothing worse than warnings: reading may work, or not as well as it "
          "could."},
-        {ExitStatus::FoundFailures, "The doctor found a failure: something does not work."},
+        {ExitStatus::FOUND_FAILURES, "The doctor found a failure: something does not work."},
     };
     return entries;
 }
@@ -132,7 +132,7 @@ const ResultEntry *findResult(int code, bool recordFilled)
 {
     const auto &entries = resultCatalogue();
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const ResultEntry &entry) {
-        return entry.code == code && (entry.exitStatus == ExitStatus::NothingRead) ==
+        return entry.code == code && (entry.exitStatus == ExitStatus::NOTHING_READ) ==
                                          (code == IDCARD_RESULT_OK && !recordFilled);
     });
     return found == entries.end() ? nullptr : &*found;

@@ -25,8 +25,8 @@ struct ExitStatusEntry {
 };
 
 /**
- * All results. Code 0 has two rows: a card was read (`ExitStatus::Done`), and the call returned 0
- * without filling a record (`ExitStatus::NothingRead`).
+ * All results. Code 0 has two rows: a card was read (`ExitStatus::DONE`), and the call returned 0
+ * without filling a record (`ExitStatus::NOTHING_READ`).
  */
 const std::vector<ResultEntry> &resultCatalogue();
 

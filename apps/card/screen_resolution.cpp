@@ -29,11 +29,11 @@ ResolutionClaim judgedClaim(const ScreenResolution &resolution)
     const auto [low, high] = std::minmax(x, y);
     const bool isPossible = low >= LOWEST_DPI && high <= HIGHEST_DPI; // which no NaN is
     if (!isPossible)
-        return ResolutionClaim::Impossible;
+        return ResolutionClaim::IMPOSSIBLE;
     if (high > low * MOST_UNEVEN)
-        return ResolutionClaim::Uneven;
-    return low < LOWEST_USUAL_DPI || high > HIGHEST_USUAL_DPI ? ResolutionClaim::Unusual
-                                                              : ResolutionClaim::Usual;
+        return ResolutionClaim::UNEVEN;
+    return low < LOWEST_USUAL_DPI || high > HIGHEST_USUAL_DPI ? ResolutionClaim::UNUSUAL
+                                                              : ResolutionClaim::USUAL;
 }
 
 } // namespace app

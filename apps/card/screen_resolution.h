@@ -14,10 +14,10 @@ struct ScreenResolution {
 };
 
 enum class ResolutionClaim {
-    Usual,
-    Unusual, ///< there are such screens, but few
-    Uneven,  ///< across and down differ more than the pixels of a screen do
-    Impossible,
+    USUAL,
+    UNUSUAL, ///< there are such screens, but few
+    UNEVEN,  ///< across and down differ more than the pixels of a screen do
+    IMPOSSIBLE,
 };
 
 ResolutionClaim judgedClaim(const ScreenResolution &resolution);

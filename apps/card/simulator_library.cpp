@@ -41,14 +41,14 @@ SimulatorProblem loadProblem(const QString &reason)
     return {QStringLiteral("The simulator could not be loaded: %1. Build or install %2, or name it "
                            "in the environment variable %3.")
                 .arg(reason, QLatin1String(LIBRARY_NAME), QLatin1String(LIBRARY_VARIABLE)),
-            ExitStatus::ProgramFailed};
+            ExitStatus::PROGRAM_FAILED};
 }
 
 SimulatorProblem usageProblem(const char *what, const MessageBuffer &message)
 {
     return {QStringLiteral("The simulator refuses the %1: %2")
                 .arg(QLatin1String(what), QString::fromUtf8(message.data())),
-            ExitStatus::WrongUsage};
+            ExitStatus::WRONG_USAGE};
 }
 
 } // namespace
@@ -101,7 +101,7 @@ SimulatorProblem SimulatorLibrary::unload()
                                "would answer in the reader's place. End the program and start it "
                                "again without the simulator.")
                     .arg(m_path),
-                ExitStatus::ProgramFailed};
+                ExitStatus::PROGRAM_FAILED};
     }
     m_path.clear();
     return {};

@@ -14,9 +14,9 @@ namespace app
 /** What went wrong, for people, and how the program ends by it; no text: nothing went wrong. */
 struct SimulatorProblem {
     QString message;
-    ExitStatus exitStatus = ExitStatus::Done;
+    ExitStatus exitStatus = ExitStatus::DONE;
 
-    explicit operator bool() const { return exitStatus != ExitStatus::Done; }
+    explicit operator bool() const { return exitStatus != ExitStatus::DONE; }
 };
 
 /** The functions of simulator/simulator.h in the loaded library. */

@@ -37,7 +37,7 @@ const std::vector<ResultEntry> &usbCatalogue()
     static const std::vector<ResultEntry> entries = {
         {USB_READER_OK, "USB_READER_OK", QT_TRANSLATE_NOOP("Results", "The card was read."),
          QT_TRANSLATE_NOOP("Results", "The reader found the card and delivered its record."),
-         QT_TRANSLATE_NOOP("Results", "Nothing needs to be done."), ExitStatus::Done},
+         QT_TRANSLATE_NOOP("Results", "Nothing needs to be done."), ExitStatus::DONE},
         {USB_READER_INIT_FAILED, "USB_READER_INIT_FAILED",
          QT_TRANSLATE_NOOP("Results", "USB could not be used."),
          QT_TRANSLATE_NOOP(
@@ -45,13 +45,13 @@ const std::vector<ResultEntry> &usbCatalogue()
              "The system has no USB, or this program may not see it: libusb could not be set up."),
          QT_TRANSLATE_NOOP("Results",
                            "See that /dev/bus/usb exists; in a container it must be handed in."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_NO_DEVICE_LIST, "USB_READER_NO_DEVICE_LIST",
          QT_TRANSLATE_NOOP("Results", "The USB devices could not be listed."),
          QT_TRANSLATE_NOOP("Results", "There is no list of devices, or memory ran out."),
          QT_TRANSLATE_NOOP("Results", "See that /sys/bus/usb and /dev/bus/usb exist and can be "
                                       "read; in a container both must be handed in."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_NO_DESCRIPTOR, "USB_READER_NO_DESCRIPTOR",
          QT_TRANSLATE_NOOP("Results", "The search for the reader was broken off."),
          QT_TRANSLATE_NOOP("Results",
@@ -59,13 +59,13 @@ const std::vector<ResultEntry> &usbCatalogue()
          QT_TRANSLATE_NOOP(
              "Results",
              "Unplug other USB devices, or plug the reader in anew, and read once more."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_OPEN_FAILED, "USB_READER_OPEN_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be opened."),
          QT_TRANSLATE_NOOP(
              "Results", "The reader is there, but the system refused to open it, for instance "
                         "because it was being plugged in or the program has too many files open."),
-         PLUG_ANEW, ExitStatus::ReaderNotOpened},
+         PLUG_ANEW, ExitStatus::READER_NOT_OPENED},
         {USB_READER_NO_PERMISSION, "USB_READER_NO_PERMISSION",
          QT_TRANSLATE_NOOP("Results", "This user may not use the reader."),
          QT_TRANSLATE_NOOP("Results",
@@ -75,7 +75,7 @@ const std::vector<ResultEntry> &usbCatalogue()
                            "Install the rule file 69-idcard-reader.rules in /etc/udev/rules.d or "
                            "/usr/lib/udev/rules.d with the reader's ids in it, add the user to the "
                            "group idcard-reader, log in anew and plug the reader in anew."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_NOT_FOUND, "USB_READER_NOT_FOUND",
          QT_TRANSLATE_NOOP("Results", "There is no such reader."),
          QT_TRANSLATE_NOOP("Results", "No USB device has the vendor and product id that --device "
@@ -83,7 +83,7 @@ const std::vector<ResultEntry> &usbCatalogue()
          QT_TRANSLATE_NOOP(
              "Results",
              "Plug the reader in and see with \"idcard-reader usb --list\" which ids it has."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_CLAIM_FAILED, "USB_READER_CLAIM_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader is in use."),
          QT_TRANSLATE_NOOP(
@@ -92,68 +92,68 @@ const std::vector<ResultEntry> &usbCatalogue()
              "reader maker's library, or the computer's kernel would not give it up."),
          QT_TRANSLATE_NOOP("Results", "End the other program (as root, \"fuser -v\" with the "
                                       "device's node names it) and read once more."),
-         ExitStatus::ReaderNotOpened},
+         ExitStatus::READER_NOT_OPENED},
         {USB_READER_RESET_FAILED, "USB_READER_RESET_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be reset."),
          QT_TRANSLATE_NOOP("Results",
                            "The reader was opened and did not come back from its reset."),
-         PLUG_ANEW, ExitStatus::ReaderNotOpened},
+         PLUG_ANEW, ExitStatus::READER_NOT_OPENED},
         {USB_READER_LOOKUP_MISMATCH, "USB_READER_LOOKUP_MISMATCH",
          QT_TRANSLATE_NOOP("Results", "No card was found on the reader."),
          QT_TRANSLATE_NOOP(
              "Results",
              "No card lies on the reader, it lies beside the antenna, or it is not a card that the "
              "reader knows. A device that is no card reader may answer so as well."),
-         LAY_DOWN_ANEW, ExitStatus::NoCard},
+         LAY_DOWN_ANEW, ExitStatus::NO_CARD},
         {USB_READER_LOOKUP_READ_FAILED, "USB_READER_LOOKUP_READ_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader did not answer whether a card is there."),
-         NO_ANSWER_CAUSE, CHECK_DEVICE, ExitStatus::ReadFailed},
+         NO_ANSWER_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_LOOKUP_WRITE_FAILED, "USB_READER_LOOKUP_WRITE_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be asked for a card."), NOT_TAKEN_CAUSE,
-         CHECK_DEVICE, ExitStatus::ReadFailed},
+         CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_SELECT_MISMATCH, "USB_READER_SELECT_MISMATCH",
          QT_TRANSLATE_NOOP("Results", "The card was lost."),
          QT_TRANSLATE_NOOP("Results", "The reader found the card and could not select it: it was "
                                       "moved, or two cards lie on the reader."),
-         LAY_DOWN_ANEW, ExitStatus::ReadFailed},
+         LAY_DOWN_ANEW, ExitStatus::READ_FAILED},
         {USB_READER_SELECT_READ_FAILED, "USB_READER_SELECT_READ_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader did not answer whether it selected the card."),
-         NO_ANSWER_CAUSE, LAY_DOWN_ANEW, ExitStatus::ReadFailed},
+         NO_ANSWER_CAUSE, LAY_DOWN_ANEW, ExitStatus::READ_FAILED},
         {USB_READER_SELECT_WRITE_FAILED, "USB_READER_SELECT_WRITE_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be told to select the card."),
-         NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::ReadFailed},
+         NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_DATA_LENGTH_INVALID, "USB_READER_DATA_LENGTH_INVALID", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP(
              "Results", "The answer is not as long as a record with no, one or two fingerprints."),
-         CHECK_DEVICE, ExitStatus::NothingRead},
+         CHECK_DEVICE, ExitStatus::NOTHING_READ},
         {USB_READER_DATA_PREAMBLE_WRONG, "USB_READER_DATA_PREAMBLE_WRONG", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP("Results", "The answer does not begin as the reader's frames do."),
-         CHECK_DEVICE, ExitStatus::NothingRead},
+         CHECK_DEVICE, ExitStatus::NOTHING_READ},
         {USB_READER_DATA_STATUS_WRONG, "USB_READER_DATA_STATUS_WRONG", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP(
              "Results",
              "The reader reported a failure, or lengths of text and photo that no card has."),
-         CHECK_DEVICE, ExitStatus::NothingRead},
+         CHECK_DEVICE, ExitStatus::NOTHING_READ},
         {USB_READER_DATA_LENGTH_MISMATCH, "USB_READER_DATA_LENGTH_MISMATCH", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP("Results", "The answer is longer or shorter than it says it is."),
-         CHECK_DEVICE, ExitStatus::NothingRead},
+         CHECK_DEVICE, ExitStatus::NOTHING_READ},
         {USB_READER_DATA_PRINTS_INVALID, "USB_READER_DATA_PRINTS_INVALID", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP("Results",
                            "The answer declares an amount of fingerprint data that no card has."),
-         CHECK_DEVICE, ExitStatus::NothingRead},
+         CHECK_DEVICE, ExitStatus::NOTHING_READ},
         {USB_READER_DATA_READ_FAILED, "USB_READER_DATA_READ_FAILED",
          QT_TRANSLATE_NOOP("Results", "Reading the card was broken off."),
          QT_TRANSLATE_NOOP("Results", "The card was found, but the reader did not deliver its "
                                       "record within five seconds, or the transfer failed."),
-         LAY_DOWN_ANEW, ExitStatus::ReadFailed},
+         LAY_DOWN_ANEW, ExitStatus::READ_FAILED},
         {USB_READER_DATA_WRITE_FAILED, "USB_READER_DATA_WRITE_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be told to read the card."),
-         NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::ReadFailed},
+         NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_NO_DATA, "USB_READER_NO_DATA",
          QT_TRANSLATE_NOOP("Results", "The card gave no data."),
          QT_TRANSLATE_NOOP("Results", "The card was taken off while it was read, it lies beside "
                                       "the antenna, or it is not a card that the reader knows."),
-         LAY_DOWN_ANEW, ExitStatus::NoCard},
+         LAY_DOWN_ANEW, ExitStatus::NO_CARD},
     };
     return entries;
 }
@@ -174,7 +174,7 @@ ResultEntry unpluggedResult(const ResultEntry &failure)
             QT_TRANSLATE_NOOP("Results", "The reader was there and is not any more: its cable came "
                                          "off, it lost its power, or it broke down."),
             QT_TRANSLATE_NOOP("Results", "Plug the reader in again and read once more."),
-            ExitStatus::ReadFailed};
+            ExitStatus::READ_FAILED};
 }
 
 } // namespace app

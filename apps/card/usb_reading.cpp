@@ -64,7 +64,7 @@ QString deviceOf(const UsbOutcome &outcome)
 ExitStatus UsbOutcome::exitStatus() const
 {
     const std::optional<ResultEntry> entry = resultOf(*this);
-    return entry ? entry->exitStatus : ExitStatus::ProgramFailed;
+    return entry ? entry->exitStatus : ExitStatus::PROGRAM_FAILED;
 }
 
 UsbOutcome readOverUsb(UsbIds ids)

@@ -16,7 +16,7 @@ constexpr Group PICTURES = {"pictures", "Pictures of the card"};
 
 bool isNeeded(const CheckRow &row, Roads roads)
 {
-    return roads == Roads::Both || (roads == Roads::Usb ? row.isForUsb : row.isForLibrary);
+    return roads == Roads::BOTH || (roads == Roads::USB ? row.isForUsb : row.isForLibrary);
 }
 
 } // namespace
@@ -58,7 +58,7 @@ std::vector<CheckedFinding> judge(const Environment &environment)
 
 Level worstOf(const std::vector<CheckedFinding> &findings)
 {
-    Level worst = Level::Fine;
+    Level worst = Level::FINE;
     for (const CheckedFinding &one : findings)
         worst = std::max(worst, one.finding.level);
     return worst;

@@ -11,10 +11,10 @@ namespace app::doctor
 {
 
 /** Which way of reading the machine is to serve. */
-enum class Roads { Both, Library, Usb };
+enum class Roads { BOTH, LIBRARY, USB };
 
 struct Environment {
-    Roads roads = Roads::Both;
+    Roads roads = Roads::BOTH;
     Versions versions;
     LocaleState locale;
     LibraryState readerLibrary;

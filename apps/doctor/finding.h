@@ -13,10 +13,10 @@ namespace app::doctor
 struct Environment; // environment.h
 
 /** Ascending, so that the highest of several is the worst. */
-enum class Level { Fine, Warning, Failure };
+enum class Level { FINE, WARNING, FAILURE };
 
 struct Finding {
-    Level level = Level::Fine;
+    Level level = Level::FINE;
     QString text;
     QString remedy = {};       ///< what to do, in words; empty when all is fine
     QStringList commands = {}; ///< of the remedy, one shell line each

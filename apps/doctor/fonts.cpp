@@ -60,7 +60,7 @@ Finding judgedSubstitute(const PicturesState &pictures, const FontState &font, c
     const bool needsChoice = !pictures.isFontChoiceInForce;
     // Where the choice is in force and does not help, none of its fonts is for this family.
     const bool needsFont = !needsChoice || font.standIn.isEmpty();
-    Finding finding{Level::Warning, text};
+    Finding finding{Level::WARNING, text};
     QString remedy = needsFont ? QStringLiteral("Install a font for it")
                                : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
     if (needsFont)
@@ -86,13 +86,13 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
         font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
     const QString faces = font.faces.join(QStringLiteral(", "));
     if (!font.isKnown) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("%1: not known, since Qt does not come up (%2)")
                     .arg(wanted, pictures.failure),
                 QStringLiteral("Do what \"Screen\" says and run this again.")};
     }
     if (!font.hasChinese) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("%1: no font here has the Chinese characters; the pictures have "
                                "empty boxes in their place")
                     .arg(wanted),
@@ -100,9 +100,9 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
                 {QLatin1String(FONTS_COMMAND)}};
     }
     if (font.isInstalled)
-        return {Level::Fine, QStringLiteral("%1 is installed").arg(wanted)};
+        return {Level::FINE, QStringLiteral("%1 is installed").arg(wanted)};
     if (font.isStandIn)
-        return {Level::Fine, QStringLiteral("%1: its stand-in %2").arg(wanted, faces)};
+        return {Level::FINE, QStringLiteral("%1: its stand-in %2").arg(wanted, faces)};
     const QString taken =
         faces.startsWith(font.got)
             ? faces

@@ -28,8 +28,8 @@ QString requestedLocale()
 Finding judgedLibraryVersion(const Versions &versions)
 {
     if (versions.library == QStringLiteral("version:") + versions.program)
-        return {Level::Fine, versions.library};
-    return {Level::Warning,
+        return {Level::FINE, versions.library};
+    return {Level::WARNING,
             QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2")
                 .arg(versions.library, versions.program),
             QStringLiteral("Install the library and the program of one version. This shows which "
@@ -45,8 +45,8 @@ Finding judgedQtVersion(const Versions &versions)
         QStringLiteral("%1, built with %2").arg(versions.qtRunning, versions.qtBuilt);
     // A program runs with the Qt of its building and with later ones of the same major number.
     if (running >= built && running.majorVersion() == built.majorVersion())
-        return {Level::Fine, text};
-    return {Level::Failure,
+        return {Level::FINE, text};
+    return {Level::FAILURE,
             text + QStringLiteral(": they do not go together"),
             QStringLiteral("Install Qt %1 or a later Qt %2, or build the library with the Qt that "
                            "is here. This shows which Qt is taken:")
@@ -59,7 +59,7 @@ Finding judgedLocale(const LocaleState &locale)
 {
     const QString utf8 = QStringLiteral("export LC_ALL=C.UTF-8");
     if (!locale.isSet) {
-        return {Level::Warning,
+        return {Level::WARNING,
                 QStringLiteral("This system has no locale \"%1\"; programs run in \"C\", without "
                                "Chinese characters")
                     .arg(locale.requested),
@@ -68,8 +68,8 @@ Finding judgedLocale(const LocaleState &locale)
                 {utf8, QStringLiteral("dpkg-reconfigure locales")}};
     }
     if (locale.encoding == QLatin1String("UTF-8"))
-        return {Level::Fine, locale.name};
-    return {Level::Warning,
+        return {Level::FINE, locale.name};
+    return {Level::WARNING,
             QStringLiteral("\"%1\" has the encoding %2, not UTF-8: a host application may garble "
                            "Chinese texts and file names")
                 .arg(locale.name, locale.encoding),

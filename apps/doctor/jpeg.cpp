@@ -38,14 +38,14 @@ Finding judgedJpeg(const PicturesState &pictures)
     const QStringList reinstall{QStringLiteral("apt-get install --reinstall libqt5gui5")};
     const QString &plugin = pictures.jpegPlugin;
     if (pictures.canWriteJpeg)
-        return {Level::Fine, plugin.isEmpty() ? QStringLiteral("Qt can write it") : plugin};
+        return {Level::FINE, plugin.isEmpty() ? QStringLiteral("Qt can write it") : plugin};
     if (!pictures.isJpegKnown) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("Not known, since Qt does not come up (%1)").arg(pictures.failure),
                 QStringLiteral("Do what \"Screen\" says and run this again.")};
     }
     if (plugin.isEmpty()) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all pictures "
                                "come out empty; looked in %1")
                     .arg(pictures.pluginFolders.join(QStringLiteral(", "))),
@@ -53,7 +53,7 @@ Finding judgedJpeg(const PicturesState &pictures)
                                "of these folders:"),
                 reinstall};
     }
-    return {Level::Failure,
+    return {Level::FAILURE,
             QStringLiteral("Qt's JPEG plug-in does not work, all pictures come out empty: %1")
                 .arg(pictures.jpegProblem.isEmpty() ? plugin : pictures.jpegProblem),
             QStringLiteral("Put the plug-in of the Qt that is running in its place, as root "

@@ -65,14 +65,14 @@ QString definerOf(const QStringList &functions)
 Loading outcomeOf(const ChildRun &run)
 {
     switch (run.end) {
-    case ChildRun::End::TimedOut:
-        return Loading::Hung;
-    case ChildRun::End::Crashed:
-        return Loading::Crashed;
-    case ChildRun::End::Done:
+    case ChildRun::End::TIMED_OUT:
+        return Loading::HUNG;
+    case ChildRun::End::CRASHED:
+        return Loading::CRASHED;
+    case ChildRun::End::DONE:
         break;
     }
-    return run.told["isLoaded"].toBool() ? Loading::Loaded : Loading::NotLoaded;
+    return run.told["isLoaded"].toBool() ? Loading::LOADED : Loading::NOT_LOADED;
 }
 
 /** What is wrong with a library. */
@@ -105,13 +105,13 @@ QString missingDependency(const LibraryState &state)
 Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const Names &names)
 {
     switch (file.shape) {
-    case LibraryShape::OtherMachine:
+    case LibraryShape::OTHER_MACHINE:
         return {QLatin1String("other-machine"),
                 QStringLiteral("%1 is for another processor: %2; this program is for %3")
                     .arg(file.path, file.machine, state.ownMachine),
                 QStringLiteral("Get the library for %1 from %2 and put it in this one's place.")
                     .arg(state.ownMachine, names.maker)};
-    case LibraryShape::CutOff:
+    case LibraryShape::CUT_OFF:
         return {QLatin1String("truncated"),
                 QStringLiteral("%1 is cut off: %2 bytes are less than its own headers tell")
                     .arg(file.path)
@@ -119,19 +119,19 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
                 QStringLiteral("Copy the file anew from what %1 delivered and compare the two:")
                     .arg(names.maker),
                 {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
-    case LibraryShape::Unreadable:
+    case LibraryShape::UNREADABLE:
         return {QLatin1String("unreadable"),
                 QStringLiteral("%1 cannot be read by this user, or leads nowhere").arg(file.path),
                 QStringLiteral("See where it leads, and let everybody read the file, as root:"),
                 {QStringLiteral("ls -lL %1").arg(quoted(file.path)),
                  QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
-    case LibraryShape::NoLibrary:
+    case LibraryShape::NO_LIBRARY:
         return {QLatin1String("no-library"),
                 QStringLiteral("%1 is no library").arg(file.path),
                 QStringLiteral("Put the file that %1 delivered in its place; what it is now:")
                     .arg(names.maker),
                 {QStringLiteral("file %1").arg(quoted(file.path))}};
-    case LibraryShape::Sound:
+    case LibraryShape::SOUND:
         break;
     }
     return {};
@@ -151,7 +151,7 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
                  QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
     }
     for (const LibraryFile &file : state.files) {
-        if (file.shape != LibraryShape::Sound)
+        if (file.shape != LibraryShape::SOUND)
             return problemOfFile(state, file, names);
     }
     if (!state.files.isEmpty()) {
@@ -176,9 +176,9 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
 Problem problemOf(const LibraryState &state, const Names &names)
 {
     switch (state.loading) {
-    case Loading::NotTried:
+    case Loading::NOT_TRIED:
         return {};
-    case Loading::Loaded:
+    case Loading::LOADED:
         if (state.missing.isEmpty())
             return {};
         return {QLatin1String("missing-function"),
@@ -188,9 +188,9 @@ Problem problemOf(const LibraryState &state, const Names &names)
                                "the one that %1 delivered in its place. What it has:")
                     .arg(names.maker),
                 {QStringLiteral("nm -D --defined-only %1").arg(quoted(state.tried))}};
-    case Loading::Crashed:
+    case Loading::CRASHED:
         for (const LibraryFile &file : state.files) {
-            if (file.shape == LibraryShape::CutOff)
+            if (file.shape == LibraryShape::CUT_OFF)
                 return problemOfFile(state, file, names);
         }
         return {QLatin1String("crash"),
@@ -199,14 +199,14 @@ Problem problemOf(const LibraryState &state, const Names &names)
                 QStringLiteral("Get another version of it from %1, and tell them. Take this one "
                                "away until then.")
                     .arg(names.maker)};
-    case Loading::Hung:
+    case Loading::HUNG:
         return {QLatin1String("hang"),
                 QStringLiteral("Loading %1 hangs, and with it every program that reads")
                     .arg(state.tried),
                 QStringLiteral("End other programs that use the reader and plug it in anew. If it "
                                "stays so, get another version from %1.")
                     .arg(names.maker)};
-    case Loading::NotLoaded:
+    case Loading::NOT_LOADED:
         break;
     }
     return loadingProblem(state, names);
@@ -215,8 +215,8 @@ Problem problemOf(const LibraryState &state, const Names &names)
 Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsence)
 {
     const Problem problem = problemOf(state, names);
-    const bool isInProcess = state.loading == Loading::NotTried;
-    const QString loaded = state.loading == Loading::Loaded ? state.tried : QString();
+    const bool isInProcess = state.loading == Loading::NOT_TRIED;
+    const QString loaded = state.loading == Loading::LOADED ? state.tried : QString();
     Finding finding;
     if (problem.text.isEmpty()) {
         finding.text = isInProcess ? QStringLiteral("its functions are in the process already, "
@@ -225,7 +225,7 @@ Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsen
                                    : loaded;
     } else {
         const bool isAbsent = problem.name == QLatin1String("not-found");
-        finding = {isAbsent ? levelOfAbsence : Level::Failure, problem.text, problem.remedy,
+        finding = {isAbsent ? levelOfAbsence : Level::FAILURE, problem.text, problem.remedy,
                    problem.commands};
         finding.text[0] = finding.text[0].toUpper();
     }
@@ -279,13 +279,13 @@ Findings checkReaderLibrary(const Environment &environment)
     return {
         judged(environment.readerLibrary,
                {QStringLiteral("the reader maker's library"), QStringLiteral("the reader's maker")},
-               Level::Failure)};
+               Level::FAILURE)};
 }
 
 Findings checkPhotoDecoder(const Environment &environment)
 {
     // Many readers deliver photos decoded to their maker's library; over USB none does.
-    const Level absence = environment.roads == Roads::Library ? Level::Warning : Level::Failure;
+    const Level absence = environment.roads == Roads::LIBRARY ? Level::WARNING : Level::FAILURE;
     return {judged(
         environment.photoDecoder,
         {QStringLiteral("the photo decoder"), QStringLiteral("the maker of the photo decoder")},

@@ -12,7 +12,7 @@ namespace app::doctor
 {
 
 /** How the attempt to load ended. */
-enum class Loading { NotTried, Loaded, NotLoaded, Crashed, Hung };
+enum class Loading { NOT_TRIED, LOADED, NOT_LOADED, CRASHED, HUNG };
 
 /** One of the makers' two libraries. */
 struct LibraryState : LibrarySearch {
@@ -21,7 +21,7 @@ struct LibraryState : LibrarySearch {
     QString ownMachine; ///< the processor that this program is for
     QString ownFolder;  ///< of libidcard_reader_lib.so
     QString definedIn;  ///< the file that has the functions, when they are in the process already
-    Loading loading = Loading::NotTried;
+    Loading loading = Loading::NOT_TRIED;
     QString tried;      ///< the file that was loaded, or that loading ended at
     QString crash;      ///< how the loading program ended
     QStringList errors; ///< of the loader

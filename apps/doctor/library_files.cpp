@@ -143,7 +143,7 @@ bool isThere(const QString &path)
 /** Whether the loader ends its search at this file, with or without success, or passes over it. */
 bool endsSearch(const LibraryFile &file)
 {
-    return file.shape != LibraryShape::OtherMachine && file.shape != LibraryShape::Unreadable;
+    return file.shape != LibraryShape::OTHER_MACHINE && file.shape != LibraryShape::UNREADABLE;
 }
 
 } // namespace
@@ -164,12 +164,12 @@ QString ownLibrary()
 
 LibraryFile inspectLibrary(const QString &path)
 {
-    LibraryFile found{path, LibraryShape::NoLibrary, {}};
+    LibraryFile found{path, LibraryShape::NO_LIBRARY, {}};
     if (QFileInfo(path).isDir())
         return found;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        found.shape = LibraryShape::Unreadable;
+        found.shape = LibraryShape::UNREADABLE;
         return found;
     }
     if (file.read(SELFMAG) != QByteArray(ELFMAG))
@@ -178,17 +178,17 @@ LibraryFile inspectLibrary(const QString &path)
     Elf64_Ehdr own{};
     QFile ownFile(ownLibrary());
     if (!readStruct(file, 0, &header)) {
-        found.shape = LibraryShape::CutOff;
+        found.shape = LibraryShape::CUT_OFF;
         return found;
     }
     found.machine = machineName(header);
-    found.shape = LibraryShape::Sound;
+    found.shape = LibraryShape::SOUND;
     if (!ownFile.open(QIODevice::ReadOnly) || !readStruct(ownFile, 0, &own))
         return found;
     if (!isSameMachine(header, own))
-        found.shape = LibraryShape::OtherMachine;
+        found.shape = LibraryShape::OTHER_MACHINE;
     else if (header.e_ident[EI_CLASS] == ELFCLASS64 && isCutOff(file, header))
-        found.shape = LibraryShape::CutOff;
+        found.shape = LibraryShape::CUT_OFF;
     return found;
 }
 

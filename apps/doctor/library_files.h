@@ -9,11 +9,11 @@
 namespace app::doctor
 {
 
-enum class LibraryShape { Sound, Unreadable, NoLibrary, OtherMachine, CutOff };
+enum class LibraryShape { SOUND, UNREADABLE, NO_LIBRARY, OTHER_MACHINE, CUT_OFF };
 
 struct LibraryFile {
     QString path;
-    LibraryShape shape = LibraryShape::Sound;
+    LibraryShape shape = LibraryShape::SOUND;
     QString machine; ///< the processor that it is for
 };
 

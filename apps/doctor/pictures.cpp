@@ -76,7 +76,7 @@ void takeParts(const QJsonObject &told, PicturesState *state)
 /** Why Qt did not come up: what it said first, or how it ended. */
 QString failureOf(const ChildRun &run)
 {
-    if (run.end == ChildRun::End::TimedOut)
+    if (run.end == ChildRun::End::TIMED_OUT)
         return QStringLiteral("it hangs");
     QString log = QString::fromLocal8Bit(run.log);
     log.remove(QStringLiteral("idcard-reader: "));

@@ -71,15 +71,15 @@ QString counted(int count, const char *what)
 
 QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
 {
-    const int failures = countOf(findings, Level::Failure);
-    const int warnings = countOf(findings, Level::Warning);
+    const int failures = countOf(findings, Level::FAILURE);
+    const int warnings = countOf(findings, Level::WARNING);
     if (failures == 0 && warnings == 0)
         return QStringLiteral("All is fine: %1.\n")
             .arg(counted(static_cast<int>(findings.size()), "check"));
     QString text = QStringLiteral("%1, %2, %3 fine.")
                        .arg(counted(failures, "failure"), counted(warnings, "warning"))
-                       .arg(countOf(findings, Level::Fine));
-    if (roads == Roads::Both && failures != 0)
+                       .arg(countOf(findings, Level::FINE));
+    if (roads == Roads::BOTH && failures != 0)
         text += QStringLiteral(" A counter needs one road only; --road library or --road usb "
                                "leaves the other out.");
     return wrapped(text, HELP_WIDTH, 0) + QLatin1Char('\n');
@@ -118,9 +118,9 @@ QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads
     const QJsonObject report{
         {"road", nameIn(ROADS, roads)},
         {"result", nameIn(LEVELS, worstOf(findings))},
-        {"counts", QJsonObject{{"ok", countOf(findings, Level::Fine)},
-                               {"warning", countOf(findings, Level::Warning)},
-                               {"failure", countOf(findings, Level::Failure)}}},
+        {"counts", QJsonObject{{"ok", countOf(findings, Level::FINE)},
+                               {"warning", countOf(findings, Level::WARNING)},
+                               {"failure", countOf(findings, Level::FAILURE)}}},
         {"findings", array}};
     return QJsonDocument(report).toJson();
 }

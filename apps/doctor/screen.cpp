@@ -46,25 +46,25 @@ Finding judgedScreen(const PicturesState &pictures)
         const QString platform = pictures.platform.isEmpty()
                                      ? QStringLiteral("its own choice of platform")
                                      : QStringLiteral("the platform \"%1\"").arg(pictures.platform);
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("Qt does not come up with %1: %2; a program that reads ends there")
                     .arg(platform, pictures.failure),
                 display, offscreen};
     }
     if (!pictures.screen) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("Qt has no screen on the platform \"%1\": no picture can be painted")
                     .arg(pictures.runningPlatform),
                 QStringLiteral("Connect a screen and switch it on, or tell Qt to do without:"),
                 offscreen};
     }
     if (pictures.isOffscreenChosen) {
-        return {Level::Warning,
+        return {Level::WARNING,
                 QStringLiteral("There is no display. idcard-reader chooses Qt's platform "
                                "\"offscreen\" by itself; a host application does not come up"),
                 display, offscreen};
     }
-    return {Level::Fine, QStringLiteral("%1 pixels on the platform \"%2\"")
+    return {Level::FINE, QStringLiteral("%1 pixels on the platform \"%2\"")
                              .arg(sizeText(pictures.screen->pixels), pictures.runningPlatform)};
 }
 
@@ -84,24 +84,24 @@ Finding judgedResolution(const ScreenState &screen)
         "settings or in those of the desktop. What X11 knows of the screen:");
     const QStringList commands{QStringLiteral("xrandr --query")};
     switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
-    case ResolutionClaim::Usual:
+    case ResolutionClaim::USUAL:
         break;
-    case ResolutionClaim::Unusual:
-        return {Level::Warning,
+    case ResolutionClaim::UNUSUAL:
+        return {Level::WARNING,
                 QStringLiteral("The screen claims %1, which is unusual; %2").arg(claim, card),
                 remedy, commands};
-    case ResolutionClaim::Uneven:
-        return {Level::Warning,
+    case ResolutionClaim::UNEVEN:
+        return {Level::WARNING,
                 QStringLiteral("The screen claims different resolutions across and down, %1; "
                                "pictures go by the first: %2")
                     .arg(claim, card),
                 remedy, commands};
-    case ResolutionClaim::Impossible:
-        return {Level::Failure,
+    case ResolutionClaim::IMPOSSIBLE:
+        return {Level::FAILURE,
                 QStringLiteral("The screen claims %1, which no screen has; %2").arg(claim, card),
                 remedy, commands};
     }
-    return {Level::Fine, QStringLiteral("%1; %2").arg(claim, card)};
+    return {Level::FINE, QStringLiteral("%1; %2").arg(claim, card)};
 }
 
 } // namespace

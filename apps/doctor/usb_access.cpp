@@ -52,7 +52,7 @@ Finding judgedRights(const UsbNode &node, bool isRoot)
 {
     const NodeRights &rights = node.rights;
     if (!rights.isThere) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
                 QStringLiteral("Plug the reader in anew. In a container, hand /dev/bus/usb in."),
                 {QStringLiteral("ls -l /dev/bus/usb")}};
@@ -62,10 +62,10 @@ Finding judgedRights(const UsbNode &node, bool isRoot)
             .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
                  rights.hasAcl ? QStringLiteral(", with an access list") : QString());
     if (!node.device.mayOpen) {
-        return {Level::Failure, QStringLiteral("This user may not open %1").arg(state),
+        return {Level::FAILURE, QStringLiteral("This user may not open %1").arg(state),
                 QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy)};
     }
-    return {Level::Fine,
+    return {Level::FINE,
             isRoot ? state + QStringLiteral("; root may open it whatever that is") : state};
 }
 
@@ -73,7 +73,7 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
 {
     const bool mayOpenAll = std::all_of(nodes.begin(), nodes.end(),
                                         [](const UsbNode &node) { return node.device.mayOpen; });
-    const Level level = mayOpenAll ? Level::Warning : Level::Failure;
+    const Level level = mayOpenAll ? Level::WARNING : Level::FAILURE;
     if (!group.exists) {
         return {level,
                 QStringLiteral("There is no group \"%1\", to which the rule gives the reader")
@@ -82,9 +82,9 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
                 {QStringLiteral("groupadd --system %1").arg(group.name)}};
     }
     if (group.isRoot)
-        return {Level::Fine, QStringLiteral("\"%1\" is there; root needs none").arg(group.name)};
+        return {Level::FINE, QStringLiteral("\"%1\" is there; root needs none").arg(group.name)};
     if (group.isInForce)
-        return {Level::Fine, QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name)};
+        return {Level::FINE, QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name)};
     if (group.isMember) {
         return {level,
                 QStringLiteral("%1 is in \"%2\", but has not logged in since then")
@@ -95,7 +95,7 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
     }
     const QString text = QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name);
     if (mayOpenAll && !nodes.isEmpty())
-        return {Level::Fine, text + QStringLiteral(" and need not be: the reader is open to them")};
+        return {Level::FINE, text + QStringLiteral(" and need not be: the reader is open to them")};
     return {level,
             text,
             QStringLiteral("Who sits at the machine needs no group. For others, as root, then log "

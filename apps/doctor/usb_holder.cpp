@@ -64,12 +64,12 @@ Finding judgedHolders(const UsbNode &node)
             : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees them")
                   .arg(holders.unseen);
     if (names.isEmpty() && !isClaimed(node))
-        return {Level::Fine, QStringLiteral("By no program") + unseen};
+        return {Level::FINE, QStringLiteral("By no program") + unseen};
     const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
                                         : names.join(QStringLiteral(", "));
     const QString how = isClaimed(node) ? QStringLiteral("The reader is held by ")
                                         : QStringLiteral("The reader's node is open in ");
-    return {isClaimed(node) ? Level::Failure : Level::Warning,
+    return {isClaimed(node) ? Level::FAILURE : Level::WARNING,
             how + who + unseen,
             QStringLiteral("One program at a time can use a reader: end the other one first. Which "
                            "it is, as root:"),

@@ -18,7 +18,7 @@ Finding judgedAbsence(const UsbState &usb)
 {
     if (usb.code != 0) {
         const ResultEntry *const entry = findUsbResult(usb.code);
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QString::fromUtf8(entry->summary),
                 QString::fromUtf8(entry->remedy),
                 {QStringLiteral("ls -l /dev/bus/usb /sys/bus/usb")}};
@@ -29,7 +29,7 @@ Finding judgedAbsence(const UsbState &usb)
     const QString missing = usb.asked
                                 ? QStringLiteral("%1 is not on the USB bus").arg(toText(*usb.asked))
                                 : QStringLiteral("No device on the USB bus could be a reader");
-    return {Level::Failure,
+    return {Level::FAILURE,
             QStringLiteral("%1; %2").arg(missing, seen),
             QStringLiteral("Plug the reader in, straight into the computer, and see that it has "
                            "power. A container or virtual machine has only the devices that are "
@@ -46,8 +46,8 @@ Finding judgedReader(const UsbNode &node)
             .arg(toText(device.ids), device.node,
                  QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", "), name);
     if (device.hasReaderPipes)
-        return {Level::Fine, text};
-    return {Level::Failure,
+        return {Level::FINE, text};
+    return {Level::FAILURE,
             text + QStringLiteral(": it has not the pipes of a reader that this library knows"),
             QStringLiteral("See whether these ids are those of the reader. One with other pipes is "
                            "read through its maker's library alone:"),
@@ -58,11 +58,11 @@ Finding judgedDriver(const UsbNode &node)
 {
     const QString &driver = node.device.driver;
     if (driver.isEmpty())
-        return {Level::Fine, QStringLiteral("None is bound")};
+        return {Level::FINE, QStringLiteral("None is bound")};
     // A program that has claimed the interface appears as this driver.
     if (driver == QLatin1String("usbfs"))
-        return {Level::Fine, QStringLiteral("None but that of a program (usbfs)")};
-    return {Level::Warning,
+        return {Level::FINE, QStringLiteral("None but that of a program (usbfs)")};
+    return {Level::WARNING,
             QStringLiteral("\"%1\" is bound to the reader; every reading takes the reader away "
                            "from it and gives it back")
                 .arg(driver),

@@ -62,7 +62,7 @@ QString ruleLine(UsbIds ids)
 Finding judgedRule(const RuleState &rule, const UsbNode *node)
 {
     const bool mayOpen = node == nullptr || node->device.mayOpen;
-    const Level level = mayOpen ? Level::Warning : Level::Failure;
+    const Level level = mayOpen ? Level::WARNING : Level::FAILURE;
     const QString although =
         node != nullptr && mayOpen
             ? QStringLiteral("; this user may use the reader all the same, others may not")
@@ -96,7 +96,7 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
                 commands << ruleLine(node->device.ids)};
     }
     if (rule.opened.isEmpty()) {
-        return {Level::Warning,
+        return {Level::WARNING,
                 QStringLiteral("%1 opens no device: it has no ids of four digits in lower case")
                     .arg(rule.path),
                 QStringLiteral("Put the project's file in its place, as root. ") +
@@ -104,19 +104,19 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
                 copyCommands(rule)};
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
-        return {Level::Failure,
+        return {Level::FAILURE,
                 QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
                                "group %3")
                     .arg(rule.path, toText(node->device.ids), rule.group),
                 QStringLiteral("Load it, then plug the reader in anew, as root:")};
     }
-    return {Level::Fine, QStringLiteral("%1, for %2").arg(rule.path, whom)};
+    return {Level::FINE, QStringLiteral("%1, for %2").arg(rule.path, whom)};
 }
 
 Finding findingOf(const RuleState &rule, const UsbNode *node)
 {
     Finding finding = judgedRule(rule, node);
-    if (finding.level != Level::Fine)
+    if (finding.level != Level::FINE)
         finding.commands << QStringLiteral("udevadm control --reload")
                          << QStringLiteral("udevadm trigger --subsystem-match=usb --action=add");
     finding.facts = {{"device", node == nullptr ? QJsonValue() : toText(node->device.ids)},

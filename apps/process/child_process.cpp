@@ -129,7 +129,7 @@ ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int ti
     ReadPipe log;
     const pid_t child = told.isOpen() && log.isOpen() ? ::fork() : -1;
     if (child < 0) {
-        run.end = ChildRun::End::Crashed;
+        run.end = ChildRun::End::CRASHED;
         run.how = QStringLiteral("no process could be started: %1")
                       .arg(QString::fromLocal8Bit(std::strerror(errno)));
         return run;
@@ -161,9 +161,9 @@ ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int ti
 
     run.told = merged(lines);
     if (!hasEnded) {
-        run.end = ChildRun::End::TimedOut;
+        run.end = ChildRun::End::TIMED_OUT;
     } else if (!lines.endsWith(END_MARK)) {
-        run.end = ChildRun::End::Crashed;
+        run.end = ChildRun::End::CRASHED;
         run.how = describe(status);
     }
     return run;

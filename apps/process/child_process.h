@@ -12,8 +12,8 @@ namespace app
 {
 
 struct ChildRun {
-    enum class End { Done, Crashed, TimedOut };
-    End end = End::Done;
+    enum class End { DONE, CRASHED, TIMED_OUT };
+    End end = End::DONE;
     QString how;      ///< of a crash: the signal or the status
     QJsonObject told; ///< by the work, up to its end
     QByteArray log;   ///< what came on standard output and standard error

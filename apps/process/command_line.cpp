@@ -152,15 +152,15 @@ OptionParser::Request OptionParser::parse(const QStringList &arguments)
     if (m_problem.isEmpty() && !isUnderstood)
         m_problem = m_parser.errorText();
     if (!m_problem.isEmpty())
-        return Request::Refused;
+        return Request::REFUSED;
     if (isSet(QStringLiteral("help")))
-        return Request::Help;
+        return Request::HELP;
     if (isSet(QStringLiteral("version")))
-        return Request::Version;
+        return Request::VERSION;
     m_problem = problemOfArguments();
     if (m_problem.isEmpty())
         m_problem = problemOfOptions();
-    return m_problem.isEmpty() ? Request::Run : Request::Refused;
+    return m_problem.isEmpty() ? Request::RUN : Request::REFUSED;
 }
 
 QString OptionParser::refusal(const QString &problem) const

@@ -88,7 +88,7 @@ struct Phrases {
 class OptionParser
 {
 public:
-    enum class Request { Run, Help, Version, Refused };
+    enum class Request { RUN, HELP, VERSION, REFUSED };
 
     /**
      * `call`: how it is called, "idcard-reader read", whose last word the messages name it by.

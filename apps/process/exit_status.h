@@ -6,17 +6,17 @@ namespace app
 {
 
 enum class ExitStatus : int {
-    Done = 0,
-    ProgramFailed = 1,
-    WrongUsage = 2,
-    ReaderNotOpened = 3,
-    NoCard = 4,
-    ReadFailed = 5,
-    PhotoNotDecoded = 6,
-    FilesNotWritten = 7,
-    NothingRead = 8,
-    FoundWarnings = 9,
-    FoundFailures = 10,
+    DONE = 0,
+    PROGRAM_FAILED = 1,
+    WRONG_USAGE = 2,
+    READER_NOT_OPENED = 3,
+    NO_CARD = 4,
+    READ_FAILED = 5,
+    PHOTO_NOT_DECODED = 6,
+    FILES_NOT_WRITTEN = 7,
+    NOTHING_READ = 8,
+    FOUND_WARNINGS = 9,
+    FOUND_FAILURES = 10,
 };
 
 } // namespace app

@@ -63,7 +63,7 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
         tell(message);
         tell(QStringLiteral("Qt could not start. If there is no display here, unset DISPLAY and "
                             "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
-        std::_Exit(static_cast<int>(ExitStatus::ProgramFailed));
+        std::_Exit(static_cast<int>(ExitStatus::PROGRAM_FAILED));
     }
 }
 
@@ -132,7 +132,7 @@ ExitStatus closedWith(ExitStatus status, Output *output)
     tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
                         "program it goes to can take it all, and start again.")
              .arg(output->problem()));
-    return status == ExitStatus::Done ? ExitStatus::ProgramFailed : status;
+    return status == ExitStatus::DONE ? ExitStatus::PROGRAM_FAILED : status;
 }
 
 void showForeignOutput()
@@ -175,10 +175,10 @@ ExitStatus answer(const QString &problem, const QString &text, Output *output)
 {
     if (!problem.isEmpty()) {
         tell(problem);
-        return ExitStatus::WrongUsage;
+        return ExitStatus::WRONG_USAGE;
     }
     output->write(text.toUtf8());
-    return ExitStatus::Done;
+    return ExitStatus::DONE;
 }
 
 void printToStandardError(const QString &text)

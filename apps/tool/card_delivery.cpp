@@ -11,7 +11,7 @@ namespace app
 
 ExistingFiles existingFiles(const Options &options)
 {
-    return options.force ? ExistingFiles::Replace : ExistingFiles::Refuse;
+    return options.force ? ExistingFiles::REPLACE : ExistingFiles::REFUSE;
 }
 
 bool canBeSaved(const Options &options)
@@ -19,7 +19,7 @@ bool canBeSaved(const Options &options)
     if (options.outFolder.isEmpty())
         return true;
     const QString obstacle =
-        obstacleTo(options.outFolder, cardFileNames(CardFiles::All), existingFiles(options));
+        obstacleTo(options.outFolder, cardFileNames(CardFiles::ALL), existingFiles(options));
     if (!obstacle.isEmpty())
         tell(obstacle);
     return obstacle.isEmpty();
@@ -27,18 +27,18 @@ bool canBeSaved(const Options &options)
 
 ExitStatus deliver(const Card &card, const Options &options, Output *output)
 {
-    ExitStatus status = ExitStatus::Done;
+    ExitStatus status = ExitStatus::DONE;
     std::optional<QString> folder;
     if (!options.outFolder.isEmpty()) {
-        const QString notWritten = writeFileSet(options.outFolder, contentsOf(card, CardFiles::All),
+        const QString notWritten = writeFileSet(options.outFolder, contentsOf(card, CardFiles::ALL),
                                                 existingFiles(options));
         if (notWritten.isEmpty()) {
             folder = options.outFolder;
             tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(*folder));
-            tellMissingFiles(card, CardFiles::All);
+            tellMissingFiles(card, CardFiles::ALL);
         } else {
             tell(notWritten);
-            status = ExitStatus::FilesNotWritten;
+            status = ExitStatus::FILES_NOT_WRITTEN;
         }
     }
     output->write(options.json ? indentedJson(toJson(card, folder))
@@ -54,13 +54,13 @@ namespace
 ExitStatus deliverDecoded(const Card &card, const Options &options, Output *output)
 {
     const ExitStatus status = deliver(card, options, output);
-    if (card.photoFormat() != PhotoFormat::Compressed)
+    if (card.photoFormat() != PhotoFormat::COMPRESSED)
         return status;
     const ResultEntry *const entry = findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true);
     tell(terminalText(messageOf(*entry)));
     if (!options.simulatorPhotos)
         tell(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
-    return status == ExitStatus::Done ? entry->exitStatus : status;
+    return status == ExitStatus::DONE ? entry->exitStatus : status;
 }
 
 } // namespace
@@ -72,7 +72,7 @@ ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road roa
     if (!card) {
         tell(QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
                             "card must be 0, 1, 2 or 9. Read the card once more."));
-        return ExitStatus::NothingRead;
+        return ExitStatus::NOTHING_READ;
     }
     return deliverDecoded(*card, options, output);
 }

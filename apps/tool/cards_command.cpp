@@ -23,14 +23,14 @@ ExitStatus runCards(const Options &options, Output *output)
             tell(QStringLiteral("The built-in card %1 cannot be used; this program is broken. "
                                 "Install it again.")
                      .arg(name));
-            return ExitStatus::ProgramFailed;
+            return ExitStatus::PROGRAM_FAILED;
         }
         const QString kind = simulator::cardKindName(card->kind);
         rows << QStringList{name, kind, card->title};
         cards << QJsonObject{{"name", name}, {"kind", kind}, {"title", card->title}};
     }
     output->write(options.json ? QJsonDocument(cards).toJson() : alignedTable(rows).toUtf8());
-    return ExitStatus::Done;
+    return ExitStatus::DONE;
 }
 
 } // namespace app

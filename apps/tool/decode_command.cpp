@@ -49,22 +49,22 @@ ExitStatus runDecode(const Options &options, Output *output)
     if (problem)
         return told(problem);
     if (!canBeSaved(options))
-        return ExitStatus::FilesNotWritten;
+        return ExitStatus::FILES_NOT_WRITTEN;
 
     const Input input = readInput(options.argument);
     if (!input.problem.isEmpty()) {
         tell(QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.")
                  .arg(input.name, input.problem));
-        return ExitStatus::WrongUsage;
+        return ExitStatus::WRONG_USAGE;
     }
     const RawRecordCheck check = checkRawRecord(input.bytes);
     if (!check.isRecord()) {
         tell(QStringLiteral("%1 is no raw card record: %2").arg(input.name, check.problem));
-        return ExitStatus::WrongUsage;
+        return ExitStatus::WRONG_USAGE;
     }
     for (const QString &warning : check.warnings)
         tell(QStringLiteral("%1 is an odd record: %2").arg(input.name, warning));
-    return deliverRecord(input.bytes, check.prints, Road::File, options, output);
+    return deliverRecord(input.bytes, check.prints, Road::FILE, options, output);
 }
 
 } // namespace app

@@ -14,8 +14,8 @@ using namespace doctor;
 Roads roadsOf(const QString &road)
 {
     if (road == QLatin1String("library"))
-        return Roads::Library;
-    return road == QLatin1String("usb") ? Roads::Usb : Roads::Both;
+        return Roads::LIBRARY;
+    return road == QLatin1String("usb") ? Roads::USB : Roads::BOTH;
 }
 
 Environment probe(const Options &options)
@@ -26,11 +26,11 @@ Environment probe(const Options &options)
     environment.locale = probeLocale();
     // Those that take child processes go first, while this process is as it was started.
     environment.photoDecoder = probePhotoDecoder();
-    if (environment.roads != Roads::Usb) {
+    if (environment.roads != Roads::USB) {
         environment.readerLibrary = probeReaderLibrary();
         environment.pictures = probePictures();
     }
-    if (environment.roads != Roads::Library) {
+    if (environment.roads != Roads::LIBRARY) {
         environment.usb =
             probeUsb(options.isDeviceNamed ? std::optional<UsbIds>(options.device) : std::nullopt);
     }
@@ -49,10 +49,10 @@ void showLogs(const Environment &environment)
 
 ExitStatus runDoctor(const Options &options, Output *output)
 {
-    if (roadsOf(options.road) == Roads::Library && options.isDeviceNamed) {
+    if (roadsOf(options.road) == Roads::LIBRARY && options.isDeviceNamed) {
         tell(QStringLiteral("--device has no meaning together with --road library, which finds its "
                             "reader itself.\nSee \"idcard-reader doctor --help\"."));
-        return ExitStatus::WrongUsage;
+        return ExitStatus::WRONG_USAGE;
     }
     const Environment environment = probe(options);
     if (options.verbose)
@@ -61,14 +61,14 @@ ExitStatus runDoctor(const Options &options, Output *output)
     output->write(options.json ? toReportJson(findings, environment.roads)
                                : toReport(findings, environment.roads).toUtf8());
     switch (worstOf(findings)) {
-    case Level::Fine:
-        return ExitStatus::Done;
-    case Level::Warning:
-        return ExitStatus::FoundWarnings;
-    case Level::Failure:
+    case Level::FINE:
+        return ExitStatus::DONE;
+    case Level::WARNING:
+        return ExitStatus::FOUND_WARNINGS;
+    case Level::FAILURE:
         break;
     }
-    return ExitStatus::FoundFailures;
+    return ExitStatus::FOUND_FAILURES;
 }
 
 } // namespace app

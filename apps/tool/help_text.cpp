@@ -22,7 +22,7 @@ QString exitStatusSection()
 QString faultSection()
 {
     QVector<QStringList> rows;
-    constexpr simulator::Road ROAD = simulator::Road::MakersLibrary;
+    constexpr simulator::Road ROAD = simulator::Road::MAKERS_LIBRARY;
     for (const simulator::FaultRule &rule : simulator::faultRules(ROAD))
         rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning(ROAD))};
     return helpSection("Faults of the simulator", rows);
@@ -46,12 +46,12 @@ const QStringList &platformVariable()
 
 QString environmentSection(Command command)
 {
-    if (command == Command::Cards)
+    if (command == Command::CARDS)
         return {};
     QVector<QStringList> rows;
-    if (command != Command::Doctor)
+    if (command != Command::DOCTOR)
         rows << simulatorVariable();
-    if (paintsCards(command) || command == Command::Doctor)
+    if (paintsCards(command) || command == Command::DOCTOR)
         rows.prepend(platformVariable());
     return helpSection("Environment", rows);
 }

@@ -38,7 +38,7 @@ ExitStatus run(const Options &options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
-    if (options.command == Command::Doctor)
+    if (options.command == Command::DOCTOR)
         return runDoctor(options, output);
     std::unique_ptr<QCoreApplication> application;
     if (paintsCards(options.command)) {
@@ -48,22 +48,22 @@ ExitStatus run(const Options &options, Output *output)
         application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
     }
     switch (options.command) {
-    case Command::Read:
+    case Command::READ:
         return runRead(options, output);
-    case Command::Watch:
+    case Command::WATCH:
         return runWatch(options, output);
-    case Command::Usb:
+    case Command::USB:
         return runUsb(options, output);
-    case Command::Decode:
+    case Command::DECODE:
         return runDecode(options, output);
-    case Command::Render:
+    case Command::RENDER:
         return runRender(options, output);
-    case Command::Cards:
+    case Command::CARDS:
         return runCards(options, output);
-    case Command::Doctor:
+    case Command::DOCTOR:
         break;
     }
-    return ExitStatus::ProgramFailed;
+    return ExitStatus::PROGRAM_FAILED;
 }
 
 CommandLine<Options> commandLineOf(const QStringList &arguments)

@@ -204,7 +204,7 @@ std::vector<Option> cardsOptions(Options *options)
 const std::vector<CommandRow> &commandTable()
 {
     static const std::vector<CommandRow> rows = {
-        {Command::Read, readOptions, "read", nullptr, "read the card that lies on the reader",
+        {Command::READ, readOptions, "read", nullptr, "read the card that lies on the reader",
          "Reads the card that lies on the reader once and prints what it holds.",
          "  idcard-reader read\n"
          "      read a card and show it\n"
@@ -215,7 +215,7 @@ const std::vector<CommandRow> &commandTable()
          "      \"visitor\" as well\n"
          "  idcard-reader read --simulate resident\n"
          "      try it without a reader (see \"idcard-reader cards\")\n"},
-        {Command::Watch, watchOptions, "watch", nullptr,
+        {Command::WATCH, watchOptions, "watch", nullptr,
          "read card after card, one line of JSON each",
          "Waits for cards and prints every card once, as one line of JSON, until it is ended with "
          "Ctrl-C. A card is new when the reader was empty before it or when it holds something "
@@ -225,7 +225,7 @@ const std::vector<CommandRow> &commandTable()
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
          "      wait for one card, however long it takes\n"},
-        {Command::Usb, usbOptions, "usb", nullptr,
+        {Command::USB, usbOptions, "usb", nullptr,
          "read the card over USB, without the maker's library",
          "Reads the card that lies on a reader on the USB bus once and prints what it holds. The "
          "reader maker's library is not needed; the photo needs its photo decoder. A reader that "
@@ -239,7 +239,7 @@ const std::vector<CommandRow> &commandTable()
          "      wait half a minute for a card, print JSON, save the card in \"visitor\"\n"
          "  idcard-reader usb --device 1209:0001 --raw visitor.rec\n"
          "      keep the record for \"idcard-reader decode\" as well\n"},
-        {Command::Decode, decodeOptions, "decode", "[FILE]", "decode a raw card record",
+        {Command::DECODE, decodeOptions, "decode", "[FILE]", "decode a raw card record",
          "Decodes a raw card record as \"idcard-reader usb --raw\" keeps it, 1297, 1809 or 2321 "
          "bytes, and prints what it holds. Without FILE, or with -, it comes from standard input. "
          "What is no such record is refused with the place where it is none; a wrong checksum, "
@@ -250,7 +250,7 @@ const std::vector<CommandRow> &commandTable()
          "      print JSON, save the card in the folder \"visitor\"\n"
          "  idcard-reader decode < visitor.rec\n"
          "      the same from standard input\n"},
-        {Command::Render, renderOptions, "render", "CARD", "paint the pictures of a described card",
+        {Command::RENDER, renderOptions, "render", "CARD", "paint the pictures of a described card",
          "Paints the pictures of a described card, as a reading of that card would, without a "
          "reader and without a card. CARD is a file that describes a card, or a name from "
          "\"idcard-reader cards\". The faults of the description do not count, and the portrait "
@@ -259,12 +259,12 @@ const std::vector<CommandRow> &commandTable()
          "      write pictures/front.jpg and pictures/back.jpg\n"
          "  idcard-reader render my-card.json --out pictures --force\n"
          "      paint anew after a change of the description\n"},
-        {Command::Cards, cardsOptions, "cards", nullptr,
+        {Command::CARDS, cardsOptions, "cards", nullptr,
          "list the cards that the simulator has built in",
          "Lists the cards that the simulator has built in, for use with --simulate.",
          "  idcard-reader cards\n"
          "      show the names, kinds and purposes\n"},
-        {Command::Doctor, doctorOptions, "doctor", nullptr,
+        {Command::DOCTOR, doctorOptions, "doctor", nullptr,
          "find out why this machine does not read cards",
          "Looks at everything that reading a card needs on this machine and tells, line by line, "
          "whether it is in order and, if not, what to do: the versions, the locale, the makers' "
@@ -284,7 +284,7 @@ const std::vector<CommandRow> &commandTable()
 
 bool paintsCards(Command command)
 {
-    return command == Command::Read || command == Command::Watch || command == Command::Render;
+    return command == Command::READ || command == Command::WATCH || command == Command::RENDER;
 }
 
 std::vector<Option> optionsOf(const CommandRow &command, Options *options)

@@ -39,14 +39,14 @@ CommandLine<Options> readForCommand(const CommandRow &command, const QStringList
                         QLatin1String(command.argument), optionsOf(command, &options));
     parser.acceptOneDash();
     switch (parser.parse(arguments)) {
-    case OptionParser::Request::Run:
+    case OptionParser::Request::RUN:
         options.argument = parser.argument();
         return {options, {}, {}};
-    case OptionParser::Request::Help:
+    case OptionParser::Request::HELP:
         return {{}, commandHelp(command, parser), {}};
-    case OptionParser::Request::Version:
+    case OptionParser::Request::VERSION:
         return {{}, versionText(QStringLiteral("idcard-reader")), {}};
-    case OptionParser::Request::Refused:
+    case OptionParser::Request::REFUSED:
         break;
     }
     return {{}, {}, parser.problem()};

@@ -13,10 +13,10 @@
 namespace app
 {
 
-enum class Command { Read, Watch, Usb, Decode, Render, Cards, Doctor };
+enum class Command { READ, WATCH, USB, DECODE, RENDER, CARDS, DOCTOR };
 
 struct Options {
-    Command command = Command::Read;
+    Command command = Command::READ;
     bool json = false;
     bool force = false;
     bool verbose = false;

@@ -15,7 +15,7 @@ namespace app
 
 ExitStatus runRead(const Options &options, Output *output)
 {
-    catchInterruption(ExitStatus::ReadFailed);
+    catchInterruption(ExitStatus::READ_FAILED);
     SimulatorLibrary simulator;
     SimulatorProblem problem = prepareSimulator(options, &simulator);
     if (!problem && !options.simulate.isEmpty())
@@ -24,7 +24,7 @@ ExitStatus runRead(const Options &options, Output *output)
         return told(problem);
 
     if (!canBeSaved(options))
-        return ExitStatus::FilesNotWritten;
+        return ExitStatus::FILES_NOT_WRITTEN;
 
     QElapsedTimer time;
     time.start();

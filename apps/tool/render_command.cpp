@@ -29,7 +29,7 @@ SimulatorProblem layOut(const Options &options, SimulatorLibrary *simulator)
 
 ExitStatus runRender(const Options &options, Output *output)
 {
-    catchInterruption(ExitStatus::ReadFailed);
+    catchInterruption(ExitStatus::READ_FAILED);
     SimulatorLibrary simulator;
     const SimulatorProblem problem = layOut(options, &simulator);
     if (problem)
@@ -37,10 +37,10 @@ ExitStatus runRender(const Options &options, Output *output)
 
     const ExistingFiles existing = existingFiles(options);
     const QString obstacle =
-        obstacleTo(options.outFolder, cardFileNames(CardFiles::Pictures), existing);
+        obstacleTo(options.outFolder, cardFileNames(CardFiles::PICTURES), existing);
     if (!obstacle.isEmpty()) {
         tell(obstacle);
-        return ExitStatus::FilesNotWritten;
+        return ExitStatus::FILES_NOT_WRITTEN;
     }
 
     const ReadOutcome outcome = readCard();
@@ -50,16 +50,16 @@ ExitStatus runRender(const Options &options, Output *output)
     }
 
     const QString notWritten =
-        writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::Pictures), existing);
+        writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::PICTURES), existing);
     if (!notWritten.isEmpty()) {
         tell(notWritten);
-        return ExitStatus::FilesNotWritten;
+        return ExitStatus::FILES_NOT_WRITTEN;
     }
     tellIfVerbose(options, QStringLiteral("Saved the pictures in %1.").arg(options.outFolder));
-    tellMissingFiles(*outcome.card, CardFiles::Pictures);
+    tellMissingFiles(*outcome.card, CardFiles::PICTURES);
     output->write(options.json ? indentedJson(picturesToJson(*outcome.card, options.outFolder))
                                : picturesToTable(*outcome.card, options.outFolder).toUtf8());
-    return ExitStatus::Done;
+    return ExitStatus::DONE;
 }
 
 } // namespace app

@@ -71,7 +71,7 @@ ExitStatus listDevices(const Options &options, Output *output)
     if (list.devices.isEmpty())
         tell(emptyListNote());
     output->write(options.json ? toJson(list.devices) : toTable(list.devices).toUtf8());
-    return ExitStatus::Done;
+    return ExitStatus::DONE;
 }
 
 } // namespace
@@ -81,13 +81,13 @@ ExitStatus runUsb(const Options &options, Output *output)
     if (options.list)
         return listDevices(options, output);
 
-    catchInterruption(ExitStatus::ReadFailed);
+    catchInterruption(ExitStatus::READ_FAILED);
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
         return told(problem);
     const RawFile raw(options);
     if (!canBeSaved(options) || !raw.isPossible())
-        return ExitStatus::FilesNotWritten;
+        return ExitStatus::FILES_NOT_WRITTEN;
 
     QElapsedTimer time;
     time.start();
@@ -99,15 +99,15 @@ ExitStatus runUsb(const Options &options, Output *output)
     tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")
                                .arg(time.elapsed())
                                .arg(outcome.code));
-    if (outcome.exitStatus() != ExitStatus::Done) {
+    if (outcome.exitStatus() != ExitStatus::DONE) {
         tellFailedLook(outcome.exitStatus(), explain(outcome));
         return outcome.exitStatus();
     }
 
     const bool isKept = raw.write(outcome.record, options);
     const ExitStatus status =
-        deliverRecord(outcome.record, outcome.prints, Road::Usb, options, output);
-    return status == ExitStatus::Done && !isKept ? ExitStatus::FilesNotWritten : status;
+        deliverRecord(outcome.record, outcome.prints, Road::USB, options, output);
+    return status == ExitStatus::DONE && !isKept ? ExitStatus::FILES_NOT_WRITTEN : status;
 }
 
 } // namespace app

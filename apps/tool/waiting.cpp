@@ -55,7 +55,7 @@ void lookWithin(int seconds, const std::function<ExitStatus()> &look)
     while (true) {
         const ExitStatus status = look();
         const qint64 left = qint64(seconds) * MILLISECONDS - time.elapsed();
-        if (status != ExitStatus::NoCard || left <= 0 || isInterrupted())
+        if (status != ExitStatus::NO_CARD || left <= 0 || isInterrupted())
             return;
         line.show((left + MILLISECONDS - 1) / MILLISECONDS);
         pauseFor(static_cast<int>(std::min<qint64>(left, WAIT_INTERVAL_MS)));
@@ -64,7 +64,7 @@ void lookWithin(int seconds, const std::function<ExitStatus()> &look)
 
 void tellFailedLook(ExitStatus status, const QString &explanation)
 {
-    if (status == ExitStatus::NoCard && isInterrupted())
+    if (status == ExitStatus::NO_CARD && isInterrupted())
         tell(QStringLiteral("Broken off before a card was found; nothing was read."));
     else
         tell(explanation);

@@ -27,7 +27,7 @@ public:
         bool isFirstLook = true;
         while (!isOver()) {
             const ReadOutcome outcome = look();
-            if (isFirstLook && outcome.exitStatus() == ExitStatus::ReaderNotOpened)
+            if (isFirstLook && outcome.exitStatus() == ExitStatus::READER_NOT_OPENED)
                 return outcome.exitStatus();
             isFirstLook = false;
             pause();
@@ -38,7 +38,7 @@ public:
     /** Puts one card after the other on the simulator and takes it off when it was seen. */
     ExitStatus watchSimulator(SimulatorLibrary *simulator)
     {
-        ExitStatus firstFailure = ExitStatus::Done;
+        ExitStatus firstFailure = ExitStatus::DONE;
         for (const QString &card : m_options.simulate) {
             SimulatorProblem problem = simulator->setFaults(m_options.faults);
             if (!problem)
@@ -50,7 +50,7 @@ public:
             m_presence = CardPresence();
             if (isOver())
                 return m_status;
-            if (firstFailure == ExitStatus::Done)
+            if (firstFailure == ExitStatus::DONE)
                 firstFailure = seen;
         }
         return firstFailure;
@@ -59,7 +59,7 @@ public:
 private:
     bool isOver() const
     {
-        return isInterrupted() || m_status != ExitStatus::Done || m_output->isReaderGone() ||
+        return isInterrupted() || m_status != ExitStatus::DONE || m_output->isReaderGone() ||
                (m_options.count && m_cards >= *m_options.count);
     }
 
@@ -74,26 +74,26 @@ private:
     {
         while (!isOver()) {
             const ExitStatus seen = look().exitStatus();
-            if (seen != ExitStatus::NoCard)
+            if (seen != ExitStatus::NO_CARD)
                 return seen;
             pause();
         }
-        return ExitStatus::Done;
+        return ExitStatus::DONE;
     }
 
     ReadOutcome look()
     {
         ReadOutcome outcome = readCard();
         switch (m_presence.observe(outcome)) {
-        case Sighting::NewCard:
+        case Sighting::NEW_CARD:
             report(*outcome.card);
             break;
-        case Sighting::NewFailure:
+        case Sighting::NEW_FAILURE:
             tell(explain(outcome));
             break;
-        case Sighting::Nothing:
-        case Sighting::SameCard:
-        case Sighting::SameFailure:
+        case Sighting::NOTHING:
+        case Sighting::SAME_CARD:
+        case Sighting::SAME_FAILURE:
             break;
         }
         return outcome;
@@ -106,7 +106,7 @@ private:
         if (!m_options.outFolder.isEmpty())
             folder = save(card);
         if (!m_output->write(jsonLine(toJson(card, folder))))
-            m_status = ExitStatus::ProgramFailed;
+            m_status = ExitStatus::PROGRAM_FAILED;
     }
 
     std::optional<QString> save(const Card &card)
@@ -115,11 +115,11 @@ private:
         const QString problem = saveInNextFolder(card, m_options.outFolder, &folder);
         if (!problem.isEmpty()) {
             tell(problem);
-            m_status = ExitStatus::FilesNotWritten;
+            m_status = ExitStatus::FILES_NOT_WRITTEN;
             return std::nullopt;
         }
         tellIfVerbose(m_options, QStringLiteral("Saved card %1 in %2.").arg(m_cards).arg(folder));
-        tellMissingFiles(card, CardFiles::All);
+        tellMissingFiles(card, CardFiles::ALL);
         return folder;
     }
 
@@ -127,7 +127,7 @@ private:
     Output *m_output;
     CardPresence m_presence;
     int m_cards = 0;
-    ExitStatus m_status = ExitStatus::Done; ///< anything else ends the watch
+    ExitStatus m_status = ExitStatus::DONE; ///< anything else ends the watch
 };
 
 /** Every card is tried once before the first is read: wrong usage is told at once. */
@@ -146,7 +146,7 @@ SimulatorProblem tryCards(const QStringList &cards, SimulatorLibrary *simulator)
 
 ExitStatus runWatch(const Options &options, Output *output)
 {
-    catchInterruption(ExitStatus::Done);
+    catchInterruption(ExitStatus::DONE);
     SimulatorLibrary simulator;
     const bool isSimulated = !options.simulate.isEmpty();
     SimulatorProblem problem = prepareSimulator(options, &simulator);
@@ -159,7 +159,7 @@ ExitStatus runWatch(const Options &options, Output *output)
         const QString notMade = makePrivateFolder(options.outFolder);
         if (!notMade.isEmpty()) {
             tell(notMade);
-            return ExitStatus::FilesNotWritten;
+            return ExitStatus::FILES_NOT_WRITTEN;
         }
     }
     if (isStandardErrorTerminal())

@@ -27,7 +27,7 @@ Message messageOf(const SimulatorProblem &problem)
 {
     return {Texts::tr("The simulator cannot be used as it was asked to."),
             {problem.message},
-            Message::Kind::Failure};
+            Message::Kind::FAILURE};
 }
 
 /** A record that came whole and could not be decoded. */
@@ -39,7 +39,7 @@ Message undecodableTextMessage()
              .arg(Texts::tr(
                  "The sex code of a foreigner's card must be 0, 1, 2 or 9, and this one is not.")),
          Texts::tr("What to do: %1").arg(Texts::tr("Read the card once more."))},
-        Message::Kind::Failure};
+        Message::Kind::FAILURE};
 }
 
 Message readMessage()
@@ -51,7 +51,7 @@ Message readMessage()
 Message missingPhotoMessage()
 {
     Message message = messageOf(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, false));
-    message.kind = Message::Kind::Warning;
+    message.kind = Message::Kind::WARNING;
     return message;
 }
 
@@ -85,8 +85,8 @@ void CardDesk::setRoad(const RoadChoice &choice)
 
 SimulatorProblem CardDesk::prepareSimulator()
 {
-    const bool isNeeded = m_choice.road == ReaderRoad::Simulator ||
-                          (m_choice.road == ReaderRoad::Usb && m_choice.simulatorPhotos);
+    const bool isNeeded = m_choice.road == ReaderRoad::SIMULATOR ||
+                          (m_choice.road == ReaderRoad::USB && m_choice.simulatorPhotos);
     // Its functions would go before the maker's as long as they are in the process.
     return isNeeded ? m_simulator.load() : m_simulator.unload();
 }
@@ -143,7 +143,7 @@ void CardDesk::start()
     const SimulatorProblem problem = prepareSimulator();
     if (problem) {
         finish({nullptr, problem.exitStatus, 0, messageOf(problem)});
-    } else if (m_choice.road == ReaderRoad::Usb) {
+    } else if (m_choice.road == ReaderRoad::USB) {
         m_usbRead.reset(QThread::create(
             [this, device = m_choice.device] { m_usbOutcome = readOverUsb(device); }));
         connect(m_usbRead.get(), &QThread::finished, this, &CardDesk::takeUsbOutcome);
@@ -173,7 +173,7 @@ void CardDesk::takeUsbOutcome()
     m_usbRead->wait(FOREVER_MS);
     m_usbRead.reset();
     const UsbOutcome outcome = std::exchange(m_usbOutcome, {});
-    if (outcome.exitStatus() == ExitStatus::Done)
+    if (outcome.exitStatus() == ExitStatus::DONE)
         finish(decoded(outcome));
     else
         finish({nullptr, outcome.exitStatus(), outcome.code, messageOf(outcome)});
@@ -181,11 +181,11 @@ void CardDesk::takeUsbOutcome()
 
 CardDesk::Look CardDesk::decoded(const UsbOutcome &outcome)
 {
-    auto card = decodeRawRecord(outcome.record, outcome.prints, Road::Usb);
+    auto card = decodeRawRecord(outcome.record, outcome.prints, Road::USB);
     if (!card)
-        return {nullptr, ExitStatus::NothingRead, outcome.code, undecodableTextMessage()};
-    const bool isPhotoMissing = card->photoFormat() == PhotoFormat::Compressed;
-    return {std::make_shared<const Card>(std::move(*card)), ExitStatus::Done, outcome.code,
+        return {nullptr, ExitStatus::NOTHING_READ, outcome.code, undecodableTextMessage()};
+    const bool isPhotoMissing = card->photoFormat() == PhotoFormat::COMPRESSED;
+    return {std::make_shared<const Card>(std::move(*card)), ExitStatus::DONE, outcome.code,
             isPhotoMissing ? missingPhotoMessage() : readMessage()};
 }
 
@@ -206,12 +206,12 @@ void CardDesk::report(const Look &look, Sighting sighting)
     const bool isAskedFor = m_isAskedFor;
     const bool wasAwaiting = m_isAwaiting;
     m_isAskedFor = false;
-    m_isAwaiting = sighting == Sighting::Nothing && !isAskedFor;
-    if (look.card && (isAskedFor || sighting == Sighting::NewCard))
+    m_isAwaiting = sighting == Sighting::NOTHING && !isAskedFor;
+    if (look.card && (isAskedFor || sighting == Sighting::NEW_CARD))
         emit cardRead(look.card, look.message);
     else if (m_isAwaiting && !wasAwaiting)
         emit cardAwaited();
-    else if (!look.card && (isAskedFor || sighting == Sighting::NewFailure))
+    else if (!look.card && (isAskedFor || sighting == Sighting::NEW_FAILURE))
         emit failed(look.message);
 }
 

@@ -18,10 +18,10 @@
 namespace app
 {
 
-enum class ReaderRoad { MakersLibrary, Usb, Simulator };
+enum class ReaderRoad { MAKERS_LIBRARY, USB, SIMULATOR };
 
 struct RoadChoice {
-    ReaderRoad road = ReaderRoad::MakersLibrary;
+    ReaderRoad road = ReaderRoad::MAKERS_LIBRARY;
     UsbIds device;                ///< of `Usb`
     bool simulatorPhotos = false; ///< of `Usb`: the reader is a simulated one, as are its photos
 };
@@ -65,7 +65,7 @@ signals:
 private:
     struct Look {
         CardPointer card;
-        ExitStatus status = ExitStatus::Done;
+        ExitStatus status = ExitStatus::DONE;
         int code = 0;
         Message message;
     };

@@ -78,8 +78,8 @@ void CardPane::showPictures()
         return;
     }
     const QString reason = reasonOfMissingSide(*m_card);
-    showPicture(m_ui.front, m_card->picture(app::CardSide::Front), reason, m_isCovered);
-    showPicture(m_ui.back, m_card->picture(app::CardSide::Back), reason, m_isCovered);
+    showPicture(m_ui.front, m_card->picture(app::CardSide::FRONT), reason, m_isCovered);
+    showPicture(m_ui.back, m_card->picture(app::CardSide::BACK), reason, m_isCovered);
     showPicture(m_ui.photo, m_card->photo(), app::missingPhotoNote(*m_card), m_isCovered);
 }
 

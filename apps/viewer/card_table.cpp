@@ -29,7 +29,7 @@ void CardTable::setCard(const CardPointer &card)
 {
     m_rows = card ? cardRows(*card) : QVector<CardRow>();
     // It is seen beside the table.
-    const auto isPhoto = [](const auto &row) { return row.sort == CardRow::Sort::Photo; };
+    const auto isPhoto = [](const auto &row) { return row.sort == CardRow::Sort::PHOTO; };
     m_rows.erase(std::remove_if(m_rows.begin(), m_rows.end(), isPhoto), m_rows.end());
     setRowCount(0);
     setRowCount(m_rows.size());
@@ -42,7 +42,7 @@ void CardTable::setCovered(bool covered)
     for (int row = 0; row < m_rows.size(); ++row) {
         put(this, row, 0, m_rows[row].label);
         put(this, row, 1, m_rows[row].content,
-            covered && m_rows[row].sort == CardRow::Sort::Personal);
+            covered && m_rows[row].sort == CardRow::Sort::PERSONAL);
     }
 }
 

@@ -41,7 +41,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments.data());
     app::installTranslation(QLatin1String(programName.data()));
-    app::catchInterruption(ExitStatus::ReadFailed);
+    app::catchInterruption(ExitStatus::READ_FAILED);
     const QSocketNotifier interruption(app::interruptionDescriptor(), QSocketNotifier::Read);
     QObject::connect(&interruption, &QSocketNotifier::activated, &application,
                      [](int) { QApplication::quit(); });
@@ -52,8 +52,8 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     window.hide();
     QCoreApplication::processEvents();
     if (!window.endsWithin(LONGEST_GOODBYE_MS))
-        std::_Exit(static_cast<int>(ExitStatus::ReadFailed));
-    return ExitStatus::Done;
+        std::_Exit(static_cast<int>(ExitStatus::READ_FAILED));
+    return ExitStatus::DONE;
 }
 
 ExitStatus serve(const QStringList &arguments, app::Output *output)

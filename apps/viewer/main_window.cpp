@@ -28,7 +28,7 @@ constexpr std::array<QStyle::StandardPixmap, 3> ICONS = {
 
 app::CardSheet sheetOf(const app::Card &card)
 {
-    return {card.picture(app::CardSide::Front), card.picture(app::CardSide::Back),
+    return {card.picture(app::CardSide::FRONT), card.picture(app::CardSide::BACK),
             app::kindForPeople(card)};
 }
 
@@ -205,7 +205,7 @@ void MainWindow::tell(const app::Message &message)
 void MainWindow::tellOfCopy(const QString &done, const QString &failed, const QString &problem)
 {
     if (!problem.isEmpty())
-        tell({failed, {problem}, app::Message::Kind::Failure});
+        tell({failed, {problem}, app::Message::Kind::FAILURE});
     else if (m_ui.cover->isChecked())
         tell({done, {tr("It is the whole card: nothing is covered there.")}});
     else

@@ -39,14 +39,14 @@ RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent)
         m_ui.card->addItem(name, name);
     selectCard(QStringLiteral("resident"));
     m_ui.faults->addItem(QString());
-    for (const simulator::FaultRule &rule : simulator::faultRules(simulator::Road::MakersLibrary))
+    for (const simulator::FaultRule &rule : simulator::faultRules(simulator::Road::MAKERS_LIBRARY))
         m_ui.faults->addItem(simulator::faultExample(rule));
     m_ui.faults->lineEdit()->setAccessibleName(m_ui.faults->accessibleName());
     m_ui.faults->lineEdit()->setPlaceholderText(tr("none"));
 
     const auto changed = QOverload<int>::of(&QComboBox::currentIndexChanged);
     connect(m_ui.road, changed, this, [this](int road) {
-        if (static_cast<app::ReaderRoad>(road) == app::ReaderRoad::Usb)
+        if (static_cast<app::ReaderRoad>(road) == app::ReaderRoad::USB)
             listDevices();
         else
             chooseRoad();
@@ -101,13 +101,13 @@ void RoadPanel::selectCard(const QString &card)
 void RoadPanel::chooseUsb(UsbIds device, bool simulatorPhotos)
 {
     m_ui.simulatorPhotos->setChecked(simulatorPhotos);
-    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::Usb));
+    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::USB));
     selectDevice(toText(device));
 }
 
 void RoadPanel::putCard(const QString &card, const QString &faults)
 {
-    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::Simulator));
+    m_ui.road->setCurrentIndex(static_cast<int>(app::ReaderRoad::SIMULATOR));
     selectCard(card);
     m_ui.faults->setCurrentText(faults);
     putSelectedCard();

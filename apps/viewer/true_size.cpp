@@ -11,7 +11,7 @@ constexpr double MM_PER_INCH = 25.4;
 bool isBelievable(const ScreenResolution &resolution)
 {
     const ResolutionClaim claim = judgedClaim(resolution);
-    return claim == ResolutionClaim::Usual || claim == ResolutionClaim::Unusual;
+    return claim == ResolutionClaim::USUAL || claim == ResolutionClaim::UNUSUAL;
 }
 
 } // namespace

@@ -72,7 +72,7 @@ QString problemOfFaults(const QString &faults)
     if (faults.trimmed().isEmpty())
         return Texts::tr("--fault takes faults separated by commas.");
     QString reason;
-    return simulator::parseFaults(faults, simulator::Road::MakersLibrary, &reason)
+    return simulator::parseFaults(faults, simulator::Road::MAKERS_LIBRARY, &reason)
                ? QString()
                : Texts::tr("--fault is refused: %1").arg(reason);
 }
@@ -105,16 +105,16 @@ app::CommandLine<ViewerOptions> parseCommandLine(const QString &program,
     QString device;
     OptionParser parser(program, {}, optionsInto(&options, &device), phrases());
     switch (parser.parse(arguments)) {
-    case OptionParser::Request::Help:
+    case OptionParser::Request::HELP:
         return {{},
                 parser.helpText(Texts::tr("Reads Chinese identity documents with a desktop card "
                                           "reader and shows them in a window.")),
                 {}};
-    case OptionParser::Request::Version:
+    case OptionParser::Request::VERSION:
         return {{}, app::versionText(program), {}};
-    case OptionParser::Request::Refused:
+    case OptionParser::Request::REFUSED:
         return {{}, {}, parser.problem()};
-    case OptionParser::Request::Run:
+    case OptionParser::Request::RUN:
         break;
     }
     options.device = parseUsbIds(device);

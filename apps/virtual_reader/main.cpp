@@ -39,7 +39,7 @@ public:
         const QString refused = prepareReader();
         if (!refused.isEmpty()) {
             tell(refused);
-            return ExitStatus::WrongUsage;
+            return ExitStatus::WRONG_USAGE;
         }
         const QString problem = m_server.listen(m_options.address, m_options.port);
         if (!problem.isEmpty()) {
@@ -49,7 +49,7 @@ public:
                      .arg(m_options.address.toString())
                      .arg(m_options.port)
                      .arg(problem));
-            return ExitStatus::ProgramFailed;
+            return ExitStatus::PROGRAM_FAILED;
         }
         warnOfOthers();
         return serve();
@@ -85,7 +85,7 @@ private:
 
     ExitStatus serve()
     {
-        catchInterruption(ExitStatus::Done);
+        catchInterruption(ExitStatus::DONE);
         QSocketNotifier interruption(interruptionDescriptor(), QSocketNotifier::Read);
         QObject::connect(&interruption, &QSocketNotifier::activated, &interruption,
                          [] { QCoreApplication::quit(); });
@@ -122,7 +122,7 @@ private:
     void print(const QString &line)
     {
         if (!m_output->write(line.toLocal8Bit() + '\n')) {
-            m_status = ExitStatus::ProgramFailed; // the caller tells why
+            m_status = ExitStatus::PROGRAM_FAILED; // the caller tells why
             quit();
         }
     }
@@ -139,7 +139,7 @@ private:
     simulator::UsbipServer m_server;
     ReaderConsole m_console;
     bool m_isQuitting = false;
-    ExitStatus m_status = ExitStatus::Done;
+    ExitStatus m_status = ExitStatus::DONE;
 };
 
 ExitStatus run(const QStringList &arguments, Output *output)

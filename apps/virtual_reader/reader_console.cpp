@@ -8,7 +8,7 @@ namespace app
 namespace
 {
 
-enum class Argument { None, Needed, Optional };
+enum class Argument { NONE, NEEDED, OPTIONAL };
 
 struct CommandRow {
     const char *name;
@@ -105,19 +105,19 @@ struct ConsoleCommands {
 };
 
 const CommandRow ConsoleCommands::ROWS[] = {
-    {"card", "NAME|FILE", Argument::Needed,
+    {"card", "NAME|FILE", Argument::NEEDED,
      "Put a card on the reader, in the place of the one that is there.", card},
-    {"take", nullptr, Argument::None, "Take the card off the reader.", take},
-    {"faults", "[LIST]", Argument::Optional,
+    {"take", nullptr, Argument::NONE, "Take the card off the reader.", take},
+    {"faults", "[LIST]", Argument::OPTIONAL,
      "Set the faults beside the card's own, in the place of those that are set; none if the list "
      "is left out.",
      faults},
-    {"unplug", nullptr, Argument::None, "Pull the reader out; who has attached it loses it.",
+    {"unplug", nullptr, Argument::NONE, "Pull the reader out; who has attached it loses it.",
      unplug},
-    {"plug", nullptr, Argument::None, "Plug the reader in again; it can then be attached.", plug},
-    {"status", nullptr, Argument::None, "Tell how things stand.", status},
-    {"help", nullptr, Argument::None, "List the commands.", help},
-    {"quit", nullptr, Argument::None, "End the program.", quit},
+    {"plug", nullptr, Argument::NONE, "Plug the reader in again; it can then be attached.", plug},
+    {"status", nullptr, Argument::NONE, "Tell how things stand.", status},
+    {"help", nullptr, Argument::NONE, "List the commands.", help},
+    {"quit", nullptr, Argument::NONE, "End the program.", quit},
 };
 
 QString ConsoleCommands::help(ReaderConsole * /*console*/, const QString & /*argument*/)
@@ -143,10 +143,10 @@ QString ReaderConsole::answer(const QString &line)
     for (const CommandRow &row : ConsoleCommands::ROWS) {
         if (name != QLatin1String(row.name))
             continue;
-        if (row.argument == Argument::None && !argument.isEmpty())
+        if (row.argument == Argument::NONE && !argument.isEmpty())
             return error(printable(QStringLiteral("%1 takes no argument \"%2\"; give \"%1\" alone")
                                        .arg(name, argument)));
-        if (row.argument == Argument::Needed && argument.isEmpty())
+        if (row.argument == Argument::NEEDED && argument.isEmpty())
             return error(
                 QStringLiteral("%1 needs an argument: \"%2\"").arg(name, withArgument(row)));
         // One line, whatever names and files hold.
@@ -161,7 +161,7 @@ QString ReaderConsole::answer(const QString &line)
 QString ReaderConsole::putCard(const QString &nameOrFile)
 {
     QString problem;
-    if (m_reader.slot().putCard(nameOrFile, simulator::PutAs::Described, &problem))
+    if (m_reader.slot().putCard(nameOrFile, simulator::PutAs::DESCRIBED, &problem))
         m_card = nameOrFile;
     return problem;
 }

@@ -100,7 +100,7 @@ Phrases phrases()
 QString faultSection()
 {
     QVector<QStringList> rows;
-    constexpr simulator::Road ROAD = simulator::Road::Usb;
+    constexpr simulator::Road ROAD = simulator::Road::USB;
     for (const simulator::FaultRule &rule : simulator::faultRules(ROAD))
         rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning(ROAD))};
     return helpSection("Faults (E: lookup, select or read)", rows);
@@ -117,12 +117,13 @@ QString exitStatusSection()
     const auto row = [](ExitStatus status, const char *meaning) {
         return QStringList{QString::number(static_cast<int>(status)), QString::fromUtf8(meaning)};
     };
-    return helpSection("Exit status",
-                       {row(ExitStatus::Done, "Ended as asked."),
-                        row(ExitStatus::ProgramFailed, "The address and port could not be listened "
-                                                       "on, or standard output not be written."),
-                        row(ExitStatus::WrongUsage, "Wrong usage: an unknown option or value, or a "
-                                                    "card description or fault that is refused.")});
+    return helpSection(
+        "Exit status",
+        {row(ExitStatus::DONE, "Ended as asked."),
+         row(ExitStatus::PROGRAM_FAILED, "The address and port could not be listened "
+                                         "on, or standard output not be written."),
+         row(ExitStatus::WRONG_USAGE, "Wrong usage: an unknown option or value, or a "
+                                      "card description or fault that is refused.")});
 }
 
 QString helpText(const OptionParser &parser)
@@ -145,13 +146,13 @@ CommandLine<VirtualReaderOptions> parseVirtualReaderArguments(const QStringList 
     VirtualReaderOptions options;
     OptionParser parser(program, {}, optionsInto(&options), phrases());
     switch (parser.parse(arguments)) {
-    case OptionParser::Request::Run:
+    case OptionParser::Request::RUN:
         return {options, {}, {}};
-    case OptionParser::Request::Help:
+    case OptionParser::Request::HELP:
         return {{}, helpText(parser), {}};
-    case OptionParser::Request::Version:
+    case OptionParser::Request::VERSION:
         return {{}, QStringLiteral("%1 %2\n").arg(program, QStringLiteral(IDCARD_VERSION)), {}};
-    case OptionParser::Request::Refused:
+    case OptionParser::Request::REFUSED:
         break;
     }
     return {{}, {}, parser.problem()};

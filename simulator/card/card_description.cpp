@@ -21,13 +21,13 @@ QString ethnicGroupText(const CardDescription &card)
 QString cardKindName(CardKind kind)
 {
     switch (kind) {
-    case CardKind::Resident:
+    case CardKind::RESIDENT:
         break;
-    case CardKind::Hmt:
+    case CardKind::HMT:
         return QStringLiteral("hmt");
-    case CardKind::Foreign2017:
+    case CardKind::FOREIGN2017:
         return QStringLiteral("foreign-2017");
-    case CardKind::ForeignNew:
+    case CardKind::FOREIGN_NEW:
         return QStringLiteral("foreign-new");
     }
     return QStringLiteral("resident");

@@ -15,17 +15,17 @@
 namespace simulator
 {
 
-enum class CardKind { Resident, Hmt, Foreign2017, ForeignNew };
+enum class CardKind { RESIDENT, HMT, FOREIGN2017, FOREIGN_NEW };
 constexpr int CARD_KIND_COUNT = 4;
 
 /** How the makers' library delivers the photo. */
-enum class PhotoDelivery { BmpFile, Compressed, OwnFile };
+enum class PhotoDelivery { BMP_FILE, COMPRESSED, OWN_FILE };
 
 /** What the makers' library fills the rest of a text field with. */
-enum class Padding { Zeros, Spaces };
+enum class Padding { ZEROS, SPACES };
 
 struct CardDescription {
-    CardKind kind = CardKind::Resident;
+    CardKind kind = CardKind::RESIDENT;
     QString title; ///< one English line: what the card is for
     QString name;
     QString englishName;
@@ -45,11 +45,11 @@ struct CardDescription {
     QString authorityCode;
     QString cardExtra; ///< the two characters that follow the sex on a new foreign card
     int fingerprints = 0;
-    PhotoDelivery photoDelivery = PhotoDelivery::BmpFile;
+    PhotoDelivery photoDelivery = PhotoDelivery::BMP_FILE;
     QString photoFile;                      ///< name of the own file
     QByteArray photoFileData;               ///< its content; empty until the file is loaded
     std::optional<std::uint32_t> photoSeed; ///< what the portrait looks like; else from `idNumber`
-    Padding padding = Padding::Zeros;
+    Padding padding = Padding::ZEROS;
     Faults faults;
 };
 

@@ -58,12 +58,10 @@ bool loadPhotoFile(CardDescription *card, const QString &folder, QString *proble
 {
     constexpr int LARGEST = int{IDCARD_PHOTO_SIZE};
     card->photoFileData = contentOf(folder + QLatin1Char('/') + card->photoFile, LARGEST, problem);
-    if (problem->isEmpty() && card->photoFileData.size() > LARGEST) {
+    if (problem->isEmpty() && card->photoFileData.size() > LARGEST)
         *problem = QStringLiteral("is larger than a photo may be (%1 bytes)").arg(LARGEST);
-    }
-    if (problem->isEmpty()) {
+    if (problem->isEmpty())
         return true;
-    }
     *problem = QStringLiteral("\"%1\" ").arg(card->photoFile) + *problem;
     return false;
 }
@@ -73,11 +71,10 @@ std::optional<CardDescription> loadFile(const QString &path, const QString &show
 {
     *error = {shownName, {}, {}};
     const QByteArray json = contentOf(path, LARGEST_DESCRIPTION, &error->reason);
-    if (!error->reason.isEmpty()) {
+    if (!error->reason.isEmpty())
         return std::nullopt;
-    }
     std::optional<CardDescription> card = readDescription(json, shownName, error);
-    if (card && card->photoDelivery == PhotoDelivery::OwnFile &&
+    if (card && card->photoDelivery == PhotoDelivery::OWN_FILE &&
         !loadPhotoFile(&*card, QFileInfo(path).path(), &error->reason)) {
         error->key = QStringLiteral("photo.file");
         return std::nullopt;
@@ -91,9 +88,8 @@ QStringList builtInCardNames()
 {
     QStringList names;
     const QStringList files = QDir(cardFolder()).entryList({QStringLiteral("*.json")}, QDir::Files);
-    for (const QString &file : files) {
+    for (const QString &file : files)
         names << QFileInfo(file).completeBaseName();
-    }
     names.sort();
     return names;
 }

@@ -45,9 +45,8 @@ QByteArray undecodablePhoto(const CardDescription &card)
 QByteArray fingerprintTemplates(const CardDescription &card)
 {
     QByteArray templates;
-    for (int finger = 1; finger <= card.fingerprints; ++finger) {
+    for (int finger = 1; finger <= card.fingerprints; ++finger)
         templates += fingerprintTemplate(card, finger);
-    }
     return templates;
 }
 

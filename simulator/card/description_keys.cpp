@@ -20,12 +20,12 @@ constexpr KeyRule NO = {};
 
 constexpr KeyRule must(int characters)
 {
-    return {KeyUse::Required, characters};
+    return {KeyUse::REQUIRED, characters};
 }
 
 constexpr KeyRule may(int characters)
 {
-    return {KeyUse::Optional, characters};
+    return {KeyUse::OPTIONAL, characters};
 }
 
 constexpr std::array<KeyRule, CARD_KIND_COUNT> all(KeyRule rule)
@@ -37,24 +37,24 @@ using Card = CardDescription;
 
 // The rules stand in the order resident, hmt, foreign-2017, foreign-new.
 constexpr TextKey KEYS[] = {
-    {"title", &Card::title, TextForm::Free, all(may(LONGEST_TITLE))},
-    {"name", &Card::name, TextForm::Free, {must(15), must(15), NO, NO}},
-    {"englishName", &Card::englishName, TextForm::Free, {NO, NO, must(60), must(35)}},
-    {"chineseName", &Card::chineseName, TextForm::Free, {NO, NO, may(15), may(15)}},
-    {"sex", &Card::sex, TextForm::SexCode, all(must(1))},
-    {"ethnicGroup", &Card::ethnicGroup, TextForm::TwoDigits, {must(2), NO, NO, NO}},
-    {"birthDate", &Card::birthDate, TextForm::Date, all(must(8))},
-    {"address", &Card::address, TextForm::Free, {must(35), must(35), NO, NO}},
-    {"idNumber", &Card::idNumber, TextForm::Free, {must(18), must(18), must(15), must(18)}},
-    {"issuingAuthority", &Card::issuingAuthority, TextForm::Free, {must(15), must(15), NO, NO}},
-    {"validFrom", &Card::validFrom, TextForm::Date, all(must(8))},
-    {"validTo", &Card::validTo, TextForm::EndDate, all(must(8))},
-    {"travelPermitNumber", &Card::travelPermitNumber, TextForm::Free, {NO, must(9), NO, NO}},
-    {"issueCount", &Card::issueCount, TextForm::Digits, {NO, may(2), NO, NO}},
-    {"nationality", &Card::nationality, TextForm::CountryCode, {NO, NO, must(3), must(3)}},
-    {"cardVersion", &Card::cardVersion, TextForm::Free, {NO, NO, may(2), NO}},
-    {"authorityCode", &Card::authorityCode, TextForm::Digits, {NO, NO, may(4), NO}},
-    {"cardExtra", &Card::cardExtra, TextForm::Free, {NO, NO, NO, may(2)}},
+    {"title", &Card::title, TextForm::FREE, all(may(LONGEST_TITLE))},
+    {"name", &Card::name, TextForm::FREE, {must(15), must(15), NO, NO}},
+    {"englishName", &Card::englishName, TextForm::FREE, {NO, NO, must(60), must(35)}},
+    {"chineseName", &Card::chineseName, TextForm::FREE, {NO, NO, may(15), may(15)}},
+    {"sex", &Card::sex, TextForm::SEX_CODE, all(must(1))},
+    {"ethnicGroup", &Card::ethnicGroup, TextForm::TWO_DIGITS, {must(2), NO, NO, NO}},
+    {"birthDate", &Card::birthDate, TextForm::DATE, all(must(8))},
+    {"address", &Card::address, TextForm::FREE, {must(35), must(35), NO, NO}},
+    {"idNumber", &Card::idNumber, TextForm::FREE, {must(18), must(18), must(15), must(18)}},
+    {"issuingAuthority", &Card::issuingAuthority, TextForm::FREE, {must(15), must(15), NO, NO}},
+    {"validFrom", &Card::validFrom, TextForm::DATE, all(must(8))},
+    {"validTo", &Card::validTo, TextForm::END_DATE, all(must(8))},
+    {"travelPermitNumber", &Card::travelPermitNumber, TextForm::FREE, {NO, must(9), NO, NO}},
+    {"issueCount", &Card::issueCount, TextForm::DIGITS, {NO, may(2), NO, NO}},
+    {"nationality", &Card::nationality, TextForm::COUNTRY_CODE, {NO, NO, must(3), must(3)}},
+    {"cardVersion", &Card::cardVersion, TextForm::FREE, {NO, NO, may(2), NO}},
+    {"authorityCode", &Card::authorityCode, TextForm::DIGITS, {NO, NO, may(4), NO}},
+    {"cardExtra", &Card::cardExtra, TextForm::FREE, {NO, NO, NO, may(2)}},
 };
 
 bool isDigit(QChar character)
@@ -75,20 +75,17 @@ bool isDigits(const QString &text)
 
 QString dateProblem(const QString &text)
 {
-    if (text.size() != 8 || !isDigits(text)) {
+    if (text.size() != 8 || !isDigits(text))
         return QStringLiteral("is not eight digits YYYYMMDD");
-    }
-    if (!QDate(text.mid(0, 4).toInt(), text.mid(4, 2).toInt(), text.mid(6).toInt()).isValid()) {
+    if (!QDate(text.mid(0, 4).toInt(), text.mid(4, 2).toInt(), text.mid(6).toInt()).isValid())
         return QStringLiteral("is not a day of the calendar");
-    }
     return {};
 }
 
 QString endDateProblem(const QString &text)
 {
-    if (text == QString::fromUtf8("长期")) {
+    if (text == QString::fromUtf8("长期"))
         return {};
-    }
     const QString problem = dateProblem(text);
     return problem.isEmpty() ? problem : problem + QString::fromUtf8(" and not 长期");
 }
@@ -116,19 +113,19 @@ QString countryProblem(const QString &text)
 QString formProblem(TextForm form, const QString &text)
 {
     switch (form) {
-    case TextForm::Date:
+    case TextForm::DATE:
         return dateProblem(text);
-    case TextForm::EndDate:
+    case TextForm::END_DATE:
         return endDateProblem(text);
-    case TextForm::Digits:
+    case TextForm::DIGITS:
         return isDigits(text) ? QString() : QStringLiteral("holds something other than digits");
-    case TextForm::SexCode:
+    case TextForm::SEX_CODE:
         return sexProblem(text);
-    case TextForm::TwoDigits:
+    case TextForm::TWO_DIGITS:
         return twoDigitsProblem(text);
-    case TextForm::CountryCode:
+    case TextForm::COUNTRY_CODE:
         return countryProblem(text);
-    case TextForm::Free:
+    case TextForm::FREE:
         break;
     }
     return {};
@@ -138,9 +135,8 @@ QString formProblem(TextForm form, const QString &text)
 QString characterProblem(const QString &text)
 {
     for (const QChar character : text) {
-        if (character.isSurrogate()) {
+        if (character.isSurrogate())
             return QStringLiteral("holds a character outside UCS-2, which a card cannot store");
-        }
         if (character.category() == QChar::Other_Control) {
             return QStringLiteral("holds the control character U+%1")
                 .arg(uint(character.unicode()), 4, 16, QLatin1Char('0'));
@@ -159,9 +155,8 @@ TextKeyList textKeys()
 const TextKey *findTextKey(const QString &name)
 {
     for (const TextKey &key : KEYS) {
-        if (name == QLatin1String(key.name)) {
+        if (name == QLatin1String(key.name))
             return &key;
-        }
     }
     return nullptr;
 }
@@ -169,17 +164,14 @@ const TextKey *findTextKey(const QString &name)
 QString textProblem(const TextKey &key, CardKind kind, const QString &text)
 {
     const KeyRule &rule = key.rule(kind);
-    if (text.isEmpty()) {
-        return rule.use == KeyUse::Required ? QStringLiteral("must not be empty") : QString();
-    }
+    if (text.isEmpty())
+        return rule.use == KeyUse::REQUIRED ? QStringLiteral("must not be empty") : QString();
     QString problem = characterProblem(text);
-    if (!problem.isEmpty()) {
+    if (!problem.isEmpty())
         return problem;
-    }
     problem = formProblem(key.form, text);
-    if (!problem.isEmpty()) {
+    if (!problem.isEmpty())
         return problem;
-    }
     if (text.size() > rule.characters) {
         return QStringLiteral("has %1 characters; a %2 card has room for %3")
             .arg(text.size())

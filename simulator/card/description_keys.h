@@ -12,12 +12,12 @@
 namespace simulator
 {
 
-enum class TextForm { Free, Date, EndDate, Digits, SexCode, TwoDigits, CountryCode };
+enum class TextForm { FREE, DATE, END_DATE, DIGITS, SEX_CODE, TWO_DIGITS, COUNTRY_CODE };
 
-enum class KeyUse { Absent, Optional, Required };
+enum class KeyUse { ABSENT, OPTIONAL, REQUIRED };
 
 struct KeyRule {
-    KeyUse use = KeyUse::Absent;
+    KeyUse use = KeyUse::ABSENT;
     int characters = 0; ///< most UCS-2 characters
 };
 

@@ -61,13 +61,11 @@ QString quoted(const QString &text)
     constexpr int LONGEST_QUOTE = 60;
     QString shown = text.left(LONGEST_QUOTE);
     for (QChar &character : shown) {
-        if (!character.isPrint() && !character.isSurrogate()) {
+        if (!character.isPrint() && !character.isSurrogate())
             character = QChar::ReplacementCharacter;
-        }
     }
-    if (!shown.isEmpty() && shown.at(shown.size() - 1).isHighSurrogate()) {
+    if (!shown.isEmpty() && shown.at(shown.size() - 1).isHighSurrogate())
         shown.chop(1);
-    }
     const QString rest = text.size() > LONGEST_QUOTE ? QStringLiteral("...") : QString();
     return QLatin1Char('"') + shown + rest + QLatin1Char('"');
 }
@@ -87,9 +85,8 @@ struct Word {
 template <typename Value>
 QString readWord(const QJsonValue &value, std::initializer_list<Word<Value>> words, Value *result)
 {
-    if (!value.isString()) {
+    if (!value.isString())
         return wrongType("a text", value);
-    }
     QStringList known;
     for (const Word<Value> &word : words) {
         if (value.toString() == QLatin1String(word.word)) {
@@ -104,9 +101,8 @@ QString readWord(const QJsonValue &value, std::initializer_list<Word<Value>> wor
 // A whole number from 0 to `maximum`.
 QString readNumber(const QJsonValue &value, double maximum, double *result)
 {
-    if (!value.isDouble()) {
+    if (!value.isDouble())
         return wrongType("a number", value);
-    }
     const double number = value.toDouble();
     if (number < 0 || number > maximum || number != std::floor(number)) {
         return QStringLiteral("%1 is not a whole number from 0 to %2")
@@ -120,10 +116,10 @@ QString readNumber(const QJsonValue &value, double maximum, double *result)
 QString readKind(const QJsonValue &value, CardKind *kind)
 {
     return readWord<CardKind>(value,
-                              {{"resident", CardKind::Resident},
-                               {"hmt", CardKind::Hmt},
-                               {"foreign-2017", CardKind::Foreign2017},
-                               {"foreign-new", CardKind::ForeignNew}},
+                              {{"resident", CardKind::RESIDENT},
+                               {"hmt", CardKind::HMT},
+                               {"foreign-2017", CardKind::FOREIGN2017},
+                               {"foreign-new", CardKind::FOREIGN_NEW}},
                               kind);
 }
 
@@ -137,16 +133,15 @@ QString readFingerprints(CardDescription *card, const QJsonValue &value, QString
 
 QString readPadding(CardDescription *card, const QJsonValue &value, QString * /*part*/)
 {
-    return readWord<Padding>(value, {{"zeros", Padding::Zeros}, {"spaces", Padding::Spaces}},
+    return readWord<Padding>(value, {{"zeros", Padding::ZEROS}, {"spaces", Padding::SPACES}},
                              &card->padding);
 }
 
 // The name of a file that lies beside the description.
 QString readFileName(const QJsonValue &value, QString *result)
 {
-    if (!value.isString()) {
+    if (!value.isString())
         return wrongType("a text", value);
-    }
     *result = value.toString();
     const bool isName =
         !result->isEmpty() && std::all_of(result->cbegin(), result->cend(), [](QChar character) {
@@ -161,14 +156,13 @@ QString readPhotoPart(CardDescription *card, const QString &part, const QJsonVal
 {
     if (part == QLatin1String("delivery")) {
         return readWord<PhotoDelivery>(value,
-                                       {{"bmp", PhotoDelivery::BmpFile},
-                                        {"compressed", PhotoDelivery::Compressed},
-                                        {"file", PhotoDelivery::OwnFile}},
+                                       {{"bmp", PhotoDelivery::BMP_FILE},
+                                        {"compressed", PhotoDelivery::COMPRESSED},
+                                        {"file", PhotoDelivery::OWN_FILE}},
                                        &card->photoDelivery);
     }
-    if (part == QLatin1String("file")) {
+    if (part == QLatin1String("file"))
         return readFileName(value, &card->photoFile);
-    }
     if (part == QLatin1String("seed")) {
         double seed = 0;
         QString problem = readNumber(value, std::numeric_limits<std::uint32_t>::max(), &seed);
@@ -180,9 +174,8 @@ QString readPhotoPart(CardDescription *card, const QString &part, const QJsonVal
 
 QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
 {
-    if (!value.isObject()) {
+    if (!value.isObject())
         return wrongType("an object", value);
-    }
     const QJsonObject photo = value.toObject();
     if (!photo.contains(QStringLiteral("delivery"))) {
         *part = QStringLiteral("delivery");
@@ -195,7 +188,7 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
             return problem;
         }
     }
-    const bool needsFile = card->photoDelivery == PhotoDelivery::OwnFile;
+    const bool needsFile = card->photoDelivery == PhotoDelivery::OWN_FILE;
     if (needsFile == card->photoFile.isEmpty()) {
         *part = QStringLiteral("file");
         return needsFile ? QStringLiteral("is missing")
@@ -206,21 +199,18 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
 
 QString readFaults(CardDescription *card, const QJsonValue &value, QString * /*part*/)
 {
-    if (!value.isArray()) {
+    if (!value.isArray())
         return wrongType("a list of texts", value);
-    }
     QStringList list;
     const QJsonArray array = value.toArray();
     for (const QJsonValue fault : array) {
-        if (!fault.isString()) {
+        if (!fault.isString())
             return wrongType("a list of texts", fault) + QStringLiteral(" in the list");
-        }
         list << fault.toString();
     }
     QString problem;
-    if (const std::optional<Faults> faults = parseFaults(list, &problem)) {
+    if (const std::optional<Faults> faults = parseFaults(list, &problem))
         card->faults = *faults;
-    }
     return problem;
 }
 
@@ -231,7 +221,7 @@ bool onAnyCard(CardKind /*kind*/)
 
 bool onResidentCard(CardKind kind)
 {
-    return kind == CardKind::Resident;
+    return kind == CardKind::RESIDENT;
 }
 
 // The keys that hold something other than a text of the card; all optional.
@@ -245,9 +235,8 @@ constexpr KindKey OTHER_KEYS[] = {
 const KindKey *findOtherKey(const QString &name)
 {
     for (const KindKey &key : OTHER_KEYS) {
-        if (name == QLatin1String(key.name)) {
+        if (name == QLatin1String(key.name))
             return &key;
-        }
     }
     return nullptr;
 }
@@ -256,14 +245,12 @@ QStringList keysOf(CardKind kind)
 {
     QStringList names = {QStringLiteral("kind")};
     for (const TextKey &key : textKeys()) {
-        if (key.rule(kind).use != KeyUse::Absent) {
+        if (key.rule(kind).use != KeyUse::ABSENT)
             names << QLatin1String(key.name);
-        }
     }
     for (const KindKey &key : OTHER_KEYS) {
-        if (key.allowed(kind)) {
+        if (key.allowed(kind))
             names << QLatin1String(key.name);
-        }
     }
     return names;
 }
@@ -276,33 +263,27 @@ QString unknownKey(CardKind kind)
 
 QString readText(CardDescription *card, const TextKey &key, const QJsonValue &value)
 {
-    if (key.rule(card->kind).use == KeyUse::Absent) {
+    if (key.rule(card->kind).use == KeyUse::ABSENT)
         return unknownKey(card->kind);
-    }
-    if (!value.isString()) {
+    if (!value.isString())
         return wrongType("a text", value);
-    }
     const QString text = value.toString();
     const QString problem = textProblem(key, card->kind, text);
-    if (!problem.isEmpty()) {
+    if (!problem.isEmpty())
         return quoted(text) + QLatin1Char(' ') + problem;
-    }
     card->*key.text = text;
     return {};
 }
 
 QString readKey(CardDescription *card, const QString &name, const QJsonValue &value, QString *part)
 {
-    if (name == QLatin1String("kind")) {
+    if (name == QLatin1String("kind"))
         return {};
-    }
-    if (const TextKey *key = findTextKey(name)) {
+    if (const TextKey *key = findTextKey(name))
         return readText(card, *key, value);
-    }
     const KindKey *key = findOtherKey(name);
-    if (key == nullptr || !key->allowed(card->kind)) {
+    if (key == nullptr || !key->allowed(card->kind))
         return unknownKey(card->kind);
-    }
     return key->read(card, value, part);
 }
 
@@ -310,9 +291,8 @@ QString missingKey(const QJsonObject &object, CardKind kind)
 {
     for (const TextKey &key : textKeys()) {
         QString name = QLatin1String(key.name);
-        if (key.rule(kind).use == KeyUse::Required && !object.contains(name)) {
+        if (key.rule(kind).use == KeyUse::REQUIRED && !object.contains(name))
             return name;
-        }
     }
     return {};
 }
@@ -387,9 +367,8 @@ std::optional<CardDescription> readDescription(const QByteArray &json, const QSt
         return std::nullopt;
     }
     CardDescription card;
-    if (!readKeys(&card, document.object(), error)) {
+    if (!readKeys(&card, document.object(), error))
         return std::nullopt;
-    }
     return card;
 }
 

@@ -53,14 +53,14 @@ constexpr Meanings onUsb(const char *meaning)
 // A fault that is set or not.
 constexpr FaultRule flag(const char *name, const Meanings &meanings, FaultPlace place)
 {
-    return {name, meanings, place, FaultArgument::None, 1, 0, 0, nullptr};
+    return {name, meanings, place, FaultArgument::NONE, 1, 0, 0, nullptr};
 }
 
 // A fault with a number in a range.
 constexpr FaultRule number(const char *name, const Meanings &meanings, FaultPlace place,
                            int minimum, int maximum)
 {
-    return {name, meanings, place, FaultArgument::Number, 0, minimum, maximum, nullptr};
+    return {name, meanings, place, FaultArgument::NUMBER, 0, minimum, maximum, nullptr};
 }
 
 constexpr FaultRule RULES[] = {
@@ -68,7 +68,7 @@ constexpr FaultRule RULES[] = {
      {"opening the reader answers N (not 144)",
       "the reader's node cannot be opened, whatever N; not for want of permission"},
      &Faults::openFails,
-     FaultArgument::Number,
+     FaultArgument::NUMBER,
      0,
      ANY_MINIMUM,
      ANY_MAXIMUM,
@@ -77,7 +77,7 @@ constexpr FaultRule RULES[] = {
      {"the first N finds, or all, see no card",
       "the first N lookups, or all, answer status 00 00 80"},
      &Faults::noCard,
-     FaultArgument::OptionalNumber,
+     FaultArgument::OPTIONAL_NUMBER,
      EVERY_TIME,
      0,
      ANY_MAXIMUM,
@@ -88,7 +88,7 @@ constexpr FaultRule RULES[] = {
     {"read-fails",
      {"reading answers N (not 144 or 65)", "every read answers a status alone, whatever N"},
      &Faults::readFails,
-     FaultArgument::Number,
+     FaultArgument::NUMBER,
      0,
      ANY_MINIMUM,
      ANY_MAXIMUM,
@@ -105,7 +105,7 @@ constexpr FaultRule RULES[] = {
      {"the card is of kind N (not 1 to 4; 9 if not given)",
       "the text has a kind letter that no document has, whatever N"},
      &Faults::unknownKind,
-     FaultArgument::OptionalNumber,
+     FaultArgument::OPTIONAL_NUMBER,
      UNKNOWN_KIND,
      ANY_MINIMUM,
      ANY_MAXIMUM,
@@ -127,7 +127,7 @@ constexpr FaultRule RULES[] = {
     flag("reset-refused", onUsb("the reader cannot be reset"), &Faults::resetRefused),
 
     {"answer-replaced", onUsb("other bytes come, two hexadecimal digits each, at most 4096"),
-     &ExchangeFaults::answerReplaced, FaultArgument::Bytes, 0, 0, 0, nullptr},
+     &ExchangeFaults::answerReplaced, FaultArgument::BYTES, 0, 0, 0, nullptr},
     number("answer-cut", onUsb("only the first N bytes of the answer come (0 to 4095)"),
            &ExchangeFaults::answerCut, 0, LAST_ANSWER_BYTE),
     number("answer-corrupted",
@@ -170,11 +170,11 @@ std::vector<FaultRule> faultRules(Road road)
 QString exchangeName(UsbExchange exchange)
 {
     switch (exchange) {
-    case UsbExchange::Lookup:
+    case UsbExchange::LOOKUP:
         break;
-    case UsbExchange::Select:
+    case UsbExchange::SELECT:
         return QStringLiteral("select");
-    case UsbExchange::Read:
+    case UsbExchange::READ:
         return QStringLiteral("read");
     }
     return QStringLiteral("lookup");

@@ -11,14 +11,14 @@ namespace simulator
 namespace
 {
 
-constexpr UsbExchange EXCHANGES[] = {UsbExchange::Lookup, UsbExchange::Select, UsbExchange::Read};
+constexpr UsbExchange EXCHANGES[] = {UsbExchange::LOOKUP, UsbExchange::SELECT, UsbExchange::READ};
 
 // One fault as it is given, with the rule that its name stands for.
 struct GivenFault {
     QString text;
     QString name;
     const FaultRule *rule = nullptr;
-    UsbExchange exchange = UsbExchange::Lookup; ///< of an exchange's fault
+    UsbExchange exchange = UsbExchange::LOOKUP; ///< of an exchange's fault
 };
 
 // The name of a rule's fault, for the exchange named `exchange` when it is one of an exchange.
@@ -31,13 +31,13 @@ QString faultName(const FaultRule &rule, const QString &exchange)
 QString usageOf(const QString &name, FaultArgument argument)
 {
     switch (argument) {
-    case FaultArgument::None:
+    case FaultArgument::NONE:
         return name;
-    case FaultArgument::OptionalNumber:
+    case FaultArgument::OPTIONAL_NUMBER:
         return QStringLiteral("%1 or %1=N").arg(name);
-    case FaultArgument::Bytes:
+    case FaultArgument::BYTES:
         return QStringLiteral("%1=HEX").arg(name);
-    case FaultArgument::Number:
+    case FaultArgument::NUMBER:
         break;
     }
     return QStringLiteral("%1=N").arg(name);
@@ -124,11 +124,11 @@ bool readArgument(const GivenFault &fault, int *number)
     const int equals = fault.text.indexOf(QLatin1Char('='));
     if (equals < 0) {
         *number = rule.numberIfNone;
-        return rule.argument != FaultArgument::Number;
+        return rule.argument != FaultArgument::NUMBER;
     }
     bool isNumber = false;
     *number = fault.text.mid(equals + 1).trimmed().toInt(&isNumber);
-    return rule.argument != FaultArgument::None && isNumber && *number >= rule.minimum &&
+    return rule.argument != FaultArgument::NONE && isNumber && *number >= rule.minimum &&
            *number <= rule.maximum && (rule.refused == nullptr || !rule.refused(*number));
 }
 
@@ -142,9 +142,8 @@ bool readArgument(const GivenFault &fault, QByteArray *bytes)
     const int equals = fault.text.indexOf(QLatin1Char('='));
     const QString digits = equals < 0 ? QString() : fault.text.mid(equals + 1).trimmed();
     if (digits.isEmpty() || digits.size() % 2 != 0 || digits.size() > 2 * LONGEST_FAULT_BYTES ||
-        !std::all_of(digits.cbegin(), digits.cend(), isHexadecimalDigit)) {
+        !std::all_of(digits.cbegin(), digits.cend(), isHexadecimalDigit))
         return false;
-    }
     *bytes = QByteArray::fromHex(digits.toLatin1());
     return true;
 }
@@ -153,12 +152,10 @@ template <typename Part, typename Value>
 QString setFault(const GivenFault &fault, Part *part, std::optional<Value> Part::*place)
 {
     Value value = {};
-    if (!readArgument(fault, &value)) {
+    if (!readArgument(fault, &value))
         return wrongFault(fault);
-    }
-    if (part->*place) {
+    if (part->*place)
         return QStringLiteral("fault \"%1\" is given twice").arg(fault.name);
-    }
     part->*place = value;
     return {};
 }
@@ -183,12 +180,10 @@ struct Setter {
 QString addFault(Faults *faults, const QString &text, std::optional<Road> road)
 {
     const GivenFault fault = understood(text);
-    if (fault.rule == nullptr) {
+    if (fault.rule == nullptr)
         return unknownFault(text, road);
-    }
-    if (!isFaultOf(*fault.rule, road)) {
+    if (!isFaultOf(*fault.rule, road))
         return faultOfOtherRoad(fault, *road);
-    }
     return std::visit(Setter{fault, faults}, fault.rule->place);
 }
 
@@ -208,9 +203,8 @@ std::optional<Faults> parsed(const QStringList &list, std::optional<Road> road, 
 template <typename Part, typename Value>
 void overlay(Part *base, const Part &override, std::optional<Value> Part::*place)
 {
-    if (override.*place) {
+    if (override.*place)
         base->*place = override.*place;
-    }
 }
 
 struct Overlay {
@@ -222,9 +216,8 @@ struct Overlay {
     template <typename Value>
     void operator()(std::optional<Value> ExchangeFaults::*place) const
     {
-        for (std::size_t i = 0; i < base->exchanges.size(); ++i) {
+        for (std::size_t i = 0; i < base->exchanges.size(); ++i)
             overlay(&base->exchanges[i], override.exchanges[i], place);
-        }
     }
 };
 
@@ -251,10 +244,10 @@ QString faultUsage(const FaultRule &rule)
 
 QString faultExample(const FaultRule &rule)
 {
-    QString name = faultName(rule, exchangeName(UsbExchange::Lookup));
-    if (rule.argument == FaultArgument::Bytes)
+    QString name = faultName(rule, exchangeName(UsbExchange::LOOKUP));
+    if (rule.argument == FaultArgument::BYTES)
         return name + QStringLiteral("=00");
-    if (rule.argument != FaultArgument::Number)
+    if (rule.argument != FaultArgument::NUMBER)
         return name;
     return QStringLiteral("%1=%2").arg(name).arg(std::max(rule.minimum, 1));
 }
@@ -271,18 +264,16 @@ std::optional<Faults> parseFaults(const QStringList &list, QString *reason)
 
 std::optional<Faults> parseFaults(const QString &text, Road road, QString *reason)
 {
-    if (text.trimmed().isEmpty()) {
+    if (text.trimmed().isEmpty())
         return Faults();
-    }
     return parsed(text.split(QLatin1Char(',')), road, reason);
 }
 
 Faults overlaidFaults(const Faults &base, const Faults &override)
 {
     Faults result = base;
-    for (const FaultRule &rule : faultRules()) {
+    for (const FaultRule &rule : faultRules())
         std::visit(Overlay{&result, override}, rule.place);
-    }
     return result;
 }
 

@@ -18,7 +18,7 @@ namespace simulator
 {
 
 /** What a reader on USB is asked for, one after the other, when a card is read. */
-enum class UsbExchange { Lookup, Select, Read };
+enum class UsbExchange { LOOKUP, SELECT, READ };
 constexpr int USB_EXCHANGE_COUNT = 3;
 
 /** Faults of one exchange; only a reader on USB has them. */
@@ -39,7 +39,7 @@ struct ExchangeFaults {
 };
 
 /** The roads to a simulated reader. */
-enum class Road { MakersLibrary, Usb };
+enum class Road { MAKERS_LIBRARY, USB };
 constexpr int ROAD_COUNT = 2;
 
 /** Every fault that is set carries its number; what the number means is told by `faultRules`. */
@@ -76,7 +76,7 @@ constexpr int EVERY_TIME = std::numeric_limits<int>::max();
 constexpr int LONGEST_FAULT_BYTES = 4096;
 
 /** What follows the name of a fault. */
-enum class FaultArgument { None, OptionalNumber, Number, Bytes };
+enum class FaultArgument { NONE, OPTIONAL_NUMBER, NUMBER, BYTES };
 
 /** Where a fault is kept. */
 using FaultPlace = std::variant<std::optional<int> Faults::*, std::optional<int> ExchangeFaults::*,

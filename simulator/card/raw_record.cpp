@@ -15,10 +15,10 @@ namespace
 
 using Card = CardDescription;
 
-constexpr CardKind CN = CardKind::Resident;
-constexpr CardKind HMT = CardKind::Hmt;
-constexpr CardKind F17 = CardKind::Foreign2017;
-constexpr CardKind NEW = CardKind::ForeignNew;
+constexpr CardKind CN = CardKind::RESIDENT;
+constexpr CardKind HMT = CardKind::HMT;
+constexpr CardKind F17 = CardKind::FOREIGN2017;
+constexpr CardKind NEW = CardKind::FOREIGN_NEW;
 
 constexpr QChar SPACE = QLatin1Char(' ');
 
@@ -88,9 +88,8 @@ void putInto(QByteArray *block, std::size_t offset, std::size_t size, const QStr
 QByteArray deliveredText(const CardDescription &card, const Faults &faults)
 {
     QByteArray block = textBlock(card);
-    if (faults.unknownKind) {
+    if (faults.unknownKind)
         putInto(&block, KIND_LETTER_OFFSET, KIND_LETTER_SIZE, QStringLiteral("?"));
-    }
     return block;
 }
 
@@ -101,9 +100,8 @@ QByteArray textBlock(const CardDescription &card)
     QByteArray block(reader_frames::TEXT_SIZE, '\0');
     putInto(&block, 0, reader_frames::TEXT_SIZE, QString());
     for (const TextField &field : FIELDS) {
-        if (field.kind == card.kind) {
+        if (field.kind == card.kind)
             putInto(&block, field.offset, field.size, field.text(card));
-        }
     }
     return block;
 }

@@ -15,10 +15,10 @@ namespace
 using Card = CardDescription;
 using Info = CardInfoStruct;
 
-constexpr CardKind CN = CardKind::Resident;
-constexpr CardKind HMT = CardKind::Hmt;
-constexpr CardKind F17 = CardKind::Foreign2017;
-constexpr CardKind NEW = CardKind::ForeignNew;
+constexpr CardKind CN = CardKind::RESIDENT;
+constexpr CardKind HMT = CardKind::HMT;
+constexpr CardKind F17 = CardKind::FOREIGN2017;
+constexpr CardKind NEW = CardKind::FOREIGN_NEW;
 
 // clang-format off: one row a line.
 constexpr TextField FIELDS[] = {
@@ -77,13 +77,13 @@ constexpr TextField FIELDS[] = {
 std::int32_t kindWord(CardKind kind)
 {
     switch (kind) {
-    case CardKind::Resident:
+    case CardKind::RESIDENT:
         break;
-    case CardKind::Hmt:
+    case CardKind::HMT:
         return CARD_INFO_KIND_HMT;
-    case CardKind::Foreign2017:
+    case CardKind::FOREIGN2017:
         return CARD_INFO_KIND_FOREIGN_2017;
-    case CardKind::ForeignNew:
+    case CardKind::FOREIGN_NEW:
         return CARD_INFO_KIND_FOREIGN_NEW;
     }
     return CARD_INFO_KIND_CN;
@@ -96,11 +96,10 @@ CardInfoStruct vendorRecord(const CardDescription &card)
     CardInfoStruct info = {};
     info.kind = kindWord(card.kind);
     auto *bytes = reinterpret_cast<unsigned char *>(&info);
-    const QChar rest = card.padding == Padding::Spaces ? QLatin1Char(' ') : QLatin1Char('\0');
+    const QChar rest = card.padding == Padding::SPACES ? QLatin1Char(' ') : QLatin1Char('\0');
     for (const TextField &field : FIELDS) {
-        if (field.kind == card.kind) {
+        if (field.kind == card.kind)
             putText(bytes + field.offset, field.size, field.text(card), rest);
-        }
     }
     return info;
 }

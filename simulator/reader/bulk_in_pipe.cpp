@@ -23,7 +23,7 @@ UsbTransfer BulkInPipe::take(int capacity)
 {
     UsbTransfer transfer;
     if (!m_waiting) {
-        transfer.status = UsbStatus::Pending;
+        transfer.status = UsbStatus::PENDING;
         return transfer;
     }
     const int room = std::max(capacity, 0);
@@ -38,9 +38,8 @@ UsbTransfer BulkInPipe::take(int capacity)
         m_taken += transfer.count;
         return transfer;
     }
-    if (rest.size() > room) {
-        transfer.status = UsbStatus::TooLong;
-    }
+    if (rest.size() > room)
+        transfer.status = UsbStatus::TOO_LONG;
     clear();
     return transfer;
 }

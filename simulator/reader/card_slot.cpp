@@ -13,12 +13,10 @@ namespace
 // Takes one from a count that may be endless; false when nothing is left of it.
 bool useUp(int *count)
 {
-    if (*count <= 0) {
+    if (*count <= 0)
         return false;
-    }
-    if (*count != EVERY_TIME) {
+    if (*count != EVERY_TIME)
         --*count;
-    }
     return true;
 }
 
@@ -43,11 +41,10 @@ bool CardSlot::putCard(const QString &nameOrPath, PutAs as, QString *problem)
         *problem = error.message();
         return false;
     }
-    if (as == PutAs::Plain) {
+    if (as == PutAs::PLAIN) {
         card->faults = {};
-        if (card->photoDelivery == PhotoDelivery::Compressed) {
-            card->photoDelivery = PhotoDelivery::BmpFile;
-        }
+        if (card->photoDelivery == PhotoDelivery::COMPRESSED)
+            card->photoDelivery = PhotoDelivery::BMP_FILE;
     }
     place(*card);
     m_cardDecidedByCall = true;
@@ -63,9 +60,8 @@ void CardSlot::takeCard()
 bool CardSlot::setFaults(const QString &faults, QString *problem)
 {
     const std::optional<Faults> parsed = parseFaults(faults, m_road, problem);
-    if (!parsed) {
+    if (!parsed)
         return false;
-    }
     m_setFaults = CountedFaults(*parsed);
     m_faultsDecidedByCall = true;
     return true;
@@ -80,9 +76,8 @@ bool CardSlot::followEnvironment(QString *problem)
 bool CardSlot::followCardVariable(QString *problem)
 {
     const QString value = qEnvironmentVariable(CARD_VARIABLE);
-    if (value == m_cardVariable) {
+    if (value == m_cardVariable)
         return true;
-    }
     if (value.isEmpty()) {
         clear();
     } else {
@@ -101,9 +96,8 @@ bool CardSlot::followCardVariable(QString *problem)
 bool CardSlot::followFaultsVariable(QString *problem)
 {
     const QString value = qEnvironmentVariable(FAULTS_VARIABLE);
-    if (value == m_faultsVariable) {
+    if (value == m_faultsVariable)
         return true;
-    }
     QString reason;
     const std::optional<Faults> parsed = parseFaults(value, m_road, &reason);
     if (!parsed) {

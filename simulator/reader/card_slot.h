@@ -13,8 +13,8 @@ namespace simulator
 {
 
 enum class PutAs {
-    Described,
-    Plain, ///< without the faults of its description, a compressed photo delivered as a BMP file
+    DESCRIBED,
+    PLAIN, ///< without the faults of its description, a compressed photo delivered as a BMP file
 };
 
 /**
@@ -85,7 +85,7 @@ private:
     void place(const CardDescription &card);
     void clear();
 
-    Road m_road = Road::Usb;
+    Road m_road = Road::USB;
     std::optional<CardDescription> m_card;
     unsigned int m_placement = 0;
     bool m_removed = false;

@@ -41,18 +41,16 @@ int guarded(int failure, Function function)
 // `text` as UTF-8, cut at a whole character when it does not fit.
 void giveMessage(const QString &text, char *message, unsigned int messageSize)
 {
-    if (message == nullptr || messageSize == 0) {
+    if (message == nullptr || messageSize == 0)
         return;
-    }
     const QByteArray bytes = text.toUtf8();
     int length =
         static_cast<int>(std::min(static_cast<unsigned int>(bytes.size()), messageSize - 1));
     const auto isContinuation = [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
     };
-    while (length > 0 && length < bytes.size() && isContinuation(bytes.at(length))) {
+    while (length > 0 && length < bytes.size() && isContinuation(bytes.at(length)))
         --length;
-    }
     std::memcpy(message, bytes.constData(), static_cast<std::size_t>(length));
     message[length] = '\0';
 }
@@ -61,24 +59,20 @@ int openPort(int port)
 {
     QString problem;
     const int result = reader().open(port, &problem);
-    if (!problem.isEmpty()) {
+    if (!problem.isEmpty())
         std::fprintf(stderr, "idcard_simulator: %s\n", problem.toLocal8Bit().constData());
-    }
     return result;
 }
 
 int decode(const unsigned char *src, unsigned char *dst, int mode)
 {
-    if (src == nullptr || dst == nullptr ||
-        (mode != WLT_MODE_BMP_FILE && mode != WLT_MODE_PIXELS)) {
+    if (src == nullptr || dst == nullptr || (mode != WLT_MODE_BMP_FILE && mode != WLT_MODE_PIXELS))
         return NOT_DECODED;
-    }
     const auto data = QByteArray(reinterpret_cast<const char *>(src),
                                  static_cast<int>(IDCARD_COMPRESSED_PHOTO_SIZE));
     const QByteArray file = simulator::decompressPhoto(data);
-    if (file.isEmpty()) {
+    if (file.isEmpty())
         return NOT_DECODED;
-    }
     const QByteArray bytes = mode == WLT_MODE_BMP_FILE ? file : simulator::pixelRows(file);
     std::memcpy(dst, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     return WLT_SUCCESS;
@@ -88,9 +82,8 @@ int putCard(const char *card, simulator::PutAs as, char *message, unsigned int m
 {
     return guarded(REFUSED, [&] {
         QString problem;
-        if (reader().slot().putCard(QFile::decodeName(card), as, &problem)) {
+        if (reader().slot().putCard(QFile::decodeName(card), as, &problem))
             return DONE;
-        }
         giveMessage(problem, message, messageSize);
         return REFUSED;
     });
@@ -128,12 +121,12 @@ int unpack(unsigned char *src, unsigned char *dst, int mode)
 
 int idcard_simulator_put_card(const char *card, char *message, unsigned int messageSize)
 {
-    return putCard(card, simulator::PutAs::Described, message, messageSize);
+    return putCard(card, simulator::PutAs::DESCRIBED, message, messageSize);
 }
 
 int idcard_simulator_put_plain_card(const char *card, char *message, unsigned int messageSize)
 {
-    return putCard(card, simulator::PutAs::Plain, message, messageSize);
+    return putCard(card, simulator::PutAs::PLAIN, message, messageSize);
 }
 
 void idcard_simulator_take_card()
@@ -145,9 +138,8 @@ int idcard_simulator_set_faults(const char *faults, char *message, unsigned int 
 {
     return guarded(REFUSED, [&] {
         QString problem;
-        if (reader().slot().setFaults(QString::fromUtf8(faults), &problem)) {
+        if (reader().slot().setFaults(QString::fromUtf8(faults), &problem))
             return DONE;
-        }
         giveMessage(problem, message, messageSize);
         return REFUSED;
     });

@@ -35,9 +35,8 @@ QByteArray descriptor(int kind, std::initializer_list<int> rest)
 {
     QByteArray bytes;
     bytes.append(static_cast<char>(rest.size() + 2)).append(static_cast<char>(kind));
-    for (const int byte : rest) {
+    for (const int byte : rest)
         bytes.append(static_cast<char>(byte));
-    }
     return bytes;
 }
 

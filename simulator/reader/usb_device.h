@@ -17,17 +17,17 @@ constexpr UsbIds DEFAULT_READER_IDS = {0x1209, 0x0001};
 
 /** How a transfer ends. */
 enum class UsbStatus {
-    Done,      ///< also when it moved less than was asked for
-    Stalled,   ///< the endpoint refuses (-EPIPE)
-    Broken,    ///< garbled on the bus (-EPROTO)
-    TooLong,   ///< the device sent more than the host had room for (-EOVERFLOW)
-    Unplugged, ///< the device went away meanwhile (-ESHUTDOWN); it stays away
-    Pending,   ///< never ends by itself; the host gives up or waits
+    DONE,      ///< also when it moved less than was asked for
+    STALLED,   ///< the endpoint refuses (-EPIPE)
+    BROKEN,    ///< garbled on the bus (-EPROTO)
+    TOO_LONG,  ///< the device sent more than the host had room for (-EOVERFLOW)
+    UNPLUGGED, ///< the device went away meanwhile (-ESHUTDOWN); it stays away
+    PENDING,   ///< never ends by itself; the host gives up or waits
 };
 
 /** What became of one transfer. */
 struct UsbTransfer {
-    UsbStatus status = UsbStatus::Done;
+    UsbStatus status = UsbStatus::DONE;
     QByteArray data; ///< of a read: what came, also when the status is none of success
     int count = 0;   ///< bytes moved: of a write those taken, of a read the size of `data`
     int delayMs = 0; ///< time that passes before the transfer ends so

@@ -28,15 +28,14 @@ bool isComplete(const VendorReadTarget &target)
 
 QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
 {
-    if (faults.photoUndecodable) {
+    if (faults.photoUndecodable)
         return undecodablePhoto(card);
-    }
     switch (card.photoDelivery) {
-    case PhotoDelivery::BmpFile:
+    case PhotoDelivery::BMP_FILE:
         break;
-    case PhotoDelivery::Compressed:
+    case PhotoDelivery::COMPRESSED:
         return compressedPhoto(card);
-    case PhotoDelivery::OwnFile: // told to be as long as a photo's BMP file, however short it is
+    case PhotoDelivery::OWN_FILE: // told to be as long as a photo's BMP file, however short it is
         return card.photoFileData.leftJustified(int{IDCARD_PHOTO_SIZE}, '\0');
     }
     return photoBmpFile(card);
@@ -45,9 +44,8 @@ QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
 void deliver(const CardDescription &card, const Faults &faults, const VendorReadTarget &target)
 {
     *target.info = vendorRecord(card);
-    if (faults.unknownKind) {
+    if (faults.unknownKind)
         target.info->kind = *faults.unknownKind;
-    }
 
     // A length beyond what there is of the photo reports zeros after it.
     QByteArray photo = deliveredPhoto(card, faults);
@@ -65,18 +63,14 @@ void deliver(const CardDescription &card, const Faults &faults, const VendorRead
 
 int VendorReader::open(int port, QString *problem)
 {
-    if (port != KVO_PORT) {
+    if (port != KVO_PORT)
         return VENDOR_WRONG_PORT;
-    }
-    if (m_open) {
+    if (m_open)
         return VENDOR_ALREADY_OPEN;
-    }
-    if (!m_slot.followEnvironment(problem)) {
+    if (!m_slot.followEnvironment(problem))
         return VENDOR_BAD_ENVIRONMENT;
-    }
-    if (const std::optional<int> code = m_slot.faults().openFails) {
+    if (const std::optional<int> code = m_slot.faults().openFails)
         return *code;
-    }
     m_open = true;
     m_found.reset();
     return KVO_SUCCESS;
@@ -84,18 +78,16 @@ int VendorReader::open(int port, QString *problem)
 
 int VendorReader::checkedPort(int port) const
 {
-    if (port != KVO_PORT) {
+    if (port != KVO_PORT)
         return VENDOR_WRONG_PORT;
-    }
     return m_open ? KVO_SUCCESS : VENDOR_NOT_OPEN;
 }
 
 int VendorReader::find(int port)
 {
     const int checked = checkedPort(port);
-    if (checked != KVO_SUCCESS) {
+    if (checked != KVO_SUCCESS)
         return checked;
-    }
     if (!m_slot.findCard()) {
         m_found.reset();
         return VENDOR_NO_CARD;
@@ -107,38 +99,31 @@ int VendorReader::find(int port)
 int VendorReader::read(int port, const VendorReadTarget &target, int flag)
 {
     const int checked = checkedPort(port);
-    if (checked != KVO_SUCCESS) {
+    if (checked != KVO_SUCCESS)
         return checked;
-    }
-    if (!isComplete(target) || flag != READ_FLAG) {
+    if (!isComplete(target) || flag != READ_FLAG)
         return VENDOR_WRONG_ARGUMENT;
-    }
-    if (!m_found) {
+    if (!m_found)
         return VENDOR_CARD_NOT_FOUND;
-    }
     return answerRead(target);
 }
 
 int VendorReader::answerRead(const VendorReadTarget &target)
 {
     const Faults faults = m_slot.faults();
-    if (faults.delayMs) {
+    if (faults.delayMs)
         QThread::msleep(static_cast<unsigned long>(*faults.delayMs));
-    }
-    if (faults.cardRemoved) {
+    if (faults.cardRemoved)
         m_slot.removeCard();
-    }
     const CardDescription *card = m_slot.card();
     if (card == nullptr || m_found != m_slot.placement()) {
         m_found.reset();
         return VENDOR_CARD_REMOVED;
     }
-    if (m_slot.failsTransiently()) {
+    if (m_slot.failsTransiently())
         return KVO_READ_AGAIN;
-    }
-    if (faults.readFails) {
+    if (faults.readFails)
         return *faults.readFails;
-    }
     deliver(*card, faults, target);
     return KVO_SUCCESS;
 }

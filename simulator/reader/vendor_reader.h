@@ -52,7 +52,7 @@ private:
     [[nodiscard]] int checkedPort(int port) const;
     int answerRead(const VendorReadTarget &target);
 
-    CardSlot m_slot{Road::MakersLibrary};
+    CardSlot m_slot{Road::MAKERS_LIBRARY};
     bool m_open = false;
     std::optional<unsigned int> m_found; ///< the placement that a find has seen
 };

@@ -23,15 +23,12 @@ QByteArray bytesOf(const std::array<unsigned char, size> &frame)
 
 std::optional<UsbExchange> exchangeOf(const QByteArray &command)
 {
-    if (command == bytesOf(reader_frames::LOOKUP_COMMAND)) {
-        return UsbExchange::Lookup;
-    }
-    if (command == bytesOf(reader_frames::SELECT_COMMAND)) {
-        return UsbExchange::Select;
-    }
-    if (command == bytesOf(reader_frames::READ_COMMAND)) {
-        return UsbExchange::Read;
-    }
+    if (command == bytesOf(reader_frames::LOOKUP_COMMAND))
+        return UsbExchange::LOOKUP;
+    if (command == bytesOf(reader_frames::SELECT_COMMAND))
+        return UsbExchange::SELECT;
+    if (command == bytesOf(reader_frames::READ_COMMAND))
+        return UsbExchange::READ;
     return std::nullopt;
 }
 
@@ -48,9 +45,8 @@ QByteArray refusal(UsbRefusal reason, int frameSize = reader_frames::STATUS_ONLY
 // The answer as the faults let it come.
 QByteArray distorted(QByteArray answer, const ExchangeFaults &faults)
 {
-    if (faults.answerReplaced) {
+    if (faults.answerReplaced)
         answer = *faults.answerReplaced;
-    }
     if (faults.answerCorrupted && *faults.answerCorrupted < answer.size()) {
         const int offset = *faults.answerCorrupted;
         answer[offset] = static_cast<char>(~answer.at(offset));
@@ -125,46 +121,41 @@ bool VirtualReader::refusesReset() const
 
 void VirtualReader::reset()
 {
-    if (!refusesReset()) {
+    if (!refusesReset())
         forget();
-    }
 }
 
 UsbTransfer VirtualReader::write(std::uint8_t endpoint, const QByteArray &bytes)
 {
-    if (!isPluggedIn()) {
-        return taken(UsbStatus::Unplugged, 0);
-    }
-    if (bytes.size() > LARGEST_FRAME) {
-        return taken(UsbStatus::Stalled, 0);
-    }
+    if (!isPluggedIn())
+        return taken(UsbStatus::UNPLUGGED, 0);
+    if (bytes.size() > LARGEST_FRAME)
+        return taken(UsbStatus::STALLED, 0);
     switch (endpoint) {
     case COMMAND_ENDPOINT:
         return writeCommand(bytes);
     case LOOP_OUT_ENDPOINT:
         m_loop.put(bytes);
-        return taken(UsbStatus::Done, bytes.size());
+        return taken(UsbStatus::DONE, bytes.size());
     default:
-        return taken(UsbStatus::Stalled, 0);
+        return taken(UsbStatus::STALLED, 0);
     }
 }
 
 UsbTransfer VirtualReader::writeCommand(const QByteArray &bytes)
 {
-    if (const std::optional<UsbExchange> exchange = exchangeOf(bytes)) {
+    if (const std::optional<UsbExchange> exchange = exchangeOf(bytes))
         return writeExchange(*exchange, bytes);
-    }
-    if (bytes.isEmpty()) {
-        return taken(UsbStatus::Done, 0);
-    }
+    if (bytes.isEmpty())
+        return taken(UsbStatus::DONE, 0);
     m_answered.reset();
     if (isBareHead(bytes)) {
         m_answers.put(bytes);
     } else {
-        m_answers.put(refusal(isCommandFrame(bytes) ? UsbRefusal::UnknownCommand
-                                                    : UsbRefusal::MalformedCommand));
+        m_answers.put(refusal(isCommandFrame(bytes) ? UsbRefusal::UNKNOWN_COMMAND
+                                                    : UsbRefusal::MALFORMED_COMMAND));
     }
-    return taken(UsbStatus::Done, bytes.size());
+    return taken(UsbStatus::DONE, bytes.size());
 }
 
 UsbTransfer VirtualReader::writeExchange(UsbExchange exchange, const QByteArray &bytes)
@@ -172,20 +163,19 @@ UsbTransfer VirtualReader::writeExchange(UsbExchange exchange, const QByteArray 
     const Faults faults = m_slot.faults();
     if (faults.unpluggedBefore == commandNumber(exchange)) {
         unplug();
-        return taken(UsbStatus::Unplugged, 0);
+        return taken(UsbStatus::UNPLUGGED, 0);
     }
     const ExchangeFaults &ofExchange = faults.of(exchange);
-    if (ofExchange.commandMissing) {
-        return taken(UsbStatus::Pending, 0);
-    }
-    UsbTransfer transfer = taken(UsbStatus::Done, bytes.size());
+    if (ofExchange.commandMissing)
+        return taken(UsbStatus::PENDING, 0);
+    UsbTransfer transfer = taken(UsbStatus::DONE, bytes.size());
     if (faults.unpluggedDuring == commandNumber(exchange)) {
         unplug();
-        transfer = taken(UsbStatus::Unplugged, bytes.size() / 2);
+        transfer = taken(UsbStatus::UNPLUGGED, bytes.size() / 2);
     } else if (ofExchange.commandStalled) {
-        transfer = taken(UsbStatus::Stalled, 0);
+        transfer = taken(UsbStatus::STALLED, 0);
     } else if (ofExchange.commandBroken) {
-        transfer = taken(UsbStatus::Broken, 0);
+        transfer = taken(UsbStatus::BROKEN, 0);
     } else if (ofExchange.commandCut) {
         // The reader waits for the rest in vain.
         m_answered.reset();
@@ -201,16 +191,15 @@ UsbTransfer VirtualReader::writeExchange(UsbExchange exchange, const QByteArray 
 
 UsbTransfer VirtualReader::read(std::uint8_t endpoint, int capacity)
 {
-    if (!isPluggedIn()) {
-        return ended(UsbStatus::Unplugged);
-    }
+    if (!isPluggedIn())
+        return ended(UsbStatus::UNPLUGGED);
     switch (endpoint) {
     case ANSWER_ENDPOINT:
         return m_answered ? readAnswerOf(*m_answered, capacity) : m_answers.take(capacity);
     case LOOP_IN_ENDPOINT:
         return m_loop.take(capacity);
     default:
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
 }
 
@@ -220,38 +209,36 @@ UsbTransfer VirtualReader::readAnswerOf(UsbExchange exchange, int capacity)
     const ExchangeFaults &ofExchange = faults.of(exchange);
     if (faults.unpluggedBefore == answerNumber(exchange)) {
         unplug();
-        return ended(UsbStatus::Unplugged);
+        return ended(UsbStatus::UNPLUGGED);
     }
-    if (ofExchange.answerMissing) {
-        return ended(UsbStatus::Pending);
-    }
+    if (ofExchange.answerMissing)
+        return ended(UsbStatus::PENDING);
     m_answered.reset();
     UsbTransfer transfer = m_answers.take(capacity);
     if (faults.unpluggedDuring == answerNumber(exchange)) {
         unplug();
-        transfer = ended(UsbStatus::Unplugged, transfer.data.left(transfer.count / 2));
+        transfer = ended(UsbStatus::UNPLUGGED, transfer.data.left(transfer.count / 2));
     } else if (ofExchange.answerStalled || ofExchange.answerBroken) {
         m_answers.clear();
-        transfer = ended(ofExchange.answerStalled ? UsbStatus::Stalled : UsbStatus::Broken);
+        transfer = ended(ofExchange.answerStalled ? UsbStatus::STALLED : UsbStatus::BROKEN);
     } else if (ofExchange.answerTooLong) {
         m_answers.clear();
-        transfer.status = UsbStatus::TooLong;
+        transfer.status = UsbStatus::TOO_LONG;
     }
     transfer.delayMs = ofExchange.answerDelayed.value_or(0);
-    if (exchange == UsbExchange::Read) {
+    if (exchange == UsbExchange::READ)
         transfer.delayMs += faults.delayMs.value_or(0);
-    }
     return transfer;
 }
 
 QByteArray VirtualReader::answerTo(UsbExchange exchange)
 {
     switch (exchange) {
-    case UsbExchange::Lookup:
+    case UsbExchange::LOOKUP:
         break;
-    case UsbExchange::Select:
+    case UsbExchange::SELECT:
         return answerSelect();
-    case UsbExchange::Read:
+    case UsbExchange::READ:
         return answerRead();
     }
     return answerLookup();
@@ -267,9 +254,8 @@ QByteArray VirtualReader::answerLookup()
     QByteArray success = bytesOf(reader_frames::LOOKUP_ANSWER);
     m_found.reset();
     m_selected.reset();
-    if (!m_slot.findCard()) {
-        return refusal(UsbRefusal::NoCard, success.size());
-    }
+    if (!m_slot.findCard())
+        return refusal(UsbRefusal::NO_CARD, success.size());
     m_found = m_slot.placement();
     return success;
 }
@@ -278,12 +264,11 @@ QByteArray VirtualReader::answerSelect()
 {
     QByteArray success = bytesOf(reader_frames::SELECT_ANSWER);
     m_selected.reset();
-    if (!m_found) {
-        return refusal(UsbRefusal::OutOfOrder, success.size());
-    }
+    if (!m_found)
+        return refusal(UsbRefusal::OUT_OF_ORDER, success.size());
     if (!isOnReader(m_found)) {
         m_found.reset();
-        return refusal(UsbRefusal::NoCard, success.size());
+        return refusal(UsbRefusal::NO_CARD, success.size());
     }
     m_selected = m_found;
     return success;
@@ -291,21 +276,18 @@ QByteArray VirtualReader::answerSelect()
 
 QByteArray VirtualReader::answerRead()
 {
-    if (!m_selected) {
-        return refusal(UsbRefusal::OutOfOrder);
-    }
+    if (!m_selected)
+        return refusal(UsbRefusal::OUT_OF_ORDER);
     const Faults faults = m_slot.faults();
-    if (faults.cardRemoved) {
+    if (faults.cardRemoved)
         m_slot.removeCard();
-    }
     if (!isOnReader(m_selected)) {
         m_found.reset();
         m_selected.reset();
-        return refusal(UsbRefusal::NoCard);
+        return refusal(UsbRefusal::NO_CARD);
     }
-    if (m_slot.failsTransiently() || faults.readFails) {
-        return refusal(UsbRefusal::CardNotRead);
-    }
+    if (m_slot.failsTransiently() || faults.readFails)
+        return refusal(UsbRefusal::CARD_NOT_READ);
     return readAnswer(*m_slot.card(), faults);
 }
 

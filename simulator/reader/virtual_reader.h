@@ -16,11 +16,11 @@ namespace simulator
  * simulator/README.md tells when each comes.
  */
 enum class UsbRefusal : unsigned char {
-    NoCard = 0x80,
-    MalformedCommand = 0xE1,
-    UnknownCommand = 0xE2,
-    OutOfOrder = 0xE3,
-    CardNotRead = 0xE4,
+    NO_CARD = 0x80,
+    MALFORMED_COMMAND = 0xE1,
+    UNKNOWN_COMMAND = 0xE2,
+    OUT_OF_ORDER = 0xE3,
+    CARD_NOT_READ = 0xE4,
 };
 
 /**

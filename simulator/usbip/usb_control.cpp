@@ -51,7 +51,7 @@ constexpr StringRow STRINGS[] = {
 
 UsbTransfer status(const UsbSetup &setup)
 {
-    return ended(UsbStatus::Done, QByteArray(2, '\0').left(setup.length));
+    return ended(UsbStatus::DONE, QByteArray(2, '\0').left(setup.length));
 }
 
 QByteArray stringDescriptor(const QByteArray &content)
@@ -77,16 +77,14 @@ QByteArray string(int index, const UsbDescription &description)
 {
     for (const StringRow &row : STRINGS) {
         const int used = static_cast<std::uint8_t>(description.device.at(row.indexAt));
-        if (used == 0) {
+        if (used == 0)
             continue;
-        }
         if (index == 0) {
             return stringDescriptor(
                 QByteArray(UNITED_STATES_ENGLISH, sizeof UNITED_STATES_ENGLISH));
         }
-        if (index == used) {
+        if (index == used)
             return stringDescriptor(utf16(row.text));
-        }
     }
     return {};
 }
@@ -94,9 +92,8 @@ QByteArray string(int index, const UsbDescription &description)
 /** What the device would be at its other speed: the same. */
 QByteArray qualifier(const UsbDescription &description)
 {
-    if (!description.isHighSpeed) {
+    if (!description.isHighSpeed)
         return {}; // it has no other speed
-    }
     constexpr int SIZE = 10;
     QByteArray bytes;
     bytes.append(static_cast<char>(SIZE));
@@ -125,9 +122,8 @@ bool UsbSetup::isIn() const
 UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
 {
     const std::optional<UsbDescription> description = describeDevice(m_device.descriptors());
-    if (!description) {
-        return ended(UsbStatus::Stalled);
-    }
+    if (!description)
+        return ended(UsbStatus::STALLED);
     switch (setup.requestType & ~USB_ENDPOINT_IN) {
     case TO_DEVICE:
         return answerDevice(setup, *description);
@@ -136,7 +132,7 @@ UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
     case TO_ENDPOINT:
         return answerEndpoint(setup, *description);
     default:
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
 }
 
@@ -150,19 +146,19 @@ UsbTransfer UsbControlEndpoint::answerDevice(const UsbSetup &setup,
         case GET_DESCRIPTOR:
             return descriptor(setup, description);
         case GET_CONFIGURATION:
-            return ended(UsbStatus::Done,
+            return ended(UsbStatus::DONE,
                          QByteArray(1, static_cast<char>(m_configuration)).left(setup.length));
         default:
-            return ended(UsbStatus::Stalled);
+            return ended(UsbStatus::STALLED);
         }
     }
     switch (setup.request) {
     case SET_ADDRESS:
-        return ended(UsbStatus::Done);
+        return ended(UsbStatus::DONE);
     case SET_CONFIGURATION:
         return configure(setup.value, description);
     default:
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
 }
 
@@ -172,19 +168,16 @@ UsbTransfer UsbControlEndpoint::answerInterface(const UsbSetup &setup,
     const bool isKnown = std::any_of(
         description.interfaces.begin(), description.interfaces.end(),
         [&](const UsbInterfaceClass &interface) { return interface.number == setup.index; });
-    if (!isKnown) {
-        return ended(UsbStatus::Stalled);
-    }
-    if (setup.isIn() && setup.request == GET_STATUS) {
+    if (!isKnown)
+        return ended(UsbStatus::STALLED);
+    if (setup.isIn() && setup.request == GET_STATUS)
         return status(setup);
-    }
-    if (setup.isIn() && setup.request == GET_INTERFACE) {
-        return ended(UsbStatus::Done, QByteArray(1, '\0').left(setup.length));
-    }
+    if (setup.isIn() && setup.request == GET_INTERFACE)
+        return ended(UsbStatus::DONE, QByteArray(1, '\0').left(setup.length));
     const bool isFirstSetting = setup.value == 0; // there is no other
     return !setup.isIn() && setup.request == SET_INTERFACE && isFirstSetting
-               ? ended(UsbStatus::Done)
-               : ended(UsbStatus::Stalled);
+               ? ended(UsbStatus::DONE)
+               : ended(UsbStatus::STALLED);
 }
 
 UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
@@ -192,15 +185,13 @@ UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
 {
     const auto address = static_cast<std::uint8_t>(setup.index);
     const bool isZero = (address & ~USB_ENDPOINT_IN) == ENDPOINT_ZERO;
-    if (setup.index > 0xFF || (!isZero && !description.hasEndpoint(address))) {
-        return ended(UsbStatus::Stalled);
-    }
-    if (setup.isIn() && setup.request == GET_STATUS) {
+    if (setup.index > 0xFF || (!isZero && !description.hasEndpoint(address)))
+        return ended(UsbStatus::STALLED);
+    if (setup.isIn() && setup.request == GET_STATUS)
         return status(setup);
-    }
     return !setup.isIn() && setup.request == CLEAR_FEATURE && setup.value == FEATURE_ENDPOINT_HALT
-               ? ended(UsbStatus::Done)
-               : ended(UsbStatus::Stalled);
+               ? ended(UsbStatus::DONE)
+               : ended(UsbStatus::STALLED);
 }
 
 UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescription &description)
@@ -212,9 +203,8 @@ UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescr
         bytes = description.device;
         break;
     case USB_DESCRIPTOR_CONFIGURATION:
-        if (index == 0) {
+        if (index == 0)
             bytes = description.configuration;
-        }
         break;
     case USB_DESCRIPTOR_STRING:
         bytes = string(index, description);
@@ -225,22 +215,21 @@ UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescr
     default:
         break;
     }
-    return bytes.isEmpty() ? ended(UsbStatus::Stalled)
-                           : ended(UsbStatus::Done, bytes.left(setup.length));
+    return bytes.isEmpty() ? ended(UsbStatus::STALLED)
+                           : ended(UsbStatus::DONE, bytes.left(setup.length));
 }
 
 UsbTransfer UsbControlEndpoint::configure(std::uint16_t value, const UsbDescription &description)
 {
-    if (value != 0 && value != description.configurationValue) {
-        return ended(UsbStatus::Stalled);
-    }
+    if (value != 0 && value != description.configurationValue)
+        return ended(UsbStatus::STALLED);
     if (value != 0 && m_configuration != 0 && m_device.refusesReset()) {
         m_configuration = 0; // the host gives the device up and may find it anew
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
     m_configuration = static_cast<std::uint8_t>(value);
     m_device.reset();
-    return ended(UsbStatus::Done);
+    return ended(UsbStatus::DONE);
 }
 
 } // namespace simulator

@@ -39,9 +39,8 @@ void takeEndpoint(const QByteArray &endpoint, UsbDescription *description)
 {
     description->endpoints.push_back(byteAt(endpoint, 2));
     const bool isBulk = (byteAt(endpoint, 3) & TRANSFER_KIND_MASK) == BULK;
-    if (isBulk && wordAt(endpoint, 4) == HIGH_SPEED_BULK_PACKET) {
+    if (isBulk && wordAt(endpoint, 4) == HIGH_SPEED_BULK_PACKET)
         description->isHighSpeed = true;
-    }
 }
 
 // Takes what follows the configuration's own descriptor; false when a length is wrong.
@@ -51,20 +50,17 @@ bool takeParts(UsbDescription *description)
     int offset = CONFIGURATION_SIZE;
     while (offset < all.size()) {
         const int size = byteAt(all, offset);
-        if (size < 2 || size > all.size() - offset) {
+        if (size < 2 || size > all.size() - offset)
             return false;
-        }
         const QByteArray part = all.mid(offset, size);
         const int kind = byteAt(part, 1);
         if ((kind == USB_DESCRIPTOR_INTERFACE && size < INTERFACE_SIZE) ||
-            (kind == USB_DESCRIPTOR_ENDPOINT && size < ENDPOINT_SIZE)) {
+            (kind == USB_DESCRIPTOR_ENDPOINT && size < ENDPOINT_SIZE))
             return false;
-        }
-        if (kind == USB_DESCRIPTOR_INTERFACE) {
+        if (kind == USB_DESCRIPTOR_INTERFACE)
             takeInterface(part, description);
-        } else if (kind == USB_DESCRIPTOR_ENDPOINT) {
+        else if (kind == USB_DESCRIPTOR_ENDPOINT)
             takeEndpoint(part, description);
-        }
         offset += size;
     }
     return true;
@@ -79,9 +75,8 @@ bool UsbDescription::hasEndpoint(std::uint8_t address) const
 
 std::optional<UsbDescription> describeDevice(const QByteArray &descriptors)
 {
-    if (descriptors.size() < USB_DEVICE_DESCRIPTOR_SIZE + CONFIGURATION_SIZE) {
+    if (descriptors.size() < USB_DEVICE_DESCRIPTOR_SIZE + CONFIGURATION_SIZE)
         return std::nullopt;
-    }
     UsbDescription description;
     description.device = descriptors.left(USB_DEVICE_DESCRIPTOR_SIZE);
     description.configuration = descriptors.mid(USB_DEVICE_DESCRIPTOR_SIZE);
@@ -90,17 +85,15 @@ std::optional<UsbDescription> describeDevice(const QByteArray &descriptors)
         byteAt(description.device, 1) != USB_DESCRIPTOR_DEVICE ||
         byteAt(description.configuration, 0) != CONFIGURATION_SIZE ||
         byteAt(description.configuration, 1) != USB_DESCRIPTOR_CONFIGURATION ||
-        total < CONFIGURATION_SIZE || total > description.configuration.size()) {
+        total < CONFIGURATION_SIZE || total > description.configuration.size())
         return std::nullopt;
-    }
     description.configuration.truncate(total);
     description.vendor = wordAt(description.device, 8);
     description.product = wordAt(description.device, 10);
     description.release = wordAt(description.device, 12);
     description.configurationValue = byteAt(description.configuration, 5);
-    if (!takeParts(&description)) {
+    if (!takeParts(&description))
         return std::nullopt;
-    }
     return description;
 }
 

@@ -24,16 +24,16 @@ constexpr int STATUS_REMOTE_IO_ERROR = -121; // EREMOTEIO: less came than was as
 int statusNumber(const UsbTransfer &outcome)
 {
     switch (outcome.status) {
-    case UsbStatus::Done:
+    case UsbStatus::DONE:
         return 0;
-    case UsbStatus::Stalled:
+    case UsbStatus::STALLED:
         return STATUS_BROKEN_PIPE;
-    case UsbStatus::Broken:
+    case UsbStatus::BROKEN:
         return STATUS_PROTOCOL_ERROR;
-    case UsbStatus::TooLong:
+    case UsbStatus::TOO_LONG:
         return STATUS_OVERFLOW;
-    case UsbStatus::Unplugged:
-    case UsbStatus::Pending: // never ends, see `start`
+    case UsbStatus::UNPLUGGED:
+    case UsbStatus::PENDING: // never ends, see `start`
         break;
     }
     return STATUS_SHUT_DOWN;
@@ -58,9 +58,8 @@ bool UsbipConnection::wantsBytes() const
 
 void UsbipConnection::receive(const QByteArray &bytes, std::int64_t now)
 {
-    if (m_isOver) {
+    if (m_isOver)
         return;
-    }
     if (!wantsBytes()) {
         end(QStringLiteral("it sends on without reading what it is sent"));
         return;
@@ -93,16 +92,14 @@ void UsbipConnection::serveRequests(std::int64_t now)
 {
     while (wantsBytes()) {
         const std::optional<UsbipRequest> request = m_reader.next();
-        if (!request) {
+        if (!request)
             break;
-        }
         std::visit([&](const auto &known) { serve(known, now); }, *request);
         endDueTransfers(now);
         endIfUnplugged();
     }
-    if (!m_isOver && !m_reader.problem().isEmpty()) {
+    if (!m_isOver && !m_reader.problem().isEmpty())
         end(m_reader.problem());
-    }
 }
 
 void UsbipConnection::serve(const UsbipListRequest & /*request*/, std::int64_t /*now*/)
@@ -117,15 +114,14 @@ void UsbipConnection::serve(const UsbipImportRequest &request, std::int64_t /*no
 {
     UsbDevice &device = m_export.device;
     const std::optional<UsbDescription> description = describeDevice(device.descriptors());
-    UsbipStatus status = UsbipStatus::Done;
-    if (request.busId != USBIP_BUS_ID || !device.isPluggedIn()) {
-        status = UsbipStatus::NoSuchDevice;
-    } else if (m_export.isImported) {
-        status = UsbipStatus::InUse;
-    } else if (!description) {
-        status = UsbipStatus::DeviceFailed;
-    }
-    if (status != UsbipStatus::Done) {
+    UsbipStatus status = UsbipStatus::DONE;
+    if (request.busId != USBIP_BUS_ID || !device.isPluggedIn())
+        status = UsbipStatus::NO_SUCH_DEVICE;
+    else if (m_export.isImported)
+        status = UsbipStatus::IN_USE;
+    else if (!description)
+        status = UsbipStatus::DEVICE_FAILED;
+    if (status != UsbipStatus::DONE) {
         m_toSend += usbipImportReply(status, std::nullopt);
         end({});
         return;
@@ -182,13 +178,12 @@ void UsbipConnection::answerControl(const UsbipSubmit &submit)
     const UsbSetup &setup = submit.setup;
     const bool isContradictory = setup.length != 0 && setup.isIn() != submit.isIn();
     const bool hasRoom = setup.length <= submit.length;
-    if (!m_export.device.isPluggedIn()) {
-        reply(submit, ended(UsbStatus::Unplugged));
-    } else if (isContradictory || !hasRoom) {
-        reply(submit, ended(UsbStatus::Stalled));
-    } else {
+    if (!m_export.device.isPluggedIn())
+        reply(submit, ended(UsbStatus::UNPLUGGED));
+    else if (isContradictory || !hasRoom)
+        reply(submit, ended(UsbStatus::STALLED));
+    else
         reply(submit, m_control.answer(setup));
-    }
 }
 
 void UsbipConnection::startTransfers(std::int64_t now)
@@ -196,9 +191,8 @@ void UsbipConnection::startTransfers(std::int64_t now)
     std::set<std::uint8_t> busyEndpoints;
     for (Transfer &transfer : m_transfers) {
         const bool isFirst = busyEndpoints.insert(transfer.submit.endpoint).second;
-        if (isFirst && !transfer.isStarted) {
+        if (isFirst && !transfer.isStarted)
             start(&transfer, now);
-        }
     }
 }
 
@@ -208,28 +202,25 @@ void UsbipConnection::start(Transfer *transfer, std::int64_t now)
     const UsbipSubmit &submit = transfer->submit;
     const std::optional<UsbDescription> description = describeDevice(device.descriptors());
     transfer->isStarted = true;
-    if (!device.isPluggedIn()) {
-        transfer->outcome = ended(UsbStatus::Unplugged);
-    } else if (!description || !description->hasEndpoint(submit.endpoint)) {
-        transfer->outcome = ended(UsbStatus::Stalled);
-    } else if (submit.isIn()) {
+    if (!device.isPluggedIn())
+        transfer->outcome = ended(UsbStatus::UNPLUGGED);
+    else if (!description || !description->hasEndpoint(submit.endpoint))
+        transfer->outcome = ended(UsbStatus::STALLED);
+    else if (submit.isIn())
         transfer->outcome = device.read(submit.endpoint, submit.length);
-    } else {
+    else
         transfer->outcome = device.write(submit.endpoint, submit.data);
-    }
     transfer->end.reset();
-    if (transfer->outcome.status != UsbStatus::Pending) {
+    if (transfer->outcome.status != UsbStatus::PENDING)
         transfer->end = now + std::max(0, transfer->outcome.delayMs);
-    }
 }
 
 // A read that found nothing to take may find something after a write.
 void UsbipConnection::restartWaitingReads()
 {
     for (Transfer &transfer : m_transfers) {
-        if (transfer.submit.isIn() && transfer.isStarted && !transfer.end) {
+        if (transfer.submit.isIn() && transfer.isStarted && !transfer.end)
             transfer.isStarted = false;
-        }
     }
 }
 
@@ -237,9 +228,8 @@ UsbipConnection::Transfers::const_iterator UsbipConnection::nextToEnd() const
 {
     auto next = m_transfers.end();
     for (auto it = m_transfers.begin(); it != m_transfers.end(); ++it) {
-        if (it->end && (next == m_transfers.end() || *it->end < *next->end)) {
+        if (it->end && (next == m_transfers.end() || *it->end < *next->end))
             next = it;
-        }
     }
     return next;
 }
@@ -252,9 +242,8 @@ void UsbipConnection::endDueTransfers(std::int64_t now)
         ended.splice(ended.begin(), m_transfers, next);
         const Transfer &transfer = ended.front();
         reply(transfer.submit, transfer.outcome);
-        if (!transfer.submit.isIn() && transfer.outcome.status == UsbStatus::Done) {
+        if (!transfer.submit.isIn() && transfer.outcome.status == UsbStatus::DONE)
             restartWaitingReads();
-        }
         startTransfers(now);
     }
 }
@@ -269,25 +258,22 @@ void UsbipConnection::reply(const UsbipSubmit &submit, const UsbTransfer &outcom
     }
     // A client that is sent more than it asked for gives the device up.
     const QByteArray data = outcome.data.left(submit.length);
-    if (status == 0 && submit.isShortRefused && data.size() < submit.length) {
+    if (status == 0 && submit.isShortRefused && data.size() < submit.length)
         status = STATUS_REMOTE_IO_ERROR;
-    }
     m_toSend += usbipSubmitReply(submit.number, status, data.size(), data);
 }
 
 void UsbipConnection::endIfUnplugged()
 {
-    if (m_isOver || !m_hasDevice || m_export.device.isPluggedIn()) {
+    if (m_isOver || !m_hasDevice || m_export.device.isPluggedIn())
         return;
-    }
     // The transfer during which it goes ends first.
     const bool isGoing =
         std::any_of(m_transfers.begin(), m_transfers.end(), [](const Transfer &transfer) {
-            return transfer.isStarted && transfer.outcome.status == UsbStatus::Unplugged;
+            return transfer.isStarted && transfer.outcome.status == UsbStatus::UNPLUGGED;
         });
-    if (!isGoing) {
+    if (!isGoing)
         end(QStringLiteral("the reader was unplugged"));
-    }
 }
 
 void UsbipConnection::end(const QString &problem)
@@ -295,9 +281,8 @@ void UsbipConnection::end(const QString &problem)
     m_isOver = true;
     m_problem = problem;
     m_transfers.clear();
-    if (m_hasDevice) {
+    if (m_hasDevice)
         m_export.isImported = false;
-    }
     m_hasDevice = false;
 }
 

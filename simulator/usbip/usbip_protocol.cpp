@@ -130,17 +130,15 @@ void UsbipRequestReader::append(const QByteArray &bytes)
 
 std::optional<UsbipRequest> UsbipRequestReader::next()
 {
-    if (!m_problem.isEmpty()) {
+    if (!m_problem.isEmpty())
         return std::nullopt;
-    }
     return m_areTransfers ? nextTransfer() : nextOperation();
 }
 
 std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
 {
-    if (bytesBuffered() < OPERATION_HEADER_SIZE) {
+    if (bytesBuffered() < OPERATION_HEADER_SIZE)
         return std::nullopt;
-    }
     if (word(0) != VERSION) {
         return fail(QStringLiteral("it speaks version %1 of the protocol, not %2")
                         .arg(hexadecimal(word(0)), hexadecimal(VERSION)));
@@ -150,15 +148,13 @@ std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
         take(OPERATION_HEADER_SIZE);
         return UsbipListRequest();
     case OP_REQ_IMPORT: {
-        if (bytesBuffered() < OPERATION_HEADER_SIZE + BUS_ID_SIZE) {
+        if (bytesBuffered() < OPERATION_HEADER_SIZE + BUS_ID_SIZE)
             return std::nullopt;
-        }
         take(OPERATION_HEADER_SIZE);
         const QByteArray busId = take(BUS_ID_SIZE);
         const int end = busId.indexOf('\0');
-        if (end < 0) {
+        if (end < 0)
             return fail(QStringLiteral("the bus id of its import request has no end"));
-        }
         return UsbipImportRequest{busId.left(end)};
     }
     default:
@@ -171,13 +167,11 @@ std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
 
 std::optional<UsbipRequest> UsbipRequestReader::nextTransfer()
 {
-    if (bytesBuffered() < TRANSFER_HEADER_SIZE) {
+    if (bytesBuffered() < TRANSFER_HEADER_SIZE)
         return std::nullopt;
-    }
     const std::uint32_t command = number(0);
-    if (command != USBIP_CMD_SUBMIT && command != USBIP_CMD_UNLINK) {
+    if (command != USBIP_CMD_SUBMIT && command != USBIP_CMD_UNLINK)
         return fail(QStringLiteral("it sends the unknown command %1").arg(hexadecimal(command)));
-    }
     if (number(AT_DEVICE) != USBIP_DEVICE_ID) {
         return fail(QStringLiteral("it names the device %1, but has imported %2")
                         .arg(hexadecimal(number(AT_DEVICE)), hexadecimal(USBIP_DEVICE_ID)));
@@ -222,9 +216,8 @@ std::optional<UsbipRequest> UsbipRequestReader::nextSubmit(UsbipSubmit submit,
     }
     submit.length = static_cast<int>(length);
     const int dataSize = direction == DIRECTION_OUT ? submit.length : 0;
-    if (bytesBuffered() < TRANSFER_HEADER_SIZE + dataSize) {
+    if (bytesBuffered() < TRANSFER_HEADER_SIZE + dataSize)
         return std::nullopt;
-    }
     submit.isShortRefused = (number(AT_FLAGS) & FLAG_SHORT_NOT_OK) != 0;
     std::array<std::uint8_t, UsbSetup::SIZE> setup = {};
     for (std::size_t i = 0; i < setup.size(); ++i) {
@@ -264,7 +257,7 @@ std::nullopt_t UsbipRequestReader::fail(const QString &problem)
 
 QByteArray usbipListReply(const std::optional<UsbDescription> &device)
 {
-    QByteArray bytes = operationHeader(OP_REP_DEVLIST, UsbipStatus::Done);
+    QByteArray bytes = operationHeader(OP_REP_DEVLIST, UsbipStatus::DONE);
     appendNumber(&bytes, std::uint32_t{device ? 1U : 0U});
     if (device) {
         appendDevice(&bytes, *device);
@@ -281,9 +274,8 @@ QByteArray usbipListReply(const std::optional<UsbDescription> &device)
 QByteArray usbipImportReply(UsbipStatus status, const std::optional<UsbDescription> &device)
 {
     QByteArray bytes = operationHeader(OP_REP_IMPORT, status);
-    if (device) {
+    if (device)
         appendDevice(&bytes, *device);
-    }
     return bytes;
 }
 

@@ -32,10 +32,10 @@ constexpr int USBIP_LONGEST_TRANSFER = 64 * 1024;
 
 /** What became of a request to list or import devices. */
 enum class UsbipStatus : std::uint32_t {
-    Done = 0,
-    InUse = 1, ///< somebody else has imported the device
-    DeviceFailed = 3,
-    NoSuchDevice = 4,
+    DONE = 0,
+    IN_USE = 1, ///< somebody else has imported the device
+    DEVICE_FAILED = 3,
+    NO_SUCH_DEVICE = 4,
 };
 
 struct UsbipListRequest {

@@ -148,7 +148,7 @@ protected:
     void plugIn(const QString &faults)
     {
         QString problem;
-        ASSERT_TRUE(m_reader.slot().putCard(cardFile(), simulator::PutAs::Described, &problem))
+        ASSERT_TRUE(m_reader.slot().putCard(cardFile(), simulator::PutAs::DESCRIBED, &problem))
             << problem.toStdString();
         ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
         m_bus.add(m_reader);

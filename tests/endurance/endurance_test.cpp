@@ -97,7 +97,7 @@ TEST(Endurance, UsbReadsWithUnplugging_HoldNoMoreThanAtTheBeginning)
     usb_test::EmulatedBus bus;
     simulator::VirtualReader reader;
     QString problem;
-    ASSERT_TRUE(reader.slot().putCard("resident", simulator::PutAs::Described, &problem));
+    ASSERT_TRUE(reader.slot().putCard("resident", simulator::PutAs::DESCRIBED, &problem));
     bus.add(reader);
     const QJsonObject figures = usbFigures(&bus, &reader);
     expectNoMoreThanAtTheBeginning(figures);

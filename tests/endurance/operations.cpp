@@ -173,8 +173,8 @@ public:
     QString run(std::uint64_t number) override
     {
         const Record &record = m_records[number % m_records.size()];
-        const auto card = app::decodeRawRecord(record.bytes, record.prints, app::Road::File);
-        if (card && card->photoFormat() == app::PhotoFormat::Bmp)
+        const auto card = app::decodeRawRecord(record.bytes, record.prints, app::Road::FILE);
+        if (card && card->photoFormat() == app::PhotoFormat::BMP)
             return {};
         return QStringLiteral("the record of %1 was not decoded").arg(record.name);
     }

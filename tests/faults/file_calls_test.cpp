@@ -75,7 +75,7 @@ protected:
     std::string writeWith(const std::vector<FailingFileCall> &failing) const
     {
         setFailingFileCalls(failing);
-        const QString problem = app::writeFileSet(folder(), NEW_FILES, app::ExistingFiles::Replace);
+        const QString problem = app::writeFileSet(folder(), NEW_FILES, app::ExistingFiles::REPLACE);
         made = fileCallsMade();
         madeOfLast = lastFileCallsMade();
         setFailingFileCalls({});

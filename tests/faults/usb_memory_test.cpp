@@ -44,7 +44,7 @@ protected:
         EXPECT_TRUE(warmUp());
         QString problem;
         EXPECT_TRUE(
-            m_device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::Plain, &problem))
+            m_device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::PLAIN, &problem))
             << problem.toStdString();
         m_bus = std::make_unique<EmulatedBus>();
         m_bus->add(m_device);

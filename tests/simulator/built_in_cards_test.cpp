@@ -23,9 +23,8 @@ std::vector<CardDescription> allCards()
         DescriptionError error;
         const std::optional<CardDescription> card = loadCard(name, &error);
         EXPECT_TRUE(card) << error.message().toStdString();
-        if (card) {
+        if (card)
             cards.push_back(*card);
-        }
     }
     return cards;
 }
@@ -60,9 +59,8 @@ int most(const std::vector<CardDescription> &cards, CardKind kind, QString CardD
 {
     int length = 0;
     for (const CardDescription &card : cards) {
-        if (card.kind == kind) {
+        if (card.kind == kind)
             length = std::max(length, (card.*text).size());
-        }
     }
     return length;
 }
@@ -71,42 +69,40 @@ template <typename Function>
 auto collected(Function function)
 {
     std::set<decltype(function(CardDescription()))> values;
-    for (const CardDescription &card : allCards()) {
+    for (const CardDescription &card : allCards())
         values.insert(function(card));
-    }
     return values;
 }
 
 } // namespace
 
-TEST(BuiltInCards, names_areThoseOfTheFilesInAlphabeticalOrder)
+TEST(BuiltInCards, Names_AreThoseOfTheFilesInAlphabeticalOrder)
 {
     EXPECT_GE(builtInCardNames().size(), 16);
     EXPECT_EQ(builtInCardNames(), sourceCardNames());
 }
 
-TEST(BuiltInCards, eachCard_hasATitle)
+TEST(BuiltInCards, EachCard_HasATitle)
 {
-    for (const CardDescription &card : allCards()) {
+    for (const CardDescription &card : allCards())
         EXPECT_FALSE(card.title.isEmpty()) << card.idNumber.toStdString();
-    }
 }
 
-TEST(BuiltInCards, mod11Check_examplesOfTheStandard_areXAnd0)
+TEST(BuiltInCards, Mod11Check_ExamplesOfTheStandard_AreXAnd0)
 {
     EXPECT_EQ(mod11Check("079"), 'X');
     EXPECT_EQ(mod11Check("0794"), '0');
 }
 
-TEST(BuiltInCards, icaoCheck_exampleOfTheStandard_is3)
+TEST(BuiltInCards, IcaoCheck_ExampleOfTheStandard_Is3)
 {
     EXPECT_EQ(icaoCheck("520727"), '3');
 }
 
-TEST(BuiltInCards, numbersOf18Characters_endInTheirCheckCharacter)
+TEST(BuiltInCards, NumbersOf18Characters_EndInTheirCheckCharacter)
 {
     for (const CardDescription &card : allCards()) {
-        if (card.kind != CardKind::Foreign2017) {
+        if (card.kind != CardKind::FOREIGN2017) {
             const std::string number = card.idNumber.toStdString();
             ASSERT_EQ(number.size(), 18U);
             EXPECT_EQ(number.back(), mod11Check(number.substr(0, 17))) << number;
@@ -114,10 +110,10 @@ TEST(BuiltInCards, numbersOf18Characters_endInTheirCheckCharacter)
     }
 }
 
-TEST(BuiltInCards, numbersOf2017Cards_endInTheirCheckDigit)
+TEST(BuiltInCards, NumbersOf2017Cards_EndInTheirCheckDigit)
 {
     for (const CardDescription &card : allCards()) {
-        if (card.kind == CardKind::Foreign2017) {
+        if (card.kind == CardKind::FOREIGN2017) {
             const std::string number = card.idNumber.toStdString();
             ASSERT_EQ(number.size(), 15U);
             EXPECT_EQ(number.back(), icaoCheck(number.substr(0, 14))) << number;
@@ -125,59 +121,58 @@ TEST(BuiltInCards, numbersOf2017Cards_endInTheirCheckDigit)
     }
 }
 
-TEST(BuiltInCards, numbers_lieInRegionsAssignedToNobody)
+TEST(BuiltInCards, Numbers_LieInRegionsAssignedToNobody)
 {
     const std::map<CardKind, std::set<QString>> regions = {
-        {CardKind::Resident, {QStringLiteral("990000")}},
-        {CardKind::Hmt,
+        {CardKind::RESIDENT, {QStringLiteral("990000")}},
+        {CardKind::HMT,
          {QStringLiteral("819999"), QStringLiteral("829999"), QStringLiteral("839999"),
           QStringLiteral("849999")}},
     };
     for (const CardDescription &card : allCards()) {
         const QString number = card.idNumber;
         switch (card.kind) {
-        case CardKind::Resident:
-        case CardKind::Hmt:
+        case CardKind::RESIDENT:
+        case CardKind::HMT:
             EXPECT_EQ(regions.at(card.kind).count(number.left(6)), 1U) << number.toStdString();
             break;
-        case CardKind::Foreign2017:
+        case CardKind::FOREIGN2017:
             EXPECT_EQ(number.left(7), card.nationality + QStringLiteral("9900"));
             break;
-        case CardKind::ForeignNew:
+        case CardKind::FOREIGN_NEW:
             EXPECT_EQ(number.left(3), QStringLiteral("999"));
             break;
         }
     }
 }
 
-TEST(BuiltInCards, numbers_holdTheDateOfBirth)
+TEST(BuiltInCards, Numbers_HoldTheDateOfBirth)
 {
     for (const CardDescription &card : allCards()) {
-        const bool shortDate = card.kind == CardKind::Foreign2017;
+        const bool shortDate = card.kind == CardKind::FOREIGN2017;
         const int position = shortDate ? 7 : 6;
         const QString date = shortDate ? card.birthDate.mid(2) : card.birthDate;
         EXPECT_EQ(card.idNumber.mid(position, date.size()), date) << card.idNumber.toStdString();
     }
 }
 
-TEST(BuiltInCards, numbers_occurOnce)
+TEST(BuiltInCards, Numbers_OccurOnce)
 {
     EXPECT_EQ(collected([](const CardDescription &card) { return card.idNumber; }).size(),
               allCards().size());
 }
 
-TEST(BuiltInCards, together_coverKindsDeliveriesPaddingsAndFingerprints)
+TEST(BuiltInCards, Together_CoverKindsDeliveriesPaddingsAndFingerprints)
 {
     using Case = std::tuple<CardKind, PhotoDelivery>;
     std::set<Case> wanted;
     for (const CardKind kind :
-         {CardKind::Resident, CardKind::Hmt, CardKind::Foreign2017, CardKind::ForeignNew}) {
-        wanted.insert({kind, PhotoDelivery::BmpFile});
-        wanted.insert({kind, PhotoDelivery::Compressed});
+         {CardKind::RESIDENT, CardKind::HMT, CardKind::FOREIGN2017, CardKind::FOREIGN_NEW}) {
+        wanted.insert({kind, PhotoDelivery::BMP_FILE});
+        wanted.insert({kind, PhotoDelivery::COMPRESSED});
     }
-    for (const CardKind kind : {CardKind::Resident, CardKind::Hmt, CardKind::ForeignNew}) {
-        wanted.insert({kind, PhotoDelivery::OwnFile});
-    }
+    for (const CardKind kind : {CardKind::RESIDENT, CardKind::HMT, CardKind::FOREIGN_NEW})
+        wanted.insert({kind, PhotoDelivery::OWN_FILE});
     EXPECT_EQ(
         collected([](const CardDescription &card) { return Case(card.kind, card.photoDelivery); }),
         wanted);
@@ -189,32 +184,31 @@ TEST(BuiltInCards, together_coverKindsDeliveriesPaddingsAndFingerprints)
               (std::set<int>{0, 1, 2}));
 }
 
-TEST(BuiltInCards, hmtPermits_coverEveryPrefixAndAnUnknownOne)
+TEST(BuiltInCards, HmtPermits_CoverEveryPrefixAndAnUnknownOne)
 {
     std::set<std::string> prefixes;
     for (const CardDescription &card : allCards()) {
-        if (card.kind == CardKind::Hmt) {
+        if (card.kind == CardKind::HMT)
             prefixes.insert(card.idNumber.left(2).toStdString());
-        }
     }
     EXPECT_EQ(prefixes, (std::set<std::string>{"81", "82", "83", "84"}));
 }
 
-TEST(BuiltInCards, longestTexts_areThereForEveryKind)
+TEST(BuiltInCards, LongestTexts_AreThereForEveryKind)
 {
     const std::vector<CardDescription> cards = allCards();
-    for (const CardKind kind : {CardKind::Resident, CardKind::Hmt}) {
+    for (const CardKind kind : {CardKind::RESIDENT, CardKind::HMT}) {
         EXPECT_EQ(most(cards, kind, &CardDescription::name), 15);
         EXPECT_EQ(most(cards, kind, &CardDescription::address), 35);
         EXPECT_EQ(most(cards, kind, &CardDescription::issuingAuthority), 15);
     }
-    EXPECT_EQ(most(cards, CardKind::Foreign2017, &CardDescription::englishName), 60);
-    EXPECT_EQ(most(cards, CardKind::Foreign2017, &CardDescription::chineseName), 15);
-    EXPECT_EQ(most(cards, CardKind::ForeignNew, &CardDescription::englishName), 35);
-    EXPECT_EQ(most(cards, CardKind::ForeignNew, &CardDescription::chineseName), 15);
+    EXPECT_EQ(most(cards, CardKind::FOREIGN2017, &CardDescription::englishName), 60);
+    EXPECT_EQ(most(cards, CardKind::FOREIGN2017, &CardDescription::chineseName), 15);
+    EXPECT_EQ(most(cards, CardKind::FOREIGN_NEW, &CardDescription::englishName), 35);
+    EXPECT_EQ(most(cards, CardKind::FOREIGN_NEW, &CardDescription::chineseName), 15);
 }
 
-TEST(BuiltInCards, together_coverTheUnusualTexts)
+TEST(BuiltInCards, Together_CoverTheUnusualTexts)
 {
     EXPECT_THAT(collected([](const CardDescription &card) { return card.validTo; }),
                 testing::Contains(QString::fromUtf8("长期")));
@@ -232,7 +226,7 @@ TEST(BuiltInCards, together_coverTheUnusualTexts)
                 testing::Contains(true));
 }
 
-TEST(BuiltInCards, birthDates_haveMonthsAndDaysWithAndWithoutALeadingZero)
+TEST(BuiltInCards, BirthDates_HaveMonthsAndDaysWithAndWithoutALeadingZero)
 {
     for (const int position : {4, 6}) {
         EXPECT_EQ(collected([position](const CardDescription &card) {

@@ -12,9 +12,8 @@ static QDir cardFolder()
 QStringList sourceCardNames()
 {
     QStringList names = cardFolder().entryList({QStringLiteral("*.json")}, QDir::Files);
-    for (QString &name : names) {
+    for (QString &name : names)
         name.chop(5);
-    }
     names.sort();
     return names;
 }

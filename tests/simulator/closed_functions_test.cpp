@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(SimulatedReader, residentCard_isReadWithItsTexts)
+TEST_F(SimulatedReader, ResidentCard_IsReadWithItsTexts)
 {
     const ReadAnswer answer = readOnce();
     ASSERT_EQ(answer.code, KVO_SUCCESS);
@@ -48,7 +48,7 @@ TEST_F(SimulatedReader, residentCard_isReadWithItsTexts)
     EXPECT_EQ(fieldText(answer.info.cn.id), "990000199003074284");
 }
 
-TEST_F(SimulatedReader, photoDeliveredAsBmp_fillsTheWholeArea)
+TEST_F(SimulatedReader, PhotoDeliveredAsBmp_FillsTheWholeArea)
 {
     const ReadAnswer answer = readOnce();
     EXPECT_EQ(answer.photoLength, IDCARD_PHOTO_SIZE);
@@ -57,7 +57,7 @@ TEST_F(SimulatedReader, photoDeliveredAsBmp_fillsTheWholeArea)
     EXPECT_EQ(answer.photo[IDCARD_PHOTO_SIZE - 1], 0); // padding of the last row
 }
 
-TEST_F(SimulatedReader, photoDeliveredCompressed_leavesTheRestOfTheAreaAlone)
+TEST_F(SimulatedReader, PhotoDeliveredCompressed_LeavesTheRestOfTheAreaAlone)
 {
     put("hmt-macao");
     const ReadAnswer answer = readOnce();
@@ -65,7 +65,7 @@ TEST_F(SimulatedReader, photoDeliveredCompressed_leavesTheRestOfTheAreaAlone)
     EXPECT_EQ(answer.photo[IDCARD_COMPRESSED_PHOTO_SIZE], 0xEE);
 }
 
-TEST_F(SimulatedReader, photoDeliveredAsItsOwnFile_isTheFileAndZeros)
+TEST_F(SimulatedReader, PhotoDeliveredAsItsOwnFile_IsTheFileAndZeros)
 {
     QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/foreign-new-photo-jpeg.jpg"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -80,7 +80,7 @@ TEST_F(SimulatedReader, photoDeliveredAsItsOwnFile_isTheFileAndZeros)
     EXPECT_EQ(std::memcmp(answer.photo.data(), area.constData(), IDCARD_PHOTO_SIZE), 0);
 }
 
-TEST_F(SimulatedReader, fingerprints_areAsManyAsDescribedAndEachItsOwn)
+TEST_F(SimulatedReader, Fingerprints_AreAsManyAsDescribedAndEachItsOwn)
 {
     const ReadAnswer two = readOnce();
     ASSERT_EQ(two.fingerprintLength, 1024U);
@@ -101,7 +101,7 @@ TEST_F(SimulatedReader, fingerprints_areAsManyAsDescribedAndEachItsOwn)
     EXPECT_THAT(none.fingerprints, Each(0xEE));
 }
 
-TEST_F(SimulatedReader, wrongPort_failsInEveryFunction)
+TEST_F(SimulatedReader, WrongPort_FailsInEveryFunction)
 {
     const ReaderSession session;
     ReadAnswer answer;
@@ -113,7 +113,7 @@ TEST_F(SimulatedReader, wrongPort_failsInEveryFunction)
     EXPECT_EQ(KVO_ClosePort(1000), VendorCode::VENDOR_WRONG_PORT);
 }
 
-TEST_F(SimulatedReader, findReadAndClose_beforeOpen_fail)
+TEST_F(SimulatedReader, FindReadAndClose_BeforeOpen_Fail)
 {
     ReadAnswer answer;
     unsigned char byte = 0;
@@ -124,7 +124,7 @@ TEST_F(SimulatedReader, findReadAndClose_beforeOpen_fail)
     EXPECT_EQ(KVO_ClosePort(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
-TEST_F(SimulatedReader, openWhileOpen_failsAndClosingOnceCloses)
+TEST_F(SimulatedReader, OpenWhileOpen_FailsAndClosingOnceCloses)
 {
     EXPECT_EQ(KVO_OpenPort(KVO_PORT), KVO_SUCCESS);
     EXPECT_EQ(KVO_OpenPort(KVO_PORT), VendorCode::VENDOR_ALREADY_OPEN);
@@ -132,20 +132,20 @@ TEST_F(SimulatedReader, openWhileOpen_failsAndClosingOnceCloses)
     EXPECT_EQ(KVO_ClosePort(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
-TEST_F(SimulatedReader, readWithoutFind_fails)
+TEST_F(SimulatedReader, ReadWithoutFind_Fails)
 {
     ReaderSession session;
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
 
-TEST_F(SimulatedReader, readAfterReopening_needsAFindAgain)
+TEST_F(SimulatedReader, ReadAfterReopening_NeedsAFindAgain)
 {
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
     ReaderSession session;
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
 
-TEST_F(SimulatedReader, nullPointerOrOtherFlag_failsAndWritesNothing)
+TEST_F(SimulatedReader, NullPointerOrOtherFlag_FailsAndWritesNothing)
 {
     ReaderSession session;
     ASSERT_EQ(session.find(), KVO_SUCCESS);
@@ -170,7 +170,7 @@ TEST_F(SimulatedReader, nullPointerOrOtherFlag_failsAndWritesNothing)
     EXPECT_THAT(prints, Each(0xEE));
 }
 
-TEST_F(SimulatedReader, takenCard_isNotFoundUntilOneIsPut)
+TEST_F(SimulatedReader, TakenCard_IsNotFoundUntilOneIsPut)
 {
     idcard_simulator_take_card();
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
@@ -178,7 +178,7 @@ TEST_F(SimulatedReader, takenCard_isNotFoundUntilOneIsPut)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(SimulatedReader, cardTakenBetweenFindAndRead_isGone)
+TEST_F(SimulatedReader, CardTakenBetweenFindAndRead_IsGone)
 {
     ReaderSession session;
     ASSERT_EQ(session.find(), KVO_SUCCESS);
@@ -186,7 +186,7 @@ TEST_F(SimulatedReader, cardTakenBetweenFindAndRead_isGone)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
 }
 
-TEST_F(SimulatedReader, cardExchangedBetweenFindAndRead_mustBeFoundAnew)
+TEST_F(SimulatedReader, CardExchangedBetweenFindAndRead_MustBeFoundAnew)
 {
     ReaderSession session;
     ASSERT_EQ(session.find(), KVO_SUCCESS);
@@ -196,7 +196,7 @@ TEST_F(SimulatedReader, cardExchangedBetweenFindAndRead_mustBeFoundAnew)
     EXPECT_EQ(session.read().info.kind, CARD_INFO_KIND_HMT);
 }
 
-TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
+TEST_F(SimulatedReader, PutUnusableCard_TellsWhyAndLeavesTheCard)
 {
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, sizeof message), -1);
@@ -204,7 +204,7 @@ TEST_F(SimulatedReader, putUnusableCard_tellsWhyAndLeavesTheCard)
     EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
 }
 
-TEST_F(SimulatedReader, putPlainCard_deliversTheSameCardWithItsCompressedPhotoAsBmp)
+TEST_F(SimulatedReader, PutPlainCard_DeliversTheSameCardWithItsCompressedPhotoAsBmp)
 {
     put("hmt-macao");
     const ReadAnswer described = readOnce();
@@ -216,7 +216,7 @@ TEST_F(SimulatedReader, putPlainCard_deliversTheSameCardWithItsCompressedPhotoAs
     EXPECT_EQ(std::memcmp(&plain.info, &described.info, sizeof plain.info), 0);
 }
 
-TEST_F(SimulatedReader, putPlainCard_hasNoneOfItsFaultsButThoseSetBesideIt)
+TEST_F(SimulatedReader, PutPlainCard_HasNoneOfItsFaultsButThoseSetBesideIt)
 {
     ASSERT_EQ(idcard_simulator_put_plain_card("resident-transient-failures", nullptr, 0), 0);
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
@@ -224,7 +224,7 @@ TEST_F(SimulatedReader, putPlainCard_hasNoneOfItsFaultsButThoseSetBesideIt)
     EXPECT_EQ(readOnce().code, 7);
 }
 
-TEST_F(SimulatedReader, putUnusablePlainCard_tellsWhyAndLeavesTheCard)
+TEST_F(SimulatedReader, PutUnusablePlainCard_TellsWhyAndLeavesTheCard)
 {
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_put_plain_card("no-such-card", message, sizeof message), -1);
@@ -232,7 +232,7 @@ TEST_F(SimulatedReader, putUnusablePlainCard_tellsWhyAndLeavesTheCard)
     EXPECT_EQ(fieldText(readOnce().info.cn.name), "林晓雨");
 }
 
-TEST_F(SimulatedReader, putNullOrEmptyName_isRefused)
+TEST_F(SimulatedReader, PutNullOrEmptyName_IsRefused)
 {
     char message[100] = "";
     EXPECT_EQ(idcard_simulator_put_card(nullptr, message, sizeof message), -1);
@@ -240,7 +240,7 @@ TEST_F(SimulatedReader, putNullOrEmptyName_isRefused)
     EXPECT_EQ(idcard_simulator_put_card("", nullptr, 0), -1);
 }
 
-TEST_F(SimulatedReader, setUnknownFaults_tellsWhyAndLeavesTheFaults)
+TEST_F(SimulatedReader, SetUnknownFaults_TellsWhyAndLeavesTheFaults)
 {
     ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
     char message[4096] = "";
@@ -249,14 +249,14 @@ TEST_F(SimulatedReader, setUnknownFaults_tellsWhyAndLeavesTheFaults)
     EXPECT_EQ(readOnce().code, 7);
 }
 
-TEST_F(SimulatedReader, nullFaults_meanNone)
+TEST_F(SimulatedReader, NullFaults_MeanNone)
 {
     ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
     EXPECT_EQ(idcard_simulator_set_faults(nullptr, nullptr, 0), 0);
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(SimulatedReader, messageLongerThanItsBuffer_isCutAndTerminated)
+TEST_F(SimulatedReader, MessageLongerThanItsBuffer_IsCutAndTerminated)
 {
     char message[8];
     std::memset(message, 'x', sizeof message);
@@ -270,7 +270,7 @@ TEST_F(SimulatedReader, messageLongerThanItsBuffer_isCutAndTerminated)
     EXPECT_EQ(message[0], 'x');
 }
 
-TEST_F(SimulatedReader, messageCutInsideACharacter_losesThatCharacterWhole)
+TEST_F(SimulatedReader, MessageCutInsideACharacter_LosesThatCharacterWhole)
 {
     char message[6];
     EXPECT_EQ(idcard_simulator_put_card("卡片", message, 6), -1);

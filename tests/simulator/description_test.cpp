@@ -95,7 +95,7 @@ class DescriptionTexts : public testing::TestWithParam<WrongText>
 
 } // namespace
 
-TEST_P(DescriptionTexts, wrongText_isRefusedWithFileKeyAndReason)
+TEST_P(DescriptionTexts, WrongText_IsRefusedWithFileKeyAndReason)
 {
     const WrongText &wrong = GetParam();
     EXPECT_EQ(refusalOf(wrong.card, wrong.key, QString::fromUtf8(wrong.text)), wrong.message);
@@ -137,14 +137,13 @@ INSTANTIATE_TEST_SUITE_P(
         WrongText{"resident", "name", "李\n川",
                   "my.json: \"name\": \"李\xEF\xBF\xBD川\" holds the control character U+000a"}));
 
-TEST(Description, tooLongText_isRefusedWithTheRoomThereIs)
+TEST(Description, TooLongText_IsRefusedWithTheRoomThereIs)
 {
     for (const CardKind kind :
-         {CardKind::Resident, CardKind::Hmt, CardKind::Foreign2017, CardKind::ForeignNew}) {
+         {CardKind::RESIDENT, CardKind::HMT, CardKind::FOREIGN2017, CardKind::FOREIGN_NEW}) {
         for (const TextKey &key : textKeys()) {
-            if (key.form != TextForm::Free || key.rule(kind).use == KeyUse::Absent) {
+            if (key.form != TextForm::FREE || key.rule(kind).use == KeyUse::ABSENT)
                 continue;
-            }
             const int room = key.rule(kind).characters;
             EXPECT_EQ(textProblem(key, kind, QString(room, QLatin1Char('A'))), QString());
             EXPECT_EQ(textProblem(key, kind, QString(room + 1, QLatin1Char('A'))).toStdString(),
@@ -156,7 +155,7 @@ TEST(Description, tooLongText_isRefusedWithTheRoomThereIs)
     }
 }
 
-TEST(Description, tooLongText_isQuotedInPart)
+TEST(Description, TooLongText_IsQuotedInPart)
 {
     const std::string message = refusalOf("resident", "address", QString(5000, QLatin1Char('A')));
     EXPECT_LT(message.size(), 200U);
@@ -164,13 +163,13 @@ TEST(Description, tooLongText_isQuotedInPart)
     EXPECT_THAT(message, HasSubstr("has 5000 characters; a resident card has room for 35"));
 }
 
-TEST(Description, missingRequiredKey_isRefusedByName)
+TEST(Description, MissingRequiredKey_IsRefusedByName)
 {
     for (const char *card : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
         const CardKind kind = accepted(withKey(card, "padding", QStringLiteral("zeros"))).kind;
         for (const TextKey &key : textKeys()) {
             const std::string name = key.name;
-            const bool required = key.rule(kind).use == KeyUse::Required;
+            const bool required = key.rule(kind).use == KeyUse::REQUIRED;
             EXPECT_EQ(refusal(withoutKey(card, QLatin1String(key.name))),
                       required ? "my.json: \"" + name + "\": is missing; a " +
                                      cardKindName(kind).toStdString() + " card needs it"
@@ -179,18 +178,18 @@ TEST(Description, missingRequiredKey_isRefusedByName)
     }
 }
 
-TEST(Description, missingKind_isRefused)
+TEST(Description, MissingKind_IsRefused)
 {
     EXPECT_EQ(refusal("{}"), R"(my.json: "kind": is missing)");
 }
 
-TEST(Description, unknownKind_isRefusedWithTheKnownOnes)
+TEST(Description, UnknownKind_IsRefusedWithTheKnownOnes)
 {
     EXPECT_EQ(refusalOf("resident", "kind", QStringLiteral("passport")),
               R"(my.json: "kind": "passport" is none of resident, hmt, foreign-2017, foreign-new)");
 }
 
-TEST(Description, unknownKey_isRefusedWithTheKeysOfTheKind)
+TEST(Description, UnknownKey_IsRefusedWithTheKeysOfTheKind)
 {
     const std::string message = refusalOf("resident", "birthdate", QStringLiteral("19900103"));
     EXPECT_THAT(message, StartsWith(R"(my.json: "birthdate": is not a key of a resident card)"));
@@ -199,7 +198,7 @@ TEST(Description, unknownKey_isRefusedWithTheKeysOfTheKind)
     EXPECT_THAT(message, testing::Not(HasSubstr("englishName")));
 }
 
-TEST(Description, keyOfAnotherKind_isRefused)
+TEST(Description, KeyOfAnotherKind_IsRefused)
 {
     EXPECT_THAT(refusalOf("foreign-new", "address", QStringLiteral("A")),
                 StartsWith(R"(my.json: "address": is not a key of a foreign-new card)"));
@@ -207,7 +206,7 @@ TEST(Description, keyOfAnotherKind_isRefused)
                 StartsWith(R"(my.json: "fingerprints": is not a key of a hmt card)"));
 }
 
-TEST(Description, wrongType_isRefusedWithBothTypes)
+TEST(Description, WrongType_IsRefusedWithBothTypes)
 {
     EXPECT_EQ(refusalOf("resident", "name", 5), R"(my.json: "name": must be a text, not a number)");
     EXPECT_EQ(refusalOf("resident", "name", QJsonValue::Null),
@@ -226,7 +225,7 @@ TEST(Description, wrongType_isRefusedWithBothTypes)
               R"(my.json: "faults": must be a list of texts, not an object in the list)");
 }
 
-TEST(Description, numberOutOfRange_isRefused)
+TEST(Description, NumberOutOfRange_IsRefused)
 {
     EXPECT_EQ(refusalOf("resident", "fingerprints", 3),
               R"(my.json: "fingerprints": 3 is not a whole number from 0 to 2)");
@@ -236,7 +235,7 @@ TEST(Description, numberOutOfRange_isRefused)
               R"(my.json: "fingerprints": -1 is not a whole number from 0 to 2)");
 }
 
-TEST(Description, wrongPartOfPhoto_isRefusedByItsOwnName)
+TEST(Description, WrongPartOfPhoto_IsRefusedByItsOwnName)
 {
     EXPECT_EQ(refusalOf("resident", "photo", QJsonObject()),
               R"(my.json: "photo.delivery": is missing)");
@@ -254,7 +253,7 @@ TEST(Description, wrongPartOfPhoto_isRefusedByItsOwnName)
         R"(my.json: "photo.size": is not a known key; keys of a photo: delivery, file, seed)");
 }
 
-TEST(Description, photosOwnFile_isNamedWhereItIsDeliveredAndNowhereElse)
+TEST(Description, PhotosOwnFile_IsNamedWhereItIsDeliveredAndNowhereElse)
 {
     const auto photo = [](const char *delivery, const QJsonValue &file) {
         return QJsonObject{{QStringLiteral("delivery"), QLatin1String(delivery)},
@@ -272,7 +271,7 @@ TEST(Description, photosOwnFile_isNamedWhereItIsDeliveredAndNowhereElse)
               R"(my.json: "photo.file": must be a text, not a number)");
 }
 
-TEST(Description, photosFileThatIsNoNameInTheFolder_isRefused)
+TEST(Description, PhotosFileThatIsNoNameInTheFolder_IsRefused)
 {
     for (const char *name : {"", "/etc/passwd", "../my.jpg", "a\nb"}) {
         const QJsonObject photo{{QStringLiteral("delivery"), QStringLiteral("file")},
@@ -283,43 +282,43 @@ TEST(Description, photosFileThatIsNoNameInTheFolder_isRefused)
     }
 }
 
-TEST(Description, wrongFault_isRefusedWithTheVocabulary)
+TEST(Description, WrongFault_IsRefusedWithTheVocabulary)
 {
     EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("no-crad")}),
                 StartsWith("my.json: \"faults\": fault \"no-crad\" is not known; known faults: "
                            "open-fails=N, no-card or no-card=N, "));
 }
 
-TEST(Description, faultsOfAReaderOnUsb_areReadAndCheckedAsAllOthers)
+TEST(Description, FaultsOfAReaderOnUsb_AreReadAndCheckedAsAllOthers)
 {
     const CardDescription card =
         accepted(withKey("resident", "faults",
                          QJsonArray{QStringLiteral("select-answer-replaced=00ff"),
                                     QStringLiteral("unplugged-before=3")}));
-    EXPECT_EQ(card.faults.of(UsbExchange::Select).answerReplaced, QByteArray("\x00\xFF", 2));
+    EXPECT_EQ(card.faults.of(UsbExchange::SELECT).answerReplaced, QByteArray("\x00\xFF", 2));
     EXPECT_EQ(card.faults.unpluggedBefore, 3);
     EXPECT_EQ(refusalOf("resident", "faults", QJsonArray{QStringLiteral("read-answer-cut=x")}),
               "my.json: \"faults\": fault \"read-answer-cut=x\" is not of the form "
               "read-answer-cut=N: only the first N bytes of the answer come (0 to 4095)");
 }
 
-TEST(Description, brokenJson_isRefusedWithLineAndColumn)
+TEST(Description, BrokenJson_IsRefusedWithLineAndColumn)
 {
     EXPECT_THAT(refusal("{\n  \"kind\": resident\n}"), StartsWith("my.json: line 2, column "));
     EXPECT_THAT(refusal(""), StartsWith("my.json: line 1, column 1: "));
 }
 
-TEST(Description, jsonThatIsNoObject_isRefused)
+TEST(Description, JsonThatIsNoObject_IsRefused)
 {
     EXPECT_EQ(refusal("[]"), "my.json: is not a JSON object");
 }
 
-TEST(Description, deeplyNestedJson_isRefused)
+TEST(Description, DeeplyNestedJson_IsRefused)
 {
     EXPECT_THAT(refusal(QByteArray(60000, '[')), StartsWith("my.json: line 1, "));
 }
 
-TEST(Description, textOfTheLargestSize_isReadAndOneByteMoreRefused)
+TEST(Description, TextOfTheLargestSize_IsReadAndOneByteMoreRefused)
 {
     const QByteArray json = withKey("resident", "padding", QStringLiteral("zeros"));
     EXPECT_EQ(refusal(json.leftJustified(LARGEST_DESCRIPTION, ' ')), "");
@@ -327,33 +326,31 @@ TEST(Description, textOfTheLargestSize_isReadAndOneByteMoreRefused)
               "my.json: is larger than a description may be (65536 bytes)");
 }
 
-TEST(Description, optionalKeysLeftOut_haveTheirDefaults)
+TEST(Description, OptionalKeysLeftOut_HaveTheirDefaults)
 {
     QJsonObject object = sourceCard(QStringLiteral("resident"));
-    for (const char *key : {"title", "fingerprints", "photo", "padding", "faults"}) {
+    for (const char *key : {"title", "fingerprints", "photo", "padding", "faults"})
         object.remove(QLatin1String(key));
-    }
     const CardDescription card = accepted(QJsonDocument(object).toJson());
     EXPECT_EQ(card.fingerprints, 0);
-    EXPECT_EQ(card.photoDelivery, PhotoDelivery::BmpFile);
+    EXPECT_EQ(card.photoDelivery, PhotoDelivery::BMP_FILE);
     EXPECT_FALSE(card.photoSeed);
-    EXPECT_EQ(card.padding, Padding::Zeros);
+    EXPECT_EQ(card.padding, Padding::ZEROS);
     EXPECT_FALSE(card.faults.transientFailures);
 }
 
-TEST(Description, allKinds_areReadWithEveryText)
+TEST(Description, AllKinds_AreReadWithEveryText)
 {
     for (const QString &name : sourceCardNames()) {
         const QJsonObject object = sourceCard(name);
         const CardDescription card = accepted(QJsonDocument(object).toJson());
         EXPECT_EQ(cardKindName(card.kind), object.value(QStringLiteral("kind")).toString());
-        for (const TextKey &key : textKeys()) {
+        for (const TextKey &key : textKeys())
             EXPECT_EQ(card.*key.text, object.value(QLatin1String(key.name)).toString()) << key.name;
-        }
     }
 }
 
-TEST(Description, codesOfNoStandard_areReadBecauseSuchCardsExist)
+TEST(Description, CodesOfNoStandard_AreReadBecauseSuchCardsExist)
 {
     const CardDescription card = accepted(withKey("resident", "ethnicGroup", QStringLiteral("57")));
     EXPECT_EQ(ethnicGroupText(card), QString());
@@ -361,7 +358,7 @@ TEST(Description, codesOfNoStandard_areReadBecauseSuchCardsExist)
               QStringLiteral("CR"));
 }
 
-TEST(Description, textsFromCodes_areLabelAndName)
+TEST(Description, TextsFromCodes_AreLabelAndName)
 {
     CardDescription card;
     card.sex = QStringLiteral("9");
@@ -370,16 +367,16 @@ TEST(Description, textsFromCodes_areLabelAndName)
     EXPECT_EQ(ethnicGroupText(card), QString::fromUtf8("维吾尔"));
 }
 
-TEST(CardLibrary, pathOfAFile_isLoaded)
+TEST(CardLibrary, PathOfAFile_IsLoaded)
 {
     DescriptionError error;
     const auto card =
         loadCard(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json"), &error);
     ASSERT_TRUE(card) << error.message().toStdString();
-    EXPECT_EQ(card->kind, CardKind::Hmt);
+    EXPECT_EQ(card->kind, CardKind::HMT);
 }
 
-TEST(CardLibrary, photosOwnFile_isLoadedFromTheFolderOfTheDescription)
+TEST(CardLibrary, PhotosOwnFile_IsLoadedFromTheFolderOfTheDescription)
 {
     const OwnPhoto card(QByteArray("what it is does not matter"));
     DescriptionError error;
@@ -388,7 +385,7 @@ TEST(CardLibrary, photosOwnFile_isLoadedFromTheFolderOfTheDescription)
     EXPECT_EQ(loaded->photoFileData, QByteArray("what it is does not matter"));
 }
 
-TEST(CardLibrary, photosOwnFileOfTheLargestSize_isLoadedAndOneByteMoreRefused)
+TEST(CardLibrary, PhotosOwnFileOfTheLargestSize_IsLoadedAndOneByteMoreRefused)
 {
     constexpr int LARGEST = 38862;
     DescriptionError error;
@@ -402,7 +399,7 @@ TEST(CardLibrary, photosOwnFileOfTheLargestSize_isLoadedAndOneByteMoreRefused)
                                  "be (38862 bytes)"));
 }
 
-TEST(CardLibrary, photosOwnFileThatIsNotThere_isRefused)
+TEST(CardLibrary, PhotosOwnFileThatIsNotThere_IsRefused)
 {
     const OwnPhoto card((QByteArray()));
     QFile::remove(card.photoPath());
@@ -412,7 +409,7 @@ TEST(CardLibrary, photosOwnFileThatIsNotThere_isRefused)
               card.path() + QStringLiteral(R"(: "photo.file": "photo.jpg" is not a regular file)"));
 }
 
-TEST(CardLibrary, unknownName_isRefusedWithTheBuiltInNames)
+TEST(CardLibrary, UnknownName_IsRefusedWithTheBuiltInNames)
 {
     DescriptionError error;
     EXPECT_FALSE(loadCard(QStringLiteral("residnet"), &error));
@@ -421,7 +418,7 @@ TEST(CardLibrary, unknownName_isRefusedWithTheBuiltInNames)
                            "foreign-2017, "));
 }
 
-TEST(CardLibrary, whatIsNoRegularFile_isRefusedWithoutWaiting)
+TEST(CardLibrary, WhatIsNoRegularFile_IsRefusedWithoutWaiting)
 {
     const QTemporaryDir folder;
     const QString pipe = folder.filePath(QStringLiteral("pipe.json"));
@@ -433,7 +430,7 @@ TEST(CardLibrary, whatIsNoRegularFile_isRefusedWithoutWaiting)
     }
 }
 
-TEST(CardLibrary, oversizedFile_isRefused)
+TEST(CardLibrary, OversizedFile_IsRefused)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("big.json"));

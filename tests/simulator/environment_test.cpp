@@ -30,29 +30,27 @@ protected:
     {
         qunsetenv("IDCARD_SIMULATOR_CARD");
         qunsetenv("IDCARD_SIMULATOR_FAULTS");
-        if (card != nullptr) {
+        if (card != nullptr)
             qputenv("IDCARD_SIMULATOR_CARD", card);
-        }
-        if (faults != nullptr) {
+        if (faults != nullptr)
             qputenv("IDCARD_SIMULATOR_FAULTS", faults);
-        }
     }
 };
 
 } // namespace
 
-TEST_F(Environment, unset_meansAReaderWithoutCard)
+TEST_F(Environment, Unset_MeansAReaderWithoutCard)
 {
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }
 
-TEST_F(Environment, emptyValues_meanAReaderWithoutCard)
+TEST_F(Environment, EmptyValues_MeanAReaderWithoutCard)
 {
     set("", "");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }
 
-TEST_F(Environment, nameOfABuiltInCard_putsIt)
+TEST_F(Environment, NameOfABuiltInCard_PutsIt)
 {
     set("foreign-2017", nullptr);
     const ReadAnswer answer = readOnce();
@@ -60,13 +58,13 @@ TEST_F(Environment, nameOfABuiltInCard_putsIt)
     EXPECT_EQ(fieldText(answer.info.foreign2017.englishName), "BERGSTROM, INGRID MAJA");
 }
 
-TEST_F(Environment, pathOfADescription_putsIt)
+TEST_F(Environment, PathOfADescription_PutsIt)
 {
     set(IDCARD_SOURCE_DIR "/simulator/cards/hmt-taiwan.json", nullptr);
     EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_HMT);
 }
 
-TEST_F(Environment, changedCard_isReadAtTheNextOpening)
+TEST_F(Environment, ChangedCard_IsReadAtTheNextOpening)
 {
     set("resident", nullptr);
     EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_CN);
@@ -76,7 +74,7 @@ TEST_F(Environment, changedCard_isReadAtTheNextOpening)
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }
 
-TEST_F(Environment, countedFaults_countAcrossOpenings)
+TEST_F(Environment, CountedFaults_CountAcrossOpenings)
 {
     set("resident", "no-card=1,transient-failures=1");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
@@ -85,7 +83,7 @@ TEST_F(Environment, countedFaults_countAcrossOpenings)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(Environment, removedCard_staysRemovedWhileTheCardIsNamedUnchanged)
+TEST_F(Environment, RemovedCard_StaysRemovedWhileTheCardIsNamedUnchanged)
 {
     set("resident", "card-removed");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_CARD_REMOVED);
@@ -95,7 +93,7 @@ TEST_F(Environment, removedCard_staysRemovedWhileTheCardIsNamedUnchanged)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(Environment, faults_areAddedToThoseOfTheCard)
+TEST_F(Environment, Faults_AreAddedToThoseOfTheCard)
 {
     set("resident-transient-failures", "read-fails=12");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
@@ -103,7 +101,7 @@ TEST_F(Environment, faults_areAddedToThoseOfTheCard)
     EXPECT_EQ(readOnce().code, 12);
 }
 
-TEST_F(Environment, unusableCard_failsTheOpeningAndIsToldOnStandardErrorEachTime)
+TEST_F(Environment, UnusableCard_FailsTheOpeningAndIsToldOnStandardErrorEachTime)
 {
     set("no-such-card", nullptr);
     for (int i = 0; i < 2; ++i) {
@@ -116,7 +114,7 @@ TEST_F(Environment, unusableCard_failsTheOpeningAndIsToldOnStandardErrorEachTime
     EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
-TEST_F(Environment, unusableFaults_failTheOpeningAndAreToldOnStandardError)
+TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreToldOnStandardError)
 {
     set("resident", "dealy-ms=5");
     testing::internal::CaptureStderr();
@@ -126,7 +124,7 @@ TEST_F(Environment, unusableFaults_failTheOpeningAndAreToldOnStandardError)
                            "fault \"dealy-ms=5\" is not known; known faults: "));
 }
 
-TEST_F(Environment, faultsOfAReaderOnUsb_failTheOpeningAndAreToldOnStandardError)
+TEST_F(Environment, FaultsOfAReaderOnUsb_FailTheOpeningAndAreToldOnStandardError)
 {
     set("resident", "no-card=1,unplugged");
     testing::internal::CaptureStderr();
@@ -135,7 +133,7 @@ TEST_F(Environment, faultsOfAReaderOnUsb_failTheOpeningAndAreToldOnStandardError
                 testing::HasSubstr("no fault \"unplugged\"; only the reader on USB has it"));
 }
 
-TEST_F(Environment, usableValues_leaveStandardErrorEmpty)
+TEST_F(Environment, UsableValues_LeaveStandardErrorEmpty)
 {
     set("resident", "delay-ms=1");
     testing::internal::CaptureStderr();
@@ -144,7 +142,7 @@ TEST_F(Environment, usableValues_leaveStandardErrorEmpty)
 }
 
 // Runs last, for what it does lasts.
-TEST_F(Environment, zz_callsOnceMade_decideInsteadOfTheEnvironment)
+TEST_F(Environment, Zz_CallsOnceMade_DecideInsteadOfTheEnvironment)
 {
     set("resident", "read-fails=12");
     EXPECT_EQ(readOnce().code, 12);

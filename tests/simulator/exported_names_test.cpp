@@ -18,15 +18,14 @@ QByteArray namesOfSimulator(const QStringList &options)
 
 } // namespace
 
-TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnFourAndNothingElse)
+TEST(ExportedNames, Library_ExportsTheClosedFunctionsAndItsOwnFourAndNothingElse)
 {
     std::vector<std::string> names;
     const QByteArray output = namesOfSimulator(
         {QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral("-P")});
     for (const QByteArray &line : output.split('\n')) {
-        if (!line.isEmpty()) {
+        if (!line.isEmpty())
             names.push_back(line.split(' ').first().toStdString());
-        }
     }
     EXPECT_THAT(names,
                 ElementsAre("KVO_ClosePort", "KVO_FindIDCard", "KVO_OpenPort", "KVO_ReadIDCard",
@@ -34,12 +33,11 @@ TEST(ExportedNames, library_exportsTheClosedFunctionsAndItsOwnFourAndNothingElse
                             "idcard_simulator_set_faults", "idcard_simulator_take_card", "unpack"));
 }
 
-TEST(ExportedNames, library_needsNoneOfTheReadersFunctions)
+TEST(ExportedNames, Library_NeedsNoneOfTheReadersFunctions)
 {
     const std::string undefined =
         namesOfSimulator({QStringLiteral("-D"), QStringLiteral("--undefined-only")}).toStdString();
     EXPECT_THAT(undefined, HasSubstr("QString")); // the list is there
-    for (const char *name : {"readIDCard", "KVO_", "unpack", "CCommon", "CIdData", "COUNTRY"}) {
+    for (const char *name : {"readIDCard", "KVO_", "unpack", "CCommon", "CIdData", "COUNTRY"})
         EXPECT_THAT(undefined, Not(HasSubstr(name)));
-    }
 }

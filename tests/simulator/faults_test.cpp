@@ -14,12 +14,12 @@ namespace
 Faults parsed(const char *text)
 {
     QString reason;
-    const std::optional<Faults> faults = parseFaults(QString::fromUtf8(text), Road::Usb, &reason);
+    const std::optional<Faults> faults = parseFaults(QString::fromUtf8(text), Road::USB, &reason);
     EXPECT_TRUE(faults) << text << ": " << reason.toStdString();
     return faults.value_or(Faults());
 }
 
-std::string refusal(const char *text, Road road = Road::Usb)
+std::string refusal(const char *text, Road road = Road::USB)
 {
     QString reason;
     return parseFaults(QString::fromUtf8(text), road, &reason) ? std::string()
@@ -28,17 +28,16 @@ std::string refusal(const char *text, Road road = Road::Usb)
 
 } // namespace
 
-TEST(Faults, emptyText_meansNone)
+TEST(Faults, EmptyText_MeansNone)
 {
     for (const char *text : {"", "  "}) {
         const Faults faults = parsed(text);
-        for (const FaultRule &rule : faultRules()) {
+        for (const FaultRule &rule : faultRules())
             EXPECT_FALSE(isFaultSet(faults, rule)) << rule.name;
-        }
     }
 }
 
-TEST(Faults, everyFault_isReadInOneList)
+TEST(Faults, EveryFault_IsReadInOneList)
 {
     const Faults faults = parsed("open-fails=-3, no-card=4,transient-failures=2,read-fails=1,"
                                  "delay-ms=100,photo-undecodable,photo-length=500,unknown-kind=7,"
@@ -54,7 +53,7 @@ TEST(Faults, everyFault_isReadInOneList)
     EXPECT_TRUE(faults.cardRemoved);
 }
 
-TEST(Faults, everyFaultOfAReaderOnUsb_isReadInOneList)
+TEST(Faults, EveryFaultOfAReaderOnUsb_IsReadInOneList)
 {
     const Faults faults =
         parsed("unplugged,unplugged-before=1,unplugged-during=6,permission-denied,"
@@ -69,7 +68,7 @@ TEST(Faults, everyFaultOfAReaderOnUsb_isReadInOneList)
     EXPECT_TRUE(faults.permissionDenied);
     EXPECT_TRUE(faults.claimedElsewhere);
     EXPECT_TRUE(faults.resetRefused);
-    const ExchangeFaults &lookup = faults.of(UsbExchange::Lookup);
+    const ExchangeFaults &lookup = faults.of(UsbExchange::LOOKUP);
     EXPECT_EQ(lookup.answerCut, 8);
     EXPECT_EQ(lookup.answerCorrupted, 4095);
     EXPECT_TRUE(lookup.answerMissing);
@@ -80,80 +79,79 @@ TEST(Faults, everyFaultOfAReaderOnUsb_isReadInOneList)
     EXPECT_TRUE(lookup.commandBroken);
     EXPECT_EQ(lookup.commandCut, 9);
     EXPECT_TRUE(lookup.commandMissing);
-    EXPECT_EQ(faults.of(UsbExchange::Select).answerReplaced, QByteArray("\x00\xFF", 2));
-    EXPECT_EQ(faults.of(UsbExchange::Read).answerDelayed, 60000);
-    EXPECT_EQ(faults.of(UsbExchange::Read).commandDelayed, 0);
+    EXPECT_EQ(faults.of(UsbExchange::SELECT).answerReplaced, QByteArray("\x00\xFF", 2));
+    EXPECT_EQ(faults.of(UsbExchange::READ).answerDelayed, 60000);
+    EXPECT_EQ(faults.of(UsbExchange::READ).commandDelayed, 0);
 }
 
-TEST(Faults, faultOfAnExchange_isThatOfNoOther)
+TEST(Faults, FaultOfAnExchange_IsThatOfNoOther)
 {
     for (const char *exchange : {"lookup", "select", "read"}) {
         const Faults faults = parsed((std::string(exchange) + "-answer-cut=5").c_str());
         for (const UsbExchange other :
-             {UsbExchange::Lookup, UsbExchange::Select, UsbExchange::Read}) {
+             {UsbExchange::LOOKUP, UsbExchange::SELECT, UsbExchange::READ}) {
             EXPECT_EQ(faults.of(other).answerCut.has_value(),
                       exchangeName(other) == QLatin1String(exchange));
         }
     }
 }
 
-TEST(Faults, everyWordOfTheVocabulary_isReadForEveryExchange)
+TEST(Faults, EveryWordOfTheVocabulary_IsReadForEveryExchange)
 {
     for (const FaultRule &rule : faultRules()) {
         for (const char *exchange : {"lookup-", "select-", "read-"}) {
             std::string word = isExchangeFault(rule) ? exchange : "";
             word += rule.name;
-            word += rule.argument == FaultArgument::Number ? "=1" : "";
-            word += rule.argument == FaultArgument::Bytes ? "=01" : "";
+            word += rule.argument == FaultArgument::NUMBER ? "=1" : "";
+            word += rule.argument == FaultArgument::BYTES ? "=01" : "";
             EXPECT_TRUE(isFaultSet(parsed(word.c_str()), rule)) << word;
         }
     }
 }
 
-TEST(Faults, readerOnUsb_hasAllOfThem)
+TEST(Faults, ReaderOnUsb_HasAllOfThem)
 {
     const FaultRuleList all = faultRules();
-    EXPECT_EQ(faultRules(Road::Usb).size(), static_cast<std::size_t>(all.end() - all.begin()));
+    EXPECT_EQ(faultRules(Road::USB).size(), static_cast<std::size_t>(all.end() - all.begin()));
 }
 
-TEST(Faults, makersLibrary_takesItsOwnAndNoOther)
+TEST(Faults, MakersLibrary_TakesItsOwnAndNoOther)
 {
     std::vector<std::string> taken;
     for (const FaultRule &rule : faultRules()) {
-        if (refusal(faultExample(rule).toUtf8(), Road::MakersLibrary).empty()) {
+        if (refusal(faultExample(rule).toUtf8(), Road::MAKERS_LIBRARY).empty())
             taken.emplace_back(rule.name);
-        }
     }
     EXPECT_THAT(taken, testing::ElementsAre("open-fails", "no-card", "transient-failures",
                                             "read-fails", "delay-ms", "photo-undecodable",
                                             "photo-length", "unknown-kind", "card-removed"));
-    EXPECT_EQ(faultRules(Road::MakersLibrary).size(), taken.size());
+    EXPECT_EQ(faultRules(Road::MAKERS_LIBRARY).size(), taken.size());
 }
 
-TEST(Faults, faultOfTheReaderOnUsb_isRefusedForTheMakersLibraryWithTheRoadThatHasIt)
+TEST(Faults, FaultOfTheReaderOnUsb_IsRefusedForTheMakersLibraryWithTheRoadThatHasIt)
 {
-    EXPECT_EQ(refusal("no-card, unplugged-before=2", Road::MakersLibrary),
+    EXPECT_EQ(refusal("no-card, unplugged-before=2", Road::MAKERS_LIBRARY),
               "the reader maker's library has no fault \"unplugged-before\"; only the reader on "
               "USB has it: use idcard-virtual-reader");
-    EXPECT_THAT(refusal("select-answer-missing", Road::MakersLibrary),
+    EXPECT_THAT(refusal("select-answer-missing", Road::MAKERS_LIBRARY),
                 HasSubstr("no fault \"select-answer-missing\""));
 }
 
-TEST(Faults, faultsOfADescription_areThoseOfAnyRoad)
+TEST(Faults, FaultsOfADescription_AreThoseOfAnyRoad)
 {
     QString reason;
     EXPECT_TRUE(parseFaults({"unplugged", "no-card"}, &reason)) << reason.toStdString();
 }
 
-TEST(Faults, mostBytes_areTaken)
+TEST(Faults, MostBytes_AreTaken)
 {
     const std::string digits(8192, 'a');
     EXPECT_EQ(
-        parsed(("read-answer-replaced=" + digits).c_str()).of(UsbExchange::Read).answerReplaced,
+        parsed(("read-answer-replaced=" + digits).c_str()).of(UsbExchange::READ).answerReplaced,
         QByteArray(4096, '\xAA'));
 }
 
-TEST(Faults, wrongBytes_areRefusedWithFormAndMeaning)
+TEST(Faults, WrongBytes_AreRefusedWithFormAndMeaning)
 {
     const std::string tooMany(8194, 'a');
     for (const std::string &digits :
@@ -165,44 +163,44 @@ TEST(Faults, wrongBytes_areRefusedWithFormAndMeaning)
     }
 }
 
-TEST(Faults, exchangeFaultWithoutItsExchange_isNotKnown)
+TEST(Faults, ExchangeFaultWithoutItsExchange_IsNotKnown)
 {
     for (const char *text : {"answer-missing", "E-answer-missing", "close-answer-missing",
                              "-answer-missing", "lookupanswer-missing", "lookup-unplugged"})
         EXPECT_THAT(refusal(text), HasSubstr("is not known"));
 }
 
-TEST(Faults, unknownFault_tellsWhatStandsForTheExchanges)
+TEST(Faults, UnknownFault_TellsWhatStandsForTheExchanges)
 {
     EXPECT_THAT(refusal("lookup"), testing::EndsWith("(E: lookup, select or read)"));
 }
 
-TEST(Faults, exchangeFaultGivenTwice_isRefusedWithItsExchange)
+TEST(Faults, ExchangeFaultGivenTwice_IsRefusedWithItsExchange)
 {
     EXPECT_EQ(refusal("read-answer-cut=1,lookup-answer-cut=1,read-answer-cut=2"),
               "fault \"read-answer-cut\" is given twice");
 }
 
-TEST(Faults, overlaid_replacesFaultsOfEachExchangeAlone)
+TEST(Faults, Overlaid_ReplacesFaultsOfEachExchangeAlone)
 {
     const Faults faults = overlaidFaults(
         parsed("lookup-answer-cut=1,read-answer-cut=2,read-answer-replaced=AA,unplugged-before=1"),
         parsed("read-answer-cut=3,select-answer-missing,unplugged-before=2"));
-    EXPECT_EQ(faults.of(UsbExchange::Lookup).answerCut, 1);
-    EXPECT_EQ(faults.of(UsbExchange::Read).answerCut, 3);
-    EXPECT_EQ(faults.of(UsbExchange::Read).answerReplaced, QByteArray("\xAA"));
-    EXPECT_TRUE(faults.of(UsbExchange::Select).answerMissing);
-    EXPECT_FALSE(faults.of(UsbExchange::Lookup).answerMissing);
+    EXPECT_EQ(faults.of(UsbExchange::LOOKUP).answerCut, 1);
+    EXPECT_EQ(faults.of(UsbExchange::READ).answerCut, 3);
+    EXPECT_EQ(faults.of(UsbExchange::READ).answerReplaced, QByteArray("\xAA"));
+    EXPECT_TRUE(faults.of(UsbExchange::SELECT).answerMissing);
+    EXPECT_FALSE(faults.of(UsbExchange::LOOKUP).answerMissing);
     EXPECT_EQ(faults.unpluggedBefore, 2);
 }
 
-TEST(Faults, numberLeftOut_takesTheFaultsOwn)
+TEST(Faults, NumberLeftOut_TakesTheFaultsOwn)
 {
     EXPECT_EQ(parsed("no-card").noCard, EVERY_TIME);
     EXPECT_EQ(parsed("unknown-kind").unknownKind, 9);
 }
 
-TEST(Faults, numbersAtTheirLimits_areTaken)
+TEST(Faults, NumbersAtTheirLimits_AreTaken)
 {
     EXPECT_EQ(parsed("delay-ms=60000").delayMs, 60000);
     EXPECT_EQ(parsed("photo-length=0").photoLength, 0);
@@ -212,7 +210,7 @@ TEST(Faults, numbersAtTheirLimits_areTaken)
     EXPECT_EQ(parsed("open-fails=65").openFails, 65);
 }
 
-TEST(Faults, wrongNumber_isRefusedWithFormAndMeaning)
+TEST(Faults, WrongNumber_IsRefusedWithFormAndMeaning)
 {
     for (const char *text : {"open-fails",
                              "open-fails=144",
@@ -260,51 +258,49 @@ TEST(Faults, wrongNumber_isRefusedWithFormAndMeaning)
                                         "reading answers N (not 144 or 65)");
 }
 
-TEST(Faults, unknownFault_isRefusedWithAllKnownOnes)
+TEST(Faults, UnknownFault_IsRefusedWithAllKnownOnes)
 {
     const std::string message = refusal("delay-ms=5,no-crad");
     EXPECT_THAT(message, StartsWith("fault \"no-crad\" is not known; known faults: "));
-    for (const FaultRule &rule : faultRules()) {
+    for (const FaultRule &rule : faultRules())
         EXPECT_THAT(message, HasSubstr(faultUsage(rule).toStdString()));
-    }
 }
 
-TEST(Faults, unknownFaultForTheMakersLibrary_isRefusedWithItsFaultsAlone)
+TEST(Faults, UnknownFaultForTheMakersLibrary_IsRefusedWithItsFaultsAlone)
 {
-    const std::string message = refusal("earthquake", Road::MakersLibrary);
+    const std::string message = refusal("earthquake", Road::MAKERS_LIBRARY);
     EXPECT_THAT(message, HasSubstr("unknown-kind or unknown-kind=N, card-removed"));
     EXPECT_THAT(message, testing::Not(HasSubstr("unplugged")));
     EXPECT_THAT(message, testing::Not(HasSubstr("E: lookup")));
 }
 
-TEST(Faults, exampleOfEveryFault_isTakenAndItsNumberIsOne)
+TEST(Faults, ExampleOfEveryFault_IsTakenAndItsNumberIsOne)
 {
     for (const FaultRule &rule : faultRules()) {
         QString reason;
-        if (rule.argument == simulator::FaultArgument::Number) {
+        if (rule.argument == simulator::FaultArgument::NUMBER)
             EXPECT_THAT(faultExample(rule).toStdString(), testing::EndsWith("=1"));
-        }
-        EXPECT_TRUE(parseFaults(faultExample(rule), Road::Usb, &reason)) << reason.toStdString();
+        EXPECT_TRUE(parseFaults(faultExample(rule), Road::USB, &reason)) << reason.toStdString();
     }
 }
 
-TEST(Faults, emptyEntry_isRefused)
+TEST(Faults, EmptyEntry_IsRefused)
 {
     EXPECT_THAT(refusal("no-card,,delay-ms=5"), StartsWith("fault \"\" is not known"));
     EXPECT_THAT(refusal("no-card,"), StartsWith("fault \"\" is not known"));
 }
 
-TEST(Faults, faultGivenTwice_isRefused)
+TEST(Faults, FaultGivenTwice_IsRefused)
 {
     EXPECT_EQ(refusal("delay-ms=5,delay-ms=6"), "fault \"delay-ms\" is given twice");
 }
 
-TEST(Faults, veryLongFault_isQuotedInPart)
+TEST(Faults, VeryLongFault_IsQuotedInPart)
 {
     EXPECT_LT(refusal(std::string(100000, 'x').c_str()).size(), 1500U);
 }
 
-TEST(Faults, overlaid_replacesOnlyWhatIsSet)
+TEST(Faults, Overlaid_ReplacesOnlyWhatIsSet)
 {
     const Faults faults =
         overlaidFaults(parsed("delay-ms=5,read-fails=7"), parsed("read-fails=8,card-removed"));

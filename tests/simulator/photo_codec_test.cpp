@@ -11,7 +11,7 @@
 
 using namespace simulator;
 
-TEST(PhotoCodec, everyPortrait_comesBackAsItsFile)
+TEST(PhotoCodec, EveryPortrait_ComesBackAsItsFile)
 {
     for (std::uint8_t portrait = 0; portrait < PORTRAITS; ++portrait) {
         const QByteArray data = compressPhoto(portrait, 0x89ABCDEFU);
@@ -21,7 +21,7 @@ TEST(PhotoCodec, everyPortrait_comesBackAsItsFile)
     }
 }
 
-TEST(PhotoCodec, cardsOfOnePortrait_haveNoRunOfBytesInCommon)
+TEST(PhotoCodec, CardsOfOnePortrait_HaveNoRunOfBytesInCommon)
 {
     constexpr int HEAD = 21; // mark, portrait and seed
     constexpr int RUN = 4;
@@ -31,7 +31,7 @@ TEST(PhotoCodec, cardsOfOnePortrait_haveNoRunOfBytesInCommon)
         EXPECT_FALSE(other.contains(one.mid(at, RUN))) << at;
 }
 
-TEST(PhotoCodec, builtInCards_haveCompressedPhotosOfTheirOwn)
+TEST(PhotoCodec, BuiltInCards_HaveCompressedPhotosOfTheirOwn)
 {
     std::set<QByteArray> photos;
     for (const QString &name : builtInCardNames()) {
@@ -41,7 +41,7 @@ TEST(PhotoCodec, builtInCards_haveCompressedPhotosOfTheirOwn)
     EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
 }
 
-TEST(PhotoCodec, everyByteChanged_doesNotDecode)
+TEST(PhotoCodec, EveryByteChanged_DoesNotDecode)
 {
     const QByteArray good = compressPhoto(2, 7);
     for (int i = 0; i < good.size(); ++i) {
@@ -51,7 +51,7 @@ TEST(PhotoCodec, everyByteChanged_doesNotDecode)
     }
 }
 
-TEST(PhotoCodec, wrongSize_doesNotDecode)
+TEST(PhotoCodec, WrongSize_DoesNotDecode)
 {
     const QByteArray good = compressPhoto(3, 7);
     EXPECT_TRUE(decompressPhoto(QByteArray()).isEmpty());
@@ -59,13 +59,13 @@ TEST(PhotoCodec, wrongSize_doesNotDecode)
     EXPECT_TRUE(decompressPhoto(good + '\0').isEmpty());
 }
 
-TEST(PhotoCodec, portraitThatThereIsNot_doesNotDecode)
+TEST(PhotoCodec, PortraitThatThereIsNot_DoesNotDecode)
 {
     for (const std::uint8_t portrait : {std::uint8_t{PORTRAITS}, std::uint8_t{255}})
         EXPECT_TRUE(decompressPhoto(compressPhoto(portrait, 7)).isEmpty()) << int{portrait};
 }
 
-TEST(PhotoCodec, pixelRows_areThoseOfTheFileWithRedFirst)
+TEST(PhotoCodec, PixelRows_AreThoseOfTheFileWithRedFirst)
 {
     constexpr int FIRST_ROW = 54;
     constexpr int STRIDE = 308;

@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Every, Portrait, testing::Range(0, int{PORTRAITS}));
 
 } // namespace
 
-TEST_P(Portrait, file_hasTheHeaderOfAPhoto)
+TEST_P(Portrait, File_HasTheHeaderOfAPhoto)
 {
     ASSERT_EQ(file.size(), 38862);
     EXPECT_TRUE(file.startsWith("BM"));
@@ -101,7 +101,7 @@ TEST_P(Portrait, file_hasTheHeaderOfAPhoto)
         EXPECT_EQ(file.mid(FIRST_ROW + row * STRIDE + WIDTH * 3, 2), QByteArray(2, '\0')) << row;
 }
 
-TEST_P(Portrait, letsNothingThroughButTheBackground)
+TEST_P(Portrait, LetsNothingThroughButTheBackground)
 {
     ASSERT_EQ(file.size(), 38862);
     EXPECT_EQ(letThrough(file), background(file));
@@ -109,7 +109,7 @@ TEST_P(Portrait, letsNothingThroughButTheBackground)
     EXPECT_LT(background(file).size(), 8500U);
 }
 
-TEST(Portraits, all_lookDifferent)
+TEST(Portraits, All_LookDifferent)
 {
     std::set<QByteArray> files;
     for (unsigned int portrait = 0; portrait < PORTRAITS; ++portrait)
@@ -117,7 +117,7 @@ TEST(Portraits, all_lookDifferent)
     EXPECT_EQ(files.size(), 32U);
 }
 
-TEST(Portraits, ofBuiltInCards_allLookDifferent)
+TEST(Portraits, OfBuiltInCards_AllLookDifferent)
 {
     std::set<QByteArray> photos;
     for (const QString &name : builtInCardNames())
@@ -125,7 +125,7 @@ TEST(Portraits, ofBuiltInCards_allLookDifferent)
     EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
 }
 
-TEST(Portraits, seed_choosesAmongThoseOfTheSex)
+TEST(Portraits, Seed_ChoosesAmongThoseOfTheSex)
 {
     CardDescription card = builtIn(QStringLiteral("resident"));
     for (const auto &[seed, number] :
@@ -140,7 +140,7 @@ TEST(Portraits, seed_choosesAmongThoseOfTheSex)
     }
 }
 
-TEST(Portraits, withoutASeed_followFromTheNumber)
+TEST(Portraits, WithoutASeed_FollowFromTheNumber)
 {
     CardDescription card = builtIn(QStringLiteral("resident"));
     card.photoSeed.reset();

@@ -138,7 +138,7 @@ std::string testName(const testing::TestParamInfo<std::string> &test)
 
 } // namespace
 
-TEST_P(RawRecord, textOfBuiltInCard_isTheDescriptionFieldByField)
+TEST_P(RawRecord, TextOfBuiltInCard_IsTheDescriptionFieldByField)
 {
     const QByteArray block = textBlock(builtIn(GetParam()));
     const QByteArray expected = expectedBlock(sourceCard(QString::fromStdString(GetParam())));
@@ -147,7 +147,7 @@ TEST_P(RawRecord, textOfBuiltInCard_isTheDescriptionFieldByField)
         ASSERT_EQ(block.at(i), expected.at(i)) << "at offset " << i;
 }
 
-TEST_P(RawRecord, answerOfBuiltInCard_hasItsBlocksInARightFrame)
+TEST_P(RawRecord, AnswerOfBuiltInCard_HasItsBlocksInARightFrame)
 {
     const CardDescription card = builtIn(GetParam());
     const QByteArray answer = readAnswer(card, {});
@@ -168,28 +168,28 @@ TEST_P(RawRecord, answerOfBuiltInCard_hasItsBlocksInARightFrame)
 
 INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(cardNames()), testName);
 
-TEST(RawRecordText, fieldsThatNoOtherRecordHas_standThere)
+TEST(RawRecordText, FieldsThatNoOtherRecordHas_StandThere)
 {
     CardDescription card;
-    card.kind = CardKind::Foreign2017;
+    card.kind = CardKind::FOREIGN2017;
     card.cardVersion = QStringLiteral("02");
     card.authorityCode = QStringLiteral("1500");
     EXPECT_EQ(textBlock(card).mid(236, 14), QByteArray("0\0002\0001\0005\0000\0000\000I\000", 14));
-    card.kind = CardKind::Hmt;
+    card.kind = CardKind::HMT;
     card.travelPermitNumber = QStringLiteral("H12345678");
     card.issueCount = QStringLiteral("07");
     EXPECT_EQ(textBlock(card).mid(220, 22),
               QByteArray("H\0001\0002\0003\0004\0005\0006\0007\0008\0000\0007\000", 22));
 }
 
-TEST(RawRecordText, chineseCharacter_standsLowByteFirst)
+TEST(RawRecordText, ChineseCharacter_StandsLowByteFirst)
 {
     CardDescription card;
     card.name = QString::fromUtf8("汉");
     EXPECT_EQ(textBlock(card).left(4), QByteArray("\x49\x6C\x20\x00", 4));
 }
 
-TEST(RawRecordText, textLongerThanItsField_isCutAndLeavesTheNextFieldAlone)
+TEST(RawRecordText, TextLongerThanItsField_IsCutAndLeavesTheNextFieldAlone)
 {
     CardDescription card;
     card.name = QString(16, QLatin1Char('x'));
@@ -197,14 +197,14 @@ TEST(RawRecordText, textLongerThanItsField_isCutAndLeavesTheNextFieldAlone)
     EXPECT_EQ(textBlock(card).mid(28, 6), QByteArray("x\0001\000 \000", 6));
 }
 
-TEST(RawRecordText, paddingOfTheMakersRecord_doesNotCount)
+TEST(RawRecordText, PaddingOfTheMakersRecord_DoesNotCount)
 {
     CardDescription card;
-    card.padding = Padding::Zeros;
+    card.padding = Padding::ZEROS;
     EXPECT_EQ(textBlock(card).left(4), QByteArray(" \000 \000", 4));
 }
 
-TEST(RawRecordAnswer, numberOfFingerprints_decidesTheSize)
+TEST(RawRecordAnswer, NumberOfFingerprints_DecidesTheSize)
 {
     EXPECT_EQ(readAnswer(builtIn("resident-no-fingerprint"), {}).size(), 1297);
     EXPECT_EQ(readAnswer(builtIn("resident-one-fingerprint"), {}).size(), 1809);
@@ -212,7 +212,7 @@ TEST(RawRecordAnswer, numberOfFingerprints_decidesTheSize)
     EXPECT_EQ(readAnswer(builtIn("hmt-macao"), {}).size(), 1297);
 }
 
-TEST(RawRecordAnswer, unknownKind_hasALetterThatNoDocumentHas)
+TEST(RawRecordAnswer, UnknownKind_HasALetterThatNoDocumentHas)
 {
     Faults faults;
     faults.unknownKind = 9;
@@ -222,7 +222,7 @@ TEST(RawRecordAnswer, unknownKind_hasALetterThatNoDocumentHas)
     }
 }
 
-TEST(RawRecordAnswer, photoLength_isOnlyTold)
+TEST(RawRecordAnswer, PhotoLength_IsOnlyTold)
 {
     for (const int length : {0, 500, 1023, 38862}) {
         Faults faults;
@@ -234,7 +234,7 @@ TEST(RawRecordAnswer, photoLength_isOnlyTold)
     }
 }
 
-TEST(RawRecordAnswer, undecodablePhoto_isOfUsualLengthAndDoesNotDecode)
+TEST(RawRecordAnswer, UndecodablePhoto_IsOfUsualLengthAndDoesNotDecode)
 {
     Faults faults;
     const auto decodes = [&faults] {

@@ -50,7 +50,7 @@ protected:
 
 } // namespace
 
-TEST_F(ReaderFaults, openFails_answersItsCodeEveryTimeAndStaysClosed)
+TEST_F(ReaderFaults, OpenFails_AnswersItsCodeEveryTimeAndStaysClosed)
 {
     set("open-fails=-7");
     EXPECT_EQ(KVO_OpenPort(KVO_PORT), -7);
@@ -58,15 +58,14 @@ TEST_F(ReaderFaults, openFails_answersItsCodeEveryTimeAndStaysClosed)
     EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
-TEST_F(ReaderFaults, noCard_isNeverFound)
+TEST_F(ReaderFaults, NoCard_IsNeverFound)
 {
     set("no-card");
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 5; ++i)
         EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
-    }
 }
 
-TEST_F(ReaderFaults, noCardWithACount_isCountedAcrossOpenings)
+TEST_F(ReaderFaults, NoCardWithACount_IsCountedAcrossOpenings)
 {
     set("no-card=2");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
@@ -74,7 +73,7 @@ TEST_F(ReaderFaults, noCardWithACount_isCountedAcrossOpenings)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, findThatSeesNoCardAfterOneThatDid_forgetsTheCard)
+TEST_F(ReaderFaults, FindThatSeesNoCardAfterOneThatDid_ForgetsTheCard)
 {
     ReaderSession session;
     ASSERT_EQ(session.find(), KVO_SUCCESS);
@@ -83,7 +82,7 @@ TEST_F(ReaderFaults, findThatSeesNoCardAfterOneThatDid_forgetsTheCard)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
 
-TEST_F(ReaderFaults, transientFailures_areCountedAndThenTheCardIsRead)
+TEST_F(ReaderFaults, TransientFailures_AreCountedAndThenTheCardIsRead)
 {
     set("transient-failures=2");
     ReaderSession session;
@@ -97,14 +96,14 @@ TEST_F(ReaderFaults, transientFailures_areCountedAndThenTheCardIsRead)
     EXPECT_EQ(session.read().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, transientFailures_areCountedAcrossOpenings)
+TEST_F(ReaderFaults, TransientFailures_AreCountedAcrossOpenings)
 {
     set("transient-failures=1");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, countedFault_beginsAnewWhenSetAgain)
+TEST_F(ReaderFaults, CountedFault_BeginsAnewWhenSetAgain)
 {
     set("transient-failures=1");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
@@ -113,7 +112,7 @@ TEST_F(ReaderFaults, countedFault_beginsAnewWhenSetAgain)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, countOfTheSetting_isNotRestartedByPuttingACard)
+TEST_F(ReaderFaults, CountOfTheSetting_IsNotRestartedByPuttingACard)
 {
     set("transient-failures=1");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
@@ -121,7 +120,7 @@ TEST_F(ReaderFaults, countOfTheSetting_isNotRestartedByPuttingACard)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, countOfTheCard_restartsWhenItIsPut)
+TEST_F(ReaderFaults, CountOfTheCard_RestartsWhenItIsPut)
 {
     for (int round = 0; round < 2; ++round) {
         put("resident-transient-failures");
@@ -132,17 +131,16 @@ TEST_F(ReaderFaults, countOfTheCard_restartsWhenItIsPut)
     }
 }
 
-TEST_F(ReaderFaults, countsOfSettingAndCard_addUp)
+TEST_F(ReaderFaults, CountsOfSettingAndCard_AddUp)
 {
     put("resident-transient-failures");
     set("transient-failures=1");
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3; ++i)
         EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    }
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, countOfTheSetting_isUsedUpBeforeThatOfTheCard)
+TEST_F(ReaderFaults, CountOfTheSetting_IsUsedUpBeforeThatOfTheCard)
 {
     std::ifstream source(IDCARD_SOURCE_DIR "/simulator/cards/resident-transient-failures.json");
     const std::string card(std::istreambuf_iterator<char>(source), {});
@@ -160,7 +158,7 @@ TEST_F(ReaderFaults, countOfTheSetting_isUsedUpBeforeThatOfTheCard)
     std::remove(path.c_str());
 }
 
-TEST_F(ReaderFaults, readFails_answersItsCodeAndWritesNothing)
+TEST_F(ReaderFaults, ReadFails_AnswersItsCodeAndWritesNothing)
 {
     set("read-fails=1");
     const ReadAnswer answer = readOnce();
@@ -171,14 +169,14 @@ TEST_F(ReaderFaults, readFails_answersItsCodeAndWritesNothing)
     EXPECT_EQ(answer.fingerprints[0], 0xEE);
 }
 
-TEST_F(ReaderFaults, readFailsAfterTransientFailures_comesLast)
+TEST_F(ReaderFaults, ReadFailsAfterTransientFailures_ComesLast)
 {
     set("transient-failures=1,read-fails=33");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
     EXPECT_EQ(readOnce().code, 33);
 }
 
-TEST_F(ReaderFaults, delay_passesBeforeEveryAnswerOfARead)
+TEST_F(ReaderFaults, Delay_PassesBeforeEveryAnswerOfARead)
 {
     set("delay-ms=80,transient-failures=1");
     const auto start = std::chrono::steady_clock::now();
@@ -187,7 +185,7 @@ TEST_F(ReaderFaults, delay_passesBeforeEveryAnswerOfARead)
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(160));
 }
 
-TEST_F(ReaderFaults, photoUndecodable_deliversCompressedDataThatDoesNotDecode)
+TEST_F(ReaderFaults, PhotoUndecodable_DeliversCompressedDataThatDoesNotDecode)
 {
     put("hmt-macao");
     EXPECT_TRUE(decodes(readOnce()));
@@ -201,7 +199,7 @@ TEST_F(ReaderFaults, photoUndecodable_deliversCompressedDataThatDoesNotDecode)
     }
 }
 
-TEST_F(ReaderFaults, photoLength_isReportedAndNoMoreIsWritten)
+TEST_F(ReaderFaults, PhotoLength_IsReportedAndNoMoreIsWritten)
 {
     set("photo-length=500");
     const ReadAnswer answer = readOnce();
@@ -216,7 +214,7 @@ TEST_F(ReaderFaults, photoLength_isReportedAndNoMoreIsWritten)
     EXPECT_EQ(none.photo[0], 0xEE);
 }
 
-TEST_F(ReaderFaults, photoLengthBeyondThePhoto_isFilledWithZeros)
+TEST_F(ReaderFaults, PhotoLengthBeyondThePhoto_IsFilledWithZeros)
 {
     put("hmt-macao");
     set("photo-length=38862");
@@ -227,7 +225,7 @@ TEST_F(ReaderFaults, photoLengthBeyondThePhoto_isFilledWithZeros)
                             [](unsigned char byte) { return byte == 0; }));
 }
 
-TEST_F(ReaderFaults, unknownKind_changesTheKindWordAlone)
+TEST_F(ReaderFaults, UnknownKind_ChangesTheKindWordAlone)
 {
     const ReadAnswer plain = readOnce();
     set("unknown-kind");
@@ -239,7 +237,7 @@ TEST_F(ReaderFaults, unknownKind_changesTheKindWordAlone)
     EXPECT_EQ(readOnce().info.kind, -1);
 }
 
-TEST_F(ReaderFaults, cardRemoved_failsTheReadAndHidesTheCardUntilOneIsPut)
+TEST_F(ReaderFaults, CardRemoved_FailsTheReadAndHidesTheCardUntilOneIsPut)
 {
     set("card-removed");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_CARD_REMOVED);
@@ -250,7 +248,7 @@ TEST_F(ReaderFaults, cardRemoved_failsTheReadAndHidesTheCardUntilOneIsPut)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, cardRemoved_failsASecondReadWithoutFind)
+TEST_F(ReaderFaults, CardRemoved_FailsASecondReadWithoutFind)
 {
     set("card-removed");
     ReaderSession session;
@@ -259,7 +257,7 @@ TEST_F(ReaderFaults, cardRemoved_failsASecondReadWithoutFind)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_NOT_FOUND);
 }
 
-TEST_F(ReaderFaults, faultsOfAReaderOnUsbInADescription_areIgnored)
+TEST_F(ReaderFaults, FaultsOfAReaderOnUsbInADescription_AreIgnored)
 {
     QJsonObject description = sourceCard("resident");
     description["faults"] = QJsonArray{"unplugged",
@@ -279,7 +277,7 @@ TEST_F(ReaderFaults, faultsOfAReaderOnUsbInADescription_areIgnored)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, faultOfAReaderOnUsbSetBesideTheCard_isRefusedAndThoseInForceStay)
+TEST_F(ReaderFaults, FaultOfAReaderOnUsbSetBesideTheCard_IsRefusedAndThoseInForceStay)
 {
     set("read-fails=12");
     char message[500] = "";

@@ -34,9 +34,8 @@ ReadAnswer readOnce()
     ReaderSession session;
     ReadAnswer answer;
     answer.code = session.openCode();
-    if (answer.code == KVO_SUCCESS) {
+    if (answer.code == KVO_SUCCESS)
         answer.code = session.find();
-    }
     return answer.code == KVO_SUCCESS ? session.read() : answer;
 }
 
@@ -45,9 +44,8 @@ std::string ucs2Text(const unsigned char *field, std::size_t size)
     QString text;
     for (std::size_t i = 0; i + 1 < size; i += 2) {
         const QChar character(field[i], field[i + 1]);
-        if (character.isNull()) {
+        if (character.isNull())
             break;
-        }
         text += character;
     }
     return text.toStdString();

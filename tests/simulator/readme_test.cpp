@@ -22,14 +22,12 @@ QList<QStringList> tableRows(const QString &heading)
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
     QString under;
     for (const QString &line : lines) {
-        if (line.startsWith(QLatin1Char('#'))) {
+        if (line.startsWith(QLatin1Char('#')))
             under = line;
-        }
         if (under == heading && line.startsWith(QLatin1String("| "))) {
             QStringList cells = line.mid(1, line.size() - 2).split(QLatin1Char('|'));
-            for (QString &cell : cells) {
+            for (QString &cell : cells)
                 cell = cell.trimmed();
-            }
             rows << cells;
         }
     }
@@ -39,9 +37,8 @@ QList<QStringList> tableRows(const QString &heading)
 QStringList rowOf(const QString &firstCell, const char *heading)
 {
     for (const QStringList &row : tableRows(QLatin1String(heading))) {
-        if (row.first() == firstCell) {
+        if (row.first() == firstCell)
             return row;
-        }
     }
     return {};
 }
@@ -54,11 +51,11 @@ QString code(const QString &text)
 QString usedAs(const KeyRule &rule)
 {
     switch (rule.use) {
-    case KeyUse::Required:
+    case KeyUse::REQUIRED:
         return QStringLiteral("must %1").arg(rule.characters);
-    case KeyUse::Optional:
+    case KeyUse::OPTIONAL:
         return QStringLiteral("may %1").arg(rule.characters);
-    case KeyUse::Absent:
+    case KeyUse::ABSENT:
         break;
     }
     return QStringLiteral("-");
@@ -72,7 +69,7 @@ QString shownUsage(const FaultRule &rule)
 
 } // namespace
 
-TEST(Readme, builtInCards_standThereWithTheirTitles)
+TEST(Readme, BuiltInCards_StandThereWithTheirTitles)
 {
     for (const QString &name : builtInCardNames()) {
         DescriptionError error;
@@ -82,7 +79,7 @@ TEST(Readme, builtInCards_standThereWithTheirTitles)
     }
 }
 
-TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
+TEST(Readme, TextKeys_StandThereWithTheirLengthsForEveryKind)
 {
     for (const TextKey &key : textKeys()) {
         const QStringList row = rowOf(code(QLatin1String(key.name)), "## Card descriptions");
@@ -95,30 +92,30 @@ TEST(Readme, textKeys_standThereWithTheirLengthsForEveryKind)
     }
 }
 
-TEST(Readme, faults_standThereWithTheirMeanings)
+TEST(Readme, Faults_StandThereWithTheirMeanings)
 {
-    for (const FaultRule &rule : faultRules(Road::MakersLibrary)) {
+    for (const FaultRule &rule : faultRules(Road::MAKERS_LIBRARY)) {
         const QStringList row = rowOf(shownUsage(rule), "## Faults");
         ASSERT_EQ(row.size(), 2) << rule.name;
-        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::MakersLibrary))))
+        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::MAKERS_LIBRARY))))
             << rule.name;
     }
 }
 
-TEST(Readme, faultsOfAReaderOnUsb_standThereWithTheirMeanings)
+TEST(Readme, FaultsOfAReaderOnUsb_StandThereWithTheirMeanings)
 {
-    for (const FaultRule &rule : faultRules(Road::Usb)) {
+    for (const FaultRule &rule : faultRules(Road::USB)) {
         const QStringList row = rowOf(shownUsage(rule), "### Faults of the reader on USB");
         ASSERT_EQ(row.size(), 2) << rule.name;
-        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::Usb)))) << rule.name;
+        EXPECT_TRUE(row.at(1).startsWith(QLatin1String(rule.meaning(Road::USB)))) << rule.name;
     }
 }
 
-TEST(Readme, refusalsOfTheReaderOnUsb_standThere)
+TEST(Readme, RefusalsOfTheReaderOnUsb_StandThere)
 {
     for (const UsbRefusal refusal :
-         {UsbRefusal::NoCard, UsbRefusal::MalformedCommand, UsbRefusal::UnknownCommand,
-          UsbRefusal::OutOfOrder, UsbRefusal::CardNotRead}) {
+         {UsbRefusal::NO_CARD, UsbRefusal::MALFORMED_COMMAND, UsbRefusal::UNKNOWN_COMMAND,
+          UsbRefusal::OUT_OF_ORDER, UsbRefusal::CARD_NOT_READ}) {
         const QString status = QStringLiteral("`00 00 %1`")
                                    .arg(static_cast<int>(refusal), 2, 16, QLatin1Char('0'))
                                    .toUpper();

@@ -34,7 +34,7 @@ std::vector<unsigned char> untouched()
 
 } // namespace
 
-TEST(Unpack, modeBmpFile_writesAFileOf38862Bytes)
+TEST(Unpack, ModeBmpFile_WritesAFileOf38862Bytes)
 {
     std::vector<unsigned char> photo = photoOf("resident-compressed-photo");
     ASSERT_EQ(photo.size(), IDCARD_COMPRESSED_PHOTO_SIZE);
@@ -46,7 +46,7 @@ TEST(Unpack, modeBmpFile_writesAFileOf38862Bytes)
     EXPECT_EQ(bmp[38862], 0xEE);
 }
 
-TEST(Unpack, modePixels_writes38556BytesThatAreTheFilesPixelsWithRedFirst)
+TEST(Unpack, ModePixels_Writes38556BytesThatAreTheFilesPixelsWithRedFirst)
 {
     std::vector<unsigned char> photo = photoOf("resident-compressed-photo");
     std::vector<unsigned char> bmp = untouched();
@@ -56,14 +56,13 @@ TEST(Unpack, modePixels_writes38556BytesThatAreTheFilesPixelsWithRedFirst)
     EXPECT_EQ(rows[38556], 0xEE);
     for (std::size_t y = 0; y < 126; ++y) {
         for (std::size_t x = 0; x < 102; ++x) {
-            for (std::size_t part = 0; part < 3; ++part) {
+            for (std::size_t part = 0; part < 3; ++part)
                 ASSERT_EQ(rows[y * 306 + x * 3 + part], bmp[54 + y * 308 + x * 3 + 2 - part]);
-            }
         }
     }
 }
 
-TEST(Unpack, otherMode_failsAndWritesNothing)
+TEST(Unpack, OtherMode_FailsAndWritesNothing)
 {
     std::vector<unsigned char> photo = photoOf("resident-compressed-photo");
     for (const int mode : {0, 1, -1, 105, 309, 311}) {
@@ -73,7 +72,7 @@ TEST(Unpack, otherMode_failsAndWritesNothing)
     }
 }
 
-TEST(Unpack, nullPointer_fails)
+TEST(Unpack, NullPointer_Fails)
 {
     std::vector<unsigned char> photo = photoOf("resident-compressed-photo");
     std::vector<unsigned char> out = untouched();
@@ -82,7 +81,7 @@ TEST(Unpack, nullPointer_fails)
     EXPECT_THAT(out, Each(0xEE));
 }
 
-TEST(Unpack, dataThatIsNoCompressedPhoto_failsAndWritesNothing)
+TEST(Unpack, DataThatIsNoCompressedPhoto_FailsAndWritesNothing)
 {
     std::vector<unsigned char> bmpFile = photoOf("resident");
     std::vector<unsigned char> zeros(IDCARD_COMPRESSED_PHOTO_SIZE);

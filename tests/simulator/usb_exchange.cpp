@@ -88,7 +88,7 @@ void ReaderOnUsb::put(const char *card)
 {
     QString problem;
     EXPECT_TRUE(
-        m_reader.slot().putCard(QString::fromUtf8(card), simulator::PutAs::Described, &problem))
+        m_reader.slot().putCard(QString::fromUtf8(card), simulator::PutAs::DESCRIBED, &problem))
         << problem.toStdString();
 }
 
@@ -101,7 +101,7 @@ void ReaderOnUsb::set(const QString &faults)
 UsbTransfer ReaderOnUsb::ask(const QByteArray &command, int room)
 {
     const UsbTransfer written = m_reader.write(OUT_ENDPOINT, command);
-    EXPECT_EQ(written.status, UsbStatus::Done);
+    EXPECT_EQ(written.status, UsbStatus::DONE);
     EXPECT_EQ(written.count, command.size());
     return m_reader.read(IN_ENDPOINT, room);
 }
@@ -109,7 +109,7 @@ UsbTransfer ReaderOnUsb::ask(const QByteArray &command, int room)
 QByteArray ReaderOnUsb::answer(const QByteArray &command, int room)
 {
     const UsbTransfer transfer = ask(command, room);
-    EXPECT_EQ(transfer.status, UsbStatus::Done);
+    EXPECT_EQ(transfer.status, UsbStatus::DONE);
     EXPECT_EQ(transfer.count, transfer.data.size());
     return transfer.data;
 }

@@ -82,12 +82,10 @@ const std::map<std::string, const char *> ETHNIC_TEXTS = {
 QString expectedText(const QJsonObject &card, const std::string &key)
 {
     QString value = card.value(QLatin1String(key.c_str())).toString();
-    if (key == "sex") {
+    if (key == "sex")
         return QString::fromUtf8(SEX_TEXTS.at(value.toStdString()));
-    }
-    if (key == "ethnicGroup") {
+    if (key == "ethnicGroup")
         return QString::fromUtf8(ETHNIC_TEXTS.at(value.toStdString()));
-    }
     return value;
 }
 
@@ -117,15 +115,14 @@ class VendorRecord : public testing::TestWithParam<std::string>
 std::vector<std::string> cardNames()
 {
     std::vector<std::string> names;
-    for (const QString &name : sourceCardNames()) {
+    for (const QString &name : sourceCardNames())
         names.push_back(name.toStdString());
-    }
     return names;
 }
 
 } // namespace
 
-TEST_P(VendorRecord, builtInCard_isTheDescriptionFieldByField)
+TEST_P(VendorRecord, BuiltInCard_IsTheDescriptionFieldByField)
 {
     DescriptionError error;
     const auto card = loadCard(QString::fromStdString(GetParam()), &error);
@@ -133,9 +130,8 @@ TEST_P(VendorRecord, builtInCard_isTheDescriptionFieldByField)
     const CardInfoStruct info = vendorRecord(*card);
     const QByteArray record(reinterpret_cast<const char *>(&info), int(sizeof info));
     const QByteArray expected = expectedRecord(sourceCard(QString::fromStdString(GetParam())));
-    for (int i = 0; i < record.size(); ++i) {
+    for (int i = 0; i < record.size(); ++i)
         ASSERT_EQ(record.at(i), expected.at(i)) << "at offset " << i;
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Cards, VendorRecord, testing::ValuesIn(cardNames()),

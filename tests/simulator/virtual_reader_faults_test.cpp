@@ -44,9 +44,8 @@ protected:
         ReaderOnUsb reader;
         prepare(&reader, fault);
         UsbTransfer transfer = reader->write(OUT_ENDPOINT, exchange().command);
-        if (transfer.status != UsbStatus::Done || transfer.count < 10) {
-            EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
-        }
+        if (transfer.status != UsbStatus::DONE || transfer.count < 10)
+            EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
         return transfer;
     }
 
@@ -76,114 +75,114 @@ void expectEnd(const UsbTransfer &transfer, UsbStatus status, int count, int del
 
 } // namespace
 
-TEST_P(ExchangeFault, answerReplaced_comesAsGiven)
+TEST_P(ExchangeFault, AnswerReplaced_ComesAsGiven)
 {
     const UsbTransfer transfer = answered(QStringLiteral("answer-replaced=00fF80"));
-    expectEnd(transfer, UsbStatus::Done, 3);
+    expectEnd(transfer, UsbStatus::DONE, 3);
     EXPECT_EQ(transfer.data.toHex(), "00ff80");
 }
 
-TEST_P(ExchangeFault, answerReplacedByALongerOne_endsTooLong)
+TEST_P(ExchangeFault, AnswerReplacedByALongerOne_EndsTooLong)
 {
     const QString digits = QString(exchange().answerSize + 1, QLatin1Char('A')).repeated(2);
     const UsbTransfer transfer = answered(QStringLiteral("answer-replaced=") + digits);
-    EXPECT_EQ(transfer.status, UsbStatus::TooLong);
+    EXPECT_EQ(transfer.status, UsbStatus::TOO_LONG);
 }
 
-TEST_P(ExchangeFault, answerCut_endsEarlyWithoutAFailure)
+TEST_P(ExchangeFault, AnswerCut_EndsEarlyWithoutAFailure)
 {
     const UsbTransfer transfer = answered(QStringLiteral("answer-cut=8"));
-    expectEnd(transfer, UsbStatus::Done, 8);
+    expectEnd(transfer, UsbStatus::DONE, 8);
     EXPECT_EQ(transfer.data, right().left(8));
-    expectEnd(answered(QStringLiteral("answer-cut=0")), UsbStatus::Done, 0);
+    expectEnd(answered(QStringLiteral("answer-cut=0")), UsbStatus::DONE, 0);
 }
 
-TEST_P(ExchangeFault, answerCutBeyondItsEnd_isWhole)
+TEST_P(ExchangeFault, AnswerCutBeyondItsEnd_IsWhole)
 {
     EXPECT_EQ(answered(QStringLiteral("answer-cut=4095")).data, right());
 }
 
-TEST_P(ExchangeFault, answerCorrupted_hasOneByteInverted)
+TEST_P(ExchangeFault, AnswerCorrupted_HasOneByteInverted)
 {
     QByteArray expected = right();
     expected[9] = static_cast<char>(~expected.at(9));
     const UsbTransfer transfer = answered(QStringLiteral("answer-corrupted=9"));
-    EXPECT_EQ(transfer.status, UsbStatus::Done);
+    EXPECT_EQ(transfer.status, UsbStatus::DONE);
     EXPECT_EQ(transfer.data, expected);
     EXPECT_EQ(answered(QStringLiteral("answer-corrupted=4095")).data, right());
 }
 
-TEST_P(ExchangeFault, answerDelayed_comesAfterItsTime)
+TEST_P(ExchangeFault, AnswerDelayed_ComesAfterItsTime)
 {
     const UsbTransfer transfer = answered(QStringLiteral("answer-delayed=1500"));
-    expectEnd(transfer, UsbStatus::Done, exchange().answerSize, 1500);
+    expectEnd(transfer, UsbStatus::DONE, exchange().answerSize, 1500);
 }
 
-TEST_P(ExchangeFault, answerMissing_neverComesAndTheNextDoes)
+TEST_P(ExchangeFault, AnswerMissing_NeverComesAndTheNextDoes)
 {
     ReaderOnUsb reader;
     prepare(&reader, QStringLiteral("answer-missing"));
     for (int attempt = 0; attempt < 2; ++attempt)
-        expectEnd(reader.ask(exchange().command), UsbStatus::Pending, 0);
-    expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::Pending, 0);
+        expectEnd(reader.ask(exchange().command), UsbStatus::PENDING, 0);
+    expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::PENDING, 0);
     EXPECT_EQ(reader.answer("?"), frames::statusOnly(0xE1));
 }
 
-TEST_P(ExchangeFault, answerStalledOrBroken_isLostWithTheTransfer)
+TEST_P(ExchangeFault, AnswerStalledOrBroken_IsLostWithTheTransfer)
 {
-    const std::pair<const char *, UsbStatus> cases[] = {{"answer-stalled", UsbStatus::Stalled},
-                                                        {"answer-broken", UsbStatus::Broken}};
+    const std::pair<const char *, UsbStatus> cases[] = {{"answer-stalled", UsbStatus::STALLED},
+                                                        {"answer-broken", UsbStatus::BROKEN}};
     for (const auto &[fault, status] : cases) {
         ReaderOnUsb reader;
         prepare(&reader, QLatin1String(fault));
         expectEnd(reader.ask(exchange().command), status, 0);
-        expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::Pending, 0);
+        expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::PENDING, 0);
     }
 }
 
-TEST_P(ExchangeFault, answerTooLong_fillsTheRoomAndMore)
+TEST_P(ExchangeFault, AnswerTooLong_FillsTheRoomAndMore)
 {
     const UsbTransfer transfer = answered(QStringLiteral("answer-too-long"));
-    expectEnd(transfer, UsbStatus::TooLong, exchange().answerSize);
+    expectEnd(transfer, UsbStatus::TOO_LONG, exchange().answerSize);
 }
 
-TEST_P(ExchangeFault, commandStalledBrokenOrMissing_isNotTaken)
+TEST_P(ExchangeFault, CommandStalledBrokenOrMissing_IsNotTaken)
 {
-    expectEnd(written(QStringLiteral("command-stalled")), UsbStatus::Stalled, 0);
-    expectEnd(written(QStringLiteral("command-broken")), UsbStatus::Broken, 0);
-    expectEnd(written(QStringLiteral("command-missing")), UsbStatus::Pending, 0);
+    expectEnd(written(QStringLiteral("command-stalled")), UsbStatus::STALLED, 0);
+    expectEnd(written(QStringLiteral("command-broken")), UsbStatus::BROKEN, 0);
+    expectEnd(written(QStringLiteral("command-missing")), UsbStatus::PENDING, 0);
 }
 
-TEST_P(ExchangeFault, commandCut_isTakenInPartAndNotAnswered)
+TEST_P(ExchangeFault, CommandCut_IsTakenInPartAndNotAnswered)
 {
-    expectEnd(written(QStringLiteral("command-cut=0")), UsbStatus::Done, 0);
-    expectEnd(written(QStringLiteral("command-cut=9")), UsbStatus::Done, 9);
+    expectEnd(written(QStringLiteral("command-cut=0")), UsbStatus::DONE, 0);
+    expectEnd(written(QStringLiteral("command-cut=9")), UsbStatus::DONE, 9);
 }
 
-TEST_P(ExchangeFault, commandDelayed_isTakenAfterItsTime)
+TEST_P(ExchangeFault, CommandDelayed_IsTakenAfterItsTime)
 {
-    expectEnd(written(QStringLiteral("command-delayed=700")), UsbStatus::Done, 10, 700);
+    expectEnd(written(QStringLiteral("command-delayed=700")), UsbStatus::DONE, 10, 700);
 }
 
-TEST_P(ExchangeFault, whatIsMissing_isNotDelayed)
+TEST_P(ExchangeFault, WhatIsMissing_IsNotDelayed)
 {
     const QString name = QLatin1String(exchange().name);
     expectEnd(written(QStringLiteral("command-missing,%1-command-delayed=5").arg(name)),
-              UsbStatus::Pending, 0);
+              UsbStatus::PENDING, 0);
     expectEnd(answered(QStringLiteral("answer-missing,%1-answer-delayed=5").arg(name)),
-              UsbStatus::Pending, 0);
+              UsbStatus::PENDING, 0);
 }
 
-TEST_P(ExchangeFault, whatFails_isDelayedAsWell)
+TEST_P(ExchangeFault, WhatFails_IsDelayedAsWell)
 {
     const QString name = QLatin1String(exchange().name);
     expectEnd(written(QStringLiteral("command-stalled,%1-command-delayed=5").arg(name)),
-              UsbStatus::Stalled, 0, 5);
+              UsbStatus::STALLED, 0, 5);
     expectEnd(answered(QStringLiteral("answer-broken,%1-answer-delayed=5").arg(name)),
-              UsbStatus::Broken, 0, 5);
+              UsbStatus::BROKEN, 0, 5);
 }
 
-TEST_P(ExchangeFault, answerChangedInSeveralWays_isReplacedThenCorruptedThenCut)
+TEST_P(ExchangeFault, AnswerChangedInSeveralWays_IsReplacedThenCorruptedThenCut)
 {
     const QString name = QLatin1String(exchange().name);
     const UsbTransfer transfer = answered(
@@ -191,7 +190,7 @@ TEST_P(ExchangeFault, answerChangedInSeveralWays_isReplacedThenCorruptedThenCut)
     EXPECT_EQ(transfer.data.toHex(), "00ee");
 }
 
-TEST_P(ExchangeFault, unpluggedBeforeATransfer_movesNothingAndTheReaderStaysAway)
+TEST_P(ExchangeFault, UnpluggedBeforeATransfer_MovesNothingAndTheReaderStaysAway)
 {
     const int number = 2 * GetParam() + 1;
     ReaderOnUsb reader;
@@ -199,25 +198,25 @@ TEST_P(ExchangeFault, unpluggedBeforeATransfer_movesNothingAndTheReaderStaysAway
         reader.answer(exchanges().at(i).command);
     reader.set(QStringLiteral("unplugged-before=%1").arg(number));
     EXPECT_TRUE(reader->isPluggedIn());
-    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::Unplugged, 0);
+    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::UNPLUGGED, 0);
     EXPECT_FALSE(reader->isPluggedIn());
 
     ReaderOnUsb other;
     for (int i = 0; i < GetParam(); ++i)
         other.answer(exchanges().at(i).command);
     other.set(QStringLiteral("unplugged-before=%1").arg(number + 1));
-    expectEnd(other.ask(exchange().command), UsbStatus::Unplugged, 0);
+    expectEnd(other.ask(exchange().command), UsbStatus::UNPLUGGED, 0);
     EXPECT_FALSE(other->isPluggedIn());
 }
 
-TEST_P(ExchangeFault, unpluggedDuringATransfer_movesHalfOfItAndTheReaderStaysAway)
+TEST_P(ExchangeFault, UnpluggedDuringATransfer_MovesHalfOfItAndTheReaderStaysAway)
 {
     const int number = 2 * GetParam() + 1;
     ReaderOnUsb reader;
     for (int i = 0; i < GetParam(); ++i)
         reader.answer(exchanges().at(i).command);
     reader.set(QStringLiteral("unplugged-during=%1").arg(number));
-    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::Unplugged, 5);
+    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::UNPLUGGED, 5);
     EXPECT_FALSE(reader->isPluggedIn());
 
     ReaderOnUsb other;
@@ -225,7 +224,7 @@ TEST_P(ExchangeFault, unpluggedDuringATransfer_movesHalfOfItAndTheReaderStaysAwa
         other.answer(exchanges().at(i).command);
     other.set(QStringLiteral("unplugged-during=%1").arg(number + 1));
     const UsbTransfer transfer = other.ask(exchange().command);
-    expectEnd(transfer, UsbStatus::Unplugged, exchange().answerSize / 2);
+    expectEnd(transfer, UsbStatus::UNPLUGGED, exchange().answerSize / 2);
     EXPECT_EQ(transfer.data, right().left(exchange().answerSize / 2));
     EXPECT_FALSE(other->isPluggedIn());
 }
@@ -235,28 +234,28 @@ INSTANTIATE_TEST_SUITE_P(Exchanges, ExchangeFault, testing::Values(0, 1, 2),
                              return std::string(exchanges().at(test.param).name);
                          });
 
-TEST(VirtualReaderFault, unpluggedInATransfer_comesBackWhenPluggedIn)
+TEST(VirtualReaderFault, UnpluggedInATransfer_ComesBackWhenPluggedIn)
 {
     ReaderOnUsb reader("resident", QStringLiteral("unplugged-during=4"));
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
-        EXPECT_EQ(reader.ask(frames::select()).status, UsbStatus::Unplugged);
+        EXPECT_EQ(reader.ask(frames::select()).status, UsbStatus::UNPLUGGED);
         reader->plugIn();
     }
 }
 
-TEST(VirtualReaderFault, unplugged_isNotThereWhateverIsPluggedIn)
+TEST(VirtualReaderFault, Unplugged_IsNotThereWhateverIsPluggedIn)
 {
     ReaderOnUsb reader("resident", QStringLiteral("unplugged"));
     reader->plugIn();
     EXPECT_FALSE(reader->isPluggedIn());
-    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::Unplugged);
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Unplugged);
+    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::UNPLUGGED);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::UNPLUGGED);
     reader.set(QString());
     EXPECT_TRUE(reader->isPluggedIn());
 }
 
-TEST(VirtualReaderFault, hindrances_areEachToldAlone)
+TEST(VirtualReaderFault, Hindrances_AreEachToldAlone)
 {
     const char *faults[] = {"open-fails=3", "permission-denied", "claimed-elsewhere",
                             "reset-refused"};
@@ -270,7 +269,7 @@ TEST(VirtualReaderFault, hindrances_areEachToldAlone)
     }
 }
 
-TEST(VirtualReaderFault, resetRefused_leavesTheReaderAsItIs)
+TEST(VirtualReaderFault, ResetRefused_LeavesTheReaderAsItIs)
 {
     ReaderOnUsb reader("resident", QStringLiteral("reset-refused"));
     reader.selectCard();
@@ -278,7 +277,7 @@ TEST(VirtualReaderFault, resetRefused_leavesTheReaderAsItIs)
     EXPECT_EQ(reader.answer(frames::read()).size(), 2321);
 }
 
-TEST(VirtualReaderFault, noCard_isCountedOverResets)
+TEST(VirtualReaderFault, NoCard_IsCountedOverResets)
 {
     ReaderOnUsb reader("resident", QStringLiteral("no-card=2"));
     EXPECT_EQ(reader.answer(frames::lookup()), frames::notFound());
@@ -287,7 +286,7 @@ TEST(VirtualReaderFault, noCard_isCountedOverResets)
     EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
 }
 
-TEST(VirtualReaderFault, transientFailures_areEachOneFailedRead)
+TEST(VirtualReaderFault, TransientFailures_AreEachOneFailedRead)
 {
     ReaderOnUsb reader("resident", QStringLiteral("transient-failures=2"));
     reader.selectCard();
@@ -298,7 +297,7 @@ TEST(VirtualReaderFault, transientFailures_areEachOneFailedRead)
     EXPECT_EQ(reader.answer(frames::read()).size(), 2321);
 }
 
-TEST(VirtualReaderFault, readFails_givesNoDataEver)
+TEST(VirtualReaderFault, ReadFails_GivesNoDataEver)
 {
     ReaderOnUsb reader("resident", QStringLiteral("read-fails=7"));
     reader.selectCard();
@@ -306,7 +305,7 @@ TEST(VirtualReaderFault, readFails_givesNoDataEver)
         EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
 }
 
-TEST(VirtualReaderFault, cardRemoved_givesNoDataAndIsNotFoundAgain)
+TEST(VirtualReaderFault, CardRemoved_GivesNoDataAndIsNotFoundAgain)
 {
     ReaderOnUsb reader("resident", QStringLiteral("card-removed"));
     reader.selectCard();
@@ -314,7 +313,7 @@ TEST(VirtualReaderFault, cardRemoved_givesNoDataAndIsNotFoundAgain)
     EXPECT_EQ(reader.answer(frames::lookup()), frames::notFound());
 }
 
-TEST(VirtualReaderFault, delay_isThatOfTheReadAnswerAlone)
+TEST(VirtualReaderFault, Delay_IsThatOfTheReadAnswerAlone)
 {
     ReaderOnUsb reader("resident", QStringLiteral("delay-ms=300,read-answer-delayed=50"));
     EXPECT_EQ(reader.ask(frames::lookup()).delayMs, 0);
@@ -322,7 +321,7 @@ TEST(VirtualReaderFault, delay_isThatOfTheReadAnswerAlone)
     EXPECT_EQ(reader.ask(frames::read()).delayMs, 350);
 }
 
-TEST(VirtualReaderFault, delayedAnswerInSeveralTransfers_isDelayedOnce)
+TEST(VirtualReaderFault, DelayedAnswerInSeveralTransfers_IsDelayedOnce)
 {
     ReaderOnUsb reader("resident", QStringLiteral("delay-ms=300"));
     reader.selectCard();
@@ -332,7 +331,7 @@ TEST(VirtualReaderFault, delayedAnswerInSeveralTransfers_isDelayedOnce)
     EXPECT_EQ(rest.delayMs, 0);
 }
 
-TEST(VirtualReaderFault, faultsOfTextAndPhoto_areInTheAnswer)
+TEST(VirtualReaderFault, FaultsOfTextAndPhoto_AreInTheAnswer)
 {
     ReaderOnUsb usual;
     usual.selectCard();
@@ -346,7 +345,7 @@ TEST(VirtualReaderFault, faultsOfTextAndPhoto_areInTheAnswer)
     EXPECT_NE(answer.mid(272, 1024), right.mid(272, 1024));
 }
 
-TEST(VirtualReaderFault, faultOfTheCardsDescription_countsAsThoseSetBesideItAndGoesWithTheCard)
+TEST(VirtualReaderFault, FaultOfTheCardsDescription_CountsAsThoseSetBesideItAndGoesWithTheCard)
 {
     ReaderOnUsb reader("resident-transient-failures", "delay-ms=3");
     reader.selectCard();
@@ -356,7 +355,7 @@ TEST(VirtualReaderFault, faultOfTheCardsDescription_countsAsThoseSetBesideItAndG
     EXPECT_EQ(reader->slot().faults().delayMs, 3);
 }
 
-TEST(VirtualReaderFault, environment_countsWhenItIsFollowed)
+TEST(VirtualReaderFault, Environment_CountsWhenItIsFollowed)
 {
     qputenv("IDCARD_SIMULATOR_CARD", "hmt-macao");
     qputenv("IDCARD_SIMULATOR_FAULTS", "lookup-answer-replaced=01,claimed-elsewhere");

@@ -26,26 +26,26 @@ QByteArray garbage(int size, std::mt19937 *random)
 
 } // namespace
 
-TEST(VirtualReader, cardThere_isFoundSelectedAndRead)
+TEST(VirtualReader, CardThere_IsFoundSelectedAndRead)
 {
     ReaderOnUsb reader;
     reader.selectCard();
     EXPECT_EQ(reader.answer(frames::read(), 2321).size(), 2321);
 }
 
-TEST(VirtualReader, noCard_isAnsweredWithStatus80InAFrameOfFullLength)
+TEST(VirtualReader, NoCard_IsAnsweredWithStatus80InAFrameOfFullLength)
 {
     ReaderOnUsb reader("");
     EXPECT_EQ(reader.answer(frames::lookup(), 15), frames::notFound());
 }
 
-TEST(VirtualReader, selectWithoutFoundCard_isRefused)
+TEST(VirtualReader, SelectWithoutFoundCard_IsRefused)
 {
     ReaderOnUsb reader;
     EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0xE3));
 }
 
-TEST(VirtualReader, readWithoutSelectedCard_isRefusedWithAStatusAlone)
+TEST(VirtualReader, ReadWithoutSelectedCard_IsRefusedWithAStatusAlone)
 {
     ReaderOnUsb reader;
     EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
@@ -53,7 +53,7 @@ TEST(VirtualReader, readWithoutSelectedCard_isRefusedWithAStatusAlone)
     EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
 }
 
-TEST(VirtualReader, selectedCard_canBeReadAgain)
+TEST(VirtualReader, SelectedCard_CanBeReadAgain)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -61,7 +61,7 @@ TEST(VirtualReader, selectedCard_canBeReadAgain)
     EXPECT_EQ(reader.answer(frames::read()), first);
 }
 
-TEST(VirtualReader, lookupAfterSelect_beginsAnew)
+TEST(VirtualReader, LookupAfterSelect_BeginsAnew)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -69,7 +69,7 @@ TEST(VirtualReader, lookupAfterSelect_beginsAnew)
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
 }
 
-TEST(VirtualReader, cardTakenAfterLookup_cannotBeSelected)
+TEST(VirtualReader, CardTakenAfterLookup_CannotBeSelected)
 {
     ReaderOnUsb reader;
     EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
@@ -77,7 +77,7 @@ TEST(VirtualReader, cardTakenAfterLookup_cannotBeSelected)
     EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0x80));
 }
 
-TEST(VirtualReader, cardTakenAfterSelect_givesNoData)
+TEST(VirtualReader, CardTakenAfterSelect_GivesNoData)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -85,7 +85,7 @@ TEST(VirtualReader, cardTakenAfterSelect_givesNoData)
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
 }
 
-TEST(VirtualReader, cardExchangedAfterSelect_givesNoDataUntilItIsFoundItself)
+TEST(VirtualReader, CardExchangedAfterSelect_GivesNoDataUntilItIsFoundItself)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -95,7 +95,7 @@ TEST(VirtualReader, cardExchangedAfterSelect_givesNoDataUntilItIsFoundItself)
     EXPECT_EQ(reader.answer(frames::read()).size(), 1297);
 }
 
-TEST(VirtualReader, cardPutAfterAnother_isReadWithItsOwnPhoto)
+TEST(VirtualReader, CardPutAfterAnother_IsReadWithItsOwnPhoto)
 {
     ReaderOnUsb reader;
     for (const char *name : {"resident", "hmt-taiwan", "resident"}) {
@@ -108,44 +108,44 @@ TEST(VirtualReader, cardPutAfterAnother_isReadWithItsOwnPhoto)
     }
 }
 
-TEST(VirtualReader, reset_forgetsAnswersAndTheSelectedCard)
+TEST(VirtualReader, Reset_ForgetsAnswersAndTheSelectedCard)
 {
     ReaderOnUsb reader;
     reader.selectCard();
     reader->write(OUT_ENDPOINT, frames::read());
     reader->write(LOOP_OUT, "abc");
     reader->reset();
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
-    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
 }
 
-TEST(VirtualReader, readWithNothingToAnswer_neverEnds)
+TEST(VirtualReader, ReadWithNothingToAnswer_NeverEnds)
 {
     ReaderOnUsb reader;
     const UsbTransfer transfer = reader->read(IN_ENDPOINT, ROOM);
-    EXPECT_EQ(transfer.status, UsbStatus::Pending);
+    EXPECT_EQ(transfer.status, UsbStatus::PENDING);
     EXPECT_EQ(transfer.count, 0);
     EXPECT_EQ(transfer.delayMs, 0);
-    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, answer_isGivenOnce)
+TEST(VirtualReader, Answer_IsGivenOnce)
 {
     ReaderOnUsb reader;
     EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, answerNotFetched_givesWayToTheNext)
+TEST(VirtualReader, AnswerNotFetched_GivesWayToTheNext)
 {
     ReaderOnUsb reader;
     reader->write(OUT_ENDPOINT, frames::lookup());
     EXPECT_EQ(reader.answer(frames::select()), frames::selected());
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, wellFormedUnknownCommand_isRefusedAsUnknown)
+TEST(VirtualReader, WellFormedUnknownCommand_IsRefusedAsUnknown)
 {
     ReaderOnUsb reader;
     EXPECT_EQ(reader.answer(frames::frame(frames::hex("12 FF"))), frames::statusOnly(0xE2));
@@ -153,7 +153,7 @@ TEST(VirtualReader, wellFormedUnknownCommand_isRefusedAsUnknown)
     EXPECT_EQ(reader.answer(frames::frame(QByteArray(65534, 'x'))), frames::statusOnly(0xE2));
 }
 
-TEST(VirtualReader, malformedCommand_isRefusedAsMalformed)
+TEST(VirtualReader, MalformedCommand_IsRefusedAsMalformed)
 {
     for (const char *bytes :
          {"AA", "AA AA AA 96", "AA AA AA 96 69 00", "AA AA AA 96 69 00 03 20 01",
@@ -165,16 +165,16 @@ TEST(VirtualReader, malformedCommand_isRefusedAsMalformed)
     }
 }
 
-TEST(VirtualReader, emptyCommand_isTakenAndNotAnswered)
+TEST(VirtualReader, EmptyCommand_IsTakenAndNotAnswered)
 {
     ReaderOnUsb reader;
     reader->write(OUT_ENDPOINT, frames::lookup());
     const UsbTransfer transfer = reader->write(OUT_ENDPOINT, {});
-    EXPECT_EQ(transfer.status, UsbStatus::Done);
+    EXPECT_EQ(transfer.status, UsbStatus::DONE);
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).data, frames::found());
 }
 
-TEST(VirtualReader, garbageOfAnyLength_isRefusedAndLeavesTheReaderUsable)
+TEST(VirtualReader, GarbageOfAnyLength_IsRefusedAndLeavesTheReaderUsable)
 {
     std::mt19937 random(1);
     ReaderOnUsb reader;
@@ -188,49 +188,49 @@ TEST(VirtualReader, garbageOfAnyLength_isRefusedAndLeavesTheReaderUsable)
     reader.selectCard();
 }
 
-TEST(VirtualReader, moreBytesThanAFrameHas_stallAndAreNotKept)
+TEST(VirtualReader, MoreBytesThanAFrameHas_StallAndAreNotKept)
 {
     ReaderOnUsb reader;
     for (const std::uint8_t endpoint : {OUT_ENDPOINT, LOOP_OUT}) {
         const UsbTransfer transfer = reader->write(endpoint, QByteArray(65543, 'x'));
-        EXPECT_EQ(transfer.status, UsbStatus::Stalled);
+        EXPECT_EQ(transfer.status, UsbStatus::STALLED);
         EXPECT_EQ(transfer.count, 0);
     }
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
-    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
+    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, endpointThatThereIsNot_stalls)
+TEST(VirtualReader, EndpointThatThereIsNot_Stalls)
 {
     ReaderOnUsb reader;
     for (const int endpoint : {0x00, 0x01, 0x81, 0x85})
         EXPECT_EQ(reader->write(std::uint8_t(endpoint), frames::lookup()).status,
-                  UsbStatus::Stalled);
+                  UsbStatus::STALLED);
     for (const int endpoint : {0x80, 0x82, 0x02, 0x06})
-        EXPECT_EQ(reader->read(std::uint8_t(endpoint), ROOM).status, UsbStatus::Stalled);
+        EXPECT_EQ(reader->read(std::uint8_t(endpoint), ROOM).status, UsbStatus::STALLED);
 }
 
-TEST(VirtualReader, bareHead_comesBack)
+TEST(VirtualReader, BareHead_ComesBack)
 {
     ReaderOnUsb reader;
     const QByteArray head = frames::hex("AA AA AA 96 69 12 34");
     EXPECT_EQ(reader.answer(head, 7), head);
 }
 
-TEST(VirtualReader, loopBack_givesBackWhatWasWrittenLast)
+TEST(VirtualReader, LoopBack_GivesBackWhatWasWrittenLast)
 {
     ReaderOnUsb reader;
     reader->write(LOOP_OUT, "first");
     const UsbTransfer written = reader->write(LOOP_OUT, "second");
-    EXPECT_EQ(written.status, UsbStatus::Done);
+    EXPECT_EQ(written.status, UsbStatus::DONE);
     EXPECT_EQ(written.count, 6);
     const UsbTransfer read = reader->read(LOOP_IN, 6);
-    EXPECT_EQ(read.status, UsbStatus::Done);
+    EXPECT_EQ(read.status, UsbStatus::DONE);
     EXPECT_EQ(read.data, "second");
-    EXPECT_EQ(reader->read(LOOP_IN, 6).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, 6).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, loopBack_carriesAsMuchAsAPipeOperationCanWrite)
+TEST(VirtualReader, LoopBack_CarriesAsMuchAsAPipeOperationCanWrite)
 {
     ReaderOnUsb reader;
     const QByteArray bytes(65535, 'x');
@@ -238,19 +238,19 @@ TEST(VirtualReader, loopBack_carriesAsMuchAsAPipeOperationCanWrite)
     EXPECT_EQ(reader->read(LOOP_IN, bytes.size()).data, bytes);
 }
 
-TEST(VirtualReader, answerLongerThanTheRoom_endsTooLongAndIsLost)
+TEST(VirtualReader, AnswerLongerThanTheRoom_EndsTooLongAndIsLost)
 {
     ReaderOnUsb reader;
     for (const int room : {0, 1, 7, 14, -1}) {
         const UsbTransfer transfer = reader.ask(frames::lookup(), room);
-        EXPECT_EQ(transfer.status, UsbStatus::TooLong) << room;
+        EXPECT_EQ(transfer.status, UsbStatus::TOO_LONG) << room;
         EXPECT_EQ(transfer.data, frames::found().left(std::max(room, 0))) << room;
         EXPECT_EQ(transfer.count, transfer.data.size()) << room;
-        EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending) << room;
+        EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING) << room;
     }
 }
 
-TEST(VirtualReader, answerLongerThanWholePackets_comesInSeveralTransfers)
+TEST(VirtualReader, AnswerLongerThanWholePackets_ComesInSeveralTransfers)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -260,46 +260,46 @@ TEST(VirtualReader, answerLongerThanWholePackets_comesInSeveralTransfers)
     parts += reader->read(IN_ENDPOINT, 512).data;
     EXPECT_EQ(parts.size(), 1536);
     const UsbTransfer last = reader->read(IN_ENDPOINT, 1000);
-    EXPECT_EQ(last.status, UsbStatus::Done);
+    EXPECT_EQ(last.status, UsbStatus::DONE);
     EXPECT_EQ(parts + last.data, whole);
 }
 
-TEST(VirtualReader, answerOfWholePacketsThatFillsTheRoom_isFollowedByAnEmptyTransfer)
+TEST(VirtualReader, AnswerOfWholePacketsThatFillsTheRoom_IsFollowedByAnEmptyTransfer)
 {
     ReaderOnUsb reader;
     const QByteArray bytes(1024, 'x');
     reader->write(LOOP_OUT, bytes);
     EXPECT_EQ(reader->read(LOOP_IN, 1024).data, bytes);
     const UsbTransfer end = reader->read(LOOP_IN, 1024);
-    EXPECT_EQ(end.status, UsbStatus::Done);
+    EXPECT_EQ(end.status, UsbStatus::DONE);
     EXPECT_EQ(end.count, 0);
-    EXPECT_EQ(reader->read(LOOP_IN, 1024).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, 1024).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, answerOfWholePacketsInMoreRoom_endsWithOneTransfer)
+TEST(VirtualReader, AnswerOfWholePacketsInMoreRoom_EndsWithOneTransfer)
 {
     ReaderOnUsb reader;
     reader->write(LOOP_OUT, QByteArray(1024, 'x'));
     EXPECT_EQ(reader->read(LOOP_IN, 1025).count, 1024);
-    EXPECT_EQ(reader->read(LOOP_IN, 1025).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(LOOP_IN, 1025).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, unplugged_answersNothingUntilItIsPluggedInAsNew)
+TEST(VirtualReader, Unplugged_AnswersNothingUntilItIsPluggedInAsNew)
 {
     ReaderOnUsb reader;
     reader.selectCard();
     reader->write(OUT_ENDPOINT, frames::read());
     reader->unplug();
     EXPECT_FALSE(reader->isPluggedIn());
-    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::Unplugged);
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Unplugged);
+    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::UNPLUGGED);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::UNPLUGGED);
     reader->plugIn();
     EXPECT_TRUE(reader->isPluggedIn());
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::Pending);
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
 }
 
-TEST(VirtualReader, withoutFaults_nothingStandsInTheWay)
+TEST(VirtualReader, WithoutFaults_NothingStandsInTheWay)
 {
     ReaderOnUsb reader;
     EXPECT_TRUE(reader->isPluggedIn());
@@ -309,7 +309,7 @@ TEST(VirtualReader, withoutFaults_nothingStandsInTheWay)
     EXPECT_FALSE(reader->refusesReset());
 }
 
-TEST(VirtualReader, descriptors_tellAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
+TEST(VirtualReader, Descriptors_TellAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
 {
     const VirtualReader reader(CardSlot(), UsbIds{0x1234, 0xABCD});
     EXPECT_EQ(reader.descriptors().toHex(),

@@ -228,7 +228,7 @@ TEST(CardRows, NamesAndNumbersOfEveryKindArePersonal)
 {
     using testing::ElementsAre;
     const auto personal = [](unsigned int kind) {
-        return labelsOf(samples::cardOf(kind), CardRow::Sort::Personal);
+        return labelsOf(samples::cardOf(kind), CardRow::Sort::PERSONAL);
     };
     EXPECT_THAT(personal(IDCARD_KIND_CN), ElementsAre("Name", "Identity number"));
     EXPECT_THAT(personal(IDCARD_KIND_HMT),
@@ -240,7 +240,7 @@ TEST(CardRows, NamesAndNumbersOfEveryKindArePersonal)
 TEST(CardRows, PhotoOfEveryKindHasARowOfItsOwnSort)
 {
     for (const unsigned int kind : {0U, 1U, 2U, 3U})
-        EXPECT_THAT(labelsOf(samples::cardOf(kind), CardRow::Sort::Photo),
+        EXPECT_THAT(labelsOf(samples::cardOf(kind), CardRow::Sort::PHOTO),
                     testing::ElementsAre("Photo"));
 }
 
@@ -248,7 +248,7 @@ TEST(CardRows, FingerprintsStandOnlyWhereTheKindHasThem)
 {
     using testing::Contains;
     const auto plain = [](unsigned int kind) {
-        return labelsOf(samples::cardOf(kind), CardRow::Sort::Plain);
+        return labelsOf(samples::cardOf(kind), CardRow::Sort::PLAIN);
     };
     EXPECT_THAT(plain(IDCARD_KIND_CN), Contains("Fingerprints"));
     EXPECT_THAT(plain(IDCARD_KIND_HMT), testing::Not(Contains("Fingerprints")));
@@ -287,20 +287,20 @@ TEST(CardJsonPictures, PictureItselfIsNotAmongTheJson)
 TEST(MissingPictureNote, SaysNothingAboutAPictureThatIsThere)
 {
     const Card card = samples::residentCardWithEverything();
-    EXPECT_TRUE(missingPictureNote(card, CardSide::Front).isEmpty());
-    EXPECT_TRUE(missingPictureNote(card, CardSide::Back).isEmpty());
+    EXPECT_TRUE(missingPictureNote(card, CardSide::FRONT).isEmpty());
+    EXPECT_TRUE(missingPictureNote(card, CardSide::BACK).isEmpty());
 }
 
 TEST(MissingPictureNote, NumberOfAPermitIsTheReasonForItsBackOnly)
 {
     const Card permit(IDCARD_KIND_HMT, *samples::filledRecords(), {"front", {}});
-    EXPECT_TRUE(missingPictureNote(permit, CardSide::Back).contains(QStringLiteral("81, 82, 83")));
+    EXPECT_TRUE(missingPictureNote(permit, CardSide::BACK).contains(QStringLiteral("81, 82, 83")));
 
     const Card unpainted = samples::cardOf(IDCARD_KIND_HMT);
     const Card resident(IDCARD_KIND_CN, *samples::filledRecords(), {"front", {}});
-    for (const QString &note : {missingPictureNote(unpainted, CardSide::Front),
-                                missingPictureNote(unpainted, CardSide::Back),
-                                missingPictureNote(resident, CardSide::Back)})
+    for (const QString &note : {missingPictureNote(unpainted, CardSide::FRONT),
+                                missingPictureNote(unpainted, CardSide::BACK),
+                                missingPictureNote(resident, CardSide::BACK)})
         EXPECT_TRUE(note.endsWith(QStringLiteral("the library painted none")))
             << note.toStdString();
 }

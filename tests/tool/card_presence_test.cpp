@@ -29,29 +29,29 @@ constexpr int BROKEN_OFF = -23;
 TEST(CardPresence, FirstCardIsNew)
 {
     CardPresence presence;
-    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::NewCard);
+    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::NEW_CARD);
 }
 
 TEST(CardPresence, CardThatStaysIsTheSame)
 {
     CardPresence presence;
     presence.observe(seen(samples::residentCard()));
-    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::SameCard);
+    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::SAME_CARD);
 }
 
 TEST(CardPresence, SameCardAfterAnEmptyReaderIsNew)
 {
     CardPresence presence;
     presence.observe(seen(samples::residentCard()));
-    EXPECT_EQ(presence.observe(failure(EMPTY)), Sighting::Nothing);
-    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::NewCard);
+    EXPECT_EQ(presence.observe(failure(EMPTY)), Sighting::NOTHING);
+    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::NEW_CARD);
 }
 
 TEST(CardPresence, OtherCardWithoutAnEmptyReaderBetweenIsNew)
 {
     CardPresence presence;
     presence.observe(seen(samples::residentCard()));
-    EXPECT_EQ(presence.observe(seen(samples::cardOf(IDCARD_KIND_HMT))), Sighting::NewCard);
+    EXPECT_EQ(presence.observe(seen(samples::cardOf(IDCARD_KIND_HMT))), Sighting::NEW_CARD);
 }
 
 TEST(CardPresence, CardThatWasReadAgainAfterAFailureIsTheSame)
@@ -59,15 +59,15 @@ TEST(CardPresence, CardThatWasReadAgainAfterAFailureIsTheSame)
     CardPresence presence;
     presence.observe(seen(samples::residentCard()));
     presence.observe(failure(BROKEN_OFF));
-    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::SameCard);
+    EXPECT_EQ(presence.observe(seen(samples::residentCard())), Sighting::SAME_CARD);
 }
 
 TEST(CardPresence, FailureThatLastsIsNewOnce)
 {
     CardPresence presence;
-    EXPECT_EQ(presence.observe(failure(NOT_OPENED)), Sighting::NewFailure);
-    EXPECT_EQ(presence.observe(failure(NOT_OPENED)), Sighting::SameFailure);
-    EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NewFailure);
+    EXPECT_EQ(presence.observe(failure(NOT_OPENED)), Sighting::NEW_FAILURE);
+    EXPECT_EQ(presence.observe(failure(NOT_OPENED)), Sighting::SAME_FAILURE);
+    EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NEW_FAILURE);
 }
 
 TEST(CardPresence, FailureIsNewAgainAfterTheReaderWasEmptyOrACardWasRead)
@@ -76,22 +76,22 @@ TEST(CardPresence, FailureIsNewAgainAfterTheReaderWasEmptyOrACardWasRead)
         CardPresence presence;
         presence.observe(failure(BROKEN_OFF));
         presence.observe(between);
-        EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NewFailure);
+        EXPECT_EQ(presence.observe(failure(BROKEN_OFF)), Sighting::NEW_FAILURE);
     }
 }
 
 TEST(CardPresence, FailuresOfOneCodeThatEndDifferentlyAreTwo)
 {
     CardPresence presence;
-    EXPECT_EQ(presence.observe(nullptr, ExitStatus::ProgramFailed, 0), Sighting::NewFailure);
-    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NothingRead, 0), Sighting::NewFailure);
-    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NothingRead, 0), Sighting::SameFailure);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::PROGRAM_FAILED, 0), Sighting::NEW_FAILURE);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NOTHING_READ, 0), Sighting::NEW_FAILURE);
+    EXPECT_EQ(presence.observe(nullptr, ExitStatus::NOTHING_READ, 0), Sighting::SAME_FAILURE);
 }
 
 TEST(CardPresence, NothingReadAlthoughTheCallSucceededIsAFailure)
 {
     CardPresence presence;
-    EXPECT_EQ(presence.observe(failure(0)), Sighting::NewFailure);
+    EXPECT_EQ(presence.observe(failure(0)), Sighting::NEW_FAILURE);
 }
 
 } // namespace

@@ -87,7 +87,7 @@ TEST_F(CardSchema, FitsCardsByUsb)
                              "foreign-new-unknown-nationality"}) {
         bus.change([&] {
             QString problem;
-            reader.slot().putCard(card, simulator::PutAs::Described, &problem);
+            reader.slot().putCard(card, simulator::PutAs::DESCRIBED, &problem);
         });
         keep(card, {"usb", "--device", "1209:0001", "--json", "--simulator-photos"}, input);
     }

@@ -18,13 +18,13 @@ protected:
 
 TEST_F(PhotoFormatOf, ZerosAreNoPhoto)
 {
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::None);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::NONE);
 }
 
 TEST_F(PhotoFormatOf, BmpFileOfTheCardsSizeIsABmp)
 {
     samples::putPhotoBmp(photo);
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Bmp);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::BMP);
 }
 
 TEST_F(PhotoFormatOf, BmpFileWithRowsFromTopToBottomIsABmp)
@@ -32,7 +32,7 @@ TEST_F(PhotoFormatOf, BmpFileWithRowsFromTopToBottomIsABmp)
     samples::putPhotoBmp(photo);
     photo[22] = 0x82; // -126
     photo[23] = photo[24] = photo[25] = 0xFF;
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Bmp);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::BMP);
 }
 
 TEST_F(PhotoFormatOf, BmpFileWithAnyOtherHeaderIsUnknown)
@@ -40,27 +40,27 @@ TEST_F(PhotoFormatOf, BmpFileWithAnyOtherHeaderIsUnknown)
     for (const int offset : {1, 2, 18, 22, 28}) {
         samples::putPhotoBmp(photo);
         photo[offset] ^= 0x01;
-        EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Unknown) << "byte " << offset;
+        EXPECT_EQ(photoFormatOf(photo), PhotoFormat::UNKNOWN) << "byte " << offset;
     }
 }
 
 TEST_F(PhotoFormatOf, DataOfTheCompressedLengthIsCompressed)
 {
     photo[IDCARD_COMPRESSED_PHOTO_SIZE - 1] = 1;
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Compressed);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::COMPRESSED);
 }
 
 TEST_F(PhotoFormatOf, CompressedDataThatBeginsLikeABmpIsCompressed)
 {
     photo[0] = 'B';
     photo[1] = 'M';
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Compressed);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::COMPRESSED);
 }
 
 TEST_F(PhotoFormatOf, DataBehindTheCompressedLengthIsUnknown)
 {
     photo[IDCARD_COMPRESSED_PHOTO_SIZE] = 1;
-    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::Unknown);
+    EXPECT_EQ(photoFormatOf(photo), PhotoFormat::UNKNOWN);
 }
 
 TEST(CardPhoto, BmpIsTheWholeFile)

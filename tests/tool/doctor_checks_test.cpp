@@ -54,7 +54,7 @@ TEST_P(Checks, FaultIsToldWithItsRemedy)
 {
     const Fault &fault = GetParam();
     Environment machine = fineMachine();
-    EXPECT_EQ(findingOf(fault.check, machine).level, Level::Fine);
+    EXPECT_EQ(findingOf(fault.check, machine).level, Level::FINE);
     fault.make(machine);
     const Finding finding = findingOf(fault.check, machine);
     EXPECT_EQ(finding.level, fault.level);
@@ -80,23 +80,23 @@ INSTANTIATE_TEST_SUITE_P(
     Versions, Checks,
     testing::Values(Fault{"other library", "library-version",
                           [](Environment &m) { m.versions.library = "version:1.4.0"; },
-                          Level::Warning, "\"version:1.4.0\", idcard-reader is 1.5.0", "ldd"},
+                          Level::WARNING, "\"version:1.4.0\", idcard-reader is 1.5.0", "ldd"},
                     Fault{"older Qt", "qt-version",
-                          [](Environment &m) { m.versions.qtRunning = "5.9.5"; }, Level::Failure,
+                          [](Environment &m) { m.versions.qtRunning = "5.9.5"; }, Level::FAILURE,
                           "5.9.5, built with 5.11.3: they do not go together", "Install Qt 5.11.3"},
                     Fault{"Qt of another major version", "qt-version",
-                          [](Environment &m) { m.versions.qtRunning = "6.4.2"; }, Level::Failure,
+                          [](Environment &m) { m.versions.qtRunning = "6.4.2"; }, Level::FAILURE,
                           "6.4.2", "a later Qt 5"},
                     Fault{"missing locale", "locale",
                           [](Environment &m) {
                               m.locale = {"xx_YY.UTF-8", false, "C", "ANSI_X3.4-1968"};
                           },
-                          Level::Warning, "no locale \"xx_YY.UTF-8\"", "dpkg-reconfigure locales"},
+                          Level::WARNING, "no locale \"xx_YY.UTF-8\"", "dpkg-reconfigure locales"},
                     Fault{"other encoding", "locale",
                           [](Environment &m) {
                               m.locale = {"zh_CN.GB18030", true, "zh_CN.GB18030", "GB18030"};
                           },
-                          Level::Warning, "the encoding GB18030, not UTF-8",
+                          Level::WARNING, "the encoding GB18030, not UTF-8",
                           "export LC_ALL=C.UTF-8"}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -104,67 +104,67 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Fault{"nowhere", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
                   m.readerLibrary.files.clear();
                   m.readerLibrary.errors << "libmaker.so: cannot open shared object file: No such";
               },
-              Level::Failure,
+              Level::FAILURE,
               "The reader maker's library, libmaker.so, is not here; looked in "
               "/usr/lib and",
               "ln -s /PATH/OF/THE/MAKERS/FILE /usr/lib/libmaker.so"},
         Fault{"another processor", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
-                  m.readerLibrary.files.first().shape = LibraryShape::OtherMachine;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
+                  m.readerLibrary.files.first().shape = LibraryShape::OTHER_MACHINE;
                   m.readerLibrary.files.first().machine = "64-bit ARM";
               },
-              Level::Failure, "64-bit ARM; this program is for x86-64", "library for x86-64"},
+              Level::FAILURE, "64-bit ARM; this program is for x86-64", "library for x86-64"},
         Fault{"leads nowhere", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
-                  m.readerLibrary.files.first().shape = LibraryShape::Unreadable;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
+                  m.readerLibrary.files.first().shape = LibraryShape::UNREADABLE;
               },
-              Level::Failure, "cannot be read by this user", "chmod a+rx /usr/lib/libmaker.so"},
+              Level::FAILURE, "cannot be read by this user", "chmod a+rx /usr/lib/libmaker.so"},
         Fault{"no library", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
-                  m.readerLibrary.files.first().shape = LibraryShape::NoLibrary;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
+                  m.readerLibrary.files.first().shape = LibraryShape::NO_LIBRARY;
               },
-              Level::Failure, "/usr/lib/libmaker.so is no library", "file /usr/lib/libmaker.so"},
+              Level::FAILURE, "/usr/lib/libmaker.so is no library", "file /usr/lib/libmaker.so"},
         Fault{"some reason of the loader", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
                   m.readerLibrary.errors << "/usr/lib/libmaker.so: undefined symbol: other";
               },
-              Level::Failure, "cannot be loaded: /usr/lib/libmaker.so: undefined symbol: other",
+              Level::FAILURE, "cannot be loaded: /usr/lib/libmaker.so: undefined symbol: other",
               "ldd -r /usr/lib/libmaker.so"},
         Fault{"path with a blank", "reader-library",
               [](Environment &m) {
-                  m.readerLibrary.loading = Loading::NotLoaded;
+                  m.readerLibrary.loading = Loading::NOT_LOADED;
                   m.readerLibrary.files.first().path = "/it's here/libmaker.so";
-                  m.readerLibrary.files.first().shape = LibraryShape::NoLibrary;
+                  m.readerLibrary.files.first().shape = LibraryShape::NO_LIBRARY;
               },
-              Level::Failure, "/it's here/libmaker.so is no library",
+              Level::FAILURE, "/it's here/libmaker.so is no library",
               "file '/it'\\''s here/libmaker.so'"},
         Fault{"hanging", "photo-decoder",
               [](Environment &m) {
-                  m.photoDecoder.loading = Loading::Hung;
+                  m.photoDecoder.loading = Loading::HUNG;
                   m.photoDecoder.tried = "/usr/lib/libdecoder.so";
               },
-              Level::Failure, "Loading /usr/lib/libdecoder.so hangs", "another version"},
+              Level::FAILURE, "Loading /usr/lib/libdecoder.so hangs", "another version"},
         Fault{"no decoder where one road needs it", "photo-decoder",
               [](Environment &m) {
-                  m.photoDecoder.loading = Loading::NotLoaded;
+                  m.photoDecoder.loading = Loading::NOT_LOADED;
                   m.photoDecoder.files.clear();
               },
-              Level::Failure, "The photo decoder, libdecoder.so, is not here", "ln -s"},
+              Level::FAILURE, "The photo decoder, libdecoder.so, is not here", "ln -s"},
         Fault{"no decoder where few readers need it", "photo-decoder",
               [](Environment &m) {
-                  m.roads = Roads::Library;
-                  m.photoDecoder.loading = Loading::NotLoaded;
+                  m.roads = Roads::LIBRARY;
+                  m.photoDecoder.loading = Loading::NOT_LOADED;
                   m.photoDecoder.files.clear();
               },
-              Level::Warning, "The photo decoder, libdecoder.so, is not here", "ln -s"}));
+              Level::WARNING, "The photo decoder, libdecoder.so, is not here", "ln -s"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Bus, Checks,
@@ -174,9 +174,9 @@ INSTANTIATE_TEST_SUITE_P(
                   m.usb.nodes.clear();
                   m.usb.code = USB_READER_INIT_FAILED;
               },
-              Level::Failure, "USB could not be used.", "/dev/bus/usb"},
+              Level::FAILURE, "USB could not be used.", "/dev/bus/usb"},
         Fault{"empty bus", "usb-reader", [](Environment &m) { m.usb.nodes.clear(); },
-              Level::Failure, "No device on the USB bus could be a reader; the bus is empty",
+              Level::FAILURE, "No device on the USB bus could be a reader; the bus is empty",
               "idcard-reader usb --list"},
         Fault{"other devices", "usb-reader",
               [](Environment &m) {
@@ -184,12 +184,12 @@ INSTANTIATE_TEST_SUITE_P(
                   m.usb.asked = UsbIds{0x1209, 0x00AB};
                   m.usb.others = 3;
               },
-              Level::Failure, "1209:00ab is not on the USB bus; 3 other devices are there",
+              Level::FAILURE, "1209:00ab is not on the USB bus; 3 other devices are there",
               "Plug the reader in"},
         Fault{"no pipes", "usb-reader",
-              [](Environment &m) { node(m).device.hasReaderPipes = false; }, Level::Failure,
+              [](Environment &m) { node(m).device.hasReaderPipes = false; }, Level::FAILURE,
               "it has not the pipes of a reader", "--road library"},
-        Fault{"no permission", "usb-permission", forbid, Level::Failure,
+        Fault{"no permission", "usb-permission", forbid, Level::FAILURE,
               "This user may not open /dev/bus/usb/001/002: mode 0600, owner root, group root",
               "69-idcard-reader.rules"},
         Fault{"no node", "usb-permission",
@@ -197,29 +197,29 @@ INSTANTIATE_TEST_SUITE_P(
                   forbid(m);
                   node(m).rights = {};
               },
-              Level::Failure, "/dev/bus/usb/001/002 is not there", "In a container"},
+              Level::FAILURE, "/dev/bus/usb/001/002 is not there", "In a container"},
         Fault{"driver", "usb-driver",
-              [](Environment &m) { node(m).device.driver = "usbserial_generic"; }, Level::Warning,
+              [](Environment &m) { node(m).device.driver = "usbserial_generic"; }, Level::WARNING,
               "\"usbserial_generic\" is bound to the reader",
               "echo 'blacklist usbserial_generic' > /etc/modprobe.d/"},
         Fault{"opened elsewhere", "usb-holder",
               [](Environment &m) {
                   node(m).holders.processes = {{4711, "counter"}};
               },
-              Level::Warning, "The reader's node is open in counter (process 4711)",
+              Level::WARNING, "The reader's node is open in counter (process 4711)",
               "fuser -v /dev/bus/usb/001/002"},
         Fault{"claimed elsewhere", "usb-holder",
               [](Environment &m) {
                   node(m).device.driver = "usbfs";
                   node(m).holders.processes = {{4711, "counter"}};
               },
-              Level::Failure, "The reader is held by counter (process 4711)", "end the other one"},
+              Level::FAILURE, "The reader is held by counter (process 4711)", "end the other one"},
         Fault{"claimed by one unseen", "usb-holder",
               [](Environment &m) {
                   node(m).device.driver = "usbfs";
                   node(m).holders.unseen = 12;
               },
-              Level::Failure,
+              Level::FAILURE,
               "held by a program that this user cannot see; 12 processes of others cannot be seen",
               "as root"}));
 
@@ -232,34 +232,34 @@ INSTANTIATE_TEST_SUITE_P(
                   m.usb.rule = {};
                   m.usb.rule.shipped = "/my build/packaging/69-idcard-reader.rules";
               },
-              Level::Failure, "69-idcard-reader.rules is in none of udev's folders",
+              Level::FAILURE, "69-idcard-reader.rules is in none of udev's folders",
               "cp '/my build/packaging/69-idcard-reader.rules' /etc/udev/rules.d/\nudevadm control "
               "--reload"},
         Fault{"no rule anywhere", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
-              Level::Warning, "is in none of udev's folders",
+              Level::WARNING, "is in none of udev's folders",
               "It is in the project's build folder, packaging/69-idcard-reader.rules, and in its "
               "package. Copy it to /etc/udev/rules.d, then load it, as root:\nudevadm control "
               "--reload"},
         Fault{"no rule, but another way in", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
-              Level::Warning, "this user may use the reader all the same",
+              Level::WARNING, "this user may use the reader all the same",
               "udevadm control --reload"},
         Fault{"rule switched off", "usb-rule",
               [](Environment &m) {
                   m.usb.rule = {"/etc/udev/rules.d/x", true, {}, {}};
               },
-              Level::Warning, "by which the rule is switched off", "rm /etc/udev/rules.d/x"},
+              Level::WARNING, "by which the rule is switched off", "rm /etc/udev/rules.d/x"},
         Fault{"rule of other ids", "usb-rule",
               [](Environment &m) {
                   forbid(m);
                   node(m).device.ids = {0x1209, 0x00AB};
               },
-              Level::Failure, "is for 1209:0001, not for 1209:00ab", "\"00ab\""},
+              Level::FAILURE, "is for 1209:0001, not for 1209:00ab", "\"00ab\""},
         Fault{"rule of the package for other ids", "usb-rule",
               [](Environment &m) {
                   m.usb.rule.path = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
                   m.usb.rule.opened = {UsbIds{0x1209, 0x0002}};
               },
-              Level::Warning, "is for 1209:0002, not for 1209:0001",
+              Level::WARNING, "is for 1209:0002, not for 1209:0001",
               "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/\nsed -i"},
         Fault{"rule without ids", "usb-rule",
               [](Environment &m) {
@@ -267,9 +267,9 @@ INSTANTIATE_TEST_SUITE_P(
                   m.usb.rule.opened.clear();
                   m.usb.rule.shipped = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
               },
-              Level::Warning, "opens no device",
+              Level::WARNING, "opens no device",
               "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/"},
-        Fault{"rule not applied", "usb-rule", forbid, Level::Failure,
+        Fault{"rule not applied", "usb-rule", forbid, Level::FAILURE,
               "has not been applied: the node is not of the group idcard-reader",
               "plug the reader in anew"},
         Fault{"no group", "usb-group",
@@ -277,27 +277,27 @@ INSTANTIATE_TEST_SUITE_P(
                   forbid(m);
                   m.usb.group = {"idcard-reader", "clerk", false, false, false, false};
               },
-              Level::Failure, "There is no group \"idcard-reader\"",
+              Level::FAILURE, "There is no group \"idcard-reader\"",
               "groupadd --system idcard-reader"},
         Fault{"not in the group", "usb-group",
               [](Environment &m) {
                   forbid(m);
                   m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
               },
-              Level::Failure, "clerk is not in \"idcard-reader\"",
+              Level::FAILURE, "clerk is not in \"idcard-reader\"",
               "usermod --append --groups idcard-reader clerk"},
         Fault{"not in the group, no reader yet", "usb-group",
               [](Environment &m) {
                   m.usb.nodes.clear();
                   m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
               },
-              Level::Warning, "clerk is not in \"idcard-reader\"", "usermod"},
+              Level::WARNING, "clerk is not in \"idcard-reader\"", "usermod"},
         Fault{"not logged in anew", "usb-group",
               [](Environment &m) {
                   forbid(m);
                   m.usb.group = {"idcard-reader", "clerk", false, true, true, false};
               },
-              Level::Failure, "has not logged in since then", "newgrp idcard-reader"}));
+              Level::FAILURE, "has not logged in since then", "newgrp idcard-reader"}));
 
 void claim(Environment &machine, double dpiX, double dpiY)
 {
@@ -309,7 +309,7 @@ INSTANTIATE_TEST_SUITE_P(
     Pictures, Checks,
     testing::Values(
         Fault{"no display", "screen", [](Environment &m) { m.pictures.isOffscreenChosen = true; },
-              Level::Warning,
+              Level::WARNING,
               "There is no display. idcard-reader chooses Qt's platform \"offscreen\"",
               "export QT_QPA_PLATFORM=offscreen"},
         Fault{"display does not work", "screen",
@@ -319,47 +319,47 @@ INSTANTIATE_TEST_SUITE_P(
                   m.pictures.hasStarted = false;
                   m.pictures.screen.reset();
               },
-              Level::Failure,
+              Level::FAILURE,
               "Qt does not come up with the platform \"xcb\": could not connect to display",
               "session of its desktop"},
         Fault{"no screen", "screen", [](Environment &m) { m.pictures.screen.reset(); },
-              Level::Failure, "Qt has no screen", "switch it on"},
-        Fault{"no size", "resolution", [](Environment &m) { claim(m, 0, 0); }, Level::Failure,
+              Level::FAILURE, "Qt has no screen", "switch it on"},
+        Fault{"no size", "resolution", [](Environment &m) { claim(m, 0, 0); }, Level::FAILURE,
               "0 dpi", "xrandr --query"},
         Fault{"one millimetre", "resolution", [](Environment &m) { claim(m, 48768, 27432); },
-              Level::Failure, "48768 x 27432 dpi", "Virtual machines"},
+              Level::FAILURE, "48768 x 27432 dpi", "Virtual machines"},
         Fault{
-            "low", "resolution", [](Environment &m) { claim(m, 59.9, 59.9); }, Level::Warning,
+            "low", "resolution", [](Environment &m) { claim(m, 59.9, 59.9); }, Level::WARNING,
             "59.9 dpi (508 x 286 mm), which is unusual; a resident card is painted with 324 x 204 "
             "pixels",
             "xrandr --query"},
-        Fault{"high", "resolution", [](Environment &m) { claim(m, 401, 401); }, Level::Warning,
+        Fault{"high", "resolution", [](Environment &m) { claim(m, 401, 401); }, Level::WARNING,
               "401 dpi", "xrandr --query"},
-        Fault{"not square", "resolution", [](Environment &m) { claim(m, 96, 107); }, Level::Warning,
+        Fault{"not square", "resolution", [](Environment &m) { claim(m, 96, 107); }, Level::WARNING,
               "different resolutions across and down, 96 x 107 dpi", "xrandr --query"},
         Fault{"hardly a pixel", "resolution", [](Environment &m) { claim(m, 29.9, 29.9); },
-              Level::Failure, "29.9 dpi", "xrandr --query"},
+              Level::FAILURE, "29.9 dpi", "xrandr --query"},
         Fault{"finer than any", "resolution", [](Environment &m) { claim(m, 801, 801); },
-              Level::Failure, "801 dpi", "xrandr --query"},
+              Level::FAILURE, "801 dpi", "xrandr --query"},
         Fault{"finer than any when it is scaled", "resolution",
               [](Environment &m) {
                   claim(m, 401, 401);
                   m.pictures.screen->devicePixelRatio = 2;
               },
-              Level::Failure, "401 dpi", "xrandr --query"},
+              Level::FAILURE, "401 dpi", "xrandr --query"},
         Fault{"no plug-in", "jpeg",
               [](Environment &m) {
                   m.pictures.canWriteJpeg = false;
                   m.pictures.jpegPlugin.clear();
                   m.pictures.pluginFolders = QStringList{"/qt"};
               },
-              Level::Failure, "Qt has no JPEG plug-in", "libqt5gui5"},
+              Level::FAILURE, "Qt has no JPEG plug-in", "libqt5gui5"},
         Fault{"broken plug-in", "jpeg",
               [](Environment &m) {
                   m.pictures.canWriteJpeg = false;
                   m.pictures.jpegProblem = "not a plug-in";
               },
-              Level::Failure, "does not work, all pictures come out empty: not a plug-in",
+              Level::FAILURE, "does not work, all pictures come out empty: not a plug-in",
               "--reinstall libqt5gui5"},
         Fault{"plug-in not asked", "jpeg",
               [](Environment &m) {
@@ -367,12 +367,12 @@ INSTANTIATE_TEST_SUITE_P(
                   m.pictures.isJpegKnown = false;
                   m.pictures.failure = "it hangs";
               },
-              Level::Failure, "Not known, since Qt does not come up (it hangs)", "\"Screen\""},
+              Level::FAILURE, "Not known, since Qt does not come up (it hangs)", "\"Screen\""},
         Fault{"no Chinese font", "text-font",
-              [](Environment &m) { m.pictures.fonts[0].hasChinese = false; }, Level::Failure,
+              [](Environment &m) { m.pictures.fonts[0].hasChinese = false; }, Level::FAILURE,
               "no font here has the Chinese characters", "fonts-noto-cjk"},
         Fault{"some font", "text-font",
-              [](Environment &m) { m.pictures.fonts[0].isStandIn = false; }, Level::Warning,
+              [](Environment &m) { m.pictures.fonts[0].isStandIn = false; }, Level::WARNING,
               "no stand-in is named, and Qt takes SomeFont",
               "conf.d; it is in the project's sources, packaging/fonts (docs/fonts.md), as root:\n"
               "apt-get install fontconfig fonts-noto-cjk"},
@@ -382,13 +382,13 @@ INSTANTIATE_TEST_SUITE_P(
                 m.pictures.fonts[0].isStandIn = false;
                 m.pictures.shippedFontChoice = "/build/packaging/69-idcard-reader.conf";
             },
-            Level::Warning, "no stand-in is named",
+            Level::WARNING, "no stand-in is named",
             "Install a font for it and copy the project's fontconfig file 69-idcard-reader.conf to "
             "/etc/fonts/conf.d (docs/fonts.md), as root:\n"
             "apt-get install fontconfig fonts-noto-cjk\n"
             "cp /build/packaging/69-idcard-reader.conf /etc/fonts/conf.d/"},
         Fault{"font not asked", "number-font",
-              [](Environment &m) { m.pictures.fonts[1].isKnown = false; }, Level::Failure,
+              [](Environment &m) { m.pictures.fonts[1].isKnown = false; }, Level::FAILURE,
               "not known", "\"Screen\""}));
 
 TEST(FontsOfTheDoctor, WhereOnlyTheChoiceIsMissingNoPackageIsAskedFor)
@@ -421,11 +421,11 @@ TEST(FineMachine, IsFineInEveryCheck)
     const auto findings = judge(fineMachine());
     EXPECT_EQ(findings.size(), checkTable().size());
     for (const CheckedFinding &one : findings) {
-        EXPECT_EQ(one.finding.level, Level::Fine) << one.check->id;
+        EXPECT_EQ(one.finding.level, Level::FINE) << one.check->id;
         EXPECT_THAT(one.finding.remedy.toStdString(), IsEmpty()) << one.check->id;
         EXPECT_THAT(one.finding.commands, IsEmpty()) << one.check->id;
     }
-    EXPECT_THAT(toReport(findings, Roads::Both).toStdString(),
+    EXPECT_THAT(toReport(findings, Roads::BOTH).toStdString(),
                 testing::EndsWith("\n\nAll is fine: 16 checks.\n"));
 }
 
@@ -433,12 +433,12 @@ TEST(FineMachine, OtherWaysOfBeingFineAreFine)
 {
     Environment machine = fineMachine();
     machine.usb.group = {"idcard-reader", "clerk", false, true, false, false};
-    EXPECT_EQ(findingOf("usb-group", machine).level, Level::Fine) << "open to who sits there";
+    EXPECT_EQ(findingOf("usb-group", machine).level, Level::FINE) << "open to who sits there";
     machine.usb.group = {"idcard-reader", "root", true, true, false, false};
-    EXPECT_EQ(findingOf("usb-group", machine).level, Level::Fine) << "root";
+    EXPECT_EQ(findingOf("usb-group", machine).level, Level::FINE) << "root";
     node(machine).device.driver = "usbfs";
-    EXPECT_EQ(findingOf("usb-driver", machine).level, Level::Fine) << "a program's claim";
-    machine.readerLibrary.loading = Loading::NotTried;
+    EXPECT_EQ(findingOf("usb-driver", machine).level, Level::FINE) << "a program's claim";
+    machine.readerLibrary.loading = Loading::NOT_TRIED;
     machine.readerLibrary.definedIn = "/opt/host";
     EXPECT_EQ(findingOf("reader-library", machine).text,
               "its functions are in the process already, from /opt/host");
@@ -449,7 +449,7 @@ TEST(FineMachine, OtherWaysOfBeingFineAreFine)
                 testing::EndsWith("; root may open it whatever that is"));
     for (const auto &[dpiX, dpiY] : {std::pair(60., 65.), std::pair(370., 400.)}) {
         claim(machine, dpiX, dpiY);
-        EXPECT_EQ(findingOf("resolution", machine).level, Level::Fine) << dpiX;
+        EXPECT_EQ(findingOf("resolution", machine).level, Level::FINE) << dpiX;
     }
 }
 
@@ -463,9 +463,9 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
             ids << one.check->id;
         return ids.join(' ').toStdString();
     };
-    EXPECT_EQ(idsOf(Roads::Library), "library-version qt-version locale reader-library "
+    EXPECT_EQ(idsOf(Roads::LIBRARY), "library-version qt-version locale reader-library "
                                      "photo-decoder screen resolution jpeg text-font number-font");
-    EXPECT_EQ(idsOf(Roads::Usb),
+    EXPECT_EQ(idsOf(Roads::USB),
               "library-version qt-version locale usb-reader usb-permission usb-rule usb-group "
               "usb-driver usb-holder photo-decoder");
 }
@@ -479,8 +479,8 @@ TEST(TwoReaders, AreToldOneAfterTheOther)
     machine.usb.nodes << other;
     const Findings findings = checkPermission(machine);
     ASSERT_EQ(findings.size(), 2);
-    EXPECT_EQ(findings[0].level, Level::Fine);
-    EXPECT_EQ(findings[1].level, Level::Failure);
+    EXPECT_EQ(findings[0].level, Level::FINE);
+    EXPECT_EQ(findings[1].level, Level::FAILURE);
     EXPECT_EQ(findings[1].facts["node"].toString(), "/dev/bus/usb/001/003");
 }
 

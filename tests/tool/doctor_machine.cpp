@@ -14,8 +14,8 @@ LibraryState loadedLibrary(const char *path, const QStringList &functions)
     state.ownMachine = "x86-64";
     state.ownFolder = "/usr/lib";
     state.places = QStringList{"/usr/lib"};
-    state.files = {{QString::fromLatin1(path), LibraryShape::Sound, "x86-64"}};
-    state.loading = Loading::Loaded;
+    state.files = {{QString::fromLatin1(path), LibraryShape::SOUND, "x86-64"}};
+    state.loading = Loading::LOADED;
     state.tried = QString::fromLatin1(path);
     return state;
 }

@@ -41,7 +41,7 @@ TEST(DoctorsChild, ThatEndsItsWorkIsDone)
         tell({{"part", "one"}, {"count", 1}});
         tell({{"count", 2}});
     });
-    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}, {"count", 2}}));
 }
 
@@ -52,7 +52,7 @@ TEST(DoctorsChild, ThatPrintsWhatLooksLikeItsAnswerDoesNotChangeIt)
         for (int descriptor = STDOUT_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
             static_cast<void>(write(descriptor, "{\"part\":\"two\"}\n", 15));
     });
-    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
     EXPECT_EQ(run.log.toStdString(), "{\"part\":\"two\"}\n{\"part\":\"two\"}\n");
 }
@@ -77,7 +77,7 @@ TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
         tell({{"part", "one"}});
         std::abort();
     });
-    EXPECT_EQ(run.end, ChildRun::End::Crashed);
+    EXPECT_EQ(run.end, ChildRun::End::CRASHED);
     EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
     EXPECT_THAT(run.how.toStdString(), HasSubstr("signal 6"));
 }
@@ -85,7 +85,7 @@ TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
 TEST(DoctorsChild, ThatExitsWithoutEndingItsWorkHasCrashed)
 {
     const ChildRun run = runChild([](const Telling & /*tell*/) { _exit(0); });
-    EXPECT_EQ(run.end, ChildRun::End::Crashed);
+    EXPECT_EQ(run.end, ChildRun::End::CRASHED);
     EXPECT_THAT(run.how.toStdString(), HasSubstr("status 0"));
 }
 
@@ -105,7 +105,7 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
                 pause();
         },
         300);
-    EXPECT_EQ(run.end, ChildRun::End::TimedOut);
+    EXPECT_EQ(run.end, ChildRun::End::TIMED_OUT);
     EXPECT_LT(time.elapsed(), 5000);
     const pid_t grandchild = run.told["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
@@ -127,7 +127,7 @@ TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
         for (int i = 0; i < 100000; ++i)
             static_cast<void>(write(STDERR_FILENO, "noise\n", 6));
     });
-    EXPECT_EQ(run.end, ChildRun::End::Done);
+    EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_LE(run.log.size(), 300 * 1024);
 }
 
@@ -154,7 +154,7 @@ private:
 
 TEST_F(LibraryFiles, OwnKindIsSound)
 {
-    EXPECT_EQ(inspected(sound()).shape, LibraryShape::Sound);
+    EXPECT_EQ(inspected(sound()).shape, LibraryShape::SOUND);
 }
 
 TEST_F(LibraryFiles, OtherProcessorIsToldFromTheHeader)
@@ -163,7 +163,7 @@ TEST_F(LibraryFiles, OtherProcessorIsToldFromTheHeader)
     content[18] = '\xf3'; // EM_RISCV
     content[19] = '\0';
     const LibraryFile file = inspected(content);
-    EXPECT_EQ(file.shape, LibraryShape::OtherMachine);
+    EXPECT_EQ(file.shape, LibraryShape::OTHER_MACHINE);
     EXPECT_EQ(file.machine, "RISC-V");
 }
 
@@ -182,7 +182,7 @@ TEST_F(LibraryFiles, EveryLengthThatIsTooShortIsCutOff)
 {
     const QByteArray content = sound();
     for (const int size : {4, 5, 63, 64, 100, 4096, content.size() / 2, content.size() - 1})
-        EXPECT_EQ(inspected(content.left(size)).shape, LibraryShape::CutOff) << size;
+        EXPECT_EQ(inspected(content.left(size)).shape, LibraryShape::CUT_OFF) << size;
 }
 
 TEST_F(LibraryFiles, HostileHeadersAreCutOff)
@@ -191,22 +191,22 @@ TEST_F(LibraryFiles, HostileHeadersAreCutOff)
     for (const int offset : {32, 40}) { // where the tables of segments and sections are
         QByteArray hostile = content;
         hostile.replace(offset, 8, QByteArray(8, '\xff'));
-        EXPECT_EQ(inspected(hostile).shape, LibraryShape::CutOff) << offset;
+        EXPECT_EQ(inspected(hostile).shape, LibraryShape::CUT_OFF) << offset;
     }
 }
 
 TEST_F(LibraryFiles, OtherFilesAreNoLibraries)
 {
-    EXPECT_EQ(inspected({}).shape, LibraryShape::NoLibrary);
-    EXPECT_EQ(inspected("BM").shape, LibraryShape::NoLibrary);
-    EXPECT_EQ(inspected(QByteArray(5000, 'x')).shape, LibraryShape::NoLibrary);
-    EXPECT_EQ(inspectLibrary(QDir::tempPath()).shape, LibraryShape::NoLibrary);
+    EXPECT_EQ(inspected({}).shape, LibraryShape::NO_LIBRARY);
+    EXPECT_EQ(inspected("BM").shape, LibraryShape::NO_LIBRARY);
+    EXPECT_EQ(inspected(QByteArray(5000, 'x')).shape, LibraryShape::NO_LIBRARY);
+    EXPECT_EQ(inspectLibrary(QDir::tempPath()).shape, LibraryShape::NO_LIBRARY);
 }
 
 TEST_F(LibraryFiles, LinkToNothingIsUnreadable)
 {
     ASSERT_TRUE(QFile::link(path("gone"), path("link")));
-    EXPECT_EQ(inspectLibrary(path("link")).shape, LibraryShape::Unreadable);
+    EXPECT_EQ(inspectLibrary(path("link")).shape, LibraryShape::UNREADABLE);
 }
 
 /** Libraries beside the library under test are looked for by path. */
@@ -223,7 +223,7 @@ LibraryState probed(const char *fault, int limitMs = LONG_MS)
 TEST(LoadingALibrary, ThatIsNowhereTellsWhereItWasLookedFor)
 {
     const LibraryState state = probeLibrary("libnowhere.so", {"unpack"}, LONG_MS);
-    EXPECT_EQ(state.loading, Loading::NotLoaded);
+    EXPECT_EQ(state.loading, Loading::NOT_LOADED);
     EXPECT_TRUE(state.files.isEmpty());
     EXPECT_EQ(QDir(state.places.value(0)).canonicalPath(),
               QDir(IDCARD_BUILD_LIB_DIR).canonicalPath());
@@ -233,17 +233,17 @@ TEST(LoadingALibrary, ThatIsNowhereTellsWhereItWasLookedFor)
 
 TEST(LoadingALibrary, ThatCrashesHangsOrExitsIsSurvived)
 {
-    EXPECT_EQ(probed("CRASHES").loading, Loading::Crashed);
+    EXPECT_EQ(probed("CRASHES").loading, Loading::CRASHED);
     EXPECT_THAT(probed("CRASHES").crash.toStdString(), HasSubstr("signal 6"));
-    EXPECT_EQ(probed("EXITS").loading, Loading::Crashed);
+    EXPECT_EQ(probed("EXITS").loading, Loading::CRASHED);
     EXPECT_THAT(probed("EXITS").crash.toStdString(), HasSubstr("status 3"));
-    EXPECT_EQ(probed("HANGS", 500).loading, Loading::Hung);
+    EXPECT_EQ(probed("HANGS", 500).loading, Loading::HUNG);
 }
 
 TEST(LoadingALibrary, ThatPrintsMuchIsLoaded)
 {
     const LibraryState state = probed("WRITES");
-    EXPECT_EQ(state.loading, Loading::Loaded);
+    EXPECT_EQ(state.loading, Loading::LOADED);
     EXPECT_THAT(state.missing, IsEmpty());
     EXPECT_THAT(state.tried.toStdString(), HasSubstr("/libidcard_maker_WRITES.so"));
 }
@@ -252,7 +252,7 @@ TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryTellsWhich)
 {
     EXPECT_EQ(probed("LACKS_FUNCTIONS").missing, QStringList{"KVO_ClosePort"});
     const LibraryState state = probed("NEEDS_ANOTHER");
-    EXPECT_EQ(state.loading, Loading::NotLoaded);
+    EXPECT_EQ(state.loading, Loading::NOT_LOADED);
     EXPECT_THAT(state.errors.join('\n').toStdString(),
                 HasSubstr("libidcard_maker_needed.so: cannot open shared object file"));
 }
@@ -260,7 +260,7 @@ TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryTellsWhich)
 TEST(LoadingALibrary, IsNotDoneForFunctionsThatAreInTheProcess)
 {
     const LibraryState state = probeLibrary("libnowhere.so", {"getpid", "getppid"}, LONG_MS);
-    EXPECT_EQ(state.loading, Loading::NotTried);
+    EXPECT_EQ(state.loading, Loading::NOT_TRIED);
     EXPECT_THAT(state.definedIn.toStdString(), HasSubstr("libc"));
 }
 

@@ -19,13 +19,13 @@ namespace
 TEST(Report, HasMarkersGroupsRemediesAndASum)
 {
     Environment machine = fineMachine();
-    machine.roads = Roads::Usb;
+    machine.roads = Roads::USB;
     machine.locale = {"", true, "C", "ANSI_X3.4-1968"};
     UsbNode &node = machine.usb.nodes.first();
     node.device.mayOpen = false;
     node.rights.mode = 0600;
     node.rights.group = "root";
-    EXPECT_EQ(toReport(judge(machine), Roads::Usb).toStdString(),
+    EXPECT_EQ(toReport(judge(machine), Roads::USB).toStdString(),
               R"(General
 ok       Library          version:1.5.0
 ok       Qt               5.15.8, built with 5.11.3
@@ -67,7 +67,7 @@ TEST(Report, NameOfADeviceCannotSteerTheTerminal)
 {
     Environment machine = fineMachine();
     machine.usb.nodes.first().device.product = QStringLiteral("\x1b[2J\nFAILURE  forged");
-    const QString report = toReport(judge(machine), Roads::Both);
+    const QString report = toReport(judge(machine), Roads::BOTH);
     EXPECT_FALSE(report.contains(QChar(0x1B)));
     EXPECT_FALSE(report.contains("\nFAILURE"));
 }
@@ -76,9 +76,9 @@ TEST(Report, FailureWithoutARoadNamesTheRoads)
 {
     Environment machine = fineMachine();
     machine.usb.nodes.clear();
-    EXPECT_THAT(toReport(judge(machine), Roads::Both).simplified().toStdString(),
+    EXPECT_THAT(toReport(judge(machine), Roads::BOTH).simplified().toStdString(),
                 HasSubstr("--road library or --road usb"));
-    EXPECT_THAT(toReport(judge(machine), Roads::Usb).simplified().toStdString(),
+    EXPECT_THAT(toReport(judge(machine), Roads::USB).simplified().toStdString(),
                 Not(HasSubstr("--road library or --road usb")));
 }
 
@@ -87,7 +87,7 @@ TEST(ReportJson, HoldsTheSumAndEveryFinding)
     Environment machine = fineMachine();
     machine.usb.nodes.first().device.driver = "usbserial";
     const QJsonObject report =
-        QJsonDocument::fromJson(toReportJson(judge(machine), Roads::Both)).object();
+        QJsonDocument::fromJson(toReportJson(judge(machine), Roads::BOTH)).object();
     EXPECT_EQ(report["road"].toString(), "both");
     EXPECT_EQ(report["result"].toString(), "warning");
     EXPECT_EQ(report["counts"].toObject(),

@@ -36,11 +36,11 @@ constexpr CutField CUT_FIELDS[] = {{"name", 31},
 const char *photoFormat(const simulator::CardDescription &card)
 {
     switch (card.photoDelivery) {
-    case simulator::PhotoDelivery::BmpFile:
+    case simulator::PhotoDelivery::BMP_FILE:
         break;
-    case simulator::PhotoDelivery::Compressed:
+    case simulator::PhotoDelivery::COMPRESSED:
         return "compressed";
-    case simulator::PhotoDelivery::OwnFile: // of photos in unusual forms only this one is known
+    case simulator::PhotoDelivery::OWN_FILE: // of photos in unusual forms only this one is known
         return card.photoFile == QLatin1String("resident-photo-top-down.bmp") ? "bmp" : "unknown";
     }
     return "bmp";
@@ -51,7 +51,7 @@ const char *photoFormat(const simulator::CardDescription &card)
 QJsonObject expectedOfRead(const simulator::CardDescription &card)
 {
     using simulator::CardKind;
-    const bool isForeign = card.kind == CardKind::Foreign2017 || card.kind == CardKind::ForeignNew;
+    const bool isForeign = card.kind == CardKind::FOREIGN2017 || card.kind == CardKind::FOREIGN_NEW;
     QJsonObject json{{"road", "reader-library"},
                      {"kind", simulator::cardKindName(card.kind)},
                      {"sex", simulator::sexText(card)},
@@ -77,20 +77,20 @@ QJsonObject expectedOfRead(const simulator::CardDescription &card)
         json["issuingAuthority"] = card.issuingAuthority;
     }
     switch (card.kind) {
-    case CardKind::Resident:
+    case CardKind::RESIDENT:
         json["cardKind"] = 0;
         json["ethnicGroup"] = simulator::ethnicGroupText(card);
         json["fingerprints"] = QJsonObject{{"count", card.fingerprints}, {"file", QJsonValue()}};
         break;
-    case CardKind::Hmt:
+    case CardKind::HMT:
         json["cardKind"] = 3;
         json["travelPermitNumber"] = card.travelPermitNumber;
         json["issueCount"] = QJsonValue();
         break;
-    case CardKind::Foreign2017:
+    case CardKind::FOREIGN2017:
         json["cardKind"] = 1;
         break;
-    case CardKind::ForeignNew:
+    case CardKind::FOREIGN_NEW:
         json["cardKind"] = 2;
         json["cardExtra"] = card.cardExtra;
         break;

@@ -26,7 +26,7 @@ protected:
 
     /** Writes into the folder "card" and returns what failed. */
     std::string write(const QVector<NamedContent> &files,
-                      ExistingFiles existing = ExistingFiles::Refuse) const
+                      ExistingFiles existing = ExistingFiles::REFUSE) const
     {
         return writeFileSet(path("card"), files, existing).toStdString();
     }
@@ -66,7 +66,7 @@ TEST_F(FileSet, ModesDoNotDependOnTheMask)
 
 TEST_F(FileSet, ParentsOfTheFolderAreMadeAsPrivate)
 {
-    EXPECT_THAT(writeFileSet(path("x/y/z"), m_files, ExistingFiles::Refuse).toStdString(),
+    EXPECT_THAT(writeFileSet(path("x/y/z"), m_files, ExistingFiles::REFUSE).toStdString(),
                 IsEmpty());
     EXPECT_EQ(modeOf(path("x")), 0700);
     EXPECT_EQ(modeOf(path("x/y/z/a")), 0600);
@@ -116,7 +116,7 @@ TEST_F(FileSet, LinkThatLeadsNowhereIsNotOverwritten)
 TEST_F(FileSet, ReplacingLeavesTheNewFilesAlone)
 {
     makeOldCard();
-    EXPECT_THAT(write(m_files, ExistingFiles::Replace), IsEmpty());
+    EXPECT_THAT(write(m_files, ExistingFiles::REPLACE), IsEmpty());
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
     EXPECT_EQ(modeOf(path("card/a")), 0600);
 }
@@ -124,7 +124,7 @@ TEST_F(FileSet, ReplacingLeavesTheNewFilesAlone)
 TEST_F(FileSet, ReplacingRemovesAFileThatTheNewSetDoesNotHave)
 {
     makeOldCard();
-    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}, ExistingFiles::Replace), IsEmpty());
+    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}, ExistingFiles::REPLACE), IsEmpty());
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a")));
 }
 
@@ -133,7 +133,7 @@ TEST_F(FileSet, ReplacingALinkLeavesWhatItPointsTo)
     ASSERT_TRUE(QDir().mkdir(path("card")));
     writeFile(path("elsewhere"), "precious");
     ASSERT_TRUE(QFile::link(path("elsewhere"), path("card/a")));
-    EXPECT_THAT(write(m_files, ExistingFiles::Replace), IsEmpty());
+    EXPECT_THAT(write(m_files, ExistingFiles::REPLACE), IsEmpty());
     EXPECT_EQ(readFile(path("elsewhere")), "precious");
     EXPECT_EQ(readFile(path("card/a")), "new a");
 }
@@ -141,7 +141,7 @@ TEST_F(FileSet, ReplacingALinkLeavesWhatItPointsTo)
 TEST_F(FileSet, FolderInTheWayIsNeverReplaced)
 {
     ASSERT_TRUE(QDir().mkpath(path("card/b")));
-    EXPECT_THAT(write(m_files, ExistingFiles::Replace), HasSubstr("card/b is a folder"));
+    EXPECT_THAT(write(m_files, ExistingFiles::REPLACE), HasSubstr("card/b is a folder"));
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "<folder>")));
 }
 
@@ -155,7 +155,7 @@ TEST_F(FileSet, FileInPlaceOfTheFolderIsToldAndLeft)
 TEST_F(FileSet, FolderThatCannotBeMadeIsTold)
 {
     writeFile(path("file"), "a file");
-    EXPECT_THAT(writeFileSet(path("file/card"), m_files, ExistingFiles::Refuse).toStdString(),
+    EXPECT_THAT(writeFileSet(path("file/card"), m_files, ExistingFiles::REFUSE).toStdString(),
                 HasSubstr("could not be made"));
 }
 
@@ -164,7 +164,7 @@ TEST_F(FileSet, WriteThatFailsHalfWayLeavesNothing)
     const FileSizeLimit limit(1000);
     const QVector<NamedContent> files{{"a", "small"}, {"b", QByteArray(5000, 'x')}};
     for (const char *const folder : {"card", "new/folders/card"}) {
-        EXPECT_THAT(writeFileSet(path(folder), files, ExistingFiles::Refuse).toStdString(),
+        EXPECT_THAT(writeFileSet(path(folder), files, ExistingFiles::REFUSE).toStdString(),
                     HasSubstr("b could not be written"));
         EXPECT_FALSE(QFile::exists(path(folder)));
     }
@@ -175,7 +175,7 @@ TEST_F(FileSet, WriteThatFailsHalfWayLeavesTheOldFiles)
 {
     makeOldCard();
     const FileSizeLimit limit(1000);
-    EXPECT_THAT(write({{"a", "small"}, {"b", QByteArray(5000, 'x')}}, ExistingFiles::Replace),
+    EXPECT_THAT(write({{"a", "small"}, {"b", QByteArray(5000, 'x')}}, ExistingFiles::REPLACE),
                 HasSubstr("b could not be written"));
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
 }
@@ -186,7 +186,7 @@ TEST_F(FileSet, FileThatCannotGetItsNameBringsTheOldOnesBack)
     // A name of the longest length the system takes has no room for the passing name beside it.
     EXPECT_THAT(
         write({{"a", "new a"}, {"b", QByteArray()}, {QString(300, QLatin1Char('n')), "never"}},
-              ExistingFiles::Replace),
+              ExistingFiles::REPLACE),
         HasSubstr("could not be written"));
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
 }
@@ -196,7 +196,7 @@ TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
     makeOldCard();
     // The second "c" finds the first in its place after "a" and "b" have been replaced.
     EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}, {"c", "1"}, {"./c/../c", "2"}},
-                      ExistingFiles::Replace),
+                      ExistingFiles::REPLACE),
                 HasSubstr("could not be written"));
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
 }
@@ -210,11 +210,11 @@ TEST_F(FileSet, NamesThatMeetOnTheirWayAreNotReplacedWhereNothingIsToBe)
 TEST_F(FileSet, ObstacleIsToldWithoutWriting)
 {
     makeOldCard();
-    EXPECT_THAT(obstacleTo(path("card"), {"a"}, ExistingFiles::Refuse).toStdString(),
+    EXPECT_THAT(obstacleTo(path("card"), {"a"}, ExistingFiles::REFUSE).toStdString(),
                 HasSubstr("--force"));
-    EXPECT_TRUE(obstacleTo(path("card"), {"a"}, ExistingFiles::Replace).isEmpty());
-    EXPECT_TRUE(obstacleTo(path("card"), {"z"}, ExistingFiles::Refuse).isEmpty());
-    EXPECT_TRUE(obstacleTo(path("new"), {"a"}, ExistingFiles::Refuse).isEmpty());
+    EXPECT_TRUE(obstacleTo(path("card"), {"a"}, ExistingFiles::REPLACE).isEmpty());
+    EXPECT_TRUE(obstacleTo(path("card"), {"z"}, ExistingFiles::REFUSE).isEmpty());
+    EXPECT_TRUE(obstacleTo(path("new"), {"a"}, ExistingFiles::REFUSE).isEmpty());
     EXPECT_FALSE(QFile::exists(path("new")));
 }
 

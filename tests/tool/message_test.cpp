@@ -15,7 +15,7 @@ namespace
 {
 
 const ResultEntry ENTRY = {-7,     "A_CONSTANT",          "It failed.",
-                           "Why.", "What is to be done.", ExitStatus::ReadFailed};
+                           "Why.", "What is to be done.", ExitStatus::READ_FAILED};
 
 std::vector<std::string> linesOf(const Message &message)
 {
@@ -31,7 +31,7 @@ TEST(Message, OfAResult_HasCodeDetailsCauseAndRemedyInThisOrder)
     EXPECT_EQ(message.headline.toStdString(), "It failed.");
     EXPECT_THAT(linesOf(message), ElementsAre("Code: -7 (A_CONSTANT)", "Device: 1209:0001",
                                               "Cause: Why.", "What to do: What is to be done."));
-    EXPECT_EQ(message.kind, Message::Kind::Failure);
+    EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
 TEST(Message, OfAnUnknownCode_NamesItAndTellsWhatToDo)
@@ -39,7 +39,7 @@ TEST(Message, OfAnUnknownCode_NamesItAndTellsWhatToDo)
     const Message message = unknownCodeMessage(-77);
     EXPECT_THAT(message.headline.toStdString(),
                 testing::AllOf(HasSubstr("the code -77,"), HasSubstr("Install")));
-    EXPECT_EQ(message.kind, Message::Kind::Failure);
+    EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
 TEST(TerminalText, LinesStandIndentedUnderTheHeadline)

@@ -52,14 +52,14 @@ TEST(WithoutDatePoints, LeavesOtherTextAsItIs)
 TEST(DecodeRawRecord, RoadIsTheOneThatIsNamed)
 {
     const QByteArray record = recordOf("resident");
-    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::Usb)->road(), Road::Usb);
-    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::File)->road(), Road::File);
+    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::USB)->road(), Road::USB);
+    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::FILE)->road(), Road::FILE);
 }
 
 TEST(DecodeRawRecord, PrintsAreTheBlockAtTheirPlace)
 {
     const QByteArray record = recordOf("resident-one-fingerprint");
-    const auto card = decodeRawRecord(record, FP_INFO_ONE, Road::File);
+    const auto card = decodeRawRecord(record, FP_INFO_ONE, Road::FILE);
     ASSERT_TRUE(card);
     EXPECT_EQ(card->fingerprintCount(), 1);
     EXPECT_EQ(card->fingerprints(), record.mid(PRINTS, 512));
@@ -69,19 +69,19 @@ TEST(DecodeRawRecord, CardOfAKindWithoutPrintsKeepsThoseThatItHas)
 {
     QByteArray record = recordOf("foreign-new");
     record.insert(PRINTS, QByteArray(512, 'p'));
-    const auto card = decodeRawRecord(record, FP_INFO_ONE, Road::File);
+    const auto card = decodeRawRecord(record, FP_INFO_ONE, Road::FILE);
     ASSERT_TRUE(card);
     EXPECT_TRUE(card->mayHaveFingerprints());
     EXPECT_EQ(card->fingerprints(), QByteArray(512, 'p'));
     EXPECT_FALSE(
-        decodeRawRecord(recordOf("foreign-new"), FP_INFO_NONE, Road::File)->mayHaveFingerprints());
+        decodeRawRecord(recordOf("foreign-new"), FP_INFO_NONE, Road::FILE)->mayHaveFingerprints());
 }
 
 TEST(DecodeRawRecord, PhotoWithoutADecoderStaysCompressed)
 {
-    const auto card = decodeRawRecord(recordOf("resident"), FP_INFO_TWO, Road::File);
+    const auto card = decodeRawRecord(recordOf("resident"), FP_INFO_TWO, Road::FILE);
     ASSERT_TRUE(card);
-    EXPECT_EQ(card->photoFormat(), PhotoFormat::Compressed);
+    EXPECT_EQ(card->photoFormat(), PhotoFormat::COMPRESSED);
     EXPECT_TRUE(card->photo().isNull());
 }
 
@@ -89,13 +89,13 @@ TEST(DecodeRawRecord, PhotoBlockOfZerosIsNoPhoto)
 {
     QByteArray record = recordOf("resident");
     record.replace(PHOTO, 1024, QByteArray(1024, '\0'));
-    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::File)->photoFormat(), PhotoFormat::None);
+    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::FILE)->photoFormat(), PhotoFormat::NONE);
 }
 
 TEST(DecodeRawRecord, ForeignNationalityIsNameAndCodeApart)
 {
     for (const char *name : {"foreign-2017", "foreign-new"}) {
-        const auto card = decodeRawRecord(recordOf(name), FP_INFO_NONE, Road::File);
+        const auto card = decodeRawRecord(recordOf(name), FP_INFO_NONE, Road::FILE);
         ASSERT_TRUE(card);
         EXPECT_EQ(contentOf(*card, "nationalityCode").first(),
                   builtInCard(QLatin1String(name)).nationality);
@@ -108,7 +108,7 @@ TEST(DecodeRawRecord, CountryCodeThatLooksLikeTheSeparatorStaysTheCode)
 {
     QByteArray record = recordOf("foreign-new");
     record.replace(TEXT + 242, 6, QByteArray(" \0/\0 \0", 6));
-    const auto card = decodeRawRecord(record, FP_INFO_NONE, Road::File);
+    const auto card = decodeRawRecord(record, FP_INFO_NONE, Road::FILE);
     ASSERT_TRUE(card);
     EXPECT_EQ(contentOf(*card, "nationalityCode").first(), " / ");
     EXPECT_EQ(contentOf(*card, "nationality").first(), "");
@@ -128,11 +128,11 @@ TEST_P(UnknownSex, OfAForeignersCardGivesNoCard)
     QByteArray record = recordOf(GetParam().card);
     for (const char code : {'3', '8'}) {
         record[TEXT + GetParam().offset] = code;
-        EXPECT_FALSE(decodeRawRecord(record, FP_INFO_NONE, Road::File)) << code;
+        EXPECT_FALSE(decodeRawRecord(record, FP_INFO_NONE, Road::FILE)) << code;
     }
     for (const char code : {'0', '1', '2', '9'}) {
         record[TEXT + GetParam().offset] = code;
-        EXPECT_TRUE(decodeRawRecord(record, FP_INFO_NONE, Road::File)) << code;
+        EXPECT_TRUE(decodeRawRecord(record, FP_INFO_NONE, Road::FILE)) << code;
     }
 }
 
@@ -150,7 +150,7 @@ TEST(DecodeRawRecord, AnythingInTheBlocksIsDecodedWithoutHarm)
                 record[offset] = static_cast<char>(random());
             record[KIND_LETTER] = kind;
             record[KIND_LETTER + 1] = 0;
-            const auto card = decodeRawRecord(record, FP_INFO_TWO, Road::File);
+            const auto card = decodeRawRecord(record, FP_INFO_TWO, Road::FILE);
             if (!card)
                 continue;
             ASSERT_EQ(card->fingerprints(), record.mid(PRINTS, 1024));

@@ -164,22 +164,22 @@ TEST(ResultCatalogue, ExitStatusesStandOnceAndAscending)
 TEST(FindResult, ZeroWithARecordIsSuccess)
 {
     ASSERT_NE(findResult(0, true), nullptr);
-    EXPECT_EQ(findResult(0, true)->exitStatus, ExitStatus::Done);
+    EXPECT_EQ(findResult(0, true)->exitStatus, ExitStatus::DONE);
 }
 
 TEST(FindResult, ZeroWithoutARecordIsNothingRead)
 {
     ASSERT_NE(findResult(0, false), nullptr);
-    EXPECT_EQ(findResult(0, false)->exitStatus, ExitStatus::NothingRead);
+    EXPECT_EQ(findResult(0, false)->exitStatus, ExitStatus::NOTHING_READ);
 }
 
 TEST(FindResult, FailuresLeadToTheirExitStatus)
 {
-    EXPECT_EQ(findResult(-5, false)->exitStatus, ExitStatus::ReaderNotOpened);
-    EXPECT_EQ(findResult(-23, false)->exitStatus, ExitStatus::ReadFailed);
-    EXPECT_EQ(findResult(-24, false)->exitStatus, ExitStatus::NoCard);
-    EXPECT_EQ(findResult(-26, false)->exitStatus, ExitStatus::PhotoNotDecoded);
-    EXPECT_EQ(findResult(-40, false)->exitStatus, ExitStatus::ProgramFailed);
+    EXPECT_EQ(findResult(-5, false)->exitStatus, ExitStatus::READER_NOT_OPENED);
+    EXPECT_EQ(findResult(-23, false)->exitStatus, ExitStatus::READ_FAILED);
+    EXPECT_EQ(findResult(-24, false)->exitStatus, ExitStatus::NO_CARD);
+    EXPECT_EQ(findResult(-26, false)->exitStatus, ExitStatus::PHOTO_NOT_DECODED);
+    EXPECT_EQ(findResult(-40, false)->exitStatus, ExitStatus::PROGRAM_FAILED);
 }
 
 TEST(FindResult, NumberThatIsNoResultHasNoRow)
@@ -191,7 +191,7 @@ TEST(FindResult, NumberThatIsNoResultHasNoRow)
 TEST(Explain, EveryFailureTellsCodeCauseAndRemedy)
 {
     for (const ResultEntry &entry : resultCatalogue()) {
-        if (entry.exitStatus == ExitStatus::Done)
+        if (entry.exitStatus == ExitStatus::DONE)
             continue;
         ReadOutcome outcome;
         outcome.code = entry.code;
@@ -220,7 +220,7 @@ TEST(Explain, NumberThatIsNoResultIsTold)
     ReadOutcome outcome;
     outcome.code = -77;
     EXPECT_THAT(explain(outcome).toStdString(), testing::HasSubstr("-77"));
-    EXPECT_EQ(outcome.exitStatus(), ExitStatus::ProgramFailed);
+    EXPECT_EQ(outcome.exitStatus(), ExitStatus::PROGRAM_FAILED);
 }
 
 /** A failure of the USB road. */
@@ -253,15 +253,15 @@ TEST(ExplainUsb, EveryFailureTellsCodeDeviceCauseAndRemedyInLinesThatFitATermina
 
 TEST(ExplainUsb, FailuresLeadToTheirExitStatus)
 {
-    EXPECT_EQ(usbFailure(-2).exitStatus(), ExitStatus::ReaderNotOpened);
-    EXPECT_EQ(usbFailure(-6).exitStatus(), ExitStatus::ReaderNotOpened);
-    EXPECT_EQ(usbFailure(-9).exitStatus(), ExitStatus::ReaderNotOpened);
-    EXPECT_EQ(usbFailure(-10).exitStatus(), ExitStatus::NoCard);
-    EXPECT_EQ(usbFailure(-13).exitStatus(), ExitStatus::ReadFailed);
-    EXPECT_EQ(usbFailure(-18).exitStatus(), ExitStatus::NothingRead);
-    EXPECT_EQ(usbFailure(-21).exitStatus(), ExitStatus::ReadFailed);
-    EXPECT_EQ(usbFailure(-24).exitStatus(), ExitStatus::NoCard);
-    EXPECT_EQ(usbFailure(0).exitStatus(), ExitStatus::Done);
+    EXPECT_EQ(usbFailure(-2).exitStatus(), ExitStatus::READER_NOT_OPENED);
+    EXPECT_EQ(usbFailure(-6).exitStatus(), ExitStatus::READER_NOT_OPENED);
+    EXPECT_EQ(usbFailure(-9).exitStatus(), ExitStatus::READER_NOT_OPENED);
+    EXPECT_EQ(usbFailure(-10).exitStatus(), ExitStatus::NO_CARD);
+    EXPECT_EQ(usbFailure(-13).exitStatus(), ExitStatus::READ_FAILED);
+    EXPECT_EQ(usbFailure(-18).exitStatus(), ExitStatus::NOTHING_READ);
+    EXPECT_EQ(usbFailure(-21).exitStatus(), ExitStatus::READ_FAILED);
+    EXPECT_EQ(usbFailure(-24).exitStatus(), ExitStatus::NO_CARD);
+    EXPECT_EQ(usbFailure(0).exitStatus(), ExitStatus::DONE);
 }
 
 TEST(ExplainUsb, ReaderThatIsGoneIsUnpluggedWhateverTheCode)
@@ -269,7 +269,7 @@ TEST(ExplainUsb, ReaderThatIsGoneIsUnpluggedWhateverTheCode)
     for (const int code : {-5, -8, -10, -21, -24}) {
         UsbOutcome outcome = usbFailure(code);
         outcome.isUnplugged = true;
-        EXPECT_EQ(outcome.exitStatus(), ExitStatus::ReadFailed);
+        EXPECT_EQ(outcome.exitStatus(), ExitStatus::READ_FAILED);
         EXPECT_THAT(explain(outcome).toStdString(),
                     testing::AllOf(testing::StartsWith("The reader was unplugged while"),
                                    testing::HasSubstr("Code: " + std::to_string(code))));
@@ -286,7 +286,7 @@ TEST(ExplainUsb, MissingPermissionNamesRuleAndGroup)
 TEST(ExplainUsb, NumberThatIsNoCodeIsTold)
 {
     EXPECT_THAT(explain(usbFailure(-23)).toStdString(), testing::HasSubstr("-23"));
-    EXPECT_EQ(usbFailure(-23).exitStatus(), ExitStatus::ProgramFailed);
+    EXPECT_EQ(usbFailure(-23).exitStatus(), ExitStatus::PROGRAM_FAILED);
 }
 
 } // namespace

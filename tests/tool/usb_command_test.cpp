@@ -60,7 +60,7 @@ protected:
     {
         QString problem;
         if (!card.isEmpty()) {
-            ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::Described, &problem))
+            ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::DESCRIBED, &problem))
                 << problem.toStdString();
         }
         ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();

@@ -115,7 +115,7 @@ void readCard()
 TEST_F(Cancellation, CommandThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 {
     ScriptedDevice &device = make();
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Pending));
+    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::PENDING));
     add(device);
     EXPECT_EQ(endWaitingFor(device, COMMAND, 1, readCard), ThreadEnd::CANCELLED);
     expectLog(lines::OPENED);
@@ -126,7 +126,7 @@ TEST_F(Cancellation, LaterCommandThatIsNeverTaken_EndsTheThreadAndGivesTheReader
 {
     ScriptedDevice &device = make();
     expectReady(device);
-    device.expectWrite(0x02, frames::READ, ended(UsbStatus::Pending));
+    device.expectWrite(0x02, frames::READ, ended(UsbStatus::PENDING));
     add(device);
     EXPECT_EQ(endWaitingFor(device, COMMAND, 3, readCard), ThreadEnd::CANCELLED);
     expectLog(lines::READY);
@@ -137,7 +137,7 @@ TEST_F(Cancellation, BlockThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 {
     ScriptedDevice &device = make();
     expectReady(device);
-    device.expectWrite(0x06, QByteArray::fromHex("0102000000000003"), ended(UsbStatus::Pending));
+    device.expectWrite(0x06, QByteArray::fromHex("0102000000000003"), ended(UsbStatus::PENDING));
     add(device);
     EXPECT_EQ(endWaitingFor(device, QStringLiteral("out 06 8"), 1,
                             [] { IdReader().write_pipe6(8, 1, 2, nullptr, 3); }),
@@ -153,7 +153,7 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnObjectThatAnotherThreadDest
 #endif
     ScriptedDevice &device = make();
     expectReady(device);
-    device.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"), ended(UsbStatus::Pending));
+    device.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"), ended(UsbStatus::PENDING));
     add(device);
     {
         IdReader reader;
@@ -170,7 +170,7 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnotherReaderAlone)
 {
     ScriptedDevice &device = make();
     ScriptedDevice &other = make(UsbIds{0x120A, 0x0002});
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Pending));
+    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::PENDING));
     expectReady(other);
     other.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"));
     add(device);
@@ -201,7 +201,7 @@ TEST_F(Cancellation, AnswerThatNeverComes_EndsTheThreadAfterFiveSecondsAtMost)
     ScriptedDevice &device = make();
     expectReady(device);
     device.expectWrite(0x02, frames::READ)
-        .expectRead(0x81, frames::READ_CAPACITY, ended(UsbStatus::Pending));
+        .expectRead(0x81, frames::READ_CAPACITY, ended(UsbStatus::PENDING));
     add(device);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(endWaitingFor(device, READ_ANSWER, 1, readCard), ThreadEnd::CANCELLED);
@@ -260,7 +260,7 @@ TEST_F(Cancellation, AtAnyMomentOfFetching_GivesTheReaderBack)
     simulator::VirtualReader device;
     QString problem;
     ASSERT_TRUE(
-        device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::Plain, &problem));
+        device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::PLAIN, &problem));
     bus().add(device);
     startAccount();
     const auto fetch = [] {

@@ -46,17 +46,17 @@ T &valueOf(const DataRef &data)
 int kernelStatus(UsbStatus status)
 {
     switch (status) {
-    case UsbStatus::Done:
+    case UsbStatus::DONE:
         return 0;
-    case UsbStatus::Stalled:
+    case UsbStatus::STALLED:
         return -EPIPE;
-    case UsbStatus::Broken:
+    case UsbStatus::BROKEN:
         return -EPROTO;
-    case UsbStatus::TooLong:
+    case UsbStatus::TOO_LONG:
         return -EOVERFLOW;
-    case UsbStatus::Unplugged:
+    case UsbStatus::UNPLUGGED:
         return -ESHUTDOWN;
-    case UsbStatus::Pending:
+    case UsbStatus::PENDING:
         break;
     }
     return -EINPROGRESS;
@@ -317,7 +317,7 @@ DeviceNode::Answer DeviceNode::submit(Opening &opening, UMockdevIoctlData *argum
                           .arg(QString::number(transfer.outcome.count), QString::number(size)),
                       EIO);
     transfer.status = kernelStatus(transfer.outcome.status);
-    transfer.ends = transfer.outcome.status != UsbStatus::Pending;
+    transfer.ends = transfer.outcome.status != UsbStatus::PENDING;
     transfer.end = Clock::now() + std::chrono::milliseconds(transfer.outcome.delayMs);
     opening.transfers.push_back(std::move(transfer));
     return success();

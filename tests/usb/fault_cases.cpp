@@ -104,7 +104,7 @@ FaultCase numbers(const QString &fault, const QStringList &numbers, int code, co
     return {fault, numbers, numbers.join(QStringLiteral(", ")), code, log};
 }
 
-FaultCase plain(const QString &fault, int code, const Lines &log, End end = End::AtOnce)
+FaultCase plain(const QString &fault, int code, const Lines &log, End end = End::AT_ONCE)
 {
     return {fault, {QString()}, QString(), code, log, end};
 }
@@ -128,7 +128,7 @@ void addReaderFaults(std::vector<FaultCase> &rows)
                         Lines{"failed to open device LIBUSB_ERROR_NO_DEVICE   -4",
                               "failed to open device: LIBUSB_ERROR_NO_DEVICE(-4)"} +
                         NOT_OPENED,
-                    End::AtOnce,
+                    End::AT_ONCE,
                     2});
     rows.push_back(numbers("no-card", {"1", "2"}, -10, mismatch(LOOKUP)));
     rows.push_back(numbers("no-card", {"0"}, 0, read));
@@ -137,7 +137,8 @@ void addReaderFaults(std::vector<FaultCase> &rows)
     rows.push_back(numbers("transient-failures", {"0"}, 0, read));
     rows.push_back(numbers("read-fails", {"0", "-1", "99"}, -24, NO_DATA));
     rows.push_back(numbers("delay-ms", {"0", "100"}, 0, read));
-    rows.push_back(ending(numbers("delay-ms", {"60000"}, -21, notRead(READ, -7, 0)), End::GivesUp));
+    rows.push_back(
+        ending(numbers("delay-ms", {"60000"}, -21, notRead(READ, -7, 0)), End::GIVES_UP));
     rows.push_back(plain("photo-undecodable", 0, read));
     rows.push_back(numbers("photo-length", {"1024"}, 0, read));
     rows.push_back(numbers("photo-length", {"0", "1", "1023", "1025", "38862"}, -18,
@@ -154,7 +155,7 @@ void addReaderFaults(std::vector<FaultCase> &rows)
                         Lines{"failed to open device LIBUSB_ERROR_ACCESS   -3",
                               "failed to open device: LIBUSB_ERROR_ACCESS(-3)"} +
                         NOT_OPENED,
-                    End::AtOnce,
+                    End::AT_ONCE,
                     1});
     rows.push_back(plain(
         "claimed-elsewhere", -8,
@@ -191,9 +192,9 @@ void addExchangeFaults(std::vector<FaultCase> &rows)
         rows.push_back(numbers(name("answer-delayed"), {"0", "200"}, 0, read));
         rows.push_back(ending(numbers(name("answer-delayed"), {"60000"}, exchange.readFailed,
                                       notRead(exchange, -7, 0)),
-                              End::GivesUp));
+                              End::GIVES_UP));
         rows.push_back(plain(name("answer-missing"), exchange.readFailed, notRead(exchange, -7, 0),
-                             End::GivesUp));
+                             End::GIVES_UP));
         rows.push_back(
             plain(name("answer-stalled"), exchange.readFailed, notRead(exchange, -9, 0)));
         rows.push_back(plain(name("answer-broken"), exchange.readFailed, notRead(exchange, -1, 0)));
@@ -206,9 +207,9 @@ void addExchangeFaults(std::vector<FaultCase> &rows)
         rows.push_back(
             range(name("command-cut"), 0, 9, exchange.writeFailed, notWritten(exchange, 0)));
         rows.push_back(plain(name("command-missing"), exchange.writeFailed,
-                             notWritten(exchange, -4), End::Unplugged));
+                             notWritten(exchange, -4), End::UNPLUGGED));
         rows.push_back(numbers(name("command-delayed"), {"0", "200"}, 0, read));
-        rows.push_back(ending(numbers(name("command-delayed"), {longDelay}, 0, read), End::Late));
+        rows.push_back(ending(numbers(name("command-delayed"), {longDelay}, 0, read), End::LATE));
     }
 }
 

@@ -15,10 +15,10 @@ namespace usb_test
 
 /** When a read comes to its end. */
 enum class End {
-    AtOnce,
-    Late,      ///< the reader takes its time, longer than a read would wait
-    GivesUp,   ///< the time limit of a read is over
-    Unplugged, ///< not before the reader is unplugged
+    AT_ONCE,
+    LATE,      ///< the reader takes its time, longer than a read would wait
+    GIVES_UP,  ///< the time limit of a read is over
+    UNPLUGGED, ///< not before the reader is unplugged
 };
 
 /** Milliseconds that a command is kept waiting: longer than a read waits. */
@@ -32,7 +32,7 @@ struct FaultCase {
     int code;
     /** The whole log; {N} stands for the argument. */
     Lines log;
-    End end = End::AtOnce;
+    End end = End::AT_ONCE;
     /** How often a node is opened in vain. */
     int failedOpens = 0;
 };

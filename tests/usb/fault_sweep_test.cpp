@@ -89,7 +89,7 @@ Outcome run(const FaultCase &row, int argument)
     Outcome outcome;
     QString problem;
     simulator::VirtualReader device;
-    if (!device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::Described, &problem) ||
+    if (!device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::DESCRIBED, &problem) ||
         !device.slot().setFaults(faultText(row, argument), &problem)) {
         outcome.complaints << problem;
         return outcome;
@@ -99,7 +99,7 @@ Outcome run(const FaultCase &row, int argument)
     ProcessAccount account;
     const MessageLog log;
     std::thread hand;
-    if (row.end == End::Unplugged)
+    if (row.end == End::UNPLUGGED)
         hand = std::thread([&bus, &device] {
             std::this_thread::sleep_for(std::chrono::milliseconds(LONG_DELAY_MS));
             bus.change([&device] { device.unplug(); });
@@ -211,7 +211,7 @@ std::vector<Batch> batchesOf(const std::vector<FaultCase> &rows)
     std::size_t next = 0;
     for (std::size_t row = 0; row < rows.size(); ++row)
         for (int argument = 0; argument < rows[row].arguments.size(); ++argument) {
-            if (rows[row].end == End::AtOnce)
+            if (rows[row].end == End::AT_ONCE)
                 fast[next++ % BATCHES].push_back({row, argument});
             else
                 batches.emplace_back(std::vector<Read>{{row, argument}});
@@ -235,12 +235,12 @@ Lines expectedLog(const FaultCase &row, int argument)
 std::pair<int, int> timeLimits(End end)
 {
     switch (end) {
-    case End::AtOnce:
+    case End::AT_ONCE:
         break;
-    case End::GivesUp:
+    case End::GIVES_UP:
         return {READ_LIMIT_MS - 100, READ_LIMIT_MS + SLACK_MS};
-    case End::Late:
-    case End::Unplugged:
+    case End::LATE:
+    case End::UNPLUGGED:
         return {LONG_DELAY_MS - 100, LONG_DELAY_MS + SLACK_MS};
     }
     return {0, SLACK_MS};
@@ -249,13 +249,13 @@ std::pair<int, int> timeLimits(End end)
 QString endText(End end)
 {
     switch (end) {
-    case End::AtOnce:
+    case End::AT_ONCE:
         break;
-    case End::GivesUp:
+    case End::GIVES_UP:
         return QStringLiteral("after 5 s");
-    case End::Late:
+    case End::LATE:
         return QStringLiteral("when the command is taken");
-    case End::Unplugged:
+    case End::UNPLUGGED:
         return QStringLiteral("when the reader is unplugged");
     }
     return QStringLiteral("at once");

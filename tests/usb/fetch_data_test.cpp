@@ -242,13 +242,13 @@ TEST_F(FetchData, SeveralThingsWrong_FirstCheckNamesTheFailure)
 
 TEST_F(FetchData, AnswerStalled_IsAReadFailure)
 {
-    addReader(ended(UsbStatus::Stalled));
+    addReader(ended(UsbStatus::STALLED));
     expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-9)!"});
 }
 
 TEST_F(FetchData, AnswerBrokenOffAtAFullFrame_IsAReadFailureAllTheSame)
 {
-    UsbTransfer answer = ended(UsbStatus::Broken);
+    UsbTransfer answer = ended(UsbStatus::BROKEN);
     answer.data = frames::readAnswer(0);
     answer.count = answer.data.size();
     addReader(answer);
@@ -257,7 +257,7 @@ TEST_F(FetchData, AnswerBrokenOffAtAFullFrame_IsAReadFailureAllTheSame)
 
 TEST_F(FetchData, AnswerTooLong_IsAReadFailure)
 {
-    UsbTransfer answer = ended(UsbStatus::TooLong);
+    UsbTransfer answer = ended(UsbStatus::TOO_LONG);
     answer.data = frames::readAnswer(1024);
     answer.count = answer.data.size();
     addReader(answer);
@@ -266,13 +266,13 @@ TEST_F(FetchData, AnswerTooLong_IsAReadFailure)
 
 TEST_F(FetchData, UnpluggedWhileReading_IsAReadFailure)
 {
-    addReader(ended(UsbStatus::Unplugged));
+    addReader(ended(UsbStatus::UNPLUGGED));
     expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-4)!"});
 }
 
 TEST_F(FetchData, NotAnswered_GivesUpAfterFiveSeconds)
 {
-    addReader(ended(UsbStatus::Pending));
+    addReader(ended(UsbStatus::PENDING));
     const auto start = std::chrono::steady_clock::now();
     expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-7)!"});
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4900));
@@ -282,7 +282,7 @@ TEST_F(FetchData, CommandStalled_IsAWriteFailure)
 {
     ScriptedDevice &device = make();
     expectReady(device);
-    device.expectWrite(0x02, frames::READ, ended(UsbStatus::Stalled));
+    device.expectWrite(0x02, frames::READ, ended(UsbStatus::STALLED));
     add(device);
     expectFailure(-22, {"write pipe2 error(-9)!"});
 }

@@ -59,7 +59,7 @@ TEST_F(PipeOperations, WritePipe2_SendsAFrameHead)
 
 TEST_F(PipeOperations, WritePipe2Stalled_IsLoggedWithTheResult)
 {
-    device().expectWrite(0x02, QByteArray::fromHex("AAAAAA9669FF00"), ended(UsbStatus::Stalled));
+    device().expectWrite(0x02, QByteArray::fromHex("AAAAAA9669FF00"), ended(UsbStatus::STALLED));
     EXPECT_FALSE(reader().write_pipe2(0xFF, 0x00));
     expectLog({"write pipe2 error(-9)!"});
 }
@@ -117,7 +117,7 @@ TEST_F(PipeOperations, WritePipe6TakenInPart_IsAFailureWithResultZero)
 
 TEST_F(PipeOperations, WritePipe6Broken_IsLoggedWithTheResult)
 {
-    device().expectWrite(0x06, QByteArray::fromHex("0102000000000F"), ended(UsbStatus::Broken));
+    device().expectWrite(0x06, QByteArray::fromHex("0102000000000F"), ended(UsbStatus::BROKEN));
     EXPECT_FALSE(reader().write_pipe6(7, 1, 2, nullptr, 0x0F));
     expectLog({"write pipe6 error(-1)!"});
 }
@@ -155,7 +155,7 @@ TEST_F(PipeOperations, ReadPipe81ShortAnswer_LeavesTheLengthAlone)
 
 TEST_F(PipeOperations, ReadPipe81TooLongAnswer_LeavesTheLengthAlone)
 {
-    device().expectRead(0x81, 7, ended(UsbStatus::TooLong));
+    device().expectRead(0x81, 7, ended(UsbStatus::TOO_LONG));
     unsigned short length = 4711;
     EXPECT_FALSE(reader().read_pipe81(length));
     EXPECT_EQ(length, 4711);
@@ -186,14 +186,14 @@ TEST_F(PipeOperations, ReadPipe85ShortAnswer_LogsNoByte)
 
 TEST_F(PipeOperations, ReadPipe85Stalled_IsLoggedWithTheResult)
 {
-    device().expectRead(0x85, 5, ended(UsbStatus::Stalled));
+    device().expectRead(0x85, 5, ended(UsbStatus::STALLED));
     EXPECT_FALSE(reader().read_pipe85(5));
     expectLog({"write pipe85 error(-9)!"});
 }
 
 TEST_F(PipeOperations, ReadPipe85NotAnswered_GivesUpAfterFiveSeconds)
 {
-    device().expectRead(0x85, 5, ended(UsbStatus::Pending));
+    device().expectRead(0x85, 5, ended(UsbStatus::PENDING));
     EXPECT_FALSE(reader().read_pipe85(5));
     expectLog({"write pipe85 error(-7)!"});
 }
@@ -201,7 +201,7 @@ TEST_F(PipeOperations, ReadPipe85NotAnswered_GivesUpAfterFiveSeconds)
 TEST_F(PipeOperations, AfterAFailedOne_TheNextStillRuns)
 {
     device()
-        .expectWrite(0x02, QByteArray::fromHex("AAAAAA96690001"), ended(UsbStatus::Stalled))
+        .expectWrite(0x02, QByteArray::fromHex("AAAAAA96690001"), ended(UsbStatus::STALLED))
         .expectWrite(0x02, QByteArray::fromHex("AAAAAA96690001"));
     EXPECT_FALSE(reader().write_pipe2(0, 1));
     EXPECT_TRUE(reader().write_pipe2(0, 1));

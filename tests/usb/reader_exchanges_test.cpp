@@ -30,7 +30,7 @@ UsbTransfer partOf(const QByteArray &answer, int size, UsbStatus status)
 }
 
 /** A write of which only `count` bytes were taken. */
-UsbTransfer taken(int count, UsbStatus status = UsbStatus::Done)
+UsbTransfer taken(int count, UsbStatus status = UsbStatus::DONE)
 {
     UsbTransfer transfer = ended(status);
     transfer.count = count;
@@ -120,7 +120,7 @@ TEST_F(ReaderExchanges, LookupAnswerStalled_IsAReadFailureWithoutSelect)
 {
     ScriptedDevice &device = make();
     device.expectWrite(0x02, frames::LOOKUP)
-        .expectRead(0x81, LOOKUP_SIZE, ended(UsbStatus::Stalled));
+        .expectRead(0x81, LOOKUP_SIZE, ended(UsbStatus::STALLED));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -11);
@@ -132,7 +132,7 @@ TEST_F(ReaderExchanges, LookupAnswerBrokenOffInTheMiddle_TellsHowMuchCame)
 {
     ScriptedDevice &device = make();
     device.expectWrite(0x02, frames::LOOKUP)
-        .expectRead(0x81, LOOKUP_SIZE, partOf(frames::LOOKUP_ANSWER, 7, UsbStatus::Broken));
+        .expectRead(0x81, LOOKUP_SIZE, partOf(frames::LOOKUP_ANSWER, 7, UsbStatus::BROKEN));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -11);
@@ -144,7 +144,7 @@ TEST_F(ReaderExchanges, LookupAnswerTooLong_IsAReadFailure)
 {
     ScriptedDevice &device = make();
     device.expectWrite(0x02, frames::LOOKUP)
-        .expectRead(0x81, LOOKUP_SIZE, partOf(frames::LOOKUP_ANSWER, 15, UsbStatus::TooLong));
+        .expectRead(0x81, LOOKUP_SIZE, partOf(frames::LOOKUP_ANSWER, 15, UsbStatus::TOO_LONG));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -11);
@@ -155,7 +155,7 @@ TEST_F(ReaderExchanges, LookupNotAnswered_GivesUpAfterFiveSeconds)
 {
     ScriptedDevice &device = make();
     device.expectWrite(0x02, frames::LOOKUP)
-        .expectRead(0x81, LOOKUP_SIZE, ended(UsbStatus::Pending));
+        .expectRead(0x81, LOOKUP_SIZE, ended(UsbStatus::PENDING));
     add(device);
     const auto start = std::chrono::steady_clock::now();
     const IdReader reader;
@@ -190,7 +190,7 @@ TEST_F(ReaderExchanges, LookupAnsweredAfterAWhile_IsAwaited)
 TEST_F(ReaderExchanges, LookupCommandStalled_IsAWriteFailureWithoutARead)
 {
     ScriptedDevice &device = make();
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Stalled));
+    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::STALLED));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -12);
@@ -210,7 +210,7 @@ TEST_F(ReaderExchanges, LookupCommandTakenInPart_IsAWriteFailureWithResultZero)
 TEST_F(ReaderExchanges, UnpluggedAtTheLookupCommand_IsAWriteFailure)
 {
     ScriptedDevice &device = make();
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Unplugged));
+    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::UNPLUGGED));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -12);
@@ -255,7 +255,7 @@ TEST_F(ReaderExchanges, SelectAnswerStalled_MeansNoData)
     device.expectWrite(0x02, frames::LOOKUP)
         .expectRead(0x81, LOOKUP_SIZE, frames::LOOKUP_ANSWER)
         .expectWrite(0x02, frames::SELECT)
-        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::Stalled));
+        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::STALLED));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -24);
@@ -270,7 +270,7 @@ TEST_F(ReaderExchanges, SelectNotAnswered_MeansNoDataAfterFiveSeconds)
     device.expectWrite(0x02, frames::LOOKUP)
         .expectRead(0x81, LOOKUP_SIZE, frames::LOOKUP_ANSWER)
         .expectWrite(0x02, frames::SELECT)
-        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::Pending));
+        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::PENDING));
     add(device);
     const auto start = std::chrono::steady_clock::now();
     const IdReader reader;
@@ -286,7 +286,7 @@ TEST_F(ReaderExchanges, SelectCommandStalled_IsAWriteFailure)
     ScriptedDevice &device = make();
     device.expectWrite(0x02, frames::LOOKUP)
         .expectRead(0x81, LOOKUP_SIZE, frames::LOOKUP_ANSWER)
-        .expectWrite(0x02, frames::SELECT, ended(UsbStatus::Stalled));
+        .expectWrite(0x02, frames::SELECT, ended(UsbStatus::STALLED));
     add(device);
     const IdReader reader;
     EXPECT_EQ(reader.lastError(), -15);
@@ -298,7 +298,7 @@ TEST_F(ReaderExchanges, SelectCalledAgain_KeepsTheCodeOfARead)
     ScriptedDevice &device = make();
     expectReady(device);
     device.expectWrite(0x02, frames::SELECT)
-        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::Stalled));
+        .expectRead(0x81, SELECT_SIZE, ended(UsbStatus::STALLED));
     add(device);
     IdReader reader;
     EXPECT_FALSE(reader.select());
@@ -323,7 +323,7 @@ TEST_F(ReaderExchanges, LookupAndSelectCalledAgain_RunTheirExchanges)
 TEST_F(ReaderExchanges, WriteThatIsNeverTaken_EndsWhenTheReaderIsUnplugged)
 {
     ScriptedDevice &device = make();
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::Pending));
+    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::PENDING));
     add(device);
     constexpr std::chrono::milliseconds AFTER{7000}; // longer than any read waits
     std::thread hand([this, &device, AFTER] {

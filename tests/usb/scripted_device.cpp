@@ -8,7 +8,7 @@ using simulator::UsbTransfer;
 
 ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteArray &bytes)
 {
-    return expectWrite(endpoint, bytes, taken(UsbStatus::Done, bytes.size()));
+    return expectWrite(endpoint, bytes, taken(UsbStatus::DONE, bytes.size()));
 }
 
 ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteArray &bytes,
@@ -21,7 +21,7 @@ ScriptedDevice &ScriptedDevice::expectWrite(std::uint8_t endpoint, const QByteAr
 ScriptedDevice &ScriptedDevice::expectRead(std::uint8_t endpoint, int capacity,
                                            const QByteArray &answer)
 {
-    return expectRead(endpoint, capacity, ended(UsbStatus::Done, answer));
+    return expectRead(endpoint, capacity, ended(UsbStatus::DONE, answer));
 }
 
 ScriptedDevice &ScriptedDevice::expectRead(std::uint8_t endpoint, int capacity,
@@ -72,16 +72,16 @@ UsbTransfer ScriptedDevice::follow(const Line &asked)
 {
     if (m_script.empty()) {
         m_complaints << QStringLiteral("after the end of the script: ") + textOf(asked);
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
     const Line expected = m_script.front();
     m_script.pop_front();
     if (asked.endpoint != expected.endpoint || asked.size != expected.size ||
         asked.written != expected.written) {
         m_complaints << textOf(asked) + QStringLiteral(" instead of: ") + textOf(expected);
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     }
-    if (expected.outcome.status == UsbStatus::Unplugged)
+    if (expected.outcome.status == UsbStatus::UNPLUGGED)
         m_isPluggedIn = false;
     return expected.outcome;
 }

@@ -34,7 +34,7 @@ protected:
     void expectAnswer(const char *setup, const QByteArray &data)
     {
         const UsbTransfer transfer = ask(setup);
-        EXPECT_EQ(transfer.status, UsbStatus::Done) << setup;
+        EXPECT_EQ(transfer.status, UsbStatus::DONE) << setup;
         EXPECT_EQ(transfer.data.toHex(' '), data.toHex(' ')) << setup;
         EXPECT_EQ(transfer.count, data.size()) << setup;
     }
@@ -42,7 +42,7 @@ protected:
     void expectDone(const char *setup) { expectAnswer(setup, {}); }
     void expectStall(const char *setup)
     {
-        EXPECT_EQ(ask(setup).status, UsbStatus::Stalled) << setup;
+        EXPECT_EQ(ask(setup).status, UsbStatus::STALLED) << setup;
     }
 
     ScriptedDevice device;
@@ -194,7 +194,7 @@ TEST_F(Control, EveryRequestEndsAndStaysWithinItsRoom)
                 setup.length = 3;
                 const UsbTransfer transfer = endpoint.answer(setup);
                 EXPECT_LE(transfer.data.size(), 3);
-                EXPECT_NE(transfer.status, UsbStatus::Pending);
+                EXPECT_NE(transfer.status, UsbStatus::PENDING);
             }
         }
     }

@@ -202,8 +202,8 @@ TEST_F(Exchange, CommandIsWrittenAndItsAnswerRead)
     attach();
     const QByteArray command = hex("AA AA AA 96 69 00 03 20 01 22");
     const QByteArray found = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
-    device.writes = {taken(UsbStatus::Done, 10)};
-    device.reads = {ended(UsbStatus::Done, found)};
+    device.writes = {taken(UsbStatus::DONE, 10)};
+    device.reads = {ended(UsbStatus::DONE, found)};
     EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 06 00 01 00 02 00 00 00 00 00 00 00 02"
                            "00 00 00 00 00 00 00 0A 00 00 00 00 FF FF FF FF 00 00 00 00"
                            "00 00 00 00 00 00 00 00"
@@ -225,7 +225,7 @@ TEST_F(Exchange, CommandIsWrittenAndItsAnswerRead)
 TEST_F(Exchange, UnlinkTakesAWaitingReadBack)
 {
     attach();
-    device.reads = {ended(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::PENDING)};
     EXPECT_EQ(answerTo(bulkRead(8, 64)), QByteArray());
     EXPECT_EQ(answerTo(hex("00 00 00 02 00 00 00 09 00 01 00 02 00 00 00 00 00 00 00 00"
                            "00 00 00 08 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
@@ -238,7 +238,7 @@ TEST_F(Exchange, UnlinkTakesAWaitingReadBack)
 TEST_F(Exchange, UnlinkOfAFinishedReadAnswersZero)
 {
     attach();
-    device.reads = {ended(UsbStatus::Done, "x")};
+    device.reads = {ended(UsbStatus::DONE, "x")};
     answerTo(bulkRead(8, 64));
     EXPECT_EQ(answerTo(unlink(9, 8)),
               hex("00 00 00 04 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
@@ -248,8 +248,8 @@ TEST_F(Exchange, UnlinkOfAFinishedReadAnswersZero)
 
 TEST_F(Exchange, ByteByByteIsAnsweredAsInOnePiece)
 {
-    device.writes = {taken(UsbStatus::Done, 3)};
-    device.reads = {ended(UsbStatus::Done, "abc")};
+    device.writes = {taken(UsbStatus::DONE, 3)};
+    device.reads = {ended(UsbStatus::DONE, "abc")};
     const QByteArray all = importRequest() + bulkWrite(1, "xyz") + bulkRead(2, 64) +
                            control(3, hex("8006000100001200"));
     QByteArray sent;
@@ -257,8 +257,8 @@ TEST_F(Exchange, ByteByByteIsAnsweredAsInOnePiece)
         sent += answerTo(QByteArray(1, byte));
 
     ScriptedDevice other;
-    other.writes = {taken(UsbStatus::Done, 3)};
-    other.reads = {ended(UsbStatus::Done, "abc")};
+    other.writes = {taken(UsbStatus::DONE, 3)};
+    other.reads = {ended(UsbStatus::DONE, "abc")};
     UsbipExport otherExport(other);
     UsbipConnection inOnePiece(otherExport);
     inOnePiece.receive(all, 0);

@@ -28,11 +28,11 @@ class WillingDevice : public ScriptedDevice
 public:
     simulator::UsbTransfer write(std::uint8_t /*endpoint*/, const QByteArray &bytes) override
     {
-        return taken(UsbStatus::Done, bytes.size());
+        return taken(UsbStatus::DONE, bytes.size());
     }
     simulator::UsbTransfer read(std::uint8_t /*endpoint*/, int capacity) override
     {
-        return ended(UsbStatus::Done, QByteArray(capacity, 'r'));
+        return ended(UsbStatus::DONE, QByteArray(capacity, 'r'));
     }
 };
 
@@ -236,7 +236,7 @@ TEST(HostileBytes, AnEndpointOrDirectionThatThereCannotBeIsRefused)
 TEST(HostileBytes, ANumberGivenTwiceIsRefused)
 {
     ScriptedDevice device;
-    device.reads = {ended(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::PENDING)};
     UsbipExport exported(device);
     UsbipConnection connection(exported);
     connection.receive(importRequest() + bulkRead(1, 16) + bulkRead(1, 16), 0);
@@ -266,7 +266,7 @@ TEST(HostileBytes, AControlTransferThatContradictsItselfStalls)
 TEST(HostileBytes, TooManyWaitingTransfersEndTheConnection)
 {
     ScriptedDevice device;
-    device.reads = {ended(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::PENDING)};
     UsbipExport exported(device);
     UsbipConnection connection(exported);
     connection.receive(importRequest(), 0);

@@ -11,7 +11,7 @@ namespace
 UsbTransfer next(std::deque<UsbTransfer> *script)
 {
     if (script->empty())
-        return ended(UsbStatus::Stalled);
+        return ended(UsbStatus::STALLED);
     UsbTransfer transfer = script->front();
     script->pop_front();
     return transfer;

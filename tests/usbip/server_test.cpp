@@ -99,7 +99,7 @@ TEST_F(Server, ReportsAttachingAndDetaching)
     client.import();
     EXPECT_TRUE(server.isAttached());
     EXPECT_TRUE(isReported("has attached the reader"));
-    device.reads = {ended(UsbStatus::Done, "x")};
+    device.reads = {ended(UsbStatus::DONE, "x")};
     client.send(bulkRead(1, 64));
     client.receive(48 + 1);
     client.leave();
@@ -116,7 +116,7 @@ TEST_F(Server, RefusesASecondImportAndLeavesTheFirstAlone)
     second.send(importRequest());
     EXPECT_EQ(second.receive(8), hex("01 11 00 03 00 00 00 01"));
     EXPECT_TRUE(second.isClosedByServer());
-    device.reads = {ended(UsbStatus::Done, "still here")};
+    device.reads = {ended(UsbStatus::DONE, "still here")};
     first.send(bulkRead(1, 64));
     EXPECT_EQ(first.receive(48 + 10).mid(48), "still here");
 }
@@ -134,8 +134,8 @@ TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
 {
     Client client(server);
     client.import();
-    device.reads = {ended(UsbStatus::Done, "late", 150)};
-    device.writes = {taken(UsbStatus::Done, 1)};
+    device.reads = {ended(UsbStatus::DONE, "late", 150)};
+    device.writes = {taken(UsbStatus::DONE, 1)};
     QElapsedTimer time;
     time.start();
     client.send(bulkRead(1, 64) + bulkWrite(2, "x"));
@@ -148,7 +148,7 @@ TEST_F(Server, PendingTransferIsTakenBack)
 {
     Client client(server);
     client.import();
-    device.reads = {ended(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::PENDING)};
     client.send(bulkRead(1, 64));
     client.send(unlink(2, 1));
     const auto sent = replies(client.receive(48));
@@ -175,7 +175,7 @@ TEST_F(Server, TransferThatUnplugsTheReaderIsAnsweredBeforeTheConnectionCloses)
 {
     Client client(server);
     client.import();
-    device.reads = {ended(UsbStatus::Unplugged, {}, 20)};
+    device.reads = {ended(UsbStatus::UNPLUGGED, {}, 20)};
     client.send(bulkRead(1, 64));
     ASSERT_TRUE(eventually([this] { return device.calls.size() > 1; }));
     device.pluggedIn = false;
@@ -220,7 +220,7 @@ TEST_F(Server, KeepsTheAttachedClientWhenManyOthersCome)
     std::vector<std::unique_ptr<Client>> silent;
     for (std::size_t i = 0; i < 3 * UsbipServer::MOST_CONNECTIONS; ++i)
         silent.push_back(std::make_unique<Client>(server));
-    device.reads = {ended(UsbStatus::Done, "here")};
+    device.reads = {ended(UsbStatus::DONE, "here")};
     attached.send(bulkRead(1, 64));
     EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }
@@ -232,7 +232,7 @@ TEST_F(Server, SendsAwayWhoAsksForNothingAndKeepsWhoHasTheReaderHoweverSilent)
     Client silent(server);
     silent.send(hex("01 11 80"));
     EXPECT_TRUE(silent.isClosedByServer());
-    device.reads = {ended(UsbStatus::Done, "here")};
+    device.reads = {ended(UsbStatus::DONE, "here")};
     attached.send(bulkRead(1, 64));
     EXPECT_EQ(attached.receive(48 + 4).mid(48), "here");
 }
@@ -243,7 +243,7 @@ TEST_F(Server, ManyLongReadsArriveWhole)
     client.import();
     constexpr int COUNT = 40;
     const QByteArray data(65536, 'd');
-    device.reads.assign(COUNT, ended(UsbStatus::Done, data));
+    device.reads.assign(COUNT, ended(UsbStatus::DONE, data));
     for (unsigned int number = 0; number < COUNT; ++number)
         client.send(bulkRead(number, 65536));
     for (int i = 0; i < COUNT; ++i)

@@ -62,14 +62,14 @@ protected:
 
 TEST_F(Transfers, ShortWriteTellsHowManyBytesWereTaken)
 {
-    device.writes = {taken(UsbStatus::Done, 7)};
+    device.writes = {taken(UsbStatus::DONE, 7)};
     send(bulkWrite(11, QByteArray(10, 'x')));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 7)));
 }
 
 TEST_F(Transfers, WriteOfNoBytesReachesTheDevice)
 {
-    device.writes = {taken(UsbStatus::Done, 0)};
+    device.writes = {taken(UsbStatus::DONE, 0)};
     send(bulkWrite(11, {}));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 0)));
     EXPECT_THAT(device.calls, ElementsAre(DeviceCall{DeviceCall::Write, 0x02, {}, 0}));
@@ -77,11 +77,11 @@ TEST_F(Transfers, WriteOfNoBytesReachesTheDevice)
 
 TEST_F(Transfers, EndAsTheDeviceSays)
 {
-    const std::vector<std::pair<UsbStatus, int>> ends = {{UsbStatus::Done, 0},
-                                                         {UsbStatus::Stalled, EPIPE_STATUS},
-                                                         {UsbStatus::Broken, EPROTO_STATUS},
-                                                         {UsbStatus::TooLong, EOVERFLOW_STATUS},
-                                                         {UsbStatus::Unplugged, ESHUTDOWN_STATUS}};
+    const std::vector<std::pair<UsbStatus, int>> ends = {{UsbStatus::DONE, 0},
+                                                         {UsbStatus::STALLED, EPIPE_STATUS},
+                                                         {UsbStatus::BROKEN, EPROTO_STATUS},
+                                                         {UsbStatus::TOO_LONG, EOVERFLOW_STATUS},
+                                                         {UsbStatus::UNPLUGGED, ESHUTDOWN_STATUS}};
     for (const auto &[status, number] : ends) {
         device.reads = {ended(status)};
         send(bulkRead(1, 64));
@@ -91,8 +91,8 @@ TEST_F(Transfers, EndAsTheDeviceSays)
 
 TEST_F(Transfers, GarbledReadBringsWhatCame)
 {
-    simulator::UsbTransfer garbled = ended(UsbStatus::Done, "abc");
-    garbled.status = UsbStatus::Broken;
+    simulator::UsbTransfer garbled = ended(UsbStatus::DONE, "abc");
+    garbled.status = UsbStatus::BROKEN;
     device.reads = {garbled};
     send(bulkRead(1, 64));
     EXPECT_THAT(sent(), ElementsAre(submitted(1, EPROTO_STATUS, 3, "abc")));
@@ -100,14 +100,14 @@ TEST_F(Transfers, GarbledReadBringsWhatCame)
 
 TEST_F(Transfers, MoreThanThereIsRoomForIsCutOff)
 {
-    device.reads = {ended(UsbStatus::Done, "abcdef")};
+    device.reads = {ended(UsbStatus::DONE, "abcdef")};
     send(bulkRead(1, 4));
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 4, "abcd")));
 }
 
 TEST_F(Transfers, MoreTakenThanSentIsCutOff)
 {
-    device.writes = {taken(UsbStatus::Done, 1000), taken(UsbStatus::Done, -5)};
+    device.writes = {taken(UsbStatus::DONE, 1000), taken(UsbStatus::DONE, -5)};
     send(bulkWrite(11, "abc"));
     send(bulkWrite(12, "abc"));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 3), submitted(12, 0, 0)));
@@ -115,7 +115,7 @@ TEST_F(Transfers, MoreTakenThanSentIsCutOff)
 
 TEST_F(Transfers, ShortReadFailsWhenTheClientRefusesIt)
 {
-    device.reads = {ended(UsbStatus::Done, "abc"), ended(UsbStatus::Done, "abcd")};
+    device.reads = {ended(UsbStatus::DONE, "abc"), ended(UsbStatus::DONE, "abcd")};
     SubmitFields fields;
     fields.flags = 1;
     fields.length = 4;
@@ -137,7 +137,7 @@ TEST_F(Transfers, UnknownEndpointStallsWithoutAskingTheDevice)
 
 TEST_F(Transfers, DelayedReadEndsWhenItsTimeHasCome)
 {
-    device.reads = {ended(UsbStatus::Done, "late", 300)};
+    device.reads = {ended(UsbStatus::DONE, "late", 300)};
     send(bulkRead(1, 64), 1000);
     EXPECT_EQ(connection.nextTime(), 1300);
     EXPECT_THAT(sentAt(1299), IsEmpty());
@@ -147,8 +147,8 @@ TEST_F(Transfers, DelayedReadEndsWhenItsTimeHasCome)
 
 TEST_F(Transfers, OtherEndpointsAreServedMeanwhile)
 {
-    device.reads = {ended(UsbStatus::Done, "late", 300), ended(UsbStatus::Done, "loop")};
-    device.writes = {taken(UsbStatus::Done, 1)};
+    device.reads = {ended(UsbStatus::DONE, "late", 300), ended(UsbStatus::DONE, "loop")};
+    device.writes = {taken(UsbStatus::DONE, 1)};
     send(bulkRead(1, 64) + bulkWrite(11, "x") + bulkRead(2, 64, 5) +
          control(3, hex("8008000000000100")));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 1), submitted(2, 0, 4, "loop"),
@@ -158,8 +158,8 @@ TEST_F(Transfers, OtherEndpointsAreServedMeanwhile)
 
 TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
 {
-    device.reads = {ended(UsbStatus::Done, "first", 100), ended(UsbStatus::Done, "second", 50),
-                    ended(UsbStatus::Done, "third")};
+    device.reads = {ended(UsbStatus::DONE, "first", 100), ended(UsbStatus::DONE, "second", 50),
+                    ended(UsbStatus::DONE, "third")};
     send(bulkRead(1, 64) + bulkRead(2, 64) + bulkRead(3, 64));
     EXPECT_EQ(device.calls.size(), 1U);
     EXPECT_THAT(sentAt(100), ElementsAre(submitted(1, 0, 5, "first")));
@@ -170,7 +170,7 @@ TEST_F(Transfers, OneEndpointServesThemOneAfterTheOther)
 
 TEST_F(Transfers, ThoseOfTwoEndpointsThatAreDueAtOnceEndInTheirOrder)
 {
-    device.reads = {ended(UsbStatus::Done, "first", 100), ended(UsbStatus::Done, "second", 100)};
+    device.reads = {ended(UsbStatus::DONE, "first", 100), ended(UsbStatus::DONE, "second", 100)};
     send(bulkRead(1, 64) + bulkRead(2, 64, 5));
     EXPECT_THAT(sentAt(100),
                 ElementsAre(submitted(1, 0, 5, "first"), submitted(2, 0, 6, "second")));
@@ -178,14 +178,14 @@ TEST_F(Transfers, ThoseOfTwoEndpointsThatAreDueAtOnceEndInTheirOrder)
 
 TEST_F(Transfers, NegativeDelayIsNone)
 {
-    device.reads = {ended(UsbStatus::Done, "now", -20)};
+    device.reads = {ended(UsbStatus::DONE, "now", -20)};
     send(bulkRead(1, 64), 5);
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 3, "now")));
 }
 
 TEST_F(Transfers, PendingReadNeverEndsByItself)
 {
-    device.reads = {ended(UsbStatus::Pending, {}, 5)};
+    device.reads = {ended(UsbStatus::PENDING, {}, 5)};
     send(bulkRead(1, 64));
     EXPECT_EQ(connection.nextTime(), std::nullopt);
     EXPECT_THAT(sentAt(1000000), IsEmpty());
@@ -193,8 +193,8 @@ TEST_F(Transfers, PendingReadNeverEndsByItself)
 
 TEST_F(Transfers, PendingReadIsTriedAgainAfterAWrite)
 {
-    device.reads = {ended(UsbStatus::Pending), ended(UsbStatus::Done, "answer")};
-    device.writes = {taken(UsbStatus::Done, 7)};
+    device.reads = {ended(UsbStatus::PENDING), ended(UsbStatus::DONE, "answer")};
+    device.writes = {taken(UsbStatus::DONE, 7)};
     send(bulkRead(1, 64));
     send(bulkWrite(11, "command"));
     EXPECT_THAT(sent(), ElementsAre(submitted(11, 0, 7), submitted(1, 0, 6, "answer")));
@@ -202,7 +202,7 @@ TEST_F(Transfers, PendingReadIsTriedAgainAfterAWrite)
 
 TEST_F(Transfers, PendingWriteBlocksItsEndpointUntilItIsUnlinked)
 {
-    device.writes = {ended(UsbStatus::Pending), taken(UsbStatus::Done, 2)};
+    device.writes = {ended(UsbStatus::PENDING), taken(UsbStatus::DONE, 2)};
     send(bulkWrite(11, "a") + bulkWrite(12, "bb"));
     EXPECT_THAT(sent(), IsEmpty());
     send(unlink(13, 11));
@@ -211,7 +211,7 @@ TEST_F(Transfers, PendingWriteBlocksItsEndpointUntilItIsUnlinked)
 
 TEST_F(Transfers, UnlinkedDelayedReadNeverEnds)
 {
-    device.reads = {ended(UsbStatus::Done, "late", 300)};
+    device.reads = {ended(UsbStatus::DONE, "late", 300)};
     send(bulkRead(1, 64));
     send(unlink(13, 1));
     EXPECT_THAT(sent(), ElementsAre(unlinked(13, ECONNRESET_STATUS)));
@@ -220,7 +220,7 @@ TEST_F(Transfers, UnlinkedDelayedReadNeverEnds)
 
 TEST_F(Transfers, UnlinkedBeforeItsTurnNeverReachesTheDevice)
 {
-    device.reads = {ended(UsbStatus::Done, "first", 100)};
+    device.reads = {ended(UsbStatus::DONE, "first", 100)};
     send(bulkRead(1, 64) + bulkRead(2, 64) + unlink(13, 2));
     EXPECT_THAT(sentAt(100),
                 ElementsAre(unlinked(13, ECONNRESET_STATUS), submitted(1, 0, 5, "first")));
@@ -235,7 +235,7 @@ TEST_F(Transfers, UnlinkOfWhatNeverWasAnswersZero)
 
 TEST_F(Transfers, NumberCanBeUsedAgainAfterTheTransferEnded)
 {
-    device.reads = {ended(UsbStatus::Done, "a"), ended(UsbStatus::Done, "b")};
+    device.reads = {ended(UsbStatus::DONE, "a"), ended(UsbStatus::DONE, "b")};
     send(bulkRead(1, 64));
     send(bulkRead(1, 64));
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 1, "a"), submitted(1, 0, 1, "b")));
@@ -243,7 +243,7 @@ TEST_F(Transfers, NumberCanBeUsedAgainAfterTheTransferEnded)
 
 TEST_F(Transfers, UnplugEndsTheConnectionAndGivesTheReaderBack)
 {
-    device.reads = {ended(UsbStatus::Pending)};
+    device.reads = {ended(UsbStatus::PENDING)};
     send(bulkRead(1, 64));
     device.pluggedIn = false;
     EXPECT_THAT(sentAt(10), IsEmpty());
@@ -254,7 +254,7 @@ TEST_F(Transfers, UnplugEndsTheConnectionAndGivesTheReaderBack)
 
 TEST_F(Transfers, TransferDuringWhichTheReaderGoesEndsBeforeTheConnection)
 {
-    device.reads = {ended(UsbStatus::Unplugged, {}, 40)};
+    device.reads = {ended(UsbStatus::UNPLUGGED, {}, 40)};
     send(bulkRead(1, 64), 0);
     device.pluggedIn = false;
     EXPECT_THAT(sentAt(39), IsEmpty());
@@ -265,7 +265,7 @@ TEST_F(Transfers, TransferDuringWhichTheReaderGoesEndsBeforeTheConnection)
 
 TEST_F(Transfers, NothingReachesAReaderThatIsGoing)
 {
-    device.reads = {ended(UsbStatus::Unplugged, {}, 40)};
+    device.reads = {ended(UsbStatus::UNPLUGGED, {}, 40)};
     send(bulkRead(1, 64));
     device.pluggedIn = false;
     send(bulkWrite(11, "x") + control(12, hex("0009010000000000")));

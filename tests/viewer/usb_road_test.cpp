@@ -49,7 +49,7 @@ protected:
     void prepare(const QString &card, const QString &faults = {})
     {
         QString problem;
-        ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::Described, &problem))
+        ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::DESCRIBED, &problem))
             << problem.toStdString();
         ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
     }
@@ -112,7 +112,7 @@ TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
     openOnUsb(false);
     read();
     EXPECT_EQ(headline().toStdString(), "The photo of the card could not be decoded.");
-    expectMessage(app::Message::Kind::Warning);
+    expectMessage(app::Message::Kind::WARNING);
     EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
               "The reader delivered the photo in the card's compressed form, not as a picture");
     EXPECT_EQ(find<QLabel>("photo")->text(), find("photo")->accessibleName()) << "there is no room";
@@ -133,7 +133,7 @@ TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
             read();
         EXPECT_TRUE(waitForHeadline("The card's text could not be decoded."));
         EXPECT_THAT(details().toStdString(), HasSubstr("must be 0, 1, 2 or 9"));
-        expectMessage(app::Message::Kind::Failure);
+        expectMessage(app::Message::Kind::FAILURE);
         close();
     }
 }
@@ -144,7 +144,7 @@ std::vector<std::string> faultsOfEachCode()
     std::map<int, QString> faults;
     for (const usb_test::FaultCase &row : usb_test::faultCases()) {
         const QString &argument = row.arguments.first();
-        if (row.end == usb_test::End::AtOnce && row.code != 0)
+        if (row.end == usb_test::End::AT_ONCE && row.code != 0)
             faults.emplace(row.code, argument.isEmpty() ? row.fault : row.fault + '=' + argument);
     }
     std::vector<std::string> all;
@@ -218,7 +218,7 @@ TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreLis
     EXPECT_EQ(headline().toStdString(), "There is no such reader.");
     choose("device", "1209:0001");
     EXPECT_EQ(headline().toStdString(), "Lay a card on the reader and press Read.");
-    expectMessage(app::Message::Kind::Note);
+    expectMessage(app::Message::Kind::NOTE);
 }
 
 TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
@@ -230,7 +230,7 @@ TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
     choose("road", "USB");
     usb_test::setLibusbFailures({});
     EXPECT_EQ(headline().toStdString(), "The USB devices could not be listed.");
-    expectMessage(app::Message::Kind::Failure);
+    expectMessage(app::Message::Kind::FAILURE);
 }
 
 TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
@@ -280,7 +280,7 @@ TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
 TEST_F(UsbRoad, SameCardOnAnotherReader_IsReadAsNewByItself)
 {
     QString problem;
-    ASSERT_TRUE(otherDevice().slot().putCard("resident", simulator::PutAs::Described, &problem));
+    ASSERT_TRUE(otherDevice().slot().putCard("resident", simulator::PutAs::DESCRIBED, &problem));
     bus().add(otherDevice());
     plugIn("resident");
     openOnUsb(true, true);

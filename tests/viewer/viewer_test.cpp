@@ -178,8 +178,8 @@ void ViewerTest::expectMessage(app::Message::Kind kind)
 {
     using Kind = app::Message::Kind;
     const QStyle *const style = m_window->style();
-    const QIcon icon = style->standardIcon(kind == Kind::Note ? QStyle::SP_MessageBoxInformation
-                                           : kind == Kind::Warning ? QStyle::SP_MessageBoxWarning
+    const QIcon icon = style->standardIcon(kind == Kind::NOTE ? QStyle::SP_MessageBoxInformation
+                                           : kind == Kind::WARNING ? QStyle::SP_MessageBoxWarning
                                                                    : QStyle::SP_MessageBoxCritical);
     const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
     EXPECT_EQ(find("icon")->property("pixmap").value<QPixmap>().toImage(),

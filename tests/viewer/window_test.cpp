@@ -43,7 +43,7 @@ protected:
         openWithCard(card);
         read();
         EXPECT_EQ(headline().toStdString(), "The card was read.");
-        expectMessage(app::Message::Kind::Note);
+        expectMessage(app::Message::Kind::NOTE);
     }
 
     app::CardPointer cardOfHistory(int row)
@@ -88,8 +88,8 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
     const QString name = QString::fromStdString(GetParam());
     const simulator::CardDescription card = builtInCard(name);
     show(name);
-    const bool isForeign = card.kind == simulator::CardKind::Foreign2017 ||
-                           card.kind == simulator::CardKind::ForeignNew;
+    const bool isForeign = card.kind == simulator::CardKind::FOREIGN2017 ||
+                           card.kind == simulator::CardKind::FOREIGN_NEW;
     const QString holder = isForeign ? card.englishName : card.name;
     EXPECT_EQ(field("Name"), holder);
     EXPECT_EQ(field(isForeign ? "Card number" : "Identity number"), card.idNumber);
@@ -102,7 +102,7 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
     };
     constexpr double ALIKE = 12; // of 255, for two ways of scaling
     QImage photo;
-    if (shown->photoFormat() == app::PhotoFormat::Unknown) {
+    if (shown->photoFormat() == app::PhotoFormat::UNKNOWN) {
         EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
                   "The reader delivered the photo in a form that is not known");
     } else {
@@ -110,7 +110,7 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
         EXPECT_LT(difference(picture("photo"), scaled(photo, picture("photo"))), ALIKE);
     }
     for (const auto &[side, view] :
-         {std::pair(app::CardSide::Front, "front"), std::pair(app::CardSide::Back, "back")}) {
+         {std::pair(app::CardSide::FRONT, "front"), std::pair(app::CardSide::BACK, "back")}) {
         QImage image;
         if (image.loadFromData(shown->picture(side))) {
             EXPECT_LT(difference(picture(view), scaled(image, picture(view))), ALIKE) << view;
@@ -148,7 +148,7 @@ TEST_P(EveryFault, IsToldWithCauseAndRemedyAndNoCard)
                                            .arg(entry->code)
                                            .arg(entry->constant, entry->cause, entry->remedy)
                                            .toStdString());
-    expectMessage(app::Message::Kind::Failure);
+    expectMessage(app::Message::Kind::FAILURE);
     EXPECT_THAT(rows("history"), IsEmpty());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
@@ -282,7 +282,7 @@ TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
     find<QComboBox>("faults")->setEditText(QString());
     click("putCard");
     EXPECT_TRUE(waitForHeadline("The card was read."));
-    expectMessage(app::Message::Kind::Note);
+    expectMessage(app::Message::Kind::NOTE);
 }
 
 TEST_F(Window, SelectedRows_AreCopiedWithATabulatorAndNoSelectionLeavesTheClipboard)
@@ -419,7 +419,7 @@ TEST_F(Window, Saved_AreTheFilesOfTheCardForTheirOwnerAlone)
     EXPECT_EQ(headline(), "The card was saved in " + folder + ".");
     EXPECT_EQ(modeOf(folder), 0700);
     const app::CardPointer card = cardOfHistory(0);
-    for (const app::NamedContent &file : app::contentsOf(*card, app::CardFiles::All)) {
+    for (const app::NamedContent &file : app::contentsOf(*card, app::CardFiles::ALL)) {
         EXPECT_EQ(readFile(folder + '/' + file.name), file.content) << file.name.toStdString();
         EXPECT_EQ(modeOf(folder + '/' + file.name), 0600) << file.name.toStdString();
     }
@@ -500,7 +500,7 @@ TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
         dialog->close();
         EXPECT_EQ(headline().toStdString(), failure);
         EXPECT_THAT(details().toStdString(), HasSubstr("/proc/no-folder"));
-        expectMessage(app::Message::Kind::Failure);
+        expectMessage(app::Message::Kind::FAILURE);
         close();
     }
 }
@@ -526,7 +526,7 @@ TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
     const app::CardPointer card = cardOfHistory(0);
     const QString expected = m_folder.filePath("expected.pdf");
     QString problem;
-    app::writeSheetPdf({card->picture(app::CardSide::Front), card->picture(app::CardSide::Back),
+    app::writeSheetPdf({card->picture(app::CardSide::FRONT), card->picture(app::CardSide::BACK),
                         "Resident identity card"},
                        expected, &problem);
     EXPECT_EQ(timelessPdf(path), timelessPdf(expected));
@@ -548,7 +548,7 @@ TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
     EXPECT_EQ(headline().toStdString(), "The card could not be printed.");
     EXPECT_EQ(details().toStdString(), "See that the printer is ready and that the card has "
                                        "pictures, and print once more.");
-    expectMessage(app::Message::Kind::Failure);
+    expectMessage(app::Message::Kind::FAILURE);
     print(m_folder.filePath("printed.pdf"));
     EXPECT_EQ(headline().toStdString(), "The card was sent to the printer.");
     EXPECT_GT(readFile(m_folder.filePath("printed.pdf")).size(), 1000);
