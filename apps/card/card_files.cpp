@@ -42,14 +42,13 @@ QString pictureNote(const Card &card)
 
 const std::vector<CardFile> &allFiles()
 {
-    using G = FileGroup;
     static const std::vector<CardFile> files = {
-        {"card.json", G::Data, nullptr, cardJson, nullptr},
-        {"photo.bmp", G::Data, "photo", photoBmp, missingPhotoNote},
-        {"fingerprints.dat", G::Data, "fingerprints", fingerprintData, nullptr},
-        {"front.jpg", G::Pictures, "frontPicture", pictureJpeg<CardSide::FRONT>,
+        {"card.json", FileGroup::DATA, nullptr, cardJson, nullptr},
+        {"photo.bmp", FileGroup::DATA, "photo", photoBmp, missingPhotoNote},
+        {"fingerprints.dat", FileGroup::DATA, "fingerprints", fingerprintData, nullptr},
+        {"front.jpg", FileGroup::PICTURES, "frontPicture", pictureJpeg<CardSide::FRONT>,
          pictureNote<CardSide::FRONT>},
-        {"back.jpg", G::Pictures, "backPicture", pictureJpeg<CardSide::BACK>,
+        {"back.jpg", FileGroup::PICTURES, "backPicture", pictureJpeg<CardSide::BACK>,
          pictureNote<CardSide::BACK>},
     };
     return files;

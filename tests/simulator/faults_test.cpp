@@ -278,8 +278,9 @@ TEST(Faults, ExampleOfEveryFault_IsTakenAndItsNumberIsOne)
 {
     for (const FaultRule &rule : faultRules()) {
         QString reason;
-        if (rule.argument == simulator::FaultArgument::NUMBER)
+        if (rule.argument == simulator::FaultArgument::NUMBER) {
             EXPECT_THAT(faultExample(rule).toStdString(), testing::EndsWith("=1"));
+        }
         EXPECT_TRUE(parseFaults(faultExample(rule), Road::USB, &reason)) << reason.toStdString();
     }
 }

@@ -44,8 +44,9 @@ protected:
         ReaderOnUsb reader;
         prepare(&reader, fault);
         UsbTransfer transfer = reader->write(OUT_ENDPOINT, exchange().command);
-        if (transfer.status != UsbStatus::DONE || transfer.count < 10)
+        if (transfer.status != UsbStatus::DONE || transfer.count < 10) {
             EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
+        }
         return transfer;
     }
 
