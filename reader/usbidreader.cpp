@@ -57,6 +57,7 @@ Transfer write(const Device &device, unsigned char pipe, unsigned char *data, in
         transfer.result =
             libusb_bulk_transfer(device.handle, pipe, data, size, &transfer.count, NO_TIME_LIMIT);
     } catch (...) {
+        // not reached by fuzzing: only a cancelled thread comes here
         if (libusb_event_handler_active(device.context) != 0)
             libusb_unlock_events(device.context);
         throw;
