@@ -26,8 +26,7 @@ function(idcard_limit_exports target list)
   endif()
 
   set(script "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
-  file(CONFIGURE OUTPUT "${script}"
-    CONTENT "{\n  global:\n@plain@@classes@  local:\n    *;\n};\n" @ONLY)
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/version_script.map.in" "${script}" @ONLY)
   target_link_options(${target} PRIVATE "-Wl,--version-script=${script}")
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${script}")
 endfunction()

@@ -8,16 +8,49 @@
 # One more run of such a program. A run has a folder of its own and a fixed locale, goes under the
 # emulator in a cross build, and fails when it runs no test. With a screen it is shown on an X server
 # with exactly that one, otherwise on Qt's offscreen platform.
+#
+# idcard_find_program(VARIABLE NAME)
+#
+# A program of the build machine that the tests run.
 
-find_package(GTest REQUIRED)
+# CMake's own module for it knows no gmock before CMake 3.20.
+find_package(GTest 1.10 CONFIG REQUIRED)
 find_package(Threads REQUIRED)
 
 # Qt is built without the thread sanitizer, which does not see how its threads wait for each other.
 set(IDCARD_TSAN_OPTIONS
   "suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_threads.supp:second_deadlock_stack=1")
+# A home that can be written, and where the fonts' cache is made only once.
+set(IDCARD_TEST_HOME "${PROJECT_BINARY_DIR}/tests/home")
+file(MAKE_DIRECTORY "${IDCARD_TEST_HOME}")
+# What a test finds of the machine and its user, the same everywhere. An empty variable is as none.
 set(IDCARD_TEST_ENVIRONMENT
   "LC_ALL=C.UTF-8"
+  "LANGUAGE="
+  "TZ=UTC"
+  "HOME=${IDCARD_TEST_HOME}"
+  "XDG_CACHE_HOME="
+  "XDG_CONFIG_DIRS="
+  "XDG_CONFIG_HOME="
+  "XDG_CURRENT_DESKTOP="
+  "XDG_DATA_HOME="
+  # Otherwise a bus would be started where there is a screen.
+  "DBUS_SESSION_BUS_ADDRESS=disabled:"
   "QT_QPA_PLATFORM=offscreen"
+  "QT_QPA_PLATFORMTHEME=generic"
+  "QT_STYLE_OVERRIDE=Fusion"
+  "QT_IM_MODULE=compose"
+  "QT_PLUGIN_PATH="
+  "QT_QPA_GENERIC_PLUGINS="
+  "QT_LOGGING_RULES="
+  "QT_MESSAGE_PATTERN="
+  "QT_AUTO_SCREEN_SCALE_FACTOR=0"
+  "QT_ENABLE_HIGHDPI_SCALING=0"
+  "QT_SCREEN_SCALE_FACTORS="
+  "QT_SCALE_FACTOR="
+  "QT_FONT_DPI="
+  # Nothing here draws with OpenGL, and Mesa's drivers leak.
+  "QT_XCB_GL_INTEGRATION=none"
   # The sanitizer's guess where a thread keeps its dynamic storage can be wrong, and then its search
   # for leaks crashes on what it takes for pointers; it does not guess any more.
   "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:intercept_tls_get_addr=0"
@@ -32,13 +65,23 @@ if(CMAKE_CROSSCOMPILING)
   list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")
 endif()
 
+function(idcard_find_program variable name)
+  find_program(${variable} ${name})
+  if(NOT ${variable})
+    message(FATAL_ERROR
+      "The tests need the program ${name}: scripts/install-packages test installs it.")
+  endif()
+endfunction()
+
 function(idcard_add_test_run name program)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "SCREEN;DPI" "ARGUMENTS;ENVIRONMENT")
   set(command ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}> ${arg_ARGUMENTS})
   set(environment ${IDCARD_TEST_ENVIRONMENT})
   if(arg_SCREEN)
-    find_program(IDCARD_XVFB_RUN xvfb-run REQUIRED)
-    list(PREPEND command "${IDCARD_XVFB_RUN}" -a -s "-screen 0 ${arg_SCREEN} -dpi ${arg_DPI}")
+    idcard_find_program(IDCARD_XVFB_RUN xvfb-run)
+    # Qt takes an empty address of a session manager for one.
+    list(INSERT command 0 "${CMAKE_COMMAND}" -E env --unset=SESSION_MANAGER
+      "${IDCARD_XVFB_RUN}" -a -s "-screen 0 ${arg_SCREEN} -dpi ${arg_DPI}")
     # Qt has threads of its own for the X server and for the desktop's bus.
     list(APPEND environment "QT_QPA_PLATFORM=xcb" "IDCARD_TEST_DPI=${arg_DPI}"
       "TSAN_OPTIONS=${IDCARD_TSAN_OPTIONS}:ignore_noninstrumented_modules=1")

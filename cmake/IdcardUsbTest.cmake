@@ -39,7 +39,8 @@ else()
   # The sanitizer wants to be the first library of all.
   foreach(sanitizer address:libasan.so thread:libtsan.so)
     string(REPLACE ":" ";" sanitizer "${sanitizer}")
-    list(POP_FRONT sanitizer kind library)
+    list(GET sanitizer 0 kind)
+    list(GET sanitizer 1 library)
     if(IDCARD_SANITIZERS MATCHES ${kind})
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
         OUTPUT_VARIABLE library OUTPUT_STRIP_TRAILING_WHITESPACE)

@@ -3,6 +3,9 @@
 # what they use are found there.
 
 option(IDCARD_PRECOMPILED_HEADERS "Precompile headers that are not the project's own" OFF)
+if(CMAKE_VERSION VERSION_LESS 3.16)
+  set(IDCARD_PRECOMPILED_HEADERS OFF) # it cannot do that yet
+endif()
 
 set(IDCARD_COMMON_HEADERS
   <algorithm> <array> <memory> <optional> <string> <utility> <vector>
