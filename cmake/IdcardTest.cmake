@@ -9,6 +9,11 @@
 # emulator in a cross build, and fails when it runs no test. With a screen it is shown on an X server
 # with exactly that one, otherwise on Qt's offscreen platform.
 #
+# idcard_leave_out_test(NAME REASON)
+#
+# Registers in place of a test that cannot be made here one that says so, as a test also does that
+# leaves out a part of itself: "Left out: REASON". scripts/test repeats these lines at its end.
+#
 # idcard_find_program(VARIABLE NAME)
 #
 # A program of the build machine that the tests run.
@@ -71,6 +76,11 @@ function(idcard_find_program variable name)
     message(FATAL_ERROR
       "The tests need the program ${name}: scripts/install-packages test installs it.")
   endif()
+endfunction()
+
+function(idcard_leave_out_test name reason)
+  add_test(NAME ${name} COMMAND "${CMAKE_COMMAND}" -E echo "Left out: ${reason}")
+  set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "Left out: ")
 endfunction()
 
 function(idcard_add_test_run name program)
