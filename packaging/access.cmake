@@ -1,4 +1,5 @@
-# Who may use the reader: the rule that opens its device node, and the group that the rule names.
+# Who may use the reader: the rule that opens its device node, the program that writes such a rule for
+# other ids, and the group that the rule names.
 
 set(IDCARD_USB_VENDOR_ID "1209" CACHE STRING
   "Vendor id of the reader that the udev rule opens, four hexadecimal digits")
@@ -18,7 +19,16 @@ foreach(id IN ITEMS IDCARD_USB_VENDOR_ID IDCARD_USB_PRODUCT_ID)
   string(TOLOWER "${${id}}" ${id})
 endforeach()
 
-configure_file(udev/69-idcard-reader.rules.in 69-idcard-reader.rules @ONLY)
+set(rule_template "${CMAKE_CURRENT_SOURCE_DIR}/udev/69-idcard-reader.rules.in")
+configure_file("${rule_template}" 69-idcard-reader.rules @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/69-idcard-reader.rules"
   DESTINATION "${IDCARD_UDEV_RULES_DIR}")
 install(FILES sysusers/idcard-reader.conf DESTINATION "${IDCARD_SYSUSERS_DIR}")
+
+# The shell fills in the ids.
+file(READ "${rule_template}" IDCARD_ACCESS_RULE)
+string(REPLACE "@IDCARD_USB_VENDOR_ID@" "$vendor" IDCARD_ACCESS_RULE "${IDCARD_ACCESS_RULE}")
+string(REPLACE "@IDCARD_USB_PRODUCT_ID@" "$product" IDCARD_ACCESS_RULE "${IDCARD_ACCESS_RULE}")
+configure_file(udev/idcard-reader-access.in idcard-reader-access @ONLY)
+install(PROGRAMS "${CMAKE_CURRENT_BINARY_DIR}/idcard-reader-access"
+  DESTINATION "${CMAKE_INSTALL_SBINDIR}")

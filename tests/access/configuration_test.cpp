@@ -23,14 +23,15 @@ protected:
         EXPECT_TRUE(list.open(QIODevice::WriteOnly));
         list.write("cmake_minimum_required(VERSION 3.20)\n"
                    "project(access LANGUAGES NONE)\n"
+                   "set(CMAKE_INSTALL_SBINDIR sbin)\n"
                    "add_subdirectory(packaging)\n");
         list.close();
         EXPECT_TRUE(QDir(folder.path()).mkpath("packaging/udev"));
         const QString source = IDCARD_SOURCE_DIR "/packaging/";
         const QString own = folder.filePath("packaging/");
         QFile::copy(source + "access.cmake", own + "CMakeLists.txt");
-        QFile::copy(source + "udev/69-idcard-reader.rules.in",
-                    own + "udev/69-idcard-reader.rules.in");
+        for (const char *name : {"udev/69-idcard-reader.rules.in", "udev/idcard-reader-access.in"})
+            QFile::copy(source + name, own + name);
         ProcessInput input;
         input.emulated = false;
         return runProcess(

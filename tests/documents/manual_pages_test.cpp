@@ -48,7 +48,8 @@ Names namesIn(const QString &text, const QString &pattern)
 QStringList pages()
 {
     return QDir(SOURCE + QStringLiteral("docs/man"))
-        .entryList({QStringLiteral("*.1"), QStringLiteral("*.3")}, QDir::Files, QDir::Name);
+        .entryList({QStringLiteral("*.1"), QStringLiteral("*.3"), QStringLiteral("*.8")},
+                   QDir::Files, QDir::Name);
 }
 
 /** The synopsis of a page. */
@@ -121,11 +122,20 @@ constexpr DocumentedClass CLASSES[] = {
     {"Tools", "render/tools.h", "Tools.3"},
 };
 
-QString helpOf(const QString &program, const QStringList &command)
+QString helpOf(const QString &program, const QStringList &command, const ProcessInput &input = {})
 {
-    const ProcessResult run = runProcess(program, command + QStringList{QStringLiteral("--help")});
+    const ProcessResult run =
+        runProcess(program, command + QStringList{QStringLiteral("--help")}, input);
     EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
     return QString::fromUtf8(run.standardOutput);
+}
+
+/** The help of the program that opens readers, a script. */
+QString helpOfAccess()
+{
+    ProcessInput input;
+    input.emulated = false;
+    return helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, input);
 }
 
 /** Options with the names of their values, as a help text has them: "--out folder". */
@@ -307,8 +317,18 @@ TEST(ManualPages, OptionsOfTheWindowProgram_StandThereAndNoOthers)
     EXPECT_EQ(optionsInPage(pageOf(QStringLiteral("idcard-viewer.1"))), options);
 }
 
+TEST(ManualPages, OptionsOfTheProgramThatOpensReaders_StandThereAndNoOthers)
+{
+    const Names options = optionsInHelp(helpOfAccess());
+    EXPECT_THAT(options, Not(IsEmpty()));
+    EXPECT_EQ(optionsInPage(pageOf(QStringLiteral("idcard-reader-access.8"))), options);
+}
+
 TEST(ManualPages, ExitStatuses_HaveTheWordsOfTheHelp)
 {
+    const Meanings ofAccess = statusesInHelp(helpOfAccess());
+    EXPECT_THAT(ofAccess, Not(IsEmpty()));
+    EXPECT_EQ(statusesInPage(pageOf(QStringLiteral("idcard-reader-access.8"))), ofAccess);
     for (const char *program : {"idcard-reader", "idcard-virtual-reader"}) {
         const QString name = QString::fromLatin1(program);
         const Meanings meanings = statusesInHelp(helpOf(name, {}));
