@@ -30,9 +30,9 @@ QString shippedFile(const QString &folder, const QString &installed)
     return {};
 }
 
-QString shippedRule()
+QString shippedAccessProgram()
 {
-    return shippedFile(programFolder(), QStringLiteral(IDCARD_INSTALLED_RULE));
+    return shippedFile(programFolder(), QStringLiteral(IDCARD_INSTALLED_ACCESS_PROGRAM));
 }
 
 QString shippedFontChoice()

@@ -14,8 +14,8 @@ namespace app::doctor
  */
 QString shippedFile(const QString &folder, const QString &installed);
 
-/** The udev rule that comes with this program. */
-QString shippedRule();
+/** The program for root that opens a reader to its users. */
+QString shippedAccessProgram();
 
 /** Fontconfig's file that comes with this program. */
 QString shippedFontChoice();

@@ -36,13 +36,12 @@ struct UsbNode {
     Holders holders;
 };
 
-/** The udev rule file that is in force. */
+/** A udev rule file that is in force. */
 struct RuleState {
     QString path;           ///< empty: there is none
     bool isMasked = false;  ///< an empty file or a link to /dev/null takes the rule away
     QVector<UsbIds> opened; ///< the devices that it opens
     QString group;          ///< that it gives them to
-    QString shipped = {};   ///< another copy, which comes with this program; empty: there is none
 };
 
 struct GroupState {
@@ -59,17 +58,30 @@ struct UsbState {
     std::optional<UsbIds> asked; ///< the only device to look at
     QVector<UsbNode> nodes;      ///< that could be a reader
     int others = 0;              ///< devices that could not
-    RuleState rule;
+    RuleState rule;              ///< the package's
+    QVector<RuleState> added;    ///< for single readers, as the program below writes them
     GroupState group;
+    QString accessProgram; ///< that opens a reader, as a word of a shell command
 };
 
 constexpr const char *RULE_FILE = "69-idcard-reader.rules";
+constexpr const char *ADDED_RULE_FILES = "69-idcard-reader-*.rules";
+constexpr const char *ACCESS_PROGRAM = "idcard-reader-access";
 constexpr const char *READERS_GROUP = "idcard-reader";
 
 /** The folders of udev's rules; of files of one name the first counts. */
 QStringList ruleFolders();
 
 RuleState findRule(const QStringList &folders);
+
+/** The rules for single readers in a folder. */
+QVector<RuleState> findAddedRules(const QString &folder);
+
+/** The rule that is for a device: one for it alone, or the package's, which may be for others. */
+const RuleState &ruleFor(const UsbState &usb, UsbIds ids);
+
+/** What root runs to open a device to its users. */
+QString accessCommand(const UsbState &usb, UsbIds ids);
 
 /** What a rule file's text opens, and to whom. */
 RuleState parseRule(const QString &text);

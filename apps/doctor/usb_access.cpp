@@ -11,9 +11,7 @@
 
 #include <QFile>
 
-#include "apps/card/usb_catalogue.h"
 #include "apps/doctor/environment.h"
-#include "reader/usb_codes.h"
 
 namespace app::doctor
 {
@@ -48,7 +46,7 @@ QString modeText(unsigned int mode)
     return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
 }
 
-Finding judgedRights(const UsbNode &node, bool isRoot)
+Finding judgedRights(const UsbNode &node, const UsbState &usb)
 {
     const NodeRights &rights = node.rights;
     if (!rights.isThere) {
@@ -62,11 +60,19 @@ Finding judgedRights(const UsbNode &node, bool isRoot)
             .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
                  rights.hasAcl ? QStringLiteral(", with an access list") : QString());
     if (!node.device.mayOpen) {
-        return {Level::FAILURE, QStringLiteral("This user may not open %1").arg(state),
-                QString::fromUtf8(findUsbResult(USB_READER_NO_PERMISSION)->remedy)};
+        const QString text = QStringLiteral("This user may not open %1").arg(state);
+        constexpr unsigned int GROUP_MAY_USE = S_IRGRP | S_IWGRP;
+        if (rights.group == usb.group.name && (rights.mode & GROUP_MAY_USE) == GROUP_MAY_USE)
+            return {Level::FAILURE, text, QStringLiteral("See what is said of \"Group\".")};
+        return {Level::FAILURE,
+                text,
+                QStringLiteral("If this device is the reader, open it to whoever sits at the "
+                               "machine and to the users of the group, as root:"),
+                {accessCommand(usb, node.device.ids)}};
     }
-    return {Level::FINE,
-            isRoot ? state + QStringLiteral("; root may open it whatever that is") : state};
+    return {Level::FINE, usb.group.isRoot
+                             ? state + QStringLiteral("; root may open it whatever that is")
+                             : state};
 }
 
 Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
@@ -142,9 +148,9 @@ GroupState groupState(const QString &group)
 
 Findings checkPermission(const Environment &environment)
 {
-    const bool isRoot = environment.usb.group.isRoot;
+    const UsbState &usb = environment.usb;
     return forEach(
-        environment.usb, [isRoot](const UsbNode &node) { return judgedRights(node, isRoot); },
+        usb, [&](const UsbNode &node) { return judgedRights(node, usb); },
         [](const UsbNode &node) {
             const NodeRights &rights = node.rights;
             return QJsonObject{

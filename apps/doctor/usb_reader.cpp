@@ -1,7 +1,5 @@
 // The readers on the bus, and the kernel's drivers that are bound to them.
 
-#include <QFileInfo>
-
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
 #include "apps/doctor/environment.h"
@@ -79,15 +77,16 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
     UsbState state;
     state.asked = asked;
     state.rule = findRule(folders);
-    const QString shipped = shippedRule();
-    if (shipped != QFileInfo(state.rule.path).canonicalFilePath())
-        state.rule.shipped = shipped;
+    state.added = findAddedRules(folders.first());
+    const QString accessProgram = shippedAccessProgram();
+    state.accessProgram =
+        accessProgram.isEmpty() ? QString::fromLatin1(ACCESS_PROGRAM) : quoted(accessProgram);
     state.group =
         groupState(state.rule.group.isEmpty() ? QLatin1String(READERS_GROUP) : state.rule.group);
     const UsbDevices list = listUsbDevices();
     state.code = list.code;
     for (const UsbDevice &device : list.devices) {
-        const bool isInRule = state.rule.opened.contains(device.ids);
+        const bool isInRule = ruleFor(state, device.ids).opened.contains(device.ids);
         const bool isWanted = asked ? *asked == device.ids : device.hasReaderPipes || isInRule;
         if (isWanted)
             state.nodes << UsbNode{device, rightsOf(device.node), holdersOf(device.node)};

@@ -1,5 +1,7 @@
 // The udev rule that opens the readers to their users.
 
+#include <algorithm>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -7,7 +9,6 @@
 #include <QRegularExpression>
 
 #include "apps/doctor/environment.h"
-#include "apps/doctor/shipped_files.h"
 
 namespace app::doctor
 {
@@ -22,24 +23,6 @@ QString valueIn(const QString &line, const char *pattern)
     return QRegularExpression(QLatin1String(pattern)).match(line).captured(1);
 }
 
-/** How the rule file comes to its place, as far as a copy of it came with this program. */
-QStringList copyCommands(const RuleState &rule)
-{
-    if (rule.shipped.isEmpty())
-        return {};
-    return {QStringLiteral("cp %1 /etc/udev/rules.d/").arg(quoted(rule.shipped))};
-}
-
-/** Where a user who has no copy gets one from. */
-QString originOfFile(const RuleState &rule)
-{
-    return rule.shipped.isEmpty()
-               ? QStringLiteral("It is in the project's build folder, packaging/%1, and in its "
-                                "package. ")
-                     .arg(QLatin1String(RULE_FILE))
-               : QString();
-}
-
 QStringList openedDevices(const RuleState &rule)
 {
     QStringList ids;
@@ -48,18 +31,15 @@ QStringList openedDevices(const RuleState &rule)
     return ids;
 }
 
-/** A line for a rule file that opens this device and no other. */
-QString ruleLine(UsbIds ids)
+/** Has udev read its rules and apply them to what is plugged in. */
+QStringList applyCommands()
 {
-    const QString text = toText(ids);
-    return QStringLiteral("sed -i -e 's/\\(idVendor}==\\)\"[^\"]*\"/\\1\"%1\"/' -e "
-                          "'s/\\(idProduct}==\\)\"[^\"]*\"/\\1\"%2\"/' /etc/udev/rules.d/%3")
-        .arg(text.section(QLatin1Char(':'), 0, 0), text.section(QLatin1Char(':'), 1, 1),
-             QLatin1String(RULE_FILE));
+    return {QStringLiteral("udevadm control --reload"),
+            QStringLiteral("udevadm trigger --subsystem-match=usb --action=add")};
 }
 
-/** What is wrong with the rule, if anything, for a device or for any; without what loads it. */
-Finding judgedRule(const RuleState &rule, const UsbNode *node)
+/** What is wrong with the rule, if anything, for a device or for any. */
+Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *node)
 {
     const bool mayOpen = node == nullptr || node->device.mayOpen;
     const Level level = mayOpen ? Level::WARNING : Level::FAILURE;
@@ -67,13 +47,18 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
         node != nullptr && mayOpen
             ? QStringLiteral("; this user may use the reader all the same, others may not")
             : QString();
+    const auto notOpened = [&](const QString &text) {
+        return node == nullptr
+                   ? Finding{level, text,
+                             QStringLiteral("Plug the reader in, then open it, as root:"),
+                             QStringList{usb.accessProgram}}
+                   : Finding{level, text + although,
+                             QStringLiteral("If this device is the reader, open it, as root:"),
+                             QStringList{accessCommand(usb, node->device.ids)}};
+    };
     if (rule.path.isEmpty()) {
-        return {level,
-                QStringLiteral("The file %1 is in none of udev's folders%2")
-                    .arg(QLatin1String(RULE_FILE), although),
-                originOfFile(rule) +
-                    QStringLiteral("Copy it to /etc/udev/rules.d, then load it, as root:"),
-                copyCommands(rule)};
+        return notOpened(QStringLiteral("The file %1 is in none of udev's folders")
+                             .arg(QLatin1String(RULE_FILE)));
     }
     if (rule.isMasked) {
         return {level,
@@ -81,49 +66,53 @@ Finding judgedRule(const RuleState &rule, const UsbNode *node)
                                "off%2")
                     .arg(rule.path, although),
                 QStringLiteral("Take it away, so that the file of the package counts, as root:"),
-                {QStringLiteral("rm %1").arg(rule.path)}};
+                QStringList{QStringLiteral("rm %1").arg(rule.path)} + applyCommands()};
     }
     const QString whom = rule.opened.isEmpty() ? QStringLiteral("no device")
                                                : openedDevices(rule).join(QStringLiteral(", "));
     if (node != nullptr && !rule.opened.contains(node->device.ids)) {
-        QStringList commands;
-        if (!rule.path.startsWith(QLatin1String("/etc/")))
-            commands << QStringLiteral("cp %1 /etc/udev/rules.d/").arg(rule.path);
-        return {level,
-                QStringLiteral("%1 is for %2, not for %3%4")
-                    .arg(rule.path, whom, toText(node->device.ids), although),
-                QStringLiteral("If this device is the reader, put its ids in the rule, as root:"),
-                commands << ruleLine(node->device.ids)};
+        return notOpened(QStringLiteral("%1 is for %2, not for %3")
+                             .arg(rule.path, whom, toText(node->device.ids)));
     }
     if (rule.opened.isEmpty()) {
-        return {Level::WARNING,
-                QStringLiteral("%1 opens no device: it has no ids of four digits in lower case")
-                    .arg(rule.path),
-                QStringLiteral("Put the project's file in its place, as root. ") +
-                    originOfFile(rule) + QStringLiteral("Then load it:"),
-                copyCommands(rule)};
+        return notOpened(
+            QStringLiteral("%1 opens no device: it has no ids of four digits in lower case")
+                .arg(rule.path));
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
         return {Level::FAILURE,
                 QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
                                "group %3")
                     .arg(rule.path, toText(node->device.ids), rule.group),
-                QStringLiteral("Load it, then plug the reader in anew, as root:")};
+                QStringLiteral("Load it, then plug the reader in anew, as root:"), applyCommands()};
     }
     return {Level::FINE, QStringLiteral("%1, for %2").arg(rule.path, whom)};
 }
 
-Finding findingOf(const RuleState &rule, const UsbNode *node)
+Finding findingOf(const UsbState &usb, const RuleState &rule, const UsbNode *node)
 {
-    Finding finding = judgedRule(rule, node);
-    if (finding.level != Level::FINE)
-        finding.commands << QStringLiteral("udevadm control --reload")
-                         << QStringLiteral("udevadm trigger --subsystem-match=usb --action=add");
+    Finding finding = judgedRule(usb, rule, node);
     finding.facts = {{"device", node == nullptr ? QJsonValue() : toText(node->device.ids)},
                      {"file", textOrNull(rule.path)},
                      {"opens", QJsonArray::fromStringList(openedDevices(rule))},
                      {"isMasked", rule.isMasked}};
     return finding;
+}
+
+/** The rule file at a path; without one, an empty state. */
+RuleState readRule(const QString &path)
+{
+    RuleState rule;
+    if (!QFileInfo::exists(path))
+        return rule;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        const QString text = QString::fromUtf8(file.read(LONGEST_RULE));
+        rule = parseRule(text);
+        rule.isMasked = text.trimmed().isEmpty();
+    }
+    rule.path = path;
+    return rule;
 }
 
 } // namespace
@@ -158,20 +147,33 @@ RuleState parseRule(const QString &text)
 RuleState findRule(const QStringList &folders)
 {
     for (const QString &folder : folders) {
-        const QString path = QDir(folder).filePath(QLatin1String(RULE_FILE));
-        QFile file(path);
-        if (!QFileInfo::exists(path))
-            continue;
-        RuleState rule;
-        if (file.open(QIODevice::ReadOnly)) {
-            const QString text = QString::fromUtf8(file.read(LONGEST_RULE));
-            rule = parseRule(text);
-            rule.isMasked = text.trimmed().isEmpty();
-        }
-        rule.path = path;
-        return rule;
+        const RuleState rule = readRule(QDir(folder).filePath(QLatin1String(RULE_FILE)));
+        if (!rule.path.isEmpty())
+            return rule;
     }
     return {};
+}
+
+QVector<RuleState> findAddedRules(const QString &folder)
+{
+    QVector<RuleState> rules;
+    const QDir dir(folder);
+    for (const QString &name : dir.entryList({QLatin1String(ADDED_RULE_FILES)}, QDir::Files))
+        rules << readRule(dir.filePath(name));
+    return rules;
+}
+
+const RuleState &ruleFor(const UsbState &usb, UsbIds ids)
+{
+    const auto added = std::find_if(usb.added.begin(), usb.added.end(), [&](const RuleState &rule) {
+        return rule.opened.contains(ids);
+    });
+    return added == usb.added.end() ? usb.rule : *added;
+}
+
+QString accessCommand(const UsbState &usb, UsbIds ids)
+{
+    return QStringLiteral("%1 --device %2").arg(usb.accessProgram, toText(ids));
 }
 
 Findings checkRule(const Environment &environment)
@@ -179,8 +181,14 @@ Findings checkRule(const Environment &environment)
     const UsbState &usb = environment.usb;
     Findings findings;
     for (const UsbNode &node : usb.nodes)
-        findings << findingOf(usb.rule, &node);
-    return findings.isEmpty() ? Findings{findingOf(usb.rule, nullptr)} : findings;
+        findings << findingOf(usb, ruleFor(usb, node.device.ids), &node);
+    if (!findings.isEmpty())
+        return findings;
+    for (const RuleState &rule : usb.added)
+        findings << findingOf(usb, rule, nullptr);
+    if (findings.isEmpty() || !usb.rule.path.isEmpty())
+        findings.prepend(findingOf(usb, usb.rule, nullptr));
+    return findings;
 }
 
 } // namespace app::doctor

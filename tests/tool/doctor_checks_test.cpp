@@ -191,7 +191,21 @@ INSTANTIATE_TEST_SUITE_P(
               "it has not the pipes of a reader", "--road library"},
         Fault{"no permission", "usb-permission", forbid, Level::FAILURE,
               "This user may not open /dev/bus/usb/001/002: mode 0600, owner root, group root",
-              "69-idcard-reader.rules"},
+              "as root:\nidcard-reader-access --device 1209:0001"},
+        Fault{"no permission but the group's", "usb-permission",
+              [](Environment &m) {
+                  node(m).device.mayOpen = false;
+                  m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
+              },
+              Level::FAILURE, "mode 0660, owner root, group idcard-reader",
+              "See what is said of \"Group\"."},
+        Fault{"node shut to the group", "usb-permission",
+              [](Environment &m) {
+                  node(m).device.mayOpen = false;
+                  node(m).rights.mode = 0640;
+              },
+              Level::FAILURE, "mode 0640, owner root, group idcard-reader",
+              "idcard-reader-access --device 1209:0001"},
         Fault{"no node", "usb-permission",
               [](Environment &m) {
                   forbid(m);
@@ -230,19 +244,20 @@ INSTANTIATE_TEST_SUITE_P(
               [](Environment &m) {
                   forbid(m);
                   m.usb.rule = {};
-                  m.usb.rule.shipped = "/my build/packaging/69-idcard-reader.rules";
+                  m.usb.accessProgram = "'/my build/packaging/idcard-reader-access'";
               },
               Level::FAILURE, "69-idcard-reader.rules is in none of udev's folders",
-              "cp '/my build/packaging/69-idcard-reader.rules' /etc/udev/rules.d/\nudevadm control "
-              "--reload"},
-        Fault{"no rule anywhere", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
+              "as root:\n'/my build/packaging/idcard-reader-access' --device 1209:0001"},
+        Fault{"no rule, and no reader yet", "usb-rule",
+              [](Environment &m) {
+                  m.usb.nodes.clear();
+                  m.usb.rule = {};
+              },
               Level::WARNING, "is in none of udev's folders",
-              "It is in the project's build folder, packaging/69-idcard-reader.rules, and in its "
-              "package. Copy it to /etc/udev/rules.d, then load it, as root:\nudevadm control "
-              "--reload"},
+              "Plug the reader in, then open it, as root:\nidcard-reader-access"},
         Fault{"no rule, but another way in", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
               Level::WARNING, "this user may use the reader all the same",
-              "udevadm control --reload"},
+              "idcard-reader-access --device 1209:0001"},
         Fault{"rule switched off", "usb-rule",
               [](Environment &m) {
                   m.usb.rule = {"/etc/udev/rules.d/x", true, {}, {}};
@@ -253,22 +268,22 @@ INSTANTIATE_TEST_SUITE_P(
                   forbid(m);
                   node(m).device.ids = {0x1209, 0x00AB};
               },
-              Level::FAILURE, "is for 1209:0001, not for 1209:00ab", "\"00ab\""},
+              Level::FAILURE, "is for 1209:0001, not for 1209:00ab",
+              "as root:\nidcard-reader-access --device 1209:00ab"},
         Fault{"rule of the package for other ids", "usb-rule",
               [](Environment &m) {
                   m.usb.rule.path = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
                   m.usb.rule.opened = {UsbIds{0x1209, 0x0002}};
               },
               Level::WARNING, "is for 1209:0002, not for 1209:0001",
-              "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/\nsed -i"},
+              "idcard-reader-access --device 1209:0001"},
         Fault{"rule without ids", "usb-rule",
               [](Environment &m) {
                   m.usb.nodes.clear();
                   m.usb.rule.opened.clear();
-                  m.usb.rule.shipped = "/usr/lib/udev/rules.d/69-idcard-reader.rules";
               },
               Level::WARNING, "opens no device",
-              "cp /usr/lib/udev/rules.d/69-idcard-reader.rules /etc/udev/rules.d/"},
+              "Plug the reader in, then open it, as root:\nidcard-reader-access"},
         Fault{"rule not applied", "usb-rule", forbid, Level::FAILURE,
               "has not been applied: the node is not of the group idcard-reader",
               "plug the reader in anew"},
@@ -390,6 +405,56 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"font not asked", "number-font",
               [](Environment &m) { m.pictures.fonts[1].isKnown = false; }, Level::FAILURE,
               "not known", "\"Screen\""}));
+
+/** A machine whose package has the rule for another reader than the one that is plugged in. */
+Environment machineWithAddedRule()
+{
+    Environment machine = fineMachine();
+    node(machine).device.ids = {0x1A2B, 0x3C4D};
+    machine.usb.added = {{"/etc/udev/rules.d/69-idcard-reader-0001-ffff.rules",
+                          false,
+                          {UsbIds{0x0001, 0xFFFF}},
+                          "idcard-reader"},
+                         {"/etc/udev/rules.d/69-idcard-reader-1a2b-3c4d.rules",
+                          false,
+                          {UsbIds{0x1A2B, 0x3C4D}},
+                          "idcard-reader"}};
+    return machine;
+}
+
+TEST(AddedRules, RuleForTheReaderAlone_IsTheOneThatIsNamed)
+{
+    Environment machine = machineWithAddedRule();
+    const Finding finding = findingOf("usb-rule", machine);
+    EXPECT_EQ(finding.level, Level::FINE);
+    EXPECT_EQ(finding.text, "/etc/udev/rules.d/69-idcard-reader-1a2b-3c4d.rules, for 1a2b:3c4d");
+    machine.usb.rule = {};
+    EXPECT_EQ(findingOf("usb-rule", machine).level, Level::FINE);
+    forbid(machine);
+    EXPECT_THAT(findingOf("usb-rule", machine).text.toStdString(),
+                HasSubstr("is for 1a2b:3c4d, but has not been applied"));
+    machine.usb.added.removeLast();
+    EXPECT_EQ(findingOf("usb-rule", machine).level, Level::FAILURE);
+}
+
+TEST(AddedRules, WithoutAReader_AreNamedBesideThatOfThePackage)
+{
+    Environment machine = machineWithAddedRule();
+    machine.usb.nodes.clear();
+    const auto files = [&] {
+        QStringList names;
+        for (const Finding &finding : checkRule(machine)) {
+            EXPECT_EQ(finding.level, Level::FINE);
+            names << finding.facts["file"].toString().section('/', -1);
+        }
+        return names;
+    };
+    const QStringList added = {"69-idcard-reader-0001-ffff.rules",
+                               "69-idcard-reader-1a2b-3c4d.rules"};
+    EXPECT_EQ(files(), QStringList{"69-idcard-reader.rules"} + added);
+    machine.usb.rule = {};
+    EXPECT_EQ(files(), added);
+}
 
 TEST(FontsOfTheDoctor, WhereOnlyTheChoiceIsMissingNoPackageIsAskedFor)
 {

@@ -45,6 +45,7 @@ Environment fineMachine()
                         false,
                         {UsbIds{0x1209, 0x0001}},
                         "idcard-reader"};
+    machine.usb.accessProgram = "idcard-reader-access";
     machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
 
     PicturesState &pictures = machine.pictures;

@@ -342,6 +342,21 @@ TEST_F(Rules, LinesMayBeContinuedAndBeSeveral)
     EXPECT_EQ(rule.opened[1].product, 2);
 }
 
+TEST_F(Rules, AddedFilesAreThoseForTheIdsOfOneReader)
+{
+    EXPECT_TRUE(findAddedRules("/no/such/folder").isEmpty());
+    put("etc", RULE);
+    for (const char *name : {"69-idcard-reader-1a2b-3c4d.rules", "70-idcard-reader-1a2b-3c4d.rules",
+                             "69-idcard-reader-1a2b-3c4d.rules.old"})
+        writeFile(folder("etc/") + name, QByteArray(RULE).replace("1209", "1a2b"));
+    const QVector<RuleState> added = findAddedRules(folder("etc"));
+    ASSERT_EQ(added.size(), 1);
+    EXPECT_EQ(added.first().path, folder("etc") + "/69-idcard-reader-1a2b-3c4d.rules");
+    ASSERT_EQ(added.first().opened.size(), 1);
+    EXPECT_EQ(toText(added.first().opened.first()), "1a2b:00ab");
+    EXPECT_EQ(added.first().group, "readers");
+}
+
 class ShippedFiles : public testing::Test
 {
 protected:
@@ -373,7 +388,7 @@ TEST_F(ShippedFiles, AreThoseOfTheBuildFolderOrOfTheInstallation)
 
 TEST_F(ShippedFiles, OfThisBuildAreThere)
 {
-    EXPECT_THAT(readFile(shippedRule()).toStdString(), HasSubstr("SUBSYSTEM"));
+    EXPECT_THAT(readFile(shippedAccessProgram()).toStdString(), HasSubstr("SUBSYSTEM"));
     EXPECT_EQ(readFile(shippedFontChoice()),
               readFile(IDCARD_SOURCE_DIR "/packaging/fonts/69-idcard-reader.conf"));
 }

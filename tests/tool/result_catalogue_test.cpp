@@ -276,11 +276,11 @@ TEST(ExplainUsb, ReaderThatIsGoneIsUnpluggedWhateverTheCode)
     }
 }
 
-TEST(ExplainUsb, MissingPermissionNamesRuleAndGroup)
+TEST(ExplainUsb, MissingPermissionNamesProgramAndGroup)
 {
     EXPECT_THAT(explain(usbFailure(-6)).toStdString(),
-                testing::AllOf(testing::HasSubstr("69-idcard-reader.rules"),
-                               testing::HasSubstr("idcard-reader,")));
+                testing::AllOf(testing::HasSubstr("\"idcard-reader-access\" as root"),
+                               testing::HasSubstr("idcard-reader. A user")));
 }
 
 TEST(ExplainUsb, NumberThatIsNoCodeIsTold)

@@ -480,8 +480,8 @@
         <translation>读卡器已接入，但当前用户无权访问其设备节点：缺少读卡器的 udev 规则，或用户不在相应的用户组中。</translation>
     </message>
     <message>
-        <source>Install the rule file 69-idcard-reader.rules in /etc/udev/rules.d or /usr/lib/udev/rules.d with the reader&apos;s ids in it, add the user to the group idcard-reader, log in anew and plug the reader in anew.</source>
-        <translation>请将写有该读卡器标识的规则文件 69-idcard-reader.rules 装入 /etc/udev/rules.d 或 /usr/lib/udev/rules.d，把用户加入 idcard-reader 组，重新登录，再重新插拔读卡器。</translation>
+        <source>Run &quot;idcard-reader-access&quot; as root while the reader is plugged in: it opens the reader to whoever sits at the machine and to the group idcard-reader. A user who was added to the group logs in again.</source>
+        <translation>请在读卡器接入时以 root 身份运行“idcard-reader-access”：它把读卡器开放给在本机前登录的用户和 idcard-reader 组。新加入该组的用户须重新登录。</translation>
     </message>
     <message>
         <source>There is no such reader.</source>
