@@ -1,4 +1,5 @@
-// How the rule is configured: the part of the build that makes it, run alone.
+// How the rule is configured, and what a software centre takes for the reader: the parts of the
+// build that make them, run alone.
 
 #include <gmock/gmock.h>
 
@@ -16,7 +17,7 @@ namespace
 class AccessConfiguration : public testing::Test
 {
 protected:
-    /** Configures a project that holds nothing but the rule. */
+    /** Configures a project that holds nothing else. */
     ProcessResult configure(const QStringList &definitions)
     {
         QFile list(folder.filePath("CMakeLists.txt"));
@@ -24,13 +25,20 @@ protected:
         list.write("cmake_minimum_required(VERSION 3.20)\n"
                    "project(access LANGUAGES NONE)\n"
                    "set(CMAKE_INSTALL_SBINDIR sbin)\n"
+                   "set(CMAKE_INSTALL_DATADIR share)\n"
                    "add_subdirectory(packaging)\n");
         list.close();
-        EXPECT_TRUE(QDir(folder.path()).mkpath("packaging/udev"));
+        for (const char *name : {"packaging/udev", "packaging/desktop"})
+            EXPECT_TRUE(QDir(folder.path()).mkpath(name));
+        QFile parts(folder.filePath("packaging/CMakeLists.txt"));
+        EXPECT_TRUE(parts.open(QIODevice::WriteOnly));
+        parts.write("include(access.cmake)\ninclude(desktop.cmake)\n");
+        parts.close();
         const QString source = IDCARD_SOURCE_DIR "/packaging/";
         const QString own = folder.filePath("packaging/");
-        QFile::copy(source + "access.cmake", own + "CMakeLists.txt");
-        for (const char *name : {"udev/69-idcard-reader.rules.in", "udev/idcard-reader-access.in"})
+        for (const char *name : {"access.cmake", "desktop.cmake", "udev/69-idcard-reader.rules.in",
+                                 "udev/idcard-reader-access.in", "desktop/idcard-viewer.desktop",
+                                 "desktop/idcard-viewer.metainfo.xml.in"})
             QFile::copy(source + name, own + name);
         ProcessInput input;
         input.emulated = false;
@@ -39,12 +47,17 @@ protected:
             QStringList{"-S", folder.path(), "-B", folder.filePath("build")} + definitions, input);
     }
 
-    QByteArray rule()
+    QByteArray made(const QString &pattern)
     {
-        QFile file(folder.filePath("build/packaging/69-idcard-reader.rules"));
+        const QDir packaging(folder.filePath("build/packaging"));
+        const QStringList names = packaging.entryList({pattern}, QDir::Files);
+        EXPECT_EQ(names.size(), 1);
+        QFile file(packaging.filePath(names.value(0)));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         return file.readAll();
     }
+
+    QByteArray rule() { return made("69-idcard-reader.rules"); }
 
     QTemporaryDir folder;
 };
@@ -62,6 +75,14 @@ TEST_F(AccessConfiguration, GivenIdsAreWrittenInLowerCase)
               0);
     EXPECT_THAT(rule().toStdString(),
                 HasSubstr(R"(ATTR{idVendor}=="04ab", ATTR{idProduct}=="00cd")"));
+}
+
+TEST_F(AccessConfiguration, SoftwareCentresKnowTheReaderByTheKernelsNameForIt)
+{
+    ASSERT_EQ(configure({"-DIDCARD_USB_VENDOR_ID=04aB", "-DIDCARD_USB_PRODUCT_ID=00CD"}).exitStatus,
+              0);
+    EXPECT_THAT(made("*.metainfo.xml").toStdString(),
+                HasSubstr("<modalias>usb:v04ABp00CDd*</modalias>"));
 }
 
 TEST_F(AccessConfiguration, WrongIdsStopItWithTheValueAndWhatToGive)
