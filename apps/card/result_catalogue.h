@@ -1,7 +1,7 @@
 #pragma once
 
 // What every result of `readIDCard` and every exit status means to a person: the one place where
-// these texts stand. `docs/result-codes.md` repeats them; a test holds the two together.
+// these texts are. The tables of `docs/result-codes.md` are made from them.
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// What every outcome of the USB road means to a person: the one place where these texts stand.
-// `docs/result-codes.md` repeats them; a test holds the two together.
+// What every outcome of the USB road means to a person: the one place where these texts are.
+// A table of `docs/result-codes.md` is made from them.
 
 #include "apps/card/result_catalogue.h"
 

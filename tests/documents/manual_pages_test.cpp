@@ -1,5 +1,5 @@
-// The manual pages against what they tell of: the exported names, the public members of the classes
-// as the headers have them, the codes, and the help of the tools.
+// The manual pages against the headers: the exported names, the public members of the classes and
+// the result codes.
 
 #include <gmock/gmock.h>
 
@@ -122,72 +122,6 @@ constexpr DocumentedClass CLASSES[] = {
     {"Tools", "render/tools.h", "Tools.3"},
 };
 
-QString helpOf(const QString &program, const QStringList &command, const ProcessInput &input = {})
-{
-    const ProcessResult run =
-        runProcess(program, command + QStringList{QStringLiteral("--help")}, input);
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
-    return QString::fromUtf8(run.standardOutput);
-}
-
-/** The help of the program that opens readers, a script. */
-QString helpOfAccess()
-{
-    ProcessInput input;
-    input.emulated = false;
-    return helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, input);
-}
-
-/** Options with the names of their values, as a help text has them: "--out folder". */
-Names optionsInHelp(const QString &help)
-{
-    QString text = under(QStringLiteral("Options:"), help, QStringLiteral("\\S"));
-    text.remove(QRegularExpression(QStringLiteral("[<>]")));
-    return namesIn(text, QStringLiteral("^  (?:-h, )?(--[a-z-]+(?: [^ ]+)?)(?:  |\\n)"));
-}
-
-/** The same as a page has them. */
-Names optionsInPage(const QString &part)
-{
-    QString text = part;
-    text.replace(
-        QRegularExpression(QStringLiteral("^\\.It (?:Fl h , )?Fl -([a-z-]+)(?: Ar (\\S+))?$"),
-                           QRegularExpression::MultilineOption),
-        QStringLiteral("option --\\1 \\2"));
-    Names options;
-    for (const std::string &option : namesIn(text, QStringLiteral("^option (.*)$")))
-        options.insert(QString::fromStdString(option).trimmed().toStdString());
-    return options;
-}
-
-using Meanings = std::map<std::string, std::string>;
-
-Meanings statusesInHelp(const QString &help)
-{
-    Meanings meanings;
-    auto matches =
-        QRegularExpression(QStringLiteral("  (\\d+)  ((?:.*\\n)(?:     .*\\n)*)"))
-            .globalMatch(under(QStringLiteral("Exit status:"), help, QStringLiteral("\\S")));
-    while (matches.hasNext()) {
-        const auto match = matches.next();
-        meanings[match.captured(1).toStdString()] = match.captured(2).simplified().toStdString();
-    }
-    return meanings;
-}
-
-Meanings statusesInPage(const QString &page)
-{
-    Meanings meanings;
-    auto matches =
-        QRegularExpression(QStringLiteral("\\.It (\\d+)\\n((?:[^.].*\\n)+)"))
-            .globalMatch(under(QStringLiteral(".Sh EXIT STATUS"), page, QStringLiteral("\\.Sh")));
-    while (matches.hasNext()) {
-        const auto match = matches.next();
-        meanings[match.captured(1).toStdString()] = match.captured(2).simplified().toStdString();
-    }
-    return meanings;
-}
-
 } // namespace
 
 TEST(ManualPages, ExportedNames_HaveAPageThatNamesThem)
@@ -238,7 +172,7 @@ TEST(ManualPages, PublicMembersOfTheHeaders_StandInTheSynopsisAndNoOthers)
     }
 }
 
-TEST(ManualPages, FunctionsOfTheSynopsis_AreToldAbout)
+TEST(ManualPages, FunctionsOfTheSynopsis_AreDescribed)
 {
     for (const DocumentedClass &row : CLASSES) {
         const QString page = pageOf(QString::fromLatin1(row.page));
@@ -246,10 +180,10 @@ TEST(ManualPages, FunctionsOfTheSynopsis_AreToldAbout)
         const Names members =
             publicMembers(QString::fromLatin1(row.header), QString::fromLatin1(row.name)).functions;
         for (const std::string &name : members) {
-            const auto told =
+            const auto item =
                 QRegularExpression(QStringLiteral("^\\.It .*\\bFn %1\\b").arg(name.c_str()),
                                    QRegularExpression::MultilineOption);
-            EXPECT_TRUE(name == row.name || told.match(description).hasMatch()) << name;
+            EXPECT_TRUE(name == row.name || item.match(description).hasMatch()) << name;
         }
     }
 }
@@ -273,67 +207,6 @@ TEST(ManualPages, ResultCodes_StandThereWithTheirNumbers)
                          code.captured(1));
             EXPECT_TRUE(pageOf(QString::fromLatin1(row.page)).contains(item)) << item.toStdString();
         }
-    }
-}
-
-TEST(ManualPages, CommandsOfTheTool_StandThereWithTheirOptionsAndNoOthers)
-{
-    const QString page = pageOf(QStringLiteral("idcard-reader.1"));
-    const QString help = helpOf(QStringLiteral("idcard-reader"), {});
-    const Names commands = namesIn(under(QStringLiteral("Commands:"), help, QStringLiteral("\\S")),
-                                   QStringLiteral("^  (\\w+)  "));
-    EXPECT_THAT(commands, Not(IsEmpty()));
-    EXPECT_EQ(namesIn(page, QStringLiteral("^\\.Ss ([a-z]+)$")), commands);
-    const Names common = optionsInPage(
-        under(QStringLiteral(".Ss Options of every command"), page, QStringLiteral("\\.S[hs]")));
-    EXPECT_THAT(common, Not(IsEmpty()));
-    for (const std::string &command : commands) {
-        const QString name = QString::fromStdString(command);
-        Names options =
-            optionsInPage(under(QStringLiteral(".Ss ") + name, page, QStringLiteral("\\.S[hs]")));
-        options.insert(common.begin(), common.end());
-        EXPECT_EQ(options, optionsInHelp(helpOf(QStringLiteral("idcard-reader"), {name})))
-            << command;
-    }
-}
-
-TEST(ManualPages, OptionsAndCommandsOfTheVirtualReader_StandThereAndNoOthers)
-{
-    const QString page = pageOf(QStringLiteral("idcard-virtual-reader.1"));
-    const QString help = helpOf(QStringLiteral("idcard-virtual-reader"), {});
-    EXPECT_THAT(optionsInHelp(help), Not(IsEmpty()));
-    EXPECT_EQ(optionsInPage(page), optionsInHelp(help));
-    const Names commands = namesIn(help.section(QStringLiteral("Commands on standard input"), 1)
-                                       .section(QStringLiteral("\n\n"), 0, 0),
-                                   QStringLiteral("^  ([a-z]+) "));
-    EXPECT_THAT(commands, Not(IsEmpty()));
-    EXPECT_EQ(namesIn(page, QStringLiteral("^\\.It Cm (\\w+)")), commands);
-}
-
-TEST(ManualPages, OptionsOfTheWindowProgram_StandThereAndNoOthers)
-{
-    const Names options = optionsInHelp(helpOf(QStringLiteral("idcard-viewer"), {}));
-    EXPECT_THAT(options, Not(IsEmpty()));
-    EXPECT_EQ(optionsInPage(pageOf(QStringLiteral("idcard-viewer.1"))), options);
-}
-
-TEST(ManualPages, OptionsOfTheProgramThatOpensReaders_StandThereAndNoOthers)
-{
-    const Names options = optionsInHelp(helpOfAccess());
-    EXPECT_THAT(options, Not(IsEmpty()));
-    EXPECT_EQ(optionsInPage(pageOf(QStringLiteral("idcard-reader-access.8"))), options);
-}
-
-TEST(ManualPages, ExitStatuses_HaveTheWordsOfTheHelp)
-{
-    const Meanings ofAccess = statusesInHelp(helpOfAccess());
-    EXPECT_THAT(ofAccess, Not(IsEmpty()));
-    EXPECT_EQ(statusesInPage(pageOf(QStringLiteral("idcard-reader-access.8"))), ofAccess);
-    for (const char *program : {"idcard-reader", "idcard-virtual-reader"}) {
-        const QString name = QString::fromLatin1(program);
-        const Meanings meanings = statusesInHelp(helpOf(name, {}));
-        EXPECT_THAT(meanings, Not(IsEmpty())) << program;
-        EXPECT_EQ(statusesInPage(pageOf(name + QStringLiteral(".1"))), meanings) << program;
     }
 }
 

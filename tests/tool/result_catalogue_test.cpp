@@ -1,5 +1,5 @@
-// Holds together what stands in three places: the enumerations of the codes, the catalogues of
-// texts, and docs/result-codes.md; for `readIDCard` and for the USB road.
+// The catalogues of texts against the enumerations of the codes, for `readIDCard` and for the USB
+// road, and what the programs say of a result.
 
 #include <set>
 
@@ -40,57 +40,9 @@ std::set<NamedCode> codesOfHeader(const char *header)
     return codes;
 }
 
-/** Rows of the tables of the document whose first cell is a number, cells trimmed. */
-std::vector<QStringList> rowsOfDocument(const QString &heading)
-{
-    const QString text = sourceFile("docs/result-codes.md");
-    const int begin = text.indexOf(QStringLiteral("\n## ") + heading + QLatin1Char('\n'));
-    EXPECT_GE(begin, 0) << heading.toStdString();
-    const int end = text.indexOf(QStringLiteral("\n## "), begin + 1);
-    std::vector<QStringList> rows;
-    const QStringList lines = text.mid(begin, end < 0 ? -1 : end - begin).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        QStringList cells = line.split(QLatin1Char('|'));
-        if (cells.size() < 3)
-            continue;
-        cells.removeFirst();
-        cells.removeLast();
-        for (QString &cell : cells)
-            cell = cell.trimmed();
-        bool isNumber = false;
-        static_cast<void>(cells.first().toInt(&isNumber));
-        if (isNumber)
-            rows.push_back(cells);
-    }
-    return rows;
-}
-
-std::vector<std::string> joined(const std::vector<QStringList> &rows)
-{
-    std::vector<std::string> lines;
-    lines.reserve(rows.size());
-    for (const QStringList &row : rows)
-        lines.push_back(row.join(QStringLiteral(" | ")).toStdString());
-    return lines;
-}
-
-std::vector<QStringList> rowsOf(const std::vector<ResultEntry> &catalogue)
-{
-    std::vector<QStringList> rows;
-    rows.reserve(catalogue.size());
-    for (const ResultEntry &entry : catalogue) {
-        rows.push_back(
-            {QString::number(entry.code), QStringLiteral("`%1`").arg(QLatin1String(entry.constant)),
-             QString::fromUtf8(entry.summary), QString::fromUtf8(entry.cause),
-             QString::fromUtf8(entry.remedy), QString::number(static_cast<int>(entry.exitStatus))});
-    }
-    return rows;
-}
-
 struct Catalogue {
     const char *name;
     const char *header;
-    const char *heading; ///< in the document
     std::size_t codes;
     const std::vector<ResultEntry> &(*entries)();
 };
@@ -113,12 +65,6 @@ TEST_P(Results, AreExactlyTheCodesAndNamesOfTheHeader)
     EXPECT_EQ(codes, codesOfHeader(GetParam().header));
 }
 
-TEST_P(Results, StandInTheDocumentWithTheSameTexts)
-{
-    EXPECT_THAT(joined(rowsOfDocument(QString::fromLatin1(GetParam().heading))),
-                testing::ElementsAreArray(joined(rowsOf(GetParam().entries()))));
-}
-
 TEST_P(Results, AreToldInSentences)
 {
     for (const ResultEntry &entry : GetParam().entries()) {
@@ -135,23 +81,11 @@ TEST_P(Results, DoNotBreakTheTableOfTheDocument)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Catalogues, Results,
-    testing::Values(Catalogue{"readIDCard", "api/result_codes.h", "What `readIDCard` returns", 12,
-                              resultCatalogue},
-                    Catalogue{"USB", "reader/usb_codes.h", "What a reading over USB ends with", 23,
-                              usbCatalogue}),
-    testing::PrintToStringParamName());
-
-TEST(ResultCatalogue, DocumentHoldsTheSameExitStatuses)
-{
-    std::vector<QStringList> rows;
-    for (const ExitStatusEntry &entry : exitStatusCatalogue())
-        rows.push_back(
-            {QString::number(static_cast<int>(entry.status)), QString::fromUtf8(entry.meaning)});
-    EXPECT_THAT(joined(rowsOfDocument(QStringLiteral("Exit statuses of `idcard-reader`"))),
-                testing::ElementsAreArray(joined(rows)));
-}
+INSTANTIATE_TEST_SUITE_P(Catalogues, Results,
+                         testing::Values(Catalogue{"readIDCard", "api/result_codes.h", 12,
+                                                   resultCatalogue},
+                                         Catalogue{"USB", "reader/usb_codes.h", 23, usbCatalogue}),
+                         testing::PrintToStringParamName());
 
 TEST(ResultCatalogue, ExitStatusesStandOnceAndAscending)
 {

@@ -1,5 +1,5 @@
 // A whole card read with every fault that a reader on USB can have, and its results in
-// docs/usb-faults.md. With IDCARD_WRITE_DOCUMENTS set the document is written anew.
+// docs/usb-faults.md.
 
 #include <chrono>
 #include <set>
@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 
 #include "simulator/reader/virtual_reader.h"
+#include "tests/support/generated_part.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/fault_cases.h"
 
@@ -25,7 +26,6 @@ namespace
 using namespace usb_test;
 using Clock = std::chrono::steady_clock;
 
-constexpr const char *DOCUMENT = IDCARD_SOURCE_DIR "/docs/usb-faults.md";
 constexpr auto UNTOUCHED = static_cast<FP_INFO_TYPE>(77);
 constexpr int READ_LIMIT_MS = 5000;
 /** What a busy machine, an emulator or a sanitizer may add. */
@@ -301,25 +301,6 @@ QString check(const FaultCase &row, int argument, const Outcome &outcome)
                        isAsExpected ? endOfLog(row.log) : QStringLiteral("(differs)"));
 }
 
-/** The document with this table in place of the one between its marks. */
-QString withTable(const QString &document, const QString &table)
-{
-    const QString head = QStringLiteral("| Fault | Code | End of the log | Ends |\n"
-                                        "| --- | --- | --- | --- |\n");
-    const int first = document.indexOf(head);
-    const int end = document.indexOf(QStringLiteral("\n\n"), first);
-    EXPECT_GE(first, 0) << "the document has no table of faults";
-    EXPECT_GE(end, 0);
-    return document.left(first) + head + table + document.mid(end + 1);
-}
-
-QString readDocument()
-{
-    QFile file(QString::fromLatin1(DOCUMENT));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << DOCUMENT;
-    return QString::fromUtf8(file.readAll());
-}
-
 TEST(FaultSweep, EveryFault_GivesItsCodeAndGivesEverythingBack)
 {
     const std::vector<FaultCase> rows = faultCases();
@@ -342,19 +323,11 @@ TEST(FaultSweep, EveryFault_GivesItsCodeAndGivesEverythingBack)
     RecordProperty("reads", static_cast<int>(reads));
     printf("%zu card reads with %zu faults\n", reads, rows.size());
 
-    QString text;
+    QString text = QStringLiteral("| Fault | Code | End of the log | Ends |\n"
+                                  "| --- | --- | --- | --- |\n");
     for (const QString &row : table)
         text += row;
-    const QString document = readDocument();
-    const QString expected = withTable(document, text);
-    if (qEnvironmentVariableIsSet("IDCARD_WRITE_DOCUMENTS")) {
-        QFile file(QString::fromLatin1(DOCUMENT));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(expected.toUtf8());
-    } else {
-        EXPECT_EQ(document.toStdString(), expected.toStdString())
-            << "docs/usb-faults.md is not what was found; write it with IDCARD_WRITE_DOCUMENTS=1";
-    }
+    expectGeneratedPart(QStringLiteral("docs/usb-faults.md"), QStringLiteral("faults"), text);
 }
 
 TEST(FaultSweep, Table_HasEveryFaultOfTheVocabulary)

@@ -1,0 +1,364 @@
+// The parts of the pages that are made from tables of the code: results, cards, keys, faults, and
+// what the help texts of the programs say.
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include "apps/card/result_catalogue.h"
+#include "apps/card/usb_catalogue.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/description_keys.h"
+#include "simulator/card/faults.h"
+#include "simulator/reader/virtual_reader.h"
+#include "tests/support/generated_part.h"
+#include "tests/support/process.h"
+
+using namespace app;
+using namespace simulator;
+
+namespace
+{
+
+QString code(const QString &text)
+{
+    return QLatin1Char('`') + text + QLatin1Char('`');
+}
+
+QString tableRow(const QStringList &cells)
+{
+    QString row = QStringLiteral("|");
+    for (const QString &cell : cells)
+        row += (cell.isEmpty() ? QString() : QLatin1Char(' ') + cell) + QStringLiteral(" |");
+    return row + QLatin1Char('\n');
+}
+
+// Results.
+
+QString resultTable(const std::vector<ResultEntry> &entries)
+{
+    QString table = tableRow({"Code", "Name", "What happened", "Cause", "What to do",
+                              "Exit status of `idcard-reader`"}) +
+                    tableRow({"---:", "---", "---", "---", "---", "---:"});
+    for (const ResultEntry &entry : entries) {
+        table +=
+            tableRow({QString::number(entry.code), code(entry.constant), entry.summary, entry.cause,
+                      entry.remedy, QString::number(static_cast<int>(entry.exitStatus))});
+    }
+    return table;
+}
+
+// The simulator.
+
+QString useOf(const KeyRule &rule)
+{
+    switch (rule.use) {
+    case KeyUse::REQUIRED:
+        return QStringLiteral("must %1").arg(rule.characters);
+    case KeyUse::OPTIONAL:
+        return QStringLiteral("may %1").arg(rule.characters);
+    case KeyUse::ABSENT:
+        break;
+    }
+    return QStringLiteral("-");
+}
+
+QString formOf(TextForm form)
+{
+    switch (form) {
+    case TextForm::DATE:
+        return QStringLiteral("YYYYMMDD");
+    case TextForm::END_DATE:
+        return QStringLiteral("YYYYMMDD or 长期");
+    case TextForm::DIGITS:
+        return QStringLiteral("digits");
+    case TextForm::SEX_CODE:
+        return QStringLiteral("code of GB/T 2261.1: 0, 1, 2 or 9");
+    case TextForm::TWO_DIGITS:
+        return QStringLiteral("code of GB 3304, two digits");
+    case TextForm::COUNTRY_CODE:
+        return QStringLiteral("country code, letters; an unknown one will do");
+    case TextForm::FREE:
+        break;
+    }
+    return {};
+}
+
+QString faultTable(Road road)
+{
+    QString table = tableRow({"Fault", "What happens"}) + tableRow({"---", "---"});
+    for (const FaultRule &rule : faultRules(road)) {
+        const QString usage =
+            code(faultUsage(rule)).replace(QStringLiteral(" or "), QStringLiteral("` or `"));
+        table += tableRow({usage, rule.meaning(road)});
+    }
+    return table;
+}
+
+// The help texts.
+
+QString helpOf(const QString &program, const QStringList &command = {},
+               const ProcessInput &input = {})
+{
+    const ProcessResult run =
+        runProcess(program, command + QStringList{QStringLiteral("--help")}, input);
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    return QString::fromUtf8(run.standardOutput);
+}
+
+struct HelpRow {
+    QString name;
+    QString meaning;
+
+    bool operator==(const HelpRow &other) const
+    {
+        return name == other.name && meaning == other.meaning;
+    }
+};
+
+using HelpRows = std::vector<HelpRow>;
+
+/** The rows under the heading that begins with these words. */
+HelpRows rowsUnder(const QString &heading, const QString &help)
+{
+    static const QRegularExpression row(QStringLiteral("^  (\\S.*?)(?:  +(.*))?$"));
+    HelpRows rows;
+    const QString section = (QLatin1Char('\n') + help)
+                                .section(QLatin1Char('\n') + heading, 1)
+                                .section(QStringLiteral("\n\n"), 0, 0);
+    for (const QString &line : section.split(QLatin1Char('\n')).mid(1)) {
+        const auto match = row.match(line);
+        if (match.hasMatch())
+            rows.push_back({match.captured(1), match.captured(2)});
+        else if (!rows.empty())
+            rows.back().meaning += QLatin1Char(' ') + line.trimmed();
+    }
+    for (HelpRow &each : rows)
+        each.meaning = each.meaning.trimmed();
+    EXPECT_FALSE(rows.empty()) << heading.toStdString();
+    return rows;
+}
+
+QString tableOf(const HelpRows &rows, const QStringList &head, const QStringList &rule)
+{
+    QString table = tableRow(head) + tableRow(rule);
+    for (const HelpRow &row : rows)
+        table += tableRow({row.name, row.meaning});
+    return table;
+}
+
+// The same in a manual page.
+
+/** One sentence a line. */
+QString manualText(QString text)
+{
+    static const QRegularExpression sentenceEnd(QStringLiteral("\\. (?=[\"A-Z])"));
+    text.replace(QLatin1Char('\\'), QStringLiteral("\\e"));
+    text.replace(QStringLiteral("--"), QStringLiteral("\\-\\-"));
+    return text.replace(sentenceEnd, QStringLiteral(".\n")) + QLatin1Char('\n');
+}
+
+QString manualList(const HelpRows &rows, QString (*item)(QString name))
+{
+    QString list = QStringLiteral(".Bl -tag -width Ds\n");
+    for (const HelpRow &row : rows)
+        list += QStringLiteral(".It %1\n").arg(item(row.name)) + manualText(row.meaning);
+    return list + QStringLiteral(".El\n");
+}
+
+/** "-h, --help" or "--out <folder>". */
+QString optionItem(QString name)
+{
+    name.replace(QStringLiteral("-h, "), QStringLiteral("Fl h , "));
+    name.replace(QStringLiteral("--"), QStringLiteral("Fl -"));
+    return name.replace(QStringLiteral(" <"), QStringLiteral(" Ar ")).remove(QLatin1Char('>'));
+}
+
+/** "faults [LIST]". */
+QString commandItem(QString name)
+{
+    name.replace(QLatin1Char(' '), QStringLiteral(" Ar "));
+    name.replace(QStringLiteral("Ar ["), QStringLiteral("Op Ar ")).remove(QLatin1Char(']'));
+    return QStringLiteral("Cm ") + name;
+}
+
+QString variableItem(QString name)
+{
+    return QStringLiteral("Ev ") + name;
+}
+
+QString plainItem(QString name)
+{
+    return name;
+}
+
+QString section(const QString &heading, const QString &text)
+{
+    return QStringLiteral(".Ss %1\n").arg(heading) + text;
+}
+
+/** A command of the tool but for the options that every command has. */
+QString commandSection(const QString &name, const QString &help, const HelpRows &common)
+{
+    HelpRows own = rowsUnder(QStringLiteral("Options"), help);
+    own.erase(std::remove_if(own.begin(), own.end(),
+                             [&common](const HelpRow &row) {
+                                 return std::find(common.begin(), common.end(), row) !=
+                                        common.end();
+                             }),
+              own.end());
+    const QString usage = help.section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
+    const QString description = help.section(QStringLiteral("\n\n"), 1, 1).simplified();
+    return section(name, QStringLiteral(".Dl ") + manualText(usage) + QStringLiteral(".Pp\n") +
+                             manualText(description) + manualList(own, optionItem));
+}
+
+QString manualFaults(const QString &help)
+{
+    return section(QStringLiteral("Faults"),
+                   manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem));
+}
+
+const QString TOOL = QStringLiteral("idcard-reader");
+const QString VIRTUAL_READER = QStringLiteral("idcard-virtual-reader");
+const QString VIEWER = QStringLiteral("idcard-viewer");
+
+QString manualPage(const QString &program)
+{
+    return QStringLiteral("docs/man/%1.1").arg(program);
+}
+
+} // namespace
+
+TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
+{
+    const QString page = QStringLiteral("docs/result-codes.md");
+    expectGeneratedPart(page, "results of readIDCard", resultTable(resultCatalogue()));
+    expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue()));
+    QString statuses = tableRow({"Status", "Meaning"}) + tableRow({"---:", "---"});
+    for (const ExitStatusEntry &entry : exitStatusCatalogue())
+        statuses += tableRow({QString::number(static_cast<int>(entry.status)), entry.meaning});
+    expectGeneratedPart(page, "exit statuses", statuses);
+}
+
+TEST(SimulatorPage, Tables_AreThoseOfTheCode)
+{
+    const QString page = QStringLiteral("simulator/README.md");
+    QString cards = tableRow({"Name", "What it is for"}) + tableRow({"---", "---"});
+    for (const QString &name : builtInCardNames()) {
+        DescriptionError error;
+        const auto card = loadCard(name, &error);
+        ASSERT_TRUE(card) << error.message().toStdString();
+        cards += tableRow({code(name), card->title});
+    }
+    expectGeneratedPart(page, "cards", cards);
+
+    QStringList head = {"Key"};
+    for (int kind = 0; kind < CARD_KIND_COUNT; ++kind)
+        head << cardKindName(static_cast<CardKind>(kind));
+    QString keys = tableRow(head << "Text") + tableRow({"---", "---", "---", "---", "---", "---"});
+    for (const TextKey &key : textKeys()) {
+        QStringList cells = {code(key.name)};
+        for (const KeyRule &rule : key.rules)
+            cells << useOf(rule);
+        keys += tableRow(cells << formOf(key.form));
+    }
+    expectGeneratedPart(page, "keys of texts", keys);
+
+    expectGeneratedPart(page, "faults of the maker's library", faultTable(Road::MAKERS_LIBRARY));
+    expectGeneratedPart(page, "faults on USB", faultTable(Road::USB));
+}
+
+TEST(SimulatorPage, RefusalsOfTheReaderOnUsb_AreListed)
+{
+    QFile page(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/README.md"));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const std::string text = page.readAll().toStdString();
+    for (const UsbRefusal refusal :
+         {UsbRefusal::NO_CARD, UsbRefusal::MALFORMED_COMMAND, UsbRefusal::UNKNOWN_COMMAND,
+          UsbRefusal::OUT_OF_ORDER, UsbRefusal::CARD_NOT_READ}) {
+        const QString status = QString::number(static_cast<int>(refusal), 16).toUpper();
+        EXPECT_THAT(text, testing::HasSubstr("\n| `00 00 " + status.toStdString() + "` | "));
+    }
+}
+
+TEST(VirtualReaderPage, Tables_AreThoseOfTheHelp)
+{
+    const QString page = QStringLiteral("docs/virtual-reader.md");
+    const QString help = helpOf(VIRTUAL_READER);
+    HelpRows commands = rowsUnder(QStringLiteral("Commands on standard input"), help);
+    for (HelpRow &row : commands)
+        row.name = code(row.name.replace(QLatin1Char('|'), QStringLiteral("\\|")));
+    expectGeneratedPart(page, "commands",
+                        tableOf(commands, {"Command", "What it does"}, {"---", "---"}));
+    expectGeneratedPart(page, "exit statuses",
+                        tableOf(rowsUnder(QStringLiteral("Exit status"), help),
+                                {"Status", "Meaning"}, {"---:", "---"}));
+}
+
+TEST(ManualOfTheTool, CommandsOptionsAndStatuses_AreThoseOfTheHelp)
+{
+    const QString overall = helpOf(TOOL);
+    QStringList helps;
+    const HelpRows commands = rowsUnder(QStringLiteral("Commands"), overall);
+    for (const HelpRow &command : commands)
+        helps << helpOf(TOOL, {command.name});
+    HelpRows common = rowsUnder(QStringLiteral("Options"), helps.first());
+    for (const QString &help : helps) {
+        const HelpRows rows = rowsUnder(QStringLiteral("Options"), help);
+        common.erase(std::remove_if(common.begin(), common.end(),
+                                    [&rows](const HelpRow &row) {
+                                        return std::find(rows.begin(), rows.end(), row) ==
+                                               rows.end();
+                                    }),
+                     common.end());
+    }
+    QString text;
+    for (int i = 0; i < helps.size(); ++i)
+        text += commandSection(commands.at(static_cast<std::size_t>(i)).name, helps.at(i), common);
+    text += section(QStringLiteral("Options of every command"), manualList(common, optionItem));
+    text += manualFaults(helps.first());
+    expectGeneratedPart(manualPage(TOOL), "commands", text);
+    expectGeneratedPart(
+        manualPage(TOOL), "environment",
+        manualList(rowsUnder(QStringLiteral("Environment"), overall), variableItem));
+    expectGeneratedPart(manualPage(TOOL), "exit statuses",
+                        manualList(rowsUnder(QStringLiteral("Exit status"), overall), plainItem));
+}
+
+TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
+{
+    const QString help = helpOf(VIRTUAL_READER);
+    const auto rows = [&help](const char *heading) {
+        return rowsUnder(QLatin1String(heading), help);
+    };
+    expectGeneratedPart(manualPage(VIRTUAL_READER), "options",
+                        manualList(rows("Options"), optionItem));
+    expectGeneratedPart(manualPage(VIRTUAL_READER), "commands",
+                        manualList(rows("Commands on standard input"), commandItem));
+    expectGeneratedPart(manualPage(VIRTUAL_READER), "faults", manualFaults(help));
+    expectGeneratedPart(manualPage(VIRTUAL_READER), "exit statuses",
+                        manualList(rows("Exit status"), plainItem));
+}
+
+TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
+{
+    expectGeneratedPart(
+        manualPage(VIEWER), "options",
+        manualList(rowsUnder(QStringLiteral("Options"), helpOf(VIEWER)), optionItem));
+}
+
+TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
+{
+    ProcessInput script; // which no emulator runs
+    script.emulated = false;
+    const QString help = helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, script);
+    const QString page = QStringLiteral("docs/man/idcard-reader-access.8");
+    expectGeneratedPart(page, "options",
+                        manualList(rowsUnder(QStringLiteral("Options"), help), optionItem));
+    expectGeneratedPart(page, "exit statuses",
+                        manualList(rowsUnder(QStringLiteral("Exit status"), help), plainItem));
+}
