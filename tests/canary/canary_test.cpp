@@ -13,7 +13,7 @@
 #include "simulator/reader/virtual_reader.h"
 #include "tests/canary/process_memory.h"
 #include "tests/canary/scenario.h"
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"
@@ -296,7 +296,7 @@ TEST_P(Canary, InterruptedRead_TellsNothing)
                        {"read", "--simulate", cardFile(), "--fault", "delay-ms=3000", "--out",
                         "card", "--verbose"},
                        surroundings().processInput());
-    ASSERT_TRUE(run.hasTold("simulator"));
+    ASSERT_TRUE(run.waitForError("simulator"));
     run.signal(SIGTERM);
     EXPECT_THAT(findings(run.result()), IsEmpty());
 }
@@ -404,17 +404,11 @@ TEST_P(Canary, Window_TellsNothing)
 
 TEST_P(Canary, Crash_LeavesNoCoreFile)
 {
-    RunningTool run({"read", "--simulate", cardFile(), "--fault", "delay-ms=60000", "--verbose"},
-                    surroundings().environment());
-    run.process().setWorkingDirectory(surroundings().workFolder());
-    run.start();
-    run.process().setReadChannel(QProcess::StandardError);
-    QByteArray told;
-    while (!told.contains("simulator")) { // now it works on the card
-        ASSERT_TRUE(run.process().waitForReadyRead());
-        told += run.process().readAllStandardError();
-    }
-    EXPECT_TRUE(forbidsCoreFiles(run.process().processId()));
+    RunningProcess run("idcard-reader",
+                       {"read", "--simulate", cardFile(), "--fault", "delay-ms=60000", "--verbose"},
+                       surroundings().processInput());
+    ASSERT_TRUE(run.waitForError("simulator")); // now it works on the card
+    EXPECT_TRUE(forbidsCoreFiles(run.id()));
 }
 
 // The reader over USB/IP.

@@ -10,7 +10,7 @@
 #include <QJsonObject>
 
 #include "simulator/reader/virtual_reader.h"
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 #include "tests/usb/emulated_bus.h"
 
 namespace

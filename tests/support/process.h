@@ -1,7 +1,11 @@
 #pragma once
 
-// Runs a program of this build and collects what it printed. In a cross build the program is
-// started under the emulator that runs the test itself.
+// Runs a program of this build and talks with it. In a cross build the program is started under
+// the emulator that runs the test itself.
+
+#include <chrono>
+
+#include <sys/types.h>
 
 #include <QByteArray>
 #include <QMap>
@@ -16,14 +20,97 @@ struct ProcessResult {
     QByteArray standardError;
 };
 
-struct ProcessInput {
-    QMap<QString, QString> environment; ///< set in addition; a null value removes the variable
-    QByteArray standardInput;
-    QString workingDirectory;
-    int timeoutMs = 60000;
-    bool emulated = true; ///< false for a program of the build machine, such as nm
+/** Where a program's standard output goes. */
+enum class StandardOutput {
+    COLLECTED,
+    CLOSED,     ///< nowhere: it is not open
+    BROKEN_PIPE ///< to a pipe that nobody reads
 };
 
-/** Runs `program` (an absolute path, or a name in this build's folder of programs). */
+struct ProcessInput {
+    QMap<QString, QString> environment = {}; ///< set in addition; a null value removes the variable
+    QByteArray standardInput = {};
+    QString workingDirectory = {};
+    int timeoutMs = 60000;
+    bool emulated = true; ///< false for a program of the build machine, such as nm
+    StandardOutput standardOutput = StandardOutput::COLLECTED;
+    QString standardOutputFile = {}; ///< in the place of what is collected
+    QString standardErrorFile = {};
+    bool ignoresBrokenPipes = false; ///< SIGPIPE is ignored, as where a system's service starts it
+};
+
+/** One pipe, closed at both ends when it goes. */
+class Pipe
+{
+public:
+    Pipe();
+    ~Pipe();
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+
+    int readEnd() const { return m_ends[0]; }
+    int writeEnd() const { return m_ends[1]; }
+    void closeReadEnd() { closeEnd(m_ends[0]); }
+    void closeWriteEnd() { closeEnd(m_ends[1]); }
+
+private:
+    static void closeEnd(int &end);
+
+    int m_ends[2] = {-1, -1};
+};
+
+/** A program that runs. It is killed, if it still does, and waited for with the object. */
+class RunningProcess
+{
+public:
+    /**
+     * Starts `program`: an absolute path, or a name in this build's folder of programs. Its
+     * standard input stays open.
+     */
+    RunningProcess(const QString &program, const QStringList &arguments,
+                   const ProcessInput &input = {});
+    ~RunningProcess();
+    RunningProcess(const RunningProcess &) = delete;
+    RunningProcess &operator=(const RunningProcess &) = delete;
+
+    void write(const QByteArray &bytes);
+    void closeStandardInput();
+    void closeStandardOutput() { m_out.closeReadEnd(); }
+    void signal(int number) const;
+    /** Its number; in a cross build that of the emulator that runs it. */
+    pid_t id() const { return m_id; }
+
+    /** The next line of standard output without its end; empty when none came in time. */
+    QByteArray nextLine();
+
+    /** Waits until standard error has held `part`; false when it did not in time. */
+    bool waitForError(const QByteArray &part);
+
+    /** Whether it ends in this time. */
+    bool endsWithin(int milliseconds);
+
+    /** Closes standard input, collects the rest and waits for the end, by force at the time-out. */
+    ProcessResult result();
+
+private:
+    using Time = std::chrono::steady_clock::time_point;
+
+    bool collectUntil(const QByteArray &text, const QByteArray &part);
+    bool collectSome(Time limit);
+    void writeSome();
+    int wait();
+
+    pid_t m_id = 0;
+    int m_timeoutMs;
+    Pipe m_in;
+    Pipe m_out;
+    Pipe m_err;
+    QByteArray m_input; ///< not yet taken by the program
+    bool m_isInputEnded = false;
+    QByteArray m_output; ///< not yet handed out by `nextLine`
+    QByteArray m_error;
+};
+
+/** Runs a program to its end. */
 ProcessResult runProcess(const QString &program, const QStringList &arguments,
                          const ProcessInput &input = {});

@@ -63,10 +63,8 @@ TEST(Cards, EveryListedCardCanBeRead)
 
 TEST(Cards, NeitherDisplayNorSimulatorLibraryIsNeeded)
 {
-    ProcessInput input;
-    input.environment = {{"QT_QPA_PLATFORM", "no-such-platform"},
-                         {"IDCARD_SIMULATOR_LIBRARY", "/nonexistent"}};
-    const ProcessResult run = runTool({"cards"}, input);
+    const ProcessResult run = runTool({"cards"}, {{{"QT_QPA_PLATFORM", "no-such-platform"},
+                                                   {"IDCARD_SIMULATOR_LIBRARY", "/nonexistent"}}});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
 }

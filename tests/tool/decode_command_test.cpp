@@ -140,9 +140,9 @@ TEST_F(Decode, PhotoThatTheDecoderRefusesIsToldWithoutTheHintAtTheSimulator)
 TEST_F(Decode, DecoderOfTheMakersNameIsFoundLikeTheReadersLibrary)
 {
     const InstalledReader installed;
-    ProcessInput input;
-    input.environment = installed.variables(QString());
-    EXPECT_EQ(runTool({"decode", file(recordOf("resident"))}, input).exitStatus, 0);
+    EXPECT_EQ(runTool({"decode", file(recordOf("resident"))}, {installed.variables(QString())})
+                  .exitStatus,
+              0);
 }
 
 TEST_F(Decode, StandardInputIsTakenWithoutAFileAndByADash)
@@ -261,10 +261,10 @@ TEST_F(Decode, VerboseShowsNothingOfWhatTheCardHolds)
 
 TEST_F(Decode, NeedsNoDisplayAndNoGraphics)
 {
-    ProcessInput input;
-    input.environment = {{"QT_QPA_PLATFORM", "no-such-platform"}};
-    EXPECT_EQ(
-        runTool({"decode", file(recordOf("resident")), "--simulator-photos"}, input).exitStatus, 0);
+    EXPECT_EQ(runTool({"decode", file(recordOf("resident")), "--simulator-photos"},
+                      {{{"QT_QPA_PLATFORM", "no-such-platform"}}})
+                  .exitStatus,
+              0);
 }
 
 } // namespace

@@ -4,9 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "simulator/reader/virtual_reader.h"
 #include "tests/tool/doctor_runner.h"
-#include "tests/usb/emulated_bus.h"
+#include "tests/usb/reader_on_bus.h"
 
 using testing::AllOf;
 using testing::ContainsRegex;
@@ -17,65 +16,39 @@ namespace
 {
 
 /** With a reader on the emulated bus. */
-class DoctorOnTheBus : public Doctor
+class DoctorOnTheBus : public Doctor, public usb_test::ReaderOnBus
 {
 protected:
     void SetUp() override
     {
         Doctor::SetUp();
-        const Variables bus = m_bus.childEnvironment();
-        for (auto it = bus.cbegin(); it != bus.cend(); ++it)
+        const Variables onBus = bus().childEnvironment();
+        for (auto it = onBus.cbegin(); it != onBus.cend(); ++it)
             variables()[it.key()] = it.value();
     }
 
     void TearDown() override
     {
-        EXPECT_EQ(m_bus.holdings().timesOpened, m_timesOpened);
-        EXPECT_EQ(m_bus.calls(m_reader), QStringList());
+        EXPECT_EQ(bus().holdings().timesOpened, 0);
+        EXPECT_EQ(bus().calls(reader()), QStringList());
     }
 
-    void plugIn(const QString &faults = {})
-    {
-        QString problem;
-        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
-        m_bus.add(m_reader);
-    }
-
-    QString node() const
-    {
-        const auto address = m_bus.address(m_reader);
-        return QStringLiteral("/dev/bus/usb/%1/%2")
-            .arg(address.bus, 3, 10, QLatin1Char('0'))
-            .arg(address.device, 3, 10, QLatin1Char('0'));
-    }
+    void plugIn(const QString &faults = {}) { ReaderOnBus::plugIn({}, faults); }
+    QString node() { return ReaderOnBus::node(reader()); }
 
     /** Binds a driver to the reader's interface 0, as the kernel shows it. */
-    void bind(const QString &driver) const
+    void bind(const QString &driver)
     {
-        const auto address = m_bus.address(m_reader);
-        const QString name = QStringLiteral("%1-%2").arg(address.bus).arg(address.device);
-        const QString interface =
-            QStringLiteral("%1/sys/bus/usb/devices/%2/%2:1.0").arg(m_bus.folder(), name);
+        const QString system = systemFolder(reader());
+        const QString interface = system + QDir(system).dirName() + ":1.0";
         ASSERT_TRUE(QDir().mkpath(interface));
         ASSERT_TRUE(QFile::link("../../../../../bus/usb/drivers/" + driver, interface + "/driver"));
     }
 
     ProcessResult runAsOrdinaryUser(const QStringList &arguments)
     {
-        QStringList command = usb_test::ordinaryUserCommand();
-        command << QDir(IDCARD_BUILD_BIN_DIR).filePath("idcard-reader") << "doctor" << arguments;
-        ProcessInput input;
-        input.environment = variables();
-        input.emulated = false;
-        return runProcess(command.first(), command.mid(1), input);
+        return runToolAsOrdinaryUser(QStringList{"doctor"} + arguments, {variables()});
     }
-
-    usb_test::EmulatedBus &bus() { return m_bus; }
-
-private:
-    simulator::VirtualReader m_reader;
-    usb_test::EmulatedBus m_bus;
-    int m_timesOpened = 0;
 };
 
 TEST_F(DoctorOnTheBus, EmptyBusIsAFailure)

@@ -6,7 +6,7 @@
 
 #include <sys/resource.h>
 
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 #include "tests/tool/doctor_runner.h"
 
 using testing::AllOf;

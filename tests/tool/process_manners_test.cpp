@@ -1,7 +1,5 @@
 // idcard-reader as a process: standard output, display, the simulator's library.
 
-#include <unistd.h>
-
 #include <gmock/gmock.h>
 
 #include <QDir>
@@ -54,45 +52,41 @@ TEST(StandardOutput, DebugMessagesOfTheLibraryAppearOnlyWhenVerbose)
 
 class UnwritableOutput : public testing::TestWithParam<QStringList>
 {
+protected:
+    static void expectMessage(const ProcessInput &output)
+    {
+        const ProcessResult run = runTool(GetParam(), output);
+        EXPECT_EQ(run.exitStatus, 1);
+        EXPECT_THAT(run.standardError.toStdString(),
+                    HasSubstr("Standard output could not be written"));
+    }
+
+    ProcessInput m_output;
 };
 
 TEST_P(UnwritableOutput, FullDiskIsTold)
 {
-    RunningTool tool(GetParam());
-    tool.process().setStandardOutputFile(QStringLiteral("/dev/full"));
-    tool.start();
-    const ProcessResult run = tool.result();
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+    m_output.standardOutputFile = "/dev/full";
+    expectMessage(m_output);
 }
 
 TEST_P(UnwritableOutput, ClosedStandardOutputIsTold)
 {
-    RunningTool tool(GetParam());
-    tool.closeStandardOutput();
-    tool.start();
-    const ProcessResult run = tool.result();
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+    m_output.standardOutput = StandardOutput::CLOSED;
+    expectMessage(m_output);
 }
 
 TEST_P(UnwritableOutput, PipeWithoutAReaderEndsItQuietlyByItsSignal)
 {
-    RunningTool tool(GetParam());
-    ::close(tool.pipeStandardOutput());
-    tool.start();
-    expectEndByLossOfItsReader(tool.result());
+    m_output.standardOutput = StandardOutput::BROKEN_PIPE;
+    expectEndByLossOfItsReader(runTool(GetParam(), m_output));
 }
 
 TEST_P(UnwritableOutput, PipeWithoutAReaderIsToldWhereTheSignalIsIgnored)
 {
-    RunningTool tool(GetParam());
-    ::close(tool.pipeStandardOutput());
-    tool.ignoreLossOfReader();
-    tool.start();
-    const ProcessResult run = tool.result();
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Standard output could not be written"));
+    m_output.standardOutput = StandardOutput::BROKEN_PIPE;
+    m_output.ignoresBrokenPipes = true;
+    expectMessage(m_output);
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
@@ -104,56 +98,41 @@ INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
 
 TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
 {
-    RunningTool tool({"read", "--simulate", "resident", "--fault", "no-card"});
-    tool.closeStandardOutput();
-    tool.start();
-    EXPECT_EQ(tool.result().exitStatus, 4);
+    ProcessInput input;
+    input.standardOutput = StandardOutput::CLOSED;
+    EXPECT_EQ(runTool(READ_RESIDENT + QStringList{"--fault", "no-card"}, input).exitStatus, 4);
 }
 
-class Display : public testing::Test
+TEST(Display, MissingOneIsReplacedByTheOffscreenPlatformQuietly)
 {
-protected:
-    static ProcessInput withPlatform(const QMap<QString, QString> &variables)
-    {
-        ProcessInput input;
-        input.environment = variables;
-        return input;
-    }
-};
-
-TEST_F(Display, MissingOneIsReplacedByTheOffscreenPlatformQuietly)
-{
-    const ProcessResult run =
-        runTool(READ_RESIDENT, withPlatform({{"QT_QPA_PLATFORM", QString()}}));
+    const ProcessResult run = runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", QString()}}});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
 }
 
-TEST_F(Display, VerboseTellsThatThereIsNone)
+TEST(Display, VerboseTellsThatThereIsNone)
 {
-    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"},
-                                      withPlatform({{"QT_QPA_PLATFORM", QString()}}));
+    const ProcessResult run =
+        runTool(READ_RESIDENT + QStringList{"--verbose"}, {{{"QT_QPA_PLATFORM", QString()}}});
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("offscreen platform is used"));
 }
 
-TEST_F(Display, ChosenPlatformOrDisplayIsLeft)
+TEST(Display, ChosenPlatformOrDisplayIsLeft)
 {
     const QMap<QString, QString> choices[] = {
         {{"QT_QPA_PLATFORM", "minimal"}},
         {{"QT_QPA_PLATFORM", {}}, {"DISPLAY", ":4711"}},
         {{"QT_QPA_PLATFORM", {}}, {"WAYLAND_DISPLAY", "wayland-4711"}}};
     for (const auto &choice : choices) {
-        const ProcessResult run =
-            runTool(READ_RESIDENT + QStringList{"--verbose"}, withPlatform(choice));
+        const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"}, {choice});
         EXPECT_EQ(run.exitStatus, choice.size() == 1 ? 0 : 1) << "no such display";
         EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("offscreen platform is used")));
     }
 }
 
-TEST_F(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
+TEST(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
 {
-    const ProcessResult run =
-        runTool(READ_RESIDENT, withPlatform({{"QT_QPA_PLATFORM", "no-such-platform"}}));
+    const ProcessResult run = runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", "no-such-platform"}}});
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("QT_QPA_PLATFORM=offscreen"));
@@ -161,9 +140,7 @@ TEST_F(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
 
 ProcessResult readWithSimulator(const QString &library)
 {
-    ProcessInput input;
-    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", library}};
-    return runTool(READ_RESIDENT, input);
+    return runTool(READ_RESIDENT, {{{"IDCARD_SIMULATOR_LIBRARY", library}}});
 }
 
 TEST(SimulatorLibrary, NamedFileIsUsed)
@@ -215,9 +192,8 @@ TEST_P(SimulatorPlace, IsSearchedFromTheProgram)
                             folder.filePath("lib/libidcard_reader_lib.so.1")));
     ASSERT_TRUE(
         QFile::copy(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", folder.filePath(GetParam())));
-    ProcessInput input;
-    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", QString()}};
-    const ProcessResult run = runProcess(program, READ_RESIDENT + QStringList{"--verbose"}, input);
+    const ProcessResult run = runProcess(program, READ_RESIDENT + QStringList{"--verbose"},
+                                         {{{"IDCARD_SIMULATOR_LIBRARY", QString()}}});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.standardError.toStdString(),
                 HasSubstr("The simulator is " + folder.filePath(GetParam()).toStdString()));

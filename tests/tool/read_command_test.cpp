@@ -103,9 +103,8 @@ TEST(Read, ChineseNamesOfFilesAreUnderstoodAndPrintedInThePlainLocale)
     const QString path = folder.filePath(QString::fromUtf8("我的卡.json"));
     const QString out = folder.filePath(QString::fromUtf8("访客"));
     writeFile(path, readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json")));
-    ProcessInput input;
-    input.environment = {{"LC_ALL", "C"}};
-    const ProcessResult run = runTool({"read", "--json", "--simulate", path, "--out", out}, input);
+    const ProcessResult run =
+        runTool({"read", "--json", "--simulate", path, "--out", out}, {{{"LC_ALL", "C"}}});
     EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
     EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], out + "/photo.bmp");
 }
@@ -113,9 +112,7 @@ TEST(Read, ChineseNamesOfFilesAreUnderstoodAndPrintedInThePlainLocale)
 TEST(Read, InstalledReaderIsUsedWithoutSimulate)
 {
     const InstalledReader reader;
-    ProcessInput input;
-    input.environment = reader.variables("hmt-macao");
-    const ProcessResult run = runTool({"read", "--json"}, input);
+    const ProcessResult run = runTool({"read", "--json"}, {reader.variables("hmt-macao")});
     EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
     EXPECT_EQ(parsedObject(run.standardOutput).value("idNumber").toString(),
               builtInCard("hmt-macao").idNumber);
@@ -124,9 +121,7 @@ TEST(Read, InstalledReaderIsUsedWithoutSimulate)
 TEST(Read, EmptyInstalledReaderIsToldAsNoCard)
 {
     const InstalledReader reader;
-    ProcessInput input;
-    input.environment = reader.variables(QStringLiteral(""));
-    EXPECT_EQ(runTool({"read"}, input).exitStatus, 4);
+    EXPECT_EQ(runTool({"read"}, {reader.variables(QStringLiteral(""))}).exitStatus, 4);
 }
 
 struct FailureCase {
@@ -189,9 +184,7 @@ TEST(Read, VerboseTellsTheCourseWithoutTheCard)
 TEST(Read, ReadingThatTheMakersLibraryBreaksOffEndsWithItsStatus)
 {
     const InstalledReader reader(QStringLiteral("libidcard_throwing_reader.so"));
-    ProcessInput input;
-    input.environment = reader.variables(QString());
-    const ProcessResult run = runTool({"read"}, input);
+    const ProcessResult run = runTool({"read"}, {reader.variables(QString())});
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, 5);
     EXPECT_THAT(run.standardError.toStdString(),
@@ -271,10 +264,12 @@ private:
 TEST(ReadWait, TerminalShowsASignOfLifeAndIsLeftClean)
 {
     const Terminal terminal;
-    RunningTool tool({"read", "--wait", "30", "--simulate", "resident", "--fault", "no-card=1"});
-    tool.process().setStandardErrorFile(terminal.path());
-    tool.start();
-    EXPECT_EQ(tool.result().exitStatus, 0);
+    ProcessInput input;
+    input.standardErrorFile = terminal.path();
+    EXPECT_EQ(
+        runTool({"read", "--wait", "30", "--simulate", "resident", "--fault", "no-card=1"}, input)
+            .exitStatus,
+        0);
     const std::string shown = terminal.read();
     EXPECT_THAT(shown, HasSubstr("Lay a card on the reader (30 s left"));
     EXPECT_THAT(shown, testing::EndsWith("\r\x1b[K"));
@@ -288,11 +283,7 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
 {
     RunningTool tool(
         {"read", "--verbose", "--wait", "50", "--simulate", "resident", "--fault", "no-card"});
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("The simulator is") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+    EXPECT_TRUE(tool.waitForError("The simulator is"));
     QElapsedTimer time;
     time.start();
     tool.signal(GetParam());
@@ -300,7 +291,7 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
     EXPECT_TRUE(run.finished);
     EXPECT_LT(time.elapsed(), 30000);
     EXPECT_EQ(run.exitStatus, 4);
-    EXPECT_THAT((seen + run.standardError).toStdString(), HasSubstr("Broken off before a card"));
+    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Broken off before a card"));
     EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
 }
 
@@ -310,11 +301,7 @@ TEST(ReadSignal, ReadingThatFailsAfterItIsToldWithItsOwnCause)
 {
     RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
                       "delay-ms=1000, photo-undecodable"});
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("The simulator is") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+    EXPECT_TRUE(tool.waitForError("The simulator is"));
     tool.signal(SIGINT);
     const ProcessResult run = tool.result();
     EXPECT_EQ(run.exitStatus, 6);
@@ -325,11 +312,7 @@ TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
 {
     RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
                       "transient-failures=1000000000"});
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("card reading fail!") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+    EXPECT_TRUE(tool.waitForError("card reading fail!"));
     QElapsedTimer time;
     time.start();
     tool.signal(SIGINT);

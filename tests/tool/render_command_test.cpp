@@ -100,11 +100,10 @@ TEST_F(Render, PortraitIsPaintedWhenThePhotoIsDescribedAsCompressed)
 
 TEST_F(Render, FaultsOfTheDescriptionAndOfTheEnvironmentDoNotCount)
 {
-    ProcessInput input;
-    input.environment = {{"IDCARD_SIMULATOR_FAULTS", "open-fails=3"}};
     const QString file =
         changedCard("resident", "faults", QJsonArray{"no-card", "read-fails=7", "unknown-kind"});
-    const ProcessResult run = runTool({"render", file, "--out", out()}, input);
+    const ProcessResult run =
+        runTool({"render", file, "--out", out()}, {{{"IDCARD_SIMULATOR_FAULTS", "open-fails=3"}}});
     EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
     EXPECT_THAT(names(), ElementsAre("back.jpg", "front.jpg"));
 }
@@ -198,9 +197,9 @@ TEST_F(Render, FolderIsNoDescription)
 
 TEST_F(Render, SimulatorThatIsNotThereIsTold)
 {
-    ProcessInput input;
-    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", "/nonexistent/simulator.so"}};
-    const ProcessResult run = runTool({"render", "resident", "--out", out()}, input);
+    const ProcessResult run =
+        runTool({"render", "resident", "--out", out()},
+                {{{"IDCARD_SIMULATOR_LIBRARY", "/nonexistent/simulator.so"}}});
     EXPECT_EQ(run.exitStatus, 1);
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("/nonexistent/simulator.so"));
 }

@@ -221,11 +221,9 @@ TEST(Help, LeavesOutTheFaultsOfAReaderOnUsb)
 
 TEST(Help, NeedsNoDisplay)
 {
-    ProcessInput input;
-    input.environment = {{"QT_QPA_PLATFORM", "no-such-platform"}};
     for (const QStringList &arguments :
          {QStringList{"--help"}, QStringList{"--version"}, QStringList{"read", "--help"}})
-        EXPECT_EQ(runTool(arguments, input).exitStatus, 0);
+        EXPECT_EQ(runTool(arguments, {{{"QT_QPA_PLATFORM", "no-such-platform"}}}).exitStatus, 0);
 }
 
 TEST(Version, TellsProgramAndLibrary)

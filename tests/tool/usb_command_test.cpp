@@ -11,12 +11,11 @@
 #include <QJsonDocument>
 
 #include "simulator/card/raw_record.h"
-#include "simulator/reader/virtual_reader.h"
 #include "tests/tool/expected_json.h"
 #include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
-#include "tests/usb/emulated_bus.h"
-#include "tests/usb/other_device.h"
+#include "tests/usb/fault_cases.h"
+#include "tests/usb/reader_on_bus.h"
 
 using testing::AllOf;
 using testing::ElementsAre;
@@ -29,79 +28,27 @@ namespace
 
 const QString DEVICE = QStringLiteral("1209:0001");
 
-class Usb : public testing::Test
+class Usb : public testing::Test, public usb_test::ReaderOnBus
 {
 protected:
-    void TearDown() override
-    {
-        if (m_toolGivesBack) {
-            EXPECT_THAT(m_bus.leftOvers().join('\n').toStdString(), IsEmpty());
-        }
-        EXPECT_THAT(m_bus.misuses().join('\n').toStdString(), IsEmpty());
-    }
+    /** The other device is of another vendor with the same number of its product. */
+    Usb() : ReaderOnBus({0x1210, 0x0001}) {}
+
+    void TearDown() override { expectAllGivenBack(); }
 
     QString path(const QString &name) const { return m_base.filePath(name); }
     QString out() const { return path("card"); }
-    usb_test::EmulatedBus &bus() { return m_bus; }
-    simulator::VirtualReader &reader() { return m_reader; }
-    /** Of another vendor with the same number of its product. */
-    usb_test::OtherDevice &otherDevice() { return m_otherDevice; }
 
-    QString node(const simulator::UsbDevice &device) const
-    {
-        const auto address = m_bus.address(device);
-        return QStringLiteral("/dev/bus/usb/%1/%2")
-            .arg(address.bus, 3, 10, QLatin1Char('0'))
-            .arg(address.device, 3, 10, QLatin1Char('0'));
-    }
+    ProcessInput onBus() { return {bus().childEnvironment()}; }
 
-    /** The reader on the bus, with a card unless it has no name. */
-    void plugIn(const QString &card, const QString &faults = {})
-    {
-        QString problem;
-        if (!card.isEmpty()) {
-            ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::DESCRIBED, &problem))
-                << problem.toStdString();
-        }
-        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
-        if (m_reader.isPluggedIn() && faults == QLatin1String("unplugged"))
-            m_reader.unplug();
-        m_bus.add(m_reader);
-    }
-
-    ProcessInput onBus() const
-    {
-        ProcessInput input;
-        input.environment = m_bus.childEnvironment();
-        return input;
-    }
-
-    ProcessResult usb(const QStringList &more = {}) const
+    ProcessResult usb(const QStringList &more = {})
     {
         return runTool(QStringList{"usb", "--device", DEVICE, "--simulator-photos"} + more,
                        onBus());
     }
 
-    /** As `usb`, without rights beyond those of an ordinary user. */
-    ProcessResult usbAsOrdinaryUser(const QStringList &arguments) const
-    {
-        QStringList command = usb_test::ordinaryUserCommand();
-        command << QDir(QStringLiteral(IDCARD_BUILD_BIN_DIR)).filePath("idcard-reader") << "usb"
-                << arguments;
-        ProcessInput input = onBus();
-        input.emulated = false;
-        return runProcess(command.first(), command.mid(1), input);
-    }
-
-    /** The tool is ended in the middle of a transfer; only the system can give back then. */
-    void leaveItToTheSystem() { m_toolGivesBack = false; }
-
 private:
     QTemporaryDir m_base;
-    bool m_toolGivesBack = true;
-    usb_test::OtherDevice m_otherDevice{{0x1210, 0x0001}}; // longer than the bus
-    simulator::VirtualReader m_reader;
-    usb_test::EmulatedBus m_bus;
 };
 
 class UsbKind : public Usb, public testing::WithParamInterface<const char *>
@@ -263,29 +210,23 @@ TEST_F(Usb, WaitForACardEndsWhenItsTimeIsOver)
 TEST_F(Usb, OtherIdsAreFoundInEitherCase)
 {
     simulator::VirtualReader other({}, {0xABCD, 0x12EF});
-    {
-        usb_test::EmulatedBus &shared = bus();
-        shared.add(other);
-        for (const char *device : {"abcd:12ef", "ABCD:12EF"}) {
-            EXPECT_THAT(runTool({"usb", "--device", device}, onBus()).standardError.toStdString(),
-                        HasSubstr("Code: -10"));
-        }
+    bus().add(other);
+    for (const char *device : {"abcd:12ef", "ABCD:12EF"}) {
+        EXPECT_THAT(runTool({"usb", "--device", device}, onBus()).standardError.toStdString(),
+                    HasSubstr("Code: -10"));
     }
 }
 
-struct FailureCase {
-    const char *fault;
-    int exitStatus;
-    const char *code;
-    const char *summary;
-};
-
-void PrintTo(const FailureCase &failure, std::ostream *stream)
+std::vector<usb_test::Failure> failuresWithoutPermission()
 {
-    *stream << failure.fault;
+    std::vector<usb_test::Failure> failures = usb_test::failures();
+    failures.erase(std::remove_if(failures.begin(), failures.end(),
+                                  [](const auto &failure) { return failure.code == -6; }),
+                   failures.end());
+    return failures;
 }
 
-class UsbFailure : public Usb, public testing::WithParamInterface<FailureCase>
+class UsbFailure : public Usb, public testing::WithParamInterface<usb_test::Failure>
 {
 };
 
@@ -298,56 +239,20 @@ TEST_P(UsbFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
     EXPECT_EQ(run.exitStatus, GetParam().exitStatus);
     EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
     EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr(GetParam().code), HasSubstr(GetParam().summary),
+                AllOf(HasSubstr("Code: " + GetParam().codeText()), HasSubstr(GetParam().summary),
                       HasSubstr("Cause:"), HasSubstr("What to do:"), HasSubstr("1209:0001")));
     EXPECT_FALSE(QDir(out()).exists());
     EXPECT_FALSE(QFile::exists(path("card.rec")));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, UsbFailure,
-    testing::Values(
-        FailureCase{"open-fails=1", 3, "Code: -5 (USB_READER_OPEN_FAILED)", "could not be opened"},
-        FailureCase{"unplugged", 3, "Code: -7 (USB_READER_NOT_FOUND)", "There is no such reader."},
-        FailureCase{"claimed-elsewhere", 3, "Code: -8 (USB_READER_CLAIM_FAILED)",
-                    "The reader is in use."},
-        FailureCase{"reset-refused", 3, "Code: -9 (USB_READER_RESET_FAILED)", "could not be reset"},
-        FailureCase{"no-card", 4, "Code: -10 (USB_READER_LOOKUP_MISMATCH)", "No card was found"},
-        FailureCase{"lookup-answer-stalled", 5, "Code: -11 (USB_READER_LOOKUP_READ_FAILED)",
-                    "did not answer whether a card is there"},
-        FailureCase{"lookup-command-stalled", 5, "Code: -12 (USB_READER_LOOKUP_WRITE_FAILED)",
-                    "could not be asked for a card"},
-        FailureCase{"select-answer-corrupted=9", 5, "Code: -13 (USB_READER_SELECT_MISMATCH)",
-                    "The card was lost."},
-        FailureCase{"select-answer-stalled", 4, "Code: -24 (USB_READER_NO_DATA)",
-                    "The card gave no data."},
-        FailureCase{"select-command-cut=4", 5, "Code: -15 (USB_READER_SELECT_WRITE_FAILED)",
-                    "could not be told to select"},
-        FailureCase{"read-answer-cut=1500", 8, "Code: -16 (USB_READER_DATA_LENGTH_INVALID)",
-                    "is no card record"},
-        FailureCase{"read-answer-corrupted=0", 8, "Code: -17 (USB_READER_DATA_PREAMBLE_WRONG)",
-                    "is no card record"},
-        FailureCase{"read-answer-corrupted=9", 8, "Code: -18 (USB_READER_DATA_STATUS_WRONG)",
-                    "is no card record"},
-        FailureCase{"read-answer-corrupted=6", 8, "Code: -19 (USB_READER_DATA_LENGTH_MISMATCH)",
-                    "is no card record"},
-        FailureCase{"read-answer-corrupted=15", 8, "Code: -20 (USB_READER_DATA_PRINTS_INVALID)",
-                    "is no card record"},
-        FailureCase{"read-answer-broken", 5, "Code: -21 (USB_READER_DATA_READ_FAILED)",
-                    "was broken off"},
-        FailureCase{"read-command-stalled", 5, "Code: -22 (USB_READER_DATA_WRITE_FAILED)",
-                    "could not be told to read"},
-        FailureCase{"card-removed", 4, "Code: -24 (USB_READER_NO_DATA)", "The card gave no data."},
-        FailureCase{"unplugged-before=1", 5, "Code: -12", "The reader was unplugged while"},
-        FailureCase{"unplugged-during=4", 5, "Code: -24", "The reader was unplugged while"},
-        FailureCase{"unplugged-during=6", 5, "Code: -21", "The reader was unplugged while"}));
+INSTANTIATE_TEST_SUITE_P(Faults, UsbFailure, testing::ValuesIn(failuresWithoutPermission()));
 
 TEST_F(Usb, MissingPermissionNamesTheNodeTheRuleAndTheGroup)
 {
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "the emulator cannot start a program as another user";
     plugIn("resident", "permission-denied");
-    const ProcessResult run = usbAsOrdinaryUser({"--device", DEVICE});
+    const ProcessResult run = runToolAsOrdinaryUser({"usb", "--device", DEVICE}, onBus());
     EXPECT_EQ(run.exitStatus, 3);
     EXPECT_THAT(run.standardError.toStdString(),
                 AllOf(HasSubstr("Code: -6 (USB_READER_NO_PERMISSION)"),
@@ -364,7 +269,7 @@ TEST_F(Usb, ListShowsTheReaderAndWhetherItMayBeOpened)
          {QFileDevice::Permissions(), QFileDevice::Permissions(QFileDevice::ReadOther)}) {
         ASSERT_TRUE(QFile::setPermissions(bus().folder() + node(reader()),
                                           QFileDevice::ReadOwner | forOthers));
-        const ProcessResult run = usbAsOrdinaryUser({"--list", "--json"});
+        const ProcessResult run = runToolAsOrdinaryUser({"usb", "--list", "--json"}, onBus());
         EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
         const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
         ASSERT_EQ(devices.size(), 1);
@@ -377,9 +282,7 @@ TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
     otherDevice().isReader = false;
     bus().add(otherDevice());
     plugIn("");
-    const QString system = QStringLiteral("%1/sys/bus/usb/devices/1-%2/")
-                               .arg(bus().folder())
-                               .arg(bus().address(otherDevice()).device);
+    const QString system = systemFolder(otherDevice());
     writeFile(system + "manufacturer", "Maker\n");
     writeFile(system + "product", "Key board\n");
     const auto row = [this](const simulator::UsbDevice &device, const QString &ids, bool hasPipes,
@@ -420,12 +323,8 @@ TEST_F(Usb, ReaderThatNeverTakesACommandIsLeftSoonAfterASignal)
 {
     plugIn("resident", "lookup-command-missing");
     leaveItToTheSystem();
-    RunningTool tool({"usb", "--device", DEVICE, "--verbose"}, bus().childEnvironment());
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("open usb device success!") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+    RunningTool tool({"usb", "--device", DEVICE, "--verbose"}, onBus());
+    EXPECT_TRUE(tool.waitForError("open usb device success!"));
     tool.signal(SIGTERM);
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);

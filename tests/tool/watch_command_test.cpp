@@ -112,9 +112,8 @@ TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
 {
     for (const int number : {SIGINT, SIGTERM}) {
         const InstalledReader reader;
-        RunningTool tool({"watch", "--interval", "10"}, reader.variables("hmt-hong-kong"));
-        tool.start();
-        EXPECT_THAT(kindsIn(tool.nextLine()), ElementsAre("hmt"));
+        RunningTool tool({"watch", "--interval", "10"}, {reader.variables("hmt-hong-kong")});
+        EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
         QThread::msleep(300); // many looks
         tool.signal(number);
         const ProcessResult run = tool.result();
@@ -128,13 +127,12 @@ TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
 TEST(WatchReader, InTheBackgroundOfAScript_GoesOnWhenCtrlCIsPressedAndEndsWithSigterm)
 {
     const InstalledReader reader;
-    RunningTool tool({"watch", "--interval", "10"}, reader.variables("hmt-hong-kong"));
     const auto handler = std::signal(SIGINT, SIG_IGN); // as the shell does for what it starts there
-    tool.start();
+    RunningTool tool({"watch", "--interval", "10"}, {reader.variables("hmt-hong-kong")});
     std::signal(SIGINT, handler);
-    EXPECT_THAT(kindsIn(tool.nextLine()), ElementsAre("hmt"));
+    EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
     tool.signal(SIGINT);
-    EXPECT_FALSE(tool.process().waitForFinished(500));
+    EXPECT_FALSE(tool.endsWithin(500));
     tool.signal(SIGTERM);
     EXPECT_EQ(tool.result().exitStatus, 0);
 }
@@ -142,9 +140,7 @@ TEST(WatchReader, InTheBackgroundOfAScript_GoesOnWhenCtrlCIsPressedAndEndsWithSi
 TEST(WatchReader, CountOfTheReaderIsKept)
 {
     const InstalledReader reader;
-    ProcessInput input;
-    input.environment = reader.variables("resident");
-    const ProcessResult run = runTool({"watch", "--count", "1"}, input);
+    const ProcessResult run = runTool({"watch", "--count", "1"}, {reader.variables("resident")});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
 }
@@ -152,9 +148,7 @@ TEST(WatchReader, CountOfTheReaderIsKept)
 TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
 {
     const InstalledReader reader;
-    ProcessInput input;
-    input.environment = reader.variables("resident", "open-fails=2");
-    const ProcessResult run = runTool({"watch"}, input);
+    const ProcessResult run = runTool({"watch"}, {reader.variables("resident", "open-fails=2")});
     EXPECT_EQ(run.exitStatus, 3);
     EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -5"));
 }
@@ -162,51 +156,31 @@ TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
 TEST(WatchReader, FailureThatLastsIsToldOnce)
 {
     const InstalledReader reader;
-    RunningTool tool({"watch", "--interval", "10"}, reader.variables("resident", "read-fails=7"));
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("What to do:") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+    RunningTool tool({"watch", "--interval", "10"}, {reader.variables("resident", "read-fails=7")});
+    EXPECT_TRUE(tool.waitForError("What to do:"));
     QThread::msleep(300);
     tool.signal(SIGTERM);
     const ProcessResult run = tool.result();
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_EQ((seen + run.standardError).count("Cause:"), 1);
+    EXPECT_EQ(run.standardError.count("Cause:"), 1);
 }
 
 TEST(WatchReader, LongIntervalDoesNotDelayTheSignal)
 {
     const InstalledReader reader;
-    RunningTool tool({"watch", "--interval", "60000"}, reader.variables("resident"));
-    tool.start();
+    RunningTool tool({"watch", "--interval", "60000"}, {reader.variables("resident")});
     EXPECT_THAT(tool.nextLine().toStdString(), Not(IsEmpty()));
     tool.signal(SIGTERM);
-    EXPECT_TRUE(tool.process().waitForFinished(20000));
-}
-
-/** As "head -1" does. */
-void readOneLineAndClose(int descriptor)
-{
-    QFile file;
-    ASSERT_TRUE(file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
-                          QFileDevice::AutoCloseHandle));
-    QByteArray line;
-    while (!line.endsWith('\n')) {
-        const QByteArray byte = file.read(1);
-        ASSERT_FALSE(byte.isEmpty());
-        line += byte;
-    }
+    EXPECT_TRUE(tool.endsWithin(20000));
 }
 
 TEST(WatchReader, LossOfItsOwnReaderEndsItQuietlyBeforeTheNextCard)
 {
     const InstalledReader reader;
-    RunningTool tool({"watch", "--interval", "60000"}, reader.variables("resident"));
-    const int output = tool.pipeStandardOutput();
-    tool.start();
-    readOneLineAndClose(output);
-    EXPECT_TRUE(tool.process().waitForFinished(20000));
+    RunningTool tool({"watch", "--interval", "60000"}, {reader.variables("resident")});
+    EXPECT_FALSE(tool.nextLine().isEmpty()); // as "head -1" does
+    tool.closeStandardOutput();
+    EXPECT_TRUE(tool.endsWithin(20000));
     expectEndByLossOfItsReader(tool.result());
 }
 
@@ -215,9 +189,8 @@ TEST(Watch, LossOfItsOwnReaderDuringAReadingEndsItQuietlyAfterIt)
     QTemporaryDir folder;
     RunningTool tool({"watch", "--simulate", "resident", "--simulate", "resident", "--simulate",
                       "resident", "--fault", "delay-ms=1000", "--out", folder.path()});
-    const int output = tool.pipeStandardOutput();
-    tool.start();
-    readOneLineAndClose(output);
+    EXPECT_FALSE(tool.nextLine().isEmpty()); // as "head -1" does
+    tool.closeStandardOutput();
     expectEndByLossOfItsReader(tool.result());
     EXPECT_THAT(QDir(folder.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(),
                 testing::Le(2));
@@ -227,12 +200,8 @@ TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
 {
     const InstalledReader reader;
     RunningTool tool({"watch", "--verbose"},
-                     reader.variables("resident", "transient-failures=1000000000"));
-    tool.start();
-    tool.process().setReadChannel(QProcess::StandardError);
-    QByteArray seen;
-    while (!seen.contains("card reading fail!") && tool.process().waitForReadyRead())
-        seen += tool.process().readAllStandardError();
+                     {reader.variables("resident", "transient-failures=1000000000")});
+    EXPECT_TRUE(tool.waitForError("card reading fail!"));
     tool.signal(SIGTERM);
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);

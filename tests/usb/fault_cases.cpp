@@ -315,6 +315,52 @@ Lines wholeRead()
     return lines::READY + FETCHED;
 }
 
+std::string Failure::codeText() const
+{
+    return std::to_string(code) + " (" + constant + ")";
+}
+
+void PrintTo(const Failure &failure, std::ostream *stream)
+{
+    *stream << failure.fault;
+}
+
+const std::vector<Failure> &failures()
+{
+    static const std::vector<Failure> rows = {
+        {"open-fails=1", -5, "USB_READER_OPEN_FAILED", 3, "could not be opened"},
+        {"permission-denied", -6, "USB_READER_NO_PERMISSION", 3,
+         "This user may not use the reader."},
+        {"unplugged", -7, "USB_READER_NOT_FOUND", 3, "There is no such reader."},
+        {"claimed-elsewhere", -8, "USB_READER_CLAIM_FAILED", 3, "The reader is in use."},
+        {"reset-refused", -9, "USB_READER_RESET_FAILED", 3, "could not be reset"},
+        {"no-card", -10, "USB_READER_LOOKUP_MISMATCH", 4, "No card was found"},
+        {"lookup-answer-stalled", -11, "USB_READER_LOOKUP_READ_FAILED", 5,
+         "did not answer whether a card is there"},
+        {"lookup-command-stalled", -12, "USB_READER_LOOKUP_WRITE_FAILED", 5,
+         "could not be asked for a card"},
+        {"select-answer-corrupted=9", -13, "USB_READER_SELECT_MISMATCH", 5, "The card was lost."},
+        {"select-answer-stalled", -24, "USB_READER_NO_DATA", 4, "The card gave no data."},
+        {"select-command-cut=4", -15, "USB_READER_SELECT_WRITE_FAILED", 5,
+         "could not be told to select"},
+        {"read-answer-cut=1500", -16, "USB_READER_DATA_LENGTH_INVALID", 8, "is no card record"},
+        {"read-answer-corrupted=0", -17, "USB_READER_DATA_PREAMBLE_WRONG", 8, "is no card record"},
+        {"read-answer-corrupted=9", -18, "USB_READER_DATA_STATUS_WRONG", 8, "is no card record"},
+        {"read-answer-corrupted=6", -19, "USB_READER_DATA_LENGTH_MISMATCH", 8, "is no card record"},
+        {"read-answer-corrupted=15", -20, "USB_READER_DATA_PRINTS_INVALID", 8, "is no card record"},
+        {"read-answer-broken", -21, "USB_READER_DATA_READ_FAILED", 5, "was broken off"},
+        {"read-command-stalled", -22, "USB_READER_DATA_WRITE_FAILED", 5,
+         "could not be told to read"},
+        {"card-removed", -24, "USB_READER_NO_DATA", 4, "The card gave no data."},
+        {"unplugged-before=1", -12, "USB_READER_LOOKUP_WRITE_FAILED", 5,
+         "The reader was unplugged while"},
+        {"unplugged-during=4", -24, "USB_READER_NO_DATA", 5, "The reader was unplugged while"},
+        {"unplugged-during=6", -21, "USB_READER_DATA_READ_FAILED", 5,
+         "The reader was unplugged while"},
+    };
+    return rows;
+}
+
 std::vector<FaultCase> faultCases()
 {
     std::vector<FaultCase> rows;

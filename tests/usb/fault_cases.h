@@ -2,6 +2,7 @@
 
 // What becomes of a card read for every fault of a reader on USB: the table that the sweep runs.
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,22 @@ struct FaultCase {
 };
 
 std::vector<FaultCase> faultCases();
+
+/** A fault by which a read fails: what every program says of it. */
+struct Failure {
+    const char *fault; ///< with its argument
+    int code;          ///< the same as in `faultCases`
+    const char *constant;
+    int exitStatus;      ///< of the tool
+    const char *summary; ///< part of it
+
+    /** As programs write it: "-7 (NAME)". */
+    std::string codeText() const;
+};
+void PrintTo(const Failure &failure, std::ostream *stream);
+
+/** At least one for every code of a fault. */
+const std::vector<Failure> &failures();
 
 /** The log of a card read that succeeds. */
 Lines wholeRead();

@@ -2,6 +2,7 @@
 // docs/usb-faults.md.
 
 #include <chrono>
+#include <map>
 #include <set>
 #include <thread>
 
@@ -328,6 +329,24 @@ TEST(FaultSweep, EveryFault_GivesItsCodeAndGivesEverythingBack)
     for (const QString &row : table)
         text += row;
     expectGeneratedPart(QStringLiteral("docs/usb-faults.md"), QStringLiteral("faults"), text);
+}
+
+TEST(FaultSweep, Failures_HaveTheirCodesAndThoseOfAllFaults)
+{
+    std::map<QString, int> codes;
+    std::set<int> expected;
+    for (const FaultCase &row : faultCases()) {
+        for (int argument = 0; argument < row.arguments.size(); ++argument)
+            codes[faultText(row, argument)] = row.code;
+        if (row.code != 0)
+            expected.insert(row.code);
+    }
+    std::set<int> found;
+    for (const usb_test::Failure &failure : failures()) {
+        EXPECT_EQ(codes[QLatin1String(failure.fault)], failure.code) << failure.fault;
+        found.insert(failure.code);
+    }
+    EXPECT_EQ(found, expected);
 }
 
 TEST(FaultSweep, Table_HasEveryFaultOfTheVocabulary)

@@ -1,5 +1,9 @@
 // Fetching the card's record.
 
+#include <chrono>
+#include <map>
+#include <optional>
+
 #include <gmock/gmock.h>
 
 #include "tests/usb/exposed_reader.h"
@@ -15,25 +19,20 @@ using simulator::UsbTransfer;
 /** No value that the library sets. */
 constexpr auto UNTOUCHED = static_cast<FP_INFO_TYPE>(77);
 
+const UsbTransfer TAKEN = taken(UsbStatus::DONE, frames::READ.size());
+
 class FetchData : public UsbTest
 {
 protected:
-    /** A reader that is ready and answers the read with `answer`. */
-    ScriptedDevice &addReader(const QByteArray &answer)
-    {
-        UsbTransfer transfer;
-        transfer.data = answer;
-        transfer.count = answer.size();
-        return addReader(transfer);
-    }
-
-    ScriptedDevice &addReader(const UsbTransfer &answer)
+    /** A reader that is ready and ends the read's command and answer so. */
+    void addReader(const UsbTransfer &command, const std::optional<UsbTransfer> &answer)
     {
         ScriptedDevice &device = make();
         expectReady(device);
-        device.expectWrite(0x02, frames::READ).expectRead(0x81, frames::READ_CAPACITY, answer);
+        device.expectWrite(0x02, frames::READ, command);
+        if (answer)
+            device.expectRead(0x81, frames::READ_CAPACITY, *answer);
         add(device);
-        return device;
     }
 
     /** The read gives `code` and these lines, leaves its results alone and ends all else. */
@@ -65,19 +64,9 @@ protected:
         expectLog(lines::READY + log);
     }
 
-    /** A read whose answer is the frame with `printBytes` of fingerprints after `change`. */
-    template <typename Change>
-    void expectRefused(int printBytes, Change change, int code, const Lines &log)
-    {
-        QByteArray answer = frames::readAnswer(printBytes);
-        change(answer);
-        addReader(answer);
-        expectFailure(code, Lines{"write pipe2 success!", "fetch_data_resp success!"} + log);
-    }
-
     void expectData(const QByteArray &answer, FP_INFO_TYPE expected, const std::string &prints)
     {
-        addReader(answer);
+        addReader(TAKEN, ended(UsbStatus::DONE, answer));
         IdReader reader;
         QByteArray out("before");
         FP_INFO_TYPE fp = UNTOUCHED;
@@ -144,159 +133,109 @@ TEST_F(FetchData, Twice_AsksTheReaderTwice)
                                    "fetch data success, outbuf size=1297"});
 }
 
-TEST_F(FetchData, StatusOnlyAnswer_MeansNoData)
+/** How a read fails. */
+struct Failure {
+    const char *name;
+    UsbTransfer command;
+    std::optional<UsbTransfer> answer; ///< none where it is not asked for
+    int code;
+    Lines log; ///< after that of a command that was taken
+};
+
+void PrintTo(const Failure &failure, std::ostream *stream)
 {
-    addReader(frames::NO_DATA_ANSWER);
-    expectFailure(-24, {"write pipe2 success!", "total length(11), no card data for reading!"});
+    *stream << failure.name;
 }
 
-TEST_F(FetchData, AnswerOf1500Bytes_IsOfNoKnownLength)
+class FetchDataFailure : public FetchData, public testing::WithParamInterface<Failure>
 {
-    addReader(frames::readAnswer(1024).left(1500));
-    expectFailure(-16, {"write pipe2 success!", "total length(1500) invalid!"});
-}
+};
 
-TEST_F(FetchData, EmptyAnswer_IsOfNoKnownLength)
+TEST_P(FetchDataFailure, GivesItsCodeAndLeavesTheResults)
 {
-    addReader(QByteArray());
-    expectFailure(-16, {"write pipe2 success!", "total length(0) invalid!"});
-}
-
-TEST_F(FetchData, LengthsBesideTheKnownOnes_AreInvalid)
-{
-    ScriptedDevice *device = nullptr;
-    Lines expected;
-    for (const int size : {1, 10, 12, 1296, 1298, 1808, 1810, 2320}) {
-        device = &make(UsbIds{VENDOR, static_cast<std::uint16_t>(size)});
-        expectReady(*device);
-        device->expectWrite(0x02, frames::READ)
-            .expectRead(0x81, frames::READ_CAPACITY, frames::readAnswer(1024).left(size));
-        add(*device);
-        IdReader reader(VENDOR, static_cast<unsigned short>(size));
-        QByteArray out;
-        FP_INFO_TYPE fp = UNTOUCHED;
-        EXPECT_FALSE(reader.fetch_data(out, fp));
-        EXPECT_EQ(reader.lastError(), -16) << size;
-        expectLog(lines::READY + Lines{"write pipe2 success!",
-                                       "total length(" + std::to_string(size) + ") invalid!"});
+    const Failure &failure = GetParam();
+    addReader(failure.command, failure.answer);
+    const auto start = std::chrono::steady_clock::now();
+    expectFailure(failure.code,
+                  (failure.answer ? Lines{"write pipe2 success!"} : Lines()) + failure.log);
+    if (failure.answer && failure.answer->status == UsbStatus::PENDING) {
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4900));
     }
 }
 
-TEST_F(FetchData, WrongPreamble_IsRefused)
+/** An answer of a length that no frame has. */
+Failure ofLength(const char *name, int size)
 {
-    expectRefused(1024, [](QByteArray &answer) { answer[4] = '\x68'; }, -17,
-                  {"found preamble not matched!!!"});
+    const bool isStatus = size == frames::NO_DATA_ANSWER.size();
+    return {name,
+            TAKEN,
+            ended(UsbStatus::DONE,
+                  isStatus ? frames::NO_DATA_ANSWER : frames::readAnswer(1024).left(size)),
+            isStatus ? -24 : -16,
+            {"total length(" + std::to_string(size) +
+             (isStatus ? "), no card data for reading!" : ") invalid!")}};
 }
 
-TEST_F(FetchData, WrongStatus_IsRefused)
+/** The frame with `printBytes` of fingerprints in which some bytes are others. */
+Failure refused(const char *name, int printBytes, const std::map<int, char> &bytes, int code,
+                const Lines &reason)
 {
-    expectRefused(512, [](QByteArray &answer) { answer[9] = '\x91'; }, -18,
-                  {"found resp data not matched!!!"});
+    QByteArray answer = frames::readAnswer(printBytes);
+    for (const auto &[offset, byte] : bytes)
+        answer[offset] = byte;
+    return {name, TAKEN, ended(UsbStatus::DONE, answer), code,
+            Lines{"fetch_data_resp success!"} + reason};
 }
 
-TEST_F(FetchData, WrongPhotoLength_IsRefused)
+/** An answer that ends as no success does, though the frame came. */
+Failure broken(const char *name, UsbStatus status, int printBytes, const char *result)
 {
-    expectRefused(0, [](QByteArray &answer) { answer[13] = '\x01'; }, -18,
-                  {"found resp data not matched!!!"});
+    const QByteArray answer = printBytes < 0 ? QByteArray() : frames::readAnswer(printBytes);
+    return {name,
+            TAKEN,
+            ended(status, answer),
+            -21,
+            {std::string("fetch_data_resp error(") + result + ")!"}};
 }
 
-TEST_F(FetchData, LengthFieldThatDisagreesWithTheSize_IsRefusedWithItsValue)
-{
-    expectRefused(1024, [](QByteArray &answer) { answer[5] = '\x05'; }, -19,
-                  {"total data length(1290) not matched!!!"});
-}
+INSTANTIATE_TEST_SUITE_P(Lengths, FetchDataFailure,
+                         testing::Values(ofLength("StatusOnly", 11), ofLength("Empty", 0),
+                                         ofLength("Of1", 1), ofLength("Of10", 10),
+                                         ofLength("Of12", 12), ofLength("Of1296", 1296),
+                                         ofLength("Of1298", 1298), ofLength("Of1500", 1500),
+                                         ofLength("Of1808", 1808), ofLength("Of1810", 1810),
+                                         ofLength("Of2320", 2320)));
 
-TEST_F(FetchData, LargestLengthField_IsRefusedWithItsValue)
-{
-    const auto change = [](QByteArray &answer) { answer[5] = answer[6] = '\xFF'; };
-    expectRefused(1024, change, -19, {"total data length(65535) not matched!!!"});
-}
+INSTANTIATE_TEST_SUITE_P(
+    Refused, FetchDataFailure,
+    testing::Values(
+        refused("Preamble", 1024, {{4, '\x68'}}, -17, {"found preamble not matched!!!"}),
+        refused("Status", 512, {{9, '\x91'}}, -18, {"found resp data not matched!!!"}),
+        refused("PhotoLength", 0, {{13, '\x01'}}, -18, {"found resp data not matched!!!"}),
+        refused("Length", 1024, {{5, '\x05'}}, -19, {"total data length(1290) not matched!!!"}),
+        refused("LargestLength", 1024, {{5, '\xFF'}, {6, '\xFF'}}, -19,
+                {"total data length(65535) not matched!!!"}),
+        refused("PrintLength0201", 512, {{15, 1}}, -20, {"fplen=513", "fplen invalid!"}),
+        refused("PrintLength0005IsToldByItsLowByte", 0, {{15, 5}}, -20,
+                {"fplen=5", "fplen invalid!"}),
+        refused("LargestPrintLength", 1024, {{14, '\xFF'}, {15, '\xFF'}}, -20,
+                {"fplen=65535", "fplen invalid!"}),
+        refused("SeveralThingsFirstCheckNamesIt", 1024, {{6, 0}, {7, 1}, {15, 5}}, -18,
+                {"found resp data not matched!!!"})));
 
-TEST_F(FetchData, PrintLength0201_IsRefused)
-{
-    expectRefused(512, [](QByteArray &answer) { answer[15] = 1; }, -20,
-                  {"fplen=513", "fplen invalid!"});
-}
+INSTANTIATE_TEST_SUITE_P(
+    Transfers, FetchDataFailure,
+    testing::Values(
+        broken("Stalled", UsbStatus::STALLED, -1, "-9"),
+        broken("BrokenOffAtAFullFrame", UsbStatus::BROKEN, 0, "-1"),
+        broken("TooLong", UsbStatus::TOO_LONG, 1024, "-8"),
+        broken("Unplugged", UsbStatus::UNPLUGGED, -1, "-4"),
+        Failure{"CommandStalled", ended(UsbStatus::STALLED), {}, -22, {"write pipe2 error(-9)!"}},
+        Failure{
+            "CommandTakenInPart", taken(UsbStatus::DONE, 4), {}, -22, {"write pipe2 error(0)!"}}));
 
-TEST_F(FetchData, PrintLength0005_IsRefusedWithTheLowByte)
-{
-    expectRefused(0, [](QByteArray &answer) { answer[15] = 5; }, -20,
-                  {"fplen=5", "fplen invalid!"});
-}
-
-TEST_F(FetchData, LargestPrintLength_IsRefused)
-{
-    const auto change = [](QByteArray &answer) { answer[14] = answer[15] = '\xFF'; };
-    expectRefused(1024, change, -20, {"fplen=65535", "fplen invalid!"});
-}
-
-TEST_F(FetchData, SeveralThingsWrong_FirstCheckNamesTheFailure)
-{
-    const auto change = [](QByteArray &answer) {
-        answer[6] = 0;  // length
-        answer[7] = 1;  // status
-        answer[15] = 5; // print length
-    };
-    expectRefused(1024, change, -18, {"found resp data not matched!!!"});
-}
-
-TEST_F(FetchData, AnswerStalled_IsAReadFailure)
-{
-    addReader(ended(UsbStatus::STALLED));
-    expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-9)!"});
-}
-
-TEST_F(FetchData, AnswerBrokenOffAtAFullFrame_IsAReadFailureAllTheSame)
-{
-    UsbTransfer answer = ended(UsbStatus::BROKEN);
-    answer.data = frames::readAnswer(0);
-    answer.count = answer.data.size();
-    addReader(answer);
-    expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-1)!"});
-}
-
-TEST_F(FetchData, AnswerTooLong_IsAReadFailure)
-{
-    UsbTransfer answer = ended(UsbStatus::TOO_LONG);
-    answer.data = frames::readAnswer(1024);
-    answer.count = answer.data.size();
-    addReader(answer);
-    expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-8)!"});
-}
-
-TEST_F(FetchData, UnpluggedWhileReading_IsAReadFailure)
-{
-    addReader(ended(UsbStatus::UNPLUGGED));
-    expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-4)!"});
-}
-
-TEST_F(FetchData, NotAnswered_GivesUpAfterFiveSeconds)
-{
-    addReader(ended(UsbStatus::PENDING));
-    const auto start = std::chrono::steady_clock::now();
-    expectFailure(-21, {"write pipe2 success!", "fetch_data_resp error(-7)!"});
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4900));
-}
-
-TEST_F(FetchData, CommandStalled_IsAWriteFailure)
-{
-    ScriptedDevice &device = make();
-    expectReady(device);
-    device.expectWrite(0x02, frames::READ, ended(UsbStatus::STALLED));
-    add(device);
-    expectFailure(-22, {"write pipe2 error(-9)!"});
-}
-
-TEST_F(FetchData, CommandTakenInPart_IsAWriteFailure)
-{
-    UsbTransfer part;
-    part.count = 4;
-    ScriptedDevice &device = make();
-    expectReady(device);
-    device.expectWrite(0x02, frames::READ, part);
-    add(device);
-    expectFailure(-22, {"write pipe2 error(0)!"});
-}
+INSTANTIATE_TEST_SUITE_P(NotAnsweredInFiveSeconds, FetchDataFailure,
+                         testing::Values(broken("GivesUp", UsbStatus::PENDING, -1, "-7")));
 
 TEST_F(FetchData, ReaderGoneBeforeTheCommand_IsAWriteFailure)
 {

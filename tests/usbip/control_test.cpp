@@ -6,7 +6,7 @@
 
 #include "simulator/usbip/usb_control.h"
 #include "tests/usbip/client_messages.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::UsbControlEndpoint;
 using simulator::UsbSetup;
@@ -45,7 +45,7 @@ protected:
         EXPECT_EQ(ask(setup).status, UsbStatus::STALLED) << setup;
     }
 
-    ScriptedDevice device;
+    RecordingDevice device;
     UsbControlEndpoint endpoint{device};
 };
 

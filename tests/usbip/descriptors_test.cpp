@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "simulator/usbip/usb_descriptors.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::describeDevice;
 using testing::ElementsAre;
@@ -13,7 +13,7 @@ namespace
 
 TEST(Descriptors, AreTakenApart)
 {
-    const auto description = describeDevice(ScriptedDevice::plainDescriptors());
+    const auto description = describeDevice(RecordingDevice::plainDescriptors());
     ASSERT_TRUE(description);
     EXPECT_EQ(description->device.size(), 18);
     EXPECT_EQ(description->configuration.size(), 46);
@@ -31,14 +31,14 @@ TEST(Descriptors, AreTakenApart)
 
 TEST(Descriptors, CutOffAnywhereAreRefused)
 {
-    const QByteArray all = ScriptedDevice::plainDescriptors();
+    const QByteArray all = RecordingDevice::plainDescriptors();
     for (int size = 0; size < all.size(); ++size)
         EXPECT_FALSE(describeDevice(all.left(size))) << size;
 }
 
 TEST(Descriptors, BytesAfterTheConfigurationAreLeftAway)
 {
-    const QByteArray all = ScriptedDevice::plainDescriptors();
+    const QByteArray all = RecordingDevice::plainDescriptors();
     const auto description = describeDevice(all + "more");
     ASSERT_TRUE(description);
     EXPECT_EQ(description->configuration, all.mid(18));
@@ -46,7 +46,7 @@ TEST(Descriptors, BytesAfterTheConfigurationAreLeftAway)
 
 TEST(Descriptors, UnknownKindsAreSteppedOver)
 {
-    QByteArray all = ScriptedDevice::plainDescriptors();
+    QByteArray all = RecordingDevice::plainDescriptors();
     all.insert(36, QByteArray::fromHex("05 24 00 00 00"));
     all[20] = static_cast<char>(all.at(20) + 5);
     ASSERT_TRUE(describeDevice(all));
@@ -55,7 +55,7 @@ TEST(Descriptors, UnknownKindsAreSteppedOver)
 
 TEST(Descriptors, LengthsThatLieAreRefusedOrHarmless)
 {
-    const QByteArray all = ScriptedDevice::plainDescriptors();
+    const QByteArray all = RecordingDevice::plainDescriptors();
     for (const int place : {0, 18, 27, 36, 43, 50, 57}) { // where each descriptor says its length
         for (int length = 0; length < 256; ++length) {
             QByteArray lying = all;

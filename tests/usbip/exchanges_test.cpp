@@ -5,7 +5,7 @@
 
 #include "simulator/usbip/usbip_connection.h"
 #include "tests/usbip/client_messages.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::UsbipConnection;
 using simulator::UsbipExport;
@@ -58,7 +58,7 @@ protected:
         device.calls.clear();
     }
 
-    ScriptedDevice device;
+    RecordingDevice device;
     UsbipExport exported{device};
     UsbipConnection connection{exported};
 };
@@ -256,7 +256,7 @@ TEST_F(Exchange, ByteByByteIsAnsweredAsInOnePiece)
     for (const char byte : all)
         sent += answerTo(QByteArray(1, byte));
 
-    ScriptedDevice other;
+    RecordingDevice other;
     other.writes = {taken(UsbStatus::DONE, 3)};
     other.reads = {ended(UsbStatus::DONE, "abc")};
     UsbipExport otherExport(other);

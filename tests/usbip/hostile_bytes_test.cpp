@@ -7,7 +7,7 @@
 
 #include "simulator/usbip/usbip_connection.h"
 #include "tests/usbip/client_messages.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::UsbipConnection;
 using simulator::UsbipExport;
@@ -23,7 +23,7 @@ constexpr int MOST_SENT = UsbipConnection::MOST_BYTES_TO_SEND +
                               (simulator::USBIP_LONGEST_TRANSFER + 48);
 
 /** Always there: fills every read, takes every write. */
-class WillingDevice : public ScriptedDevice
+class WillingDevice : public RecordingDevice
 {
 public:
     simulator::UsbTransfer write(std::uint8_t /*endpoint*/, const QByteArray &bytes) override
@@ -235,7 +235,7 @@ TEST(HostileBytes, AnEndpointOrDirectionThatThereCannotBeIsRefused)
 
 TEST(HostileBytes, ANumberGivenTwiceIsRefused)
 {
-    ScriptedDevice device;
+    RecordingDevice device;
     device.reads = {ended(UsbStatus::PENDING)};
     UsbipExport exported(device);
     UsbipConnection connection(exported);
@@ -265,7 +265,7 @@ TEST(HostileBytes, AControlTransferThatContradictsItselfStalls)
 
 TEST(HostileBytes, TooManyWaitingTransfersEndTheConnection)
 {
-    ScriptedDevice device;
+    RecordingDevice device;
     device.reads = {ended(UsbStatus::PENDING)};
     UsbipExport exported(device);
     UsbipConnection connection(exported);

@@ -10,7 +10,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 #include "tests/usbip/client_messages.h"
 
 using testing::HasSubstr;
@@ -126,7 +126,7 @@ TEST(VirtualReaderProgram, WarnsWhenOthersCanReachIt)
 {
     RunningProcess reader(PROGRAM, {"--listen", "0.0.0.0", "--port", "0"});
     EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok listening on 0.0.0.0 port "));
-    EXPECT_TRUE(reader.hasTold("Warning: 0.0.0.0 is no loopback address"));
+    EXPECT_TRUE(reader.waitForError("Warning: 0.0.0.0 is no loopback address"));
 }
 
 TEST(VirtualReaderProgram, BearsTheIdsThatItIsGiven)
@@ -183,7 +183,7 @@ TEST(VirtualReaderProgram, FaultsAreSetAndTakenBack)
 TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreTold)
 {
     VirtualReader reader({"--fault", "claimed-elsewhere"});
-    EXPECT_TRUE(reader.hasTold("no client will see claimed-elsewhere"));
+    EXPECT_TRUE(reader.waitForError("no client will see claimed-elsewhere"));
     EXPECT_EQ(reader.ask("faults permission-denied, no-card, claimed-elsewhere, open-fails=1"),
               "ok but no client will see open-fails, permission-denied, claimed-elsewhere: who may "
               "open or claim the reader is decided by the machine that it is attached to");

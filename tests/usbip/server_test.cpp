@@ -10,7 +10,7 @@
 
 #include "simulator/usbip/usbip_server.h"
 #include "tests/usbip/client_messages.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::UsbipServer;
 using simulator::UsbStatus;
@@ -81,7 +81,7 @@ protected:
     char *arguments[2] = {name, nullptr};
     QCoreApplication application{argumentCount, arguments};
     QStringList reports;
-    ScriptedDevice device;
+    RecordingDevice device;
     UsbipServer server{device, [this](const QString &line) { reports << line; }};
 };
 

@@ -4,7 +4,7 @@
 
 #include "simulator/usbip/usbip_connection.h"
 #include "tests/usbip/client_messages.h"
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 using simulator::UsbipConnection;
 using simulator::UsbipExport;
@@ -55,7 +55,7 @@ protected:
         return sent();
     }
 
-    ScriptedDevice device;
+    RecordingDevice device;
     UsbipExport exported{device};
     UsbipConnection connection{exported};
 };

@@ -5,7 +5,7 @@
 
 #include <QFileInfo>
 
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 
 using testing::HasSubstr;
 
@@ -58,8 +58,8 @@ TEST_F(UsbipTool, ImportsTheReader)
     if (QFileInfo::exists("/sys/devices/platform/vhci_hcd.0"))
         GTEST_SKIP() << "the reader would be attached to this machine";
     runUsbip(port, {"attach", "-r", "127.0.0.1", "-b", "1-1"});
-    EXPECT_TRUE(reader.hasTold("has attached the reader"));
-    EXPECT_TRUE(reader.hasTold("has detached the reader"));
+    EXPECT_TRUE(reader.waitForError("has attached the reader"));
+    EXPECT_TRUE(reader.waitForError("has detached the reader"));
 }
 
 } // namespace

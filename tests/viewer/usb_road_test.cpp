@@ -1,7 +1,6 @@
 // The road over USB, with a simulated reader on an emulated bus, which the real libusb reads.
 
 #include <csignal>
-#include <map>
 
 #include <gmock/gmock.h>
 
@@ -14,13 +13,11 @@
 
 #include "apps/card/usb_catalogue.h"
 #include "simulator/card/raw_record.h"
-#include "simulator/reader/virtual_reader.h"
-#include "tests/support/running_process.h"
+#include "tests/support/process.h"
 #include "tests/tool/tool_runner.h"
-#include "tests/usb/emulated_bus.h"
 #include "tests/usb/fault_cases.h"
 #include "tests/usb/libusb_failures.h"
-#include "tests/usb/other_device.h"
+#include "tests/usb/reader_on_bus.h"
 #include "tests/viewer/viewer_test.h"
 
 using namespace viewer_test;
@@ -33,33 +30,13 @@ namespace
 
 constexpr UsbIds DEVICE = {0x1209, 0x0001};
 
-class UsbRoad : public ViewerTest
+class UsbRoad : public ViewerTest, public usb_test::ReaderOnBus
 {
 protected:
     void TearDown() override
     {
         ViewerTest::TearDown();
-        if (m_windowGivesBack) {
-            EXPECT_THAT(m_bus.leftOvers().join('\n').toStdString(), IsEmpty());
-        }
-        EXPECT_THAT(m_bus.misuses().join('\n').toStdString(), IsEmpty());
-    }
-
-    /** Sets what lies on the reader before it is plugged in. */
-    void prepare(const QString &card, const QString &faults = {})
-    {
-        QString problem;
-        ASSERT_TRUE(m_reader.slot().putCard(card, simulator::PutAs::DESCRIBED, &problem))
-            << problem.toStdString();
-        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
-    }
-
-    void plugIn(const QString &card, const QString &faults = {})
-    {
-        prepare(card, faults);
-        if (faults == QLatin1String("unplugged"))
-            m_reader.unplug();
-        m_bus.add(m_reader);
+        expectAllGivenBack();
     }
 
     void openOnUsb(bool simulatorPhotos = true, bool isAutomatic = false)
@@ -70,17 +47,6 @@ protected:
         options.isAutomatic = isAutomatic;
         open(options);
     }
-
-    void leaveItToTheSystem() { m_windowGivesBack = false; }
-    usb_test::EmulatedBus &bus() { return m_bus; }
-    simulator::VirtualReader &reader() { return m_reader; }
-    usb_test::OtherDevice &otherDevice() { return m_otherDevice; }
-
-private:
-    bool m_windowGivesBack = true;
-    usb_test::OtherDevice m_otherDevice{{0x046D, 0xC31C}};
-    simulator::VirtualReader m_reader; // longer than the bus
-    usb_test::EmulatedBus m_bus;
 };
 
 class EveryKind : public UsbRoad, public testing::WithParamInterface<const char *>
@@ -138,44 +104,28 @@ TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
     }
 }
 
-/** For each code one fault that leads to it at once. */
-std::vector<std::string> faultsOfEachCode()
-{
-    std::map<int, QString> faults;
-    for (const usb_test::FaultCase &row : usb_test::faultCases()) {
-        const QString &argument = row.arguments.first();
-        if (row.end == usb_test::End::AT_ONCE && row.code != 0)
-            faults.emplace(row.code, argument.isEmpty() ? row.fault : row.fault + '=' + argument);
-    }
-    std::vector<std::string> all;
-    all.reserve(faults.size());
-    for (const auto &[code, fault] : faults)
-        all.push_back(std::to_string(code) + ' ' + fault.toStdString());
-    return all;
-}
-
-class EveryFault : public UsbRoad, public testing::WithParamInterface<std::string>
+class EveryFault : public UsbRoad, public testing::WithParamInterface<usb_test::Failure>
 {
 };
 
 TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
 {
-    const QString text = QString::fromStdString(GetParam());
-    const QString fault = text.section(' ', 1);
+    const usb_test::Failure &failure = GetParam();
+    const QString fault = QLatin1String(failure.fault);
     plugIn("resident", fault);
     std::unique_ptr<usb_test::OrdinaryUser> user;
     if (fault == QLatin1String("permission-denied"))
         user = std::make_unique<usb_test::OrdinaryUser>();
     openOnUsb();
     read();
-    const app::ResultEntry known = *app::findUsbResult(text.section(' ', 0, 0).toInt());
+    const app::ResultEntry known = *app::findUsbResult(failure.code);
     const app::ResultEntry entry =
         fault.startsWith("unplugged-") ? app::unpluggedResult(known) : known;
     EXPECT_EQ(headline().toStdString(), entry.summary);
+    EXPECT_THAT(headline().toStdString(), HasSubstr(failure.summary));
     EXPECT_THAT(details().toStdString(),
-                AllOf(HasSubstr(std::to_string(entry.code) + " (" + entry.constant + ")"),
-                      HasSubstr("Device: 1209:0001"), HasSubstr(entry.cause),
-                      HasSubstr(entry.remedy)));
+                AllOf(HasSubstr(failure.codeText()), HasSubstr("Device: 1209:0001"),
+                      HasSubstr(entry.cause), HasSubstr(entry.remedy)));
     EXPECT_EQ(model("history")->rowCount(), 0);
     // Whether a node may be opened is asked for the real user, and root may open every one.
     const bool isShut = fault.startsWith("open-fails") ||
@@ -183,8 +133,7 @@ TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
     EXPECT_EQ(find<QComboBox>("device")->currentText().endsWith(" - not open to you"), isShut);
 }
 
-INSTANTIATE_TEST_SUITE_P(Codes, EveryFault, testing::ValuesIn(faultsOfEachCode()),
-                         [](const auto &fault) { return std::to_string(fault.index); });
+INSTANTIATE_TEST_SUITE_P(Faults, EveryFault, testing::ValuesIn(usb_test::failures()));
 
 TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
 {
@@ -272,7 +221,7 @@ TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
     bus().change([&] { reader().slot().takeCard(); });
     EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
-    bus().change([&] { prepare("foreign-new"); });
+    bus().change([&] { prepare("foreign-new", {}); });
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
     EXPECT_EQ(field("Name"), builtInCard("foreign-new").englishName);
 }
@@ -335,13 +284,7 @@ TEST_F(UsbRoad, CardOfTheSimulator_IsOffWhenTheRoadComesBackThoughItsPhotosWereD
 class Program : public UsbRoad
 {
 protected:
-    ProcessInput input() { return withEnvironment(bus().childEnvironment()); }
-    static ProcessInput withEnvironment(const QMap<QString, QString> &environment)
-    {
-        ProcessInput input;
-        input.environment = environment;
-        return input;
-    }
+    ProcessInput input() { return {bus().childEnvironment()}; }
     static ProcessResult run(const QStringList &arguments)
     {
         return runProcess("idcard-viewer", arguments);
@@ -381,8 +324,7 @@ TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
                  {"zh_CN.UTF-8", "en_US:zh_CN", false},
                  {"fr_FR.UTF-8", "fr", false}};
     for (const auto &user : users) {
-        const ProcessInput input =
-            withEnvironment({{"LC_ALL", user.locale}, {"LANGUAGE", user.languages}});
+        const ProcessInput input{{{"LC_ALL", user.locale}, {"LANGUAGE", user.languages}}};
         const QString help =
             QString::fromUtf8(runProcess("idcard-viewer", {"--help"}, input).standardOutput);
         EXPECT_EQ(help.contains(QStringLiteral("遮盖姓名")), user.isChinese)

@@ -17,7 +17,7 @@ struct DeviceCall {
 };
 bool operator==(const DeviceCall &left, const DeviceCall &right);
 
-class ScriptedDevice : public simulator::UsbDevice
+class RecordingDevice : public simulator::UsbDevice
 {
 public:
     std::deque<simulator::UsbTransfer> writes;

@@ -1,4 +1,4 @@
-#include "tests/usbip/scripted_device.h"
+#include "tests/usbip/recording_device.h"
 
 #include <tuple>
 
@@ -25,7 +25,7 @@ bool operator==(const DeviceCall &left, const DeviceCall &right)
            std::tie(right.kind, right.endpoint, right.bytes, right.capacity);
 }
 
-QByteArray ScriptedDevice::plainDescriptors()
+QByteArray RecordingDevice::plainDescriptors()
 {
     return QByteArray::fromHex("12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 01"
                                "09 02 2E 00 01 01 00 80 32"
@@ -36,18 +36,18 @@ QByteArray ScriptedDevice::plainDescriptors()
                                "07 05 85 02 00 02 00");
 }
 
-void ScriptedDevice::reset()
+void RecordingDevice::reset()
 {
     calls.push_back({DeviceCall::Reset, 0, {}, 0});
 }
 
-UsbTransfer ScriptedDevice::write(std::uint8_t endpoint, const QByteArray &bytes)
+UsbTransfer RecordingDevice::write(std::uint8_t endpoint, const QByteArray &bytes)
 {
     calls.push_back({DeviceCall::Write, endpoint, bytes, 0});
     return next(&writes);
 }
 
-UsbTransfer ScriptedDevice::read(std::uint8_t endpoint, int capacity)
+UsbTransfer RecordingDevice::read(std::uint8_t endpoint, int capacity)
 {
     calls.push_back({DeviceCall::Read, endpoint, {}, capacity});
     return next(&reads);
