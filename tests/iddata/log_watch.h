@@ -1,11 +1,13 @@
 #pragma once
 
-// Collects Qt's log while it lives, each line with what `state` gave at that moment.
+// Collects the debug lines of Qt's log while it lives, each with what `state` gave at that moment.
 
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include <QString>
 #include <QtGlobal>
@@ -39,8 +41,10 @@ private:
         static LogWatch *watch = nullptr;
         return watch;
     }
-    static void handle(QtMsgType, const QMessageLogContext &, const QString &text)
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
+        EXPECT_EQ(type, QtDebugMsg);
+        EXPECT_STREQ(context.category, "default");
         current()->m_lines.emplace_back(text.toStdString(), current()->m_state());
     }
 

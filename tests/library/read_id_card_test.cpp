@@ -6,6 +6,7 @@
 #include "tests/support/message_log.h"
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -74,19 +75,30 @@ protected:
     }
     void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
 
-    /** A whole read of `card`, which returns 0. */
-    void readCard(const Card &card)
+    /** A whole read of `card`; its photo is decoded where `decoded` says what that gives. */
+    int readOf(const Card &card, int result = DONE, std::optional<int> decoded = {})
     {
         expectOpen();
         expectFind();
-        expectRead(card);
+        expectRead(card, result);
+        if (decoded)
+            expectUnpack(*decoded);
         expectClose();
-        EXPECT_EQ(reading.read(), 0);
+        return readOnConsole();
     }
+    int readOnConsole()
+    {
+        WideConsoleCapture console;
+        const int code = reading.read();
+        printed = console.take();
+        return code;
+    }
+    void readCard(const Card &card) { EXPECT_EQ(readOf(card), 0); }
 
     InSequence inSequence;
     StrictClosedLibrary library;
     Reading reading;
+    std::string printed;
     MessageLog log;
 };
 
@@ -94,31 +106,17 @@ protected:
 
 TEST_F(ReadIdCard, NullArguments_AreReportedInOrderAndTouchNothing)
 {
-    struct {
-        bool present[7];
-        int code;
-    } const cases[] = {
-        {{false, false, false, false, false, false, false}, -27},
-        {{true, false, false, false, false, false, false}, -28},
-        {{true, true, false, false, false, false, false}, -29},
-        {{true, true, true, false, false, false, false}, -30},
-        {{true, true, true, true, false, false, false}, -31},
-        {{true, true, true, true, true, false, false}, -39},
-        {{true, true, true, true, true, true, false}, -40},
-        {{false, true, true, true, true, true, true}, -27},
-        {{true, false, true, true, true, true, true}, -28},
-        {{true, true, false, true, true, true, true}, -29},
-        {{true, true, true, false, true, true, true}, -30},
-        {{true, true, true, true, false, true, true}, -31},
-        {{true, true, true, true, true, false, true}, -39},
+    constexpr int CODES[] = {-27, -28, -29, -30, -31, -39, -40};
+    const auto readWith = [this](const std::function<bool(int)> &isPresent) {
+        return readIDCard(
+            isPresent(0) ? &reading.cardKind : nullptr, isPresent(1) ? &reading.cn : nullptr,
+            isPresent(2) ? &reading.f2017 : nullptr, isPresent(3) ? &reading.fNew : nullptr,
+            isPresent(4) ? &reading.hmt : nullptr, isPresent(5) ? &reading.front : nullptr,
+            isPresent(6) ? &reading.back : nullptr);
     };
-    for (const auto &c : cases) {
-        const auto &p = c.present;
-        EXPECT_EQ(readIDCard(p[0] ? &reading.cardKind : nullptr, p[1] ? &reading.cn : nullptr,
-                             p[2] ? &reading.f2017 : nullptr, p[3] ? &reading.fNew : nullptr,
-                             p[4] ? &reading.hmt : nullptr, p[5] ? &reading.front : nullptr,
-                             p[6] ? &reading.back : nullptr),
-                  c.code);
+    for (int missing = 0; missing < 7; ++missing) {
+        EXPECT_EQ(readWith([=](int i) { return i != missing; }), CODES[missing]);
+        EXPECT_EQ(readWith([=](int i) { return i < missing; }), CODES[missing]) << "and the rest";
     }
     expectUntouched(reading);
 }
@@ -126,9 +124,8 @@ TEST_F(ReadIdCard, NullArguments_AreReportedInOrderAndTouchNothing)
 TEST_F(ReadIdCard, PortThatDoesNotOpen_GivesMinus5AndTouchesNothing)
 {
     expectOpen(7);
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), -5);
-    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：7\n");
+    EXPECT_EQ(readOnConsole(), -5);
+    EXPECT_EQ(printed, "打开读卡器失败，错误码：7\n");
     expectUntouched(reading);
 }
 
@@ -141,53 +138,20 @@ TEST_F(ReadIdCard, NoCard_GivesMinus24AndTouchesNothing)
     expectUntouched(reading);
 }
 
-TEST_F(ReadIdCard, ReadFailureOfCodeOne_LooksLikeAPortThatDidNotOpen)
+TEST_F(ReadIdCard, ReadFailures_AreTakenForThoseOfPortAndCardOrForNone)
 {
-    expectOpen();
-    expectFind();
-    expectRead({}, 1);
-    expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), -5);
-    EXPECT_EQ(console.take(), "card reading error, result is：1\n");
-    expectUntouched(reading);
-}
-
-TEST_F(ReadIdCard, ReadFailureOfCodeMinus4_LooksLikeNoCard)
-{
-    expectOpen();
-    expectFind();
-    expectRead({}, -4);
-    expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), -24);
-    console.take();
-    expectUntouched(reading);
-}
-
-TEST_F(ReadIdCard, UnexpectedReadCode_GivesZeroWithNothingFilled)
-{
-    for (const int code : {0, 2, -1, -5, 66, 145}) {
-        expectOpen();
-        expectFind();
-        expectRead({0, 0, 0, {}}, code);
-        expectClose();
-        WideConsoleCapture console;
-        EXPECT_EQ(reading.read(), 0);
-        EXPECT_EQ(console.take(), "card reading error, result is：" + std::to_string(code) + "\n");
+    for (const auto &[failure, code] :
+         {std::pair(1, -5), std::pair(-4, -24), std::pair(0, 0), std::pair(2, 0), std::pair(-1, 0),
+          std::pair(-5, 0), std::pair(66, 0), std::pair(145, 0)}) {
+        EXPECT_EQ(readOf({0, 0, 0, {}}, failure), code);
+        EXPECT_EQ(printed, "card reading error, result is：" + std::to_string(failure) + "\n");
         expectUntouched(reading);
     }
 }
 
 TEST_F(ReadIdCard, UnexpectedReadCodeWithAFilledRecord_GoesOnAsASuccess)
 {
-    expectOpen();
-    expectFind();
-    expectRead({2, 38862, 0, {}}, 9);
-    expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), 0);
-    console.take();
+    EXPECT_EQ(readOf({2, 38862, 0, {}}, 9), 0);
     EXPECT_EQ(reading.cardKind, 3U);
 }
 
@@ -206,9 +170,8 @@ TEST_F(ReadIdCard, TransientFailures_AreRetriedInsideTheCall)
     EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1)).WillOnce(Return(65));
     expectRead({});
     expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), 0);
-    EXPECT_EQ(console.take(), "card reading fail!\n");
+    EXPECT_EQ(readOnConsole(), 0);
+    EXPECT_EQ(printed, "card reading fail!\n");
     EXPECT_EQ(reading.cardKind, 0U);
 }
 
@@ -234,46 +197,33 @@ TEST_F(ReadIdCard, WorkingBuffers_AreZeroWhenTheReaderGetsThem)
     EXPECT_EQ(reading.read(), 0);
 }
 
-TEST_F(ReadIdCard, ResidentCard_FillsOnlyItsRecord)
+TEST_F(ReadIdCard, EveryKind_FillsOnlyItsRecordAndNeverTheSpareSlot)
 {
-    readCard({1, 38862, 1024, {}});
-    EXPECT_EQ(reading.cardKind, 0U);
-    expectUntouched(reading.f2017, "f2017");
-    expectUntouched(reading.fNew, "fNew");
-    expectUntouched(reading.hmt, "hmt");
-    EXPECT_EQ(reading.cn.szName, "");
-}
-
-TEST_F(ReadIdCard, HmtPermit_FillsOnlyItsRecordAndNeverTheSpareSlot)
-{
-    readCard({2, 38862, 1024, {}});
-    EXPECT_EQ(reading.cardKind, 3U);
-    expectCnUntouched(reading);
-    expectUntouched(reading.f2017, "f2017");
-    expectUntouched(reading.fNew, "fNew");
-    EXPECT_EQ(reading.hmt.szName, "");
-    EXPECT_EQ(reading.hmt.szReserved, "before 11");
-}
-
-TEST_F(ReadIdCard, Foreign2017Card_FillsOnlyItsRecordAndNeverTheSpareSlot)
-{
-    readCard({3, 38862, 1024, {}});
-    EXPECT_EQ(reading.cardKind, 1U);
-    expectCnUntouched(reading);
-    expectUntouched(reading.fNew, "fNew");
-    expectUntouched(reading.hmt, "hmt");
-    EXPECT_EQ(reading.f2017.szEnglishName, "");
-    EXPECT_EQ(reading.f2017.szReserved, "before 10");
-}
-
-TEST_F(ReadIdCard, ForeignNewCard_FillsOnlyItsRecord)
-{
-    readCard({4, 38862, 1024, {}});
-    EXPECT_EQ(reading.cardKind, 2U);
-    expectCnUntouched(reading);
-    expectUntouched(reading.f2017, "f2017");
-    expectUntouched(reading.hmt, "hmt");
-    EXPECT_EQ(reading.fNew.szChineseName, "");
+    struct {
+        int makersKind;
+        unsigned int kind;
+        const std::string &name;
+    } const kinds[] = {{1, 0, reading.cn.szName},
+                       {2, 3, reading.hmt.szName},
+                       {3, 1, reading.f2017.szEnglishName},
+                       {4, 2, reading.fNew.szChineseName}};
+    for (const auto &k : kinds) {
+        SCOPED_TRACE(k.makersKind);
+        mark(reading);
+        readCard({k.makersKind, 38862, 1024, {}});
+        EXPECT_EQ(reading.cardKind, k.kind);
+        EXPECT_EQ(k.name, "");
+        EXPECT_EQ(reading.hmt.szReserved, "before 11");
+        EXPECT_EQ(reading.f2017.szReserved, "before 10");
+        if (k.kind != 0)
+            expectCnUntouched(reading);
+        if (k.kind != 1)
+            expectUntouched(reading.f2017, "f2017");
+        if (k.kind != 2)
+            expectUntouched(reading.fNew, "fNew");
+        if (k.kind != 3)
+            expectUntouched(reading.hmt, "hmt");
+    }
 }
 
 /** Whether `text` is base64 of a JPEG file and nothing else. */
@@ -335,12 +285,7 @@ TEST_F(ReadIdCard, BmpPhoto_IsHandedOnWithoutDecoding)
 TEST_F(ReadIdCard, CompressedPhotoThatDecodes_IsHandedOnAsItCameThenZeros)
 {
     for (const int kind : {1, 2, 3, 4}) {
-        expectOpen();
-        expectFind();
-        expectRead({kind, 1024, 0, {}});
-        expectUnpack(1);
-        expectClose();
-        EXPECT_EQ(reading.read(), 0);
+        EXPECT_EQ(readOf({kind, 1024, 0, {}}, DONE, 1), 0);
         const unsigned char *const photos[] = {reading.cn.byPhoto, reading.hmt.byPhoto,
                                                reading.f2017.byPhoto, reading.fNew.byPhoto};
         const unsigned char *const photo = photos[kind - 1];
@@ -355,12 +300,7 @@ TEST_F(ReadIdCard, CompressedPhotoThatDecodes_IsHandedOnAsItCameThenZeros)
 TEST_F(ReadIdCard, CompressedPhotoThatDoesNotDecode_GivesMinus26BeforeAnythingIsWritten)
 {
     for (const int result : {0, -1, 2, 144}) {
-        expectOpen();
-        expectFind();
-        expectRead({1, 1024, 1024, {}});
-        expectUnpack(result);
-        expectClose();
-        EXPECT_EQ(reading.read(), -26);
+        EXPECT_EQ(readOf({1, 1024, 1024, {}}, DONE, result), -26);
         expectUntouched(reading);
     }
     const auto messages = log.messages();
@@ -374,12 +314,7 @@ TEST_F(ReadIdCard, CompressedPhotoThatDoesNotDecode_GivesMinus26BeforeAnythingIs
 
 TEST_F(ReadIdCard, UndecodablePhotoOfAnUnknownKind_StillGivesMinus26)
 {
-    expectOpen();
-    expectFind();
-    expectRead({9, 1024, 0, {}});
-    expectUnpack(0);
-    expectClose();
-    EXPECT_EQ(reading.read(), -26);
+    EXPECT_EQ(readOf({9, 1024, 0, {}}, DONE, 0), -26);
 }
 
 TEST_F(ReadIdCard, PhotoOfAnotherLength_GoesThroughAsTheBufferWasLeft)
@@ -394,28 +329,18 @@ TEST_F(ReadIdCard, PhotoOfAnotherLength_GoesThroughAsTheBufferWasLeft)
     }
 }
 
-TEST_F(ReadIdCard, TwoPrints_AreCopiedWhole)
+TEST_F(ReadIdCard, Prints_AreCopiedAndFollowedByZeros)
 {
-    readCard({1, 38862, 1024, {}});
-    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_TWO);
-    for (unsigned int i = 0; i < 1024; ++i)
-        ASSERT_EQ(reading.cn.byFpData[i], static_cast<unsigned char>(i * 5 + 1)) << i;
-}
-
-TEST_F(ReadIdCard, OnePrint_IsFollowedByZeros)
-{
-    readCard({1, 38862, 512, {}});
-    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_ONE);
-    for (unsigned int i = 0; i < 1024; ++i)
-        ASSERT_EQ(reading.cn.byFpData[i], i < 512 ? static_cast<unsigned char>(i * 5 + 1) : 0) << i;
-}
-
-TEST_F(ReadIdCard, NoPrint_LeavesZeros)
-{
-    readCard({1, 38862, 0, {}});
-    EXPECT_EQ(reading.cn.fpInfoType, FP_INFO_NONE);
-    for (const unsigned char byte : reading.cn.byFpData)
-        ASSERT_EQ(byte, 0);
+    for (const auto &[length, type] : {std::pair(1024U, FP_INFO_TWO), std::pair(512U, FP_INFO_ONE),
+                                       std::pair(0U, FP_INFO_NONE)}) {
+        mark(reading);
+        readCard({1, 38862, length, {}});
+        EXPECT_EQ(reading.cn.fpInfoType, type);
+        for (unsigned int i = 0; i < 1024; ++i)
+            ASSERT_EQ(reading.cn.byFpData[i],
+                      i < length ? static_cast<unsigned char>(i * 5 + 1) : 0)
+                << i;
+    }
 }
 
 TEST_F(ReadIdCard, PrintsOfAnotherLength_LeaveTheTypeAndZeros)
@@ -429,21 +354,9 @@ TEST_F(ReadIdCard, PrintsOfAnotherLength_LeaveTheTypeAndZeros)
     }
 }
 
-TEST_F(ReadIdCard, PrintsOnAnotherKind_AreDropped)
-{
-    readCard({2, 38862, 1024, {}});
-    expectCnUntouched(reading);
-}
-
 TEST_F(ReadIdCard, SecondCall_BuildsAFreshReader)
 {
-    expectOpen();
-    expectFind();
-    expectRead({}, -9);
-    expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), 0);
-    console.take();
+    EXPECT_EQ(readOf({}, -9), 0);
     readCard({4, 38862, 0, {}});
     EXPECT_EQ(reading.cardKind, 2U);
 }
@@ -451,9 +364,7 @@ TEST_F(ReadIdCard, SecondCall_BuildsAFreshReader)
 TEST_F(ReadIdCard, ThrowingOpen_GivesMinus5)
 {
     EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), -5);
-    console.take();
+    EXPECT_EQ(readOnConsole(), -5);
     expectUntouched(reading);
 }
 
@@ -473,9 +384,8 @@ TEST_F(ReadIdCard, ThrowingRead_GivesMinus23AndClosesThePort)
     EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
         .WillOnce(Throw(std::runtime_error("read")));
     expectClose();
-    WideConsoleCapture console;
-    EXPECT_EQ(reading.read(), -23);
-    EXPECT_EQ(console.take(), "card reading error, result is：65\n");
+    EXPECT_EQ(readOnConsole(), -23);
+    EXPECT_EQ(printed, "card reading error, result is：65\n");
     expectUntouched(reading);
 }
 

@@ -11,7 +11,7 @@
 #include <QPixmap>
 #include <QtEndian>
 
-#include "tests/render/composed_card.h"
+#include "tests/render/card_sides.h"
 #include "tests/render/picture_matchers.h"
 #include "tests/render/picture_resource.h"
 #include "tests/render/without_templates.h"

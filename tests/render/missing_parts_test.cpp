@@ -68,13 +68,6 @@ QImage red()
     return image;
 }
 
-QByteArray samplePhoto()
-{
-    static unsigned char photo[IDCARD_PHOTO_SIZE];
-    putSamplePhoto(photo);
-    return {reinterpret_cast<const char *>(photo), static_cast<int>(sizeof(photo))};
-}
-
 QByteArray sampleFile(const char *name)
 {
     QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/tests/render/photos/") +

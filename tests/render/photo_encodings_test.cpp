@@ -17,7 +17,7 @@
 
 #include "common/card_records.h"
 #include "render/card_photo.h"
-#include "tests/render/composed_card.h"
+#include "tests/render/card_sides.h"
 #include "tests/render/sizeless_plugin.h"
 #include "tests/support/message_log.h"
 

@@ -4,10 +4,9 @@
 #include <cstring>
 
 #include <QBuffer>
-#include <QByteArray>
 #include <QImage>
 
-void putSamplePhoto(unsigned char (&photo)[IDCARD_PHOTO_SIZE])
+QByteArray samplePhoto()
 {
     QImage image(102, 126, QImage::Format_RGB888);
     image.fill(Qt::white);
@@ -18,9 +17,14 @@ void putSamplePhoto(unsigned char (&photo)[IDCARD_PHOTO_SIZE])
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "BMP");
-    if (bytes.size() != static_cast<int>(sizeof(photo))) {
+    if (bytes.size() != IDCARD_PHOTO_SIZE) {
         std::fprintf(stderr, "the sample photo has %d bytes\n", bytes.size());
         std::abort();
     }
-    std::memcpy(photo, bytes.constData(), sizeof(photo));
+    return bytes;
+}
+
+void putSamplePhoto(unsigned char (&photo)[IDCARD_PHOTO_SIZE])
+{
+    std::memcpy(photo, samplePhoto().constData(), sizeof(photo));
 }

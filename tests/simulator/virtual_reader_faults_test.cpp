@@ -1,5 +1,7 @@
 // Every fault of the simulated reader on USB.
 
+#include <functional>
+
 #include <gmock/gmock.h>
 
 #include "tests/simulator/usb_exchange.h"
@@ -29,40 +31,26 @@ class ExchangeFault : public testing::TestWithParam<int>
 protected:
     static const Exchange &exchange() { return exchanges().at(GetParam()); }
 
-    // A reader that has come through the exchanges before this one, and has the fault
-    // "<exchange>-<fault>"; with it the others, which have it not, went well.
-    static void prepare(ReaderOnUsb *reader, const QString &fault)
+    // Comes through the exchanges before this one, then has these faults; {} stands for the
+    // exchange's name. With this exchange's faults the others, which have them not, go well.
+    static void prepare(ReaderOnUsb *reader, const char *faults, bool isSetBefore = true)
     {
-        reader->set(QLatin1String(exchange().name) + QLatin1Char('-') + fault);
+        const QString text =
+            QString::fromUtf8(faults).replace(QStringLiteral("{}"), QLatin1String(exchange().name));
+        if (isSetBefore)
+            reader->set(text);
         for (int i = 0; i < GetParam(); ++i)
             EXPECT_EQ(reader->answer(exchanges().at(i).command).size(),
                       exchanges().at(i).answerSize);
-    }
-
-    static UsbTransfer written(const QString &fault)
-    {
-        ReaderOnUsb reader;
-        prepare(&reader, fault);
-        UsbTransfer transfer = reader->write(OUT_ENDPOINT, exchange().command);
-        if (transfer.status != UsbStatus::DONE || transfer.count < 10) {
-            EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
-        }
-        return transfer;
-    }
-
-    static UsbTransfer answered(const QString &fault)
-    {
-        ReaderOnUsb reader;
-        prepare(&reader, fault);
-        return reader.ask(exchange().command, exchange().answerSize);
+        if (!isSetBefore)
+            reader->set(text);
     }
 
     // What the reader answers when nothing is wrong.
     static QByteArray right()
     {
         ReaderOnUsb reader;
-        for (int i = 0; i < GetParam(); ++i)
-            reader.answer(exchanges().at(i).command);
+        prepare(&reader, "");
         return reader.answer(exchange().command);
     }
 };
@@ -74,160 +62,131 @@ void expectEnd(const UsbTransfer &transfer, UsbStatus status, int count, int del
     EXPECT_EQ(transfer.delayMs, delayMs);
 }
 
+QByteArray whole(const QByteArray &right)
+{
+    return right;
+}
+
+QByteArray nothing(const QByteArray & /*right*/)
+{
+    return {};
+}
+
+QByteArray withByte9Inverted(QByteArray right)
+{
+    right[9] = static_cast<char>(~right.at(9));
+    return right;
+}
+
+// How a faulty answer ends, and with which bytes of the right one.
+const struct {
+    const char *faults;
+    UsbStatus status;
+    std::function<QByteArray(const QByteArray &right)> data;
+    int delayMs;
+} ANSWERS[] = {
+    {"{}-answer-replaced=00fF80", UsbStatus::DONE,
+     [](const QByteArray &) { return frames::hex("00 FF 80"); }, 0},
+    {"{}-answer-cut=8", UsbStatus::DONE, [](const QByteArray &right) { return right.left(8); }, 0},
+    {"{}-answer-cut=0", UsbStatus::DONE, nothing, 0},
+    {"{}-answer-cut=4095", UsbStatus::DONE, whole, 0},
+    {"{}-answer-corrupted=9", UsbStatus::DONE, withByte9Inverted, 0},
+    {"{}-answer-corrupted=4095", UsbStatus::DONE, whole, 0},
+    // Replaced, then corrupted, then cut.
+    {"{}-answer-cut=2,{}-answer-corrupted=1,{}-answer-replaced=00112233", UsbStatus::DONE,
+     [](const QByteArray &) { return frames::hex("00 EE"); }, 0},
+    {"{}-answer-delayed=1500", UsbStatus::DONE, whole, 1500},
+    {"{}-answer-too-long", UsbStatus::TOO_LONG, whole, 0},
+    {"{}-answer-stalled", UsbStatus::STALLED, nothing, 0},
+    {"{}-answer-broken", UsbStatus::BROKEN, nothing, 0},
+    {"{}-answer-broken,{}-answer-delayed=5", UsbStatus::BROKEN, nothing, 5},
+    {"{}-answer-missing,{}-answer-delayed=5", UsbStatus::PENDING, nothing, 0},
+};
+
+// How a command ends that has 10 bytes.
+const struct {
+    const char *faults;
+    UsbStatus status;
+    int count;
+    int delayMs;
+} COMMANDS[] = {
+    {"{}-command-stalled", UsbStatus::STALLED, 0, 0},
+    {"{}-command-broken", UsbStatus::BROKEN, 0, 0},
+    {"{}-command-missing", UsbStatus::PENDING, 0, 0},
+    {"{}-command-cut=0", UsbStatus::DONE, 0, 0},
+    {"{}-command-cut=9", UsbStatus::DONE, 9, 0},
+    {"{}-command-delayed=700", UsbStatus::DONE, 10, 700},
+    {"{}-command-missing,{}-command-delayed=5", UsbStatus::PENDING, 0, 0},
+    {"{}-command-stalled,{}-command-delayed=5", UsbStatus::STALLED, 0, 5},
+};
+
 } // namespace
 
-TEST_P(ExchangeFault, AnswerReplaced_ComesAsGiven)
+TEST_P(ExchangeFault, OfTheAnswer_EndsItSoAndLeavesNothing)
 {
-    const UsbTransfer transfer = answered(QStringLiteral("answer-replaced=00fF80"));
-    expectEnd(transfer, UsbStatus::DONE, 3);
-    EXPECT_EQ(transfer.data.toHex(), "00ff80");
+    for (const auto &fault : ANSWERS) {
+        SCOPED_TRACE(fault.faults);
+        const QByteArray expected = fault.data(right());
+        ReaderOnUsb reader;
+        prepare(&reader, fault.faults);
+        const UsbTransfer transfer = reader.ask(exchange().command, exchange().answerSize);
+        expectEnd(transfer, fault.status, expected.size(), fault.delayMs);
+        EXPECT_EQ(transfer.data, expected);
+        expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::PENDING, 0);
+    }
+}
+
+TEST_P(ExchangeFault, OfTheCommand_EndsItSoAndItIsNotAnsweredUnlessItWasTaken)
+{
+    for (const auto &fault : COMMANDS) {
+        SCOPED_TRACE(fault.faults);
+        ReaderOnUsb reader;
+        prepare(&reader, fault.faults);
+        expectEnd(reader->write(OUT_ENDPOINT, exchange().command), fault.status, fault.count,
+                  fault.delayMs);
+        const UsbTransfer answer = reader->read(IN_ENDPOINT, ROOM);
+        EXPECT_EQ(answer.status, fault.count == 10 ? UsbStatus::DONE : UsbStatus::PENDING);
+    }
 }
 
 TEST_P(ExchangeFault, AnswerReplacedByALongerOne_EndsTooLong)
 {
-    const QString digits = QString(exchange().answerSize + 1, QLatin1Char('A')).repeated(2);
-    const UsbTransfer transfer = answered(QStringLiteral("answer-replaced=") + digits);
-    EXPECT_EQ(transfer.status, UsbStatus::TOO_LONG);
-}
-
-TEST_P(ExchangeFault, AnswerCut_EndsEarlyWithoutAFailure)
-{
-    const UsbTransfer transfer = answered(QStringLiteral("answer-cut=8"));
-    expectEnd(transfer, UsbStatus::DONE, 8);
-    EXPECT_EQ(transfer.data, right().left(8));
-    expectEnd(answered(QStringLiteral("answer-cut=0")), UsbStatus::DONE, 0);
-}
-
-TEST_P(ExchangeFault, AnswerCutBeyondItsEnd_IsWhole)
-{
-    EXPECT_EQ(answered(QStringLiteral("answer-cut=4095")).data, right());
-}
-
-TEST_P(ExchangeFault, AnswerCorrupted_HasOneByteInverted)
-{
-    QByteArray expected = right();
-    expected[9] = static_cast<char>(~expected.at(9));
-    const UsbTransfer transfer = answered(QStringLiteral("answer-corrupted=9"));
-    EXPECT_EQ(transfer.status, UsbStatus::DONE);
-    EXPECT_EQ(transfer.data, expected);
-    EXPECT_EQ(answered(QStringLiteral("answer-corrupted=4095")).data, right());
-}
-
-TEST_P(ExchangeFault, AnswerDelayed_ComesAfterItsTime)
-{
-    const UsbTransfer transfer = answered(QStringLiteral("answer-delayed=1500"));
-    expectEnd(transfer, UsbStatus::DONE, exchange().answerSize, 1500);
+    const QByteArray digits(2 * (exchange().answerSize + 1), 'A');
+    ReaderOnUsb reader;
+    prepare(&reader, "{}-answer-replaced=" + digits);
+    EXPECT_EQ(reader.ask(exchange().command, exchange().answerSize).status, UsbStatus::TOO_LONG);
 }
 
 TEST_P(ExchangeFault, AnswerMissing_NeverComesAndTheNextDoes)
 {
     ReaderOnUsb reader;
-    prepare(&reader, QStringLiteral("answer-missing"));
+    prepare(&reader, "{}-answer-missing");
     for (int attempt = 0; attempt < 2; ++attempt)
         expectEnd(reader.ask(exchange().command), UsbStatus::PENDING, 0);
     expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::PENDING, 0);
     EXPECT_EQ(reader.answer("?"), frames::statusOnly(0xE1));
 }
 
-TEST_P(ExchangeFault, AnswerStalledOrBroken_IsLostWithTheTransfer)
+TEST_P(ExchangeFault, UnpluggedBeforeOrDuringATransfer_MovesNothingOrHalfAndTheReaderStaysAway)
 {
-    const std::pair<const char *, UsbStatus> cases[] = {{"answer-stalled", UsbStatus::STALLED},
-                                                        {"answer-broken", UsbStatus::BROKEN}};
-    for (const auto &[fault, status] : cases) {
+    for (const bool isDuring : {false, true}) {
+        const QByteArray fault = isDuring ? "unplugged-during=" : "unplugged-before=";
+        const int number = 2 * GetParam() + 1;
         ReaderOnUsb reader;
-        prepare(&reader, QLatin1String(fault));
-        expectEnd(reader.ask(exchange().command), status, 0);
-        expectEnd(reader->read(IN_ENDPOINT, ROOM), UsbStatus::PENDING, 0);
+        prepare(&reader, fault + QByteArray::number(number), false);
+        EXPECT_TRUE(reader->isPluggedIn());
+        expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::UNPLUGGED,
+                  isDuring ? 5 : 0);
+        EXPECT_FALSE(reader->isPluggedIn());
+
+        ReaderOnUsb other;
+        prepare(&other, fault + QByteArray::number(number + 1), false);
+        const UsbTransfer transfer = other.ask(exchange().command);
+        const int half = isDuring ? exchange().answerSize / 2 : 0;
+        expectEnd(transfer, UsbStatus::UNPLUGGED, half);
+        EXPECT_EQ(transfer.data, right().left(half));
+        EXPECT_FALSE(other->isPluggedIn());
     }
-}
-
-TEST_P(ExchangeFault, AnswerTooLong_FillsTheRoomAndMore)
-{
-    const UsbTransfer transfer = answered(QStringLiteral("answer-too-long"));
-    expectEnd(transfer, UsbStatus::TOO_LONG, exchange().answerSize);
-}
-
-TEST_P(ExchangeFault, CommandStalledBrokenOrMissing_IsNotTaken)
-{
-    expectEnd(written(QStringLiteral("command-stalled")), UsbStatus::STALLED, 0);
-    expectEnd(written(QStringLiteral("command-broken")), UsbStatus::BROKEN, 0);
-    expectEnd(written(QStringLiteral("command-missing")), UsbStatus::PENDING, 0);
-}
-
-TEST_P(ExchangeFault, CommandCut_IsTakenInPartAndNotAnswered)
-{
-    expectEnd(written(QStringLiteral("command-cut=0")), UsbStatus::DONE, 0);
-    expectEnd(written(QStringLiteral("command-cut=9")), UsbStatus::DONE, 9);
-}
-
-TEST_P(ExchangeFault, CommandDelayed_IsTakenAfterItsTime)
-{
-    expectEnd(written(QStringLiteral("command-delayed=700")), UsbStatus::DONE, 10, 700);
-}
-
-TEST_P(ExchangeFault, WhatIsMissing_IsNotDelayed)
-{
-    const QString name = QLatin1String(exchange().name);
-    expectEnd(written(QStringLiteral("command-missing,%1-command-delayed=5").arg(name)),
-              UsbStatus::PENDING, 0);
-    expectEnd(answered(QStringLiteral("answer-missing,%1-answer-delayed=5").arg(name)),
-              UsbStatus::PENDING, 0);
-}
-
-TEST_P(ExchangeFault, WhatFails_IsDelayedAsWell)
-{
-    const QString name = QLatin1String(exchange().name);
-    expectEnd(written(QStringLiteral("command-stalled,%1-command-delayed=5").arg(name)),
-              UsbStatus::STALLED, 0, 5);
-    expectEnd(answered(QStringLiteral("answer-broken,%1-answer-delayed=5").arg(name)),
-              UsbStatus::BROKEN, 0, 5);
-}
-
-TEST_P(ExchangeFault, AnswerChangedInSeveralWays_IsReplacedThenCorruptedThenCut)
-{
-    const QString name = QLatin1String(exchange().name);
-    const UsbTransfer transfer = answered(
-        QStringLiteral("answer-cut=2,%1-answer-corrupted=1,%1-answer-replaced=00112233").arg(name));
-    EXPECT_EQ(transfer.data.toHex(), "00ee");
-}
-
-TEST_P(ExchangeFault, UnpluggedBeforeATransfer_MovesNothingAndTheReaderStaysAway)
-{
-    const int number = 2 * GetParam() + 1;
-    ReaderOnUsb reader;
-    for (int i = 0; i < GetParam(); ++i)
-        reader.answer(exchanges().at(i).command);
-    reader.set(QStringLiteral("unplugged-before=%1").arg(number));
-    EXPECT_TRUE(reader->isPluggedIn());
-    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::UNPLUGGED, 0);
-    EXPECT_FALSE(reader->isPluggedIn());
-
-    ReaderOnUsb other;
-    for (int i = 0; i < GetParam(); ++i)
-        other.answer(exchanges().at(i).command);
-    other.set(QStringLiteral("unplugged-before=%1").arg(number + 1));
-    expectEnd(other.ask(exchange().command), UsbStatus::UNPLUGGED, 0);
-    EXPECT_FALSE(other->isPluggedIn());
-}
-
-TEST_P(ExchangeFault, UnpluggedDuringATransfer_MovesHalfOfItAndTheReaderStaysAway)
-{
-    const int number = 2 * GetParam() + 1;
-    ReaderOnUsb reader;
-    for (int i = 0; i < GetParam(); ++i)
-        reader.answer(exchanges().at(i).command);
-    reader.set(QStringLiteral("unplugged-during=%1").arg(number));
-    expectEnd(reader->write(OUT_ENDPOINT, exchange().command), UsbStatus::UNPLUGGED, 5);
-    EXPECT_FALSE(reader->isPluggedIn());
-
-    ReaderOnUsb other;
-    for (int i = 0; i < GetParam(); ++i)
-        other.answer(exchanges().at(i).command);
-    other.set(QStringLiteral("unplugged-during=%1").arg(number + 1));
-    const UsbTransfer transfer = other.ask(exchange().command);
-    expectEnd(transfer, UsbStatus::UNPLUGGED, exchange().answerSize / 2);
-    EXPECT_EQ(transfer.data, right().left(exchange().answerSize / 2));
-    EXPECT_FALSE(other->isPluggedIn());
 }
 
 INSTANTIATE_TEST_SUITE_P(Exchanges, ExchangeFault, testing::Values(0, 1, 2),
