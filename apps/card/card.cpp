@@ -12,13 +12,6 @@ namespace app
 namespace
 {
 
-/** How a field is called by programs, by people, and how it is written. */
-struct FieldTerm {
-    const char *key;
-    const char *label;
-    FieldForm form = FieldForm::TEXT;
-};
-
 constexpr FieldTerm NAME = {"name", QT_TRANSLATE_NOOP("Card", "Name")};
 constexpr FieldTerm ENGLISH_NAME = {"englishName", QT_TRANSLATE_NOOP("Card", "Name")};
 constexpr FieldTerm CHINESE_NAME = {"chineseName", QT_TRANSLATE_NOOP("Card", "Chinese name")};
@@ -41,106 +34,83 @@ constexpr FieldTerm VALID_FROM = {"validFrom", QT_TRANSLATE_NOOP("Card", "Valid 
                                   FieldForm::DATE};
 constexpr FieldTerm VALID_TO = {"validTo", QT_TRANSLATE_NOOP("Card", "Valid to"), FieldForm::DATE};
 
-template <typename Record>
-struct FieldRow {
-    FieldTerm term;
-    std::string Record::*text; ///< null: these records do not have the field
-    // The rest of a `SplitDate`.
-    std::string Record::*month = nullptr;
-    std::string Record::*day = nullptr;
-};
-
-// The records of both roads name their fields alike, so one table serves both; what only one of
-// them has stands in these.
-template <typename Record>
-constexpr std::string Record::*ISSUE_COUNT = nullptr;
-template <>
-constexpr std::string HmtTexts::*ISSUE_COUNT<HmtTexts> = &HmtTexts::szIssueCount;
-
-template <typename Record>
-constexpr std::string Record::*NATIONALITY_CODE = nullptr;
-template <>
-constexpr std::string Foreign2017Texts::*NATIONALITY_CODE<Foreign2017Texts> =
-    &Foreign2017Texts::szNationalityCode;
-template <>
-constexpr std::string ForeignNewTexts::*NATIONALITY_CODE<ForeignNewTexts> =
-    &ForeignNewTexts::szNationalityCode;
-
-template <typename R>
-constexpr std::array<FieldRow<R>, 9> CN_FIELDS = {{
-    {NAME, &R::szName},
-    {SEX, &R::szSex},
-    {ETHNIC_GROUP, &R::szNation},
-    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
-    {ADDRESS, &R::szAddress},
-    {IDENTITY_NUMBER, &R::szID},
-    {ISSUING_AUTHORITY, &R::szDept},
-    {VALID_FROM, &R::szValidStart},
-    {VALID_TO, &R::szValidEnd},
-}};
-
-template <typename R>
-constexpr std::array<FieldRow<R>, 10> HMT_FIELDS = {{
-    {NAME, &R::szName},
-    {SEX, &R::szSex},
-    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
-    {ADDRESS, &R::szAddress},
-    {IDENTITY_NUMBER, &R::szID},
-    {TRAVEL_PERMIT_NUMBER, &R::szPassNumber},
-    {TIMES_ISSUED, ISSUE_COUNT<R>},
-    {ISSUING_AUTHORITY, &R::szDept},
-    {VALID_FROM, &R::szValidStart},
-    {VALID_TO, &R::szValidEnd},
-}};
-
-template <typename R>
-constexpr std::array<FieldRow<R>, 9> FOREIGN_2017_FIELDS = {{
-    {ENGLISH_NAME, &R::szEnglishName},
-    {CHINESE_NAME, &R::szChineseName},
-    {SEX, &R::szSex},
-    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
-    {NATIONALITY, &R::szNationality},
-    {COUNTRY_CODE, NATIONALITY_CODE<R>},
-    {CARD_NUMBER, &R::szID},
-    {VALID_FROM, &R::szValidStart},
-    {VALID_TO, &R::szValidEnd},
-}};
-
-template <typename R>
-constexpr std::array<FieldRow<R>, 10> FOREIGN_NEW_FIELDS = {{
-    {ENGLISH_NAME, &R::szEnglishName},
-    {CHINESE_NAME, &R::szChineseName},
-    {SEX, &R::szSex},
-    {CARD_EXTRA, &R::szCardExtra},
-    {BIRTH_DATE, &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay},
-    {NATIONALITY, &R::szNationality},
-    {COUNTRY_CODE, NATIONALITY_CODE<R>},
-    {CARD_NUMBER, &R::szID},
-    {VALID_FROM, &R::szValidStart},
-    {VALID_TO, &R::szValidEnd},
-}};
-
-/** The fields of `Member`, a record of `Records`, by the rows for its type. */
-template <const auto &Rows, typename Records, auto Member>
-QVector<CardField> collectFields(const Records &records)
+CardField field(const FieldTerm &term, const std::string &content)
 {
-    const auto &record = records.*Member;
-    QVector<CardField> fields;
-    for (const auto &row : Rows) {
-        CardField field{row.term.key, row.term.label, row.term.form, {}};
-        for (const auto part : {row.text, row.month, row.day}) {
-            if (part != nullptr)
-                field.content << QString::fromStdString(record.*part);
-        }
-        fields << field;
-    }
-    return fields;
+    return {term, {QString::fromStdString(content)}};
 }
 
-template <auto Member>
-const unsigned char *photoArea(const CardRecords &records)
+/** A field that a raw record alone delivers: `content` is null on the other road. */
+CardField rawField(const FieldTerm &term, const std::string *content)
 {
-    return (records.*Member).byPhoto;
+    return content == nullptr ? CardField{term, {}} : field(term, *content);
+}
+
+// The records of both roads name their fields alike, so one list of a kind serves both.
+
+template <typename Record>
+CardField birthDate(const Record &card)
+{
+    return {BIRTH_DATE,
+            {QString::fromStdString(card.szBirthYear), QString::fromStdString(card.szBirthMonth),
+             QString::fromStdString(card.szBirthDay)}};
+}
+
+template <typename Record>
+QVector<CardField> residentFields(const Record &card)
+{
+    return {
+        field(NAME, card.szName),
+        field(SEX, card.szSex),
+        field(ETHNIC_GROUP, card.szNation),
+        birthDate(card),
+        field(ADDRESS, card.szAddress),
+        field(IDENTITY_NUMBER, card.szID),
+        field(ISSUING_AUTHORITY, card.szDept),
+        field(VALID_FROM, card.szValidStart),
+        field(VALID_TO, card.szValidEnd),
+    };
+}
+
+template <typename Record>
+QVector<CardField> hmtFields(const Record &card, const std::string *issueCount)
+{
+    return {
+        field(NAME, card.szName),
+        field(SEX, card.szSex),
+        birthDate(card),
+        field(ADDRESS, card.szAddress),
+        field(IDENTITY_NUMBER, card.szID),
+        field(TRAVEL_PERMIT_NUMBER, card.szPassNumber),
+        rawField(TIMES_ISSUED, issueCount),
+        field(ISSUING_AUTHORITY, card.szDept),
+        field(VALID_FROM, card.szValidStart),
+        field(VALID_TO, card.szValidEnd),
+    };
+}
+
+template <typename Record>
+QVector<CardField> foreign2017Fields(const Record &card, const std::string *countryCode)
+{
+    return {
+        field(ENGLISH_NAME, card.szEnglishName),
+        field(CHINESE_NAME, card.szChineseName),
+        field(SEX, card.szSex),
+        birthDate(card),
+        field(NATIONALITY, card.szNationality),
+        rawField(COUNTRY_CODE, countryCode),
+        field(CARD_NUMBER, card.szID),
+        field(VALID_FROM, card.szValidStart),
+        field(VALID_TO, card.szValidEnd),
+    };
+}
+
+template <typename Record>
+QVector<CardField> foreignNewFields(const Record &card, const std::string *countryCode)
+{
+    constexpr int AFTER_SEX = 3;
+    QVector<CardField> fields = foreign2017Fields(card, countryCode);
+    fields.insert(AFTER_SEX, field(CARD_EXTRA, card.szCardExtra));
+    return fields;
 }
 
 QByteArray bytesOf(const unsigned char *data, unsigned int size)
@@ -178,38 +148,39 @@ struct CardKind {
     IDCARD_KIND code;
     const char *key;
     const char *label;
+    bool hasFingerprints;
     QVector<CardField> (*fields)(const CardRecords &records);
     QVector<CardField> (*decodedFields)(const CardTexts &texts);
     const unsigned char *(*photo)(const CardRecords &records);
-    bool hasFingerprints;
 };
 
 namespace
 {
 
-template <const auto &Rows, auto Member>
-constexpr auto FROM_RECORD = collectFields<Rows, CardRecords, Member>;
-template <const auto &Rows, auto Member>
-constexpr auto FROM_TEXTS = collectFields<Rows, CardTexts, Member>;
-
 constexpr std::array<CardKind, 4> CARD_KINDS = {{
-    {IDCARD_KIND_CN, "resident", QT_TRANSLATE_NOOP("Card", "Resident identity card"),
-     FROM_RECORD<CN_FIELDS<_tagIDCARD_INFO_ALL_CN>, &CardRecords::cn>,
-     FROM_TEXTS<CN_FIELDS<CnTexts>, &CardTexts::cn>, photoArea<&CardRecords::cn>, true},
+    {IDCARD_KIND_CN, "resident", QT_TRANSLATE_NOOP("Card", "Resident identity card"), true,
+     [](const CardRecords &all) { return residentFields(all.cn); },
+     [](const CardTexts &all) { return residentFields(all.cn); },
+     [](const CardRecords &all) { return &all.cn.byPhoto[0]; }},
     {IDCARD_KIND_FOREIGN_2017, "foreign-2017",
-     QT_TRANSLATE_NOOP("Card", "Foreigner's permanent residence card, 2017 edition"),
-     FROM_RECORD<FOREIGN_2017_FIELDS<_tagIDCARD_INFO_ALL_FOREIGN_2017>, &CardRecords::foreign2017>,
-     FROM_TEXTS<FOREIGN_2017_FIELDS<Foreign2017Texts>, &CardTexts::foreign2017>,
-     photoArea<&CardRecords::foreign2017>, false},
+     QT_TRANSLATE_NOOP("Card", "Foreigner's permanent residence card, 2017 edition"), false,
+     [](const CardRecords &all) { return foreign2017Fields(all.foreign2017, nullptr); },
+     [](const CardTexts &all) {
+         return foreign2017Fields(all.foreign2017, &all.foreign2017.szNationalityCode);
+     },
+     [](const CardRecords &all) { return &all.foreign2017.byPhoto[0]; }},
     {IDCARD_KIND_FOREIGN_NEW, "foreign-new",
-     QT_TRANSLATE_NOOP("Card", "Foreigner's permanent residence card, new edition"),
-     FROM_RECORD<FOREIGN_NEW_FIELDS<_tagIDCARD_INFO_ALL_FOREIGN_NEW>, &CardRecords::foreignNew>,
-     FROM_TEXTS<FOREIGN_NEW_FIELDS<ForeignNewTexts>, &CardTexts::foreignNew>,
-     photoArea<&CardRecords::foreignNew>, false},
+     QT_TRANSLATE_NOOP("Card", "Foreigner's permanent residence card, new edition"), false,
+     [](const CardRecords &all) { return foreignNewFields(all.foreignNew, nullptr); },
+     [](const CardTexts &all) {
+         return foreignNewFields(all.foreignNew, &all.foreignNew.szNationalityCode);
+     },
+     [](const CardRecords &all) { return &all.foreignNew.byPhoto[0]; }},
     {IDCARD_KIND_HMT, "hmt",
-     QT_TRANSLATE_NOOP("Card", "Residence permit for Hong Kong, Macao and Taiwan residents"),
-     FROM_RECORD<HMT_FIELDS<_tagIDCARD_INFO_ALL_HMT>, &CardRecords::hmt>,
-     FROM_TEXTS<HMT_FIELDS<HmtTexts>, &CardTexts::hmt>, photoArea<&CardRecords::hmt>, false},
+     QT_TRANSLATE_NOOP("Card", "Residence permit for Hong Kong, Macao and Taiwan residents"), false,
+     [](const CardRecords &all) { return hmtFields(all.hmt, nullptr); },
+     [](const CardTexts &all) { return hmtFields(all.hmt, &all.hmt.szIssueCount); },
+     [](const CardRecords &all) { return &all.hmt.byPhoto[0]; }},
 }};
 
 static_assert(int(ID_TYPE_CN) == int(IDCARD_KIND_CN) &&

@@ -41,11 +41,15 @@ enum class FieldForm {
     SPLIT_DATE, ///< three texts: year, month, day
 };
 
-/** One field of a card with its content, as the record holds it. */
-struct CardField {
+/** How a field is called, and how it is written. */
+struct FieldTerm {
     const char *key;   ///< name for programs
     const char *label; ///< name for people
-    FieldForm form;
+    FieldForm form = FieldForm::TEXT;
+};
+
+/** One field of a card with its content, as the record holds it. */
+struct CardField : FieldTerm {
     /** One text; three of a `SplitDate`; none when the card's road does not deliver the field. */
     QStringList content;
 };
