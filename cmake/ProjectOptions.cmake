@@ -52,5 +52,6 @@ if(IDCARD_FUZZING)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-add_compile_definitions(QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS)
+# A version tag of Qt would bind the programs to the release of Qt that they were built with.
+add_compile_definitions(QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS QT_NO_VERSION_TAGGING)
 include_directories("${PROJECT_SOURCE_DIR}")
