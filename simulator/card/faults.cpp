@@ -3,7 +3,6 @@
 #include "simulator/card/faults.h"
 
 #include <algorithm>
-#include <array>
 
 namespace simulator
 {
@@ -11,26 +10,34 @@ namespace simulator
 namespace
 {
 
-constexpr UsbExchange EXCHANGES[] = {UsbExchange::LOOKUP, UsbExchange::SELECT, UsbExchange::READ};
-
-// One fault as it is given, with the rule that its name stands for.
-struct GivenFault {
-    QString text;
-    QString name;
-    const FaultRule *rule = nullptr;
-    UsbExchange exchange = UsbExchange::LOOKUP; ///< of an exchange's fault
-};
-
-// The name of a rule's fault, for the exchange named `exchange` when it is one of an exchange.
-QString faultName(const FaultRule &rule, const QString &exchange)
+QString nameOf(const FaultRule &rule, Faults::Exchange exchange)
 {
     const QString name = QLatin1String(rule.name);
-    return isExchangeFault(rule) ? exchange + QLatin1Char('-') + name : name;
+    return exchange ? exchangeName(*exchange) + QLatin1Char('-') + name : name;
 }
 
-QString usageOf(const QString &name, FaultArgument argument)
+// Those that have the fault; nothing stands for the reader as a whole.
+std::vector<Faults::Exchange> exchangesOf(const FaultRule &rule)
 {
-    switch (argument) {
+    if (rule.isOfExchange())
+        return {UsbExchange::LOOKUP, UsbExchange::SELECT, UsbExchange::READ};
+    return {std::nullopt};
+}
+
+std::pair<const FaultRule *, Faults::Exchange> faultNamed(const QString &name)
+{
+    for (const FaultRule &rule : faultRules()) {
+        for (const Faults::Exchange exchange : exchangesOf(rule)) {
+            if (name == nameOf(rule, exchange))
+                return {&rule, exchange};
+        }
+    }
+    return {nullptr, std::nullopt};
+}
+
+QString usageOf(const QString &name, const FaultArgument &argument)
+{
+    switch (argument.form) {
     case FaultArgument::NONE:
         return name;
     case FaultArgument::OPTIONAL_NUMBER:
@@ -43,57 +50,31 @@ QString usageOf(const QString &name, FaultArgument argument)
     return QStringLiteral("%1=N").arg(name);
 }
 
-GivenFault understood(const QString &text)
-{
-    GivenFault fault;
-    fault.text = text;
-    fault.name = text.section(QLatin1Char('='), 0, 0).trimmed();
-    for (const FaultRule &rule : faultRules()) {
-        for (const UsbExchange exchange : EXCHANGES) {
-            if (fault.name == faultName(rule, exchangeName(exchange))) {
-                fault.rule = &rule;
-                fault.exchange = exchange;
-                return fault;
-            }
-        }
-    }
-    return fault;
-}
-
 QString shortened(const QString &text)
 {
     constexpr int LONGEST_QUOTE = 60;
     return text.size() <= LONGEST_QUOTE ? text : text.left(LONGEST_QUOTE) + QStringLiteral("...");
 }
 
-bool isFaultOf(const FaultRule &rule, std::optional<Road> road)
-{
-    return !road || rule.meaning(*road) != nullptr;
-}
-
 QString unknownFault(const QString &text, std::optional<Road> road)
 {
     QStringList usages;
     bool hasExchanges = false;
-    for (const FaultRule &rule : faultRules()) {
-        if (isFaultOf(rule, road)) {
-            usages << faultUsage(rule);
-            hasExchanges = hasExchanges || isExchangeFault(rule);
-        }
+    for (const FaultRule &rule : road ? faultRules(*road) : faultRules()) {
+        usages << faultUsage(rule);
+        hasExchanges = hasExchanges || rule.isOfExchange();
     }
     return QStringLiteral("fault \"%1\" is not known; known faults: %2%3")
         .arg(shortened(text), usages.join(QStringLiteral(", ")),
              QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
 }
 
-QString wrongFault(const GivenFault &fault)
+QString wrongFault(const FaultRule &rule, const QString &name, const QString &text)
 {
-    const auto &meanings = fault.rule->meanings;
-    const auto *const meaning = std::find_if(meanings.begin(), meanings.end(),
-                                             [](const char *text) { return text != nullptr; });
+    const auto *const meaning = std::find_if(rule.meanings.begin(), rule.meanings.end(),
+                                             [](const char *line) { return line != nullptr; });
     return QStringLiteral("fault \"%1\" is not of the form %2: %3")
-        .arg(shortened(fault.text), usageOf(fault.name, fault.rule->argument),
-             QLatin1String(*meaning));
+        .arg(shortened(text), usageOf(name, rule.argument), QLatin1String(*meaning));
 }
 
 // How the reader on each road is called, and what simulates it.
@@ -108,28 +89,13 @@ constexpr std::array<RoadRow, ROAD_COUNT> ROADS = {{
 }};
 
 // The reader on `road` does not have the fault, that on the other one does.
-QString faultOfOtherRoad(const GivenFault &fault, Road road)
+QString faultOfOtherRoad(const QString &name, Road road)
 {
     const auto own = static_cast<std::size_t>(road);
     const RoadRow &other = ROADS.at(ROAD_COUNT - 1 - own);
     return QStringLiteral("%1 has no fault \"%2\"; only %3 has it: use %4")
-        .arg(QLatin1String(ROADS.at(own).reader), fault.name, QLatin1String(other.reader),
+        .arg(QLatin1String(ROADS.at(own).reader), name, QLatin1String(other.reader),
              QLatin1String(other.program));
-}
-
-// The argument of `fault`; false when it is missing, too much or out of range.
-bool readArgument(const GivenFault &fault, int *number)
-{
-    const FaultRule &rule = *fault.rule;
-    const int equals = fault.text.indexOf(QLatin1Char('='));
-    if (equals < 0) {
-        *number = rule.numberIfNone;
-        return rule.argument != FaultArgument::NUMBER;
-    }
-    bool isNumber = false;
-    *number = fault.text.mid(equals + 1).trimmed().toInt(&isNumber);
-    return rule.argument != FaultArgument::NONE && isNumber && *number >= rule.minimum &&
-           *number <= rule.maximum && (rule.refused == nullptr || !rule.refused(*number));
 }
 
 bool isHexadecimalDigit(QChar character)
@@ -137,54 +103,59 @@ bool isHexadecimalDigit(QChar character)
     return QStringLiteral("0123456789ABCDEFabcdef").contains(character);
 }
 
-bool readArgument(const GivenFault &fault, QByteArray *bytes)
+std::optional<FaultValue> bytesIn(const QString &digits)
 {
-    const int equals = fault.text.indexOf(QLatin1Char('='));
-    const QString digits = equals < 0 ? QString() : fault.text.mid(equals + 1).trimmed();
     if (digits.isEmpty() || digits.size() % 2 != 0 || digits.size() > 2 * LONGEST_FAULT_BYTES ||
         !std::all_of(digits.cbegin(), digits.cend(), isHexadecimalDigit))
-        return false;
-    *bytes = QByteArray::fromHex(digits.toLatin1());
-    return true;
+        return std::nullopt;
+    return FaultValue{0, QByteArray::fromHex(digits.toLatin1())};
 }
 
-template <typename Part, typename Value>
-QString setFault(const GivenFault &fault, Part *part, std::optional<Value> Part::*place)
+std::optional<FaultValue> numberIn(const QString &typed, const FaultArgument &argument)
 {
-    Value value = {};
-    if (!readArgument(fault, &value))
-        return wrongFault(fault);
-    if (part->*place)
-        return QStringLiteral("fault \"%1\" is given twice").arg(fault.name);
-    part->*place = value;
-    return {};
+    bool isNumber = false;
+    const int number = typed.toInt(&isNumber);
+    const auto &refused = argument.refused;
+    if (!isNumber || number < argument.minimum || number > argument.maximum ||
+        std::find(refused.begin(), refused.end(), number) != refused.end())
+        return std::nullopt;
+    return FaultValue{number, {}};
 }
 
-// Sets a fault of `faults`; the reason when it cannot be set, an empty text otherwise.
-struct Setter {
-    const GivenFault &fault;
-    Faults *faults;
-
-    QString operator()(std::optional<int> Faults::*place) const
-    {
-        return setFault(fault, faults, place);
+// What a fault carries; nothing when that is missing, too much or out of range.
+std::optional<FaultValue> valueIn(const QString &text, const FaultArgument &argument)
+{
+    const int equals = text.indexOf(QLatin1Char('='));
+    const bool isGiven = equals >= 0;
+    const QString typed = text.mid(equals + 1).trimmed();
+    switch (argument.form) {
+    case FaultArgument::NONE:
+        return isGiven ? std::nullopt : std::make_optional<FaultValue>();
+    case FaultArgument::BYTES:
+        return isGiven ? bytesIn(typed) : std::nullopt;
+    case FaultArgument::OPTIONAL_NUMBER:
+        return isGiven ? numberIn(typed, argument) : FaultValue{argument.numberIfNone, {}};
+    case FaultArgument::NUMBER:
+        break;
     }
+    return isGiven ? numberIn(typed, argument) : std::nullopt;
+}
 
-    template <typename Value>
-    QString operator()(std::optional<Value> ExchangeFaults::*place) const
-    {
-        return setFault(fault, &faults->exchanges[static_cast<std::size_t>(fault.exchange)], place);
-    }
-};
-
+// Sets the fault that `text` is; the reason when it cannot be set, an empty text otherwise.
 QString addFault(Faults *faults, const QString &text, std::optional<Road> road)
 {
-    const GivenFault fault = understood(text);
-    if (fault.rule == nullptr)
+    const QString name = text.section(QLatin1Char('='), 0, 0).trimmed();
+    const auto [rule, exchange] = faultNamed(name);
+    if (rule == nullptr)
         return unknownFault(text, road);
-    if (!isFaultOf(*fault.rule, road))
-        return faultOfOtherRoad(fault, *road);
-    return std::visit(Setter{fault, faults}, fault.rule->place);
+    if (road && rule->meaning(*road) == nullptr)
+        return faultOfOtherRoad(name, *road);
+    const std::optional<FaultValue> value = valueIn(text, rule->argument);
+    if (!value)
+        return wrongFault(*rule, name, text);
+    return faults->add(rule->kind, exchange, *value)
+               ? QString()
+               : QStringLiteral("fault \"%1\" is given twice").arg(name);
 }
 
 std::optional<Faults> parsed(const QStringList &list, std::optional<Road> road, QString *reason)
@@ -200,61 +171,48 @@ std::optional<Faults> parsed(const QStringList &list, std::optional<Road> road, 
     return faults;
 }
 
-template <typename Part, typename Value>
-void overlay(Part *base, const Part &override, std::optional<Value> Part::*place)
+} // namespace
+
+std::optional<int> Faults::number(FaultKind kind, Exchange exchange) const
 {
-    if (override.*place)
-        base->*place = override.*place;
+    const auto found = m_values.find({kind, exchange});
+    return found == m_values.end() ? std::nullopt : std::make_optional(found->second.number);
 }
 
-struct Overlay {
-    Faults *base;
-    const Faults &override;
+QByteArray Faults::bytes(FaultKind kind, Exchange exchange) const
+{
+    const auto found = m_values.find({kind, exchange});
+    return found == m_values.end() ? QByteArray() : found->second.bytes;
+}
 
-    void operator()(std::optional<int> Faults::*place) const { overlay(base, override, place); }
-
-    template <typename Value>
-    void operator()(std::optional<Value> ExchangeFaults::*place) const
-    {
-        for (std::size_t i = 0; i < base->exchanges.size(); ++i)
-            overlay(&base->exchanges[i], override.exchanges[i], place);
-    }
-};
-
-struct IsSet {
-    const Faults &faults;
-
-    bool operator()(std::optional<int> Faults::*place) const { return (faults.*place).has_value(); }
-
-    template <typename Value>
-    bool operator()(std::optional<Value> ExchangeFaults::*place) const
-    {
-        return std::any_of(
-            faults.exchanges.begin(), faults.exchanges.end(),
-            [place](const ExchangeFaults &exchange) { return (exchange.*place).has_value(); });
-    }
-};
-
-} // namespace
+QString exchangeName(UsbExchange exchange)
+{
+    constexpr std::array<const char *, USB_EXCHANGE_COUNT> NAMES = {"lookup", "select", "read"};
+    return QLatin1String(NAMES.at(static_cast<std::size_t>(exchange)));
+}
 
 QString faultUsage(const FaultRule &rule)
 {
-    return usageOf(faultName(rule, QStringLiteral("E")), rule.argument);
+    const QString name = QLatin1String(rule.name);
+    return usageOf(rule.isOfExchange() ? QStringLiteral("E-") + name : name, rule.argument);
+}
+
+QVector<QStringList> faultHelpRows(Road road)
+{
+    QVector<QStringList> rows;
+    for (const FaultRule &rule : faultRules(road))
+        rows << QStringList{faultUsage(rule), QString::fromUtf8(rule.meaning(road))};
+    return rows;
 }
 
 QString faultExample(const FaultRule &rule)
 {
-    QString name = faultName(rule, exchangeName(UsbExchange::LOOKUP));
-    if (rule.argument == FaultArgument::BYTES)
+    const QString name = nameOf(rule, exchangesOf(rule).front());
+    if (rule.argument.form == FaultArgument::BYTES)
         return name + QStringLiteral("=00");
-    if (rule.argument != FaultArgument::NUMBER)
+    if (rule.argument.form != FaultArgument::NUMBER)
         return name;
-    return QStringLiteral("%1=%2").arg(name).arg(std::max(rule.minimum, 1));
-}
-
-bool isFaultSet(const Faults &faults, const FaultRule &rule)
-{
-    return std::visit(IsSet{faults}, rule.place);
+    return QStringLiteral("%1=%2").arg(name).arg(std::max(rule.argument.minimum, 1));
 }
 
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason)
@@ -267,14 +225,6 @@ std::optional<Faults> parseFaults(const QString &text, Road road, QString *reaso
     if (text.trimmed().isEmpty())
         return Faults();
     return parsed(text.split(QLatin1Char(',')), road, reason);
-}
-
-Faults overlaidFaults(const Faults &base, const Faults &override)
-{
-    Faults result = base;
-    for (const FaultRule &rule : faultRules())
-        std::visit(Overlay{&result, override}, rule.place);
-    return result;
 }
 
 } // namespace simulator

@@ -6,13 +6,15 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <map>
 #include <optional>
-#include <variant>
+#include <utility>
 #include <vector>
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace simulator
 {
@@ -21,94 +23,119 @@ namespace simulator
 enum class UsbExchange { LOOKUP, SELECT, READ };
 constexpr int USB_EXCHANGE_COUNT = 3;
 
-/** Faults of one exchange; only a reader on USB has them. */
-struct ExchangeFaults {
-    std::optional<QByteArray> answerReplaced; ///< what comes instead of the answer
-    std::optional<int> answerCut;             ///< bytes that come of the answer
-    std::optional<int> answerCorrupted;       ///< offset of the byte whose bits are inverted
-    std::optional<int> answerDelayed;         ///< milliseconds before the answer comes
-    std::optional<int> answerMissing;         ///< set: the answer never comes
-    std::optional<int> answerStalled;         ///< set: the endpoint refuses instead of answering
-    std::optional<int> answerBroken;          ///< set: the answer is garbled on the bus
-    std::optional<int> answerTooLong;         ///< set: more comes than the host has room for
-    std::optional<int> commandStalled;        ///< set: the endpoint refuses the command
-    std::optional<int> commandBroken;         ///< set: the command is garbled on the bus
-    std::optional<int> commandCut;            ///< bytes that are taken of the command
-    std::optional<int> commandMissing;        ///< set: the command is never taken
-    std::optional<int> commandDelayed;        ///< milliseconds before the command is taken
-};
-
 /** The roads to a simulated reader. */
 enum class Road { MAKERS_LIBRARY, USB };
 constexpr int ROAD_COUNT = 2;
 
-/** Every fault that is set carries its number; what the number means is told by `faultRules`. */
-struct Faults {
-    std::optional<int> openFails;         ///< what opening the reader answers
-    std::optional<int> noCard;            ///< how many finds see no card, or `EVERY_TIME`
-    std::optional<int> transientFailures; ///< how many reads fail and may be tried again
-    std::optional<int> readFails;         ///< what reading answers
-    std::optional<int> delayMs;           ///< pause before a read answers, in milliseconds
-    std::optional<int> photoUndecodable;  ///< set: the compressed photo does not decode
-    std::optional<int> photoLength;       ///< bytes of photo reported
-    std::optional<int> unknownKind;       ///< kind of card reported
-    std::optional<int> cardRemoved;       ///< set: the card goes between find and read
+enum class FaultKind {
+    OPEN_FAILS,         ///< number: what opening the reader answers
+    NO_CARD,            ///< number: how many finds see no card, or `EVERY_TIME`
+    TRANSIENT_FAILURES, ///< number: how many reads fail and may be tried again
+    READ_FAILS,         ///< number: what reading answers
+    DELAY_MS,           ///< number: pause before a read answers, in milliseconds
+    PHOTO_UNDECODABLE,  ///< the compressed photo does not decode
+    PHOTO_LENGTH,       ///< number: bytes of photo reported
+    UNKNOWN_KIND,       ///< number: kind of card reported
+    CARD_REMOVED,       ///< the card goes between find and read
 
     // Of a reader on USB alone.
-    std::optional<int> unplugged;        ///< set: the reader is not there
-    std::optional<int> unpluggedBefore;  ///< transfer of a card read, 1 to 6, that never begins
-    std::optional<int> unpluggedDuring;  ///< transfer of a card read, 1 to 6, that is torn
-    std::optional<int> permissionDenied; ///< set: this user may not open the reader
-    std::optional<int> claimedElsewhere; ///< set: another program holds the reader
-    std::optional<int> resetRefused;     ///< set: the reader cannot be reset
-    std::array<ExchangeFaults, USB_EXCHANGE_COUNT> exchanges; ///< in the order of `UsbExchange`
+    UNPLUGGED,         ///< the reader is not there
+    UNPLUGGED_BEFORE,  ///< number: transfer of a card read, 1 to 6, that never begins
+    UNPLUGGED_DURING,  ///< number: transfer of a card read, 1 to 6, that is torn
+    PERMISSION_DENIED, ///< this user may not open the reader
+    CLAIMED_ELSEWHERE, ///< another program holds the reader
+    RESET_REFUSED,     ///< the reader cannot be reset
 
-    [[nodiscard]] const ExchangeFaults &of(UsbExchange exchange) const
-    {
-        return exchanges[static_cast<std::size_t>(exchange)];
-    }
+    // From here on of each exchange of a reader on USB.
+    ANSWER_REPLACED,  ///< bytes: what comes instead of the answer
+    ANSWER_CUT,       ///< number: bytes that come of the answer
+    ANSWER_CORRUPTED, ///< number: offset of the byte whose bits are inverted
+    ANSWER_DELAYED,   ///< number: milliseconds before the answer comes
+    ANSWER_MISSING,   ///< the answer never comes
+    ANSWER_STALLED,   ///< the endpoint refuses instead of answering
+    ANSWER_BROKEN,    ///< the answer is garbled on the bus
+    ANSWER_TOO_LONG,  ///< more comes than the host has room for
+    COMMAND_STALLED,  ///< the endpoint refuses the command
+    COMMAND_BROKEN,   ///< the command is garbled on the bus
+    COMMAND_CUT,      ///< number: bytes that are taken of the command
+    COMMAND_MISSING,  ///< the command is never taken
+    COMMAND_DELAYED,  ///< number: milliseconds before the command is taken
 };
 
-/** Count of a fault that never ends. */
+/** Number of a fault that never ends. */
 constexpr int EVERY_TIME = std::numeric_limits<int>::max();
 
 /** Most bytes that a fault can carry. */
 constexpr int LONGEST_FAULT_BYTES = 4096;
 
-/** What follows the name of a fault. */
-enum class FaultArgument { NONE, OPTIONAL_NUMBER, NUMBER, BYTES };
+/** What a fault carries. */
+struct FaultValue {
+    int number = 0;
+    QByteArray bytes;
+};
 
-/** Where a fault is kept. */
-using FaultPlace = std::variant<std::optional<int> Faults::*, std::optional<int> ExchangeFaults::*,
-                                std::optional<QByteArray> ExchangeFaults::*>;
+/** The faults that are set; one of an exchange is asked for with the exchange. */
+class Faults
+{
+public:
+    using Exchange = std::optional<UsbExchange>;
+
+    [[nodiscard]] bool has(FaultKind kind, Exchange exchange = {}) const
+    {
+        return m_values.count({kind, exchange}) != 0;
+    }
+
+    /** The number of a fault, nothing when it is not set. */
+    [[nodiscard]] std::optional<int> number(FaultKind kind, Exchange exchange = {}) const;
+
+    /** The bytes of a fault, null when it is not set. */
+    [[nodiscard]] QByteArray bytes(FaultKind kind, Exchange exchange = {}) const;
+
+    /** Sets a fault unless it is set already. Whether it was not. */
+    bool add(FaultKind kind, Exchange exchange, const FaultValue &value)
+    {
+        return m_values.insert({{kind, exchange}, value}).second;
+    }
+
+    /** Sets those of `others` that are not set already. */
+    void add(const Faults &others)
+    {
+        m_values.insert(others.m_values.begin(), others.m_values.end());
+    }
+
+private:
+    std::map<std::pair<FaultKind, Exchange>, FaultValue> m_values;
+};
+
+/** What follows the name of a fault. */
+struct FaultArgument {
+    enum Form { NONE, OPTIONAL_NUMBER, NUMBER, BYTES };
+
+    Form form = NONE;
+    int minimum = 0;
+    int maximum = 0;
+    std::vector<int> refused = {}; ///< numbers inside the range that make no fault
+    int numberIfNone = 0;          ///< of a fault that is named without a number
+};
 
 /** One word of the vocabulary, or one for each exchange: "name", "name=N", both, or "name=HEX". */
 struct FaultRule {
+    FaultKind kind;
     const char *name; ///< that of an exchange's fault follows the exchange's name and a dash
     /** By road, one English line; null: the reader on that road does not have the fault. */
     std::array<const char *, ROAD_COUNT> meanings;
-    FaultPlace place;
-    FaultArgument argument;
-    int numberIfNone; ///< stored when the fault is named without a number
-    int minimum;
-    int maximum;
-    bool (*refused)(int number); ///< numbers inside the range that make no fault; may be null
+    FaultArgument argument = {};
 
     [[nodiscard]] const char *meaning(Road road) const
     {
         return meanings[static_cast<std::size_t>(road)];
     }
-};
-
-struct FaultRuleList {
-    const FaultRule *first;
-    const FaultRule *last;
-    [[nodiscard]] const FaultRule *begin() const { return first; }
-    [[nodiscard]] const FaultRule *end() const { return last; }
+    /** Whether there is one for each exchange. */
+    [[nodiscard]] bool isOfExchange() const { return kind >= FaultKind::ANSWER_REPLACED; }
 };
 
 /** The whole vocabulary, in the order of messages. */
-FaultRuleList faultRules();
+const std::vector<FaultRule> &faultRules();
 
 /** What the reader on this road has of it. */
 std::vector<FaultRule> faultRules(Road road);
@@ -116,17 +143,14 @@ std::vector<FaultRule> faultRules(Road road);
 /** How an exchange is called in the name of a fault. */
 QString exchangeName(UsbExchange exchange);
 
-/** Whether there is a fault of this kind for each exchange. */
-bool isExchangeFault(const FaultRule &rule);
-
 /** How a fault is written: "no-card or no-card=N", "E-answer-cut=N" for each exchange E. */
 QString faultUsage(const FaultRule &rule);
 
+/** Usage and meaning of what the reader on this road has, for a help text. */
+QVector<QStringList> faultHelpRows(Road road);
+
 /** A fault as it can be given, with a number where there must be one: "no-card", "read-fails=1". */
 QString faultExample(const FaultRule &rule);
-
-/** Whether a fault, of any exchange, is set. */
-bool isFaultSet(const Faults &faults, const FaultRule &rule);
 
 /**
  * Reads a list of faults, blanks around each ignored. Gives nothing and tells `reason` when one is
@@ -139,8 +163,5 @@ std::optional<Faults> parseFaults(const QStringList &list, QString *reason);
  * is refused, too. An empty or blank text means no fault.
  */
 std::optional<Faults> parseFaults(const QString &text, Road road, QString *reason);
-
-/** The faults of `base`, replaced by those set in `override`. */
-Faults overlaidFaults(const Faults &base, const Faults &override);
 
 } // namespace simulator

@@ -88,7 +88,7 @@ void putInto(QByteArray *block, std::size_t offset, std::size_t size, const QStr
 QByteArray deliveredText(const CardDescription &card, const Faults &faults)
 {
     QByteArray block = textBlock(card);
-    if (faults.unknownKind)
+    if (faults.has(FaultKind::UNKNOWN_KIND))
         putInto(&block, KIND_LETTER_OFFSET, KIND_LETTER_SIZE, QStringLiteral("?"));
     return block;
 }
@@ -111,13 +111,14 @@ QByteArray readAnswer(const CardDescription &card, const Faults &faults)
     constexpr int STATUS_SIZE = 3;
     const QByteArray text = deliveredText(card, faults);
     const QByteArray photo =
-        faults.photoUndecodable ? undecodablePhoto(card) : compressedPhoto(card);
+        faults.has(FaultKind::PHOTO_UNDECODABLE) ? undecodablePhoto(card) : compressedPhoto(card);
     const QByteArray prints = fingerprintTemplates(card);
 
     QByteArray payload(reinterpret_cast<const char *>(reader_frames::READ_ANSWER_STATUS.data()),
                        STATUS_SIZE);
     payload += reader_frames::frameNumber(text.size());
-    payload += reader_frames::frameNumber(faults.photoLength.value_or(photo.size()));
+    payload +=
+        reader_frames::frameNumber(faults.number(FaultKind::PHOTO_LENGTH).value_or(photo.size()));
     payload += reader_frames::frameNumber(prints.size());
     payload += text + photo + prints;
     return answerFrame(payload);

@@ -28,8 +28,8 @@ QString variableProblem(const char *variable, const QString &problem)
 } // namespace
 
 CardSlot::CountedFaults::CountedFaults(const Faults &set)
-    : faults(set), findsWithoutCard(set.noCard.value_or(0)),
-      transientFailures(set.transientFailures.value_or(0))
+    : faults(set), findsWithoutCard(set.number(FaultKind::NO_CARD).value_or(0)),
+      transientFailures(set.number(FaultKind::TRANSIENT_FAILURES).value_or(0))
 {
 }
 
@@ -132,7 +132,9 @@ const CardDescription *CardSlot::card() const
 
 Faults CardSlot::faults() const
 {
-    return overlaidFaults(m_cardFaults.faults, m_setFaults.faults);
+    Faults faults = m_setFaults.faults;
+    faults.add(m_cardFaults.faults);
+    return faults;
 }
 
 bool CardSlot::findCard()

@@ -28,7 +28,7 @@ bool isComplete(const VendorReadTarget &target)
 
 QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
 {
-    if (faults.photoUndecodable)
+    if (faults.has(FaultKind::PHOTO_UNDECODABLE))
         return undecodablePhoto(card);
     switch (card.photoDelivery) {
     case PhotoDelivery::BMP_FILE:
@@ -44,12 +44,12 @@ QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
 void deliver(const CardDescription &card, const Faults &faults, const VendorReadTarget &target)
 {
     *target.info = vendorRecord(card);
-    if (faults.unknownKind)
-        target.info->kind = *faults.unknownKind;
+    if (const auto kind = faults.number(FaultKind::UNKNOWN_KIND))
+        target.info->kind = *kind;
 
     // A length beyond what there is of the photo reports zeros after it.
     QByteArray photo = deliveredPhoto(card, faults);
-    const int length = faults.photoLength.value_or(photo.size());
+    const int length = faults.number(FaultKind::PHOTO_LENGTH).value_or(photo.size());
     photo = photo.leftJustified(length, '\0', true);
     std::memcpy(target.photo, photo.constData(), static_cast<std::size_t>(length));
     *target.photoLength = static_cast<unsigned int>(length);
@@ -69,7 +69,7 @@ int VendorReader::open(int port, QString *problem)
         return VENDOR_ALREADY_OPEN;
     if (!m_slot.followEnvironment(problem))
         return VENDOR_BAD_ENVIRONMENT;
-    if (const std::optional<int> code = m_slot.faults().openFails)
+    if (const auto code = m_slot.faults().number(FaultKind::OPEN_FAILS))
         return *code;
     m_open = true;
     m_found.reset();
@@ -111,9 +111,9 @@ int VendorReader::read(int port, const VendorReadTarget &target, int flag)
 int VendorReader::answerRead(const VendorReadTarget &target)
 {
     const Faults faults = m_slot.faults();
-    if (faults.delayMs)
-        QThread::msleep(static_cast<unsigned long>(*faults.delayMs));
-    if (faults.cardRemoved)
+    if (const auto delay = faults.number(FaultKind::DELAY_MS))
+        QThread::msleep(static_cast<unsigned long>(*delay));
+    if (faults.has(FaultKind::CARD_REMOVED))
         m_slot.removeCard();
     const CardDescription *card = m_slot.card();
     if (card == nullptr || m_found != m_slot.placement()) {
@@ -122,8 +122,8 @@ int VendorReader::answerRead(const VendorReadTarget &target)
     }
     if (m_slot.failsTransiently())
         return KVO_READ_AGAIN;
-    if (faults.readFails)
-        return *faults.readFails;
+    if (const auto code = faults.number(FaultKind::READ_FAILS))
+        return *code;
     deliver(*card, faults, target);
     return KVO_SUCCESS;
 }

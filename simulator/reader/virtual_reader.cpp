@@ -43,15 +43,14 @@ QByteArray refusal(UsbRefusal reason, int frameSize = reader_frames::STATUS_ONLY
 }
 
 // The answer as the faults let it come.
-QByteArray distorted(QByteArray answer, const ExchangeFaults &faults)
+QByteArray distorted(QByteArray answer, const Faults &faults, UsbExchange exchange)
 {
-    if (faults.answerReplaced)
-        answer = *faults.answerReplaced;
-    if (faults.answerCorrupted && *faults.answerCorrupted < answer.size()) {
-        const int offset = *faults.answerCorrupted;
-        answer[offset] = static_cast<char>(~answer.at(offset));
-    }
-    return answer.left(faults.answerCut.value_or(answer.size()));
+    if (faults.has(FaultKind::ANSWER_REPLACED, exchange))
+        answer = faults.bytes(FaultKind::ANSWER_REPLACED, exchange);
+    const auto offset = faults.number(FaultKind::ANSWER_CORRUPTED, exchange);
+    if (offset && *offset < answer.size())
+        answer[*offset] = static_cast<char>(~answer.at(*offset));
+    return answer.left(faults.number(FaultKind::ANSWER_CUT, exchange).value_or(answer.size()));
 }
 
 int commandNumber(UsbExchange exchange)
@@ -96,27 +95,27 @@ QByteArray VirtualReader::descriptors() const
 
 bool VirtualReader::isPluggedIn() const
 {
-    return m_pluggedIn && !m_slot.faults().unplugged;
+    return m_pluggedIn && !m_slot.faults().has(FaultKind::UNPLUGGED);
 }
 
 bool VirtualReader::failsToOpen() const
 {
-    return m_slot.faults().openFails.has_value();
+    return m_slot.faults().has(FaultKind::OPEN_FAILS);
 }
 
 bool VirtualReader::deniesAccess() const
 {
-    return m_slot.faults().permissionDenied.has_value();
+    return m_slot.faults().has(FaultKind::PERMISSION_DENIED);
 }
 
 bool VirtualReader::isClaimedElsewhere() const
 {
-    return m_slot.faults().claimedElsewhere.has_value();
+    return m_slot.faults().has(FaultKind::CLAIMED_ELSEWHERE);
 }
 
 bool VirtualReader::refusesReset() const
 {
-    return m_slot.faults().resetRefused.has_value();
+    return m_slot.faults().has(FaultKind::RESET_REFUSED);
 }
 
 void VirtualReader::reset()
@@ -161,31 +160,30 @@ UsbTransfer VirtualReader::writeCommand(const QByteArray &bytes)
 UsbTransfer VirtualReader::writeExchange(UsbExchange exchange, const QByteArray &bytes)
 {
     const Faults faults = m_slot.faults();
-    if (faults.unpluggedBefore == commandNumber(exchange)) {
+    if (faults.number(FaultKind::UNPLUGGED_BEFORE) == commandNumber(exchange)) {
         unplug();
         return taken(UsbStatus::UNPLUGGED, 0);
     }
-    const ExchangeFaults &ofExchange = faults.of(exchange);
-    if (ofExchange.commandMissing)
+    if (faults.has(FaultKind::COMMAND_MISSING, exchange))
         return taken(UsbStatus::PENDING, 0);
     UsbTransfer transfer = taken(UsbStatus::DONE, bytes.size());
-    if (faults.unpluggedDuring == commandNumber(exchange)) {
+    if (faults.number(FaultKind::UNPLUGGED_DURING) == commandNumber(exchange)) {
         unplug();
         transfer = taken(UsbStatus::UNPLUGGED, bytes.size() / 2);
-    } else if (ofExchange.commandStalled) {
+    } else if (faults.has(FaultKind::COMMAND_STALLED, exchange)) {
         transfer = taken(UsbStatus::STALLED, 0);
-    } else if (ofExchange.commandBroken) {
+    } else if (faults.has(FaultKind::COMMAND_BROKEN, exchange)) {
         transfer = taken(UsbStatus::BROKEN, 0);
-    } else if (ofExchange.commandCut) {
+    } else if (const auto cut = faults.number(FaultKind::COMMAND_CUT, exchange)) {
         // The reader waits for the rest in vain.
         m_answered.reset();
         m_answers.clear();
-        transfer.count = *ofExchange.commandCut;
+        transfer.count = *cut;
     } else {
-        m_answers.put(distorted(answerTo(exchange), ofExchange));
+        m_answers.put(distorted(answerTo(exchange), faults, exchange));
         m_answered = exchange;
     }
-    transfer.delayMs = ofExchange.commandDelayed.value_or(0);
+    transfer.delayMs = faults.number(FaultKind::COMMAND_DELAYED, exchange).value_or(0);
     return transfer;
 }
 
@@ -206,28 +204,30 @@ UsbTransfer VirtualReader::read(std::uint8_t endpoint, int capacity)
 UsbTransfer VirtualReader::readAnswerOf(UsbExchange exchange, int capacity)
 {
     const Faults faults = m_slot.faults();
-    const ExchangeFaults &ofExchange = faults.of(exchange);
-    if (faults.unpluggedBefore == answerNumber(exchange)) {
+    if (faults.number(FaultKind::UNPLUGGED_BEFORE) == answerNumber(exchange)) {
         unplug();
         return ended(UsbStatus::UNPLUGGED);
     }
-    if (ofExchange.answerMissing)
+    if (faults.has(FaultKind::ANSWER_MISSING, exchange))
         return ended(UsbStatus::PENDING);
     m_answered.reset();
     UsbTransfer transfer = m_answers.take(capacity);
-    if (faults.unpluggedDuring == answerNumber(exchange)) {
+    if (faults.number(FaultKind::UNPLUGGED_DURING) == answerNumber(exchange)) {
         unplug();
         transfer = ended(UsbStatus::UNPLUGGED, transfer.data.left(transfer.count / 2));
-    } else if (ofExchange.answerStalled || ofExchange.answerBroken) {
+    } else if (faults.has(FaultKind::ANSWER_STALLED, exchange)) {
         m_answers.clear();
-        transfer = ended(ofExchange.answerStalled ? UsbStatus::STALLED : UsbStatus::BROKEN);
-    } else if (ofExchange.answerTooLong) {
+        transfer = ended(UsbStatus::STALLED);
+    } else if (faults.has(FaultKind::ANSWER_BROKEN, exchange)) {
+        m_answers.clear();
+        transfer = ended(UsbStatus::BROKEN);
+    } else if (faults.has(FaultKind::ANSWER_TOO_LONG, exchange)) {
         m_answers.clear();
         transfer.status = UsbStatus::TOO_LONG;
     }
-    transfer.delayMs = ofExchange.answerDelayed.value_or(0);
+    transfer.delayMs = faults.number(FaultKind::ANSWER_DELAYED, exchange).value_or(0);
     if (exchange == UsbExchange::READ)
-        transfer.delayMs += faults.delayMs.value_or(0);
+        transfer.delayMs += faults.number(FaultKind::DELAY_MS).value_or(0);
     return transfer;
 }
 
@@ -279,14 +279,14 @@ QByteArray VirtualReader::answerRead()
     if (!m_selected)
         return refusal(UsbRefusal::OUT_OF_ORDER);
     const Faults faults = m_slot.faults();
-    if (faults.cardRemoved)
+    if (faults.has(FaultKind::CARD_REMOVED))
         m_slot.removeCard();
     if (!isOnReader(m_selected)) {
         m_found.reset();
         m_selected.reset();
         return refusal(UsbRefusal::NO_CARD);
     }
-    if (m_slot.failsTransiently() || faults.readFails)
+    if (m_slot.failsTransiently() || faults.has(FaultKind::READ_FAILS))
         return refusal(UsbRefusal::CARD_NOT_READ);
     return readAnswer(*m_slot.card(), faults);
 }

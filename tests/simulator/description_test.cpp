@@ -295,8 +295,9 @@ TEST(Description, FaultsOfAReaderOnUsb_AreReadAndCheckedAsAllOthers)
         accepted(withKey("resident", "faults",
                          QJsonArray{QStringLiteral("select-answer-replaced=00ff"),
                                     QStringLiteral("unplugged-before=3")}));
-    EXPECT_EQ(card.faults.of(UsbExchange::SELECT).answerReplaced, QByteArray("\x00\xFF", 2));
-    EXPECT_EQ(card.faults.unpluggedBefore, 3);
+    EXPECT_EQ(card.faults.bytes(FaultKind::ANSWER_REPLACED, UsbExchange::SELECT),
+              QByteArray("\x00\xFF", 2));
+    EXPECT_EQ(card.faults.number(FaultKind::UNPLUGGED_BEFORE), 3);
     EXPECT_EQ(refusalOf("resident", "faults", QJsonArray{QStringLiteral("read-answer-cut=x")}),
               "my.json: \"faults\": fault \"read-answer-cut=x\" is not of the form "
               "read-answer-cut=N: only the first N bytes of the answer come (0 to 4095)");
@@ -336,7 +337,7 @@ TEST(Description, OptionalKeysLeftOut_HaveTheirDefaults)
     EXPECT_EQ(card.photoDelivery, PhotoDelivery::BMP_FILE);
     EXPECT_FALSE(card.photoSeed);
     EXPECT_EQ(card.padding, Padding::ZEROS);
-    EXPECT_FALSE(card.faults.transientFailures);
+    EXPECT_FALSE(card.faults.has(FaultKind::TRANSIENT_FAILURES));
 }
 
 TEST(Description, AllKinds_AreReadWithEveryText)

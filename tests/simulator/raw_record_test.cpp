@@ -215,7 +215,7 @@ TEST(RawRecordAnswer, NumberOfFingerprints_DecidesTheSize)
 TEST(RawRecordAnswer, UnknownKind_HasALetterThatNoDocumentHas)
 {
     Faults faults;
-    faults.unknownKind = 9;
+    faults.add(FaultKind::UNKNOWN_KIND, {}, {9, {}});
     for (const char *name : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
         const QByteArray letter = readAnswer(builtIn(name), faults).mid(16 + 248, 2);
         EXPECT_EQ(letter, QByteArray("?\0", 2)) << name;
@@ -226,7 +226,7 @@ TEST(RawRecordAnswer, PhotoLength_IsOnlyTold)
 {
     for (const int length : {0, 500, 1023, 38862}) {
         Faults faults;
-        faults.photoLength = length;
+        faults.add(FaultKind::PHOTO_LENGTH, {}, {length, {}});
         const QByteArray answer = readAnswer(builtIn("resident"), faults);
         EXPECT_EQ(answer.size(), 2321);
         EXPECT_EQ(twoBytes(answer, 5), 2321 - 7);
@@ -241,6 +241,6 @@ TEST(RawRecordAnswer, UndecodablePhoto_IsOfUsualLengthAndDoesNotDecode)
         return !decompressPhoto(readAnswer(builtIn("resident"), faults).mid(272, 1024)).isEmpty();
     };
     EXPECT_TRUE(decodes());
-    faults.photoUndecodable = 1;
+    faults.add(FaultKind::PHOTO_UNDECODABLE, {}, {});
     EXPECT_FALSE(decodes());
 }

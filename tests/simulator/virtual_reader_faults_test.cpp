@@ -311,8 +311,8 @@ TEST(VirtualReaderFault, FaultOfTheCardsDescription_CountsAsThoseSetBesideItAndG
     reader.selectCard();
     EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
     reader->slot().takeCard();
-    EXPECT_FALSE(reader->slot().faults().transientFailures);
-    EXPECT_EQ(reader->slot().faults().delayMs, 3);
+    EXPECT_FALSE(reader->slot().faults().has(FaultKind::TRANSIENT_FAILURES));
+    EXPECT_EQ(reader->slot().faults().number(FaultKind::DELAY_MS), 3);
 }
 
 TEST(VirtualReaderFault, Environment_CountsWhenItIsFollowed)

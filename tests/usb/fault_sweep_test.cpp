@@ -356,7 +356,7 @@ TEST(FaultSweep, Table_HasEveryFaultOfTheVocabulary)
         swept.insert(row.fault);
     for (const simulator::FaultRule &rule : simulator::faultRules()) {
         const QString name = QLatin1String(rule.name);
-        if (!simulator::isExchangeFault(rule)) {
+        if (!rule.isOfExchange()) {
             EXPECT_EQ(swept.count(name), 1U) << name.toStdString();
             continue;
         }
