@@ -55,76 +55,67 @@ QString dashed(const QString &name)
 /** The option in `arguments` with its dashes, without a value. */
 QString asTyped(const QString &name, const QStringList &arguments)
 {
-    for (const QString &dashes : {QStringLiteral("--"), QStringLiteral("-")}) {
-        QString option = dashes + name;
-        const auto isIt = [&option](const QString &argument) {
-            return argument == option || argument.startsWith(option + QLatin1Char('='));
-        };
-        if (std::any_of(arguments.begin(), arguments.end(), isIt))
-            return option;
+    for (const QString &option : {QStringLiteral("--") + name, QStringLiteral("-") + name}) {
+        for (const QString &argument : arguments) {
+            if (argument.section(QLatin1Char('='), 0, 0) == option)
+                return option;
+        }
     }
     return QLatin1String(name.size() == 1 ? "-" : "--") + name; // one of several letters in a row
 }
 
 } // namespace
 
-Option::Option(const char *name, QString meaning, bool *flag)
-    : m_name(QLatin1String(name)), m_meaning(std::move(meaning)), m_flag(flag)
+Option &Option::value(QString nameOfValue, QString whatIsRight, Check check)
 {
-}
-
-Option &Option::value(const char *valueName, Take take)
-{
-    m_valueName = QLatin1String(valueName);
-    m_take = std::move(take);
+    valueName = std::move(nameOfValue);
+    wanted = std::move(whatIsRight);
+    accepts = std::move(check);
     return *this;
 }
 
-Option &Option::text(const char *valueName, QString *target)
+Option &Option::number(QString nameOfValue, int lowest, int highest)
 {
-    return value(valueName, [target](const QString &typed) {
-        *target = typed;
-        return QString();
-    });
+    return value(std::move(nameOfValue),
+                 QStringLiteral("a whole number from %1 to %2").arg(lowest).arg(highest),
+                 [=](const QString &typed) { return isWholeNumber(typed, lowest, highest); });
 }
 
 Option &Option::repeatable()
 {
-    m_isRepeatable = true;
+    isRepeatable = true;
     return *this;
 }
 
 Option &Option::required()
 {
-    m_isRequired = true;
+    isRequired = true;
     return *this;
 }
 
 Option &Option::needs(const QStringList &names)
 {
-    m_needs = names;
+    needed = names;
     return *this;
 }
 
 Option &Option::excludes(const QStringList &names)
 {
-    m_excludes = names;
+    excluded = names;
     return *this;
 }
 
 QString Option::usage() const
 {
-    return m_valueName.isEmpty() ? dashed(m_name)
-                                 : QStringLiteral("%1 <%2>").arg(dashed(m_name), m_valueName);
+    return valueName.isEmpty() ? dashed(name)
+                               : QStringLiteral("%1 <%2>").arg(dashed(name), valueName);
 }
 
-QString Option::takeNumber(const QString &typed, int lowest, int highest, int *number)
+bool isWholeNumber(const QString &typed, int lowest, int highest)
 {
     bool isNumber = false;
-    *number = typed.toInt(&isNumber);
-    return isNumber && *number >= lowest && *number <= highest
-               ? QString()
-               : QStringLiteral("a whole number from %1 to %2").arg(lowest).arg(highest);
+    const int number = typed.toInt(&isNumber);
+    return isNumber && number >= lowest && number <= highest;
 }
 
 OptionParser::OptionParser(QString call, QString argument, std::vector<Option> options,
@@ -133,10 +124,11 @@ OptionParser::OptionParser(QString call, QString argument, std::vector<Option> o
       m_phrases(std::move(phrases))
 {
     for (const Option &option : m_options) {
-        QStringList names{option.m_name};
-        if (option.m_name == QLatin1String("help"))
+        QStringList names{option.name};
+        m_names << option.name;
+        if (option.name == QLatin1String("help"))
             names.prepend(QStringLiteral("h"));
-        m_parser.addOption(QCommandLineOption(names, option.m_meaning, option.m_valueName));
+        m_parser.addOption(QCommandLineOption(names, option.meaning, option.valueName));
     }
 }
 
@@ -145,22 +137,18 @@ void OptionParser::acceptOneDash()
     m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
 }
 
-OptionParser::Request OptionParser::parse(const QStringList &arguments)
+QString OptionParser::parse(const QStringList &arguments)
 {
     const bool isUnderstood = m_parser.parse(QStringList{m_call} + arguments);
-    m_problem = problemOfUnknown(arguments);
-    if (m_problem.isEmpty() && !isUnderstood)
-        m_problem = m_parser.errorText();
-    if (!m_problem.isEmpty())
-        return Request::REFUSED;
-    if (isSet(QStringLiteral("help")))
-        return Request::HELP;
-    if (isSet(QStringLiteral("version")))
-        return Request::VERSION;
-    m_problem = problemOfArguments();
-    if (m_problem.isEmpty())
-        m_problem = problemOfOptions();
-    return m_problem.isEmpty() ? Request::RUN : Request::REFUSED;
+    QString problem = problemOfUnknown(arguments);
+    if (problem.isEmpty() && !isUnderstood)
+        problem = m_parser.errorText();
+    const bool isToRun = !isSet("help") && !isSet("version");
+    if (problem.isEmpty() && isToRun)
+        problem = problemOfArguments();
+    if (problem.isEmpty() && isToRun)
+        problem = problemOfOptions();
+    return problem.isEmpty() ? QString() : refusal(problem);
 }
 
 QString OptionParser::refusal(const QString &problem) const
@@ -168,10 +156,9 @@ QString OptionParser::refusal(const QString &problem) const
     return problem + QLatin1Char('\n') + m_phrases.seeHelp.arg(m_call + QStringLiteral(" --help"));
 }
 
-bool OptionParser::has(const QString &name) const
+std::optional<int> OptionParser::number(const QString &name) const
 {
-    return std::any_of(m_options.begin(), m_options.end(),
-                       [&name](const Option &option) { return option.m_name == name; });
+    return isSet(name) ? std::make_optional(m_parser.value(name).toInt()) : std::nullopt;
 }
 
 QString OptionParser::usage() const
@@ -180,7 +167,7 @@ QString OptionParser::usage() const
     if (!m_argument.isEmpty())
         words << m_argument;
     for (const Option &option : m_options) {
-        if (!option.m_isRequired)
+        if (!option.isRequired)
             continue;
         const QStringList ways = waysToGive(option);
         const QString usage = ways.join(QStringLiteral(" | "));
@@ -193,8 +180,8 @@ QVector<QStringList> OptionParser::helpRows() const
 {
     QVector<QStringList> rows;
     for (const Option &option : m_options) {
-        const bool isHelp = option.m_name == QLatin1String("help");
-        rows << QStringList{QLatin1String(isHelp ? "-h, " : "") + option.usage(), option.m_meaning};
+        const bool isHelp = option.name == QLatin1String("help");
+        rows << QStringList{QLatin1String(isHelp ? "-h, " : "") + option.usage(), option.meaning};
     }
     return rows;
 }
@@ -209,12 +196,9 @@ QString OptionParser::problemOfUnknown(const QStringList &arguments) const
 {
     if (m_parser.unknownOptionNames().isEmpty())
         return {};
-    QStringList names;
-    for (const Option &option : m_options)
-        names << option.m_name;
     const QString unknown = m_parser.unknownOptionNames().constFirst();
     const QString typed = printable(asTyped(unknown, arguments));
-    const QString meant = nearest(unknown, names);
+    const QString meant = nearest(unknown, m_names);
     return meant.isEmpty() ? m_phrases.noOption.arg(subject(), typed)
                            : m_phrases.noOptionButThis.arg(subject(), typed, dashed(meant));
 }
@@ -236,11 +220,11 @@ QString OptionParser::problemOfArguments() const
 QString OptionParser::problemOfOptions() const
 {
     for (const Option &option : m_options) {
-        if (isSet(option.m_name)) {
+        if (isSet(option.name)) {
             QString problem = problemOf(option);
             if (!problem.isEmpty())
                 return problem;
-        } else if (option.m_isRequired && excluderOf(option) == nullptr) {
+        } else if (option.isRequired && excluderOf(option) == nullptr) {
             return QStringLiteral("%1 needs %2.")
                 .arg(subject(), waysToGive(option).join(QStringLiteral(" or ")));
         }
@@ -250,23 +234,20 @@ QString OptionParser::problemOfOptions() const
 
 QString OptionParser::problemOf(const Option &option) const
 {
-    const QString name = dashed(option.m_name);
-    if (option.m_flag != nullptr)
-        *option.m_flag = true;
-    if (option.m_take && !option.m_isRepeatable && m_parser.values(option.m_name).size() > 1)
+    const QString name = dashed(option.name);
+    if (!option.valueName.isEmpty() && !option.isRepeatable &&
+        m_parser.values(option.name).size() > 1)
         return QStringLiteral("%1 can be given only once.").arg(name);
-    if (!option.m_needs.isEmpty() && std::none_of(option.m_needs.begin(), option.m_needs.end(),
-                                                  [this](const QString &o) { return isSet(o); })) {
+    if (!option.needed.isEmpty() && std::none_of(option.needed.begin(), option.needed.end(),
+                                                 [this](const QString &o) { return isSet(o); })) {
         return QStringLiteral("%1 only has a meaning together with --%2.")
-            .arg(name, option.m_needs.join(QStringLiteral(" or --")));
+            .arg(name, option.needed.join(QStringLiteral(" or --")));
     }
     if (const Option *const excluder = excluderOf(option)) {
         return QStringLiteral("%1 has no meaning together with %2.")
-            .arg(name, dashed(excluder->m_name));
+            .arg(name, dashed(excluder->name));
     }
-    if (!option.m_take)
-        return {};
-    for (const QString &value : m_parser.values(option.m_name)) {
+    for (const QString &value : m_parser.values(option.name)) {
         QString problem = problemOfValue(option, value);
         if (!problem.isEmpty())
             return problem;
@@ -276,17 +257,18 @@ QString OptionParser::problemOf(const Option &option) const
 
 QString OptionParser::problemOfValue(const Option &option, const QString &value) const
 {
-    const QString name = dashed(option.m_name);
+    const QString name = dashed(option.name);
     if (value.trimmed().isEmpty() && !m_phrases.noValue.isEmpty())
         return m_phrases.noValue.arg(name, option.usage());
-    const QString wanted = option.m_take(value);
-    return wanted.isEmpty() ? QString() : m_phrases.wrongValue.arg(name, wanted, printable(value));
+    return !option.accepts || option.accepts(value)
+               ? QString()
+               : m_phrases.wrongValue.arg(name, option.wanted, printable(value));
 }
 
 const Option *OptionParser::excluderOf(const Option &option) const
 {
     const auto found = std::find_if(m_options.begin(), m_options.end(), [&](const Option &other) {
-        return isSet(other.m_name) && other.m_excludes.contains(option.m_name);
+        return isSet(other.name) && other.excluded.contains(option.name);
     });
     return found == m_options.end() ? nullptr : &*found;
 }
@@ -296,7 +278,7 @@ QStringList OptionParser::waysToGive(const Option &option) const
 {
     QStringList ways{option.usage()};
     for (const Option &other : m_options) {
-        if (other.m_excludes.contains(option.m_name))
+        if (other.excluded.contains(option.name))
             ways << other.usage();
     }
     return ways;

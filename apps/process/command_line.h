@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <QCommandLineParser>
@@ -23,32 +24,21 @@ struct CommandLine {
     QString problem;                ///< wrong usage: what is wrong and what to do
 };
 
-/** Option("out", "Save the card in this folder.").text("folder", &folder).required() */
-class Option
-{
-public:
-    /** Takes a value over; returns what it should have been, empty when all is well. */
-    using Take = std::function<QString(const QString &value)>;
+/** Option("out", "Save the card in this folder.").value("folder").required() */
+struct Option {
+    using Check = std::function<bool(const QString &value)>;
 
     /** An option without a value. It can be given more than once. */
-    Option(const char *name, QString meaning, bool *flag = nullptr);
-
-    /** Gives it a value; it can then be given only once. */
-    Option &value(const char *valueName, Take take);
-    Option &text(const char *valueName, QString *target);
-    template <typename Number>
-    Option &wholeNumber(const char *valueName, int lowest, int highest, Number *target)
+    Option(QString optionName, QString optionMeaning)
+        : name(std::move(optionName)), meaning(std::move(optionMeaning))
     {
-        return value(valueName, [=](const QString &typed) {
-            int number = 0;
-            QString wanted = takeNumber(typed, lowest, highest, &number);
-            if (wanted.isEmpty())
-                *target = number;
-            return wanted;
-        });
     }
 
-    /** Each value is taken after the one before it. */
+    /** Gives it a value; it can then be given only once. `whatIsRight` says what passes `check`.
+     */
+    Option &value(QString nameOfValue, QString whatIsRight = {}, Check check = nullptr);
+    Option &number(QString nameOfValue, int lowest, int highest);
+
     Option &repeatable();
     Option &required();
     /** One of these options must be given too. */
@@ -59,21 +49,19 @@ public:
     /** How it is written: "--out <folder>". */
     QString usage() const;
 
-private:
-    friend class OptionParser;
-
-    static QString takeNumber(const QString &typed, int lowest, int highest, int *number);
-
-    QString m_name;
-    QString m_meaning;
-    QString m_valueName;
-    Take m_take;
-    bool *m_flag;
-    bool m_isRepeatable = false;
-    bool m_isRequired = false;
-    QStringList m_needs;
-    QStringList m_excludes;
+    QString name;
+    QString meaning;
+    QString valueName; ///< empty: it has no value
+    QString wanted;    ///< the values that are accepted, in words
+    Check accepts;     ///< null: takes every value
+    bool isRepeatable = false;
+    bool isRequired = false;
+    QStringList needed;
+    QStringList excluded;
 };
+
+/** Whether `typed` is a number in this range. */
+bool isWholeNumber(const QString &typed, int lowest, int highest);
 
 /** What is said of a wrong command line, for a program to say it in its own way. */
 struct Phrases {
@@ -88,8 +76,6 @@ struct Phrases {
 class OptionParser
 {
 public:
-    enum class Request { RUN, HELP, VERSION, REFUSED };
-
     /**
      * `call`: how it is called, "idcard-reader read", whose last word the messages name it by.
      * `argument`: what must follow, or may if it stands in brackets; empty: nothing may. An option
@@ -100,15 +86,26 @@ public:
     /** Lets long options begin with one dash too. */
     void acceptOneDash();
 
-    /** Reads the arguments after the call. Needs a QCoreApplication. */
-    Request parse(const QStringList &arguments);
+    /**
+     * Reads the arguments after the call. Returns what is wrong with them and where the help is, or
+     * an empty text; where "help" or "version" is set, only that is sure. Needs a QCoreApplication.
+     */
+    QString parse(const QStringList &arguments);
 
-    /** What was wrong; the line about the help included. */
-    QString problem() const { return refusal(m_problem); }
     QString refusal(const QString &problem) const;
-    bool has(const QString &name) const;
-    bool isSet(const QString &name) const { return m_parser.isSet(name); }
+    bool has(const QString &name) const { return m_names.contains(name); }
+    bool isSet(const QString &name) const { return has(name) && m_parser.isSet(name); }
+    /** The last one; empty when the option is not given or not known. */
+    QString value(const QString &name) const
+    {
+        return isSet(name) ? m_parser.value(name) : QString();
+    }
+    std::optional<int> number(const QString &name) const;
     QString argument() const { return m_parser.positionalArguments().value(0); }
+    QStringList values(const QString &name) const
+    {
+        return isSet(name) ? m_parser.values(name) : QStringList();
+    }
 
     /** "idcard-reader read [options]". */
     QString usage() const;
@@ -130,9 +127,9 @@ private:
     QString m_call;
     QString m_argument;
     std::vector<Option> m_options;
+    QStringList m_names; ///< of the options
     Phrases m_phrases;
     QCommandLineParser m_parser;
-    QString m_problem;
 };
 
 } // namespace app

@@ -21,39 +21,29 @@ QString exitStatusSection()
 
 QString faultSection()
 {
+    return helpSection("Faults of the simulator",
+                       simulator::faultHelpRows(simulator::Road::MAKERS_LIBRARY));
+}
+
+QStringList platformVariable()
+{
+    return {"QT_QPA_PLATFORM", "Qt's platform; \"offscreen\" is chosen when there is no display."};
+}
+
+QStringList simulatorVariable()
+{
+    return {"IDCARD_SIMULATOR_LIBRARY",
+            "The simulator's library file, when it is not found by itself."};
+}
+
+QString environmentSection(const CommandRow &command)
+{
     QVector<QStringList> rows;
-    constexpr simulator::Road ROAD = simulator::Road::MAKERS_LIBRARY;
-    for (const simulator::FaultRule &rule : simulator::faultRules(ROAD))
-        rows << QStringList{simulator::faultUsage(rule), QString::fromUtf8(rule.meaning(ROAD))};
-    return helpSection("Faults of the simulator", rows);
-}
-
-const QStringList &simulatorVariable()
-{
-    static const QStringList row{
-        QStringLiteral("IDCARD_SIMULATOR_LIBRARY"),
-        QStringLiteral("The simulator's library file, when it is not found by itself.")};
-    return row;
-}
-
-const QStringList &platformVariable()
-{
-    static const QStringList row{
-        QStringLiteral("QT_QPA_PLATFORM"),
-        QStringLiteral("Qt's platform; \"offscreen\" is chosen when there is no display.")};
-    return row;
-}
-
-QString environmentSection(Command command)
-{
-    if (command == Command::CARDS)
-        return {};
-    QVector<QStringList> rows;
-    if (command != Command::DOCTOR)
+    if (command.application != Application::CORE)
+        rows << platformVariable();
+    if (command.hasSimulator)
         rows << simulatorVariable();
-    if (paintsCards(command) || command == Command::DOCTOR)
-        rows.prepend(platformVariable());
-    return helpSection("Environment", rows);
+    return rows.isEmpty() ? QString() : helpSection("Environment", rows);
 }
 
 } // namespace
@@ -85,7 +75,7 @@ QString commandHelp(const CommandRow &command, const OptionParser &parser)
            helpSection("Options", parser.helpRows()) +
            (parser.has(QStringLiteral("fault")) ? faultSection() : QString()) +
            QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples) +
-           exitStatusSection() + environmentSection(command.command);
+           exitStatusSection() + environmentSection(command);
 }
 
 } // namespace app

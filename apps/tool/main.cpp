@@ -38,32 +38,14 @@ ExitStatus run(const Options &options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
-    if (options.command == Command::DOCTOR)
-        return runDoctor(options, output);
     std::unique_ptr<QCoreApplication> application;
-    if (paintsCards(options.command)) {
+    if (options.command->application == Application::GUI) {
         choosePlatform(options);
         application = std::make_unique<QGuiApplication>(qtArgumentCount, qtArguments.data());
-    } else {
+    } else if (options.command->application == Application::CORE) {
         application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
     }
-    switch (options.command) {
-    case Command::READ:
-        return runRead(options, output);
-    case Command::WATCH:
-        return runWatch(options, output);
-    case Command::USB:
-        return runUsb(options, output);
-    case Command::DECODE:
-        return runDecode(options, output);
-    case Command::RENDER:
-        return runRender(options, output);
-    case Command::CARDS:
-        return runCards(options, output);
-    case Command::DOCTOR:
-        break;
-    }
-    return ExitStatus::PROGRAM_FAILED;
+    return options.command->run(options, output);
 }
 
 CommandLine<Options> commandLineOf(const QStringList &arguments)

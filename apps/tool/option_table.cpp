@@ -6,205 +6,63 @@ namespace app
 namespace
 {
 
+constexpr bool SIMULATES = true;
+constexpr bool NEVER_SIMULATES = false;
+constexpr const char *NO_ARGUMENT = nullptr;
 constexpr int DAY_IN_SECONDS = 86400;
 constexpr int SHORTEST_INTERVAL_MS = 10;
 constexpr int LONGEST_INTERVAL_MS = 60000;
 constexpr int HIGHEST_COUNT = 1000000000;
 
-Option jsonOption(Options *options)
+Option deviceOption(const char *meaning)
 {
-    return {"json", "Print JSON for programs, not a table.", &options->json};
+    return Option("device", meaning)
+        .value("VID:PID",
+               "a vendor and a product id of four hexadecimal digits each, such as 1209:0001",
+               [](const QString &value) { return parseUsbIds(value).has_value(); });
 }
 
-Option deviceOption(const char *meaning, Options *options)
+bool isRoad(const QString &value)
 {
-    return Option("device", meaning).value("VID:PID", [options](const QString &value) {
-        const auto device = parseUsbIds(value);
-        options->device = device.value_or(UsbIds());
-        options->isDeviceNamed = true;
-        return device ? QString()
-                      : QStringLiteral("a vendor and a product id of four hexadecimal digits each, "
-                                       "such as 1209:0001");
-    });
-}
-
-Option roadOption(QString *road)
-{
-    return Option("road",
-                  "Look only at what one way of reading needs: library, the reader maker's library "
-                  "(\"idcard-reader read\", readIDCard), or usb, the reader on the USB bus "
-                  "(\"idcard-reader usb\", CUsbIdReader).")
-        .value("road", [road](const QString &value) {
-            *road = value;
-            const bool isRoad = value == QLatin1String("library") || value == QLatin1String("usb");
-            return isRoad ? QString() : QStringLiteral("library or usb");
-        });
-}
-
-Option outOption(const char *meaning, Options *options)
-{
-    return Option("out", meaning).text("folder", &options->outFolder);
-}
-
-Option forceOption(const char *meaning, Options *options)
-{
-    return {"force", meaning, &options->force};
-}
-
-Option waitOption(Options *options)
-{
-    return Option("wait", "If no card lies on the reader, wait up to this long for one.")
-        .wholeNumber("seconds", 1, DAY_IN_SECONDS, &options->waitSeconds);
-}
-
-Option simulateOption(const char *meaning, Options *options)
-{
-    return Option("simulate", meaning).value("card", [options](const QString &value) {
-        options->simulate << value;
-        return QString();
-    });
-}
-
-Option faultOption(Options *options)
-{
-    return Option("fault", "Let the simulator fail, with one of the faults below or several "
-                           "separated by commas.")
-        .text("faults", &options->faults)
-        .needs({"simulate"});
-}
-
-Option simulatorPhotosOption(Options *options)
-{
-    return {"simulator-photos",
-            "Decode the photo with the simulator's decoder, not with the maker's: simulated "
-            "readers and their records have photos in a code of the simulator's own.",
-            &options->simulatorPhotos};
-}
-
-constexpr const char *FORCE_OF_CARD =
-    "Replace the card that the folder of --out holds. Without it nothing is overwritten.";
-constexpr const char *OUT_OF_CARD =
-    "Save the card in this folder, which is made if need be: card.json, photo.bmp and, when the "
-    "card has fingerprints, fingerprints.dat. Only their owner can read the files. Pictures of the "
-    "card's sides are painted by \"idcard-reader read\" alone.";
-
-std::vector<Option> readOptions(Options *options)
-{
-    return {
-        jsonOption(options),
-        outOption("Save the card in this folder, which is made if need be: card.json, photo.bmp, "
-                  "the pictures of the card's sides front.jpg and back.jpg and, when the card has "
-                  "fingerprints, fingerprints.dat. Only their owner can read the files. A permit "
-                  "for Hong Kong, Macao and Taiwan residents whose number begins with none of 81, "
-                  "82, 83 has no back.jpg.",
-                  options),
-        forceOption(FORCE_OF_CARD, options).needs({"out"}),
-        waitOption(options),
-        simulateOption("Read this card on the simulator, without a reader: a name from "
-                       "\"idcard-reader cards\" or a file that describes a card.",
-                       options),
-        faultOption(options),
-    };
-}
-
-std::vector<Option> watchOptions(Options *options)
-{
-    return {
-        outOption("Save every card in a folder of its own in this folder: 0001, 0002, ... after "
-                  "the highest number that is there. The files are those of \"idcard-reader read "
-                  "--out\". Only their owner can read them.",
-                  options),
-        Option("count", "End after so many cards.")
-            .wholeNumber("number", 1, HIGHEST_COUNT, &options->count),
-        Option("interval", "Pause between two looks at the reader; 500 if not given.")
-            .wholeNumber("milliseconds", SHORTEST_INTERVAL_MS, LONGEST_INTERVAL_MS,
-                         &options->intervalMs),
-        simulateOption("Put this card on the simulator, without a reader: a name from "
-                       "\"idcard-reader cards\" or a file that describes a card. Given several "
-                       "times, the cards come one after the other, and the program ends after the "
-                       "last.",
-                       options)
-            .repeatable(),
-        faultOption(options),
-    };
-}
-
-std::vector<Option> usbOptions(Options *options)
-{
-    return {
-        deviceOption("The reader, by its vendor and product id: four hexadecimal digits each, such "
-                     "as 1209:0001. \"idcard-reader usb --list\" shows the ids of what is plugged "
-                     "in.",
-                     options)
-            .required(),
-        Option("list",
-               "Read no card; list the USB devices but hubs: ids, device node, whether this user "
-               "may open it, whether it has the pipes of a reader, and what it says it is.",
-               &options->list)
-            .excludes({"device", "out", "force", "wait", "raw", "simulator-photos"}),
-        jsonOption(options),
-        outOption(OUT_OF_CARD, options),
-        Option("raw", "Keep the raw record in this file as the reader sent it, also when it cannot "
-                      "be decoded; \"idcard-reader decode\" reads it. Only its owner can read the "
-                      "file.")
-            .text("file", &options->rawFile),
-        forceOption("Replace the card that the folder of --out holds, and the file of --raw. "
-                    "Without it nothing is overwritten.",
-                    options)
-            .needs({"out", "raw"}),
-        waitOption(options),
-        simulatorPhotosOption(options),
-    };
-}
-
-std::vector<Option> decodeOptions(Options *options)
-{
-    return {
-        jsonOption(options),
-        outOption(OUT_OF_CARD, options),
-        forceOption(FORCE_OF_CARD, options).needs({"out"}),
-        simulatorPhotosOption(options),
-    };
-}
-
-std::vector<Option> renderOptions(Options *options)
-{
-    return {
-        jsonOption(options),
-        outOption("Write the pictures front.jpg and back.jpg to this folder, which is made if need "
-                  "be. Only their owner can read the files. A permit for Hong Kong, Macao and "
-                  "Taiwan residents whose number begins with none of 81, 82, 83 has no back.jpg.",
-                  options)
-            .required(),
-        forceOption("Replace the pictures that the folder of --out holds. Without it nothing is "
-                    "overwritten.",
-                    options),
-    };
-}
-
-std::vector<Option> doctorOptions(Options *options)
-{
-    return {
-        deviceOption("Look at this reader alone, by its vendor and product id: four hexadecimal "
-                     "digits each, such as 1209:0001. Without it, every device that could be a "
-                     "reader is looked at.",
-                     options),
-        roadOption(&options->road),
-        jsonOption(options),
-    };
-}
-
-std::vector<Option> cardsOptions(Options *options)
-{
-    return {jsonOption(options)};
+    return value == QLatin1String("library") || value == QLatin1String("usb");
 }
 
 } // namespace
 
 const std::vector<CommandRow> &commandTable()
 {
+    static const Option json("json", "Print JSON for programs, not a table.");
+    static const Option wait =
+        Option("wait", "If no card lies on the reader, wait up to this long for one.")
+            .number("seconds", 1, DAY_IN_SECONDS);
+    static const Option fault =
+        Option(
+            "fault",
+            "Let the simulator fail, with one of the faults below or several separated by commas.")
+            .value("faults")
+            .needs({"simulate"});
+    static const Option simulatorPhotos(
+        "simulator-photos",
+        "Decode the photo with the simulator's decoder, not with the maker's: simulated readers "
+        "and their records have photos in a code of the simulator's own.");
+    static const Option saveCard =
+        Option("out",
+               "Save the card in this folder, which is made if need be: card.json, photo.bmp and, "
+               "when the card has fingerprints, fingerprints.dat. Only their owner can read the "
+               "files. Pictures of the card's sides are painted by \"idcard-reader read\" alone.")
+            .value("folder");
+    static const Option replaceCard =
+        Option(
+            "force",
+            "Replace the card that the folder of --out holds. Without it nothing is overwritten.")
+            .needs({"out"});
     static const std::vector<CommandRow> rows = {
-        {Command::READ, readOptions, "read", nullptr, "read the card that lies on the reader",
+        {"read",
+         runRead,
+         Application::GUI,
+         SIMULATES,
+         NO_ARGUMENT,
+         "read the card that lies on the reader",
          "Reads the card that lies on the reader once and prints what it holds.",
          "  idcard-reader read\n"
          "      read a card and show it\n"
@@ -214,8 +72,27 @@ const std::vector<CommandRow> &commandTable()
          "      save the card, its photo and its pictures in the folder\n"
          "      \"visitor\" as well\n"
          "  idcard-reader read --simulate resident\n"
-         "      try it without a reader (see \"idcard-reader cards\")\n"},
-        {Command::WATCH, watchOptions, "watch", nullptr,
+         "      try it without a reader (see \"idcard-reader cards\")\n",
+         {
+             json,
+             Option("out", "Save the card in this folder, which is made if need be: card.json, "
+                           "photo.bmp, the pictures of the card's sides front.jpg and back.jpg "
+                           "and, when the card has fingerprints, fingerprints.dat. Only their "
+                           "owner can read the files. A permit for Hong Kong, Macao and Taiwan "
+                           "residents whose number begins with none of 81, 82, 83 has no back.jpg.")
+                 .value("folder"),
+             replaceCard,
+             wait,
+             Option("simulate", "Read this card on the simulator, without a reader: a name from "
+                                "\"idcard-reader cards\" or a file that describes a card.")
+                 .value("card"),
+             fault,
+         }},
+        {"watch",
+         runWatch,
+         Application::GUI,
+         SIMULATES,
+         NO_ARGUMENT,
          "read card after card, one line of JSON each",
          "Waits for cards and prints every card once, as one line of JSON, until it is ended with "
          "Ctrl-C. A card is new when the reader was empty before it or when it holds something "
@@ -224,8 +101,28 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader watch --out visitors\n"
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
-         "      wait for one card, however long it takes\n"},
-        {Command::USB, usbOptions, "usb", nullptr,
+         "      wait for one card, however long it takes\n",
+         {
+             Option("out", "Save every card in a folder of its own in this folder: 0001, 0002, ... "
+                           "after the highest number that is there. The files are those of "
+                           "\"idcard-reader read --out\". Only their owner can read them.")
+                 .value("folder"),
+             Option("count", "End after so many cards.").number("number", 1, HIGHEST_COUNT),
+             Option("interval", "Pause between two looks at the reader; 500 if not given.")
+                 .number("milliseconds", SHORTEST_INTERVAL_MS, LONGEST_INTERVAL_MS),
+             Option("simulate",
+                    "Put this card on the simulator, without a reader: a name from \"idcard-reader "
+                    "cards\" or a file that describes a card. Given several times, the cards come "
+                    "one after the other, and the program ends after the last.")
+                 .value("card")
+                 .repeatable(),
+             fault,
+         }},
+        {"usb",
+         runUsb,
+         Application::CORE,
+         SIMULATES,
+         NO_ARGUMENT,
          "read the card over USB, without the maker's library",
          "Reads the card that lies on a reader on the USB bus once and prints what it holds. The "
          "reader maker's library is not needed; the photo needs its photo decoder. A reader that "
@@ -238,8 +135,36 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader usb --device 1209:0001 --wait 30 --json --out visitor\n"
          "      wait half a minute for a card, print JSON, save the card in \"visitor\"\n"
          "  idcard-reader usb --device 1209:0001 --raw visitor.rec\n"
-         "      keep the record for \"idcard-reader decode\" as well\n"},
-        {Command::DECODE, decodeOptions, "decode", "[FILE]", "decode a raw card record",
+         "      keep the record for \"idcard-reader decode\" as well\n",
+         {
+             deviceOption(
+                 "The reader, by its vendor and product id: four hexadecimal digits each, such as "
+                 "1209:0001. \"idcard-reader usb --list\" shows the ids of what is plugged in.")
+                 .required(),
+             Option(
+                 "list",
+                 "Read no card; list the USB devices but hubs: ids, device node, whether this user "
+                 "may open it, whether it has the pipes of a reader, and what it says it is.")
+                 .excludes({"device", "out", "force", "wait", "raw", "simulator-photos"}),
+             json,
+             saveCard,
+             Option(
+                 "raw",
+                 "Keep the raw record in this file as the reader sent it, also when it cannot be "
+                 "decoded; \"idcard-reader decode\" reads it. Only its owner can read the file.")
+                 .value("file"),
+             Option("force", "Replace the card that the folder of --out holds, and the file of "
+                             "--raw. Without it nothing is overwritten.")
+                 .needs({"out", "raw"}),
+             wait,
+             simulatorPhotos,
+         }},
+        {"decode",
+         runDecode,
+         Application::CORE,
+         SIMULATES,
+         "[FILE]",
+         "decode a raw card record",
          "Decodes a raw card record as \"idcard-reader usb --raw\" keeps it, 1297, 1809 or 2321 "
          "bytes, and prints what it holds. Without FILE, or with -, it comes from standard input. "
          "What is no such record is refused with the place where it is none; a wrong checksum, "
@@ -249,22 +174,54 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader decode visitor.rec --json --out visitor\n"
          "      print JSON, save the card in the folder \"visitor\"\n"
          "  idcard-reader decode < visitor.rec\n"
-         "      the same from standard input\n"},
-        {Command::RENDER, renderOptions, "render", "CARD", "paint the pictures of a described card",
+         "      the same from standard input\n",
+         {
+             json,
+             saveCard,
+             replaceCard,
+             simulatorPhotos,
+         }},
+        {"render",
+         runRender,
+         Application::GUI,
+         SIMULATES,
+         "CARD",
+         "paint the pictures of a described card",
          "Paints the pictures of a described card, as a reading of that card would, without a "
          "reader and without a card. CARD is a file that describes a card, or a name from "
-         "\"idcard-reader cards\". The faults of the description do not count, and the portrait "
-         "is painted even when the description says that the photo is compressed.",
+         "\"idcard-reader cards\". The faults of the description do not count, and the portrait is "
+         "painted even when the description says that the photo is compressed.",
          "  idcard-reader render my-card.json --out pictures\n"
          "      write pictures/front.jpg and pictures/back.jpg\n"
          "  idcard-reader render my-card.json --out pictures --force\n"
-         "      paint anew after a change of the description\n"},
-        {Command::CARDS, cardsOptions, "cards", nullptr,
+         "      paint anew after a change of the description\n",
+         {
+             json,
+             Option(
+                 "out",
+                 "Write the pictures front.jpg and back.jpg to this folder, which is made if need "
+                 "be. Only their owner can read the files. A permit for Hong Kong, Macao and "
+                 "Taiwan residents whose number begins with none of 81, 82, 83 has no back.jpg.")
+                 .value("folder")
+                 .required(),
+             Option("force", "Replace the pictures that the folder of --out holds. Without it "
+                             "nothing is overwritten."),
+         }},
+        {"cards",
+         runCards,
+         Application::CORE,
+         NEVER_SIMULATES,
+         NO_ARGUMENT,
          "list the cards that the simulator has built in",
          "Lists the cards that the simulator has built in, for use with --simulate.",
          "  idcard-reader cards\n"
-         "      show the names, kinds and purposes\n"},
-        {Command::DOCTOR, doctorOptions, "doctor", nullptr,
+         "      show the names, kinds and purposes\n",
+         {json}},
+        {"doctor",
+         runDoctor,
+         Application::NONE,
+         NEVER_SIMULATES,
+         NO_ARGUMENT,
          "find out why this machine does not read cards",
          "Looks at everything that reading a card needs on this machine and tells, line by line, "
          "whether it is in order and, if not, what to do: the versions, the locale, the makers' "
@@ -277,26 +234,29 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader doctor --road usb --device 1209:0001\n"
          "      look at what \"idcard-reader usb\" needs for this reader\n"
          "  idcard-reader doctor --json\n"
-         "      tell a program\n"},
+         "      tell a program\n",
+         {
+             deviceOption("Look at this reader alone, by its vendor and product id: four "
+                          "hexadecimal digits each, such as 1209:0001. Without it, every device "
+                          "that could be a reader is looked at."),
+             Option("road", "Look only at what one way of reading needs: library, the reader "
+                            "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
+                            "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader).")
+                 .value("road", "library or usb", isRoad),
+             json,
+         }},
     };
     return rows;
 }
 
-bool paintsCards(Command command)
+std::vector<Option> optionsOf(const CommandRow &command)
 {
-    return command == Command::READ || command == Command::WATCH || command == Command::RENDER;
-}
-
-std::vector<Option> optionsOf(const CommandRow &command, Options *options)
-{
-    std::vector<Option> declared = command.ownOptions(options);
-    declared.emplace_back("verbose",
-                          "Tell on standard error what is done, and show the messages of the "
-                          "libraries there. What the card holds is never among it.",
-                          &options->verbose);
-    declared.emplace_back("help", "Show this help.");
-    declared.emplace_back("version", "Show the version.");
-    return declared;
+    std::vector<Option> options = command.ownOptions;
+    options.emplace_back("verbose", "Tell on standard error what is done, and show the messages of "
+                                    "the libraries there. What the card holds is never among it.");
+    options.emplace_back("help", "Show this help.");
+    options.emplace_back("version", "Show the version.");
+    return options;
 }
 
 } // namespace app

@@ -5,28 +5,35 @@
 #include <vector>
 
 #include "apps/process/command_line.h"
+#include "apps/tool/commands.h"
 #include "apps/tool/options.h"
 
 namespace app
 {
 
+/** The one of Qt's application objects that must be there when a command runs. */
+enum class Application {
+    NONE, ///< nor may there be any: what may end a process is tried in children
+    CORE,
+    GUI, ///< the library paints pictures
+};
+
 struct CommandRow {
-    Command command;
-    std::vector<Option> (*ownOptions)(Options *options); ///< that not every command has
     const char *name;
+    ExitStatus (*run)(const Options &options, Output *output);
+    Application application;
+    bool hasSimulator; ///< may load the simulator's library
     /** What must follow the name, or may if it stands in brackets; null: nothing may. */
     const char *argument;
     const char *summary; ///< one line
     const char *description;
-    const char *examples; ///< lines of "command  what it does"
+    const char *examples;           ///< lines of "command  what it does"
+    std::vector<Option> ownOptions; ///< that not every command has
 };
 
 const std::vector<CommandRow> &commandTable();
 
-/** Whether the command has the library paint pictures, for which it needs Qt's GUI. */
-bool paintsCards(Command command);
-
-/** The options of a command; their values go into `options`. */
-std::vector<Option> optionsOf(const CommandRow &command, Options *options);
+/** All options of a command. */
+std::vector<Option> optionsOf(const CommandRow &command);
 
 } // namespace app

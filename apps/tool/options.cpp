@@ -31,25 +31,42 @@ CommandLine<Options> readWithoutCommand(const QString &first)
                        .arg(first, names.join(QStringLiteral(", "))));
 }
 
-CommandLine<Options> readForCommand(const CommandRow &command, const QStringList &arguments)
+Options optionsIn(const OptionParser &line, const CommandRow &command)
 {
     Options options;
-    options.command = command.command;
+    options.command = &command;
+    options.json = line.isSet("json");
+    options.force = line.isSet("force");
+    options.verbose = line.isSet("verbose");
+    options.list = line.isSet("list");
+    options.simulatorPhotos = line.isSet("simulator-photos");
+    options.device = parseUsbIds(line.value("device")).value_or(UsbIds());
+    options.isDeviceNamed = line.isSet("device");
+    options.road = line.value("road");
+    options.argument = line.argument();
+    options.rawFile = line.value("raw");
+    options.outFolder = line.value("out");
+    options.simulate = line.values("simulate");
+    options.faults = line.value("fault");
+    options.waitSeconds = line.number("wait").value_or(options.waitSeconds);
+    options.intervalMs = line.number("interval").value_or(options.intervalMs);
+    options.count = line.number("count");
+    return options;
+}
+
+CommandLine<Options> readForCommand(const CommandRow &command, const QStringList &arguments)
+{
     OptionParser parser(QStringLiteral("idcard-reader %1").arg(QLatin1String(command.name)),
-                        QLatin1String(command.argument), optionsOf(command, &options));
+                        QLatin1String(command.argument), optionsOf(command));
     parser.acceptOneDash();
-    switch (parser.parse(arguments)) {
-    case OptionParser::Request::RUN:
-        options.argument = parser.argument();
-        return {options, {}, {}};
-    case OptionParser::Request::HELP:
+    const QString problem = parser.parse(arguments);
+    if (!problem.isEmpty())
+        return {{}, {}, problem};
+    if (parser.isSet("help"))
         return {{}, commandHelp(command, parser), {}};
-    case OptionParser::Request::VERSION:
+    if (parser.isSet("version"))
         return {{}, versionText(QStringLiteral("idcard-reader")), {}};
-    case OptionParser::Request::REFUSED:
-        break;
-    }
-    return {{}, {}, parser.problem()};
+    return {optionsIn(parser, command), {}, {}};
 }
 
 } // namespace

@@ -13,10 +13,10 @@
 namespace app
 {
 
-enum class Command { READ, WATCH, USB, DECODE, RENDER, CARDS, DOCTOR };
+struct CommandRow;
 
 struct Options {
-    Command command = Command::READ;
+    const CommandRow *command = nullptr;
     bool json = false;
     bool force = false;
     bool verbose = false;

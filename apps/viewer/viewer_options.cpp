@@ -1,6 +1,5 @@
 #include "apps/viewer/viewer_options.h"
 
-#include <utility>
 #include <vector>
 
 #include <QCoreApplication>
@@ -21,35 +20,27 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
 
-// An option, and the one without which it has no meaning.
-constexpr std::pair<const char *, const char *> NEEDS[] = {
-    {"fault", "simulate"},
-    {"simulator-photos", "usb"},
-};
-
-std::vector<Option> optionsInto(ViewerOptions *options, QString *device)
+std::vector<Option> options()
 {
     // Of several values the last counts.
     return {
-        Option("simulate", Texts::tr("Begin with the simulator and a card on it: the name of a "
-                                     "built-in card, which \"idcard-reader cards\" lists, or the "
-                                     "file of a description."))
-            .text("card", &options->card)
+        Option("simulate",
+               Texts::tr("Begin with the simulator and a card on it: the name of a built-in card, "
+                         "which \"idcard-reader cards\" lists, or the file of a description."))
+            .value("card")
             .repeatable(),
-        Option("fault", Texts::tr("Faults of the simulator, separated by commas, such as "
-                                  "\"read-fails=3\"."))
-            .text("faults", &options->faults)
+        Option("fault",
+               Texts::tr("Faults of the simulator, separated by commas, such as \"read-fails=3\"."))
+            .value("faults")
             .repeatable(),
         Option("usb",
                Texts::tr("Begin with the reader on USB that has these ids, such as 1209:0001."))
-            .text("VID:PID", device)
+            .value("VID:PID")
             .repeatable(),
         Option("simulator-photos",
-               Texts::tr("The reader on USB is a simulated one: decode its photos."),
-               &options->simulatorPhotos),
-        Option("auto", Texts::tr("Read each new card."), &options->isAutomatic),
-        Option("cover", Texts::tr("Begin with name, number and photo covered."),
-               &options->isCovered),
+               Texts::tr("The reader on USB is a simulated one: decode its photos.")),
+        Option("auto", Texts::tr("Read each new card.")),
+        Option("cover", Texts::tr("Begin with name, number and photo covered.")),
         Option("help", Texts::tr("Show this help.")),
         Option("version", Texts::tr("Show the version.")),
     };
@@ -78,22 +69,25 @@ QString problemOfFaults(const QString &faults)
 }
 
 /** What is wrong with the values beside each other, or an empty text. */
-QString problemOf(const OptionParser &parser, const ViewerOptions &options, const QString &device)
+QString problemOf(const OptionParser &line)
 {
-    if (parser.isSet("usb") && !options.device) {
-        return Texts::tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and "
-                         "not \"%1\".")
-            .arg(device);
+    const bool isUsb = line.isSet("usb");
+    const bool isSimulated = line.isSet("simulate");
+    if (isUsb && !parseUsbIds(line.value("usb"))) {
+        return Texts::
+            tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and not \"%1\".")
+                .arg(line.value("usb"));
     }
-    if (options.device && parser.isSet("simulate"))
+    if (isUsb && isSimulated)
         return Texts::tr("--usb and --simulate name two roads; leave one out.");
-    if (parser.isSet("simulate") && options.card.isEmpty())
+    if (isSimulated && line.value("simulate").isEmpty())
         return Texts::tr("--simulate takes the name of a card or of a file.");
-    for (const auto &[option, needed] : NEEDS) {
-        if (parser.isSet(option) && !parser.isSet(needed))
-            return Texts::tr("--%1 needs --%2.").arg(QLatin1String(option), QLatin1String(needed));
-    }
-    return parser.isSet("fault") ? problemOfFaults(options.faults) : QString();
+    const QString needs = Texts::tr("--%1 needs --%2.");
+    if (line.isSet("fault") && !isSimulated)
+        return needs.arg("fault", "simulate");
+    if (line.isSet("simulator-photos") && !isUsb)
+        return needs.arg("simulator-photos", "usb");
+    return line.isSet("fault") ? problemOfFaults(line.value("fault")) : QString();
 }
 
 } // namespace
@@ -101,27 +95,26 @@ QString problemOf(const OptionParser &parser, const ViewerOptions &options, cons
 app::CommandLine<ViewerOptions> parseCommandLine(const QString &program,
                                                  const QStringList &arguments)
 {
-    ViewerOptions options;
-    QString device;
-    OptionParser parser(program, {}, optionsInto(&options, &device), phrases());
-    switch (parser.parse(arguments)) {
-    case OptionParser::Request::HELP:
-        return {{},
-                parser.helpText(Texts::tr("Reads Chinese identity documents with a desktop card "
-                                          "reader and shows them in a window.")),
-                {}};
-    case OptionParser::Request::VERSION:
-        return {{}, app::versionText(program), {}};
-    case OptionParser::Request::REFUSED:
-        return {{}, {}, parser.problem()};
-    case OptionParser::Request::RUN:
-        break;
-    }
-    options.device = parseUsbIds(device);
-    const QString problem = problemOf(parser, options, device);
+    OptionParser line(program, {}, options(), phrases());
+    QString problem = line.parse(arguments);
     if (!problem.isEmpty())
-        return {{}, {}, parser.refusal(problem)};
-    return {options, {}, {}};
+        return {{}, {}, problem};
+    if (line.isSet("help")) {
+        return {{},
+                line.helpText(Texts::tr("Reads Chinese identity documents with a desktop card "
+                                        "reader and shows them in a window.")),
+                {}};
+    }
+    if (line.isSet("version"))
+        return {{}, app::versionText(program), {}};
+    problem = problemOf(line);
+    if (!problem.isEmpty())
+        return {{}, {}, line.refusal(problem)};
+    return {ViewerOptions{line.value("simulate"), line.value("fault"),
+                          parseUsbIds(line.value("usb")), line.isSet("simulator-photos"),
+                          line.isSet("auto"), line.isSet("cover")},
+            {},
+            {}};
 }
 
 } // namespace viewer
