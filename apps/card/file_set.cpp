@@ -34,173 +34,141 @@ bool isThere(const QFileInfo &info)
     return info.exists() || info.isSymLink();
 }
 
-/** Removes the folders it has made unless they are kept. */
-class NewFolders
+/** As makePrivateFolder(); `made` are the folders that were not there, outermost first. */
+QString makeFolders(const QString &folder, QStringList *made)
 {
-public:
-    NewFolders() = default;
-    NewFolders(const NewFolders &) = delete;
-    NewFolders(NewFolders &&) = delete;
-    NewFolders &operator=(const NewFolders &) = delete;
-    NewFolders &operator=(NewFolders &&) = delete;
-    ~NewFolders()
-    {
-        for (auto it = m_made.rbegin(); it != m_made.rend(); ++it)
-            ::rmdir(it->constData());
-    }
-
-    QString make(const QString &folder)
-    {
-        const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
-        QStringList missing;
-        QString above = path;
-        while (!isThere(QFileInfo(above))) {
-            missing.prepend(above);
-            above = QFileInfo(above).path();
-        }
-        for (const QString &part : missing) {
-            const QByteArray name = QFile::encodeName(part);
-            if (::mkdir(name.constData(), PRIVATE_FOLDER_MODE) != 0)
-                return problem(part, systemError(errno));
-            m_made.push_back(name);
-        }
-        if (!QFileInfo(path).isDir())
-            return problem(path, QStringLiteral("there is something else of that name"));
-        return {};
-    }
-
-    void keep() { m_made.clear(); }
-
-private:
-    static QString problem(const QString &folder, const QString &reason)
-    {
+    const auto problem = [](const QString &path, const QString &reason) {
         return QStringLiteral("The folder %1 could not be made: %2. Choose another folder.")
-            .arg(QDir::toNativeSeparators(folder), reason);
+            .arg(QDir::toNativeSeparators(path), reason);
+    };
+    const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    QStringList missing;
+    for (QString above = path; !isThere(QFileInfo(above)); above = QFileInfo(above).path())
+        missing.prepend(above);
+    for (const QString &part : missing) {
+        if (::mkdir(QFile::encodeName(part).constData(), PRIVATE_FOLDER_MODE) != 0)
+            return problem(part, systemError(errno));
+        made->append(part);
     }
+    if (!QFileInfo(path).isDir())
+        return problem(path, QStringLiteral("there is something else of that name"));
+    return {};
+}
 
-    std::vector<QByteArray> m_made;
-};
+void removeFolders(const QStringList &made)
+{
+    std::for_each(made.rbegin(), made.rend(),
+                  [](const QString &folder) { ::rmdir(QFile::encodeName(folder).constData()); });
+}
 
 /**
  * One file on its way: first written whole under a passing name, then put in its place, where what
  * stood there is kept under another passing name until all files are in their places.
  */
-class FileChange
-{
-public:
-    FileChange(const QString &folder, const NamedContent &file)
-        : m_path(QDir(folder).filePath(file.name)), m_content(file.content),
-          m_passing(QDir(folder).filePath(QStringLiteral(".%1.XXXXXX").arg(file.name)))
-    {
-    }
-    FileChange(const FileChange &) = delete;
-    FileChange(FileChange &&) = delete;
-    FileChange &operator=(const FileChange &) = delete;
-    FileChange &operator=(FileChange &&) = delete;
-    ~FileChange()
-    {
-        m_passing.close(); // a file that cannot be flushed is not removed at once
-        if (m_isOpened && !m_isInPlace && !m_passing.remove())
-            tellLeftOver(m_passing.fileName(), m_passing.errorString());
-    }
-
-    QString prepare()
-    {
-        m_isOpened = m_passing.open();
-        if (!m_isOpened)
-            return problem(m_passing.errorString());
-        if (m_content.isNull())
-            return {};
-        if (m_passing.write(m_content) != m_content.size() || !m_passing.flush())
-            return problem(m_passing.errorString());
-        if (::fsync(m_passing.handle()) != 0 && errno != EINVAL)
-            return problem(systemError(errno));
-        return {};
-    }
-
-    QString putInPlace(ExistingFiles existing)
-    {
-        if (existing == ExistingFiles::REPLACE && isThere(QFileInfo(m_path))) {
-            const QString name = m_passing.fileName();
-            if (name.isEmpty())
-                return problem(systemError(errno));
-            const QString aside = name + QStringLiteral(".old");
-            if (::rename(QFile::encodeName(m_path).constData(),
-                         QFile::encodeName(aside).constData()) != 0)
-                return problem(systemError(errno));
-            m_oldFile = aside;
-        }
-        if (m_content.isNull())
-            return {};
-        // Replaces nothing, not even a file that has appeared just now. QFile::rename would copy
-        // what cannot be renamed, and not see that a full disk has cut the copy off.
-        if (!m_passing.rename(m_path))
-            return problem(m_passing.errorString());
-        m_passing.setAutoRemove(false);
-        m_isInPlace = true;
-        return {};
-    }
-
-    void undo()
-    {
-        QFile placed(m_path);
-        if (m_oldFile.isEmpty() && m_isInPlace && !placed.remove())
-            tellLeftOver(m_path, placed.errorString());
-        if (!m_oldFile.isEmpty() && ::rename(QFile::encodeName(m_oldFile).constData(),
-                                             QFile::encodeName(m_path).constData()) != 0)
-            qCritical("%s", qUtf8Printable(QStringLiteral("The earlier file %1 is now %2: %3. "
-                                                          "Rename it.")
-                                               .arg(QDir::toNativeSeparators(m_path),
-                                                    QDir::toNativeSeparators(m_oldFile),
-                                                    systemError(errno))));
-    }
-
-    void finish()
-    {
-        QFile old(m_oldFile);
-        if (!m_oldFile.isEmpty() && !old.remove())
-            tellLeftOver(m_oldFile, old.errorString());
-    }
-
-private:
-    /** What somebody's card holds must not lie around. */
-    static void tellLeftOver(const QString &path, const QString &reason)
-    {
-        qCritical("%s", qUtf8Printable(QStringLiteral("The file %1 could not be removed: %2. "
-                                                      "Remove it.")
-                                           .arg(QDir::toNativeSeparators(path), reason)));
-    }
-
-    QString problem(const QString &reason) const
-    {
-        return QStringLiteral("The file %1 could not be written: %2. Free space, see who may "
-                              "write there, or choose another folder.")
-            .arg(QDir::toNativeSeparators(m_path), reason);
-    }
-
-    QString m_path;
-    QByteArray m_content;
-    QTemporaryFile m_passing;
-    QString m_oldFile;
-    bool m_isOpened = false;
-    bool m_isInPlace = false;
+struct FileChange {
+    QString path;
+    std::unique_ptr<QTemporaryFile> passing;
+    QString oldFile; ///< passing name of what stood in its place; empty: nothing did
+    bool isOpened = false;
+    bool isInPlace = false;
 };
 
-using FileChanges = std::vector<std::unique_ptr<FileChange>>;
-
-QString putAllInPlace(const FileChanges &changes, ExistingFiles existing)
+QString notWritten(const FileChange &change, const QString &reason)
 {
-    for (const auto &change : changes) {
-        QString problem = change->putInPlace(existing);
-        if (!problem.isEmpty()) {
-            std::for_each(changes.rbegin(), changes.rend(),
-                          [](const auto &undone) { undone->undo(); });
-            return problem;
-        }
-    }
-    for (const auto &change : changes)
-        change->finish();
+    return QStringLiteral("The file %1 could not be written: %2. Free space, see who may write "
+                          "there, or choose another folder.")
+        .arg(QDir::toNativeSeparators(change.path), reason);
+}
+
+/** What somebody's card holds must not lie around. */
+void removeOrTell(QFile &file)
+{
+    if (!file.remove())
+        qCritical("%s",
+                  qUtf8Printable(
+                      QStringLiteral("The file %1 could not be removed: %2. Remove it.")
+                          .arg(QDir::toNativeSeparators(file.fileName()), file.errorString())));
+}
+
+bool renameFile(const QString &from, const QString &to)
+{
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/** Writes the content under the passing name. */
+QString prepare(FileChange &change, const QByteArray &content)
+{
+    QTemporaryFile &passing = *change.passing;
+    change.isOpened = passing.open();
+    if (!change.isOpened)
+        return notWritten(change, passing.errorString());
+    if (content.isNull())
+        return {};
+    if (passing.write(content) != content.size() || !passing.flush())
+        return notWritten(change, passing.errorString());
+    if (::fsync(passing.handle()) != 0 && errno != EINVAL)
+        return notWritten(change, systemError(errno));
     return {};
+}
+
+QString putInPlace(FileChange &change, const QByteArray &content, ExistingFiles existing)
+{
+    if (existing == ExistingFiles::REPLACE && isThere(QFileInfo(change.path))) {
+        const QString name = change.passing->fileName();
+        const QString aside = name + QStringLiteral(".old");
+        if (name.isEmpty() || !renameFile(change.path, aside))
+            return notWritten(change, systemError(errno));
+        change.oldFile = aside;
+    }
+    if (content.isNull())
+        return {};
+    // Replaces nothing, not even a file that has appeared just now. QFile::rename would copy
+    // what cannot be renamed, and not see that a full disk has cut the copy off.
+    if (!change.passing->rename(change.path))
+        return notWritten(change, change.passing->errorString());
+    change.passing->setAutoRemove(false);
+    change.isInPlace = true;
+    return {};
+}
+
+void undo(const FileChange &change)
+{
+    QFile placed(change.path);
+    if (change.oldFile.isEmpty() && change.isInPlace)
+        removeOrTell(placed);
+    if (!change.oldFile.isEmpty() && !renameFile(change.oldFile, change.path))
+        qCritical(
+            "%s",
+            qUtf8Printable(QStringLiteral("The earlier file %1 is now %2: %3. Rename it.")
+                               .arg(QDir::toNativeSeparators(change.path),
+                                    QDir::toNativeSeparators(change.oldFile), systemError(errno))));
+}
+
+/** All files in their places, or none. */
+QString changeFiles(const QString &folder, const QVector<NamedContent> &files,
+                    ExistingFiles existing)
+{
+    std::vector<FileChange> changes;
+    QString problem;
+    for (auto file = files.begin(); file != files.end() && problem.isEmpty(); ++file) {
+        const QString passing = QDir(folder).filePath(QStringLiteral(".%1.XXXXXX").arg(file->name));
+        changes.push_back(
+            {QDir(folder).filePath(file->name), std::make_unique<QTemporaryFile>(passing), {}});
+        problem = prepare(changes.back(), file->content);
+    }
+    for (std::size_t i = 0; i < changes.size() && problem.isEmpty(); ++i)
+        problem = putInPlace(changes[i], files[static_cast<int>(i)].content, existing);
+    if (!problem.isEmpty())
+        std::for_each(changes.rbegin(), changes.rend(), undo);
+    for (const FileChange &change : changes) {
+        change.passing->close(); // a file that cannot be flushed is not removed at once
+        if (change.isOpened && !change.isInPlace)
+            removeOrTell(*change.passing);
+        QFile old(change.oldFile);
+        if (problem.isEmpty() && !change.oldFile.isEmpty())
+            removeOrTell(old);
+    }
+    return problem;
 }
 
 } // namespace
@@ -242,30 +210,21 @@ QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
     if (!obstacle.isEmpty())
         return obstacle;
 
-    NewFolders newFolders;
-    QString problem = newFolders.make(folder);
-    if (!problem.isEmpty())
-        return problem;
-
-    FileChanges changes; // after `newFolders`: the passing files go before their folder
-    for (const NamedContent &file : files) {
-        changes.push_back(std::make_unique<FileChange>(folder, file));
-        problem = changes.back()->prepare();
-        if (!problem.isEmpty())
-            return problem;
-    }
-    problem = putAllInPlace(changes, existing);
+    QStringList made;
+    QString problem = makeFolders(folder, &made);
     if (problem.isEmpty())
-        newFolders.keep();
+        problem = changeFiles(folder, files, existing);
+    if (!problem.isEmpty())
+        removeFolders(made);
     return problem;
 }
 
 QString makePrivateFolder(const QString &folder)
 {
-    NewFolders newFolders;
-    QString problem = newFolders.make(folder);
-    if (problem.isEmpty())
-        newFolders.keep();
+    QStringList made;
+    QString problem = makeFolders(folder, &made);
+    if (!problem.isEmpty())
+        removeFolders(made);
     return problem;
 }
 
