@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include "tests/support/files.h"
+
 using testing::ElementsAre;
 
 namespace
@@ -15,10 +17,8 @@ namespace
 /** The lines of a file that are neither blank nor comments. */
 QStringList linesOf(const char *path)
 {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path;
     QStringList lines;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split('\n')) {
+    for (const QString &line : QString::fromUtf8(readFile(path)).split('\n')) {
         if (!line.trimmed().isEmpty() && !line.startsWith('#'))
             lines << line;
     }

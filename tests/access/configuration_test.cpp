@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "tests/support/files.h"
 #include "tests/support/process.h"
 
 using testing::HasSubstr;
@@ -52,9 +53,7 @@ protected:
         const QDir packaging(folder.filePath("build/packaging"));
         const QStringList names = packaging.entryList({pattern}, QDir::Files);
         EXPECT_EQ(names.size(), 1);
-        QFile file(packaging.filePath(names.value(0)));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
+        return readFile(packaging.filePath(names.value(0)));
     }
 
     QByteArray rule() { return made("69-idcard-reader.rules"); }

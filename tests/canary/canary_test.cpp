@@ -10,13 +10,13 @@
 #include <QFile>
 
 #include "simulator/card/raw_record.h"
-#include "simulator/reader/virtual_reader.h"
 #include "tests/canary/process_memory.h"
 #include "tests/canary/scenario.h"
+#include "tests/support/files.h"
 #include "tests/support/process.h"
-#include "tests/tool/folder_state.h"
+#include "tests/support/test_name.h"
 #include "tests/tool/tool_runner.h"
-#include "tests/usb/emulated_bus.h"
+#include "tests/usb/reader_on_bus.h"
 
 namespace
 {
@@ -56,6 +56,11 @@ bool holdsInMemory(int process, const char *bytes, int size)
         std::this_thread::sleep_for(PAUSE);
     }
     return false;
+}
+
+std::string nameOfKind(const testing::TestParamInfo<Card> &card)
+{
+    return testName(card.param.kind);
 }
 
 class Canary : public testing::TestWithParam<Card>
@@ -109,7 +114,7 @@ protected:
         const ProcessResult result =
             runProcess(program, arguments, m_surroundings.processInput(environment));
         EXPECT_TRUE(result.finished);
-        EXPECT_EQ(result.exitStatus, exitStatus) << result.standardError.toStdString();
+        EXPECT_EQ(result.exitStatus, exitStatus) << result.error();
         return findings(result);
     }
     Findings tool(const QStringList &arguments, int exitStatus,
@@ -137,45 +142,30 @@ private:
     const Surroundings m_surroundings;
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, Canary, testing::ValuesIn(cards()), [](const auto &card) {
-    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
-});
+INSTANTIATE_TEST_SUITE_P(Kinds, Canary, testing::ValuesIn(cards()), nameOfKind);
 
 /** The same with the card on a reader on USB. */
-class CanaryOnUsb : public Canary
+class CanaryOnUsb : public Canary, public usb_test::ReaderOnBus
 {
 protected:
-    void plugIn(const QString &faults)
-    {
-        QString problem;
-        ASSERT_TRUE(m_reader.slot().putCard(cardFile(), simulator::PutAs::DESCRIBED, &problem))
-            << problem.toStdString();
-        ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
-        m_bus.add(m_reader);
-    }
+    void plugIn(const QString &faults) { ReaderOnBus::plugIn(cardFile(), faults); }
 
     /** What a host or the tool leaves that has the bus. */
-    ProcessResult runOnBus(const QString &program, const QStringList &arguments) const
+    ProcessResult runOnBus(const QString &program, const QStringList &arguments)
     {
-        QMap<QString, QString> environment = m_bus.childEnvironment();
+        QMap<QString, QString> environment = bus().childEnvironment();
         environment["QT_LOGGING_RULES"] = "*.debug=true";
         return runProcess(program, arguments, surroundings().processInput(environment));
     }
-    ProcessResult usb(const QStringList &more) const
+    ProcessResult usb(const QStringList &more)
     {
         return runOnBus(
             "idcard-reader",
             QStringList{"usb", "--device", "1209:0001", "--simulator-photos", "--verbose"} + more);
     }
-
-private:
-    simulator::VirtualReader m_reader;
-    usb_test::EmulatedBus m_bus;
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, CanaryOnUsb, testing::ValuesIn(cards()), [](const auto &card) {
-    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
-});
+INSTANTIATE_TEST_SUITE_P(Kinds, CanaryOnUsb, testing::ValuesIn(cards()), nameOfKind);
 
 } // namespace
 
@@ -347,44 +337,42 @@ TEST_P(CanaryOnUsb, Usb_PrintsTheTextsAndSavesEverythingInItsPlaceAlone)
     if (hasPrints())
         expected["work/raw"].insert("prints");
     const ProcessResult result = usb({"--out", "card", "--raw", "raw"});
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
     EXPECT_EQ(findings(result), expected);
 }
 
 class CanaryUsbFailure : public CanaryOnUsb
 {
 protected:
-    void expectNothingIsTold(const QString &faults)
+    void expectNothing(const char *fault)
     {
-        plugIn(faults);
+        plugIn(fault);
         const ProcessResult result = usb({"--out", "card", "--raw", "raw"});
-        EXPECT_NE(result.exitStatus, 0) << faults.toStdString();
-        EXPECT_THAT(findings(result), IsEmpty()) << faults.toStdString();
+        EXPECT_NE(result.exitStatus, 0) << fault;
+        EXPECT_THAT(findings(result), IsEmpty()) << fault;
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, CanaryUsbFailure, testing::ValuesIn(cards()), [](const auto &card) {
-    return QString::fromLatin1(card.param.kind).replace('-', '_').toStdString();
-});
+INSTANTIATE_TEST_SUITE_P(Kinds, CanaryUsbFailure, testing::ValuesIn(cards()), nameOfKind);
 
 TEST_P(CanaryUsbFailure, AnswerCut_TellsNothing)
 {
-    expectNothingIsTold("read-answer-cut=900");
+    expectNothing("read-answer-cut=900");
 }
 
 TEST_P(CanaryUsbFailure, AnswerCorrupted_TellsNothing)
 {
-    expectNothingIsTold("read-answer-corrupted=5");
+    expectNothing("read-answer-corrupted=5");
 }
 
 TEST_P(CanaryUsbFailure, AnswerTooLong_TellsNothing)
 {
-    expectNothingIsTold("read-answer-too-long");
+    expectNothing("read-answer-too-long");
 }
 
 TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_TellsNothing)
 {
-    expectNothingIsTold("unplugged-during=6");
+    expectNothing("unplugged-during=6");
 }
 
 // The window.

@@ -12,6 +12,7 @@
 
 #include "simulator/card/card_library.h"
 #include "simulator/card/card_media.h"
+#include "tests/support/files.h"
 
 namespace canary
 {
@@ -202,12 +203,10 @@ const std::vector<Card> &cards()
 simulator::CardDescription describedCard(const Card &card)
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath("card.json"));
-    file.open(QIODevice::WriteOnly);
-    file.write(card.description);
-    file.close();
+    const QString file = folder.filePath("card.json");
+    writeFile(file, card.description);
     simulator::DescriptionError error;
-    return simulator::loadCard(file.fileName(), &error).value();
+    return simulator::loadCard(file, &error).value();
 }
 
 std::vector<Mark> marksOf(const Card &card)

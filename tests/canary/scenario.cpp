@@ -4,7 +4,7 @@
 #include <QDirIterator>
 #include <QRegularExpression>
 
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 
 namespace canary
 {

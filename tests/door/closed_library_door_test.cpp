@@ -1,5 +1,6 @@
 // Where the five closed functions are found, and what happens where they are missing.
 
+#include "tests/support/files.h"
 #include "tests/support/process.h"
 
 #include <gmock/gmock.h>
@@ -54,8 +55,8 @@ protected:
             QStringList(here(QStringLiteral("libidcard_reader_lib.so"))) + arguments, input);
         ASSERT_TRUE(result.finished);
         ASSERT_EQ(result.exitStatus, 0) << result.standardError.constData();
-        out = result.standardOutput.toStdString();
-        err = result.standardError.toStdString();
+        out = result.output();
+        err = result.error();
     }
 
     QTemporaryDir folder;
@@ -123,10 +124,7 @@ TEST_F(ClosedLibraryDoor, MakersLibraryBesideAndOnThePath_IsTakenFromBeside)
 
 TEST_F(ClosedLibraryDoor, FileBesideThatIsNoLibrary_GivesWayToTheLoadersPath)
 {
-    QFile file(here(READER_FILE));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("not a library");
-    file.close();
+    writeFile(here(READER_FILE), "not a library");
     setLoaderPath(FIRST);
     probe();
     EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=first\n");
@@ -134,10 +132,7 @@ TEST_F(ClosedLibraryDoor, FileBesideThatIsNoLibrary_GivesWayToTheLoadersPath)
 
 TEST_F(ClosedLibraryDoor, FileThatIsNoLibrary_IsToldWithTheLoadersReason)
 {
-    QFile file(here(READER_FILE));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("not a library");
-    file.close();
+    writeFile(here(READER_FILE), "not a library");
     probe();
     EXPECT_THAT(err, HasSubstr("probe: result=-5"));
     EXPECT_EQ(linesWith(err, here(READER_FILE).toStdString()), 1) << err;

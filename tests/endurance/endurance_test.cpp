@@ -9,9 +9,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "simulator/reader/virtual_reader.h"
 #include "tests/support/process.h"
-#include "tests/usb/emulated_bus.h"
+#include "tests/usb/reader_on_bus.h"
 
 namespace
 {
@@ -41,7 +40,7 @@ QJsonObject figuresOf(const QString &operation, CountPosition position)
     const ProcessResult result =
         runProcess("endurance_worker", {operation, countOf(position)}, input);
     EXPECT_TRUE(result.finished);
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
     // The library's own lines about ports that did not open go before.
     const QByteArray line = result.standardOutput.trimmed().split('\n').last();
     std::printf("%s\n", line.constData());
@@ -65,20 +64,19 @@ void expectNoMoreThanAtTheBeginning(const QJsonObject &figures)
 }
 
 /** What a worker prints; asked for it on the way, unplugs the reader and plugs it in again. */
-QJsonObject usbFigures(usb_test::EmulatedBus *bus, simulator::VirtualReader *reader)
+QJsonObject usbFigures(usb_test::ReaderOnBus &usb)
 {
-    ProcessInput input;
-    input.environment = bus->childEnvironment();
+    ProcessInput input{usb.bus().childEnvironment()};
     input.timeoutMs = LONGEST_MS;
     RunningProcess worker("endurance_worker", {"usb", countOf(USB_READS)}, input);
     QByteArray line = worker.nextLine();
     while (line == "unplug" || line == "plug") {
-        bus->change([&] { line == "plug" ? reader->plugIn() : reader->unplug(); });
+        usb.bus().change([&] { line == "plug" ? usb.reader().plugIn() : usb.reader().unplug(); });
         worker.write("done\n");
         line = worker.nextLine();
     }
     const ProcessResult result = worker.result();
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
     std::printf("%s\n", line.constData());
     return QJsonDocument::fromJson(line).object();
 }
@@ -94,16 +92,12 @@ TEST(Endurance, ReadsOfAllKindsAndFailures_HoldNoMoreThanAtTheBeginning)
 
 TEST(Endurance, UsbReadsWithUnplugging_HoldNoMoreThanAtTheBeginning)
 {
-    usb_test::EmulatedBus bus;
-    simulator::VirtualReader reader;
-    QString problem;
-    ASSERT_TRUE(reader.slot().putCard("resident", simulator::PutAs::DESCRIBED, &problem));
-    bus.add(reader);
-    const QJsonObject figures = usbFigures(&bus, &reader);
+    usb_test::ReaderOnBus usb;
+    usb.plugIn("resident");
+    const QJsonObject figures = usbFigures(usb);
     expectNoMoreThanAtTheBeginning(figures);
     EXPECT_GT(figures["failures"].toDouble(), 0);
-    EXPECT_EQ(bus.leftOvers(), QStringList());
-    EXPECT_EQ(bus.misuses(), QStringList());
+    usb.expectAllGivenBack();
 }
 
 TEST(Endurance, Decodes_HoldNoMoreThanAtTheBeginning)

@@ -11,6 +11,7 @@
 #include <QtGlobal>
 
 #include "tests/faults/failing_memory.h"
+#include "tests/support/forked_work.h"
 
 namespace
 {
@@ -75,41 +76,23 @@ void tellCrash(int number)
     ::_exit(0);
 }
 
-QByteArray readToEnd(int descriptor)
-{
-    QByteArray text;
-    std::array<char, 4096> bytes{};
-    ssize_t size = 0;
-    while ((size = ::read(descriptor, bytes.data(), bytes.size())) > 0)
-        text.append(bytes.data(), static_cast<int>(size));
-    return text;
-}
-
 } // namespace
 
 faults::ChildOutcome faults::runInChild(const std::function<QByteArray()> &work)
 {
-    std::array<int, 2> ends{};
+    const ForkedWork::End end = ForkedWork([&work](int report) {
+                                    reportTo = report;
+                                    workAndEnd(work);
+                                }).wait();
     ChildOutcome outcome;
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+    if (end.status < 0)
         return outcome;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::close(ends[0]);
-        reportTo = ends[1];
-        workAndEnd(work);
-    }
-    ::close(ends[1]);
-    outcome.report = readToEnd(ends[0]);
-    ::close(ends[0]);
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child)
-        return outcome;
-    outcome.ended = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-    const int mark = outcome.report.indexOf("\n!");
+    outcome.ended = WIFEXITED(end.status) && WEXITSTATUS(end.status) == 0;
+    outcome.signal = WIFSIGNALED(end.status) ? WTERMSIG(end.status) : 0;
+    outcome.report = end.report;
+    const int mark = end.report.indexOf("\n!");
     if (mark >= 0) {
-        outcome.place = outcome.report.mid(mark + 2);
+        outcome.place = end.report.mid(mark + 2);
         outcome.report.truncate(mark);
     }
     return outcome;

@@ -13,8 +13,8 @@
 #include "apps/card/file_set.h"
 #include "iddata/iddata.h"
 #include "tests/faults/failing_files.h"
+#include "tests/support/files.h"
 #include "tests/support/message_log.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 
 namespace

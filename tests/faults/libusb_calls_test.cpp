@@ -6,12 +6,11 @@
 #include <gmock/gmock.h>
 #include <libusb.h>
 
-#include "simulator/reader/virtual_reader.h"
 #include "tests/support/build_programs.h"
 #include "tests/support/message_log.h"
-#include "tests/usb/emulated_bus.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/libusb_failures.h"
+#include "tests/usb/reader_on_bus.h"
 #include "tests/usb/usb_test.h"
 
 namespace
@@ -99,11 +98,8 @@ protected:
     LibusbCall()
     {
         EXPECT_TRUE(warmUp());
-        QString problem;
-        EXPECT_TRUE(
-            m_device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::PLAIN, &problem));
-        m_bus = std::make_unique<EmulatedBus>();
-        m_bus->add(m_device);
+        m_usb = std::make_unique<ReaderOnBus>();
+        m_usb->plugIn("resident");
     }
 
     /** Reads with the call failing with `error`; the reader is closed then. */
@@ -137,13 +133,12 @@ protected:
         EXPECT_EQ(counts.exit, counts.initialised);
         EXPECT_EQ(counts.listsFreed, counts.lists);
         EXPECT_EQ(counts.closed, counts.opened);
-        for (const QString &leftOver : m_bus->leftOvers())
+        for (const QString &leftOver : m_usb->bus().leftOvers())
             ADD_FAILURE() << leftOver.toStdString();
     }
 
 private:
-    simulator::VirtualReader m_device;
-    std::unique_ptr<EmulatedBus> m_bus;
+    std::unique_ptr<ReaderOnBus> m_usb;
 };
 
 INSTANTIATE_TEST_SUITE_P(OfARead, LibusbCall, testing::ValuesIn(calls()), [](const auto &instance) {

@@ -4,9 +4,7 @@
 #include <cstring>
 #include <memory>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QDataStream>
 #include <QRegularExpression>
 #include <QThreadPool>
 
@@ -89,41 +87,23 @@ QStringList complaintsAboutRead(const Card &card, int result, const Reading &rea
     return complaints;
 }
 
-QByteArray toText(const ReadOutcome &outcome)
+QByteArray toBytes(const ReadOutcome &o)
 {
-    const QJsonObject object = {
-        {"result", outcome.result},
-        {"hasPhoto", outcome.hasPhoto},
-        {"picturesAreWhole", outcome.picturesAreWhole},
-        {"hasFailed", outcome.hasFailed},
-        {"failure", outcome.failure},
-        {"lostBlocks", outcome.lostBlocks},
-        {"lostBlockPlaces", QJsonArray::fromStringList(outcome.lostBlockPlaces)},
-        {"complaints", QJsonArray::fromStringList(outcome.complaints)}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    QByteArray bytes;
+    QDataStream(&bytes, QIODevice::WriteOnly)
+        << o.result << o.hasPhoto << o.picturesAreWhole << o.hasFailed << o.failure << o.lostBlocks
+        << o.lostBlockPlaces << o.complaints;
+    return bytes;
 }
 
-QStringList strings(const QJsonValue &value)
+/** An outcome as it is before a read, where the child was lost. */
+ReadOutcome fromBytes(const QByteArray &bytes)
 {
-    QStringList list;
-    for (const QJsonValue item : value.toArray())
-        list << item.toString();
-    return list;
-}
-
-ReadOutcome fromText(const QByteArray &text)
-{
-    const QJsonObject object = QJsonDocument::fromJson(text).object();
-    ReadOutcome outcome;
-    outcome.result = object["result"].toInt(1);
-    outcome.hasPhoto = object["hasPhoto"].toBool();
-    outcome.picturesAreWhole = object["picturesAreWhole"].toBool();
-    outcome.hasFailed = object["hasFailed"].toBool();
-    outcome.failure = object["failure"].toString();
-    outcome.lostBlocks = object["lostBlocks"].toInt();
-    outcome.lostBlockPlaces = strings(object["lostBlockPlaces"]);
-    outcome.complaints = strings(object["complaints"]);
-    return outcome;
+    ReadOutcome o;
+    QDataStream stream(bytes);
+    stream >> o.result >> o.hasPhoto >> o.picturesAreWhole >> o.hasFailed >> o.failure >>
+        o.lostBlocks >> o.lostBlockPlaces >> o.complaints;
+    return stream.status() == QDataStream::Ok ? o : ReadOutcome();
 }
 
 /** Of `places`, those that are not in `before`. */
@@ -211,8 +191,10 @@ ReadOutcome faults::readWithFailure(const Card &card, const Reading &whole, long
 {
     const auto runRead = [&](bool withPlaces) {
         const ChildOutcome child = runInChild(
-            [&] { return toText(readTwice(card, whole, position, extent, withPlaces)); });
-        ReadOutcome outcome = fromText(child.report);
+            [&] { return toBytes(readTwice(card, whole, position, extent, withPlaces)); });
+        ReadOutcome outcome = fromBytes(child.report);
+        if (child.ended && child.report.isEmpty())
+            outcome.complaints << QStringLiteral("the child has reported nothing");
         if (!child.ended) {
             outcome.hasFailed = true;
             outcome.crash = child.place.isEmpty() ? QStringLiteral("signal %1").arg(child.signal)

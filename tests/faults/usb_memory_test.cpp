@@ -6,11 +6,10 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/reader/virtual_reader.h"
 #include "tests/faults/failing_memory.h"
 #include "tests/faults/quiet_log.h"
-#include "tests/usb/emulated_bus.h"
 #include "tests/usb/exposed_reader.h"
+#include "tests/usb/reader_on_bus.h"
 #include "tests/usb/usb_test.h"
 
 namespace
@@ -42,12 +41,8 @@ protected:
     UsbMemory()
     {
         EXPECT_TRUE(warmUp());
-        QString problem;
-        EXPECT_TRUE(
-            m_device.slot().putCard(QStringLiteral("resident"), simulator::PutAs::PLAIN, &problem))
-            << problem.toStdString();
-        m_bus = std::make_unique<EmulatedBus>();
-        m_bus->add(m_device);
+        m_usb = std::make_unique<ReaderOnBus>();
+        m_usb->plugIn("resident");
     }
 
     /** A whole read, from the search on the bus to the closing of the reader. */
@@ -82,13 +77,12 @@ protected:
         EXPECT_LE(result.code, USB_READER_OK);
         EXPECT_EQ(result.out, result.isRead ? whole.out : "before");
         EXPECT_EQ(result.fp, result.isRead ? whole.fp : UNTOUCHED);
-        for (const QString &leftOver : m_bus->leftOvers())
+        for (const QString &leftOver : m_usb->bus().leftOvers())
             ADD_FAILURE() << leftOver.toStdString();
     }
 
 private:
-    simulator::VirtualReader m_device;
-    std::unique_ptr<EmulatedBus> m_bus;
+    std::unique_ptr<ReaderOnBus> m_usb;
 };
 
 INSTANTIATE_TEST_SUITE_P(Extents, UsbMemory, testing::Values(Extent::ONE, Extent::AND_ALL_AFTER),

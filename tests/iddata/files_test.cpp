@@ -3,6 +3,7 @@
 #include "common/common.h"
 #include "tests/iddata/decoder.h"
 #include "tests/iddata/guarded_bytes.h"
+#include "tests/support/files.h"
 #include "tests/support/message_log.h"
 #include "tests/tool/file_size_limit.h"
 
@@ -51,28 +52,7 @@ public:
     Files &operator=(Files &&) = delete;
 
 protected:
-    static QByteArray contentOf(const QString &path)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-        return file.readAll();
-    }
-
-    static void write(const QString &path, const QByteArray &content)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
-    }
-
     static QStringList names() { return QDir().entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
-
-    static mode_t permissionsOf(const QString &path)
-    {
-        struct stat status = {};
-        EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
-        return status.st_mode & 0777U;
-    }
 
     QString before = QDir::currentPath();
     QTemporaryDir folder;
@@ -103,7 +83,7 @@ TEST_F(Files, TwoPrints_AreWrittenAsTheyAre)
         decoder->saveFpRawDataToFile(FP_INFO_TWO, prints.data());
         EXPECT_THAT(log.texts(), ElementsAre("source id card has two fp data",
                                              "Successfully wrote 1024 bytes to the file."));
-        EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
+        EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
     }
     EXPECT_EQ(names(), QStringList(FILE_NAME));
 }
@@ -120,7 +100,7 @@ TEST_F(Files, OnePrint_IsWrittenAsItIs)
             EXPECT_EQ(message.type, QtDebugMsg);
             EXPECT_EQ(message.category, "default");
         }
-        EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
+        EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
     }
 }
 
@@ -130,9 +110,9 @@ TEST_F(Files, NoPrint_IsToldAndNoFileIsTouched)
     decoder->saveFpRawDataToFile(FP_INFO_NONE, nullptr);
     EXPECT_THAT(log.texts(), ElementsAre("source id card has no fp data"));
     EXPECT_THAT(names(), IsEmpty());
-    write(FILE_NAME, "earlier");
+    writeFile(FILE_NAME, "earlier");
     decoder->saveFpRawDataToFile(FP_INFO_NONE, nullptr);
-    EXPECT_EQ(contentOf(FILE_NAME), "earlier");
+    EXPECT_EQ(readFile(FILE_NAME), "earlier");
 }
 
 TEST_F(Files, AnyOtherAmountOfPrints_IsPassedOverInSilence)
@@ -146,19 +126,19 @@ TEST_F(Files, AnyOtherAmountOfPrints_IsPassedOverInSilence)
 
 TEST_F(Files, EarlierFile_IsReplacedAndKeepsItsPermissions)
 {
-    write(FILE_NAME, QByteArray(5000, 'x'));
-    const mode_t permissions = permissionsOf(FILE_NAME);
+    writeFile(FILE_NAME, QByteArray(5000, 'x'));
+    const int permissions = modeOf(FILE_NAME);
     Prints prints(512, GuardedBytes::GUARD_AFTER);
     decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-    EXPECT_EQ(contentOf(FILE_NAME), prints.bytes());
-    EXPECT_EQ(permissionsOf(FILE_NAME), permissions);
+    EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
+    EXPECT_EQ(modeOf(FILE_NAME), permissions);
 }
 
 TEST_F(Files, NewFile_IsReadableForItsOwnerOnly)
 {
     Prints prints(512, GuardedBytes::GUARD_AFTER);
     decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-    EXPECT_EQ(permissionsOf(FILE_NAME), 0600U);
+    EXPECT_EQ(modeOf(FILE_NAME), 0600);
 }
 
 TEST_F(Files, FolderInTheFilesPlace_IsOneCriticalLine)
@@ -197,7 +177,7 @@ TEST_F(Files, HostsMessageHandlerThatThrows_CostsTheLineAndNothingElse)
     EXPECT_NO_THROW(CCommon::saveByteDataToFile(&byte, 1, FILE_NAME));
     qInstallMessageHandler(handler);
     EXPECT_EQ(lines, 2) << "a critical line and a debug line";
-    EXPECT_EQ(contentOf(FILE_NAME), "b");
+    EXPECT_EQ(readFile(FILE_NAME), "b");
 }
 
 TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
@@ -213,7 +193,7 @@ TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
         ElementsAre("source id card has two fp data",
                     "wrote 100 bytes to the file,  want to write  1024 bytes to the file."));
     EXPECT_EQ(log.messages().back().type, QtDebugMsg);
-    EXPECT_EQ(contentOf(FILE_NAME), prints.bytes().left(100));
+    EXPECT_EQ(readFile(FILE_NAME), prints.bytes().left(100));
 }
 
 TEST_F(Files, FullDisk_IsToldToHaveTakenNothing)
@@ -237,7 +217,7 @@ TEST_F(Files, LengthOfZeroOrLess_MakesAnEmptyFile)
         const MessageLog log;
         CCommon::saveByteDataToFile(bytes, length, QStringLiteral("file"));
         EXPECT_THAT(log.texts(), ElementsAre(line));
-        EXPECT_EQ(contentOf(QStringLiteral("file")), "");
+        EXPECT_EQ(readFile(QStringLiteral("file")), "");
     }
 }
 
@@ -249,7 +229,7 @@ TEST_F(Files, HostWithoutStandardInput_HasItsFileWrittenAllTheSame)
     CCommon::saveByteDataToFile(bytes, 3, FILE_NAME);
     EXPECT_EQ(::dup2(standardInput, STDIN_FILENO), STDIN_FILENO);
     ::close(standardInput);
-    EXPECT_EQ(contentOf(FILE_NAME), QByteArray("\1\2\3"));
+    EXPECT_EQ(readFile(FILE_NAME), QByteArray("\1\2\3"));
 }
 
 TEST_F(Files, WriteThatSignalsInterrupt_IsGoneOnWith)
@@ -297,14 +277,14 @@ TEST_F(Files, PathWithChineseCharacters_IsWritten)
 {
     unsigned char bytes[] = {1, 0, 2};
     CCommon::saveByteDataToFile(bytes, 3, QStringLiteral("指纹.dat"));
-    EXPECT_EQ(contentOf(QStringLiteral("指纹.dat")), QByteArray("\x01\x00\x02", 3));
+    EXPECT_EQ(readFile(QStringLiteral("指纹.dat")), QByteArray("\x01\x00\x02", 3));
 }
 
 TEST_F(Files, FileExist_TellsWhetherItDoes)
 {
     const MessageLog log;
     EXPECT_FALSE(CCommon::fileExist(QStringLiteral("file")));
-    write(QStringLiteral("file"), "text");
+    writeFile(QStringLiteral("file"), "text");
     EXPECT_TRUE(CCommon::fileExist(QStringLiteral("file")));
     EXPECT_FALSE(CCommon::fileExist(QString()));
     EXPECT_THAT(log.texts(), IsEmpty());
@@ -312,24 +292,24 @@ TEST_F(Files, FileExist_TellsWhetherItDoes)
 
 TEST_F(Files, FileRename_MovesTheFile)
 {
-    write(QStringLiteral("from"), "text");
+    writeFile(QStringLiteral("from"), "text");
     const MessageLog log;
     EXPECT_TRUE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
     EXPECT_THAT(log.texts(), IsEmpty());
     EXPECT_EQ(names(), QStringList(QStringLiteral("to")));
-    EXPECT_EQ(contentOf(QStringLiteral("to")), "text");
+    EXPECT_EQ(readFile(QStringLiteral("to")), "text");
 }
 
 TEST_F(Files, FileRename_DoesNotReplaceAndSaysSo)
 {
-    write(QStringLiteral("from"), "text");
-    write(QStringLiteral("to"), "other");
+    writeFile(QStringLiteral("from"), "text");
+    writeFile(QStringLiteral("to"), "other");
     const MessageLog log;
     EXPECT_FALSE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
     EXPECT_THAT(log.texts(), ElementsAre("rename fail!"));
     EXPECT_EQ(log.messages().front().type, QtDebugMsg);
-    EXPECT_EQ(contentOf(QStringLiteral("from")), "text");
-    EXPECT_EQ(contentOf(QStringLiteral("to")), "other");
+    EXPECT_EQ(readFile(QStringLiteral("from")), "text");
+    EXPECT_EQ(readFile(QStringLiteral("to")), "other");
 }
 
 TEST_F(Files, FileRenameOfAMissingFile_FailsAndSaysSo)
@@ -342,7 +322,7 @@ TEST_F(Files, FileRenameOfAMissingFile_FailsAndSaysSo)
 
 TEST_F(Files, FileRemove_RemovesTheFile)
 {
-    write(QStringLiteral("file"), "text");
+    writeFile(QStringLiteral("file"), "text");
     EXPECT_TRUE(CCommon::fileRemove(QStringLiteral("file")));
     EXPECT_THAT(names(), IsEmpty());
 }

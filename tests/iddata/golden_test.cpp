@@ -5,6 +5,7 @@
 #include "simulator/card/raw_record.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
+#include "tests/support/test_name.h"
 
 #include <algorithm>
 #include <map>
@@ -47,14 +48,7 @@ std::vector<std::string> cards()
     return names;
 }
 
-std::string testName(const testing::TestParamInfo<std::string> &info)
-{
-    std::string name = info.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Cards, Golden, testing::ValuesIn(cards()), testName);
+INSTANTIATE_TEST_SUITE_P(Cards, Golden, testing::ValuesIn(cards()), testNameOf);
 
 } // namespace
 

@@ -1,10 +1,12 @@
 // Every card of the simulator by readIDCard and by the decoders of the raw record: they differ as
 // docs/two-roads.md says, and in nothing else.
 
-#include "api/idcard_reader_api.h"
 #include "simulator/simulator.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
+#include "tests/library/outputs.h"
+#include "tests/support/files.h"
+#include "tests/support/test_name.h"
 
 #include <algorithm>
 #include <memory>
@@ -30,12 +32,10 @@ struct Row {
 
 std::vector<Row> documentedRows()
 {
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/docs/two-roads.md"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     static const QRegularExpression line(
         QStringLiteral("^\\| ([a-z0-9-]+) \\| (\\w*) ?\\| (\\w+) \\| (.+) \\|$"));
     std::vector<Row> rows;
-    for (const QString &text : QString::fromUtf8(file.readAll()).split('\n')) {
+    for (const QString &text : sourceText("docs/two-roads.md").split('\n')) {
         const QRegularExpressionMatch match = line.match(text);
         if (match.hasMatch())
             rows.push_back({match.captured(1), match.captured(2).toStdString(),
@@ -55,20 +55,10 @@ std::vector<Row> documentedRows()
         ENTRY(record, szBirthMonth), ENTRY(record, szBirthDay), ENTRY(record, szValidStart),       \
         ENTRY(record, szValidEnd)
 
-struct Reading {
-    unsigned int kind = 99;
-    _tagIDCARD_INFO_ALL_CN cn{};
-    _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017{};
-    _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew{};
-    _tagIDCARD_INFO_ALL_HMT hmt{};
-    std::string front;
-    std::string back;
-
-    int read() { return readIDCard(&kind, &cn, &f2017, &fNew, &hmt, &front, &back); }
-
+struct NamedReading : Reading {
     FieldTexts texts() const
     {
-        switch (kind) {
+        switch (cardKind) {
         case IDCARD_KIND_CN:
             return {COMMON_ENTRIES(cn), ENTRY(cn, szName), ENTRY(cn, szNation),
                     ENTRY(cn, szAddress), ENTRY(cn, szDept)};
@@ -90,7 +80,7 @@ struct Reading {
     {
         const unsigned char *const photos[] = {cn.byPhoto, f2017.byPhoto, fNew.byPhoto,
                                                hmt.byPhoto};
-        return photos[kind];
+        return photos[cardKind];
     }
 };
 
@@ -118,8 +108,7 @@ QByteArray ownPhoto(const std::string &card)
     const QDir cards(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards"));
     const QString name = QString::fromStdString(card);
     const QStringList files = cards.entryList({name + ".bmp", name + ".jpg"}, QDir::Files);
-    QFile file(cards.filePath(files.value(0)));
-    return !files.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return files.isEmpty() ? QByteArray() : readFile(cards.filePath(files.first()));
 }
 
 /** What the table says of one card. */
@@ -181,13 +170,6 @@ std::vector<std::string> cards()
     return names;
 }
 
-std::string testName(const testing::TestParamInfo<std::string> &info)
-{
-    std::string name = info.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-}
-
 class TwoRoads : public testing::TestWithParam<std::string>
 {
 protected:
@@ -201,19 +183,19 @@ protected:
         kind = golden.expected[QStringLiteral("kind")].toString();
     }
 
-    std::unique_ptr<Reading> reading = std::make_unique<Reading>();
+    std::unique_ptr<NamedReading> reading = std::make_unique<NamedReading>();
     GoldenRecord golden = goldenRecord(QString::fromStdString(GetParam()));
     DecodedFrame raw;
     QString kind;
 };
 
-INSTANTIATE_TEST_SUITE_P(Cards, TwoRoads, testing::ValuesIn(cards()), testName);
+INSTANTIATE_TEST_SUITE_P(Cards, TwoRoads, testing::ValuesIn(cards()), testNameOf);
 
 } // namespace
 
 TEST_P(TwoRoads, Kind_IsTheSame)
 {
-    EXPECT_EQ(reading->kind, static_cast<unsigned>(raw.type));
+    EXPECT_EQ(reading->cardKind, static_cast<unsigned>(raw.type));
 }
 
 TEST_P(TwoRoads, Fields_DifferAsDocumentedAndNoneIsLeftOut)
@@ -262,7 +244,7 @@ TEST_P(TwoRoads, Photo_IsTheSamePictureOrTheSameCompressedData)
 
 TEST_P(TwoRoads, Prints_AreTheSameBytes)
 {
-    if (reading->kind != IDCARD_KIND_CN) {
+    if (reading->cardKind != IDCARD_KIND_CN) {
         EXPECT_TRUE(raw.prints.isEmpty());
         return;
     }
@@ -275,9 +257,7 @@ TEST_P(TwoRoads, Prints_AreTheSameBytes)
 
 TEST(TwoRoadsDocument, EveryDifferenceOfEveryKind_IsExplained)
 {
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/docs/two-roads.md"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString document = QString::fromUtf8(file.readAll());
+    const QString document = sourceText("docs/two-roads.md");
     for (const Row &row : documentedRows()) {
         const QString explained =
             QString(row.difference).replace(QRegularExpression(QStringLiteral("\\d+")), "N");

@@ -1,12 +1,13 @@
 // A thread that is cancelled while readIDCard waits: it ends, the port is closed, and the process
 // goes on reading.
 
-#include "api/idcard_reader_api.h"
 #include "common/closed_functions.h"
 #include "common/common.h"
 #include "iddata/iddata.h"
+#include "tests/library/outputs.h"
 #include "tests/support/cancelled_thread.h"
 #include "tests/support/expected_warning.h"
+#include "tests/support/files.h"
 
 #include <array>
 #include <atomic>
@@ -114,29 +115,12 @@ int unpack(unsigned char *, unsigned char *, int)
 namespace
 {
 
-constexpr unsigned int NO_KIND = 99;
-
-/** One call of readIDCard; what it points to outlives the thread. */
-struct Call {
-    unsigned int kind = NO_KIND;
-    _tagIDCARD_INFO_ALL_CN cn{};
-    _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017{};
-    _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew{};
-    _tagIDCARD_INFO_ALL_HMT hmt{};
-    std::string front;
-    std::string back;
+/** What a call points to outlives the thread. */
+struct Call : Reading {
     int result = 1;
 
-    void operator()() { result = readIDCard(&kind, &cn, &f2017, &fNew, &hmt, &front, &back); }
+    void operator()() { result = read(); }
 };
-
-void waitFor(const std::function<bool()> &condition)
-{
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition() && std::chrono::steady_clock::now() < limit)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_TRUE(condition());
-}
 
 class Cancellation : public testing::Test
 {
@@ -157,11 +141,11 @@ protected:
     {
         maker.waiting = function;
         CancelledThread thread([this] { call(); });
-        waitFor([] { return hasCome.load(); });
+        waitUntil([] { return hasCome.load(); });
         thread.cancel();
         const ThreadEnd end = thread.end();
         EXPECT_EQ(held, 0);
-        EXPECT_EQ(call.kind, NO_KIND);
+        EXPECT_EQ(call.cardKind, NO_KIND);
         return end;
     }
 
@@ -218,7 +202,7 @@ TEST_F(Cancellation, WaitingForThePhotoOfARawRecord_EndsTheThread)
         QByteArray record;
         CIdData(record, FP_INFO_NONE).parseIDHeadImage(wlt.data(), untouched.data());
     });
-    waitFor([] { return hasCome.load(); });
+    waitUntil([] { return hasCome.load(); });
     thread.cancel();
     EXPECT_EQ(thread.end(), ThreadEnd::CANCELLED);
     EXPECT_EQ(held, 0);
@@ -229,7 +213,7 @@ TEST_F(Cancellation, ReaderThatAlwaysAsksForAnotherTry_EndsTheThreadAndClosesThe
 {
     maker.readResult = KVO_READ_AGAIN;
     CancelledThread thread([this] { call(); });
-    waitFor([] { return reads >= 3; });
+    waitUntil([] { return reads >= 3; });
     thread.cancel();
     EXPECT_EQ(thread.end(), ThreadEnd::CANCELLED);
     EXPECT_EQ(closed, 1);
@@ -246,7 +230,7 @@ TEST_F(Cancellation, WaitingForThePortToClose_ClosesItAndEndsTheThreadAfterTheCa
         returned = true;
         pthread_testcancel();
     });
-    waitFor([] { return hasCome.load(); });
+    waitUntil([] { return hasCome.load(); });
     thread.cancel();
     mayGoOn = true;
     EXPECT_EQ(thread.end(), ThreadEnd::CANCELLED);
@@ -279,10 +263,8 @@ TEST_F(Cancellation, WhileAFileIsWritten_WritesAllOfItAndClosesIt)
               }),
               ThreadEnd::CANCELLED);
     EXPECT_EQ(descriptors.count(), openBefore);
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "abc");
-    EXPECT_TRUE(file.remove());
+    EXPECT_EQ(readFile(path), "abc");
+    EXPECT_TRUE(QFile::remove(path));
 }
 
 TEST_F(Cancellation, HostsMessageHandlerThatMayEndTheThread_WritesItsLine)
@@ -324,7 +306,7 @@ TEST_F(Cancellation, ConsoleThatNobodyReads_EndsTheThreadAndClosesThePort)
 
     maker.readResult = KVO_READ_AGAIN;
     CancelledThread thread([this] { call(); });
-    waitFor([] { return reads == 1; });
+    waitUntil([] { return reads == 1; });
     std::this_thread::sleep_for(std::chrono::milliseconds(200)); // a pause between tries is shorter
     const int readsWhileWaiting = reads;
     thread.cancel();
@@ -370,8 +352,8 @@ TEST_F(Cancellation, WhileTheRecordIsFilled_WaitsUntilTheCallHasReturned)
     EXPECT_EQ(thread.end(), ThreadEnd::RETURNED);
     EXPECT_TRUE(returned);
     EXPECT_EQ(call.result, IDCARD_RESULT_OK);
-    EXPECT_EQ(call.kind, static_cast<unsigned int>(IDCARD_KIND_CN));
-    EXPECT_FALSE(call.front.empty());
-    EXPECT_FALSE(call.back.empty());
+    EXPECT_EQ(call.cardKind, static_cast<unsigned int>(IDCARD_KIND_CN));
+    EXPECT_NE(call.front, Reading().front);
+    EXPECT_NE(call.back, Reading().back);
     EXPECT_EQ(closed, 1);
 }

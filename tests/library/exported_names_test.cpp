@@ -4,11 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QRegularExpression>
-#include <QTextStream>
 
 #include "tests/support/build_programs.h"
+#include "tests/support/files.h"
 
 namespace
 {
@@ -20,17 +19,10 @@ struct Expected {
     std::set<QString> classes; ///< the public members of these
 };
 
-QString textOf(const QString &path)
-{
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/") + path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return QString::fromUtf8(file.readAll());
-}
-
 Expected expectedNames()
 {
     Expected expected;
-    for (const QString &line : textOf(QStringLiteral("api/exported_names.txt")).split('\n')) {
+    for (const QString &line : sourceText(QStringLiteral("api/exported_names.txt")).split('\n')) {
         if (line.isEmpty() || line.startsWith('#'))
             continue;
         const QStringList words = line.split(' ');
@@ -92,10 +84,10 @@ QString bodyOf(const QString &name)
         QStringLiteral("\\nclass IDCARD_READER_EXPORT %1\\b[^;{]*\\n\\{\\n(.*?)\\n\\};").arg(name),
         QRegularExpression::DotMatchesEverythingOption);
     for (const QString &header :
-         textOf(QStringLiteral("packaging/public-headers.txt")).split('\n')) {
+         sourceText(QStringLiteral("packaging/public-headers.txt")).split('\n')) {
         if (header.isEmpty() || header.startsWith('#'))
             continue;
-        const auto match = body.match(textOf(header).remove(comments));
+        const auto match = body.match(sourceText(header).remove(comments));
         if (match.hasMatch())
             return match.captured(1);
     }

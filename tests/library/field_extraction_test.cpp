@@ -20,12 +20,6 @@ QString charactersAt(int offset, int size)
     return text;
 }
 
-/** One output field: its value after a read, and where the maker's record holds it. */
-struct Source {
-    const char *field;
-    std::string Reading::*value;
-};
-
 class FieldExtraction : public testing::Test
 {
 protected:
@@ -144,18 +138,15 @@ TEST_F(FieldExtraction, BirthDate_IsSplitIntoYearMonthAndDay)
             putText(info, place.offset, QStringLiteral("19900102"));
         });
     }
-    EXPECT_EQ(reading.cn.szBirthYear, "1990");
-    EXPECT_EQ(reading.cn.szBirthMonth, "01");
-    EXPECT_EQ(reading.cn.szBirthDay, "02");
-    EXPECT_EQ(reading.hmt.szBirthYear, "1990");
-    EXPECT_EQ(reading.hmt.szBirthMonth, "01");
-    EXPECT_EQ(reading.hmt.szBirthDay, "02");
-    EXPECT_EQ(reading.f2017.szBirthYear, "1990");
-    EXPECT_EQ(reading.f2017.szBirthMonth, "01");
-    EXPECT_EQ(reading.f2017.szBirthDay, "02");
-    EXPECT_EQ(reading.fNew.szBirthYear, "1990");
-    EXPECT_EQ(reading.fNew.szBirthMonth, "01");
-    EXPECT_EQ(reading.fNew.szBirthDay, "02");
+    const auto expect = [](const auto &record) {
+        EXPECT_EQ(record.szBirthYear, "1990");
+        EXPECT_EQ(record.szBirthMonth, "01");
+        EXPECT_EQ(record.szBirthDay, "02");
+    };
+    expect(reading.cn);
+    expect(reading.hmt);
+    expect(reading.f2017);
+    expect(reading.fNew);
 }
 
 TEST_F(FieldExtraction, ShortBirthDate_GivesShortOrEmptyParts)

@@ -1,29 +1,14 @@
 #pragma once
 
-// One call of readIDCard with all its outputs, and helpers to script the card it reads.
+// Helpers to script the card that one call of readIDCard reads, and to look at what it wrote.
 
-#include "api/idcard_reader_api.h"
 #include "tests/library/closed_library_mock.h"
+#include "tests/library/outputs.h"
 
 #include <cstring>
 #include <string>
 
 #include <QString>
-
-/** A kind that no card has; still there after a call that filled nothing. */
-constexpr unsigned int NO_KIND = 99;
-
-struct Reading {
-    unsigned int cardKind = NO_KIND;
-    _tagIDCARD_INFO_ALL_CN cn{};
-    _tagIDCARD_INFO_ALL_FOREIGN_2017 f2017{};
-    _tagIDCARD_INFO_ALL_FOREIGN_NEW fNew{};
-    _tagIDCARD_INFO_ALL_HMT hmt{};
-    std::string front = "front before";
-    std::string back = "back before";
-
-    int read() { return readIDCard(&cardKind, &cn, &f2017, &fNew, &hmt, &front, &back); }
-};
 
 /** Every string field of a record, in the record's order. */
 inline auto stringFields(_tagIDCARD_INFO_ALL_CN &r)

@@ -8,6 +8,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -64,12 +65,28 @@ protected:
     {
         EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Return(result));
     }
+    void expectFoundCard()
+    {
+        expectOpen();
+        expectFind();
+    }
     auto &expectRead()
     {
         return EXPECT_CALL(library, readIDCard(PORT, &buffers.info, buffers.photo,
                                                &buffers.photoLen, buffers.fp, &buffers.fpLen, 1));
     }
     void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
+
+    /** What a reader prints from its making to its end while `use` works with it. */
+    static std::string printedBy(const std::function<void(CTavReader &)> &use)
+    {
+        WideConsoleCapture console;
+        {
+            CTavReader reader;
+            use(reader);
+        }
+        return console.take();
+    }
 
     StrictClosedLibrary library;
     Buffers buffers;
@@ -89,33 +106,28 @@ void QThread::msleep(unsigned long milliseconds)
 
 TEST_F(TavReader, CardOnTheReader_IsReadOnceAndThePortClosed)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(DONE));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(reader.state(), 2);
         EXPECT_EQ(buffers.fetch(reader), 144);
         EXPECT_EQ(reader.state(), 3);
-    }
-    EXPECT_EQ(console.take(), "");
+    });
+    EXPECT_EQ(printed, "");
 }
 
 TEST_F(TavReader, PortThatDoesNotOpen_IsToldAndNeverClosed)
 {
     expectOpen(-77);
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(reader.state(), -2);
         EXPECT_EQ(buffers.fetch(reader), 1);
         EXPECT_EQ(buffers.fetch(reader), 1);
-    }
-    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：-77\n");
+    });
+    EXPECT_EQ(printed, "打开读卡器失败，错误码：-77\n");
 }
 
 TEST_F(TavReader, OpenAnsweringOneOrZero_HasFailed)
@@ -145,39 +157,33 @@ TEST_F(TavReader, NoCard_LeavesTheReaderOpenForAnotherTry)
     expectRead().WillOnce(Return(DONE));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(buffers.fetch(reader), -4);
         EXPECT_EQ(reader.state(), 2);
         EXPECT_EQ(buffers.fetch(reader), 144);
-    }
-    EXPECT_EQ(console.take(), "");
+    });
+    EXPECT_EQ(printed, "");
 }
 
 TEST_F(TavReader, TransientFailures_ArePrintedAndRetriedEvery50Ms)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(65)).WillOnce(Return(65)).WillOnce(Return(DONE));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         QElapsedTimer timer;
         timer.start();
         EXPECT_EQ(buffers.fetch(reader), 144);
         EXPECT_GE(timer.elapsed(), 100);
         EXPECT_EQ(reader.state(), 3);
-    }
-    EXPECT_EQ(console.take(), "card reading fail!\ncard reading fail!\n");
+    });
+    EXPECT_EQ(printed, "card reading fail!\ncard reading fail!\n");
 }
 
 TEST_F(TavReader, TransientFailure_IsPrintedBeforeThePause)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(65)).WillOnce(Return(DONE));
     expectClose();
 
@@ -192,8 +198,7 @@ TEST_F(TavReader, TransientFailure_IsPrintedBeforeThePause)
 
 TEST_F(TavReader, ManyTransientFailures_AreAllRetried)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().Times(30).WillRepeatedly(Return(65));
     expectRead().WillOnce(Return(DONE));
     expectClose();
@@ -211,41 +216,33 @@ TEST_F(TavReader, ManyTransientFailures_AreAllRetried)
 
 TEST_F(TavReader, ReadFailure_IsReturnedUnchangedAndBlocksFurtherReads)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(-3));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(buffers.fetch(reader), -3);
         EXPECT_EQ(reader.state(), -3);
         EXPECT_EQ(buffers.fetch(reader), 65);
         EXPECT_EQ(reader.state(), -3);
-    }
-    EXPECT_EQ(console.take(), "card reading error, result is：-3\n");
+    });
+    EXPECT_EQ(printed, "card reading error, result is：-3\n");
 }
 
 TEST_F(TavReader, FailureAfterTransientOnes_PrintsAllLinesInOrder)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(65)).WillOnce(Return(0));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
-        EXPECT_EQ(buffers.fetch(reader), 0);
-    }
-    EXPECT_EQ(console.take(), "card reading fail!\ncard reading error, result is：0\n");
+    const std::string printed =
+        printedBy([&](CTavReader &reader) { EXPECT_EQ(buffers.fetch(reader), 0); });
+    EXPECT_EQ(printed, "card reading fail!\ncard reading error, result is：0\n");
 }
 
 TEST_F(TavReader, SecondReadThroughOneObject_IsAllowedAfterASuccess)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(DONE));
     expectFind();
     expectRead().WillOnce(Return(DONE));
@@ -278,13 +275,11 @@ TEST_F(TavReader, ThrowingOpen_CountsAsFailedOpen)
 {
     EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(reader.state(), -2);
         EXPECT_EQ(buffers.fetch(reader), 1);
-    }
-    EXPECT_EQ(console.take(), "打开读卡器失败，错误码：-1\n");
+    });
+    EXPECT_EQ(printed, "打开读卡器失败，错误码：-1\n");
 }
 
 TEST_F(TavReader, ThrowingFind_CountsAsNoCardAndThePortIsClosed)
@@ -299,18 +294,15 @@ TEST_F(TavReader, ThrowingFind_CountsAsNoCardAndThePortIsClosed)
 
 TEST_F(TavReader, ThrowingRead_IsAFailedReadThatIsNotTriedAgain)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Throw(std::bad_alloc()));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
+    const std::string printed = printedBy([&](CTavReader &reader) {
         EXPECT_EQ(buffers.fetch(reader), 65);
         EXPECT_EQ(reader.state(), -3);
-    }
-    EXPECT_EQ(console.take(), "card reading error, result is：65\n");
+    });
+    EXPECT_EQ(printed, "card reading error, result is：65\n");
 }
 
 TEST_F(TavReader, ThrowingClose_DoesNotLeaveTheDestructor)
@@ -349,8 +341,7 @@ TEST_F(TavReader, ConsoleThatTakesNothing_CostsTheMessageAndNoLaterOne)
 
 TEST_F(TavReader, ConsoleThatThrows_DoesNotStopTheRead)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead().WillOnce(Return(65)).WillOnce(Return(DONE));
     expectClose();
 

@@ -6,6 +6,7 @@
 #include "tests/render/sample_photo.h"
 #include "tests/render/without_templates.h"
 #include "tests/support/expected_warning.h"
+#include "tests/support/files.h"
 #include "tests/support/message_log.h"
 
 #include <cstdlib>
@@ -20,7 +21,6 @@
 
 #include <QBuffer>
 #include <QByteArray>
-#include <QFile>
 #include <QImage>
 #include <QtEndian>
 
@@ -70,10 +70,7 @@ QImage red()
 
 QByteArray sampleFile(const char *name)
 {
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/tests/render/photos/") +
-               QString::fromLatin1(name));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
-    return file.readAll();
+    return readFile(IDCARD_SOURCE_DIR "/tests/render/photos/" + QString::fromLatin1(name));
 }
 
 /** Writes `value` over the bytes of `bytes` at `at`, in the byte order given. */

@@ -19,6 +19,7 @@
 #include "render/card_photo.h"
 #include "tests/render/card_sides.h"
 #include "tests/render/sizeless_plugin.h"
+#include "tests/support/files.h"
 #include "tests/support/message_log.h"
 
 Q_IMPORT_PLUGIN(SizelessPlugin)
@@ -36,13 +37,6 @@ bool isUnreadable(const QString &name)
 {
     return std::any_of(UNREADABLE.begin(), UNREADABLE.end(),
                        [&name](const char *it) { return name == QLatin1String(it); });
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
 }
 
 /** The photo area of a record: the file, and zeros. */
@@ -94,7 +88,7 @@ TEST_F(PhotoEncodings, EveryFile_IsPaintedAsQtReadsIt)
     const QStringList names = QDir(FOLDER).entryList(QDir::Files);
     EXPECT_GE(names.size(), 60);
     for (const QString &name : names) {
-        const QByteArray area = photoArea(contentOf(FOLDER + name));
+        const QByteArray area = photoArea(readFile(FOLDER + name));
         const QPixmap photo = asQtReadsIt(area);
         EXPECT_EQ(photo.isNull(), isUnreadable(name)) << name.toStdString();
         expectPainted(area, photo, name.toStdString());
@@ -108,7 +102,7 @@ TEST_F(PhotoEncodings, EveryFileThatIsCutOff_IsPaintedAsFarAsQtReadsIt)
     for (const QString &name : QDir(FOLDER).entryList(QDir::Files)) {
         if (name.contains(QStringLiteral("rle")))
             continue;
-        const QByteArray file = contentOf(FOLDER + name);
+        const QByteArray file = readFile(FOLDER + name);
         const QByteArray area = photoArea(file.left(file.size() / 2));
         const QPixmap photo = asQtReadsIt(area);
         painted += photo.isNull() ? 0 : 1;
@@ -139,8 +133,8 @@ TEST_F(PhotoEncodings, WhatABmpLacks_IsBlackAndNotWhatMemoryHeldBefore)
     EXPECT_GE(names.size(), 20);
     for (const QString &name : names) {
         const QString path = folder.filePath(name);
-        const QByteArray area = photoArea(contentOf(path));
-        const QPixmap photo = asQtReadsIt(contentOf(path.left(path.size() - 3) + "png"));
+        const QByteArray area = photoArea(readFile(path));
+        const QPixmap photo = asQtReadsIt(readFile(path.left(path.size() - 3) + "png"));
         ASSERT_FALSE(photo.isNull()) << name.toStdString();
         mallopt(M_PERTURB, 0x5a); // what an allocation holds at first, the other way round
         expectPainted(area, photo, name.toStdString());
@@ -152,7 +146,7 @@ TEST_F(PhotoEncodings, BmpWithAnyOtherByteInItsHeaders_IsPaintedWhenQtReadsIt)
 {
     int refused = 0;
     for (const char *name : {"1-bit", "4-bits-rle", "8-bits", "8-bits-rle", "24-bits", "32-bits"}) {
-        const QByteArray file = contentOf(FOLDER + QStringLiteral("bmp-%1.bmp").arg(name));
+        const QByteArray file = readFile(FOLDER + QStringLiteral("bmp-%1.bmp").arg(name));
         for (int at = 0; at < 54; ++at) {
             if (at >= 18 && at < 26) // width and height, with which Qt needs any amount of memory
                 continue;

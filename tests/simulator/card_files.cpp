@@ -1,7 +1,7 @@
 #include "tests/simulator/card_files.h"
+#include "tests/support/files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 
 static QDir cardFolder()
@@ -18,9 +18,15 @@ QStringList sourceCardNames()
     return names;
 }
 
+std::vector<std::string> sourceCardParameters()
+{
+    std::vector<std::string> names;
+    for (const QString &name : sourceCardNames())
+        names.push_back(name.toStdString());
+    return names;
+}
+
 QJsonObject sourceCard(const QString &name)
 {
-    QFile file(cardFolder().filePath(name + QStringLiteral(".json")));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                          : QJsonObject();
+    return QJsonDocument::fromJson(readFile(cardFolder().filePath(name + ".json"))).object();
 }

@@ -5,13 +5,13 @@
 #include <gmock/gmock.h>
 
 #include <QByteArray>
-#include <QFile>
 
 #include "common/card_records.h"
 #include "common/closed_functions.h"
 #include "simulator/reader/vendor_reader.h"
 #include "simulator/simulator.h"
 #include "tests/simulator/reader_session.h"
+#include "tests/support/files.h"
 
 using simulator::VendorCode;
 using testing::Each;
@@ -67,9 +67,8 @@ TEST_F(SimulatedReader, PhotoDeliveredCompressed_LeavesTheRestOfTheAreaAlone)
 
 TEST_F(SimulatedReader, PhotoDeliveredAsItsOwnFile_IsTheFileAndZeros)
 {
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/foreign-new-photo-jpeg.jpg"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray jpeg = file.readAll();
+    const QByteArray jpeg =
+        readFile(IDCARD_SOURCE_DIR "/simulator/cards/foreign-new-photo-jpeg.jpg");
     const QByteArray area = jpeg.leftJustified(int{IDCARD_PHOTO_SIZE}, '\0');
     put("foreign-new-photo-jpeg");
     ReadAnswer answer = readOnce();

@@ -12,6 +12,7 @@
 #include "simulator/card/card_library.h"
 #include "simulator/card/description_keys.h"
 #include "tests/simulator/card_files.h"
+#include "tests/support/files.h"
 
 using namespace simulator;
 using testing::HasSubstr;
@@ -71,21 +72,14 @@ public:
     {
         const QJsonObject file{{QStringLiteral("delivery"), QStringLiteral("file")},
                                {QStringLiteral("file"), QStringLiteral("photo.jpg")}};
-        write(path(), withKey("resident", "photo", file));
-        write(photoPath(), photo);
+        writeFile(path(), withKey("resident", "photo", file));
+        writeFile(photoPath(), photo);
     }
 
     QString path() const { return m_folder.filePath(QStringLiteral("my.json")); }
     QString photoPath() const { return m_folder.filePath(QStringLiteral("photo.jpg")); }
 
 private:
-    static void write(const QString &path, const QByteArray &content)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        EXPECT_EQ(file.write(content), content.size());
-    }
-
     QTemporaryDir m_folder;
 };
 

@@ -10,6 +10,7 @@
 #include "simulator/card/photo_codec.h"
 #include "simulator/card/raw_record.h"
 #include "tests/simulator/card_files.h"
+#include "tests/support/test_name.h"
 
 using namespace simulator;
 
@@ -121,21 +122,6 @@ class RawRecord : public testing::TestWithParam<std::string>
 {
 };
 
-std::vector<std::string> cardNames()
-{
-    std::vector<std::string> names;
-    for (const QString &name : sourceCardNames())
-        names.push_back(name.toStdString());
-    return names;
-}
-
-std::string testName(const testing::TestParamInfo<std::string> &test)
-{
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-}
-
 } // namespace
 
 TEST_P(RawRecord, TextOfBuiltInCard_IsTheDescriptionFieldByField)
@@ -166,7 +152,7 @@ TEST_P(RawRecord, AnswerOfBuiltInCard_HasItsBlocksInARightFrame)
     EXPECT_EQ(sum, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(cardNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(sourceCardParameters()), testNameOf);
 
 TEST(RawRecordText, FieldsThatNoOtherRecordHas_StandThere)
 {

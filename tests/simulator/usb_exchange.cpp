@@ -13,41 +13,6 @@ QByteArray hex(const char *digits)
     return QByteArray::fromHex(digits);
 }
 
-const QByteArray &lookup()
-{
-    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 20 01 22");
-    return bytes;
-}
-
-const QByteArray &select()
-{
-    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 20 02 21");
-    return bytes;
-}
-
-const QByteArray &read()
-{
-    static const QByteArray bytes = hex("AA AA AA 96 69 00 03 30 10 23");
-    return bytes;
-}
-
-const QByteArray &found()
-{
-    static const QByteArray bytes = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
-    return bytes;
-}
-
-const QByteArray &selected()
-{
-    static const QByteArray bytes = hex("AA AA AA 96 69 00 0C 00 00 90 00 00 00 00 00 00 00 00 9C");
-    return bytes;
-}
-
-QByteArray notFound()
-{
-    return hex("AA AA AA 96 69 00 08 00 00 80 00 00 00 00 88");
-}
-
 QByteArray notSelected(unsigned char status)
 {
     QByteArray payload(11, '\0');
@@ -116,6 +81,6 @@ QByteArray ReaderOnUsb::answer(const QByteArray &command, int room)
 
 void ReaderOnUsb::selectCard()
 {
-    EXPECT_EQ(answer(frames::lookup(), 15), frames::found());
-    EXPECT_EQ(answer(frames::select(), 19), frames::selected());
+    EXPECT_EQ(answer(frames::LOOKUP, 15), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(answer(frames::SELECT, 19), frames::SELECT_ANSWER);
 }

@@ -1,24 +1,19 @@
 #pragma once
 
-// A simulated reader on USB with what lies on it, and the frames that the tests expect, written out
-// here from the protocol without the simulator's own code.
+// A simulated reader on USB with what lies on it, and the frames that the tests expect of it, made
+// without the simulator's own code.
 
 #include <QByteArray>
 #include <QString>
 
 #include "simulator/reader/virtual_reader.h"
+#include "tests/usb/reader_frames.h"
 
 namespace frames
 {
 
 QByteArray hex(const char *digits);
 
-const QByteArray &lookup();
-const QByteArray &select();
-const QByteArray &read();
-const QByteArray &found();    ///< answer of lookup
-const QByteArray &selected(); ///< answer of select
-QByteArray notFound();        ///< 15 bytes, status 00 00 80
 QByteArray notSelected(unsigned char status);
 QByteArray statusOnly(unsigned char status); ///< 11 bytes
 

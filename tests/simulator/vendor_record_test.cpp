@@ -9,6 +9,7 @@
 #include "simulator/card/card_library.h"
 #include "simulator/card/vendor_record.h"
 #include "tests/simulator/card_files.h"
+#include "tests/support/test_name.h"
 
 using namespace simulator;
 
@@ -112,14 +113,6 @@ class VendorRecord : public testing::TestWithParam<std::string>
 {
 };
 
-std::vector<std::string> cardNames()
-{
-    std::vector<std::string> names;
-    for (const QString &name : sourceCardNames())
-        names.push_back(name.toStdString());
-    return names;
-}
-
 } // namespace
 
 TEST_P(VendorRecord, BuiltInCard_IsTheDescriptionFieldByField)
@@ -134,9 +127,5 @@ TEST_P(VendorRecord, BuiltInCard_IsTheDescriptionFieldByField)
         ASSERT_EQ(record.at(i), expected.at(i)) << "at offset " << i;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cards, VendorRecord, testing::ValuesIn(cardNames()),
-                         [](const testing::TestParamInfo<std::string> &test) {
-                             std::string name = test.param;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Cards, VendorRecord, testing::ValuesIn(sourceCardParameters()),
+                         testNameOf);

@@ -20,9 +20,9 @@ struct Exchange {
 
 const QVector<Exchange> &exchanges()
 {
-    static const QVector<Exchange> table = {{"lookup", frames::lookup(), 15},
-                                            {"select", frames::select(), 19},
-                                            {"read", frames::read(), 2321}};
+    static const QVector<Exchange> table = {{"lookup", frames::LOOKUP, 15},
+                                            {"select", frames::SELECT, 19},
+                                            {"read", frames::READ, 2321}};
     return table;
 }
 
@@ -198,8 +198,8 @@ TEST(VirtualReaderFault, UnpluggedInATransfer_ComesBackWhenPluggedIn)
 {
     ReaderOnUsb reader("resident", QStringLiteral("unplugged-during=4"));
     for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
-        EXPECT_EQ(reader.ask(frames::select()).status, UsbStatus::UNPLUGGED);
+        EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+        EXPECT_EQ(reader.ask(frames::SELECT).status, UsbStatus::UNPLUGGED);
         reader->plugIn();
     }
 }
@@ -209,7 +209,7 @@ TEST(VirtualReaderFault, Unplugged_IsNotThereWhateverIsPluggedIn)
     ReaderOnUsb reader("resident", QStringLiteral("unplugged"));
     reader->plugIn();
     EXPECT_FALSE(reader->isPluggedIn());
-    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::UNPLUGGED);
+    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::LOOKUP).status, UsbStatus::UNPLUGGED);
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::UNPLUGGED);
     reader.set(QString());
     EXPECT_TRUE(reader->isPluggedIn());
@@ -234,27 +234,27 @@ TEST(VirtualReaderFault, ResetRefused_LeavesTheReaderAsItIs)
     ReaderOnUsb reader("resident", QStringLiteral("reset-refused"));
     reader.selectCard();
     reader->reset();
-    EXPECT_EQ(reader.answer(frames::read()).size(), 2321);
+    EXPECT_EQ(reader.answer(frames::READ).size(), 2321);
 }
 
 TEST(VirtualReaderFault, NoCard_IsCountedOverResets)
 {
     ReaderOnUsb reader("resident", QStringLiteral("no-card=2"));
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::notFound());
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::NO_CARD_ANSWER);
     reader->reset();
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::notFound());
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::NO_CARD_ANSWER);
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
 }
 
 TEST(VirtualReaderFault, TransientFailures_AreEachOneFailedRead)
 {
     ReaderOnUsb reader("resident", QStringLiteral("transient-failures=2"));
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE4));
     reader->reset();
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
-    EXPECT_EQ(reader.answer(frames::read()).size(), 2321);
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE4));
+    EXPECT_EQ(reader.answer(frames::READ).size(), 2321);
 }
 
 TEST(VirtualReaderFault, ReadFails_GivesNoDataEver)
@@ -262,30 +262,30 @@ TEST(VirtualReaderFault, ReadFails_GivesNoDataEver)
     ReaderOnUsb reader("resident", QStringLiteral("read-fails=7"));
     reader.selectCard();
     for (int round = 0; round < 3; ++round)
-        EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
+        EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE4));
 }
 
 TEST(VirtualReaderFault, CardRemoved_GivesNoDataAndIsNotFoundAgain)
 {
     ReaderOnUsb reader("resident", QStringLiteral("card-removed"));
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::notFound());
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0x80));
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::NO_CARD_ANSWER);
 }
 
 TEST(VirtualReaderFault, Delay_IsThatOfTheReadAnswerAlone)
 {
     ReaderOnUsb reader("resident", QStringLiteral("delay-ms=300,read-answer-delayed=50"));
-    EXPECT_EQ(reader.ask(frames::lookup()).delayMs, 0);
-    EXPECT_EQ(reader.ask(frames::select()).delayMs, 0);
-    EXPECT_EQ(reader.ask(frames::read()).delayMs, 350);
+    EXPECT_EQ(reader.ask(frames::LOOKUP).delayMs, 0);
+    EXPECT_EQ(reader.ask(frames::SELECT).delayMs, 0);
+    EXPECT_EQ(reader.ask(frames::READ).delayMs, 350);
 }
 
 TEST(VirtualReaderFault, DelayedAnswerInSeveralTransfers_IsDelayedOnce)
 {
     ReaderOnUsb reader("resident", QStringLiteral("delay-ms=300"));
     reader.selectCard();
-    EXPECT_EQ(reader.ask(frames::read(), 512).delayMs, 300);
+    EXPECT_EQ(reader.ask(frames::READ, 512).delayMs, 300);
     const UsbTransfer rest = reader->read(IN_ENDPOINT, ROOM);
     EXPECT_EQ(rest.count, 2321 - 512);
     EXPECT_EQ(rest.delayMs, 0);
@@ -295,10 +295,10 @@ TEST(VirtualReaderFault, FaultsOfTextAndPhoto_AreInTheAnswer)
 {
     ReaderOnUsb usual;
     usual.selectCard();
-    const QByteArray right = usual.answer(frames::read());
+    const QByteArray right = usual.answer(frames::READ);
     ReaderOnUsb reader("resident", QStringLiteral("unknown-kind,photo-length=7,photo-undecodable"));
     reader.selectCard();
-    const QByteArray answer = reader.answer(frames::read());
+    const QByteArray answer = reader.answer(frames::READ);
     EXPECT_EQ(answer.size(), right.size());
     EXPECT_EQ(answer.mid(12, 2).toHex(), "0007");
     EXPECT_EQ(answer.at(16 + 248), '?');
@@ -309,7 +309,7 @@ TEST(VirtualReaderFault, FaultOfTheCardsDescription_CountsAsThoseSetBesideItAndG
 {
     ReaderOnUsb reader("resident-transient-failures", "delay-ms=3");
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE4));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE4));
     reader->slot().takeCard();
     EXPECT_FALSE(reader->slot().faults().has(FaultKind::TRANSIENT_FAILURES));
     EXPECT_EQ(reader->slot().faults().number(FaultKind::DELAY_MS), 3);
@@ -326,6 +326,6 @@ TEST(VirtualReaderFault, Environment_CountsWhenItIsFollowed)
     qunsetenv("IDCARD_SIMULATOR_CARD");
     qunsetenv("IDCARD_SIMULATOR_FAULTS");
     EXPECT_TRUE(reader.isClaimedElsewhere());
-    reader.write(OUT_ENDPOINT, frames::lookup());
+    reader.write(OUT_ENDPOINT, frames::LOOKUP);
     EXPECT_EQ(reader.read(IN_ENDPOINT, ROOM).data, QByteArray("\x01"));
 }

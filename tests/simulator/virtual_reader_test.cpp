@@ -30,51 +30,51 @@ TEST(VirtualReader, CardThere_IsFoundSelectedAndRead)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read(), 2321).size(), 2321);
+    EXPECT_EQ(reader.answer(frames::READ, 2321).size(), 2321);
 }
 
 TEST(VirtualReader, NoCard_IsAnsweredWithStatus80InAFrameOfFullLength)
 {
     ReaderOnUsb reader("");
-    EXPECT_EQ(reader.answer(frames::lookup(), 15), frames::notFound());
+    EXPECT_EQ(reader.answer(frames::LOOKUP, 15), frames::NO_CARD_ANSWER);
 }
 
 TEST(VirtualReader, SelectWithoutFoundCard_IsRefused)
 {
     ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0xE3));
+    EXPECT_EQ(reader.answer(frames::SELECT, 19), frames::notSelected(0xE3));
 }
 
 TEST(VirtualReader, ReadWithoutSelectedCard_IsRefusedWithAStatusAlone)
 {
     ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
-    EXPECT_EQ(reader.answer(frames::read(), 2321), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3));
 }
 
 TEST(VirtualReader, SelectedCard_CanBeReadAgain)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    const QByteArray first = reader.answer(frames::read());
-    EXPECT_EQ(reader.answer(frames::read()), first);
+    const QByteArray first = reader.answer(frames::READ);
+    EXPECT_EQ(reader.answer(frames::READ), first);
 }
 
 TEST(VirtualReader, LookupAfterSelect_BeginsAnew)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
 }
 
 TEST(VirtualReader, CardTakenAfterLookup_CannotBeSelected)
 {
     ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
     reader->slot().takeCard();
-    EXPECT_EQ(reader.answer(frames::select(), 19), frames::notSelected(0x80));
+    EXPECT_EQ(reader.answer(frames::SELECT, 19), frames::notSelected(0x80));
 }
 
 TEST(VirtualReader, CardTakenAfterSelect_GivesNoData)
@@ -82,7 +82,7 @@ TEST(VirtualReader, CardTakenAfterSelect_GivesNoData)
     ReaderOnUsb reader;
     reader.selectCard();
     reader->slot().takeCard();
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0x80));
 }
 
 TEST(VirtualReader, CardExchangedAfterSelect_GivesNoDataUntilItIsFoundItself)
@@ -90,9 +90,9 @@ TEST(VirtualReader, CardExchangedAfterSelect_GivesNoDataUntilItIsFoundItself)
     ReaderOnUsb reader;
     reader.selectCard();
     reader.put("hmt-taiwan");
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0x80));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0x80));
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::read()).size(), 1297);
+    EXPECT_EQ(reader.answer(frames::READ).size(), 1297);
 }
 
 TEST(VirtualReader, CardPutAfterAnother_IsReadWithItsOwnPhoto)
@@ -104,7 +104,7 @@ TEST(VirtualReader, CardPutAfterAnother_IsReadWithItsOwnPhoto)
         DescriptionError error;
         const auto card = loadCard(QLatin1String(name), &error);
         ASSERT_TRUE(card) << error.message().toStdString();
-        EXPECT_EQ(reader.answer(frames::read()), readAnswer(*card, {})) << name;
+        EXPECT_EQ(reader.answer(frames::READ), readAnswer(*card, {})) << name;
     }
 }
 
@@ -112,12 +112,12 @@ TEST(VirtualReader, Reset_ForgetsAnswersAndTheSelectedCard)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    reader->write(OUT_ENDPOINT, frames::read());
+    reader->write(OUT_ENDPOINT, frames::READ);
     reader->write(LOOP_OUT, "abc");
     reader->reset();
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
 }
 
 TEST(VirtualReader, ReadWithNothingToAnswer_NeverEnds)
@@ -133,15 +133,15 @@ TEST(VirtualReader, ReadWithNothingToAnswer_NeverEnds)
 TEST(VirtualReader, Answer_IsGivenOnce)
 {
     ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::lookup()), frames::found());
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
 }
 
 TEST(VirtualReader, AnswerNotFetched_GivesWayToTheNext)
 {
     ReaderOnUsb reader;
-    reader->write(OUT_ENDPOINT, frames::lookup());
-    EXPECT_EQ(reader.answer(frames::select()), frames::selected());
+    reader->write(OUT_ENDPOINT, frames::LOOKUP);
+    EXPECT_EQ(reader.answer(frames::SELECT), frames::SELECT_ANSWER);
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
 }
 
@@ -168,10 +168,10 @@ TEST(VirtualReader, MalformedCommand_IsRefusedAsMalformed)
 TEST(VirtualReader, EmptyCommand_IsTakenAndNotAnswered)
 {
     ReaderOnUsb reader;
-    reader->write(OUT_ENDPOINT, frames::lookup());
+    reader->write(OUT_ENDPOINT, frames::LOOKUP);
     const UsbTransfer transfer = reader->write(OUT_ENDPOINT, {});
     EXPECT_EQ(transfer.status, UsbStatus::DONE);
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).data, frames::found());
+    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).data, frames::LOOKUP_ANSWER);
 }
 
 TEST(VirtualReader, GarbageOfAnyLength_IsRefusedAndLeavesTheReaderUsable)
@@ -204,8 +204,7 @@ TEST(VirtualReader, EndpointThatThereIsNot_Stalls)
 {
     ReaderOnUsb reader;
     for (const int endpoint : {0x00, 0x01, 0x81, 0x85})
-        EXPECT_EQ(reader->write(std::uint8_t(endpoint), frames::lookup()).status,
-                  UsbStatus::STALLED);
+        EXPECT_EQ(reader->write(std::uint8_t(endpoint), frames::LOOKUP).status, UsbStatus::STALLED);
     for (const int endpoint : {0x80, 0x82, 0x02, 0x06})
         EXPECT_EQ(reader->read(std::uint8_t(endpoint), ROOM).status, UsbStatus::STALLED);
 }
@@ -242,9 +241,9 @@ TEST(VirtualReader, AnswerLongerThanTheRoom_EndsTooLongAndIsLost)
 {
     ReaderOnUsb reader;
     for (const int room : {0, 1, 7, 14, -1}) {
-        const UsbTransfer transfer = reader.ask(frames::lookup(), room);
+        const UsbTransfer transfer = reader.ask(frames::LOOKUP, room);
         EXPECT_EQ(transfer.status, UsbStatus::TOO_LONG) << room;
-        EXPECT_EQ(transfer.data, frames::found().left(std::max(room, 0))) << room;
+        EXPECT_EQ(transfer.data, frames::LOOKUP_ANSWER.left(std::max(room, 0))) << room;
         EXPECT_EQ(transfer.count, transfer.data.size()) << room;
         EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING) << room;
     }
@@ -254,8 +253,8 @@ TEST(VirtualReader, AnswerLongerThanWholePackets_ComesInSeveralTransfers)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    const QByteArray whole = reader.answer(frames::read());
-    QByteArray parts = reader.answer(frames::read(), 1024);
+    const QByteArray whole = reader.answer(frames::READ);
+    QByteArray parts = reader.answer(frames::READ, 1024);
     EXPECT_EQ(parts.size(), 1024);
     parts += reader->read(IN_ENDPOINT, 512).data;
     EXPECT_EQ(parts.size(), 1536);
@@ -288,15 +287,15 @@ TEST(VirtualReader, Unplugged_AnswersNothingUntilItIsPluggedInAsNew)
 {
     ReaderOnUsb reader;
     reader.selectCard();
-    reader->write(OUT_ENDPOINT, frames::read());
+    reader->write(OUT_ENDPOINT, frames::READ);
     reader->unplug();
     EXPECT_FALSE(reader->isPluggedIn());
-    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::lookup()).status, UsbStatus::UNPLUGGED);
+    EXPECT_EQ(reader->write(OUT_ENDPOINT, frames::LOOKUP).status, UsbStatus::UNPLUGGED);
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::UNPLUGGED);
     reader->plugIn();
     EXPECT_TRUE(reader->isPluggedIn());
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
-    EXPECT_EQ(reader.answer(frames::read()), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
 }
 
 TEST(VirtualReader, WithoutFaults_NothingStandsInTheWay)

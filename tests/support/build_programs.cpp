@@ -16,7 +16,7 @@ QByteArray outputOf(const QString &program, const QStringList &arguments)
     input.emulated = false;
     const ProcessResult result = runProcess(program, arguments, input);
     EXPECT_TRUE(result.finished) << program.toStdString();
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
     return result.standardOutput;
 }
 

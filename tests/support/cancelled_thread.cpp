@@ -2,7 +2,10 @@
 
 #include <ctime>
 #include <stdexcept>
+#include <thread>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 void PrintTo(ThreadEnd end, std::ostream *stream)
 {
@@ -48,4 +51,12 @@ ThreadEnd endOfThreadCancelledBefore(const std::function<void()> &work)
         work();
     });
     return thread.end();
+}
+
+void waitUntil(const std::function<bool()> &holds)
+{
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!holds() && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(holds());
 }

@@ -37,3 +37,6 @@ private:
 
 /** A thread that does `work` with its cancellation asked for before, and so at the first place. */
 ThreadEnd endOfThreadCancelledBefore(const std::function<void()> &work);
+
+/** Waits for what another thread does; it must come in time. */
+void waitUntil(const std::function<bool()> &holds);

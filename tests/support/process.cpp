@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -141,6 +141,14 @@ private:
 };
 
 } // namespace
+
+void expectEnd(const ProcessResult &run, int exitStatus, const std::string &error)
+{
+    EXPECT_TRUE(run.finished) << "signal " << run.signal;
+    EXPECT_EQ(run.exitStatus, exitStatus);
+    EXPECT_THAT(run.error(), testing::HasSubstr(error));
+    EXPECT_TRUE(!error.empty() || run.standardError.isEmpty()) << run.error();
+}
 
 Pipe::Pipe()
 {

@@ -4,6 +4,7 @@
 // the emulator that runs the test itself.
 
 #include <chrono>
+#include <string>
 
 #include <sys/types.h>
 
@@ -18,7 +19,13 @@ struct ProcessResult {
     int signal = 0; ///< that ended it; 0: none did
     QByteArray standardOutput;
     QByteArray standardError;
+
+    std::string output() const { return standardOutput.toStdString(); }
+    std::string error() const { return standardError.toStdString(); }
 };
+
+/** Expects a status, and a part of standard error; an empty one: that there is nothing. */
+void expectEnd(const ProcessResult &run, int exitStatus, const std::string &error = {});
 
 /** Where a program's standard output goes. */
 enum class StandardOutput {

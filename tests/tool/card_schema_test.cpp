@@ -7,24 +7,21 @@
 #include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
 #include "simulator/reader/virtual_reader.h"
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/emulated_bus.h"
 
 namespace
 {
 
-class CardSchema : public testing::Test
+class CardSchema : public FolderTest
 {
 protected:
-    QString path(const QString &name) const { return m_base.filePath(name); }
-
     /** Keeps what the tool printed as the sample `name`. */
     void keep(const QString &name, const QStringList &arguments, const ProcessInput &input = {})
     {
         const ProcessResult run = runTool(arguments, input);
-        ASSERT_THAT(run.standardOutput.toStdString(), testing::StartsWith("{"))
-            << run.standardError.toStdString();
+        ASSERT_THAT(run.output(), testing::StartsWith("{")) << run.error();
         writeFile(m_samples.filePath(name + ".json"), run.standardOutput);
         ++m_count;
     }
@@ -34,7 +31,7 @@ protected:
     {
         const QString folder = path(name);
         const ProcessResult run = runTool(arguments + QStringList{"--out", folder});
-        ASSERT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        ASSERT_EQ(run.exitStatus, 0) << run.error();
         writeFile(m_samples.filePath(name + ".json"), readFile(folder + "/card.json"));
         ++m_count;
     }
@@ -49,12 +46,11 @@ protected:
             {QStringLiteral(IDCARD_SOURCE_DIR "/tests/tool/check_card_schema.py"),
              QStringLiteral(IDCARD_SOURCE_DIR "/docs/card.schema.json"), m_samples.path()},
             input);
-        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
-        EXPECT_EQ(run.standardOutput.toStdString(), std::to_string(m_count) + " cards checked\n");
+        EXPECT_EQ(run.exitStatus, 0) << run.error();
+        EXPECT_EQ(run.output(), std::to_string(m_count) + " cards checked\n");
     }
 
 private:
-    QTemporaryDir m_base;
     QTemporaryDir m_samples;
     int m_count = 0;
 };

@@ -57,7 +57,7 @@ TEST(Cards, EveryListedCardCanBeRead)
     for (const QString &name : simulator::builtInCardNames())
         arguments << "--simulate" << name;
     const ProcessResult run = runTool(arguments);
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
     EXPECT_EQ(run.standardOutput.count('\n'), simulator::builtInCardNames().size());
 }
 
@@ -66,7 +66,7 @@ TEST(Cards, NeitherDisplayNorSimulatorLibraryIsNeeded)
     const ProcessResult run = runTool({"cards"}, {{{"QT_QPA_PLATFORM", "no-such-platform"},
                                                    {"IDCARD_SIMULATOR_LIBRARY", "/nonexistent"}}});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
+    EXPECT_TRUE(run.standardError.isEmpty()) << run.error();
 }
 
 } // namespace

@@ -9,8 +9,8 @@
 
 #include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
+#include "tests/support/files.h"
 #include "tests/tool/expected_json.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;
@@ -27,12 +27,9 @@ QByteArray recordOf(const QString &card)
     return simulator::readAnswer(builtInCard(card), {});
 }
 
-class Decode : public testing::Test
+class Decode : public FolderTest
 {
 protected:
-    QString path(const QString &name) const { return m_base.filePath(name); }
-    QString out() const { return path("card"); }
-
     /** A file that holds `record`. */
     QString file(const QByteArray &record) const
     {
@@ -44,9 +41,6 @@ protected:
     {
         return runTool(QStringList{"decode", file(recordOf(card)), "--simulator-photos"} + more);
     }
-
-private:
-    QTemporaryDir m_base;
 };
 
 TEST_F(Decode, JsonOfEveryBuiltInCardHoldsTheDescribedCard)
@@ -56,8 +50,7 @@ TEST_F(Decode, JsonOfEveryBuiltInCardHoldsTheDescribedCard)
     for (const QString &name : names) {
         SCOPED_TRACE(name.toStdString());
         const ProcessResult run = decode(name, {"--json"});
-        EXPECT_EQ(run.exitStatus, 0);
-        EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+        expectEnd(run, 0);
         const QJsonObject expected = expectedOfRecord(builtInCard(name), "file");
         EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
                   QJsonDocument(expected).toJson().toStdString());
@@ -67,7 +60,7 @@ TEST_F(Decode, JsonOfEveryBuiltInCardHoldsTheDescribedCard)
 TEST_F(Decode, TableShowsTheCard)
 {
     const simulator::CardDescription card = builtInCard("hmt-taiwan");
-    EXPECT_THAT(decode("hmt-taiwan").standardOutput.toStdString(),
+    EXPECT_THAT(decode("hmt-taiwan").output(),
                 AllOf(HasSubstr(card.idNumber.toStdString()),
                       HasSubstr("\nTimes issued          " + card.issueCount.toStdString() + "\n"),
                       HasSubstr("\nPhoto                 BMP picture, 102 x 126 pixels\n"),
@@ -77,8 +70,7 @@ TEST_F(Decode, TableShowsTheCard)
 TEST_F(Decode, FilesAreTheCardThePhotoAndThePrints)
 {
     const ProcessResult run = decode("resident", {"--out", out()});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(run, 0);
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
     EXPECT_EQ(modeOf(out()), 0700);
     for (const char *name : {"/card.json", "/fingerprints.dat", "/photo.bmp"})
@@ -90,8 +82,7 @@ TEST_F(Decode, FilesAreTheCardThePhotoAndThePrints)
     const QJsonObject json = parsedObject(readFile(out() + "/card.json"));
     EXPECT_EQ(json["road"].toString(), "file");
     EXPECT_EQ(json["photo"].toObject()["file"].toString(), "photo.bmp");
-    EXPECT_THAT(run.standardOutput.toStdString(),
-                AllOf(HasSubstr("/card.json\n"), Not(HasSubstr("Front picture"))));
+    EXPECT_THAT(run.output(), AllOf(HasSubstr("/card.json\n"), Not(HasSubstr("Front picture"))));
 }
 
 TEST_F(Decode, NothingIsOverwrittenWithoutForce)
@@ -99,9 +90,8 @@ TEST_F(Decode, NothingIsOverwrittenWithoutForce)
     decode("resident", {"--out", out()});
     const auto before = folderState(out());
     const ProcessResult run = decode("foreign-new", {"--out", out()});
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("--force"));
+    expectEnd(run, 7, "--force");
+    EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_EQ(folderState(out()), before);
 }
 
@@ -117,10 +107,9 @@ TEST_F(Decode, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
     const ProcessResult run =
         runTool({"decode", file(recordOf("resident")), "--json", "--out", out()});
     EXPECT_EQ(run.exitStatus, 6);
-    EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("The photo of the card could not be decoded."),
-                      HasSubstr("What to do:"), HasSubstr("--simulator-photos"),
-                      HasSubstr("photo.bmp is not written")));
+    EXPECT_THAT(run.error(), AllOf(HasSubstr("The photo of the card could not be decoded."),
+                                   HasSubstr("What to do:"), HasSubstr("--simulator-photos"),
+                                   HasSubstr("photo.bmp is not written")));
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat"));
     const QJsonObject json = parsedObject(run.standardOutput);
     EXPECT_EQ(json["idNumber"].toString(), builtInCard("resident").idNumber);
@@ -134,7 +123,7 @@ TEST_F(Decode, PhotoThatTheDecoderRefusesIsToldWithoutTheHintAtTheSimulator)
     record.replace(272, 1024, QByteArray(1024, 'x'));
     const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
     EXPECT_EQ(run.exitStatus, 6);
-    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("--simulator-photos")));
+    EXPECT_THAT(run.error(), Not(HasSubstr("--simulator-photos")));
 }
 
 TEST_F(Decode, DecoderOfTheMakersNameIsFoundLikeTheReadersLibrary)
@@ -152,7 +141,7 @@ TEST_F(Decode, StandardInputIsTakenWithoutAFileAndByADash)
     for (const QStringList &arguments : {QStringList{"decode", "--simulator-photos"},
                                          QStringList{"decode", "-", "--simulator-photos"}}) {
         const ProcessResult run = runTool(arguments + QStringList{"--json"}, input);
-        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        EXPECT_EQ(run.exitStatus, 0) << run.error();
         EXPECT_EQ(parsedObject(run.standardOutput)["idNumber"].toString(),
                   builtInCard("foreign-2017").idNumber);
     }
@@ -164,10 +153,8 @@ TEST_F(Decode, StandardInputThatIsNoRecordIsRefused)
         ProcessInput input;
         input.standardInput = bytes;
         const ProcessResult run = runTool({"decode"}, input);
-        EXPECT_EQ(run.exitStatus, 2);
-        EXPECT_THAT(run.standardError.toStdString(),
-                    HasSubstr("Standard input is no raw card record: "));
-        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+        expectEnd(run, 2, "Standard input is no raw card record: ");
+        EXPECT_THAT(run.output(), IsEmpty());
     }
 }
 
@@ -176,11 +163,10 @@ TEST_F(Decode, FileThatIsNoRecordIsRefusedWithThePlaceAndWritesNothing)
     QByteArray record = recordOf("resident");
     record[7] = 1;
     const ProcessResult run = runTool({"decode", file(record), "--out", out()});
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("card.rec is no raw card record: at offset 7 (status) it has 01 00 90, "
-                          "where 00 00 90 was expected.\n"));
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    expectEnd(run, 2,
+              "card.rec is no raw card record: at offset 7 (status) it has 01 00 90, "
+              "where 00 00 90 was expected.\n");
+    EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_FALSE(QDir(out()).exists());
 }
 
@@ -188,8 +174,7 @@ TEST_F(Decode, EndlessInputIsReadNoFurtherThanARecord)
 {
     const ProcessResult run = runTool({"decode", "/dev/zero"});
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("it goes on at offset 2321"));
+    expectEnd(run, 2, "it goes on at offset 2321");
 }
 
 TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreToldAndTheCardDecoded)
@@ -198,11 +183,10 @@ TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreToldAndTheCardDecoded)
     record[14] = 2; // one print, where there are two; the checksum is then wrong, too
     const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("card.rec is an odd record: at offset 14 (length of the finger"),
                       HasSubstr("card.rec is an odd record: at offset 2320 (checksum)")));
-    EXPECT_THAT(run.standardOutput.toStdString(),
-                HasSubstr(builtInCard("resident").name.toStdString()));
+    EXPECT_THAT(run.output(), HasSubstr(builtInCard("resident").name.toStdString()));
 }
 
 TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsToldAndGivesNoCard)
@@ -210,9 +194,8 @@ TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsToldAndGivesNoCard)
     QByteArray record = recordOf("foreign-2017");
     record[16 + 120] = '5';
     const ProcessResult run = runTool({"decode", file(record), "--json"});
-    EXPECT_EQ(run.exitStatus, 8);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("sex code"));
+    expectEnd(run, 8, "sex code");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 TEST_F(Decode, FileThatCannotBeReadIsToldWithItsName)
@@ -224,7 +207,7 @@ TEST_F(Decode, FileThatCannotBeReadIsToldWithItsName)
     for (const auto &unreadable : cases) {
         const ProcessResult run = runTool({"decode", unreadable.path});
         EXPECT_EQ(run.exitStatus, 2);
-        EXPECT_THAT(run.standardError.toStdString(),
+        EXPECT_THAT(run.error(),
                     AllOf(HasSubstr(unreadable.path.toStdString() + " could not be read"),
                           HasSubstr(unreadable.reason)));
     }
@@ -236,26 +219,16 @@ TEST_F(Decode, FileThatThisUserMayNotReadIsTold)
         GTEST_SKIP() << "root may read every file";
     const QString record = file(recordOf("resident"));
     ASSERT_TRUE(QFile::setPermissions(record, QFileDevice::WriteOwner));
-    const ProcessResult run = runTool({"decode", record});
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Permission denied"));
+    expectEnd(runTool({"decode", record}), 2, "Permission denied");
 }
 
 TEST_F(Decode, VerboseShowsNothingOfWhatTheCardHolds)
 {
     for (const char *name : {"resident", "hmt-taiwan", "foreign-2017", "foreign-new"}) {
         SCOPED_TRACE(name);
-        const simulator::CardDescription card = builtInCard(name);
         const ProcessResult run = decode(name, {"--verbose"});
-        EXPECT_EQ(run.exitStatus, 0);
-        EXPECT_THAT(run.standardError.toStdString(), HasSubstr("libidcard_simulator.so"));
-        for (const QString &text :
-             {card.name, card.englishName, card.chineseName, card.address, card.idNumber,
-              card.issuingAuthority, card.travelPermitNumber, card.birthDate, card.nationality}) {
-            if (!text.isEmpty()) {
-                EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr(text.toStdString())));
-            }
-        }
+        expectEnd(run, 0, "libidcard_simulator.so");
+        expectNothingOf(builtInCard(name), run.standardError);
     }
 }
 

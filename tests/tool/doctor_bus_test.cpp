@@ -187,8 +187,8 @@ TEST(DoctorsSchema, FitsEveryReportOfTheseTests)
                    {QStringLiteral(IDCARD_SOURCE_DIR "/tests/tool/check_doctor_schema.py"),
                     QStringLiteral(IDCARD_SOURCE_DIR "/docs/doctor.schema.json"), samples().path()},
                    input);
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
-    EXPECT_EQ(run.standardOutput.toStdString(), std::to_string(count) + " reports checked\n");
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
+    EXPECT_EQ(run.output(), std::to_string(count) + " reports checked\n");
 }
 
 } // namespace

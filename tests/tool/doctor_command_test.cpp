@@ -20,9 +20,8 @@ namespace
 TEST_F(Doctor, MachineInOrderIsFine)
 {
     const ProcessResult text = run({"--road", "library"});
-    EXPECT_EQ(text.exitStatus, 0);
-    EXPECT_THAT(text.standardError.toStdString(), IsEmpty());
-    EXPECT_THAT(text.standardOutput.toStdString(), EndsWith("\n\nAll is fine: 10 checks.\n"));
+    expectEnd(text, 0);
+    EXPECT_THAT(text.output(), EndsWith("\n\nAll is fine: 10 checks.\n"));
     const ProcessResult json = run({"--road", "library", "--json"});
     EXPECT_EQ(json.exitStatus, 0);
     const QJsonObject report = reportOf(json);
@@ -50,10 +49,10 @@ TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
 {
     install(readFile(builtLibrary("WRITES")));
     const ProcessResult quiet = run({"--road", "library"});
-    EXPECT_THAT(quiet.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(quiet.error(), IsEmpty());
     const ProcessResult verbose = run({"--road", "library", "--verbose"});
-    EXPECT_THAT(verbose.standardError.toStdString(), testing::StartsWith("noise\nnoise\n"));
-    EXPECT_EQ(verbose.standardOutput.toStdString(), quiet.standardOutput.toStdString());
+    EXPECT_THAT(verbose.error(), testing::StartsWith("noise\nnoise\n"));
+    EXPECT_EQ(verbose.output(), quiet.output());
     EXPECT_EQ(verbose.exitStatus, 0);
 }
 

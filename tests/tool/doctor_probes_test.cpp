@@ -18,7 +18,7 @@
 #include "apps/doctor/shipped_files.h"
 #include "apps/doctor/usb.h"
 #include "apps/process/child_process.h"
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 
 using namespace app;
 using namespace app::doctor;

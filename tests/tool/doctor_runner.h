@@ -7,7 +7,7 @@
 #include <QDir>
 #include <QJsonArray>
 
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 
 using Variables = QMap<QString, QString>;
@@ -73,7 +73,7 @@ protected:
     static QJsonObject reportOf(const ProcessResult &run)
     {
         static int count = 0;
-        EXPECT_TRUE(run.finished) << run.standardError.toStdString();
+        EXPECT_TRUE(run.finished) << run.error();
         writeFile(samples().filePath(QStringLiteral("%1.json").arg(++count)), run.standardOutput);
         return parsedObject(run.standardOutput);
     }
@@ -97,7 +97,7 @@ protected:
     {
         const int status = QLatin1String(level) == QLatin1String("failure") ? 10 : 9;
         const ProcessResult json = run(arguments + QStringList{"--json"});
-        EXPECT_EQ(json.exitStatus, status) << json.standardError.toStdString();
+        EXPECT_EQ(json.exitStatus, status) << json.error();
         const QJsonObject report = reportOf(json);
         EXPECT_EQ(report["result"].toString(), level);
         const QJsonObject finding = findingIn(report, check);
@@ -109,7 +109,7 @@ protected:
             return finding; // the text differs by no processor, and a run takes ten times as long
         const ProcessResult text = run(arguments);
         EXPECT_EQ(text.exitStatus, status);
-        EXPECT_THAT(text.standardError.toStdString(), testing::IsEmpty());
+        EXPECT_THAT(text.error(), testing::IsEmpty());
         const QString flat = QString::fromUtf8(text.standardOutput).simplified();
         const QString marker = status == 10 ? "FAILURE" : "warning";
         EXPECT_THAT(flat.toStdString(), testing::HasSubstr(part));

@@ -5,7 +5,7 @@
 #include <QImage>
 #include <QImageReader>
 
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 
 namespace
 {

@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 
 #include "tests/support/build_programs.h"
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;
@@ -22,8 +22,8 @@ const QStringList READ_RESIDENT{"read", "--simulate", "resident"};
 TEST(StandardOutput, HoldsNothingOfWhatTheLibraryPrintsWhenTheReaderDoesNotOpen)
 {
     const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--fault", "open-fails=3"});
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("打开读卡器失败")));
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(), Not(HasSubstr("打开读卡器失败")));
 }
 
 TEST(StandardOutput, IsTheSameAfterTransientFailures)
@@ -31,7 +31,7 @@ TEST(StandardOutput, IsTheSameAfterTransientFailures)
     const ProcessResult run =
         runTool(READ_RESIDENT + QStringList{"--fault", "transient-failures=3"});
     EXPECT_EQ(run.standardOutput, runTool(READ_RESIDENT).standardOutput);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
 }
 
 TEST(StandardOutput, VerboseShowsWhatTheLibraryPrintsOnStandardError)
@@ -45,8 +45,8 @@ TEST(StandardOutput, VerboseShowsWhatTheLibraryPrintsOnStandardError)
 TEST(StandardOutput, DebugMessagesOfTheLibraryAppearOnlyWhenVerbose)
 {
     const QStringList arguments = READ_RESIDENT + QStringList{"--fault", "photo-undecodable"};
-    EXPECT_THAT(runTool(arguments).standardError.toStdString(), Not(HasSubstr("解码头像数据失败")));
-    EXPECT_THAT(runTool(arguments + QStringList{"--verbose"}).standardError.toStdString(),
+    EXPECT_THAT(runTool(arguments).error(), Not(HasSubstr("解码头像数据失败")));
+    EXPECT_THAT(runTool(arguments + QStringList{"--verbose"}).error(),
                 HasSubstr("解码头像数据失败"));
 }
 
@@ -56,9 +56,7 @@ protected:
     static void expectMessage(const ProcessInput &output)
     {
         const ProcessResult run = runTool(GetParam(), output);
-        EXPECT_EQ(run.exitStatus, 1);
-        EXPECT_THAT(run.standardError.toStdString(),
-                    HasSubstr("Standard output could not be written"));
+        expectEnd(run, 1, "Standard output could not be written");
     }
 
     ProcessInput m_output;
@@ -105,16 +103,14 @@ TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
 
 TEST(Display, MissingOneIsReplacedByTheOffscreenPlatformQuietly)
 {
-    const ProcessResult run = runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", QString()}}});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", QString()}}}), 0);
 }
 
 TEST(Display, VerboseTellsThatThereIsNone)
 {
     const ProcessResult run =
         runTool(READ_RESIDENT + QStringList{"--verbose"}, {{{"QT_QPA_PLATFORM", QString()}}});
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("offscreen platform is used"));
+    EXPECT_THAT(run.error(), HasSubstr("offscreen platform is used"));
 }
 
 TEST(Display, ChosenPlatformOrDisplayIsLeft)
@@ -126,7 +122,7 @@ TEST(Display, ChosenPlatformOrDisplayIsLeft)
     for (const auto &choice : choices) {
         const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"}, {choice});
         EXPECT_EQ(run.exitStatus, choice.size() == 1 ? 0 : 1) << "no such display";
-        EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr("offscreen platform is used")));
+        EXPECT_THAT(run.error(), Not(HasSubstr("offscreen platform is used")));
     }
 }
 
@@ -134,8 +130,7 @@ TEST(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
 {
     const ProcessResult run = runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", "no-such-platform"}}});
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("QT_QPA_PLATFORM=offscreen"));
+    expectEnd(run, 1, "QT_QPA_PLATFORM=offscreen");
 }
 
 ProcessResult readWithSimulator(const QString &library)
@@ -154,10 +149,8 @@ TEST(SimulatorLibrary, NamedFileIsUsed)
 TEST(SimulatorLibrary, NamedFileThatIsMissingIsToldAndNoOtherIsTaken)
 {
     const ProcessResult run = readWithSimulator("/nonexistent/simulator.so");
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("there is no /nonexistent/simulator.so"));
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("IDCARD_SIMULATOR_LIBRARY"));
+    expectEnd(run, 1, "there is no /nonexistent/simulator.so");
+    EXPECT_THAT(run.error(), HasSubstr("IDCARD_SIMULATOR_LIBRARY"));
 }
 
 TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
@@ -165,16 +158,13 @@ TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
     QTemporaryDir folder;
     const QString path = folder.filePath("simulator.so");
     writeFile(path, "no library at all");
-    const ProcessResult run = readWithSimulator(path);
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("The simulator could not be loaded"));
+    expectEnd(readWithSimulator(path), 1, "The simulator could not be loaded");
 }
 
 TEST(SimulatorLibrary, OtherLibraryIsTold)
 {
-    const ProcessResult run = readWithSimulator(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so");
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("is no simulator"));
+    expectEnd(readWithSimulator(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so"), 1,
+              "is no simulator");
 }
 
 class SimulatorPlace : public testing::TestWithParam<const char *>
@@ -195,7 +185,7 @@ TEST_P(SimulatorPlace, IsSearchedFromTheProgram)
     const ProcessResult run = runProcess(program, READ_RESIDENT + QStringList{"--verbose"},
                                          {{{"IDCARD_SIMULATOR_LIBRARY", QString()}}});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.error(),
                 HasSubstr("The simulator is " + folder.filePath(GetParam()).toStdString()));
 }
 

@@ -12,8 +12,8 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include "tests/support/files.h"
 #include "tests/tool/expected_json.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;
@@ -32,8 +32,7 @@ TEST_P(ReadKind, JsonHoldsTheDescribedCard)
 {
     const QString name = QLatin1String(GetParam());
     const ProcessResult run = runTool({"read", "--json", "--simulate", name});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(run, 0);
     EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
               QJsonDocument(expectedOfRead(builtInCard(name))).toJson().toStdString());
 }
@@ -43,9 +42,8 @@ TEST_P(ReadKind, TableShowsTheDescribedCard)
     const QString name = QLatin1String(GetParam());
     const simulator::CardDescription card = builtInCard(name);
     const ProcessResult run = runTool({"read", "--simulate", name});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
-    const std::string table = run.standardOutput.toStdString();
+    expectEnd(run, 0);
+    const std::string table = run.output();
     for (const QString &text : {card.name, card.englishName, card.chineseName, card.address,
                                 card.idNumber, card.issuingAuthority, card.travelPermitNumber}) {
         EXPECT_THAT(table, HasSubstr(text.toStdString()));
@@ -58,9 +56,8 @@ TEST_P(ReadKind, TableShowsTheDescribedCard)
 TEST(Read, PicturesThatAreNotSavedAreNotSpokenOf)
 {
     const ProcessResult run = runTool({"read", "--simulate", "hmt-unknown-region"});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardOutput.toStdString(), Not(HasSubstr("picture ")));
+    expectEnd(run, 0);
+    EXPECT_THAT(run.output(), Not(HasSubstr("picture ")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ReadKind,
@@ -83,7 +80,7 @@ TEST(Read, FieldsWithoutContentAreEmptyInTheJsonAndADashInTheTable)
     const QJsonObject json =
         parsedObject(runTool({"read", "--json", "--simulate", card}).standardOutput);
     EXPECT_EQ(json["nationality"], QJsonValue(QString()));
-    const std::string table = runTool({"read", "--simulate", card}).standardOutput.toStdString();
+    const std::string table = runTool({"read", "--simulate", card}).output();
     EXPECT_THAT(table, HasSubstr("\nNationality    -\n"));
     EXPECT_THAT(table, HasSubstr("\nChinese name   -\n")); // filled up with blanks by the reader
 }
@@ -105,7 +102,7 @@ TEST(Read, ChineseNamesOfFilesAreUnderstoodAndPrintedInThePlainLocale)
     writeFile(path, readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json")));
     const ProcessResult run =
         runTool({"read", "--json", "--simulate", path, "--out", out}, {{{"LC_ALL", "C"}}});
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
     EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], out + "/photo.bmp");
 }
 
@@ -113,7 +110,7 @@ TEST(Read, InstalledReaderIsUsedWithoutSimulate)
 {
     const InstalledReader reader;
     const ProcessResult run = runTool({"read", "--json"}, {reader.variables("hmt-macao")});
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
     EXPECT_EQ(parsedObject(run.standardOutput).value("idNumber").toString(),
               builtInCard("hmt-macao").idNumber);
 }
@@ -145,19 +142,16 @@ TEST_P(ReadFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
         runTool({"read", "--simulate", "resident", "--fault", GetParam().fault});
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, GetParam().exitStatus);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr(GetParam().code), HasSubstr("Cause:"), HasSubstr("What to do:")));
 }
 
 TEST_P(ReadFailure, SaysNothingOfTheCardEvenWhenVerbose)
 {
-    const simulator::CardDescription card = builtInCard("resident");
     const ProcessResult run =
         runTool({"read", "--verbose", "--simulate", "resident", "--fault", GetParam().fault});
-    EXPECT_THAT(run.standardError.toStdString(), AllOf(Not(HasSubstr(card.name.toStdString())),
-                                                       Not(HasSubstr(card.idNumber.toStdString())),
-                                                       Not(HasSubstr(card.address.toStdString()))));
+    expectNothingOf(builtInCard("resident"), run.standardError);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -172,13 +166,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Read, VerboseTellsTheCourseWithoutTheCard)
 {
-    const simulator::CardDescription card = builtInCard("resident");
     const ProcessResult run = runTool({"read", "--verbose", "--simulate", "resident"});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("libidcard_simulator.so"), HasSubstr("with the code 0"),
-                      Not(HasSubstr(card.name.toStdString())),
-                      Not(HasSubstr(card.idNumber.toStdString()))));
+    expectEnd(run, 0, "libidcard_simulator.so");
+    EXPECT_THAT(run.error(), HasSubstr("with the code 0"));
+    expectNothingOf(builtInCard("resident"), run.standardError);
 }
 
 TEST(Read, ReadingThatTheMakersLibraryBreaksOffEndsWithItsStatus)
@@ -186,9 +177,7 @@ TEST(Read, ReadingThatTheMakersLibraryBreaksOffEndsWithItsStatus)
     const InstalledReader reader(QStringLiteral("libidcard_throwing_reader.so"));
     const ProcessResult run = runTool({"read"}, {reader.variables(QString())});
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 5);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("Code: -23 (IDCARD_RESULT_READ_FAILED)"));
+    expectEnd(run, 5, "Code: -23 (IDCARD_RESULT_READ_FAILED)");
 }
 
 TEST(ReadWait, CardThatComesLaterIsRead)
@@ -199,7 +188,7 @@ TEST(ReadWait, CardThatComesLaterIsRead)
         runTool({"read", "--wait", "30", "--simulate", "resident", "--fault", "no-card=2"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_GE(time.elapsed(), 400); // two pauses
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty()) << "no terminal, no sign of life";
+    EXPECT_THAT(run.error(), IsEmpty()) << "no terminal, no sign of life";
 }
 
 TEST(ReadWait, WithoutItAnEmptyReaderIsAFailureAtOnce)
@@ -215,7 +204,7 @@ TEST(ReadWait, EndsWhenTheTimeIsOver)
         runTool({"read", "--wait", "1", "--simulate", "resident", "--fault", "no-card"});
     EXPECT_EQ(run.exitStatus, 4);
     EXPECT_GE(time.elapsed(), 1000);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -24"));
+    EXPECT_THAT(run.error(), HasSubstr("Code: -24"));
 }
 
 TEST(ReadWait, OtherFailuresEndItAtOnce)
@@ -290,9 +279,8 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);
     EXPECT_LT(time.elapsed(), 30000);
-    EXPECT_EQ(run.exitStatus, 4);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Broken off before a card"));
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    expectEnd(run, 4, "Broken off before a card");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM));
@@ -303,9 +291,7 @@ TEST(ReadSignal, ReadingThatFailsAfterItIsToldWithItsOwnCause)
                       "delay-ms=1000, photo-undecodable"});
     EXPECT_TRUE(tool.waitForError("The simulator is"));
     tool.signal(SIGINT);
-    const ProcessResult run = tool.result();
-    EXPECT_EQ(run.exitStatus, 6);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -26"));
+    expectEnd(tool.result(), 6, "Code: -26");
 }
 
 TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
@@ -318,8 +304,7 @@ TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
     tool.signal(SIGINT);
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 5);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("was broken off"));
+    expectEnd(run, 5, "was broken off");
 }
 
 } // namespace

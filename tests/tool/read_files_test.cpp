@@ -5,8 +5,8 @@
 #include <QDir>
 #include <QJsonDocument>
 
+#include "tests/support/files.h"
 #include "tests/tool/file_size_limit.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
@@ -20,28 +20,20 @@ namespace
 
 constexpr int PHOTO_SIZE = 38862;
 
-class ReadOut : public testing::Test
+class ReadOut : public FolderTest
 {
 protected:
-    QString path(const QString &name) const { return m_base.filePath(name); }
-    QString out() const { return path("card"); }
-
     ProcessResult read(const QString &card, const QStringList &more = {}) const
     {
         return runTool(QStringList{"read", "--simulate", card, "--out", out()} + more);
     }
 
     std::vector<std::string> names() const { return namesIn(out()); }
-
-private:
-    QTemporaryDir m_base;
 };
 
 TEST_F(ReadOut, CardWithEverythingGivesFivePrivateFiles)
 {
-    const ProcessResult run = read("resident");
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(read("resident"), 0);
     EXPECT_THAT(names(),
                 ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
     EXPECT_EQ(modeOf(out()), 0700);
@@ -96,10 +88,10 @@ TEST_F(ReadOut, PermitOfAnUnknownRegionIsToldAndHasNoBackPicture)
     const ProcessResult run = read("hmt-unknown-region");
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg"));
-    EXPECT_THAT(run.standardOutput.toStdString(),
+    EXPECT_THAT(run.output(),
                 HasSubstr("\nBack picture          none: the permit's number begins with none of "
                           "81, 82, 83\n"));
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.error(),
                 HasSubstr("There is no picture of the card's back: the permit's number begins with "
                           "none of 81, 82, 83; back.jpg is not written.\n"));
     expectCardPicture(out() + "/front.jpg", QStringLiteral("hmt"));
@@ -126,9 +118,7 @@ TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
 {
     ASSERT_TRUE(QDir().mkdir(out()));
     writeFile(out() + "/back.jpg", "mine");
-    const ProcessResult run = read("resident");
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("already holds back.jpg"));
+    expectEnd(read("resident"), 7, "already holds back.jpg");
     EXPECT_THAT(names(), ElementsAre("back.jpg"));
     EXPECT_EQ(readFile(out() + "/back.jpg"), "mine");
 }
@@ -137,8 +127,7 @@ TEST_F(ReadOut, CompressedPhotoIsToldAndNotWrittenAsAPicture)
 {
     const ProcessResult run = read("resident-compressed-photo");
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("compressed"), HasSubstr("photo.bmp is not written")));
+    EXPECT_THAT(run.error(), AllOf(HasSubstr("compressed"), HasSubstr("photo.bmp is not written")));
     EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg"));
 }
 
@@ -162,7 +151,7 @@ TEST_F(ReadOut, PrintedJsonNamesTheFilesWithTheirFolder)
 
 TEST_F(ReadOut, TableListsTheFiles)
 {
-    const std::string table = read("resident").standardOutput.toStdString();
+    const std::string table = read("resident").output();
     EXPECT_THAT(table, HasSubstr((out() + "/card.json\n").toStdString()));
     EXPECT_THAT(table, HasSubstr((out() + "/fingerprints.dat\n").toStdString()));
     EXPECT_THAT(table, HasSubstr((out() + "/front.jpg\n").toStdString()));
@@ -175,8 +164,8 @@ TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
     const auto before = folderState(out());
     const ProcessResult run = read("hmt-hong-kong");
     EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("already holds card.json, photo.bmp, fingerprints.dat, front.jpg, "
                                 "back.jpg"),
                       HasSubstr("--force")));
@@ -218,8 +207,7 @@ TEST_F(ReadOut, FolderThatCannotBeMadeIsToldAndTheCardIsStillPrinted)
     writeFile(path("file"), "in the way");
     const ProcessResult run =
         runTool({"read", "--json", "--simulate", "resident", "--out", path("file") + "/card"});
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("could not be made"));
+    expectEnd(run, 7, "could not be made");
     const QJsonObject json = parsedObject(run.standardOutput);
     EXPECT_EQ(json["idNumber"].toString(), builtInCard("resident").idNumber);
     EXPECT_TRUE(json["photo"].toObject()["file"].isNull());
@@ -229,9 +217,8 @@ TEST_F(ReadOut, FileInPlaceOfTheFolderIsToldBeforeReading)
 {
     writeFile(out(), "in the way");
     const ProcessResult run = read("resident");
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("is not a folder"));
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
+    expectEnd(run, 7, "is not a folder");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesNothing)
@@ -239,8 +226,7 @@ TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesNothing)
     const FileSizeLimit limit(20000); // card.json fits, the photo does not
     const ProcessResult run = read("resident");
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("photo.bmp could not be written"));
+    expectEnd(run, 7, "photo.bmp could not be written");
     EXPECT_FALSE(QDir(out()).exists());
 }
 

@@ -8,8 +8,8 @@
 #include <QJsonDocument>
 
 #include "simulator/card/card_library.h"
+#include "tests/support/files.h"
 #include "tests/tool/file_size_limit.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
@@ -22,12 +22,9 @@ using testing::Not;
 namespace
 {
 
-class Render : public testing::Test
+class Render : public FolderTest
 {
 protected:
-    QString path(const QString &name) const { return m_base.filePath(name); }
-    QString out() const { return path("pictures"); }
-
     ProcessResult render(const QString &card, const QStringList &more = {}) const
     {
         return runTool(QStringList{"render", card, "--out", out()} + more);
@@ -45,9 +42,6 @@ protected:
     }
 
     std::vector<std::string> names() const { return namesIn(out()); }
-
-private:
-    QTemporaryDir m_base;
 };
 
 TEST_F(Render, EveryBuiltInCardGivesItsPictures)
@@ -56,13 +50,13 @@ TEST_F(Render, EveryBuiltInCardGivesItsPictures)
         SCOPED_TRACE(name.toStdString());
         const QString kind = simulator::cardKindName(builtInCard(name).kind);
         const ProcessResult run = render(name, {"--force"});
-        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        EXPECT_EQ(run.exitStatus, 0) << run.error();
         expectCardPicture(out() + "/front.jpg", kind);
         if (name == QLatin1String("hmt-unknown-region")) {
             EXPECT_THAT(names(), ElementsAre("front.jpg"));
             continue;
         }
-        EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+        EXPECT_THAT(run.error(), IsEmpty());
         EXPECT_THAT(names(), ElementsAre("back.jpg", "front.jpg"));
         expectCardPicture(out() + "/back.jpg", kind);
     }
@@ -104,18 +98,17 @@ TEST_F(Render, FaultsOfTheDescriptionAndOfTheEnvironmentDoNotCount)
         changedCard("resident", "faults", QJsonArray{"no-card", "read-fails=7", "unknown-kind"});
     const ProcessResult run =
         runTool({"render", file, "--out", out()}, {{{"IDCARD_SIMULATOR_FAULTS", "open-fails=3"}}});
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
     EXPECT_THAT(names(), ElementsAre("back.jpg", "front.jpg"));
 }
 
 TEST_F(Render, TableNamesKindAndFiles)
 {
     const ProcessResult run = render("foreign-new");
-    EXPECT_EQ(run.standardOutput.toStdString(),
-              "Kind      Foreigner's permanent residence card, new edition\n"
-              "Saved as  " +
-                  out().toStdString() + "/front.jpg\n          " + out().toStdString() +
-                  "/back.jpg\n");
+    EXPECT_EQ(run.output(), "Kind      Foreigner's permanent residence card, new edition\n"
+                            "Saved as  " +
+                                out().toStdString() + "/front.jpg\n          " +
+                                out().toStdString() + "/back.jpg\n");
 }
 
 TEST_F(Render, JsonNamesKindAndFilesAndNothingElse)
@@ -134,10 +127,10 @@ TEST_F(Render, PermitOfAnUnknownRegionIsToldAndHasNoBack)
 {
     const ProcessResult run = render("hmt-unknown-region");
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardOutput.toStdString(),
+    EXPECT_THAT(run.output(),
                 HasSubstr("\nBack picture  none: the permit's number begins with none of 81, 82, "
                           "83\n"));
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("back.jpg is not written."));
+    EXPECT_THAT(run.error(), HasSubstr("back.jpg is not written."));
     EXPECT_THAT(names(), ElementsAre("front.jpg"));
 
     const QJsonObject json =
@@ -152,8 +145,8 @@ TEST_F(Render, ExistingPicturesAreNotOverwritten)
     const auto before = folderState(out());
     const ProcessResult run = render("hmt-taiwan");
     EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("already holds front.jpg, back.jpg"), HasSubstr("--force")));
     EXPECT_EQ(folderState(out()), before);
 }
@@ -172,56 +165,46 @@ TEST_F(Render, DescriptionThatCannotBeUsedIsToldWithFileKeyAndReason)
     const QString file = changedCard("resident", "birthDate", QStringLiteral("19900230"));
     const ProcessResult run = render(file);
     EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(
-        run.standardError.toStdString(),
-        AllOf(HasSubstr(file.toStdString()), HasSubstr("birthDate"), HasSubstr("19900230")));
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(), AllOf(HasSubstr(file.toStdString()), HasSubstr("birthDate"),
+                                   HasSubstr("19900230")));
     EXPECT_FALSE(QDir(out()).exists());
 }
 
 TEST_F(Render, CardThatIsNotThereIsTold)
 {
-    const ProcessResult run = render(path("no-such-card.json"));
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("no-such-card.json: is neither a built-in card nor a file"));
+    expectEnd(render(path("no-such-card.json")), 2,
+              "no-such-card.json: is neither a built-in card nor a file");
     EXPECT_FALSE(QDir(out()).exists());
 }
 
 TEST_F(Render, FolderIsNoDescription)
 {
-    const ProcessResult run = render(path(""));
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("is not a regular file"));
+    expectEnd(render(path("")), 2, "is not a regular file");
 }
 
 TEST_F(Render, SimulatorThatIsNotThereIsTold)
 {
-    const ProcessResult run =
-        runTool({"render", "resident", "--out", out()},
-                {{{"IDCARD_SIMULATOR_LIBRARY", "/nonexistent/simulator.so"}}});
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("/nonexistent/simulator.so"));
+    expectEnd(runTool({"render", "resident", "--out", out()},
+                      {{{"IDCARD_SIMULATOR_LIBRARY", "/nonexistent/simulator.so"}}}),
+              1, "/nonexistent/simulator.so");
 }
 
 TEST_F(Render, DiskThatFillsUpLeavesNothing)
 {
     const FileSizeLimit limit(5000);
     const ProcessResult run = render("resident");
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("front.jpg could not be written"));
+    expectEnd(run, 7, "front.jpg could not be written");
+    EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_FALSE(QDir(out()).exists());
 }
 
 TEST_F(Render, VerboseTellsTheCourseWithoutTheCard)
 {
-    const simulator::CardDescription card = builtInCard("resident");
     const ProcessResult run = render("resident", {"--verbose"});
-    EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("libidcard_simulator.so"), HasSubstr("Saved the pictures in"),
-                      Not(HasSubstr(card.name.toStdString())),
-                      Not(HasSubstr(card.idNumber.toStdString()))));
+    EXPECT_THAT(run.error(),
+                AllOf(HasSubstr("libidcard_simulator.so"), HasSubstr("Saved the pictures in")));
+    expectNothingOf(builtInCard("resident"), run.standardError);
 }
 
 } // namespace

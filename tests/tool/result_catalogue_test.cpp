@@ -5,25 +5,18 @@
 
 #include <gmock/gmock.h>
 
-#include <QFile>
 #include <QRegularExpression>
 
 #include "apps/card/card_reader.h"
 #include "apps/card/result_catalogue.h"
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_reading.h"
+#include "tests/support/files.h"
 
 using namespace app;
 
 namespace
 {
-
-QString sourceFile(const char *name)
-{
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/") + QLatin1String(name));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
-    return QString::fromUtf8(file.readAll());
-}
 
 using NamedCode = std::pair<int, std::string>;
 
@@ -32,7 +25,7 @@ std::set<NamedCode> codesOfHeader(const char *header)
     static const QRegularExpression enumerator(
         QStringLiteral("((?:IDCARD_RESULT|USB_READER)_\\w+)\\s*=\\s*(-?\\d+)"));
     std::set<NamedCode> codes;
-    auto matches = enumerator.globalMatch(sourceFile(header));
+    auto matches = enumerator.globalMatch(sourceText(header));
     while (matches.hasNext()) {
         const auto match = matches.next();
         codes.emplace(match.captured(2).toInt(), match.captured(1).toStdString());

@@ -39,7 +39,15 @@ RunningTool::RunningTool(const QStringList &arguments, const ProcessInput &input
 void expectEndByLossOfItsReader(const ProcessResult &run)
 {
     EXPECT_EQ(run.signal, SIGPIPE);
-    EXPECT_EQ(run.standardError.toStdString(), "");
+    EXPECT_EQ(run.error(), "");
+}
+
+void expectNothingOf(const simulator::CardDescription &card, const QByteArray &text)
+{
+    for (const QString &part :
+         {card.name, card.englishName, card.chineseName, card.address, card.idNumber,
+          card.issuingAuthority, card.travelPermitNumber, card.birthDate, card.nationality})
+        EXPECT_TRUE(part.isEmpty() || !text.contains(part.toUtf8())) << text.toStdString();
 }
 
 QJsonObject parsedObject(const QByteArray &json)

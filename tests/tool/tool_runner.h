@@ -2,6 +2,8 @@
 
 // Runs idcard-reader as a user does: the built program, on the simulator.
 
+#include <gtest/gtest.h>
+
 #include <QJsonObject>
 #include <QTemporaryDir>
 
@@ -20,6 +22,20 @@ public:
 
 /** By SIGPIPE and without a word, as "yes" ends in "yes | head -1". */
 void expectEndByLossOfItsReader(const ProcessResult &run);
+
+/** Expects nothing of what the card says in `text`. */
+void expectNothingOf(const simulator::CardDescription &card, const QByteArray &text);
+
+/** A test with a folder of its own. */
+class FolderTest : public testing::Test
+{
+protected:
+    QString path(const QString &name) const { return m_base.filePath(name); }
+    QString out() const { return path("card"); } ///< is not there yet
+
+private:
+    QTemporaryDir m_base;
+};
 
 /** The object printed by `read --json`. */
 QJsonObject parsedObject(const QByteArray &json);

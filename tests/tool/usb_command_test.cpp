@@ -11,8 +11,8 @@
 #include <QJsonDocument>
 
 #include "simulator/card/raw_record.h"
+#include "tests/support/files.h"
 #include "tests/tool/expected_json.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/fault_cases.h"
 #include "tests/usb/reader_on_bus.h"
@@ -28,16 +28,13 @@ namespace
 
 const QString DEVICE = QStringLiteral("1209:0001");
 
-class Usb : public testing::Test, public usb_test::ReaderOnBus
+class Usb : public FolderTest, public usb_test::ReaderOnBus
 {
 protected:
     /** The other device is of another vendor with the same number of its product. */
     Usb() : ReaderOnBus({0x1210, 0x0001}) {}
 
     void TearDown() override { expectAllGivenBack(); }
-
-    QString path(const QString &name) const { return m_base.filePath(name); }
-    QString out() const { return path("card"); }
 
     ProcessInput onBus() { return {bus().childEnvironment()}; }
 
@@ -46,9 +43,6 @@ protected:
         return runTool(QStringList{"usb", "--device", DEVICE, "--simulator-photos"} + more,
                        onBus());
     }
-
-private:
-    QTemporaryDir m_base;
 };
 
 class UsbKind : public Usb, public testing::WithParamInterface<const char *>
@@ -60,8 +54,7 @@ TEST_P(UsbKind, JsonHoldsTheDescribedCard)
     const QString name = QLatin1String(GetParam());
     plugIn(name);
     const ProcessResult run = usb({"--json"});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(run, 0);
     EXPECT_EQ(QJsonDocument(parsedObject(run.standardOutput)).toJson().toStdString(),
               QJsonDocument(expectedOfRecord(builtInCard(name), "usb")).toJson().toStdString());
 }
@@ -72,17 +65,9 @@ TEST_P(UsbKind, VerboseShowsTheExchangesAndNothingOfWhatTheCardHolds)
     plugIn(name);
     const ProcessResult run = usb({"--verbose"});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(),
-                AllOf(HasSubstr("open usb device success!"), HasSubstr("fetch data success"),
-                      HasSubstr("with the code 0")));
-    const simulator::CardDescription card = builtInCard(name);
-    for (const QString &text :
-         {card.name, card.englishName, card.chineseName, card.address, card.idNumber,
-          card.issuingAuthority, card.travelPermitNumber, card.birthDate, card.nationality}) {
-        if (!text.isEmpty()) {
-            EXPECT_THAT(run.standardError.toStdString(), Not(HasSubstr(text.toStdString())));
-        }
-    }
+    EXPECT_THAT(run.error(), AllOf(HasSubstr("open usb device success!"),
+                                   HasSubstr("fetch data success"), HasSubstr("with the code 0")));
+    expectNothingOf(builtInCard(name), run.standardError);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, UsbKind,
@@ -95,7 +80,7 @@ TEST_F(Usb, TableShowsTheCard)
 {
     plugIn("resident");
     const simulator::CardDescription card = builtInCard("resident");
-    EXPECT_THAT(usb().standardOutput.toStdString(),
+    EXPECT_THAT(usb().output(),
                 AllOf(HasSubstr("Kind               Resident identity card\n"),
                       HasSubstr(card.name.toStdString()), HasSubstr(card.idNumber.toStdString()),
                       HasSubstr("\nFingerprints       2\n"), Not(HasSubstr("picture "))));
@@ -104,9 +89,7 @@ TEST_F(Usb, TableShowsTheCard)
 TEST_F(Usb, FilesAreThoseThatDecodeWritesAndOnlyTheirOwnersToRead)
 {
     plugIn("resident");
-    const ProcessResult run = usb({"--out", out()});
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    expectEnd(usb({"--out", out()}), 0);
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat", "photo.bmp"));
     EXPECT_EQ(modeOf(out()), 0700);
     for (const char *name : {"/card.json", "/fingerprints.dat", "/photo.bmp"})
@@ -131,9 +114,7 @@ TEST_F(Usb, RawFileIsNotOverwrittenAndTheReaderNotTouchedThen)
 {
     plugIn("resident");
     writeFile(path("card.rec"), "mine");
-    const ProcessResult run = usb({"--raw", path("card.rec")});
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("already holds card.rec"));
+    expectEnd(usb({"--raw", path("card.rec")}), 7, "already holds card.rec");
     EXPECT_EQ(readFile(path("card.rec")), "mine");
     EXPECT_EQ(bus().holdings().timesOpened, 0);
 }
@@ -161,9 +142,7 @@ TEST_F(Usb, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
 {
     plugIn("resident", "photo-undecodable");
     const ProcessResult run = usb({"--json", "--out", out(), "--raw", path("card.rec")});
-    EXPECT_EQ(run.exitStatus, 6);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("The photo of the card could not be decoded."));
+    expectEnd(run, 6, "The photo of the card could not be decoded.");
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "fingerprints.dat"));
     EXPECT_EQ(parsedObject(run.standardOutput)["idNumber"].toString(),
               builtInCard("resident").idNumber);
@@ -176,7 +155,7 @@ TEST_F(Usb, PhotoNotDecodedAndFilesNotWritten_AreBothToldAndTheFilesDecideTheSta
     writeFile(path("file"), "in the way");
     const ProcessResult run = usb({"--json", "--out", path("file") + "/below"});
     EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("could not be made"), HasSubstr("could not be decoded")));
     EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], QJsonValue());
 }
@@ -203,8 +182,7 @@ TEST_F(Usb, WaitForACardEndsWhenItsTimeIsOver)
     const ProcessResult run = usb({"--wait", "1"});
     EXPECT_EQ(run.exitStatus, 4);
     EXPECT_GE(time.elapsed(), 1000);
-    EXPECT_THAT(run.standardError.toStdString(),
-                HasSubstr("Code: -10 (USB_READER_LOOKUP_MISMATCH)"));
+    EXPECT_THAT(run.error(), HasSubstr("Code: -10 (USB_READER_LOOKUP_MISMATCH)"));
 }
 
 TEST_F(Usb, OtherIdsAreFoundInEitherCase)
@@ -212,8 +190,7 @@ TEST_F(Usb, OtherIdsAreFoundInEitherCase)
     simulator::VirtualReader other({}, {0xABCD, 0x12EF});
     bus().add(other);
     for (const char *device : {"abcd:12ef", "ABCD:12EF"}) {
-        EXPECT_THAT(runTool({"usb", "--device", device}, onBus()).standardError.toStdString(),
-                    HasSubstr("Code: -10"));
+        EXPECT_THAT(runTool({"usb", "--device", device}, onBus()).error(), HasSubstr("Code: -10"));
     }
 }
 
@@ -237,8 +214,8 @@ TEST_P(UsbFailure, IsExplainedWithItsCodeAndEndsWithItsStatus)
     const ProcessResult run = usb({"--out", out(), "--raw", path("card.rec")});
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, GetParam().exitStatus);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("Code: " + GetParam().codeText()), HasSubstr(GetParam().summary),
                       HasSubstr("Cause:"), HasSubstr("What to do:"), HasSubstr("1209:0001")));
     EXPECT_FALSE(QDir(out()).exists());
@@ -254,7 +231,7 @@ TEST_F(Usb, MissingPermissionNamesTheNodeTheRuleAndTheGroup)
     plugIn("resident", "permission-denied");
     const ProcessResult run = runToolAsOrdinaryUser({"usb", "--device", DEVICE}, onBus());
     EXPECT_EQ(run.exitStatus, 3);
-    EXPECT_THAT(run.standardError.toStdString(),
+    EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("Code: -6 (USB_READER_NO_PERMISSION)"),
                       HasSubstr("Device: 1209:0001 at " + node(reader()).toStdString()),
                       HasSubstr("69-idcard-reader.rules"), HasSubstr("idcard-reader,")));
@@ -270,7 +247,7 @@ TEST_F(Usb, ListShowsTheReaderAndWhetherItMayBeOpened)
         ASSERT_TRUE(QFile::setPermissions(bus().folder() + node(reader()),
                                           QFileDevice::ReadOwner | forOthers));
         const ProcessResult run = runToolAsOrdinaryUser({"usb", "--list", "--json"}, onBus());
-        EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+        EXPECT_EQ(run.exitStatus, 0) << run.error();
         const QJsonArray devices = QJsonDocument::fromJson(run.standardOutput).array();
         ASSERT_EQ(devices.size(), 1);
         EXPECT_FALSE(devices.first().toObject()["mayOpen"].toBool(true)) << int(forOthers);
@@ -301,12 +278,11 @@ TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
                               row(reader(), DEVICE, true, {}, {})};
 
     const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
-    EXPECT_EQ(run.standardOutput.toStdString(), QJsonDocument(expected).toJson().toStdString());
+    expectEnd(run, 0);
+    EXPECT_EQ(run.output(), QJsonDocument(expected).toJson().toStdString());
     EXPECT_EQ(bus().holdings().timesOpened, 0);
 
-    const std::string table = runTool({"usb", "--list"}, onBus()).standardOutput.toStdString();
+    const std::string table = runTool({"usb", "--list"}, onBus()).output();
     EXPECT_THAT(table, AllOf(HasSubstr("DEVICE "), HasSubstr("\n1209:0001  /dev/bus/usb/"),
                              HasSubstr("Maker Key board (vendor-specific)\n")));
 }
@@ -316,7 +292,7 @@ TEST_F(Usb, EmptyListTellsWhatToLookAtAndIsNoFailure)
     const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(QJsonDocument::fromJson(run.standardOutput), QJsonDocument(QJsonArray()));
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("There is no USB device here"));
+    EXPECT_THAT(run.error(), HasSubstr("There is no USB device here"));
 }
 
 TEST_F(Usb, ReaderThatNeverTakesACommandIsLeftSoonAfterASignal)
@@ -328,8 +304,7 @@ TEST_F(Usb, ReaderThatNeverTakesACommandIsLeftSoonAfterASignal)
     tool.signal(SIGTERM);
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 5);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("was broken off"));
+    expectEnd(run, 5, "was broken off");
 }
 
 } // namespace

@@ -9,8 +9,8 @@
 #include <QJsonDocument>
 #include <QThread>
 
+#include "tests/support/files.h"
 #include "tests/tool/file_size_limit.h"
-#include "tests/tool/folder_state.h"
 #include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
@@ -36,7 +36,7 @@ TEST(Watch, SimulatedCardsComeOneAfterTheOther)
                                        "hmt-hong-kong", "--simulate", "foreign-new"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident", "hmt", "foreign-new"));
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
 }
 
 TEST(Watch, LineHoldsTheSameAsReadPrints)
@@ -68,7 +68,7 @@ TEST(Watch, EmptyReaderIsWaitedOutQuietly)
         runTool({"watch", "--interval", "10", "--simulate", "resident", "--fault", "no-card=3"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
 }
 
 TEST(Watch, FaultsBeginAnewWithEveryCard)
@@ -103,9 +103,8 @@ TEST(Watch, DescriptionThatIsRefusedIsToldBeforeTheFirstCard)
 {
     const ProcessResult run =
         runTool({"watch", "--simulate", "resident", "--simulate", "no-such-card"});
-    EXPECT_EQ(run.exitStatus, 2);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("no-such-card"));
+    expectEnd(run, 2, "no-such-card");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
@@ -119,8 +118,8 @@ TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
         const ProcessResult run = tool.result();
         EXPECT_TRUE(run.finished);
         EXPECT_EQ(run.exitStatus, 0);
-        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-        EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+        EXPECT_THAT(run.output(), IsEmpty());
+        EXPECT_THAT(run.error(), IsEmpty());
     }
 }
 
@@ -148,9 +147,7 @@ TEST(WatchReader, CountOfTheReaderIsKept)
 TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
 {
     const InstalledReader reader;
-    const ProcessResult run = runTool({"watch"}, {reader.variables("resident", "open-fails=2")});
-    EXPECT_EQ(run.exitStatus, 3);
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("Code: -5"));
+    expectEnd(runTool({"watch"}, {reader.variables("resident", "open-fails=2")}), 3, "Code: -5");
 }
 
 TEST(WatchReader, FailureThatLastsIsToldOnce)
@@ -208,11 +205,9 @@ TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
     EXPECT_EQ(run.exitStatus, 0);
 }
 
-class WatchOut : public testing::Test
+class WatchOut : public FolderTest
 {
 protected:
-    QString out() const { return m_base.filePath("cards"); }
-
     ProcessResult watch(const QStringList &cards) const
     {
         QStringList arguments{"watch", "--out", out()};
@@ -220,17 +215,6 @@ protected:
             arguments << "--simulate" << card;
         return runTool(arguments);
     }
-
-    std::vector<std::string> namesIn(const QString &folder) const
-    {
-        std::vector<std::string> names;
-        for (const auto &entry : folderState(folder))
-            names.push_back(entry.first);
-        return names;
-    }
-
-private:
-    QTemporaryDir m_base;
 };
 
 TEST_F(WatchOut, EveryCardGetsANumberedPrivateFolder)
@@ -263,7 +247,7 @@ TEST_F(WatchOut, MissingBackPictureIsToldAndNamedNull)
     const ProcessResult run = watch({"hmt-unknown-region"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(namesIn(out() + "/0001"), ElementsAre("card.json", "front.jpg"));
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("back.jpg is not written."));
+    EXPECT_THAT(run.error(), HasSubstr("back.jpg is not written."));
     const auto cards = parsedLines(run.standardOutput);
     ASSERT_EQ(cards.size(), 1);
     EXPECT_TRUE(cards[0]["backPicture"].toObject()["file"].isNull());
@@ -282,9 +266,8 @@ TEST_F(WatchOut, FolderThatCannotBeMadeIsToldBeforeTheFirstCard)
 {
     writeFile(out(), "in the way");
     const ProcessResult run = watch({"resident"});
-    EXPECT_EQ(run.exitStatus, 7);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("could not be made"));
+    expectEnd(run, 7, "could not be made");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 TEST_F(WatchOut, DiskThatFillsUpEndsItWithTheCardPrintedAndNoFolder)

@@ -65,9 +65,9 @@ protected:
                             const std::function<void()> &work)
     {
         CancelledThread thread(work);
-        waitFor([&] { return bus().calls(device).count(call) == count; });
+        waitUntil([&] { return bus().calls(device).count(call) == count; });
         const int askedBefore = asked;
-        waitFor([askedBefore] { return asked > askedBefore; });
+        waitUntil([askedBefore] { return asked > askedBefore; });
         thread.cancel();
         return thread.end();
     }
@@ -92,14 +92,6 @@ protected:
     }
 
 private:
-    static void waitFor(const std::function<bool()> &condition)
-    {
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition() && std::chrono::steady_clock::now() < limit)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        EXPECT_TRUE(condition());
-    }
-
     Lines m_laterLog;
 };
 

@@ -26,6 +26,14 @@ protected:
         expectLog({"libusb_open_device_with_vid_pid() failed", "open usb failed!"});
     }
 
+    /** The object has the code of an open that failed, and holds no device. */
+    static void expectFailed(const OpenedDevice &opened, int code, int state)
+    {
+        EXPECT_EQ(opened.lastError(), code);
+        EXPECT_EQ(opened.state(), state);
+        EXPECT_EQ(opened.handle(), nullptr);
+    }
+
     /** Without the questions that opening a node brings with it. */
     QStringList calls(const ScriptedDevice &device)
     {
@@ -55,8 +63,7 @@ const QStringList WHOLE_USE = {"open",  "claim",   "release",      "reset",
 
 TEST_F(DeviceAccess, ReaderOnTheBus_IsOpenedClaimedAndReset)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     const OpenedDevice opened;
     EXPECT_EQ(opened.lastError(), 0);
     EXPECT_EQ(opened.state(), 2);
@@ -69,8 +76,7 @@ TEST_F(DeviceAccess, ReaderOnTheBus_IsOpenedClaimedAndReset)
 
 TEST_F(DeviceAccess, Layout_IsThatOfTheTable)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     const OpenedDevice opened;
     std::array<unsigned char, 32> bytes{};
     static_assert(sizeof(opened) == sizeof(bytes));
@@ -96,8 +102,7 @@ TEST_F(DeviceAccess, Layout_IsThatOfTheTable)
 
 TEST_F(DeviceAccess, Destructor_ReleasesTheInterfaceThenClosesTheNode)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     {
         const OpenedDevice opened;
     }
@@ -109,8 +114,7 @@ TEST_F(DeviceAccess, Destructor_ReleasesTheInterfaceThenClosesTheNode)
 
 TEST_F(DeviceAccess, LargestIds_AreFoundAndKept)
 {
-    ScriptedDevice &device = make(UsbIds{0xFFFF, 0xFFFE});
-    add(device);
+    plugIn(UsbIds{0xFFFF, 0xFFFE});
     const OpenedDevice opened(0xFFFF, 0xFFFE);
     EXPECT_EQ(opened.lastError(), 0);
     EXPECT_EQ(opened.vendorId(), 0xFFFFU);
@@ -121,9 +125,7 @@ TEST_F(DeviceAccess, LargestIds_AreFoundAndKept)
 TEST_F(DeviceAccess, EmptyBus_IsNotFound)
 {
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -7);
-    EXPECT_EQ(opened.state(), 0);
-    EXPECT_EQ(opened.handle(), nullptr);
+    expectFailed(opened, -7, 0);
     EXPECT_NE(opened.context(), nullptr);
     expectNotFound();
 }
@@ -136,8 +138,7 @@ TEST_F(DeviceAccess, OtherDevicesOnly_AreNotOpened)
     for (ScriptedDevice *const device : {&otherVendor, &otherProduct, &swapped})
         add(*device);
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -7);
-    EXPECT_EQ(opened.state(), 0);
+    expectFailed(opened, -7, 0);
     EXPECT_EQ(bus().holdings().timesOpened, 0);
     expectNotFound();
 }
@@ -161,10 +162,8 @@ TEST_F(DeviceAccess, ReaderAmongOthers_IsTheOneThatIsOpened)
 
 TEST_F(DeviceAccess, TwoReadersWithTheSameIds_FirstOfTheListIsOpened)
 {
-    ScriptedDevice &one = make();
-    ScriptedDevice &other = make();
-    add(one);
-    add(other);
+    ScriptedDevice &one = plugIn();
+    ScriptedDevice &other = plugIn();
     libusb_context *context = nullptr;
     ASSERT_EQ(libusb_init(&context), 0);
     libusb_device **list = nullptr;
@@ -186,10 +185,8 @@ TEST_F(DeviceAccess, TwoReadersWithTheSameIds_FirstOfTheListIsOpened)
 
 TEST_F(DeviceAccess, FirstOfTwoReadersInUse_SecondIsNotTried)
 {
-    ScriptedDevice &one = make();
-    ScriptedDevice &other = make();
-    add(one);
-    add(other);
+    plugIn();
+    plugIn();
     const OpenedDevice holder;
     const OpenedDevice late;
     EXPECT_EQ(holder.lastError(), 0);
@@ -208,9 +205,7 @@ TEST_F(DeviceAccess, NoPermission_IsToldApart)
     {
         const OrdinaryUser user;
         const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), -6);
-        EXPECT_EQ(opened.state(), 0);
-        EXPECT_EQ(opened.handle(), nullptr);
+        expectFailed(opened, -6, 0);
     }
     expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_ACCESS   -3",
                "failed to open device: LIBUSB_ERROR_ACCESS(-3)",
@@ -219,8 +214,7 @@ TEST_F(DeviceAccess, NoPermission_IsToldApart)
 
 TEST_F(DeviceAccess, PermissionGiven_OrdinaryUserOpensTheReader)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     {
         const OrdinaryUser user;
         const OpenedDevice opened;
@@ -235,8 +229,7 @@ TEST_F(DeviceAccess, NodeGoneBeforeItIsOpened_IsAnotherOpenFailure)
     device.setFailsToOpen(true);
     add(device);
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -5);
-    EXPECT_EQ(opened.state(), 0);
+    expectFailed(opened, -5, 0);
     allowFailedOpens(2); // libusb tries again after a while
     expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_NO_DEVICE   -4",
                "failed to open device: LIBUSB_ERROR_NO_DEVICE(-4)",
@@ -249,9 +242,7 @@ TEST_F(DeviceAccess, ClaimedElsewhere_ClosesTheNodeAtOnce)
     device.setClaimedElsewhere(true);
     add(device);
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -8);
-    EXPECT_EQ(opened.state(), 1);
-    EXPECT_EQ(opened.handle(), nullptr);
+    expectFailed(opened, -8, 1);
     EXPECT_EQ(calls(device), (QStringList{"open", "claim"}));
     EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
     expectLog({"found usb device!", "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
@@ -263,8 +254,7 @@ TEST_F(DeviceAccess, GoneBeforeTheReset_IsAResetFailure)
     auto &device = make<LeavingDevice>();
     add(device);
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -9);
-    EXPECT_EQ(opened.state(), 1);
+    expectFailed(opened, -9, 1);
     EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
     // libusb has heard of it from udev meanwhile, or hears of it from the kernel now.
     EXPECT_THAT(takeLog(), ElementsAre("found usb device!",
@@ -279,9 +269,7 @@ TEST_F(DeviceAccess, ResetRefused_ClosesTheNodeAtOnce)
     device.setRefusesReset(true);
     add(device);
     const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -9);
-    EXPECT_EQ(opened.state(), 1);
-    EXPECT_EQ(opened.handle(), nullptr);
+    expectFailed(opened, -9, 1);
     EXPECT_EQ(device.resets(), 0);
     EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
     expectLog({"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
@@ -320,8 +308,7 @@ TEST_F(DeviceAccess, BoundToADriverOfAnOldKernel_IsTakenOverInTwoSteps)
 
 TEST_F(DeviceAccess, OpenOnALiveObject_GivesBackWhatItHeld)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     {
         OpenedDevice opened;
         EXPECT_TRUE(opened.open(VENDOR, PRODUCT));
@@ -336,10 +323,8 @@ TEST_F(DeviceAccess, OpenOnALiveObject_GivesBackWhatItHeld)
 
 TEST_F(DeviceAccess, OpenOfAnotherReaderOnALiveObject_GoesOverToIt)
 {
-    ScriptedDevice &one = make();
-    ScriptedDevice &other = make(UsbIds{0x120A, 0x0002});
-    add(one);
-    add(other);
+    ScriptedDevice &one = plugIn();
+    ScriptedDevice &other = plugIn(UsbIds{0x120A, 0x0002});
     {
         OpenedDevice opened;
         EXPECT_TRUE(opened.open(0x120A, 0x0002));
@@ -353,13 +338,10 @@ TEST_F(DeviceAccess, OpenOfAnotherReaderOnALiveObject_GoesOverToIt)
 
 TEST_F(DeviceAccess, OpenOfAnAbsentReaderOnALiveObject_LeavesNothingOpen)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     OpenedDevice opened;
     EXPECT_FALSE(opened.open(VENDOR, 0x0002));
-    EXPECT_EQ(opened.lastError(), -7);
-    EXPECT_EQ(opened.state(), 0);
-    EXPECT_EQ(opened.handle(), nullptr);
+    expectFailed(opened, -7, 0);
     EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
     EXPECT_EQ(calls(device), WHOLE_USE);
     expectLog(lines::OPENED + Lines{"libusb_open_device_with_vid_pid() failed"});
@@ -389,8 +371,7 @@ TEST_F(DeviceAccess, OpenTwiceWithFailures_ClosesEachNodeOnce)
     add(device);
     OpenedDevice opened;
     EXPECT_FALSE(opened.open(VENDOR, PRODUCT));
-    EXPECT_EQ(opened.lastError(), -9);
-    EXPECT_EQ(opened.state(), 1);
+    expectFailed(opened, -9, 1);
     EXPECT_EQ(bus().leftOvers(), QStringList());
     EXPECT_EQ(bus().holdings().timesOpened, 2);
     const Lines refused = {"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER"};
@@ -419,8 +400,7 @@ TEST_F(DeviceAccess, ReaderPluggedInLater_IsFoundByTheNextObject)
 TEST_F(DeviceAccess, ReaderPluggedInMoreOftenThanABusHasNumbers_IsFound)
 {
     constexpr int TIMES = 300; // more than a byte counts
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     for (int i = 0; i < TIMES; ++i) {
         bus().change([&device] { device.setPluggedIn(false); });
         bus().change([&device] { device.setPluggedIn(true); });
@@ -435,10 +415,8 @@ TEST_F(DeviceAccess, ReaderPluggedInMoreOftenThanABusHasNumbers_IsFound)
 
 TEST_F(DeviceAccess, Search_HandsTheHandleToItsCaller)
 {
-    ScriptedDevice &device = make();
-    ScriptedDevice &other = make(UsbIds{VENDOR, 0x0002});
-    add(device);
-    add(other);
+    plugIn();
+    const ScriptedDevice &other = plugIn(UsbIds{VENDOR, 0x0002});
     OpenedDevice opened;
     libusb_context *context = nullptr;
     ASSERT_EQ(libusb_init(&context), 0);
@@ -457,8 +435,7 @@ TEST_F(DeviceAccess, Search_HandsTheHandleToItsCaller)
 
 TEST_F(DeviceAccess, SearchForAnAbsentReader_SetsTheCodeAndTouchesNothing)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     OpenedDevice opened;
     EXPECT_EQ(opened.libusb_open_device_with_vid_pid_ex(opened.context(), VENDOR, 0x0002), nullptr);
     EXPECT_EQ(opened.lastError(), -7);

@@ -6,17 +6,16 @@
 #include <set>
 #include <thread>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <QDataStream>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <gmock/gmock.h>
 
 #include "simulator/reader/virtual_reader.h"
+#include "tests/support/files.h"
+#include "tests/support/forked_work.h"
 #include "tests/support/generated_part.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/fault_cases.h"
@@ -44,7 +43,7 @@ struct Read {
 /** What became of it. */
 struct Outcome {
     int code = 1;
-    Lines log;
+    QStringList log;
     int tookMs = 0;
     QStringList complaints;
 };
@@ -111,34 +110,10 @@ Outcome run(const FaultCase &row, int argument)
         std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
     if (hand.joinable())
         hand.join();
-    outcome.log = log.texts();
+    for (const std::string &line : log.texts())
+        outcome.log << QString::fromStdString(line);
     account.allow(2 * row.failedOpens);
     outcome.complaints << bus.leftOvers() << account.additions();
-    return outcome;
-}
-
-QByteArray toText(const Outcome &outcome)
-{
-    QJsonArray log;
-    for (const std::string &line : outcome.log)
-        log << QString::fromStdString(line);
-    const QJsonObject object = {{"code", outcome.code},
-                                {"log", log},
-                                {"tookMs", outcome.tookMs},
-                                {"complaints", QJsonArray::fromStringList(outcome.complaints)}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
-}
-
-Outcome fromText(const QByteArray &line)
-{
-    const QJsonObject object = QJsonDocument::fromJson(line).object();
-    Outcome outcome;
-    outcome.code = object["code"].toInt(1);
-    for (const QJsonValue value : object["log"].toArray())
-        outcome.log.push_back(value.toString().toStdString());
-    outcome.tookMs = object["tookMs"].toInt();
-    for (const QJsonValue value : object["complaints"].toArray())
-        outcome.complaints << value.toString();
     return outcome;
 }
 
@@ -150,58 +125,45 @@ public:
 
     void start(const std::vector<FaultCase> &rows)
     {
-        int ends[2] = {-1, -1};
-        ASSERT_EQ(pipe(ends), 0);
-        fflush(nullptr);
-        m_child = fork();
-        ASSERT_GE(m_child, 0);
-        if (m_child == 0) {
-            close(ends[0]);
-            exit(runAll(rows, ends[1]));
-        }
-        close(ends[1]);
-        m_results = ends[0];
+        m_work = std::make_unique<ForkedWork>(
+            [this, &rows](int report) { exit(runAll(rows, report)); }); // leaks are looked for
     }
 
     /** Hands over what became of each read, in order. */
     std::vector<Outcome> finish()
     {
-        QFile results;
-        results.open(m_results, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-        QList<QByteArray> texts = results.readAll().split('\n');
-        texts.removeLast(); // after the last line
-        int status = 0;
-        EXPECT_EQ(waitpid(m_child, &status, 0), m_child);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
-            << "a child ended with status " << status;
-        std::vector<Outcome> outcomes;
-        for (const QByteArray &text : texts)
-            outcomes.push_back(fromText(text));
-        outcomes.resize(m_reads.size());
+        const ForkedWork::End end = m_work->wait();
+        EXPECT_EQ(end.status, 0) << "how a child ended";
+        std::vector<Outcome> outcomes(m_reads.size());
+        QDataStream results(end.report);
+        for (Outcome &outcome : outcomes) {
+            Outcome read;
+            results >> read.code >> read.log >> read.tookMs >> read.complaints;
+            if (results.status() == QDataStream::Ok)
+                outcome = read;
+        }
         return outcomes;
     }
 
     const std::vector<Read> &reads() const { return m_reads; }
 
 private:
-    int runAll(const std::vector<FaultCase> &rows, int results) const
+    int runAll(const std::vector<FaultCase> &rows, int report) const
     {
         alarm(HUNG_S); // ends this process, which the parent hears of
-        if (!warmUp())
+        QFile file;
+        if (!warmUp() || !file.open(report, QIODevice::WriteOnly | QIODevice::Unbuffered))
             return 1;
+        QDataStream results(&file);
         for (const Read &read : m_reads) {
-            const QByteArray text = toText(run(rows[read.row], read.argument));
-            if (write(results, text.constData(), static_cast<std::size_t>(text.size())) !=
-                text.size())
-                return 1;
+            const Outcome outcome = run(rows[read.row], read.argument);
+            results << outcome.code << outcome.log << outcome.tookMs << outcome.complaints;
         }
-        close(results);
         return 0;
     }
 
     std::vector<Read> m_reads;
-    pid_t m_child = -1;
-    int m_results = -1;
+    std::unique_ptr<ForkedWork> m_work;
 };
 
 /** Every slow read alone, the others in a few batches. */
@@ -222,13 +184,12 @@ std::vector<Batch> batchesOf(const std::vector<FaultCase> &rows)
     return batches;
 }
 
-Lines expectedLog(const FaultCase &row, int argument)
+QStringList expectedLog(const FaultCase &row, int argument)
 {
-    Lines expected;
+    QStringList expected;
     for (const std::string &line : row.log)
-        expected.push_back(QString::fromStdString(line)
-                               .replace(QStringLiteral("{N}"), row.arguments.at(argument))
-                               .toStdString());
+        expected << QString::fromStdString(line).replace(QStringLiteral("{N}"),
+                                                         row.arguments.at(argument));
     return expected;
 }
 
@@ -291,7 +252,8 @@ QString check(const FaultCase &row, int argument, const Outcome &outcome)
 {
     SCOPED_TRACE(faultText(row, argument).left(80).toStdString());
     EXPECT_EQ(outcome.code, row.code);
-    EXPECT_EQ(outcome.log, expectedLog(row, argument));
+    EXPECT_EQ(outcome.log.join('\n').toStdString(),
+              expectedLog(row, argument).join('\n').toStdString());
     for (const QString &complaint : outcome.complaints)
         ADD_FAILURE() << complaint.toStdString();
     const auto [shortest, longest] = timeLimits(row.end);

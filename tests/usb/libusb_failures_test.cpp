@@ -29,8 +29,7 @@ protected:
 
 TEST_F(LibusbFailure, Init_LeavesNothingToRelease)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     setLibusbFailures({LIBUSB_ERROR_NO_MEM, 0, 0, 0});
     {
         const OpenedDevice opened;
@@ -58,8 +57,7 @@ TEST_F(LibusbFailure, Init_LeavesAnObjectThatOnlyRefuses)
 
 TEST_F(LibusbFailure, DeviceList_IsToldWithoutAListToFree)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     setLibusbFailures({0, LIBUSB_ERROR_NO_MEM, 0, 0});
     {
         const OpenedDevice opened;
@@ -74,10 +72,8 @@ TEST_F(LibusbFailure, DeviceList_IsToldWithoutAListToFree)
 
 TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
 {
-    ScriptedDevice &one = make(UsbIds{VENDOR, PRODUCT});
-    ScriptedDevice &other = make(UsbIds{VENDOR, PRODUCT});
-    add(one);
-    add(other);
+    plugIn(UsbIds{VENDOR, PRODUCT});
+    plugIn(UsbIds{VENDOR, PRODUCT});
     setLibusbFailures({0, 0, 1, 0});
     {
         const OpenedDevice opened;
@@ -93,7 +89,7 @@ TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
 TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsToldWithItsPosition)
 {
     for (std::uint16_t product = 2; product <= 4; ++product)
-        add(make(UsbIds{VENDOR, product}));
+        plugIn(UsbIds{VENDOR, product});
     setLibusbFailures({0, 0, 3, 0});
     const OpenedDevice opened;
     EXPECT_EQ(opened.lastError(), -4);
@@ -104,8 +100,8 @@ TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsToldWithItsPosition)
 
 TEST_F(LibusbFailure, DescriptorBehindTheReader_IsNotAskedFor)
 {
-    add(make());
-    add(make());
+    plugIn();
+    plugIn();
     setLibusbFailures({0, 0, 2, 0});
     {
         const OpenedDevice opened;
@@ -117,7 +113,7 @@ TEST_F(LibusbFailure, DescriptorBehindTheReader_IsNotAskedFor)
 
 TEST_F(LibusbFailure, AutoDetach_IsIgnored)
 {
-    add(make());
+    plugIn();
     setLibusbFailures({0, 0, 0, LIBUSB_ERROR_NOT_SUPPORTED});
     {
         const OpenedDevice opened;
@@ -130,7 +126,7 @@ TEST_F(LibusbFailure, AutoDetach_IsIgnored)
 
 TEST_F(LibusbFailure, NoneAtAll_EverythingIsGivenBackOnce)
 {
-    add(make());
+    plugIn();
     {
         const OpenedDevice opened;
     }
@@ -153,36 +149,27 @@ TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsGivenBack)
     expectLog({"libusb_open_device_with_vid_pid() failed", "open usb failed!"});
 }
 
-TEST_F(LibusbFailure, ClaimRefused_TheHandleIsClosedOnceAndNotReleased)
+TEST_F(LibusbFailure, ClaimOrResetRefused_TheHandleIsClosedOnceAndNotReleased)
 {
-    ScriptedDevice &device = make();
-    device.setClaimedElsewhere(true);
-    add(device);
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(libusbCalls().closed, 1) << "at once";
+    for (const bool isClaim : {true, false}) {
+        setLibusbFailures({});
+        const UsbIds ids{VENDOR, static_cast<std::uint16_t>(isClaim ? 1 : 2)};
+        ScriptedDevice &device = make(ids);
+        device.setClaimedElsewhere(isClaim);
+        device.setRefusesReset(!isClaim);
+        add(device);
+        {
+            const OpenedDevice opened(ids.vendor, ids.product);
+            EXPECT_EQ(libusbCalls().closed, 1) << "at once";
+        }
+        EXPECT_EQ(libusbCalls().closed, 1);
+        EXPECT_EQ(libusbCalls().released, 0);
+        EXPECT_EQ(libusbCalls().exit, 1);
+        expectLog({"found usb device!",
+                   isClaim ? "libusb_claim_interface failed: LIBUSB_ERROR_BUSY"
+                           : "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
+                   "open usb failed!"});
     }
-    EXPECT_EQ(libusbCalls().closed, 1);
-    EXPECT_EQ(libusbCalls().released, 0);
-    EXPECT_EQ(libusbCalls().exit, 1);
-    expectLog({"found usb device!", "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
-               "open usb failed!"});
-}
-
-TEST_F(LibusbFailure, ResetRefused_TheHandleIsClosedOnceAndNotReleased)
-{
-    ScriptedDevice &device = make();
-    device.setRefusesReset(true);
-    add(device);
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(libusbCalls().closed, 1) << "at once";
-    }
-    EXPECT_EQ(libusbCalls().closed, 1);
-    EXPECT_EQ(libusbCalls().released, 0);
-    EXPECT_EQ(libusbCalls().exit, 1);
-    expectLog({"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
-               "open usb failed!"});
 }
 
 } // namespace

@@ -9,6 +9,24 @@
 
 #include <libusb.h>
 
+QByteArray frames::readAnswer(int printBytes)
+{
+    QByteArray frame = QByteArray::fromHex("AAAAAA966900000000900100040000"
+                                           "00");
+    for (int i = 0; i < 256 + 1024 + printBytes; ++i)
+        frame += static_cast<char>(i * 7 + i / 251);
+    const int length = frame.size() + 1 - 7;
+    frame[5] = static_cast<char>(length / 256);
+    frame[6] = static_cast<char>(length % 256);
+    frame[14] = static_cast<char>(printBytes / 256);
+    frame[15] = static_cast<char>(printBytes % 256);
+    unsigned char checksum = 0;
+    for (int i = 5; i < frame.size(); ++i)
+        checksum ^= static_cast<unsigned char>(frame.at(i));
+    frame += static_cast<char>(checksum);
+    return frame;
+}
+
 namespace usb_test
 {
 
@@ -146,24 +164,6 @@ void UsbTest::TearDown()
         complaints << QStringLiteral("the bus has left its folder behind");
     for (const QString &complaint : complaints)
         ADD_FAILURE() << complaint.toStdString();
-}
-
-QByteArray frames::readAnswer(int printBytes)
-{
-    QByteArray frame = QByteArray::fromHex("AAAAAA966900000000900100040000"
-                                           "00");
-    for (int i = 0; i < 256 + 1024 + printBytes; ++i)
-        frame += static_cast<char>(i * 7 + i / 251);
-    const int length = frame.size() + 1 - 7;
-    frame[5] = static_cast<char>(length / 256);
-    frame[6] = static_cast<char>(length % 256);
-    frame[14] = static_cast<char>(printBytes / 256);
-    frame[15] = static_cast<char>(printBytes % 256);
-    unsigned char checksum = 0;
-    for (int i = 5; i < frame.size(); ++i)
-        checksum ^= static_cast<unsigned char>(frame.at(i));
-    frame += static_cast<char>(checksum);
-    return frame;
 }
 
 void expectReady(ScriptedDevice &device)

@@ -14,6 +14,7 @@
 
 #include "tests/support/message_log.h"
 #include "tests/usb/emulated_bus.h"
+#include "tests/usb/reader_frames.h"
 #include "tests/usb/scripted_device.h"
 
 namespace usb_test
@@ -75,6 +76,14 @@ protected:
     /** Puts a device of this test on the bus. At the end its script is to be used up. */
     void add(ScriptedDevice &device, const NodeTraits &traits = {});
 
+    /** A device of this test on the bus, without a script. */
+    ScriptedDevice &plugIn(const UsbIds &ids = simulator::DEFAULT_READER_IDS)
+    {
+        ScriptedDevice &device = make(ids);
+        add(device);
+        return device;
+    }
+
     /** What is open from now on is not to be given back: the bus itself listens at every node. */
     void startAccount() { m_account = {}; }
 
@@ -105,23 +114,6 @@ const Lines LOOKED_UP = {"write pipe2 success!", "lookup_resp success!", "lookup
 const Lines SELECTED = {"write pipe2 success!", "select_resp success!", "select success!"};
 const Lines READY = OPENED + LOOKED_UP + SELECTED;
 } // namespace lines
-
-// The reader's frames as they are on the wire.
-namespace frames
-{
-const QByteArray LOOKUP = QByteArray::fromHex("AAAAAA96690003200122");
-const QByteArray LOOKUP_ANSWER = QByteArray::fromHex("AAAAAA9669000800009F0000000097");
-const QByteArray NO_CARD_ANSWER = QByteArray::fromHex("AAAAAA966900080000800000000088");
-const QByteArray SELECT = QByteArray::fromHex("AAAAAA96690003200221");
-const QByteArray SELECT_ANSWER = QByteArray::fromHex("AAAAAA9669000C00009000000000000000009C");
-const QByteArray READ = QByteArray::fromHex("AAAAAA96690003301023");
-const QByteArray NO_DATA_ANSWER = QByteArray::fromHex("AAAAAA9669000400004145");
-
-constexpr int READ_CAPACITY = 2321;
-
-/** A read answer with `printBytes` of fingerprints; the content is a pattern. */
-QByteArray readAnswer(int printBytes);
-} // namespace frames
 
 /** Adds the two exchanges by which a reader gets ready. */
 void expectReady(ScriptedDevice &device);

@@ -110,7 +110,7 @@ TEST(VirtualReaderProgram, ListensOnTheLoopbackAddressAndSaysNothingOfIt)
         EXPECT_EQ(reader.ask("quit"), "ok");
         return reader.result();
     }();
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
     EXPECT_EQ(run.exitStatus, 0);
 }
 
@@ -267,8 +267,7 @@ TEST(VirtualReaderProgram, LineOfMoreThan65536Bytes_IsRefusedAsOneAndTheNextIsSe
     EXPECT_THAT(reader.ask(QByteArray(200000, 'x')), StartsWith("error: the line is longer than"));
     EXPECT_THAT(reader.ask("status"), StartsWith("ok plugged in"));
     reader.write(QByteArray(200000, 'x')); // a last line without an end
-    EXPECT_THAT(reader.result().standardOutput.toStdString(),
-                StartsWith("error: the line is longer than"));
+    EXPECT_THAT(reader.result().output(), StartsWith("error: the line is longer than"));
 }
 
 TEST(VirtualReaderProgram, StaysAfterTheEndOfInput)
@@ -287,7 +286,7 @@ TEST(VirtualReaderProgram, EndsWithTheInputWhenAskedTo)
     const ProcessResult run = reader.result();
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.standardOutput.toStdString(), StartsWith("ok plugged in"));
+    EXPECT_THAT(run.output(), StartsWith("ok plugged in"));
 }
 
 TEST(VirtualReaderProgram, InterruptionEndsItInGoodOrder)
@@ -344,16 +343,15 @@ TEST(VirtualReaderProgram, EndsQuietlyBySigpipeWhenNobodyTakesItsAnswers)
     reader.write("status\n");
     const ProcessResult run = reader.result();
     EXPECT_EQ(run.signal, SIGPIPE);
-    EXPECT_THAT(run.standardError.toStdString(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
 }
 
 TEST(VirtualReaderProgram, TakenPortIsToldWithWhatToDo)
 {
     const VirtualReader first;
     const ProcessResult run = runProcess(PROGRAM, {"--port", QString::number(first.port())});
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-    EXPECT_THAT(run.standardError.toStdString(), HasSubstr("choose another with --port"));
+    expectEnd(run, 1, "choose another with --port");
+    EXPECT_THAT(run.output(), IsEmpty());
 }
 
 TEST(VirtualReaderProgram, WrongUsageEndsWithTwoAndNamesTheValue)
@@ -376,9 +374,9 @@ TEST(VirtualReaderProgram, WrongUsageEndsWithTwoAndNamesTheValue)
     for (const auto &[arguments, part] : wrong) {
         const ProcessResult run = runProcess(PROGRAM, arguments);
         EXPECT_EQ(run.exitStatus, 2) << arguments.join(' ').toStdString();
-        EXPECT_THAT(run.standardOutput.toStdString(), IsEmpty());
-        EXPECT_THAT(run.standardError.toStdString(), StartsWith("idcard-virtual-reader: "));
-        EXPECT_THAT(run.standardError.toStdString(), HasSubstr(part));
+        EXPECT_THAT(run.output(), IsEmpty());
+        EXPECT_THAT(run.error(), StartsWith("idcard-virtual-reader: "));
+        EXPECT_THAT(run.error(), HasSubstr(part));
     }
 }
 
@@ -388,7 +386,7 @@ TEST(VirtualReaderProgram, HelpNamesOptionsCommandsAndFaults)
     EXPECT_EQ(run.exitStatus, 0);
     for (const char *part : {"--until-end-of-input", "card NAME|FILE", "E-answer-cut=N",
                              "usbip attach -r", "Exit status"})
-        EXPECT_THAT(run.standardOutput.toStdString(), HasSubstr(part));
+        EXPECT_THAT(run.output(), HasSubstr(part));
     EXPECT_EQ(runProcess(PROGRAM, {"-h"}).standardOutput, run.standardOutput);
     for (const QByteArray &line : run.standardOutput.split('\n'))
         EXPECT_LE(line.size(), 79) << line.toStdString();
@@ -396,8 +394,7 @@ TEST(VirtualReaderProgram, HelpNamesOptionsCommandsAndFaults)
 
 TEST(VirtualReaderProgram, TellsItsVersion)
 {
-    EXPECT_THAT(runProcess(PROGRAM, {"--version"}).standardOutput.toStdString(),
-                StartsWith("idcard-virtual-reader "));
+    EXPECT_THAT(runProcess(PROGRAM, {"--version"}).output(), StartsWith("idcard-virtual-reader "));
 }
 
 } // namespace

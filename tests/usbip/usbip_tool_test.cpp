@@ -36,7 +36,7 @@ protected:
 TEST_F(UsbipTool, ListsTheReader)
 {
     const ProcessResult run = runUsbip(port, {"list", "-r", "127.0.0.1"});
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
     const std::string list = (run.standardOutput + run.standardError).toStdString();
     EXPECT_THAT(list, HasSubstr("1-1: "));
     EXPECT_THAT(list, HasSubstr("(1209:0001)"));

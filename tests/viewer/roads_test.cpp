@@ -102,9 +102,9 @@ TEST_F(Roads, SimulatorThatIsHeldInTheProcess_IsToldAndDoesNotAnswerForTheReader
     void *const held =
         dlopen(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", RTLD_LAZY | RTLD_NOLOAD);
     choose("road", "The maker's library");
-    EXPECT_THAT(details().toStdString(), HasSubstr("cannot be taken out of this program"));
+    EXPECT_THAT(details(), HasSubstr("cannot be taken out of this program"));
     read();
-    EXPECT_THAT(details().toStdString(), HasSubstr("cannot be taken out of this program"));
+    EXPECT_THAT(details(), HasSubstr("cannot be taken out of this program"));
     EXPECT_EQ(model("history")->rowCount(), 1);
     dlclose(held);
     read();
@@ -118,7 +118,7 @@ TEST_F(Roads, CardOfTheSimulator_IsOffWhenTheRoadComesBack)
     choose("road", "The maker's library");
     choose("road", "Simulator");
     read();
-    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
+    EXPECT_EQ(headline(), "No card was found on the reader.");
 }
 
 TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsToldWithCauseAndRemedy)
@@ -132,9 +132,8 @@ TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsToldWithCauseAndRemedy)
     read();
     dlclose(throwing);
     const app::ResultEntry *const entry = app::findResult(-23, false);
-    EXPECT_EQ(headline().toStdString(), entry->summary);
-    EXPECT_THAT(details().toStdString(),
-                testing::AllOf(HasSubstr(entry->cause), HasSubstr(entry->remedy)));
+    EXPECT_EQ(headline(), entry->summary);
+    EXPECT_THAT(details(), testing::AllOf(HasSubstr(entry->cause), HasSubstr(entry->remedy)));
 }
 
 TEST_F(Roads, SimulatorThatIsMissing_IsToldWithTheFilesThatWereLookedFor)
@@ -142,8 +141,8 @@ TEST_F(Roads, SimulatorThatIsMissing_IsToldWithTheFilesThatWereLookedFor)
     qputenv("IDCARD_SIMULATOR_LIBRARY", "/nowhere/simulator.so");
     open();
     choose("road", "Simulator");
-    EXPECT_EQ(headline().toStdString(), "The simulator cannot be used as it was asked to.");
-    EXPECT_THAT(details().toStdString(), HasSubstr("/nowhere/simulator.so"));
+    EXPECT_EQ(headline(), "The simulator cannot be used as it was asked to.");
+    EXPECT_THAT(details(), HasSubstr("/nowhere/simulator.so"));
     qunsetenv("IDCARD_SIMULATOR_LIBRARY");
 }
 

@@ -60,7 +60,7 @@ TEST_P(EveryKind, IsReadWithItsPhotoAndWithoutPictures)
     plugIn(name);
     openOnUsb();
     read();
-    EXPECT_EQ(headline().toStdString(), "The card was read.");
+    EXPECT_EQ(headline(), "The card was read.");
     EXPECT_EQ(field("Name"), card.name.isEmpty() ? card.englishName : card.name);
     EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
               "The picture is shown in its true size.");
@@ -77,15 +77,14 @@ TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
     plugIn("resident");
     openOnUsb(false);
     read();
-    EXPECT_EQ(headline().toStdString(), "The photo of the card could not be decoded.");
-    expectMessage(app::Message::Kind::WARNING);
+    expectMessage(Kind::WARNING, "The photo of the card could not be decoded.");
     EXPECT_EQ(find("photo")->accessibleDescription().toStdString(),
               "The reader delivered the photo in the card's compressed form, not as a picture");
     EXPECT_EQ(find<QLabel>("photo")->text(), find("photo")->accessibleName()) << "there is no room";
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
     check("simulatorPhotos", true);
     read();
-    EXPECT_EQ(headline().toStdString(), "The card was read.");
+    EXPECT_EQ(headline(), "The card was read.");
 }
 
 TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
@@ -98,8 +97,8 @@ TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
         if (!isAutomatic)
             read();
         EXPECT_TRUE(waitForHeadline("The card's text could not be decoded."));
-        EXPECT_THAT(details().toStdString(), HasSubstr("must be 0, 1, 2 or 9"));
-        expectMessage(app::Message::Kind::FAILURE);
+        EXPECT_THAT(details(), HasSubstr("must be 0, 1, 2 or 9"));
+        expectMessage(Kind::FAILURE);
         close();
     }
 }
@@ -121,11 +120,10 @@ TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
     const app::ResultEntry known = *app::findUsbResult(failure.code);
     const app::ResultEntry entry =
         fault.startsWith("unplugged-") ? app::unpluggedResult(known) : known;
-    EXPECT_EQ(headline().toStdString(), entry.summary);
-    EXPECT_THAT(headline().toStdString(), HasSubstr(failure.summary));
-    EXPECT_THAT(details().toStdString(),
-                AllOf(HasSubstr(failure.codeText()), HasSubstr("Device: 1209:0001"),
-                      HasSubstr(entry.cause), HasSubstr(entry.remedy)));
+    EXPECT_EQ(headline(), entry.summary);
+    EXPECT_THAT(headline(), HasSubstr(failure.summary));
+    EXPECT_THAT(details(), AllOf(HasSubstr(failure.codeText()), HasSubstr("Device: 1209:0001"),
+                                 HasSubstr(entry.cause), HasSubstr(entry.remedy)));
     EXPECT_EQ(model("history")->rowCount(), 0);
     // Whether a node may be opened is asked for the real user, and root may open every one.
     const bool isShut = fault.startsWith("open-fails") ||
@@ -164,10 +162,9 @@ TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreLis
     click("refresh");
     EXPECT_EQ(chosen(), "046d:c31c - not plugged in");
     read();
-    EXPECT_EQ(headline().toStdString(), "There is no such reader.");
+    EXPECT_EQ(headline(), "There is no such reader.");
     choose("device", "1209:0001");
-    EXPECT_EQ(headline().toStdString(), "Lay a card on the reader and press Read.");
-    expectMessage(app::Message::Kind::NOTE);
+    expectMessage(Kind::NOTE, "Lay a card on the reader and press Read.");
 }
 
 TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
@@ -178,8 +175,7 @@ TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
     open();
     choose("road", "USB");
     usb_test::setLibusbFailures({});
-    EXPECT_EQ(headline().toStdString(), "The USB devices could not be listed.");
-    expectMessage(app::Message::Kind::FAILURE);
+    expectMessage(Kind::FAILURE, "The USB devices could not be listed.");
 }
 
 TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
@@ -187,7 +183,7 @@ TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
     plugIn("resident", "read-answer-delayed=400");
     openOnUsb();
     click("read");
-    EXPECT_EQ(headline().toStdString(), "Reading…");
+    EXPECT_EQ(headline(), "Reading…");
     int ticks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
@@ -249,7 +245,7 @@ TEST_F(UsbRoad, RoadChangedWhileALookThatNobodyWaitsForGoesOn_ReadsNothingByTheN
     EXPECT_TRUE(waitFor([this] { return bus().holdings().openNodes == 0; }));
     QTest::qWait(300);
     EXPECT_EQ(model("history")->rowCount(), 0);
-    EXPECT_EQ(headline().toStdString(), "A card lies on the simulator.");
+    EXPECT_EQ(headline(), "A card lies on the simulator.");
 }
 
 TEST_F(UsbRoad, WindowClosedWhileAReadHangs_EndsWithTheReadAndGivesAllBack)
@@ -278,7 +274,7 @@ TEST_F(UsbRoad, CardOfTheSimulator_IsOffWhenTheRoadComesBackThoughItsPhotosWereD
     choose("road", "USB");
     choose("road", "Simulator");
     read();
-    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
+    EXPECT_EQ(headline(), "No card was found on the reader.");
 }
 
 class Program : public UsbRoad
@@ -294,22 +290,19 @@ protected:
 TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
 {
     const ProcessResult result = run({"--help"});
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_THAT(result.standardError.toStdString(), IsEmpty());
+    expectEnd(result, 0);
     for (const char *option : {"--simulate", "--fault", "--usb", "--simulator-photos", "--auto",
                                "--cover", "--help", "--version"})
-        EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr(option));
+        EXPECT_THAT(result.output(), HasSubstr(option));
 }
 
 TEST_F(Program, HelpThatCannotBeWritten_IsToldAndEndsWithStatus1)
 {
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "a shell cannot start what the emulator runs";
-    const ProcessResult result =
-        runProcess("/bin/sh", {"-c", IDCARD_BUILD_BIN_DIR "/idcard-viewer --help > /dev/full"});
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_THAT(result.standardError.toStdString(),
-                HasSubstr("idcard-viewer: Standard output could not be written"));
+    expectEnd(
+        runProcess("/bin/sh", {"-c", IDCARD_BUILD_BIN_DIR "/idcard-viewer --help > /dev/full"}), 1,
+        "idcard-viewer: Standard output could not be written");
 }
 
 TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
@@ -335,7 +328,7 @@ TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
 
 TEST_F(Program, Version_IsTheProgramsAndTheLibrarys)
 {
-    EXPECT_THAT(run({"--version"}).standardOutput.toStdString(),
+    EXPECT_THAT(run({"--version"}).output(),
                 testing::MatchesRegex("idcard-viewer [0-9.]+\nlibrary version:[0-9.]+\n"));
 }
 
@@ -349,25 +342,23 @@ TEST_F(Program, WrongOptions_AreToldWithTheValueAndEndWithStatus2)
           QStringList{"--simulate", "resident", "--fault", "earthquake"}}) {
         const ProcessResult result = run(arguments);
         EXPECT_EQ(result.exitStatus, 2) << arguments.join(' ').toStdString();
-        EXPECT_THAT(result.standardError.toStdString(),
+        EXPECT_THAT(result.error(),
                     AllOf(testing::StartsWith("idcard-viewer: "), HasSubstr("--help")));
-        EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
+        EXPECT_THAT(result.output(), IsEmpty());
     }
 }
 
 TEST_F(Program, FaultOfTheReaderOnUsb_IsRefusedForTheSimulatorWithTheRoadThatHasIt)
 {
     const ProcessResult result = run({"--simulate", "resident", "--fault", "unplugged"});
-    EXPECT_EQ(result.exitStatus, 2);
-    EXPECT_THAT(result.standardError.toStdString(),
-                HasSubstr("no fault \"unplugged\"; only the reader on USB has it"));
+    expectEnd(result, 2, "no fault \"unplugged\"; only the reader on USB has it");
 }
 
 TEST_F(Program, OptionThatIsAlmostOne_IsToldAsItWasTypedWithTheOneThatWasMeant)
 {
-    EXPECT_THAT(run({"--simulat", "resident"}).standardError.toStdString(),
+    EXPECT_THAT(run({"--simulat", "resident"}).error(),
                 HasSubstr("idcard-viewer has no option --simulat; did you mean --simulate?"));
-    EXPECT_THAT(run({"-x"}).standardError.toStdString(), HasSubstr("has no option -x.\n"));
+    EXPECT_THAT(run({"-x"}).error(), HasSubstr("has no option -x.\n"));
 }
 
 TEST_F(Program, SignalAfterACardWasRead_EndsItAndNothingWasPrinted)
@@ -380,9 +371,8 @@ TEST_F(Program, SignalAfterACardWasRead_EndsItAndNothingWasPrinted)
     viewer.signal(SIGTERM);
     const ProcessResult result = viewer.result();
     EXPECT_TRUE(result.finished);
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_THAT(result.standardError.toStdString(), IsEmpty());
-    EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
+    expectEnd(result, 0);
+    EXPECT_THAT(result.output(), IsEmpty());
 }
 
 TEST_F(Program, SignalWhileAReadNeverEnds_EndsItAllTheSame)
@@ -394,9 +384,7 @@ TEST_F(Program, SignalWhileAReadNeverEnds_EndsItAllTheSame)
     viewer.signal(SIGTERM);
     const ProcessResult result = viewer.result();
     EXPECT_TRUE(result.finished);
-    EXPECT_EQ(result.exitStatus, 5);
-    EXPECT_THAT(result.standardError.toStdString(),
-                HasSubstr("idcard-viewer: The reading in progress was broken off."));
+    expectEnd(result, 5, "idcard-viewer: The reading in progress was broken off.");
 }
 
 } // namespace

@@ -156,27 +156,27 @@ void ViewerTest::trigger(const QString &action)
 void ViewerTest::read()
 {
     click("read");
-    EXPECT_TRUE(waitFor([this] { return headline() != viewer::MainWindow::tr("Reading…"); }));
+    EXPECT_TRUE(
+        waitFor([this] { return headline() != viewer::MainWindow::tr("Reading…").toStdString(); }));
 }
 
-QString ViewerTest::headline()
+std::string ViewerTest::headline()
 {
-    return find<QLabel>("headline")->text();
+    return find<QLabel>("headline")->text().toStdString();
 }
 
-QString ViewerTest::details()
+std::string ViewerTest::details()
 {
-    return find<QLabel>("details")->text();
+    return find<QLabel>("details")->text().toStdString();
 }
 
 bool ViewerTest::waitForHeadline(const QString &text)
 {
-    return waitFor([&] { return headline() == text; });
+    return waitFor([&] { return headline() == text.toStdString(); });
 }
 
-void ViewerTest::expectMessage(app::Message::Kind kind)
+void ViewerTest::expectMessage(Kind kind)
 {
-    using Kind = app::Message::Kind;
     const QStyle *const style = m_window->style();
     const QIcon icon = style->standardIcon(kind == Kind::NOTE ? QStyle::SP_MessageBoxInformation
                                            : kind == Kind::WARNING ? QStyle::SP_MessageBoxWarning
@@ -184,8 +184,16 @@ void ViewerTest::expectMessage(app::Message::Kind kind)
     const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
     EXPECT_EQ(find("icon")->property("pixmap").value<QPixmap>().toImage(),
               icon.pixmap(size).toImage());
-    EXPECT_EQ(find("banner")->accessibleName(), headline());
-    EXPECT_EQ(find("details")->isVisible(), !details().isEmpty());
+    EXPECT_EQ(find("banner")->accessibleName().toStdString(), headline());
+    EXPECT_EQ(find("details")->isVisible(), !details().empty());
+}
+
+void ViewerTest::expectMessage(Kind kind, const std::string &expected,
+                               const std::string &partOfDetails)
+{
+    EXPECT_EQ(headline(), expected);
+    EXPECT_NE(details().find(partOfDetails), std::string::npos) << details();
+    expectMessage(kind);
 }
 
 QAbstractItemModel *ViewerTest::model(const char *table)

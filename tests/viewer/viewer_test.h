@@ -38,6 +38,8 @@ public:
 class ViewerTest : public testing::Test
 {
 public:
+    using Kind = app::Message::Kind;
+
     ~ViewerTest() override;
 
 protected:
@@ -71,11 +73,13 @@ protected:
     /** Presses Read and waits for what comes of it. */
     void read();
 
-    QString headline();
-    QString details();
+    std::string headline();
+    std::string details();
     bool waitForHeadline(const QString &text);
     /** Expects a message of this kind, with its icon and for those who hear the window, too. */
-    void expectMessage(app::Message::Kind kind);
+    void expectMessage(Kind kind);
+    void expectMessage(Kind kind, const std::string &headline,
+                       const std::string &partOfDetails = {});
 
     QAbstractItemModel *model(const char *table);
     /** All cells of a table, row by row, each with a tabulator before the next. */

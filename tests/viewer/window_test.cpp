@@ -21,7 +21,8 @@
 #include "apps/viewer/card_sheet.h"
 #include "apps/viewer/road_panel.h"
 #include "simulator/card/card_library.h"
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
+#include "tests/support/test_name.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"
 
@@ -42,8 +43,7 @@ protected:
     {
         openWithCard(card);
         read();
-        EXPECT_EQ(headline().toStdString(), "The card was read.");
-        expectMessage(app::Message::Kind::NOTE);
+        expectMessage(Kind::NOTE, "The card was read.");
     }
 
     app::CardPointer cardOfHistory(int row)
@@ -122,11 +122,7 @@ TEST_P(EveryCard, IsReadAndShownAsDescribed)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(BuiltIn, EveryCard, testing::ValuesIn(cardNames()), [](const auto &card) {
-    std::string name = card.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(BuiltIn, EveryCard, testing::ValuesIn(cardNames()), testNameOf);
 
 struct FaultOutcome {
     const char *fault;
@@ -143,12 +139,12 @@ TEST_P(EveryFault, IsToldWithCauseAndRemedyAndNoCard)
     openWithCard("resident-compressed-photo", GetParam().fault);
     read();
     const app::ResultEntry *const entry = app::findResult(GetParam().code, false);
-    EXPECT_EQ(headline().toStdString(), entry->summary);
-    EXPECT_EQ(details().toStdString(), QStringLiteral("Code: %1 (%2)\nCause: %3\nWhat to do: %4")
-                                           .arg(entry->code)
-                                           .arg(entry->constant, entry->cause, entry->remedy)
-                                           .toStdString());
-    expectMessage(app::Message::Kind::FAILURE);
+    EXPECT_EQ(headline(), entry->summary);
+    EXPECT_EQ(details(), QStringLiteral("Code: %1 (%2)\nCause: %3\nWhat to do: %4")
+                             .arg(entry->code)
+                             .arg(entry->constant, entry->cause, entry->remedy)
+                             .toStdString());
+    expectMessage(Kind::FAILURE);
     EXPECT_THAT(rows("history"), IsEmpty());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
@@ -162,8 +158,8 @@ INSTANTIATE_TEST_SUITE_P(Simulator, EveryFault,
 TEST_F(Window, FaultThatTheSimulatorRefuses_IsToldWithItsReason)
 {
     openWithCard("resident", "no-such-fault");
-    EXPECT_EQ(headline().toStdString(), "The simulator cannot be used as it was asked to.");
-    EXPECT_THAT(details().toStdString(), HasSubstr("no-such-fault"));
+    EXPECT_EQ(headline(), "The simulator cannot be used as it was asked to.");
+    EXPECT_THAT(details(), HasSubstr("no-such-fault"));
 }
 
 TEST_F(Window, CardPutOnAndTakenOff_IsReadAndNotFound)
@@ -176,7 +172,7 @@ TEST_F(Window, CardPutOnAndTakenOff_IsReadAndNotFound)
     EXPECT_EQ(field("Name"), builtInCard("hmt-macao").name);
     click("takeCard");
     read();
-    EXPECT_EQ(headline().toStdString(), "No card was found on the reader.");
+    EXPECT_EQ(headline(), "No card was found on the reader.");
 }
 
 TEST_F(Window, CardOfAFile_IsReadByItsPath)
@@ -239,7 +235,7 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
     for (int times = 0; times < 2; ++times) {
         check("automatic", false);
         click("takeCard");
-        EXPECT_EQ(headline().toStdString(), "No card lies on the simulator.");
+        EXPECT_EQ(headline(), "No card lies on the simulator.");
         check("automatic", true);
         EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
     }
@@ -249,7 +245,7 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
     EXPECT_EQ(model("history")->rowCount(), 2) << "asked for once more";
     QTest::qWait(1200);
     EXPECT_EQ(model("history")->rowCount(), 2) << "the card still lies there";
-    EXPECT_EQ(headline().toStdString(), "The card was read.");
+    EXPECT_EQ(headline(), "The card was read.");
     choose("card", "foreign-new");
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
@@ -282,7 +278,7 @@ TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
     find<QComboBox>("faults")->setEditText(QString());
     click("putCard");
     EXPECT_TRUE(waitForHeadline("The card was read."));
-    expectMessage(app::Message::Kind::NOTE);
+    expectMessage(Kind::NOTE);
 }
 
 TEST_F(Window, SelectedRows_AreCopiedWithATabulatorAndNoSelectionLeavesTheClipboard)
@@ -416,7 +412,7 @@ TEST_F(Window, Saved_AreTheFilesOfTheCardForTheirOwnerAlone)
     trigger("Save…");
     answerFileDialog(m_folder.path());
     const QString folder = m_folder.filePath("0001");
-    EXPECT_EQ(headline(), "The card was saved in " + folder + ".");
+    EXPECT_EQ(headline(), ("The card was saved in " + folder + ".").toStdString());
     EXPECT_EQ(modeOf(folder), 0700);
     const app::CardPointer card = cardOfHistory(0);
     for (const app::NamedContent &file : app::contentsOf(*card, app::CardFiles::ALL)) {
@@ -432,7 +428,7 @@ TEST_F(Window, SavedWhileCovered_IsTheWholeCardAndToldSo)
     check("cover", true);
     trigger("Save…");
     answerFileDialog(m_folder.path());
-    EXPECT_EQ(details().toStdString(), "It is the whole card: nothing is covered there.");
+    EXPECT_EQ(details(), "It is the whole card: nothing is covered there.");
     EXPECT_THAT(readFile(m_folder.filePath("0001/card.json")).toStdString(),
                 HasSubstr(builtInCard("resident").name.toStdString()));
 }
@@ -498,9 +494,9 @@ TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
         // The folder goes while the user looks at the dialog.
         emit dialog->fileSelected("/proc/no-folder/card");
         dialog->close();
-        EXPECT_EQ(headline().toStdString(), failure);
-        EXPECT_THAT(details().toStdString(), HasSubstr("/proc/no-folder"));
-        expectMessage(app::Message::Kind::FAILURE);
+        EXPECT_EQ(headline(), failure);
+        EXPECT_THAT(details(), HasSubstr("/proc/no-folder"));
+        expectMessage(Kind::FAILURE);
         close();
     }
 }
@@ -521,7 +517,7 @@ TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
     EXPECT_EQ(window().findChild<QFileDialog *>()->acceptMode(), QFileDialog::AcceptSave);
     answerFileDialog(m_folder.filePath("card"));
     const QString path = m_folder.filePath("card.pdf");
-    EXPECT_EQ(headline(), "The card was exported to " + path + ".");
+    EXPECT_EQ(headline(), ("The card was exported to " + path + ".").toStdString());
     EXPECT_EQ(modeOf(path), 0600);
     const app::CardPointer card = cardOfHistory(0);
     const QString expected = m_folder.filePath("expected.pdf");
@@ -545,12 +541,12 @@ TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
         EXPECT_TRUE(waitFor([this] { return window().findChild<QDialog *>() == nullptr; }));
     };
     print("/proc/no-folder/printed.pdf");
-    EXPECT_EQ(headline().toStdString(), "The card could not be printed.");
-    EXPECT_EQ(details().toStdString(), "See that the printer is ready and that the card has "
-                                       "pictures, and print once more.");
-    expectMessage(app::Message::Kind::FAILURE);
+    EXPECT_EQ(headline(), "The card could not be printed.");
+    EXPECT_EQ(details(), "See that the printer is ready and that the card has "
+                         "pictures, and print once more.");
+    expectMessage(Kind::FAILURE);
     print(m_folder.filePath("printed.pdf"));
-    EXPECT_EQ(headline().toStdString(), "The card was sent to the printer.");
+    EXPECT_EQ(headline(), "The card was sent to the printer.");
     EXPECT_GT(readFile(m_folder.filePath("printed.pdf")).size(), 1000);
 }
 
@@ -774,7 +770,7 @@ TEST_F(Window, InChinese_EveryTextIsChinese)
     const InChinese chinese;
     openWithCard("hmt-hong-kong");
     read();
-    EXPECT_EQ(headline().toStdString(), "读卡成功。");
+    EXPECT_EQ(headline(), "读卡成功。");
     for (const QString &row : rows("fields"))
         EXPECT_TRUE(hasChinese(row.section('\t', 0, 0))) << row.toStdString();
     EXPECT_TRUE(hasChinese(rows("history").value(0).section('\t', 1, 1)));
@@ -822,8 +818,8 @@ TEST_F(Window, FailureInChinese_IsToldWithCauseAndRemedyInChinese)
     const InChinese chinese;
     openWithCard("resident", "no-card");
     read();
-    EXPECT_TRUE(hasChinese(headline()));
-    const QStringList lines = details().split('\n');
+    EXPECT_TRUE(hasChinese(QString::fromStdString(headline())));
+    const QStringList lines = QString::fromStdString(details()).split('\n');
     ASSERT_EQ(lines.size(), 3);
     EXPECT_TRUE(lines[1].startsWith("原因：") && lines[2].startsWith("处理办法："));
     EXPECT_FALSE(lines[1].contains("card"));

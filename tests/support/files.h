@@ -1,6 +1,6 @@
 #pragma once
 
-// What a folder holds, and the rights of what is in it, for comparison in tests.
+// Files, what a folder holds, and the rights of what is in it.
 
 #include <map>
 #include <string>
@@ -19,3 +19,6 @@ int modeOf(const QString &path);
 
 void writeFile(const QString &path, const QByteArray &content);
 QByteArray readFile(const QString &path);
+
+/** The text of a file of this tree. */
+QString sourceText(const QString &path);

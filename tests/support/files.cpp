@@ -1,4 +1,4 @@
-#include "tests/tool/folder_state.h"
+#include "tests/support/files.h"
 
 #include <gtest/gtest.h>
 
@@ -49,4 +49,9 @@ QByteArray readFile(const QString &path)
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
     return file.readAll();
+}
+
+QString sourceText(const QString &path)
+{
+    return QString::fromUtf8(readFile(QStringLiteral(IDCARD_SOURCE_DIR "/") + path));
 }
