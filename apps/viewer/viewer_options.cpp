@@ -15,6 +15,7 @@ namespace
 
 using app::Option;
 using app::OptionParser;
+using app::Phrases;
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
@@ -46,9 +47,9 @@ std::vector<Option> options()
     };
 }
 
-app::Phrases phrases()
+Phrases phrases()
 {
-    app::Phrases phrases;
+    Phrases phrases;
     phrases.noOption = Texts::tr("%1 has no option %2.");
     phrases.noOptionButThis = Texts::tr("%1 has no option %2; did you mean %3?");
     phrases.noArgument = Texts::tr("%1 is no option.");

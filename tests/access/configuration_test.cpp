@@ -23,7 +23,7 @@ protected:
     {
         QFile list(folder.filePath("CMakeLists.txt"));
         EXPECT_TRUE(list.open(QIODevice::WriteOnly));
-        list.write("cmake_minimum_required(VERSION 3.20)\n"
+        list.write("cmake_minimum_required(VERSION 3.13)\n"
                    "project(access LANGUAGES NONE)\n"
                    "set(CMAKE_INSTALL_SBINDIR sbin)\n"
                    "set(CMAKE_INSTALL_DATADIR share)\n"

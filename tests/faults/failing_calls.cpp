@@ -14,19 +14,22 @@ faults::FailingCall failing{nullptr, 0, 0};
 int callCount = 0;
 int converterCount = 0;
 
-/** The real function, of the version that programs of today are linked with. */
-template <typename Function>
-Function *real(const char *name, const char *version)
-{
-    return reinterpret_cast<Function *>(dlvsym(RTLD_NEXT, name, version));
-}
-
-constexpr const char *LOADER_VERSION = "GLIBC_2.34";
+constexpr const char *LOADER_VERSION = "GLIBC_2.34"; // since which the loader's calls are in libc
 #if defined(__x86_64__)
 constexpr const char *FIRST_VERSION = "GLIBC_2.2.5";
 #else
 constexpr const char *FIRST_VERSION = "GLIBC_2.17";
 #endif
+
+/** The real function, of the version that programs of today are linked with. */
+template <typename Function>
+Function *real(const char *name)
+{
+    void *function = dlvsym(RTLD_NEXT, name, LOADER_VERSION);
+    if (function == nullptr)
+        function = dlvsym(RTLD_NEXT, name, FIRST_VERSION);
+    return reinterpret_cast<Function *>(function);
+}
 
 bool isOfTheLibrary(const void *caller)
 {
@@ -73,14 +76,14 @@ extern "C" {
 
 EXPORTED void *dlopen(const char *file, int flags) noexcept
 {
-    const auto open = real<void *(const char *, int)>("dlopen", LOADER_VERSION);
+    const auto open = real<void *(const char *, int)>("dlopen");
     // The loader is to have a reason to tell.
     return open(fails("dlopen", __builtin_return_address(0)) ? "/nowhere/library.so" : file, flags);
 }
 
 EXPORTED void *dlsym(void *__restrict handle, const char *__restrict name) noexcept
 {
-    const auto find = real<void *(void *, const char *)>("dlsym", LOADER_VERSION);
+    const auto find = real<void *(void *, const char *)>("dlsym");
     return find(handle, fails("dlsym", __builtin_return_address(0)) ? "no such function" : name);
 }
 
@@ -90,7 +93,7 @@ EXPORTED iconv_t iconv_open(const char *to, const char *from)
     if (fails("iconv_open", caller))
         return reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): POSIX says so
     converterCount += isOfTheLibrary(caller) ? 1 : 0;
-    return real<iconv_t(const char *, const char *)>("iconv_open", FIRST_VERSION)(to, from);
+    return real<iconv_t(const char *, const char *)>("iconv_open")(to, from);
 }
 
 EXPORTED std::size_t iconv(iconv_t converter, char **__restrict in, std::size_t *__restrict inLeft,
@@ -99,13 +102,13 @@ EXPORTED std::size_t iconv(iconv_t converter, char **__restrict in, std::size_t 
     if (fails("iconv", __builtin_return_address(0)))
         return static_cast<std::size_t>(-1);
     using Function = std::size_t(iconv_t, char **, std::size_t *, char **, std::size_t *);
-    return real<Function>("iconv", FIRST_VERSION)(converter, in, inLeft, out, outLeft);
+    return real<Function>("iconv")(converter, in, inLeft, out, outLeft);
 }
 
 EXPORTED int iconv_close(iconv_t converter)
 {
     converterCount -= isOfTheLibrary(__builtin_return_address(0)) ? 1 : 0;
-    return real<int(iconv_t)>("iconv_close", FIRST_VERSION)(converter);
+    return real<int(iconv_t)>("iconv_close")(converter);
 }
 
 } // extern "C"

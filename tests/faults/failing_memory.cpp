@@ -246,8 +246,11 @@ bool isMachinery(const std::string &place)
 
 void faults::startMemory(long position, Extent extent)
 {
-    if (exempt.count == 0)
+    if (exempt.count == 0) {
         dl_iterate_phdr(noteModule, nullptr);
+        void *frame = nullptr;
+        backtrace(&frame, 1); // loads what it needs, which it could not from within the loader
+    }
     counted = 0;
     failed = 0;
     failingPosition = position;

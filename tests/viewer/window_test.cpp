@@ -1,5 +1,6 @@
 // The window as it is used at a counter, with cards of the simulator.
 
+#include <iostream>
 #include <set>
 
 #include <gmock/gmock.h>
@@ -9,6 +10,7 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPrintDialog>
@@ -16,6 +18,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QTemporaryDir>
+#include <QVersionNumber>
 
 #include "apps/card/card_files.h"
 #include "apps/viewer/card_sheet.h"
@@ -798,6 +801,10 @@ TEST_F(Window, DialogsInChinese_HaveChineseTitlesButtonsAndLabels)
         texts.removeAll(QString());
         texts.removeAll(QStringLiteral("..."));
         EXPECT_GE(texts.size(), 4);
+        if (QLibraryInfo::version() < QVersionNumber(5, 15, 3)) {
+            std::cout << "Left out: this version of Qt has no Chinese word for its button Cancel\n";
+            texts.removeAll(QStringLiteral("Cancel"));
+        }
         for (const QString &text : texts)
             EXPECT_TRUE(hasChinese(text)) << text.toStdString();
         delete dialog;
