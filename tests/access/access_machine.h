@@ -20,7 +20,7 @@ protected:
         EXPECT_TRUE(QDir(folder.path()).mkpath("root/etc"));
         EXPECT_TRUE(QDir(folder.path()).mkpath("rules"));
         const ProcessResult made =
-            runHere("/usr/bin/systemd-sysusers",
+            runHere("/bin/systemd-sysusers",
                     {"--root=" + path("root"), QStringLiteral(IDCARD_SYSUSERS_FILE)});
         EXPECT_EQ(made.exitStatus, 0) << made.standardError.toStdString();
     }

@@ -14,7 +14,6 @@
 #include <gmock/gmock.h>
 
 #include "simulator/reader/virtual_reader.h"
-#include "tests/support/files.h"
 #include "tests/support/forked_work.h"
 #include "tests/support/generated_part.h"
 #include "tests/usb/exposed_reader.h"
