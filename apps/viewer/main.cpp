@@ -41,6 +41,8 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments.data());
     app::installTranslation(QLatin1String(programName.data()));
+    // By which Wayland's desktops find the entry in the menu, and with it the icon.
+    QGuiApplication::setDesktopFileName(QLatin1String(programName.data()));
     app::catchInterruption(ExitStatus::READ_FAILED);
     const QSocketNotifier interruption(app::interruptionDescriptor(), QSocketNotifier::Read);
     QObject::connect(&interruption, &QSocketNotifier::activated, &application,

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QFileDialog>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -37,6 +38,7 @@ app::CardSheet sheetOf(const app::Card &card)
 MainWindow::MainWindow(const ViewerOptions &options)
 {
     m_ui.setupUi(this);
+    setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer")));
     connectControls();
     connectTables();
     connectDesk();

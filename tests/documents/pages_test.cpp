@@ -132,7 +132,7 @@ TEST(Pages, PagesInTwoLanguages_HaveTheSameCodeAndHeadingsAndLinkEachOther)
         EXPECT_EQ(textOf(english).section(QLatin1Char('\n'), 0, 0),
                   QStringLiteral("English | [简体中文](%1)").arg(QFileInfo(chinese).fileName()));
     }
-    EXPECT_EQ(count, 2);
+    EXPECT_EQ(count, 3);
 }
 
 TEST(Pages, PagesOfTheFolderOfDocuments_AreReachedFromTheReadme)

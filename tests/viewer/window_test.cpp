@@ -820,6 +820,21 @@ TEST_F(Window, DialogsInChinese_HaveChineseTitlesButtonsAndLabels)
     expectChinese(window().findChild<QDialog *>());
 }
 
+TEST_F(Window, IconOfItsName_IsTakenFromTheDesktop)
+{
+    const QString theme = m_folder.filePath("hicolor");
+    ASSERT_TRUE(QDir().mkpath(theme + "/48x48/apps"));
+    writeFile(theme + "/index.theme", "[Icon Theme]\nName=Hicolor\nDirectories=48x48/apps\n"
+                                      "[48x48/apps]\nSize=48\n");
+    QImage picture(48, 48, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(theme + "/48x48/apps/idcard-viewer.png"));
+    QIcon::setThemeSearchPaths({m_folder.path()});
+    QIcon::setThemeName("hicolor");
+    open();
+    EXPECT_EQ(window().windowIcon().pixmap(48, 48).toImage().pixelColor(24, 24), QColor(Qt::red));
+}
+
 TEST_F(Window, FailureInChinese_IsToldWithCauseAndRemedyInChinese)
 {
     const InChinese chinese;
