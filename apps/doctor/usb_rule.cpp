@@ -147,7 +147,7 @@ RuleState parseRule(const QString &text)
 RuleState findRule(const QStringList &folders)
 {
     for (const QString &folder : folders) {
-        const RuleState rule = readRule(QDir(folder).filePath(QLatin1String(RULE_FILE)));
+        RuleState rule = readRule(QDir(folder).filePath(QLatin1String(RULE_FILE)));
         if (!rule.path.isEmpty())
             return rule;
     }
@@ -165,9 +165,9 @@ QVector<RuleState> findAddedRules(const QString &folder)
 
 const RuleState &ruleFor(const UsbState &usb, UsbIds ids)
 {
-    const auto added = std::find_if(usb.added.begin(), usb.added.end(), [&](const RuleState &rule) {
-        return rule.opened.contains(ids);
-    });
+    const auto *const added =
+        std::find_if(usb.added.begin(), usb.added.end(),
+                     [&](const RuleState &rule) { return rule.opened.contains(ids); });
     return added == usb.added.end() ? usb.rule : *added;
 }
 
