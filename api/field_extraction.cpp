@@ -27,7 +27,7 @@ struct FieldSource {
     Conversion conversion;
 };
 
-// NOLINTBEGIN(bugprone-macro-parentheses): a member's name cannot stand in parentheses
+// NOLINTBEGIN(bugprone-macro-parentheses): a member's name cannot be in parentheses
 // Offset and size of a member of `CardInfoStruct`.
 #define SOURCE(member) offsetof(CardInfoStruct, member), sizeof(CardInfoStruct::member)
 // The same for a member inside a kind's block.
@@ -91,7 +91,7 @@ constexpr FieldSource<ForeignNew> FOREIGN_NEW_FIELDS[] = {
 #undef SOURCE
 // NOLINTEND(bugprone-macro-parentheses)
 
-/** `text`, as `conversion` wants it; the date of birth is no single text. */
+/** `text`, as `conversion` needs it; the date of birth is not a single text. */
 std::string converted(std::string text, Conversion conversion)
 {
     switch (conversion) {

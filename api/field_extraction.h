@@ -1,7 +1,7 @@
 #pragma once
 
-// The text fields of the maker's record, as each kind of output record wants them: which field
-// comes from where and how it is converted stands in one table per kind.
+// The text fields of the maker's record, as each kind of output record needs them: which field
+// comes from where and how it is converted is in one table per kind.
 
 #include "common/card_info_struct.h"
 #include "common/card_records.h"

@@ -21,7 +21,7 @@
 
 #if defined(__clang__)
 #pragma clang diagnostic push
-// The function has C linkage for its plain name; callers are C++ all the same.
+// The function has C linkage for its plain name; callers are still C++.
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
 
@@ -42,7 +42,7 @@ extern "C" {
  * @param frontImage receives the picture of the card's front
  * @param backImage  receives the picture of the card's back
  *
- * Both pictures are base64 text of a JPEG file, as `render/makecardimg.h` tells. The back of a
+ * Both pictures are base64 text of a JPEG file, as `render/makecardimg.h` says. The back of a
  * permit whose number begins with none of "81", "82" and "83" is an empty text, and so is a picture
  * where Qt's JPEG plug-in is missing.
  *
@@ -95,7 +95,7 @@ IDCARD_READER_EXPORT std::string getSDKVersion();
 #include "common/country_code_list.h"
 
 /**
- * The name of `readIDCard` does not tell which of the two `std::string`s of the C++ library a host
+ * The name of `readIDCard` does not show which of the two `std::string`s of the C++ library a host
  * was built with, and that of the country table does: with this reference to it a host of the other
  * one (`_GLIBCXX_USE_CXX11_ABI=0`) is not linked, where its first call would have crashed.
  *

@@ -7,7 +7,7 @@
 
 /**
  * Every value that `readIDCard` can return. The numbers are fixed; the gaps between them are never
- * returned. `docs/result-codes.md` tells the cause and the remedy of each.
+ * returned. `docs/result-codes.md` gives the cause and the remedy of each.
  */
 enum IDCARD_RESULT : int {
     /**

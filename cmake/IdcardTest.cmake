@@ -70,7 +70,7 @@ set(IDCARD_TEST_ENVIRONMENT
   # for leaks crashes on what it takes for pointers; it does not guess any more.
   "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:intercept_tls_get_addr=0"
   "UBSAN_OPTIONS=print_stacktrace=1"
-  # The whole call stack is needed to tell Qt's leaks from our own.
+  # The whole call stack is needed to distinguish Qt's leaks from our own.
   "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/qt_leaks.supp:print_suppressions=0:fast_unwind_on_malloc=0"
   "TSAN_OPTIONS=${IDCARD_TSAN_OPTIONS}"
   # The fonts that the project chose for its pictures.

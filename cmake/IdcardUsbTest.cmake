@@ -42,7 +42,7 @@ else()
   target_link_libraries(IdcardUmockdev INTERFACE PkgConfig::UMOCKDEV)
 
   set(IDCARD_USB_PRELOAD "libumockdev-preload.so.0")
-  # The sanitizer wants to be the first library of all.
+  # The sanitizer must be the first library of all.
   foreach(sanitizer address:libasan.so thread:libtsan.so)
     string(REPLACE ":" ";" sanitizer "${sanitizer}")
     list(GET sanitizer 0 kind)

@@ -12,5 +12,5 @@ function(idcard_find_library_from program)
   set_target_properties(${program} PROPERTIES
     BUILD_WITH_INSTALL_RPATH ON
     INSTALL_RPATH "${path}"
-    INSTALL_RPATH_USE_LINK_PATH ON) # to a Qt that the loader does not find by itself
+    INSTALL_RPATH_USE_LINK_PATH ON) # to a Qt that the loader does not find otherwise
 endfunction()

@@ -22,7 +22,7 @@ enum CardInfoKind : std::int32_t {
 };
 
 #pragma pack(push, 1)
-/** What the card says, as the maker's library tells it: one block a kind of document. */
+/** What the card says, as the maker's library returns it: one block for each kind of document. */
 struct CardInfoStruct {
     std::int32_t kind; ///< a `CardInfoKind`, or anything else that the reader does not know
 

@@ -41,7 +41,7 @@ enum IDCARD_KIND : unsigned int {
 /*
  * `byPhoto`, in all four records: a finished BMP file when the reader delivered one. When the
  * reader delivered compressed data, the 1024 compressed bytes followed by zeros, not a picture;
- * tell the two apart by the first two bytes, "BM" for a BMP file.
+ * the first two bytes distinguish the two, "BM" for a BMP file.
  */
 
 /** Resident identity card. */

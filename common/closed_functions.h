@@ -4,7 +4,7 @@
  * @file
  * The five functions of the two closed libraries that the card reader comes with: the reader
  * maker's library and the photo decoder. This library calls them and does not contain them; a host
- * that includes this header and defines them itself (a test, a stand-in reader) has its own
+ * that includes this header and defines them itself (a test, a simulated reader) has its own
  * definitions used, without any linker flag.
  */
 

@@ -31,7 +31,7 @@ namespace
 constexpr const char *READER_LIBRARY = IDCARD_VENDOR_READER_LIBRARY;
 constexpr const char *WLT_LIBRARY = IDCARD_WLT_LIBRARY;
 
-/** Path that `fileName` has beside this library; empty when that cannot be told. */
+/** Path that `fileName` has beside this library; empty when that is unknown. */
 std::string pathBesideThisLibrary(const char *fileName)
 {
     Dl_info self{};
@@ -92,7 +92,7 @@ public:
         return reinterpret_cast<Function *>(found);
     }
 
-    /** Whether every function was found; if not, tells in one debug line what was looked for. */
+    /** Whether every function was found; if not, logs one debug line of what was looked for. */
     bool complete() const
     {
         if (m_missing.empty())
@@ -167,7 +167,7 @@ int readIDCard(int port, CardInfoStruct *info, unsigned char *photo, unsigned in
 {
     Lookup lookup(READER_LIBRARY);
     const auto function = lookup.find("KVO_ReadIDCard", &::KVO_ReadIDCard);
-    if (!lookup.complete()) // none of the codes with which a read ends stands for this
+    if (!lookup.complete()) // no result code of a read means this
         throw std::runtime_error("KVO_ReadIDCard is missing");
     return function(port, info, photo, photoLen, fp, fpLen, flag);
 }

@@ -27,7 +27,7 @@ constexpr int NOT_FOUND = -1;
 
 /**
  * `KVO_OpenPort`, provided that all four reader functions are there; otherwise `NOT_FOUND` and one
- * debug line that tells which function is missing and which file was looked for. Like the next
+ * debug line that says which function is missing and which file was looked for. Like the next
  * three, throws what the closed function throws.
  */
 int openPort(int port);
@@ -44,7 +44,7 @@ int closePort(int port);
 
 /**
  * `unpack`. Returns `WLT_SUCCESS` when the photo was decoded. A missing decoder (one debug line
- * tells which file was looked for) and one that throws do not decode.
+ * says which file was looked for) and one that throws do not decode.
  */
 int unpackPhoto(unsigned char *src, unsigned char *dst, int mode);
 

@@ -27,7 +27,7 @@ public:
     /**
      * Converts card text of `len` bytes to UTF-8, up to its first zero character; spaces stay.
      *
-     * `len` must not exceed `MAX_UNICODE_SIZE`; what lies beyond is not converted. Surrogate
+     * `len` must not exceed `MAX_UNICODE_SIZE`; the rest is not converted. Surrogate
      * halves, which UCS-2 text cannot hold, come out as `QString::fromUcs4` treats them.
      */
     static std::string unicode2Utf8Str(unsigned char *src, unsigned long len);
@@ -82,6 +82,6 @@ public:
     /** Renames a file. Returns false and logs when that fails; an existing `to` makes it fail. */
     static bool fileRename(QString from, QString to);
 
-    /** Removes a file. Returns false when that fails or, without a word, when there is none. */
+    /** Removes a file. Returns false when that fails or, without a log line, when there is none. */
     static bool fileRemove(QString path);
 };

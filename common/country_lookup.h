@@ -1,6 +1,6 @@
 #pragma once
 
-// The look-up in the table of countries, of which the library has several copies.
+// The look-up in the table of countries; the library has several copies of the table.
 
 #include <string>
 

@@ -26,7 +26,7 @@ inline QString toText(UsbIds ids)
         .arg(ids.product, 4, 16, QLatin1Char('0'));
 }
 
-/** The ids in a text of two numbers of four hexadecimal digits each; nothing when it is none. */
+/** The ids in a text of two numbers of four hexadecimal digits each; nothing for any other text. */
 inline std::optional<UsbIds> parseUsbIds(const QString &text)
 {
     static const QRegularExpression form(QStringLiteral("\\A([0-9A-Fa-f]{4}):([0-9A-Fa-f]{4})\\z"));

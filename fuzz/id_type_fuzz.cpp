@@ -26,7 +26,7 @@ ID_TYPE typeOf(unsigned int character)
     }
 }
 
-/** Without a block or a place for the type nothing is told. */
+/** Without a block or a place for the type nothing is returned. */
 void demandRefusal()
 {
     QByteArray noRecord;

@@ -1,5 +1,5 @@
 // What makes inputs run by the million: nothing is logged, though the messages are made all the
-// same, and the C library does not load its converter of card texts anew for every field.
+// same, and the C library does not reload its converter of card texts for every field.
 
 #include "fuzz/fuzz_target.h"
 

@@ -10,7 +10,7 @@
 namespace
 {
 
-/** Length of a record with these fingerprints; 0 for a value that is none of the type. */
+/** Length of a record with these fingerprints; 0 for a value that is not of the type. */
 int recordSize(FP_INFO_TYPE prints)
 {
     switch (prints) {

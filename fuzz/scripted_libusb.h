@@ -1,6 +1,6 @@
 #pragma once
 
-// A libusb that has one device and answers what an input says. It stands in for the real one, whose
+// A libusb that has one device and answers what an input says. It replaces the real one, whose
 // every transfer costs system calls, in the target that reads answers by the million.
 
 #include <cstddef>
@@ -21,7 +21,7 @@ void begin(const std::uint8_t *data, std::size_t size);
 
 constexpr std::uint8_t ANSWERED_UNTIL_READ = 0x80;
 
-/** Whether everything that was opened, claimed, listed or set up has been given back. */
+/** Whether everything that was opened, claimed, listed or set up has been released. */
 bool isAllGivenBack();
 
 } // namespace scripted_libusb

@@ -1,7 +1,7 @@
 #pragma once
 
 // Where the fields of the four kinds of document lie in the text block of the raw card record, and
-// what becomes of each: one table for each kind, in the order in which its fields are decoded.
+// what is made of each: one table for each kind, in the order in which its fields are decoded.
 //
 // A capacity is part of what a card reads as: text whose UTF-8 form is longer is cut after the last
 // whole character that fits. That names and addresses are cut, and the English names so early, is
@@ -12,7 +12,7 @@
 namespace card_layouts
 {
 
-/** What becomes of the text of a field. */
+/** What is made of the text of a field. */
 enum class Use {
     DROPPED,           ///< decoded, and nothing else
     TEXT,              ///< as it is
@@ -55,7 +55,7 @@ struct Layout {
     Field<Record> fields[count];
 };
 
-/** Bytes of the text block before the letter that tells the kind. */
+/** Bytes of the text block before the letter of the kind. */
 constexpr int KIND_LETTER_OFFSET = 248;
 
 /** The largest capacity of a field. */

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 /**
- * The kind of document that a raw card record holds. The letter in brackets stands on the card; a
+ * The kind of document that a raw card record holds. The letter in brackets is on the card; a
  * resident identity card has none. The numbers are those of `IDCARD_KIND`.
  */
 enum ID_TYPE : std::int32_t {

@@ -1,4 +1,4 @@
-// The decoder's base: single fields, the kind of document, and what codes stand for.
+// The decoder's base: single fields, the kind of document, and what codes mean.
 
 #include "iddata/iddata.h"
 
@@ -34,7 +34,7 @@ constexpr int TERMINATOR_SIZE = 2;
 /** Byte order named, so that no first character of a text is taken for a byte order mark. */
 constexpr const char *CARD_TEXT = "utf-16le";
 
-/** The letters that tell a kind of document. */
+/** The letters of the kinds of document. */
 constexpr struct {
     const char *letter;
     ID_TYPE type;

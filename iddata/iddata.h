@@ -54,7 +54,7 @@ public:
     void DecodeIDBase(unsigned char *byData, int offset, int len, char *out, int outLen);
 
     /**
-     * Tells the kind of document by the letter in the text block at `byData`; without a letter of
+     * Detects the kind of document by the letter in the text block at `byData`; without a letter of
      * another kind it is a resident identity card. Returns false and logs when a pointer is null.
      */
     bool parseIDType(unsigned char *byData, ID_TYPE *pIDType);

@@ -36,9 +36,9 @@ constexpr unsigned char BMP_HEAD[] = {
     1,    0,                // planes
     24,   0,                // bits of a pixel
     0,    0,    0,    0,    // no compression
-    0,    0,    0,    0,    // image size, not told
-    0,    0,    0,    0,    // horizontal resolution, not told
-    0,    0,    0,    0,    // vertical resolution, not told
+    0,    0,    0,    0,    // image size, not given
+    0,    0,    0,    0,    // horizontal resolution, not given
+    0,    0,    0,    0,    // vertical resolution, not given
     0,    0,    0,    0,    // colours used: all
     0,    0,    0,    0,    // important colours: all
 };

@@ -80,7 +80,7 @@ std::optional<std::string> valueOf(CIdData &decoder, Use use, const std::string 
     return text;
 }
 
-/** Gives the record what becomes of `text`; false when decoding ends here. */
+/** Stores the converted `text` in the record; false when decoding ends here. */
 template <typename Record>
 bool assign(CIdData &decoder, const Field<Record> &field, const std::string &text, Record &record)
 {

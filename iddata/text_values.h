@@ -25,7 +25,7 @@ Date splitDate(const std::string &text);
 /** The date as YYYY.MM.DD. */
 std::string dottedDate(const std::string &text);
 
-/** 长期 when that stands anywhere in `text`, otherwise the date as YYYY.MM.DD. */
+/** 长期 when that is anywhere in `text`, otherwise the date as YYYY.MM.DD. */
 std::string dottedDateOrLongTerm(const std::string &text);
 
 } // namespace text_values

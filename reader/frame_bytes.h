@@ -15,7 +15,7 @@ inline QByteArray frameNumber(int number)
     return QByteArray(1, static_cast<char>(number / 256)) + static_cast<char>(number % 256);
 }
 
-/** What the checksum of a frame must be that stands at `offset`. */
+/** What the checksum of the frame at `offset` must be. */
 inline char frameChecksum(const QByteArray &frame, int offset)
 {
     unsigned int sum = 0;

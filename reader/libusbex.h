@@ -22,7 +22,7 @@ class IDCARD_READER_EXPORT CLibUsbEx
 {
 public:
     /**
-     * Opens the first device with these ids. `lastError()` tells the outcome: `USB_READER_OK`, or
+     * Opens the first device with these ids. `lastError()` returns the outcome: `USB_READER_OK`, or
      * one of the codes from `USB_READER_INIT_FAILED` to `USB_READER_RESET_FAILED`.
      */
     CLibUsbEx(unsigned short vid, unsigned short pid);
@@ -32,7 +32,7 @@ public:
 
     /**
      * Opens, claims and resets the first device with these ids; what the object had opened before
-     * is released first. Returns whether all of it succeeded. A failure is told by `lastError()`; a
+     * is released first. Returns whether all of it succeeded. `lastError()` returns a failure; a
      * success does not clear the code of an earlier failure. Without a libusb context
      * (`USB_READER_INIT_FAILED`) it only returns false.
      */

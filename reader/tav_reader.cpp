@@ -23,7 +23,7 @@ extern wostream wcout;
 namespace
 {
 
-constexpr int READ_FLAG = 1; // what the maker's library wants as last argument of a read
+constexpr int READ_FLAG = 1; // the last argument of a read, fixed by the maker's library
 constexpr unsigned long RETRY_PAUSE_MS = 50;
 constexpr std::optional<int> THROWN; // in place of a read's result, which may be any number
 

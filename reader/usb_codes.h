@@ -6,8 +6,8 @@
  */
 
 /**
- * The failure codes of the USB road, as `CLibUsbEx::lastError()` tells them: -2 to -9 from reaching
- * the reader, the others from talking to it.
+ * The failure codes of the USB road, as `CLibUsbEx::lastError()` returns them: -2 to -9 from
+ * reaching the reader, the others from talking to it.
  */
 enum USB_READER_CODE : int {
     USB_READER_OK = 0,                     ///< the reader is ready

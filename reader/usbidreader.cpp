@@ -34,7 +34,7 @@ struct Transfer {
     bool moved(int size) const { return result == LIBUSB_SUCCESS && count == size; }
 };
 
-/** The open reader, as a transfer wants it. */
+/** The open reader, as a transfer needs it. */
 struct Device {
     libusb_context *context;
     libusb_device_handle *handle;
@@ -42,11 +42,11 @@ struct Device {
 
 /**
  * As it waits without limit, a cancelled thread is unwound out of libusb's own wait. The transfer
- * stays on the bus until the device is closed, for which the lock of that wait must be given back.
+ * stays on the bus until the device is closed, for which the lock of that wait must be released.
  * No other transfer may follow: it would hand this one back, to where the stack was.
  *
  * One gap is left: the first wait of a context begins with libusb emptying a descriptor of its own
- * under a lock that nobody can give back. A cancellation in these microseconds lets the thread hang
+ * under a lock that nothing can release. A cancellation in these microseconds lets the thread hang
  * when it closes the device.
  */
 Transfer write(const Device &device, unsigned char pipe, unsigned char *data, int size)
@@ -78,7 +78,7 @@ Transfer read(const Device &device, unsigned char pipe, unsigned char *data, int
     return transfer;
 }
 
-/** One exchange of a card read: what is sent, what may come, and how each of its ends is told. */
+/** One exchange of a card read: what is sent, what may come, and how each outcome is reported. */
 struct Exchange {
     Command command;
     const unsigned char *answer; ///< the expected one; null when it is the card's data
@@ -167,7 +167,7 @@ USB_READER_CODE run(const Device &device, const Exchange &exchange)
             return exchange.mismatch;
         }
     } else {
-        // Deliberately accepted: what follows tells whether there is a card.
+        // Deliberately accepted: what follows shows whether there is a card.
         debugLine(SHORT_ANSWER_TEXT, static_cast<int>(LIBUSB_SUCCESS), count);
     }
     debugLine("%s", exchange.doneText);

@@ -45,8 +45,8 @@ public:
 
     /**
      * Fetches the selected card's record: the reader's whole answer frame of 1297, 1809 or 2321
-     * bytes replaces `out`, and `fp` tells by its length how many fingerprints it has. The checksum
-     * is not checked. On failure returns false, sets `lastError()` and leaves both alone.
+     * bytes replaces `out`, and `fp` receives, by its length, how many fingerprints it has. The
+     * checksum is not checked. On failure returns false, sets `lastError()` and leaves both alone.
      */
     bool fetch_data(QByteArray &out, FP_INFO_TYPE &fp);
 

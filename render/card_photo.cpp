@@ -23,7 +23,7 @@ constexpr QRgb BLACK = 0xff000000;
  */
 bool isAffordable(QSize size, QImage::Format format)
 {
-    // It becomes a picture of 32 bits a pixel, whatever it is stored as.
+    // It becomes a picture of 32 bits a pixel, however it is stored.
     const int bits = std::max<int>(QImage::toPixelFormat(format).bitsPerPixel(), 32);
     const qint64 pixels = std::abs(qint64{size.width()}) * std::abs(qint64{size.height()});
     return pixels <= MOST_PHOTO_MEMORY * 8 / bits;
@@ -71,7 +71,7 @@ QImage filled(QSize size, QImage::Format format, uint pixel)
     return image;
 }
 
-/** A BMP with a palette, of which no entry need be black, so that no canvas is. */
+/** A BMP with a palette that may have no black, so no canvas is black. */
 QImage readIndexedBmp(const QByteArray &bytes, QSize size, QImage::Format format)
 {
     // Read with unlike canvases, and unlike bytes behind the file: where this makes a difference,
@@ -108,7 +108,7 @@ QImage readBmp(const QByteArray &bytes, QSize announced, QImage::Format format)
                : readIndexedBmp(bytes, size, format);
 }
 
-/** The picture in `bytes`, whose format they tell themselves. */
+/** The picture in `bytes`, whose format is detected from them. */
 QImage readPicture(QByteArray bytes)
 {
     QBuffer buffer(&bytes);

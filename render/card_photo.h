@@ -13,7 +13,7 @@ enum class PhotoBackground {
 };
 
 /**
- * The picture in the 38862 bytes of a photo area, in whatever format `QPixmap::loadFromData` reads,
+ * The picture in the 38862 bytes of a photo area, in any format that `QPixmap::loadFromData` reads,
  * fitted into `box` with its proportions kept. Where a BMP file lacks pixels, they are black. A
  * null pixmap when the bytes form no picture, or one for which Qt would need more than 64 MiB at 32
  * bits a pixel. Only the size of a format whose Qt plug-in does not announce it is known too late

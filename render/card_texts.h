@@ -1,7 +1,7 @@
 #pragma once
 
 // The texts of a card picture, prepared from the fields of a record. What several kinds share
-// stands here once.
+// is here once.
 
 #include <string>
 
@@ -20,14 +20,14 @@ QString spreadName(const std::string &name);
 /** Month or day of a date of birth. */
 struct DatePart {
     QString text;
-    bool zeroRemoved; ///< a leading zero was taken off, so that one digit stands for two
+    bool zeroRemoved; ///< a leading zero was taken off, so one digit means two
 };
 
 DatePart datePart(const std::string &text);
 
 /**
  * First and last day of validity, "2020.01.15 - 2040.01.15"; a last day that holds "长期" stays as
- * it is. Dates of another length get their two dots all the same: no length is checked, on purpose.
+ * it is. Dates of another length still get their two dots: no length is checked, on purpose.
  */
 QString validity(const std::string &start, const std::string &end);
 

@@ -1,5 +1,5 @@
 // The pictures of the foreigner's permanent residence card, 2017 edition and new edition. They draw
-// the same texts in the same styles; where they stand differs, down to single pixels, on purpose.
+// the same texts in the same styles; their positions differ, down to single pixels, on purpose.
 
 #include "render/makecardimg.h"
 

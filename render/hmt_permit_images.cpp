@@ -33,7 +33,7 @@ struct Back {
     int y[3]; ///< baselines of issuing authority, validity, travel permit's number
 };
 
-// The lines of the Taiwan back stand one pixel higher: on purpose.
+// The lines of the Taiwan back are one pixel higher, on purpose.
 constexpr Back BACKS[] = {
     {"81", ":/Pics/hm_back.bmp", {224, 247, 268}},
     {"82", ":/Pics/hm_back.bmp", {224, 247, 268}},

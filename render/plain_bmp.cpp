@@ -18,11 +18,11 @@ struct PlainBmp {
     int height;
     int bytesPerPixel; ///< 3 or 4
     int bytesPerRow;
-    int dotsPerMeterX; ///< 0: not told
+    int dotsPerMeterX; ///< 0: not given
     int dotsPerMeterY;
 };
 
-/** Reads the headers at `data`; nothing when they tell of anything but a whole plain BMP file. */
+/** Reads the headers at `data`; nothing unless they describe a whole plain BMP file. */
 std::optional<PlainBmp> plainBmp(const uchar *data, qint64 size)
 {
     if (data == nullptr || size < FILE_HEADER_SIZE + INFO_HEADER_SIZE ||

@@ -174,8 +174,8 @@ QString Tools::convertPixmapToBase64ViaJpg(const QPixmap &pix)
         return {};
     JpegFile file = jpegFile(pix);
     if (file.hasFailed) {
-        // Qt's writer does not tell a lack of memory from a picture that it cannot take. After the
-        // former there is either still too little, or the picture is saved by now.
+        // Qt's writer does not distinguish a lack of memory from a picture that it cannot take.
+        // After the former there is either still too little, or the picture is saved by now.
         demandMemoryFor(pix);
         file = jpegFile(pix);
     }

@@ -58,8 +58,8 @@ public:
                                              QString family, int pt, double xmm, double ymm);
 
     /**
-     * Draws a line of text whose baseline ends at (xmm, ymm), as far as `getTextPixelWidth` tells
-     * its width. Returns true.
+     * Draws a line of text whose baseline ends at (xmm, ymm), by the width that
+     * `getTextPixelWidth` returns. Returns true.
      */
     static bool drawStringInPixmapFromBottomRight(QPixmap &pix, QString text, QColor color,
                                                   QString family, int pt, double xmm, double ymm);

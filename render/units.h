@@ -1,7 +1,7 @@
 #pragma once
 
 // Millimetres on a card and points of a font, in pixels of the primary screen. Every call asks the
-// screen anew; there must be one.
+// screen each time; there must be one.
 
 #include <QPointF>
 
