@@ -2,14 +2,14 @@
 
 /**
  * @file
- * The public face of `libidcard_simulator.so`, a stand-in for the reader maker's library and the
+ * The public face of `libidcard_simulator.so`, a replacement for the reader maker's library and the
  * photo decoder: it exports the five functions of `common/closed_functions.h` and answers them from
  * described cards. No reader, no card and no real person is involved.
  *
  * Three ways to use it: preload it into a program, load it with `dlopen` and `RTLD_GLOBAL` before
  * the first read, or link a test with it.
  *
- * What lies on the simulated reader is decided, whenever the reader is opened, by the last call of
+ * The card on the simulated reader is decided, whenever the reader is opened, by the last call of
  * the functions below or, when none was made, by the environment:
  *
  * - `IDCARD_SIMULATOR_CARD`: name of a built-in card, or path of a description file. Unset or
@@ -17,7 +17,7 @@
  * - `IDCARD_SIMULATOR_FAULTS`: faults, as for `idcard_simulator_set_faults`; they are added to
  *   those in the card's description.
  *
- * A value that cannot be used is told on standard error, and the reader does not open.
+ * A value that cannot be used is reported on standard error, and the reader does not open.
  *
  * The functions may be called from one thread at a time, like the five closed functions themselves.
  */
@@ -37,7 +37,7 @@ IDCARD_READER_EXPORT int idcard_simulator_put_card(const char *card, char *messa
                                                    unsigned int messageSize);
 
 /**
- * As `idcard_simulator_put_card`, for a card that shall only be looked at: its description's faults
+ * As `idcard_simulator_put_card`, for a card that is only viewed: its description's faults
  * do not count, and a photo that it has compressed is delivered as a BMP file. Faults that are set
  * beside it count all the same.
  */
@@ -50,7 +50,7 @@ IDCARD_READER_EXPORT void idcard_simulator_take_card();
 /**
  * Sets the faults of the next reads, a list separated by commas such as
  * "transient-failures=2,delay-ms=100"; an empty text means none. They are added to those in the
- * card's description. Counted faults begin anew with every call. A fault that only the reader on
+ * card's description. Counted faults begin again with every call. A fault that only the reader on
  * USB has is refused.
  *
  * Result and `message` as for `idcard_simulator_put_card`.

@@ -1,6 +1,6 @@
 #pragma once
 
-// A card, whatever its kind and the road it came by: its fields with their names, the photo, the
+// A card of any kind, from any road: its fields with their names, the photo, the
 // fingerprints and the pictures of its sides. What differs between the kinds is a table in
 // `card.cpp`.
 
@@ -61,7 +61,7 @@ enum class PhotoFormat {
     UNKNOWN,
 };
 
-/** How many fingerprints `type` stands for; nothing when it is none of the three values. */
+/** How many fingerprints `type` means; nothing when it is none of the three values. */
 std::optional<int> printCount(FP_INFO_TYPE type);
 
 /** What the first bytes of a photo area of `IDCARD_PHOTO_SIZE` bytes say about it. */
@@ -103,7 +103,7 @@ public:
     QVector<CardField> fields() const { return m_fields; }
 
     PhotoFormat photoFormat() const;
-    /** The BMP file, or null when the photo is none. */
+    /** The BMP file, or null when the photo is not one. */
     QByteArray photo() const;
 
     /** The photo as the card stores it, 1024 bytes, or null when it is in another form. */
@@ -111,7 +111,7 @@ public:
     /** Puts a BMP file in the place of a photo that is in another form. */
     void setPhoto(const QByteArray &bmpFile);
 
-    /** Whether this kind of card stores fingerprints at all, or this card does in spite of it. */
+    /** Whether this kind of card stores fingerprints at all, or this card does nevertheless. */
     bool mayHaveFingerprints() const;
     /** How many; nothing when the reader delivered an unusual amount of data. */
     std::optional<int> fingerprintCount() const { return m_media.fingerprintCount; }
@@ -123,7 +123,7 @@ public:
     /** The picture of this side, a JPEG file, or null when none was painted. */
     QByteArray picture(CardSide side) const;
 
-    /** A number over everything that the card holds, to tell two readings apart. */
+    /** A number over everything that the card holds, to compare two readings. */
     QByteArray digest() const;
 
 private:

@@ -44,7 +44,7 @@ QStringList cardFileNames(CardFiles which);
 /** The files of this card; those it does not have are in the list with null content. */
 QVector<NamedContent> contentsOf(const Card &card, CardFiles which);
 
-/** What to tell about each file that could be expected and that this card does not have. */
+/** Notes on each file that could be expected and that this card does not have. */
 QStringList missingFileNotes(const Card &card, CardFiles which);
 
 /**

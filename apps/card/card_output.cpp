@@ -34,7 +34,7 @@ constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
      QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
 }};
 
-// The keys of the fields that tell who the holder is.
+// The keys of the fields that identify the holder.
 constexpr std::array<const char *, 3> NAMES = {"name", "englishName", "chineseName"};
 constexpr std::array<const char *, 2> NUMBERS = {"idNumber", "travelPermitNumber"};
 
@@ -186,7 +186,7 @@ QStringList cells(const CardRow &row)
     return {row.label, row.content};
 }
 
-/** Which picture there is none of, and where the files are. */
+/** Which picture is missing, and where the files are. */
 QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString &folder)
 {
     QVector<QStringList> rows;

@@ -1,6 +1,6 @@
 #pragma once
 
-// Tells a card that was newly laid on the reader from one that has been lying there.
+// Distinguishes a card that was newly laid on the reader from one that has been there.
 
 #include <optional>
 #include <utility>
@@ -30,7 +30,7 @@ public:
 
 private:
     QByteArray m_card; ///< digest of the card seen last; empty when the reader was empty
-    std::optional<std::pair<ExitStatus, int>> m_failure; ///< codes alone do not tell all apart
+    std::optional<std::pair<ExitStatus, int>> m_failure; ///< codes alone do not distinguish all
 };
 
 } // namespace app

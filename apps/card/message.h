@@ -1,7 +1,7 @@
 #pragma once
 
-// What a program tells people, in the language of the application's translators: what happened as a
-// headline, and lines that belong to it, such as the code, the cause and what to do.
+// What a program says to people, in the language of the application's translators: what happened as
+// a headline, and lines that belong to it, such as the code, the cause and what to do.
 
 #include <QString>
 #include <QStringList>
@@ -22,7 +22,7 @@ struct Message {
 /** A row of a catalogue; `details` are lines such as "Device: ..." that follow the code. */
 Message messageOf(const ResultEntry &entry, const QStringList &details = {});
 
-/** A code that stands in no catalogue. */
+/** A code that is in no catalogue. */
 Message unknownCodeMessage(int code);
 
 /** Over several lines that fit a terminal behind the program's name; a headline alone is one. */

@@ -24,7 +24,7 @@ QString hex(const QByteArray &bytes)
     return QLatin1String(bytes.toHex(' ').toUpper());
 }
 
-/** A part of the head and all that may stand there. */
+/** A part of the head and all its valid values. */
 struct HeadPart {
     const char *name;
     int offset;

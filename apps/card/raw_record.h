@@ -1,7 +1,8 @@
 #pragma once
 
 // Whether bytes are a raw card record, the reader's answer frame: the same rules by which
-// `CUsbIdReader::fetch_data` takes one, told to people. Reads and writes nothing but its arguments.
+// `CUsbIdReader::fetch_data` takes one, explained to people. Reads and writes nothing but its
+// arguments.
 
 #include <QByteArray>
 #include <QString>
@@ -13,7 +14,7 @@
 namespace app
 {
 
-/** One byte more than the longest record: enough to tell that something is none. */
+/** One byte more than the longest record: enough to see that something is not one. */
 constexpr int RAW_RECORD_READ_LIMIT = reader_frames::READ_ANSWER_MAX_SIZE + 1;
 
 struct RawRecordCheck {

@@ -11,7 +11,7 @@ namespace app
 namespace
 {
 
-/** What stands between name and code in the nationality of a card of the new edition. */
+/** What separates name and code in the nationality of a card of the new edition. */
 constexpr const char *NATIONALITY_SEPARATOR = " / ";
 
 template <typename Texts>

@@ -11,7 +11,7 @@ namespace app
 
 /**
  * Decodes a record that `checkRawRecord` has accepted. Nothing when the decoder of its kind broke
- * off: the sex code of a foreigner's card is none of the four that there are.
+ * off: the sex code of a foreigner's card is not one of the four valid ones.
  *
  * What the decoders log, which may be what the card holds, is not shown. A photo that cannot be
  * decoded stays in the card as the card stores it (`PhotoFormat::COMPRESSED`).

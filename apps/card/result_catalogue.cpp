@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr const char *NULL_POINTER_REMEDY = QT_TRANSLATE_NOOP(
-    "Results", "Mend the program: it must pass seven pointers, though only one record is filled.");
+    "Results", "Fix the program: it must pass seven pointers, though only one record is filled.");
 
 } // namespace
 
@@ -41,7 +41,7 @@ const std::vector<ResultEntry> &resultCatalogue()
              "that answers the read itself with 1 gives this code as well."),
          QT_TRANSLATE_NOOP(
              "Results", "Plug the reader in, end other programs that use it, check the access "
-                        "rights of its device, and see that the reader maker's library stands "
+                        "rights of its device, and see that the reader maker's library is "
                         "beside libidcard_reader_lib.so or where the loader looks for libraries."),
          ExitStatus::READER_NOT_OPENED},
         {IDCARD_RESULT_READ_FAILED, "IDCARD_RESULT_READ_FAILED",
@@ -67,7 +67,7 @@ const std::vector<ResultEntry> &resultCatalogue()
                                       "decoder was not found, failed, or refused the data."),
          QT_TRANSLATE_NOOP(
              "Results",
-             "See that the photo decoder's library stands beside libidcard_reader_lib.so or where "
+             "See that the photo decoder's library is beside libidcard_reader_lib.so or where "
              "the loader looks for libraries; if it does, read the card once more."),
          ExitStatus::PHOTO_NOT_DECODED},
         {IDCARD_RESULT_NULL_CARD_KIND, "IDCARD_RESULT_NULL_CARD_KIND",
@@ -113,7 +113,7 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue()
          "not be written."},
         {ExitStatus::WRONG_USAGE,
          "Wrong usage: an unknown option or value, a card description or fault that the simulator "
-         "refuses, or a file that is no raw card record."},
+         "refuses, or a file that is not a raw card record."},
         {ExitStatus::READER_NOT_OPENED, "The reader could not be opened."},
         {ExitStatus::NO_CARD, "No card was found on the reader, or none came while waiting."},
         {ExitStatus::READ_FAILED, "Reading the card was broken off."},

@@ -35,7 +35,7 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue();
 
 /**
  * The row of a result of `readIDCard`; `recordFilled` decides between the two rows of code 0. Null
- * for a number that is none of its results.
+ * for a number that is not one of its results.
  */
 const ResultEntry *findResult(int code, bool recordFilled);
 

@@ -83,7 +83,7 @@ SimulatorProblem SimulatorLibrary::load()
         reinterpret_cast<decltype(m_setFaults)>(m_library.resolve("idcard_simulator_set_faults"));
     if (m_putCard == nullptr || m_putPlainCard == nullptr || m_takeCard == nullptr ||
         m_setFaults == nullptr)
-        return loadProblem(QStringLiteral("%1 is no simulator of this version").arg(path));
+        return loadProblem(QStringLiteral("%1 is not a simulator of this version").arg(path));
     m_path = path;
     return {};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The simulator, loaded when it is asked for: linked in, its functions would stand in the way of
+// The simulator, loaded on request: linked in, its functions would stand in the way of
 // the reader maker's.
 
 #include <QLibrary>
@@ -32,7 +32,7 @@ public:
 
     /**
      * Takes the library out of the process, so that the reader maker's functions are found again.
-     * Nothing else is to be called before the next `load`. Tells when something holds the library
+     * Nothing else is to be called before the next `load`. Reports when something holds the library
      * in the process; does nothing when it is not loaded.
      */
     SimulatorProblem unload();

@@ -20,15 +20,15 @@ constexpr const char *LAY_DOWN_ANEW =
                                  "take other cards away and read once more.");
 constexpr const char *CHECK_DEVICE = QT_TRANSLATE_NOOP(
     "Results", "Read once more. If it happens again, see with \"idcard-reader usb --list\" that "
-               "the ids are those of the reader, and plug the reader in anew.");
+               "the ids are those of the reader, and plug the reader in again.");
 constexpr const char *NO_ANSWER_CAUSE = QT_TRANSLATE_NOOP(
     "Results", "The reader gave no answer within five seconds, or the transfer failed: it hangs, "
-               "its cable is bad, or the device with these ids is no card reader.");
+               "its cable is bad, or the device with these ids is not a card reader.");
 constexpr const char *NOT_TAKEN_CAUSE =
     QT_TRANSLATE_NOOP("Results", "The device did not take the whole command: it hangs, its cable "
-                                 "is bad, or the device with these ids is no card reader.");
+                                 "is bad, or the device with these ids is not a card reader.");
 constexpr const char *GARBLED_SUMMARY =
-    QT_TRANSLATE_NOOP("Results", "The reader's answer is no card record.");
+    QT_TRANSLATE_NOOP("Results", "The reader's answer is not a card record.");
 
 } // namespace
 
@@ -43,14 +43,14 @@ const std::vector<ResultEntry> &usbCatalogue()
          QT_TRANSLATE_NOOP(
              "Results",
              "The system has no USB, or this program may not see it: libusb could not be set up."),
-         QT_TRANSLATE_NOOP("Results",
-                           "See that /dev/bus/usb exists; in a container it must be handed in."),
+         QT_TRANSLATE_NOOP(
+             "Results", "See that /dev/bus/usb exists; in a container it must be passed through."),
          ExitStatus::READER_NOT_OPENED},
         {USB_READER_NO_DEVICE_LIST, "USB_READER_NO_DEVICE_LIST",
          QT_TRANSLATE_NOOP("Results", "The USB devices could not be listed."),
          QT_TRANSLATE_NOOP("Results", "There is no list of devices, or memory ran out."),
          QT_TRANSLATE_NOOP("Results", "See that /sys/bus/usb and /dev/bus/usb exist and can be "
-                                      "read; in a container both must be handed in."),
+                                      "read; in a container both must be passed through."),
          ExitStatus::READER_NOT_OPENED},
         {USB_READER_NO_DESCRIPTOR, "USB_READER_NO_DESCRIPTOR",
          QT_TRANSLATE_NOOP("Results", "The search for the reader was broken off."),
@@ -58,7 +58,7 @@ const std::vector<ResultEntry> &usbCatalogue()
                            "A USB device that is listed before the reader could not be described."),
          QT_TRANSLATE_NOOP(
              "Results",
-             "Unplug other USB devices, or plug the reader in anew, and read once more."),
+             "Unplug other USB devices, or plug the reader in again, and read once more."),
          ExitStatus::READER_NOT_OPENED},
         {USB_READER_OPEN_FAILED, "USB_READER_OPEN_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader could not be opened."),
@@ -103,14 +103,14 @@ const std::vector<ResultEntry> &usbCatalogue()
          QT_TRANSLATE_NOOP(
              "Results",
              "No card lies on the reader, it lies beside the antenna, or it is not a card that the "
-             "reader knows. A device that is no card reader may answer so as well."),
+             "reader knows. A device that is not a card reader may answer like that too."),
          LAY_DOWN_ANEW, ExitStatus::NO_CARD},
         {USB_READER_LOOKUP_READ_FAILED, "USB_READER_LOOKUP_READ_FAILED",
          QT_TRANSLATE_NOOP("Results", "The reader did not answer whether a card is there."),
          NO_ANSWER_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_LOOKUP_WRITE_FAILED, "USB_READER_LOOKUP_WRITE_FAILED",
-         QT_TRANSLATE_NOOP("Results", "The reader could not be asked for a card."), NOT_TAKEN_CAUSE,
-         CHECK_DEVICE, ExitStatus::READ_FAILED},
+         QT_TRANSLATE_NOOP("Results", "The command to look for a card could not be sent."),
+         NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_SELECT_MISMATCH, "USB_READER_SELECT_MISMATCH",
          QT_TRANSLATE_NOOP("Results", "The card was lost."),
          QT_TRANSLATE_NOOP("Results", "The reader found the card and could not select it: it was "
@@ -120,7 +120,7 @@ const std::vector<ResultEntry> &usbCatalogue()
          QT_TRANSLATE_NOOP("Results", "The reader did not answer whether it selected the card."),
          NO_ANSWER_CAUSE, LAY_DOWN_ANEW, ExitStatus::READ_FAILED},
         {USB_READER_SELECT_WRITE_FAILED, "USB_READER_SELECT_WRITE_FAILED",
-         QT_TRANSLATE_NOOP("Results", "The reader could not be told to select the card."),
+         QT_TRANSLATE_NOOP("Results", "The command to select the card could not be sent."),
          NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_DATA_LENGTH_INVALID, "USB_READER_DATA_LENGTH_INVALID", GARBLED_SUMMARY,
          QT_TRANSLATE_NOOP(
@@ -147,7 +147,7 @@ const std::vector<ResultEntry> &usbCatalogue()
                                       "record within five seconds, or the transfer failed."),
          LAY_DOWN_ANEW, ExitStatus::READ_FAILED},
         {USB_READER_DATA_WRITE_FAILED, "USB_READER_DATA_WRITE_FAILED",
-         QT_TRANSLATE_NOOP("Results", "The reader could not be told to read the card."),
+         QT_TRANSLATE_NOOP("Results", "The command to read the card could not be sent."),
          NOT_TAKEN_CAUSE, CHECK_DEVICE, ExitStatus::READ_FAILED},
         {USB_READER_NO_DATA, "USB_READER_NO_DATA",
          QT_TRANSLATE_NOOP("Results", "The card gave no data."),

@@ -11,7 +11,7 @@ namespace app
 /** All codes of reader/usb_codes.h, in its order. */
 const std::vector<ResultEntry> &usbCatalogue();
 
-/** The row of a code; null for a number that is none. */
+/** The row of a code; null for an unknown number. */
 const ResultEntry *findUsbResult(int code);
 
 /**

@@ -14,7 +14,7 @@ struct UsbDevice {
     int bus = 0;
     int address = 0;
     UsbIds ids;
-    QString deviceClass;         ///< of the device or, where its interfaces tell it, of the first
+    QString deviceClass;         ///< of the device or, where its interfaces have it, of the first
     QString manufacturer;        ///< what the device says of itself; may be empty
     QString product;             ///< likewise
     bool hasReaderPipes = false; ///< interface 0 has the pipes by which commands and answers go

@@ -76,10 +76,10 @@ QString emptyListNote()
 {
     constexpr int FIRST_LINE_WIDTH = 64; // it comes after the program's name
     return wrapped(
-        QStringLiteral("There is no USB device here, but perhaps hubs. See that the reader is "
+        QStringLiteral("There is no USB device here, except perhaps hubs. See that the reader is "
                        "plugged in and has power, and that /sys/bus/usb/devices and /dev/bus/usb "
                        "are there: a container or a virtual machine has only the devices that are "
-                       "handed in."),
+                       "passed through."),
         FIRST_LINE_WIDTH, 2);
 }
 

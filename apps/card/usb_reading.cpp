@@ -43,7 +43,7 @@ void lookForReader(UsbOutcome *outcome)
         outcome->isUnplugged = now.code == USB_READER_OK && wasFound(outcome->code);
 }
 
-/** The catalogue's row for the outcome; nothing for a code that is none of the library's. */
+/** The catalogue's row for the outcome; nothing for an unknown code. */
 std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
 {
     const ResultEntry *const entry = findUsbResult(outcome.code);

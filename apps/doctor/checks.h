@@ -9,7 +9,7 @@
 namespace app::doctor
 {
 
-/** Checks that stand together under a heading. */
+/** Checks that are listed under one heading. */
 struct Group {
     const char *id;
     const char *title;
@@ -24,7 +24,7 @@ struct CheckRow {
     Findings (*judge)(const Environment &environment);
 };
 
-/** In the order of the report; the rows of a group stand together. */
+/** In the order of the report; the rows of a group follow each other. */
 const std::vector<CheckRow> &checkTable();
 
 /** What a check found. */

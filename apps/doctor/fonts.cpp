@@ -1,4 +1,5 @@
-// The fonts of the pictures: whether they, or the stand-ins that the project chose, are installed.
+// The fonts of the pictures: whether they, or the substitutes that the project chose, are
+// installed.
 
 #include <array>
 
@@ -166,15 +167,15 @@ QJsonObject describeFont(std::size_t which)
             {"hasChinese", hasAll && !runs.isEmpty()}};
 }
 
-void takeFont(const QJsonObject &told, FontState *font)
+void takeFont(const QJsonObject &values, FontState *font)
 {
     font->isKnown = true;
-    font->got = told["got"].toString();
-    font->faces = texts(told["faces"]);
-    font->standIn = told["standIn"].toString();
-    font->isInstalled = told["isInstalled"].toBool();
+    font->got = values["got"].toString();
+    font->faces = texts(values["faces"]);
+    font->standIn = values["standIn"].toString();
+    font->isInstalled = values["isInstalled"].toBool();
     font->isStandIn = chosenFamilies().contains(font->got);
-    font->hasChinese = told["hasChinese"].toBool();
+    font->hasChinese = values["hasChinese"].toBool();
 }
 
 Findings checkTextFont(const Environment &environment)

@@ -9,7 +9,7 @@ namespace app::doctor
 
 struct Versions {
     QString program;
-    QString library; ///< as `getSDKVersion` tells it
+    QString library; ///< as `getSDKVersion` returns it
     QString qtBuilt;
     QString qtRunning;
 };

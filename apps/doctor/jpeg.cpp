@@ -16,18 +16,18 @@ namespace
 {
 
 /** Qt's JPEG plug-in, wherever Qt looks for plug-ins; why it cannot be loaded. */
-void describePlugin(QJsonObject *told)
+void describePlugin(QJsonObject *values)
 {
     const QStringList folders = QCoreApplication::libraryPaths();
-    told->insert("folders", QJsonArray::fromStringList(folders));
+    values->insert("folders", QJsonArray::fromStringList(folders));
     for (const QString &folder : folders) {
         const QDir plugins(folder + QStringLiteral("/imageformats"));
         for (const QString &name : plugins.entryList({QStringLiteral("*jpeg*.so")})) {
             QPluginLoader loader(plugins.filePath(name));
-            told->insert("file",
-                         loader.fileName().isEmpty() ? plugins.filePath(name) : loader.fileName());
+            values->insert("file", loader.fileName().isEmpty() ? plugins.filePath(name)
+                                                               : loader.fileName());
             if (!loader.load())
-                told->insert("problem", loader.errorString());
+                values->insert("problem", loader.errorString());
             return;
         }
     }
@@ -71,18 +71,18 @@ QJsonObject describeJpeg()
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     const bool isWritten = image.save(&buffer, "JPG", -1);
-    QJsonObject told{{"canWrite", isWritten && bytes.startsWith("\xff\xd8\xff")}};
-    describePlugin(&told);
-    return told;
+    QJsonObject values{{"canWrite", isWritten && bytes.startsWith("\xff\xd8\xff")}};
+    describePlugin(&values);
+    return values;
 }
 
-void takeJpeg(const QJsonObject &told, PicturesState *pictures)
+void takeJpeg(const QJsonObject &values, PicturesState *pictures)
 {
     pictures->isJpegKnown = true;
-    pictures->canWriteJpeg = told["canWrite"].toBool();
-    pictures->pluginFolders = texts(told["folders"]);
-    pictures->jpegPlugin = told["file"].toString();
-    pictures->jpegProblem = told["problem"].toString();
+    pictures->canWriteJpeg = values["canWrite"].toBool();
+    pictures->pluginFolders = texts(values["folders"]);
+    pictures->jpegPlugin = values["file"].toString();
+    pictures->jpegProblem = values["problem"].toString();
 }
 
 Findings checkJpeg(const Environment &environment)

@@ -20,7 +20,7 @@ namespace
  * In the child: loads and looks the functions up as the library does. The loader cannot be asked to
  * search on the library's behalf, so it is handed what that search comes to.
  */
-void load(const LibraryState &state, const Telling &tell)
+void load(const LibraryState &state, const SendValues &send)
 {
     QStringList paths{state.ownFolder + QLatin1Char('/') + state.fileName};
     if (!state.found.isEmpty() && state.found != paths.first())
@@ -28,13 +28,13 @@ void load(const LibraryState &state, const Telling &tell)
     void *handle = nullptr;
     QJsonArray errors;
     for (const QString &path : paths) {
-        tell({{"tried", path}});
+        send({{"tried", path}});
         handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
         if (handle != nullptr)
             break;
         const char *const reason = dlerror();
         errors << QString::fromLocal8Bit(reason == nullptr ? "no reason given" : reason);
-        tell({{"errors", errors}});
+        send({{"errors", errors}});
     }
     if (handle == nullptr)
         return;
@@ -45,7 +45,7 @@ void load(const LibraryState &state, const Telling &tell)
             dlsym(handle, name.constData()) == nullptr)
             missing << function;
     }
-    tell({{"isLoaded", true}, {"missing", missing}});
+    send({{"isLoaded", true}, {"missing", missing}});
 }
 
 /** The file that has the functions, when all are in the process already; else empty. */
@@ -72,7 +72,7 @@ Loading outcomeOf(const ChildRun &run)
     case ChildRun::End::DONE:
         break;
     }
-    return run.told["isLoaded"].toBool() ? Loading::LOADED : Loading::NOT_LOADED;
+    return run.values["isLoaded"].toBool() ? Loading::LOADED : Loading::NOT_LOADED;
 }
 
 /** What is wrong with a library. */
@@ -113,10 +113,10 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
                     .arg(state.ownMachine, names.maker)};
     case LibraryShape::CUT_OFF:
         return {QLatin1String("truncated"),
-                QStringLiteral("%1 is cut off: %2 bytes are less than its own headers tell")
+                QStringLiteral("%1 is cut off: its %2 bytes are fewer than its own headers say")
                     .arg(file.path)
                     .arg(QFileInfo(file.path).size()),
-                QStringLiteral("Copy the file anew from what %1 delivered and compare the two:")
+                QStringLiteral("Copy the file again from what %1 delivered and compare the two:")
                     .arg(names.maker),
                 {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
     case LibraryShape::UNREADABLE:
@@ -127,7 +127,7 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
                  QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
     case LibraryShape::NO_LIBRARY:
         return {QLatin1String("no-library"),
-                QStringLiteral("%1 is no library").arg(file.path),
+                QStringLiteral("%1 is not a library").arg(file.path),
                 QStringLiteral("Put the file that %1 delivered in its place; what it is now:")
                     .arg(names.maker),
                 {QStringLiteral("file %1").arg(quoted(file.path))}};
@@ -144,7 +144,7 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
     if (!dependency.isEmpty()) {
         return {QLatin1String("missing-dependency"),
                 QStringLiteral("%1 needs %2, which is not here").arg(state.tried, dependency),
-                QStringLiteral("Install what has %1; %2 tells what the library needs. All that is "
+                QStringLiteral("Install what has %1; %2 knows what the library needs. All that is "
                                "missing:")
                     .arg(dependency, names.maker),
                 {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
@@ -196,14 +196,14 @@ Problem problemOf(const LibraryState &state, const Names &names)
         return {QLatin1String("crash"),
                 QStringLiteral("Loading %1 crashes (%2), and with it every program that reads")
                     .arg(state.tried, state.crash),
-                QStringLiteral("Get another version of it from %1, and tell them. Take this one "
-                               "away until then.")
+                QStringLiteral("Report this to %1 and get another version. Remove this one until "
+                               "then.")
                     .arg(names.maker)};
     case Loading::HUNG:
         return {QLatin1String("hang"),
                 QStringLiteral("Loading %1 hangs, and with it every program that reads")
                     .arg(state.tried),
-                QStringLiteral("End other programs that use the reader and plug it in anew. If it "
+                QStringLiteral("End other programs that use the reader and plug it in again. If it "
                                "stays so, get another version from %1.")
                     .arg(names.maker)};
     case Loading::NOT_LOADED:
@@ -252,12 +252,13 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     state.definedIn = definerOf(functions);
     if (!state.definedIn.isEmpty())
         return state;
-    const ChildRun run = runInChild([&state](const Telling &tell) { load(state, tell); }, limitMs);
+    const ChildRun run =
+        runInChild([&state](const SendValues &send) { load(state, send); }, limitMs);
     state.loading = outcomeOf(run);
-    state.tried = run.told["tried"].toString();
+    state.tried = run.values["tried"].toString();
     state.crash = run.how;
-    state.errors = texts(run.told["errors"]);
-    state.missing = texts(run.told["missing"]);
+    state.errors = texts(run.values["errors"]);
+    state.missing = texts(run.values["missing"]);
     state.log = run.log;
     return state;
 }

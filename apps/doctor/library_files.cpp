@@ -115,7 +115,7 @@ QStringList searchedFolders(bool isAfterCache)
 
 /**
  * Files of this name that the loader's cache leads to; their paths stand in it as they are. The
- * loader passes over those for another processor without a word.
+ * loader silently skips those for another processor.
  */
 QStringList cachedFiles(const QString &fileName)
 {

@@ -17,7 +17,7 @@ struct LibraryFile {
     QString machine; ///< the processor that it is for
 };
 
-/** What the ELF header of a file tells. */
+/** What the ELF header of a file says. */
 LibraryFile inspectLibrary(const QString &path);
 
 struct LibrarySearch {

@@ -37,17 +37,17 @@ void keepCachesIn(const QString &folder)
     qputenv("XDG_CACHE_HOME", QFile::encodeName(folder));
 }
 
-/** In the child: tells part after part, so that what was told is known even if the next crashes. */
-void describe(const Telling &tell)
+/** In the child: reports part after part, so earlier parts are known even if the next crashes. */
+void describe(const SendValues &send)
 {
     std::array<char, 14> name = {"idcard-reader"};
     std::array<char *, 2> arguments = {name.data(), nullptr};
     int count = 1;
     const QGuiApplication application(count, arguments.data());
-    tell({{"screen", describeScreen()}});
-    tell({{"jpeg", describeJpeg()}});
+    send({{"screen", describeScreen()}});
+    send({{"jpeg", describeJpeg()}});
     for (std::size_t i = 0; i < FONT_KEYS.size(); ++i)
-        tell({{FONT_KEYS.at(i), describeFont(i)}});
+        send({{FONT_KEYS.at(i), describeFont(i)}});
 }
 
 ChildRun runQt()
@@ -55,21 +55,21 @@ ChildRun runQt()
     const QTemporaryDir folder(QDir::tempPath() + QStringLiteral("/idcard-reader-XXXXXX"));
     const QString caches = folder.isValid() ? folder.path() : QStringLiteral("/dev/null");
     return runInChild(
-        [&caches](const Telling &tell) {
+        [&caches](const SendValues &send) {
             keepCachesIn(caches);
-            describe(tell);
+            describe(send);
         },
         QT_LIMIT_MS);
 }
 
 /** All but the screen, which differs from platform to platform. */
-void takeParts(const QJsonObject &told, PicturesState *state)
+void takeParts(const QJsonObject &values, PicturesState *state)
 {
-    if (told.contains("jpeg"))
-        takeJpeg(told["jpeg"].toObject(), state);
+    if (values.contains("jpeg"))
+        takeJpeg(values["jpeg"].toObject(), state);
     for (std::size_t i = 0; i < FONT_KEYS.size(); ++i) {
-        if (told.contains(FONT_KEYS.at(i)))
-            takeFont(told[FONT_KEYS.at(i)].toObject(), &state->fonts.at(i));
+        if (values.contains(FONT_KEYS.at(i)))
+            takeFont(values[FONT_KEYS.at(i)].toObject(), &state->fonts.at(i));
     }
 }
 
@@ -97,14 +97,14 @@ PicturesState probePictures()
     nameFonts(&state);
     const ChildRun run = runQt();
     state.log = run.log;
-    takeParts(run.told, &state);
-    if (run.told.contains("screen")) {
-        takeScreen(run.told["screen"].toObject(), &state);
+    takeParts(run.values, &state);
+    if (run.values.contains("screen")) {
+        takeScreen(run.values["screen"].toObject(), &state);
     } else {
         state.failure = failureOf(run);
         // The plug-in and the fonts are the same on every platform.
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        takeParts(runQt().told, &state);
+        takeParts(runQt().values, &state);
     }
     return state;
 }

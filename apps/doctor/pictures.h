@@ -56,21 +56,21 @@ struct PicturesState {
 /** The process must have no application object. May choose a platform for the process. */
 PicturesState probePictures();
 
-// Each part in a file of its own: what the child tells of it, and what the parent takes.
+// Each part in a file of its own: what the child reports of it, and what the parent takes.
 
 QJsonObject describeScreen();
-void takeScreen(const QJsonObject &told, PicturesState *pictures);
+void takeScreen(const QJsonObject &values, PicturesState *pictures);
 Findings checkScreen(const Environment &environment);
 Findings checkResolution(const Environment &environment);
 
 QJsonObject describeJpeg();
-void takeJpeg(const QJsonObject &told, PicturesState *pictures);
+void takeJpeg(const QJsonObject &values, PicturesState *pictures);
 Findings checkJpeg(const Environment &environment);
 
 /** What is known of the fonts without Qt. */
 void nameFonts(PicturesState *pictures);
 QJsonObject describeFont(std::size_t which);
-void takeFont(const QJsonObject &told, FontState *font);
+void takeFont(const QJsonObject &values, FontState *font);
 Findings checkTextFont(const Environment &environment);
 Findings checkNumberFont(const Environment &environment);
 

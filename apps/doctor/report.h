@@ -10,7 +10,7 @@
 namespace app::doctor
 {
 
-/** Lines that fit a terminal; commands stand alone on theirs, however long. */
+/** Lines that fit a terminal; commands have their own lines, however long. */
 QString toReport(const std::vector<CheckedFinding> &findings, Roads roads);
 
 /** An object as docs/doctor.schema.json has it, over several lines, ending with a line break. */

@@ -41,7 +41,7 @@ Finding judgedScreen(const PicturesState &pictures)
     const QStringList offscreen{QStringLiteral("export QT_QPA_PLATFORM=offscreen")};
     const QString display = QStringLiteral(
         "Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY "
-        "is set. Without any display, tell Qt so:");
+        "is set. Without any display, choose Qt's offscreen platform:");
     if (!pictures.hasStarted) {
         const QString platform = pictures.platform.isEmpty()
                                      ? QStringLiteral("its own choice of platform")
@@ -55,7 +55,7 @@ Finding judgedScreen(const PicturesState &pictures)
         return {Level::FAILURE,
                 QStringLiteral("Qt has no screen on the platform \"%1\": no picture can be painted")
                     .arg(pictures.runningPlatform),
-                QStringLiteral("Connect a screen and switch it on, or tell Qt to do without:"),
+                QStringLiteral("Connect a screen and switch it on, or let Qt do without:"),
                 offscreen};
     }
     if (pictures.isOffscreenChosen) {
@@ -80,8 +80,8 @@ Finding judgedResolution(const ScreenState &screen)
     const QString card =
         QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
     const QString remedy = QStringLiteral(
-        "Virtual machines, projectors and adapters often tell no true size. Correct it in their "
-        "settings or in those of the desktop. What X11 knows of the screen:");
+        "Virtual machines, projectors and adapters often report a wrong size. Correct it in their "
+        "settings or in those of the desktop. What X11 knows about the screen:");
     const QStringList commands{QStringLiteral("xrandr --query")};
     switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
     case ResolutionClaim::USUAL:
@@ -108,29 +108,29 @@ Finding judgedResolution(const ScreenState &screen)
 
 QJsonObject describeScreen()
 {
-    QJsonObject told{{"platform", QGuiApplication::platformName()}};
+    QJsonObject values{{"platform", QGuiApplication::platformName()}};
     const QScreen *const screen = QGuiApplication::primaryScreen();
     if (screen == nullptr)
-        return told;
+        return values;
     // JSON has no infinity, which a screen without a size gives; it comes back as 0.
     const QSizeF card = MakeCardImg::getCardRealPixelSize();
-    told["screen"] = QJsonObject{{"name", screen->name()},
-                                 {"pixels", toArray(screen->size())},
-                                 {"millimetres", toArray(screen->physicalSize())},
-                                 {"dpiX", screen->physicalDotsPerInchX()},
-                                 {"dpiY", screen->physicalDotsPerInchY()},
-                                 {"devicePixelRatio", screen->devicePixelRatio()},
-                                 {"card", toArray(card)}};
-    return told;
+    values["screen"] = QJsonObject{{"name", screen->name()},
+                                   {"pixels", toArray(screen->size())},
+                                   {"millimetres", toArray(screen->physicalSize())},
+                                   {"dpiX", screen->physicalDotsPerInchX()},
+                                   {"dpiY", screen->physicalDotsPerInchY()},
+                                   {"devicePixelRatio", screen->devicePixelRatio()},
+                                   {"card", toArray(card)}};
+    return values;
 }
 
-void takeScreen(const QJsonObject &told, PicturesState *pictures)
+void takeScreen(const QJsonObject &values, PicturesState *pictures)
 {
     pictures->hasStarted = true;
-    pictures->runningPlatform = told["platform"].toString();
-    if (!told.contains("screen"))
+    pictures->runningPlatform = values["platform"].toString();
+    if (!values.contains("screen"))
         return;
-    const QJsonObject screen = told["screen"].toObject();
+    const QJsonObject screen = values["screen"].toObject();
     pictures->screen = ScreenState{
         screen["name"].toString(), toSize(screen["pixels"]),  toSize(screen["millimetres"]),
         screen["dpiX"].toDouble(), screen["dpiY"].toDouble(), screen["devicePixelRatio"].toDouble(),

@@ -1,6 +1,6 @@
 #pragma once
 
-// The readers on the USB bus and what stands between them and the user, found out without opening a
+// The readers on the USB bus and what keeps the user from them, found out without opening a
 // device. The folders are those of the system unless a caller names others.
 
 #include <optional>
@@ -29,7 +29,7 @@ struct Holders {
     int unseen = 0; ///< processes whose files this user may not see
 };
 
-/** A device and what stands between it and the user. */
+/** A device and what keeps the user from it. */
 struct UsbNode {
     UsbDevice device;
     NodeRights rights;
@@ -91,10 +91,10 @@ NodeRights rightsOf(const QString &node);
 /** Processes other than this one that have the node open. */
 Holders holdersOf(const QString &node, const QString &processes = QStringLiteral("/proc"));
 
-/** How this process and its user stand to a group. */
+/** The relation of this process and its user to a group. */
 GroupState groupState(const QString &group);
 
-/** The devices that could be a reader: `asked` alone, or what has its pipes or stands in the rule.
+/** The devices that could be a reader: `asked` alone, or what has its pipes or is in the rule.
  */
 UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders = ruleFolders());
 

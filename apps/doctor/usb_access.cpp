@@ -50,10 +50,11 @@ Finding judgedRights(const UsbNode &node, const UsbState &usb)
 {
     const NodeRights &rights = node.rights;
     if (!rights.isThere) {
-        return {Level::FAILURE,
-                QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
-                QStringLiteral("Plug the reader in anew. In a container, hand /dev/bus/usb in."),
-                {QStringLiteral("ls -l /dev/bus/usb")}};
+        return {
+            Level::FAILURE,
+            QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
+            QStringLiteral("Plug the reader in again. In a container, pass /dev/bus/usb through."),
+            {QStringLiteral("ls -l /dev/bus/usb")}};
     }
     const QString state =
         QStringLiteral("%1: mode %2, owner %3, group %4%5")
@@ -95,8 +96,8 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
         return {level,
                 QStringLiteral("%1 is in \"%2\", but has not logged in since then")
                     .arg(group.user, group.name),
-                QStringLiteral("Log out of the whole desktop session and in again, or start the "
-                               "machine anew. To try it in this terminal:"),
+                QStringLiteral("Log out of the whole desktop session and in again, or restart the "
+                               "machine. To try it in this terminal:"),
                 {QStringLiteral("newgrp %1").arg(group.name)}};
     }
     const QString text = QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name);
@@ -104,8 +105,8 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
         return {Level::FINE, text + QStringLiteral(" and need not be: the reader is open to them")};
     return {level,
             text,
-            QStringLiteral("Who sits at the machine needs no group. For others, as root, then log "
-                           "in anew:"),
+            QStringLiteral("The user at the machine needs no group. For others, as root, then log "
+                           "in again:"),
             {QStringLiteral("usermod --append --groups %1 %2").arg(group.name, group.user)}};
 }
 

@@ -31,7 +31,7 @@ Finding judgedAbsence(const UsbState &usb)
             QStringLiteral("%1; %2").arg(missing, seen),
             QStringLiteral("Plug the reader in, straight into the computer, and see that it has "
                            "power. A container or virtual machine has only the devices that are "
-                           "handed in. What is there:"),
+                           "passed through. What is there:"),
             {QStringLiteral("idcard-reader usb --list")}};
 }
 
@@ -61,11 +61,11 @@ Finding judgedDriver(const UsbNode &node)
     if (driver == QLatin1String("usbfs"))
         return {Level::FINE, QStringLiteral("None but that of a program (usbfs)")};
     return {Level::WARNING,
-            QStringLiteral("\"%1\" is bound to the reader; every reading takes the reader away "
-                           "from it and gives it back")
+            QStringLiteral("\"%1\" is bound to the reader; every read detaches it from the "
+                           "reader and attaches it again")
                 .arg(driver),
             QStringLiteral("If reading fails with USB_READER_CLAIM_FAILED, keep the driver from "
-                           "it, as root, and plug the reader in anew:"),
+                           "it, as root, and plug the reader in again:"),
             {QStringLiteral("echo 'blacklist %1' > /etc/modprobe.d/idcard-reader.conf").arg(driver),
              QStringLiteral("rmmod %1").arg(driver)}};
 }

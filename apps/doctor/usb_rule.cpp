@@ -45,7 +45,7 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
     const Level level = mayOpen ? Level::WARNING : Level::FAILURE;
     const QString although =
         node != nullptr && mayOpen
-            ? QStringLiteral("; this user may use the reader all the same, others may not")
+            ? QStringLiteral("; this user may use the reader anyway, others may not")
             : QString();
     const auto notOpened = [&](const QString &text) {
         return node == nullptr
@@ -84,7 +84,7 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
                 QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
                                "group %3")
                     .arg(rule.path, toText(node->device.ids), rule.group),
-                QStringLiteral("Load it, then plug the reader in anew, as root:"), applyCommands()};
+                QStringLiteral("Load it, then plug the reader in again, as root:"), applyCommands()};
     }
     return {Level::FINE, QStringLiteral("%1, for %2").arg(rule.path, whom)};
 }

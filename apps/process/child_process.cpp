@@ -66,7 +66,7 @@ private:
     std::array<int, 2> m_ends = {-1, -1};
 };
 
-/** Closes what this process had open, but for the standard streams and one more. */
+/** Closes what this process had open, except the standard streams and one more. */
 void closeFilesBut(int kept)
 {
     const QStringList open =
@@ -84,7 +84,8 @@ void writeTo(int descriptor, const QByteArray &text)
     writeAll(descriptor, text.constData(), static_cast<std::size_t>(text.size()));
 }
 
-[[noreturn]] void runChild(const std::function<void(const Telling &)> &work, int told, int log)
+[[noreturn]] void runChild(const std::function<void(const SendValues &)> &work, int channel,
+                           int log)
 {
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -92,12 +93,12 @@ void writeTo(int descriptor, const QByteArray &text)
     forbidCoreDumps();
     ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
     ::dup2(log, STDERR_FILENO);
-    closeFilesBut(told);
+    closeFilesBut(channel);
     showForeignOutput(); // standard output goes the same way
-    work([told](const QJsonObject &values) {
-        writeTo(told, QJsonDocument(values).toJson(QJsonDocument::Compact) + '\n');
+    work([channel](const QJsonObject &values) {
+        writeTo(channel, QJsonDocument(values).toJson(QJsonDocument::Compact) + '\n');
     });
-    writeTo(told, END_MARK);
+    writeTo(channel, END_MARK);
     ::_exit(0);
 }
 
@@ -122,12 +123,12 @@ QJsonObject merged(const QByteArray &lines)
 
 } // namespace
 
-ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int timeoutMs)
+ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs)
 {
     ChildRun run;
-    ReadPipe told;
+    ReadPipe channel;
     ReadPipe log;
-    const pid_t child = told.isOpen() && log.isOpen() ? ::fork() : -1;
+    const pid_t child = channel.isOpen() && log.isOpen() ? ::fork() : -1;
     if (child < 0) {
         run.end = ChildRun::End::CRASHED;
         run.how = QStringLiteral("no process could be started: %1")
@@ -135,9 +136,9 @@ ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int ti
         return run;
     }
     if (child == 0)
-        runChild(work, told.writeEnd(), log.writeEnd());
+        runChild(work, channel.writeEnd(), log.writeEnd());
     ::setpgid(child, child); // whichever of the two is first
-    told.closeWriteEnd();
+    channel.closeWriteEnd();
     log.closeWriteEnd();
 
     QByteArray lines;
@@ -147,7 +148,7 @@ ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int ti
     bool hasEnded = false;
     while (!hasEnded && !time.hasExpired(timeoutMs)) {
         hasEnded = ::waitpid(child, &status, WNOHANG) == child;
-        told.take(&lines);
+        channel.take(&lines);
         log.take(&run.log);
         // The end of a pipe may come before that of the child, and after it where it has children.
         if (!hasEnded)
@@ -156,10 +157,10 @@ ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int ti
     ::kill(-child, SIGKILL);
     if (!hasEnded)
         ::waitpid(child, &status, 0);
-    told.take(&lines);
+    channel.take(&lines);
     log.take(&run.log);
 
-    run.told = merged(lines);
+    run.values = merged(lines);
     if (!hasEnded) {
         run.end = ChildRun::End::TIMED_OUT;
     } else if (!lines.endsWith(END_MARK)) {

@@ -14,19 +14,19 @@ namespace app
 struct ChildRun {
     enum class End { DONE, CRASHED, TIMED_OUT };
     End end = End::DONE;
-    QString how;      ///< of a crash: the signal or the status
-    QJsonObject told; ///< by the work, up to its end
-    QByteArray log;   ///< what came on standard output and standard error
+    QString how;        ///< of a crash: the signal or the status
+    QJsonObject values; ///< sent by the work, up to its end
+    QByteArray log;     ///< what came on standard output and standard error
 };
 
 /** Sends the parent values; those sent later replace those of the same keys. */
-using Telling = std::function<void(const QJsonObject &values)>;
+using SendValues = std::function<void(const QJsonObject &values)>;
 
 /**
  * Runs `work` in a forked child, which is killed with its own children after `timeoutMs`, and with
  * this process. The calling process must have no application object and one thread. The child has
  * none of this process's files and leaves no core file.
  */
-ChildRun runInChild(const std::function<void(const Telling &tell)> &work, int timeoutMs);
+ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs);
 
 } // namespace app

@@ -1,6 +1,6 @@
 #pragma once
 
-// Ends the program in good order when the user or the system asks for it (SIGINT, SIGTERM).
+// Ends the program cleanly when the user or the system requests it (SIGINT, SIGTERM).
 
 #include "apps/process/exit_status.h"
 

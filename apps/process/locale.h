@@ -1,6 +1,6 @@
 #pragma once
 
-// The words that the program was started with, in whatever locale.
+// The words that the program was started with, in any locale.
 
 #include <QStringList>
 

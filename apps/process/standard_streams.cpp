@@ -56,13 +56,14 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
             printToStandardError(message + QLatin1Char('\n'));
         break;
     case QtCriticalMsg:
-        tell(message);
+        printMessage(message);
         break;
     case QtFatalMsg:
         // Qt ends the process with a core dump after this; no user is helped by one.
-        tell(message);
-        tell(QStringLiteral("Qt could not start. If there is no display here, unset DISPLAY and "
-                            "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
+        printMessage(message);
+        printMessage(
+            QStringLiteral("Qt could not start. If there is no display here, unset DISPLAY and "
+                           "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
         std::_Exit(static_cast<int>(ExitStatus::PROGRAM_FAILED));
     }
 }
@@ -77,7 +78,7 @@ Output::Output()
         m_error = errno;
     occupyClosedStandardStreams();
     sendStandardOutputToNull();
-    // `write` then reports a lost reader, so that what was begun ends in good order.
+    // `write` then reports a lost reader, so the program still ends cleanly.
     m_isLossIgnored = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
 }
 
@@ -129,9 +130,10 @@ ExitStatus closedWith(ExitStatus status, Output *output)
     if (output->problem().isEmpty())
         return status;
     output->endIfReaderGone();
-    tell(QStringLiteral("Standard output could not be written: %1. See that the file or the "
-                        "program it goes to can take it all, and start again.")
-             .arg(output->problem()));
+    printMessage(
+        QStringLiteral("Standard output could not be written: %1. See that the file or the "
+                       "program it goes to can take it all, and start again.")
+            .arg(output->problem()));
     return status == ExitStatus::DONE ? ExitStatus::PROGRAM_FAILED : status;
 }
 
@@ -166,7 +168,7 @@ const char *programName()
     return nameOfProgram;
 }
 
-void tell(const QString &message)
+void printMessage(const QString &message)
 {
     printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(nameOfProgram), message));
 }
@@ -174,7 +176,7 @@ void tell(const QString &message)
 ExitStatus answer(const QString &problem, const QString &text, Output *output)
 {
     if (!problem.isEmpty()) {
-        tell(problem);
+        printMessage(problem);
         return ExitStatus::WRONG_USAGE;
     }
     output->write(text.toUtf8());
@@ -183,7 +185,7 @@ ExitStatus answer(const QString &problem, const QString &text, Output *output)
 
 void printToStandardError(const QString &text)
 {
-    // Nobody is left to be told when this fails.
+    // A failure of this cannot be reported any more.
     const QByteArray bytes = text.toUtf8();
     writeAll(STDERR_FILENO, bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }

@@ -53,7 +53,7 @@ private:
 
 /**
  * Closes `output`. Returns how the program ends: with `status`, or failed, with a message, if
- * writing did. When nobody reads it any more, ends the process by SIGPIPE, without a word.
+ * writing did. When its reader has gone, silently ends the process by SIGPIPE.
  */
 ExitStatus closedWith(ExitStatus status, Output *output);
 
@@ -78,12 +78,13 @@ public:
     HiddenLog &operator=(HiddenLog &&) = delete;
 };
 
-/** Under which name `tell` speaks; "idcard-reader" unless it is called. The text must live on. */
+/** Under which name `printMessage` speaks; "idcard-reader" unless it is called. The text must live
+ * on. */
 void setProgramName(const char *name);
 const char *programName();
 
 /** Prints a message for people on standard error, behind the program's name. */
-void tell(const QString &message);
+void printMessage(const QString &message);
 
 /**
  * Ends a program that has nothing else to do: tells the problem of its command line, or without one

@@ -21,7 +21,7 @@ bool canBeSaved(const Options &options)
     const QString obstacle =
         obstacleTo(options.outFolder, cardFileNames(CardFiles::ALL), existingFiles(options));
     if (!obstacle.isEmpty())
-        tell(obstacle);
+        printMessage(obstacle);
     return obstacle.isEmpty();
 }
 
@@ -37,7 +37,7 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output)
             tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(*folder));
             tellMissingFiles(card, CardFiles::ALL);
         } else {
-            tell(notWritten);
+            printMessage(notWritten);
             status = ExitStatus::FILES_NOT_WRITTEN;
         }
     }
@@ -57,9 +57,9 @@ ExitStatus deliverDecoded(const Card &card, const Options &options, Output *outp
     if (card.photoFormat() != PhotoFormat::COMPRESSED)
         return status;
     const ResultEntry *const entry = findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true);
-    tell(terminalText(messageOf(*entry)));
+    printMessage(terminalText(messageOf(*entry)));
     if (!options.simulatorPhotos)
-        tell(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
+        printMessage(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
     return status == ExitStatus::DONE ? entry->exitStatus : status;
 }
 
@@ -70,8 +70,9 @@ ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road roa
 {
     const std::optional<Card> card = decodeRawRecord(record, prints, road);
     if (!card) {
-        tell(QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
-                            "card must be 0, 1, 2 or 9. Read the card once more."));
+        printMessage(
+            QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
+                           "card must be 0, 1, 2 or 9. Read the card once more."));
         return ExitStatus::NOTHING_READ;
     }
     return deliverDecoded(*card, options, output);
@@ -80,7 +81,7 @@ ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road roa
 void tellMissingFiles(const Card &card, CardFiles which)
 {
     for (const QString &note : missingFileNotes(card, which))
-        tell(note);
+        printMessage(note);
 }
 
 } // namespace app

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the commands that end with one card do with it: save it if they are asked to, and print it.
+// What the commands that end with one card do with it: save it on request, and print it.
 
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
@@ -14,11 +14,11 @@ namespace app
 
 ExistingFiles existingFiles(const Options &options);
 
-/** Whether the card could be saved as the options say, as far as can be told now; tells why not. */
+/** Whether the card could be saved as the options say, as far as is known now; reports why not. */
 bool canBeSaved(const Options &options);
 
 /**
- * Saves and prints. A card that cannot be saved is told and printed all the same. Returns how the
+ * Saves and prints. A card that cannot be saved is reported and still printed. Returns how the
  * program ends if all else went well.
  */
 ExitStatus deliver(const Card &card, const Options &options, Output *output);

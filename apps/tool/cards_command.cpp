@@ -20,9 +20,10 @@ ExitStatus runCards(const Options &options, Output *output)
         simulator::DescriptionError error;
         const auto card = simulator::loadCard(name, &error);
         if (!card) {
-            tell(QStringLiteral("The built-in card %1 cannot be used; this program is broken. "
-                                "Install it again.")
-                     .arg(name));
+            printMessage(
+                QStringLiteral("The built-in card %1 cannot be used; this program is broken. "
+                               "Install it again.")
+                    .arg(name));
             return ExitStatus::PROGRAM_FAILED;
         }
         const QString kind = simulator::cardKindName(card->kind);

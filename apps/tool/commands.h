@@ -1,7 +1,7 @@
 #pragma once
 
-// The commands of the tool. Each writes its result to `output` and tells failures on standard
-// error; that `output` cannot be written is told by the caller.
+// The commands of the tool. Each writes its result to `output` and reports failures on standard
+// error; the caller reports that `output` cannot be written.
 
 #include "apps/process/exit_status.h"
 #include "apps/process/standard_streams.h"

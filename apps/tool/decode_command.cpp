@@ -22,7 +22,7 @@ struct Input {
     QString problem; ///< why it could not be read; empty when it was
 };
 
-/** Reads no more than it takes to tell a record from what is none. */
+/** Reads no more than is needed to recognise what is not a record. */
 Input readInput(const QString &path)
 {
     const bool isStandardInput = path.isEmpty() || path == QLatin1String("-");
@@ -47,23 +47,25 @@ ExitStatus runDecode(const Options &options, Output *output)
 {
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
-        return told(problem);
+        return reported(problem);
     if (!canBeSaved(options))
         return ExitStatus::FILES_NOT_WRITTEN;
 
     const Input input = readInput(options.argument);
     if (!input.problem.isEmpty()) {
-        tell(QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.")
-                 .arg(input.name, input.problem));
+        printMessage(
+            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.")
+                .arg(input.name, input.problem));
         return ExitStatus::WRONG_USAGE;
     }
     const RawRecordCheck check = checkRawRecord(input.bytes);
     if (!check.isRecord()) {
-        tell(QStringLiteral("%1 is no raw card record: %2").arg(input.name, check.problem));
+        printMessage(
+            QStringLiteral("%1 is not a raw card record: %2").arg(input.name, check.problem));
         return ExitStatus::WRONG_USAGE;
     }
     for (const QString &warning : check.warnings)
-        tell(QStringLiteral("%1 is an odd record: %2").arg(input.name, warning));
+        printMessage(QStringLiteral("%1 is an odd record: %2").arg(input.name, warning));
     return deliverRecord(input.bytes, check.prints, Road::FILE, options, output);
 }
 

@@ -50,8 +50,9 @@ void showLogs(const Environment &environment)
 ExitStatus runDoctor(const Options &options, Output *output)
 {
     if (roadsOf(options.road) == Roads::LIBRARY && options.isDeviceNamed) {
-        tell(QStringLiteral("--device has no meaning together with --road library, which finds its "
-                            "reader itself.\nSee \"idcard-reader doctor --help\"."));
+        printMessage(
+            QStringLiteral("--device has no meaning together with --road library, which finds its "
+                           "reader itself.\nSee \"idcard-reader doctor --help\"."));
         return ExitStatus::WRONG_USAGE;
     }
     const Environment environment = probe(options);

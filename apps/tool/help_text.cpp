@@ -33,7 +33,7 @@ QStringList platformVariable()
 QStringList simulatorVariable()
 {
     return {"IDCARD_SIMULATOR_LIBRARY",
-            "The simulator's library file, when it is not found by itself."};
+            "The simulator's library file, if it is not found automatically."};
 }
 
 QString environmentSection(const CommandRow &command)
@@ -65,7 +65,7 @@ QString overallHelp()
                         {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
            exitStatusSection() +
            helpSection("Environment", {platformVariable(), simulatorVariable()}) +
-           QStringLiteral("\n\"idcard-reader COMMAND --help\" tells more about a command.\n");
+           QStringLiteral("\n\"idcard-reader COMMAND --help\" describes a command.\n");
 }
 
 QString commandHelp(const CommandRow &command, const OptionParser &parser)

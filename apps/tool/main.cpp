@@ -21,7 +21,7 @@ namespace
 
 using namespace app;
 
-// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+// Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 14> programName = {"idcard-reader"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;

@@ -96,8 +96,8 @@ const std::vector<CommandRow> &commandTable()
          "read card after card, one line of JSON each",
          "Waits for cards and prints every card once, as one line of JSON, until it is ended with "
          "Ctrl-C. A card is new when the reader was empty before it or when it holds something "
-         "else than the card before. A card that cannot be read is told on standard error, and "
-         "watching goes on.",
+         "else than the card before. A card that cannot be read is reported on standard error, and "
+         "watching continues.",
          "  idcard-reader watch --out visitors\n"
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
@@ -126,7 +126,8 @@ const std::vector<CommandRow> &commandTable()
          "read the card over USB, without the maker's library",
          "Reads the card that lies on a reader on the USB bus once and prints what it holds. The "
          "reader maker's library is not needed; the photo needs its photo decoder. A reader that "
-         "this user may not open, that another program holds or that is not there is told as such, "
+         "this user may not open, that another program holds or that is not there is reported as "
+         "such, "
          "with what to do about it.",
          "  idcard-reader usb --list\n"
          "      show what is plugged in, and the ids for --device\n"
@@ -167,8 +168,9 @@ const std::vector<CommandRow> &commandTable()
          "decode a raw card record",
          "Decodes a raw card record as \"idcard-reader usb --raw\" keeps it, 1297, 1809 or 2321 "
          "bytes, and prints what it holds. Without FILE, or with -, it comes from standard input. "
-         "What is no such record is refused with the place where it is none; a wrong checksum, "
-         "which readers' hosts do not look at, is only told.",
+         "Anything else is refused, with the offset where it differs; a wrong checksum, which "
+         "hosts "
+         "ignore, is only reported.",
          "  idcard-reader decode visitor.rec\n"
          "      show the card\n"
          "  idcard-reader decode visitor.rec --json --out visitor\n"
@@ -194,7 +196,7 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader render my-card.json --out pictures\n"
          "      write pictures/front.jpg and pictures/back.jpg\n"
          "  idcard-reader render my-card.json --out pictures --force\n"
-         "      paint anew after a change of the description\n",
+         "      paint again after changing the description\n",
          {
              json,
              Option(
@@ -223,7 +225,7 @@ const std::vector<CommandRow> &commandTable()
          NEVER_SIMULATES,
          NO_ARGUMENT,
          "find out why this machine does not read cards",
-         "Looks at everything that reading a card needs on this machine and tells, line by line, "
+         "Looks at everything that reading a card needs on this machine and says, line by line, "
          "whether it is in order and, if not, what to do: the versions, the locale, the makers' "
          "libraries, the reader on the USB bus and the right to use it, Qt's screen and JPEG "
          "plug-in, and the fonts of the pictures. Nothing is changed, no file is written and no "
@@ -234,7 +236,7 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader doctor --road usb --device 1209:0001\n"
          "      look at what \"idcard-reader usb\" needs for this reader\n"
          "  idcard-reader doctor --json\n"
-         "      tell a program\n",
+         "      print the findings for a program\n",
          {
              deviceOption("Look at this reader alone, by its vendor and product id: four "
                           "hexadecimal digits each, such as 1209:0001. Without it, every device "
@@ -252,8 +254,8 @@ const std::vector<CommandRow> &commandTable()
 std::vector<Option> optionsOf(const CommandRow &command)
 {
     std::vector<Option> options = command.ownOptions;
-    options.emplace_back("verbose", "Tell on standard error what is done, and show the messages of "
-                                    "the libraries there. What the card holds is never among it.");
+    options.emplace_back("verbose", "Report on standard error what is done, with the messages of the "
+                                    "libraries. Card data is never shown there.");
     options.emplace_back("help", "Show this help.");
     options.emplace_back("version", "Show the version.");
     return options;

@@ -21,7 +21,7 @@ ExitStatus runRead(const Options &options, Output *output)
     if (!problem && !options.simulate.isEmpty())
         problem = simulator.putCard(options.simulate.first());
     if (problem)
-        return told(problem);
+        return reported(problem);
 
     if (!canBeSaved(options))
         return ExitStatus::FILES_NOT_WRITTEN;

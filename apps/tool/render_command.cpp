@@ -33,26 +33,26 @@ ExitStatus runRender(const Options &options, Output *output)
     SimulatorLibrary simulator;
     const SimulatorProblem problem = layOut(options, &simulator);
     if (problem)
-        return told(problem);
+        return reported(problem);
 
     const ExistingFiles existing = existingFiles(options);
     const QString obstacle =
         obstacleTo(options.outFolder, cardFileNames(CardFiles::PICTURES), existing);
     if (!obstacle.isEmpty()) {
-        tell(obstacle);
+        printMessage(obstacle);
         return ExitStatus::FILES_NOT_WRITTEN;
     }
 
     const ReadOutcome outcome = readCard();
     if (!outcome.card) {
-        tell(explain(outcome));
+        printMessage(explain(outcome));
         return outcome.exitStatus();
     }
 
     const QString notWritten =
         writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::PICTURES), existing);
     if (!notWritten.isEmpty()) {
-        tell(notWritten);
+        printMessage(notWritten);
         return ExitStatus::FILES_NOT_WRITTEN;
     }
     tellIfVerbose(options, QStringLiteral("Saved the pictures in %1.").arg(options.outFolder));

@@ -6,10 +6,10 @@
 namespace app
 {
 
-ExitStatus told(const SimulatorProblem &problem)
+ExitStatus reported(const SimulatorProblem &problem)
 {
     if (problem)
-        tell(problem.message);
+        printMessage(problem.message);
     return problem.exitStatus;
 }
 

@@ -10,7 +10,7 @@ namespace app
 {
 
 /** Prints a problem of the simulator, if it is one, and returns how the program ends by it. */
-ExitStatus told(const SimulatorProblem &problem);
+ExitStatus reported(const SimulatorProblem &problem);
 
 /** Loads the simulator and, if --verbose was given, prints which file it is. */
 SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulator);

@@ -30,14 +30,14 @@ public:
     {
     }
 
-    /** Whether it could be written, as far as can be told now; tells why not. */
+    /** Whether it could be written, as far as is known now; reports why not. */
     bool isPossible() const
     {
         return m_file.filePath().isEmpty() ||
                wentWell(obstacleTo(m_file.path(), {m_file.fileName()}, m_existing));
     }
 
-    /** Whether it was written, or none was asked for; tells why not. */
+    /** Whether it was written, or none was requested; reports why not. */
     bool write(const QByteArray &record, const Options &options) const
     {
         if (m_file.filePath().isEmpty())
@@ -52,7 +52,7 @@ private:
     static bool wentWell(const QString &problem)
     {
         if (!problem.isEmpty())
-            tell(problem);
+            printMessage(problem);
         return problem.isEmpty();
     }
 
@@ -65,11 +65,11 @@ ExitStatus listDevices(const Options &options, Output *output)
     const UsbDevices list = listUsbDevices();
     if (list.code != 0) {
         const ResultEntry *const entry = findUsbResult(list.code);
-        tell(terminalText(messageOf(*entry)));
+        printMessage(terminalText(messageOf(*entry)));
         return entry->exitStatus;
     }
     if (list.devices.isEmpty())
-        tell(emptyListNote());
+        printMessage(emptyListNote());
     output->write(options.json ? toJson(list.devices) : toTable(list.devices).toUtf8());
     return ExitStatus::DONE;
 }
@@ -84,7 +84,7 @@ ExitStatus runUsb(const Options &options, Output *output)
     catchInterruption(ExitStatus::READ_FAILED);
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
-        return told(problem);
+        return reported(problem);
     const RawFile raw(options);
     if (!canBeSaved(options) || !raw.isPossible())
         return ExitStatus::FILES_NOT_WRITTEN;

@@ -8,7 +8,7 @@ namespace app
 void tellIfVerbose(const Options &options, const QString &message)
 {
     if (options.verbose)
-        tell(message);
+        printMessage(message);
 }
 
 } // namespace app

@@ -16,7 +16,7 @@ namespace
 constexpr int MILLISECONDS = 1000;
 constexpr int WAIT_INTERVAL_MS = 250;
 
-/** A line on a terminal that is written anew while the program waits, and then goes away. */
+/** A line on a terminal that is updated while the program waits, and then goes away. */
 class WaitingLine
 {
 public:
@@ -65,9 +65,9 @@ void lookWithin(int seconds, const std::function<ExitStatus()> &look)
 void tellFailedLook(ExitStatus status, const QString &explanation)
 {
     if (status == ExitStatus::NO_CARD && isInterrupted())
-        tell(QStringLiteral("Broken off before a card was found; nothing was read."));
+        printMessage(QStringLiteral("Broken off before a card was found; nothing was read."));
     else
-        tell(explanation);
+        printMessage(explanation);
 }
 
 } // namespace app

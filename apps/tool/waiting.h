@@ -17,7 +17,7 @@ namespace app
  */
 void lookWithin(int seconds, const std::function<ExitStatus()> &look);
 
-/** Tells that no card came because the wait was broken off, or else `explanation`. */
+/** Reports that no card came because the wait was broken off, or else `explanation`. */
 void tellFailedLook(ExitStatus status, const QString &explanation);
 
 } // namespace app

@@ -44,7 +44,7 @@ public:
             if (!problem)
                 problem = simulator->putCard(card);
             if (problem)
-                return told(problem);
+                return reported(problem);
             const ExitStatus seen = watchOneCard();
             simulator->takeCard();
             m_presence = CardPresence();
@@ -89,7 +89,7 @@ private:
             report(*outcome.card);
             break;
         case Sighting::NEW_FAILURE:
-            tell(explain(outcome));
+            printMessage(explain(outcome));
             break;
         case Sighting::NOTHING:
         case Sighting::SAME_CARD:
@@ -114,7 +114,7 @@ private:
         QString folder;
         const QString problem = saveInNextFolder(card, m_options.outFolder, &folder);
         if (!problem.isEmpty()) {
-            tell(problem);
+            printMessage(problem);
             m_status = ExitStatus::FILES_NOT_WRITTEN;
             return std::nullopt;
         }
@@ -130,7 +130,7 @@ private:
     ExitStatus m_status = ExitStatus::DONE; ///< anything else ends the watch
 };
 
-/** Every card is tried once before the first is read: wrong usage is told at once. */
+/** Every card is tried once before the first is read: wrong usage is reported at once. */
 SimulatorProblem tryCards(const QStringList &cards, SimulatorLibrary *simulator)
 {
     for (const QString &card : cards) {
@@ -153,17 +153,17 @@ ExitStatus runWatch(const Options &options, Output *output)
     if (!problem && isSimulated)
         problem = tryCards(options.simulate, &simulator);
     if (problem)
-        return told(problem);
+        return reported(problem);
 
     if (!options.outFolder.isEmpty()) {
         const QString notMade = makePrivateFolder(options.outFolder);
         if (!notMade.isEmpty()) {
-            tell(notMade);
+            printMessage(notMade);
             return ExitStatus::FILES_NOT_WRITTEN;
         }
     }
     if (isStandardErrorTerminal())
-        tell(QStringLiteral("Watching for cards; Ctrl-C ends."));
+        printMessage(QStringLiteral("Watching for cards; Ctrl-C ends."));
 
     Watch watch(options, output);
     return isSimulated ? watch.watchSimulator(&simulator) : watch.watchReader();

@@ -56,7 +56,7 @@ public:
 signals:
     /** Before the GUI thread is held up; what is painted at once is seen. */
     void readingStarted();
-    /** The message tells that it was read, or what of it could not be. */
+    /** The message says that it was read, or what of it could not be. */
     void cardRead(const app::CardPointer &card, const app::Message &message);
     void failed(const app::Message &message);
     /** Looked by itself, and there is no card, or none any more. */
@@ -88,7 +88,7 @@ private:
     bool m_isAutomatic = false;
     bool m_isReading = false;
     bool m_isAskedFor = false;    ///< somebody waits for what comes, be it a card that was seen
-    bool m_isAwaiting = false;    ///< `cardAwaited` is what was told last
+    bool m_isAwaiting = false;    ///< `cardAwaited` is what was reported last
     bool m_isRoadChanged = false; ///< since the reading under way began
 };
 

@@ -20,7 +20,7 @@ QString reasonOfMissingSide(const app::Card &card)
                                   : CardPane::tr("This road gives no picture.");
 }
 
-/** Null bytes: there is no picture, and `reason` stands in its place. */
+/** Null bytes: there is no picture, and `reason` is shown instead. */
 void showPicture(QLabel *label, const QByteArray &file, const QString &reason, bool isCovered)
 {
     QPixmap picture;
@@ -105,7 +105,7 @@ void CardPane::showEvent(QShowEvent *event)
 
 void CardPane::followScreen(QScreen *screen)
 {
-    // A screen that the window has left may go on telling: the scale is that of the present one.
+    // A screen that the window has left may go on reporting: the scale is that of the present one.
     connect(screen, &QScreen::physicalDotsPerInchChanged, this, &CardPane::rescale,
             Qt::UniqueConnection);
     connect(screen, &QScreen::geometryChanged, this, &CardPane::rescale, Qt::UniqueConnection);

@@ -10,7 +10,8 @@ namespace app
 namespace
 {
 
-/** The tool tip has what does not fit into the cell. Dots are always as many: they tell nothing. */
+/** The tool tip has what does not fit into the cell. The number of dots is always the same: it
+ * reveals nothing. */
 void put(QStandardItemModel *model, int row, int column, const QString &text, bool covered = false)
 {
     const QString shown = covered ? QString(8, QChar(0x2022)) : text;

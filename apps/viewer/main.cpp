@@ -22,7 +22,7 @@ using app::ExitStatus;
 // A transfer over USB that goes well or not has ended by then; one that never ends is left alone.
 constexpr int LONGEST_GOODBYE_MS = 6000;
 
-// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+// Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 14> programName = {"idcard-viewer"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;

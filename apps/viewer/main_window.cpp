@@ -43,7 +43,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     connectTables();
     connectDesk();
     showCard(nullptr);
-    tell({tr("Lay a card on the reader and press Read.")});
+    showMessage({tr("Lay a card on the reader and press Read.")});
     m_ui.read->setFocus();
     apply(options);
     resize(size().boundedTo(QApplication::primaryScreen()->availableSize()));
@@ -85,15 +85,15 @@ void MainWindow::connectTables()
 void MainWindow::connectDesk()
 {
     connect(&m_desk, &app::CardDesk::readingStarted, this, [this] {
-        tell({tr("Reading…")});
+        showMessage({tr("Reading…")});
         m_ui.banner->repaint(); // the reading may hold up this thread
     });
     connect(&m_desk, &app::CardDesk::cardAwaited, this,
-            [this] { tell({tr("Lay a card on the reader; it is read by itself.")}); });
-    connect(&m_desk, &app::CardDesk::failed, this, &MainWindow::tell);
+            [this] { showMessage({tr("Lay a card on the reader; it is read automatically.")}); });
+    connect(&m_desk, &app::CardDesk::failed, this, &MainWindow::showMessage);
     connect(&m_desk, &app::CardDesk::cardRead, this, &MainWindow::addCard);
     m_ui.roadPanel->setDesk(&m_desk);
-    connect(m_ui.roadPanel, &RoadPanel::told, this, &MainWindow::tell);
+    connect(m_ui.roadPanel, &RoadPanel::messageChanged, this, &MainWindow::showMessage);
 }
 
 void MainWindow::apply(const ViewerOptions &options)
@@ -112,7 +112,7 @@ void MainWindow::addCard(const app::CardPointer &card, const app::Message &messa
     m_ui.history->resizeColumnsToContents();
     m_ui.history->setCurrentIndex(m_history.index(0, 0));
     showCard(card);
-    tell(message);
+    showMessage(message);
 }
 
 void MainWindow::showCard(const app::CardPointer &card)
@@ -132,7 +132,7 @@ void MainWindow::clearHistory()
 {
     m_history.setRowCount(0);
     showCard(nullptr);
-    tell({tr("The cards of this run are forgotten.")});
+    showMessage({tr("The cards of this run are forgotten.")});
 }
 
 void MainWindow::askWhereToSave()
@@ -191,7 +191,7 @@ void MainWindow::askForPrinter()
     dialog->open();
 }
 
-void MainWindow::tell(const app::Message &message)
+void MainWindow::showMessage(const app::Message &message)
 {
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     const QStyle::StandardPixmap icon = ICONS.at(static_cast<std::size_t>(message.kind));
@@ -207,11 +207,11 @@ void MainWindow::tell(const app::Message &message)
 void MainWindow::tellOfCopy(const QString &done, const QString &failed, const QString &problem)
 {
     if (!problem.isEmpty())
-        tell({failed, {problem}, app::Message::Kind::FAILURE});
+        showMessage({failed, {problem}, app::Message::Kind::FAILURE});
     else if (m_ui.cover->isChecked())
-        tell({done, {tr("It is the whole card: nothing is covered there.")}});
+        showMessage({done, {tr("It is the whole card: nothing is covered there.")}});
     else
-        tell({done});
+        showMessage({done});
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)

@@ -45,7 +45,7 @@ private:
     void ask(QFileDialog *dialog, CardUse use);
     void askForPrinter();
 
-    void tell(const app::Message &message);
+    void showMessage(const app::Message &message);
     /** `problem` is empty if there is a copy of the card now. */
     void tellOfCopy(const QString &done, const QString &failed, const QString &problem);
 

@@ -61,7 +61,7 @@ RoadPanel::RoadPanel(QWidget *parent) : QGroupBox(parent)
 
 void RoadPanel::chooseRoad()
 {
-    emit told({tr("Lay a card on the reader and press Read.")});
+    emit messageChanged({tr("Lay a card on the reader and press Read.")});
     const auto device = parseUsbIds(m_ui.device->currentData().toString());
     m_desk->setRoad({static_cast<app::ReaderRoad>(m_ui.road->currentIndex()),
                      device.value_or(UsbIds()), m_ui.simulatorPhotos->isChecked()});
@@ -85,7 +85,7 @@ void RoadPanel::listDevices()
     }
     chooseRoad();
     if (list.code != 0)
-        emit told(app::messageOf(*app::findUsbResult(list.code)));
+        emit messageChanged(app::messageOf(*app::findUsbResult(list.code)));
 }
 
 void RoadPanel::selectDevice(const QString &ids)
@@ -116,13 +116,13 @@ void RoadPanel::putCard(const QString &card, const QString &faults)
 void RoadPanel::putSelectedCard()
 {
     if (m_desk->putCard(m_ui.card->currentData().toString(), m_ui.faults->currentText()))
-        emit told({tr("A card lies on the simulator.")});
+        emit messageChanged({tr("A card lies on the simulator.")});
 }
 
 void RoadPanel::takeCard()
 {
     m_desk->takeCard();
-    emit told({tr("No card lies on the simulator.")});
+    emit messageChanged({tr("No card lies on the simulator.")});
 }
 
 void RoadPanel::askForCardFile()

@@ -23,7 +23,7 @@ public:
     void putCard(const QString &card, const QString &faults);
 
 signals:
-    void told(const app::Message &message);
+    void messageChanged(const app::Message &message);
 
 private:
     void chooseRoad();

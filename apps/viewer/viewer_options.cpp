@@ -52,7 +52,7 @@ Phrases phrases()
     Phrases phrases;
     phrases.noOption = Texts::tr("%1 has no option %2.");
     phrases.noOptionButThis = Texts::tr("%1 has no option %2; did you mean %3?");
-    phrases.noArgument = Texts::tr("%1 is no option.");
+    phrases.noArgument = Texts::tr("%1 is not an option.");
     phrases.noValue.clear();
     phrases.seeHelp = Texts::tr("See \"%1\".");
     return phrases;

@@ -15,7 +15,7 @@ namespace app
 class LineSplitter
 {
 public:
-    /** Bytes of a line without its end; a longer one is dropped and told. */
+    /** Bytes of a line without its end; a longer one is dropped and reported. */
     static constexpr int LONGEST_LINE = 64 * 1024;
 
     struct Line {

@@ -20,7 +20,7 @@ namespace
 
 using namespace app;
 
-// Qt takes its own arguments out of the ones it is given; this program's are none of its business.
+// Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 22> programName = {"idcard-virtual-reader"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;
@@ -29,7 +29,8 @@ class VirtualReaderProgram
 {
 public:
     VirtualReaderProgram(const VirtualReaderOptions &options, Output *output)
-        : m_options(options), m_output(output), m_reader({}, options.ids), m_server(m_reader, tell),
+        : m_options(options), m_output(output), m_reader({}, options.ids),
+          m_server(m_reader, printMessage),
           m_console(m_reader, [this] { return m_server.isAttached(); })
     {
     }
@@ -38,17 +39,18 @@ public:
     {
         const QString refused = prepareReader();
         if (!refused.isEmpty()) {
-            tell(refused);
+            printMessage(refused);
             return ExitStatus::WRONG_USAGE;
         }
         const QString problem = m_server.listen(m_options.address, m_options.port);
         if (!problem.isEmpty()) {
-            tell(QStringLiteral("Listening on %1 port %2 failed: %3. End the program that uses the "
-                                "port, or choose another with --port or another address of this "
-                                "machine with --listen.")
-                     .arg(m_options.address.toString())
-                     .arg(m_options.port)
-                     .arg(problem));
+            printMessage(
+                QStringLiteral("Listening on %1 port %2 failed: %3. End the program that uses the "
+                               "port, or choose another with --port or another address of this "
+                               "machine with --listen.")
+                    .arg(m_options.address.toString())
+                    .arg(m_options.port)
+                    .arg(problem));
             return ExitStatus::PROGRAM_FAILED;
         }
         warnOfOthers();
@@ -69,17 +71,18 @@ private:
             return QStringLiteral("The faults of --fault are refused: %1").arg(problem);
         const QString hidden = m_console.hiddenFaults();
         if (!hidden.isEmpty())
-            tell(QStringLiteral("The faults are set, %1.").arg(hidden));
+            printMessage(QStringLiteral("The faults are set, %1.").arg(hidden));
         return {};
     }
 
     void warnOfOthers() const
     {
         if (!m_options.address.isLoopback()) {
-            tell(QStringLiteral("Warning: %1 is no loopback address. Whoever reaches it can attach "
-                                "the reader, without a password; listen on 127.0.0.1 if nobody "
-                                "else shall.")
-                     .arg(m_options.address.toString()));
+            printMessage(
+                QStringLiteral("Warning: %1 is not a loopback address. Anyone who reaches it can "
+                               "attach the reader, without a password; listen on 127.0.0.1 to "
+                               "prevent that.")
+                    .arg(m_options.address.toString()));
         }
     }
 
@@ -122,7 +125,7 @@ private:
     void print(const QString &line)
     {
         if (!m_output->write(line.toLocal8Bit() + '\n')) {
-            m_status = ExitStatus::PROGRAM_FAILED; // the caller tells why
+            m_status = ExitStatus::PROGRAM_FAILED; // the caller reports why
             quit();
         }
     }

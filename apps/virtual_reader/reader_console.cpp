@@ -106,16 +106,15 @@ struct ConsoleCommands {
 
 const CommandRow ConsoleCommands::ROWS[] = {
     {"card", "NAME|FILE", Argument::NEEDED,
-     "Put a card on the reader, in the place of the one that is there.", card},
+     "Put a card on the reader, instead of the one that is there.", card},
     {"take", nullptr, Argument::NONE, "Take the card off the reader.", take},
     {"faults", "[LIST]", Argument::OPTIONAL,
-     "Set the faults beside the card's own, in the place of those that are set; none if the list "
-     "is left out.",
+     "Set the faults that apply besides the card's own, instead of the present ones; none if the "
+     "list is left out.",
      faults},
-    {"unplug", nullptr, Argument::NONE, "Pull the reader out; who has attached it loses it.",
-     unplug},
+    {"unplug", nullptr, Argument::NONE, "Unplug the reader; its client loses it.", unplug},
     {"plug", nullptr, Argument::NONE, "Plug the reader in again; it can then be attached.", plug},
-    {"status", nullptr, Argument::NONE, "Tell how things stand.", status},
+    {"status", nullptr, Argument::NONE, "Report the state of the reader.", status},
     {"help", nullptr, Argument::NONE, "List the commands.", help},
     {"quit", nullptr, Argument::NONE, "End the program.", quit},
 };
@@ -149,7 +148,7 @@ QString ReaderConsole::answer(const QString &line)
         if (row.argument == Argument::NEEDED && argument.isEmpty())
             return error(
                 QStringLiteral("%1 needs an argument: \"%2\"").arg(name, withArgument(row)));
-        // One line, whatever names and files hold.
+        // One line, even if names and files hold line feeds.
         return printable(row.carryOut(this, argument));
     }
     constexpr int LONGEST_QUOTE = 60;

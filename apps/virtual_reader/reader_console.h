@@ -16,7 +16,7 @@ namespace app
 class ReaderConsole
 {
 public:
-    /** `isAttached` tells whether a client has the reader. Both must live on. */
+    /** `isAttached` returns whether a client has the reader. Both must live on. */
     ReaderConsole(simulator::VirtualReader &reader, std::function<bool()> isAttached);
 
     /**

@@ -29,7 +29,7 @@ std::vector<Option> declaredOptions()
 {
     return {
         Option("listen", "Listen on this address; 127.0.0.1 if not given, which only this machine "
-                         "reaches. Whoever reaches another address can attach the reader.")
+                         "reaches. Anyone who reaches another address can attach the reader.")
             .value("address", "an IP address of this machine, for instance 127.0.0.1",
                    [](const QString &value) { return QHostAddress().setAddress(value); }),
         Option("port", "Listen on this port; 3240 if not given, any free one if 0.")

@@ -37,7 +37,7 @@ QString unknownCard()
 }
 
 // The content of a file, and one byte at most of what it has beyond `most`; null, and `problem`
-// told, when it cannot be read.
+// set, when it cannot be read.
 QByteArray contentOf(const QString &path, int most, QString *problem)
 {
     // A pipe or a device could keep the reader waiting for ever.
@@ -53,7 +53,7 @@ QByteArray contentOf(const QString &path, int most, QString *problem)
     return file.read(most + 1);
 }
 
-// Loads the photo's own file, which lies in `folder`; false, and `problem` told, when it cannot be.
+// Loads the photo's own file, which is in `folder`; false, and `problem` set, when it cannot be.
 bool loadPhotoFile(CardDescription *card, const QString &folder, QString *problem)
 {
     constexpr int LARGEST = int{IDCARD_PHOTO_SIZE};

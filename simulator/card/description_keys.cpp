@@ -35,7 +35,7 @@ constexpr std::array<KeyRule, CARD_KIND_COUNT> all(KeyRule rule)
 
 using Card = CardDescription;
 
-// The rules stand in the order resident, hmt, foreign-2017, foreign-new.
+// The rules are in the order resident, hmt, foreign-2017, foreign-new.
 constexpr TextKey KEYS[] = {
     {"title", &Card::title, TextForm::FREE, all(may(LONGEST_TITLE))},
     {"name", &Card::name, TextForm::FREE, {must(15), must(15), NO, NO}},

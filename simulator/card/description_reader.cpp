@@ -25,7 +25,7 @@ namespace
 struct KindKey {
     const char *name;
     bool (*allowed)(CardKind kind);
-    // Stores the value in the card, or tells why not and, in `part`, which part of it is meant.
+    // Stores the value in the card, or says why not and, in `part`, which part of it is meant.
     QString (*read)(CardDescription *card, const QJsonValue &value, QString *part);
 };
 
@@ -75,7 +75,7 @@ QString listed(const QStringList &words)
     return words.join(QStringLiteral(", "));
 }
 
-// A value that must be one of a few words, each standing for a constant.
+// A value that must be one of a few words, each meaning a constant.
 template <typename Value>
 struct Word {
     const char *word;
@@ -137,7 +137,7 @@ QString readPadding(CardDescription *card, const QJsonValue &value, QString * /*
                              &card->padding);
 }
 
-// The name of a file that lies beside the description.
+// The name of a file beside the description.
 QString readFileName(const QJsonValue &value, QString *result)
 {
     if (!value.isString())

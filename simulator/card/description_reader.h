@@ -27,7 +27,7 @@ struct DescriptionError {
 
 /**
  * The card that `json` describes, without the content of its photo's own file; nothing, and `error`
- * told, when it is no card's description.
+ * set, when it is not a card's description.
  */
 std::optional<CardDescription> readDescription(const QByteArray &json, const QString &file,
                                                DescriptionError *error);

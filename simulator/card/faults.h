@@ -19,7 +19,7 @@
 namespace simulator
 {
 
-/** What a reader on USB is asked for, one after the other, when a card is read. */
+/** The exchanges of a card read over USB, in their order. */
 enum class UsbExchange { LOOKUP, SELECT, READ };
 constexpr int USB_EXCHANGE_COUNT = 3;
 
@@ -153,8 +153,8 @@ QVector<QStringList> faultHelpRows(Road road);
 QString faultExample(const FaultRule &rule);
 
 /**
- * Reads a list of faults, blanks around each ignored. Gives nothing and tells `reason` when one is
- * not known, lacks its number or bytes, has others than it may have or stands twice.
+ * Reads a list of faults, blanks around each ignored. Returns nothing and sets `reason` when one is
+ * not known, lacks its number or bytes, has others than it may have or occurs twice.
  */
 std::optional<Faults> parseFaults(const QStringList &list, QString *reason);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The simulator's own stand-in for compressed photos, where real cards have the makers' closed
+// The simulator's own format of compressed photos, where real cards have the makers' closed
 // format: 1024 bytes that name a drawn portrait. No other picture can be put into them.
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-// The photos of cards: drawn portraits of nobody, from artwork/portraits.svg.
+// The photos of cards: drawn portraits of no real person, from artwork/portraits.svg.
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What lies on a simulated reader and which faults are in force. Every kind of simulated reader
+// The card on a simulated reader, and the faults in force. Every kind of simulated reader
 // asks here; none of its answers depends on how the reader is reached.
 
 #include <optional>
@@ -35,7 +35,7 @@ public:
     static constexpr const char *CARD_VARIABLE = "IDCARD_SIMULATOR_CARD";
     static constexpr const char *FAULTS_VARIABLE = "IDCARD_SIMULATOR_FAULTS";
 
-    /** Puts a card; from now on the environment names none. On failure tells why, changes nothing.
+    /** Puts a card; from now on the environment names none. On failure says why, changes nothing.
      */
     bool putCard(const QString &nameOrPath, PutAs as, QString *problem);
 
@@ -48,7 +48,7 @@ public:
     /**
      * Takes over what the environment says and no call has decided. To be asked whenever the reader
      * is opened; an unchanged environment leaves counts and a removed card as they are. On failure
-     * tells why and changes nothing.
+     * says why and changes nothing.
      */
     bool followEnvironment(QString *problem);
 

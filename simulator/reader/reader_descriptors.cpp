@@ -1,4 +1,4 @@
-// Descriptors byte by byte; numbers of two bytes stand low byte first.
+// Descriptors byte by byte; numbers of two bytes have the low byte first.
 
 #include "simulator/reader/reader_descriptors.h"
 

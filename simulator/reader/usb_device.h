@@ -1,7 +1,7 @@
 #pragma once
 
 // What a front that plugs a simulated device into a USB stack needs of it. The device sees whole
-// bulk transfers, as the host's driver asks for them; how they get there is the front's affair.
+// bulk transfers, as the host's driver asks for them; the front decides how they get there.
 
 #include <cstdint>
 
@@ -28,7 +28,7 @@ enum class UsbStatus {
 /** What became of one transfer. */
 struct UsbTransfer {
     UsbStatus status = UsbStatus::DONE;
-    QByteArray data; ///< of a read: what came, also when the status is none of success
+    QByteArray data; ///< of a read: what came, also when the status is not a success
     int count = 0;   ///< bytes moved: of a write those taken, of a read the size of `data`
     int delayMs = 0; ///< time that passes before the transfer ends so
 };
@@ -39,7 +39,7 @@ inline UsbTransfer ended(UsbStatus status, const QByteArray &data = {}, int dela
     return {status, data, data.size(), delayMs};
 }
 
-/** A write of which the device took `count` bytes. */
+/** The device took `count` bytes of a write. */
 inline UsbTransfer taken(UsbStatus status, int count, int delayMs = 0)
 {
     return {status, {}, count, delayMs};
@@ -60,7 +60,7 @@ public:
     /** Whether it is plugged in. What is not answers no transfer. */
     [[nodiscard]] virtual bool isPluggedIn() const = 0;
 
-    /** What stands in the way of using it. */
+    /** What keeps it from being used. */
     [[nodiscard]] virtual bool deniesAccess() const = 0; ///< this user may not open its node
     [[nodiscard]] virtual bool failsToOpen() const { return false; } ///< for any other reason
     [[nodiscard]] virtual bool

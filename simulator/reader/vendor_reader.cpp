@@ -35,7 +35,7 @@ QByteArray deliveredPhoto(const CardDescription &card, const Faults &faults)
         break;
     case PhotoDelivery::COMPRESSED:
         return compressedPhoto(card);
-    case PhotoDelivery::OWN_FILE: // told to be as long as a photo's BMP file, however short it is
+    case PhotoDelivery::OWN_FILE: // reported as long as a photo's BMP file, however short it is
         return card.photoFileData.leftJustified(int{IDCARD_PHOTO_SIZE}, '\0');
     }
     return photoBmpFile(card);

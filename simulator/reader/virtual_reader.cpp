@@ -32,8 +32,8 @@ std::optional<UsbExchange> exchangeOf(const QByteArray &command)
     return std::nullopt;
 }
 
-// A refusal that is as long as the answer of success would be, for a host tells the two apart by
-// their content only when they are.
+// A refusal that is as long as the answer of success would be, because a host distinguishes the two
+// by their content only when they are.
 QByteArray refusal(UsbRefusal reason, int frameSize = reader_frames::STATUS_ONLY_ANSWER_SIZE)
 {
     constexpr int STATUS_END = 2;

@@ -1,6 +1,6 @@
 #pragma once
 
-// The reader as a USB device: the protocol's exchanges, answered from what lies in a card slot.
+// The reader as a USB device: the protocol's exchanges, answered from a card slot.
 
 #include <optional>
 
@@ -13,7 +13,7 @@ namespace simulator
 
 /**
  * Last byte of the status 00 00 xx with which the simulated reader refuses. The values are its own;
- * simulator/README.md tells when each comes.
+ * simulator/README.md says when each comes.
  */
 enum class UsbRefusal : unsigned char {
     NO_CARD = 0x80,
@@ -32,7 +32,7 @@ enum class UsbRefusal : unsigned char {
  * loop-back: what was written last to the former is read once from the latter. So is the bare head
  * of a frame, 7 bytes, written to 0x02: it comes back on 0x81.
  *
- * The environment is not looked at: who wants it asks `slot().followEnvironment()`.
+ * The environment is not looked at: call `slot().followEnvironment()` for that.
  */
 class VirtualReader : public UsbDevice
 {

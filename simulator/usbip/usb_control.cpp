@@ -224,7 +224,7 @@ UsbTransfer UsbControlEndpoint::configure(std::uint16_t value, const UsbDescript
     if (value != 0 && value != description.configurationValue)
         return ended(UsbStatus::STALLED);
     if (value != 0 && m_configuration != 0 && m_device.refusesReset()) {
-        m_configuration = 0; // the host gives the device up and may find it anew
+        m_configuration = 0; // the host drops the device and may enumerate it again
         return ended(UsbStatus::STALLED);
     }
     m_configuration = static_cast<std::uint8_t>(value);

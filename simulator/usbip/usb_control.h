@@ -1,7 +1,7 @@
 #pragma once
 
 // The control endpoint of a simulated device: answers the standard requests that a host makes to
-// find out about it. Whatever is none of these stalls.
+// find out about it. Any other request stalls.
 
 #include <array>
 #include <cstdint>
@@ -36,7 +36,7 @@ public:
     explicit UsbControlEndpoint(UsbDevice &device) : m_device(device) {}
 
     /**
-     * Answers one request. A host that chooses the configuration sets the device up anew; a host's
+     * Answers one request. A host that chooses the configuration sets the device up again; a host's
      * own reset is not heard where the bus is only imitated, and this is what follows one. The
      * device therefore forgets then what it was about to answer. One that refuses resets stalls
      * when it has been set up before.

@@ -13,7 +13,7 @@ namespace simulator
 namespace
 {
 
-// Linux error numbers, as the protocol carries them whatever the machine.
+// Linux error numbers, which the protocol carries on every machine.
 constexpr int STATUS_BROKEN_PIPE = -32;      // EPIPE: the endpoint stalls
 constexpr int STATUS_PROTOCOL_ERROR = -71;   // EPROTO
 constexpr int STATUS_OVERFLOW = -75;         // EOVERFLOW
@@ -174,7 +174,8 @@ void UsbipConnection::serve(const UsbipUnlink &unlink, std::int64_t now)
 
 void UsbipConnection::answerControl(const UsbipSubmit &submit)
 {
-    // The data's direction stands in two places; without data, the one in the request counts alone.
+    // The data's direction is given in two places; without data, the one in the request counts
+    // alone.
     const UsbSetup &setup = submit.setup;
     const bool isContradictory = setup.length != 0 && setup.isIn() != submit.isIn();
     const bool hasRoom = setup.length <= submit.length;

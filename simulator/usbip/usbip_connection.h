@@ -1,7 +1,7 @@
 #pragma once
 
 // One connection of a USB/IP client, without its socket: bytes in, bytes out, and a clock that the
-// owner reads. Bounded whatever the other side sends.
+// owner reads. Bounded for any input.
 
 #include <cstdint>
 #include <list>
@@ -31,7 +31,7 @@ class UsbipConnection
 public:
     /** Transfers that wait at a time; one more ends the connection. */
     static constexpr std::size_t MOST_PENDING_TRANSFERS = 64;
-    /** No byte is taken while so many are to be sent; one that comes all the same ends it. */
+    /** No byte is taken while so many are to be sent; one that still comes ends it. */
     static constexpr int MOST_BYTES_TO_SEND = 256 * 1024;
 
     explicit UsbipConnection(UsbipExport &exported);

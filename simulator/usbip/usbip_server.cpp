@@ -1,4 +1,4 @@
-// Sockets and timers; what the bytes mean is the affair of `UsbipConnection`.
+// Sockets and timers; `UsbipConnection` interprets the bytes.
 
 #include "simulator/usbip/usbip_server.h"
 
@@ -55,7 +55,7 @@ public:
     [[nodiscard]] bool isGone() const { return m_isGone; }
     [[nodiscard]] bool hasDevice() const { return m_connection.hasDevice(); }
 
-    /** Reads, answers and sends whatever can be now. */
+    /** Reads, answers and sends all that is possible now. */
     void work()
     {
         if (m_isGone)
@@ -192,7 +192,7 @@ void UsbipServer::welcomeNext()
     }
 }
 
-// Whoever connects and says nothing keeps nobody out.
+// A client that connects and sends nothing does not keep others out.
 bool UsbipServer::makeRoom()
 {
     sweep();

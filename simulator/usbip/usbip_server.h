@@ -1,6 +1,6 @@
 #pragma once
 
-// Exports a simulated device over USB/IP to whoever connects: sockets and timers around
+// Exports a simulated device over USB/IP to its clients: sockets and timers around
 // `UsbipConnection`. Needs a running Qt event loop.
 
 #include <cstdint>

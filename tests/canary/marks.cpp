@@ -164,8 +164,8 @@ bool standsAlone(const QByteArray &bytes, const QByteArray &word, int width)
     return false;
 }
 
-/** The bytes that a text tells as numbers such as 0x5A, one by one. */
-QByteArray toldBytes(const QByteArray &text)
+/** The bytes that a text lists as numbers such as 0x5A, one by one. */
+QByteArray listedBytes(const QByteArray &text)
 {
     QByteArray bytes;
     const QRegularExpression number(QStringLiteral("0x([0-9A-Fa-f]{2})\\b"));
@@ -252,10 +252,10 @@ std::vector<Mark> marksOf(const Card &card)
 
 MarkNames found(const QByteArray &bytes, const std::vector<Mark> &marks)
 {
-    const QByteArray told = toldBytes(bytes);
+    const QByteArray listed = listedBytes(bytes);
     MarkNames names;
     for (const Mark &mark : marks)
-        if (holds(bytes, mark) || holds(told, mark))
+        if (holds(bytes, mark) || holds(listed, mark))
             names.insert(mark.name);
     return names;
 }

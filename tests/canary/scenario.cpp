@@ -88,7 +88,7 @@ Findings Surroundings::findings(const ProcessResult &result, const std::vector<M
         const QString path = files.next();
         search(root.relativeFilePath(path), readFile(path));
         search(root.relativeFilePath(path),
-               QFile::encodeName(root.relativeFilePath(path))); // a name tells, too
+               QFile::encodeName(root.relativeFilePath(path))); // a name can reveal data too
     }
     return findings;
 }

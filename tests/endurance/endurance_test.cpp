@@ -16,7 +16,7 @@ namespace
 {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool KEEPS_WHAT_WAS_FREED = true; ///< the sanitizer, to tell who uses it
+constexpr bool KEEPS_WHAT_WAS_FREED = true; ///< the sanitizer, to report who uses it
 #else
 constexpr bool KEEPS_WHAT_WAS_FREED = false;
 #endif

@@ -26,7 +26,7 @@ constexpr int PLACES = 6;
 
 int reportTo = -1;
 
-void tell(const char *bytes, std::size_t size)
+void send(const char *bytes, std::size_t size)
 {
     while (size > 0) {
         const ssize_t written = ::write(reportTo, bytes, size);
@@ -59,7 +59,7 @@ void tellCrash(int number)
     const int count = ::backtrace(frames.data(), MOST_FRAMES);
     const std::string place = std::string("\n!") + (number == SIGALRM ? "hangs: " : "") +
                               faults::innermostPlaces(frames.data(), count, PLACES);
-    tell(place.data(), place.size());
+    send(place.data(), place.size());
     ::raise(number);
 }
 
@@ -72,7 +72,7 @@ void tellCrash(int number)
         std::signal(number, tellCrash);
     ::alarm(LIMIT_S);
     const QByteArray report = work();
-    tell(report.constData(), static_cast<std::size_t>(report.size()));
+    send(report.constData(), static_cast<std::size_t>(report.size()));
     ::_exit(0);
 }
 

@@ -11,7 +11,7 @@ namespace faults
 
 struct ChildOutcome {
     bool ended = false; ///< by itself, not by a signal
-    QByteArray report;  ///< what it has told
+    QByteArray report;  ///< what it has sent
     QByteArray place;   ///< of a crash: the innermost functions that say something
     int signal = 0;
 };

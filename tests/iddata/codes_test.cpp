@@ -161,5 +161,5 @@ TEST(Record, Decoder_KeepsAReferenceAndCopiesNoBytes)
         EXPECT_FALSE(record.isDetached()) << "shared with the decoder";
         EXPECT_EQ(record.constData(), bytes);
     }
-    EXPECT_TRUE(record.isDetached()) << "given back";
+    EXPECT_TRUE(record.isDetached()) << "released";
 }

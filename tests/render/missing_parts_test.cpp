@@ -119,7 +119,7 @@ long peakMemory()
             return kib;
         }
     }
-    ADD_FAILURE() << "the kernel does not tell";
+    ADD_FAILURE() << "the kernel does not say";
     return 0;
 }
 

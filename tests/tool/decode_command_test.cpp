@@ -153,7 +153,7 @@ TEST_F(Decode, StandardInputThatIsNoRecordIsRefused)
         ProcessInput input;
         input.standardInput = bytes;
         const ProcessResult run = runTool({"decode"}, input);
-        expectEnd(run, 2, "Standard input is no raw card record: ");
+        expectEnd(run, 2, "Standard input is not a raw card record: ");
         EXPECT_THAT(run.output(), IsEmpty());
     }
 }
@@ -164,7 +164,7 @@ TEST_F(Decode, FileThatIsNoRecordIsRefusedWithThePlaceAndWritesNothing)
     record[7] = 1;
     const ProcessResult run = runTool({"decode", file(record), "--out", out()});
     expectEnd(run, 2,
-              "card.rec is no raw card record: at offset 7 (status) it has 01 00 90, "
+              "card.rec is not a raw card record: at offset 7 (status) it has 01 00 90, "
               "where 00 00 90 was expected.\n");
     EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_FALSE(QDir(out()).exists());

@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
                   m.readerLibrary.loading = Loading::NOT_LOADED;
                   m.readerLibrary.files.first().shape = LibraryShape::NO_LIBRARY;
               },
-              Level::FAILURE, "/usr/lib/libmaker.so is no library", "file /usr/lib/libmaker.so"},
+              Level::FAILURE, "/usr/lib/libmaker.so is not a library", "file /usr/lib/libmaker.so"},
         Fault{"some reason of the loader", "reader-library",
               [](Environment &m) {
                   m.readerLibrary.loading = Loading::NOT_LOADED;
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
                   m.readerLibrary.files.first().path = "/it's here/libmaker.so";
                   m.readerLibrary.files.first().shape = LibraryShape::NO_LIBRARY;
               },
-              Level::FAILURE, "/it's here/libmaker.so is no library",
+              Level::FAILURE, "/it's here/libmaker.so is not a library",
               "file '/it'\\''s here/libmaker.so'"},
         Fault{"hanging", "photo-decoder",
               [](Environment &m) {
@@ -256,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(
               Level::WARNING, "is in none of udev's folders",
               "Plug the reader in, then open it, as root:\nidcard-reader-access"},
         Fault{"no rule, but another way in", "usb-rule", [](Environment &m) { m.usb.rule = {}; },
-              Level::WARNING, "this user may use the reader all the same",
+              Level::WARNING, "this user may use the reader anyway",
               "idcard-reader-access --device 1209:0001"},
         Fault{"rule switched off", "usb-rule",
               [](Environment &m) {
@@ -286,7 +286,7 @@ INSTANTIATE_TEST_SUITE_P(
               "Plug the reader in, then open it, as root:\nidcard-reader-access"},
         Fault{"rule not applied", "usb-rule", forbid, Level::FAILURE,
               "has not been applied: the node is not of the group idcard-reader",
-              "plug the reader in anew"},
+              "plug the reader in again"},
         Fault{"no group", "usb-group",
               [](Environment &m) {
                   forbid(m);
@@ -307,7 +307,7 @@ INSTANTIATE_TEST_SUITE_P(
                   m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
               },
               Level::WARNING, "clerk is not in \"idcard-reader\"", "usermod"},
-        Fault{"not logged in anew", "usb-group",
+        Fault{"not logged in again", "usb-group",
               [](Environment &m) {
                   forbid(m);
                   m.usb.group = {"idcard-reader", "clerk", false, true, true, false};

@@ -133,7 +133,7 @@ TEST_F(Doctor, MakersLibraryThatIsCutOffIsAFailure)
 {
     install(readFile(builtLibrary("WRITES")).left(5000));
     const QJsonObject finding =
-        expectFault("reader-library", "failure", "is cut off: 5000 bytes are less than");
+        expectFault("reader-library", "failure", "is cut off: its 5000 bytes are fewer than");
     EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "truncated");
 }
 

@@ -30,30 +30,30 @@ namespace
 
 constexpr int LONG_MS = 60000;
 
-ChildRun runChild(const std::function<void(const Telling &)> &work, int limitMs = LONG_MS)
+ChildRun runChild(const std::function<void(const SendValues &)> &work, int limitMs = LONG_MS)
 {
     return runInChild(work, limitMs);
 }
 
 TEST(DoctorsChild, ThatEndsItsWorkIsDone)
 {
-    const ChildRun run = runChild([](const Telling &tell) {
-        tell({{"part", "one"}, {"count", 1}});
-        tell({{"count", 2}});
+    const ChildRun run = runChild([](const SendValues &send) {
+        send({{"part", "one"}, {"count", 1}});
+        send({{"count", 2}});
     });
     EXPECT_EQ(run.end, ChildRun::End::DONE);
-    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}, {"count", 2}}));
+    EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}, {"count", 2}}));
 }
 
 TEST(DoctorsChild, ThatPrintsWhatLooksLikeItsAnswerDoesNotChangeIt)
 {
-    const ChildRun run = runChild([](const Telling &tell) {
-        tell({{"part", "one"}});
+    const ChildRun run = runChild([](const SendValues &send) {
+        send({{"part", "one"}});
         for (int descriptor = STDOUT_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
             static_cast<void>(write(descriptor, "{\"part\":\"two\"}\n", 15));
     });
     EXPECT_EQ(run.end, ChildRun::End::DONE);
-    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
+    EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}}));
     EXPECT_EQ(run.log.toStdString(), "{\"part\":\"two\"}\n{\"part\":\"two\"}\n");
 }
 
@@ -64,27 +64,27 @@ TEST(DoctorsChild, HasNoFileOfItsParent)
     QFile file(folder.filePath("card"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const int descriptor = file.handle();
-    const ChildRun run = runChild([descriptor](const Telling &tell) {
+    const ChildRun run = runChild([descriptor](const SendValues &send) {
         char byte = 0;
-        tell({{"got", static_cast<int>(pread(descriptor, &byte, 1, 0))}});
+        send({{"got", static_cast<int>(pread(descriptor, &byte, 1, 0))}});
     });
-    EXPECT_EQ(run.told["got"].toInt(), -1);
+    EXPECT_EQ(run.values["got"].toInt(), -1);
 }
 
 TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
 {
-    const ChildRun run = runChild([](const Telling &tell) {
-        tell({{"part", "one"}});
+    const ChildRun run = runChild([](const SendValues &send) {
+        send({{"part", "one"}});
         std::abort();
     });
     EXPECT_EQ(run.end, ChildRun::End::CRASHED);
-    EXPECT_EQ(run.told, (QJsonObject{{"part", "one"}}));
+    EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}}));
     EXPECT_THAT(run.how.toStdString(), HasSubstr("signal 6"));
 }
 
 TEST(DoctorsChild, ThatExitsWithoutEndingItsWorkHasCrashed)
 {
-    const ChildRun run = runChild([](const Telling & /*tell*/) { _exit(0); });
+    const ChildRun run = runChild([](const SendValues & /*send*/) { _exit(0); });
     EXPECT_EQ(run.end, ChildRun::End::CRASHED);
     EXPECT_THAT(run.how.toStdString(), HasSubstr("status 0"));
 }
@@ -94,20 +94,20 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
     QElapsedTimer time;
     time.start();
     const ChildRun run = runChild(
-        [](const Telling &tell) {
+        [](const SendValues &send) {
             const pid_t child = fork();
             if (child == 0) {
                 for (;;)
                     pause();
             }
-            tell({{"grandchild", child}});
+            send({{"grandchild", child}});
             for (;;)
                 pause();
         },
         300);
     EXPECT_EQ(run.end, ChildRun::End::TIMED_OUT);
     EXPECT_LT(time.elapsed(), 5000);
-    const pid_t grandchild = run.told["grandchild"].toInt();
+    const pid_t grandchild = run.values["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
     // It is a zombie until whoever takes orphans in has waited for it.
     const QString status = QStringLiteral("/proc/%1/stat").arg(grandchild);
@@ -123,7 +123,7 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
 
 TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
 {
-    const ChildRun run = runChild([](const Telling & /*tell*/) {
+    const ChildRun run = runChild([](const SendValues & /*send*/) {
         for (int i = 0; i < 100000; ++i)
             static_cast<void>(write(STDERR_FILENO, "noise\n", 6));
     });

@@ -48,7 +48,7 @@ FAILURE  Permission       This user may not open /dev/bus/usb/001/002: mode
 FAILURE  udev rule        /etc/udev/rules.d/69-idcard-reader.rules is for
                           1209:0001, but has not been applied: the node is not
                           of the group idcard-reader
-                          -> Load it, then plug the reader in anew, as root:
+                          -> Load it, then plug the reader in again, as root:
                              udevadm control --reload
                              udevadm trigger --subsystem-match=usb --action=add
 ok       Group            clerk is in "idcard-reader"

@@ -164,7 +164,7 @@ TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
 TEST(SimulatorLibrary, OtherLibraryIsTold)
 {
     expectEnd(readWithSimulator(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so"), 1,
-              "is no simulator");
+              "is not a simulator");
 }
 
 class SimulatorPlace : public testing::TestWithParam<const char *>

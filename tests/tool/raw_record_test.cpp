@@ -82,10 +82,11 @@ TEST_P(RawRecord, AnyOtherByteInTheHeadIsRefusedWithItsPlaceOrWarnedOf)
                 QByteArray changed = record;
                 changed[offset] = static_cast<char>(record.at(offset) ^ change);
                 const RawRecordCheck check = checkRawRecord(withRightChecksum(changed));
-                const QString told = check.isRecord() ? check.warnings.join('\n') : check.problem;
+                const QString reported =
+                    check.isRecord() ? check.warnings.join('\n') : check.problem;
                 const QByteArray found = changed.mid(part.first, part.last - part.first + 1);
                 ASSERT_THAT(
-                    told.toStdString(),
+                    reported.toStdString(),
                     HasSubstr(part.place + found.toHex(' ').toUpper().toStdString() + ", where "))
                     << offset;
                 ASSERT_TRUE(!check.isRecord() || offset == 14) << offset;

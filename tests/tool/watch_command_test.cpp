@@ -94,9 +94,10 @@ TEST(Watch, CardsThatCannotBeReadAreToldAndTheOthersReportedAndTheFirstDecidesTh
     const ProcessResult run = runTool(arguments);
     EXPECT_EQ(run.exitStatus, 6);
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident", "resident", "resident"));
-    const QByteArray told = run.standardError;
-    EXPECT_EQ(told.count("Code: "), 2) << told.toStdString();
-    EXPECT_LT(told.indexOf("Code: -26"), told.indexOf("nothing was read.")) << told.toStdString();
+    const QByteArray printed = run.standardError;
+    EXPECT_EQ(printed.count("Code: "), 2) << printed.toStdString();
+    EXPECT_LT(printed.indexOf("Code: -26"), printed.indexOf("nothing was read."))
+        << printed.toStdString();
 }
 
 TEST(Watch, DescriptionThatIsRefusedIsToldBeforeTheFirstCard)

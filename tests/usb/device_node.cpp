@@ -333,7 +333,7 @@ void DeviceNode::Transfer::cut(int cutStatus)
 
 void DeviceNode::Transfer::lose()
 {
-    if (status != -ESHUTDOWN) // else it tells what was moved before
+    if (status != -ESHUTDOWN) // else it reports what was moved before
         cut(-ESHUTDOWN);
     end = Clock::now();
 }

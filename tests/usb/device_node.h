@@ -64,7 +64,7 @@ private:
         DataRef buffer;
         bool isRead = false;
         simulator::UsbTransfer outcome;
-        int status = 0; ///< as the kernel tells it
+        int status = 0; ///< as the kernel reports it
         bool ends = true;
         Clock::time_point end; ///< when, if it does
 

@@ -66,7 +66,7 @@ void readCard(const FaultCase &row, EmulatedBus &bus, const simulator::VirtualRe
     const bool isRead = reader.fetch_data(out, fp);
     outcome.code = reader.lastError();
     if (isRead != (outcome.code == 0))
-        outcome.complaints << QStringLiteral("fetch_data tells another outcome than the code");
+        outcome.complaints << QStringLiteral("fetch_data and the code disagree");
     if (isRead && (fp == UNTOUCHED || out.size() < 1297))
         outcome.complaints << QStringLiteral("no record in spite of success");
     if (!isRead && (out != "before" || fp != UNTOUCHED))

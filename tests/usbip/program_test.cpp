@@ -126,7 +126,7 @@ TEST(VirtualReaderProgram, WarnsWhenOthersCanReachIt)
 {
     RunningProcess reader(PROGRAM, {"--listen", "0.0.0.0", "--port", "0"});
     EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok listening on 0.0.0.0 port "));
-    EXPECT_TRUE(reader.waitForError("Warning: 0.0.0.0 is no loopback address"));
+    EXPECT_TRUE(reader.waitForError("Warning: 0.0.0.0 is not a loopback address"));
 }
 
 TEST(VirtualReaderProgram, BearsTheIdsThatItIsGiven)

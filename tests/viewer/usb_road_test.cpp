@@ -216,7 +216,7 @@ TEST_F(UsbRoad, EachNewCardByItself_IsReadOnce)
     openOnUsb(true, true);
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
     bus().change([&] { reader().slot().takeCard(); });
-    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read automatically."));
     bus().change([&] { prepare("foreign-new", {}); });
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 2; }));
     EXPECT_EQ(field("Name"), builtInCard("foreign-new").englishName);

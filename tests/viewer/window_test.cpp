@@ -240,7 +240,7 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
         click("takeCard");
         EXPECT_EQ(headline(), "No card lies on the simulator.");
         check("automatic", true);
-        EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+        EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read automatically."));
     }
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 1; }));
@@ -253,7 +253,7 @@ TEST_F(Window, EachNewCardByItself_IsReadOnceAndTheWindowStaysUsable)
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 3; }));
     click("takeCard");
-    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read by itself."));
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read automatically."));
     click("putCard");
     EXPECT_TRUE(waitFor([&] { return model("history")->rowCount() == 4; }));
     check("automatic", false);

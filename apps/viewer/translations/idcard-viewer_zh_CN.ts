@@ -194,7 +194,7 @@
         <translation>通过台式读卡器读取中国身份证件，并在窗口中显示。</translation>
     </message>
     <message>
-        <source>%1 is no option.</source>
+        <source>%1 is not an option.</source>
         <translation>%1 不是有效的选项。</translation>
     </message>
     <message>
@@ -272,7 +272,7 @@
 <context>
     <name>Results</name>
     <message>
-        <source>Mend the program: it must pass seven pointers, though only one record is filled.</source>
+        <source>Fix the program: it must pass seven pointers, though only one record is filled.</source>
         <translation>请修改程序：虽然只会填写一条记录，七个指针都必须传入。</translation>
     </message>
     <message>
@@ -308,7 +308,7 @@
         <translation>没有连接读卡器，当前用户无权使用，读卡器被其他程序占用，或者没有找到读卡器厂商的库，或该库在打开读卡器时出错。读卡时返回 1 的读卡器也会得到这个代码。</translation>
     </message>
     <message>
-        <source>Plug the reader in, end other programs that use it, check the access rights of its device, and see that the reader maker&apos;s library stands beside libidcard_reader_lib.so or where the loader looks for libraries.</source>
+        <source>Plug the reader in, end other programs that use it, check the access rights of its device, and see that the reader maker&apos;s library is beside libidcard_reader_lib.so or where the loader looks for libraries.</source>
         <translation>请插好读卡器，退出正在使用它的其他程序，检查设备的访问权限，并确认读卡器厂商的库与 libidcard_reader_lib.so 在同一文件夹，或位于加载器查找库的位置。</translation>
     </message>
     <message>
@@ -344,7 +344,7 @@
         <translation>证件给出的是压缩的照片，而照片解码库没有找到、出错或拒绝了数据。</translation>
     </message>
     <message>
-        <source>See that the photo decoder&apos;s library stands beside libidcard_reader_lib.so or where the loader looks for libraries; if it does, read the card once more.</source>
+        <source>See that the photo decoder&apos;s library is beside libidcard_reader_lib.so or where the loader looks for libraries; if it does, read the card once more.</source>
         <translation>请确认照片解码库与 libidcard_reader_lib.so 在同一文件夹，或位于加载器查找库的位置；如果已经如此，请再读一次。</translation>
     </message>
     <message>
@@ -412,19 +412,19 @@
         <translation>请将证件平放在读卡器中央，不要移动，移开其他卡片，再读一次。</translation>
     </message>
     <message>
-        <source>Read once more. If it happens again, see with &quot;idcard-reader usb --list&quot; that the ids are those of the reader, and plug the reader in anew.</source>
+        <source>Read once more. If it happens again, see with &quot;idcard-reader usb --list&quot; that the ids are those of the reader, and plug the reader in again.</source>
         <translation>请再读一次。如果仍然出现，请用“idcard-reader usb --list”确认标识是读卡器的标识，并重新插拔读卡器。</translation>
     </message>
     <message>
-        <source>The reader gave no answer within five seconds, or the transfer failed: it hangs, its cable is bad, or the device with these ids is no card reader.</source>
+        <source>The reader gave no answer within five seconds, or the transfer failed: it hangs, its cable is bad, or the device with these ids is not a card reader.</source>
         <translation>读卡器在五秒内没有应答，或传输失败：读卡器已停止响应、线缆不良，或具有该标识的设备不是读卡器。</translation>
     </message>
     <message>
-        <source>The device did not take the whole command: it hangs, its cable is bad, or the device with these ids is no card reader.</source>
+        <source>The device did not take the whole command: it hangs, its cable is bad, or the device with these ids is not a card reader.</source>
         <translation>设备没有收下完整的命令：设备已停止响应、线缆不良，或具有该标识的设备不是读卡器。</translation>
     </message>
     <message>
-        <source>The reader&apos;s answer is no card record.</source>
+        <source>The reader&apos;s answer is not a card record.</source>
         <translation>读卡器的应答不是证件记录。</translation>
     </message>
     <message>
@@ -440,7 +440,7 @@
         <translation>系统没有 USB，或本程序无权访问：libusb 无法初始化。</translation>
     </message>
     <message>
-        <source>See that /dev/bus/usb exists; in a container it must be handed in.</source>
+        <source>See that /dev/bus/usb exists; in a container it must be passed through.</source>
         <translation>请确认 /dev/bus/usb 存在；在容器中运行时须将其传入容器。</translation>
     </message>
     <message>
@@ -452,7 +452,7 @@
         <translation>没有设备列表，或内存不足。</translation>
     </message>
     <message>
-        <source>See that /sys/bus/usb and /dev/bus/usb exist and can be read; in a container both must be handed in.</source>
+        <source>See that /sys/bus/usb and /dev/bus/usb exist and can be read; in a container both must be passed through.</source>
         <translation>请确认 /sys/bus/usb 和 /dev/bus/usb 存在且可读；在容器中运行时须将两者传入容器。</translation>
     </message>
     <message>
@@ -464,7 +464,7 @@
         <translation>排在读卡器之前的某个 USB 设备无法读取描述信息。</translation>
     </message>
     <message>
-        <source>Unplug other USB devices, or plug the reader in anew, and read once more.</source>
+        <source>Unplug other USB devices, or plug the reader in again, and read once more.</source>
         <translation>请拔下其他 USB 设备，或重新插拔读卡器，再读一次。</translation>
     </message>
     <message>
@@ -516,7 +516,7 @@
         <translation>读卡器已打开，但复位后没有恢复。</translation>
     </message>
     <message>
-        <source>No card lies on the reader, it lies beside the antenna, or it is not a card that the reader knows. A device that is no card reader may answer so as well.</source>
+        <source>No card lies on the reader, it lies beside the antenna, or it is not a card that the reader knows. A device that is not a card reader may answer like that too.</source>
         <translation>读卡器上没有证件，证件偏离了感应区，或读卡器不认识该证件。不是读卡器的设备也可能这样应答。</translation>
     </message>
     <message>
@@ -524,7 +524,7 @@
         <translation>读卡器没有应答是否有证件。</translation>
     </message>
     <message>
-        <source>The reader could not be asked for a card.</source>
+        <source>The command to look for a card could not be sent.</source>
         <translation>无法向读卡器发出寻卡命令。</translation>
     </message>
     <message>
@@ -540,7 +540,7 @@
         <translation>读卡器没有应答是否已选中证件。</translation>
     </message>
     <message>
-        <source>The reader could not be told to select the card.</source>
+        <source>The command to select the card could not be sent.</source>
         <translation>无法向读卡器发出选卡命令。</translation>
     </message>
     <message>
@@ -568,7 +568,7 @@
         <translation>找到了证件，但读卡器在五秒内没有给出记录，或传输失败。</translation>
     </message>
     <message>
-        <source>The reader could not be told to read the card.</source>
+        <source>The command to read the card could not be sent.</source>
         <translation>无法向读卡器发出读卡命令。</translation>
     </message>
     <message>
@@ -641,7 +641,7 @@
         <translation>照片</translation>
     </message>
     <message>
-        <source>This screen does not tell its size: the pictures may not be as large as the card.</source>
+        <source>This screen does not report its size: the pictures may not be as large as the card.</source>
         <translation>屏幕没有提供实际尺寸，图像的大小可能与证件不一致。</translation>
     </message>
     <message>
@@ -728,7 +728,7 @@
         <translation>复制全部行(&amp;A)</translation>
     </message>
     <message>
-        <source>Lay a card on the reader; it is read by itself.</source>
+        <source>Lay a card on the reader; it is read automatically.</source>
         <translation>请将证件放在读卡器上，程序会自动读取。</translation>
     </message>
     <message>
@@ -847,7 +847,7 @@
         <translation>USB 设备</translation>
     </message>
     <message>
-        <source>List the USB devices anew</source>
+        <source>List the USB devices again</source>
         <translation>重新列出 USB 设备</translation>
     </message>
     <message>
