@@ -77,7 +77,7 @@ TEST(AccessRule, NamesTheConfiguredIdsAsTheKernelWritesThem)
     EXPECT_TRUE(pattern.match(valueOf("ATTR{idProduct}==")).hasMatch());
 }
 
-TEST(AccessRule, OpensTheNodeToOwnerGroupAndWhoeverSitsThereAlone)
+TEST(AccessRule, OpensTheNodeOnlyToOwnerGroupAndTheUserAtTheMachine)
 {
     EXPECT_EQ(valueOf("MODE="), "0660");
     EXPECT_EQ(valueOf("TAG+="), "uaccess");

@@ -24,7 +24,7 @@ TEST_F(AccessEvaluation, SysusersMakesTheGroup)
     EXPECT_GT(groupNumber().toInt(), 0);
 }
 
-TEST_F(AccessEvaluation, ReaderIsOpenedToTheGroupAndToWhoeverSitsThere)
+TEST_F(AccessEvaluation, ReaderIsOpenedToTheGroupAndToTheUserAtTheMachine)
 {
     if (!mayMakeFileTrees())
         GTEST_SKIP() << "this machine lets no test make a file tree of its own";

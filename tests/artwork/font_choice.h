@@ -1,6 +1,6 @@
 #pragma once
 
-// Tells which installed fonts Qt takes for the two families that the card pictures name. The
+// Finds which installed fonts Qt takes for the two families that the card pictures name. The
 // program's main function; FONTCONFIG_FILE says which fonts there are.
 
 #include <QString>

@@ -1,5 +1,5 @@
-// Where what a card says comes out: everywhere it is asked for, and nowhere else.
-// docs/personal-data.md tells the same to people.
+// Where card data comes out: in every requested place, and nowhere else.
+// docs/personal-data.md lists the same for people.
 
 #include <chrono>
 #include <csignal>
@@ -29,7 +29,7 @@ using testing::Not;
 const MarkNames CHIP_ONLY = {"issueCount", "nationalityCode", "cardVersion", "authorityCode"};
 /** What the decoders of a raw record leave aside. */
 const MarkNames NOT_DECODED = {"cardVersion", "authorityCode", "cardExtra"};
-/** What a raw record has codes for, and what cannot be told from the digits that stand beside it.
+/** What a raw record has codes for, and what cannot be distinguished from the digits beside it.
  */
 const MarkNames NOT_IN_RECORD = {"sex",        "ethnicGroup",     "nationality",
                                  "issueCount", "nationalityCode", "authorityCode"};
@@ -171,12 +171,12 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CanaryOnUsb, testing::ValuesIn(cards()), nameOfK
 
 // The library in a host that prints nothing and shows everything that is logged.
 
-TEST_P(Canary, ReadIDCard_TellsNothing)
+TEST_P(Canary, ReadIDCard_RevealsNothing)
 {
     EXPECT_THAT(host({"read"}, simulator()), IsEmpty());
 }
 
-TEST_P(Canary, ReadIDCardThatFails_TellsNothing)
+TEST_P(Canary, ReadIDCardThatFails_RevealsNothing)
 {
     const struct {
         const char *fault;
@@ -201,7 +201,7 @@ TEST_P(Canary, Decoders_LogWhatIsDocumented)
     EXPECT_EQ(host({"decode", recordFile()}, simulator()), expected);
 }
 
-TEST_P(Canary, DecodersWithTheLogOff_TellNothing)
+TEST_P(Canary, DecodersWithTheLogOff_RevealNothing)
 {
     QMap<QString, QString> environment = simulator();
     environment["QT_LOGGING_RULES"] = "default.debug=false";
@@ -218,7 +218,7 @@ TEST_P(Canary, SavedPrints_AreInTheirFileAlone)
     EXPECT_EQ(host({"prints", recordFile()}, environment), expected);
 }
 
-TEST_P(CanaryOnUsb, Library_TellsNothing)
+TEST_P(CanaryOnUsb, Library_RevealsNothing)
 {
     plugIn({});
     const ProcessResult result = runOnBus("canary_host", {"usb"});
@@ -241,7 +241,7 @@ TEST_P(Canary, ReadWithFiles_SavesThemInTheirFolderAlone)
     EXPECT_EQ(tool({"read", "--simulate", cardFile(), "--json", "--out", "card"}, 0), expected);
 }
 
-TEST_P(Canary, ReadThatFails_TellsNothing)
+TEST_P(Canary, ReadThatFails_RevealsNothing)
 {
     const struct {
         const char *fault;
@@ -272,7 +272,7 @@ TEST_P(Canary, ReadIntoAFileInPlaceOfAFolder_PrintsTheTextsAlone)
               (Findings{{"stdout", readTexts()}}));
 }
 
-TEST_P(Canary, ReadWithoutStandardOutput_TellsNothing)
+TEST_P(Canary, ReadWithoutStandardOutput_RevealsNothing)
 {
     RunningProcess run("idcard-reader", {"read", "--simulate", cardFile(), "--verbose"},
                        surroundings().processInput());
@@ -280,7 +280,7 @@ TEST_P(Canary, ReadWithoutStandardOutput_TellsNothing)
     EXPECT_THAT(findings(run.result()), IsEmpty());
 }
 
-TEST_P(Canary, InterruptedRead_TellsNothing)
+TEST_P(Canary, InterruptedRead_RevealsNothing)
 {
     RunningProcess run("idcard-reader",
                        {"read", "--simulate", cardFile(), "--fault", "delay-ms=3000", "--out",
@@ -313,7 +313,7 @@ TEST_P(Canary, Decode_PrintsTheTextsAndSavesThemInTheirFolderAlone)
               expected);
 }
 
-TEST_P(Canary, DecodeOfADamagedRecord_TellsNothing)
+TEST_P(Canary, DecodeOfADamagedRecord_RevealsNothing)
 {
     QByteArray cut = rawRecord();
     cut.chop(1);
@@ -355,29 +355,29 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CanaryUsbFailure, testing::ValuesIn(cards()), nameOfKind);
 
-TEST_P(CanaryUsbFailure, AnswerCut_TellsNothing)
+TEST_P(CanaryUsbFailure, AnswerCut_RevealsNothing)
 {
     expectNothing("read-answer-cut=900");
 }
 
-TEST_P(CanaryUsbFailure, AnswerCorrupted_TellsNothing)
+TEST_P(CanaryUsbFailure, AnswerCorrupted_RevealsNothing)
 {
     expectNothing("read-answer-corrupted=5");
 }
 
-TEST_P(CanaryUsbFailure, AnswerTooLong_TellsNothing)
+TEST_P(CanaryUsbFailure, AnswerTooLong_RevealsNothing)
 {
     expectNothing("read-answer-too-long");
 }
 
-TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_TellsNothing)
+TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_RevealsNothing)
 {
     expectNothing("unplugged-during=6");
 }
 
 // The window.
 
-TEST_P(Canary, Window_TellsNothing)
+TEST_P(Canary, Window_RevealsNothing)
 {
     RunningProcess run("idcard-viewer", {"--simulate", cardFile(), "--auto"},
                        surroundings().processInput({{"QT_LOGGING_RULES", "*.debug=true"}}));
@@ -401,7 +401,7 @@ TEST_P(Canary, Crash_LeavesNoCoreFile)
 
 // The reader over USB/IP.
 
-TEST_P(Canary, VirtualReader_TellsNothing)
+TEST_P(Canary, VirtualReader_RevealsNothing)
 {
     RunningProcess run("idcard-virtual-reader",
                        {"--port", "0", "--card", cardFile(), "--until-end-of-input"},

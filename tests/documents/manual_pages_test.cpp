@@ -149,7 +149,7 @@ TEST(ManualPages, ExportedClasses_AreAllComparedWithTheirHeaders)
                                 QStringLiteral("^class (\\w+)$")));
 }
 
-TEST(ManualPages, PublicMembersOfTheHeaders_StandInTheSynopsisAndNoOthers)
+TEST(ManualPages, PublicMembersOfTheHeaders_AreInTheSynopsisAndNoOthers)
 {
     QMap<QString, Names> declared;
     for (const DocumentedClass &row : CLASSES) {
@@ -188,7 +188,7 @@ TEST(ManualPages, FunctionsOfTheSynopsis_AreDescribed)
     }
 }
 
-TEST(ManualPages, ResultCodes_StandThereWithTheirNumbers)
+TEST(ManualPages, ResultCodes_AreListedWithTheirNumbers)
 {
     const struct {
         const char *header;

@@ -92,7 +92,7 @@ TEST_F(ClosedLibraryDoor, NeitherLibraryThere_LoadsAndFailsToOpen)
     EXPECT_EQ(out, "打开读卡器失败，错误码：-1\n");
 }
 
-TEST_F(ClosedLibraryDoor, NeitherLibraryThere_TellsInOneLineWhichFileWasLookedFor)
+TEST_F(ClosedLibraryDoor, NeitherLibraryThere_ReportsInOneLineWhichFileWasLookedFor)
 {
     probe();
     EXPECT_EQ(linesWith(err, READER_FILE.toStdString()), 1) << err;
@@ -130,7 +130,7 @@ TEST_F(ClosedLibraryDoor, FileBesideThatIsNoLibrary_GivesWayToTheLoadersPath)
     EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=first\n");
 }
 
-TEST_F(ClosedLibraryDoor, FileThatIsNoLibrary_IsToldWithTheLoadersReason)
+TEST_F(ClosedLibraryDoor, FileThatIsNoLibrary_IsReportedWithTheLoadersReason)
 {
     writeFile(here(READER_FILE), "not a library");
     probe();
@@ -170,7 +170,7 @@ TEST_F(ClosedLibraryDoor, DefinitionsTakenAwayAgain_GiveWayToTheMakersLibrary)
                                          "probe: result=0 kind=0 name=first\n");
 }
 
-TEST_F(ClosedLibraryDoor, MissingDecoder_LeavesThePhotoUndecodedAndIsTold)
+TEST_F(ClosedLibraryDoor, MissingDecoder_LeavesThePhotoUndecodedAndIsReported)
 {
     copyHere(FIRST + READER_FILE);
     probe();

@@ -1,10 +1,10 @@
-// Loads the library given by path and reads one card through it; tells the outcome on standard
+// Loads the library given by path and reads one card through it; prints the outcome on standard
 // error, since standard output belongs to the library's own messages.
 //
 // Usage: door_probe LIBRARY [global FILE | passing FILE | unload]
 //   global FILE  loads FILE for the whole process after the library was loaded
 //   passing FILE the same, and reads once more after FILE was closed again
-//   unload       closes the library after the read and tells whether it is gone
+//   unload       closes the library after the read and prints whether it is gone
 
 #include "api/idcard_reader_api.h"
 

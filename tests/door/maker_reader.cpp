@@ -1,5 +1,5 @@
 // Stand-in for the reader maker's shared object: one resident card with a compressed photo, whose
-// holder's name tells which file was loaded.
+// holder's name shows which file was loaded.
 
 #include "common/closed_functions.h"
 

@@ -43,7 +43,7 @@ std::unique_ptr<endurance::Operation> operationOf(const QString &name, QString *
     return nullptr;
 }
 
-/** Runs operations `first` to `end`; a problem is told and ends it. */
+/** Runs operations `first` to `end`; a problem is reported and ends it. */
 bool runWindow(endurance::Operation *operation, std::uint64_t first, std::uint64_t end,
                Window *window)
 {

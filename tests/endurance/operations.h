@@ -1,6 +1,6 @@
 #pragma once
 
-// What is done again and again: each operation does one and tells whether it ended as it had to.
+// What is done again and again: each operation does one and returns whether it ended as it had to.
 
 #include <cstdint>
 #include <memory>

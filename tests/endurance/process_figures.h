@@ -1,6 +1,6 @@
 #pragma once
 
-// What a process holds, as the kernel tells it.
+// What a process holds, as the kernel reports it.
 
 namespace endurance
 {

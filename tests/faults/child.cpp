@@ -48,7 +48,7 @@ void endSoon()
     ::alarm(LIMIT_S);
 }
 
-/** Tells where the child crashes. Not what a handler may do, but the child is lost anyhow. */
+/** Reports where the child crashes. Not what a handler may do, but the child is lost anyhow. */
 void tellCrash(int number)
 {
     std::signal(number, SIG_DFL);

@@ -84,7 +84,7 @@ TEST_P(ConverterCall, ConversionFails_LeavesThisTextOutAndNoOther)
     expectOneTextMissing("iconv", EINVAL);
 }
 
-TEST_P(ConverterCall, OpenHasNoMemory_IsToldAsBadAlloc)
+TEST_P(ConverterCall, OpenHasNoMemory_IsReportedAsBadAlloc)
 {
     const int count = callsOf("iconv_open");
     for (int position = 1; position <= count; ++position) {

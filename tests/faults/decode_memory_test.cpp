@@ -37,7 +37,7 @@ End endOf(const std::function<void()> &call)
 
 /**
  * Calls with the allocation at every position failing, until there is none; `check` judges each,
- * `reset` gives back what the call has delivered. Returns how many allocations there were.
+ * `reset` releases what the call has delivered. Returns how many allocations there were.
  */
 long sweep(Extent extent, const std::function<void()> &call,
            const std::function<void(End end, long position)> &check,
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Runs first, when no converter was ever opened: the C library still has to load it, and when it
 // has no memory for that, it says that there is no such converter.
-TEST(FirstDecoding, MemoryRunsOutWhileTheConverterIsLoaded_IsToldUnlessTheCLibraryHidesIt)
+TEST(FirstDecoding, MemoryRunsOutWhileTheConverterIsLoaded_IsReportedUnlessTheCLibraryHidesIt)
 {
     const QByteArray frame = goldenRecord(QStringLiteral("resident")).frame;
     const auto decode = [&frame](long position) {
@@ -174,11 +174,11 @@ TEST_P(Decoding, KindWhileMemoryRunsOut_IsTheCardsOrBadAlloc)
     ID_TYPE whole = ID_TYPE_CN;
     decoder->parseIDType(text, &whole);
     auto type = static_cast<ID_TYPE>(77);
-    bool isTold = false;
+    bool isReported = false;
     sweep(
-        extent, [&] { isTold = decoder->parseIDType(text, &type); },
+        extent, [&] { isReported = decoder->parseIDType(text, &type); },
         [&](End end, long position) {
-            EXPECT_TRUE(end == End::BAD_ALLOC ? type == 77 : isTold && type == whole)
+            EXPECT_TRUE(end == End::BAD_ALLOC ? type == 77 : isReported && type == whole)
                 << "allocation " << position;
         },
         [&] { type = static_cast<ID_TYPE>(77); });

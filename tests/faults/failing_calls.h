@@ -13,7 +13,7 @@ struct FailingCall {
     int error;            ///< errno afterwards
 };
 
-/** From now on this call fails, and calls are counted anew. */
+/** From now on this call fails, and the count of calls restarts. */
 void setFailingCall(const FailingCall &call);
 
 /** How often the library has called the function that was set. */

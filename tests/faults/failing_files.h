@@ -25,7 +25,7 @@ struct FailingFileCall {
 inline constexpr const char *FILE_FUNCTIONS[] = {"open",   "write",  "fsync", "close", "link",
                                                  "rename", "unlink", "mkdir", "rmdir"};
 
-/** From now on these calls fail, and calls are counted anew. */
+/** From now on these calls fail, and the count of calls restarts. */
 void setFailingFileCalls(const std::vector<FailingFileCall> &calls);
 
 /** How often the function of the first, or of the last, that was set has been called. */

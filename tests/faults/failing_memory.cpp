@@ -230,7 +230,7 @@ std::string fileName(const char *path)
     return text.substr(text.rfind('/') + 1);
 }
 
-/** Whether `place` says where memory is asked for or an error is thrown, not what for. */
+/** Whether `place` says where memory is requested or an error is thrown, not what for. */
 bool isMachinery(const std::string &place)
 {
     constexpr const char *BEGINNINGS[] = {"libstdc++", "libgcc_s", "faults_", "libc.so.6+"};

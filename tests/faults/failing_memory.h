@@ -48,7 +48,7 @@ private:
     bool m_before;
 };
 
-/** Forgets every block and begins a new account; `withPlaces` tells where each comes from. */
+/** Forgets every block and begins a new account; `withPlaces` records where each comes from. */
 void startAccount(bool withPlaces);
 
 /** Forgets every block for good; for a signal handler, which may have interrupted the account. */

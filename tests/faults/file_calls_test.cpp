@@ -1,5 +1,5 @@
 // Every call that writes a file, of the programs and of the library, failing in turn: all files are
-// there or none, what was there before stays, and the failure is told.
+// there or none, what was there before stays, and the failure is reported.
 
 #include <algorithm>
 #include <cerrno>
@@ -71,7 +71,7 @@ protected:
         return {function, position, GetParam().error, base.path().toStdString()};
     }
 
-    /** Writes the new files while these calls fail. Returns what was told. */
+    /** Writes the new files while these calls fail. Returns what was reported. */
     std::string writeWith(const std::vector<FailingFileCall> &failing) const
     {
         setFailingFileCalls(failing);
@@ -99,7 +99,7 @@ protected:
     void clear() const { QDir(folder()).removeRecursively(); }
 
     /** What the problem must say: which file, why, and what to do. */
-    void expectTold(const std::string &problem) const
+    void expectReported(const std::string &problem) const
     {
         EXPECT_THAT(problem, HasSubstr(folder().toStdString()));
         EXPECT_THAT(problem, HasSubstr("could not be "));
@@ -107,8 +107,9 @@ protected:
                                             HasSubstr("choose another folder")));
     }
 
-    /** A file that could not be removed is there; unless it is empty, it must have been told. */
-    static void takeAwayWhatIsTold(State &state, const MessageLog &log)
+    /** A file that could not be removed is there; unless it is empty, it must have been reported.
+     */
+    static void takeAwayWhatIsReported(State &state, const MessageLog &log)
     {
         for (auto file = state.begin(); file != state.end();) {
             if (file->first.front() != '.') {
@@ -122,8 +123,9 @@ protected:
         }
     }
 
-    /** After two failures: no content is gone, and what lies elsewhere or too much is told. */
-    void expectThereOrTold(const State &wanted, const MessageLog &log) const
+    /** After two failures: no content is gone, and what is left elsewhere or too much is reported.
+     */
+    void expectThereOrReported(const State &wanted, const MessageLog &log) const
     {
         const State state = folderState(folder());
         for (const auto &[name, content] : wanted) {
@@ -165,7 +167,7 @@ TEST_P(FileCall, FailsInANewFolder_AllFilesAreThereOrNothingIs)
             EXPECT_EQ(folderState(folder()), NEW_STATE);
             continue;
         }
-        expectTold(problem);
+        expectReported(problem);
         EXPECT_FALSE(QDir(folder()).exists()) << testing::PrintToString(folderState(folder()));
     }
 }
@@ -182,15 +184,15 @@ TEST_P(FileCall, FailsWhereFilesAreReplaced_TheNewOnesAreThereOrTheOldOnes)
         const MessageLog log;
         const std::string problem = write(position);
         if (!problem.empty())
-            expectTold(problem);
+            expectReported(problem);
         State state = folderState(folder());
         if (GetParam().function == "unlink")
-            takeAwayWhatIsTold(state, log);
+            takeAwayWhatIsReported(state, log);
         EXPECT_EQ(state, problem.empty() ? replaced() : OLD_STATE);
     }
 }
 
-TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndWhatIsLeftElsewhereIsTold)
+TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndLeftoversAreReported)
 {
     makeOldFiles();
     write(0);
@@ -207,7 +209,7 @@ TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndWhatIsLef
                 const std::string problem =
                     writeWith({call(GetParam().function, position), call(function, second)});
                 left = madeOfLast;
-                expectThereOrTold(problem.empty() ? replaced() : OLD_STATE, log);
+                expectThereOrReported(problem.empty() ? replaced() : OLD_STATE, log);
             }
         }
     }
@@ -295,14 +297,14 @@ TEST_P(ToolFileCall, Fails_StatusSevenNothingLeftAndTheCardIsPrintedAllTheSame)
     EXPECT_FALSE(QDir(folder).exists());
 }
 
-TEST_F(FingerprintFile, CannotBeOpened_IsToldAndTheEarlierOneStays)
+TEST_F(FingerprintFile, CannotBeOpened_IsReportedAndTheEarlierOneStays)
 {
     writeFile(QString::fromLatin1(NAME), "earlier");
     EXPECT_THAT(save("open", EACCES), ElementsAre(BEFORE, "Failed to open the file for writing."));
     EXPECT_EQ(readFile(QString::fromLatin1(NAME)), "earlier");
 }
 
-TEST_F(FingerprintFile, CannotBeWritten_IsToldWithWhatIsMissing)
+TEST_F(FingerprintFile, CannotBeWritten_IsReportedWithWhatIsMissing)
 {
     for (const int error : ERRORS)
         EXPECT_THAT(save("write", error),

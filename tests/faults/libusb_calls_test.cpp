@@ -1,5 +1,5 @@
 // Every call of libusb in a card read failing with every code that libusb has: the code that the
-// host is told, the log, and what is given back.
+// host sees, the log, and what is released.
 
 #include <set>
 
@@ -69,7 +69,7 @@ const std::vector<Call> &calls()
     return rows;
 }
 
-/** What of libusb cannot fail: it gives back or tells. */
+/** What of libusb cannot fail: it releases or reports. */
 const std::set<std::string> WITHOUT_FAILURE = {
     "libusb_close", "libusb_error_name",       "libusb_event_handler_active",
     "libusb_exit",  "libusb_free_device_list", "libusb_unlock_events"};
@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(OfARead, LibusbCall, testing::ValuesIn(calls()), [](con
 
 } // namespace
 
-TEST_P(LibusbCall, FailsWithAnyCode_IsToldAndEverythingIsGivenBack)
+TEST_P(LibusbCall, FailsWithAnyCode_IsReportedAndEverythingIsReleased)
 {
     for (const int error : CODES) {
         SCOPED_TRACE(libusb_error_name(error));

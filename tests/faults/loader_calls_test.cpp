@@ -90,7 +90,7 @@ TEST_F(LoaderCall, Dlopen_FailsTheStepThatNeedsIt)
                                      0, IDCARD_RESULT_PHOTO_NOT_DECODED));
 }
 
-TEST_F(LoaderCall, Dlopen_IsToldWithTheLoadersReason)
+TEST_F(LoaderCall, Dlopen_IsReportedWithTheLoadersReason)
 {
     setFailingCall({"dlopen", 2, 0});
     const MessageLog log;

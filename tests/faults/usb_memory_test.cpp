@@ -1,5 +1,5 @@
 // A card read over USB, from the search on the bus to the closing of the reader, with every
-// allocation failing in turn: a documented code, nothing thrown, everything given back.
+// allocation failing in turn: a documented code, nothing thrown, everything released.
 
 #include <iostream>
 #include <map>
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(Extents, UsbMemory, testing::Values(Extent::ONE, Extent
 
 } // namespace
 
-TEST_P(UsbMemory, RunsOut_ACodeIsGivenAndEverythingGivenBack)
+TEST_P(UsbMemory, RunsOut_ACodeIsGivenAndEverythingReleased)
 {
     const QuietLog quiet;
     UsbRead whole;

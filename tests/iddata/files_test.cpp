@@ -104,7 +104,7 @@ TEST_F(Files, OnePrint_IsWrittenAsItIs)
     }
 }
 
-TEST_F(Files, NoPrint_IsToldAndNoFileIsTouched)
+TEST_F(Files, NoPrint_IsReportedAndNoFileIsTouched)
 {
     const MessageLog log;
     decoder->saveFpRawDataToFile(FP_INFO_NONE, nullptr);
@@ -180,7 +180,7 @@ TEST_F(Files, HostsMessageHandlerThatThrows_CostsTheLineAndNothingElse)
     EXPECT_EQ(readFile(FILE_NAME), "b");
 }
 
-TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
+TEST_F(Files, DiskThatFillsUp_IsReportedWithBothCounts)
 {
     Prints prints(1024, GuardedBytes::GUARD_AFTER);
     const MessageLog log;
@@ -196,7 +196,7 @@ TEST_F(Files, DiskThatFillsUp_IsToldWithBothCounts)
     EXPECT_EQ(readFile(FILE_NAME), prints.bytes().left(100));
 }
 
-TEST_F(Files, FullDisk_IsToldToHaveTakenNothing)
+TEST_F(Files, FullDisk_IsReportedAsHavingTakenNothing)
 {
     Prints prints(512, GuardedBytes::GUARD_AFTER);
     const MessageLog log;
@@ -221,7 +221,7 @@ TEST_F(Files, LengthOfZeroOrLess_MakesAnEmptyFile)
     }
 }
 
-TEST_F(Files, HostWithoutStandardInput_HasItsFileWrittenAllTheSame)
+TEST_F(Files, HostWithoutStandardInput_StillHasItsFileWritten)
 {
     unsigned char bytes[] = {1, 2, 3};
     const int standardInput = ::dup(STDIN_FILENO);
@@ -280,7 +280,7 @@ TEST_F(Files, PathWithChineseCharacters_IsWritten)
     EXPECT_EQ(readFile(QStringLiteral("指纹.dat")), QByteArray("\x01\x00\x02", 3));
 }
 
-TEST_F(Files, FileExist_TellsWhetherItDoes)
+TEST_F(Files, FileExist_ReturnsWhetherItDoes)
 {
     const MessageLog log;
     EXPECT_FALSE(CCommon::fileExist(QStringLiteral("file")));

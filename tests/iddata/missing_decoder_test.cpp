@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-TEST(PhotoWithoutADecoder, Photo_IsToldToBeUndecodableAndLeavesTheOutput)
+TEST(PhotoWithoutADecoder, Photo_IsReportedAsUndecodableAndLeavesTheOutput)
 {
     Decoder decoder;
     GuardedBytes wlt(1024, GuardedBytes::GUARD_AFTER);

@@ -68,7 +68,7 @@ std::string nameOf(const char *code)
 
 } // namespace
 
-TEST(CountryTable, Alpha3Codes_StandInTheirOrder)
+TEST(CountryTable, Alpha3Codes_AreInTheirOrder)
 {
     std::string all;
     for (const auto &row : COUNTRY_CODE_LIST)

@@ -28,7 +28,7 @@ void expectOrder(std::initializer_list<std::string Record::*> fields, std::size_
 
 } // namespace
 
-TEST(ResidentRecord, Fields_StandInTheirOrder)
+TEST(ResidentRecord, Fields_AreInTheirOrder)
 {
     using R = _tagIDCARD_INFO_ALL_CN;
     static R record;
@@ -43,7 +43,7 @@ TEST(ResidentRecord, Fields_StandInTheirOrder)
     EXPECT_EQ(sizeof(record.fpInfoType), 4U);
 }
 
-TEST(HmtRecord, Fields_StandInTheirOrder)
+TEST(HmtRecord, Fields_AreInTheirOrder)
 {
     using R = _tagIDCARD_INFO_ALL_HMT;
     static R record;
@@ -54,7 +54,7 @@ TEST(HmtRecord, Fields_StandInTheirOrder)
                                             reinterpret_cast<char *>(&record)));
 }
 
-TEST(Foreign2017Record, Fields_StandInTheirOrder)
+TEST(Foreign2017Record, Fields_AreInTheirOrder)
 {
     using R = _tagIDCARD_INFO_ALL_FOREIGN_2017;
     static R record;
@@ -65,7 +65,7 @@ TEST(Foreign2017Record, Fields_StandInTheirOrder)
                                             reinterpret_cast<char *>(&record)));
 }
 
-TEST(ForeignNewRecord, Fields_StandInTheirOrder)
+TEST(ForeignNewRecord, Fields_AreInTheirOrder)
 {
     using R = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
     static R record;

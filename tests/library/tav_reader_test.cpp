@@ -118,7 +118,7 @@ TEST_F(TavReader, CardOnTheReader_IsReadOnceAndThePortClosed)
     EXPECT_EQ(printed, "");
 }
 
-TEST_F(TavReader, PortThatDoesNotOpen_IsToldAndNeverClosed)
+TEST_F(TavReader, PortThatDoesNotOpen_IsReportedAndNeverClosed)
 {
     expectOpen(-77);
 
@@ -312,7 +312,7 @@ TEST_F(TavReader, ThrowingClose_DoesNotLeaveTheDestructor)
     const CTavReader reader;
 }
 
-TEST_F(TavReader, LocaleWithoutChinese_StillTellsTheCode)
+TEST_F(TavReader, LocaleWithoutChinese_StillReportsTheCode)
 {
     expectOpen(-1);
     setenv("LC_ALL", "C", 1);

@@ -135,7 +135,7 @@ TEST(CardTemplate, RowsOfAnyWidth_AreAsQtReadsThem)
         }
 }
 
-TEST(CardTemplate, PixelsFurtherBehindTheHeaders_AreFoundWhereTheFileTells)
+TEST(CardTemplate, PixelsFurtherBehindTheHeaders_AreFoundWhereTheFileSays)
 {
     MadeBmp bmp;
     bmp.offset = 70;
@@ -165,7 +165,7 @@ TEST(CardTemplate, Density_ReachesThePicture)
         bmp.dotsPerMeterX = bmp.dotsPerMeterY = DOTS_PER_METER;
         const PictureResource card(bmp.file(), QString::fromLatin1(side.templatePath));
         const QImage picture = decodedPicture(side.make(QByteArray()));
-        // A JPEG file tells it in whole dots per inch.
+        // A JPEG file has it in whole dots per inch.
         EXPECT_NEAR(picture.dotsPerMeterX(), DOTS_PER_METER, 1) << side.name;
         EXPECT_NEAR(picture.dotsPerMeterY(), DOTS_PER_METER, 1) << side.name;
     }

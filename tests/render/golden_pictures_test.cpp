@@ -94,7 +94,7 @@ QString goldenName(const QString &card, unsigned int kind, const char *side)
 }
 
 /**
- * The picture in the tree as it must be on this run's screen. The head of a JPEG file tells the
+ * The picture in the tree as it must be on this run's screen. The head of a JPEG file has the
  * screen's resolution; nothing else of the kinds that are laid out in pixels depends on it.
  */
 QByteArray onThisScreen(QByteArray golden, unsigned int kind)

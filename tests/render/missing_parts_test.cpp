@@ -242,7 +242,7 @@ TEST(Photo, GifOnAHugeCanvas_IsLeftOut)
     }
 }
 
-TEST(Photo, IconWithALargerPngThanItTells_IsLeftOut)
+TEST(Photo, IconWithALargerPngThanItDeclares_IsLeftOut)
 {
     QImage huge(4200, 4200, QImage::Format_Mono);
     huge.fill(0);

@@ -185,7 +185,7 @@ TEST_F(SimulatedReader, CardTakenBetweenFindAndRead_IsGone)
     EXPECT_EQ(session.read().code, VendorCode::VENDOR_CARD_REMOVED);
 }
 
-TEST_F(SimulatedReader, CardExchangedBetweenFindAndRead_MustBeFoundAnew)
+TEST_F(SimulatedReader, CardExchangedBetweenFindAndRead_MustBeFoundAgain)
 {
     ReaderSession session;
     ASSERT_EQ(session.find(), KVO_SUCCESS);
@@ -195,7 +195,7 @@ TEST_F(SimulatedReader, CardExchangedBetweenFindAndRead_MustBeFoundAnew)
     EXPECT_EQ(session.read().info.kind, CARD_INFO_KIND_HMT);
 }
 
-TEST_F(SimulatedReader, PutUnusableCard_TellsWhyAndLeavesTheCard)
+TEST_F(SimulatedReader, PutUnusableCard_SaysWhyAndLeavesTheCard)
 {
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_put_card("no-such-card", message, sizeof message), -1);
@@ -223,7 +223,7 @@ TEST_F(SimulatedReader, PutPlainCard_HasNoneOfItsFaultsButThoseSetBesideIt)
     EXPECT_EQ(readOnce().code, 7);
 }
 
-TEST_F(SimulatedReader, PutUnusablePlainCard_TellsWhyAndLeavesTheCard)
+TEST_F(SimulatedReader, PutUnusablePlainCard_SaysWhyAndLeavesTheCard)
 {
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_put_plain_card("no-such-card", message, sizeof message), -1);
@@ -239,7 +239,7 @@ TEST_F(SimulatedReader, PutNullOrEmptyName_IsRefused)
     EXPECT_EQ(idcard_simulator_put_card("", nullptr, 0), -1);
 }
 
-TEST_F(SimulatedReader, SetUnknownFaults_TellsWhyAndLeavesTheFaults)
+TEST_F(SimulatedReader, SetUnknownFaults_SaysWhyAndLeavesTheFaults)
 {
     ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
     char message[4096] = "";

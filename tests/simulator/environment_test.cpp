@@ -101,7 +101,7 @@ TEST_F(Environment, Faults_AreAddedToThoseOfTheCard)
     EXPECT_EQ(readOnce().code, 12);
 }
 
-TEST_F(Environment, UnusableCard_FailsTheOpeningAndIsToldOnStandardErrorEachTime)
+TEST_F(Environment, UnusableCard_FailsTheOpeningAndIsReportedOnStandardErrorEachTime)
 {
     set("no-such-card", nullptr);
     for (int i = 0; i < 2; ++i) {
@@ -114,7 +114,7 @@ TEST_F(Environment, UnusableCard_FailsTheOpeningAndIsToldOnStandardErrorEachTime
     EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
-TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreToldOnStandardError)
+TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreReportedOnStandardError)
 {
     set("resident", "dealy-ms=5");
     testing::internal::CaptureStderr();
@@ -124,7 +124,7 @@ TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreToldOnStandardError)
                            "fault \"dealy-ms=5\" is not known; known faults: "));
 }
 
-TEST_F(Environment, FaultsOfAReaderOnUsb_FailTheOpeningAndAreToldOnStandardError)
+TEST_F(Environment, FaultsOfAReaderOnUsb_FailTheOpeningAndAreReportedOnStandardError)
 {
     set("resident", "no-card=1,unplugged");
     testing::internal::CaptureStderr();

@@ -179,7 +179,7 @@ TEST(Faults, ExchangeFaultWithoutItsExchange_IsNotKnown)
         EXPECT_THAT(refusal(text), HasSubstr("is not known"));
 }
 
-TEST(Faults, UnknownFault_TellsWhatStandsForTheExchanges)
+TEST(Faults, UnknownFault_ExplainsTheLetterOfTheExchanges)
 {
     EXPECT_THAT(refusal("lookup"), testing::EndsWith("(E: lookup, select or read)"));
 }

@@ -154,7 +154,7 @@ TEST_P(RawRecord, AnswerOfBuiltInCard_HasItsBlocksInARightFrame)
 
 INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(sourceCardParameters()), testNameOf);
 
-TEST(RawRecordText, FieldsThatNoOtherRecordHas_StandThere)
+TEST(RawRecordText, FieldsThatNoOtherRecordHas_ArePresent)
 {
     CardDescription card;
     card.kind = CardKind::FOREIGN2017;
@@ -168,7 +168,7 @@ TEST(RawRecordText, FieldsThatNoOtherRecordHas_StandThere)
               QByteArray("H\0001\0002\0003\0004\0005\0006\0007\0008\0000\0007\000", 22));
 }
 
-TEST(RawRecordText, ChineseCharacter_StandsLowByteFirst)
+TEST(RawRecordText, ChineseCharacter_HasTheLowByteFirst)
 {
     CardDescription card;
     card.name = QString::fromUtf8("汉");
@@ -208,7 +208,7 @@ TEST(RawRecordAnswer, UnknownKind_HasALetterThatNoDocumentHas)
     }
 }
 
-TEST(RawRecordAnswer, PhotoLength_IsOnlyTold)
+TEST(RawRecordAnswer, PhotoLength_IsOnlyReported)
 {
     for (const int length : {0, 500, 1023, 38862}) {
         Faults faults;

@@ -103,7 +103,7 @@ TEST_F(ReaderFaults, TransientFailures_AreCountedAcrossOpenings)
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
-TEST_F(ReaderFaults, CountedFault_BeginsAnewWhenSetAgain)
+TEST_F(ReaderFaults, CountedFault_RestartsWhenSetAgain)
 {
     set("transient-failures=1");
     EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);

@@ -215,7 +215,7 @@ TEST(VirtualReaderFault, Unplugged_IsNotThereWhateverIsPluggedIn)
     EXPECT_TRUE(reader->isPluggedIn());
 }
 
-TEST(VirtualReaderFault, Hindrances_AreEachToldAlone)
+TEST(VirtualReaderFault, Hindrances_AreEachReportedAlone)
 {
     const char *faults[] = {"open-fails=3", "permission-denied", "claimed-elsewhere",
                             "reset-refused"};

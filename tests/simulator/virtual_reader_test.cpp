@@ -61,7 +61,7 @@ TEST(VirtualReader, SelectedCard_CanBeReadAgain)
     EXPECT_EQ(reader.answer(frames::READ), first);
 }
 
-TEST(VirtualReader, LookupAfterSelect_BeginsAnew)
+TEST(VirtualReader, LookupAfterSelect_StartsOver)
 {
     ReaderOnUsb reader;
     reader.selectCard();
@@ -216,7 +216,7 @@ TEST(VirtualReader, BareHead_ComesBack)
     EXPECT_EQ(reader.answer(head, 7), head);
 }
 
-TEST(VirtualReader, LoopBack_GivesBackWhatWasWrittenLast)
+TEST(VirtualReader, LoopBack_ReturnsWhatWasWrittenLast)
 {
     ReaderOnUsb reader;
     reader->write(LOOP_OUT, "first");
@@ -298,7 +298,7 @@ TEST(VirtualReader, Unplugged_AnswersNothingUntilItIsPluggedInAsNew)
     EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
 }
 
-TEST(VirtualReader, WithoutFaults_NothingStandsInTheWay)
+TEST(VirtualReader, WithoutFaults_NothingHindersIt)
 {
     ReaderOnUsb reader;
     EXPECT_TRUE(reader->isPluggedIn());
@@ -308,7 +308,7 @@ TEST(VirtualReader, WithoutFaults_NothingStandsInTheWay)
     EXPECT_FALSE(reader->refusesReset());
 }
 
-TEST(VirtualReader, Descriptors_TellAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
+TEST(VirtualReader, Descriptors_DescribeAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
 {
     const VirtualReader reader(CardSlot(), UsbIds{0x1234, 0xABCD});
     EXPECT_EQ(reader.descriptors().toHex(),

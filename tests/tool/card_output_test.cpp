@@ -93,7 +93,7 @@ TEST(CardJsonFiles, EmptyFolderGivesBareNames)
     EXPECT_EQ(inJson(card, QString(), "backPicture", "file").toString(), "back.jpg");
 }
 
-TEST(CardJsonFiles, FolderStandsBeforeTheNames)
+TEST(CardJsonFiles, FolderPrecedesTheNames)
 {
     const Card card = samples::residentCardWithEverything();
     EXPECT_EQ(inJson(card, QStringLiteral("out/0001"), "photo", "file").toString(),
@@ -107,7 +107,7 @@ TEST(CardJsonFiles, FileThatTheCardDoesNotHaveIsNotNamed)
     EXPECT_TRUE(inJson(card, QStringLiteral("out"), "fingerprints", "file").isNull());
 }
 
-TEST(CardJsonPhoto, FormatTellsWhatTheReaderDelivered)
+TEST(CardJsonPhoto, FormatReportsWhatTheReaderDelivered)
 {
     EXPECT_EQ(inJson(samples::residentCardWithEverything(), {}, "photo", "format").toString(),
               "bmp");
@@ -244,7 +244,7 @@ TEST(CardRows, PhotoOfEveryKindHasARowOfItsOwnSort)
                     testing::ElementsAre("Photo"));
 }
 
-TEST(CardRows, FingerprintsStandOnlyWhereTheKindHasThem)
+TEST(CardRows, FingerprintsAppearOnlyWhereTheKindHasThem)
 {
     using testing::Contains;
     const auto plain = [](unsigned int kind) {
@@ -270,7 +270,7 @@ TEST(MissingPhotoNote, SaysNothingAboutAPictureThatIsThere)
     EXPECT_TRUE(missingPhotoNote(samples::residentCardWithEverything()).isEmpty());
 }
 
-TEST(CardJsonPictures, FormatTellsWhetherThereIsOne)
+TEST(CardJsonPictures, FormatReportsWhetherThereIsOne)
 {
     const Card card(IDCARD_KIND_HMT, *samples::filledRecords(), {"front", {}});
     EXPECT_EQ(inJson(card, {}, "frontPicture", "format").toString(), "jpeg");
@@ -305,7 +305,7 @@ TEST(MissingPictureNote, NumberOfAPermitIsTheReasonForItsBackOnly)
             << note.toStdString();
 }
 
-TEST(MissingPhotoNote, TellsThatAPhotoIsCompressed)
+TEST(MissingPhotoNote, ReportsThatAPhotoIsCompressed)
 {
     auto records = samples::filledRecords();
     records->cn.byPhoto[0] = 9;

@@ -102,7 +102,7 @@ TEST_F(Decode, ForceLeavesNothingOfTheOldCardNotEvenItsPictures)
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "photo.bmp"));
 }
 
-TEST_F(Decode, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
+TEST_F(Decode, PhotoThatCannotBeDecodedIsReportedAndTheRestDelivered)
 {
     const ProcessResult run =
         runTool({"decode", file(recordOf("resident")), "--json", "--out", out()});
@@ -117,7 +117,7 @@ TEST_F(Decode, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
               QJsonValue(QJsonObject{{"format", "compressed"}, {"file", QJsonValue()}}));
 }
 
-TEST_F(Decode, PhotoThatTheDecoderRefusesIsToldWithoutTheHintAtTheSimulator)
+TEST_F(Decode, PhotoThatTheDecoderRefusesIsReportedWithoutTheHintAtTheSimulator)
 {
     QByteArray record = recordOf("resident");
     record.replace(272, 1024, QByteArray(1024, 'x'));
@@ -177,7 +177,7 @@ TEST_F(Decode, EndlessInputIsReadNoFurtherThanARecord)
     expectEnd(run, 2, "it goes on at offset 2321");
 }
 
-TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreToldAndTheCardDecoded)
+TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreReportedAndTheCardDecoded)
 {
     QByteArray record = recordOf("resident");
     record[14] = 2; // one print, where there are two; the checksum is then wrong, too
@@ -189,7 +189,7 @@ TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreToldAndTheCardDecoded)
     EXPECT_THAT(run.output(), HasSubstr(builtInCard("resident").name.toStdString()));
 }
 
-TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsToldAndGivesNoCard)
+TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsReportedAndGivesNoCard)
 {
     QByteArray record = recordOf("foreign-2017");
     record[16 + 120] = '5';
@@ -198,7 +198,7 @@ TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsToldAndGivesNoCard)
     EXPECT_THAT(run.output(), IsEmpty());
 }
 
-TEST_F(Decode, FileThatCannotBeReadIsToldWithItsName)
+TEST_F(Decode, FileThatCannotBeReadIsReportedWithItsName)
 {
     const struct {
         QString path;
@@ -213,7 +213,7 @@ TEST_F(Decode, FileThatCannotBeReadIsToldWithItsName)
     }
 }
 
-TEST_F(Decode, FileThatThisUserMayNotReadIsTold)
+TEST_F(Decode, FileThatThisUserMayNotReadIsReported)
 {
     if (::geteuid() == 0)
         GTEST_SKIP() << "root may read every file";

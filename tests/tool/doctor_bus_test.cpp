@@ -81,7 +81,7 @@ TEST_F(DoctorOnTheBus, ReaderIsFoundByItsPipesAndNotOpened)
     }
 }
 
-TEST_F(DoctorOnTheBus, RuleThatIsNotInstalledIsTold)
+TEST_F(DoctorOnTheBus, RuleThatIsNotInstalledIsReported)
 {
     plugIn();
     const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-rule");

@@ -50,7 +50,7 @@ class Checks : public testing::TestWithParam<Fault>
 {
 };
 
-TEST_P(Checks, FaultIsToldWithItsRemedy)
+TEST_P(Checks, FaultIsReportedWithItsRemedy)
 {
     const Fault &fault = GetParam();
     Environment machine = fineMachine();
@@ -535,7 +535,7 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
               "usb-driver usb-holder photo-decoder");
 }
 
-TEST(TwoReaders, AreToldOneAfterTheOther)
+TEST(TwoReaders, AreReportedOneAfterTheOther)
 {
     Environment machine = fineMachine();
     UsbNode other = node(machine);

@@ -56,7 +56,7 @@ TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
     EXPECT_EQ(verbose.exitStatus, 0);
 }
 
-TEST_F(Doctor, OtherVersionsAreTold)
+TEST_F(Doctor, OtherVersionsAreReported)
 {
     preload("libidcard_other_versions.so");
     const QJsonObject qt = expectFault(
@@ -327,7 +327,7 @@ private:
 auto *const hangingRun =
     static_cast<HangingRun *>(testing::AddGlobalTestEnvironment(new HangingRun));
 
-TEST(DoctorOfAHangingLibrary, TellsThatItHangs)
+TEST(DoctorOfAHangingLibrary, ReportsThatItHangs)
 {
     const ProcessResult run = hangingRun->result();
     ASSERT_TRUE(run.finished);

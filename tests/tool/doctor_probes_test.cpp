@@ -71,7 +71,7 @@ TEST(DoctorsChild, HasNoFileOfItsParent)
     EXPECT_EQ(run.values["got"].toInt(), -1);
 }
 
-TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItToldIsKept)
+TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItReportedIsKept)
 {
     const ChildRun run = runChild([](const SendValues &send) {
         send({{"part", "one"}});
@@ -109,7 +109,7 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
     EXPECT_LT(time.elapsed(), 5000);
     const pid_t grandchild = run.values["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
-    // It is a zombie until whoever takes orphans in has waited for it.
+    // It is a zombie until the reaper of orphans has waited for it.
     const QString status = QStringLiteral("/proc/%1/stat").arg(grandchild);
     const auto isGone = [&] {
         const QByteArray line = QFile::exists(status) ? readFile(status) : QByteArray();
@@ -157,7 +157,7 @@ TEST_F(LibraryFiles, OwnKindIsSound)
     EXPECT_EQ(inspected(sound()).shape, LibraryShape::SOUND);
 }
 
-TEST_F(LibraryFiles, OtherProcessorIsToldFromTheHeader)
+TEST_F(LibraryFiles, OtherProcessorIsRecognisedByTheHeader)
 {
     QByteArray content = sound();
     content[18] = '\xf3'; // EM_RISCV
@@ -167,7 +167,7 @@ TEST_F(LibraryFiles, OtherProcessorIsToldFromTheHeader)
     EXPECT_EQ(file.machine, "RISC-V");
 }
 
-TEST_F(LibraryFiles, OtherByteOrderAndUnknownProcessorAreTold)
+TEST_F(LibraryFiles, OtherByteOrderAndUnknownProcessorAreRecognised)
 {
     QByteArray content = sound();
     content[5] = 2; // big-endian
@@ -220,7 +220,7 @@ LibraryState probed(const char *fault, int limitMs = LONG_MS)
     return probeLibrary(builtLibrary(fault), {"KVO_OpenPort", "KVO_ClosePort"}, limitMs);
 }
 
-TEST(LoadingALibrary, ThatIsNowhereTellsWhereItWasLookedFor)
+TEST(LoadingALibrary, ThatIsNowhereReportsWhereItWasLookedFor)
 {
     const LibraryState state = probeLibrary("libnowhere.so", {"unpack"}, LONG_MS);
     EXPECT_EQ(state.loading, Loading::NOT_LOADED);
@@ -248,7 +248,7 @@ TEST(LoadingALibrary, ThatPrintsMuchIsLoaded)
     EXPECT_THAT(state.tried.toStdString(), HasSubstr("/libidcard_maker_WRITES.so"));
 }
 
-TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryTellsWhich)
+TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryReportsWhich)
 {
     EXPECT_EQ(probed("LACKS_FUNCTIONS").missing, QStringList{"KVO_ClosePort"});
     const LibraryState state = probed("NEEDS_ANOTHER");
@@ -450,7 +450,7 @@ TEST(RightsOfANode, AreThoseOfTheFile)
     EXPECT_FALSE(rights.hasAcl);
 }
 
-TEST(GroupsOfTheUser, GroupThatIsNotThereIsTold)
+TEST(GroupsOfTheUser, GroupThatIsNotThereIsReported)
 {
     const GroupState state = groupState("no-such-group");
     EXPECT_FALSE(state.exists);

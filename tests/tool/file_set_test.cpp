@@ -145,14 +145,14 @@ TEST_F(FileSet, FolderInTheWayIsNeverReplaced)
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "<folder>")));
 }
 
-TEST_F(FileSet, FileInPlaceOfTheFolderIsToldAndLeft)
+TEST_F(FileSet, FileInPlaceOfTheFolderIsReportedAndLeft)
 {
     writeFile(path("card"), "a file");
     EXPECT_THAT(write(m_files), HasSubstr("is not a folder"));
     EXPECT_EQ(readFile(path("card")), "a file");
 }
 
-TEST_F(FileSet, FolderThatCannotBeMadeIsTold)
+TEST_F(FileSet, FolderThatCannotBeMadeIsReported)
 {
     writeFile(path("file"), "a file");
     EXPECT_THAT(writeFileSet(path("file/card"), m_files, ExistingFiles::REFUSE).toStdString(),
@@ -207,7 +207,7 @@ TEST_F(FileSet, NamesThatMeetOnTheirWayAreNotReplacedWhereNothingIsToBe)
     EXPECT_FALSE(QFile::exists(path("card")));
 }
 
-TEST_F(FileSet, ObstacleIsToldWithoutWriting)
+TEST_F(FileSet, ObstacleIsReportedWithoutWriting)
 {
     makeOldCard();
     EXPECT_THAT(obstacleTo(path("card"), {"a"}, ExistingFiles::REFUSE).toStdString(),
@@ -257,7 +257,7 @@ TEST_F(NumberedFolders, NumbersOfFiveDigitsFollow)
     EXPECT_EQ(next(), "10001");
 }
 
-TEST_F(NumberedFolders, FolderThatCannotHoldOneIsTold)
+TEST_F(NumberedFolders, FolderThatCannotHoldOneIsReported)
 {
     QString folder;
     EXPECT_THAT(makeNextNumberedFolder(path("missing"), &folder).toStdString(),

@@ -1,4 +1,4 @@
-// What a program tells, as a structure and on a terminal.
+// What a program reports, as a structure and on a terminal.
 
 #include <string>
 #include <vector>
@@ -34,7 +34,7 @@ TEST(Message, OfAResult_HasCodeDetailsCauseAndRemedyInThisOrder)
     EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
-TEST(Message, OfAnUnknownCode_NamesItAndTellsWhatToDo)
+TEST(Message, OfAnUnknownCode_NamesItAndSaysWhatToDo)
 {
     const Message message = unknownCodeMessage(-77);
     EXPECT_THAT(message.headline.toStdString(),
@@ -42,7 +42,7 @@ TEST(Message, OfAnUnknownCode_NamesItAndTellsWhatToDo)
     EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
-TEST(TerminalText, LinesStandIndentedUnderTheHeadline)
+TEST(TerminalText, LinesAreIndentedUnderTheHeadline)
 {
     EXPECT_EQ(terminalText(messageOf(ENTRY)).toStdString(), "It failed.\n"
                                                             "  Code: -7 (A_CONSTANT)\n"

@@ -62,13 +62,13 @@ protected:
     ProcessInput m_output;
 };
 
-TEST_P(UnwritableOutput, FullDiskIsTold)
+TEST_P(UnwritableOutput, FullDiskIsReported)
 {
     m_output.standardOutputFile = "/dev/full";
     expectMessage(m_output);
 }
 
-TEST_P(UnwritableOutput, ClosedStandardOutputIsTold)
+TEST_P(UnwritableOutput, ClosedStandardOutputIsReported)
 {
     m_output.standardOutput = StandardOutput::CLOSED;
     expectMessage(m_output);
@@ -80,7 +80,7 @@ TEST_P(UnwritableOutput, PipeWithoutAReaderEndsItQuietlyByItsSignal)
     expectEndByLossOfItsReader(runTool(GetParam(), m_output));
 }
 
-TEST_P(UnwritableOutput, PipeWithoutAReaderIsToldWhereTheSignalIsIgnored)
+TEST_P(UnwritableOutput, PipeWithoutAReaderIsReportedWhereTheSignalIsIgnored)
 {
     m_output.standardOutput = StandardOutput::BROKEN_PIPE;
     m_output.ignoresBrokenPipes = true;
@@ -146,14 +146,14 @@ TEST(SimulatorLibrary, NamedFileIsUsed)
     EXPECT_EQ(readWithSimulator(path).exitStatus, 0);
 }
 
-TEST(SimulatorLibrary, NamedFileThatIsMissingIsToldAndNoOtherIsTaken)
+TEST(SimulatorLibrary, NamedFileThatIsMissingIsReportedAndNoOtherIsTaken)
 {
     const ProcessResult run = readWithSimulator("/nonexistent/simulator.so");
     expectEnd(run, 1, "there is no /nonexistent/simulator.so");
     EXPECT_THAT(run.error(), HasSubstr("IDCARD_SIMULATOR_LIBRARY"));
 }
 
-TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
+TEST(SimulatorLibrary, FileThatIsNoLibraryIsReported)
 {
     QTemporaryDir folder;
     const QString path = folder.filePath("simulator.so");
@@ -161,7 +161,7 @@ TEST(SimulatorLibrary, FileThatIsNoLibraryIsTold)
     expectEnd(readWithSimulator(path), 1, "The simulator could not be loaded");
 }
 
-TEST(SimulatorLibrary, OtherLibraryIsTold)
+TEST(SimulatorLibrary, OtherLibraryIsReported)
 {
     expectEnd(readWithSimulator(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so"), 1,
               "is not a simulator");
@@ -217,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(Programs, RunPath,
                          testing::Values("idcard-reader", "idcard-viewer",
                                          "idcard-virtual-reader"));
 
-TEST(SimulatorLibrary, NothingOfItStandsInTheWayOfTheMakersLibrary)
+TEST(SimulatorLibrary, NothingOfItReplacesTheMakersLibrary)
 {
     const QString tool = QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-reader");
     const std::string needed = build_programs::readelf({"-d"}, tool).toStdString();

@@ -1,4 +1,4 @@
-// What counts as a raw card record, and what is told about the rest.
+// What counts as a raw card record, and what is reported about the rest.
 
 #include <random>
 
@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, RawRecord,
                                          SizeCase{"resident-one-fingerprint", 1809, FP_INFO_ONE},
                                          SizeCase{"resident", 2321, FP_INFO_TWO}));
 
-TEST(RawRecordProblem, TellsWhatWasExpectedInHex)
+TEST(RawRecordProblem, ReportsWhatWasExpectedInHex)
 {
     QByteArray record = recordOf("resident");
     record[9] = char(0x80);
@@ -142,7 +142,7 @@ TEST(RawRecordWarning, SizeDecidesAgainstTheLengthOfTheFingerprints)
               "its size decides.");
 }
 
-TEST(RawRecordWarning, WrongChecksumIsTold)
+TEST(RawRecordWarning, WrongChecksumIsReported)
 {
     QByteArray record = recordOf("resident");
     const auto right = static_cast<unsigned char>(record.at(2320));

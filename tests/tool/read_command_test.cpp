@@ -115,7 +115,7 @@ TEST(Read, InstalledReaderIsUsedWithoutSimulate)
               builtInCard("hmt-macao").idNumber);
 }
 
-TEST(Read, EmptyInstalledReaderIsToldAsNoCard)
+TEST(Read, EmptyInstalledReaderIsReportedAsNoCard)
 {
     const InstalledReader reader;
     EXPECT_EQ(runTool({"read"}, {reader.variables(QStringLiteral(""))}).exitStatus, 4);
@@ -164,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FailureCase{"unknown-kind", 8, "Code: 0 (IDCARD_RESULT_OK)"},
                     FailureCase{"read-fails=7", 8, "Code: 0 (IDCARD_RESULT_OK)"}));
 
-TEST(Read, VerboseTellsTheCourseWithoutTheCard)
+TEST(Read, VerboseShowsTheStepsWithoutTheCard)
 {
     const ProcessResult run = runTool({"read", "--verbose", "--simulate", "resident"});
     expectEnd(run, 0, "libidcard_simulator.so");
@@ -285,7 +285,7 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
 
 INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM));
 
-TEST(ReadSignal, ReadingThatFailsAfterItIsToldWithItsOwnCause)
+TEST(ReadSignal, ReadingThatFailsAfterItIsReportedWithItsOwnCause)
 {
     RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
                       "delay-ms=1000, photo-undecodable"});

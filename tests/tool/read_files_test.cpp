@@ -83,7 +83,7 @@ TEST_F(ReadOut, EveryKindGivesAPictureOfEitherSide)
     }
 }
 
-TEST_F(ReadOut, PermitOfAnUnknownRegionIsToldAndHasNoBackPicture)
+TEST_F(ReadOut, PermitOfAnUnknownRegionIsReportedAndHasNoBackPicture)
 {
     const ProcessResult run = read("hmt-unknown-region");
     EXPECT_EQ(run.exitStatus, 0);
@@ -123,7 +123,7 @@ TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
     EXPECT_EQ(readFile(out() + "/back.jpg"), "mine");
 }
 
-TEST_F(ReadOut, CompressedPhotoIsToldAndNotWrittenAsAPicture)
+TEST_F(ReadOut, CompressedPhotoIsReportedAndNotWrittenAsAPicture)
 {
     const ProcessResult run = read("resident-compressed-photo");
     EXPECT_EQ(run.exitStatus, 0);
@@ -202,7 +202,7 @@ TEST_F(ReadOut, FailedReadingMakesNoFolder)
     EXPECT_FALSE(QDir(out()).exists());
 }
 
-TEST_F(ReadOut, FolderThatCannotBeMadeIsToldAndTheCardIsStillPrinted)
+TEST_F(ReadOut, FolderThatCannotBeMadeIsReportedAndTheCardIsStillPrinted)
 {
     writeFile(path("file"), "in the way");
     const ProcessResult run =
@@ -213,7 +213,7 @@ TEST_F(ReadOut, FolderThatCannotBeMadeIsToldAndTheCardIsStillPrinted)
     EXPECT_TRUE(json["photo"].toObject()["file"].isNull());
 }
 
-TEST_F(ReadOut, FileInPlaceOfTheFolderIsToldBeforeReading)
+TEST_F(ReadOut, FileInPlaceOfTheFolderIsReportedBeforeReading)
 {
     writeFile(out(), "in the way");
     const ProcessResult run = read("resident");

@@ -123,7 +123,7 @@ TEST_F(Render, JsonNamesKindAndFilesAndNothingElse)
               }));
 }
 
-TEST_F(Render, PermitOfAnUnknownRegionIsToldAndHasNoBack)
+TEST_F(Render, PermitOfAnUnknownRegionIsReportedAndHasNoBack)
 {
     const ProcessResult run = render("hmt-unknown-region");
     EXPECT_EQ(run.exitStatus, 0);
@@ -160,7 +160,7 @@ TEST_F(Render, ForceReplacesThePicturesAndLeavesOtherFiles)
     EXPECT_EQ(readFile(out() + "/card.json"), "mine");
 }
 
-TEST_F(Render, DescriptionThatCannotBeUsedIsToldWithFileKeyAndReason)
+TEST_F(Render, DescriptionThatCannotBeUsedIsReportedWithFileKeyAndReason)
 {
     const QString file = changedCard("resident", "birthDate", QStringLiteral("19900230"));
     const ProcessResult run = render(file);
@@ -171,7 +171,7 @@ TEST_F(Render, DescriptionThatCannotBeUsedIsToldWithFileKeyAndReason)
     EXPECT_FALSE(QDir(out()).exists());
 }
 
-TEST_F(Render, CardThatIsNotThereIsTold)
+TEST_F(Render, CardThatIsNotThereIsReported)
 {
     expectEnd(render(path("no-such-card.json")), 2,
               "no-such-card.json: is neither a built-in card nor a file");
@@ -183,7 +183,7 @@ TEST_F(Render, FolderIsNoDescription)
     expectEnd(render(path("")), 2, "is not a regular file");
 }
 
-TEST_F(Render, SimulatorThatIsNotThereIsTold)
+TEST_F(Render, SimulatorThatIsNotThereIsReported)
 {
     expectEnd(runTool({"render", "resident", "--out", out()},
                       {{{"IDCARD_SIMULATOR_LIBRARY", "/nonexistent/simulator.so"}}}),
@@ -199,7 +199,7 @@ TEST_F(Render, DiskThatFillsUpLeavesNothing)
     EXPECT_FALSE(QDir(out()).exists());
 }
 
-TEST_F(Render, VerboseTellsTheCourseWithoutTheCard)
+TEST_F(Render, VerboseShowsTheStepsWithoutTheCard)
 {
     const ProcessResult run = render("resident", {"--verbose"});
     EXPECT_THAT(run.error(),

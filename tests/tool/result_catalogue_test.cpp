@@ -58,7 +58,7 @@ TEST_P(Results, AreExactlyTheCodesAndNamesOfTheHeader)
     EXPECT_EQ(codes, codesOfHeader(GetParam().header));
 }
 
-TEST_P(Results, AreToldInSentences)
+TEST_P(Results, AreWrittenInSentences)
 {
     for (const ResultEntry &entry : GetParam().entries()) {
         for (const char *text : {entry.summary, entry.cause, entry.remedy})
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Catalogues, Results,
                                          Catalogue{"USB", "reader/usb_codes.h", 23, usbCatalogue}),
                          testing::PrintToStringParamName());
 
-TEST(ResultCatalogue, ExitStatusesStandOnceAndAscending)
+TEST(ResultCatalogue, ExitStatusesAreUniqueAndAscending)
 {
     int expected = 0;
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
@@ -115,7 +115,7 @@ TEST(FindResult, NumberThatIsNoResultHasNoRow)
         EXPECT_EQ(findResult(code, false), nullptr) << code;
 }
 
-TEST(Explain, EveryFailureTellsCodeCauseAndRemedy)
+TEST(Explain, EveryFailureReportsCodeCauseAndRemedy)
 {
     for (const ResultEntry &entry : resultCatalogue()) {
         if (entry.exitStatus == ExitStatus::DONE)
@@ -142,7 +142,7 @@ TEST(Explain, LinesFitATerminal)
     }
 }
 
-TEST(Explain, NumberThatIsNoResultIsTold)
+TEST(Explain, NumberThatIsNoResultIsReported)
 {
     ReadOutcome outcome;
     outcome.code = -77;
@@ -159,7 +159,7 @@ UsbOutcome usbFailure(int code)
     return outcome;
 }
 
-TEST(ExplainUsb, EveryFailureTellsCodeDeviceCauseAndRemedyInLinesThatFitATerminal)
+TEST(ExplainUsb, EveryFailureReportsCodeDeviceCauseAndRemedyInLinesThatFitATerminal)
 {
     for (const ResultEntry &entry : usbCatalogue()) {
         UsbOutcome outcome = usbFailure(entry.code);
@@ -210,7 +210,7 @@ TEST(ExplainUsb, MissingPermissionNamesProgramAndGroup)
                                testing::HasSubstr("idcard-reader. A user")));
 }
 
-TEST(ExplainUsb, NumberThatIsNoCodeIsTold)
+TEST(ExplainUsb, NumberThatIsNoCodeIsReported)
 {
     EXPECT_THAT(explain(usbFailure(-23)).toStdString(), testing::HasSubstr("-23"));
     EXPECT_EQ(usbFailure(-23).exitStatus(), ExitStatus::PROGRAM_FAILED);

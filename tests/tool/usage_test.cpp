@@ -187,7 +187,7 @@ TEST(Help, ListsTheCommandsAndTheExitStatuses)
     }
 }
 
-TEST(Help, TellsTheFilesThatAreWritten)
+TEST(Help, NamesTheFilesThatAreWritten)
 {
     for (const char *command : {"read", "render"}) {
         const std::string help = runTool({command, "--help"}).standardOutput.toStdString();
@@ -226,7 +226,7 @@ TEST(Help, NeedsNoDisplay)
         EXPECT_EQ(runTool(arguments, {{{"QT_QPA_PLATFORM", "no-such-platform"}}}).exitStatus, 0);
 }
 
-TEST(Version, TellsProgramAndLibrary)
+TEST(Version, NamesProgramAndLibrary)
 {
     for (const QStringList &arguments :
          {QStringList{"--version"}, QStringList{"read", "--version"}}) {

@@ -128,7 +128,7 @@ TEST_F(Usb, ForceReplacesTheRawFile)
     EXPECT_EQ(modeOf(path("card.rec")), 0600);
 }
 
-TEST_F(Usb, RawFileThatCannotBeWrittenIsToldAndTheCardStillPrinted)
+TEST_F(Usb, RawFileThatCannotBeWrittenIsReportedAndTheCardStillPrinted)
 {
     plugIn("resident");
     writeFile(path("file"), "in the way");
@@ -138,7 +138,7 @@ TEST_F(Usb, RawFileThatCannotBeWrittenIsToldAndTheCardStillPrinted)
               builtInCard("resident").idNumber);
 }
 
-TEST_F(Usb, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
+TEST_F(Usb, PhotoThatCannotBeDecodedIsReportedAndTheRestDelivered)
 {
     plugIn("resident", "photo-undecodable");
     const ProcessResult run = usb({"--json", "--out", out(), "--raw", path("card.rec")});
@@ -149,7 +149,7 @@ TEST_F(Usb, PhotoThatCannotBeDecodedIsToldAndTheRestDelivered)
     EXPECT_TRUE(QFile::exists(path("card.rec")));
 }
 
-TEST_F(Usb, PhotoNotDecodedAndFilesNotWritten_AreBothToldAndTheFilesDecideTheStatus)
+TEST_F(Usb, PhotoNotDecodedAndFilesNotWritten_AreBothReportedAndTheFilesDecideTheStatus)
 {
     plugIn("resident", "photo-undecodable");
     writeFile(path("file"), "in the way");
@@ -255,7 +255,7 @@ TEST_F(Usb, ListShowsTheReaderAndWhetherItMayBeOpened)
     }
 }
 
-TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
+TEST_F(Usb, ListShowsWhatThereIsWithoutOpeningIt)
 {
     otherDevice().isReader = false;
     bus().add(otherDevice());
@@ -288,7 +288,7 @@ TEST_F(Usb, ListTellsWhatThereIsWithoutOpeningIt)
                              HasSubstr("Maker Key board (vendor-specific)\n")));
 }
 
-TEST_F(Usb, EmptyListTellsWhatToLookAtAndIsNoFailure)
+TEST_F(Usb, EmptyListSaysWhatToLookAtAndIsNoFailure)
 {
     const ProcessResult run = runTool({"usb", "--list", "--json"}, onBus());
     EXPECT_EQ(run.exitStatus, 0);

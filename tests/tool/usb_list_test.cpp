@@ -106,7 +106,7 @@ TEST(UsbListJson, EmptyListIsAnEmptyArray)
     EXPECT_TRUE(json.array().isEmpty());
 }
 
-TEST(UsbEmptyListNote, TellsWhatToLookAtInLinesThatFitATerminal)
+TEST(UsbEmptyListNote, SaysWhatToLookAtInLinesThatFitATerminal)
 {
     EXPECT_THAT(emptyListNote().toStdString(), HasSubstr("plugged in"));
     for (const QString &line : ("idcard-reader: " + emptyListNote()).split(QLatin1Char('\n')))

@@ -71,14 +71,14 @@ TEST(Watch, EmptyReaderIsWaitedOutQuietly)
     EXPECT_THAT(run.error(), IsEmpty());
 }
 
-TEST(Watch, FaultsBeginAnewWithEveryCard)
+TEST(Watch, FaultsRestartWithEveryCard)
 {
     const ProcessResult run = runTool({"watch", "--verbose", "--simulate", "resident", "--simulate",
                                        "hmt-hong-kong", "--fault", "transient-failures=2"});
     EXPECT_EQ(run.standardError.count("card reading fail!"), 4);
 }
 
-TEST(Watch, CardsThatCannotBeReadAreToldAndTheOthersReportedAndTheFirstDecidesTheStatus)
+TEST(Watch, CardsThatCannotBeReadAreReportedAndTheOthersPrintedAndTheFirstDecidesTheStatus)
 {
     QTemporaryDir folder;
     QJsonObject description =
@@ -100,7 +100,7 @@ TEST(Watch, CardsThatCannotBeReadAreToldAndTheOthersReportedAndTheFirstDecidesTh
         << printed.toStdString();
 }
 
-TEST(Watch, DescriptionThatIsRefusedIsToldBeforeTheFirstCard)
+TEST(Watch, DescriptionThatIsRefusedIsReportedBeforeTheFirstCard)
 {
     const ProcessResult run =
         runTool({"watch", "--simulate", "resident", "--simulate", "no-such-card"});
@@ -151,7 +151,7 @@ TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
     expectEnd(runTool({"watch"}, {reader.variables("resident", "open-fails=2")}), 3, "Code: -5");
 }
 
-TEST(WatchReader, FailureThatLastsIsToldOnce)
+TEST(WatchReader, FailureThatLastsIsReportedOnce)
 {
     const InstalledReader reader;
     RunningTool tool({"watch", "--interval", "10"}, {reader.variables("resident", "read-fails=7")});
@@ -243,7 +243,7 @@ TEST_F(WatchOut, LinesNameTheFilesOfTheirCard)
     EXPECT_EQ(cards[1]["backPicture"].toObject()["file"].toString(), out() + "/0002/back.jpg");
 }
 
-TEST_F(WatchOut, MissingBackPictureIsToldAndNamedNull)
+TEST_F(WatchOut, MissingBackPictureIsReportedAndNamedNull)
 {
     const ProcessResult run = watch({"hmt-unknown-region"});
     EXPECT_EQ(run.exitStatus, 0);
@@ -263,7 +263,7 @@ TEST_F(WatchOut, SecondRunGoesOnAfterTheFirst)
     EXPECT_EQ(folderState(out() + "/0002"), before);
 }
 
-TEST_F(WatchOut, FolderThatCannotBeMadeIsToldBeforeTheFirstCard)
+TEST_F(WatchOut, FolderThatCannotBeMadeIsReportedBeforeTheFirstCard)
 {
     writeFile(out(), "in the way");
     const ProcessResult run = watch({"resident"});

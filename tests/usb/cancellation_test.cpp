@@ -1,4 +1,4 @@
-// A thread that is cancelled while it reads over USB: it ends, the reader is given back, and the
+// A thread that is cancelled while it reads over USB: it ends, the reader is released, and the
 // process goes on reading.
 
 #include <atomic>
@@ -72,7 +72,7 @@ protected:
         return thread.end();
     }
 
-    /** The reader was given back once; another object finds the card on it. */
+    /** The reader was released once; another object finds the card on it. */
     void expectFreeReader(ScriptedDevice &device)
     {
         EXPECT_EQ(bus().leftOvers(), QStringList());

@@ -196,7 +196,7 @@ TEST_F(DeviceAccess, FirstOfTwoReadersInUse_SecondIsNotTried)
                                     "open usb failed!"});
 }
 
-TEST_F(DeviceAccess, NoPermission_IsToldApart)
+TEST_F(DeviceAccess, NoPermission_IsReportedSeparately)
 {
     ScriptedDevice &device = make();
     device.setDeniesAccess(true);
@@ -276,7 +276,7 @@ TEST_F(DeviceAccess, ResetRefused_ClosesTheNodeAtOnce)
                "open usb failed!"});
 }
 
-TEST_F(DeviceAccess, BoundToAKernelDriver_IsTakenOverAndGivenBack)
+TEST_F(DeviceAccess, BoundToAKernelDriver_IsDetachedAndReattached)
 {
     ScriptedDevice &device = make();
     add(device, {QStringLiteral("usbserial_generic"), true});
@@ -306,7 +306,7 @@ TEST_F(DeviceAccess, BoundToADriverOfAnOldKernel_IsTakenOverInTwoSteps)
     expectLog(lines::OPENED);
 }
 
-TEST_F(DeviceAccess, OpenOnALiveObject_GivesBackWhatItHeld)
+TEST_F(DeviceAccess, OpenOnALiveObject_ReleasesWhatItHeld)
 {
     ScriptedDevice &device = plugIn();
     {

@@ -1,7 +1,7 @@
 #pragma once
 
 // One device node of the emulated bus: answers what the kernel answers to programs that use it.
-// Owns what each of them holds; what the device does with a transfer is the device's affair.
+// Owns what each of them holds; the device decides what a transfer does.
 
 #include <chrono>
 #include <deque>
@@ -35,8 +35,8 @@ using DataRef = std::unique_ptr<UMockdevIoctlData, Unref>;
 class DeviceNode
 {
 public:
-    /** `mutex` is held whenever the device is asked; `changed` is told that it may say otherwise
-     * now. */
+    /** `mutex` is held whenever the device is asked; `changed` is notified that it may say
+     * otherwise now. */
     DeviceNode(simulator::UsbDevice &device, const NodeTraits &traits, std::mutex &mutex,
                std::function<void()> changed);
     ~DeviceNode();

@@ -46,7 +46,7 @@ std::string systemPath(int number)
         .toStdString();
 }
 
-/** A device as umockdev is told of it. */
+/** A device in the form that umockdev takes. */
 QByteArray description(int number, const QByteArray &descriptors)
 {
     const QByteArray node = QByteArray::fromStdString(nodePath(number));
@@ -256,7 +256,7 @@ private:
 
     // Both only when it changes: an ordinary user may not.
 
-    /** A node that is not where it should be cannot be opened, whoever tries. */
+    /** A node that is not where it should be cannot be opened by anyone. */
     void hide(Port &port, bool isHidden)
     {
         if (port.isHidden == isHidden)

@@ -1,7 +1,7 @@
 #pragma once
 
 // A USB bus that exists only for the programs of a test: the real libusb finds, opens and uses the
-// devices on it, each of which is a simulator::UsbDevice. It takes umockdev's preload library, with
+// devices on it, each a simulator::UsbDevice. It takes umockdev's preload library, with
 // which idcard_add_usb_test starts a test program.
 
 #include <functional>
@@ -52,7 +52,7 @@ public:
     /** Runs `change` while no device is being asked, then follows what the devices say now. */
     void change(const std::function<void()> &change);
 
-    /** Bus and device number, as libusb tells them, of a device that is plugged in; else 0 and 0.
+    /** Bus and device number, as libusb reports them, of a device that is plugged in; else 0 and 0.
      */
     struct Address {
         int bus;
@@ -77,7 +77,7 @@ public:
 
     /**
      * Everything that is not as it was: nodes open, interfaces claimed, transfers not ended,
-     * drivers not back, misuses. Waits a second for what a closing program gives back.
+     * drivers not back, misuses. Waits a second for what a closing program releases.
      */
     [[nodiscard]] QStringList leftOvers() const;
 

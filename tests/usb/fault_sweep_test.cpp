@@ -263,7 +263,7 @@ QString check(const FaultCase &row, int argument, const Outcome &outcome)
                        isAsExpected ? endOfLog(row.log) : QStringLiteral("(differs)"));
 }
 
-TEST(FaultSweep, EveryFault_GivesItsCodeAndGivesEverythingBack)
+TEST(FaultSweep, EveryFault_GivesItsCodeAndReleasesEverything)
 {
     const std::vector<FaultCase> rows = faultCases();
     std::vector<Batch> batches = batchesOf(rows);

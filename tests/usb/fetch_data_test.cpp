@@ -47,7 +47,7 @@ protected:
         EXPECT_EQ(out, QByteArray("before"));
         EXPECT_EQ(fp, UNTOUCHED);
 
-        // Whatever is asked now asks nothing of the bus, whose script is at its end, and of the
+        // No request now reaches the bus, whose script is at its end, and of the
         // log.
         unsigned short length = 4711;
         EXPECT_FALSE(reader.fetch_data(out, fp));

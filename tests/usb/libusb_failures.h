@@ -1,6 +1,6 @@
 #pragma once
 
-// Failures of libusb that no device can cause, and an account of what is asked of it. The real
+// Failures of libusb that no device can cause, and an account of its calls. The real
 // functions do everything else.
 
 namespace usb_test

@@ -1,4 +1,4 @@
-// Failures of libusb itself, and how often what was made is given back.
+// Failures of libusb itself, and how often what was made is released.
 
 #include <gmock/gmock.h>
 #include <libusb.h>
@@ -55,7 +55,7 @@ TEST_F(LibusbFailure, Init_LeavesAnObjectThatOnlyRefuses)
         {"libusb_init() failed: LIBUSB_ERROR_OTHER", "libusb_open_device_with_vid_pid() failed"});
 }
 
-TEST_F(LibusbFailure, DeviceList_IsToldWithoutAListToFree)
+TEST_F(LibusbFailure, DeviceList_IsReportedWithoutAListToFree)
 {
     plugIn();
     setLibusbFailures({0, LIBUSB_ERROR_NO_MEM, 0, 0});
@@ -86,7 +86,7 @@ TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
                "open usb failed!"});
 }
 
-TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsToldWithItsPosition)
+TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsReportedWithItsPosition)
 {
     for (std::uint16_t product = 2; product <= 4; ++product)
         plugIn(UsbIds{VENDOR, product});
@@ -124,7 +124,7 @@ TEST_F(LibusbFailure, AutoDetach_IsIgnored)
     expectLog(lines::OPENED);
 }
 
-TEST_F(LibusbFailure, NoneAtAll_EverythingIsGivenBackOnce)
+TEST_F(LibusbFailure, NoneAtAll_EverythingIsReleasedOnce)
 {
     plugIn();
     {
@@ -137,7 +137,7 @@ TEST_F(LibusbFailure, NoneAtAll_EverythingIsGivenBackOnce)
     expectLog(lines::OPENED);
 }
 
-TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsGivenBack)
+TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsReleased)
 {
     {
         const OpenedDevice opened;

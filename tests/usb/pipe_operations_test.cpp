@@ -122,7 +122,7 @@ TEST_F(PipeOperations, WritePipe6Broken_IsLoggedWithTheResult)
     expectLog({"write pipe6 error(-1)!"});
 }
 
-TEST_F(PipeOperations, ReadPipe81_TellsTheLengthAndLogsTheHead)
+TEST_F(PipeOperations, ReadPipe81_ReportsTheLengthAndLogsTheHead)
 {
     device().expectRead(0x81, 7, QByteArray::fromHex("AAAAAA966909A0"));
     unsigned short length = 0;

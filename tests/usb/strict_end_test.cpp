@@ -84,7 +84,7 @@ TEST_F(StrictEnd, TransferWithoutAClaim_IsFound)
     EXPECT_THAT(leftOvers(), ElementsAre("transfer without a claim"));
 }
 
-TEST_F(StrictEnd, DriverNotGivenBack_IsFound)
+TEST_F(StrictEnd, DriverNotReattached_IsFound)
 {
     ScriptedDevice bound({0x1209, 0x0002});
     {

@@ -1,6 +1,6 @@
 #pragma once
 
-// The strict end of a USB test: whatever was not expected, not used or not given back fails it.
+// The strict end of a USB test: whatever was not expected, not used or not released fails it.
 
 #include <memory>
 #include <string>
@@ -34,7 +34,7 @@ public:
     /** Lets so many descriptors more be open. */
     void allow(int descriptors) { m_allowed += descriptors; }
 
-    /** What was added since. Waits a second for what other threads give back. */
+    /** What was added since. Waits a second for what other threads release. */
     [[nodiscard]] QStringList additions() const;
 
 private:

@@ -81,7 +81,7 @@ TEST_F(Control, StringsAreThoseThatTheDeviceDescriptorNames)
     expectStall("80 06 02 03 09 04 FF 00");
 }
 
-TEST_F(Control, QualifierOfAHighSpeedDeviceTellsTheSame)
+TEST_F(Control, QualifierOfAHighSpeedDeviceSaysTheSame)
 {
     expectAnswer("80 06 00 06 00 00 0A 00", hex("0A 06 00 02 00 00 00 40 01 00"));
 }
@@ -99,7 +99,7 @@ TEST_F(Control, OtherDescriptorsStall)
     expectStall("80 06 00 0F 00 00 05 00"); // capabilities
 }
 
-TEST_F(Control, ChosenConfigurationIsTold)
+TEST_F(Control, ChosenConfigurationIsReported)
 {
     expectAnswer("80 08 00 00 00 00 01 00", hex("00"));
     expectDone("00 09 01 00 00 00 00 00");
@@ -122,7 +122,7 @@ TEST_F(Control, ChoosingTheConfigurationResetsTheDevice)
     EXPECT_THAT(device.calls, ElementsAre(RESET, RESET));
 }
 
-TEST_F(Control, DeviceThatRefusesResetsStallsOnBeingSetUpAgainAndWorksWhenFoundAnew)
+TEST_F(Control, DeviceThatRefusesResetsStallsOnBeingSetUpAgainAndWorksWhenFoundAgain)
 {
     device.resetRefused = true;
     expectDone("00 09 01 00 00 00 00 00");
@@ -137,7 +137,7 @@ TEST_F(Control, AddressIsTakenWithoutEffect)
     EXPECT_THAT(device.calls, IsEmpty());
 }
 
-TEST_F(Control, StatusIsTwoZeroBytesOfWhateverThereIs)
+TEST_F(Control, StatusIsTwoZeroBytesOfEveryRecipient)
 {
     expectAnswer("80 00 00 00 00 00 02 00", hex("00 00"));
     expectAnswer("81 00 00 00 00 00 02 00", hex("00 00"));

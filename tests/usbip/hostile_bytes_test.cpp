@@ -1,4 +1,4 @@
-// Connections of which nothing good is to be expected: nothing they send may crash the server, make
+// Connections with hostile input: nothing they send may crash the server, make
 // it grow, or keep the reader from the next client.
 
 #include <random>

@@ -159,7 +159,7 @@ TEST(VirtualReaderProgram, CardComesFromAFileWithASpaceInItsName)
     EXPECT_THAT(reader.ask("status"), HasSubstr("card: " + file.toStdString()));
 }
 
-TEST(VirtualReaderProgram, RefusedCardIsToldAndTheOldOneStays)
+TEST(VirtualReaderProgram, RefusedCardIsReportedAndTheOldOneStays)
 {
     VirtualReader reader({"--card", "resident"});
     EXPECT_THAT(reader.ask("card no-such-card"), StartsWith("error: "));
@@ -180,7 +180,7 @@ TEST(VirtualReaderProgram, FaultsAreSetAndTakenBack)
     EXPECT_THAT(reader.ask("status"), HasSubstr("faults: none"));
 }
 
-TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreTold)
+TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreReported)
 {
     VirtualReader reader({"--fault", "claimed-elsewhere"});
     EXPECT_TRUE(reader.waitForError("no client will see claimed-elsewhere"));
@@ -189,7 +189,7 @@ TEST(VirtualReaderProgram, FaultsThatNoClientCanSeeAreTold)
               "open or claim the reader is decided by the machine that it is attached to");
 }
 
-TEST(VirtualReaderProgram, Status_TellsWhatTheCommandsBeforeHaveMadeOfIt)
+TEST(VirtualReaderProgram, Status_ShowsWhatTheCommandsBeforeHaveMadeOfIt)
 {
     VirtualReader reader;
     const struct {
@@ -346,7 +346,7 @@ TEST(VirtualReaderProgram, EndsQuietlyBySigpipeWhenNobodyTakesItsAnswers)
     EXPECT_THAT(run.error(), IsEmpty());
 }
 
-TEST(VirtualReaderProgram, TakenPortIsToldWithWhatToDo)
+TEST(VirtualReaderProgram, TakenPortIsReportedWithWhatToDo)
 {
     const VirtualReader first;
     const ProcessResult run = runProcess(PROGRAM, {"--port", QString::number(first.port())});
@@ -392,7 +392,7 @@ TEST(VirtualReaderProgram, HelpNamesOptionsCommandsAndFaults)
         EXPECT_LE(line.size(), 79) << line.toStdString();
 }
 
-TEST(VirtualReaderProgram, TellsItsVersion)
+TEST(VirtualReaderProgram, PrintsItsVersion)
 {
     EXPECT_THAT(runProcess(PROGRAM, {"--version"}).output(), StartsWith("idcard-virtual-reader "));
 }

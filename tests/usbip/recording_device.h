@@ -1,7 +1,7 @@
 #pragma once
 
-// A USB device whose transfers end as a test says, in order. What it is asked beyond the script
-// stalls. It notes what it is asked.
+// A USB device whose transfers end as a test says, in order. A request beyond the script
+// stalls. It records the requests.
 
 #include <deque>
 #include <vector>

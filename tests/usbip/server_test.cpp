@@ -157,7 +157,7 @@ TEST_F(Server, PendingTransferIsTakenBack)
     EXPECT_EQ(sent[0].status, -104);
 }
 
-TEST_F(Server, UnplugClosesTheConnectionOfWhoHasTheReaderWhoeverCameBefore)
+TEST_F(Server, UnplugClosesTheConnectionThatHasTheReaderNotAnEarlierOne)
 {
     const Client silent(server);
     Client client(server);
@@ -186,7 +186,7 @@ TEST_F(Server, TransferThatUnplugsTheReaderIsAnsweredBeforeTheConnectionCloses)
     EXPECT_TRUE(client.isClosedByServer());
 }
 
-TEST_F(Server, TellsWhyItClosesAConnection)
+TEST_F(Server, SaysWhyItClosesAConnection)
 {
     Client client(server);
     client.send("GET / HTTP/1.1\r\n\r\n");
@@ -250,7 +250,7 @@ TEST_F(Server, ManyLongReadsArriveWhole)
         ASSERT_EQ(client.receive(48 + data.size()).mid(48), data) << i;
 }
 
-TEST_F(Server, TellsWhyItCannotListen)
+TEST_F(Server, SaysWhyItCannotListen)
 {
     UsbipServer second(device, [](const QString &) {});
     EXPECT_THAT(second.listen(server.address(), server.port()).toStdString(), HasSubstr("in use"));

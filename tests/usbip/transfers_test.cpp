@@ -60,7 +60,7 @@ protected:
     UsbipConnection connection{exported};
 };
 
-TEST_F(Transfers, ShortWriteTellsHowManyBytesWereTaken)
+TEST_F(Transfers, ShortWriteReportsHowManyBytesWereTaken)
 {
     device.writes = {taken(UsbStatus::DONE, 7)};
     send(bulkWrite(11, QByteArray(10, 'x')));

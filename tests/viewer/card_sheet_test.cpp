@@ -267,7 +267,7 @@ TEST_F(Sheet, ReplacedPdfIsItsOwnersAlone)
     expectTrueSize(m_pdf);
 }
 
-TEST_F(Sheet, WriteProtectedPdfIsKeptAndTold)
+TEST_F(Sheet, WriteProtectedPdfIsKeptAndReported)
 {
     if (::geteuid() == 0)
         GTEST_SKIP() << "root may write every file";
@@ -283,7 +283,7 @@ TEST_F(Sheet, NothingElseIsLeftInTheFolder)
     EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("card.pdf"));
 }
 
-TEST_F(Sheet, FolderThatIsNotThereIsTold)
+TEST_F(Sheet, FolderThatIsNotThereIsReported)
 {
     EXPECT_THAT(write(m_sheet, path("nowhere/card.pdf")),
                 testing::AllOf(HasSubstr("nowhere/card.pdf could not be written: "),
@@ -291,7 +291,7 @@ TEST_F(Sheet, FolderThatIsNotThereIsTold)
     EXPECT_THAT(namesIn(m_folder.path()), IsEmpty());
 }
 
-TEST_F(Sheet, FolderInPlaceOfTheFileIsTold)
+TEST_F(Sheet, FolderInPlaceOfTheFileIsReported)
 {
     EXPECT_THAT(write(m_sheet, m_folder.path()), HasSubstr("could not be written: "));
     EXPECT_THAT(namesIn(m_folder.path()), IsEmpty());
@@ -330,7 +330,7 @@ TEST_P(PrintedSheet, IsInTrueSizeWhateverThePrinterWasSetTo)
 
 INSTANTIATE_TEST_SUITE_P(Resolutions, PrintedSheet, testing::Values(72, 300, 1200));
 
-TEST_F(Sheet, PrinterThatCannotStartIsTold)
+TEST_F(Sheet, PrinterThatCannotStartIsReported)
 {
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);

@@ -93,7 +93,7 @@ TEST_F(Roads, LeavingTheSimulator_TakesItOutOfTheProcess)
     EXPECT_FALSE(isLoaded());
 }
 
-TEST_F(Roads, SimulatorThatIsHeldInTheProcess_IsToldAndDoesNotAnswerForTheReader)
+TEST_F(Roads, SimulatorThatIsHeldInTheProcess_IsReportedAndDoesNotAnswerForTheReader)
 {
     if (!UNLOADS_LIBRARIES)
         GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
@@ -121,7 +121,7 @@ TEST_F(Roads, CardOfTheSimulator_IsOffWhenTheRoadComesBack)
     EXPECT_EQ(headline(), "No card was found on the reader.");
 }
 
-TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsToldWithCauseAndRemedy)
+TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsReportedWithCauseAndRemedy)
 {
     if (!UNLOADS_LIBRARIES)
         GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
@@ -136,7 +136,7 @@ TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsToldWithCauseAndRemedy)
     EXPECT_THAT(details(), testing::AllOf(HasSubstr(entry->cause), HasSubstr(entry->remedy)));
 }
 
-TEST_F(Roads, SimulatorThatIsMissing_IsToldWithTheFilesThatWereLookedFor)
+TEST_F(Roads, SimulatorThatIsMissing_IsReportedWithTheFilesThatWereLookedFor)
 {
     qputenv("IDCARD_SIMULATOR_LIBRARY", "/nowhere/simulator.so");
     open();

@@ -84,7 +84,7 @@ TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameAndNumberAlone)
     EXPECT_THAT(column(table, 1), Not(Contains(COVER.toStdString())));
 }
 
-TEST(CardHistory, NewestCard_StandsAbove)
+TEST(CardHistory, NewestCard_IsAbove)
 {
     CardHistory history;
     const CardPointer first = residentCard();
@@ -120,7 +120,7 @@ TEST(CardHistory, ThatIsFull_ForgetsTheOldestCard)
     EXPECT_TRUE(first.expired());
 }
 
-TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsToldSo)
+TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsReported)
 {
     EXPECT_TRUE(screenScale(ScreenResolution{96, 96, 96, 1}).isTrue);
     EXPECT_TRUE(screenScale(ScreenResolution{109, 110, 96, 1}).isTrue);

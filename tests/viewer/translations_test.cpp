@@ -64,7 +64,7 @@ TEST(Translations, TextsOfTheSources_AreAllTranslatedAndNoOthers)
     EXPECT_EQ(check.exitStatus, 0) << check.standardError.toStdString();
 }
 
-TEST(Translations, PlacesForValues_StandInTheTranslationToo)
+TEST(Translations, PlacesForValues_AreInTheTranslationToo)
 {
     EXPECT_THAT(chinese(), Not(IsEmpty()));
     for (const Translation &text : chinese()) {

@@ -70,7 +70,7 @@ TEST_P(EveryKind, IsReadWithItsPhotoAndWithoutPictures)
 INSTANTIATE_TEST_SUITE_P(Kinds, EveryKind,
                          testing::Values("resident", "hmt-taiwan", "foreign-2017", "foreign-new"));
 
-TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
+TEST_F(UsbRoad, PhotoWithoutADecoder_IsReportedBesideTheCard)
 {
     if (!UNLOADS_LIBRARIES)
         GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
@@ -87,7 +87,7 @@ TEST_F(UsbRoad, PhotoWithoutADecoder_IsToldBesideTheCard)
     EXPECT_EQ(headline(), "The card was read.");
 }
 
-TEST_F(UsbRoad, TextThatCannotBeDecoded_IsToldAlsoWhenCardsAreReadByThemselves)
+TEST_F(UsbRoad, TextThatCannotBeDecoded_IsReportedAlsoWhenCardsAreReadByThemselves)
 {
     QByteArray record = simulator::readAnswer(builtInCard("foreign-2017"), {});
     record[16 + 120] = '5'; // the sex
@@ -107,7 +107,7 @@ class EveryFault : public UsbRoad, public testing::WithParamInterface<usb_test::
 {
 };
 
-TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
+TEST_P(EveryFault, IsReportedWithCauseRemedyAndDevice)
 {
     const usb_test::Failure &failure = GetParam();
     const QString fault = QLatin1String(failure.fault);
@@ -133,7 +133,7 @@ TEST_P(EveryFault, IsToldWithCauseRemedyAndDevice)
 
 INSTANTIATE_TEST_SUITE_P(Faults, EveryFault, testing::ValuesIn(usb_test::failures()));
 
-TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
+TEST_F(UsbRoad, Devices_AreListedAgainOnRefreshAndTheReaderIsFound)
 {
     open();
     choose("road", "USB");
@@ -145,7 +145,7 @@ TEST_F(UsbRoad, Devices_AreListedAnewOnRefreshAndTheReaderIsFound)
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
 }
 
-TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreListedAnew)
+TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreListedAgain)
 {
     const auto chosen = [&] { return find<QComboBox>("device")->currentText().toStdString(); };
     otherDevice().isReader = false;
@@ -167,7 +167,7 @@ TEST_F(UsbRoad, OfTwoDevices_TheReaderIsFoundAndAnotherChoiceStaysWhenTheyAreLis
     expectMessage(Kind::NOTE, "Lay a card on the reader and press Read.");
 }
 
-TEST_F(UsbRoad, DevicesThatCannotBeListed_AreToldWithCauseAndRemedy)
+TEST_F(UsbRoad, DevicesThatCannotBeListed_AreReportedWithCauseAndRemedy)
 {
     usb_test::LibusbFailures failures;
     failures.deviceList = LIBUSB_ERROR_NO_MEM;
@@ -296,7 +296,7 @@ TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
         EXPECT_THAT(result.output(), HasSubstr(option));
 }
 
-TEST_F(Program, HelpThatCannotBeWritten_IsToldAndEndsWithStatus1)
+TEST_F(Program, HelpThatCannotBeWritten_IsReportedAndEndsWithStatus1)
 {
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "a shell cannot start what the emulator runs";
@@ -332,7 +332,7 @@ TEST_F(Program, Version_IsTheProgramsAndTheLibrarys)
                 testing::MatchesRegex("idcard-viewer [0-9.]+\nlibrary version:[0-9.]+\n"));
 }
 
-TEST_F(Program, WrongOptions_AreToldWithTheValueAndEndWithStatus2)
+TEST_F(Program, WrongOptions_AreReportedWithTheValueAndEndWithStatus2)
 {
     for (const QStringList &arguments :
          {QStringList{"--nonsense"}, QStringList{"stray"}, QStringList{"--usb", "12:1"},
@@ -354,7 +354,7 @@ TEST_F(Program, FaultOfTheReaderOnUsb_IsRefusedForTheSimulatorWithTheRoadThatHas
     expectEnd(result, 2, "no fault \"unplugged\"; only the reader on USB has it");
 }
 
-TEST_F(Program, OptionThatIsAlmostOne_IsToldAsItWasTypedWithTheOneThatWasMeant)
+TEST_F(Program, OptionThatIsAlmostOne_IsReportedAsItWasTypedWithTheOneThatWasMeant)
 {
     EXPECT_THAT(run({"--simulat", "resident"}).error(),
                 HasSubstr("idcard-viewer has no option --simulat; did you mean --simulate?"));

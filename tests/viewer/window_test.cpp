@@ -137,7 +137,7 @@ class EveryFault : public Window, public testing::WithParamInterface<FaultOutcom
 {
 };
 
-TEST_P(EveryFault, IsToldWithCauseAndRemedyAndNoCard)
+TEST_P(EveryFault, IsReportedWithCauseAndRemedyAndNoCard)
 {
     openWithCard("resident-compressed-photo", GetParam().fault);
     read();
@@ -158,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(Simulator, EveryFault,
                                          FaultOutcome{"photo-undecodable", -26},
                                          FaultOutcome{"unknown-kind", 0}));
 
-TEST_F(Window, FaultThatTheSimulatorRefuses_IsToldWithItsReason)
+TEST_F(Window, FaultThatTheSimulatorRefuses_IsReportedWithItsReason)
 {
     openWithCard("resident", "no-such-fault");
     EXPECT_EQ(headline(), "The simulator cannot be used as it was asked to.");
@@ -273,7 +273,7 @@ TEST_F(Window, ReadPressedOnceMoreWhileItReads_ReadsOnce)
     EXPECT_EQ(model("history")->rowCount(), 1);
 }
 
-TEST_F(Window, FailureWhileItReadsByItself_StandsUntilACardIsRead)
+TEST_F(Window, FailureWhileItReadsByItself_StaysUntilACardIsRead)
 {
     openWithCard("resident", "open-fails=7");
     check("automatic", true);
@@ -425,7 +425,7 @@ TEST_F(Window, Saved_AreTheFilesOfTheCardForTheirOwnerAlone)
     EXPECT_EQ(namesIn(folder).size(), 5U);
 }
 
-TEST_F(Window, SavedWhileCovered_IsTheWholeCardAndToldSo)
+TEST_F(Window, SavedWhileCovered_IsTheWholeCardAndReportedAsSuch)
 {
     show("resident");
     check("cover", true);
@@ -486,7 +486,7 @@ TEST_F(Window, NextCardReadAndHistoryClearedWhileADialogIsOpen_TheCardBeforeIsKe
     }
 }
 
-TEST_F(Window, SavingThatFails_IsToldAndLeavesNothing)
+TEST_F(Window, SavingThatFails_IsReportedAndLeavesNothing)
 {
     for (const auto &[action, failure] :
          {std::pair("Save…", "The card could not be saved."),
@@ -531,7 +531,7 @@ TEST_F(Window, Pdf_IsTheCardsSheetForItsOwnerAloneAndNamedSo)
     EXPECT_EQ(timelessPdf(path), timelessPdf(expected));
 }
 
-TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
+TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrReportsThatItCouldNot)
 {
     show("resident");
     const auto print = [this](const QString &path) {
@@ -553,7 +553,7 @@ TEST_F(Window, Print_OpensTheSystemsDialogAndPrintsOrTellsThatItCouldNot)
     EXPECT_GT(readFile(m_folder.filePath("printed.pdf")).size(), 1000);
 }
 
-/** Counts how often a window is asked to close. */
+/** Counts the requests to close a window. */
 class CloseWatch : public QObject
 {
 public:
