@@ -14,7 +14,7 @@ namespace app
 /**
  * The card as JSON, the same form for every road (docs/card.schema.json): texts without the blanks
  * that fill them up, null for what the road does not deliver. `folder` is where the card's files
- * stand: it is put before their names, an empty one gives bare names. Nothing: the card was not
+ * are: it is put before their names, an empty one gives bare names. Nothing: the card was not
  * saved, and the names are null.
  */
 QJsonObject toJson(const Card &card, const std::optional<QString> &folder);

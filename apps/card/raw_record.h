@@ -18,7 +18,7 @@ namespace app
 constexpr int RAW_RECORD_READ_LIMIT = reader_frames::READ_ANSWER_MAX_SIZE + 1;
 
 struct RawRecordCheck {
-    /** Where it is no record: offset, what was expected and what was found. Empty for a record. */
+    /** Why it is not a record: offset, what was expected and what was found. Empty for a record. */
     QString problem;
     /** What is odd about a record and does not keep it from being decoded. */
     QStringList warnings;

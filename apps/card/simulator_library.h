@@ -1,7 +1,7 @@
 #pragma once
 
-// The simulator, loaded on request: linked in, its functions would stand in the way of
-// the reader maker's.
+// The simulator, loaded on request: linked in, its functions would replace the reader
+// maker's.
 
 #include <QLibrary>
 #include <QString>

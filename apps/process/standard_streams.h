@@ -87,8 +87,8 @@ const char *programName();
 void printMessage(const QString &message);
 
 /**
- * Ends a program that has nothing else to do: tells the problem of its command line, or without one
- * writes the text that was asked for. Returns how the program ends.
+ * Ends a program that has nothing else to do: reports the problem of its command line, or without
+ * one writes the requested text. Returns how the program ends.
  */
 ExitStatus answer(const QString &problem, const QString &text, Output *output);
 
