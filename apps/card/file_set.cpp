@@ -81,13 +81,14 @@ QString notWritten(const FileChange &change, const QString &reason)
 }
 
 /** What somebody's card holds must not lie around. */
-void removeOrTell(QFile &file)
+void removeOrReport(QFile &file)
 {
-    if (!file.remove())
+    if (!file.remove()) {
         qCritical("%s",
                   qUtf8Printable(
                       QStringLiteral("The file %1 could not be removed: %2. Remove it.")
                           .arg(QDir::toNativeSeparators(file.fileName()), file.errorString())));
+    }
 }
 
 bool renameFile(const QString &from, const QString &to)
@@ -131,26 +132,39 @@ QString putInPlace(FileChange &change, const QByteArray &content, ExistingFiles 
     return {};
 }
 
+/** Brings back what stood in the file's place, if anything did. */
 void undo(const FileChange &change)
 {
     QFile placed(change.path);
     if (change.oldFile.isEmpty() && change.isInPlace)
-        removeOrTell(placed);
-    if (!change.oldFile.isEmpty() && !renameFile(change.oldFile, change.path))
+        removeOrReport(placed);
+    if (!change.oldFile.isEmpty() && !renameFile(change.oldFile, change.path)) {
         qCritical(
             "%s",
             qUtf8Printable(QStringLiteral("The earlier file %1 is now %2: %3. Rename it.")
                                .arg(QDir::toNativeSeparators(change.path),
                                     QDir::toNativeSeparators(change.oldFile), systemError(errno))));
+    }
 }
 
-/** All files in their places, or none. */
+/** Removes what lies under passing names; a change that is undone has brought its old file back. */
+void cleanUp(const FileChange &change, bool isUndone)
+{
+    change.passing->close(); // a file that cannot be flushed is not removed at once
+    if (change.isOpened && !change.isInPlace)
+        removeOrReport(*change.passing);
+    QFile old(change.oldFile);
+    if (!isUndone && !change.oldFile.isEmpty())
+        removeOrReport(old);
+}
+
+/** Writes all files, or leaves the folder as it was. */
 QString changeFiles(const QString &folder, const QVector<NamedContent> &files,
                     ExistingFiles existing)
 {
     std::vector<FileChange> changes;
     QString problem;
-    for (auto file = files.begin(); file != files.end() && problem.isEmpty(); ++file) {
+    for (const auto *file = files.begin(); file != files.end() && problem.isEmpty(); ++file) {
         const QString passing = QDir(folder).filePath(QStringLiteral(".%1.XXXXXX").arg(file->name));
         changes.push_back(
             {QDir(folder).filePath(file->name), std::make_unique<QTemporaryFile>(passing), {}});
@@ -160,14 +174,8 @@ QString changeFiles(const QString &folder, const QVector<NamedContent> &files,
         problem = putInPlace(changes[i], files[static_cast<int>(i)].content, existing);
     if (!problem.isEmpty())
         std::for_each(changes.rbegin(), changes.rend(), undo);
-    for (const FileChange &change : changes) {
-        change.passing->close(); // a file that cannot be flushed is not removed at once
-        if (change.isOpened && !change.isInPlace)
-            removeOrTell(*change.passing);
-        QFile old(change.oldFile);
-        if (problem.isEmpty() && !change.oldFile.isEmpty())
-            removeOrTell(old);
-    }
+    for (const FileChange &change : changes)
+        cleanUp(change, !problem.isEmpty());
     return problem;
 }
 
