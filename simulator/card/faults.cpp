@@ -207,7 +207,7 @@ QVector<QStringList> faultHelpRows(Road road)
 
 QString faultExample(const FaultRule &rule)
 {
-    const QString name = nameOf(rule, exchangesOf(rule).front());
+    QString name = nameOf(rule, exchangesOf(rule).front());
     if (rule.argument.form == FaultArgument::BYTES)
         return name + QStringLiteral("=00");
     if (rule.argument.form != FaultArgument::NUMBER)
