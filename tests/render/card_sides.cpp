@@ -129,7 +129,7 @@ template <typename Record>
 QString madeOf(QString (*maker)(Record *), Record record, const QByteArray &photo)
 {
     std::memcpy(record.byPhoto, photo.constData(),
-                std::min<std::size_t>(photo.size(), sizeof(record.byPhoto)));
+                std::min(static_cast<std::size_t>(photo.size()), sizeof(record.byPhoto)));
     return maker(&record);
 }
 
