@@ -35,10 +35,10 @@ set(IDCARD_TEST_ENVIRONMENT
   "TZ=UTC"
   "HOME=${IDCARD_TEST_HOME}"
   "XDG_CACHE_HOME="
-  "XDG_CONFIG_DIRS="
+  "XDG_CONFIG_DIRS=/etc/xdg"
   "XDG_CONFIG_HOME="
   "XDG_CURRENT_DESKTOP="
-  "XDG_DATA_DIRS="
+  "XDG_DATA_DIRS=/usr/local/share:/usr/share"
   "XDG_DATA_HOME="
   "XDG_RUNTIME_DIR="
   # Otherwise a bus would be started where there is a screen.
