@@ -84,7 +84,8 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
                 QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
                                "group %3")
                     .arg(rule.path, toText(node->device.ids), rule.group),
-                QStringLiteral("Load it, then plug the reader in again, as root:"), applyCommands()};
+                QStringLiteral("Load it, then plug the reader in again, as root:"),
+                applyCommands()};
     }
     return {Level::FINE, QStringLiteral("%1, for %2").arg(rule.path, whom)};
 }

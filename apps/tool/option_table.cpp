@@ -254,8 +254,9 @@ const std::vector<CommandRow> &commandTable()
 std::vector<Option> optionsOf(const CommandRow &command)
 {
     std::vector<Option> options = command.ownOptions;
-    options.emplace_back("verbose", "Report on standard error what is done, with the messages of the "
-                                    "libraries. Card data is never shown there.");
+    options.emplace_back("verbose",
+                         "Report on standard error what is done, with the messages of the "
+                         "libraries. Card data is never shown there.");
     options.emplace_back("help", "Show this help.");
     options.emplace_back("version", "Show the version.");
     return options;

@@ -39,7 +39,8 @@ std::vector<Option> declaredOptions()
         Option("card", "Begin with this card on the reader: a name from \"idcard-reader cards\" or "
                        "a file that describes a card. Without it the reader is empty.")
             .value("card", "a card's name or file", isNotBlank),
-        Option("fault", "Begin with these faults, one of those below or several with commas.")
+        Option("fault",
+               "Begin with these faults, one of those below or several separated by commas.")
             .value("faults", "faults separated by commas", isNotBlank),
         Option("device",
                "Ids of the reader, two numbers of four hexadecimal digits; 1209:0001 if not given.")
@@ -71,8 +72,8 @@ QString exitStatusSection()
     return helpSection(
         "Exit status",
         {row(ExitStatus::DONE, "Ended as asked."),
-         row(ExitStatus::PROGRAM_FAILED,
-             "The address and port could not be listened on, or standard output not be written."),
+         row(ExitStatus::PROGRAM_FAILED, "The address and port could not be listened on, or "
+                                         "standard output could not be written."),
          row(ExitStatus::WRONG_USAGE, "Wrong usage: an unknown option or value, or a card "
                                       "description or fault that is refused.")});
 }

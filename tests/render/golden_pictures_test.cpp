@@ -10,7 +10,7 @@
 #include "api/idcard_reader_api.h"
 #include "simulator/card/card_library.h"
 #include "simulator/simulator.h"
-#include "tests/render/composed_card.h"
+#include "tests/render/card_sides.h"
 #include "tests/render/painting_recorder.h"
 #include "tests/support/font_faces.h"
 #include "tests/support/gui_environment.h"
