@@ -114,15 +114,18 @@ TEST_F(PhotoEncodings, EveryFileThatIsCutOff_IsPaintedAsFarAsQtReadsIt)
 TEST_F(PhotoEncodings, EveryFormatThatQtWrites_IsPaintedAsQtReadsIt)
 {
     const QImage picture(FOLDER + QStringLiteral("png-rgb.png"));
+    // Other plug-ins are not Qt's own, and few write what fits into a record.
     const QList<QByteArray> formats = QImageWriter::supportedImageFormats();
-    EXPECT_THAT(formats, testing::IsSupersetOf({"bmp", "jpeg", "png", "ppm", "xpm"}));
-    for (const QByteArray &format : formats) {
+    const char *const own[] = {"bmp", "cur", "ico", "jpeg", "jpg", "pbm",
+                               "pgm", "png", "ppm", "xbm",  "xpm"};
+    EXPECT_THAT(formats, testing::IsSupersetOf(own));
+    for (const char *const format : own) {
         QByteArray file;
         QBuffer buffer(&file);
-        EXPECT_TRUE(QImageWriter(&buffer, format).write(picture)) << format.toStdString();
+        EXPECT_TRUE(QImageWriter(&buffer, format).write(picture)) << format;
         const QPixmap photo = asQtReadsIt(photoArea(file));
-        EXPECT_FALSE(photo.isNull()) << format.toStdString();
-        expectPainted(photoArea(file), photo, format.toStdString());
+        EXPECT_FALSE(photo.isNull()) << format;
+        expectPainted(photoArea(file), photo, format);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "tests/usb/emulated_bus.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <optional>
@@ -10,7 +11,9 @@
 #include <thread>
 #include <vector>
 
+#include <linux/capability.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "tests/usb/device_node.h"
@@ -361,10 +364,34 @@ QMap<QString, QString> EmulatedBus::childEnvironment() const
             {QStringLiteral("LD_PRELOAD"), QString::fromLocal8Bit(preload())}};
 }
 
+namespace
+{
+
+constexpr unsigned int READ_EVERYWHERE = 1U << CAP_DAC_READ_SEARCH;
+
+struct Capabilities {
+    __user_cap_header_struct head{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> sets{};
+
+    Capabilities() { syscall(SYS_capget, &head, sets.data()); }
+    bool mayReadEverywhere() const { return (sets[0].permitted & READ_EVERYWHERE) != 0; }
+};
+
+} // namespace
+
+// The build may lie in a folder of root's that is closed to others, as in a home, so that reading
+// stays allowed. A node is opened for writing, too.
 OrdinaryUser::OrdinaryUser()
 {
-    if (getuid() == 0 && seteuid(ORDINARY_USER) != 0)
+    if (getuid() != 0)
+        return;
+    if (seteuid(ORDINARY_USER) != 0)
         throw std::runtime_error("the rights of an ordinary user could not be taken on");
+    Capabilities capabilities;
+    if (capabilities.mayReadEverywhere()) {
+        capabilities.sets[0].effective |= READ_EVERYWHERE;
+        syscall(SYS_capset, &capabilities.head, capabilities.sets.data());
+    }
 }
 
 OrdinaryUser::~OrdinaryUser()
@@ -378,12 +405,16 @@ QStringList ordinaryUserCommand()
     if (getuid() != 0)
         return {};
     const QString user = QString::number(ORDINARY_USER);
-    return {QStringLiteral("/usr/bin/setpriv"),
-            QStringLiteral("--reuid"),
-            user,
-            QStringLiteral("--regid"),
-            user,
-            QStringLiteral("--clear-groups")};
+    QStringList command{QStringLiteral("/usr/bin/setpriv"),
+                        QStringLiteral("--reuid"),
+                        user,
+                        QStringLiteral("--regid"),
+                        user,
+                        QStringLiteral("--clear-groups")};
+    if (Capabilities().mayReadEverywhere())
+        command << QStringLiteral("--inh-caps=+dac_read_search")
+                << QStringLiteral("--ambient-caps=+dac_read_search");
+    return command;
 }
 
 } // namespace usb_test
