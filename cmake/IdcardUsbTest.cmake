@@ -60,7 +60,7 @@ endif()
 function(idcard_add_usb_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
   if(IDCARD_USB_LEFT_OUT)
-    # The program is there for what else is set for it, and is not built.
+    # The program only carries what else is set for it, and is not built.
     add_executable(${name} EXCLUDE_FROM_ALL ${arg_SOURCES})
     idcard_leave_out_test(${name} "${IDCARD_USB_LEFT_OUT}")
     return()

@@ -23,7 +23,7 @@ idcard_entry_value("Comment\\[zh_CN\\]" ENTRY_COMMENT_ZH)
 idcard_entry_value("Categories" ENTRY_CATEGORIES)
 string(REGEX REPLACE "([A-Za-z]+)\\\\?;" "<category>\\1</category>" ENTRY_CATEGORIES
   "${ENTRY_CATEGORIES}")
-# The kernel has the ids in upper case in what it tells of a device.
+# The kernel writes the ids of a device in upper case.
 string(TOUPPER "${IDCARD_USB_VENDOR_ID}" MODALIAS_VENDOR)
 string(TOUPPER "${IDCARD_USB_PRODUCT_ID}" MODALIAS_PRODUCT)
 set(IDCARD_METADATA_FILE "${CMAKE_CURRENT_BINARY_DIR}/${IDCARD_COMPONENT}.metainfo.xml"

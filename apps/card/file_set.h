@@ -19,8 +19,8 @@ struct NamedContent {
 enum class ExistingFiles { REFUSE, REPLACE };
 
 /**
- * Says why files of these names could not be written into `folder`, as far as that can be told
- * without writing; empty when nothing is in the way.
+ * Says why files of these names could not be written into `folder`, as far as that shows without
+ * writing; empty when nothing is in the way.
  */
 QString obstacleTo(const QString &folder, const QStringList &names, ExistingFiles existing);
 

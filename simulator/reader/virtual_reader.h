@@ -25,8 +25,8 @@ enum class UsbRefusal : unsigned char {
 
 /**
  * A vendor-specific high-speed device with one interface. A card is looked up (found), selected and
- * read; each step needs the one before and the same card still on the reader. Looking up begins
- * anew; a selected card can be read any number of times.
+ * read; each step needs the one before and the same card still on the reader. Looking up starts
+ * over; a selected card can be read any number of times.
  *
  * An answer waits until it is fetched or the next command is taken. Pipes 0x06 and 0x85 are a
  * loop-back: what was written last to the former is read once from the latter. So is the bare head

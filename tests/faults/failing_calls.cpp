@@ -77,7 +77,7 @@ extern "C" {
 EXPORTED void *dlopen(const char *file, int flags) noexcept
 {
     const auto open = real<void *(const char *, int)>("dlopen");
-    // The loader is to have a reason to tell.
+    // The loader needs a reason that it can give.
     return open(fails("dlopen", __builtin_return_address(0)) ? "/nowhere/library.so" : file, flags);
 }
 

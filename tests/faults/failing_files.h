@@ -1,8 +1,8 @@
 #pragma once
 
 // Calls that change files, which fail where a test says: in a test program whose functions go
-// before the C library's, or in a program that is started with this as a preloaded library and told
-// by
+// before the C library's, or in a program that is started with this as a preloaded library and
+// with
 //
 //     IDCARD_FAILING_CALL="function position errno folder"
 //

@@ -1,6 +1,6 @@
 #pragma once
 
-// The five closed functions, scripted by a test call by call. A call that no mock is there for, or
+// The five closed functions, scripted by a test call by call. A call without a mock, or
 // that its script does not expect, fails the test.
 
 #include "common/closed_functions.h"

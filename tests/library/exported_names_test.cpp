@@ -139,7 +139,7 @@ QStringList exportedFunctions(const QString &name)
     QStringList functions;
     const QString beginning = name + QStringLiteral("::");
     QStringList names = exportedNames();
-    names.removeDuplicates(); // a constructor is there for whole objects and for bases
+    names.removeDuplicates(); // there is one constructor for whole objects and one for bases
     for (const QString &exported : names)
         if (exported.startsWith(beginning) && !constants.contains(exported.mid(beginning.size())))
             functions << functionOf(exported.mid(beginning.size()));
