@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include "apps/card/card_output.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -90,7 +91,8 @@ QStringList missingFileNotes(const Card &card, CardFiles which)
             continue;
         const QString note = file.missingNote(card);
         if (!note.isEmpty())
-            notes << QStringLiteral("%1; %2 is not written.").arg(note, QLatin1String(file.name));
+            notes << filledIn(QStringLiteral("%1; %2 is not written."), note,
+                              QLatin1String(file.name));
     }
     return notes;
 }

@@ -8,7 +8,9 @@
 #include <QJsonDocument>
 
 #include "apps/card/card_files.h"
+#include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -86,7 +88,7 @@ QJsonValue jsonValue(const CardField &field)
         part = withoutTrailingBlanks(part);
     if (field.form != FieldForm::SPLIT_DATE)
         return parts.first();
-    return QJsonObject{{"year", parts[0]}, {"month", parts[1]}, {"day", parts[2]}};
+    return JsonObject{{"year", parts[0]}, {"month", parts[1]}, {"day", parts[2]}};
 }
 
 bool isEightDigits(const QString &text)
@@ -149,7 +151,7 @@ QString pathIn(const QString &folder, const char *name)
     return folder.isEmpty() ? QLatin1String(name) : QDir(folder).filePath(QLatin1String(name));
 }
 
-QJsonObject kindToJson(const Card &card)
+JsonObject kindToJson(const Card &card)
 {
     return {{"kind", QLatin1String(card.kindKey())},
             {"cardKind", static_cast<int>(card.kindCode())}};
@@ -159,7 +161,8 @@ void insertPictures(const Card &card, QJsonObject *object)
 {
     for (const CardSideRow &row : CARD_SIDES) {
         const char *const format = card.picture(row.side).isNull() ? "none" : "jpeg";
-        object->insert(QLatin1String(row.key), QJsonObject{{"format", QLatin1String(format)}});
+        object->insert(QString(QLatin1String(row.key)),
+                       JsonObject{{"format", QLatin1String(format)}});
     }
 }
 
@@ -172,7 +175,7 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonOb
         const bool saved = folder.has_value() && !file.content(card).isNull();
         QJsonObject part = object->value(QLatin1String(file.jsonKey)).toObject();
         part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
-        object->insert(QLatin1String(file.jsonKey), part);
+        object->insert(QString(QLatin1String(file.jsonKey)), part);
     }
 }
 
@@ -238,27 +241,27 @@ QString holderName(const Card &card)
     return {};
 }
 
-QJsonObject toJson(const Card &card, const std::optional<QString> &folder)
+JsonObject toJson(const Card &card, const std::optional<QString> &folder)
 {
-    QJsonObject object = kindToJson(card);
+    JsonObject object = kindToJson(card);
     object.insert("road", QLatin1String(roadKey(card.road())));
     for (const CardField &field : card.fields())
-        object.insert(QLatin1String(field.key), jsonValue(field));
+        object.insert(QString(QLatin1String(field.key)), jsonValue(field));
 
-    object.insert("photo", QJsonObject{{"format", QLatin1String(photoFormatRow(card).key)}});
+    object.insert("photo", JsonObject{{"format", QLatin1String(photoFormatRow(card).key)}});
     if (card.mayHaveFingerprints()) {
         const std::optional<int> count = card.fingerprintCount();
         object.insert("fingerprints",
-                      QJsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
+                      JsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
     }
     insertPictures(card, &object);
     insertFiles(card, folder, &object);
     return object;
 }
 
-QJsonObject picturesToJson(const Card &card, const QString &folder)
+JsonObject picturesToJson(const Card &card, const QString &folder)
 {
-    QJsonObject object = kindToJson(card);
+    JsonObject object = kindToJson(card);
     insertPictures(card, &object);
     insertFiles(card, folder, &object);
     return object;
@@ -301,8 +304,8 @@ QString missingPictureNote(const Card &card, CardSide side)
     if (!card.mayHavePictures() || !card.picture(side).isNull())
         return {};
     const char *const name = side == CardSide::FRONT ? "front" : "back";
-    return QStringLiteral("There is no picture of the card's %1: %2")
-        .arg(QLatin1String(name), reasonOfMissingPicture(card, side));
+    return filledIn(QStringLiteral("There is no picture of the card's %1: %2"), QLatin1String(name),
+                    reasonOfMissingPicture(card, side));
 }
 
 } // namespace app

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include "apps/card/card.h"
+#include "apps/process/json_object.h"
 
 namespace app
 {
@@ -17,7 +18,7 @@ namespace app
  * are: it is put before their names, an empty one gives bare names. Nothing: the card was not
  * saved, and the names are null.
  */
-QJsonObject toJson(const Card &card, const std::optional<QString> &folder);
+JsonObject toJson(const Card &card, const std::optional<QString> &folder);
 
 /** A row of what a card says to people, in the language of the application's translators. */
 struct CardRow {
@@ -51,7 +52,7 @@ QByteArray jsonLine(const QJsonObject &object);
 QString toTable(const Card &card, const std::optional<QString> &folder);
 
 /** The pictures of the card's sides alone, as `toJson` has them, with the kind of card. */
-QJsonObject picturesToJson(const Card &card, const QString &folder);
+JsonObject picturesToJson(const Card &card, const QString &folder);
 
 /** The pictures of the card's sides alone as a table for people. */
 QString picturesToTable(const Card &card, const QString &folder);

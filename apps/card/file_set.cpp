@@ -16,6 +16,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/texts.h"
+
 namespace app
 {
 
@@ -38,8 +40,9 @@ bool isThere(const QFileInfo &info)
 QString makeFolders(const QString &folder, QStringList *made)
 {
     const auto problem = [](const QString &path, const QString &reason) {
-        return QStringLiteral("The folder %1 could not be made: %2. Choose another folder.")
-            .arg(QDir::toNativeSeparators(path), reason);
+        return filledIn(
+            QStringLiteral("The folder %1 could not be made: %2. Choose another folder."),
+            QDir::toNativeSeparators(path), reason);
     };
     const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     QStringList missing;
@@ -75,19 +78,19 @@ struct FileChange {
 
 QString notWritten(const FileChange &change, const QString &reason)
 {
-    return QStringLiteral("The file %1 could not be written: %2. Free space, see who may write "
-                          "there, or choose another folder.")
-        .arg(QDir::toNativeSeparators(change.path), reason);
+    return filledIn(
+        QStringLiteral("The file %1 could not be written: %2. Free space, see who may write "
+                       "there, or choose another folder."),
+        QDir::toNativeSeparators(change.path), reason);
 }
 
 /** What somebody's card holds must not lie around. */
 void removeOrReport(QFile &file)
 {
     if (!file.remove()) {
-        qCritical("%s",
-                  qUtf8Printable(
-                      QStringLiteral("The file %1 could not be removed: %2. Remove it.")
-                          .arg(QDir::toNativeSeparators(file.fileName()), file.errorString())));
+        qCritical("%s", qUtf8Printable(filledIn(
+                            QStringLiteral("The file %1 could not be removed: %2. Remove it."),
+                            QDir::toNativeSeparators(file.fileName()), file.errorString())));
     }
 }
 
@@ -139,11 +142,10 @@ void undo(const FileChange &change)
     if (change.oldFile.isEmpty() && change.isInPlace)
         removeOrReport(placed);
     if (!change.oldFile.isEmpty() && !renameFile(change.oldFile, change.path)) {
-        qCritical(
-            "%s",
-            qUtf8Printable(QStringLiteral("The earlier file %1 is now %2: %3. Rename it.")
-                               .arg(QDir::toNativeSeparators(change.path),
-                                    QDir::toNativeSeparators(change.oldFile), systemError(errno))));
+        qCritical("%s", qUtf8Printable(filledIn(
+                            QStringLiteral("The earlier file %1 is now %2: %3. Rename it."),
+                            QDir::toNativeSeparators(change.path),
+                            QDir::toNativeSeparators(change.oldFile), systemError(errno))));
     }
 }
 
@@ -203,9 +205,10 @@ QString obstacleTo(const QString &folder, const QStringList &names, ExistingFile
     }
     if (present.isEmpty() || existing == ExistingFiles::REPLACE)
         return {};
-    return QStringLiteral("The folder %1 already holds %2, and nothing is overwritten. Choose "
-                          "another folder, or replace the card in it with --force.")
-        .arg(QDir::toNativeSeparators(folder), present.join(QStringLiteral(", ")));
+    return filledIn(
+        QStringLiteral("The folder %1 already holds %2, and nothing is overwritten. Choose "
+                       "another folder, or replace the card in it with --force."),
+        QDir::toNativeSeparators(folder), present.join(QStringLiteral(", ")));
 }
 
 QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
@@ -257,8 +260,8 @@ QString makeNextNumberedFolder(const QString &parent, QString *folder)
     }
     if (error == 0)
         return {};
-    return QStringLiteral("The folder %1 could not be made: %2.")
-        .arg(QDir::toNativeSeparators(*folder), systemError(error));
+    return filledIn(QStringLiteral("The folder %1 could not be made: %2."),
+                    QDir::toNativeSeparators(*folder), systemError(error));
 }
 
 } // namespace app

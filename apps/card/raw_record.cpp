@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/texts.h"
 #include "reader/frame_bytes.h"
 
 namespace app
@@ -42,9 +43,9 @@ struct HeadPart {
         QStringList expected;
         for (const QByteArray &bytes : allowed)
             expected << hex(bytes);
-        return QStringLiteral("at offset %1 (%2) it has %3, where %4 was expected.")
-            .arg(offset)
-            .arg(QLatin1String(name), hex(in(record)), expected.join(QStringLiteral(" or ")));
+        return filledIn(QStringLiteral("at offset %1 (%2) it has %3, where %4 was expected."),
+                        QString::number(offset), QLatin1String(name), hex(in(record)),
+                        expected.join(QStringLiteral(" or ")));
     }
 };
 
@@ -92,17 +93,18 @@ QStringList warningsOf(const QByteArray &record)
     const QByteArray prints = frameNumber(record.size() - READ_ANSWER_SIZE_NO_PRINT);
     const QByteArray declared = record.mid(PRINT_LENGTH_OFFSET, prints.size());
     if (declared != prints) {
-        warnings << QStringLiteral("at offset %1 (length of the fingerprints) it has %2, where %3 "
-                                   "was expected; its size decides.")
-                        .arg(PRINT_LENGTH_OFFSET)
-                        .arg(hex(declared), hex(prints));
+        warnings << filledIn(
+            QStringLiteral("at offset %1 (length of the fingerprints) it has %2, where %3 "
+                           "was expected; its size decides."),
+            QString::number(PRINT_LENGTH_OFFSET), hex(declared), hex(prints));
     }
     const QByteArray sum(1, frameChecksum(record, record.size() - CHECKSUM_SIZE));
     if (!record.endsWith(sum)) {
-        warnings << QStringLiteral("at offset %1 (checksum) it has %2, where %3 was expected; "
-                                   "something in it is not as the reader sent it.")
-                        .arg(record.size() - CHECKSUM_SIZE)
-                        .arg(hex(record.right(CHECKSUM_SIZE)), hex(sum));
+        warnings << filledIn(
+            QStringLiteral("at offset %1 (checksum) it has %2, where %3 was expected; "
+                           "something in it is not as the reader sent it."),
+            QString::number(record.size() - CHECKSUM_SIZE), hex(record.right(CHECKSUM_SIZE)),
+            hex(sum));
     }
     return warnings;
 }

@@ -10,6 +10,8 @@
 
 #include <dlfcn.h>
 
+#include "common/texts.h"
+
 namespace app
 {
 
@@ -38,16 +40,17 @@ QStringList libraryPlaces()
 
 SimulatorProblem loadProblem(const QString &reason)
 {
-    return {QStringLiteral("The simulator could not be loaded: %1. Build or install %2, or name it "
-                           "in the environment variable %3.")
-                .arg(reason, QLatin1String(LIBRARY_NAME), QLatin1String(LIBRARY_VARIABLE)),
+    return {filledIn(QStringLiteral(
+                         "The simulator could not be loaded: %1. Build or install %2, or name it "
+                         "in the environment variable %3."),
+                     reason, QLatin1String(LIBRARY_NAME), QLatin1String(LIBRARY_VARIABLE)),
             ExitStatus::PROGRAM_FAILED};
 }
 
 SimulatorProblem usageProblem(const char *what, const MessageBuffer &message)
 {
-    return {QStringLiteral("The simulator refuses the %1: %2")
-                .arg(QLatin1String(what), QString::fromUtf8(message.data())),
+    return {filledIn(QStringLiteral("The simulator refuses the %1: %2"), QLatin1String(what),
+                     QString::fromUtf8(message.data())),
             ExitStatus::WRONG_USAGE};
 }
 

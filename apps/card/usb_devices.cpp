@@ -12,6 +12,8 @@
 
 #include <unistd.h>
 
+#include "apps/process/link_target.h"
+#include "common/texts.h"
 #include "reader/reader_frames.h"
 #include "reader/usb_codes.h"
 
@@ -121,13 +123,9 @@ QString driverOf(libusb_device *device, const Config &config)
     const QString name = systemName(device);
     if (name.isEmpty() || !config)
         return {};
-    const QString link = QStringLiteral("%1/%2:%3.0/driver")
-                             .arg(systemFolder(name), name)
-                             .arg(int(config->bConfigurationValue));
-    std::array<char, 512> target{};
-    if (::readlink(QFile::encodeName(link).constData(), target.data(), target.size() - 1) < 0)
-        return {};
-    return QFile::decodeName(target.data()).section(QLatin1Char('/'), -1);
+    const QString link = filledIn(QStringLiteral("%1/%2:%3.0/driver"), systemFolder(name), name,
+                                  QString::number(config->bConfigurationValue));
+    return linkTarget(link).section(QLatin1Char('/'), -1);
 }
 
 UsbDevice describe(libusb_device *device, const libusb_device_descriptor &descriptor)

@@ -6,7 +6,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -30,7 +32,7 @@ QString designation(const UsbDevice &device)
 {
     const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
     return name.isEmpty() ? QStringLiteral("(%1)").arg(device.deviceClass)
-                          : QStringLiteral("%1 (%2)").arg(name, device.deviceClass);
+                          : filledIn(QStringLiteral("%1 (%2)"), name, device.deviceClass);
 }
 
 int likelyReader(const QVector<UsbDevice> &devices)
@@ -45,15 +47,15 @@ QByteArray toJson(const QVector<UsbDevice> &devices)
 {
     QJsonArray array;
     for (const UsbDevice &device : devices) {
-        array << QJsonObject{{"device", toText(device.ids)},
-                             {"bus", device.bus},
-                             {"address", device.address},
-                             {"node", device.node},
-                             {"mayOpen", device.mayOpen},
-                             {"class", device.deviceClass},
-                             {"manufacturer", textOrNull(device.manufacturer)},
-                             {"product", textOrNull(device.product)},
-                             {"hasReaderPipes", device.hasReaderPipes}};
+        array << JsonObject{{"device", toText(device.ids)},
+                            {"bus", device.bus},
+                            {"address", device.address},
+                            {"node", device.node},
+                            {"mayOpen", device.mayOpen},
+                            {"class", device.deviceClass},
+                            {"manufacturer", textOrNull(device.manufacturer)},
+                            {"product", textOrNull(device.product)},
+                            {"hasReaderPipes", device.hasReaderPipes}};
     }
     return QJsonDocument(array).toJson();
 }

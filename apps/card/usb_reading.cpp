@@ -6,6 +6,7 @@
 
 #include "apps/card/usb_catalogue.h"
 #include "apps/process/interruption.h"
+#include "common/texts.h"
 #include "reader/usbidreader.h"
 
 namespace app
@@ -56,7 +57,7 @@ std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
 QString deviceOf(const UsbOutcome &outcome)
 {
     const QString ids = toText(outcome.ids);
-    return outcome.device ? QStringLiteral("%1 at %2").arg(ids, outcome.device->node) : ids;
+    return outcome.device ? filledIn(QStringLiteral("%1 at %2"), ids, outcome.device->node) : ids;
 }
 
 } // namespace

@@ -2,10 +2,11 @@
 
 // What the doctor finds: one line of its report.
 
-#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include "apps/process/json_object.h"
 
 namespace app::doctor
 {
@@ -20,7 +21,7 @@ struct Finding {
     QString text;
     QString remedy = {};       ///< what to do, in words; empty when all is fine
     QStringList commands = {}; ///< of the remedy, one shell line each
-    QJsonObject facts = {};    ///< for programs, as docs/doctor.schema.json has them
+    JsonObject facts = {};     ///< for programs, as docs/doctor.schema.json has them
 };
 
 using Findings = QVector<Finding>;

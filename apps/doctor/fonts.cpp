@@ -14,6 +14,7 @@
 #include "apps/doctor/environment.h"
 #include "apps/doctor/shipped_files.h"
 #include "apps/doctor/stand_ins.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -39,7 +40,7 @@ constexpr const char *CHINESE_SAMPLE =
 
 QStringList chosenFamilies()
 {
-    return QString::fromUtf8(CHOSEN_FAMILIES).split(QLatin1Char('\n'));
+    return splitAt(QLatin1Char('\n'), QString::fromUtf8(CHOSEN_FAMILIES));
 }
 
 /** The first of the families that the project chose that is installed. */
@@ -88,8 +89,8 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
     const QString faces = font.faces.join(QStringLiteral(", "));
     if (!font.isKnown) {
         return {Level::FAILURE,
-                QStringLiteral("%1: not known, since Qt does not come up (%2)")
-                    .arg(wanted, pictures.failure),
+                filledIn(QStringLiteral("%1: not known, since Qt does not come up (%2)"), wanted,
+                         pictures.failure),
                 QStringLiteral("Do what \"Screen\" says and run this again.")};
     }
     if (!font.hasChinese) {
@@ -103,15 +104,16 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
     if (font.isInstalled)
         return {Level::FINE, QStringLiteral("%1 is installed").arg(wanted)};
     if (font.isStandIn)
-        return {Level::FINE, QStringLiteral("%1: its stand-in %2").arg(wanted, faces)};
+        return {Level::FINE, filledIn(QStringLiteral("%1: its stand-in %2"), wanted, faces)};
     const QString taken =
         faces.startsWith(font.got)
             ? faces
-            : QStringLiteral("%1, with Chinese characters of %2").arg(font.got, faces);
-    return judgedSubstitute(pictures, font,
-                            QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters "
-                                           "may have another form or size than on the card")
-                                .arg(wanted, taken));
+            : filledIn(QStringLiteral("%1, with Chinese characters of %2"), font.got, faces);
+    return judgedSubstitute(
+        pictures, font,
+        filledIn(QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters "
+                                "may have another form or size than on the card"),
+                 wanted, taken));
 }
 
 Findings checkFont(const PicturesState &pictures, const FontState &font)
@@ -138,7 +140,7 @@ void nameFonts(PicturesState *pictures)
     pictures->shippedFontChoice = shippedFontChoice();
 }
 
-QJsonObject describeFont(std::size_t which)
+JsonObject describeFont(std::size_t which)
 {
     const FontRow &row = FONTS.at(which);
     QFont font;
@@ -157,7 +159,8 @@ QJsonObject describeFont(std::size_t which)
         // Without any font Qt draws boxes from a face that has no name.
         hasAll = hasAll && !run.glyphIndexes().contains(0) && !face.familyName().isEmpty();
         if (!face.familyName().isEmpty())
-            faces << QStringLiteral("%1 %2").arg(face.familyName(), face.styleName()).trimmed();
+            faces
+                << filledIn(QStringLiteral("%1 %2"), face.familyName(), face.styleName()).trimmed();
     }
     faces.removeDuplicates();
     return {{"got", QFontInfo(font).family()},

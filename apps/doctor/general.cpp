@@ -8,6 +8,7 @@
 
 #include "api/idcard_reader_api.h"
 #include "apps/doctor/environment.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -30,8 +31,8 @@ Finding judgedLibraryVersion(const Versions &versions)
     if (versions.library == QStringLiteral("version:") + versions.program)
         return {Level::FINE, versions.library};
     return {Level::WARNING,
-            QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2")
-                .arg(versions.library, versions.program),
+            filledIn(QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2"),
+                     versions.library, versions.program),
             QStringLiteral("Install the library and the program of one version. This shows which "
                            "library is taken:"),
             {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep idcard_reader_lib")}};
@@ -42,7 +43,7 @@ Finding judgedQtVersion(const Versions &versions)
     const QVersionNumber built = QVersionNumber::fromString(versions.qtBuilt);
     const QVersionNumber running = QVersionNumber::fromString(versions.qtRunning);
     const QString text =
-        QStringLiteral("%1, built with %2").arg(versions.qtRunning, versions.qtBuilt);
+        filledIn(QStringLiteral("%1, built with %2"), versions.qtRunning, versions.qtBuilt);
     // A program runs with the Qt of its building and with later ones of the same major number.
     if (running >= built && running.majorVersion() == built.majorVersion())
         return {Level::FINE, text};
@@ -70,9 +71,10 @@ Finding judgedLocale(const LocaleState &locale)
     if (locale.encoding == QLatin1String("UTF-8"))
         return {Level::FINE, locale.name};
     return {Level::WARNING,
-            QStringLiteral("\"%1\" has the encoding %2, not UTF-8: a host application may garble "
-                           "Chinese texts and file names")
-                .arg(locale.name, locale.encoding),
+            filledIn(QStringLiteral(
+                         "\"%1\" has the encoding %2, not UTF-8: a host application may garble "
+                         "Chinese texts and file names"),
+                     locale.name, locale.encoding),
             QStringLiteral("Start the host application in a UTF-8 locale, for instance:"),
             {utf8}};
 }

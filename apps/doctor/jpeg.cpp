@@ -63,7 +63,7 @@ Finding judgedJpeg(const PicturesState &pictures)
 
 } // namespace
 
-QJsonObject describeJpeg()
+JsonObject describeJpeg()
 {
     QImage image(8, 8, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -71,7 +71,7 @@ QJsonObject describeJpeg()
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     const bool isWritten = image.save(&buffer, "JPG", -1);
-    QJsonObject values{{"canWrite", isWritten && bytes.startsWith("\xff\xd8\xff")}};
+    JsonObject values{{"canWrite", isWritten && bytes.startsWith("\xff\xd8\xff")}};
     describePlugin(&values);
     return values;
 }

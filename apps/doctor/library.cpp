@@ -9,6 +9,7 @@
 
 #include "apps/doctor/environment.h"
 #include "apps/process/child_process.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -107,10 +108,11 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
     switch (file.shape) {
     case LibraryShape::OTHER_MACHINE:
         return {QLatin1String("other-machine"),
-                QStringLiteral("%1 is for another processor: %2; this program is for %3")
-                    .arg(file.path, file.machine, state.ownMachine),
-                QStringLiteral("Get the library for %1 from %2 and put it in this one's place.")
-                    .arg(state.ownMachine, names.maker)};
+                filledIn(QStringLiteral("%1 is for another processor: %2; this program is for %3"),
+                         file.path, file.machine, state.ownMachine),
+                filledIn(QStringLiteral(
+                             "Get the library for %1 from %2 and put it in this one's place."),
+                         state.ownMachine, names.maker)};
     case LibraryShape::CUT_OFF:
         return {QLatin1String("truncated"),
                 QStringLiteral("%1 is cut off: its %2 bytes are fewer than its own headers say")
@@ -143,10 +145,11 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
     const QString dependency = missingDependency(state);
     if (!dependency.isEmpty()) {
         return {QLatin1String("missing-dependency"),
-                QStringLiteral("%1 needs %2, which is not here").arg(state.tried, dependency),
-                QStringLiteral("Install what has %1; %2 knows what the library needs. All that is "
-                               "missing:")
-                    .arg(dependency, names.maker),
+                filledIn(QStringLiteral("%1 needs %2, which is not here"), state.tried, dependency),
+                filledIn(QStringLiteral(
+                             "Install what has %1; %2 knows what the library needs. All that is "
+                             "missing:"),
+                         dependency, names.maker),
                 {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
                  QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
     }
@@ -156,16 +159,16 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
     }
     if (!state.files.isEmpty()) {
         return {QLatin1String("not-loadable"),
-                QStringLiteral("%1 cannot be loaded: %2")
-                    .arg(state.tried, state.errors.isEmpty() ? QString() : state.errors.last()),
+                filledIn(QStringLiteral("%1 cannot be loaded: %2"), state.tried,
+                         state.errors.isEmpty() ? QString() : state.errors.last()),
                 QStringLiteral("Get a version of it for this system from %1; the loader's whole "
                                "account:")
                     .arg(names.maker),
                 {QStringLiteral("ldd -r %1").arg(quoted(state.tried))}};
     }
     return {QLatin1String("not-found"),
-            QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache")
-                .arg(names.what, state.fileName, state.places.join(QStringLiteral(", "))),
+            filledIn(QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache"),
+                     names.what, state.fileName, state.places.join(QStringLiteral(", "))),
             QStringLiteral("Put the file that %1 delivered, or a link to it, under this name "
                            "beside libidcard_reader_lib.so, as root:")
                 .arg(names.maker),
@@ -182,8 +185,8 @@ Problem problemOf(const LibraryState &state, const Names &names)
         if (state.missing.isEmpty())
             return {};
         return {QLatin1String("missing-function"),
-                QStringLiteral("%1 has no function %2")
-                    .arg(state.tried, state.missing.join(QStringLiteral(", "))),
+                filledIn(QStringLiteral("%1 has no function %2"), state.tried,
+                         state.missing.join(QStringLiteral(", "))),
                 QStringLiteral("It is another library, or another version, under this name. Put "
                                "the one that %1 delivered in its place. What it has:")
                     .arg(names.maker),
@@ -194,8 +197,9 @@ Problem problemOf(const LibraryState &state, const Names &names)
                 return problemOfFile(state, file, names);
         }
         return {QLatin1String("crash"),
-                QStringLiteral("Loading %1 crashes (%2), and with it every program that reads")
-                    .arg(state.tried, state.crash),
+                filledIn(
+                    QStringLiteral("Loading %1 crashes (%2), and with it every program that reads"),
+                    state.tried, state.crash),
                 QStringLiteral("Report this to %1 and get another version. Remove this one until "
                                "then.")
                     .arg(names.maker)};

@@ -7,6 +7,7 @@
 
 #include "apps/process/child_process.h"
 #include "apps/process/display.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -28,10 +29,11 @@ void keepCachesIn(const QString &folder)
     QFile file(folder + QStringLiteral("/fonts.conf"));
     if (file.open(QIODevice::WriteOnly)) {
         // Fontconfig writes to the first folder that it may write to, and reads them all.
-        file.write(QStringLiteral("<fontconfig><cachedir>%1</cachedir><include>%2</include>"
-                                  "</fontconfig>")
-                       .arg(folder.toHtmlEscaped(), configuration.toHtmlEscaped())
-                       .toUtf8());
+        file.write(
+            filledIn(QStringLiteral("<fontconfig><cachedir>%1</cachedir><include>%2</include>"
+                                    "</fontconfig>"),
+                     folder.toHtmlEscaped(), configuration.toHtmlEscaped())
+                .toUtf8());
         qputenv("FONTCONFIG_FILE", QFile::encodeName(file.fileName()));
     }
     qputenv("XDG_CACHE_HOME", QFile::encodeName(folder));
@@ -80,7 +82,7 @@ QString failureOf(const ChildRun &run)
         return QStringLiteral("it hangs");
     QString log = QString::fromLocal8Bit(run.log);
     log.remove(QStringLiteral("idcard-reader: "));
-    for (const QString &line : log.split(QLatin1Char('\n'))) {
+    for (const QString &line : splitAt(QLatin1Char('\n'), log)) {
         if (!line.trimmed().isEmpty())
             return line.trimmed();
     }

@@ -9,6 +9,7 @@
 #include <QSizeF>
 
 #include "apps/doctor/finding.h"
+#include "apps/process/json_object.h"
 
 namespace app::doctor
 {
@@ -58,18 +59,18 @@ PicturesState probePictures();
 
 // Each part in a file of its own: what the child reports of it, and what the parent takes.
 
-QJsonObject describeScreen();
+JsonObject describeScreen();
 void takeScreen(const QJsonObject &values, PicturesState *pictures);
 Findings checkScreen(const Environment &environment);
 Findings checkResolution(const Environment &environment);
 
-QJsonObject describeJpeg();
+JsonObject describeJpeg();
 void takeJpeg(const QJsonObject &values, PicturesState *pictures);
 Findings checkJpeg(const Environment &environment);
 
 /** What is known of the fonts without Qt. */
 void nameFonts(PicturesState *pictures);
-QJsonObject describeFont(std::size_t which);
+JsonObject describeFont(std::size_t which);
 void takeFont(const QJsonObject &values, FontState *font);
 Findings checkTextFont(const Environment &environment);
 Findings checkNumberFont(const Environment &environment);

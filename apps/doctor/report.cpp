@@ -6,7 +6,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -65,8 +67,8 @@ int countOf(const std::vector<CheckedFinding> &findings, Level level)
 
 QString counted(int count, const char *what)
 {
-    return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(what),
-                                                    QLatin1String(count == 1 ? "" : "s"));
+    return filledIn(QStringLiteral("%1 %2%3"), QString::number(count), QLatin1String(what),
+                    QLatin1String(count == 1 ? "" : "s"));
 }
 
 QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
@@ -76,9 +78,9 @@ QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
     if (failures == 0 && warnings == 0)
         return QStringLiteral("All is fine: %1.\n")
             .arg(counted(static_cast<int>(findings.size()), "check"));
-    QString text = QStringLiteral("%1, %2, %3 fine.")
-                       .arg(counted(failures, "failure"), counted(warnings, "warning"))
-                       .arg(countOf(findings, Level::FINE));
+    QString text =
+        filledIn(QStringLiteral("%1, %2, %3 fine."), counted(failures, "failure"),
+                 counted(warnings, "warning"), QString::number(countOf(findings, Level::FINE)));
     if (roads == Roads::BOTH && failures != 0)
         text += QStringLiteral(" A counter needs one road only; --road library or --road usb "
                                "leaves the other out.");
@@ -94,8 +96,8 @@ QString toReport(const std::vector<CheckedFinding> &findings, Roads roads)
     for (const CheckedFinding &one : findings) {
         const Group *const group = one.check->group;
         if (group != last)
-            text += QStringLiteral("%1%2\n").arg(QLatin1String(last == nullptr ? "" : "\n"),
-                                                 QLatin1String(group->title));
+            text += filledIn(QStringLiteral("%1%2\n"), QLatin1String(last == nullptr ? "" : "\n"),
+                             QLatin1String(group->title));
         last = group;
         text += toLines(one);
     }
@@ -107,21 +109,20 @@ QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads
     QJsonArray array;
     for (const CheckedFinding &one : findings) {
         const Finding &finding = one.finding;
-        array << QJsonObject{{"group", QLatin1String(one.check->group->id)},
-                             {"check", QLatin1String(one.check->id)},
-                             {"level", nameIn(LEVELS, finding.level)},
-                             {"text", finding.text},
-                             {"remedy", textOrNull(finding.remedy)},
-                             {"commands", QJsonArray::fromStringList(finding.commands)},
-                             {"facts", finding.facts}};
+        array << JsonObject{{"group", QLatin1String(one.check->group->id)},
+                            {"check", QLatin1String(one.check->id)},
+                            {"level", nameIn(LEVELS, finding.level)},
+                            {"text", finding.text},
+                            {"remedy", textOrNull(finding.remedy)},
+                            {"commands", QJsonArray::fromStringList(finding.commands)},
+                            {"facts", finding.facts}};
     }
-    const QJsonObject report{
-        {"road", nameIn(ROADS, roads)},
-        {"result", nameIn(LEVELS, worstOf(findings))},
-        {"counts", QJsonObject{{"ok", countOf(findings, Level::FINE)},
-                               {"warning", countOf(findings, Level::WARNING)},
-                               {"failure", countOf(findings, Level::FAILURE)}}},
-        {"findings", array}};
+    const JsonObject report{{"road", nameIn(ROADS, roads)},
+                            {"result", nameIn(LEVELS, worstOf(findings))},
+                            {"counts", JsonObject{{"ok", countOf(findings, Level::FINE)},
+                                                  {"warning", countOf(findings, Level::WARNING)},
+                                                  {"failure", countOf(findings, Level::FAILURE)}}},
+                            {"findings", array}};
     return QJsonDocument(report).toJson();
 }
 

@@ -8,6 +8,8 @@
 
 #include "apps/card/screen_resolution.h"
 #include "apps/doctor/environment.h"
+#include "apps/process/json_object.h"
+#include "common/texts.h"
 #include "render/makecardimg.h"
 
 namespace app::doctor
@@ -18,7 +20,9 @@ namespace
 
 QJsonArray toArray(QSizeF size)
 {
-    return {size.width(), size.height()};
+    QJsonArray array;
+    array << size.width() << size.height();
+    return array;
 }
 
 QSizeF toSize(const QJsonValue &value)
@@ -47,8 +51,9 @@ Finding judgedScreen(const PicturesState &pictures)
                                      ? QStringLiteral("its own choice of platform")
                                      : QStringLiteral("the platform \"%1\"").arg(pictures.platform);
         return {Level::FAILURE,
-                QStringLiteral("Qt does not come up with %1: %2; a program that reads ends there")
-                    .arg(platform, pictures.failure),
+                filledIn(QStringLiteral(
+                             "Qt does not come up with %1: %2; a program that reads ends there"),
+                         platform, pictures.failure),
                 display, offscreen};
     }
     if (!pictures.screen) {
@@ -64,8 +69,8 @@ Finding judgedScreen(const PicturesState &pictures)
                                "\"offscreen\" by itself; a host application does not come up"),
                 display, offscreen};
     }
-    return {Level::FINE, QStringLiteral("%1 pixels on the platform \"%2\"")
-                             .arg(sizeText(pictures.screen->pixels), pictures.runningPlatform)};
+    return {Level::FINE, filledIn(QStringLiteral("%1 pixels on the platform \"%2\""),
+                                  sizeText(pictures.screen->pixels), pictures.runningPlatform)};
 }
 
 Finding judgedResolution(const ScreenState &screen)
@@ -73,10 +78,10 @@ Finding judgedResolution(const ScreenState &screen)
     const QString dpi =
         std::abs(screen.dpiX - screen.dpiY) < 0.05
             ? numberText(screen.dpiX)
-            : QStringLiteral("%1 x %2").arg(numberText(screen.dpiX), numberText(screen.dpiY));
-    const QString claim = QStringLiteral("%1 dpi (%2 x %3 mm)")
-                              .arg(dpi, numberText(screen.millimetres.width()),
-                                   numberText(screen.millimetres.height()));
+            : filledIn(QStringLiteral("%1 x %2"), numberText(screen.dpiX), numberText(screen.dpiY));
+    const QString claim =
+        filledIn(QStringLiteral("%1 dpi (%2 x %3 mm)"), dpi, numberText(screen.millimetres.width()),
+                 numberText(screen.millimetres.height()));
     const QString card =
         QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
     const QString remedy = QStringLiteral(
@@ -88,39 +93,41 @@ Finding judgedResolution(const ScreenState &screen)
         break;
     case ResolutionClaim::UNUSUAL:
         return {Level::WARNING,
-                QStringLiteral("The screen claims %1, which is unusual; %2").arg(claim, card),
+                filledIn(QStringLiteral("The screen claims %1, which is unusual; %2"), claim, card),
                 remedy, commands};
     case ResolutionClaim::UNEVEN:
-        return {Level::WARNING,
-                QStringLiteral("The screen claims different resolutions across and down, %1; "
-                               "pictures go by the first: %2")
-                    .arg(claim, card),
-                remedy, commands};
+        return {
+            Level::WARNING,
+            filledIn(QStringLiteral("The screen claims different resolutions across and down, %1; "
+                                    "pictures go by the first: %2"),
+                     claim, card),
+            remedy, commands};
     case ResolutionClaim::IMPOSSIBLE:
-        return {Level::FAILURE,
-                QStringLiteral("The screen claims %1, which no screen has; %2").arg(claim, card),
-                remedy, commands};
+        return {
+            Level::FAILURE,
+            filledIn(QStringLiteral("The screen claims %1, which no screen has; %2"), claim, card),
+            remedy, commands};
     }
-    return {Level::FINE, QStringLiteral("%1; %2").arg(claim, card)};
+    return {Level::FINE, filledIn(QStringLiteral("%1; %2"), claim, card)};
 }
 
 } // namespace
 
-QJsonObject describeScreen()
+JsonObject describeScreen()
 {
-    QJsonObject values{{"platform", QGuiApplication::platformName()}};
+    JsonObject values{{"platform", QGuiApplication::platformName()}};
     const QScreen *const screen = QGuiApplication::primaryScreen();
     if (screen == nullptr)
         return values;
     // JSON has no infinity, which a screen without a size gives; it comes back as 0.
     const QSizeF card = MakeCardImg::getCardRealPixelSize();
-    values["screen"] = QJsonObject{{"name", screen->name()},
-                                   {"pixels", toArray(screen->size())},
-                                   {"millimetres", toArray(screen->physicalSize())},
-                                   {"dpiX", screen->physicalDotsPerInchX()},
-                                   {"dpiY", screen->physicalDotsPerInchY()},
-                                   {"devicePixelRatio", screen->devicePixelRatio()},
-                                   {"card", toArray(card)}};
+    values["screen"] = JsonObject{{"name", screen->name()},
+                                  {"pixels", toArray(screen->size())},
+                                  {"millimetres", toArray(screen->physicalSize())},
+                                  {"dpiX", screen->physicalDotsPerInchX()},
+                                  {"dpiY", screen->physicalDotsPerInchY()},
+                                  {"devicePixelRatio", screen->devicePixelRatio()},
+                                  {"card", toArray(card)}};
     return values;
 }
 

@@ -1,9 +1,10 @@
 #include "apps/doctor/shipped_files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStringList>
+
+#include "apps/process/link_target.h"
 
 namespace app::doctor
 {
@@ -13,7 +14,7 @@ namespace
 
 QString programFolder()
 {
-    return QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
+    return QFileInfo(linkTarget(QStringLiteral("/proc/self/exe"))).path();
 }
 
 } // namespace

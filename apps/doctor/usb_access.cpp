@@ -12,6 +12,8 @@
 #include <QFile>
 
 #include "apps/doctor/environment.h"
+#include "apps/process/json_object.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -57,8 +59,8 @@ Finding judgedRights(const UsbNode &node, const UsbState &usb)
             {QStringLiteral("ls -l /dev/bus/usb")}};
     }
     const QString state =
-        QStringLiteral("%1: mode %2, owner %3, group %4%5")
-            .arg(node.device.node, modeText(rights.mode), rights.owner, rights.group,
+        filledIn(QStringLiteral("%1: mode %2, owner %3, group %4%5"), node.device.node,
+                 modeText(rights.mode), rights.owner, rights.group,
                  rights.hasAcl ? QStringLiteral(", with an access list") : QString());
     if (!node.device.mayOpen) {
         const QString text = QStringLiteral("This user may not open %1").arg(state);
@@ -91,23 +93,23 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
     if (group.isRoot)
         return {Level::FINE, QStringLiteral("\"%1\" is there; root needs none").arg(group.name)};
     if (group.isInForce)
-        return {Level::FINE, QStringLiteral("%1 is in \"%2\"").arg(group.user, group.name)};
+        return {Level::FINE, filledIn(QStringLiteral("%1 is in \"%2\""), group.user, group.name)};
     if (group.isMember) {
         return {level,
-                QStringLiteral("%1 is in \"%2\", but has not logged in since then")
-                    .arg(group.user, group.name),
+                filledIn(QStringLiteral("%1 is in \"%2\", but has not logged in since then"),
+                         group.user, group.name),
                 QStringLiteral("Log out of the whole desktop session and in again, or restart the "
                                "machine. To try it in this terminal:"),
                 {QStringLiteral("newgrp %1").arg(group.name)}};
     }
-    const QString text = QStringLiteral("%1 is not in \"%2\"").arg(group.user, group.name);
+    const QString text = filledIn(QStringLiteral("%1 is not in \"%2\""), group.user, group.name);
     if (mayOpenAll && !nodes.isEmpty())
         return {Level::FINE, text + QStringLiteral(" and need not be: the reader is open to them")};
     return {level,
             text,
             QStringLiteral("The user at the machine needs no group. For others, as root, then log "
                            "in again:"),
-            {QStringLiteral("usermod --append --groups %1 %2").arg(group.name, group.user)}};
+            {filledIn(QStringLiteral("usermod --append --groups %1 %2"), group.name, group.user)}};
 }
 
 } // namespace
@@ -154,7 +156,7 @@ Findings checkPermission(const Environment &environment)
         usb, [&](const UsbNode &node) { return judgedRights(node, usb); },
         [](const UsbNode &node) {
             const NodeRights &rights = node.rights;
-            return QJsonObject{
+            return JsonObject{
                 {"mayOpen", node.device.mayOpen},
                 {"mode", rights.isThere ? QJsonValue(modeText(rights.mode)) : QJsonValue()},
                 {"owner", textOrNull(rights.owner)},

@@ -8,6 +8,8 @@
 #include <QJsonArray>
 
 #include "apps/doctor/environment.h"
+#include "apps/process/json_object.h"
+#include "apps/process/link_target.h"
 
 namespace app::doctor
 {
@@ -32,7 +34,7 @@ bool hasOpen(const QDir &files, const QString &node)
 {
     for (const QString &name : files.entryList(QDir::Files | QDir::System | QDir::Hidden)) {
         const QString path = files.filePath(name);
-        if (QFile::symLinkTarget(path).endsWith(node) && isSameFile(path, node))
+        if (linkTarget(path).endsWith(node) && isSameFile(path, node))
             return true;
     }
     return false;
@@ -102,10 +104,10 @@ Findings checkHolder(const Environment &environment)
     return forEach(environment.usb, judgedHolders, [](const UsbNode &node) {
         QJsonArray processes;
         for (const Holder &holder : node.holders.processes)
-            processes << QJsonObject{{"process", holder.process}, {"name", holder.name}};
-        return QJsonObject{{"isClaimed", isClaimed(node)},
-                           {"processes", processes},
-                           {"unseenProcesses", node.holders.unseen}};
+            processes << JsonObject{{"process", holder.process}, {"name", holder.name}};
+        return JsonObject{{"isClaimed", isClaimed(node)},
+                          {"processes", processes},
+                          {"unseenProcesses", node.holders.unseen}};
     });
 }
 

@@ -4,6 +4,8 @@
 #include "apps/card/usb_list.h"
 #include "apps/doctor/environment.h"
 #include "apps/doctor/shipped_files.h"
+#include "apps/process/json_object.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -28,7 +30,7 @@ Finding judgedAbsence(const UsbState &usb)
                                 ? QStringLiteral("%1 is not on the USB bus").arg(toText(*usb.asked))
                                 : QStringLiteral("No device on the USB bus could be a reader");
     return {Level::FAILURE,
-            QStringLiteral("%1; %2").arg(missing, seen),
+            filledIn(QStringLiteral("%1; %2"), missing, seen),
             QStringLiteral("Plug the reader in, straight into the computer, and see that it has "
                            "power. A container or virtual machine has only the devices that are "
                            "passed through. What is there:"),
@@ -40,8 +42,7 @@ Finding judgedReader(const UsbNode &node)
     const UsbDevice &device = node.device;
     const QString name = designation(device);
     const QString text =
-        QStringLiteral("%1 at %2%3%4")
-            .arg(toText(device.ids), device.node,
+        filledIn(QStringLiteral("%1 at %2%3%4"), toText(device.ids), device.node,
                  QLatin1String(name.startsWith(QLatin1Char('(')) ? " " : ", "), name);
     if (device.hasReaderPipes)
         return {Level::FINE, text};
@@ -109,16 +110,16 @@ Findings checkReader(const Environment &environment)
         return {finding};
     }
     return forEach(usb, judgedReader, [](const UsbNode &node) {
-        return QJsonObject{{"manufacturer", textOrNull(node.device.manufacturer)},
-                           {"product", textOrNull(node.device.product)},
-                           {"hasReaderPipes", node.device.hasReaderPipes}};
+        return JsonObject{{"manufacturer", textOrNull(node.device.manufacturer)},
+                          {"product", textOrNull(node.device.product)},
+                          {"hasReaderPipes", node.device.hasReaderPipes}};
     });
 }
 
 Findings checkDriver(const Environment &environment)
 {
     return forEach(environment.usb, judgedDriver, [](const UsbNode &node) {
-        return QJsonObject{{"driver", textOrNull(node.device.driver)}};
+        return JsonObject{{"driver", textOrNull(node.device.driver)}};
     });
 }
 

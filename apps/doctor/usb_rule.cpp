@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include "apps/doctor/environment.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
@@ -62,17 +63,18 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
     }
     if (rule.isMasked) {
         return {level,
-                QStringLiteral("%1 is empty or a link to /dev/null, by which the rule is switched "
-                               "off%2")
-                    .arg(rule.path, although),
+                filledIn(QStringLiteral(
+                             "%1 is empty or a link to /dev/null, by which the rule is switched "
+                             "off%2"),
+                         rule.path, although),
                 QStringLiteral("Take it away, so that the file of the package counts, as root:"),
                 QStringList{QStringLiteral("rm %1").arg(rule.path)} + applyCommands()};
     }
     const QString whom = rule.opened.isEmpty() ? QStringLiteral("no device")
                                                : openedDevices(rule).join(QStringLiteral(", "));
     if (node != nullptr && !rule.opened.contains(node->device.ids)) {
-        return notOpened(QStringLiteral("%1 is for %2, not for %3")
-                             .arg(rule.path, whom, toText(node->device.ids)));
+        return notOpened(filledIn(QStringLiteral("%1 is for %2, not for %3"), rule.path, whom,
+                                  toText(node->device.ids)));
     }
     if (rule.opened.isEmpty()) {
         return notOpened(
@@ -81,13 +83,14 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
         return {Level::FAILURE,
-                QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
-                               "group %3")
-                    .arg(rule.path, toText(node->device.ids), rule.group),
+                filledIn(
+                    QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
+                                   "group %3"),
+                    rule.path, toText(node->device.ids), rule.group),
                 QStringLiteral("Load it, then plug the reader in again, as root:"),
                 applyCommands()};
     }
-    return {Level::FINE, QStringLiteral("%1, for %2").arg(rule.path, whom)};
+    return {Level::FINE, filledIn(QStringLiteral("%1, for %2"), rule.path, whom)};
 }
 
 Finding findingOf(const UsbState &usb, const RuleState &rule, const UsbNode *node)
@@ -129,7 +132,7 @@ RuleState parseRule(const QString &text)
     RuleState rule;
     QString joined = text;
     joined.replace(QStringLiteral("\\\n"), QStringLiteral(" "));
-    for (const QString &line : joined.split(QLatin1Char('\n'))) {
+    for (const QString &line : splitAt(QLatin1Char('\n'), joined)) {
         if (line.trimmed().startsWith(QLatin1Char('#')))
             continue;
         // udev compares texts, and the kernel has lower case: ids in upper case open nothing.
@@ -174,7 +177,7 @@ const RuleState &ruleFor(const UsbState &usb, UsbIds ids)
 
 QString accessCommand(const UsbState &usb, UsbIds ids)
 {
-    return QStringLiteral("%1 --device %2").arg(usb.accessProgram, toText(ids));
+    return filledIn(QStringLiteral("%1 --device %2"), usb.accessProgram, toText(ids));
 }
 
 Findings checkRule(const Environment &environment)

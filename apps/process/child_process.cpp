@@ -95,7 +95,7 @@ void writeTo(int descriptor, const QByteArray &text)
     ::dup2(log, STDERR_FILENO);
     closeFilesBut(channel);
     showForeignOutput(); // standard output goes the same way
-    work([channel](const QJsonObject &values) {
+    work([channel](const JsonObject &values) {
         writeTo(channel, QJsonDocument(values).toJson(QJsonDocument::Compact) + '\n');
     });
     writeTo(channel, END_MARK);
@@ -110,9 +110,9 @@ QString describe(int status)
     return QStringLiteral("signal %1, %2").arg(number).arg(QLatin1String(::strsignal(number)));
 }
 
-QJsonObject merged(const QByteArray &lines)
+JsonObject merged(const QByteArray &lines)
 {
-    QJsonObject all;
+    JsonObject all;
     for (const QByteArray &line : lines.split('\n')) {
         const QJsonObject values = QJsonDocument::fromJson(line).object();
         for (auto it = values.begin(); it != values.end(); ++it)

@@ -8,19 +8,21 @@
 #include <QJsonObject>
 #include <QString>
 
+#include "apps/process/json_object.h"
+
 namespace app
 {
 
 struct ChildRun {
     enum class End { DONE, CRASHED, TIMED_OUT };
     End end = End::DONE;
-    QString how;        ///< of a crash: the signal or the status
-    QJsonObject values; ///< sent by the work, up to its end
-    QByteArray log;     ///< what came on standard output and standard error
+    QString how;       ///< of a crash: the signal or the status
+    JsonObject values; ///< sent by the work, up to its end
+    QByteArray log;    ///< what came on standard output and standard error
 };
 
 /** Sends the parent values; those sent later replace those of the same keys. */
-using SendValues = std::function<void(const QJsonObject &values)>;
+using SendValues = std::function<void(const JsonObject &values)>;
 
 /**
  * Runs `work` in a forked child, which is killed with its own children after `timeoutMs`, and with

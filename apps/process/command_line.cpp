@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "apps/process/text_layout.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -108,7 +109,7 @@ Option &Option::excludes(const QStringList &names)
 QString Option::usage() const
 {
     return valueName.isEmpty() ? dashed(name)
-                               : QStringLiteral("%1 <%2>").arg(dashed(name), valueName);
+                               : filledIn(QStringLiteral("%1 <%2>"), dashed(name), valueName);
 }
 
 bool isWholeNumber(const QString &typed, int lowest, int highest)
@@ -199,8 +200,8 @@ QString OptionParser::problemOfUnknown(const QStringList &arguments) const
     const QString unknown = m_parser.unknownOptionNames().constFirst();
     const QString typed = printable(asTyped(unknown, arguments));
     const QString meant = nearest(unknown, m_names);
-    return meant.isEmpty() ? m_phrases.noOption.arg(subject(), typed)
-                           : m_phrases.noOptionButThis.arg(subject(), typed, dashed(meant));
+    return meant.isEmpty() ? filledIn(m_phrases.noOption, subject(), typed)
+                           : filledIn(m_phrases.noOptionButThis, subject(), typed, dashed(meant));
 }
 
 QString OptionParser::problemOfArguments() const
@@ -213,7 +214,7 @@ QString OptionParser::problemOfArguments() const
             .arg(printable(given.at(taken)));
     const bool isOptional = taken == 0 || m_argument.startsWith(QLatin1Char('['));
     if (!isOptional && argument().trimmed().isEmpty())
-        return QStringLiteral("%1 needs a %2: \"%3\".").arg(subject(), m_argument, usage());
+        return filledIn(QStringLiteral("%1 needs a %2: \"%3\"."), subject(), m_argument, usage());
     return {};
 }
 
@@ -225,8 +226,8 @@ QString OptionParser::problemOfOptions() const
             if (!problem.isEmpty())
                 return problem;
         } else if (option.isRequired && excluderOf(option) == nullptr) {
-            return QStringLiteral("%1 needs %2.")
-                .arg(subject(), waysToGive(option).join(QStringLiteral(" or ")));
+            return filledIn(QStringLiteral("%1 needs %2."), subject(),
+                            waysToGive(option).join(QStringLiteral(" or ")));
         }
     }
     return {};
@@ -240,12 +241,12 @@ QString OptionParser::problemOf(const Option &option) const
         return QStringLiteral("%1 can be given only once.").arg(name);
     if (!option.needed.isEmpty() && std::none_of(option.needed.begin(), option.needed.end(),
                                                  [this](const QString &o) { return isSet(o); })) {
-        return QStringLiteral("%1 only has a meaning together with --%2.")
-            .arg(name, option.needed.join(QStringLiteral(" or --")));
+        return filledIn(QStringLiteral("%1 only has a meaning together with --%2."), name,
+                        option.needed.join(QStringLiteral(" or --")));
     }
     if (const Option *const excluder = excluderOf(option)) {
-        return QStringLiteral("%1 has no meaning together with %2.")
-            .arg(name, dashed(excluder->name));
+        return filledIn(QStringLiteral("%1 has no meaning together with %2."), name,
+                        dashed(excluder->name));
     }
     for (const QString &value : m_parser.values(option.name)) {
         QString problem = problemOfValue(option, value);
@@ -259,10 +260,10 @@ QString OptionParser::problemOfValue(const Option &option, const QString &value)
 {
     const QString name = dashed(option.name);
     if (value.trimmed().isEmpty() && !m_phrases.noValue.isEmpty())
-        return m_phrases.noValue.arg(name, option.usage());
+        return filledIn(m_phrases.noValue, name, option.usage());
     return !option.accepts || option.accepts(value)
                ? QString()
-               : m_phrases.wrongValue.arg(name, option.wanted, printable(value));
+               : filledIn(m_phrases.wrongValue, name, option.wanted, printable(value));
 }
 
 const Option *OptionParser::excluderOf(const Option &option) const

@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "common/texts.h"
 #include "common/write_all.h"
 
 namespace app
@@ -170,7 +171,8 @@ const char *programName()
 
 void printMessage(const QString &message)
 {
-    printToStandardError(QStringLiteral("%1: %2\n").arg(QLatin1String(nameOfProgram), message));
+    printToStandardError(
+        filledIn(QStringLiteral("%1: %2\n"), QLatin1String(nameOfProgram), message));
 }
 
 ExitStatus answer(const QString &problem, const QString &text, Output *output)

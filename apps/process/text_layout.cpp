@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "common/texts.h"
+
 namespace app
 {
 
@@ -144,7 +146,7 @@ QString wrapped(const QString &text, int width, int indent)
 {
     QString result;
     int column = 0;
-    const QStringList words = text.simplified().split(QLatin1Char(' '));
+    const QStringList words = splitAt(QLatin1Char(' '), text.simplified());
     for (const QString &word : words) {
         const int wordWidth = displayWidth(word);
         if (column != 0 && column + 1 + wordWidth > width) {

@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/tool/commands.h"
 #include "simulator/card/card_library.h"
@@ -28,7 +29,7 @@ ExitStatus runCards(const Options &options, Output *output)
         }
         const QString kind = simulator::cardKindName(card->kind);
         rows << QStringList{name, kind, card->title};
-        cards << QJsonObject{{"name", name}, {"kind", kind}, {"title", card->title}};
+        cards << JsonObject{{"name", name}, {"kind", kind}, {"title", card->title}};
     }
     output->write(options.json ? QJsonDocument(cards).toJson() : alignedTable(rows).toUtf8());
     return ExitStatus::DONE;

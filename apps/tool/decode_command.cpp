@@ -8,6 +8,7 @@
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/simulator_setup.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -53,19 +54,19 @@ ExitStatus runDecode(const Options &options, Output *output)
 
     const Input input = readInput(options.argument);
     if (!input.problem.isEmpty()) {
-        printMessage(
-            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.")
-                .arg(input.name, input.problem));
+        printMessage(filledIn(
+            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record."),
+            input.name, input.problem));
         return ExitStatus::WRONG_USAGE;
     }
     const RawRecordCheck check = checkRawRecord(input.bytes);
     if (!check.isRecord()) {
         printMessage(
-            QStringLiteral("%1 is not a raw card record: %2").arg(input.name, check.problem));
+            filledIn(QStringLiteral("%1 is not a raw card record: %2"), input.name, check.problem));
         return ExitStatus::WRONG_USAGE;
     }
     for (const QString &warning : check.warnings)
-        printMessage(QStringLiteral("%1 is an odd record: %2").arg(input.name, warning));
+        printMessage(filledIn(QStringLiteral("%1 is an odd record: %2"), input.name, warning));
     return deliverRecord(input.bytes, check.prints, Road::FILE, options, output);
 }
 

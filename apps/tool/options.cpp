@@ -3,6 +3,7 @@
 #include "apps/card/version_text.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -27,8 +28,8 @@ CommandLine<Options> readWithoutCommand(const QString &first)
     QStringList names;
     for (const CommandRow &row : commandTable())
         names << QLatin1String(row.name);
-    return refused(QStringLiteral("There is no command %1; the commands are %2.")
-                       .arg(first, names.join(QStringLiteral(", "))));
+    return refused(filledIn(QStringLiteral("There is no command %1; the commands are %2."), first,
+                            names.join(QStringLiteral(", "))));
 }
 
 Options optionsIn(const OptionParser &line, const CommandRow &command)

@@ -14,6 +14,7 @@
 #include <QSaveFile>
 
 #include "apps/viewer/true_size.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -133,10 +134,10 @@ bool writeSheetPdf(const CardSheet &sheet, const QString &path, QString *problem
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
         file.write(page.data()) == page.size() && file.flush() && file.commit())
         return true;
-    *problem =
+    *problem = filledIn(
         Text::tr("The file %1 could not be written: %2. Free space, see who may write there, "
-                 "or choose another folder.")
-            .arg(QDir::toNativeSeparators(path), file.errorString());
+                 "or choose another folder."),
+        QDir::toNativeSeparators(path), file.errorString());
     return false;
 }
 

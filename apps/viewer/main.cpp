@@ -5,11 +5,11 @@
 #include <cstdlib>
 
 #include <QApplication>
-#include <QSocketNotifier>
 
 #include "apps/process/core_dumps.h"
 #include "apps/process/interruption.h"
 #include "apps/process/locale.h"
+#include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
 #include "apps/viewer/main_window.h"
 #include "apps/viewer/translation.h"
@@ -44,9 +44,8 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     // By which Wayland's desktops find the entry in the menu, and with it the icon.
     QGuiApplication::setDesktopFileName(QLatin1String(programName.data()));
     app::catchInterruption(ExitStatus::READ_FAILED);
-    const QSocketNotifier interruption(app::interruptionDescriptor(), QSocketNotifier::Read);
-    QObject::connect(&interruption, &QSocketNotifier::activated, &application,
-                     [](int) { QApplication::quit(); });
+    const app::ReadableNotifier interruption(app::interruptionDescriptor(),
+                                             [] { QApplication::quit(); });
 
     viewer::MainWindow window(options);
     window.show();

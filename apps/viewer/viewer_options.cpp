@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include "apps/card/version_text.h"
+#include "common/texts.h"
 #include "simulator/card/faults.h"
 
 namespace viewer
@@ -85,9 +86,9 @@ QString problemOf(const OptionParser &line)
         return Texts::tr("--simulate takes the name of a card or of a file.");
     const QString needs = Texts::tr("--%1 needs --%2.");
     if (line.isSet("fault") && !isSimulated)
-        return needs.arg("fault", "simulate");
+        return filledIn(needs, "fault", "simulate");
     if (line.isSet("simulator-photos") && !isUsb)
-        return needs.arg("simulator-photos", "usb");
+        return filledIn(needs, "simulator-photos", "usb");
     return line.isSet("fault") ? problemOfFaults(line.value("fault")) : QString();
 }
 

@@ -49,11 +49,10 @@ void LineSplitter::finishLine()
 
 LineInput::LineInput(LineSplitter::Take take, End end)
     : m_splitter(std::move(take)), m_end(std::move(end)),
-      m_readable(STDIN_FILENO, QSocketNotifier::Read)
+      m_readable(STDIN_FILENO, [this] { read(); })
 {
     // In the background of a terminal, reading is to fail, not to stop the program.
     std::signal(SIGTTIN, SIG_IGN);
-    QObject::connect(&m_readable, &QSocketNotifier::activated, &m_readable, [this] { read(); });
     m_retry.setSingleShot(true);
     QObject::connect(&m_retry, &QTimer::timeout, &m_readable,
                      [this] { m_readable.setEnabled(true); });

@@ -5,8 +5,9 @@
 #include <functional>
 
 #include <QByteArray>
-#include <QSocketNotifier>
 #include <QTimer>
+
+#include "apps/process/readable_notifier.h"
 
 namespace app
 {
@@ -51,7 +52,7 @@ private:
 
     LineSplitter m_splitter;
     End m_end;
-    QSocketNotifier m_readable;
+    ReadableNotifier m_readable;
     QTimer m_retry; ///< while the program is in the background of its terminal
 };
 

@@ -5,10 +5,10 @@
 #include <optional>
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 
 #include "apps/process/interruption.h"
 #include "apps/process/locale.h"
+#include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
 #include "apps/virtual_reader/line_input.h"
 #include "apps/virtual_reader/reader_console.h"
@@ -89,9 +89,8 @@ private:
     ExitStatus serve()
     {
         catchInterruption(ExitStatus::DONE);
-        QSocketNotifier interruption(interruptionDescriptor(), QSocketNotifier::Read);
-        QObject::connect(&interruption, &QSocketNotifier::activated, &interruption,
-                         [] { QCoreApplication::quit(); });
+        const ReadableNotifier interruption(interruptionDescriptor(),
+                                            [] { QCoreApplication::quit(); });
         print(QStringLiteral("ok listening on %1 port %2")
                   .arg(m_server.address().toString())
                   .arg(m_server.port()));

@@ -1,6 +1,7 @@
 #include "apps/virtual_reader/reader_console.h"
 
 #include "apps/process/text_layout.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -33,7 +34,7 @@ QString withArgument(const CommandRow &row)
     const QString name = QLatin1String(row.name);
     return row.argumentName == nullptr
                ? name
-               : QStringLiteral("%1 %2").arg(name, QLatin1String(row.argumentName));
+               : filledIn(QStringLiteral("%1 %2"), name, QLatin1String(row.argumentName));
 }
 
 } // namespace
@@ -80,8 +81,8 @@ struct ConsoleCommands {
         simulator::VirtualReader &reader = console->m_reader;
         const bool hasCard = reader.slot().card() != nullptr;
         return ok(
-            QStringLiteral("%1, %2, card: %3, faults: %4")
-                .arg(QLatin1String(reader.isPluggedIn() ? "plugged in" : "unplugged"),
+            filledIn(QStringLiteral("%1, %2, card: %3, faults: %4"),
+                     QLatin1String(reader.isPluggedIn() ? "plugged in" : "unplugged"),
                      QLatin1String(console->m_isAttached() ? "attached" : "not attached"),
                      hasCard ? console->m_card : QStringLiteral("none"),
                      console->m_faults.isEmpty() ? QStringLiteral("none") : console->m_faults));
@@ -143,18 +144,18 @@ QString ReaderConsole::answer(const QString &line)
         if (name != QLatin1String(row.name))
             continue;
         if (row.argument == Argument::NONE && !argument.isEmpty())
-            return error(printable(QStringLiteral("%1 takes no argument \"%2\"; give \"%1\" alone")
-                                       .arg(name, argument)));
+            return error(printable(filledIn(
+                QStringLiteral("%1 takes no argument \"%2\"; give \"%1\" alone"), name, argument)));
         if (row.argument == Argument::NEEDED && argument.isEmpty())
             return error(
-                QStringLiteral("%1 needs an argument: \"%2\"").arg(name, withArgument(row)));
+                filledIn(QStringLiteral("%1 needs an argument: \"%2\""), name, withArgument(row)));
         // One line, even if names and files hold line feeds.
         return printable(row.carryOut(this, argument));
     }
     constexpr int LONGEST_QUOTE = 60;
     return error(printable(
-        QStringLiteral("there is no command \"%1\"; the commands are %2")
-            .arg(name.left(LONGEST_QUOTE), ConsoleCommands::usages().join(QStringLiteral(", ")))));
+        filledIn(QStringLiteral("there is no command \"%1\"; the commands are %2"),
+                 name.left(LONGEST_QUOTE), ConsoleCommands::usages().join(QStringLiteral(", ")))));
 }
 
 QString ReaderConsole::putCard(const QString &nameOrFile)

@@ -5,6 +5,7 @@
 #include "apps/process/exit_status.h"
 #include "apps/process/text_layout.h"
 #include "apps/virtual_reader/reader_console.h"
+#include "common/texts.h"
 #include "simulator/card/faults.h"
 
 namespace app
@@ -119,7 +120,8 @@ CommandLine<VirtualReaderOptions> parseVirtualReaderArguments(const QStringList 
     if (parser.isSet("help"))
         return {{}, helpText(parser), {}};
     if (parser.isSet("version"))
-        return {{}, QStringLiteral("%1 %2\n").arg(program, QStringLiteral(IDCARD_VERSION)), {}};
+        return {
+            {}, filledIn(QStringLiteral("%1 %2\n"), program, QStringLiteral(IDCARD_VERSION)), {}};
     return {optionsIn(parser), {}, {}};
 }
 

@@ -14,6 +14,7 @@
 #include <QJsonParseError>
 #include <QStringList>
 
+#include "common/texts.h"
 #include "simulator/card/description_keys.h"
 
 namespace simulator
@@ -52,7 +53,7 @@ QString typeName(const QJsonValue &value)
 
 QString wrongType(const char *wanted, const QJsonValue &value)
 {
-    return QStringLiteral("must be %1, not %2").arg(QLatin1String(wanted), typeName(value));
+    return filledIn(QStringLiteral("must be %1, not %2"), QLatin1String(wanted), typeName(value));
 }
 
 // A text as a message can show it: short, and without characters that would upset a terminal.
@@ -95,7 +96,7 @@ QString readWord(const QJsonValue &value, std::initializer_list<Word<Value>> wor
         }
         known << QLatin1String(word.word);
     }
-    return QStringLiteral("%1 is none of %2").arg(quoted(value.toString()), listed(known));
+    return filledIn(QStringLiteral("%1 is none of %2"), quoted(value.toString()), listed(known));
 }
 
 // A whole number from 0 to `maximum`.
@@ -257,8 +258,8 @@ QStringList keysOf(CardKind kind)
 
 QString unknownKey(CardKind kind)
 {
-    return QStringLiteral("is not a key of a %1 card; its keys: %2")
-        .arg(cardKindName(kind), listed(keysOf(kind)));
+    return filledIn(QStringLiteral("is not a key of a %1 card; its keys: %2"), cardKindName(kind),
+                    listed(keysOf(kind)));
 }
 
 QString readText(CardDescription *card, const TextKey &key, const QJsonValue &value)
@@ -343,8 +344,8 @@ QString syntaxProblem(const QByteArray &json, const QJsonParseError &problem)
 
 QString DescriptionError::message() const
 {
-    return key.isEmpty() ? QStringLiteral("%1: %2").arg(file, reason)
-                         : QStringLiteral("%1: %2: %3").arg(file, quoted(key), reason);
+    return key.isEmpty() ? filledIn(QStringLiteral("%1: %2"), file, reason)
+                         : filledIn(QStringLiteral("%1: %2: %3"), file, quoted(key), reason);
 }
 
 std::optional<CardDescription> readDescription(const QByteArray &json, const QString &file,

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "common/texts.h"
+
 namespace simulator
 {
 
@@ -64,17 +66,17 @@ QString unknownFault(const QString &text, std::optional<Road> road)
         usages << faultUsage(rule);
         hasExchanges = hasExchanges || rule.isOfExchange();
     }
-    return QStringLiteral("fault \"%1\" is not known; known faults: %2%3")
-        .arg(shortened(text), usages.join(QStringLiteral(", ")),
-             QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
+    return filledIn(QStringLiteral("fault \"%1\" is not known; known faults: %2%3"),
+                    shortened(text), usages.join(QStringLiteral(", ")),
+                    QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
 }
 
 QString wrongFault(const FaultRule &rule, const QString &name, const QString &text)
 {
     const auto *const meaning = std::find_if(rule.meanings.begin(), rule.meanings.end(),
                                              [](const char *line) { return line != nullptr; });
-    return QStringLiteral("fault \"%1\" is not of the form %2: %3")
-        .arg(shortened(text), usageOf(name, rule.argument), QLatin1String(*meaning));
+    return filledIn(QStringLiteral("fault \"%1\" is not of the form %2: %3"), shortened(text),
+                    usageOf(name, rule.argument), QLatin1String(*meaning));
 }
 
 // How the reader on each road is called, and what simulates it.
@@ -93,9 +95,9 @@ QString faultOfOtherRoad(const QString &name, Road road)
 {
     const auto own = static_cast<std::size_t>(road);
     const RoadRow &other = ROADS.at(ROAD_COUNT - 1 - own);
-    return QStringLiteral("%1 has no fault \"%2\"; only %3 has it: use %4")
-        .arg(QLatin1String(ROADS.at(own).reader), name, QLatin1String(other.reader),
-             QLatin1String(other.program));
+    return filledIn(QStringLiteral("%1 has no fault \"%2\"; only %3 has it: use %4"),
+                    QLatin1String(ROADS.at(own).reader), name, QLatin1String(other.reader),
+                    QLatin1String(other.program));
 }
 
 bool isHexadecimalDigit(QChar character)
@@ -224,7 +226,7 @@ std::optional<Faults> parseFaults(const QString &text, Road road, QString *reaso
 {
     if (text.trimmed().isEmpty())
         return Faults();
-    return parsed(text.split(QLatin1Char(',')), road, reason);
+    return parsed(splitAt(QLatin1Char(','), text), road, reason);
 }
 
 } // namespace simulator

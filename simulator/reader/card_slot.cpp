@@ -2,6 +2,7 @@
 
 #include "simulator/reader/card_slot.h"
 
+#include "common/texts.h"
 #include "simulator/card/card_library.h"
 
 namespace simulator
@@ -22,7 +23,8 @@ bool useUp(int *count)
 
 QString variableProblem(const char *variable, const QString &problem)
 {
-    return QStringLiteral("environment variable %1: %2").arg(QLatin1String(variable), problem);
+    return filledIn(QStringLiteral("environment variable %1: %2"), QLatin1String(variable),
+                    problem);
 }
 
 } // namespace

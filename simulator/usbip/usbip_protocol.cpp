@@ -4,6 +4,7 @@
 
 #include <QtEndian>
 
+#include "common/texts.h"
 #include "simulator/reader/usb_standard.h"
 
 namespace simulator
@@ -140,8 +141,8 @@ std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
     if (bytesBuffered() < OPERATION_HEADER_SIZE)
         return std::nullopt;
     if (word(0) != VERSION) {
-        return fail(QStringLiteral("it speaks version %1 of the protocol, not %2")
-                        .arg(hexadecimal(word(0)), hexadecimal(VERSION)));
+        return fail(filledIn(QStringLiteral("it speaks version %1 of the protocol, not %2"),
+                             hexadecimal(word(0)), hexadecimal(VERSION)));
     }
     switch (word(2)) {
     case OP_REQ_DEVLIST:
@@ -173,8 +174,8 @@ std::optional<UsbipRequest> UsbipRequestReader::nextTransfer()
     if (command != USBIP_CMD_SUBMIT && command != USBIP_CMD_UNLINK)
         return fail(QStringLiteral("it sends the unknown command %1").arg(hexadecimal(command)));
     if (number(AT_DEVICE) != USBIP_DEVICE_ID) {
-        return fail(QStringLiteral("it names the device %1, but has imported %2")
-                        .arg(hexadecimal(number(AT_DEVICE)), hexadecimal(USBIP_DEVICE_ID)));
+        return fail(filledIn(QStringLiteral("it names the device %1, but has imported %2"),
+                             hexadecimal(number(AT_DEVICE)), hexadecimal(USBIP_DEVICE_ID)));
     }
     if (command == USBIP_CMD_UNLINK) {
         const UsbipUnlink unlink{number(AT_NUMBER), number(AT_UNLINKED_NUMBER)};

@@ -6,6 +6,8 @@
 
 #include <QTcpSocket>
 
+#include "common/texts.h"
+
 namespace simulator
 {
 
@@ -112,8 +114,8 @@ private:
         if (!m_isLeaving) {
             m_isLeaving = true;
             if (!m_connection.problem().isEmpty()) {
-                m_server.m_report(QStringLiteral("The connection of %1 is closed: %2.")
-                                      .arg(m_name, m_connection.problem()));
+                m_server.m_report(filledIn(QStringLiteral("The connection of %1 is closed: %2."),
+                                           m_name, m_connection.problem()));
             }
             m_patience.start(LEAVE_TIME_MS);
         }
