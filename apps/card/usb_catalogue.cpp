@@ -73,7 +73,7 @@ const std::vector<ResultEntry> &usbCatalogue()
                            "udev rule for the reader is missing, or the user is not in its group."),
          QT_TRANSLATE_NOOP(
              "Results", "Run \"idcard-reader-access\" as root while the reader is plugged in: it "
-                        "opens the reader to whoever sits at the machine and to the group "
+                        "opens the reader to the user at the machine and to the group "
                         "idcard-reader. A user who was added to the group logs in again."),
          ExitStatus::READER_NOT_OPENED},
         {USB_READER_NOT_FOUND, "USB_READER_NOT_FOUND",

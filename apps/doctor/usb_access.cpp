@@ -69,8 +69,8 @@ Finding judgedRights(const UsbNode &node, const UsbState &usb)
             return {Level::FAILURE, text, QStringLiteral("See what is said of \"Group\".")};
         return {Level::FAILURE,
                 text,
-                QStringLiteral("If this device is the reader, open it to whoever sits at the "
-                               "machine and to the users of the group, as root:"),
+                QStringLiteral("If this device is the reader, open it to the user at the "
+                               "machine and to those of the group, as root:"),
                 {accessCommand(usb, node.device.ids)}};
     }
     return {Level::FINE, usb.group.isRoot

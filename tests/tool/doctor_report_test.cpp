@@ -41,9 +41,8 @@ ok       Reader           1209:0001 at /dev/bus/usb/001/002, Maker Reader
                           (vendor-specific)
 FAILURE  Permission       This user may not open /dev/bus/usb/001/002: mode
                           0600, owner root, group root
-                          -> If this device is the reader, open it to whoever
-                          sits at the machine and to the users of the group, as
-                          root:
+                          -> If this device is the reader, open it to the user
+                          at the machine and to those of the group, as root:
                              idcard-reader-access --device 1209:0001
 FAILURE  udev rule        /etc/udev/rules.d/69-idcard-reader.rules is for
                           1209:0001, but has not been applied: the node is not

@@ -480,7 +480,7 @@
         <translation>读卡器已接入，但当前用户无权访问其设备节点：缺少读卡器的 udev 规则，或用户不在相应的用户组中。</translation>
     </message>
     <message>
-        <source>Run &quot;idcard-reader-access&quot; as root while the reader is plugged in: it opens the reader to whoever sits at the machine and to the group idcard-reader. A user who was added to the group logs in again.</source>
+        <source>Run &quot;idcard-reader-access&quot; as root while the reader is plugged in: it opens the reader to the user at the machine and to the group idcard-reader. A user who was added to the group logs in again.</source>
         <translation>请在读卡器接入时以 root 身份运行“idcard-reader-access”：它把读卡器开放给在本机前登录的用户和 idcard-reader 组。新加入该组的用户须重新登录。</translation>
     </message>
     <message>
