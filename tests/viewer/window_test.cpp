@@ -197,7 +197,7 @@ TEST_F(Window, CardOfAFile_IsReadByItsPath)
 TEST_F(Window, SpaceFromReadTableAndHistory_Reads)
 {
     openWithCard("resident");
-    EXPECT_EQ(QApplication::focusWidget(), find("read"));
+    EXPECT_TRUE(waitFor([&] { return QApplication::focusWidget() == find("read"); }));
     int cards = 0;
     for (const char *name : {"read", "fields", "history"}) {
         find(name)->setFocus();
