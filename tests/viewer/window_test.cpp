@@ -706,6 +706,7 @@ TEST_F(Window, EveryControl_HasANameAndIsReachedByTab)
         choose("road", road);
         std::set<QWidget *> reached;
         find("road")->setFocus();
+        ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() == find("road"); }));
         for (int i = 0; i < 40; ++i) {
             reached.insert(QApplication::focusWidget());
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
