@@ -14,7 +14,7 @@
 #include "simulator/card/description_keys.h"
 #include "simulator/card/faults.h"
 #include "simulator/reader/virtual_reader.h"
-#include "tests/support/generated_part.h"
+#include "tests/support/generated_text.h"
 #include "tests/support/process.h"
 
 using namespace app;

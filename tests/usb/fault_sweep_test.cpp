@@ -15,7 +15,7 @@
 
 #include "simulator/reader/virtual_reader.h"
 #include "tests/support/forked_work.h"
-#include "tests/support/generated_part.h"
+#include "tests/support/generated_text.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/fault_cases.h"
 

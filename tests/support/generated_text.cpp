@@ -1,4 +1,4 @@
-#include "tests/support/generated_part.h"
+#include "tests/support/generated_text.h"
 
 #include <gtest/gtest.h>
 
