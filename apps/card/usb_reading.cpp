@@ -44,15 +44,6 @@ void lookForReader(UsbOutcome *outcome)
         outcome->isUnplugged = now.code == USB_READER_OK && wasFound(outcome->code);
 }
 
-/** The catalogue's row for the outcome; nothing for an unknown code. */
-std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
-{
-    const ResultEntry *const entry = findUsbResult(outcome.code);
-    if (entry == nullptr)
-        return std::nullopt;
-    return outcome.isUnplugged ? unpluggedResult(*entry) : *entry;
-}
-
 /** Which device it was about, and where it is if it was found after a failure. */
 QString deviceOf(const UsbOutcome &outcome)
 {
@@ -61,6 +52,14 @@ QString deviceOf(const UsbOutcome &outcome)
 }
 
 } // namespace
+
+std::optional<ResultEntry> resultOf(const UsbOutcome &outcome)
+{
+    const ResultEntry *const entry = findUsbResult(outcome.code);
+    if (entry == nullptr)
+        return std::nullopt;
+    return outcome.isUnplugged ? unpluggedResult(*entry) : *entry;
+}
 
 ExitStatus UsbOutcome::exitStatus() const
 {

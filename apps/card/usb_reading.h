@@ -27,6 +27,9 @@ struct UsbOutcome {
 /** Opens the reader, fetches the card's record and closes the reader. */
 UsbOutcome readOverUsb(UsbIds ids);
 
+/** The catalogue's row for the outcome; nothing for an unknown code. */
+std::optional<ResultEntry> resultOf(const UsbOutcome &outcome);
+
 /** What happened, why and what to do, for a reading that failed. */
 Message messageOf(const UsbOutcome &outcome);
 

@@ -2,8 +2,8 @@
 
 #include "api/result_codes.h"
 #include "apps/card/card_output.h"
-#include "apps/card/message.h"
 #include "apps/card/record_decoder.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
 
 namespace app
@@ -14,68 +14,91 @@ ExistingFiles existingFiles(const Options &options)
     return options.force ? ExistingFiles::REPLACE : ExistingFiles::REFUSE;
 }
 
-bool canBeSaved(const Options &options)
+std::optional<Failure> fileFailure(const QString &problem)
 {
-    if (options.outFolder.isEmpty())
-        return true;
-    const QString obstacle =
-        obstacleTo(options.outFolder, cardFileNames(CardFiles::ALL), existingFiles(options));
-    if (!obstacle.isEmpty())
-        printMessage(obstacle);
-    return obstacle.isEmpty();
+    if (problem.isEmpty())
+        return std::nullopt;
+    return toolFailure(ToolFault::FILES_NOT_WRITTEN, problem);
 }
 
-ExitStatus deliver(const Card &card, const Options &options, Output *output)
+std::optional<Failure> obstacleToSaving(const Options &options)
 {
-    ExitStatus status = ExitStatus::DONE;
-    std::optional<QString> folder;
-    if (!options.outFolder.isEmpty()) {
-        const QString notWritten = writeFileSet(options.outFolder, contentsOf(card, CardFiles::ALL),
-                                                existingFiles(options));
-        if (notWritten.isEmpty()) {
-            folder = options.outFolder;
-            tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(*folder));
-            tellMissingFiles(card, CardFiles::ALL);
-        } else {
-            printMessage(notWritten);
-            status = ExitStatus::FILES_NOT_WRITTEN;
-        }
-    }
-    output->write(options.json ? indentedJson(toJson(card, folder))
-                               : toTable(card, folder).toUtf8());
-    return status;
+    if (options.outFolder.isEmpty())
+        return std::nullopt;
+    return fileFailure(
+        obstacleTo(options.outFolder, cardFileNames(CardFiles::ALL), existingFiles(options)));
 }
 
 namespace
 {
 
-/** As `deliver`; a photo that the card has and that was not decoded decides how the program ends.
- */
-ExitStatus deliverDecoded(const Card &card, const Options &options, Output *output)
+/** Saves the card if a folder was given; returns why it was not saved. */
+std::optional<Failure> save(const Card &card, const Options &options)
 {
-    const ExitStatus status = deliver(card, options, output);
-    if (card.photoFormat() != PhotoFormat::COMPRESSED)
-        return status;
-    const ResultEntry *const entry = findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true);
-    printMessage(terminalText(messageOf(*entry)));
-    if (!options.simulatorPhotos)
-        printMessage(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
-    return status == ExitStatus::DONE ? entry->exitStatus : status;
+    if (options.outFolder.isEmpty())
+        return std::nullopt;
+    auto failure = fileFailure(
+        writeFileSet(options.outFolder, contentsOf(card, CardFiles::ALL), existingFiles(options)));
+    if (failure) {
+        printMessage(failure->words);
+        return failure;
+    }
+    tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(options.outFolder));
+    tellMissingFiles(card, CardFiles::ALL);
+    return std::nullopt;
+}
+
+void print(const Card &card, const std::optional<QString> &folder,
+           const std::optional<Failure> &failure, const Options &options, Output *output)
+{
+    if (!options.json) {
+        output->write(toTable(card, folder).toUtf8());
+        return;
+    }
+    QJsonObject object = toJson(card, folder);
+    if (failure)
+        object.insert("error", toJson(*failure));
+    output->write(indentedJson(object));
+}
+
+std::optional<Failure> photoFailure(const Card &card)
+{
+    if (card.photoFormat() != PhotoFormat::COMPRESSED || card.road() == Road::READER_LIBRARY)
+        return std::nullopt;
+    return resultFailure(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true));
 }
 
 } // namespace
 
-ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road road,
+ExitStatus deliver(const Card &card, const Options &options, Output *output,
+                   const std::optional<Failure> &earlier)
+{
+    const std::optional<Failure> notSaved = save(card, options);
+    const std::optional<Failure> noPhoto = photoFailure(card);
+    const std::optional<Failure> failure = notSaved ? notSaved : noPhoto ? noPhoto : earlier;
+    std::optional<QString> folder;
+    if (!options.outFolder.isEmpty() && !notSaved)
+        folder = options.outFolder;
+    print(card, folder, failure, options, output);
+    if (noPhoto) {
+        printMessage(noPhoto->words);
+        if (!options.simulatorPhotos)
+            printMessage(
+                QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
+    }
+    return failure ? failure->exitStatus : ExitStatus::DONE;
+}
+
+ExitStatus deliverRecord(const QByteArray &record, const RecordOrigin &origin,
                          const Options &options, Output *output)
 {
-    const std::optional<Card> card = decodeRawRecord(record, prints, road);
-    if (!card) {
-        printMessage(
-            QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
-                           "card must be 0, 1, 2 or 9. Read the card once more."));
-        return ExitStatus::NOTHING_READ;
-    }
-    return deliverDecoded(*card, options, output);
+    const std::optional<Card> card = decodeRawRecord(record, origin.prints, origin.road);
+    if (card)
+        return deliver(*card, options, output, origin.earlier);
+    const QString words =
+        QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
+                       "card must be 0, 1, 2 or 9. Read the card once more.");
+    return report(toolFailure(ToolFault::TEXT_NOT_DECODED, words), options, output);
 }
 
 void tellMissingFiles(const Card &card, CardFiles which)

@@ -4,8 +4,8 @@
 
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
+#include "apps/card/failure.h"
 #include "apps/card/file_set.h"
-#include "apps/process/exit_status.h"
 #include "apps/process/standard_streams.h"
 #include "apps/tool/options.h"
 
@@ -14,20 +14,29 @@ namespace app
 
 ExistingFiles existingFiles(const Options &options);
 
-/** Whether the card could be saved as the options say, as far as is known now; reports why not. */
-bool canBeSaved(const Options &options);
+/** A problem with files as a failure; nothing for an empty text. */
+std::optional<Failure> fileFailure(const QString &problem);
+
+/** Why the card could not be saved as the options say, as far as is known now. */
+std::optional<Failure> obstacleToSaving(const Options &options);
 
 /**
- * Saves and prints. A card that cannot be saved is reported and still printed. Returns how the
- * program ends if all else went well.
+ * Saves and prints. What keeps the card from being saved is reported, and it is still printed, and
+ * so is a photo that the card has and that was not decoded. The first of these, or else `earlier`,
+ * which was reported before, is the error of the printed card and decides how the program ends.
  */
-ExitStatus deliver(const Card &card, const Options &options, Output *output);
+ExitStatus deliver(const Card &card, const Options &options, Output *output,
+                   const std::optional<Failure> &earlier = std::nullopt);
 
-/**
- * Decodes a raw record that was checked and delivers the card. A photo that the card has and that
- * was not decoded decides how the program ends.
- */
-ExitStatus deliverRecord(const QByteArray &record, FP_INFO_TYPE prints, Road road,
+/** What is known of a raw record that was checked. */
+struct RecordOrigin {
+    FP_INFO_TYPE prints;
+    Road road;
+    std::optional<Failure> earlier; ///< as for `deliver`
+};
+
+/** Decodes a raw record that was checked and delivers the card. */
+ExitStatus deliverRecord(const QByteArray &record, const RecordOrigin &origin,
                          const Options &options, Output *output);
 
 /** Prints which files were not written because the card has no such photo or picture. */

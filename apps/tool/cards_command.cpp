@@ -7,6 +7,7 @@
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "simulator/card/card_library.h"
 
 namespace app
@@ -21,11 +22,10 @@ ExitStatus runCards(const Options &options, Output *output)
         simulator::DescriptionError error;
         const auto card = simulator::loadCard(name, &error);
         if (!card) {
-            printMessage(
+            const QString words =
                 QStringLiteral("The built-in card %1 cannot be used; this program is broken. "
-                               "Install it again.")
-                    .arg(name));
-            return ExitStatus::PROGRAM_FAILED;
+                               "Install it again.");
+            return report(toolFailure(ToolFault::PROGRAM_BROKEN, words.arg(name)), options, output);
         }
         const QString kind = simulator::cardKindName(card->kind);
         rows << QStringList{name, kind, card->title};

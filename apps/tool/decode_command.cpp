@@ -7,6 +7,7 @@
 #include "apps/card/raw_record.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "common/texts.h"
 
@@ -48,26 +49,29 @@ ExitStatus runDecode(const Options &options, Output *output)
 {
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
-        return reported(problem);
-    if (!canBeSaved(options))
-        return ExitStatus::FILES_NOT_WRITTEN;
+        return report(problem, options, output);
+    const std::optional<Failure> obstacle = obstacleToSaving(options);
+    if (obstacle)
+        return report(*obstacle, options, output);
 
     const Input input = readInput(options.argument);
     if (!input.problem.isEmpty()) {
-        printMessage(filledIn(
-            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record."),
-            input.name, input.problem));
-        return ExitStatus::WRONG_USAGE;
+        const QString words =
+            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.");
+        return report(
+            toolFailure(ToolFault::RECORD_NOT_READ, filledIn(words, input.name, input.problem)),
+            options, output);
     }
     const RawRecordCheck check = checkRawRecord(input.bytes);
     if (!check.isRecord()) {
-        printMessage(
-            filledIn(QStringLiteral("%1 is not a raw card record: %2"), input.name, check.problem));
-        return ExitStatus::WRONG_USAGE;
+        const QString words = QStringLiteral("%1 is not a raw card record: %2");
+        return report(
+            toolFailure(ToolFault::NOT_A_RECORD, filledIn(words, input.name, check.problem)),
+            options, output);
     }
     for (const QString &warning : check.warnings)
         printMessage(filledIn(QStringLiteral("%1 is an odd record: %2"), input.name, warning));
-    return deliverRecord(input.bytes, check.prints, Road::FILE, options, output);
+    return deliverRecord(input.bytes, {check.prints, Road::FILE, std::nullopt}, options, output);
 }
 
 } // namespace app

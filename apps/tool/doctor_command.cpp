@@ -2,6 +2,7 @@
 
 #include "apps/doctor/report.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 
 namespace app
 {
@@ -50,10 +51,10 @@ void showLogs(const Environment &environment)
 ExitStatus runDoctor(const Options &options, Output *output)
 {
     if (roadsOf(options.road) == Roads::LIBRARY && options.isDeviceNamed) {
-        printMessage(
+        const QString words =
             QStringLiteral("--device has no meaning together with --road library, which finds its "
-                           "reader itself.\nSee \"idcard-reader doctor --help\"."));
-        return ExitStatus::WRONG_USAGE;
+                           "reader itself.\nSee \"idcard-reader doctor --help\".");
+        return report(toolFailure(ToolFault::OPTIONS_CONTRADICT, words), options, output);
     }
     const Environment environment = probe(options);
     if (options.verbose)

@@ -101,8 +101,12 @@ const std::vector<CommandRow> &commandTable()
          "  idcard-reader watch --out visitors\n"
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
-         "      wait for one card, however long it takes\n",
+         "      wait for one card, however long it takes\n"
+         "  idcard-reader watch --json\n"
+         "      print failures for a program as well\n",
          {
+             Option("json", "Print each failure as one line of JSON as well, and with a card what "
+                            "kept it from being saved."),
              Option("out", "Save every card in a folder of its own in this folder: 0001, 0002, ... "
                            "after the highest number that is there. The files are those of "
                            "\"idcard-reader read --out\". Only their owner can read them.")

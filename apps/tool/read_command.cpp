@@ -6,6 +6,7 @@
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 #include "apps/tool/waiting.h"
@@ -21,10 +22,11 @@ ExitStatus runRead(const Options &options, Output *output)
     if (!problem && !options.simulate.isEmpty())
         problem = simulator.putCard(options.simulate.first());
     if (problem)
-        return reported(problem);
+        return report(problem, options, output);
 
-    if (!canBeSaved(options))
-        return ExitStatus::FILES_NOT_WRITTEN;
+    const std::optional<Failure> obstacle = obstacleToSaving(options);
+    if (obstacle)
+        return report(*obstacle, options, output);
 
     QElapsedTimer time;
     time.start();
@@ -36,10 +38,8 @@ ExitStatus runRead(const Options &options, Output *output)
     tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")
                                .arg(time.elapsed())
                                .arg(outcome.code));
-    if (!outcome.card) {
-        tellFailedLook(outcome.exitStatus(), explain(outcome));
-        return outcome.exitStatus();
-    }
+    if (!outcome.card)
+        return report(failedLook(failureOf(outcome)), options, output);
     return deliver(*outcome.card, options, output);
 }
 

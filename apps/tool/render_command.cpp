@@ -5,6 +5,7 @@
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 
@@ -33,28 +34,22 @@ ExitStatus runRender(const Options &options, Output *output)
     SimulatorLibrary simulator;
     const SimulatorProblem problem = layOut(options, &simulator);
     if (problem)
-        return reported(problem);
+        return report(problem, options, output);
 
     const ExistingFiles existing = existingFiles(options);
     const QString obstacle =
         obstacleTo(options.outFolder, cardFileNames(CardFiles::PICTURES), existing);
-    if (!obstacle.isEmpty()) {
-        printMessage(obstacle);
-        return ExitStatus::FILES_NOT_WRITTEN;
-    }
+    if (!obstacle.isEmpty())
+        return report(toolFailure(ToolFault::FILES_NOT_WRITTEN, obstacle), options, output);
 
     const ReadOutcome outcome = readCard();
-    if (!outcome.card) {
-        printMessage(explain(outcome));
-        return outcome.exitStatus();
-    }
+    if (!outcome.card)
+        return report(failureOf(outcome), options, output);
 
     const QString notWritten =
         writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::PICTURES), existing);
-    if (!notWritten.isEmpty()) {
-        printMessage(notWritten);
-        return ExitStatus::FILES_NOT_WRITTEN;
-    }
+    if (!notWritten.isEmpty())
+        return report(toolFailure(ToolFault::FILES_NOT_WRITTEN, notWritten), options, output);
     tellIfVerbose(options, QStringLiteral("Saved the pictures in %1.").arg(options.outFolder));
     tellMissingFiles(*outcome.card, CardFiles::PICTURES);
     output->write(options.json ? indentedJson(picturesToJson(*outcome.card, options.outFolder))

@@ -1,16 +1,17 @@
 #include "apps/tool/simulator_setup.h"
 
-#include "apps/process/standard_streams.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
 
 namespace app
 {
 
-ExitStatus reported(const SimulatorProblem &problem)
+ExitStatus report(const SimulatorProblem &problem, const Options &options, Output *output)
 {
-    if (problem)
-        printMessage(problem.message);
-    return problem.exitStatus;
+    const ToolFault fault = problem.exitStatus == ExitStatus::WRONG_USAGE
+                                ? ToolFault::SIMULATION_REFUSED
+                                : ToolFault::SIMULATOR_NOT_LOADED;
+    return report(toolFailure(fault, problem.message), options, output);
 }
 
 SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulator)

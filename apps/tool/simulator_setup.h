@@ -3,14 +3,14 @@
 // The simulator as the options of a command ask for it.
 
 #include "apps/card/simulator_library.h"
-#include "apps/process/exit_status.h"
+#include "apps/process/standard_streams.h"
 #include "apps/tool/options.h"
 
 namespace app
 {
 
-/** Prints a problem of the simulator, if it is one, and returns how the program ends by it. */
-ExitStatus reported(const SimulatorProblem &problem);
+/** Reports a problem of the simulator and returns how the program ends by it. */
+ExitStatus report(const SimulatorProblem &problem, const Options &options, Output *output);
 
 /** Loads the simulator and, if --verbose was given, prints which file it is. */
 SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulator);

@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
-#include "apps/card/message.h"
 #include "apps/card/record_decoder.h"
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
@@ -11,6 +10,7 @@
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 #include "apps/tool/waiting.h"
@@ -30,32 +30,27 @@ public:
     {
     }
 
-    /** Whether it could be written, as far as is known now; reports why not. */
-    bool isPossible() const
-    {
-        return m_file.filePath().isEmpty() ||
-               wentWell(obstacleTo(m_file.path(), {m_file.fileName()}, m_existing));
-    }
-
-    /** Whether it was written, or none was requested; reports why not. */
-    bool write(const QByteArray &record, const Options &options) const
+    /** Why it could not be written, as far as is known now. */
+    std::optional<Failure> obstacle() const
     {
         if (m_file.filePath().isEmpty())
-            return true;
-        if (!wentWell(writeFileSet(m_file.path(), {{m_file.fileName(), record}}, m_existing)))
-            return false;
-        tellIfVerbose(options, QStringLiteral("Kept the record in %1.").arg(m_file.filePath()));
-        return true;
+            return std::nullopt;
+        return fileFailure(obstacleTo(m_file.path(), {m_file.fileName()}, m_existing));
+    }
+
+    /** Writes it if it was requested; returns why it was not written. */
+    std::optional<Failure> write(const QByteArray &record, const Options &options) const
+    {
+        if (m_file.filePath().isEmpty())
+            return std::nullopt;
+        auto failure =
+            fileFailure(writeFileSet(m_file.path(), {{m_file.fileName(), record}}, m_existing));
+        if (!failure)
+            tellIfVerbose(options, QStringLiteral("Kept the record in %1.").arg(m_file.filePath()));
+        return failure;
     }
 
 private:
-    static bool wentWell(const QString &problem)
-    {
-        if (!problem.isEmpty())
-            printMessage(problem);
-        return problem.isEmpty();
-    }
-
     QFileInfo m_file;
     ExistingFiles m_existing;
 };
@@ -65,8 +60,7 @@ ExitStatus listDevices(const Options &options, Output *output)
     const UsbDevices list = listUsbDevices();
     if (list.code != 0) {
         const ResultEntry *const entry = findUsbResult(list.code);
-        printMessage(terminalText(messageOf(*entry)));
-        return entry->exitStatus;
+        return report(resultFailure(*entry), options, output);
     }
     if (list.devices.isEmpty())
         printMessage(emptyListNote());
@@ -84,10 +78,13 @@ ExitStatus runUsb(const Options &options, Output *output)
     catchInterruption(ExitStatus::READ_FAILED);
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
-        return reported(problem);
+        return report(problem, options, output);
     const RawFile raw(options);
-    if (!canBeSaved(options) || !raw.isPossible())
-        return ExitStatus::FILES_NOT_WRITTEN;
+    std::optional<Failure> obstacle = obstacleToSaving(options);
+    if (!obstacle)
+        obstacle = raw.obstacle();
+    if (obstacle)
+        return report(*obstacle, options, output);
 
     QElapsedTimer time;
     time.start();
@@ -99,15 +96,13 @@ ExitStatus runUsb(const Options &options, Output *output)
     tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")
                                .arg(time.elapsed())
                                .arg(outcome.code));
-    if (outcome.exitStatus() != ExitStatus::DONE) {
-        tellFailedLook(outcome.exitStatus(), explain(outcome));
-        return outcome.exitStatus();
-    }
+    if (outcome.exitStatus() != ExitStatus::DONE)
+        return report(failedLook(failureOf(outcome)), options, output);
 
-    const bool isKept = raw.write(outcome.record, options);
-    const ExitStatus status =
-        deliverRecord(outcome.record, outcome.prints, Road::USB, options, output);
-    return status == ExitStatus::DONE && !isKept ? ExitStatus::FILES_NOT_WRITTEN : status;
+    const std::optional<Failure> notKept = raw.write(outcome.record, options);
+    if (notKept)
+        printMessage(notKept->words);
+    return deliverRecord(outcome.record, {outcome.prints, Road::USB, notKept}, options, output);
 }
 
 } // namespace app

@@ -62,12 +62,12 @@ void lookWithin(int seconds, const std::function<ExitStatus()> &look)
     }
 }
 
-void tellFailedLook(ExitStatus status, const QString &explanation)
+Failure failedLook(const Failure &failure)
 {
-    if (status == ExitStatus::NO_CARD && isInterrupted())
-        printMessage(QStringLiteral("Broken off before a card was found; nothing was read."));
-    else
-        printMessage(explanation);
+    if (failure.exitStatus != ExitStatus::NO_CARD || !isInterrupted())
+        return failure;
+    return toolFailure(ToolFault::INTERRUPTED,
+                       QStringLiteral("Broken off before a card was found; nothing was read."));
 }
 
 } // namespace app

@@ -4,9 +4,7 @@
 
 #include <functional>
 
-#include <QString>
-
-#include "apps/process/exit_status.h"
+#include "apps/card/failure.h"
 
 namespace app
 {
@@ -17,7 +15,7 @@ namespace app
  */
 void lookWithin(int seconds, const std::function<ExitStatus()> &look);
 
-/** Reports that no card came because the wait was broken off, or else `explanation`. */
-void tellFailedLook(ExitStatus status, const QString &explanation);
+/** The failure of the last look; or, when it found no card, that the wait was broken off. */
+Failure failedLook(const Failure &failure);
 
 } // namespace app

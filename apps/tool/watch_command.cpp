@@ -7,6 +7,7 @@
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 
@@ -44,7 +45,7 @@ public:
             if (!problem)
                 problem = simulator->putCard(card);
             if (problem)
-                return reported(problem);
+                return app::report(problem, m_options, m_output);
             const ExitStatus seen = watchOneCard();
             simulator->takeCard();
             m_presence = CardPresence();
@@ -86,10 +87,12 @@ private:
         ReadOutcome outcome = readCard();
         switch (m_presence.observe(outcome)) {
         case Sighting::NEW_CARD:
-            report(*outcome.card);
+            deliverCard(*outcome.card);
             break;
         case Sighting::NEW_FAILURE:
-            printMessage(explain(outcome));
+            app::report(failureOf(outcome), m_options, m_output);
+            if (!m_output->problem().isEmpty())
+                m_status = ExitStatus::PROGRAM_FAILED;
             break;
         case Sighting::NOTHING:
         case Sighting::SAME_CARD:
@@ -99,22 +102,26 @@ private:
         return outcome;
     }
 
-    void report(const Card &card)
+    void deliverCard(const Card &card)
     {
         ++m_cards;
         std::optional<QString> folder;
+        std::optional<Failure> failure;
         if (!m_options.outFolder.isEmpty())
-            folder = save(card);
-        if (!m_output->write(jsonLine(toJson(card, folder))))
+            folder = save(card, &failure);
+        QJsonObject object = toJson(card, folder);
+        if (failure && m_options.json)
+            object.insert("error", toJson(*failure));
+        if (!m_output->write(jsonLine(object)))
             m_status = ExitStatus::PROGRAM_FAILED;
     }
 
-    std::optional<QString> save(const Card &card)
+    std::optional<QString> save(const Card &card, std::optional<Failure> *failure)
     {
         QString folder;
-        const QString problem = saveInNextFolder(card, m_options.outFolder, &folder);
-        if (!problem.isEmpty()) {
-            printMessage(problem);
+        *failure = fileFailure(saveInNextFolder(card, m_options.outFolder, &folder));
+        if (*failure) {
+            printMessage((*failure)->words);
             m_status = ExitStatus::FILES_NOT_WRITTEN;
             return std::nullopt;
         }
@@ -153,14 +160,12 @@ ExitStatus runWatch(const Options &options, Output *output)
     if (!problem && isSimulated)
         problem = tryCards(options.simulate, &simulator);
     if (problem)
-        return reported(problem);
+        return report(problem, options, output);
 
     if (!options.outFolder.isEmpty()) {
-        const QString notMade = makePrivateFolder(options.outFolder);
-        if (!notMade.isEmpty()) {
-            printMessage(notMade);
-            return ExitStatus::FILES_NOT_WRITTEN;
-        }
+        const std::optional<Failure> notMade = fileFailure(makePrivateFolder(options.outFolder));
+        if (notMade)
+            return report(*notMade, options, output);
     }
     if (isStandardErrorTerminal())
         printMessage(QStringLiteral("Watching for cards; Ctrl-C ends."));

@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include "apps/card/result_catalogue.h"
+#include "apps/card/tool_faults.h"
 #include "apps/card/usb_catalogue.h"
 #include "simulator/card/card_library.h"
 #include "simulator/card/description_keys.h"
@@ -48,6 +49,16 @@ QString resultTable(const std::vector<ResultEntry> &entries)
             tableRow({QString::number(entry.code), code(entry.constant), entry.summary, entry.cause,
                       entry.remedy, QString::number(static_cast<int>(entry.exitStatus))});
     }
+    return table;
+}
+
+QString toolFaultTable()
+{
+    QString table = tableRow({"Name", "What happened", "What to do", "Exit status"}) +
+                    tableRow({"---", "---", "---", "---:"});
+    for (const ToolFaultEntry &entry : toolFaultCatalogue())
+        table += tableRow({code(entry.name), entry.headline, entry.remedy,
+                           QString::number(static_cast<int>(entry.exitStatus))});
     return table;
 }
 
@@ -242,6 +253,7 @@ TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
         statuses += tableRow({QString::number(static_cast<int>(entry.status)), entry.meaning});
     expectGeneratedPart(page, "exit statuses", statuses);
+    expectGeneratedPart(page, "failures of the tool", toolFaultTable());
 }
 
 TEST(SimulatorPage, Tables_AreThoseOfTheCode)

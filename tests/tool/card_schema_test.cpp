@@ -1,4 +1,5 @@
-// The JSON of every road obeys docs/card.schema.json, which lets no broken card through.
+// The JSON of every road and every failure obeys docs/card.schema.json, which lets nothing broken
+// through.
 
 #include <gmock/gmock.h>
 
@@ -47,7 +48,7 @@ protected:
              QStringLiteral(IDCARD_SOURCE_DIR "/docs/card.schema.json"), m_samples.path()},
             input);
         EXPECT_EQ(run.exitStatus, 0) << run.error();
-        EXPECT_EQ(run.output(), std::to_string(m_count) + " cards checked\n");
+        EXPECT_EQ(run.output(), std::to_string(m_count) + " objects checked\n");
     }
 
 private:
@@ -97,6 +98,42 @@ TEST_F(CardSchema, FitsSavedCardsAndTheLinesOfWatch)
     writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
     keepSaved("decoded", {"decode", path("card.rec"), "--simulator-photos"});
     keep("watched", {"watch", "--simulate", "foreign-new"});
+    expectTheSchemaToFit();
+}
+
+TEST_F(CardSchema, FitsTheFailuresOfRead)
+{
+    for (const char *fault : {"open-fails=3", "no-card", "photo-undecodable", "unknown-kind"})
+        keep(fault, {"read", "--json", "--simulate", "resident", "--fault", fault});
+    keep("refused-card", {"read", "--json", "--simulate", "no-such-card"});
+    keep("refused-fault", {"read", "--json", "--simulate", "resident", "--fault", "none"});
+    keep("watched", {"watch", "--json", "--simulate", "resident", "--fault", "read-fails=7"});
+    ProcessInput input;
+    input.environment = {{"IDCARD_SIMULATOR_LIBRARY", path("none.so")}};
+    keep("no-simulator", {"read", "--json", "--simulate", "resident"}, input);
+    keep("no-reader", {"read", "--json"});
+    expectTheSchemaToFit();
+}
+
+TEST_F(CardSchema, FitsFailuresWithAndWithoutACard)
+{
+    writeFile(path("text"), "text");
+    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
+    keep("no-record", {"decode", "--json", path("text")});
+    keep("no-file", {"decode", "--json", path("none")});
+    keep("photo-left-compressed", {"decode", "--json", path("card.rec")});
+    keep("not-written", {"read", "--json", "--simulate", "resident", "--out", path("text")});
+    keep("not-painted", {"render", "resident", "--json", "--out", path("text")});
+    keep("contradiction", {"doctor", "--json", "--road", "library", "--device", "1209:0001"});
+    expectTheSchemaToFit();
+}
+
+TEST_F(CardSchema, FitsTheFailuresOfUsb)
+{
+    const usb_test::EmulatedBus bus;
+    ProcessInput input;
+    input.environment = bus.childEnvironment();
+    keep("no-reader", {"usb", "--json", "--device", "1209:0001"}, input);
     expectTheSchemaToFit();
 }
 

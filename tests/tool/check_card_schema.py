@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Holds cards that the tool gave against the schema of a card, and broken cards too.
+"""Holds what the tool printed against the schema of cards and failures, and broken ones too.
 
 check_card_schema.py SCHEMA FOLDER
 
-Every *.json file of FOLDER must obey SCHEMA, and no card made from it by breaking one thing may.
+Every *.json file of FOLDER must obey SCHEMA, and nothing made from it by breaking one thing may.
 """
 
 import copy
@@ -16,6 +16,8 @@ import jsonschema
 WRONG_VALUES = (None, 7, True, [], "x ", {})
 # Values beside which a key may take more than one type, so that breaking it needs more thought.
 NULLABLE = {"issueCount", "nationalityCode"}
+# Keys that not every card has.
+OPTIONAL = {"error"}
 
 
 def without_each_key(card):
@@ -23,9 +25,10 @@ def without_each_key(card):
     for key, value in card.items():
         if key == "fingerprints" and card["kind"] != "resident":
             continue
-        broken = copy.deepcopy(card)
-        del broken[key]
-        yield f"without {key}", broken
+        if key not in OPTIONAL:
+            broken = copy.deepcopy(card)
+            del broken[key]
+            yield f"without {key}", broken
         for part in value if isinstance(value, dict) else ():
             broken = copy.deepcopy(card)
             del broken[key][part]
@@ -70,12 +73,32 @@ def with_contradictions(card):
             **card, "fingerprints": {"count": 0, "file": "fingerprints.dat"}}
 
 
+def failures(failure):
+    """The failure without a part, with a part of a wrong type or form, and with parts too many."""
+    error = failure["error"]
+    yield "without error", {}
+    yield "error that is none", {"error": None}
+    yield "a card's part beside the error", {**failure, "kind": "resident"}
+    yield "unknown part", {"error": {**error, "more": 1}}
+    yield "status of success", {"error": {**error, "exitStatus": 0}}
+    yield "unknown sort of name", {"error": {**error, "name": "OTHER_FAILURE"}}
+    for key in error:
+        yield f"without error.{key}", {"error": {k: v for k, v in error.items() if k != key}}
+        for wrong in (None, 7, True, [], "", "x", {}):
+            if wrong == 7 and key in ("code", "exitStatus") or wrong is None and key == "code":
+                continue
+            yield f"error.{key} = {wrong!r}", {"error": {**error, key: wrong}}
+
+
 def complaints(validator, path):
-    card = json.loads(path.read_text(encoding="utf-8"))
-    for error in validator.iter_errors(card):
+    printed = json.loads(path.read_text(encoding="utf-8"))
+    for error in validator.iter_errors(printed):
         yield f"{path.name}: {error.json_path}: {error.message}"
-    for breaker in (without_each_key, with_wrong_values, with_contradictions):
-        for how, broken in breaker(card):
+    is_failure = printed.keys() == {"error"}
+    breakers = (failures,) if is_failure else (
+        without_each_key, with_wrong_values, with_contradictions)
+    for breaker in breakers:
+        for how, broken in breaker(printed):
             if validator.is_valid(broken):
                 yield f"{path.name}: the schema takes it {how}"
 
@@ -88,7 +111,7 @@ def main():
     found = [complaint for path in paths for complaint in complaints(validator, path)]
     for complaint in found:
         print(complaint, file=sys.stderr)
-    print(f"{len(paths)} cards checked")
+    print(f"{len(paths)} objects checked")
     return 1 if found or not paths else 0
 
 

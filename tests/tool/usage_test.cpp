@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{"read", "-x"}, "read has no option -x.\n"},
         WrongUsage{{"watch", "--simulated", "resident"},
                    "watch has no option --simulated; did you mean --simulate?"},
-        WrongUsage{{"watch", "--json"}, "watch has no option --json.\n"},
+        WrongUsage{{"render", "--fault"}, "render has no option --fault.\n"},
         WrongUsage{{"read", "--count", "1"}, "count"}, WrongUsage{{"watch", "--force"}, "force"},
         WrongUsage{{"cards", "--simulate", "resident"}, "simulate"},
         WrongUsage{{"read", "resident"}, "read takes no argument resident."},

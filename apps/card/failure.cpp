@@ -1,0 +1,66 @@
+#include "apps/card/failure.h"
+
+namespace app
+{
+
+Failure toolFailure(ToolFault fault, const QString &words)
+{
+    const ToolFaultEntry &entry = findToolFault(fault);
+    return {std::nullopt,
+            QString::fromUtf8(entry.name),
+            QString::fromUtf8(entry.headline),
+            words,
+            QString::fromUtf8(entry.remedy),
+            entry.exitStatus,
+            words};
+}
+
+Failure resultFailure(const ResultEntry &entry)
+{
+    return {entry.code,
+            QString::fromUtf8(entry.constant),
+            QString::fromUtf8(entry.summary),
+            QString::fromUtf8(entry.cause),
+            QString::fromUtf8(entry.remedy),
+            entry.exitStatus,
+            terminalText(messageOf(entry))};
+}
+
+namespace
+{
+
+/** `entry` is null for a code that is in no catalogue. */
+Failure failureOf(int code, const ResultEntry *entry, const QString &words)
+{
+    Failure failure =
+        entry == nullptr ? toolFailure(ToolFault::UNKNOWN_CODE, words) : resultFailure(*entry);
+    failure.code = code;
+    failure.words = words;
+    return failure;
+}
+
+} // namespace
+
+Failure failureOf(const ReadOutcome &outcome)
+{
+    return failureOf(outcome.code, findResult(outcome.code, outcome.card.has_value()),
+                     explain(outcome));
+}
+
+Failure failureOf(const UsbOutcome &outcome)
+{
+    const std::optional<ResultEntry> entry = resultOf(outcome);
+    return failureOf(outcome.code, entry ? &*entry : nullptr, explain(outcome));
+}
+
+QJsonObject toJson(const Failure &failure)
+{
+    return {{"code", failure.code ? QJsonValue(*failure.code) : QJsonValue()},
+            {"name", failure.name},
+            {"headline", failure.headline},
+            {"cause", failure.cause},
+            {"remedy", failure.remedy},
+            {"exitStatus", static_cast<int>(failure.exitStatus)}};
+}
+
+} // namespace app

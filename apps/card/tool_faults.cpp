@@ -1,0 +1,53 @@
+#include "apps/card/tool_faults.h"
+
+#include <algorithm>
+
+namespace app
+{
+
+const std::vector<ToolFaultEntry> &toolFaultCatalogue()
+{
+    static const std::vector<ToolFaultEntry> entries = {
+        {ToolFault::SIMULATOR_NOT_LOADED, "TOOL_SIMULATOR_NOT_LOADED",
+         "The simulator could not be loaded.",
+         "Build or install libidcard_simulator.so, or name it in the environment variable "
+         "IDCARD_SIMULATOR_LIBRARY.",
+         ExitStatus::PROGRAM_FAILED},
+        {ToolFault::SIMULATION_REFUSED, "TOOL_SIMULATION_REFUSED",
+         "The simulator refuses the card or the faults.",
+         "Correct the card's description or the faults; \"idcard-reader cards\" lists the built-in "
+         "cards, \"idcard-reader read --help\" the faults.",
+         ExitStatus::WRONG_USAGE},
+        {ToolFault::OPTIONS_CONTRADICT, "TOOL_OPTIONS_CONTRADICT",
+         "Two options contradict each other.", "Leave one of them out.", ExitStatus::WRONG_USAGE},
+        {ToolFault::FILES_NOT_WRITTEN, "TOOL_FILES_NOT_WRITTEN", "The files could not be written.",
+         "Name a place where this user may write and where there is room; --force replaces files "
+         "that are there.",
+         ExitStatus::FILES_NOT_WRITTEN},
+        {ToolFault::RECORD_NOT_READ, "TOOL_RECORD_NOT_READ", "The record could not be read.",
+         "Name a file that holds a raw card record.", ExitStatus::WRONG_USAGE},
+        {ToolFault::NOT_A_RECORD, "TOOL_NOT_A_RECORD", "The bytes are not a raw card record.",
+         "Name a file that \"idcard-reader usb --raw\" has written.", ExitStatus::WRONG_USAGE},
+        {ToolFault::TEXT_NOT_DECODED, "TOOL_TEXT_NOT_DECODED",
+         "The card's text could not be decoded.", "Read the card once more.",
+         ExitStatus::NOTHING_READ},
+        {ToolFault::INTERRUPTED, "TOOL_INTERRUPTED",
+         "The wait was broken off before a card was found.", "Start again to wait for a card.",
+         ExitStatus::NO_CARD},
+        {ToolFault::UNKNOWN_CODE, "TOOL_UNKNOWN_CODE",
+         "The library returned a code that this program does not know.",
+         "Install the program and the library of the same version.", ExitStatus::PROGRAM_FAILED},
+        {ToolFault::PROGRAM_BROKEN, "TOOL_PROGRAM_BROKEN", "The program is broken.",
+         "Install it again.", ExitStatus::PROGRAM_FAILED},
+    };
+    return entries;
+}
+
+const ToolFaultEntry &findToolFault(ToolFault fault)
+{
+    const auto &entries = toolFaultCatalogue();
+    return *std::find_if(entries.begin(), entries.end(),
+                         [&](const ToolFaultEntry &entry) { return entry.fault == fault; });
+}
+
+} // namespace app

@@ -1,0 +1,18 @@
+#pragma once
+
+// A failure in both forms: words on standard error, and with --json an object on standard output.
+
+#include "apps/card/failure.h"
+#include "apps/process/standard_streams.h"
+#include "apps/tool/options.h"
+
+namespace app
+{
+
+/** {"error": ...} on one line, ending with a line break. */
+QByteArray errorLine(const Failure &failure);
+
+/** Reports that nothing else is delivered. Returns how the program ends. */
+ExitStatus report(const Failure &failure, const Options &options, Output *output);
+
+} // namespace app

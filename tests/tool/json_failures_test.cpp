@@ -1,0 +1,153 @@
+// What a program gets of a failure: one object on standard output, beside the words.
+
+#include <gmock/gmock.h>
+
+#include <QRegularExpression>
+
+#include "apps/card/failure.h"
+#include "simulator/card/raw_record.h"
+#include "tests/support/files.h"
+#include "tests/tool/tool_runner.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+struct FailingRun {
+    const char *name;
+    QStringList arguments;
+    int exitStatus;
+};
+
+void PrintTo(const FailingRun &run, std::ostream *stream)
+{
+    *stream << run.name << ": " << run.arguments.join(' ').toStdString();
+}
+
+class JsonFailure : public testing::TestWithParam<FailingRun>
+{
+};
+
+TEST_P(JsonFailure, IsOneObjectOnStandardOutputAndTheSameWordsAsWithoutIt)
+{
+    const FailingRun &failing = GetParam();
+    const ProcessResult words = runTool(failing.arguments);
+    const ProcessResult run = runTool(failing.arguments + QStringList{"--json"});
+    EXPECT_EQ(run.exitStatus, failing.exitStatus);
+    EXPECT_EQ(run.error(), words.error());
+    EXPECT_EQ(words.exitStatus, failing.exitStatus);
+    EXPECT_THAT(words.output(), IsEmpty());
+
+    EXPECT_EQ(run.standardOutput.count('\n'), 1);
+    const QJsonObject object = parsedObject(run.standardOutput);
+    EXPECT_EQ(object.keys(), QStringList{"error"});
+    const QJsonObject error = object["error"].toObject();
+    EXPECT_EQ(error["name"].toString().toStdString(), failing.name);
+    EXPECT_EQ(error["exitStatus"], failing.exitStatus);
+    EXPECT_FALSE(error["remedy"].toString().isEmpty());
+    const QString spoken = QString::fromUtf8(run.standardError).simplified();
+    EXPECT_TRUE(spoken.contains(error["cause"].toString().simplified())) << run.error();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Runs, JsonFailure,
+    testing::Values(
+        FailingRun{"IDCARD_RESULT_PORT_NOT_OPEN",
+                   {"read", "--simulate", "resident", "--fault", "open-fails=3"},
+                   3},
+        FailingRun{
+            "IDCARD_RESULT_NO_CARD", {"read", "--simulate", "resident", "--fault", "no-card"}, 4},
+        FailingRun{"IDCARD_RESULT_PHOTO_NOT_DECODED",
+                   {"read", "--simulate", "resident", "--fault", "photo-undecodable"},
+                   6},
+        FailingRun{
+            "IDCARD_RESULT_OK", {"read", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
+        FailingRun{
+            "IDCARD_RESULT_OK", {"watch", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
+        FailingRun{"IDCARD_RESULT_PORT_NOT_OPEN", {"read"}, 3},
+        FailingRun{"TOOL_SIMULATION_REFUSED", {"read", "--simulate", "no-such-card"}, 2},
+        FailingRun{"TOOL_SIMULATION_REFUSED",
+                   {"read", "--simulate", "resident", "--fault", "no-such-fault"},
+                   2},
+        FailingRun{"TOOL_SIMULATION_REFUSED", {"watch", "--simulate", "no-such-card"}, 2},
+        FailingRun{"TOOL_SIMULATION_REFUSED", {"render", "no-such-card", "--out", "none"}, 2},
+        FailingRun{"TOOL_RECORD_NOT_READ", {"decode", "/no/such/file"}, 2},
+        FailingRun{"TOOL_NOT_A_RECORD", {"decode", "/dev/null"}, 2},
+        FailingRun{
+            "TOOL_FILES_NOT_WRITTEN", {"read", "--simulate", "resident", "--out", "/dev/null"}, 7},
+        FailingRun{
+            "TOOL_FILES_NOT_WRITTEN", {"watch", "--simulate", "resident", "--out", "/dev/null"}, 7},
+        FailingRun{"TOOL_FILES_NOT_WRITTEN", {"render", "resident", "--out", "/dev/null"}, 7},
+        FailingRun{"TOOL_FILES_NOT_WRITTEN", {"decode", "/dev/null", "--out", "/dev/null"}, 7},
+        FailingRun{
+            "TOOL_FILES_NOT_WRITTEN", {"usb", "--device", "1209:0001", "--raw", "/dev/null"}, 7},
+        FailingRun{"TOOL_OPTIONS_CONTRADICT",
+                   {"doctor", "--road", "library", "--device", "1209:0001"},
+                   2}));
+
+TEST(JsonFailures, WrongCommandLineLeavesStandardOutputEmpty)
+{
+    const ProcessResult run = runTool({"read", "--json", "--no-such-option"});
+    expectEnd(run, 2, "--no-such-option");
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+TEST(JsonFailures, WaitThatIsBrokenOffHasANameOfItsOwn)
+{
+    RunningTool tool({"read", "--json", "--verbose", "--wait", "50", "--simulate", "resident",
+                      "--fault", "no-card"});
+    EXPECT_TRUE(tool.waitForError("The simulator is"));
+    tool.signal(SIGINT);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 4);
+    const QJsonObject error = parsedObject(run.standardOutput)["error"].toObject();
+    EXPECT_EQ(error["name"], "TOOL_INTERRUPTED");
+}
+
+TEST(JsonFailures, CardWhosePhotoWasNotDecodedHasTheErrorBesideItsOwnParts)
+{
+    QTemporaryDir folder;
+    const QString record = folder.filePath("card.rec");
+    writeFile(record, simulator::readAnswer(builtInCard("resident"), {}));
+    const ProcessResult run = runTool({"decode", "--json", record, "--out", folder.filePath("x")});
+    EXPECT_EQ(run.exitStatus, 6);
+    const QJsonObject card = parsedObject(run.standardOutput);
+    EXPECT_EQ(card["kind"], "resident");
+    const QJsonObject error = card["error"].toObject();
+    EXPECT_EQ(error["name"], "IDCARD_RESULT_PHOTO_NOT_DECODED");
+    EXPECT_EQ(error["code"], -26);
+    EXPECT_EQ(error["exitStatus"], 6);
+    EXPECT_FALSE(parsedObject(readFile(folder.filePath("x/card.json"))).contains("error"));
+}
+
+TEST(JsonFailures, WatchPrintsThemBetweenTheCardsOneALine)
+{
+    QTemporaryDir folder;
+    const QString bad = folder.filePath("bad.json");
+    QByteArray description =
+        readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json"));
+    const int start = description.indexOf('{') + 1;
+    writeFile(bad, description.insert(start, "\"faults\": [\"read-fails=7\"],"));
+    const ProcessResult run = runTool(
+        {"watch", "--json", "--simulate", "resident", "--simulate", bad, "--simulate", "resident"});
+    EXPECT_EQ(run.exitStatus, 8);
+    const QVector<QJsonObject> lines = parsedLines(run.standardOutput);
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines[0]["kind"], "resident");
+    EXPECT_EQ(lines[1].keys(), QStringList{"error"});
+    EXPECT_EQ(lines[1]["error"].toObject()["exitStatus"], 8);
+    EXPECT_EQ(lines[2], lines[0]);
+    EXPECT_THAT(run.error(), HasSubstr("nothing was read."));
+}
+
+TEST(JsonFailures, WatchPrintsCardsAloneWithoutJson)
+{
+    const ProcessResult run =
+        runTool({"watch", "--simulate", "resident", "--fault", "read-fails=7"});
+    EXPECT_EQ(run.exitStatus, 8);
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+} // namespace
