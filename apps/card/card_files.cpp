@@ -44,13 +44,14 @@ QString pictureNote(const Card &card)
 const std::vector<CardFile> &allFiles()
 {
     static const std::vector<CardFile> files = {
-        {"card.json", FileGroup::DATA, nullptr, cardJson, nullptr},
-        {"photo.bmp", FileGroup::DATA, "photo", photoBmp, missingPhotoNote},
-        {"fingerprints.dat", FileGroup::DATA, "fingerprints", fingerprintData, nullptr},
-        {"front.jpg", FileGroup::PICTURES, "frontPicture", pictureJpeg<CardSide::FRONT>,
-         pictureNote<CardSide::FRONT>},
-        {"back.jpg", FileGroup::PICTURES, "backPicture", pictureJpeg<CardSide::BACK>,
-         pictureNote<CardSide::BACK>},
+        {"card.json", FileGroup::DATA, nullptr, {}, cardJson, nullptr},
+        {"photo.bmp", FileGroup::DATA, "photo", InlinePart::PHOTO, photoBmp, missingPhotoNote},
+        {"fingerprints.dat", FileGroup::DATA, "fingerprints", InlinePart::FINGERPRINTS,
+         fingerprintData, nullptr},
+        {"front.jpg", FileGroup::PICTURES, "frontPicture", InlinePart::PICTURES,
+         pictureJpeg<CardSide::FRONT>, pictureNote<CardSide::FRONT>},
+        {"back.jpg", FileGroup::PICTURES, "backPicture", InlinePart::PICTURES,
+         pictureJpeg<CardSide::BACK>, pictureNote<CardSide::BACK>},
     };
     return files;
 }

@@ -22,11 +22,20 @@ enum class FileGroup {
     PICTURES,
 };
 
+/** What of a card's files JSON can hold in itself. */
+enum class InlinePart {
+    PHOTO = 1,
+    PICTURES = 2,
+    FINGERPRINTS = 4,
+};
+Q_DECLARE_FLAGS(InlineParts, InlinePart)
+
 struct CardFile {
     const char *name;
     FileGroup group;
     /** The part of the card's JSON that names this file under "file"; null when none does. */
     const char *jsonKey;
+    InlineParts part; ///< of which the file is; none when JSON cannot hold it
     /** What the file holds; null bytes when this card has no such file. */
     QByteArray (*content)(const Card &card);
     /**

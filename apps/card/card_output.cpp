@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QJsonDocument>
+#include <QMap>
 
 #include "apps/card/card_files.h"
 #include "apps/process/json_object.h"
@@ -166,8 +167,15 @@ void insertPictures(const Card &card, QJsonObject *object)
     }
 }
 
+/** Null for null bytes. */
+QJsonValue base64(const QByteArray &bytes)
+{
+    return bytes.isNull() ? QJsonValue() : QString::fromLatin1(bytes.toBase64());
+}
+
 /** Names the files in the parts of `object` that they belong to. */
-void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonObject *object)
+void insertFiles(const Card &card, const std::optional<QString> &folder, InlineParts inlined,
+                 QJsonObject *object)
 {
     for (const CardFile &file : cardFiles(CardFiles::ALL)) {
         if (file.jsonKey == nullptr || !object->contains(QLatin1String(file.jsonKey)))
@@ -175,6 +183,8 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, QJsonOb
         const bool saved = folder.has_value() && !file.content(card).isNull();
         QJsonObject part = object->value(QLatin1String(file.jsonKey)).toObject();
         part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
+        if (inlined & file.part)
+            part.insert("data", base64(file.content(card)));
         object->insert(QString(QLatin1String(file.jsonKey)), part);
     }
 }
@@ -241,7 +251,25 @@ QString holderName(const Card &card)
     return {};
 }
 
-JsonObject toJson(const Card &card, const std::optional<QString> &folder)
+std::optional<InlineParts> parseInlineParts(const QString &words)
+{
+    static const QMap<QString, InlineParts> parts = {
+        {"photo", InlinePart::PHOTO},
+        {"pictures", InlinePart::PICTURES},
+        {"fingerprints", InlinePart::FINGERPRINTS},
+        {"all", InlineParts(InlinePart::PHOTO) | InlinePart::PICTURES | InlinePart::FINGERPRINTS},
+    };
+    InlineParts named;
+    for (const QString &word : splitAt(QLatin1Char(','), words)) {
+        const auto found = parts.find(word.trimmed());
+        if (found == parts.end())
+            return std::nullopt;
+        named |= *found;
+    }
+    return named;
+}
+
+JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined)
 {
     JsonObject object = kindToJson(card);
     object.insert("road", QLatin1String(roadKey(card.road())));
@@ -255,7 +283,7 @@ JsonObject toJson(const Card &card, const std::optional<QString> &folder)
                       JsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
     }
     insertPictures(card, &object);
-    insertFiles(card, folder, &object);
+    insertFiles(card, folder, inlined, &object);
     return object;
 }
 
@@ -263,7 +291,7 @@ JsonObject picturesToJson(const Card &card, const QString &folder)
 {
     JsonObject object = kindToJson(card);
     insertPictures(card, &object);
-    insertFiles(card, folder, &object);
+    insertFiles(card, folder, {}, &object);
     return object;
 }
 

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include "apps/card/card.h"
+#include "apps/card/card_files.h"
 #include "apps/process/json_object.h"
 
 namespace app
@@ -16,9 +17,13 @@ namespace app
  * The card as JSON, the same form for every road (docs/card.schema.json): texts without the blanks
  * that fill them up, null for what the road does not deliver. `folder` is where the card's files
  * are: it is put before their names, an empty one gives bare names. Nothing: the card was not
- * saved, and the names are null.
+ * saved, and the names are null. The bytes of the files of `inlined` stand beside their names, in
+ * base64; null for a file that this card does not have.
  */
-JsonObject toJson(const Card &card, const std::optional<QString> &folder);
+JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined = {});
+
+/** The parts in a comma list of "photo", "pictures", "fingerprints" and "all". */
+std::optional<InlineParts> parseInlineParts(const QString &words);
 
 /** A row of what a card says to people, in the language of the application's translators. */
 struct CardRow {

@@ -55,7 +55,7 @@ void print(const Card &card, const std::optional<QString> &folder,
         output->write(toTable(card, folder).toUtf8());
         return;
     }
-    QJsonObject object = toJson(card, folder);
+    QJsonObject object = toJson(card, folder, options.inlineParts);
     if (failure)
         object.insert("error", toJson(*failure));
     output->write(indentedJson(object));

@@ -1,5 +1,7 @@
 #include "apps/tool/option_table.h"
 
+#include "apps/card/card_output.h"
+
 namespace app
 {
 
@@ -32,6 +34,15 @@ bool isRoad(const QString &value)
 const std::vector<CommandRow> &commandTable()
 {
     static const Option json("json", "Print JSON for programs, not a table.");
+    static const Option inlineParts =
+        Option("inline",
+               "Put these parts of the card into the JSON, in base64 as \"data\" beside \"file\", "
+               "without writing a file: photo, pictures, fingerprints or several separated by "
+               "commas; all stands for the three, the fingerprints too. \"idcard-reader usb\" and "
+               "\"decode\" have no pictures.")
+            .value("parts", "photo, pictures, fingerprints or all, separated by commas",
+                   [](const QString &value) { return parseInlineParts(value).has_value(); })
+            .needs({"json"});
     static const Option wait =
         Option("wait", "If no card lies on the reader, wait up to this long for one.")
             .number("seconds", 1, DAY_IN_SECONDS);
@@ -75,6 +86,7 @@ const std::vector<CommandRow> &commandTable()
          "      try it without a reader (see \"idcard-reader cards\")\n",
          {
              json,
+             inlineParts,
              Option("out", "Save the card in this folder, which is made if need be: card.json, "
                            "photo.bmp, the pictures of the card's sides front.jpg and back.jpg "
                            "and, when the card has fingerprints, fingerprints.dat. Only their "
@@ -107,6 +119,7 @@ const std::vector<CommandRow> &commandTable()
          {
              Option("json", "Print each failure as one line of JSON as well, and with a card what "
                             "kept it from being saved."),
+             inlineParts,
              Option("out", "Save every card in a folder of its own in this folder: 0001, 0002, ... "
                            "after the highest number that is there. The files are those of "
                            "\"idcard-reader read --out\". Only their owner can read them.")
@@ -150,8 +163,9 @@ const std::vector<CommandRow> &commandTable()
                  "list",
                  "Read no card; list the USB devices but hubs: ids, device node, whether this user "
                  "may open it, whether it has the pipes of a reader, and what it says it is.")
-                 .excludes({"device", "out", "force", "wait", "raw", "simulator-photos"}),
+                 .excludes({"device", "inline", "out", "force", "wait", "raw", "simulator-photos"}),
              json,
+             inlineParts,
              saveCard,
              Option(
                  "raw",
@@ -183,6 +197,7 @@ const std::vector<CommandRow> &commandTable()
          "      the same from standard input\n",
          {
              json,
+             inlineParts,
              saveCard,
              replaceCard,
              simulatorPhotos,

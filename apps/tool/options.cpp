@@ -1,5 +1,6 @@
 #include "apps/tool/options.h"
 
+#include "apps/card/card_output.h"
 #include "apps/card/version_text.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
@@ -45,6 +46,7 @@ Options optionsIn(const OptionParser &line, const CommandRow &command)
     options.isDeviceNamed = line.isSet("device");
     options.road = line.value("road");
     options.argument = line.argument();
+    options.inlineParts = parseInlineParts(line.value("inline")).value_or(InlineParts());
     options.rawFile = line.value("raw");
     options.outFolder = line.value("out");
     options.simulate = line.values("simulate");

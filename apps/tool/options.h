@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "apps/card/card_files.h"
 #include "apps/card/usb_devices.h"
 #include "apps/process/command_line.h"
 
@@ -24,11 +25,12 @@ struct Options {
     bool simulatorPhotos = false; ///< decode photos with the simulator
     UsbIds device;                ///< the reader on the USB bus
     bool isDeviceNamed = false;
-    QString road;         ///< of `doctor`: "library" or "usb"; empty: both
-    QString argument;     ///< of `render`: the card, by name or description; of `decode`: the file
-    QString rawFile;      ///< empty: do not keep the raw record
-    QString outFolder;    ///< empty: write no files
-    QStringList simulate; ///< cards for the simulator; empty: use the reader
+    QString road;     ///< of `doctor`: "library" or "usb"; empty: both
+    QString argument; ///< of `render`: the card, by name or description; of `decode`: the file
+    InlineParts inlineParts; ///< whose bytes JSON holds itself
+    QString rawFile;         ///< empty: do not keep the raw record
+    QString outFolder;       ///< empty: write no files
+    QStringList simulate;    ///< cards for the simulator; empty: use the reader
     QString faults;
     int waitSeconds = 0;
     int intervalMs = 500;

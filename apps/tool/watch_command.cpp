@@ -109,7 +109,7 @@ private:
         std::optional<Failure> failure;
         if (!m_options.outFolder.isEmpty())
             folder = save(card, &failure);
-        QJsonObject object = toJson(card, folder);
+        QJsonObject object = toJson(card, folder, m_options.inlineParts);
         if (failure && m_options.json)
             object.insert("error", toJson(*failure));
         if (!m_output->write(jsonLine(object)))

@@ -98,6 +98,8 @@ TEST_F(CardSchema, FitsSavedCardsAndTheLinesOfWatch)
     writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
     keepSaved("decoded", {"decode", path("card.rec"), "--simulator-photos"});
     keep("watched", {"watch", "--simulate", "foreign-new"});
+    keep("inline", {"read", "--json", "--inline", "all", "--simulate", "resident"});
+    keep("inline-without", {"decode", "--json", "--inline", "all", path("card.rec")});
     expectTheSchemaToFit();
 }
 

@@ -17,7 +17,7 @@ WRONG_VALUES = (None, 7, True, [], "x ", {})
 # Values beside which a key may take more than one type, so that breaking it needs more thought.
 NULLABLE = {"issueCount", "nationalityCode"}
 # Keys that not every card has.
-OPTIONAL = {"error"}
+OPTIONAL = {"error", "data"}
 
 
 def without_each_key(card):
@@ -29,7 +29,7 @@ def without_each_key(card):
             broken = copy.deepcopy(card)
             del broken[key]
             yield f"without {key}", broken
-        for part in value if isinstance(value, dict) else ():
+        for part in value.keys() - OPTIONAL if isinstance(value, dict) else ():
             broken = copy.deepcopy(card)
             del broken[key][part]
             yield f"without {key}.{part}", broken
@@ -59,6 +59,9 @@ def with_contradictions(card):
         **card, "photo": {"format": "compressed", "file": "photo.bmp"}}
     yield "nameless file", {**card, "photo": {"format": "bmp", "file": ""}}
     yield "unknown form of a picture", changed("backPicture", "format", "png")
+    yield "data of a picture that is none", {
+        **card, "frontPicture": {"format": "none", "file": None, "data": "AAAA"}}
+    yield "data that is no base64", changed("photo", "data", "A-_=")
     yield "file of a picture that is none", {
         **card, "frontPicture": {"format": "none", "file": "front.jpg"}}
     yield "number in a date", changed("birthDate", "year", 1990)
@@ -71,6 +74,8 @@ def with_contradictions(card):
         yield "three fingerprints", changed("fingerprints", "count", 3)
         yield "file without fingerprints", {
             **card, "fingerprints": {"count": 0, "file": "fingerprints.dat"}}
+        yield "data without fingerprints", {
+            **card, "fingerprints": {"count": 0, "file": None, "data": "AAAA"}}
 
 
 def failures(failure):
