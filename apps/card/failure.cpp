@@ -6,13 +6,18 @@ namespace app
 Failure toolFailure(ToolFault fault, const QString &words)
 {
     const ToolFaultEntry &entry = findToolFault(fault);
-    return {std::nullopt,
-            QString::fromUtf8(entry.name),
-            QString::fromUtf8(entry.headline),
-            words,
-            QString::fromUtf8(entry.remedy),
-            entry.exitStatus,
+    return {std::nullopt, QString::fromUtf8(entry.name),   QString::fromUtf8(entry.headline),
+            words,        QString::fromUtf8(entry.remedy), entry.exitStatus,
             words};
+}
+
+Failure explainedToolFailure(ToolFault fault, const QString &cause)
+{
+    Failure failure = toolFailure(fault, cause);
+    failure.words = terminalText({failure.headline,
+                                  {QStringLiteral("Cause: %1").arg(cause),
+                                   QStringLiteral("What to do: %1").arg(failure.remedy)}});
+    return failure;
 }
 
 Failure resultFailure(const ResultEntry &entry)

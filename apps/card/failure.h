@@ -29,6 +29,9 @@ struct Failure {
 /** `words` say in one or two sentences what failed and with which value: they are the cause. */
 Failure toolFailure(ToolFault fault, const QString &words);
 
+/** As `toolFailure`, for a cause that needs headline and remedy to be understood. */
+Failure explainedToolFailure(ToolFault fault, const QString &cause);
+
 Failure resultFailure(const ResultEntry &entry);
 
 /** Of a reading that gave no card. */

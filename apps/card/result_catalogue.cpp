@@ -124,6 +124,8 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue()
          "The doctor found nothing worse than warnings: reading may work, or not as well as it "
          "could."},
         {ExitStatus::FOUND_FAILURES, "The doctor found a failure: something does not work."},
+        {ExitStatus::READ_TIMED_OUT,
+         "Reading the card did not end within the time of --timeout, and was given up."},
     };
     return entries;
 }

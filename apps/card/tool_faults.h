@@ -20,6 +20,8 @@ enum class ToolFault {
     NOT_A_RECORD,
     TEXT_NOT_DECODED,
     INTERRUPTED,
+    READ_BROKEN_OFF,
+    READ_TIMED_OUT,
     UNKNOWN_CODE,
     PROGRAM_BROKEN,
 };

@@ -17,6 +17,7 @@ enum class ExitStatus : int {
     NOTHING_READ = 8,
     FOUND_WARNINGS = 9,
     FOUND_FAILURES = 10,
+    READ_TIMED_OUT = 11,
 };
 
 } // namespace app

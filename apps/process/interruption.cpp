@@ -1,11 +1,9 @@
 #include "apps/process/interruption.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <initializer_list>
 
 #include <fcntl.h>
@@ -27,13 +25,24 @@ using Flag = std::atomic<int>;
 static_assert(Flag::is_always_lock_free, "a signal handler cannot wait");
 Flag interrupted = 0;
 Flag readInProgress = 0;
-Flag hangingReadStatus = 0;
 int wakePipe[2] = {-1, -1}; // what `pauseFor` waits at
-// What a hanging read is left with, ready for a signal handler.
-std::array<char, 256> farewell = {};
-std::size_t farewellSize = 0;
+// What a reading is left with, ready for a signal handler: set before the first one, then constant.
+Farewell farewellOfHangingRead;
+Farewell farewellOfLongRead;
+unsigned int secondsOfARead = 0; // 0: no limit
 
 } // namespace
+
+const char *const HANGING_READ_WORDS =
+    "The reading in progress was broken off. If the reader does not answer any more, unplug it and "
+    "plug it in again.";
+
+/** One call, as a signal handler may make it; what does not fit is lost. */
+static void writeAtOnce(int descriptor, const QByteArray &bytes)
+{
+    [[maybe_unused]] const ssize_t written =
+        ::write(descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
 
 extern "C" {
 
@@ -52,8 +61,10 @@ static void leaveHangingRead(int /*signal*/)
 {
     if (readInProgress == 0)
         return;
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, farewell.data(), farewellSize);
-    ::_exit(hangingReadStatus);
+    const Farewell &farewell = interrupted != 0 ? farewellOfHangingRead : farewellOfLongRead;
+    writeAtOnce(STDERR_FILENO, farewell.words);
+    writeAtOnce(farewell.descriptor, farewell.result);
+    ::_exit(static_cast<int>(farewell.status));
 }
 
 } // extern "C"
@@ -80,14 +91,8 @@ void handle(int signal, void (*handler)(int))
 
 void catchInterruption(ExitStatus statusOfHangingRead)
 {
-    hangingReadStatus = static_cast<int>(statusOfHangingRead);
-    farewellSize = std::min(
-        farewell.size() - 1,
-        static_cast<std::size_t>(std::snprintf(
-            farewell.data(), farewell.size(),
-            "%s: The reading in progress was broken off. If the reader does not answer any more, "
-            "unplug it and plug it in again.\n",
-            programName())));
+    farewellOfHangingRead = {
+        messageLine(QString::fromUtf8(HANGING_READ_WORDS)), {}, -1, statusOfHangingRead};
     // Without the pipe a pause lasts its full time, nothing worse.
     [[maybe_unused]] const int made = ::pipe2(wakePipe, O_CLOEXEC | O_NONBLOCK);
     handle(SIGALRM, leaveHangingRead);
@@ -95,6 +100,17 @@ void catchInterruption(ExitStatus statusOfHangingRead)
         if (!isIgnored(signal)) // as it is for a program that a script has put into the background
             handle(signal, noteInterruption);
     }
+}
+
+void setFarewellOfHangingRead(const Farewell &farewell)
+{
+    farewellOfHangingRead = farewell;
+}
+
+void limitReadings(unsigned int seconds, const Farewell &farewell)
+{
+    farewellOfLongRead = farewell;
+    secondsOfARead = seconds;
 }
 
 bool isInterrupted()
@@ -118,8 +134,7 @@ void pauseFor(int milliseconds, int output)
 ReadInProgress::ReadInProgress()
 {
     readInProgress = 1;
-    if (isInterrupted())
-        ::alarm(SECONDS_LEFT_TO_A_READ);
+    ::alarm(isInterrupted() ? SECONDS_LEFT_TO_A_READ : secondsOfARead);
 }
 
 ReadInProgress::~ReadInProgress()

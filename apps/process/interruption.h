@@ -2,6 +2,8 @@
 
 // Ends the program cleanly when the user or the system requests it (SIGINT, SIGTERM).
 
+#include <QByteArray>
+
 #include "apps/process/exit_status.h"
 
 namespace app
@@ -13,6 +15,26 @@ namespace app
  * `statusOfHangingRead`.
  */
 void catchInterruption(ExitStatus statusOfHangingRead);
+
+/** What a program that ends in the middle of a reading leaves behind. */
+struct Farewell {
+    QByteArray words;    ///< for standard error, with its line break
+    QByteArray result;   ///< for standard output; may be empty
+    int descriptor = -1; ///< of standard output
+    ExitStatus status = ExitStatus::READ_FAILED;
+};
+
+/** The words with which an interrupted reading is left, without the program's name. */
+extern const char *const HANGING_READ_WORDS;
+
+/** Replaces what an interrupted reading is left with, after `catchInterruption`. */
+void setFarewellOfHangingRead(const Farewell &farewell);
+
+/**
+ * From here on a reading that takes longer than `seconds` ends the program with `farewell`. To be
+ * called once, after `catchInterruption` and before the first reading.
+ */
+void limitReadings(unsigned int seconds, const Farewell &farewell);
 
 bool isInterrupted();
 

@@ -169,10 +169,14 @@ const char *programName()
     return nameOfProgram;
 }
 
+QByteArray messageLine(const QString &message)
+{
+    return filledIn(QStringLiteral("%1: %2\n"), QLatin1String(nameOfProgram), message).toUtf8();
+}
+
 void printMessage(const QString &message)
 {
-    printToStandardError(
-        filledIn(QStringLiteral("%1: %2\n"), QLatin1String(nameOfProgram), message));
+    printToStandardError(QString::fromUtf8(messageLine(message)));
 }
 
 ExitStatus answer(const QString &problem, const QString &text, Output *output)

@@ -83,6 +83,10 @@ public:
 void setProgramName(const char *name);
 const char *programName();
 
+/** A message for people as `printMessage` prints it: behind the program's name, with a line break.
+ */
+QByteArray messageLine(const QString &message);
+
 /** Prints a message for people on standard error, behind the program's name. */
 void printMessage(const QString &message);
 

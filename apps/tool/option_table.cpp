@@ -12,6 +12,7 @@ constexpr bool SIMULATES = true;
 constexpr bool NEVER_SIMULATES = false;
 constexpr const char *NO_ARGUMENT = nullptr;
 constexpr int DAY_IN_SECONDS = 86400;
+constexpr int LONGEST_READ_IN_SECONDS = 3600;
 constexpr int SHORTEST_INTERVAL_MS = 10;
 constexpr int LONGEST_INTERVAL_MS = 60000;
 constexpr int HIGHEST_COUNT = 1000000000;
@@ -46,6 +47,12 @@ const std::vector<CommandRow> &commandTable()
     static const Option wait =
         Option("wait", "If no card lies on the reader, wait up to this long for one.")
             .number("seconds", 1, DAY_IN_SECONDS);
+    static const Option timeout =
+        Option("timeout",
+               "Give up when one look at the reader takes longer: a reader that asks again and "
+               "again for another try is otherwise waited for without end. The time of --wait does "
+               "not count. The exit status is then 11.")
+            .number("seconds", 1, LONGEST_READ_IN_SECONDS);
     static const Option fault =
         Option(
             "fault",
@@ -95,6 +102,7 @@ const std::vector<CommandRow> &commandTable()
                  .value("folder"),
              replaceCard,
              wait,
+             timeout,
              Option("simulate", "Read this card on the simulator, without a reader: a name from "
                                 "\"idcard-reader cards\" or a file that describes a card.")
                  .value("card"),
@@ -163,7 +171,8 @@ const std::vector<CommandRow> &commandTable()
                  "list",
                  "Read no card; list the USB devices but hubs: ids, device node, whether this user "
                  "may open it, whether it has the pipes of a reader, and what it says it is.")
-                 .excludes({"device", "inline", "out", "force", "wait", "raw", "simulator-photos"}),
+                 .excludes({"device", "inline", "out", "force", "wait", "timeout", "raw",
+                            "simulator-photos"}),
              json,
              inlineParts,
              saveCard,
@@ -176,6 +185,7 @@ const std::vector<CommandRow> &commandTable()
                              "--raw. Without it nothing is overwritten.")
                  .needs({"out", "raw"}),
              wait,
+             timeout,
              simulatorPhotos,
          }},
         {"decode",

@@ -52,6 +52,7 @@ Options optionsIn(const OptionParser &line, const CommandRow &command)
     options.simulate = line.values("simulate");
     options.faults = line.value("fault");
     options.waitSeconds = line.number("wait").value_or(options.waitSeconds);
+    options.timeoutSeconds = line.number("timeout");
     options.intervalMs = line.number("interval").value_or(options.intervalMs);
     options.count = line.number("count");
     return options;

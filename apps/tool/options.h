@@ -33,6 +33,7 @@ struct Options {
     QStringList simulate;    ///< cards for the simulator; empty: use the reader
     QString faults;
     int waitSeconds = 0;
+    std::optional<int> timeoutSeconds; ///< for one reading; nothing: no limit
     int intervalMs = 500;
     std::optional<int> count;
 };

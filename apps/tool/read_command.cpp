@@ -3,10 +3,10 @@
 #include <QElapsedTimer>
 
 #include "apps/card/card_reader.h"
-#include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
+#include "apps/tool/reading_limits.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 #include "apps/tool/waiting.h"
@@ -16,7 +16,7 @@ namespace app
 
 ExitStatus runRead(const Options &options, Output *output)
 {
-    catchInterruption(ExitStatus::READ_FAILED);
+    limitReadings(options, *output);
     SimulatorLibrary simulator;
     SimulatorProblem problem = prepareSimulator(options, &simulator);
     if (!problem && !options.simulate.isEmpty())

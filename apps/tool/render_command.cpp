@@ -2,10 +2,10 @@
 
 #include "apps/card/card_output.h"
 #include "apps/card/card_reader.h"
-#include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
+#include "apps/tool/reading_limits.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 
@@ -30,7 +30,7 @@ SimulatorProblem layOut(const Options &options, SimulatorLibrary *simulator)
 
 ExitStatus runRender(const Options &options, Output *output)
 {
-    catchInterruption(ExitStatus::READ_FAILED);
+    limitReadings(options, *output);
     SimulatorLibrary simulator;
     const SimulatorProblem problem = layOut(options, &simulator);
     if (problem)

@@ -7,10 +7,10 @@
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
 #include "apps/card/usb_reading.h"
-#include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
+#include "apps/tool/reading_limits.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
 #include "apps/tool/waiting.h"
@@ -75,7 +75,7 @@ ExitStatus runUsb(const Options &options, Output *output)
     if (options.list)
         return listDevices(options, output);
 
-    catchInterruption(ExitStatus::READ_FAILED);
+    limitReadings(options, *output);
     const SimulatorProblem problem = prepareSimulatorPhotos(options);
     if (problem)
         return report(problem, options, output);

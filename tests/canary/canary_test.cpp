@@ -256,6 +256,23 @@ TEST_P(Canary, ReadThatFails_RevealsNothing)
             << row.fault;
 }
 
+TEST_P(Canary, ReadThatTakesTooLong_RevealsNothing)
+{
+    EXPECT_THAT(tool({"read", "--simulate", cardFile(), "--fault", "transient-failures=1000000",
+                      "--timeout", "1", "--out", "card", "--json", "--verbose"},
+                     11),
+                IsEmpty());
+}
+
+TEST_P(Canary, ReadWithInlineParts_PrintsThemAlone)
+{
+    const Findings printed =
+        tool({"read", "--simulate", cardFile(), "--json", "--inline", "photo,pictures"}, 0);
+    MarkNames expected = readTexts();
+    expected.insert({"photo", "picture"});
+    EXPECT_EQ(printed, (Findings{{"stdout", expected}}));
+}
+
 TEST_P(Canary, TimeOfARead_IsNoMark)
 {
     ProcessResult result;

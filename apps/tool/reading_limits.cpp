@@ -1,0 +1,37 @@
+#include "apps/tool/reading_limits.h"
+
+#include "apps/process/interruption.h"
+#include "apps/tool/failure_report.h"
+
+namespace app
+{
+
+namespace
+{
+
+Farewell farewellOf(const Failure &failure, const Options &options, const Output &output)
+{
+    return {messageLine(failure.words), options.json ? errorLine(failure) : QByteArray(),
+            output.descriptor(), failure.exitStatus};
+}
+
+} // namespace
+
+void limitReadings(const Options &options, const Output &output)
+{
+    catchInterruption(ExitStatus::READ_FAILED);
+    const Failure brokenOff =
+        toolFailure(ToolFault::READ_BROKEN_OFF, QString::fromUtf8(HANGING_READ_WORDS));
+    setFarewellOfHangingRead(farewellOf(brokenOff, options, output));
+    if (!options.timeoutSeconds)
+        return;
+    const QString cause =
+        QStringLiteral("The reader asks again and again for another try, or does not answer; the "
+                       "reading was given up after %1 s.");
+    const Failure timedOut =
+        explainedToolFailure(ToolFault::READ_TIMED_OUT, cause.arg(*options.timeoutSeconds));
+    limitReadings(static_cast<unsigned int>(*options.timeoutSeconds),
+                  farewellOf(timedOut, options, output));
+}
+
+} // namespace app

@@ -1,0 +1,17 @@
+#pragma once
+
+// How a reading that does not end is left: by a signal, or after the time of --timeout.
+
+#include "apps/process/standard_streams.h"
+#include "apps/tool/options.h"
+
+namespace app
+{
+
+/**
+ * Catches the signals and limits every reading from here on. The closed library cannot be stopped
+ * in its work: the process ends in the middle of it, before anything of the card is on the disk.
+ */
+void limitReadings(const Options &options, const Output &output);
+
+} // namespace app

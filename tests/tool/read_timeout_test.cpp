@@ -1,0 +1,120 @@
+// --timeout: a reading that does not end is given up.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include "tests/support/files.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/reader_on_bus.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+const QStringList NEVER_ENDING{"read", "--simulate", "resident", "--fault",
+                               "transient-failures=1000000"};
+
+class ReadTimeout : public FolderTest
+{
+};
+
+TEST_F(ReadTimeout, EndsAReadingThatNeverEndsWithItsOwnStatus)
+{
+    QElapsedTimer time;
+    time.start();
+    const ProcessResult run = runTool(NEVER_ENDING + QStringList{"--timeout", "1"});
+    EXPECT_TRUE(run.finished);
+    EXPECT_GE(time.elapsed(), 1000);
+    EXPECT_EQ(run.exitStatus, 11);
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(),
+                AllOf(HasSubstr("idcard-reader: Reading the card did not end in time.\n"),
+                      HasSubstr("Cause: "), HasSubstr("1 s"), HasSubstr("What to do: ")));
+}
+
+TEST_F(ReadTimeout, IsOneObjectForPrograms)
+{
+    const ProcessResult run = runTool(NEVER_ENDING + QStringList{"--timeout", "1", "--json"});
+    EXPECT_EQ(run.exitStatus, 11);
+    const QJsonObject object = parsedObject(run.standardOutput);
+    EXPECT_EQ(object.keys(), QStringList{"error"});
+    const QJsonObject error = object["error"].toObject();
+    EXPECT_EQ(error["name"], "TOOL_READ_TIMED_OUT");
+    EXPECT_EQ(error["code"], QJsonValue(QJsonValue::Null));
+    EXPECT_EQ(error["exitStatus"], 11);
+    EXPECT_THAT(run.error(), HasSubstr(error["headline"].toString().toStdString()));
+}
+
+TEST_F(ReadTimeout, LeavesNoFile)
+{
+    ProcessInput input;
+    input.workingDirectory = path("work");
+    ASSERT_TRUE(QDir().mkdir(input.workingDirectory));
+    const ProcessResult run =
+        runTool(NEVER_ENDING + QStringList{"--timeout", "1", "--out", "card"}, input);
+    EXPECT_EQ(run.exitStatus, 11);
+    EXPECT_TRUE(QDir(input.workingDirectory)
+                    .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+                    .isEmpty());
+}
+
+TEST_F(ReadTimeout, LeavesAReadingAloneThatEndsInTime)
+{
+    const ProcessResult run =
+        runTool({"read", "--simulate", "resident", "--timeout", "30", "--json"});
+    expectEnd(run, 0);
+    EXPECT_EQ(run.standardOutput,
+              runTool({"read", "--simulate", "resident", "--json"}).standardOutput);
+}
+
+TEST_F(ReadTimeout, DoesNotCountTheWaitForACard)
+{
+    const ProcessResult run = runTool({"read", "--simulate", "resident", "--wait", "30",
+                                       "--timeout", "1", "--fault", "no-card=6"});
+    expectEnd(run, 0);
+}
+
+TEST_F(ReadTimeout, InterruptedReadingIsLeftAsWithoutItAndAnObjectForPrograms)
+{
+    RunningTool tool(NEVER_ENDING + QStringList{"--timeout", "50", "--json", "--verbose"});
+    EXPECT_TRUE(tool.waitForError("card reading fail!"));
+    tool.signal(SIGINT);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 5);
+    EXPECT_THAT(run.error(), HasSubstr("was broken off"));
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");
+}
+
+TEST_F(ReadTimeout, IsRefusedOutsideItsRange)
+{
+    for (const char *seconds : {"0", "3601", "-1", "soon"})
+        expectEnd(runTool({"read", "--timeout", seconds}), 2, "--timeout");
+}
+
+class UsbTimeout : public FolderTest, public usb_test::ReaderOnBus
+{
+};
+
+TEST_F(UsbTimeout, EndsAReadingThatTakesTooLong)
+{
+    plugIn("resident", "delay-ms=4000");
+    QElapsedTimer time;
+    time.start();
+    const ProcessResult run = runTool({"usb", "--device", "1209:0001", "--timeout", "1", "--json",
+                                       "--raw", path("card.rec"), "--out", out()},
+                                      {bus().childEnvironment()});
+    EXPECT_EQ(run.exitStatus, 11);
+    EXPECT_LT(time.elapsed(), 4000);
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
+    EXPECT_FALSE(QFile::exists(path("card.rec")));
+    EXPECT_FALSE(QFile::exists(out()));
+}
+
+} // namespace
