@@ -61,14 +61,14 @@ void print(const Card &card, const std::optional<QString> &folder,
     output->write(indentedJson(object));
 }
 
+} // namespace
+
 std::optional<Failure> photoFailure(const Card &card)
 {
-    if (card.photoFormat() != PhotoFormat::COMPRESSED || card.road() == Road::READER_LIBRARY)
+    if (card.photoFormat() != PhotoFormat::COMPRESSED)
         return std::nullopt;
     return resultFailure(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true));
 }
-
-} // namespace
 
 ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier)
@@ -82,7 +82,7 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
     print(card, folder, failure, options, output);
     if (noPhoto) {
         printMessage(noPhoto->words);
-        if (!options.simulatorPhotos)
+        if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
             printMessage(
                 QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
     }

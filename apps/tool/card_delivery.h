@@ -28,6 +28,9 @@ std::optional<Failure> obstacleToSaving(const Options &options);
 ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier = std::nullopt);
 
+/** Why the photo is not a picture although the card delivered one, after it was to be decoded. */
+std::optional<Failure> photoFailure(const Card &card);
+
 /** What is known of a raw record that was checked. */
 struct RecordOrigin {
     FP_INFO_TYPE prints;

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 
 #include "apps/card/card_reader.h"
+#include "apps/card/record_decoder.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
@@ -40,6 +41,7 @@ ExitStatus runRead(const Options &options, Output *output)
                                .arg(outcome.code));
     if (!outcome.card)
         return report(failedLook(failureOf(outcome)), options, output);
+    decodePhoto(&*outcome.card);
     return deliver(*outcome.card, options, output);
 }
 

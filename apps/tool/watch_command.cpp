@@ -4,6 +4,7 @@
 
 #include "apps/card/card_output.h"
 #include "apps/card/card_presence.h"
+#include "apps/card/record_decoder.h"
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
@@ -87,6 +88,7 @@ private:
         ReadOutcome outcome = readCard();
         switch (m_presence.observe(outcome)) {
         case Sighting::NEW_CARD:
+            decodePhoto(&*outcome.card);
             deliverCard(*outcome.card);
             break;
         case Sighting::NEW_FAILURE:
@@ -109,6 +111,11 @@ private:
         std::optional<Failure> failure;
         if (!m_options.outFolder.isEmpty())
             folder = save(card, &failure);
+        const std::optional<Failure> noPhoto = photoFailure(card);
+        if (noPhoto)
+            printMessage(noPhoto->words);
+        if (!failure)
+            failure = noPhoto;
         QJsonObject object = toJson(card, folder, m_options.inlineParts);
         if (failure && m_options.json)
             object.insert("error", toJson(*failure));

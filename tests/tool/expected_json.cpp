@@ -37,9 +37,8 @@ const char *photoFormat(const simulator::CardDescription &card)
 {
     switch (card.photoDelivery) {
     case simulator::PhotoDelivery::BMP_FILE:
+    case simulator::PhotoDelivery::COMPRESSED: // which is decoded
         break;
-    case simulator::PhotoDelivery::COMPRESSED:
-        return "compressed";
     case simulator::PhotoDelivery::OWN_FILE: // of photos in unusual forms only this one is known
         return card.photoFile == QLatin1String("resident-photo-top-down.bmp") ? "bmp" : "unknown";
     }

@@ -47,7 +47,8 @@ TEST(Failure, OfAnUnpluggedReaderSaysSo)
     UsbOutcome outcome;
     outcome.code = USB_READER_LOOKUP_READ_FAILED;
     outcome.isUnplugged = true;
-    expectTheRow(unpluggedResult(*findUsbResult(USB_READER_LOOKUP_READ_FAILED)), toJson(failureOf(outcome)));
+    expectTheRow(unpluggedResult(*findUsbResult(USB_READER_LOOKUP_READ_FAILED)),
+                 toJson(failureOf(outcome)));
 }
 
 TEST(Failure, OfAnUnknownCodeNamesTheCode)

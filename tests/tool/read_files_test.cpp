@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QJsonDocument>
 
+#include "simulator/card/raw_record.h"
 #include "tests/support/files.h"
 #include "tests/tool/file_size_limit.h"
 #include "tests/tool/picture_files.h"
@@ -61,7 +62,7 @@ TEST_F(ReadOut, FingerprintsAreAsLongAsThereArePrints)
 TEST_F(ReadOut, CardWithoutFingerprintsGivesNoFileOfThem)
 {
     read("resident-no-fingerprint");
-    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg", "photo.bmp"));
 }
 
 TEST_F(ReadOut, OtherKindsGiveCardPhotoAndPictures)
@@ -87,7 +88,7 @@ TEST_F(ReadOut, PermitOfAnUnknownRegionIsReportedAndHasNoBackPicture)
 {
     const ProcessResult run = read("hmt-unknown-region");
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg"));
+    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg", "photo.bmp"));
     EXPECT_THAT(run.output(),
                 HasSubstr("\nBack picture          none: the permit's number begins with none of "
                           "81, 82, 83\n"));
@@ -111,7 +112,7 @@ TEST_F(ReadOut, ForceRemovesAnOldBackPictureThatTheNewCardDoesNotHave)
 {
     read("hmt-taiwan");
     EXPECT_EQ(read("hmt-unknown-region", {"--force"}).exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg"));
+    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg", "photo.bmp"));
 }
 
 TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
@@ -123,12 +124,32 @@ TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
     EXPECT_EQ(readFile(out() + "/back.jpg"), "mine");
 }
 
-TEST_F(ReadOut, CompressedPhotoIsReportedAndNotWrittenAsAPicture)
+TEST_F(ReadOut, CompressedPhotoIsTheSamePictureAsByDecode)
 {
-    const ProcessResult run = read("resident-compressed-photo");
+    const QString card = "resident-compressed-photo";
+    expectEnd(read(card), 0);
+    writeFile(path("card.rec"), simulator::readAnswer(builtInCard(card), {}));
+    runTool({"decode", path("card.rec"), "--simulator-photos", "--out", path("decoded")});
+    EXPECT_EQ(readFile(out() + "/photo.bmp").size(), 38862);
+    EXPECT_EQ(readFile(out() + "/photo.bmp"), readFile(path("decoded") + "/photo.bmp"));
+}
+
+TEST_F(ReadOut, CompressedPhotoWithoutADecoderIsReportedAsByDecode)
+{
+    const ProcessResult run = read("resident-compressed-photo", {"--fault", "photo-undecodable"});
+    EXPECT_EQ(run.exitStatus, 6);
+    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
+    const ProcessResult decoded = runTool({"decode", path("card.rec")});
+    EXPECT_EQ(decoded.exitStatus, 6);
+    EXPECT_THAT(decoded.error(), testing::StartsWith(run.error()));
+}
+
+TEST_F(ReadOut, PhotoInAFormThatIsNotKnownIsReportedAndNotWritten)
+{
+    const ProcessResult run = read("hmt-photo-32-bits");
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.error(), AllOf(HasSubstr("compressed"), HasSubstr("photo.bmp is not written")));
-    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg"));
+    EXPECT_THAT(run.error(), AllOf(HasSubstr("not known"), HasSubstr("photo.bmp is not written")));
+    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
 }
 
 TEST_F(ReadOut, CardJsonNamesTheFilesBesideIt)
@@ -175,7 +196,7 @@ TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
 TEST_F(ReadOut, ForceReplacesTheCardAndLeavesNothingOfTheOldOne)
 {
     read("resident");
-    const ProcessResult run = read("hmt-macao", {"--force"}); // delivers its photo compressed
+    const ProcessResult run = read("hmt-photo-32-bits", {"--force"}); // not kept as photo.bmp
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
     EXPECT_EQ(parsedObject(readFile(out() + "/card.json"))["kind"].toString(), "hmt");

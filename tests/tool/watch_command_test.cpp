@@ -47,6 +47,16 @@ TEST(Watch, LineHoldsTheSameAsReadPrints)
               parsedObject(runTool({"read", "--json", "--simulate", "resident"}).standardOutput));
 }
 
+TEST(Watch, CompressedPhotoIsDecodedAsByRead)
+{
+    const QString card = "resident-compressed-photo";
+    const QStringList inlinePhoto{"--json", "--inline", "photo", "--simulate", card};
+    const QJsonObject line =
+        parsedObject(runTool(QStringList{"watch"} + inlinePhoto).standardOutput);
+    EXPECT_EQ(line["photo"].toObject()["format"], "bmp");
+    EXPECT_EQ(line, parsedObject(runTool(QStringList{"read"} + inlinePhoto).standardOutput));
+}
+
 TEST(Watch, SameCardLaidOnAgainIsReportedAgain)
 {
     const ProcessResult run =
@@ -247,7 +257,7 @@ TEST_F(WatchOut, MissingBackPictureIsReportedAndNamedNull)
 {
     const ProcessResult run = watch({"hmt-unknown-region"});
     EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(namesIn(out() + "/0001"), ElementsAre("card.json", "front.jpg"));
+    EXPECT_THAT(namesIn(out() + "/0001"), ElementsAre("card.json", "front.jpg", "photo.bmp"));
     EXPECT_THAT(run.error(), HasSubstr("back.jpg is not written."));
     const auto cards = parsedLines(run.standardOutput);
     ASSERT_EQ(cards.size(), 1);
