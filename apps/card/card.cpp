@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include <QCryptographicHash>
 #include <QtEndian>
@@ -252,6 +253,16 @@ Card::Card(Road road, ID_TYPE kind, const CardTexts &texts, CardMedia media)
 {
     Q_ASSERT(m_kind != nullptr && m_media.photoArea.size() == int(IDCARD_PHOTO_SIZE));
     m_fields = m_kind->decodedFields(texts);
+}
+
+void Card::setWholeTexts(const CardTexts &texts)
+{
+    const QVector<CardField> whole = m_kind->decodedFields(texts);
+    m_cutFields.clear();
+    std::copy_if(whole.begin(), whole.end(), std::back_inserter(m_cutFields),
+                 [&, cut = m_fields.begin()](const CardField &field) mutable {
+                     return field.content != (cut++)->content;
+                 });
 }
 
 unsigned int Card::kindCode() const

@@ -102,6 +102,11 @@ public:
     const char *kindLabel() const; ///< for people
     QVector<CardField> fields() const { return m_fields; }
 
+    /** Takes note of the texts before the decoder cut them. */
+    void setWholeTexts(const CardTexts &texts);
+    /** The fields that say less than the raw record does, with what it says. */
+    QVector<CardField> cutFields() const { return m_cutFields; }
+
     PhotoFormat photoFormat() const;
     /** The BMP file, or null when the photo is not one. */
     QByteArray photo() const;
@@ -130,6 +135,7 @@ private:
     Road m_road;
     const CardKind *m_kind;
     QVector<CardField> m_fields;
+    QVector<CardField> m_cutFields;
     CardMedia m_media;
 };
 

@@ -5,10 +5,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
 
 #include "apps/card/card_files.h"
+#include "apps/card/card_notes.h"
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "common/texts.h"
@@ -167,6 +169,22 @@ void insertPictures(const Card &card, QJsonObject *object)
     }
 }
 
+/** What the card means on this day, and the whole of what the decoder cut. */
+void insertNotes(const Card &card, const QDate &today, QJsonObject *object)
+{
+    QJsonArray keys;
+    for (const CardNote &note : cardNotes(card, today))
+        keys << note.key;
+    object->insert("notes", keys);
+    const std::optional<int> age = ageOnDay(card, today);
+    object->insert("age", age ? QJsonValue(*age) : QJsonValue());
+    QJsonObject whole;
+    for (const CardField &field : card.cutFields())
+        whole.insert(QLatin1String(field.key), jsonValue(field));
+    if (!whole.isEmpty())
+        object->insert("whole", whole);
+}
+
 /** Null for null bytes. */
 QJsonValue base64(const QByteArray &bytes)
 {
@@ -183,7 +201,7 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, InlineP
         const bool saved = folder.has_value() && !file.content(card).isNull();
         QJsonObject part = object->value(QLatin1String(file.jsonKey)).toObject();
         part.insert("file", saved ? QJsonValue(pathIn(*folder, file.name)) : QJsonValue());
-        if (inlined & file.part)
+        if ((inlined & file.part) != InlineParts())
             part.insert("data", base64(file.content(card)));
         object->insert(QString(QLatin1String(file.jsonKey)), part);
     }
@@ -197,6 +215,14 @@ CardRow kindRow(const Card &card)
 QStringList cells(const CardRow &row)
 {
     return {row.label, row.content};
+}
+
+QVector<QStringList> noteRows(const Card &card, const QDate &today)
+{
+    QVector<QStringList> rows;
+    for (const CardNote &note : cardNotes(card, today))
+        rows << QStringList{rows.isEmpty() ? QStringLiteral("Note") : QString(), note.words};
+    return rows;
 }
 
 /** Which picture is missing, and where the files are. */
@@ -269,7 +295,8 @@ std::optional<InlineParts> parseInlineParts(const QString &words)
     return named;
 }
 
-JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined)
+JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined,
+                  const QDate &today)
 {
     JsonObject object = kindToJson(card);
     object.insert("road", QLatin1String(roadKey(card.road())));
@@ -282,6 +309,7 @@ JsonObject toJson(const Card &card, const std::optional<QString> &folder, Inline
         object.insert("fingerprints",
                       JsonObject{{"count", count ? QJsonValue(*count) : QJsonValue()}});
     }
+    insertNotes(card, today, &object);
     insertPictures(card, &object);
     insertFiles(card, folder, inlined, &object);
     return object;
@@ -305,11 +333,12 @@ QByteArray jsonLine(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QString toTable(const Card &card, const std::optional<QString> &folder)
+QString toTable(const Card &card, const std::optional<QString> &folder, const QDate &today)
 {
     QVector<QStringList> rows;
     for (const CardRow &row : cardRows(card))
         rows << cells(row);
+    rows += noteRows(card, today);
     if (folder)
         rows += savedRows(card, CardFiles::ALL, *folder);
     return alignedTable(rows);

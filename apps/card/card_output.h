@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include <QDate>
 #include <QJsonObject>
 
 #include "apps/card/card.h"
@@ -18,9 +19,10 @@ namespace app
  * that fill them up, null for what the road does not deliver. `folder` is where the card's files
  * are: it is put before their names, an empty one gives bare names. Nothing: the card was not
  * saved, and the names are null. The bytes of the files of `inlined` stand beside their names, in
- * base64; null for a file that this card does not have.
+ * base64; null for a file that this card does not have. Notes and age are those of the day `today`.
  */
-JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined = {});
+JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined = {},
+                  const QDate &today = QDate::currentDate());
 
 /** The parts in a comma list of "photo", "pictures", "fingerprints" and "all". */
 std::optional<InlineParts> parseInlineParts(const QString &words);
@@ -53,8 +55,9 @@ QByteArray indentedJson(const QJsonObject &object);
 /** On one line, ending with a line break. */
 QByteArray jsonLine(const QJsonObject &object);
 
-/** The card as a table for people; `folder` as for `toJson`. */
-QString toTable(const Card &card, const std::optional<QString> &folder);
+/** The card as a table for people, with the notes of the day; `folder` as for `toJson`. */
+QString toTable(const Card &card, const std::optional<QString> &folder,
+                const QDate &today = QDate::currentDate());
 
 /** The pictures of the card's sides alone, as `toJson` has them, with the kind of card. */
 JsonObject picturesToJson(const Card &card, const QString &folder);

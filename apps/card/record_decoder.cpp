@@ -2,6 +2,7 @@
 
 #include "apps/process/standard_streams.h"
 #include "common/country_lookup.h"
+#include "iddata/card_layouts.h"
 #include "iddata/iddata.h"
 #include "reader/reader_frames.h"
 
@@ -72,6 +73,57 @@ private:
     unsigned char *m_block;
 };
 
+/** The text of a field as the record has it: UCS-2, up to a zero, without the blanks at its end. */
+QString wholeText(const unsigned char *block, int offset, int size)
+{
+    QString text;
+    for (int i = offset; i + 1 < offset + size; i += 2) {
+        const QChar character(static_cast<ushort>(block[i] | block[i + 1] << 8));
+        if (character.isNull())
+            break;
+        text += character;
+    }
+    while (text.endsWith(QLatin1Char(' ')))
+        text.chop(1);
+    return text;
+}
+
+/** Puts the whole text in the place of each that the decoder cut. */
+template <typename Record, int count>
+void makeWhole(const card_layouts::Layout<Record, count> &layout, const unsigned char *block,
+               Record *record)
+{
+    for (const card_layouts::Field<Record> &field : layout.fields) {
+        if (field.use != card_layouts::Use::TEXT)
+            continue;
+        const QString whole = wholeText(block, field.offset, field.size);
+        const QString kept = QString::fromStdString(record->*field.field);
+        if (whole.size() > kept.size() && whole.startsWith(kept))
+            record->*field.field = whole.toStdString();
+    }
+}
+
+CardTexts withWholeTexts(ID_TYPE kind, CardTexts texts, const unsigned char *block)
+{
+    switch (kind) {
+    case ID_TYPE_CN:
+        makeWhole(card_layouts::CN_LAYOUT, block, &texts.cn);
+        break;
+    case ID_TYPE_HMT:
+        makeWhole(card_layouts::HMT_LAYOUT, block, &texts.hmt);
+        break;
+    case ID_TYPE_FOREIGN_2017:
+        makeWhole<card_layouts::Foreign2017>(card_layouts::FOREIGN_2017_LAYOUT, block,
+                                             &texts.foreign2017);
+        break;
+    case ID_TYPE_FOREIGN_NEW:
+        makeWhole<card_layouts::ForeignNew>(card_layouts::FOREIGN_NEW_LAYOUT, block,
+                                            &texts.foreignNew);
+        break;
+    }
+    return texts;
+}
+
 bool isBmp(const QByteArray &area)
 {
     return photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
@@ -125,7 +177,9 @@ std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road
     if (count > 0)
         media.fingerprints =
             record.mid(reader_frames::PRINTS_OFFSET, count * reader_frames::PRINT_SIZE);
-    return Card(road, kind, texts, std::move(media));
+    Card card(road, kind, texts, std::move(media));
+    card.setWholeTexts(withWholeTexts(kind, texts, block));
+    return card;
 }
 
 void decodePhoto(Card *card)

@@ -24,14 +24,16 @@ TEST_P(CardJson, HoldsExactlyTheFieldsOfTheKindWithoutPadding)
 {
     const QJsonObject expected = QJsonDocument::fromJson(GetParam().json).object();
     ASSERT_FALSE(expected.isEmpty());
-    const QJsonObject actual = toJson(samples::cardOf(GetParam().kind), std::nullopt);
+    const QJsonObject actual =
+        toJson(samples::cardOf(GetParam().kind), std::nullopt, {}, QDate(2024, 6, 1));
     EXPECT_EQ(QJsonDocument(actual).toJson().toStdString(),
               QJsonDocument(expected).toJson().toStdString());
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
                          testing::Values(KindCase{IDCARD_KIND_CN, R"({
-            "road": "reader-library", "kind": "resident", "cardKind": 0, "name": "王小明",
+            "road": "reader-library", "kind": "resident", "cardKind": 0,
+            "notes": ["check-digit-wrong"], "age": 34, "name": "王小明",
             "sex": "男", "ethnicGroup": "汉",
             "birthDate": {"year": "1990", "month": "01", "day": "02"},
             "address": "示例省示例市示例路1号", "idNumber": "000000199001020017",
@@ -41,7 +43,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "photo": {"format": "none", "file": null},
             "fingerprints": {"count": 0, "file": null}})"},
                                          KindCase{IDCARD_KIND_HMT, R"({
-            "road": "reader-library", "kind": "hmt", "cardKind": 3, "issueCount": null,
+            "road": "reader-library", "kind": "hmt", "cardKind": 3,
+            "notes": ["expired", "check-digit-wrong"], "age": 38, "issueCount": null,
             "name": "陳大文", "sex": "女",
             "birthDate": {"year": "1985", "month": "11", "day": "30"},
             "address": "示例市港澳路2号", "idNumber": "810000198511300026",
@@ -52,6 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_2017, R"({
             "road": "reader-library", "kind": "foreign-2017", "cardKind": 1,
+            "notes": [], "age": 45,
             "nationalityCode": null, "englishName": "DOE, JANE",
             "chineseName": "简多", "sex": "女", "idNumber": "CAN000000000000",
             "birthDate": {"year": "1979", "month": "05", "day": "06"}, "nationality": "加拿大",
@@ -61,6 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, CardJson,
             "photo": {"format": "none", "file": null}})"},
                                          KindCase{IDCARD_KIND_FOREIGN_NEW, R"({
             "road": "reader-library", "kind": "foreign-new", "cardKind": 2,
+            "notes": ["check-digit-wrong", "unknown-nationality"], "age": 54,
             "nationalityCode": null, "englishName": "ROE, RICHARD",
             "chineseName": "", "sex": "男", "cardExtra": "01", "idNumber": "900000197001010031",
             "birthDate": {"year": "1970", "month": "01", "day": "01"}, "nationality": "",
@@ -160,13 +165,16 @@ TEST(CardTable, ResidentCardIsLaidOutForPeople)
               "Valid from         2015-02-03\n"
               "Valid to           长期\n"
               "Photo              none\n"
-              "Fingerprints       none\n");
+              "Fingerprints       none\n"
+              "Note               The check digit of the number is wrong.\n");
 }
 
 TEST(CardTable, SavedFilesAreListed)
 {
     const QString table = toTable(samples::residentCardWithEverything(), QStringLiteral("visitor"));
     EXPECT_TRUE(table.endsWith(QStringLiteral("Fingerprints       2\n"
+                                              "Note               The check digit of the number "
+                                              "is wrong.\n"
                                               "Saved as           visitor/card.json\n"
                                               "                   visitor/photo.bmp\n"
                                               "                   visitor/fingerprints.dat\n"
@@ -198,7 +206,7 @@ TEST(CardTable, FieldCannotSteerTheTerminal)
     records->cn.szName = "\x1b[31mred\r\nSex  forged";
     const QString table = toTable(Card(IDCARD_KIND_CN, *records), std::nullopt);
     EXPECT_FALSE(table.contains(QChar(0x1B)));
-    EXPECT_EQ(table.count(QLatin1Char('\n')), 12);
+    EXPECT_EQ(table.count(QLatin1Char('\n')), 13); // with a note
 }
 
 TEST(CardTable, EveryFieldThatTheRoadDeliversIsShown)

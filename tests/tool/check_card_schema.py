@@ -17,7 +17,7 @@ WRONG_VALUES = (None, 7, True, [], "x ", {})
 # Values beside which a key may take more than one type, so that breaking it needs more thought.
 NULLABLE = {"issueCount", "nationalityCode"}
 # Keys that not every card has.
-OPTIONAL = {"error", "data"}
+OPTIONAL = {"error", "data", "whole"}
 
 
 def without_each_key(card):
@@ -29,7 +29,9 @@ def without_each_key(card):
             broken = copy.deepcopy(card)
             del broken[key]
             yield f"without {key}", broken
-        for part in value.keys() - OPTIONAL if isinstance(value, dict) else ():
+        if not isinstance(value, dict) or key == "whole":  # which has the parts that notes name
+            continue
+        for part in value.keys() - OPTIONAL:
             broken = copy.deepcopy(card)
             del broken[key][part]
             yield f"without {key}.{part}", broken
@@ -41,6 +43,8 @@ def with_wrong_values(card):
         for wrong in WRONG_VALUES:
             if wrong is None and key in NULLABLE and card["road"] == "reader-library":
                 continue
+            if (key, wrong) in (("age", None), ("age", 7), ("notes", [])):
+                continue
             yield f"{key} = {wrong!r}", {**card, key: wrong}
 
 
@@ -50,6 +54,12 @@ def with_contradictions(card):
         return {**card, key: {**card[key], part: value}}
 
     yield "unknown key", {**card, "more": 1}
+    yield "unknown note", {**card, "notes": ["old"]}
+    yield "note given twice", {**card, "notes": ["expired", "expired"]}
+    yield "age before birth", {**card, "age": -1}
+    yield "nothing whole", {**card, "whole": {}}
+    if card["road"] == "reader-library":
+        yield "whole text of the other road", {**card, "whole": {"name": "x"}}
     yield "unknown road", {**card, "road": "post"}
     yield "unknown kind", {**card, "kind": "passport"}
     yield "another kind", {**card, "kind": "hmt" if card["kind"] != "hmt" else "resident"}

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <unistd.h>
@@ -187,6 +188,19 @@ TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreReportedAndTheCardDecoded)
                 AllOf(HasSubstr("card.rec is an odd record: at offset 14 (length of the finger"),
                       HasSubstr("card.rec is an odd record: at offset 2320 (checksum)")));
     EXPECT_THAT(run.output(), HasSubstr(builtInCard("resident").name.toStdString()));
+}
+
+TEST_F(Decode, CutTextStandsWholeBesideIt)
+{
+    const QByteArray record = recordOf("resident-longest-texts");
+    const QJsonObject card = parsedObject(
+        runTool({"decode", "--json", "--simulator-photos", file(record)}).standardOutput);
+    const QString address = builtInCard("resident-longest-texts").address;
+    EXPECT_TRUE(card["notes"].toArray().contains("cut:address"));
+    EXPECT_EQ(card["whole"].toObject()["address"], address);
+    EXPECT_LT(card["address"].toString().size(), address.size());
+    EXPECT_THAT(runTool({"decode", "--simulator-photos", file(record)}).output(),
+                HasSubstr("Address is cut; the record has: " + address.toStdString()));
 }
 
 TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsReportedAndGivesNoCard)

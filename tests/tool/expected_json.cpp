@@ -1,5 +1,8 @@
 #include "tests/tool/expected_json.h"
 
+#include <QDate>
+#include <QJsonArray>
+
 #include "common/country_code_list.h"
 
 namespace
@@ -43,6 +46,35 @@ const char *photoFormat(const simulator::CardDescription &card)
         return card.photoFile == QLatin1String("resident-photo-top-down.bmp") ? "bmp" : "unknown";
     }
     return "bmp";
+}
+
+/** Weights of the 18 digits of GB 11643; the weighted sum leaves 1 when divided by 11. */
+bool hasWrongCheckDigit(const QString &number)
+{
+    constexpr int WEIGHTS[] = {7, 9, 10, 5, 8, 4, 2, 1, 6, 3, 7, 9, 10, 5, 8, 4, 2, 1};
+    if (number.size() != 18 || !number.at(0).isDigit()) // or letters of a country
+        return false;
+    int sum = 0;
+    for (int i = 0; i < 18; ++i)
+        sum += WEIGHTS[i] * (number.at(i) == QLatin1Char('X') ? 10 : number.at(i).digitValue());
+    return sum % 11 != 1;
+}
+
+/** Dates of eight digits compare as texts, and an age is the difference of their years. */
+void insertNotesOfToday(const simulator::CardDescription &card, QJsonObject *json)
+{
+    const QString today = QDate::currentDate().toString("yyyyMMdd");
+    QJsonArray notes;
+    if (card.validTo < today) // a Chinese text is greater than digits
+        notes << "expired";
+    if (card.validFrom > today)
+        notes << "not-yet-valid";
+    if (hasWrongCheckDigit(card.idNumber))
+        notes << "check-digit-wrong";
+    if (json->value("nationality") == QJsonValue(QString()))
+        notes << "unknown-nationality";
+    json->insert("notes", notes);
+    json->insert("age", (today.toInt() - card.birthDate.toInt()) / 10000);
 }
 
 } // namespace
@@ -94,6 +126,7 @@ QJsonObject expectedOfRead(const simulator::CardDescription &card)
         json["cardExtra"] = card.cardExtra;
         break;
     }
+    insertNotesOfToday(card, &json);
     return json;
 }
 
@@ -107,11 +140,22 @@ QJsonObject expectedOfRecord(const simulator::CardDescription &card, const QStri
         json.insert(QLatin1String(picture),
                     QJsonObject{{"format", "none"}, {"file", QJsonValue()}});
     }
+    QJsonArray notes = json["notes"].toArray();
+    QJsonObject whole;
     for (const CutField &field : CUT_FIELDS) {
         const QString key = QLatin1String(field.key);
-        if (json.contains(key))
-            json.insert(key, cutTo(json.value(key).toString(), field.bytes));
+        const QString text = json.value(key).toString();
+        if (!json.contains(key) || cutTo(text, field.bytes) == text)
+            continue;
+        json.insert(key, cutTo(text, field.bytes));
+        // The English name of the new edition goes on in another field.
+        const bool goesOn = card.kind == CardKind::FOREIGN_NEW && key == "englishName";
+        whole.insert(key, goesOn ? text.left(35) : text);
+        notes << "cut:" + key;
     }
+    json["notes"] = notes;
+    if (!whole.isEmpty())
+        json["whole"] = whole;
     if (json.contains("nationalityCode"))
         json["nationalityCode"] = card.nationality;
     else // no label for an unknown sex

@@ -74,6 +74,14 @@ TEST(Read, PaddingThatTheReaderLeftIsNotInTheJson)
               builtInCard("resident-two-character-name").name);
 }
 
+TEST(Read, TableShowsNotesInWords)
+{
+    EXPECT_THAT(runTool({"read", "--simulate", "hmt-macao"}).output(), // valid to 2025
+                HasSubstr("\nNote                  The card has expired.\n"));
+    EXPECT_THAT(runTool({"read", "--simulate", "resident-long-term"}).output(),
+                Not(HasSubstr("\nNote")));
+}
+
 TEST(Read, FieldsWithoutContentAreEmptyInTheJsonAndADashInTheTable)
 {
     const QString card = QStringLiteral("foreign-2017-unknown-nationality");
