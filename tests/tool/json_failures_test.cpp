@@ -7,6 +7,7 @@
 #include "apps/card/failure.h"
 #include "simulator/card/raw_record.h"
 #include "tests/support/files.h"
+#include "tests/tool/file_size_limit.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;
@@ -120,6 +121,23 @@ TEST(JsonFailures, CardWhosePhotoWasNotDecodedHasTheErrorBesideItsOwnParts)
     EXPECT_EQ(error["code"], -26);
     EXPECT_EQ(error["exitStatus"], 6);
     EXPECT_FALSE(parsedObject(readFile(folder.filePath("x/card.json"))).contains("error"));
+}
+
+TEST(JsonFailures, CardThatCouldNotBeSavedHasTheErrorBesideItsOwnParts)
+{
+    QTemporaryDir folder;
+    for (const char *command : {"read", "watch"}) {
+        const FileSizeLimit limit(20000); // card.json fits, the photo does not
+        const ProcessResult run = runTool({command, "--json", "--simulate", "resident", "--out",
+                                           folder.filePath(QLatin1String(command))});
+        EXPECT_EQ(run.exitStatus, 7);
+        const QJsonObject card = parsedObject(run.standardOutput);
+        EXPECT_EQ(card["kind"], "resident");
+        EXPECT_EQ(card["photo"].toObject()["file"], QJsonValue());
+        const QJsonObject error = card["error"].toObject();
+        EXPECT_EQ(error["name"], "TOOL_FILES_NOT_WRITTEN");
+        EXPECT_THAT(run.error(), HasSubstr(error["cause"].toString().toStdString()));
+    }
 }
 
 TEST(JsonFailures, WatchPrintsThemBetweenTheCardsOneALine)
