@@ -85,7 +85,7 @@ TEST(ResultCatalogue, ExitStatusesAreUniqueAndAscending)
     int expected = 0;
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
         EXPECT_EQ(static_cast<int>(entry.status), expected++);
-    EXPECT_EQ(expected, 11);
+    EXPECT_EQ(expected, 12);
 }
 
 TEST(FindResult, ZeroWithARecordIsSuccess)
