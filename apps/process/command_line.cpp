@@ -1,11 +1,10 @@
 #include "apps/process/command_line.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
-#include <vector>
 
 #include "apps/process/text_layout.h"
+#include "common/nearest_name.h"
 #include "common/texts.h"
 
 namespace app
@@ -13,40 +12,6 @@ namespace app
 
 namespace
 {
-
-constexpr int MOST_SLIPS = 2;
-
-/** How many letters must be put in, left out or exchanged for others to make `wanted` of `typed`.
- */
-int slipsBetween(const QString &typed, const QString &wanted)
-{
-    std::vector<int> row(static_cast<std::size_t>(wanted.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (const QChar letter : typed) {
-        int diagonal = row[0]++;
-        for (std::size_t at = 1; at < row.size(); ++at) {
-            const int exchanged = diagonal + (letter == wanted[static_cast<int>(at) - 1] ? 0 : 1);
-            diagonal = row[at];
-            row[at] = std::min({exchanged, diagonal + 1, row[at - 1] + 1});
-        }
-    }
-    return row.back();
-}
-
-QString nearest(const QString &typed, const QStringList &names)
-{
-    QString best;
-    // As many slips as letters would make any word of it.
-    int fewest = std::min(MOST_SLIPS + 1, typed.size());
-    for (const QString &name : names) {
-        const int slips = name.startsWith(typed) ? 1 : slipsBetween(typed, name);
-        if (slips < fewest) {
-            best = name;
-            fewest = slips;
-        }
-    }
-    return best;
-}
 
 QString dashed(const QString &name)
 {
@@ -199,7 +164,7 @@ QString OptionParser::problemOfUnknown(const QStringList &arguments) const
         return {};
     const QString unknown = m_parser.unknownOptionNames().constFirst();
     const QString typed = printable(asTyped(unknown, arguments));
-    const QString meant = nearest(unknown, m_names);
+    const QString meant = nearestName(unknown, m_names);
     return meant.isEmpty() ? filledIn(m_phrases.noOption, subject(), typed)
                            : filledIn(m_phrases.noOptionButThis, subject(), typed, dashed(meant));
 }

@@ -10,13 +10,23 @@ namespace app
 namespace
 {
 
-QString exitStatusSection()
+QString exitStatusSection(const QVector<ExitStatus> &statuses)
 {
     QVector<QStringList> rows;
-    for (const ExitStatusEntry &entry : exitStatusCatalogue())
-        rows << QStringList{QString::number(static_cast<int>(entry.status)),
-                            QString::fromUtf8(entry.meaning)};
+    for (const ExitStatusEntry &entry : exitStatusCatalogue()) {
+        if (statuses.contains(entry.status))
+            rows << QStringList{QString::number(static_cast<int>(entry.status)),
+                                QString::fromUtf8(entry.meaning)};
+    }
     return helpSection("Exit status", rows);
+}
+
+QVector<ExitStatus> allStatuses()
+{
+    QVector<ExitStatus> statuses;
+    for (const ExitStatusEntry &entry : exitStatusCatalogue())
+        statuses << entry.status;
+    return statuses;
 }
 
 QString faultSection()
@@ -63,9 +73,9 @@ QString overallHelp()
            helpSection("Options",
                        {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
                         {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
-           exitStatusSection() +
+           exitStatusSection(allStatuses()) +
            helpSection("Environment", {platformVariable(), simulatorVariable()}) +
-           QStringLiteral("\n\"idcard-reader COMMAND --help\" describes a command.\n");
+           QStringLiteral("\n\"idcard-reader help COMMAND\" describes a command.\n");
 }
 
 QString commandHelp(const CommandRow &command, const OptionParser &parser)
@@ -75,7 +85,7 @@ QString commandHelp(const CommandRow &command, const OptionParser &parser)
            helpSection("Options", parser.helpRows()) +
            (parser.has(QStringLiteral("fault")) ? faultSection() : QString()) +
            QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples) +
-           exitStatusSection() + environmentSection(command);
+           exitStatusSection(command.statuses) + environmentSection(command);
 }
 
 } // namespace app

@@ -74,6 +74,14 @@ const std::vector<CommandRow> &commandTable()
             "force",
             "Replace the card that the folder of --out holds. Without it nothing is overwritten.")
             .needs({"out"});
+    // How every command can end, and how the reading of a card can end besides.
+    const QVector<ExitStatus> any = {ExitStatus::DONE, ExitStatus::PROGRAM_FAILED,
+                                     ExitStatus::WRONG_USAGE};
+    const QVector<ExitStatus> reading = {
+        ExitStatus::READER_NOT_OPENED, ExitStatus::NO_CARD,           ExitStatus::READ_FAILED,
+        ExitStatus::PHOTO_NOT_DECODED, ExitStatus::FILES_NOT_WRITTEN, ExitStatus::NOTHING_READ};
+    const QVector<ExitStatus> limitedReading =
+        reading + QVector<ExitStatus>{ExitStatus::READ_TIMED_OUT};
     static const std::vector<CommandRow> rows = {
         {"read",
          runRead,
@@ -91,6 +99,7 @@ const std::vector<CommandRow> &commandTable()
          "      \"visitor\" as well\n"
          "  idcard-reader read --simulate resident\n"
          "      try it without a reader (see \"idcard-reader cards\")\n",
+         any + limitedReading,
          {
              json,
              inlineParts,
@@ -124,6 +133,7 @@ const std::vector<CommandRow> &commandTable()
          "      wait for one card, however long it takes\n"
          "  idcard-reader watch --json\n"
          "      print failures for a program as well\n",
+         any + reading,
          {
              Option("json", "Print each failure as one line of JSON as well, and with a card what "
                             "kept it from being saved."),
@@ -162,6 +172,7 @@ const std::vector<CommandRow> &commandTable()
          "      wait half a minute for a card, print JSON, save the card in \"visitor\"\n"
          "  idcard-reader usb --device 1209:0001 --raw visitor.rec\n"
          "      keep the record for \"idcard-reader decode\" as well\n",
+         any + limitedReading,
          {
              deviceOption(
                  "The reader, by its vendor and product id: four hexadecimal digits each, such as "
@@ -205,6 +216,8 @@ const std::vector<CommandRow> &commandTable()
          "      print JSON, save the card in the folder \"visitor\"\n"
          "  idcard-reader decode < visitor.rec\n"
          "      the same from standard input\n",
+         any + QVector<ExitStatus>{ExitStatus::PHOTO_NOT_DECODED, ExitStatus::FILES_NOT_WRITTEN,
+                                   ExitStatus::NOTHING_READ},
          {
              json,
              inlineParts,
@@ -226,6 +239,7 @@ const std::vector<CommandRow> &commandTable()
          "      write pictures/front.jpg and pictures/back.jpg\n"
          "  idcard-reader render my-card.json --out pictures --force\n"
          "      paint again after changing the description\n",
+         any + QVector<ExitStatus>{ExitStatus::FILES_NOT_WRITTEN},
          {
              json,
              Option(
@@ -247,6 +261,7 @@ const std::vector<CommandRow> &commandTable()
          "Lists the cards that the simulator has built in, for use with --simulate.",
          "  idcard-reader cards\n"
          "      show the names, kinds and purposes\n",
+         any,
          {json}},
         {"doctor",
          runDoctor,
@@ -266,6 +281,7 @@ const std::vector<CommandRow> &commandTable()
          "      look at what \"idcard-reader usb\" needs for this reader\n"
          "  idcard-reader doctor --json\n"
          "      print the findings for a program\n",
+         any + QVector<ExitStatus>{ExitStatus::FOUND_WARNINGS, ExitStatus::FOUND_FAILURES},
          {
              deviceOption("Look at this reader alone, by its vendor and product id: four "
                           "hexadecimal digits each, such as 1209:0001. Without it, every device "

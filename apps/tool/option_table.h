@@ -28,6 +28,7 @@ struct CommandRow {
     const char *summary; ///< one line
     const char *description;
     const char *examples;           ///< lines of "command  what it does"
+    QVector<ExitStatus> statuses;   ///< with which it can end
     std::vector<Option> ownOptions; ///< that not every command has
 };
 

@@ -1,9 +1,13 @@
 #include "apps/tool/options.h"
 
+#include <algorithm>
+
 #include "apps/card/card_output.h"
 #include "apps/card/version_text.h"
+#include "apps/process/text_layout.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
+#include "common/nearest_name.h"
 #include "common/texts.h"
 
 namespace app
@@ -17,6 +21,29 @@ CommandLine<Options> refused(const QString &problem)
     return {{}, {}, problem + QStringLiteral("\nSee \"idcard-reader --help\".")};
 }
 
+const CommandRow *findCommand(const QString &name)
+{
+    const auto &rows = commandTable();
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const CommandRow &row) {
+        return name == QLatin1String(row.name);
+    });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+CommandLine<Options> refusedCommand(const QString &typed)
+{
+    QStringList names;
+    for (const CommandRow &row : commandTable())
+        names << QLatin1String(row.name);
+    const QString meant = nearestName(typed, names);
+    const QString problem =
+        meant.isEmpty() ? filledIn(QStringLiteral("There is no command %1; the commands are %2."),
+                                   printable(typed), names.join(QStringLiteral(", ")))
+                        : filledIn(QStringLiteral("There is no command %1; did you mean %2?"),
+                                   printable(typed), meant);
+    return refused(problem);
+}
+
 CommandLine<Options> readWithoutCommand(const QString &first)
 {
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
@@ -24,13 +51,9 @@ CommandLine<Options> readWithoutCommand(const QString &first)
     if (first == QLatin1String("--version"))
         return {{}, versionText(QStringLiteral("idcard-reader")), {}};
     if (first.startsWith(QLatin1Char('-')))
-        return refused(
-            QStringLiteral("The command comes before its options, and %1 is none.").arg(first));
-    QStringList names;
-    for (const CommandRow &row : commandTable())
-        names << QLatin1String(row.name);
-    return refused(filledIn(QStringLiteral("There is no command %1; the commands are %2."), first,
-                            names.join(QStringLiteral(", "))));
+        return refused(QStringLiteral("The command comes before its options, and %1 is none.")
+                           .arg(printable(first)));
+    return refusedCommand(first);
 }
 
 Options optionsIn(const OptionParser &line, const CommandRow &command)
@@ -58,10 +81,15 @@ Options optionsIn(const OptionParser &line, const CommandRow &command)
     return options;
 }
 
+OptionParser parserOf(const CommandRow &command)
+{
+    return OptionParser(QStringLiteral("idcard-reader %1").arg(QLatin1String(command.name)),
+                        QLatin1String(command.argument), optionsOf(command));
+}
+
 CommandLine<Options> readForCommand(const CommandRow &command, const QStringList &arguments)
 {
-    OptionParser parser(QStringLiteral("idcard-reader %1").arg(QLatin1String(command.name)),
-                        QLatin1String(command.argument), optionsOf(command));
+    OptionParser parser = parserOf(command);
     parser.acceptOneDash();
     const QString problem = parser.parse(arguments);
     if (!problem.isEmpty())
@@ -73,6 +101,20 @@ CommandLine<Options> readForCommand(const CommandRow &command, const QStringList
     return {optionsIn(parser, command), {}, {}};
 }
 
+/** "help" and, perhaps, the command that it is wanted for. */
+CommandLine<Options> readForHelp(const QStringList &commands)
+{
+    if (commands.isEmpty())
+        return {{}, overallHelp(), {}};
+    if (commands.size() > 1)
+        return refused(QStringLiteral("help takes one command, not %1 as well.")
+                           .arg(printable(commands.at(1))));
+    const CommandRow *const command = findCommand(commands.first());
+    return command == nullptr
+               ? readWithoutCommand(commands.first())
+               : CommandLine<Options>{{}, commandHelp(*command, parserOf(*command)), {}};
+}
+
 } // namespace
 
 CommandLine<Options> parseCommandLine(const QStringList &arguments)
@@ -80,11 +122,11 @@ CommandLine<Options> parseCommandLine(const QStringList &arguments)
     if (arguments.isEmpty())
         return refused(
             QStringLiteral("A command is missing, for instance \"idcard-reader read\"."));
-    for (const CommandRow &row : commandTable()) {
-        if (arguments.first() == QLatin1String(row.name))
-            return readForCommand(row, arguments.mid(1));
-    }
-    return readWithoutCommand(arguments.first());
+    if (arguments.first() == QLatin1String("help"))
+        return readForHelp(arguments.mid(1));
+    const CommandRow *const command = findCommand(arguments.first());
+    return command == nullptr ? readWithoutCommand(arguments.first())
+                              : readForCommand(*command, arguments.mid(1));
 }
 
 } // namespace app

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include "common/card_records.h"
+#include "common/nearest_name.h"
 
 // At global scope: the macro declares a function of the generated code.
 static void registerCards()
@@ -30,10 +31,14 @@ const QString &cardFolder()
     return folder;
 }
 
-QString unknownCard()
+QString unknownCard(const QString &name)
 {
-    return QStringLiteral("is neither a built-in card nor a file; built-in cards: %1")
-        .arg(builtInCardNames().join(QStringLiteral(", ")));
+    const QString meant = nearestName(name, builtInCardNames());
+    return meant.isEmpty()
+               ? QStringLiteral("is neither a built-in card nor a file; built-in cards: %1")
+                     .arg(builtInCardNames().join(QStringLiteral(", ")))
+               : QStringLiteral("is neither a built-in card nor a file; did you mean %1?")
+                     .arg(meant);
 }
 
 // The content of a file, and one byte at most of what it has beyond `most`; null, and `problem`
@@ -101,7 +106,9 @@ std::optional<CardDescription> loadCard(const QString &nameOrPath, DescriptionEr
         return loadFile(cardFolder() + file, file, error);
     }
     if (!QFileInfo::exists(nameOrPath)) {
-        *error = {nameOrPath.isEmpty() ? QStringLiteral("\"\"") : nameOrPath, {}, unknownCard()};
+        *error = {nameOrPath.isEmpty() ? QStringLiteral("\"\"") : nameOrPath,
+                  {},
+                  unknownCard(nameOrPath)};
         return std::nullopt;
     }
     return loadFile(nameOrPath, nameOrPath, error);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/nearest_name.h"
 #include "common/texts.h"
 
 namespace simulator
@@ -58,14 +59,21 @@ QString shortened(const QString &text)
     return text.size() <= LONGEST_QUOTE ? text : text.left(LONGEST_QUOTE) + QStringLiteral("...");
 }
 
-QString unknownFault(const QString &text, std::optional<Road> road)
+QString unknownFault(const QString &name, const QString &text, std::optional<Road> road)
 {
+    QStringList names;
     QStringList usages;
     bool hasExchanges = false;
     for (const FaultRule &rule : road ? faultRules(*road) : faultRules()) {
+        for (const Faults::Exchange exchange : exchangesOf(rule))
+            names << nameOf(rule, exchange);
         usages << faultUsage(rule);
         hasExchanges = hasExchanges || rule.isOfExchange();
     }
+    const QString meant = nearestName(name, names);
+    if (!meant.isEmpty())
+        return filledIn(QStringLiteral("fault \"%1\" is not known; did you mean %2?"),
+                        shortened(text), meant);
     return filledIn(QStringLiteral("fault \"%1\" is not known; known faults: %2%3"),
                     shortened(text), usages.join(QStringLiteral(", ")),
                     QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
@@ -149,7 +157,7 @@ QString addFault(Faults *faults, const QString &text, std::optional<Road> road)
     const QString name = text.section(QLatin1Char('='), 0, 0).trimmed();
     const auto [rule, exchange] = faultNamed(name);
     if (rule == nullptr)
-        return unknownFault(text, road);
+        return unknownFault(name, text, road);
     if (road && rule->meaning(*road) == nullptr)
         return faultOfOtherRoad(name, *road);
     const std::optional<FaultValue> value = valueIn(text, rule->argument);

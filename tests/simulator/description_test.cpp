@@ -278,8 +278,8 @@ TEST(Description, PhotosFileThatIsNoNameInTheFolder_IsRefused)
 
 TEST(Description, WrongFault_IsRefusedWithTheVocabulary)
 {
-    EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("no-crad")}),
-                StartsWith("my.json: \"faults\": fault \"no-crad\" is not known; known faults: "
+    EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("earthquake")}),
+                StartsWith("my.json: \"faults\": fault \"earthquake\" is not known; known faults: "
                            "open-fails=N, no-card or no-card=N, "));
 }
 
@@ -407,10 +407,18 @@ TEST(CardLibrary, PhotosOwnFileThatIsNotThere_IsRefused)
 TEST(CardLibrary, UnknownName_IsRefusedWithTheBuiltInNames)
 {
     DescriptionError error;
-    EXPECT_FALSE(loadCard(QStringLiteral("residnet"), &error));
+    EXPECT_FALSE(loadCard(QStringLiteral("visitor"), &error));
     EXPECT_THAT(error.message().toStdString(),
-                StartsWith("residnet: is neither a built-in card nor a file; built-in cards: "
+                StartsWith("visitor: is neither a built-in card nor a file; built-in cards: "
                            "foreign-2017, "));
+}
+
+TEST(CardLibrary, MistypedName_IsRefusedWithTheNearestOne)
+{
+    DescriptionError error;
+    EXPECT_FALSE(loadCard(QStringLiteral("residnet"), &error));
+    EXPECT_EQ(error.message().toStdString(),
+              "residnet: is neither a built-in card nor a file; did you mean resident?");
 }
 
 TEST(CardLibrary, WhatIsNoRegularFile_IsRefusedWithoutWaiting)

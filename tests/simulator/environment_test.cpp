@@ -121,7 +121,7 @@ TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreReportedOnStandardError)
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_BAD_ENVIRONMENT);
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
                 StartsWith("idcard_simulator: environment variable IDCARD_SIMULATOR_FAULTS: "
-                           "fault \"dealy-ms=5\" is not known; known faults: "));
+                           "fault \"dealy-ms=5\" is not known; did you mean delay-ms?"));
 }
 
 TEST_F(Environment, FaultsOfAReaderOnUsb_FailTheOpeningAndAreReportedOnStandardError)

@@ -181,7 +181,7 @@ TEST(Faults, ExchangeFaultWithoutItsExchange_IsNotKnown)
 
 TEST(Faults, UnknownFault_ExplainsTheLetterOfTheExchanges)
 {
-    EXPECT_THAT(refusal("lookup"), testing::EndsWith("(E: lookup, select or read)"));
+    EXPECT_THAT(refusal("look up"), testing::EndsWith("(E: lookup, select or read)"));
 }
 
 TEST(Faults, ExchangeFaultGivenTwice_IsRefusedWithItsExchange)
@@ -269,10 +269,22 @@ TEST(Faults, WrongNumber_IsRefusedWithFormAndMeaning)
 
 TEST(Faults, UnknownFault_IsRefusedWithAllKnownOnes)
 {
-    const std::string message = refusal("delay-ms=5,no-crad");
-    EXPECT_THAT(message, StartsWith("fault \"no-crad\" is not known; known faults: "));
+    const std::string message = refusal("delay-ms=5,earthquake");
+    EXPECT_THAT(message, StartsWith("fault \"earthquake\" is not known; known faults: "));
     for (const FaultRule &rule : faultRules())
         EXPECT_THAT(message, HasSubstr(faultUsage(rule).toStdString()));
+}
+
+TEST(Faults, MistypedFault_IsRefusedWithTheNearestOne)
+{
+    EXPECT_EQ(refusal("no-crad"), "fault \"no-crad\" is not known; did you mean no-card?");
+    EXPECT_EQ(refusal("read-answr-cut=3"),
+              "fault \"read-answr-cut=3\" is not known; did you mean read-answer-cut?");
+}
+
+TEST(Faults, NearestFaultOfTheOtherRoad_IsNotProposed)
+{
+    EXPECT_THAT(refusal("unpluged", Road::MAKERS_LIBRARY), HasSubstr("; known faults: "));
 }
 
 TEST(Faults, UnknownFaultForTheMakersLibrary_IsRefusedWithItsFaultsAlone)

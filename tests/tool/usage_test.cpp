@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QRegularExpression>
+
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;
@@ -40,7 +42,12 @@ INSTANTIATE_TEST_SUITE_P(
             {"scan"},
             "There is no command scan; the commands are read, watch, usb, decode, render, cards, "
             "doctor."},
-        WrongUsage{{"rea"}, "There is no command rea;"},
+        WrongUsage{{"rea"}, "There is no command rea; did you mean read?"},
+        WrongUsage{{"watsch", "--json"}, "There is no command watsch; did you mean watch?"},
+        WrongUsage{{"a\x1b[1m"}, "There is no command a\\u001B[1m;"},
+        WrongUsage{{"help", "raed"}, "There is no command raed; did you mean read?"},
+        WrongUsage{{"help", "--jso"}, "The command comes before its options"},
+        WrongUsage{{"help", "read", "watch"}, "help takes one command, not watch as well."},
         WrongUsage{{"--json", "read"}, "The command comes before its options, and --json is none"},
         WrongUsage{{"read", "--jso"}, "read has no option --jso; did you mean --json?"},
         WrongUsage{{"read", "-jsno"}, "read has no option -jsno; did you mean --json?"},
@@ -112,6 +119,9 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{"watch", "--count", "0"}, "--count takes a whole number from 1"},
         WrongUsage{{"watch", "--interval", "1"}, "--interval takes a whole number from 10"},
         WrongUsage{{"read", "--simulate", "no-such-card"}, "no-such-card"},
+        WrongUsage{{"read", "--simulate", "residant"}, "did you mean resident?"},
+        WrongUsage{{"read", "--simulate", "resident", "--fault", "no-crad"},
+                   "fault \"no-crad\" is not known; did you mean no-card?"},
         WrongUsage{{"read", "--simulate", "resident", "--fault", "earthquake"}, "earthquake"},
         WrongUsage{{"read", "--simulate", "resident", "--fault", "unplugged"},
                    "no fault \"unplugged\"; only the reader on USB has it: use "
@@ -119,11 +129,36 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{{"watch", "--simulate", "resident", "--fault", "no-card=1,read-answer-cut=3"},
                    "no fault \"read-answer-cut\"; only the reader on USB"}));
 
+/** The numbers under "Exit status:" in a help text. */
+QList<int> statusesIn(const QString &help)
+{
+    static const QRegularExpression number(QStringLiteral("^  (\\d+)  "),
+                                           QRegularExpression::MultilineOption);
+    QList<int> statuses;
+    auto matches = number.globalMatch(help, help.indexOf(QStringLiteral("\nExit status:\n")));
+    while (matches.hasNext())
+        statuses << matches.next().captured(1).toInt();
+    return statuses;
+}
+
+TEST(Usage, LongListOfNamesIsBrokenBetweenThem)
+{
+    for (const QStringList &arguments :
+         {QStringList{"read", "--simulate", "visitor"},
+          QStringList{"read", "--simulate", "resident", "--fault", "earthquake"}}) {
+        const QByteArray message = runTool(arguments).standardError;
+        EXPECT_GT(message.count('\n'), 3);
+        for (const QByteArray &line : message.split('\n'))
+            EXPECT_LE(line.size(), 100) << line.toStdString();
+        EXPECT_THAT(message.toStdString(), testing::EndsWith("\n"));
+    }
+}
+
 class CommandHelp : public testing::TestWithParam<std::pair<const char *, QStringList>>
 {
 };
 
-TEST_P(CommandHelp, MentionsEveryOptionTheStatusesAndAnExample)
+TEST_P(CommandHelp, MentionsEveryOptionAndAnExample)
 {
     const QString command = QLatin1String(GetParam().first);
     const ProcessResult run = runTool({command, "--help"});
@@ -135,8 +170,14 @@ TEST_P(CommandHelp, MentionsEveryOptionTheStatusesAndAnExample)
         EXPECT_THAT(help, HasSubstr("  --" + option.toStdString()));
     EXPECT_THAT(help, HasSubstr("-h, --help"));
     EXPECT_THAT(help, HasSubstr("Examples:\n  idcard-reader " + command.toStdString()));
-    for (int status = 0; status <= 10; ++status)
-        EXPECT_THAT(help, HasSubstr("\n  " + std::to_string(status) + "  "));
+}
+
+TEST_P(CommandHelp, IsShownByTheCommandHelpToo)
+{
+    const QString command = QLatin1String(GetParam().first);
+    const ProcessResult run = runTool({"help", command});
+    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    EXPECT_EQ(run.standardOutput, runTool({command, "--help"}).standardOutput);
 }
 
 TEST_P(CommandHelp, IsShownForTheShortOptionToo)
@@ -174,9 +215,39 @@ INSTANTIATE_TEST_SUITE_P(
         std::make_pair("doctor", QStringList{"device <VID:PID>", "road <road>", "json", "verbose",
                                              "version"})));
 
+struct Statuses {
+    const char *command;
+    QList<int> statuses;
+};
+
+void PrintTo(const Statuses &expected, std::ostream *stream)
+{
+    *stream << expected.command;
+}
+
+class StatusesInHelp : public testing::TestWithParam<Statuses>
+{
+};
+
+TEST_P(StatusesInHelp, AreThoseThatTheCommandCanEndWith)
+{
+    const QString command = QLatin1String(GetParam().command);
+    EXPECT_EQ(statusesIn(QString::fromUtf8(runTool({"help", command}).standardOutput)),
+              GetParam().statuses);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, StatusesInHelp,
+                         testing::Values(Statuses{"read", {0, 1, 2, 3, 4, 5, 6, 7, 8, 11}},
+                                         Statuses{"watch", {0, 1, 2, 3, 4, 5, 6, 7, 8}},
+                                         Statuses{"usb", {0, 1, 2, 3, 4, 5, 6, 7, 8, 11}},
+                                         Statuses{"decode", {0, 1, 2, 6, 7, 8}},
+                                         Statuses{"render", {0, 1, 2, 7}},
+                                         Statuses{"cards", {0, 1, 2}},
+                                         Statuses{"doctor", {0, 1, 2, 9, 10}}));
+
 TEST(Help, ListsTheCommandsAndTheExitStatuses)
 {
-    for (const char *option : {"--help", "-h"}) {
+    for (const char *option : {"--help", "-h", "help"}) {
         const ProcessResult run = runTool({option});
         EXPECT_EQ(run.exitStatus, 0);
         const std::string help = run.standardOutput.toStdString();
