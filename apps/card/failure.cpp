@@ -1,5 +1,7 @@
 #include "apps/card/failure.h"
 
+#include "apps/process/json_object.h"
+
 namespace app
 {
 
@@ -15,8 +17,8 @@ Failure explainedToolFailure(ToolFault fault, const QString &cause)
 {
     Failure failure = toolFailure(fault, cause);
     failure.words = terminalText({failure.headline,
-                                  {QStringLiteral("Cause: %1").arg(cause),
-                                   QStringLiteral("What to do: %1").arg(failure.remedy)}});
+                                  {QStringLiteral("What to do: %1").arg(failure.remedy),
+                                   QStringLiteral("Cause: %1").arg(cause)}});
     return failure;
 }
 
@@ -60,12 +62,12 @@ Failure failureOf(const UsbOutcome &outcome)
 
 QJsonObject toJson(const Failure &failure)
 {
-    return {{"code", failure.code ? QJsonValue(*failure.code) : QJsonValue()},
-            {"name", failure.name},
-            {"headline", failure.headline},
-            {"cause", failure.cause},
-            {"remedy", failure.remedy},
-            {"exitStatus", static_cast<int>(failure.exitStatus)}};
+    return JsonObject{{"code", failure.code ? QJsonValue(*failure.code) : QJsonValue()},
+                      {"name", failure.name},
+                      {"headline", failure.headline},
+                      {"cause", failure.cause},
+                      {"remedy", failure.remedy},
+                      {"exitStatus", static_cast<int>(failure.exitStatus)}};
 }
 
 } // namespace app

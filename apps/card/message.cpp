@@ -34,9 +34,10 @@ QString paragraph(const QString &text)
 Message messageOf(const ResultEntry &entry, const QStringList &details)
 {
     Message message{resultText(entry.summary), {}, Message::Kind::FAILURE};
-    message.lines << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
-                  << details << Texts::tr("Cause: %1").arg(resultText(entry.cause))
-                  << Texts::tr("What to do: %1").arg(resultText(entry.remedy));
+    message.lines << Texts::tr("What to do: %1").arg(resultText(entry.remedy))
+                  << Texts::tr("Cause: %1").arg(resultText(entry.cause))
+                  << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
+                  << details;
     return message;
 }
 

@@ -1,13 +1,14 @@
 #include "apps/tool/failure_report.h"
 
 #include "apps/card/card_output.h"
+#include "apps/process/json_object.h"
 
 namespace app
 {
 
 QByteArray errorLine(const Failure &failure)
 {
-    return jsonLine({{"error", toJson(failure)}});
+    return jsonLine(JsonObject{{"error", toJson(failure)}});
 }
 
 ExitStatus report(const Failure &failure, const Options &options, Output *output)

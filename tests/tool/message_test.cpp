@@ -25,12 +25,12 @@ std::vector<std::string> linesOf(const Message &message)
     return lines;
 }
 
-TEST(Message, OfAResult_HasCodeDetailsCauseAndRemedyInThisOrder)
+TEST(Message, OfAResult_LeadsWithWhatToDoThenCauseCodeAndDetails)
 {
     const Message message = messageOf(ENTRY, {QStringLiteral("Device: 1209:0001")});
     EXPECT_EQ(message.headline.toStdString(), "It failed.");
-    EXPECT_THAT(linesOf(message), ElementsAre("Code: -7 (A_CONSTANT)", "Device: 1209:0001",
-                                              "Cause: Why.", "What to do: What is to be done."));
+    EXPECT_THAT(linesOf(message), ElementsAre("What to do: What is to be done.", "Cause: Why.",
+                                              "Code: -7 (A_CONSTANT)", "Device: 1209:0001"));
     EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
@@ -45,9 +45,9 @@ TEST(Message, OfAnUnknownCode_NamesItAndSaysWhatToDo)
 TEST(TerminalText, LinesAreIndentedUnderTheHeadline)
 {
     EXPECT_EQ(terminalText(messageOf(ENTRY)).toStdString(), "It failed.\n"
-                                                            "  Code: -7 (A_CONSTANT)\n"
+                                                            "  What to do: What is to be done.\n"
                                                             "  Cause: Why.\n"
-                                                            "  What to do: What is to be done.");
+                                                            "  Code: -7 (A_CONSTANT)");
 }
 
 TEST(TerminalText, LongLinesAreBrokenAndIndentedFurther)

@@ -143,9 +143,10 @@ TEST_P(EveryFault, IsReportedWithCauseAndRemedyAndNoCard)
     read();
     const app::ResultEntry *const entry = app::findResult(GetParam().code, false);
     EXPECT_EQ(headline(), entry->summary);
-    EXPECT_EQ(details(), QStringLiteral("Code: %1 (%2)\nCause: %3\nWhat to do: %4")
+    EXPECT_EQ(details(), QStringLiteral("What to do: %1\nCause: %2\nCode: %3 (%4)")
+                             .arg(entry->remedy, entry->cause)
                              .arg(entry->code)
-                             .arg(entry->constant, entry->cause, entry->remedy)
+                             .arg(QLatin1String(entry->constant))
                              .toStdString());
     expectMessage(Kind::FAILURE);
     EXPECT_THAT(rows("history"), IsEmpty());
@@ -844,7 +845,7 @@ TEST_F(Window, FailureInChinese_IsToldWithCauseAndRemedyInChinese)
     EXPECT_TRUE(hasChinese(QString::fromStdString(headline())));
     const QStringList lines = QString::fromStdString(details()).split('\n');
     ASSERT_EQ(lines.size(), 3);
-    EXPECT_TRUE(lines[1].startsWith("原因：") && lines[2].startsWith("处理办法："));
+    EXPECT_TRUE(lines[0].startsWith("处理办法：") && lines[1].startsWith("原因："));
     EXPECT_FALSE(lines[1].contains("card"));
 }
 
