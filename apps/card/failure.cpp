@@ -5,6 +5,18 @@
 namespace app
 {
 
+namespace
+{
+
+/** Two sentences, the second of which may be empty. What ends with a command is a line. */
+QString joined(const QString &first, const QString &second)
+{
+    const QLatin1Char gap(first.contains(QLatin1Char('\n')) ? '\n' : ' ');
+    return second.isEmpty() ? first : first + gap + second;
+}
+
+} // namespace
+
 Failure toolFailure(ToolFault fault, const QString &words)
 {
     const ToolFaultEntry &entry = findToolFault(fault);
@@ -28,9 +40,26 @@ Failure resultFailure(const ResultEntry &entry)
             QString::fromUtf8(entry.constant),
             QString::fromUtf8(entry.summary),
             QString::fromUtf8(entry.cause),
-            QString::fromUtf8(entry.remedy),
+            joined(QString::fromUtf8(entry.remedy), moreAbout(entry.exitStatus)),
             entry.exitStatus,
             terminalText(messageOf(entry))};
+}
+
+Failure explainedBy(const Explanation &explanation, Failure failure)
+{
+    Message message{failure.headline};
+    message.lines << QStringLiteral("What to do: %1").arg(explanation.remedy);
+    for (const QString &command : explanation.commands)
+        message.lines << QStringLiteral("      ") + command;
+    message.lines << QStringLiteral("Cause: %1").arg(explanation.cause);
+    if (failure.code)
+        message.lines << QStringLiteral("Code: %1 (%2)").arg(*failure.code).arg(failure.name);
+    message.lines << moreAbout(failure.exitStatus);
+    failure.cause = explanation.cause;
+    failure.remedy = (QStringList(explanation.remedy) + explanation.commands).join('\n');
+    failure.remedy = joined(failure.remedy, moreAbout(failure.exitStatus));
+    failure.words = terminalText(message);
+    return failure;
 }
 
 namespace

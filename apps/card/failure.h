@@ -7,6 +7,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include "apps/card/card_reader.h"
 #include "apps/card/result_catalogue.h"
@@ -33,6 +34,15 @@ Failure toolFailure(ToolFault fault, const QString &words);
 Failure explainedToolFailure(ToolFault fault, const QString &cause);
 
 Failure resultFailure(const ResultEntry &entry);
+
+/** A result of a library with a better cause and remedy than its code has. */
+struct Explanation {
+    QString cause;
+    QString remedy;
+    QStringList commands; ///< of the remedy
+};
+
+Failure explainedBy(const Explanation &explanation, Failure failure);
 
 /** Of a reading that gave no card. */
 Failure failureOf(const ReadOutcome &outcome);

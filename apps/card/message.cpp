@@ -23,9 +23,12 @@ QString resultText(const char *text)
     return QCoreApplication::translate("Results", text);
 }
 
+/** A command stays on one line, to be copied. */
 QString paragraph(const QString &text)
 {
     constexpr int INDENT = 4;
+    if (text.startsWith(QLatin1Char(' ')))
+        return text;
     return QStringLiteral("  ") + wrapped(text, MESSAGE_WIDTH - INDENT, INDENT);
 }
 
@@ -38,7 +41,17 @@ Message messageOf(const ResultEntry &entry, const QStringList &details)
                   << Texts::tr("Cause: %1").arg(resultText(entry.cause))
                   << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
                   << details;
+    const QString more = moreAbout(entry.exitStatus);
+    if (!more.isEmpty())
+        message.lines << more;
     return message;
+}
+
+QString moreAbout(ExitStatus status)
+{
+    if (status != ExitStatus::READER_NOT_OPENED && status != ExitStatus::PHOTO_NOT_DECODED)
+        return {};
+    return Texts::tr("\"idcard-reader doctor\" says more about this machine.");
 }
 
 Message unknownCodeMessage(int code)

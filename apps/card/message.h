@@ -15,12 +15,15 @@ struct Message {
     enum class Kind { NOTE, WARNING, FAILURE };
 
     QString headline;
-    QStringList lines = {};
+    QStringList lines = {}; ///< one that begins with a blank is a command
     Kind kind = Kind::NOTE;
 };
 
 /** A row of a catalogue; `details` are lines such as "Device: ..." that follow the code. */
 Message messageOf(const ResultEntry &entry, const QStringList &details = {});
+
+/** Where more is said about a failure that ends a program like this; empty when nowhere. */
+QString moreAbout(ExitStatus status);
 
 /** A code that is in no catalogue. */
 Message unknownCodeMessage(int code);

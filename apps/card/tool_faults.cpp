@@ -8,6 +8,9 @@ namespace app
 const std::vector<ToolFaultEntry> &toolFaultCatalogue()
 {
     static const std::vector<ToolFaultEntry> entries = {
+        {ToolFault::WRONG_USAGE, "TOOL_WRONG_USAGE", "The command line is wrong.",
+         "Correct it; \"idcard-reader help\" describes the commands and their options.",
+         ExitStatus::WRONG_USAGE},
         {ToolFault::SIMULATOR_NOT_LOADED, "TOOL_SIMULATOR_NOT_LOADED",
          "The simulator could not be loaded.",
          "Build or install libidcard_simulator.so, or name it in the environment variable "

@@ -12,6 +12,7 @@ namespace app
 
 /** What fails in the tool itself. */
 enum class ToolFault {
+    WRONG_USAGE,
     SIMULATOR_NOT_LOADED,
     SIMULATION_REFUSED,
     OPTIONS_CONTRADICT,

@@ -3,6 +3,7 @@
 #include "api/result_codes.h"
 #include "apps/card/card_output.h"
 #include "apps/card/record_decoder.h"
+#include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
 
@@ -74,7 +75,9 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier)
 {
     const std::optional<Failure> notSaved = save(card, options);
-    const std::optional<Failure> noPhoto = photoFailure(card);
+    std::optional<Failure> noPhoto = photoFailure(card);
+    if (noPhoto)
+        noPhoto = diagnosed(*noPhoto, options);
     const std::optional<Failure> failure = notSaved ? notSaved : noPhoto ? noPhoto : earlier;
     std::optional<QString> folder;
     if (!options.outFolder.isEmpty() && !notSaved)

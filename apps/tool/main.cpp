@@ -12,6 +12,7 @@
 #include "apps/process/locale.h"
 #include "apps/process/standard_streams.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/failure_report.h"
 #include "apps/tool/option_table.h"
 #include "apps/tool/options.h"
 #include "apps/tool/verbose.h"
@@ -59,6 +60,10 @@ ExitStatus serve(const QStringList &arguments, Output *output)
     const CommandLine<Options> line = commandLineOf(arguments);
     if (line.options)
         return run(*line.options, output);
+    const bool isJsonWanted =
+        arguments.contains(QStringLiteral("--json")) || arguments.contains(QStringLiteral("-json"));
+    if (!line.problem.isEmpty() && isJsonWanted)
+        output->write(errorLine(toolFailure(ToolFault::WRONG_USAGE, line.problem)));
     return answer(line.problem, line.text, output);
 }
 

@@ -6,6 +6,7 @@
 #include "apps/card/record_decoder.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/reading_limits.h"
 #include "apps/tool/simulator_setup.h"
@@ -40,7 +41,7 @@ ExitStatus runRead(const Options &options, Output *output)
                                .arg(time.elapsed())
                                .arg(outcome.code));
     if (!outcome.card)
-        return report(failedLook(failureOf(outcome)), options, output);
+        return report(diagnosed(failedLook(failureOf(outcome)), options), options, output);
     decodePhoto(&*outcome.card);
     return deliver(*outcome.card, options, output);
 }

@@ -8,6 +8,7 @@
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
+#include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
@@ -92,7 +93,7 @@ private:
             deliverCard(*outcome.card);
             break;
         case Sighting::NEW_FAILURE:
-            app::report(failureOf(outcome), m_options, m_output);
+            app::report(diagnosed(failureOf(outcome), m_options), m_options, m_output);
             if (!m_output->problem().isEmpty())
                 m_status = ExitStatus::PROGRAM_FAILED;
             break;

@@ -88,11 +88,18 @@ INSTANTIATE_TEST_SUITE_P(
                    {"doctor", "--road", "library", "--device", "1209:0001"},
                    2}));
 
-TEST(JsonFailures, WrongCommandLineLeavesStandardOutputEmpty)
+TEST(JsonFailures, WrongCommandLineIsOneToo)
 {
-    const ProcessResult run = runTool({"read", "--json", "--no-such-option"});
-    expectEnd(run, 2, "--no-such-option");
-    EXPECT_THAT(run.output(), IsEmpty());
+    for (const QStringList &arguments :
+         {QStringList{"read", "--no-such-option", "--json"}, QStringList{"reed", "-json"},
+          QStringList{"read", "--json", "--wait", "soon"}}) {
+        const ProcessResult run = runTool(arguments);
+        EXPECT_EQ(run.exitStatus, 2);
+        const QJsonObject error = parsedObject(run.standardOutput)["error"].toObject();
+        EXPECT_EQ(error["name"], "TOOL_WRONG_USAGE");
+        EXPECT_EQ(error["exitStatus"], 2);
+        EXPECT_THAT(run.error(), HasSubstr(error["cause"].toString().toStdString()));
+    }
 }
 
 TEST(JsonFailures, WaitThatIsBrokenOffHasANameOfItsOwn)

@@ -134,14 +134,17 @@ TEST_F(ReadOut, CompressedPhotoIsTheSamePictureAsByDecode)
     EXPECT_EQ(readFile(out() + "/photo.bmp"), readFile(path("decoded") + "/photo.bmp"));
 }
 
-TEST_F(ReadOut, CompressedPhotoWithoutADecoderIsReportedAsByDecode)
+TEST_F(ReadOut, CompressedPhotoThatTheDecoderRefusesIsReportedAsByDecode)
 {
     const ProcessResult run = read("resident-compressed-photo", {"--fault", "photo-undecodable"});
     EXPECT_EQ(run.exitStatus, 6);
-    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
-    const ProcessResult decoded = runTool({"decode", path("card.rec")});
+    QString problem;
+    const auto undecodable = simulator::parseFaults(QStringList("photo-undecodable"), &problem);
+    ASSERT_TRUE(undecodable) << problem.toStdString();
+    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), *undecodable));
+    const ProcessResult decoded = runTool({"decode", path("card.rec"), "--simulator-photos"});
     EXPECT_EQ(decoded.exitStatus, 6);
-    EXPECT_THAT(decoded.error(), testing::StartsWith(run.error()));
+    EXPECT_EQ(decoded.error(), run.error());
 }
 
 TEST_F(ReadOut, PhotoInAFormThatIsNotKnownIsReportedAndNotWritten)

@@ -268,6 +268,10 @@
         <source>The library returned the code %1, which this program does not know. Install the program and the library of the same version.</source>
         <translation>库返回了本程序不认识的代码 %1。请安装同一版本的程序和库。</translation>
     </message>
+    <message>
+        <source>&quot;idcard-reader doctor&quot; says more about this machine.</source>
+        <translation>运行“idcard-reader doctor”可进一步检查本机。</translation>
+    </message>
 </context>
 <context>
     <name>Results</name>

@@ -1,0 +1,83 @@
+#include "apps/tool/diagnosis.h"
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+
+#include "apps/card/message.h"
+
+namespace app
+{
+
+namespace
+{
+
+constexpr int LIMIT_MS = 20000;
+
+/** The checks that can explain a failure, the more probable first; empty when none can. */
+QStringList checksFor(ExitStatus status)
+{
+    switch (status) {
+    case ExitStatus::READER_NOT_OPENED:
+        return {QStringLiteral("reader-library"), QStringLiteral("usb-reader"),
+                QStringLiteral("usb-permission"), QStringLiteral("usb-holder")};
+    case ExitStatus::PHOTO_NOT_DECODED:
+        return {QStringLiteral("photo-decoder")};
+    default:
+        return {};
+    }
+}
+
+/** The doctor starts children of its own, for which this process is not fit any more. */
+QJsonArray findingsOfDoctor()
+{
+    QProcess doctor;
+    doctor.setStandardErrorFile(QProcess::nullDevice());
+    doctor.start(QCoreApplication::applicationFilePath(),
+                 {QStringLiteral("doctor"), QStringLiteral("--json")});
+    doctor.closeWriteChannel();
+    if (!doctor.waitForFinished(LIMIT_MS)) {
+        doctor.kill();
+        doctor.waitForFinished();
+        return {};
+    }
+    const QByteArray report = doctor.readAllStandardOutput();
+    return QJsonDocument::fromJson(report).object()["findings"].toArray();
+}
+
+QJsonObject failureAmong(const QJsonArray &findings, const QString &check)
+{
+    for (const QJsonValue &value : findings) {
+        const QJsonObject finding = value.toObject();
+        if (finding["check"] == check && finding["level"] == QLatin1String("failure"))
+            return finding;
+    }
+    return {};
+}
+
+} // namespace
+
+Failure diagnosed(const Failure &failure, const Options &options)
+{
+    const bool isSimulated = !options.simulate.isEmpty() || options.simulatorPhotos;
+    const QStringList checks = checksFor(failure.exitStatus);
+    if (checks.isEmpty() || isSimulated)
+        return failure;
+    const QJsonArray findings = findingsOfDoctor();
+    for (const QString &check : checks) {
+        const QJsonObject finding = failureAmong(findings, check);
+        if (finding.isEmpty())
+            continue;
+        QStringList commands;
+        for (const QJsonValue &command : finding["commands"].toArray())
+            commands << command.toString();
+        return explainedBy({finding["text"].toString(), finding["remedy"].toString(), commands},
+                           failure);
+    }
+    return failure;
+}
+
+} // namespace app

@@ -1,0 +1,19 @@
+#pragma once
+
+// What the doctor sees of the cause of a failed reading.
+
+#include "apps/card/failure.h"
+#include "apps/tool/options.h"
+
+namespace app
+{
+
+/**
+ * `failure` of a reading through the reader maker's library, whose code alone has several causes:
+ * with the one that the doctor finds on this machine and what it says is to be done. As it was when
+ * the doctor finds none, when the code says enough, or when the simulator failed. Takes as long as
+ * the doctor does.
+ */
+Failure diagnosed(const Failure &failure, const Options &options);
+
+} // namespace app

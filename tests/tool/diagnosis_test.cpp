@@ -1,0 +1,126 @@
+// What "idcard-reader read" and "decode" say of a failure whose code has several causes: the one
+// that the doctor sees on this machine.
+
+#include <gmock/gmock.h>
+
+#include "simulator/card/raw_record.h"
+#include "tests/support/files.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/reader_on_bus.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+constexpr const char *FIVE_GUESSES = "or the reader maker's library was not found";
+
+/** A machine with an emulated USB bus, to which the maker's library can be added. */
+class Diagnosis : public FolderTest, public usb_test::ReaderOnBus
+{
+protected:
+    void SetUp() override
+    {
+        if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+            GTEST_SKIP() << "the emulator cannot start the program that the doctor is";
+        m_variables = bus().childEnvironment();
+    }
+
+    /** The simulator under the name of the maker's library, which cannot open the reader. */
+    void installMakersLibrary()
+    {
+        const auto variables = m_installed.variables("resident", "open-fails=3");
+        for (auto it = variables.cbegin(); it != variables.cend(); ++it)
+            m_variables[it.key()] = it.value();
+    }
+
+    ProcessResult run(const QStringList &arguments) { return runTool(arguments, {m_variables}); }
+    const QMap<QString, QString> &variables() const { return m_variables; }
+
+private:
+    InstalledReader m_installed;
+    QMap<QString, QString> m_variables;
+};
+
+TEST_F(Diagnosis, MissingLibraryIsNamedWithTheCommandThatPutsItInPlace)
+{
+    const ProcessResult read = run({"read"});
+    EXPECT_EQ(read.exitStatus, 3);
+    EXPECT_THAT(read.error(),
+                AllOf(HasSubstr("libkvo_reader.so, is not here"), HasSubstr("\n      ln -s "),
+                      HasSubstr("Code: -5 (IDCARD_RESULT_PORT_NOT_OPEN)"),
+                      HasSubstr("\"idcard-reader doctor\" says more"),
+                      Not(HasSubstr(FIVE_GUESSES))));
+    EXPECT_LT(read.error().find("What to do: "), read.error().find("Cause: "));
+}
+
+TEST_F(Diagnosis, IsInTheJsonToo)
+{
+    const QJsonObject error =
+        parsedObject(run({"read", "--json"}).standardOutput)["error"].toObject();
+    EXPECT_EQ(error["code"], -5);
+    EXPECT_EQ(error["name"], "IDCARD_RESULT_PORT_NOT_OPEN");
+    EXPECT_THAT(error["cause"].toString().toStdString(),
+                HasSubstr("libkvo_reader.so, is not here"));
+    EXPECT_THAT(error["remedy"].toString().toStdString(),
+                AllOf(HasSubstr("\nln -s "), HasSubstr("\n\"idcard-reader doctor\"")));
+}
+
+TEST_F(Diagnosis, ReaderThatIsNotPluggedInIsTheCauseWhenTheLibraryIsThere)
+{
+    installMakersLibrary();
+    const ProcessResult read = run({"read"});
+    EXPECT_EQ(read.exitStatus, 3);
+    EXPECT_THAT(read.error(), AllOf(HasSubstr("could be a reader"), HasSubstr("Plug the reader in"),
+                                    Not(HasSubstr(FIVE_GUESSES))));
+}
+
+TEST_F(Diagnosis, ReaderThatThisUserMayNotOpenIsTheCauseWhenItIsPluggedIn)
+{
+    installMakersLibrary();
+    plugIn({}, "permission-denied");
+    const ProcessResult read = runToolAsOrdinaryUser({"read"}, {variables()});
+    EXPECT_EQ(read.exitStatus, 3);
+    EXPECT_THAT(read.error(),
+                AllOf(HasSubstr("This user may not open"), HasSubstr("idcard-reader-access")));
+}
+
+TEST_F(Diagnosis, MachineInOrderLeavesTheCausesOfTheCode)
+{
+    installMakersLibrary();
+    plugIn({});
+    const ProcessResult read = run({"read"});
+    EXPECT_EQ(read.exitStatus, 3);
+    EXPECT_THAT(QString::fromStdString(read.error()).simplified().toStdString(),
+                AllOf(HasSubstr(FIVE_GUESSES), HasSubstr("\"idcard-reader doctor\" says more")));
+}
+
+TEST_F(Diagnosis, IsSaidOnceByWatch)
+{
+    RunningTool watch({"watch", "--interval", "10"}, {variables()});
+    EXPECT_TRUE(watch.waitForError("Code: -5"));
+    watch.signal(SIGTERM);
+    EXPECT_THAT(watch.result().error(), HasSubstr("libkvo_reader.so, is not here"));
+}
+
+TEST_F(Diagnosis, MissingDecoderIsNamedForARecordWithItsPhotoCompressed)
+{
+    const QString record = path("card.rec");
+    writeFile(record, simulator::readAnswer(builtInCard("resident"), {}));
+    const ProcessResult decode = run({"decode", record});
+    EXPECT_EQ(decode.exitStatus, 6);
+    EXPECT_THAT(decode.error(), AllOf(HasSubstr("libwlt_decoder.so, is not here"),
+                                      HasSubstr("needs --simulator-photos")));
+}
+
+TEST_F(Diagnosis, FailureOfTheSimulatorIsNotLookedIntoByTheDoctor)
+{
+    const ProcessResult read = run({"read", "--simulate", "resident", "--fault", "open-fails=3"});
+    EXPECT_EQ(read.exitStatus, 3);
+    EXPECT_THAT(QString::fromStdString(read.error()).simplified().toStdString(),
+                HasSubstr(FIVE_GUESSES));
+}
+
+} // namespace
