@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,6 +12,7 @@
 #include "apps/card/card_notes.h"
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -51,7 +51,7 @@ bool isOneOf(const CardField &field, const Keys &keys)
 }
 
 struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(Card)
+    IDCARD_TEXTS(Card)
 };
 
 const PhotoFormatRow &photoFormatRow(const Card &card)

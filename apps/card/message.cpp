@@ -1,8 +1,7 @@
 #include "apps/card/message.h"
 
-#include <QCoreApplication>
-
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 
 namespace app
 {
@@ -15,12 +14,12 @@ constexpr int MESSAGE_WIDTH = 79;
 constexpr int FIRST_LINE_WIDTH = 64;
 
 struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(Messages)
+    IDCARD_TEXTS(Messages)
 };
 
 QString resultText(const char *text)
 {
-    return QCoreApplication::translate("Results", text);
+    return translated("Results", text);
 }
 
 /** A command stays on one line, to be copied. */

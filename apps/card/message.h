@@ -1,7 +1,7 @@
 #pragma once
 
-// What a program says to people, in the language of the application's translators: what happened as
-// a headline, and lines that belong to it, such as the code, the cause and what to do.
+// What a program says to people, in the user's language: what happened as a headline, and lines
+// that belong to it, such as the code, the cause and what to do.
 
 #include <QString>
 #include <QStringList>

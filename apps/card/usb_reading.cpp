@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
-
 #include "apps/card/usb_catalogue.h"
 #include "apps/process/interruption.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "reader/usbidreader.h"
 
@@ -87,7 +86,7 @@ Message messageOf(const UsbOutcome &outcome)
     const std::optional<ResultEntry> entry = resultOf(outcome);
     if (!entry)
         return unknownCodeMessage(outcome.code);
-    const QString device = QCoreApplication::translate("Messages", "Device: %1");
+    const QString device = translated("Messages", "Device: %1");
     return messageOf(*entry, {device.arg(deviceOf(outcome))});
 }
 

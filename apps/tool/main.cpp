@@ -11,6 +11,7 @@
 #include "apps/process/display.h"
 #include "apps/process/locale.h"
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/option_table.h"
@@ -46,12 +47,15 @@ ExitStatus run(const Options &options, Output *output)
     } else if (options.command->application == Application::CORE) {
         application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
     }
+    if (application != nullptr)
+        translateApplication();
     return options.command->run(options, output);
 }
 
 CommandLine<Options> commandLineOf(const QStringList &arguments)
 {
     const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    translateApplication();
     return parseCommandLine(arguments);
 }
 

@@ -11,8 +11,8 @@
 #include "apps/process/locale.h"
 #include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
 #include "apps/viewer/main_window.h"
-#include "apps/viewer/translation.h"
 
 namespace
 {
@@ -30,7 +30,7 @@ int qtArgumentCount = 1;
 app::CommandLine<viewer::ViewerOptions> commandLineOf(const QStringList &arguments)
 {
     QCoreApplication application(qtArgumentCount, qtArguments.data());
-    app::installTranslation(QLatin1String(programName.data()));
+    app::translateApplication();
     return viewer::parseCommandLine(QLatin1String(programName.data()), arguments);
 }
 
@@ -40,7 +40,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments.data());
-    app::installTranslation(QLatin1String(programName.data()));
+    app::translateApplication();
     // By which Wayland's desktops find the entry in the menu, and with it the icon.
     QGuiApplication::setDesktopFileName(QLatin1String(programName.data()));
     app::catchInterruption(ExitStatus::READ_FAILED);

@@ -10,6 +10,7 @@
 #include "apps/process/locale.h"
 #include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
 #include "apps/virtual_reader/line_input.h"
 #include "apps/virtual_reader/reader_console.h"
 #include "apps/virtual_reader/virtual_reader_options.h"
@@ -147,6 +148,7 @@ private:
 ExitStatus run(const QStringList &arguments, Output *output)
 {
     const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    translateApplication();
     const CommandLine<VirtualReaderOptions> line = parseVirtualReaderArguments(arguments);
     if (line.options)
         return VirtualReaderProgram(*line.options, output).run();

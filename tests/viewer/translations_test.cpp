@@ -1,4 +1,4 @@
-// The translations of the window program against the texts in its sources.
+// The translations of the programs against the texts in its sources.
 
 #include <set>
 #include <string>
@@ -30,7 +30,7 @@ struct Translation {
 /** All texts of the Chinese translation. */
 std::vector<Translation> chinese()
 {
-    QFile file(SOURCE + QStringLiteral("apps/viewer/translations/idcard-viewer_zh_CN.ts"));
+    QFile file(SOURCE + QStringLiteral("apps/translations/idcard-reader_zh.ts"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     QXmlStreamReader xml(&file);
     std::vector<Translation> all;

@@ -9,7 +9,7 @@
 #include <QTranslator>
 
 #include "apps/process/standard_streams.h"
-#include "apps/viewer/translation.h"
+#include "apps/process/translation.h"
 
 namespace viewer_test
 {
@@ -54,13 +54,14 @@ bool waitFor(const std::function<bool()> &holds, int milliseconds)
 
 InChinese::InChinese()
 {
-    EXPECT_TRUE(
-        app::installTranslation("idcard-viewer", QLocale(QLocale::Chinese, QLocale::China)));
+    app::chooseLanguage(QLocale(QLocale::Chinese, QLocale::China));
+    app::translateApplication();
 }
 
 InChinese::~InChinese()
 {
-    qDeleteAll(qApp->findChildren<QTranslator *>());
+    qDeleteAll(qApp->findChildren<QTranslator *>()); // Qt's own
+    app::chooseLanguage(QLocale::c());
 }
 
 ViewerTest::ViewerTest() = default;
