@@ -17,6 +17,8 @@
 
 #include "apps/process/core_dumps.h"
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
+#include "common/texts.h"
 #include "common/write_all.h"
 
 namespace app
@@ -24,6 +26,10 @@ namespace app
 
 namespace
 {
+
+struct Texts {
+    IDCARD_TEXTS(Process)
+};
 
 constexpr int MOST_BYTES = 256 * 1024;
 constexpr int LOOK_MS = 2;
@@ -105,9 +111,10 @@ void writeTo(int descriptor, const QByteArray &text)
 QString describe(int status)
 {
     if (!WIFSIGNALED(status))
-        return QStringLiteral("it ended the program with the status %1").arg(WEXITSTATUS(status));
+        return Texts::tr("it ended the program with the status %1").arg(WEXITSTATUS(status));
     const int number = WTERMSIG(status);
-    return QStringLiteral("signal %1, %2").arg(number).arg(QLatin1String(::strsignal(number)));
+    return filledIn(Texts::tr("signal %1, %2"), QString::number(number),
+                    translatedSystemText(QString::fromLocal8Bit(::strsignal(number))));
 }
 
 JsonObject merged(const QByteArray &lines)
@@ -131,8 +138,7 @@ ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int
     const pid_t child = channel.isOpen() && log.isOpen() ? ::fork() : -1;
     if (child < 0) {
         run.end = ChildRun::End::CRASHED;
-        run.how = QStringLiteral("no process could be started: %1")
-                      .arg(QString::fromLocal8Bit(std::strerror(errno)));
+        run.how = Texts::tr("no process could be started: %1").arg(systemError(errno));
         return run;
     }
     if (child == 0)

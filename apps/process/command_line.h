@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include "apps/process/translation.h"
+
 namespace app
 {
 
@@ -65,12 +67,14 @@ bool isWholeNumber(const QString &typed, int lowest, int highest);
 
 /** What is said of a wrong command line, for a program to say it in its own way. */
 struct Phrases {
-    QString noOption = QStringLiteral("%1 has no option %2.");
-    QString noOptionButThis = QStringLiteral("%1 has no option %2; did you mean %3?");
-    QString noArgument = QStringLiteral("%2 takes no argument %1.");
-    QString noValue = QStringLiteral("%1 needs a value: \"%2\"."); ///< empty: `wrongValue` says it
-    QString wrongValue = QStringLiteral("%1 takes %2, not %3.");
-    QString seeHelp = QStringLiteral("See \"%1\".");
+    IDCARD_TEXTS(CommandLine)
+
+    QString noOption = tr("%1 has no option %2.");
+    QString noOptionButThis = tr("%1 has no option %2; did you mean %3?");
+    QString noArgument = tr("%2 takes no argument %1.");
+    QString noValue = tr("%1 needs a value: \"%2\"."); ///< empty: `wrongValue` says it
+    QString wrongValue = tr("%1 takes %2, not %3.");
+    QString seeHelp = tr("See \"%1\".");
 };
 
 class OptionParser

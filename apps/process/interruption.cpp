@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
 
 namespace app
 {
@@ -33,9 +34,11 @@ unsigned int secondsOfARead = 0; // 0: no limit
 
 } // namespace
 
-const char *const HANGING_READ_WORDS =
-    "The reading in progress was broken off. If the reader does not answer any more, unplug it and "
-    "plug it in again.";
+QString hangingReadWords()
+{
+    return translated("Process", "The reading in progress was broken off. If the reader does not "
+                                 "answer any more, unplug it and plug it in again.");
+}
 
 /** One call, as a signal handler may make it; what does not fit is lost. */
 static void writeAtOnce(int descriptor, const QByteArray &bytes)
@@ -91,8 +94,7 @@ void handle(int signal, void (*handler)(int))
 
 void catchInterruption(ExitStatus statusOfHangingRead)
 {
-    farewellOfHangingRead = {
-        messageLine(QString::fromUtf8(HANGING_READ_WORDS)), {}, -1, statusOfHangingRead};
+    farewellOfHangingRead = {messageLine(hangingReadWords()), {}, -1, statusOfHangingRead};
     // Without the pipe a pause lasts its full time, nothing worse.
     [[maybe_unused]] const int made = ::pipe2(wakePipe, O_CLOEXEC | O_NONBLOCK);
     handle(SIGALRM, leaveHangingRead);

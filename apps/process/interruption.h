@@ -3,6 +3,7 @@
 // Ends the program cleanly when the user or the system requests it (SIGINT, SIGTERM).
 
 #include <QByteArray>
+#include <QString>
 
 #include "apps/process/exit_status.h"
 
@@ -25,7 +26,7 @@ struct Farewell {
 };
 
 /** The words with which an interrupted reading is left, without the program's name. */
-extern const char *const HANGING_READ_WORDS;
+QString hangingReadWords();
 
 /** Replaces what an interrupted reading is left with, after `catchInterruption`. */
 void setFarewellOfHangingRead(const Farewell &farewell);

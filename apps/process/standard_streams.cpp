@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 
 #include <QtGlobal>
 
@@ -11,6 +10,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "common/write_all.h"
 
@@ -19,6 +19,10 @@ namespace app
 
 namespace
 {
+
+struct Texts {
+    IDCARD_TEXTS(Process)
+};
 
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
@@ -62,9 +66,8 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
     case QtFatalMsg:
         // Qt ends the process with a core dump after this; no user is helped by one.
         printMessage(message);
-        printMessage(
-            QStringLiteral("Qt could not start. If there is no display here, unset DISPLAY and "
-                           "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
+        printMessage(Texts::tr("Qt could not start. If there is no display here, unset DISPLAY and "
+                               "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
         std::_Exit(static_cast<int>(ExitStatus::PROGRAM_FAILED));
     }
 }
@@ -122,7 +125,7 @@ void Output::endIfReaderGone() const
 
 QString Output::problem() const
 {
-    return m_error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(m_error));
+    return m_error == 0 ? QString() : systemError(m_error);
 }
 
 ExitStatus closedWith(ExitStatus status, Output *output)
@@ -131,10 +134,9 @@ ExitStatus closedWith(ExitStatus status, Output *output)
     if (output->problem().isEmpty())
         return status;
     output->endIfReaderGone();
-    printMessage(
-        QStringLiteral("Standard output could not be written: %1. See that the file or the "
-                       "program it goes to can take it all, and start again.")
-            .arg(output->problem()));
+    printMessage(Texts::tr("Standard output could not be written: %1. See that the file or the "
+                           "program it goes to can take it all, and start again.")
+                     .arg(output->problem()));
     return status == ExitStatus::DONE ? ExitStatus::PROGRAM_FAILED : status;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -10,6 +11,10 @@ namespace app
 
 namespace
 {
+
+struct Texts {
+    IDCARD_TEXTS(CommandLine)
+};
 
 constexpr int COLUMN_GAP = 2;
 
@@ -65,6 +70,39 @@ bool isInvisible(uint codePoint)
     default:
         return false;
     }
+}
+
+bool beginsNoLine(QChar character)
+{
+    return QStringLiteral("，。、；：！？）》」』】”’…").contains(character);
+}
+
+bool endsNoLine(QChar character)
+{
+    return QStringLiteral("（《「『【“‘").contains(character);
+}
+
+/**
+ * A word without blanks, parted where a line may end: beside an ideograph, but for its punctuation.
+ * A path is not parted, so that it can be copied; it ends with the word or at punctuation.
+ */
+QStringList unbreakablePieces(const QString &word)
+{
+    QStringList pieces;
+    QString piece;
+    bool isInPath = false;
+    for (const QChar character : word) {
+        const QChar last = piece.isEmpty() ? QChar() : piece.at(piece.size() - 1);
+        const bool isBesideWide = isWide(character.unicode()) || isWide(last.unicode());
+        if (!piece.isEmpty() && isBesideWide && !isInPath && !beginsNoLine(character) &&
+            !endsNoLine(last)) {
+            pieces << piece;
+            piece.clear();
+        }
+        piece += character;
+        isInPath = (isInPath || character == QLatin1Char('/')) && !beginsNoLine(character);
+    }
+    return pieces << piece;
 }
 
 bool mustBeSpelledOut(uint codePoint)
@@ -148,27 +186,29 @@ QString wrapped(const QString &text, int width, int indent)
     int column = 0;
     const QStringList words = splitAt(QLatin1Char(' '), text.simplified());
     for (const QString &word : words) {
-        const int wordWidth = displayWidth(word);
-        if (column != 0 && column + 1 + wordWidth > width) {
-            result += QLatin1Char('\n') + QString(indent, QLatin1Char(' '));
-            column = 0;
-        } else if (column != 0) {
-            result += QLatin1Char(' ');
-            ++column;
+        QString gap = column == 0 ? QString() : QStringLiteral(" ");
+        for (const QString &piece : unbreakablePieces(word)) {
+            const int needed = displayWidth(gap + piece);
+            if (column != 0 && column + needed > width) {
+                result += QLatin1Char('\n') + QString(indent, QLatin1Char(' ')) + piece;
+                column = displayWidth(piece);
+            } else {
+                result += gap + piece;
+                column += needed;
+            }
+            gap.clear();
         }
-        result += word;
-        column += wordWidth;
     }
     return result;
 }
 
-QString helpSection(const char *heading, const QVector<QStringList> &rows)
+QString helpSection(const QString &heading, const QVector<QStringList> &rows)
 {
     constexpr int MARGIN = 2;
     int column = 0;
     for (const QStringList &row : rows)
         column = std::max(column, MARGIN + displayWidth(row[0]) + 2);
-    QString text = QStringLiteral("\n%1:\n").arg(QLatin1String(heading));
+    QString text = filledIn(Texts::tr("\n%1:\n"), heading);
     for (const QStringList &row : rows) {
         text += padded(QString(MARGIN, QLatin1Char(' ')) + row[0], column) +
                 wrapped(row[1], HELP_WIDTH - column, column) + QLatin1Char('\n');

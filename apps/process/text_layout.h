@@ -31,8 +31,9 @@ QString printable(const QString &text);
 QString alignedTable(const QVector<QStringList> &rows);
 
 /**
- * `text` broken between words into lines of at most `width` columns, and `indent` spaces before
- * every line but the first, which come on top. A longer word gets a line of its own.
+ * `text` broken between words, or between ideographs, into lines of at most `width` columns, and
+ * `indent` spaces before every line but the first, which come on top. A longer word gets a line of
+ * its own. No line begins or ends with punctuation that belongs to its neighbour.
  */
 QString wrapped(const QString &text, int width, int indent);
 
@@ -40,6 +41,6 @@ QString wrapped(const QString &text, int width, int indent);
 constexpr int HELP_WIDTH = 79;
 
 /** A heading and rows of a short text and its explanation, which may run over several lines. */
-QString helpSection(const char *heading, const QVector<QStringList> &rows);
+QString helpSection(const QString &heading, const QVector<QStringList> &rows);
 
 } // namespace app

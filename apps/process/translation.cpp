@@ -20,6 +20,51 @@ namespace app
 namespace
 {
 
+// What the C library and Qt say of files, processes and JSON, in case they lack the language.
+[[maybe_unused]] constexpr const char *SYSTEM_TEXTS[] = {
+    QT_TRANSLATE_NOOP("System", "Aborted"),
+    QT_TRANSLATE_NOOP("System", "Bad file descriptor"),
+    QT_TRANSLATE_NOOP("System", "Broken pipe"),
+    QT_TRANSLATE_NOOP("System", "Bus error"),
+    QT_TRANSLATE_NOOP("System", "Directory not empty"),
+    QT_TRANSLATE_NOOP("System", "Disk quota exceeded"),
+    QT_TRANSLATE_NOOP("System", "File exists"),
+    QT_TRANSLATE_NOOP("System", "File name too long"),
+    QT_TRANSLATE_NOOP("System", "File too large"),
+    QT_TRANSLATE_NOOP("System", "Floating point exception"),
+    QT_TRANSLATE_NOOP("System", "Illegal instruction"),
+    QT_TRANSLATE_NOOP("System", "Input/output error"),
+    QT_TRANSLATE_NOOP("System", "Invalid argument"),
+    QT_TRANSLATE_NOOP("System", "Is a directory"),
+    QT_TRANSLATE_NOOP("System", "Killed"),
+    QT_TRANSLATE_NOOP("System", "No space left on device"),
+    QT_TRANSLATE_NOOP("System", "No such device or address"),
+    QT_TRANSLATE_NOOP("System", "No such file or directory"),
+    QT_TRANSLATE_NOOP("System", "Not a directory"),
+    QT_TRANSLATE_NOOP("System", "Operation not permitted"),
+    QT_TRANSLATE_NOOP("System", "Permission denied"),
+    QT_TRANSLATE_NOOP("System", "Read-only file system"),
+    QT_TRANSLATE_NOOP("System", "Segmentation fault"),
+    QT_TRANSLATE_NOOP("System", "Too many levels of symbolic links"),
+    QT_TRANSLATE_NOOP("System", "Too many open files"),
+    QT_TRANSLATE_NOOP("QCommandLineParser", "Missing value after '%1'."),
+    QT_TRANSLATE_NOOP("QCommandLineParser", "Unexpected value after '%1'."),
+    QT_TRANSLATE_NOOP("QJsonParseError", "garbage at the end of the document"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "illegal number"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "illegal value"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "invalid escape sequence"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "invalid termination by number"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "invalid UTF8 string"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "missing name separator"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "missing value separator"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "object is missing after a comma"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "too deeply nested document"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "too large document"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "unterminated array"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "unterminated object"),
+    QT_TRANSLATE_NOOP("QJsonParseError", "unterminated string"),
+};
+
 struct Language {
     QLocale locale;
     bool isEnglish = true;

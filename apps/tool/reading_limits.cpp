@@ -20,8 +20,7 @@ Farewell farewellOf(const Failure &failure, const Options &options, const Output
 void limitReadings(const Options &options, const Output &output)
 {
     catchInterruption(ExitStatus::READ_FAILED);
-    const Failure brokenOff =
-        toolFailure(ToolFault::READ_BROKEN_OFF, QString::fromUtf8(HANGING_READ_WORDS));
+    const Failure brokenOff = toolFailure(ToolFault::READ_BROKEN_OFF, hangingReadWords());
     setFarewellOfHangingRead(farewellOf(brokenOff, options, output));
     if (!options.timeoutSeconds)
         return;

@@ -229,6 +229,62 @@
         <source>--fault is refused: %1</source>
         <translation>--fault 的值不被接受：%1</translation>
     </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>从 %1 到 %2 的整数</translation>
+    </message>
+    <message>
+        <source>[options]</source>
+        <translation>[选项]</translation>
+    </message>
+    <message>
+        <source>%1 needs a %2: &quot;%3&quot;.</source>
+        <translation>%1 需要 %2：“%3”。</translation>
+    </message>
+    <message>
+        <source>%1 needs %2.</source>
+        <translation>%1 需要 %2。</translation>
+    </message>
+    <message>
+        <source> or </source>
+        <translation> 或 </translation>
+    </message>
+    <message>
+        <source>%1 can be given only once.</source>
+        <translation>%1 只能给出一次。</translation>
+    </message>
+    <message>
+        <source>%1 only has a meaning together with --%2.</source>
+        <translation>%1 须与 --%2 一起使用。</translation>
+    </message>
+    <message>
+        <source> or --</source>
+        <translation> 或 --</translation>
+    </message>
+    <message>
+        <source>%1 has no meaning together with %2.</source>
+        <translation>%1 不能与 %2 一起使用。</translation>
+    </message>
+    <message>
+        <source>%2 takes no argument %1.</source>
+        <translation>%2 不接受参数 %1。</translation>
+    </message>
+    <message>
+        <source>%1 needs a value: &quot;%2&quot;.</source>
+        <translation>%1 需要一个值：“%2”。</translation>
+    </message>
+    <message>
+        <source>%1 takes %2, not %3.</source>
+        <translation>%1 的值应为%2，而不是“%3”。</translation>
+    </message>
+    <message>
+        <source>
+%1:
+</source>
+        <translation>
+%1：
+</translation>
+    </message>
 </context>
 <context>
     <name>Messages</name>
@@ -271,6 +327,103 @@
     <message>
         <source>&quot;idcard-reader doctor&quot; says more about this machine.</source>
         <translation>运行“idcard-reader doctor”可进一步检查本机。</translation>
+    </message>
+</context>
+<context>
+    <name>Process</name>
+    <message>
+        <source>it ended the program with the status %1</source>
+        <translation>它以状态 %1 结束了程序</translation>
+    </message>
+    <message>
+        <source>signal %1, %2</source>
+        <translation>信号 %1，%2</translation>
+    </message>
+    <message>
+        <source>no process could be started: %1</source>
+        <translation>无法启动进程：%1</translation>
+    </message>
+    <message>
+        <source>The reading in progress was broken off. If the reader does not answer any more, unplug it and plug it in again.</source>
+        <translation>正在进行的读卡已中断。如果读卡器不再应答，请重新插拔读卡器。</translation>
+    </message>
+    <message>
+        <source>Qt could not start. If there is no display here, unset DISPLAY and WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen.</source>
+        <translation>Qt 无法启动。如果这里没有显示器，请取消 DISPLAY 和 WAYLAND_DISPLAY 的设置，或设置 QT_QPA_PLATFORM=offscreen。</translation>
+    </message>
+    <message>
+        <source>Standard output could not be written: %1. See that the file or the program it goes to can take it all, and start again.</source>
+        <translation>无法写入标准输出：%1。请确认接收输出的文件或程序能够收下全部内容，然后重新运行。</translation>
+    </message>
+</context>
+<context>
+    <name>QCommandLineParser</name>
+    <message>
+        <source>Missing value after &apos;%1&apos;.</source>
+        <translation>“%1”之后缺少值。</translation>
+    </message>
+    <message>
+        <source>Unexpected value after &apos;%1&apos;.</source>
+        <translation>“%1”之后不应有值。</translation>
+    </message>
+</context>
+<context>
+    <name>QJsonParseError</name>
+    <message>
+        <source>garbage at the end of the document</source>
+        <translation>文档末尾有多余的内容</translation>
+    </message>
+    <message>
+        <source>illegal number</source>
+        <translation>数字不合法</translation>
+    </message>
+    <message>
+        <source>illegal value</source>
+        <translation>值不合法</translation>
+    </message>
+    <message>
+        <source>invalid escape sequence</source>
+        <translation>转义序列无效</translation>
+    </message>
+    <message>
+        <source>invalid termination by number</source>
+        <translation>不能以数字结尾</translation>
+    </message>
+    <message>
+        <source>invalid UTF8 string</source>
+        <translation>UTF-8 文字无效</translation>
+    </message>
+    <message>
+        <source>missing name separator</source>
+        <translation>缺少名称之后的分隔符</translation>
+    </message>
+    <message>
+        <source>missing value separator</source>
+        <translation>缺少值之间的分隔符</translation>
+    </message>
+    <message>
+        <source>object is missing after a comma</source>
+        <translation>逗号之后缺少对象</translation>
+    </message>
+    <message>
+        <source>too deeply nested document</source>
+        <translation>文档嵌套过深</translation>
+    </message>
+    <message>
+        <source>too large document</source>
+        <translation>文档过大</translation>
+    </message>
+    <message>
+        <source>unterminated array</source>
+        <translation>数组没有结束</translation>
+    </message>
+    <message>
+        <source>unterminated object</source>
+        <translation>对象没有结束</translation>
+    </message>
+    <message>
+        <source>unterminated string</source>
+        <translation>字符串没有结束</translation>
     </message>
 </context>
 <context>
@@ -594,6 +747,109 @@
     <message>
         <source>Plug the reader in again and read once more.</source>
         <translation>请重新插好读卡器，再读一次。</translation>
+    </message>
+</context>
+<context>
+    <name>System</name>
+    <message>
+        <source>Aborted</source>
+        <translation>已中止</translation>
+    </message>
+    <message>
+        <source>Bad file descriptor</source>
+        <translation>文件描述符无效</translation>
+    </message>
+    <message>
+        <source>Broken pipe</source>
+        <translation>管道已断开</translation>
+    </message>
+    <message>
+        <source>Bus error</source>
+        <translation>总线错误</translation>
+    </message>
+    <message>
+        <source>Directory not empty</source>
+        <translation>文件夹非空</translation>
+    </message>
+    <message>
+        <source>Disk quota exceeded</source>
+        <translation>超出磁盘配额</translation>
+    </message>
+    <message>
+        <source>File exists</source>
+        <translation>文件已存在</translation>
+    </message>
+    <message>
+        <source>File name too long</source>
+        <translation>文件名过长</translation>
+    </message>
+    <message>
+        <source>File too large</source>
+        <translation>文件过大</translation>
+    </message>
+    <message>
+        <source>Floating point exception</source>
+        <translation>浮点异常</translation>
+    </message>
+    <message>
+        <source>Illegal instruction</source>
+        <translation>非法指令</translation>
+    </message>
+    <message>
+        <source>Input/output error</source>
+        <translation>输入/输出错误</translation>
+    </message>
+    <message>
+        <source>Invalid argument</source>
+        <translation>参数无效</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>是一个文件夹</translation>
+    </message>
+    <message>
+        <source>Killed</source>
+        <translation>已被终止</translation>
+    </message>
+    <message>
+        <source>No space left on device</source>
+        <translation>磁盘空间不足</translation>
+    </message>
+    <message>
+        <source>No such device or address</source>
+        <translation>没有该设备或地址</translation>
+    </message>
+    <message>
+        <source>No such file or directory</source>
+        <translation>没有该文件或文件夹</translation>
+    </message>
+    <message>
+        <source>Not a directory</source>
+        <translation>不是文件夹</translation>
+    </message>
+    <message>
+        <source>Operation not permitted</source>
+        <translation>不允许该操作</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>权限不足</translation>
+    </message>
+    <message>
+        <source>Read-only file system</source>
+        <translation>文件系统是只读的</translation>
+    </message>
+    <message>
+        <source>Segmentation fault</source>
+        <translation>段错误</translation>
+    </message>
+    <message>
+        <source>Too many levels of symbolic links</source>
+        <translation>符号链接层数过多</translation>
+    </message>
+    <message>
+        <source>Too many open files</source>
+        <translation>打开的文件过多</translation>
     </message>
 </context>
 <context>

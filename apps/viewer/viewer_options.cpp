@@ -51,11 +51,8 @@ std::vector<Option> options()
 Phrases phrases()
 {
     Phrases phrases;
-    phrases.noOption = Texts::tr("%1 has no option %2.");
-    phrases.noOptionButThis = Texts::tr("%1 has no option %2; did you mean %3?");
     phrases.noArgument = Texts::tr("%1 is not an option.");
     phrases.noValue.clear();
-    phrases.seeHelp = Texts::tr("See \"%1\".");
     return phrases;
 }
 

@@ -129,6 +129,33 @@ TEST(Wrapped, WordLongerThanTheLineGetsItsOwn)
     EXPECT_EQ(wrapped(QStringLiteral("a bcdefghij k"), 4, 0), QStringLiteral("a\nbcdefghij\nk"));
 }
 
+TEST(Wrapped, ChineseText_IsBrokenBetweenIdeographs)
+{
+    EXPECT_EQ(wrapped(QStringLiteral("请将证件平放在读卡器上"), 9, 2),
+              QStringLiteral("请将证件\n  平放在读\n  卡器上"));
+}
+
+TEST(Wrapped, LatinWordInChineseText_IsKeptWhole)
+{
+    EXPECT_EQ(wrapped(QStringLiteral("系统没有libusb无法"), 12, 0),
+              QStringLiteral("系统没有\nlibusb无法"));
+    EXPECT_EQ(wrapped(QStringLiteral("安装 Qt 后"), 6, 0), QStringLiteral("安装\nQt 后"));
+}
+
+TEST(Wrapped, ChinesePunctuation_StaysWithTheTextThatItEndsOrBegins)
+{
+    EXPECT_EQ(wrapped(QStringLiteral("没有证件，请放好。"), 8, 0),
+              QStringLiteral("没有证\n件，请放\n好。"));
+    EXPECT_EQ(wrapped(QStringLiteral("代码（一）"), 6, 0), QStringLiteral("代码\n（一）"));
+    EXPECT_EQ(wrapped(QStringLiteral("请按“读卡”键"), 5, 0), QStringLiteral("请按\n“读\n卡”键"));
+}
+
+TEST(Wrapped, PathWithIdeographs_IsKeptWholeUpToPunctuation)
+{
+    EXPECT_EQ(wrapped(QStringLiteral("文件 /home/用户/证件：没有空间"), 10, 0),
+              QStringLiteral("文件\n/home/用户/证件：\n没有空间"));
+}
+
 TEST(Wrapped, TextThatFitsExactlyStaysOnOneLine)
 {
     EXPECT_EQ(wrapped(QStringLiteral("one two"), 7, 4), QStringLiteral("one two"));
