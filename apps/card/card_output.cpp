@@ -333,15 +333,21 @@ QByteArray jsonLine(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QString toTable(const Card &card, const std::optional<QString> &folder, const QDate &today)
+QString toTable(const Card &card, const std::optional<QString> &folder, const QDate &today,
+                Colours colours)
 {
     QVector<QStringList> rows;
     for (const CardRow &row : cardRows(card))
         rows << cells(row);
+    const int firstNote = rows.size();
     rows += noteRows(card, today);
+    const int afterNotes = rows.size();
     if (folder)
         rows += savedRows(card, CardFiles::ALL, *folder);
-    return alignedTable(rows);
+    QStringList lines = splitAt(QLatin1Char('\n'), alignedTable(rows));
+    for (int i = firstNote; i < afterNotes; ++i)
+        lines[i] = coloured(lines[i], Colour::YELLOW, colours);
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString picturesToTable(const Card &card, const QString &folder)

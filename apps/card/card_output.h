@@ -9,6 +9,7 @@
 
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
+#include "apps/process/colours.h"
 #include "apps/process/json_object.h"
 
 namespace app
@@ -57,7 +58,7 @@ QByteArray jsonLine(const QJsonObject &object);
 
 /** The card as a table for people, with the notes of the day; `folder` as for `toJson`. */
 QString toTable(const Card &card, const std::optional<QString> &folder,
-                const QDate &today = QDate::currentDate());
+                const QDate &today = QDate::currentDate(), Colours colours = Colours::NONE);
 
 /** The pictures of the card's sides alone, as `toJson` has them, with the kind of card. */
 JsonObject picturesToJson(const Card &card, const QString &folder);

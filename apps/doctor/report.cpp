@@ -24,6 +24,7 @@ constexpr int COMMAND_INDENT = 3;
 // In the order of their values.
 constexpr std::array<const char *, 3> LEVELS = {"ok", "warning", "failure"};
 constexpr std::array<const char *, 3> MARKERS = {"ok", "warning", "FAILURE"};
+constexpr std::array<Colour, 3> COLOURS = {Colour::GREEN, Colour::YELLOW, Colour::RED};
 constexpr std::array<const char *, 3> ROADS = {"both", "library", "usb"};
 
 template <typename Value>
@@ -37,10 +38,16 @@ QString indented(const QString &text)
     return wrapped(printable(text), HELP_WIDTH - TEXT_COLUMN, TEXT_COLUMN);
 }
 
-QString toLines(const CheckedFinding &one)
+QString marker(Level level, Colours colours)
+{
+    return coloured(padded(nameIn(MARKERS, level), MARKER_WIDTH),
+                    COLOURS.at(static_cast<std::size_t>(level)), colours);
+}
+
+QString toLines(const CheckedFinding &one, Colours colours)
 {
     const Finding &finding = one.finding;
-    QString lines = padded(nameIn(MARKERS, finding.level), MARKER_WIDTH) +
+    QString lines = marker(finding.level, colours) +
                     padded(QLatin1String(one.check->title), TITLE_WIDTH) + indented(finding.text) +
                     QLatin1Char('\n');
     if (!finding.remedy.isEmpty())
@@ -89,7 +96,7 @@ QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
 
 } // namespace
 
-QString toReport(const std::vector<CheckedFinding> &findings, Roads roads)
+QString toReport(const std::vector<CheckedFinding> &findings, Roads roads, Colours colours)
 {
     QString text;
     const Group *last = nullptr;
@@ -99,7 +106,7 @@ QString toReport(const std::vector<CheckedFinding> &findings, Roads roads)
             text += filledIn(QStringLiteral("%1%2\n"), QLatin1String(last == nullptr ? "" : "\n"),
                              QLatin1String(group->title));
         last = group;
-        text += toLines(one);
+        text += toLines(one, colours);
     }
     return text + QLatin1Char('\n') + summary(findings, roads);
 }

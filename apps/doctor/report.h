@@ -6,12 +6,14 @@
 #include <QString>
 
 #include "apps/doctor/checks.h"
+#include "apps/process/colours.h"
 
 namespace app::doctor
 {
 
 /** Lines that fit a terminal; commands have their own lines, however long. */
-QString toReport(const std::vector<CheckedFinding> &findings, Roads roads);
+QString toReport(const std::vector<CheckedFinding> &findings, Roads roads,
+                 Colours colours = Colours::NONE);
 
 /** An object as docs/doctor.schema.json has it, over several lines, ending with a line break. */
 QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 #include <QtGlobal>
 
@@ -51,13 +52,20 @@ void sendStandardOutputToNull()
     ::close(null);
 }
 
+/** Every text that is painted asks for the same attribute, and Qt warns each time. */
+bool isRepeatedAttributeWarning(const QString &message)
+{
+    static bool isShown = false;
+    return message.startsWith(QLatin1String("Attribute Qt::")) && std::exchange(isShown, true);
+}
+
 void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
 {
     switch (type) {
     case QtDebugMsg:
     case QtInfoMsg:
     case QtWarningMsg: // Qt's own, on matters that no user of this program can judge
-        if (foreignOutputShown && hiddenLogs == 0)
+        if (foreignOutputShown && hiddenLogs == 0 && !isRepeatedAttributeWarning(message))
             printToStandardError(message + QLatin1Char('\n'));
         break;
     case QtCriticalMsg:

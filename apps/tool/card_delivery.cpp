@@ -41,7 +41,7 @@ std::optional<Failure> save(const Card &card, const Options &options)
     auto failure = fileFailure(
         writeFileSet(options.outFolder, contentsOf(card, CardFiles::ALL), existingFiles(options)));
     if (failure) {
-        printMessage(failure->words);
+        printFailure(*failure);
         return failure;
     }
     tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(options.outFolder));
@@ -53,7 +53,8 @@ void print(const Card &card, const std::optional<QString> &folder,
            const std::optional<Failure> &failure, const Options &options, Output *output)
 {
     if (!options.json) {
-        output->write(toTable(card, folder).toUtf8());
+        output->write(
+            toTable(card, folder, QDate::currentDate(), coloursOf(output->descriptor())).toUtf8());
         return;
     }
     QJsonObject object = toJson(card, folder, options.inlineParts);
@@ -84,7 +85,7 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
         folder = options.outFolder;
     print(card, folder, failure, options, output);
     if (noPhoto) {
-        printMessage(noPhoto->words);
+        printFailure(*noPhoto);
         if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
             printMessage(
                 QStringLiteral("The photo of a simulated reader needs --simulator-photos."));

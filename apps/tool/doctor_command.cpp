@@ -60,8 +60,10 @@ ExitStatus runDoctor(const Options &options, Output *output)
     if (options.verbose)
         showLogs(environment);
     const std::vector<CheckedFinding> findings = judge(environment);
-    output->write(options.json ? toReportJson(findings, environment.roads)
-                               : toReport(findings, environment.roads).toUtf8());
+    output->write(
+        options.json
+            ? toReportJson(findings, environment.roads)
+            : toReport(findings, environment.roads, coloursOf(output->descriptor())).toUtf8());
     switch (worstOf(findings)) {
     case Level::FINE:
         return ExitStatus::DONE;

@@ -12,6 +12,9 @@ namespace app
 /** {"error": ...} on one line, ending with a line break. */
 QByteArray errorLine(const Failure &failure);
 
+/** In words; on a terminal its first line stands out. */
+void printFailure(const Failure &failure);
+
 /** Reports that nothing else is delivered. Returns how the program ends. */
 ExitStatus report(const Failure &failure, const Options &options, Output *output);
 

@@ -46,14 +46,19 @@ QStringList simulatorVariable()
             "The simulator's library file, if it is not found automatically."};
 }
 
+QStringList colourVariable()
+{
+    return {"NO_COLOR", "Set to anything, it keeps colours off the terminal."};
+}
+
 QString environmentSection(const CommandRow &command)
 {
-    QVector<QStringList> rows;
+    QVector<QStringList> rows{colourVariable()};
     if (command.application != Application::CORE)
         rows << platformVariable();
     if (command.hasSimulator)
         rows << simulatorVariable();
-    return rows.isEmpty() ? QString() : helpSection("Environment", rows);
+    return helpSection("Environment", rows);
 }
 
 } // namespace
@@ -74,7 +79,7 @@ QString overallHelp()
                        {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
                         {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
            exitStatusSection(allStatuses()) +
-           helpSection("Environment", {platformVariable(), simulatorVariable()}) +
+           helpSection("Environment", {colourVariable(), platformVariable(), simulatorVariable()}) +
            QStringLiteral("\n\"idcard-reader help COMMAND\" describes a command.\n");
 }
 

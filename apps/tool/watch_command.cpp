@@ -114,7 +114,7 @@ private:
             folder = save(card, &failure);
         const std::optional<Failure> noPhoto = photoFailure(card);
         if (noPhoto)
-            printMessage(noPhoto->words);
+            printFailure(*noPhoto);
         if (!failure)
             failure = noPhoto;
         QJsonObject object = toJson(card, folder, m_options.inlineParts);
@@ -129,7 +129,7 @@ private:
         QString folder;
         *failure = fileFailure(saveInNextFolder(card, m_options.outFolder, &folder));
         if (*failure) {
-            printMessage((*failure)->words);
+            printFailure(**failure);
             m_status = ExitStatus::FILES_NOT_WRITTEN;
             return std::nullopt;
         }

@@ -42,6 +42,12 @@ TEST(StandardOutput, VerboseShowsWhatTheLibraryPrintsOnStandardError)
     EXPECT_EQ(run.standardError.count("card reading fail!"), 3);
 }
 
+TEST(StandardOutput, VerboseShowsQtsWarningOfEveryPaintedTextOnce)
+{
+    const ProcessResult run = runTool(READ_RESIDENT + QStringList{"--verbose"});
+    EXPECT_EQ(run.standardError.count("Attribute Qt::AA_EnableHighDpiScaling"), 1);
+}
+
 TEST(StandardOutput, DebugMessagesOfTheLibraryAppearOnlyWhenVerbose)
 {
     const QStringList arguments = READ_RESIDENT + QStringList{"--fault", "photo-undecodable"};

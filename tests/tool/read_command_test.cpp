@@ -1,10 +1,6 @@
 // "idcard-reader read": what it prints and how it ends.
 
-#include <array>
 #include <csignal>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -14,6 +10,7 @@
 
 #include "tests/support/files.h"
 #include "tests/tool/expected_json.h"
+#include "tests/tool/terminal.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;
@@ -224,39 +221,6 @@ TEST(ReadWait, OtherFailuresEndItAtOnce)
               3);
     EXPECT_LT(time.elapsed(), 50000);
 }
-
-/** Everything a program writes to standard error, which is a terminal. */
-class Terminal
-{
-public:
-    Terminal() : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
-    {
-        EXPECT_GE(m_master, 0);
-        EXPECT_EQ(::grantpt(m_master), 0);
-        EXPECT_EQ(::unlockpt(m_master), 0);
-    }
-    ~Terminal() { ::close(m_master); }
-    Terminal(const Terminal &) = delete;
-    Terminal(Terminal &&) = delete;
-    Terminal &operator=(const Terminal &) = delete;
-    Terminal &operator=(Terminal &&) = delete;
-
-    QString path() const { return QString::fromLocal8Bit(::ptsname(m_master)); }
-
-    /** All that was shown by programs that have ended; it may come in several parts. */
-    std::string read() const
-    {
-        std::string shown;
-        std::array<char, 4096> part{};
-        ssize_t size = 0;
-        while ((size = ::read(m_master, part.data(), part.size())) > 0)
-            shown.append(part.data(), static_cast<std::size_t>(size));
-        return shown;
-    }
-
-private:
-    int m_master;
-};
 
 TEST(ReadWait, TerminalShowsASignOfLifeAndIsLeftClean)
 {
