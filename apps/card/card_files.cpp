@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include "apps/card/card_output.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -13,6 +14,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Card)
 
 QByteArray cardJson(const Card &card)
 {
@@ -92,8 +95,7 @@ QStringList missingFileNotes(const Card &card, CardFiles which)
             continue;
         const QString note = file.missingNote(card);
         if (!note.isEmpty())
-            notes << filledIn(QStringLiteral("%1; %2 is not written."), note,
-                              QLatin1String(file.name));
+            notes << filledIn(tr("%1; %2 is not written."), note, QLatin1String(file.name));
     }
     return notes;
 }

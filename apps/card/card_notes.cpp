@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/process/translation.h"
+#include "common/texts.h"
+
 namespace app
 {
 
 namespace
 {
+
+IDCARD_TEXTS(Card)
 
 /** What the field `key` says, its parts joined; empty when the card has no such field. */
 QString textOf(const Card &card, const char *key)
@@ -40,19 +45,19 @@ struct NoteRow {
 };
 
 constexpr std::array<NoteRow, 4> NOTES = {{
-    {"expired", "The card has expired.",
+    {"expired", QT_TR_NOOP("The card has expired."),
      [](const Card &card, const QDate &today) {
          const QDate last = dayOf(card, "validTo");
          return last.isValid() && last < today;
      }},
-    {"not-yet-valid", "The card is not valid yet.",
+    {"not-yet-valid", QT_TR_NOOP("The card is not valid yet."),
      [](const Card &card, const QDate &today) {
          const QDate first = dayOf(card, "validFrom");
          return first.isValid() && first > today;
      }},
-    {"check-digit-wrong", "The check digit of the number is wrong.",
+    {"check-digit-wrong", QT_TR_NOOP("The check digit of the number is wrong."),
      [](const Card &card, const QDate &) { return isCheckDigitWrong(textOf(card, "idNumber")); }},
-    {"unknown-nationality", "The country's code is not known.",
+    {"unknown-nationality", QT_TR_NOOP("The country's code is not known."),
      [](const Card &card, const QDate &) {
          return hasField(card, "nationality") && textOf(card, "nationality").isEmpty();
      }},
@@ -85,12 +90,12 @@ QVector<CardNote> cardNotes(const Card &card, const QDate &today)
     QVector<CardNote> notes;
     for (const NoteRow &row : NOTES) {
         if (row.applies(card, today))
-            notes << CardNote{QLatin1String(row.key), QString::fromUtf8(row.words)};
+            notes << CardNote{QLatin1String(row.key), tr(row.words)};
     }
     for (const CardField &field : card.cutFields()) {
-        notes << CardNote{QStringLiteral("cut:%1").arg(QLatin1String(field.key)),
-                          QStringLiteral("%1 is cut; the record has: %2")
-                              .arg(QString::fromUtf8(field.label), field.content.first())};
+        notes << CardNote{
+            QStringLiteral("cut:%1").arg(QLatin1String(field.key)),
+            filledIn(tr("%1 is cut; the record has: %2"), tr(field.label), field.content.first())};
     }
     return notes;
 }

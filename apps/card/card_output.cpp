@@ -21,6 +21,8 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Card)
+
 struct PhotoFormatRow {
     PhotoFormat format;
     const char *key;
@@ -29,14 +31,12 @@ struct PhotoFormatRow {
 };
 
 constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
-    {PhotoFormat::NONE, "none", QT_TRANSLATE_NOOP("Card", "none"),
-     QT_TRANSLATE_NOOP("Card", "The reader delivered no photo")},
-    {PhotoFormat::BMP, "bmp", QT_TRANSLATE_NOOP("Card", "BMP picture, 102 x 126 pixels"), nullptr},
-    {PhotoFormat::COMPRESSED, "compressed", QT_TRANSLATE_NOOP("Card", "compressed, not a picture"),
-     QT_TRANSLATE_NOOP(
-         "Card", "The reader delivered the photo in the card's compressed form, not as a picture")},
-    {PhotoFormat::UNKNOWN, "unknown", QT_TRANSLATE_NOOP("Card", "in a form that is not known"),
-     QT_TRANSLATE_NOOP("Card", "The reader delivered the photo in a form that is not known")},
+    {PhotoFormat::NONE, "none", QT_TR_NOOP("none"), QT_TR_NOOP("The reader delivered no photo")},
+    {PhotoFormat::BMP, "bmp", QT_TR_NOOP("BMP picture, 102 x 126 pixels"), nullptr},
+    {PhotoFormat::COMPRESSED, "compressed", QT_TR_NOOP("compressed, not a picture"),
+     QT_TR_NOOP("The reader delivered the photo in the card's compressed form, not as a picture")},
+    {PhotoFormat::UNKNOWN, "unknown", QT_TR_NOOP("in a form that is not known"),
+     QT_TR_NOOP("The reader delivered the photo in a form that is not known")},
 }};
 
 // The keys of the fields that identify the holder.
@@ -49,10 +49,6 @@ bool isOneOf(const CardField &field, const Keys &keys)
     return std::any_of(keys.begin(), keys.end(),
                        [&](const char *key) { return qstrcmp(key, field.key) == 0; });
 }
-
-struct Texts {
-    IDCARD_TEXTS(Card)
-};
 
 const PhotoFormatRow &photoFormatRow(const Card &card)
 {
@@ -124,8 +120,8 @@ QString fingerprintsForPeople(const Card &card)
 {
     const std::optional<int> count = card.fingerprintCount();
     if (!count)
-        return Texts::tr("unknown; the reader delivered an unusual amount of data");
-    return *count == 0 ? Texts::tr("none") : QString::number(*count);
+        return tr("unknown; the reader delivered an unusual amount of data");
+    return *count == 0 ? tr("none") : QString::number(*count);
 }
 
 struct CardSideRow {
@@ -135,8 +131,8 @@ struct CardSideRow {
 };
 
 constexpr std::array<CardSideRow, 2> CARD_SIDES = {{
-    {CardSide::FRONT, "frontPicture", "Front picture"},
-    {CardSide::BACK, "backPicture", "Back picture"},
+    {CardSide::FRONT, "frontPicture", QT_TR_NOOP("Front picture")},
+    {CardSide::BACK, "backPicture", QT_TR_NOOP("Back picture")},
 }};
 
 /** Why there is no picture of this side, in words that follow a colon. */
@@ -145,8 +141,8 @@ QString reasonOfMissingPicture(const Card &card, CardSide side)
     const bool isBackOfPermit = side == CardSide::BACK && card.kindCode() == IDCARD_KIND_HMT;
     // The front of a permit does not depend on the number: only the back can be missing by it.
     if (isBackOfPermit && !card.picture(CardSide::FRONT).isNull())
-        return QStringLiteral("the permit's number begins with none of 81, 82, 83");
-    return QStringLiteral("the library painted none");
+        return tr("the permit's number begins with none of 81, 82, 83");
+    return tr("the library painted none");
 }
 
 QString pathIn(const QString &folder, const char *name)
@@ -209,7 +205,7 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, InlineP
 
 CardRow kindRow(const Card &card)
 {
-    return {CardRow::Sort::PLAIN, Texts::tr("Kind"), kindForPeople(card)};
+    return {CardRow::Sort::PLAIN, tr("Kind"), kindForPeople(card)};
 }
 
 QStringList cells(const CardRow &row)
@@ -221,7 +217,7 @@ QVector<QStringList> noteRows(const Card &card, const QDate &today)
 {
     QVector<QStringList> rows;
     for (const CardNote &note : cardNotes(card, today))
-        rows << QStringList{rows.isEmpty() ? QStringLiteral("Note") : QString(), note.words};
+        rows << QStringList{rows.isEmpty() ? tr("Note") : QString(), note.words};
     return rows;
 }
 
@@ -231,10 +227,10 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
     QVector<QStringList> rows;
     for (const CardSideRow &row : CARD_SIDES) {
         if (card.mayHavePictures() && card.picture(row.side).isNull())
-            rows << QStringList{QString::fromUtf8(row.label),
-                                QStringLiteral("none: ") + reasonOfMissingPicture(card, row.side)};
+            rows << QStringList{tr(row.label),
+                                tr("none: %1").arg(reasonOfMissingPicture(card, row.side))};
     }
-    QString label = QStringLiteral("Saved as");
+    QString label = tr("Saved as");
     for (const CardFile &file : cardFiles(which)) {
         if (file.content(card).isNull())
             continue;
@@ -248,7 +244,7 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
 
 QString kindForPeople(const Card &card)
 {
-    return Texts::tr(card.kindLabel());
+    return tr(card.kindLabel());
 }
 
 QVector<CardRow> cardRows(const Card &card)
@@ -258,13 +254,11 @@ QVector<CardRow> cardRows(const Card &card)
         const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
         if (!field.content.isEmpty())
             rows << CardRow{isPersonal ? CardRow::Sort::PERSONAL : CardRow::Sort::PLAIN,
-                            Texts::tr(field.label), textForPeople(field)};
+                            tr(field.label), textForPeople(field)};
     }
-    rows << CardRow{CardRow::Sort::PHOTO, Texts::tr("Photo"),
-                    Texts::tr(photoFormatRow(card).label)};
+    rows << CardRow{CardRow::Sort::PHOTO, tr("Photo"), tr(photoFormatRow(card).label)};
     if (card.mayHaveFingerprints())
-        rows << CardRow{CardRow::Sort::PLAIN, Texts::tr("Fingerprints"),
-                        fingerprintsForPeople(card)};
+        rows << CardRow{CardRow::Sort::PLAIN, tr("Fingerprints"), fingerprintsForPeople(card)};
     return rows;
 }
 
@@ -359,16 +353,17 @@ QString picturesToTable(const Card &card, const QString &folder)
 QString missingPhotoNote(const Card &card)
 {
     const char *const note = photoFormatRow(card).note;
-    return note == nullptr ? QString() : Texts::tr(note);
+    return note == nullptr ? QString() : tr(note);
 }
 
 QString missingPictureNote(const Card &card, CardSide side)
 {
     if (!card.mayHavePictures() || !card.picture(side).isNull())
         return {};
-    const char *const name = side == CardSide::FRONT ? "front" : "back";
-    return filledIn(QStringLiteral("There is no picture of the card's %1: %2"), QLatin1String(name),
-                    reasonOfMissingPicture(card, side));
+    const QString missing = side == CardSide::FRONT
+                                ? tr("There is no picture of the card's front: %1")
+                                : tr("There is no picture of the card's back: %1");
+    return missing.arg(reasonOfMissingPicture(card, side));
 }
 
 } // namespace app

@@ -1,6 +1,8 @@
 #include "apps/card/failure.h"
 
 #include "apps/process/json_object.h"
+#include "apps/process/translation.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -8,11 +10,15 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Messages)
+
 /** Two sentences, the second of which may be empty. What ends with a command is a line. */
 QString joined(const QString &first, const QString &second)
 {
-    const QLatin1Char gap(first.contains(QLatin1Char('\n')) ? '\n' : ' ');
-    return second.isEmpty() ? first : first + gap + second;
+    if (second.isEmpty())
+        return first;
+    return first.contains(QLatin1Char('\n')) ? first + QLatin1Char('\n') + second
+                                             : filledIn(tr("%1 %2"), first, second);
 }
 
 } // namespace
@@ -20,17 +26,16 @@ QString joined(const QString &first, const QString &second)
 Failure toolFailure(ToolFault fault, const QString &words)
 {
     const ToolFaultEntry &entry = findToolFault(fault);
-    return {std::nullopt, QString::fromUtf8(entry.name),   QString::fromUtf8(entry.headline),
-            words,        QString::fromUtf8(entry.remedy), entry.exitStatus,
+    return {std::nullopt, QString::fromUtf8(entry.name), resultText(entry.headline),
+            words,        resultText(entry.remedy),      entry.exitStatus,
             words};
 }
 
 Failure explainedToolFailure(ToolFault fault, const QString &cause)
 {
     Failure failure = toolFailure(fault, cause);
-    failure.words = terminalText({failure.headline,
-                                  {QStringLiteral("What to do: %1").arg(failure.remedy),
-                                   QStringLiteral("Cause: %1").arg(cause)}});
+    failure.words =
+        terminalText({failure.headline, {remedyLine(failure.remedy), causeLine(cause)}});
     return failure;
 }
 
@@ -38,9 +43,9 @@ Failure resultFailure(const ResultEntry &entry)
 {
     return {entry.code,
             QString::fromUtf8(entry.constant),
-            QString::fromUtf8(entry.summary),
-            QString::fromUtf8(entry.cause),
-            joined(QString::fromUtf8(entry.remedy), moreAbout(entry.exitStatus)),
+            resultText(entry.summary),
+            resultText(entry.cause),
+            joined(resultText(entry.remedy), moreAbout(entry.exitStatus)),
             entry.exitStatus,
             terminalText(messageOf(entry))};
 }
@@ -48,12 +53,12 @@ Failure resultFailure(const ResultEntry &entry)
 Failure explainedBy(const Explanation &explanation, Failure failure)
 {
     Message message{failure.headline};
-    message.lines << QStringLiteral("What to do: %1").arg(explanation.remedy);
+    message.lines << remedyLine(explanation.remedy);
     for (const QString &command : explanation.commands)
         message.lines << QStringLiteral("      ") + command;
-    message.lines << QStringLiteral("Cause: %1").arg(explanation.cause);
+    message.lines << causeLine(explanation.cause);
     if (failure.code)
-        message.lines << QStringLiteral("Code: %1 (%2)").arg(*failure.code).arg(failure.name);
+        message.lines << codeLine(*failure.code, failure.name);
     message.lines << moreAbout(failure.exitStatus);
     failure.cause = explanation.cause;
     failure.remedy = (QStringList(explanation.remedy) + explanation.commands).join('\n');

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -24,12 +24,9 @@ namespace app
 namespace
 {
 
-constexpr mode_t PRIVATE_FOLDER_MODE = 0700;
+IDCARD_TEXTS(Files)
 
-QString systemError(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
+constexpr mode_t PRIVATE_FOLDER_MODE = 0700;
 
 bool isThere(const QFileInfo &info)
 {
@@ -40,9 +37,8 @@ bool isThere(const QFileInfo &info)
 QString makeFolders(const QString &folder, QStringList *made)
 {
     const auto problem = [](const QString &path, const QString &reason) {
-        return filledIn(
-            QStringLiteral("The folder %1 could not be made: %2. Choose another folder."),
-            QDir::toNativeSeparators(path), reason);
+        return filledIn(tr("The folder %1 could not be made: %2. Choose another folder."),
+                        QDir::toNativeSeparators(path), reason);
     };
     const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     QStringList missing;
@@ -54,7 +50,7 @@ QString makeFolders(const QString &folder, QStringList *made)
         made->append(part);
     }
     if (!QFileInfo(path).isDir())
-        return problem(path, QStringLiteral("there is something else of that name"));
+        return problem(path, tr("there is something else of that name"));
     return {};
 }
 
@@ -78,19 +74,19 @@ struct FileChange {
 
 QString notWritten(const FileChange &change, const QString &reason)
 {
-    return filledIn(
-        QStringLiteral("The file %1 could not be written: %2. Free space, see who may write "
-                       "there, or choose another folder."),
-        QDir::toNativeSeparators(change.path), reason);
+    return filledIn(tr("The file %1 could not be written: %2. Free space, see who may write there, "
+                       "or choose another folder."),
+                    QDir::toNativeSeparators(change.path), reason);
 }
 
 /** What somebody's card holds must not lie around. */
 void removeOrReport(QFile &file)
 {
     if (!file.remove()) {
-        qCritical("%s", qUtf8Printable(filledIn(
-                            QStringLiteral("The file %1 could not be removed: %2. Remove it."),
-                            QDir::toNativeSeparators(file.fileName()), file.errorString())));
+        qCritical("%s",
+                  qUtf8Printable(filledIn(tr("The file %1 could not be removed: %2. Remove it."),
+                                          QDir::toNativeSeparators(file.fileName()),
+                                          translatedSystemText(file.errorString()))));
     }
 }
 
@@ -105,11 +101,11 @@ QString prepare(FileChange &change, const QByteArray &content)
     QTemporaryFile &passing = *change.passing;
     change.isOpened = passing.open();
     if (!change.isOpened)
-        return notWritten(change, passing.errorString());
+        return notWritten(change, translatedSystemText(passing.errorString()));
     if (content.isNull())
         return {};
     if (passing.write(content) != content.size() || !passing.flush())
-        return notWritten(change, passing.errorString());
+        return notWritten(change, translatedSystemText(passing.errorString()));
     if (::fsync(passing.handle()) != 0 && errno != EINVAL)
         return notWritten(change, systemError(errno));
     return {};
@@ -129,7 +125,7 @@ QString putInPlace(FileChange &change, const QByteArray &content, ExistingFiles 
     // Replaces nothing, not even a file that has appeared just now. QFile::rename would copy
     // what cannot be renamed, and not see that a full disk has cut the copy off.
     if (!change.passing->rename(change.path))
-        return notWritten(change, change.passing->errorString());
+        return notWritten(change, translatedSystemText(change.passing->errorString()));
     change.passing->setAutoRemove(false);
     change.isInPlace = true;
     return {};
@@ -142,10 +138,10 @@ void undo(const FileChange &change)
     if (change.oldFile.isEmpty() && change.isInPlace)
         removeOrReport(placed);
     if (!change.oldFile.isEmpty() && !renameFile(change.oldFile, change.path)) {
-        qCritical("%s", qUtf8Printable(filledIn(
-                            QStringLiteral("The earlier file %1 is now %2: %3. Rename it."),
-                            QDir::toNativeSeparators(change.path),
-                            QDir::toNativeSeparators(change.oldFile), systemError(errno))));
+        qCritical("%s", qUtf8Printable(filledIn(tr("The earlier file %1 is now %2: %3. Rename it."),
+                                                QDir::toNativeSeparators(change.path),
+                                                QDir::toNativeSeparators(change.oldFile),
+                                                systemError(errno))));
     }
 }
 
@@ -189,15 +185,14 @@ QString obstacleTo(const QString &folder, const QStringList &names, ExistingFile
     if (!isThere(info))
         return {};
     if (!info.isDir()) {
-        return QStringLiteral("%1 is not a folder. Choose another folder.")
+        return tr("%1 is not a folder. Choose another folder.")
             .arg(QDir::toNativeSeparators(folder));
     }
     QStringList present;
     for (const QString &name : names) {
         const QFileInfo file(QDir(folder).filePath(name));
         if (file.isDir() && !file.isSymLink()) {
-            return QStringLiteral("%1 is a folder, where a file must be written. Choose another "
-                                  "folder.")
+            return tr("%1 is a folder, where a file must be written. Choose another folder.")
                 .arg(QDir::toNativeSeparators(file.filePath()));
         }
         if (isThere(file))
@@ -205,10 +200,9 @@ QString obstacleTo(const QString &folder, const QStringList &names, ExistingFile
     }
     if (present.isEmpty() || existing == ExistingFiles::REPLACE)
         return {};
-    return filledIn(
-        QStringLiteral("The folder %1 already holds %2, and nothing is overwritten. Choose "
-                       "another folder, or replace the card in it with --force."),
-        QDir::toNativeSeparators(folder), present.join(QStringLiteral(", ")));
+    return filledIn(tr("The folder %1 already holds %2, and nothing is overwritten. Choose another "
+                       "folder, or replace the card in it with --force."),
+                    QDir::toNativeSeparators(folder), present.join(tr(", ")));
 }
 
 QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
@@ -260,8 +254,8 @@ QString makeNextNumberedFolder(const QString &parent, QString *folder)
     }
     if (error == 0)
         return {};
-    return filledIn(QStringLiteral("The folder %1 could not be made: %2."),
-                    QDir::toNativeSeparators(*folder), systemError(error));
+    return filledIn(tr("The folder %1 could not be made: %2."), QDir::toNativeSeparators(*folder),
+                    systemError(error));
 }
 
 } // namespace app

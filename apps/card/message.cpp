@@ -13,14 +13,7 @@ namespace
 constexpr int MESSAGE_WIDTH = 79;
 constexpr int FIRST_LINE_WIDTH = 64;
 
-struct Texts {
-    IDCARD_TEXTS(Messages)
-};
-
-QString resultText(const char *text)
-{
-    return translated("Results", text);
-}
+IDCARD_TEXTS(Messages)
 
 /** A command stays on one line, to be copied. */
 QString paragraph(const QString &text)
@@ -33,13 +26,31 @@ QString paragraph(const QString &text)
 
 } // namespace
 
+QString resultText(const char *text)
+{
+    return translated("Results", text);
+}
+
+QString remedyLine(const QString &remedy)
+{
+    return tr("What to do: %1").arg(remedy);
+}
+
+QString causeLine(const QString &cause)
+{
+    return tr("Cause: %1").arg(cause);
+}
+
+QString codeLine(int code, const QString &name)
+{
+    return tr("Code: %1 (%2)").arg(code).arg(name);
+}
+
 Message messageOf(const ResultEntry &entry, const QStringList &details)
 {
     Message message{resultText(entry.summary), {}, Message::Kind::FAILURE};
-    message.lines << Texts::tr("What to do: %1").arg(resultText(entry.remedy))
-                  << Texts::tr("Cause: %1").arg(resultText(entry.cause))
-                  << Texts::tr("Code: %1 (%2)").arg(entry.code).arg(QLatin1String(entry.constant))
-                  << details;
+    message.lines << remedyLine(resultText(entry.remedy)) << causeLine(resultText(entry.cause))
+                  << codeLine(entry.code, QLatin1String(entry.constant)) << details;
     const QString more = moreAbout(entry.exitStatus);
     if (!more.isEmpty())
         message.lines << more;
@@ -50,13 +61,13 @@ QString moreAbout(ExitStatus status)
 {
     if (status != ExitStatus::READER_NOT_OPENED && status != ExitStatus::PHOTO_NOT_DECODED)
         return {};
-    return Texts::tr("\"idcard-reader doctor\" says more about this machine.");
+    return tr("\"idcard-reader doctor\" says more about this machine.");
 }
 
 Message unknownCodeMessage(int code)
 {
-    return {Texts::tr("The library returned the code %1, which this program does not know. Install "
-                      "the program and the library of the same version.")
+    return {tr("The library returned the code %1, which this program does not know. Install the "
+               "program and the library of the same version.")
                 .arg(code),
             {},
             Message::Kind::FAILURE};

@@ -28,6 +28,14 @@ QString moreAbout(ExitStatus status);
 /** A code that is in no catalogue. */
 Message unknownCodeMessage(int code);
 
+/** `text` of a catalogue in the user's language. */
+QString resultText(const char *text);
+
+/** "What to do: ...", "Cause: ...", "Code: ..." */
+QString remedyLine(const QString &remedy);
+QString causeLine(const QString &cause);
+QString codeLine(int code, const QString &name);
+
 /** Over several lines that fit a terminal behind the program's name; a headline alone is one. */
 QString terminalText(const Message &message);
 

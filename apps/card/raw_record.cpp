@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "reader/frame_bytes.h"
 
@@ -13,6 +14,8 @@ namespace
 {
 
 using namespace reader_frames;
+
+IDCARD_TEXTS(Record)
 
 template <std::size_t Size>
 QByteArray bytesOf(const std::array<unsigned char, Size> &bytes, int first, int count)
@@ -43,9 +46,9 @@ struct HeadPart {
         QStringList expected;
         for (const QByteArray &bytes : allowed)
             expected << hex(bytes);
-        return filledIn(QStringLiteral("at offset %1 (%2) it has %3, where %4 was expected."),
-                        QString::number(offset), QLatin1String(name), hex(in(record)),
-                        expected.join(QStringLiteral(" or ")));
+        return filledIn(tr("at offset %1 (%2) it has %3, where %4 was expected."),
+                        QString::number(offset), tr(name), hex(in(record)),
+                        expected.join(tr(" or ")));
     }
 };
 
@@ -57,14 +60,18 @@ std::array<HeadPart, 6> headOf(int size)
     constexpr int TEXT_LENGTH = STATUS_OFFSET + STATUS;
     constexpr int PHOTO_LENGTH = TEXT_LENGTH + LENGTHS;
     return {{
-        {"preamble", 0, {bytesOf(PREAMBLE, 0, LENGTH_OFFSET)}},
-        {"status", STATUS_OFFSET, {bytesOf(READ_ANSWER_STATUS, 0, STATUS)}},
-        {"length of the text", TEXT_LENGTH, {bytesOf(READ_ANSWER_STATUS, STATUS, LENGTHS)}},
-        {"length of the photo",
+        {QT_TR_NOOP("preamble"), 0, {bytesOf(PREAMBLE, 0, LENGTH_OFFSET)}},
+        {QT_TR_NOOP("status"), STATUS_OFFSET, {bytesOf(READ_ANSWER_STATUS, 0, STATUS)}},
+        {QT_TR_NOOP("length of the text"),
+         TEXT_LENGTH,
+         {bytesOf(READ_ANSWER_STATUS, STATUS, LENGTHS)}},
+        {QT_TR_NOOP("length of the photo"),
          PHOTO_LENGTH,
          {bytesOf(READ_ANSWER_STATUS, STATUS + LENGTHS, LENGTHS)}},
-        {"number of bytes that follow it", LENGTH_OFFSET, {frameNumber(size - HEAD_SIZE)}},
-        {"length of the fingerprints",
+        {QT_TR_NOOP("number of bytes that follow it"),
+         LENGTH_OFFSET,
+         {frameNumber(size - HEAD_SIZE)}},
+        {QT_TR_NOOP("length of the fingerprints"),
          PRINT_LENGTH_OFFSET,
          {frameNumber(0), frameNumber(PRINT_SIZE), frameNumber(2 * PRINT_SIZE)}},
     }};
@@ -75,16 +82,14 @@ QString problemOfSize(int size)
     QStringList sizes;
     for (const ReadAnswerSize &known : READ_ANSWER_SIZES)
         sizes.prepend(QString::number(known.size));
-    const QString expected = sizes.mid(0, sizes.size() - 1).join(QStringLiteral(", ")) +
-                             QStringLiteral(" or ") + sizes.last();
+    const QString expected =
+        sizes.mid(0, sizes.size() - 1).join(tr(", ")) + tr(" or ") + sizes.last();
     if (size > READ_ANSWER_MAX_SIZE) {
-        return QStringLiteral("it goes on at offset %1, where a record of %2 bytes has ended.")
+        return tr("it goes on at offset %1, where a record of %2 bytes has ended.")
             .arg(READ_ANSWER_MAX_SIZE)
             .arg(expected);
     }
-    return QStringLiteral("it ends at offset %1, where a record of %2 bytes does not.")
-        .arg(size)
-        .arg(expected);
+    return tr("it ends at offset %1, where a record of %2 bytes does not.").arg(size).arg(expected);
 }
 
 QStringList warningsOf(const QByteArray &record)
@@ -93,18 +98,16 @@ QStringList warningsOf(const QByteArray &record)
     const QByteArray prints = frameNumber(record.size() - READ_ANSWER_SIZE_NO_PRINT);
     const QByteArray declared = record.mid(PRINT_LENGTH_OFFSET, prints.size());
     if (declared != prints) {
-        warnings << filledIn(
-            QStringLiteral("at offset %1 (length of the fingerprints) it has %2, where %3 "
-                           "was expected; its size decides."),
-            QString::number(PRINT_LENGTH_OFFSET), hex(declared), hex(prints));
+        warnings << filledIn(tr("at offset %1 (length of the fingerprints) it has %2, where %3 was "
+                                "expected; its size decides."),
+                             QString::number(PRINT_LENGTH_OFFSET), hex(declared), hex(prints));
     }
     const QByteArray sum(1, frameChecksum(record, record.size() - CHECKSUM_SIZE));
     if (!record.endsWith(sum)) {
-        warnings << filledIn(
-            QStringLiteral("at offset %1 (checksum) it has %2, where %3 was expected; "
-                           "something in it is not as the reader sent it."),
-            QString::number(record.size() - CHECKSUM_SIZE), hex(record.right(CHECKSUM_SIZE)),
-            hex(sum));
+        warnings << filledIn(tr("at offset %1 (checksum) it has %2, where %3 was expected; "
+                                "something in it is not as the reader sent it."),
+                             QString::number(record.size() - CHECKSUM_SIZE),
+                             hex(record.right(CHECKSUM_SIZE)), hex(sum));
     }
     return warnings;
 }

@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -20,6 +21,8 @@ namespace
 
 constexpr const char *LIBRARY_NAME = "libidcard_simulator.so";
 constexpr const char *LIBRARY_VARIABLE = "IDCARD_SIMULATOR_LIBRARY";
+
+IDCARD_TEXTS(Simulator)
 
 using MessageBuffer = std::array<char, 1024>;
 
@@ -40,18 +43,20 @@ QStringList libraryPlaces()
 
 SimulatorProblem loadProblem(const QString &reason)
 {
-    return {filledIn(QStringLiteral(
-                         "The simulator could not be loaded: %1. Build or install %2, or name it "
-                         "in the environment variable %3."),
+    return {filledIn(tr("The simulator could not be loaded: %1. Build or install %2, or name it in "
+                        "the environment variable %3."),
                      reason, QLatin1String(LIBRARY_NAME), QLatin1String(LIBRARY_VARIABLE)),
             ExitStatus::PROGRAM_FAILED};
 }
 
-SimulatorProblem usageProblem(const char *what, const MessageBuffer &message)
+SimulatorProblem refusal(const QString &sentence, const MessageBuffer &message)
 {
-    return {filledIn(QStringLiteral("The simulator refuses the %1: %2"), QLatin1String(what),
-                     QString::fromUtf8(message.data())),
-            ExitStatus::WRONG_USAGE};
+    return {sentence.arg(QString::fromUtf8(message.data())), ExitStatus::WRONG_USAGE};
+}
+
+SimulatorProblem refusalOfCard(const MessageBuffer &message)
+{
+    return refusal(tr("The simulator refuses the card: %1"), message);
 }
 
 } // namespace
@@ -69,7 +74,7 @@ SimulatorProblem SimulatorLibrary::load()
         }
     }
     if (path.isEmpty())
-        return loadProblem(QStringLiteral("there is no %1").arg(places.join(", ")));
+        return loadProblem(tr("there is no %1").arg(places.join(", ")));
 
     // The reader functions must be found by everything in the process.
     m_library.setFileName(QFileInfo(path).absoluteFilePath());
@@ -86,7 +91,7 @@ SimulatorProblem SimulatorLibrary::load()
         reinterpret_cast<decltype(m_setFaults)>(m_library.resolve("idcard_simulator_set_faults"));
     if (m_putCard == nullptr || m_putPlainCard == nullptr || m_takeCard == nullptr ||
         m_setFaults == nullptr)
-        return loadProblem(QStringLiteral("%1 is not a simulator of this version").arg(path));
+        return loadProblem(tr("%1 is not a simulator of this version").arg(path));
     m_path = path;
     return {};
 }
@@ -100,9 +105,8 @@ SimulatorProblem SimulatorLibrary::unload()
         ::dlopen(QFile::encodeName(m_library.fileName()).constData(), RTLD_LAZY | RTLD_NOLOAD);
     if (held != nullptr) {
         ::dlclose(held);
-        return {QStringLiteral("The simulator %1 cannot be taken out of this program, where it "
-                               "would answer in the reader's place. End the program and start it "
-                               "again without the simulator.")
+        return {tr("The simulator %1 cannot be taken out of this program, where it would answer in "
+                   "the reader's place. End the program and start it again without the simulator.")
                     .arg(m_path),
                 ExitStatus::PROGRAM_FAILED};
     }
@@ -115,7 +119,7 @@ SimulatorProblem SimulatorLibrary::putCard(const QString &card)
     MessageBuffer message{};
     if (m_putCard(QFile::encodeName(card).constData(), message.data(), message.size()) == 0)
         return {};
-    return usageProblem("card", message);
+    return refusalOfCard(message);
 }
 
 SimulatorProblem SimulatorLibrary::putPlainCard(const QString &card)
@@ -123,7 +127,7 @@ SimulatorProblem SimulatorLibrary::putPlainCard(const QString &card)
     MessageBuffer message{};
     if (m_putPlainCard(QFile::encodeName(card).constData(), message.data(), message.size()) == 0)
         return {};
-    return usageProblem("card", message);
+    return refusalOfCard(message);
 }
 
 void SimulatorLibrary::takeCard()
@@ -136,7 +140,7 @@ SimulatorProblem SimulatorLibrary::setFaults(const QString &faults)
     MessageBuffer message{};
     if (m_setFaults(faults.toUtf8().constData(), message.data(), message.size()) == 0)
         return {};
-    return usageProblem("faults", message);
+    return refusal(tr("The simulator refuses the faults: %1"), message);
 }
 
 } // namespace app

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "apps/process/link_target.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "reader/reader_frames.h"
 #include "reader/usb_codes.h"
@@ -23,6 +24,8 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(UsbList)
+
 struct ClassRow {
     std::uint8_t code;
     const char *name;
@@ -30,21 +33,21 @@ struct ClassRow {
 
 // Class codes of the USB Implementers Forum.
 constexpr std::array<ClassRow, 15> CLASSES = {{
-    {LIBUSB_CLASS_AUDIO, "audio"},
-    {LIBUSB_CLASS_COMM, "communication"},
-    {LIBUSB_CLASS_HID, "human interface"},
-    {LIBUSB_CLASS_PHYSICAL, "physical"},
-    {LIBUSB_CLASS_IMAGE, "image"},
-    {LIBUSB_CLASS_PRINTER, "printer"},
-    {LIBUSB_CLASS_MASS_STORAGE, "mass storage"},
-    {LIBUSB_CLASS_DATA, "communication data"},
-    {LIBUSB_CLASS_SMART_CARD, "smart card"},
-    {LIBUSB_CLASS_VIDEO, "video"},
-    {LIBUSB_CLASS_DIAGNOSTIC_DEVICE, "diagnostic"},
-    {LIBUSB_CLASS_WIRELESS, "wireless"},
-    {LIBUSB_CLASS_MISCELLANEOUS, "miscellaneous"},
-    {LIBUSB_CLASS_APPLICATION, "application"},
-    {LIBUSB_CLASS_VENDOR_SPEC, "vendor-specific"},
+    {LIBUSB_CLASS_AUDIO, QT_TR_NOOP("audio")},
+    {LIBUSB_CLASS_COMM, QT_TR_NOOP("communication")},
+    {LIBUSB_CLASS_HID, QT_TR_NOOP("human interface")},
+    {LIBUSB_CLASS_PHYSICAL, QT_TR_NOOP("physical")},
+    {LIBUSB_CLASS_IMAGE, QT_TR_NOOP("image")},
+    {LIBUSB_CLASS_PRINTER, QT_TR_NOOP("printer")},
+    {LIBUSB_CLASS_MASS_STORAGE, QT_TR_NOOP("mass storage")},
+    {LIBUSB_CLASS_DATA, QT_TR_NOOP("communication data")},
+    {LIBUSB_CLASS_SMART_CARD, QT_TR_NOOP("smart card")},
+    {LIBUSB_CLASS_VIDEO, QT_TR_NOOP("video")},
+    {LIBUSB_CLASS_DIAGNOSTIC_DEVICE, QT_TR_NOOP("diagnostic")},
+    {LIBUSB_CLASS_WIRELESS, QT_TR_NOOP("wireless")},
+    {LIBUSB_CLASS_MISCELLANEOUS, QT_TR_NOOP("miscellaneous")},
+    {LIBUSB_CLASS_APPLICATION, QT_TR_NOOP("application")},
+    {LIBUSB_CLASS_VENDOR_SPEC, QT_TR_NOOP("vendor-specific")},
 }};
 
 QString className(std::uint8_t code)

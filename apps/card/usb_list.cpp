@@ -8,6 +8,7 @@
 
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -16,9 +17,11 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(UsbList)
+
 QString yesOrNo(bool answer)
 {
-    return answer ? QStringLiteral("yes") : QStringLiteral("no");
+    return answer ? tr("yes") : tr("no");
 }
 
 QJsonValue textOrNull(const QString &text)
@@ -26,13 +29,20 @@ QJsonValue textOrNull(const QString &text)
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
 
+QString classForPeople(const QString &deviceClass)
+{
+    const QString number = deviceClass.section(QStringLiteral("class "), 1);
+    return number.isEmpty() ? tr(deviceClass.toUtf8().constData()) : tr("class %1").arg(number);
+}
+
 } // namespace
 
 QString designation(const UsbDevice &device)
 {
     const QString name = (device.manufacturer + QLatin1Char(' ') + device.product).trimmed();
-    return name.isEmpty() ? QStringLiteral("(%1)").arg(device.deviceClass)
-                          : filledIn(QStringLiteral("%1 (%2)"), name, device.deviceClass);
+    const QString deviceClass = classForPeople(device.deviceClass);
+    return name.isEmpty() ? tr("(%1)").arg(deviceClass)
+                          : filledIn(tr("%1 (%2)"), name, deviceClass);
 }
 
 int likelyReader(const QVector<UsbDevice> &devices)
@@ -64,9 +74,8 @@ QString toTable(const QVector<UsbDevice> &devices)
 {
     if (devices.isEmpty())
         return {};
-    QVector<QStringList> rows{{QStringLiteral("DEVICE"), QStringLiteral("NODE"),
-                               QStringLiteral("MAY OPEN"), QStringLiteral("READER\'S PIPES"),
-                               QStringLiteral("WHAT IT IS")}};
+    QVector<QStringList> rows{
+        {tr("DEVICE"), tr("NODE"), tr("MAY OPEN"), tr("READER'S PIPES"), tr("WHAT IT IS")}};
     for (const UsbDevice &device : devices) {
         rows << QStringList{toText(device.ids), device.node, yesOrNo(device.mayOpen),
                             yesOrNo(device.hasReaderPipes), designation(device)};
@@ -78,10 +87,9 @@ QString emptyListNote()
 {
     constexpr int FIRST_LINE_WIDTH = 64; // it comes after the program's name
     return wrapped(
-        QStringLiteral("There is no USB device here, except perhaps hubs. See that the reader is "
-                       "plugged in and has power, and that /sys/bus/usb/devices and /dev/bus/usb "
-                       "are there: a container or a virtual machine has only the devices that are "
-                       "passed through."),
+        tr("There is no USB device here, except perhaps hubs. See that the reader is plugged in "
+           "and has power, and that /sys/bus/usb/devices and /dev/bus/usb are there: a container "
+           "or a virtual machine has only the devices that are passed through."),
         FIRST_LINE_WIDTH, 2);
 }
 

@@ -47,7 +47,8 @@ void lookForReader(UsbOutcome *outcome)
 QString deviceOf(const UsbOutcome &outcome)
 {
     const QString ids = toText(outcome.ids);
-    return outcome.device ? filledIn(QStringLiteral("%1 at %2"), ids, outcome.device->node) : ids;
+    return outcome.device ? filledIn(translated("Messages", "%1 at %2"), ids, outcome.device->node)
+                          : ids;
 }
 
 } // namespace

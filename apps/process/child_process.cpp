@@ -27,9 +27,7 @@ namespace app
 namespace
 {
 
-struct Texts {
-    IDCARD_TEXTS(Process)
-};
+IDCARD_TEXTS(Process)
 
 constexpr int MOST_BYTES = 256 * 1024;
 constexpr int LOOK_MS = 2;
@@ -111,9 +109,9 @@ void writeTo(int descriptor, const QByteArray &text)
 QString describe(int status)
 {
     if (!WIFSIGNALED(status))
-        return Texts::tr("it ended the program with the status %1").arg(WEXITSTATUS(status));
+        return tr("it ended the program with the status %1").arg(WEXITSTATUS(status));
     const int number = WTERMSIG(status);
-    return filledIn(Texts::tr("signal %1, %2"), QString::number(number),
+    return filledIn(tr("signal %1, %2"), QString::number(number),
                     translatedSystemText(QString::fromLocal8Bit(::strsignal(number))));
 }
 
@@ -138,7 +136,7 @@ ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int
     const pid_t child = channel.isOpen() && log.isOpen() ? ::fork() : -1;
     if (child < 0) {
         run.end = ChildRun::End::CRASHED;
-        run.how = Texts::tr("no process could be started: %1").arg(systemError(errno));
+        run.how = tr("no process could be started: %1").arg(systemError(errno));
         return run;
     }
     if (child == 0)

@@ -13,6 +13,8 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(CommandLine)
+
 QString dashed(const QString &name)
 {
     return QStringLiteral("--") + name;
@@ -43,7 +45,7 @@ Option &Option::value(QString nameOfValue, QString whatIsRight, Check check)
 Option &Option::number(QString nameOfValue, int lowest, int highest)
 {
     return value(std::move(nameOfValue),
-                 Phrases::tr("a whole number from %1 to %2").arg(lowest).arg(highest),
+                 tr("a whole number from %1 to %2").arg(lowest).arg(highest),
                  [=](const QString &typed) { return isWholeNumber(typed, lowest, highest); });
 }
 
@@ -139,7 +141,7 @@ QString OptionParser::usage() const
         const QString usage = ways.join(QStringLiteral(" | "));
         words << (ways.size() > 1 ? QStringLiteral("(%1)").arg(usage) : usage);
     }
-    return (words << Phrases::tr("[options]")).join(QLatin1Char(' '));
+    return (words << tr("[options]")).join(QLatin1Char(' '));
 }
 
 QVector<QStringList> OptionParser::helpRows() const
@@ -179,7 +181,7 @@ QString OptionParser::problemOfArguments() const
             .arg(printable(given.at(taken)));
     const bool isOptional = taken == 0 || m_argument.startsWith(QLatin1Char('['));
     if (!isOptional && argument().trimmed().isEmpty())
-        return filledIn(Phrases::tr("%1 needs a %2: \"%3\"."), subject(), m_argument, usage());
+        return filledIn(tr("%1 needs a %2: \"%3\"."), subject(), m_argument, usage());
     return {};
 }
 
@@ -191,8 +193,8 @@ QString OptionParser::problemOfOptions() const
             if (!problem.isEmpty())
                 return problem;
         } else if (option.isRequired && excluderOf(option) == nullptr) {
-            return filledIn(Phrases::tr("%1 needs %2."), subject(),
-                            waysToGive(option).join(Phrases::tr(" or ")));
+            return filledIn(tr("%1 needs %2."), subject(),
+                            waysToGive(option).join(tr(" or ")));
         }
     }
     return {};
@@ -203,14 +205,14 @@ QString OptionParser::problemOf(const Option &option) const
     const QString name = dashed(option.name);
     if (!option.valueName.isEmpty() && !option.isRepeatable &&
         m_parser.values(option.name).size() > 1)
-        return Phrases::tr("%1 can be given only once.").arg(name);
+        return tr("%1 can be given only once.").arg(name);
     if (!option.needed.isEmpty() && std::none_of(option.needed.begin(), option.needed.end(),
                                                  [this](const QString &o) { return isSet(o); })) {
-        return filledIn(Phrases::tr("%1 only has a meaning together with --%2."), name,
-                        option.needed.join(Phrases::tr(" or --")));
+        return filledIn(tr("%1 only has a meaning together with --%2."), name,
+                        option.needed.join(tr(" or --")));
     }
     if (const Option *const excluder = excluderOf(option)) {
-        return filledIn(Phrases::tr("%1 has no meaning together with %2."), name,
+        return filledIn(tr("%1 has no meaning together with %2."), name,
                         dashed(excluder->name));
     }
     for (const QString &value : m_parser.values(option.name)) {

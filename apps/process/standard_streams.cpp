@@ -21,9 +21,7 @@ namespace app
 namespace
 {
 
-struct Texts {
-    IDCARD_TEXTS(Process)
-};
+IDCARD_TEXTS(Process)
 
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
@@ -74,8 +72,8 @@ void handleMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
     case QtFatalMsg:
         // Qt ends the process with a core dump after this; no user is helped by one.
         printMessage(message);
-        printMessage(Texts::tr("Qt could not start. If there is no display here, unset DISPLAY and "
-                               "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
+        printMessage(tr("Qt could not start. If there is no display here, unset DISPLAY and "
+                        "WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen."));
         std::_Exit(static_cast<int>(ExitStatus::PROGRAM_FAILED));
     }
 }
@@ -142,8 +140,8 @@ ExitStatus closedWith(ExitStatus status, Output *output)
     if (output->problem().isEmpty())
         return status;
     output->endIfReaderGone();
-    printMessage(Texts::tr("Standard output could not be written: %1. See that the file or the "
-                           "program it goes to can take it all, and start again.")
+    printMessage(tr("Standard output could not be written: %1. See that the file or the program it "
+                    "goes to can take it all, and start again.")
                      .arg(output->problem()));
     return status == ExitStatus::DONE ? ExitStatus::PROGRAM_FAILED : status;
 }

@@ -12,9 +12,7 @@ namespace app
 namespace
 {
 
-struct Texts {
-    IDCARD_TEXTS(CommandLine)
-};
+IDCARD_TEXTS(CommandLine)
 
 constexpr int COLUMN_GAP = 2;
 
@@ -208,7 +206,7 @@ QString helpSection(const QString &heading, const QVector<QStringList> &rows)
     int column = 0;
     for (const QStringList &row : rows)
         column = std::max(column, MARGIN + displayWidth(row[0]) + 2);
-    QString text = filledIn(Texts::tr("\n%1:\n"), heading);
+    QString text = filledIn(tr("\n%1:\n"), heading);
     for (const QStringList &row : rows) {
         text += padded(QString(MARGIN, QLatin1Char(' ')) + row[0], column) +
                 wrapped(row[1], HELP_WIDTH - column, column) + QLatin1Char('\n');

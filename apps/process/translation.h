@@ -32,9 +32,12 @@ void translateApplication();
 
 } // namespace app
 
-/** Inside a struct: the function tr(), whose texts are kept under this context. */
+/**
+ * On a line of its own in a namespace or a struct: the function tr(), which translates texts of
+ * this context. What is translated later is marked with QT_TR_NOOP.
+ */
 #define IDCARD_TEXTS(context)                                                                      \
-    static QString tr(const char *text)                                                            \
+    [[maybe_unused]] static inline QString tr(const char *text)                                    \
     {                                                                                              \
         return app::translated(#context, text);                                                    \
     }

@@ -84,10 +84,6 @@
         <translation>港澳台居民居住证</translation>
     </message>
     <message>
-        <source>The reader delivered no photo</source>
-        <translation>读卡器没有给出照片</translation>
-    </message>
-    <message>
         <source>The reader delivered the photo in the card&apos;s compressed form, not as a picture</source>
         <translation>读卡器给出的是证件中压缩的照片数据，不是图片</translation>
     </message>
@@ -126,6 +122,70 @@
     <message>
         <source>Fingerprints</source>
         <translation>指纹</translation>
+    </message>
+    <message>
+        <source>%1; %2 is not written.</source>
+        <translation>%1；不写入 %2。</translation>
+    </message>
+    <message>
+        <source>The card has expired.</source>
+        <translation>证件已过期。</translation>
+    </message>
+    <message>
+        <source>The card is not valid yet.</source>
+        <translation>证件尚未生效。</translation>
+    </message>
+    <message>
+        <source>The check digit of the number is wrong.</source>
+        <translation>号码的校验码有误。</translation>
+    </message>
+    <message>
+        <source>The country&apos;s code is not known.</source>
+        <translation>国家代码无法识别。</translation>
+    </message>
+    <message>
+        <source>%1 is cut; the record has: %2</source>
+        <translation>%1被截断；记录中为：%2</translation>
+    </message>
+    <message>
+        <source>Front picture</source>
+        <translation>正面图像</translation>
+    </message>
+    <message>
+        <source>Back picture</source>
+        <translation>背面图像</translation>
+    </message>
+    <message>
+        <source>the permit&apos;s number begins with none of 81, 82, 83</source>
+        <translation>居住证号码不以 81、82 或 83 开头</translation>
+    </message>
+    <message>
+        <source>the library painted none</source>
+        <translation>本库没有绘制</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>none: %1</source>
+        <translation>无：%1</translation>
+    </message>
+    <message>
+        <source>Saved as</source>
+        <translation>已保存为</translation>
+    </message>
+    <message>
+        <source>There is no picture of the card&apos;s front: %1</source>
+        <translation>没有证件正面图像：%1</translation>
+    </message>
+    <message>
+        <source>There is no picture of the card&apos;s back: %1</source>
+        <translation>没有证件背面图像：%1</translation>
+    </message>
+    <message>
+        <source>The reader delivered no photo</source>
+        <translation>读卡器没有给出照片</translation>
     </message>
 </context>
 <context>
@@ -287,6 +347,49 @@
     </message>
 </context>
 <context>
+    <name>Files</name>
+    <message>
+        <source>The folder %1 could not be made: %2. Choose another folder.</source>
+        <translation>无法建立文件夹 %1：%2。请另选一个文件夹。</translation>
+    </message>
+    <message>
+        <source>there is something else of that name</source>
+        <translation>已有同名的其他文件</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written: %2. Free space, see who may write there, or choose another folder.</source>
+        <translation>无法写入文件 %1：%2。请腾出磁盘空间、检查写入权限，或另选一个文件夹。</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be removed: %2. Remove it.</source>
+        <translation>无法删除文件 %1：%2。请自行删除。</translation>
+    </message>
+    <message>
+        <source>The earlier file %1 is now %2: %3. Rename it.</source>
+        <translation>原来的文件 %1 现在名为 %2：%3。请将其改回原名。</translation>
+    </message>
+    <message>
+        <source>%1 is not a folder. Choose another folder.</source>
+        <translation>%1 不是文件夹。请另选一个文件夹。</translation>
+    </message>
+    <message>
+        <source>%1 is a folder, where a file must be written. Choose another folder.</source>
+        <translation>%1 是文件夹，而这里须写入文件。请另选一个文件夹。</translation>
+    </message>
+    <message>
+        <source>The folder %1 already holds %2, and nothing is overwritten. Choose another folder, or replace the card in it with --force.</source>
+        <translation>文件夹 %1 中已有 %2，不会覆盖任何文件。请另选一个文件夹，或用 --force 替换其中的证件。</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made: %2.</source>
+        <translation>无法建立文件夹 %1：%2。</translation>
+    </message>
+</context>
+<context>
     <name>Messages</name>
     <message>
         <source>Code: %1 (%2)</source>
@@ -327,6 +430,14 @@
     <message>
         <source>&quot;idcard-reader doctor&quot; says more about this machine.</source>
         <translation>运行“idcard-reader doctor”可进一步检查本机。</translation>
+    </message>
+    <message>
+        <source>%1 at %2</source>
+        <translation>%1，位于 %2</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1%2</translation>
     </message>
 </context>
 <context>
@@ -424,6 +535,61 @@
     <message>
         <source>unterminated string</source>
         <translation>字符串没有结束</translation>
+    </message>
+</context>
+<context>
+    <name>Record</name>
+    <message>
+        <source>at offset %1 (%2) it has %3, where %4 was expected.</source>
+        <translation>偏移 %1 处（%2）为 %3，应为 %4。</translation>
+    </message>
+    <message>
+        <source> or </source>
+        <translation> 或 </translation>
+    </message>
+    <message>
+        <source>preamble</source>
+        <translation>帧头</translation>
+    </message>
+    <message>
+        <source>status</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>length of the text</source>
+        <translation>文字长度</translation>
+    </message>
+    <message>
+        <source>length of the photo</source>
+        <translation>照片长度</translation>
+    </message>
+    <message>
+        <source>number of bytes that follow it</source>
+        <translation>后续字节数</translation>
+    </message>
+    <message>
+        <source>length of the fingerprints</source>
+        <translation>指纹长度</translation>
+    </message>
+    <message>
+        <source>it goes on at offset %1, where a record of %2 bytes has ended.</source>
+        <translation>它在偏移 %1 处仍有数据，而 %2 字节的记录在此处已经结束。</translation>
+    </message>
+    <message>
+        <source>it ends at offset %1, where a record of %2 bytes does not.</source>
+        <translation>它在偏移 %1 处结束，而 %2 字节的记录不在此处结束。</translation>
+    </message>
+    <message>
+        <source>at offset %1 (length of the fingerprints) it has %2, where %3 was expected; its size decides.</source>
+        <translation>偏移 %1 处（指纹长度）为 %2，应为 %3；以记录的大小为准。</translation>
+    </message>
+    <message>
+        <source>at offset %1 (checksum) it has %2, where %3 was expected; something in it is not as the reader sent it.</source>
+        <translation>偏移 %1 处（校验和）为 %2，应为 %3；其中有的内容与读卡器发出的不同。</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
     </message>
 </context>
 <context>
@@ -748,6 +914,169 @@
         <source>Plug the reader in again and read once more.</source>
         <translation>请重新插好读卡器，再读一次。</translation>
     </message>
+    <message>
+        <source>Done as asked.</source>
+        <translation>已按要求完成。</translation>
+    </message>
+    <message>
+        <source>The program itself failed: the simulator could not be loaded, or standard output could not be written.</source>
+        <translation>程序自身出错：无法加载模拟器，或无法写入标准输出。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value, a card description or fault that the simulator refuses, or a file that is not a raw card record.</source>
+        <translation>用法有误：选项或值无法识别，模拟器不接受证件描述或故障，或文件不是原始证件记录。</translation>
+    </message>
+    <message>
+        <source>No card was found on the reader, or none came while waiting.</source>
+        <translation>读卡器上没有找到证件，或等待期间没有放上证件。</translation>
+    </message>
+    <message>
+        <source>The files could not be written.</source>
+        <translation>无法写入文件。</translation>
+    </message>
+    <message>
+        <source>The reader answered, but with nothing that could be read.</source>
+        <translation>读卡器有应答，但没有读到可用的内容。</translation>
+    </message>
+    <message>
+        <source>The doctor found nothing worse than warnings: reading may work, or not as well as it could.</source>
+        <translation>检查只发现警告：可能可以读卡，但效果未必最好。</translation>
+    </message>
+    <message>
+        <source>The doctor found a failure: something does not work.</source>
+        <translation>检查发现故障：有的部分不能工作。</translation>
+    </message>
+    <message>
+        <source>Reading the card did not end within the time of --timeout, and was given up.</source>
+        <translation>读卡没有在 --timeout 规定的时间内结束，已放弃。</translation>
+    </message>
+    <message>
+        <source>The simulator could not be loaded.</source>
+        <translation>无法加载模拟器。</translation>
+    </message>
+    <message>
+        <source>Build or install libidcard_simulator.so, or name it in the environment variable IDCARD_SIMULATOR_LIBRARY.</source>
+        <translation>请编译或安装 libidcard_simulator.so，或在环境变量 IDCARD_SIMULATOR_LIBRARY 中指定它。</translation>
+    </message>
+    <message>
+        <source>The simulator refuses the card or the faults.</source>
+        <translation>模拟器不接受该证件或故障。</translation>
+    </message>
+    <message>
+        <source>Correct the card&apos;s description or the faults; &quot;idcard-reader cards&quot; lists the built-in cards, &quot;idcard-reader read --help&quot; the faults.</source>
+        <translation>请修改证件描述或故障；“idcard-reader cards”列出内置证件，“idcard-reader read --help”列出故障。</translation>
+    </message>
+    <message>
+        <source>Two options contradict each other.</source>
+        <translation>两个选项互相矛盾。</translation>
+    </message>
+    <message>
+        <source>Name a place where this user may write and where there is room; --force replaces files that are there.</source>
+        <translation>请指定当前用户可以写入且有空间的位置；--force 替换已有的文件。</translation>
+    </message>
+    <message>
+        <source>The record could not be read.</source>
+        <translation>无法读取记录。</translation>
+    </message>
+    <message>
+        <source>Name a file that holds a raw card record.</source>
+        <translation>请指定保存着原始证件记录的文件。</translation>
+    </message>
+    <message>
+        <source>The bytes are not a raw card record.</source>
+        <translation>这些数据不是原始证件记录。</translation>
+    </message>
+    <message>
+        <source>Name a file that &quot;idcard-reader usb --raw&quot; has written.</source>
+        <translation>请指定由“idcard-reader usb --raw”写入的文件。</translation>
+    </message>
+    <message>
+        <source>The card&apos;s text could not be decoded.</source>
+        <translation>无法解码证件的文字。</translation>
+    </message>
+    <message>
+        <source>Read the card once more.</source>
+        <translation>请再读一次卡。</translation>
+    </message>
+    <message>
+        <source>The wait was broken off before a card was found.</source>
+        <translation>还没有找到证件，等待就已中断。</translation>
+    </message>
+    <message>
+        <source>Start again to wait for a card.</source>
+        <translation>请重新运行以等待证件。</translation>
+    </message>
+    <message>
+        <source>The reading in progress was broken off.</source>
+        <translation>正在进行的读卡已中断。</translation>
+    </message>
+    <message>
+        <source>If the reader does not answer any more, unplug it and plug it in again.</source>
+        <translation>如果读卡器不再应答，请重新插拔读卡器。</translation>
+    </message>
+    <message>
+        <source>Reading the card did not end in time.</source>
+        <translation>读卡没有在规定的时间内结束。</translation>
+    </message>
+    <message>
+        <source>Lay the card flat on the middle of the reader, keep it still and read once more; if it happens again, unplug the reader and plug it in.</source>
+        <translation>请将证件平放在读卡器中央，不要移动，再读一次；如果仍然出现，请重新插拔读卡器。</translation>
+    </message>
+    <message>
+        <source>The library returned a code that this program does not know.</source>
+        <translation>库返回了本程序不认识的代码。</translation>
+    </message>
+    <message>
+        <source>Install the program and the library of the same version.</source>
+        <translation>请安装同一版本的程序和库。</translation>
+    </message>
+    <message>
+        <source>The program is broken.</source>
+        <translation>程序已损坏。</translation>
+    </message>
+    <message>
+        <source>Install it again.</source>
+        <translation>请重新安装。</translation>
+    </message>
+    <message>
+        <source>Leave one of them out.</source>
+        <translation>请去掉其中一个。</translation>
+    </message>
+    <message>
+        <source>The command line is wrong.</source>
+        <translation>命令行有误。</translation>
+    </message>
+    <message>
+        <source>Correct it; &quot;idcard-reader help&quot; describes the commands and their options.</source>
+        <translation>请修改命令行；“idcard-reader help”说明各命令及其选项。</translation>
+    </message>
+</context>
+<context>
+    <name>Simulator</name>
+    <message>
+        <source>The simulator could not be loaded: %1. Build or install %2, or name it in the environment variable %3.</source>
+        <translation>无法加载模拟器：%1。请编译或安装 %2，或在环境变量 %3 中指定它。</translation>
+    </message>
+    <message>
+        <source>The simulator refuses the card: %1</source>
+        <translation>模拟器不接受该证件：%1</translation>
+    </message>
+    <message>
+        <source>there is no %1</source>
+        <translation>没有 %1</translation>
+    </message>
+    <message>
+        <source>%1 is not a simulator of this version</source>
+        <translation>%1 不是这个版本的模拟器</translation>
+    </message>
+    <message>
+        <source>The simulator %1 cannot be taken out of this program, where it would answer in the reader&apos;s place. End the program and start it again without the simulator.</source>
+        <translation>无法从本程序中卸载模拟器 %1，它会代替读卡器应答。请退出程序，然后不使用模拟器重新启动。</translation>
+    </message>
+    <message>
+        <source>The simulator refuses the faults: %1</source>
+        <translation>模拟器不接受这些故障：%1</translation>
+    </message>
 </context>
 <context>
     <name>System</name>
@@ -850,6 +1179,113 @@
     <message>
         <source>Too many open files</source>
         <translation>打开的文件过多</translation>
+    </message>
+</context>
+<context>
+    <name>UsbList</name>
+    <message>
+        <source>audio</source>
+        <translation>音频</translation>
+    </message>
+    <message>
+        <source>communication</source>
+        <translation>通信</translation>
+    </message>
+    <message>
+        <source>human interface</source>
+        <translation>人机接口</translation>
+    </message>
+    <message>
+        <source>physical</source>
+        <translation>物理</translation>
+    </message>
+    <message>
+        <source>image</source>
+        <translation>图像</translation>
+    </message>
+    <message>
+        <source>printer</source>
+        <translation>打印机</translation>
+    </message>
+    <message>
+        <source>mass storage</source>
+        <translation>大容量存储</translation>
+    </message>
+    <message>
+        <source>communication data</source>
+        <translation>通信数据</translation>
+    </message>
+    <message>
+        <source>smart card</source>
+        <translation>智能卡</translation>
+    </message>
+    <message>
+        <source>video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>diagnostic</source>
+        <translation>诊断</translation>
+    </message>
+    <message>
+        <source>wireless</source>
+        <translation>无线</translation>
+    </message>
+    <message>
+        <source>miscellaneous</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>application</source>
+        <translation>应用专用</translation>
+    </message>
+    <message>
+        <source>vendor-specific</source>
+        <translation>厂商自定义</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>(%1)</source>
+        <translation>（%1）</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1（%2）</translation>
+    </message>
+    <message>
+        <source>DEVICE</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>There is no USB device here, except perhaps hubs. See that the reader is plugged in and has power, and that /sys/bus/usb/devices and /dev/bus/usb are there: a container or a virtual machine has only the devices that are passed through.</source>
+        <translation>这里没有 USB 设备（集线器除外）。请确认读卡器已插好并通电，且 /sys/bus/usb/devices 和 /dev/bus/usb 存在：容器或虚拟机中只有传入的设备。</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>class %1</source>
+        <translation>类别 %1</translation>
+    </message>
+    <message>
+        <source>NODE</source>
+        <translation>节点</translation>
+    </message>
+    <message>
+        <source>MAY OPEN</source>
+        <translation>可否打开</translation>
+    </message>
+    <message>
+        <source>READER&apos;S PIPES</source>
+        <translation>读卡器管道</translation>
+    </message>
+    <message>
+        <source>WHAT IT IS</source>
+        <translation>设备说明</translation>
     </message>
 </context>
 <context>
