@@ -347,6 +347,372 @@
     </message>
 </context>
 <context>
+    <name>Descriptions</name>
+    <message>
+        <source>is neither a built-in card nor a file; built-in cards: %1</source>
+        <translation>既不是内置证件，也不是文件；内置证件有：%1</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>is neither a built-in card nor a file; did you mean %1?</source>
+        <translation>既不是内置证件，也不是文件；您是不是要用 %1？</translation>
+    </message>
+    <message>
+        <source>is not a regular file</source>
+        <translation>不是普通文件</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>无法读取：%1</translation>
+    </message>
+    <message>
+        <source>is larger than a photo may be (%1 bytes)</source>
+        <translation>超过了照片允许的大小（%1 字节）</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; %2</source>
+        <translation>“%1”%2</translation>
+    </message>
+    <message>
+        <source>is not eight digits YYYYMMDD</source>
+        <translation>不是八位数字 YYYYMMDD</translation>
+    </message>
+    <message>
+        <source>is not a day of the calendar</source>
+        <translation>不是日历上的日期</translation>
+    </message>
+    <message>
+        <source>%1 and not 长期</source>
+        <translation>%1，也不是“长期”</translation>
+    </message>
+    <message>
+        <source>is not a sex code; use 0, 1, 2 or 9</source>
+        <translation>不是性别代码；应为 0、1、2 或 9</translation>
+    </message>
+    <message>
+        <source>is not two digits</source>
+        <translation>不是两位数字</translation>
+    </message>
+    <message>
+        <source>is not a country code of three letters</source>
+        <translation>不是三个字母的国家代码</translation>
+    </message>
+    <message>
+        <source>holds something other than digits</source>
+        <translation>含有数字以外的字符</translation>
+    </message>
+    <message>
+        <source>holds a character outside UCS-2, which a card cannot store</source>
+        <translation>含有 UCS-2 以外的字符，证件无法存储</translation>
+    </message>
+    <message>
+        <source>holds the control character U+%1</source>
+        <translation>含有控制字符 U+%1</translation>
+    </message>
+    <message>
+        <source>must not be empty</source>
+        <translation>不能为空</translation>
+    </message>
+    <message>
+        <source>has %1 characters; a %2 card has room for %3</source>
+        <translation>有 %1 个字符；%2 类证件最多容纳 %3 个</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>布尔值</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>数字</translation>
+    </message>
+    <message>
+        <source>a text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>a list</source>
+        <translation>列表</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>must be %1, not %2</source>
+        <translation>应为%1，而不是%2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>%1 is none of %2</source>
+        <translation>%1不是下列之一：%2</translation>
+    </message>
+    <message>
+        <source>%1 is not a whole number from 0 to %2</source>
+        <translation>%1 不是从 0 到 %2 的整数</translation>
+    </message>
+    <message>
+        <source>%1 is not the name of a file in the same folder</source>
+        <translation>%1不是同一文件夹中的文件名</translation>
+    </message>
+    <message>
+        <source>is not a known key; keys of a photo: delivery, file, seed</source>
+        <translation>不是已知的键；照片的键有：delivery、file、seed</translation>
+    </message>
+    <message>
+        <source>is missing</source>
+        <translation>缺失</translation>
+    </message>
+    <message>
+        <source>goes with the delivery &quot;file&quot; alone</source>
+        <translation>只能与 delivery 的值“file”一起使用</translation>
+    </message>
+    <message>
+        <source>a list of texts</source>
+        <translation>文字的列表</translation>
+    </message>
+    <message>
+        <source>must be a list of texts, not %1 in the list</source>
+        <translation>应为文字的列表，列表中不能有%1</translation>
+    </message>
+    <message>
+        <source>is not a key of a %1 card; its keys: %2</source>
+        <translation>不是 %1 类证件的键；它的键有：%2</translation>
+    </message>
+    <message>
+        <source>is missing; a %1 card needs it</source>
+        <translation>缺失；%1 类证件必须有它</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>第 %1 行第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1: %2: %3</source>
+        <translation>%1：%2：%3</translation>
+    </message>
+    <message>
+        <source>is larger than a description may be (%1 bytes)</source>
+        <translation>超过了描述文件允许的大小（%1 字节）</translation>
+    </message>
+    <message>
+        <source>is not a JSON object</source>
+        <translation>不是 JSON 对象</translation>
+    </message>
+    <message>
+        <source>environment variable %1: %2</source>
+        <translation>环境变量 %1：%2</translation>
+    </message>
+    <message>
+        <source>null</source>
+        <translation>空值</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1%2</translation>
+    </message>
+</context>
+<context>
+    <name>Faults</name>
+    <message>
+        <source>opening the reader answers N (not 144)</source>
+        <translation>打开读卡器返回 N（不能是 144）</translation>
+    </message>
+    <message>
+        <source>the reader&apos;s node cannot be opened, whatever N; not for want of permission</source>
+        <translation>无论 N 为何值，读卡器的节点都无法打开；不是因为权限不足</translation>
+    </message>
+    <message>
+        <source>the first N finds, or all, see no card</source>
+        <translation>前 N 次寻卡或每次寻卡都找不到证件</translation>
+    </message>
+    <message>
+        <source>the first N lookups, or all, answer status 00 00 80</source>
+        <translation>前 N 次寻卡或每次寻卡都应答状态 00 00 80</translation>
+    </message>
+    <message>
+        <source>the first N reads answer 65 (try again)</source>
+        <translation>前 N 次读卡返回 65（请重试）</translation>
+    </message>
+    <message>
+        <source>the first N reads answer a status alone</source>
+        <translation>前 N 次读卡只应答状态</translation>
+    </message>
+    <message>
+        <source>reading answers N (not 144 or 65)</source>
+        <translation>读卡返回 N（不能是 144 或 65）</translation>
+    </message>
+    <message>
+        <source>every read answers a status alone, whatever N</source>
+        <translation>无论 N 为何值，每次读卡都只应答状态</translation>
+    </message>
+    <message>
+        <source>a read answers after N milliseconds (0 to 60000)</source>
+        <translation>读卡在 N 毫秒后应答（0 到 60000）</translation>
+    </message>
+    <message>
+        <source>the photo is compressed data that does not decode</source>
+        <translation>照片是无法解码的压缩数据</translation>
+    </message>
+    <message>
+        <source>N bytes of photo are reported (0 to 38862)</source>
+        <translation>报告照片为 N 字节（0 到 38862）</translation>
+    </message>
+    <message>
+        <source>the photo length field reads N; the photo stays 1024 bytes long</source>
+        <translation>照片长度字段为 N；照片仍为 1024 字节</translation>
+    </message>
+    <message>
+        <source>the card is of kind N (not 1 to 4; 9 if not given)</source>
+        <translation>证件种类为 N（不能是 1 到 4；未给出时为 9）</translation>
+    </message>
+    <message>
+        <source>the text has a kind letter that no document has, whatever N</source>
+        <translation>无论 N 为何值，文字中的种类字母都不属于任何证件</translation>
+    </message>
+    <message>
+        <source>the card goes between being found and being read</source>
+        <translation>证件在寻卡之后、读卡之前离开</translation>
+    </message>
+    <message>
+        <source>the card goes between being selected and being read</source>
+        <translation>证件在选卡之后、读卡之前离开</translation>
+    </message>
+    <message>
+        <source>the reader is not there</source>
+        <translation>读卡器没有接入</translation>
+    </message>
+    <message>
+        <source>the reader goes before transfer N of a card read (1 to 6)</source>
+        <translation>读卡器在读卡的第 N 次传输之前断开（1 到 6）</translation>
+    </message>
+    <message>
+        <source>the reader goes in the middle of transfer N (1 to 6)</source>
+        <translation>读卡器在第 N 次传输途中断开（1 到 6）</translation>
+    </message>
+    <message>
+        <source>this user may not open the reader&apos;s node</source>
+        <translation>当前用户无权打开读卡器的节点</translation>
+    </message>
+    <message>
+        <source>another program holds the reader&apos;s interface</source>
+        <translation>读卡器的接口被其他程序占用</translation>
+    </message>
+    <message>
+        <source>the reader cannot be reset</source>
+        <translation>读卡器无法复位</translation>
+    </message>
+    <message>
+        <source>other bytes come, two hexadecimal digits each, at most 4096</source>
+        <translation>收到的是其他字节，每个字节两位十六进制数字，最多 4096 个</translation>
+    </message>
+    <message>
+        <source>only the first N bytes of the answer come (0 to 4095)</source>
+        <translation>只收到应答的前 N 个字节（0 到 4095）</translation>
+    </message>
+    <message>
+        <source>the bits of the answer&apos;s byte at offset N come inverted (0 to 4095)</source>
+        <translation>应答中偏移 N 处的字节按位取反（0 到 4095）</translation>
+    </message>
+    <message>
+        <source>the answer comes after N milliseconds (0 to 60000)</source>
+        <translation>应答在 N 毫秒后到达（0 到 60000）</translation>
+    </message>
+    <message>
+        <source>the answer never comes</source>
+        <translation>应答一直不到达</translation>
+    </message>
+    <message>
+        <source>the endpoint stalls instead of answering</source>
+        <translation>端点停止（STALL）而不应答</translation>
+    </message>
+    <message>
+        <source>the answer is garbled on the bus</source>
+        <translation>应答在总线上出错</translation>
+    </message>
+    <message>
+        <source>more comes than the host asks for</source>
+        <translation>收到的数据多于主机所要求的</translation>
+    </message>
+    <message>
+        <source>the endpoint stalls instead of taking the command</source>
+        <translation>端点停止（STALL）而不接收命令</translation>
+    </message>
+    <message>
+        <source>the command is garbled on the bus</source>
+        <translation>命令在总线上出错</translation>
+    </message>
+    <message>
+        <source>only the first N bytes of the command are taken (0 to 9)</source>
+        <translation>只接收命令的前 N 个字节（0 到 9）</translation>
+    </message>
+    <message>
+        <source>the command is never taken</source>
+        <translation>命令一直不被接收</translation>
+    </message>
+    <message>
+        <source>the command is taken after N milliseconds (0 to 60000)</source>
+        <translation>命令在 N 毫秒后被接收（0 到 60000）</translation>
+    </message>
+    <message>
+        <source>%1 or %1=N</source>
+        <translation>%1 或 %1=N</translation>
+    </message>
+    <message>
+        <source>fault &quot;%1&quot; is not known; did you mean %2?</source>
+        <translation>故障“%1”无法识别；您是不是要用 %2？</translation>
+    </message>
+    <message>
+        <source>fault &quot;%1&quot; is not known; known faults: %2%3</source>
+        <translation>故障“%1”无法识别；已知的故障有：%2%3</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source> (E: lookup, select or read)</source>
+        <translation>（E 为 lookup、select 或 read）</translation>
+    </message>
+    <message>
+        <source>fault &quot;%1&quot; is not of the form %2: %3</source>
+        <translation>故障“%1”不符合 %2 的形式：%3</translation>
+    </message>
+    <message>
+        <source>the reader maker&apos;s library</source>
+        <translation>读卡器厂商的库</translation>
+    </message>
+    <message>
+        <source>&quot;idcard-reader read --simulate&quot;</source>
+        <translation>“idcard-reader read --simulate”</translation>
+    </message>
+    <message>
+        <source>the reader on USB</source>
+        <translation>使用 USB 的读卡器</translation>
+    </message>
+    <message>
+        <source>%1 has no fault &quot;%2&quot;; only %3 has it: use %4</source>
+        <translation>%1没有故障“%2”；只有%3才有：请使用 %4</translation>
+    </message>
+    <message>
+        <source>fault &quot;%1&quot; is given twice</source>
+        <translation>故障“%1”给出了两次</translation>
+    </message>
+</context>
+<context>
     <name>Files</name>
     <message>
         <source>The folder %1 could not be made: %2. Choose another folder.</source>

@@ -8,6 +8,8 @@
 
 #include "common/card_records.h"
 #include "common/nearest_name.h"
+#include "common/texts.h"
+#include "simulator/card/translated_texts.h"
 
 // At global scope: the macro declares a function of the generated code.
 static void registerCards()
@@ -20,6 +22,8 @@ namespace simulator
 
 namespace
 {
+
+SIMULATOR_TEXTS(Descriptions)
 
 const QString &cardFolder()
 {
@@ -35,10 +39,9 @@ QString unknownCard(const QString &name)
 {
     const QString meant = nearestName(name, builtInCardNames());
     return meant.isEmpty()
-               ? QStringLiteral("is neither a built-in card nor a file; built-in cards: %1")
-                     .arg(builtInCardNames().join(QStringLiteral(", ")))
-               : QStringLiteral("is neither a built-in card nor a file; did you mean %1?")
-                     .arg(meant);
+               ? tr("is neither a built-in card nor a file; built-in cards: %1")
+                     .arg(builtInCardNames().join(tr(", ")))
+               : tr("is neither a built-in card nor a file; did you mean %1?").arg(meant);
 }
 
 // The content of a file, and one byte at most of what it has beyond `most`; null, and `problem`
@@ -47,12 +50,12 @@ QByteArray contentOf(const QString &path, int most, QString *problem)
 {
     // A pipe or a device could keep the reader waiting for ever.
     if (!QFileInfo(path).isFile()) {
-        *problem = QStringLiteral("is not a regular file");
+        *problem = tr("is not a regular file");
         return {};
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        *problem = QStringLiteral("cannot be read: %1").arg(file.errorString());
+        *problem = tr("cannot be read: %1").arg(file.errorString());
         return {};
     }
     return file.read(most + 1);
@@ -64,10 +67,10 @@ bool loadPhotoFile(CardDescription *card, const QString &folder, QString *proble
     constexpr int LARGEST = int{IDCARD_PHOTO_SIZE};
     card->photoFileData = contentOf(folder + QLatin1Char('/') + card->photoFile, LARGEST, problem);
     if (problem->isEmpty() && card->photoFileData.size() > LARGEST)
-        *problem = QStringLiteral("is larger than a photo may be (%1 bytes)").arg(LARGEST);
+        *problem = tr("is larger than a photo may be (%1 bytes)").arg(LARGEST);
     if (problem->isEmpty())
         return true;
-    *problem = QStringLiteral("\"%1\" ").arg(card->photoFile) + *problem;
+    *problem = filledIn(tr("\"%1\" %2"), card->photoFile, *problem);
     return false;
 }
 

@@ -7,12 +7,15 @@
 #include <QDate>
 
 #include "common/sex_codes.h"
+#include "simulator/card/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Descriptions)
 
 constexpr int LONGEST_TITLE = 200;
 
@@ -76,9 +79,9 @@ bool isDigits(const QString &text)
 QString dateProblem(const QString &text)
 {
     if (text.size() != 8 || !isDigits(text))
-        return QStringLiteral("is not eight digits YYYYMMDD");
+        return tr("is not eight digits YYYYMMDD");
     if (!QDate(text.mid(0, 4).toInt(), text.mid(4, 2).toInt(), text.mid(6).toInt()).isValid())
-        return QStringLiteral("is not a day of the calendar");
+        return tr("is not a day of the calendar");
     return {};
 }
 
@@ -87,19 +90,19 @@ QString endDateProblem(const QString &text)
     if (text == QString::fromUtf8("长期"))
         return {};
     const QString problem = dateProblem(text);
-    return problem.isEmpty() ? problem : problem + QString::fromUtf8(" and not 长期");
+    return problem.isEmpty() ? problem : tr("%1 and not 长期").arg(problem);
 }
 
 QString sexProblem(const QString &text)
 {
     const bool known = text.size() == 1 && isDigits(text) && sexLabel(text.toInt()) != nullptr;
-    return known ? QString() : QStringLiteral("is not a sex code; use 0, 1, 2 or 9");
+    return known ? QString() : tr("is not a sex code; use 0, 1, 2 or 9");
 }
 
 // A code that the standard does not assign passes: such cards exist and must be read.
 QString twoDigitsProblem(const QString &text)
 {
-    return text.size() == 2 && isDigits(text) ? QString() : QStringLiteral("is not two digits");
+    return text.size() == 2 && isDigits(text) ? QString() : tr("is not two digits");
 }
 
 // A code that no table knows passes, for the same reason; one country has two letters.
@@ -107,7 +110,7 @@ QString countryProblem(const QString &text)
 {
     const bool good = (text.size() == 2 || text.size() == 3) &&
                       std::all_of(text.cbegin(), text.cend(), isLatinLetter);
-    return good ? QString() : QStringLiteral("is not a country code of three letters");
+    return good ? QString() : tr("is not a country code of three letters");
 }
 
 QString formProblem(TextForm form, const QString &text)
@@ -118,7 +121,7 @@ QString formProblem(TextForm form, const QString &text)
     case TextForm::END_DATE:
         return endDateProblem(text);
     case TextForm::DIGITS:
-        return isDigits(text) ? QString() : QStringLiteral("holds something other than digits");
+        return isDigits(text) ? QString() : tr("holds something other than digits");
     case TextForm::SEX_CODE:
         return sexProblem(text);
     case TextForm::TWO_DIGITS:
@@ -136,9 +139,9 @@ QString characterProblem(const QString &text)
 {
     for (const QChar character : text) {
         if (character.isSurrogate())
-            return QStringLiteral("holds a character outside UCS-2, which a card cannot store");
+            return tr("holds a character outside UCS-2, which a card cannot store");
         if (character.category() == QChar::Other_Control) {
-            return QStringLiteral("holds the control character U+%1")
+            return tr("holds the control character U+%1")
                 .arg(uint(character.unicode()), 4, 16, QLatin1Char('0'));
         }
     }
@@ -165,7 +168,7 @@ QString textProblem(const TextKey &key, CardKind kind, const QString &text)
 {
     const KeyRule &rule = key.rule(kind);
     if (text.isEmpty())
-        return rule.use == KeyUse::REQUIRED ? QStringLiteral("must not be empty") : QString();
+        return rule.use == KeyUse::REQUIRED ? tr("must not be empty") : QString();
     QString problem = characterProblem(text);
     if (!problem.isEmpty())
         return problem;
@@ -173,7 +176,7 @@ QString textProblem(const TextKey &key, CardKind kind, const QString &text)
     if (!problem.isEmpty())
         return problem;
     if (text.size() > rule.characters) {
-        return QStringLiteral("has %1 characters; a %2 card has room for %3")
+        return tr("has %1 characters; a %2 card has room for %3")
             .arg(text.size())
             .arg(cardKindName(kind))
             .arg(rule.characters);

@@ -16,12 +16,15 @@
 
 #include "common/texts.h"
 #include "simulator/card/description_keys.h"
+#include "simulator/card/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Descriptions)
 
 struct KindKey {
     const char *name;
@@ -34,26 +37,26 @@ QString typeName(const QJsonValue &value)
 {
     switch (value.type()) {
     case QJsonValue::Null:
-        return QStringLiteral("null");
+        return tr("null");
     case QJsonValue::Bool:
-        return QStringLiteral("true or false");
+        return tr("true or false");
     case QJsonValue::Double:
-        return QStringLiteral("a number");
+        return tr("a number");
     case QJsonValue::String:
-        return QStringLiteral("a text");
+        return tr("a text");
     case QJsonValue::Array:
-        return QStringLiteral("a list");
+        return tr("a list");
     case QJsonValue::Object:
-        return QStringLiteral("an object");
+        return tr("an object");
     case QJsonValue::Undefined:
         break;
     }
-    return QStringLiteral("nothing");
+    return tr("nothing");
 }
 
 QString wrongType(const char *wanted, const QJsonValue &value)
 {
-    return filledIn(QStringLiteral("must be %1, not %2"), QLatin1String(wanted), typeName(value));
+    return filledIn(tr("must be %1, not %2"), tr(wanted), typeName(value));
 }
 
 // A text as a message can show it: short, and without characters that would upset a terminal.
@@ -68,12 +71,12 @@ QString quoted(const QString &text)
     if (!shown.isEmpty() && shown.at(shown.size() - 1).isHighSurrogate())
         shown.chop(1);
     const QString rest = text.size() > LONGEST_QUOTE ? QStringLiteral("...") : QString();
-    return QLatin1Char('"') + shown + rest + QLatin1Char('"');
+    return tr("\"%1\"").arg(shown + rest);
 }
 
 QString listed(const QStringList &words)
 {
-    return words.join(QStringLiteral(", "));
+    return words.join(tr(", "));
 }
 
 // A value that must be one of a few words, each meaning a constant.
@@ -87,7 +90,7 @@ template <typename Value>
 QString readWord(const QJsonValue &value, std::initializer_list<Word<Value>> words, Value *result)
 {
     if (!value.isString())
-        return wrongType("a text", value);
+        return wrongType(QT_TR_NOOP("a text"), value);
     QStringList known;
     for (const Word<Value> &word : words) {
         if (value.toString() == QLatin1String(word.word)) {
@@ -96,17 +99,17 @@ QString readWord(const QJsonValue &value, std::initializer_list<Word<Value>> wor
         }
         known << QLatin1String(word.word);
     }
-    return filledIn(QStringLiteral("%1 is none of %2"), quoted(value.toString()), listed(known));
+    return filledIn(tr("%1 is none of %2"), quoted(value.toString()), listed(known));
 }
 
 // A whole number from 0 to `maximum`.
 QString readNumber(const QJsonValue &value, double maximum, double *result)
 {
     if (!value.isDouble())
-        return wrongType("a number", value);
+        return wrongType(QT_TR_NOOP("a number"), value);
     const double number = value.toDouble();
     if (number < 0 || number > maximum || number != std::floor(number)) {
-        return QStringLiteral("%1 is not a whole number from 0 to %2")
+        return tr("%1 is not a whole number from 0 to %2")
             .arg(number, 0, 'g', 15)
             .arg(maximum, 0, 'f', 0);
     }
@@ -142,15 +145,14 @@ QString readPadding(CardDescription *card, const QJsonValue &value, QString * /*
 QString readFileName(const QJsonValue &value, QString *result)
 {
     if (!value.isString())
-        return wrongType("a text", value);
+        return wrongType(QT_TR_NOOP("a text"), value);
     *result = value.toString();
     const bool isName =
         !result->isEmpty() && std::all_of(result->cbegin(), result->cend(), [](QChar character) {
             return character.isPrint() && character != QLatin1Char('/');
         });
-    return isName
-               ? QString()
-               : quoted(*result) + QStringLiteral(" is not the name of a file in the same folder");
+    return isName ? QString()
+                  : tr("%1 is not the name of a file in the same folder").arg(quoted(*result));
 }
 
 QString readPhotoPart(CardDescription *card, const QString &part, const QJsonValue &value)
@@ -170,17 +172,17 @@ QString readPhotoPart(CardDescription *card, const QString &part, const QJsonVal
         card->photoSeed = static_cast<std::uint32_t>(seed);
         return problem;
     }
-    return QStringLiteral("is not a known key; keys of a photo: delivery, file, seed");
+    return tr("is not a known key; keys of a photo: delivery, file, seed");
 }
 
 QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
 {
     if (!value.isObject())
-        return wrongType("an object", value);
+        return wrongType(QT_TR_NOOP("an object"), value);
     const QJsonObject photo = value.toObject();
     if (!photo.contains(QStringLiteral("delivery"))) {
         *part = QStringLiteral("delivery");
-        return QStringLiteral("is missing");
+        return tr("is missing");
     }
     for (auto it = photo.constBegin(); it != photo.constEnd(); ++it) {
         QString problem = readPhotoPart(card, it.key(), it.value());
@@ -192,8 +194,7 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
     const bool needsFile = card->photoDelivery == PhotoDelivery::OWN_FILE;
     if (needsFile == card->photoFile.isEmpty()) {
         *part = QStringLiteral("file");
-        return needsFile ? QStringLiteral("is missing")
-                         : QStringLiteral("goes with the delivery \"file\" alone");
+        return needsFile ? tr("is missing") : tr("goes with the delivery \"file\" alone");
     }
     return {};
 }
@@ -201,12 +202,12 @@ QString readPhoto(CardDescription *card, const QJsonValue &value, QString *part)
 QString readFaults(CardDescription *card, const QJsonValue &value, QString * /*part*/)
 {
     if (!value.isArray())
-        return wrongType("a list of texts", value);
+        return wrongType(QT_TR_NOOP("a list of texts"), value);
     QStringList list;
     const QJsonArray array = value.toArray();
     for (const QJsonValue fault : array) {
         if (!fault.isString())
-            return wrongType("a list of texts", fault) + QStringLiteral(" in the list");
+            return tr("must be a list of texts, not %1 in the list").arg(typeName(fault));
         list << fault.toString();
     }
     QString problem;
@@ -258,7 +259,7 @@ QStringList keysOf(CardKind kind)
 
 QString unknownKey(CardKind kind)
 {
-    return filledIn(QStringLiteral("is not a key of a %1 card; its keys: %2"), cardKindName(kind),
+    return filledIn(tr("is not a key of a %1 card; its keys: %2"), cardKindName(kind),
                     listed(keysOf(kind)));
 }
 
@@ -267,11 +268,11 @@ QString readText(CardDescription *card, const TextKey &key, const QJsonValue &va
     if (key.rule(card->kind).use == KeyUse::ABSENT)
         return unknownKey(card->kind);
     if (!value.isString())
-        return wrongType("a text", value);
+        return wrongType(QT_TR_NOOP("a text"), value);
     const QString text = value.toString();
     const QString problem = textProblem(key, card->kind, text);
     if (!problem.isEmpty())
-        return quoted(text) + QLatin1Char(' ') + problem;
+        return filledIn(tr("%1 %2"), quoted(text), problem);
     card->*key.text = text;
     return {};
 }
@@ -304,7 +305,7 @@ bool readKeys(CardDescription *card, const QJsonObject &object, DescriptionError
     const QString kindKey = QStringLiteral("kind");
     if (!object.contains(kindKey)) {
         error->key = kindKey;
-        error->reason = QStringLiteral("is missing");
+        error->reason = tr("is missing");
         return false;
     }
     error->reason = readKind(object.value(kindKey), &card->kind);
@@ -322,8 +323,7 @@ bool readKeys(CardDescription *card, const QJsonObject &object, DescriptionError
     }
     error->key = missingKey(object, card->kind);
     if (!error->key.isEmpty()) {
-        error->reason =
-            QStringLiteral("is missing; a %1 card needs it").arg(cardKindName(card->kind));
+        error->reason = tr("is missing; a %1 card needs it").arg(cardKindName(card->kind));
         return false;
     }
     return true;
@@ -334,18 +334,15 @@ QString syntaxProblem(const QByteArray &json, const QJsonParseError &problem)
     const QByteArray before = json.left(problem.offset);
     const int line = before.count('\n') + 1;
     const int column = before.size() - (before.lastIndexOf('\n') + 1) + 1;
-    return QStringLiteral("line %1, column %2: %3")
-        .arg(line)
-        .arg(column)
-        .arg(problem.errorString());
+    return tr("line %1, column %2: %3").arg(line).arg(column).arg(problem.errorString());
 }
 
 } // namespace
 
 QString DescriptionError::message() const
 {
-    return key.isEmpty() ? filledIn(QStringLiteral("%1: %2"), file, reason)
-                         : filledIn(QStringLiteral("%1: %2: %3"), file, quoted(key), reason);
+    return key.isEmpty() ? filledIn(tr("%1: %2"), file, reason)
+                         : filledIn(tr("%1: %2: %3"), file, quoted(key), reason);
 }
 
 std::optional<CardDescription> readDescription(const QByteArray &json, const QString &file,
@@ -353,8 +350,8 @@ std::optional<CardDescription> readDescription(const QByteArray &json, const QSt
 {
     *error = {file, {}, {}};
     if (json.size() > LARGEST_DESCRIPTION) {
-        error->reason = QStringLiteral("is larger than a description may be (%1 bytes)")
-                            .arg(LARGEST_DESCRIPTION);
+        error->reason =
+            tr("is larger than a description may be (%1 bytes)").arg(LARGEST_DESCRIPTION);
         return std::nullopt;
     }
     QJsonParseError problem;
@@ -364,7 +361,7 @@ std::optional<CardDescription> readDescription(const QByteArray &json, const QSt
         return std::nullopt;
     }
     if (!document.isObject()) {
-        error->reason = QStringLiteral("is not a JSON object");
+        error->reason = tr("is not a JSON object");
         return std::nullopt;
     }
     CardDescription card;

@@ -6,12 +6,15 @@
 
 #include "common/nearest_name.h"
 #include "common/texts.h"
+#include "simulator/card/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Faults)
 
 QString nameOf(const FaultRule &rule, Faults::Exchange exchange)
 {
@@ -44,7 +47,7 @@ QString usageOf(const QString &name, const FaultArgument &argument)
     case FaultArgument::NONE:
         return name;
     case FaultArgument::OPTIONAL_NUMBER:
-        return QStringLiteral("%1 or %1=N").arg(name);
+        return tr("%1 or %1=N").arg(name);
     case FaultArgument::BYTES:
         return QStringLiteral("%1=HEX").arg(name);
     case FaultArgument::NUMBER:
@@ -72,19 +75,18 @@ QString unknownFault(const QString &name, const QString &text, std::optional<Roa
     }
     const QString meant = nearestName(name, names);
     if (!meant.isEmpty())
-        return filledIn(QStringLiteral("fault \"%1\" is not known; did you mean %2?"),
-                        shortened(text), meant);
-    return filledIn(QStringLiteral("fault \"%1\" is not known; known faults: %2%3"),
-                    shortened(text), usages.join(QStringLiteral(", ")),
-                    QLatin1String(hasExchanges ? " (E: lookup, select or read)" : ""));
+        return filledIn(tr("fault \"%1\" is not known; did you mean %2?"), shortened(text), meant);
+    return filledIn(tr("fault \"%1\" is not known; known faults: %2%3"), shortened(text),
+                    usages.join(tr(", ")),
+                    hasExchanges ? tr(" (E: lookup, select or read)") : QString());
 }
 
 QString wrongFault(const FaultRule &rule, const QString &name, const QString &text)
 {
     const auto *const meaning = std::find_if(rule.meanings.begin(), rule.meanings.end(),
                                              [](const char *line) { return line != nullptr; });
-    return filledIn(QStringLiteral("fault \"%1\" is not of the form %2: %3"), shortened(text),
-                    usageOf(name, rule.argument), QLatin1String(*meaning));
+    return filledIn(tr("fault \"%1\" is not of the form %2: %3"), shortened(text),
+                    usageOf(name, rule.argument), tr(*meaning));
 }
 
 // How the reader on each road is called, and what simulates it.
@@ -94,8 +96,8 @@ struct RoadRow {
 };
 
 constexpr std::array<RoadRow, ROAD_COUNT> ROADS = {{
-    {"the reader maker's library", "\"idcard-reader read --simulate\""},
-    {"the reader on USB", "idcard-virtual-reader"},
+    {QT_TR_NOOP("the reader maker's library"), QT_TR_NOOP("\"idcard-reader read --simulate\"")},
+    {QT_TR_NOOP("the reader on USB"), "idcard-virtual-reader"},
 }};
 
 // The reader on `road` does not have the fault, that on the other one does.
@@ -103,9 +105,8 @@ QString faultOfOtherRoad(const QString &name, Road road)
 {
     const auto own = static_cast<std::size_t>(road);
     const RoadRow &other = ROADS.at(ROAD_COUNT - 1 - own);
-    return filledIn(QStringLiteral("%1 has no fault \"%2\"; only %3 has it: use %4"),
-                    QLatin1String(ROADS.at(own).reader), name, QLatin1String(other.reader),
-                    QLatin1String(other.program));
+    return filledIn(tr("%1 has no fault \"%2\"; only %3 has it: use %4"), tr(ROADS.at(own).reader),
+                    name, tr(other.reader), tr(other.program));
 }
 
 bool isHexadecimalDigit(QChar character)
@@ -163,9 +164,8 @@ QString addFault(Faults *faults, const QString &text, std::optional<Road> road)
     const std::optional<FaultValue> value = valueIn(text, rule->argument);
     if (!value)
         return wrongFault(*rule, name, text);
-    return faults->add(rule->kind, exchange, *value)
-               ? QString()
-               : QStringLiteral("fault \"%1\" is given twice").arg(name);
+    return faults->add(rule->kind, exchange, *value) ? QString()
+                                                     : tr("fault \"%1\" is given twice").arg(name);
 }
 
 std::optional<Faults> parsed(const QStringList &list, std::optional<Road> road, QString *reason)
@@ -211,7 +211,7 @@ QVector<QStringList> faultHelpRows(Road road)
 {
     QVector<QStringList> rows;
     for (const FaultRule &rule : faultRules(road))
-        rows << QStringList{faultUsage(rule), QString::fromUtf8(rule.meaning(road))};
+        rows << QStringList{faultUsage(rule), tr(rule.meaning(road))};
     return rows;
 }
 

@@ -122,7 +122,7 @@ struct FaultArgument {
 struct FaultRule {
     FaultKind kind;
     const char *name; ///< that of an exchange's fault follows the exchange's name and a dash
-    /** By road, one English line; null: the reader on that road does not have the fault. */
+    /** By road, one line for people; null: the reader on that road does not have the fault. */
     std::array<const char *, ROAD_COUNT> meanings;
     FaultArgument argument = {};
 

@@ -4,12 +4,15 @@
 
 #include "common/texts.h"
 #include "simulator/card/card_library.h"
+#include "simulator/card/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Descriptions)
 
 // Takes one from a count that may be endless; false when nothing is left of it.
 bool useUp(int *count)
@@ -23,8 +26,7 @@ bool useUp(int *count)
 
 QString variableProblem(const char *variable, const QString &problem)
 {
-    return filledIn(QStringLiteral("environment variable %1: %2"), QLatin1String(variable),
-                    problem);
+    return filledIn(tr("environment variable %1: %2"), QLatin1String(variable), problem);
 }
 
 } // namespace
