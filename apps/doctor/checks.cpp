@@ -2,17 +2,21 @@
 
 #include <algorithm>
 
+#include "apps/process/translation.h"
+
 namespace app::doctor
 {
 
 namespace
 {
 
-constexpr Group GENERAL = {"general", "General"};
-constexpr Group LIBRARY = {"library", "Reading through the maker's library"};
-constexpr Group USB = {"usb", "Reading over USB"};
-constexpr Group PHOTOS = {"photos", "Photos, by either road"};
-constexpr Group PICTURES = {"pictures", "Pictures of the card"};
+IDCARD_TEXTS(Doctor)
+
+constexpr Group GENERAL = {"general", QT_TR_NOOP("General")};
+constexpr Group LIBRARY = {"library", QT_TR_NOOP("Reading through the maker's library")};
+constexpr Group USB = {"usb", QT_TR_NOOP("Reading over USB")};
+constexpr Group PHOTOS = {"photos", QT_TR_NOOP("Photos, by either road")};
+constexpr Group PICTURES = {"pictures", QT_TR_NOOP("Pictures of the card")};
 
 bool isNeeded(const CheckRow &row, Roads roads)
 {
@@ -24,22 +28,23 @@ bool isNeeded(const CheckRow &row, Roads roads)
 const std::vector<CheckRow> &checkTable()
 {
     static const std::vector<CheckRow> rows = {
-        {"library-version", "Library", &GENERAL, true, true, checkLibraryVersion},
-        {"qt-version", "Qt", &GENERAL, true, true, checkQtVersion},
-        {"locale", "Locale", &GENERAL, true, true, checkLocale},
-        {"reader-library", "Maker's library", &LIBRARY, true, false, checkReaderLibrary},
-        {"usb-reader", "Reader", &USB, false, true, checkReader},
-        {"usb-permission", "Permission", &USB, false, true, checkPermission},
-        {"usb-rule", "udev rule", &USB, false, true, checkRule},
-        {"usb-group", "Group", &USB, false, true, checkGroup},
-        {"usb-driver", "Kernel driver", &USB, false, true, checkDriver},
-        {"usb-holder", "In use", &USB, false, true, checkHolder},
-        {"photo-decoder", "Photo decoder", &PHOTOS, true, true, checkPhotoDecoder},
-        {"screen", "Screen", &PICTURES, true, false, checkScreen},
-        {"resolution", "Resolution", &PICTURES, true, false, checkResolution},
-        {"jpeg", "JPEG", &PICTURES, true, false, checkJpeg},
-        {"text-font", "Font of texts", &PICTURES, true, false, checkTextFont},
-        {"number-font", "Font of number", &PICTURES, true, false, checkNumberFont},
+        {"library-version", QT_TR_NOOP("Library"), &GENERAL, true, true, checkLibraryVersion},
+        {"qt-version", QT_TR_NOOP("Qt"), &GENERAL, true, true, checkQtVersion},
+        {"locale", QT_TR_NOOP("Locale"), &GENERAL, true, true, checkLocale},
+        {"reader-library", QT_TR_NOOP("Maker's library"), &LIBRARY, true, false,
+         checkReaderLibrary},
+        {"usb-reader", QT_TR_NOOP("Reader"), &USB, false, true, checkReader},
+        {"usb-permission", QT_TR_NOOP("Permission"), &USB, false, true, checkPermission},
+        {"usb-rule", QT_TR_NOOP("udev rule"), &USB, false, true, checkRule},
+        {"usb-group", QT_TR_NOOP("Group"), &USB, false, true, checkGroup},
+        {"usb-driver", QT_TR_NOOP("Kernel driver"), &USB, false, true, checkDriver},
+        {"usb-holder", QT_TR_NOOP("In use"), &USB, false, true, checkHolder},
+        {"photo-decoder", QT_TR_NOOP("Photo decoder"), &PHOTOS, true, true, checkPhotoDecoder},
+        {"screen", QT_TR_NOOP("Screen"), &PICTURES, true, false, checkScreen},
+        {"resolution", QT_TR_NOOP("Resolution"), &PICTURES, true, false, checkResolution},
+        {"jpeg", QT_TR_NOOP("JPEG"), &PICTURES, true, false, checkJpeg},
+        {"text-font", QT_TR_NOOP("Font of texts"), &PICTURES, true, false, checkTextFont},
+        {"number-font", QT_TR_NOOP("Font of number"), &PICTURES, true, false, checkNumberFont},
     };
     return rows;
 }

@@ -14,6 +14,7 @@
 #include "apps/doctor/environment.h"
 #include "apps/doctor/shipped_files.h"
 #include "apps/doctor/stand_ins.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -21,6 +22,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 struct FontRow {
     const char *family;
@@ -63,22 +66,24 @@ Finding judgedSubstitute(const PicturesState &pictures, const FontState &font, c
     // Where the choice is in force and does not help, none of its fonts is for this family.
     const bool needsFont = !needsChoice || font.standIn.isEmpty();
     Finding finding{Level::WARNING, text};
-    QString remedy = needsFont ? QStringLiteral("Install a font for it")
-                               : QStringLiteral("A font for it is installed, %1").arg(font.standIn);
+    QString what = tr("Install a font for it");
     if (needsFont)
         finding.commands << QLatin1String(FONTS_COMMAND);
-    if (needsChoice) {
-        remedy += QLatin1String(needsFont ? " and c" : ". C") +
-                  QStringLiteral("opy the project's fontconfig file 69-idcard-reader.conf to "
-                                 "/etc/fonts/conf.d");
-        if (pictures.shippedFontChoice.isEmpty())
-            remedy += QStringLiteral("; it is in the project's sources, packaging/fonts");
-        else
-            finding.commands << QStringLiteral("cp %1 /etc/fonts/conf.d/")
-                                    .arg(quoted(pictures.shippedFontChoice));
-    }
-    finding.remedy = remedy + QStringLiteral(" (docs/fonts.md), as root") +
-                     QLatin1String(finding.commands.isEmpty() ? "." : ":");
+    if (needsFont && needsChoice)
+        what = tr("Install a font for it and copy the project's fontconfig file "
+                  "69-idcard-reader.conf to /etc/fonts/conf.d");
+    else if (needsChoice)
+        what = tr("A font for it is installed, %1. Copy the project's fontconfig file "
+                  "69-idcard-reader.conf to /etc/fonts/conf.d")
+                   .arg(font.standIn);
+    if (needsChoice && pictures.shippedFontChoice.isEmpty())
+        what = tr("%1; it is in the project's sources, packaging/fonts").arg(what);
+    else if (needsChoice)
+        finding.commands
+            << QStringLiteral("cp %1 /etc/fonts/conf.d/").arg(quoted(pictures.shippedFontChoice));
+    const QString remedy = finding.commands.isEmpty() ? tr("%1 (docs/fonts.md), as root.")
+                                                      : tr("%1 (docs/fonts.md), as root:");
+    finding.remedy = remedy.arg(what);
     return finding;
 }
 
@@ -86,34 +91,32 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
 {
     const QString wanted =
         font.weight == QLatin1String("normal") ? font.family : font.family + ' ' + font.weight;
-    const QString faces = font.faces.join(QStringLiteral(", "));
+    const QString faces = font.faces.join(tr(", "));
     if (!font.isKnown) {
-        return {Level::FAILURE,
-                filledIn(QStringLiteral("%1: not known, since Qt does not come up (%2)"), wanted,
-                         pictures.failure),
-                QStringLiteral("Do what \"Screen\" says and run this again.")};
+        return {
+            Level::FAILURE,
+            filledIn(tr("%1: not known, since Qt does not come up (%2)"), wanted, pictures.failure),
+            tr("Do what \"Screen\" says and run this again.")};
     }
     if (!font.hasChinese) {
         return {Level::FAILURE,
-                QStringLiteral("%1: no font here has the Chinese characters; the pictures have "
-                               "empty boxes in their place")
+                tr("%1: no font here has the Chinese characters; the pictures have empty boxes in "
+                   "their place")
                     .arg(wanted),
-                QStringLiteral("Install a Chinese font (docs/fonts.md), as root:"),
+                tr("Install a Chinese font (docs/fonts.md), as root:"),
                 {QLatin1String(FONTS_COMMAND)}};
     }
     if (font.isInstalled)
-        return {Level::FINE, QStringLiteral("%1 is installed").arg(wanted)};
+        return {Level::FINE, tr("%1 is installed").arg(wanted)};
     if (font.isStandIn)
-        return {Level::FINE, filledIn(QStringLiteral("%1: its stand-in %2"), wanted, faces)};
-    const QString taken =
-        faces.startsWith(font.got)
-            ? faces
-            : filledIn(QStringLiteral("%1, with Chinese characters of %2"), font.got, faces);
-    return judgedSubstitute(
-        pictures, font,
-        filledIn(QStringLiteral("%1: no stand-in is named, and Qt takes %2; characters "
-                                "may have another form or size than on the card"),
-                 wanted, taken));
+        return {Level::FINE, filledIn(tr("%1: its stand-in %2"), wanted, faces)};
+    const QString taken = faces.startsWith(font.got)
+                              ? faces
+                              : filledIn(tr("%1, with Chinese characters of %2"), font.got, faces);
+    return judgedSubstitute(pictures, font,
+                            filledIn(tr("%1: no stand-in is named, and Qt takes %2; characters may "
+                                        "have another form or size than on the card"),
+                                     wanted, taken));
 }
 
 Findings checkFont(const PicturesState &pictures, const FontState &font)

@@ -8,6 +8,7 @@
 
 #include "api/idcard_reader_api.h"
 #include "apps/doctor/environment.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -15,6 +16,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 /** As `setlocale` looks for it: the first of these that is set. */
 QString requestedLocale()
@@ -31,10 +34,10 @@ Finding judgedLibraryVersion(const Versions &versions)
     if (versions.library == QStringLiteral("version:") + versions.program)
         return {Level::FINE, versions.library};
     return {Level::WARNING,
-            filledIn(QStringLiteral("libidcard_reader_lib.so is \"%1\", idcard-reader is %2"),
-                     versions.library, versions.program),
-            QStringLiteral("Install the library and the program of one version. This shows which "
-                           "library is taken:"),
+            filledIn(tr("libidcard_reader_lib.so is \"%1\", idcard-reader is %2"), versions.library,
+                     versions.program),
+            tr("Install the library and the program of one version. This shows which library is "
+               "taken:"),
             {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep idcard_reader_lib")}};
 }
 
@@ -42,15 +45,14 @@ Finding judgedQtVersion(const Versions &versions)
 {
     const QVersionNumber built = QVersionNumber::fromString(versions.qtBuilt);
     const QVersionNumber running = QVersionNumber::fromString(versions.qtRunning);
-    const QString text =
-        filledIn(QStringLiteral("%1, built with %2"), versions.qtRunning, versions.qtBuilt);
+    const QString text = filledIn(tr("%1, built with %2"), versions.qtRunning, versions.qtBuilt);
     // A program runs with the Qt of its building and with later ones of the same major number.
     if (running >= built && running.majorVersion() == built.majorVersion())
         return {Level::FINE, text};
     return {Level::FAILURE,
-            text + QStringLiteral(": they do not go together"),
-            QStringLiteral("Install Qt %1 or a later Qt %2, or build the library with the Qt that "
-                           "is here. This shows which Qt is taken:")
+            tr("%1: they do not go together").arg(text),
+            tr("Install Qt %1 or a later Qt %2, or build the library with the Qt that is here. "
+               "This shows which Qt is taken:")
                 .arg(versions.qtBuilt)
                 .arg(built.majorVersion()),
             {QStringLiteral("ldd \"$(command -v idcard-reader)\" | grep Qt5")}};
@@ -61,21 +63,20 @@ Finding judgedLocale(const LocaleState &locale)
     const QString utf8 = QStringLiteral("export LC_ALL=C.UTF-8");
     if (!locale.isSet) {
         return {Level::WARNING,
-                QStringLiteral("This system has no locale \"%1\"; programs run in \"C\", without "
-                               "Chinese characters")
+                tr("This system has no locale \"%1\"; programs run in \"C\", without Chinese "
+                   "characters")
                     .arg(locale.requested),
-                QStringLiteral("Choose one that is there (locale -a shows them), for instance "
-                               "C.UTF-8, or have it made (Debian: package locales):"),
+                tr("Choose one that is there (locale -a shows them), for instance C.UTF-8, or have "
+                   "it made (Debian: package locales):"),
                 {utf8, QStringLiteral("dpkg-reconfigure locales")}};
     }
     if (locale.encoding == QLatin1String("UTF-8"))
         return {Level::FINE, locale.name};
     return {Level::WARNING,
-            filledIn(QStringLiteral(
-                         "\"%1\" has the encoding %2, not UTF-8: a host application may garble "
-                         "Chinese texts and file names"),
+            filledIn(tr("\"%1\" has the encoding %2, not UTF-8: a host application may garble "
+                        "Chinese texts and file names"),
                      locale.name, locale.encoding),
-            QStringLiteral("Start the host application in a UTF-8 locale, for instance:"),
+            tr("Start the host application in a UTF-8 locale, for instance:"),
             {utf8}};
 }
 

@@ -8,12 +8,15 @@
 #include <QPluginLoader>
 
 #include "apps/doctor/environment.h"
+#include "apps/process/translation.h"
 
 namespace app::doctor
 {
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 /** Qt's JPEG plug-in, wherever Qt looks for plug-ins; why it cannot be loaded. */
 void describePlugin(QJsonObject *values)
@@ -38,26 +41,25 @@ Finding judgedJpeg(const PicturesState &pictures)
     const QStringList reinstall{QStringLiteral("apt-get install --reinstall libqt5gui5")};
     const QString &plugin = pictures.jpegPlugin;
     if (pictures.canWriteJpeg)
-        return {Level::FINE, plugin.isEmpty() ? QStringLiteral("Qt can write it") : plugin};
+        return {Level::FINE, plugin.isEmpty() ? tr("Qt can write it") : plugin};
     if (!pictures.isJpegKnown) {
         return {Level::FAILURE,
-                QStringLiteral("Not known, since Qt does not come up (%1)").arg(pictures.failure),
-                QStringLiteral("Do what \"Screen\" says and run this again.")};
+                tr("Not known, since Qt does not come up (%1)").arg(pictures.failure),
+                tr("Do what \"Screen\" says and run this again.")};
     }
     if (plugin.isEmpty()) {
         return {Level::FAILURE,
-                QStringLiteral("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all pictures "
-                               "come out empty; looked in %1")
-                    .arg(pictures.pluginFolders.join(QStringLiteral(", "))),
-                QStringLiteral("Install it, as root (Debian), or put the plug-in of your Qt in one "
-                               "of these folders:"),
+                tr("Qt has no JPEG plug-in, imageformats/libqjpeg.so: all pictures come out empty; "
+                   "looked in %1")
+                    .arg(pictures.pluginFolders.join(tr(", "))),
+                tr("Install it, as root (Debian), or put the plug-in of your Qt in one of these "
+                   "folders:"),
                 reinstall};
     }
     return {Level::FAILURE,
-            QStringLiteral("Qt's JPEG plug-in does not work, all pictures come out empty: %1")
+            tr("Qt's JPEG plug-in does not work, all pictures come out empty: %1")
                 .arg(pictures.jpegProblem.isEmpty() ? plugin : pictures.jpegProblem),
-            QStringLiteral("Put the plug-in of the Qt that is running in its place, as root "
-                           "(Debian):"),
+            tr("Put the plug-in of the Qt that is running in its place, as root (Debian):"),
             reinstall};
 }
 

@@ -1,5 +1,7 @@
 #include "apps/doctor/library.h"
 
+#include <clocale>
+
 #include <dlfcn.h>
 
 #include <QFile>
@@ -9,6 +11,7 @@
 
 #include "apps/doctor/environment.h"
 #include "apps/process/child_process.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -16,6 +19,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 /**
  * In the child: loads and looks the functions up as the library does. The loader cannot be asked to
@@ -26,6 +31,7 @@ void load(const LibraryState &state, const SendValues &send)
     QStringList paths{state.ownFolder + QLatin1Char('/') + state.fileName};
     if (!state.found.isEmpty() && state.found != paths.first())
         paths << state.found;
+    std::setlocale(LC_MESSAGES, "C"); // missingDependency() reads the loader's English
     void *handle = nullptr;
     QJsonArray errors;
     for (const QString &path : paths) {
@@ -34,7 +40,7 @@ void load(const LibraryState &state, const SendValues &send)
         if (handle != nullptr)
             break;
         const char *const reason = dlerror();
-        errors << QString::fromLocal8Bit(reason == nullptr ? "no reason given" : reason);
+        errors << (reason == nullptr ? tr("no reason given") : QString::fromLocal8Bit(reason));
         send({{"errors", errors}});
     }
     if (handle == nullptr)
@@ -108,30 +114,28 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
     switch (file.shape) {
     case LibraryShape::OTHER_MACHINE:
         return {QLatin1String("other-machine"),
-                filledIn(QStringLiteral("%1 is for another processor: %2; this program is for %3"),
-                         file.path, file.machine, state.ownMachine),
-                filledIn(QStringLiteral(
-                             "Get the library for %1 from %2 and put it in this one's place."),
+                filledIn(tr("%1 is for another processor: %2; this program is for %3"), file.path,
+                         file.machine, state.ownMachine),
+                filledIn(tr("Get the library for %1 from %2 and put it in this one's place."),
                          state.ownMachine, names.maker)};
     case LibraryShape::CUT_OFF:
-        return {QLatin1String("truncated"),
-                QStringLiteral("%1 is cut off: its %2 bytes are fewer than its own headers say")
-                    .arg(file.path)
-                    .arg(QFileInfo(file.path).size()),
-                QStringLiteral("Copy the file again from what %1 delivered and compare the two:")
-                    .arg(names.maker),
-                {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
+        return {
+            QLatin1String("truncated"),
+            tr("%1 is cut off: its %2 bytes are fewer than its own headers say")
+                .arg(file.path)
+                .arg(QFileInfo(file.path).size()),
+            tr("Copy the file again from what %1 delivered and compare the two:").arg(names.maker),
+            {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
     case LibraryShape::UNREADABLE:
         return {QLatin1String("unreadable"),
-                QStringLiteral("%1 cannot be read by this user, or leads nowhere").arg(file.path),
-                QStringLiteral("See where it leads, and let everybody read the file, as root:"),
+                tr("%1 cannot be read by this user, or leads nowhere").arg(file.path),
+                tr("See where it leads, and let everybody read the file, as root:"),
                 {QStringLiteral("ls -lL %1").arg(quoted(file.path)),
                  QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
     case LibraryShape::NO_LIBRARY:
         return {QLatin1String("no-library"),
-                QStringLiteral("%1 is not a library").arg(file.path),
-                QStringLiteral("Put the file that %1 delivered in its place; what it is now:")
-                    .arg(names.maker),
+                tr("%1 is not a library").arg(file.path),
+                tr("Put the file that %1 delivered in its place; what it is now:").arg(names.maker),
                 {QStringLiteral("file %1").arg(quoted(file.path))}};
     case LibraryShape::SOUND:
         break;
@@ -144,14 +148,14 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
 {
     const QString dependency = missingDependency(state);
     if (!dependency.isEmpty()) {
-        return {QLatin1String("missing-dependency"),
-                filledIn(QStringLiteral("%1 needs %2, which is not here"), state.tried, dependency),
-                filledIn(QStringLiteral(
-                             "Install what has %1; %2 knows what the library needs. All that is "
-                             "missing:"),
-                         dependency, names.maker),
-                {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
-                 QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
+        return {
+            QLatin1String("missing-dependency"),
+            filledIn(tr("%1 needs %2, which is not here"), state.tried, dependency),
+            filledIn(
+                tr("Install what has %1; %2 knows what the library needs. All that is missing:"),
+                dependency, names.maker),
+            {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
+             QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
     }
     for (const LibraryFile &file : state.files) {
         if (file.shape != LibraryShape::SOUND)
@@ -159,18 +163,17 @@ Problem loadingProblem(const LibraryState &state, const Names &names)
     }
     if (!state.files.isEmpty()) {
         return {QLatin1String("not-loadable"),
-                filledIn(QStringLiteral("%1 cannot be loaded: %2"), state.tried,
+                filledIn(tr("%1 cannot be loaded: %2"), state.tried,
                          state.errors.isEmpty() ? QString() : state.errors.last()),
-                QStringLiteral("Get a version of it for this system from %1; the loader's whole "
-                               "account:")
+                tr("Get a version of it for this system from %1; the loader's whole account:")
                     .arg(names.maker),
                 {QStringLiteral("ldd -r %1").arg(quoted(state.tried))}};
     }
     return {QLatin1String("not-found"),
-            filledIn(QStringLiteral("%1, %2, is not here; looked in %3 and in the loader's cache"),
-                     names.what, state.fileName, state.places.join(QStringLiteral(", "))),
-            QStringLiteral("Put the file that %1 delivered, or a link to it, under this name "
-                           "beside libidcard_reader_lib.so, as root:")
+            filledIn(tr("%1, %2, is not here; looked in %3 and in the loader's cache"), names.what,
+                     state.fileName, state.places.join(tr(", "))),
+            tr("Put the file that %1 delivered, or a link to it, under this name beside "
+               "libidcard_reader_lib.so, as root:")
                 .arg(names.maker),
             {QStringLiteral("ln -s /PATH/OF/THE/MAKERS/FILE %1")
                  .arg(quoted(state.ownFolder + QLatin1Char('/') + state.fileName))}};
@@ -185,10 +188,9 @@ Problem problemOf(const LibraryState &state, const Names &names)
         if (state.missing.isEmpty())
             return {};
         return {QLatin1String("missing-function"),
-                filledIn(QStringLiteral("%1 has no function %2"), state.tried,
-                         state.missing.join(QStringLiteral(", "))),
-                QStringLiteral("It is another library, or another version, under this name. Put "
-                               "the one that %1 delivered in its place. What it has:")
+                filledIn(tr("%1 has no function %2"), state.tried, state.missing.join(tr(", "))),
+                tr("It is another library, or another version, under this name. Put the one that "
+                   "%1 delivered in its place. What it has:")
                     .arg(names.maker),
                 {QStringLiteral("nm -D --defined-only %1").arg(quoted(state.tried))}};
     case Loading::CRASHED:
@@ -197,18 +199,15 @@ Problem problemOf(const LibraryState &state, const Names &names)
                 return problemOfFile(state, file, names);
         }
         return {QLatin1String("crash"),
-                filledIn(
-                    QStringLiteral("Loading %1 crashes (%2), and with it every program that reads"),
-                    state.tried, state.crash),
-                QStringLiteral("Report this to %1 and get another version. Remove this one until "
-                               "then.")
+                filledIn(tr("Loading %1 crashes (%2), and with it every program that reads"),
+                         state.tried, state.crash),
+                tr("Report this to %1 and get another version. Remove this one until then.")
                     .arg(names.maker)};
     case Loading::HUNG:
         return {QLatin1String("hang"),
-                QStringLiteral("Loading %1 hangs, and with it every program that reads")
-                    .arg(state.tried),
-                QStringLiteral("End other programs that use the reader and plug it in again. If it "
-                               "stays so, get another version from %1.")
+                tr("Loading %1 hangs, and with it every program that reads").arg(state.tried),
+                tr("End other programs that use the reader and plug it in again. If it stays so, "
+                   "get another version from %1.")
                     .arg(names.maker)};
     case Loading::NOT_LOADED:
         break;
@@ -223,10 +222,10 @@ Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsen
     const QString loaded = state.loading == Loading::LOADED ? state.tried : QString();
     Finding finding;
     if (problem.text.isEmpty()) {
-        finding.text = isInProcess ? QStringLiteral("its functions are in the process already, "
-                                                    "from %1")
-                                         .arg(state.definedIn)
-                                   : loaded;
+        finding.text =
+            isInProcess
+                ? tr("its functions are in the process already, from %1").arg(state.definedIn)
+                : loaded;
     } else {
         const bool isAbsent = problem.name == QLatin1String("not-found");
         finding = {isAbsent ? levelOfAbsence : Level::FAILURE, problem.text, problem.remedy,
@@ -281,20 +280,16 @@ LibraryState probePhotoDecoder()
 
 Findings checkReaderLibrary(const Environment &environment)
 {
-    return {
-        judged(environment.readerLibrary,
-               {QStringLiteral("the reader maker's library"), QStringLiteral("the reader's maker")},
-               Level::FAILURE)};
+    return {judged(environment.readerLibrary,
+                   {tr("the reader maker's library"), tr("the reader's maker")}, Level::FAILURE)};
 }
 
 Findings checkPhotoDecoder(const Environment &environment)
 {
     // Many readers deliver photos decoded to their maker's library; over USB none does.
     const Level absence = environment.roads == Roads::LIBRARY ? Level::WARNING : Level::FAILURE;
-    return {judged(
-        environment.photoDecoder,
-        {QStringLiteral("the photo decoder"), QStringLiteral("the maker of the photo decoder")},
-        absence)};
+    return {judged(environment.photoDecoder,
+                   {tr("the photo decoder"), tr("the maker of the photo decoder")}, absence)};
 }
 
 } // namespace app::doctor

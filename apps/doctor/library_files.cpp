@@ -1,4 +1,5 @@
 #include "apps/doctor/library_files.h"
+#include "apps/process/translation.h"
 
 #include <algorithm>
 #include <array>
@@ -21,18 +22,20 @@ namespace app::doctor
 namespace
 {
 
+IDCARD_TEXTS(Doctor)
+
 struct MachineRow {
     int number;
     const char *name;
 };
 
 constexpr std::array<MachineRow, 8> MACHINES = {{
-    {EM_386, "32-bit x86"},
+    {EM_386, QT_TR_NOOP("32-bit x86")},
     {EM_X86_64, "x86-64"},
-    {EM_ARM, "32-bit ARM"},
-    {EM_AARCH64, "64-bit ARM"},
+    {EM_ARM, QT_TR_NOOP("32-bit ARM")},
+    {EM_AARCH64, QT_TR_NOOP("64-bit ARM")},
     {EM_MIPS, "MIPS"},
-    {EM_PPC64, "64-bit PowerPC"},
+    {EM_PPC64, QT_TR_NOOP("64-bit PowerPC")},
     {EM_RISCV, "RISC-V"},
     {258, "LoongArch"},
 }};
@@ -52,9 +55,8 @@ QString machineName(const Elf64_Ehdr &header)
     const auto *const row =
         std::find_if(MACHINES.begin(), MACHINES.end(),
                      [number](const MachineRow &known) { return known.number == number; });
-    const QString name = row == MACHINES.end() ? QStringLiteral("processor %1").arg(number)
-                                               : QString::fromLatin1(row->name);
-    return isBigEndian ? name + QStringLiteral(", big-endian") : name;
+    const QString name = row == MACHINES.end() ? tr("processor %1").arg(number) : tr(row->name);
+    return isBigEndian ? tr("%1, big-endian").arg(name) : name;
 }
 
 /** Whether two headers are for the same processor. */

@@ -7,6 +7,7 @@
 
 #include "apps/process/child_process.h"
 #include "apps/process/display.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -14,6 +15,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 /** How much time Qt has to come up and answer. */
 constexpr int QT_LIMIT_MS = 20000;
@@ -46,6 +49,7 @@ void describe(const SendValues &send)
     std::array<char *, 2> arguments = {name.data(), nullptr};
     int count = 1;
     const QGuiApplication application(count, arguments.data());
+    translateApplication();
     send({{"screen", describeScreen()}});
     send({{"jpeg", describeJpeg()}});
     for (std::size_t i = 0; i < FONT_KEYS.size(); ++i)
@@ -79,7 +83,7 @@ void takeParts(const QJsonObject &values, PicturesState *state)
 QString failureOf(const ChildRun &run)
 {
     if (run.end == ChildRun::End::TIMED_OUT)
-        return QStringLiteral("it hangs");
+        return tr("it hangs");
     QString log = QString::fromLocal8Bit(run.log);
     log.remove(QStringLiteral("idcard-reader: "));
     for (const QString &line : splitAt(QLatin1Char('\n'), log)) {

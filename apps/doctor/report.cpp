@@ -8,6 +8,7 @@
 
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -16,6 +17,8 @@ namespace app::doctor
 namespace
 {
 
+IDCARD_TEXTS(Doctor)
+
 constexpr int MARKER_WIDTH = 9;
 constexpr int TITLE_WIDTH = 17;
 constexpr int TEXT_COLUMN = MARKER_WIDTH + TITLE_WIDTH;
@@ -23,7 +26,8 @@ constexpr int COMMAND_INDENT = 3;
 
 // In the order of their values.
 constexpr std::array<const char *, 3> LEVELS = {"ok", "warning", "failure"};
-constexpr std::array<const char *, 3> MARKERS = {"ok", "warning", "FAILURE"};
+constexpr std::array<const char *, 3> MARKERS = {QT_TR_NOOP("ok"), QT_TR_NOOP("warning"),
+                                                 QT_TR_NOOP("FAILURE")};
 constexpr std::array<Colour, 3> COLOURS = {Colour::GREEN, Colour::YELLOW, Colour::RED};
 constexpr std::array<const char *, 3> ROADS = {"both", "library", "usb"};
 
@@ -40,16 +44,15 @@ QString indented(const QString &text)
 
 QString marker(Level level, Colours colours)
 {
-    return coloured(padded(nameIn(MARKERS, level), MARKER_WIDTH),
+    return coloured(padded(tr(MARKERS.at(static_cast<std::size_t>(level))), MARKER_WIDTH),
                     COLOURS.at(static_cast<std::size_t>(level)), colours);
 }
 
 QString toLines(const CheckedFinding &one, Colours colours)
 {
     const Finding &finding = one.finding;
-    QString lines = marker(finding.level, colours) +
-                    padded(QLatin1String(one.check->title), TITLE_WIDTH) + indented(finding.text) +
-                    QLatin1Char('\n');
+    QString lines = marker(finding.level, colours) + padded(tr(one.check->title), TITLE_WIDTH) +
+                    indented(finding.text) + QLatin1Char('\n');
     if (!finding.remedy.isEmpty())
         lines += QString(TEXT_COLUMN, QLatin1Char(' ')) +
                  indented(QStringLiteral("-> ") + finding.remedy) + QLatin1Char('\n');
@@ -72,10 +75,9 @@ int countOf(const std::vector<CheckedFinding> &findings, Level level)
                       [level](const CheckedFinding &one) { return one.finding.level == level; }));
 }
 
-QString counted(int count, const char *what)
+QString counted(int count, const char *one, const char *several)
 {
-    return filledIn(QStringLiteral("%1 %2%3"), QString::number(count), QLatin1String(what),
-                    QLatin1String(count == 1 ? "" : "s"));
+    return tr(count == 1 ? one : several).arg(count);
 }
 
 QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
@@ -83,14 +85,16 @@ QString summary(const std::vector<CheckedFinding> &findings, Roads roads)
     const int failures = countOf(findings, Level::FAILURE);
     const int warnings = countOf(findings, Level::WARNING);
     if (failures == 0 && warnings == 0)
-        return QStringLiteral("All is fine: %1.\n")
-            .arg(counted(static_cast<int>(findings.size()), "check"));
-    QString text =
-        filledIn(QStringLiteral("%1, %2, %3 fine."), counted(failures, "failure"),
-                 counted(warnings, "warning"), QString::number(countOf(findings, Level::FINE)));
+        return tr("All is fine: %1.\n")
+            .arg(counted(static_cast<int>(findings.size()), QT_TR_NOOP("%1 check"),
+                         QT_TR_NOOP("%1 checks")));
+    QString text = filledIn(tr("%1, %2, %3 fine."),
+                            counted(failures, QT_TR_NOOP("%1 failure"), QT_TR_NOOP("%1 failures")),
+                            counted(warnings, QT_TR_NOOP("%1 warning"), QT_TR_NOOP("%1 warnings")),
+                            QString::number(countOf(findings, Level::FINE)));
     if (roads == Roads::BOTH && failures != 0)
-        text += QStringLiteral(" A counter needs one road only; --road library or --road usb "
-                               "leaves the other out.");
+        text += tr(
+            " A counter needs one road only; --road library or --road usb leaves the other out.");
     return wrapped(text, HELP_WIDTH, 0) + QLatin1Char('\n');
 }
 
@@ -104,7 +108,7 @@ QString toReport(const std::vector<CheckedFinding> &findings, Roads roads, Colou
         const Group *const group = one.check->group;
         if (group != last)
             text += filledIn(QStringLiteral("%1%2\n"), QLatin1String(last == nullptr ? "" : "\n"),
-                             QLatin1String(group->title));
+                             tr(group->title));
         last = group;
         text += toLines(one, colours);
     }

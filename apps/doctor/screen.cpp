@@ -9,6 +9,7 @@
 #include "apps/card/screen_resolution.h"
 #include "apps/doctor/environment.h"
 #include "apps/process/json_object.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "render/makecardimg.h"
 
@@ -17,6 +18,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 QJsonArray toArray(QSizeF size)
 {
@@ -43,33 +46,31 @@ QString numberText(double number)
 Finding judgedScreen(const PicturesState &pictures)
 {
     const QStringList offscreen{QStringLiteral("export QT_QPA_PLATFORM=offscreen")};
-    const QString display = QStringLiteral(
-        "Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY "
-        "is set. Without any display, choose Qt's offscreen platform:");
+    const QString display =
+        tr("Run this on the counter, in the session of its desktop, where DISPLAY or "
+           "WAYLAND_DISPLAY is set. Without any display, choose Qt's offscreen platform:");
     if (!pictures.hasStarted) {
         const QString platform = pictures.platform.isEmpty()
-                                     ? QStringLiteral("its own choice of platform")
-                                     : QStringLiteral("the platform \"%1\"").arg(pictures.platform);
+                                     ? tr("its own choice of platform")
+                                     : tr("the platform \"%1\"").arg(pictures.platform);
         return {Level::FAILURE,
-                filledIn(QStringLiteral(
-                             "Qt does not come up with %1: %2; a program that reads ends there"),
+                filledIn(tr("Qt does not come up with %1: %2; a program that reads ends there"),
                          platform, pictures.failure),
                 display, offscreen};
     }
     if (!pictures.screen) {
         return {Level::FAILURE,
-                QStringLiteral("Qt has no screen on the platform \"%1\": no picture can be painted")
+                tr("Qt has no screen on the platform \"%1\": no picture can be painted")
                     .arg(pictures.runningPlatform),
-                QStringLiteral("Connect a screen and switch it on, or let Qt do without:"),
-                offscreen};
+                tr("Connect a screen and switch it on, or let Qt do without:"), offscreen};
     }
     if (pictures.isOffscreenChosen) {
         return {Level::WARNING,
-                QStringLiteral("There is no display. idcard-reader chooses Qt's platform "
-                               "\"offscreen\" by itself; a host application does not come up"),
+                tr("There is no display. idcard-reader chooses Qt's platform \"offscreen\" by "
+                   "itself; a host application does not come up"),
                 display, offscreen};
     }
-    return {Level::FINE, filledIn(QStringLiteral("%1 pixels on the platform \"%2\""),
+    return {Level::FINE, filledIn(tr("%1 pixels on the platform \"%2\""),
                                   sizeText(pictures.screen->pixels), pictures.runningPlatform)};
 }
 
@@ -80,35 +81,32 @@ Finding judgedResolution(const ScreenState &screen)
             ? numberText(screen.dpiX)
             : filledIn(QStringLiteral("%1 x %2"), numberText(screen.dpiX), numberText(screen.dpiY));
     const QString claim =
-        filledIn(QStringLiteral("%1 dpi (%2 x %3 mm)"), dpi, numberText(screen.millimetres.width()),
+        filledIn(tr("%1 dpi (%2 x %3 mm)"), dpi, numberText(screen.millimetres.width()),
                  numberText(screen.millimetres.height()));
-    const QString card =
-        QStringLiteral("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
-    const QString remedy = QStringLiteral(
-        "Virtual machines, projectors and adapters often report a wrong size. Correct it in their "
-        "settings or in those of the desktop. What X11 knows about the screen:");
+    const QString card = tr("a resident card is painted with %1 pixels").arg(sizeText(screen.card));
+    const QString remedy =
+        tr("Virtual machines, projectors and adapters often report a wrong size. Correct it in "
+           "their settings or in those of the desktop. What X11 knows about the screen:");
     const QStringList commands{QStringLiteral("xrandr --query")};
     switch (judgedClaim({screen.dpiX, screen.dpiY, 0, screen.devicePixelRatio})) {
     case ResolutionClaim::USUAL:
         break;
     case ResolutionClaim::UNUSUAL:
         return {Level::WARNING,
-                filledIn(QStringLiteral("The screen claims %1, which is unusual; %2"), claim, card),
-                remedy, commands};
+                filledIn(tr("The screen claims %1, which is unusual; %2"), claim, card), remedy,
+                commands};
     case ResolutionClaim::UNEVEN:
-        return {
-            Level::WARNING,
-            filledIn(QStringLiteral("The screen claims different resolutions across and down, %1; "
-                                    "pictures go by the first: %2"),
-                     claim, card),
-            remedy, commands};
+        return {Level::WARNING,
+                filledIn(tr("The screen claims different resolutions across and down, %1; pictures "
+                            "go by the first: %2"),
+                         claim, card),
+                remedy, commands};
     case ResolutionClaim::IMPOSSIBLE:
-        return {
-            Level::FAILURE,
-            filledIn(QStringLiteral("The screen claims %1, which no screen has; %2"), claim, card),
-            remedy, commands};
+        return {Level::FAILURE,
+                filledIn(tr("The screen claims %1, which no screen has; %2"), claim, card), remedy,
+                commands};
     }
-    return {Level::FINE, filledIn(QStringLiteral("%1; %2"), claim, card)};
+    return {Level::FINE, filledIn(tr("%1; %2"), claim, card)};
 }
 
 } // namespace

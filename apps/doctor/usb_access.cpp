@@ -13,6 +13,7 @@
 
 #include "apps/doctor/environment.h"
 #include "apps/process/json_object.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -20,6 +21,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 QString userName(uid_t user)
 {
@@ -52,30 +55,27 @@ Finding judgedRights(const UsbNode &node, const UsbState &usb)
 {
     const NodeRights &rights = node.rights;
     if (!rights.isThere) {
-        return {
-            Level::FAILURE,
-            QStringLiteral("%1 is not there: the device has no node").arg(node.device.node),
-            QStringLiteral("Plug the reader in again. In a container, pass /dev/bus/usb through."),
-            {QStringLiteral("ls -l /dev/bus/usb")}};
+        return {Level::FAILURE,
+                tr("%1 is not there: the device has no node").arg(node.device.node),
+                tr("Plug the reader in again. In a container, pass /dev/bus/usb through."),
+                {QStringLiteral("ls -l /dev/bus/usb")}};
     }
-    const QString state =
-        filledIn(QStringLiteral("%1: mode %2, owner %3, group %4%5"), node.device.node,
-                 modeText(rights.mode), rights.owner, rights.group,
-                 rights.hasAcl ? QStringLiteral(", with an access list") : QString());
+    const QString state = filledIn(tr("%1: mode %2, owner %3, group %4%5"), node.device.node,
+                                   modeText(rights.mode), rights.owner, rights.group,
+                                   rights.hasAcl ? tr(", with an access list") : QString());
     if (!node.device.mayOpen) {
-        const QString text = QStringLiteral("This user may not open %1").arg(state);
+        const QString text = tr("This user may not open %1").arg(state);
         constexpr unsigned int GROUP_MAY_USE = S_IRGRP | S_IWGRP;
         if (rights.group == usb.group.name && (rights.mode & GROUP_MAY_USE) == GROUP_MAY_USE)
-            return {Level::FAILURE, text, QStringLiteral("See what is said of \"Group\".")};
+            return {Level::FAILURE, text, tr("See what is said of \"Group\".")};
         return {Level::FAILURE,
                 text,
-                QStringLiteral("If this device is the reader, open it to the user at the "
-                               "machine and to those of the group, as root:"),
+                tr("If this device is the reader, open it to the user at the machine and to those "
+                   "of the group, as root:"),
                 {accessCommand(usb, node.device.ids)}};
     }
-    return {Level::FINE, usb.group.isRoot
-                             ? state + QStringLiteral("; root may open it whatever that is")
-                             : state};
+    return {Level::FINE,
+            usb.group.isRoot ? tr("%1; root may open it whatever that is").arg(state) : state};
 }
 
 Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
@@ -85,30 +85,28 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
     const Level level = mayOpenAll ? Level::WARNING : Level::FAILURE;
     if (!group.exists) {
         return {level,
-                QStringLiteral("There is no group \"%1\", to which the rule gives the reader")
-                    .arg(group.name),
-                QStringLiteral("Make it, as root:"),
+                tr("There is no group \"%1\", to which the rule gives the reader").arg(group.name),
+                tr("Make it, as root:"),
                 {QStringLiteral("groupadd --system %1").arg(group.name)}};
     }
     if (group.isRoot)
-        return {Level::FINE, QStringLiteral("\"%1\" is there; root needs none").arg(group.name)};
+        return {Level::FINE, tr("\"%1\" is there; root needs none").arg(group.name)};
     if (group.isInForce)
-        return {Level::FINE, filledIn(QStringLiteral("%1 is in \"%2\""), group.user, group.name)};
+        return {Level::FINE, filledIn(tr("%1 is in \"%2\""), group.user, group.name)};
     if (group.isMember) {
         return {level,
-                filledIn(QStringLiteral("%1 is in \"%2\", but has not logged in since then"),
-                         group.user, group.name),
-                QStringLiteral("Log out of the whole desktop session and in again, or restart the "
-                               "machine. To try it in this terminal:"),
+                filledIn(tr("%1 is in \"%2\", but has not logged in since then"), group.user,
+                         group.name),
+                tr("Log out of the whole desktop session and in again, or restart the machine. To "
+                   "try it in this terminal:"),
                 {QStringLiteral("newgrp %1").arg(group.name)}};
     }
-    const QString text = filledIn(QStringLiteral("%1 is not in \"%2\""), group.user, group.name);
+    const QString text = filledIn(tr("%1 is not in \"%2\""), group.user, group.name);
     if (mayOpenAll && !nodes.isEmpty())
-        return {Level::FINE, text + QStringLiteral(" and need not be: the reader is open to them")};
+        return {Level::FINE, tr("%1 and need not be: the reader is open to them").arg(text)};
     return {level,
             text,
-            QStringLiteral("The user at the machine needs no group. For others, as root, then log "
-                           "in again:"),
+            tr("The user at the machine needs no group. For others, as root, then log in again:"),
             {filledIn(QStringLiteral("usermod --append --groups %1 %2"), group.name, group.user)}};
 }
 

@@ -10,12 +10,16 @@
 #include "apps/doctor/environment.h"
 #include "apps/process/json_object.h"
 #include "apps/process/link_target.h"
+#include "apps/process/translation.h"
+#include "common/texts.h"
 
 namespace app::doctor
 {
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 bool isSameFile(const QString &one, const QString &other)
 {
@@ -59,22 +63,22 @@ Finding judgedHolders(const UsbNode &node)
     const Holders &holders = node.holders;
     QStringList names;
     for (const Holder &holder : holders.processes)
-        names << QStringLiteral("%1 (process %2)").arg(holder.name).arg(holder.process);
+        names << filledIn(tr("%1 (process %2)"), holder.name, QString::number(holder.process));
     const QString unseen =
         holders.unseen == 0
             ? QString()
-            : QStringLiteral("; %1 processes of others cannot be seen by this user, root sees them")
+            : tr("; %1 processes of others cannot be seen by this user, root sees them")
                   .arg(holders.unseen);
     if (names.isEmpty() && !isClaimed(node))
-        return {Level::FINE, QStringLiteral("By no program") + unseen};
-    const QString who = names.isEmpty() ? QStringLiteral("a program that this user cannot see")
-                                        : names.join(QStringLiteral(", "));
-    const QString how = isClaimed(node) ? QStringLiteral("The reader is held by ")
-                                        : QStringLiteral("The reader's node is open in ");
+        return {Level::FINE, tr("By no program%1").arg(unseen)};
+    const QString who =
+        names.isEmpty() ? tr("a program that this user cannot see") : names.join(tr(", "));
+    const QString how = isClaimed(node) ? tr("The reader is held by %1%2")
+                                        : tr("The reader's node is open in %1%2");
     return {isClaimed(node) ? Level::FAILURE : Level::WARNING,
-            how + who + unseen,
-            QStringLiteral("One program at a time can use a reader: end the other one first. Which "
-                           "it is, as root:"),
+            filledIn(how, who, unseen),
+            tr("One program at a time can use a reader: end the other one first. Which it is, as "
+               "root:"),
             {QStringLiteral("fuser -v %1").arg(node.device.node)}};
 }
 

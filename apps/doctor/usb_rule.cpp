@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 
 #include "apps/doctor/environment.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -16,6 +17,8 @@ namespace app::doctor
 
 namespace
 {
+
+IDCARD_TEXTS(Doctor)
 
 constexpr qint64 LONGEST_RULE = 65536;
 
@@ -44,53 +47,47 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
 {
     const bool mayOpen = node == nullptr || node->device.mayOpen;
     const Level level = mayOpen ? Level::WARNING : Level::FAILURE;
-    const QString although =
-        node != nullptr && mayOpen
-            ? QStringLiteral("; this user may use the reader anyway, others may not")
-            : QString();
+    const QString although = node != nullptr && mayOpen
+                                 ? tr("; this user may use the reader anyway, others may not")
+                                 : QString();
     const auto notOpened = [&](const QString &text) {
         return node == nullptr
-                   ? Finding{level, text,
-                             QStringLiteral("Plug the reader in, then open it, as root:"),
+                   ? Finding{level, text, tr("Plug the reader in, then open it, as root:"),
                              QStringList{usb.accessProgram}}
                    : Finding{level, text + although,
-                             QStringLiteral("If this device is the reader, open it, as root:"),
+                             tr("If this device is the reader, open it, as root:"),
                              QStringList{accessCommand(usb, node->device.ids)}};
     };
     if (rule.path.isEmpty()) {
-        return notOpened(QStringLiteral("The file %1 is in none of udev's folders")
-                             .arg(QLatin1String(RULE_FILE)));
+        return notOpened(
+            tr("The file %1 is in none of udev's folders").arg(QLatin1String(RULE_FILE)));
     }
     if (rule.isMasked) {
-        return {level,
-                filledIn(QStringLiteral(
-                             "%1 is empty or a link to /dev/null, by which the rule is switched "
-                             "off%2"),
-                         rule.path, although),
-                QStringLiteral("Take it away, so that the file of the package counts, as root:"),
-                QStringList{QStringLiteral("rm %1").arg(rule.path)} + applyCommands()};
+        return {
+            level,
+            filledIn(tr("%1 is empty or a link to /dev/null, by which the rule is switched off%2"),
+                     rule.path, although),
+            tr("Take it away, so that the file of the package counts, as root:"),
+            QStringList{QStringLiteral("rm %1").arg(rule.path)} + applyCommands()};
     }
-    const QString whom = rule.opened.isEmpty() ? QStringLiteral("no device")
-                                               : openedDevices(rule).join(QStringLiteral(", "));
+    const QString whom =
+        rule.opened.isEmpty() ? tr("no device") : openedDevices(rule).join(tr(", "));
     if (node != nullptr && !rule.opened.contains(node->device.ids)) {
-        return notOpened(filledIn(QStringLiteral("%1 is for %2, not for %3"), rule.path, whom,
-                                  toText(node->device.ids)));
+        return notOpened(
+            filledIn(tr("%1 is for %2, not for %3"), rule.path, whom, toText(node->device.ids)));
     }
     if (rule.opened.isEmpty()) {
         return notOpened(
-            QStringLiteral("%1 opens no device: it has no ids of four digits in lower case")
-                .arg(rule.path));
+            tr("%1 opens no device: it has no ids of four digits in lower case").arg(rule.path));
     }
     if (node != nullptr && !mayOpen && node->rights.group != rule.group) {
-        return {Level::FAILURE,
-                filledIn(
-                    QStringLiteral("%1 is for %2, but has not been applied: the node is not of the "
-                                   "group %3"),
-                    rule.path, toText(node->device.ids), rule.group),
-                QStringLiteral("Load it, then plug the reader in again, as root:"),
-                applyCommands()};
+        return {
+            Level::FAILURE,
+            filledIn(tr("%1 is for %2, but has not been applied: the node is not of the group %3"),
+                     rule.path, toText(node->device.ids), rule.group),
+            tr("Load it, then plug the reader in again, as root:"), applyCommands()};
     }
-    return {Level::FINE, filledIn(QStringLiteral("%1, for %2"), rule.path, whom)};
+    return {Level::FINE, filledIn(tr("%1, for %2"), rule.path, whom)};
 }
 
 Finding findingOf(const UsbState &usb, const RuleState &rule, const UsbNode *node)

@@ -526,6 +526,651 @@
     </message>
 </context>
 <context>
+    <name>Doctor</name>
+    <message>
+        <source>General</source>
+        <translation>常规</translation>
+    </message>
+    <message>
+        <source>Reading through the maker&apos;s library</source>
+        <translation>通过厂商的库读卡</translation>
+    </message>
+    <message>
+        <source>Reading over USB</source>
+        <translation>通过 USB 读卡</translation>
+    </message>
+    <message>
+        <source>Photos, by either road</source>
+        <translation>照片（两种读卡方式）</translation>
+    </message>
+    <message>
+        <source>Pictures of the card</source>
+        <translation>证件图像</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>本库</translation>
+    </message>
+    <message>
+        <source>Qt</source>
+        <translation>Qt</translation>
+    </message>
+    <message>
+        <source>Locale</source>
+        <translation>区域设置</translation>
+    </message>
+    <message>
+        <source>Maker&apos;s library</source>
+        <translation>厂商的库</translation>
+    </message>
+    <message>
+        <source>Reader</source>
+        <translation>读卡器</translation>
+    </message>
+    <message>
+        <source>Permission</source>
+        <translation>权限</translation>
+    </message>
+    <message>
+        <source>udev rule</source>
+        <translation>udev 规则</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>用户组</translation>
+    </message>
+    <message>
+        <source>Kernel driver</source>
+        <translation>内核驱动</translation>
+    </message>
+    <message>
+        <source>In use</source>
+        <translation>占用情况</translation>
+    </message>
+    <message>
+        <source>Photo decoder</source>
+        <translation>照片解码库</translation>
+    </message>
+    <message>
+        <source>Screen</source>
+        <translation>屏幕</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>分辨率</translation>
+    </message>
+    <message>
+        <source>JPEG</source>
+        <translation>JPEG</translation>
+    </message>
+    <message>
+        <source>Font of texts</source>
+        <translation>文字字体</translation>
+    </message>
+    <message>
+        <source>Font of number</source>
+        <translation>号码字体</translation>
+    </message>
+    <message>
+        <source>Install a font for it</source>
+        <translation>请为其安装字体</translation>
+    </message>
+    <message>
+        <source>Install a font for it and copy the project&apos;s fontconfig file 69-idcard-reader.conf to /etc/fonts/conf.d</source>
+        <translation>请为其安装字体，并将本项目的 fontconfig 文件 69-idcard-reader.conf 复制到 /etc/fonts/conf.d</translation>
+    </message>
+    <message>
+        <source>A font for it is installed, %1. Copy the project&apos;s fontconfig file 69-idcard-reader.conf to /etc/fonts/conf.d</source>
+        <translation>已安装可用的字体 %1。请将本项目的 fontconfig 文件 69-idcard-reader.conf 复制到 /etc/fonts/conf.d</translation>
+    </message>
+    <message>
+        <source>%1; it is in the project&apos;s sources, packaging/fonts</source>
+        <translation>%1；该文件在本项目源代码的 packaging/fonts 中</translation>
+    </message>
+    <message>
+        <source>%1 (docs/fonts.md), as root.</source>
+        <translation>%1（见 docs/fonts.md），须以 root 身份。</translation>
+    </message>
+    <message>
+        <source>%1 (docs/fonts.md), as root:</source>
+        <translation>%1（见 docs/fonts.md），须以 root 身份：</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>%1: not known, since Qt does not come up (%2)</source>
+        <translation>%1：无法得知，因为 Qt 没有启动（%2）</translation>
+    </message>
+    <message>
+        <source>Do what &quot;Screen&quot; says and run this again.</source>
+        <translation>请按“屏幕”一项的提示处理，然后重新运行。</translation>
+    </message>
+    <message>
+        <source>%1: no font here has the Chinese characters; the pictures have empty boxes in their place</source>
+        <translation>%1：本机没有含中文字符的字体；图像中的文字会变成空框</translation>
+    </message>
+    <message>
+        <source>Install a Chinese font (docs/fonts.md), as root:</source>
+        <translation>请以 root 身份安装中文字体（见 docs/fonts.md）：</translation>
+    </message>
+    <message>
+        <source>%1 is installed</source>
+        <translation>%1 已安装</translation>
+    </message>
+    <message>
+        <source>%1: its stand-in %2</source>
+        <translation>%1：使用替代字体 %2</translation>
+    </message>
+    <message>
+        <source>%1, with Chinese characters of %2</source>
+        <translation>%1，其中的中文字符取自 %2</translation>
+    </message>
+    <message>
+        <source>%1: no stand-in is named, and Qt takes %2; characters may have another form or size than on the card</source>
+        <translation>%1：没有指定替代字体，Qt 使用 %2；字形或大小可能与证件上的不同</translation>
+    </message>
+    <message>
+        <source>libidcard_reader_lib.so is &quot;%1&quot;, idcard-reader is %2</source>
+        <translation>libidcard_reader_lib.so 为“%1”，idcard-reader 为 %2</translation>
+    </message>
+    <message>
+        <source>Install the library and the program of one version. This shows which library is taken:</source>
+        <translation>请安装同一版本的库和程序。下面的命令显示所用的库：</translation>
+    </message>
+    <message>
+        <source>%1, built with %2</source>
+        <translation>%1，编译时为 %2</translation>
+    </message>
+    <message>
+        <source>%1: they do not go together</source>
+        <translation>%1：两者不兼容</translation>
+    </message>
+    <message>
+        <source>Install Qt %1 or a later Qt %2, or build the library with the Qt that is here. This shows which Qt is taken:</source>
+        <translation>请安装 Qt %1 或更新的 Qt %2，或用本机的 Qt 编译本库。下面的命令显示所用的 Qt：</translation>
+    </message>
+    <message>
+        <source>This system has no locale &quot;%1&quot;; programs run in &quot;C&quot;, without Chinese characters</source>
+        <translation>系统没有区域设置“%1”；程序在“C”下运行，不支持中文字符</translation>
+    </message>
+    <message>
+        <source>Choose one that is there (locale -a shows them), for instance C.UTF-8, or have it made (Debian: package locales):</source>
+        <translation>请选用已有的区域设置（locale -a 可列出），例如 C.UTF-8，或生成它（Debian：软件包 locales）：</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has the encoding %2, not UTF-8: a host application may garble Chinese texts and file names</source>
+        <translation>“%1”的编码是 %2，不是 UTF-8：主程序可能弄乱中文文字和文件名</translation>
+    </message>
+    <message>
+        <source>Start the host application in a UTF-8 locale, for instance:</source>
+        <translation>请在 UTF-8 区域设置下启动主程序，例如：</translation>
+    </message>
+    <message>
+        <source>Qt can write it</source>
+        <translation>Qt 可以写入</translation>
+    </message>
+    <message>
+        <source>Not known, since Qt does not come up (%1)</source>
+        <translation>无法得知，因为 Qt 没有启动（%1）</translation>
+    </message>
+    <message>
+        <source>Qt has no JPEG plug-in, imageformats/libqjpeg.so: all pictures come out empty; looked in %1</source>
+        <translation>Qt 没有 JPEG 插件 imageformats/libqjpeg.so：所有图像都会是空的；已查找 %1</translation>
+    </message>
+    <message>
+        <source>Install it, as root (Debian), or put the plug-in of your Qt in one of these folders:</source>
+        <translation>请以 root 身份安装它（Debian），或将所用 Qt 的插件放入其中一个文件夹：</translation>
+    </message>
+    <message>
+        <source>Qt&apos;s JPEG plug-in does not work, all pictures come out empty: %1</source>
+        <translation>Qt 的 JPEG 插件不能工作，所有图像都会是空的：%1</translation>
+    </message>
+    <message>
+        <source>Put the plug-in of the Qt that is running in its place, as root (Debian):</source>
+        <translation>请以 root 身份换上正在运行的 Qt 的插件（Debian）：</translation>
+    </message>
+    <message>
+        <source>no reason given</source>
+        <translation>没有给出原因</translation>
+    </message>
+    <message>
+        <source>%1 is for another processor: %2; this program is for %3</source>
+        <translation>%1 用于其他处理器：%2；本程序用于 %3</translation>
+    </message>
+    <message>
+        <source>Get the library for %1 from %2 and put it in this one&apos;s place.</source>
+        <translation>请向%2索取用于 %1 的库，替换此文件。</translation>
+    </message>
+    <message>
+        <source>%1 is cut off: its %2 bytes are fewer than its own headers say</source>
+        <translation>%1 不完整：它只有 %2 字节，少于其文件头所声明的大小</translation>
+    </message>
+    <message>
+        <source>Copy the file again from what %1 delivered and compare the two:</source>
+        <translation>请用%1提供的文件重新复制，并比较两者：</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read by this user, or leads nowhere</source>
+        <translation>当前用户无法读取 %1，或它是失效的链接</translation>
+    </message>
+    <message>
+        <source>See where it leads, and let everybody read the file, as root:</source>
+        <translation>请以 root 身份查看它指向何处，并让所有用户都能读取该文件：</translation>
+    </message>
+    <message>
+        <source>%1 is not a library</source>
+        <translation>%1 不是库文件</translation>
+    </message>
+    <message>
+        <source>Put the file that %1 delivered in its place; what it is now:</source>
+        <translation>请换上%1提供的文件；下面的命令显示它现在是什么：</translation>
+    </message>
+    <message>
+        <source>%1 needs %2, which is not here</source>
+        <translation>%1 需要 %2，而本机没有</translation>
+    </message>
+    <message>
+        <source>Install what has %1; %2 knows what the library needs. All that is missing:</source>
+        <translation>请安装含有 %1 的软件包；所需软件包可询问%2。下面的命令列出缺少的全部内容：</translation>
+    </message>
+    <message>
+        <source>%1 cannot be loaded: %2</source>
+        <translation>无法加载 %1：%2</translation>
+    </message>
+    <message>
+        <source>Get a version of it for this system from %1; the loader&apos;s whole account:</source>
+        <translation>请向%1索取适用于本系统的版本；下面的命令显示加载器的完整报告：</translation>
+    </message>
+    <message>
+        <source>%1, %2, is not here; looked in %3 and in the loader&apos;s cache</source>
+        <translation>没有找到%1（%2）；已查找 %3 和加载器的缓存</translation>
+    </message>
+    <message>
+        <source>Put the file that %1 delivered, or a link to it, under this name beside libidcard_reader_lib.so, as root:</source>
+        <translation>请以 root 身份将%1提供的文件或其链接以此名称放在 libidcard_reader_lib.so 旁边：</translation>
+    </message>
+    <message>
+        <source>%1 has no function %2</source>
+        <translation>%1 中没有函数 %2</translation>
+    </message>
+    <message>
+        <source>It is another library, or another version, under this name. Put the one that %1 delivered in its place. What it has:</source>
+        <translation>该名称下是另一个库或另一个版本。请换上%1提供的库。下面的命令列出它所含的函数：</translation>
+    </message>
+    <message>
+        <source>Loading %1 crashes (%2), and with it every program that reads</source>
+        <translation>加载 %1 时崩溃（%2），任何读卡的程序都会随之崩溃</translation>
+    </message>
+    <message>
+        <source>Report this to %1 and get another version. Remove this one until then.</source>
+        <translation>请将此情况告知%1并索取其他版本。在此之前请移走这个文件。</translation>
+    </message>
+    <message>
+        <source>Loading %1 hangs, and with it every program that reads</source>
+        <translation>加载 %1 时停止响应，任何读卡的程序都会随之停止响应</translation>
+    </message>
+    <message>
+        <source>End other programs that use the reader and plug it in again. If it stays so, get another version from %1.</source>
+        <translation>请退出正在使用读卡器的其他程序，并重新插拔读卡器。如果仍然如此，请向%1索取其他版本。</translation>
+    </message>
+    <message>
+        <source>its functions are in the process already, from %1</source>
+        <translation>其函数已在进程中，来自 %1</translation>
+    </message>
+    <message>
+        <source>the reader maker&apos;s library</source>
+        <translation>读卡器厂商的库</translation>
+    </message>
+    <message>
+        <source>the reader&apos;s maker</source>
+        <translation>读卡器厂商</translation>
+    </message>
+    <message>
+        <source>the photo decoder</source>
+        <translation>照片解码库</translation>
+    </message>
+    <message>
+        <source>the maker of the photo decoder</source>
+        <translation>照片解码库的厂商</translation>
+    </message>
+    <message>
+        <source>32-bit x86</source>
+        <translation>32 位 x86</translation>
+    </message>
+    <message>
+        <source>32-bit ARM</source>
+        <translation>32 位 ARM</translation>
+    </message>
+    <message>
+        <source>64-bit ARM</source>
+        <translation>64 位 ARM</translation>
+    </message>
+    <message>
+        <source>64-bit PowerPC</source>
+        <translation>64 位 PowerPC</translation>
+    </message>
+    <message>
+        <source>processor %1</source>
+        <translation>处理器 %1</translation>
+    </message>
+    <message>
+        <source>%1, big-endian</source>
+        <translation>%1（大端）</translation>
+    </message>
+    <message>
+        <source>it hangs</source>
+        <translation>停止响应</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>FAILURE</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>All is fine: %1.
+</source>
+        <translation>一切正常：%1。
+</translation>
+    </message>
+    <message>
+        <source>%1 check</source>
+        <translation>%1 项检查</translation>
+    </message>
+    <message>
+        <source>%1 checks</source>
+        <translation>%1 项检查</translation>
+    </message>
+    <message>
+        <source>%1, %2, %3 fine.</source>
+        <translation>%1，%2，%3 项正常。</translation>
+    </message>
+    <message>
+        <source>%1 failure</source>
+        <translation>%1 项错误</translation>
+    </message>
+    <message>
+        <source>%1 failures</source>
+        <translation>%1 项错误</translation>
+    </message>
+    <message>
+        <source>%1 warning</source>
+        <translation>%1 项警告</translation>
+    </message>
+    <message>
+        <source>%1 warnings</source>
+        <translation>%1 项警告</translation>
+    </message>
+    <message>
+        <source> A counter needs one road only; --road library or --road usb leaves the other out.</source>
+        <translation>柜台只需要一种读卡方式；--road library 或 --road usb 可略去另一种。</translation>
+    </message>
+    <message>
+        <source>Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY is set. Without any display, choose Qt&apos;s offscreen platform:</source>
+        <translation>请在柜台电脑的桌面会话中运行，那里设置了 DISPLAY 或 WAYLAND_DISPLAY。没有显示器时，请选用 Qt 的 offscreen 平台：</translation>
+    </message>
+    <message>
+        <source>its own choice of platform</source>
+        <translation>自行选择的平台</translation>
+    </message>
+    <message>
+        <source>the platform &quot;%1&quot;</source>
+        <translation>平台“%1”</translation>
+    </message>
+    <message>
+        <source>Qt does not come up with %1: %2; a program that reads ends there</source>
+        <translation>Qt 无法以%1启动：%2；读卡的程序会在此处退出</translation>
+    </message>
+    <message>
+        <source>Qt has no screen on the platform &quot;%1&quot;: no picture can be painted</source>
+        <translation>Qt 在平台“%1”上没有屏幕：无法绘制图像</translation>
+    </message>
+    <message>
+        <source>Connect a screen and switch it on, or let Qt do without:</source>
+        <translation>请连接屏幕并打开，或让 Qt 不使用屏幕：</translation>
+    </message>
+    <message>
+        <source>There is no display. idcard-reader chooses Qt&apos;s platform &quot;offscreen&quot; by itself; a host application does not come up</source>
+        <translation>没有显示器。idcard-reader 会自行选用 Qt 的平台“offscreen”；主程序则无法启动</translation>
+    </message>
+    <message>
+        <source>%1 pixels on the platform &quot;%2&quot;</source>
+        <translation>%1 像素，平台“%2”</translation>
+    </message>
+    <message>
+        <source>%1 dpi (%2 x %3 mm)</source>
+        <translation>%1 dpi（%2 x %3 毫米）</translation>
+    </message>
+    <message>
+        <source>a resident card is painted with %1 pixels</source>
+        <translation>居民身份证的图像为 %1 像素</translation>
+    </message>
+    <message>
+        <source>Virtual machines, projectors and adapters often report a wrong size. Correct it in their settings or in those of the desktop. What X11 knows about the screen:</source>
+        <translation>虚拟机、投影仪和转接器常常报告错误的尺寸。请在它们或桌面的设置中更正。下面的命令显示 X11 所知的屏幕信息：</translation>
+    </message>
+    <message>
+        <source>The screen claims %1, which is unusual; %2</source>
+        <translation>屏幕报告 %1，这不常见；%2</translation>
+    </message>
+    <message>
+        <source>The screen claims different resolutions across and down, %1; pictures go by the first: %2</source>
+        <translation>屏幕报告的横向和纵向分辨率不同，%1；图像以前者为准：%2</translation>
+    </message>
+    <message>
+        <source>The screen claims %1, which no screen has; %2</source>
+        <translation>屏幕报告 %1，没有屏幕会是这样；%2</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1；%2</translation>
+    </message>
+    <message>
+        <source>%1 is not there: the device has no node</source>
+        <translation>%1 不存在：该设备没有节点</translation>
+    </message>
+    <message>
+        <source>Plug the reader in again. In a container, pass /dev/bus/usb through.</source>
+        <translation>请重新插拔读卡器。在容器中运行时，请将 /dev/bus/usb 传入容器。</translation>
+    </message>
+    <message>
+        <source>%1: mode %2, owner %3, group %4%5</source>
+        <translation>%1：模式 %2，所有者 %3，组 %4%5</translation>
+    </message>
+    <message>
+        <source>, with an access list</source>
+        <translation>，带有访问控制列表</translation>
+    </message>
+    <message>
+        <source>This user may not open %1</source>
+        <translation>当前用户无权打开 %1</translation>
+    </message>
+    <message>
+        <source>See what is said of &quot;Group&quot;.</source>
+        <translation>请看“用户组”一项。</translation>
+    </message>
+    <message>
+        <source>If this device is the reader, open it to the user at the machine and to those of the group, as root:</source>
+        <translation>如果该设备是读卡器，请以 root 身份把它开放给在本机前登录的用户和该组的用户：</translation>
+    </message>
+    <message>
+        <source>%1; root may open it whatever that is</source>
+        <translation>%1；无论如何 root 都可以打开</translation>
+    </message>
+    <message>
+        <source>There is no group &quot;%1&quot;, to which the rule gives the reader</source>
+        <translation>没有用户组“%1”，而规则把读卡器开放给该组</translation>
+    </message>
+    <message>
+        <source>Make it, as root:</source>
+        <translation>请以 root 身份建立它：</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is there; root needs none</source>
+        <translation>“%1”存在；root 不需要用户组</translation>
+    </message>
+    <message>
+        <source>%1 is in &quot;%2&quot;</source>
+        <translation>%1 属于“%2”</translation>
+    </message>
+    <message>
+        <source>%1 is in &quot;%2&quot;, but has not logged in since then</source>
+        <translation>%1 属于“%2”，但加入后还没有重新登录</translation>
+    </message>
+    <message>
+        <source>Log out of the whole desktop session and in again, or restart the machine. To try it in this terminal:</source>
+        <translation>请注销整个桌面会话后重新登录，或重新启动电脑。要在此终端中试用：</translation>
+    </message>
+    <message>
+        <source>%1 is not in &quot;%2&quot;</source>
+        <translation>%1 不属于“%2”</translation>
+    </message>
+    <message>
+        <source>%1 and need not be: the reader is open to them</source>
+        <translation>%1，也不需要：读卡器已开放给该用户</translation>
+    </message>
+    <message>
+        <source>The user at the machine needs no group. For others, as root, then log in again:</source>
+        <translation>在本机前登录的用户不需要加入用户组。其他用户请以 root 身份加入，然后重新登录：</translation>
+    </message>
+    <message>
+        <source>%1 (process %2)</source>
+        <translation>%1（进程 %2）</translation>
+    </message>
+    <message>
+        <source>; %1 processes of others cannot be seen by this user, root sees them</source>
+        <translation>；另有其他用户的 %1 个进程，当前用户看不到，root 可以看到</translation>
+    </message>
+    <message>
+        <source>By no program%1</source>
+        <translation>没有被程序占用%1</translation>
+    </message>
+    <message>
+        <source>a program that this user cannot see</source>
+        <translation>当前用户看不到的程序</translation>
+    </message>
+    <message>
+        <source>The reader is held by %1%2</source>
+        <translation>读卡器被占用：%1%2</translation>
+    </message>
+    <message>
+        <source>The reader&apos;s node is open in %1%2</source>
+        <translation>读卡器的节点已被打开：%1%2</translation>
+    </message>
+    <message>
+        <source>One program at a time can use a reader: end the other one first. Which it is, as root:</source>
+        <translation>一个读卡器同时只能由一个程序使用：请先退出另一个程序。以 root 身份可查出是哪个程序：</translation>
+    </message>
+    <message>
+        <source>the bus is empty, but perhaps for hubs</source>
+        <translation>总线上没有设备（集线器除外）</translation>
+    </message>
+    <message>
+        <source>%1 other devices are there</source>
+        <translation>另有 %1 个其他设备</translation>
+    </message>
+    <message>
+        <source>%1 is not on the USB bus</source>
+        <translation>USB 总线上没有 %1</translation>
+    </message>
+    <message>
+        <source>No device on the USB bus could be a reader</source>
+        <translation>USB 总线上没有可能是读卡器的设备</translation>
+    </message>
+    <message>
+        <source>Plug the reader in, straight into the computer, and see that it has power. A container or virtual machine has only the devices that are passed through. What is there:</source>
+        <translation>请把读卡器直接插到计算机上，并确认它已通电。容器或虚拟机中只有传入的设备。下面的命令列出已有的设备：</translation>
+    </message>
+    <message>
+        <source>%1 at %2, %3</source>
+        <translation>%1，位于 %2，%3</translation>
+    </message>
+    <message>
+        <source>%1 at %2 %3</source>
+        <translation>%1，位于 %2 %3</translation>
+    </message>
+    <message>
+        <source>%1: it has not the pipes of a reader that this library knows</source>
+        <translation>%1：它没有本库所知的读卡器管道</translation>
+    </message>
+    <message>
+        <source>See whether these ids are those of the reader. One with other pipes is read through its maker&apos;s library alone:</source>
+        <translation>请确认该标识是读卡器的标识。管道不同的读卡器只能通过厂商的库读卡：</translation>
+    </message>
+    <message>
+        <source>None is bound</source>
+        <translation>没有绑定驱动</translation>
+    </message>
+    <message>
+        <source>None but that of a program (usbfs)</source>
+        <translation>只有程序使用的驱动（usbfs）</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is bound to the reader; every read detaches it from the reader and attaches it again</source>
+        <translation>读卡器绑定了“%1”；每次读卡都会使其与读卡器分离，然后重新绑定</translation>
+    </message>
+    <message>
+        <source>If reading fails with USB_READER_CLAIM_FAILED, keep the driver from it, as root, and plug the reader in again:</source>
+        <translation>如果读卡失败并给出 USB_READER_CLAIM_FAILED，请以 root 身份禁用该驱动，并重新插拔读卡器：</translation>
+    </message>
+    <message>
+        <source>; this user may use the reader anyway, others may not</source>
+        <translation>；当前用户仍可使用读卡器，其他用户则不能</translation>
+    </message>
+    <message>
+        <source>Plug the reader in, then open it, as root:</source>
+        <translation>请插好读卡器，然后以 root 身份开放它：</translation>
+    </message>
+    <message>
+        <source>If this device is the reader, open it, as root:</source>
+        <translation>如果该设备是读卡器，请以 root 身份开放它：</translation>
+    </message>
+    <message>
+        <source>The file %1 is in none of udev&apos;s folders</source>
+        <translation>udev 的文件夹中没有文件 %1</translation>
+    </message>
+    <message>
+        <source>%1 is empty or a link to /dev/null, by which the rule is switched off%2</source>
+        <translation>%1 是空文件或指向 /dev/null 的链接，规则因此停用%2</translation>
+    </message>
+    <message>
+        <source>Take it away, so that the file of the package counts, as root:</source>
+        <translation>请以 root 身份移走它，使软件包中的文件生效：</translation>
+    </message>
+    <message>
+        <source>no device</source>
+        <translation>无设备</translation>
+    </message>
+    <message>
+        <source>%1 is for %2, not for %3</source>
+        <translation>%1 用于 %2，而不是 %3</translation>
+    </message>
+    <message>
+        <source>%1 opens no device: it has no ids of four digits in lower case</source>
+        <translation>%1 没有开放任何设备：其中没有小写的四位标识</translation>
+    </message>
+    <message>
+        <source>%1 is for %2, but has not been applied: the node is not of the group %3</source>
+        <translation>%1 用于 %2，但还没有生效：节点不属于组 %3</translation>
+    </message>
+    <message>
+        <source>Load it, then plug the reader in again, as root:</source>
+        <translation>请以 root 身份加载它，然后重新插拔读卡器：</translation>
+    </message>
+    <message>
+        <source>%1, for %2</source>
+        <translation>%1，用于 %2</translation>
+    </message>
+</context>
+<context>
     <name>Faults</name>
     <message>
         <source>opening the reader answers N (not 144)</source>
@@ -1310,7 +1955,7 @@
     </message>
     <message>
         <source>The doctor found a failure: something does not work.</source>
-        <translation>检查发现故障：有的部分不能工作。</translation>
+        <translation>检查发现错误：有的部分不能工作。</translation>
     </message>
     <message>
         <source>Reading the card did not end within the time of --timeout, and was given up.</source>
