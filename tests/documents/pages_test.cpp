@@ -1,6 +1,9 @@
 // The Markdown pages: their links lead somewhere, and a page in two languages says the same in
 // both.
 
+#include <algorithm>
+#include <iterator>
+
 #include <gmock/gmock.h>
 
 #include <QDir>
@@ -90,6 +93,88 @@ QStringList headingLevels(const QString &page)
     return matches(prose(textOf(page)), QStringLiteral("^(#+) "));
 }
 
+// A page in two languages.
+
+/** The Chinese partner of a file of the tree; the file itself where it has none. */
+QString chineseOf(const QString &file)
+{
+    const QFileInfo info(file);
+    const QString partner =
+        info.dir().filePath(info.completeBaseName() + QStringLiteral(".zh-CN.") + info.suffix());
+    return QFileInfo::exists(partner) ? partner : file;
+}
+
+/** Where the Chinese partner of `page` leads with a link that `page` has. */
+QString chineseLink(const QString &link, const QString &page)
+{
+    const QString path = link.section(QLatin1Char('#'), 0, 0);
+    const QString anchor = link.section(QLatin1Char('#'), 1);
+    const QDir folder = QFileInfo(page).dir();
+    if (link.contains(QStringLiteral("://")))
+        return link;
+    const QString english = path.isEmpty() ? page : folder.filePath(path);
+    const QString chinese = chineseOf(english);
+    const QString chinesePath = path.isEmpty() ? path : folder.relativeFilePath(chinese);
+    if (anchor.isEmpty())
+        return chinesePath;
+    const int heading = anchorsOf(english).indexOf(anchor);
+    return chinesePath + QLatin1Char('#') + anchorsOf(chinese).value(heading);
+}
+
+/** The sections of a page from heading to heading, without its first line and its blocks of code.
+ */
+QStringList sectionsOf(const QString &page)
+{
+    const QString text = prose(textOf(page).section(QLatin1Char('\n'), 1))
+                             .remove(QRegularExpression(QStringLiteral("^    .*$"),
+                                                        QRegularExpression::MultilineOption));
+    QStringList sections = {QString()};
+    for (const QString &line : text.split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1Char('#')))
+            sections << QString();
+        sections.last() += line + QLatin1Char('\n');
+    }
+    return sections;
+}
+
+using Parts = std::vector<std::string>;
+
+/** What is in `parts` more often than in `others`. */
+Parts without(const Parts &parts, const Parts &others)
+{
+    Parts left;
+    std::set_difference(parts.begin(), parts.end(), others.begin(), others.end(),
+                        std::back_inserter(left));
+    return left;
+}
+
+/** What a section says in every language, sorted: its rows, entries, code and links. */
+Parts languageNeutral(const QString &section)
+{
+    Parts parts;
+    QStringList code = matches(section, QStringLiteral("`([^`]+)`"));
+    code.removeDuplicates();
+    for (const QString &each : code)
+        parts.push_back("code " + each.simplified().toStdString());
+    for (const QString &row : matches(section, QStringLiteral("^(\\|.*)$")))
+        parts.push_back("table row " + std::to_string(row.count(QLatin1Char('|')) - 1) + " wide");
+    for (const QString &mark : matches(section, QStringLiteral("^( *(?:-|[0-9]+\\.)) ")))
+        parts.push_back("entry " + mark.toStdString());
+    for (const QString &link : matches(section, QStringLiteral("\\]\\(([^)\\s]+)\\)")))
+        parts.push_back("link " + link.toStdString());
+    std::sort(parts.begin(), parts.end());
+    return parts;
+}
+
+/** The same with the links that the Chinese partner of `page` has in their place. */
+QString withChineseLinks(QString section, const QString &page)
+{
+    for (const QString &link : matches(section, QStringLiteral("\\]\\(([^)\\s]+)\\)")))
+        section.replace(QStringLiteral("](%1)").arg(link),
+                        QStringLiteral("](%1)").arg(chineseLink(link, page)));
+    return section;
+}
+
 } // namespace
 
 TEST(Pages, LinksWithinTheTree_LeadToAFileAndAHeading)
@@ -117,13 +202,13 @@ TEST(Pages, LinksWithinTheTree_LeadToAFileAndAHeading)
 
 TEST(Pages, PagesInTwoLanguages_HaveTheSameCodeAndHeadingsAndLinkEachOther)
 {
-    int count = 0;
+    QStringList partners;
     for (const QString &chinese : pages()) {
         if (!chinese.endsWith(QStringLiteral(".zh-CN.md")))
             continue;
-        ++count;
         const QString english = QString(chinese).replace(QStringLiteral(".zh-CN"), QString());
         ASSERT_TRUE(QFileInfo::exists(english)) << english.toStdString();
+        partners << english;
         EXPECT_EQ(codeOf(chinese), codeOf(english)) << chinese.toStdString();
         EXPECT_THAT(codeOf(english), Not(IsEmpty()));
         EXPECT_EQ(headingLevels(chinese), headingLevels(english)) << chinese.toStdString();
@@ -132,7 +217,31 @@ TEST(Pages, PagesInTwoLanguages_HaveTheSameCodeAndHeadingsAndLinkEachOther)
         EXPECT_EQ(textOf(english).section(QLatin1Char('\n'), 0, 0),
                   QStringLiteral("English | [简体中文](%1)").arg(QFileInfo(chinese).fileName()));
     }
-    EXPECT_EQ(count, 3);
+    for (const QString &page : pages()) {
+        if (textOf(page).startsWith(QStringLiteral("English | "))) {
+            EXPECT_TRUE(partners.contains(page)) << page.toStdString();
+        }
+    }
+    EXPECT_THAT(partners, Not(IsEmpty()));
+}
+
+TEST(Pages, SectionsInTwoLanguages_HaveTheSameRowsAndEntriesAndCodeAndLinks)
+{
+    for (const QString &english : pages()) {
+        const QString chinese = chineseOf(english);
+        if (chinese == english)
+            continue;
+        const QStringList sections = sectionsOf(chinese);
+        const QStringList originals = sectionsOf(english);
+        for (int i = 0; i < std::max(sections.size(), originals.size()); ++i) {
+            const Parts translated = languageNeutral(sections.value(i));
+            const Parts original = languageNeutral(withChineseLinks(originals.value(i), english));
+            const std::string where =
+                chinese.toStdString() + ": " + sections.value(i).left(60).toStdString();
+            EXPECT_THAT(without(original, translated), IsEmpty()) << "lacks these: " << where;
+            EXPECT_THAT(without(translated, original), IsEmpty()) << "alone has these: " << where;
+        }
+    }
 }
 
 TEST(Pages, PagesOfTheFolderOfDocuments_AreReachedFromTheReadme)
