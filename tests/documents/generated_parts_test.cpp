@@ -1,5 +1,6 @@
 // The parts of the pages that are made from tables of the code: results, cards, keys, faults, and
-// what the help texts of the programs say.
+// what the help texts of the programs say. Pages in Chinese have them in the words of the programs'
+// translation.
 
 #include <algorithm>
 
@@ -15,6 +16,7 @@
 #include "simulator/card/description_keys.h"
 #include "simulator/card/faults.h"
 #include "simulator/reader/virtual_reader.h"
+#include "tests/support/chinese_texts.h"
 #include "tests/support/generated_text.h"
 #include "tests/support/process.h"
 
@@ -39,15 +41,21 @@ QString tableRow(const QStringList &cells)
 
 // Results.
 
-QString resultTable(const std::vector<ResultEntry> &entries)
+/** In which words a table is written. */
+using Words = QString (*)(const char *text);
+
+QString inEnglish(const char *text)
 {
-    QString table = tableRow({"Code", "Name", "What happened", "Cause", "What to do",
-                              "Exit status of `idcard-reader`"}) +
-                    tableRow({"---:", "---", "---", "---", "---", "---:"});
+    return QString::fromUtf8(text);
+}
+
+QString resultTable(const std::vector<ResultEntry> &entries, const QStringList &head, Words words)
+{
+    QString table = tableRow(head) + tableRow({"---:", "---", "---", "---", "---", "---:"});
     for (const ResultEntry &entry : entries) {
-        table +=
-            tableRow({QString::number(entry.code), code(entry.constant), entry.summary, entry.cause,
-                      entry.remedy, QString::number(static_cast<int>(entry.exitStatus))});
+        table += tableRow({QString::number(entry.code), code(entry.constant), words(entry.summary),
+                           words(entry.cause), words(entry.remedy),
+                           QString::number(static_cast<int>(entry.exitStatus))});
     }
     return table;
 }
@@ -60,6 +68,27 @@ QString toolFaultTable()
         table += tableRow({code(entry.name), entry.headline, entry.remedy,
                            QString::number(static_cast<int>(entry.exitStatus))});
     return table;
+}
+
+QString exitStatusTable()
+{
+    QString table = tableRow({"Status", "Meaning"}) + tableRow({"---:", "---"});
+    for (const ExitStatusEntry &entry : exitStatusCatalogue())
+        table += tableRow({QString::number(static_cast<int>(entry.status)), entry.meaning});
+    return table;
+}
+
+/** These columns of a table in Markdown, row by row, without the heads. */
+QStringList columnsOf(const QString &table, const std::vector<int> &columns)
+{
+    QStringList rows;
+    for (const QString &line : table.split(QLatin1Char('\n')).mid(2)) {
+        QStringList cells;
+        for (const int column : columns)
+            cells << line.section(QLatin1Char('|'), column + 1, column + 1).trimmed();
+        rows << cells.join(QLatin1Char(' '));
+    }
+    return rows;
 }
 
 // The simulator.
@@ -247,13 +276,26 @@ QString manualPage(const QString &program)
 TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
 {
     const QString page = QStringLiteral("docs/result-codes.md");
-    expectGeneratedPart(page, "results of readIDCard", resultTable(resultCatalogue()));
-    expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue()));
-    QString statuses = tableRow({"Status", "Meaning"}) + tableRow({"---:", "---"});
-    for (const ExitStatusEntry &entry : exitStatusCatalogue())
-        statuses += tableRow({QString::number(static_cast<int>(entry.status)), entry.meaning});
-    expectGeneratedPart(page, "exit statuses", statuses);
+    const QStringList head = {"Code",  "Name",       "What happened",
+                              "Cause", "What to do", "Exit status of `idcard-reader`"};
+    expectGeneratedPart(page, "results of readIDCard",
+                        resultTable(resultCatalogue(), head, inEnglish));
+    expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue(), head, inEnglish));
+    expectGeneratedPart(page, "exit statuses", exitStatusTable());
     expectGeneratedPart(page, "failures of the tool", toolFaultTable());
+}
+
+TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
+{
+    const QString page = QStringLiteral("docs/result-codes.zh-CN.md");
+    const QStringList head = {"代码", "名称",     "发生了什么",
+                              "原因", "处理办法", "`idcard-reader` 的退出状态"};
+    expectGeneratedPart(page, "results of readIDCard",
+                        resultTable(resultCatalogue(), head, inChinese));
+    expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue(), head, inChinese));
+    EXPECT_EQ(columnsOf(partOfPage(page, "exit statuses"), {0}), columnsOf(exitStatusTable(), {0}));
+    EXPECT_EQ(columnsOf(partOfPage(page, "failures of the tool"), {0, 3}),
+              columnsOf(toolFaultTable(), {0, 3}));
 }
 
 TEST(SimulatorPage, Tables_AreThoseOfTheCode)

@@ -4,7 +4,19 @@
 
 #include <QFile>
 
-void expectGeneratedPart(const QString &path, const QString &name, const QString &text)
+namespace
+{
+
+const QString SOURCE = QStringLiteral(IDCARD_SOURCE_DIR "/");
+
+/** A page, and where a part of it stands. */
+struct Part {
+    QString page;
+    int first = 0;
+    int last = -1; ///< below 0: the page has no such part
+};
+
+Part findPart(const QString &path, const QString &name)
 {
     const bool isMarkdown = path.endsWith(QLatin1String(".md"));
     const QString comment =
@@ -14,19 +26,38 @@ void expectGeneratedPart(const QString &path, const QString &name, const QString
         comment.arg(name + QStringLiteral(": made by scripts/make/documents")) + gap;
     const QString end = gap + comment.arg(QStringLiteral("end of ") + name);
 
-    QFile file(QStringLiteral(IDCARD_SOURCE_DIR "/") + path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    const QString page = QString::fromUtf8(file.readAll());
-    file.close();
-    const int first = page.indexOf(begin) + begin.size();
-    const int last = page.indexOf(end, first);
-    ASSERT_GE(first, begin.size()) << path.toStdString() << " lacks: " << begin.toStdString();
-    ASSERT_GE(last, 0) << path.toStdString() << " lacks: " << end.toStdString();
+    Part part;
+    QFile file(SOURCE + path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    part.page = QString::fromUtf8(file.readAll());
+    const int comesAt = part.page.indexOf(begin);
+    EXPECT_GE(comesAt, 0) << path.toStdString() << " lacks: " << begin.toStdString();
+    part.first = comesAt + begin.size();
+    part.last = comesAt < 0 ? -1 : part.page.indexOf(end, part.first);
+    EXPECT_GE(part.last, 0) << path.toStdString() << " lacks: " << end.toStdString();
+    return part;
+}
+
+} // namespace
+
+QString partOfPage(const QString &path, const QString &name)
+{
+    const Part part = findPart(path, name);
+    return part.last < 0 ? QString() : part.page.mid(part.first, part.last - part.first);
+}
+
+void expectGeneratedPart(const QString &path, const QString &name, const QString &text)
+{
+    const Part part = findPart(path, name);
+    if (part.last < 0)
+        return;
     if (!qEnvironmentVariableIsSet("IDCARD_WRITE_DOCUMENTS")) {
-        EXPECT_EQ(page.mid(first, last - first).toStdString(), text.toStdString())
+        EXPECT_EQ(part.page.mid(part.first, part.last - part.first).toStdString(),
+                  text.toStdString())
             << path.toStdString() << " differs from the table; scripts/make/documents writes it";
         return;
     }
+    QFile file(SOURCE + path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-    file.write((page.left(first) + text + page.mid(last)).toUtf8());
+    file.write((part.page.left(part.first) + text + part.page.mid(part.last)).toUtf8());
 }

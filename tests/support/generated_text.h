@@ -10,3 +10,6 @@
  * scripts/make/documents" and "end of NAME". With IDCARD_WRITE_DOCUMENTS set, writes it instead.
  */
 void expectGeneratedPart(const QString &path, const QString &name, const QString &text);
+
+/** That part of the page as it stands there; empty, and a failure, when there is none. */
+QString partOfPage(const QString &path, const QString &name);
