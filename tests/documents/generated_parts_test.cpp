@@ -16,6 +16,7 @@
 #include "simulator/card/description_keys.h"
 #include "simulator/card/faults.h"
 #include "simulator/reader/virtual_reader.h"
+#include "tests/documents/chinese_manual.h"
 #include "tests/support/chinese_texts.h"
 #include "tests/support/generated_text.h"
 #include "tests/support/process.h"
@@ -262,13 +263,20 @@ QString manualFaults(const QString &help)
                    manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem));
 }
 
+/** A part of the manual page `page`, whose partner in Chinese has the same tags. */
+void expectManualPart(const QString &page, const QString &name, const QString &text)
+{
+    expectGeneratedPart(QStringLiteral("docs/man/") + page, name, text);
+    expectSameTags(QStringLiteral("docs/man/zh_CN/") + page, name, text);
+}
+
 const QString TOOL = QStringLiteral("idcard-reader");
 const QString VIRTUAL_READER = QStringLiteral("idcard-virtual-reader");
 const QString VIEWER = QStringLiteral("idcard-viewer");
 
 QString manualPage(const QString &program)
 {
-    return QStringLiteral("docs/man/%1.1").arg(program);
+    return program + QStringLiteral(".1");
 }
 
 } // namespace
@@ -375,12 +383,11 @@ TEST(ManualOfTheTool, CommandsOptionsAndStatuses_AreThoseOfTheHelp)
         text += commandSection(commands.at(static_cast<std::size_t>(i)).name, helps.at(i), common);
     text += section(QStringLiteral("Options of every command"), manualList(common, optionItem));
     text += manualFaults(helps.first());
-    expectGeneratedPart(manualPage(TOOL), "commands", text);
-    expectGeneratedPart(
-        manualPage(TOOL), "environment",
-        manualList(rowsUnder(QStringLiteral("Environment"), overall), variableItem));
-    expectGeneratedPart(manualPage(TOOL), "exit statuses",
-                        manualList(rowsUnder(QStringLiteral("Exit status"), overall), plainItem));
+    expectManualPart(manualPage(TOOL), "commands", text);
+    expectManualPart(manualPage(TOOL), "environment",
+                     manualList(rowsUnder(QStringLiteral("Environment"), overall), variableItem));
+    expectManualPart(manualPage(TOOL), "exit statuses",
+                     manualList(rowsUnder(QStringLiteral("Exit status"), overall), plainItem));
 }
 
 TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
@@ -389,20 +396,24 @@ TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
     const auto rows = [&help](const char *heading) {
         return rowsUnder(QLatin1String(heading), help);
     };
-    expectGeneratedPart(manualPage(VIRTUAL_READER), "options",
-                        manualList(rows("Options"), optionItem));
-    expectGeneratedPart(manualPage(VIRTUAL_READER), "commands",
-                        manualList(rows("Commands on standard input"), commandItem));
-    expectGeneratedPart(manualPage(VIRTUAL_READER), "faults", manualFaults(help));
-    expectGeneratedPart(manualPage(VIRTUAL_READER), "exit statuses",
-                        manualList(rows("Exit status"), plainItem));
+    expectManualPart(manualPage(VIRTUAL_READER), "options",
+                     manualList(rows("Options"), optionItem));
+    expectManualPart(manualPage(VIRTUAL_READER), "commands",
+                     manualList(rows("Commands on standard input"), commandItem));
+    expectManualPart(manualPage(VIRTUAL_READER), "faults", manualFaults(help));
+    expectManualPart(manualPage(VIRTUAL_READER), "exit statuses",
+                     manualList(rows("Exit status"), plainItem));
 }
 
 TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
 {
-    expectGeneratedPart(
-        manualPage(VIEWER), "options",
-        manualList(rowsUnder(QStringLiteral("Options"), helpOf(VIEWER)), optionItem));
+    HelpRows rows = rowsUnder(QStringLiteral("Options"), helpOf(VIEWER));
+    expectGeneratedPart(QStringLiteral("docs/man/") + manualPage(VIEWER), "options",
+                        manualList(rows, optionItem));
+    for (HelpRow &row : rows)
+        row.meaning = inChinese(row.meaning.toUtf8().constData());
+    expectGeneratedPart(QStringLiteral("docs/man/zh_CN/") + manualPage(VIEWER), "options",
+                        inManMacros(manualList(rows, optionItem)));
 }
 
 TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
@@ -410,9 +421,9 @@ TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
     ProcessInput script; // which no emulator runs
     script.emulated = false;
     const QString help = helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, script);
-    const QString page = QStringLiteral("docs/man/idcard-reader-access.8");
-    expectGeneratedPart(page, "options",
-                        manualList(rowsUnder(QStringLiteral("Options"), help), optionItem));
-    expectGeneratedPart(page, "exit statuses",
-                        manualList(rowsUnder(QStringLiteral("Exit status"), help), plainItem));
+    const QString page = QStringLiteral("idcard-reader-access.8");
+    expectManualPart(page, "options",
+                     manualList(rowsUnder(QStringLiteral("Options"), help), optionItem));
+    expectManualPart(page, "exit statuses",
+                     manualList(rowsUnder(QStringLiteral("Exit status"), help), plainItem));
 }

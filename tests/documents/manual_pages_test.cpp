@@ -1,5 +1,5 @@
 // The manual pages against the headers: the exported names, the public members of the classes and
-// the result codes.
+// the result codes; and those in Chinese against those in English.
 
 #include <gmock/gmock.h>
 
@@ -9,9 +9,11 @@
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include "tests/support/process.h"
 
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -45,11 +47,26 @@ Names namesIn(const QString &text, const QString &pattern)
     return names;
 }
 
+QStringList pagesIn(const char *folder, const QStringList &sections)
+{
+    return QDir(SOURCE + QLatin1String(folder)).entryList(sections, QDir::Files, QDir::Name);
+}
+
 QStringList pages()
 {
-    return QDir(SOURCE + QStringLiteral("docs/man"))
-        .entryList({QStringLiteral("*.1"), QStringLiteral("*.3"), QStringLiteral("*.8")},
-                   QDir::Files, QDir::Name);
+    return pagesIn("docs/man",
+                   {QStringLiteral("*.1"), QStringLiteral("*.3"), QStringLiteral("*.8")});
+}
+
+/** The pages that are in Chinese too: those of the programs. */
+QStringList chinesePages()
+{
+    return pagesIn("docs/man", {QStringLiteral("*.1"), QStringLiteral("*.8")});
+}
+
+QString chinesePageOf(const QString &name)
+{
+    return pageOf(QStringLiteral("zh_CN/") + name);
 }
 
 /** The synopsis of a page. */
@@ -121,6 +138,37 @@ constexpr DocumentedClass CLASSES[] = {
     {"MakeCardImg", "render/makecardimg.h", "MakeCardImg.3"},
     {"Tools", "render/tools.h", "Tools.3"},
 };
+
+/** A page with its options as they are read, whichever macros it has. */
+QString readable(QString page)
+{
+    page.remove(QRegularExpression(QStringLiteral("\\\\f[BIR]")));
+    page.replace(QStringLiteral("\\-"), QStringLiteral("-"));
+    return page.replace(QStringLiteral("Fl -"), QStringLiteral("--"));
+}
+
+/** The commands of the examples, one a line. */
+QStringList examplesOf(const QString &page, const QString &heading)
+{
+    static const QRegularExpression command(QStringLiteral("^(?:\\.Dl )?([a-z].*)$"));
+    QStringList commands;
+    for (const QString &line : readable(page).section(heading, 1).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QStringLiteral(".Sh")) || line.startsWith(QStringLiteral(".SH")))
+            break;
+        if (command.match(line).hasMatch())
+            commands << command.match(line).captured(1);
+    }
+    return commands;
+}
+
+/** The manual pages that a page refers to, such as "readIDCard 3". */
+Names referencesOf(const QString &page)
+{
+    return namesIn(readable(page).replace(
+                       QRegularExpression(QStringLiteral("(\\.BR |\\b)([\\w-]+) ?\\((\\d)\\)")),
+                       QStringLiteral("\n.Xr \\2 \\3\n")),
+                   QStringLiteral("^\\.Xr (\\S+ \\d)"));
+}
 
 } // namespace
 
@@ -230,6 +278,72 @@ TEST(ManualPages, Pages_FormatWithoutAWarning)
         EXPECT_EQ(formatted.exitStatus, 0) << path.toStdString();
         EXPECT_THAT(formatted.standardError.toStdString(), IsEmpty()) << path.toStdString();
         EXPECT_THAT(formatted.standardOutput.toStdString(), Not(IsEmpty()));
+    }
+}
+
+TEST(ManualPagesInChinese, Pages_AreThoseOfAllPrograms)
+{
+    EXPECT_THAT(chinesePages(), Not(IsEmpty()));
+    EXPECT_EQ(pagesIn("docs/man/zh_CN", {}), chinesePages());
+}
+
+TEST(ManualPagesInChinese, SectionsTagsAndExamples_AreThoseOfTheEnglishPage)
+{
+    for (const QString &file : chinesePages()) {
+        const QString english = pageOf(file);
+        const QString chinese = chinesePageOf(file);
+        EXPECT_EQ(chinese.count(QStringLiteral("\n.SH ")), english.count(QStringLiteral("\n.Sh ")))
+            << file.toStdString();
+        EXPECT_EQ(chinese.count(QStringLiteral("\n.SS ")), english.count(QStringLiteral("\n.Ss ")))
+            << file.toStdString();
+        EXPECT_EQ(chinese.count(QStringLiteral("\n.TP\n")), english.count(QStringLiteral("\n.It ")))
+            << file.toStdString();
+        EXPECT_EQ(examplesOf(chinese, QStringLiteral("\n.SH 示例\n")),
+                  examplesOf(english, QStringLiteral("\n.Sh EXAMPLES\n")))
+            << file.toStdString();
+    }
+}
+
+TEST(ManualPagesInChinese, OptionsVariablesFilesAndReferences_AreThoseOfTheEnglishPage)
+{
+    const QString name = QStringLiteral(
+        "(--[a-z][a-z-]+|\\b[A-Z]+_[A-Z_]+\\b|/[a-z/]+/\\S+|\\b[a-z]+\\.[a-z]{3,4}\\b)");
+    for (const QString &file : chinesePages()) {
+        const QString english = pageOf(file);
+        const QString chinese = chinesePageOf(file);
+        EXPECT_EQ(namesIn(readable(chinese), name), namesIn(readable(english), name))
+            << file.toStdString();
+        EXPECT_EQ(referencesOf(chinese), referencesOf(english)) << file.toStdString();
+    }
+}
+
+// In the folder of its language, where it is installed, man formats it by the rules of the
+// language.
+TEST(ManualPagesInChinese, Pages_FormatWithoutAWarningInTheirLanguage)
+{
+    const QTemporaryDir folder;
+    ProcessInput input;
+    input.emulated = false;
+    input.environment[QStringLiteral("MANWIDTH")] = QStringLiteral("80");
+    for (const QString &file : chinesePages()) {
+        const QString path = SOURCE + QStringLiteral("docs/man/zh_CN/") + file;
+        const ProcessResult lint =
+            runProcess(QStringLiteral(IDCARD_MANDOC),
+                       {QStringLiteral("-Tlint"), QStringLiteral("-Wwarning"), path}, input);
+        EXPECT_EQ(lint.exitStatus, 0) << lint.standardOutput.toStdString();
+
+        const QString section = file.section(QLatin1Char('.'), -1);
+        const QString installed = folder.filePath(QStringLiteral("man/zh_CN/man") + section);
+        ASSERT_TRUE(QDir().mkpath(installed));
+        ASSERT_TRUE(QFile::copy(path, installed + QLatin1Char('/') + file));
+        const ProcessResult formatted =
+            runProcess(QStringLiteral(IDCARD_MAN),
+                       {QStringLiteral("--warnings"), QStringLiteral("-E"), QStringLiteral("UTF-8"),
+                        QStringLiteral("-l"), installed + QLatin1Char('/') + file},
+                       input);
+        EXPECT_EQ(formatted.exitStatus, 0) << file.toStdString();
+        EXPECT_THAT(formatted.standardError.toStdString(), IsEmpty()) << file.toStdString();
+        EXPECT_THAT(formatted.output(), HasSubstr("\n名称\n       idcard-")) << file.toStdString();
     }
 }
 
