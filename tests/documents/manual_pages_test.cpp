@@ -147,18 +147,55 @@ QString readable(QString page)
     return page.replace(QStringLiteral("Fl -"), QStringLiteral("--"));
 }
 
+QString sectionOf(const QString &page, const QString &heading)
+{
+    return page.section(QStringLiteral("\n.%1\n").arg(heading), 1)
+        .section(QRegularExpression(QStringLiteral("\n\\.S[hH] ")), 0, 0);
+}
+
 /** The commands of the examples, one a line. */
 QStringList examplesOf(const QString &page, const QString &heading)
 {
     static const QRegularExpression command(QStringLiteral("^(?:\\.Dl )?([a-z].*)$"));
     QStringList commands;
-    for (const QString &line : readable(page).section(heading, 1).split(QLatin1Char('\n'))) {
-        if (line.startsWith(QStringLiteral(".Sh")) || line.startsWith(QStringLiteral(".SH")))
-            break;
+    for (const QString &line : readable(sectionOf(page, heading)).split(QLatin1Char('\n'))) {
         if (command.match(line).hasMatch())
             commands << command.match(line).captured(1);
     }
     return commands;
+}
+
+/** The forms of a command in the synopsis of a page in mdoc(7), without what a user fills in. */
+QStringList formsOf(const QString &synopsis, const QString &program)
+{
+    static const QRegularExpression fixed(QStringLiteral("(?:Cm|Fl) (\\S+)"));
+    QStringList forms;
+    for (const QString &line : synopsis.split(QLatin1Char('\n'))) {
+        if (line == QLatin1String(".Nm"))
+            forms << program;
+        auto words = fixed.globalMatch(line);
+        while (words.hasNext()) {
+            const auto word = words.next();
+            const bool isOption = word.captured().startsWith(QStringLiteral("Fl"));
+            forms.last() += QLatin1String(isOption ? " -" : " ") + word.captured(1);
+        }
+    }
+    return forms;
+}
+
+/** The same of a page in man(7), which has fixed words in bold, and a form in every other line. */
+QStringList formsInBold(const QString &synopsis)
+{
+    static const QRegularExpression bold(QStringLiteral("\\\\fB(.*?)\\\\fR"));
+    QStringList forms;
+    for (const QString &line : synopsis.split(QStringLiteral("\n.br\n"))) {
+        QStringList words;
+        auto found = bold.globalMatch(line);
+        while (found.hasNext())
+            words << readable(found.next().captured(1));
+        forms << words.join(QLatin1Char(' '));
+    }
+    return forms;
 }
 
 /** The manual pages that a page refers to, such as "readIDCard 3". */
@@ -287,7 +324,7 @@ TEST(ManualPagesInChinese, Pages_AreThoseOfAllPrograms)
     EXPECT_EQ(pagesIn("docs/man/zh_CN", {}), chinesePages());
 }
 
-TEST(ManualPagesInChinese, SectionsTagsAndExamples_AreThoseOfTheEnglishPage)
+TEST(ManualPagesInChinese, SynopsisSectionsTagsAndExamples_AreThoseOfTheEnglishPage)
 {
     for (const QString &file : chinesePages()) {
         const QString english = pageOf(file);
@@ -298,8 +335,11 @@ TEST(ManualPagesInChinese, SectionsTagsAndExamples_AreThoseOfTheEnglishPage)
             << file.toStdString();
         EXPECT_EQ(chinese.count(QStringLiteral("\n.TP\n")), english.count(QStringLiteral("\n.It ")))
             << file.toStdString();
-        EXPECT_EQ(examplesOf(chinese, QStringLiteral("\n.SH 示例\n")),
-                  examplesOf(english, QStringLiteral("\n.Sh EXAMPLES\n")))
+        EXPECT_EQ(examplesOf(chinese, QStringLiteral("SH 示例")),
+                  examplesOf(english, QStringLiteral("Sh EXAMPLES")))
+            << file.toStdString();
+        EXPECT_EQ(formsInBold(sectionOf(chinese, QStringLiteral("SH 概要"))),
+                  formsOf(synopsisOf(english), file.section(QLatin1Char('.'), 0, 0)))
             << file.toStdString();
     }
 }
