@@ -80,7 +80,7 @@ QString exitStatusTable()
 }
 
 /** These columns of a table in Markdown, row by row, without the heads. */
-QStringList columnsOf(const QString &table, const std::vector<int> &columns)
+std::string columnsOf(const QString &table, const std::vector<int> &columns)
 {
     QStringList rows;
     for (const QString &line : table.split(QLatin1Char('\n')).mid(2)) {
@@ -89,7 +89,7 @@ QStringList columnsOf(const QString &table, const std::vector<int> &columns)
             cells << line.section(QLatin1Char('|'), column + 1, column + 1).trimmed();
         rows << cells.join(QLatin1Char(' '));
     }
-    return rows;
+    return rows.join(QLatin1Char('\n')).toStdString();
 }
 
 // The simulator.

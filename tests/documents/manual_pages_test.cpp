@@ -154,7 +154,7 @@ QString sectionOf(const QString &page, const QString &heading)
 }
 
 /** The commands of the examples, one a line. */
-QStringList examplesOf(const QString &page, const QString &heading)
+std::string examplesOf(const QString &page, const QString &heading)
 {
     static const QRegularExpression command(QStringLiteral("^(?:\\.Dl )?([a-z].*)$"));
     QStringList commands;
@@ -162,11 +162,11 @@ QStringList examplesOf(const QString &page, const QString &heading)
         if (command.match(line).hasMatch())
             commands << command.match(line).captured(1);
     }
-    return commands;
+    return commands.join(QLatin1Char('\n')).toStdString();
 }
 
 /** The forms of a command in the synopsis of a page in mdoc(7), without what a user fills in. */
-QStringList formsOf(const QString &synopsis, const QString &program)
+std::string formsOf(const QString &synopsis, const QString &program)
 {
     static const QRegularExpression fixed(QStringLiteral("(?:Cm|Fl) (\\S+)"));
     QStringList forms;
@@ -180,11 +180,11 @@ QStringList formsOf(const QString &synopsis, const QString &program)
             forms.last() += QLatin1String(isOption ? " -" : " ") + word.captured(1);
         }
     }
-    return forms;
+    return forms.join(QLatin1Char('\n')).toStdString();
 }
 
 /** The same of a page in man(7), which has fixed words in bold, and a form in every other line. */
-QStringList formsInBold(const QString &synopsis)
+std::string formsInBold(const QString &synopsis)
 {
     static const QRegularExpression bold(QStringLiteral("\\\\fB(.*?)\\\\fR"));
     QStringList forms;
@@ -195,7 +195,7 @@ QStringList formsInBold(const QString &synopsis)
             words << readable(found.next().captured(1));
         forms << words.join(QLatin1Char(' '));
     }
-    return forms;
+    return forms.join(QLatin1Char('\n')).toStdString();
 }
 
 /** The manual pages that a page refers to, such as "readIDCard 3". */
@@ -321,7 +321,8 @@ TEST(ManualPages, Pages_FormatWithoutAWarning)
 TEST(ManualPagesInChinese, Pages_AreThoseOfAllPrograms)
 {
     EXPECT_THAT(chinesePages(), Not(IsEmpty()));
-    EXPECT_EQ(pagesIn("docs/man/zh_CN", {}), chinesePages());
+    EXPECT_EQ(pagesIn("docs/man/zh_CN", {}).join(QLatin1Char(' ')).toStdString(),
+              chinesePages().join(QLatin1Char(' ')).toStdString());
 }
 
 TEST(ManualPagesInChinese, SynopsisSectionsTagsAndExamples_AreThoseOfTheEnglishPage)
