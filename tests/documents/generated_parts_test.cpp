@@ -3,6 +3,7 @@
 // translation.
 
 #include <algorithm>
+#include <functional>
 
 #include <gmock/gmock.h>
 
@@ -61,21 +62,20 @@ QString resultTable(const std::vector<ResultEntry> &entries, const QStringList &
     return table;
 }
 
-QString toolFaultTable()
+QString toolFaultTable(const QStringList &head, Words words)
 {
-    QString table = tableRow({"Name", "What happened", "What to do", "Exit status"}) +
-                    tableRow({"---", "---", "---", "---:"});
+    QString table = tableRow(head) + tableRow({"---", "---", "---", "---:"});
     for (const ToolFaultEntry &entry : toolFaultCatalogue())
-        table += tableRow({code(entry.name), entry.headline, entry.remedy,
+        table += tableRow({code(entry.name), words(entry.headline), words(entry.remedy),
                            QString::number(static_cast<int>(entry.exitStatus))});
     return table;
 }
 
-QString exitStatusTable()
+QString exitStatusTable(const QStringList &head, Words words)
 {
-    QString table = tableRow({"Status", "Meaning"}) + tableRow({"---:", "---"});
+    QString table = tableRow(head) + tableRow({"---:", "---"});
     for (const ExitStatusEntry &entry : exitStatusCatalogue())
-        table += tableRow({QString::number(static_cast<int>(entry.status)), entry.meaning});
+        table += tableRow({QString::number(static_cast<int>(entry.status)), words(entry.meaning)});
     return table;
 }
 
@@ -210,6 +210,13 @@ QString manualList(const HelpRows &rows, QString (*item)(QString name))
     return list + QStringLiteral(".El\n");
 }
 
+HelpRows translated(HelpRows rows, Words words)
+{
+    for (HelpRow &row : rows)
+        row.meaning = words(row.meaning.toUtf8().constData());
+    return rows;
+}
+
 /** "-h, --help" or "--out <folder>". */
 QString optionItem(QString name)
 {
@@ -263,6 +270,15 @@ QString manualFaults(const QString &help)
                    manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem));
 }
 
+/** A part of the manual page `page`, whose partner in Chinese has it in the translated words. */
+void expectTranslatedPart(const QString &page, const QString &name,
+                          const std::function<QString(Words words)> &text)
+{
+    expectGeneratedPart(QStringLiteral("docs/man/") + page, name, text(inEnglish));
+    expectGeneratedPart(QStringLiteral("docs/man/zh_CN/") + page, name,
+                        inManMacros(text(inChinese)));
+}
+
 /** A part of the manual page `page`, whose partner in Chinese has the same tags. */
 void expectManualPart(const QString &page, const QString &name, const QString &text)
 {
@@ -289,8 +305,10 @@ TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
     expectGeneratedPart(page, "results of readIDCard",
                         resultTable(resultCatalogue(), head, inEnglish));
     expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue(), head, inEnglish));
-    expectGeneratedPart(page, "exit statuses", exitStatusTable());
-    expectGeneratedPart(page, "failures of the tool", toolFaultTable());
+    expectGeneratedPart(page, "exit statuses", exitStatusTable({"Status", "Meaning"}, inEnglish));
+    expectGeneratedPart(
+        page, "failures of the tool",
+        toolFaultTable({"Name", "What happened", "What to do", "Exit status"}, inEnglish));
 }
 
 TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
@@ -301,9 +319,10 @@ TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
     expectGeneratedPart(page, "results of readIDCard",
                         resultTable(resultCatalogue(), head, inChinese));
     expectGeneratedPart(page, "results over USB", resultTable(usbCatalogue(), head, inChinese));
-    EXPECT_EQ(columnsOf(partOfPage(page, "exit statuses"), {0}), columnsOf(exitStatusTable(), {0}));
+    EXPECT_EQ(columnsOf(partOfPage(page, "exit statuses"), {0}),
+              columnsOf(exitStatusTable({}, inEnglish), {0}));
     EXPECT_EQ(columnsOf(partOfPage(page, "failures of the tool"), {0, 3}),
-              columnsOf(toolFaultTable(), {0, 3}));
+              columnsOf(toolFaultTable({}, inEnglish), {0, 3}));
 }
 
 TEST(SimulatorPage, Tables_AreThoseOfTheCode)
@@ -407,13 +426,10 @@ TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
 
 TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
 {
-    HelpRows rows = rowsUnder(QStringLiteral("Options"), helpOf(VIEWER));
-    expectGeneratedPart(QStringLiteral("docs/man/") + manualPage(VIEWER), "options",
-                        manualList(rows, optionItem));
-    for (HelpRow &row : rows)
-        row.meaning = inChinese(row.meaning.toUtf8().constData());
-    expectGeneratedPart(QStringLiteral("docs/man/zh_CN/") + manualPage(VIEWER), "options",
-                        inManMacros(manualList(rows, optionItem)));
+    const HelpRows rows = rowsUnder(QStringLiteral("Options"), helpOf(VIEWER));
+    expectTranslatedPart(manualPage(VIEWER), "options", [&rows](Words words) {
+        return manualList(translated(rows, words), optionItem);
+    });
 }
 
 TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
