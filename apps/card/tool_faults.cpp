@@ -28,6 +28,9 @@ const std::vector<ToolFaultEntry> &toolFaultCatalogue()
         {ToolFault::OPTIONS_CONTRADICT, "TOOL_OPTIONS_CONTRADICT",
          QT_TR_NOOP("Two options contradict each other."), QT_TR_NOOP("Leave one of them out."),
          ExitStatus::WRONG_USAGE},
+        {ToolFault::SEVERAL_READERS, "TOOL_SEVERAL_READERS",
+         QT_TR_NOOP("Several USB devices could be the reader."),
+         QT_TR_NOOP("Name the ids of the reader with --device."), ExitStatus::WRONG_USAGE},
         {ToolFault::FILES_NOT_WRITTEN, "TOOL_FILES_NOT_WRITTEN",
          QT_TR_NOOP("The files could not be written."),
          QT_TR_NOOP("Name a place where this user may write and where there is room; --force "

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -16,6 +17,7 @@
 #include "apps/tool/failure_report.h"
 #include "apps/tool/option_table.h"
 #include "apps/tool/options.h"
+#include "apps/tool/road_choice.h"
 #include "apps/tool/verbose.h"
 
 namespace
@@ -36,15 +38,26 @@ void choosePlatform(const Options &options)
                       QStringLiteral("There is no display; Qt's offscreen platform is used."));
 }
 
-ExitStatus run(const Options &options, Output *output)
+/** Nothing is painted of a card that comes over USB. */
+Application applicationFor(const Options &options)
+{
+    const Application usual = options.command->application;
+    return usual == Application::GUI && options.road == USB_ROAD ? Application::CORE : usual;
+}
+
+ExitStatus run(Options options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
+    const std::optional<Failure> refused = chooseRoad(&options);
+    if (refused)
+        return report(*refused, options, output);
+    const Application needed = applicationFor(options);
     std::unique_ptr<QCoreApplication> application;
-    if (options.command->application == Application::GUI) {
+    if (needed == Application::GUI) {
         choosePlatform(options);
         application = std::make_unique<QGuiApplication>(qtArgumentCount, qtArguments.data());
-    } else if (options.command->application == Application::CORE) {
+    } else if (needed == Application::CORE) {
         application = std::make_unique<QCoreApplication>(qtArgumentCount, qtArguments.data());
     }
     if (application != nullptr)

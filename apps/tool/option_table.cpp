@@ -27,7 +27,12 @@ Option deviceOption(const char *meaning)
 
 bool isRoad(const QString &value)
 {
-    return value == QLatin1String("library") || value == QLatin1String("usb");
+    return value == LIBRARY_ROAD || value == USB_ROAD;
+}
+
+Option roadOption(const char *meaning)
+{
+    return Option("road", meaning).value("road", "library or usb", isRoad);
 }
 
 } // namespace
@@ -63,6 +68,14 @@ const std::vector<CommandRow> &commandTable()
         "simulator-photos",
         "Decode the photo with the simulator's decoder, not with the maker's: simulated readers "
         "and their records have photos in a code of the simulator's own.");
+    static const Option road =
+        roadOption("The way to the reader: library, through its maker's library, or usb, without "
+                   "it, as \"idcard-reader usb\" reads. Over usb there are no pictures of the "
+                   "card's sides. library if not given.");
+    static const Option device = deviceOption(
+        "The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, "
+        "such as 1209:0001. Not needed where one device alone has the pipes of a reader; "
+        "\"idcard-reader usb --list\" shows what is plugged in.");
     static const Option saveCard =
         Option("out",
                "Save the card in this folder, which is made if need be: card.json, photo.bmp and, "
@@ -112,11 +125,16 @@ const std::vector<CommandRow> &commandTable()
              replaceCard,
              wait,
              timeout,
+             road,
+             device,
+             simulatorPhotos,
              Option("simulate", "Read this card on the simulator, without a reader: a name from "
                                 "\"idcard-reader cards\" or a file that describes a card.")
-                 .value("card"),
+                 .value("card")
+                 .excludes({"device", "simulator-photos"}),
              fault,
-         }},
+         },
+         CommandRoad::ANY},
         {"watch",
          runWatch,
          Application::GUI,
@@ -174,10 +192,7 @@ const std::vector<CommandRow> &commandTable()
          "      keep the record for \"idcard-reader decode\" as well\n",
          any + limitedReading,
          {
-             deviceOption(
-                 "The reader, by its vendor and product id: four hexadecimal digits each, such as "
-                 "1209:0001. \"idcard-reader usb --list\" shows the ids of what is plugged in.")
-                 .required(),
+             device,
              Option(
                  "list",
                  "Read no card; list the USB devices but hubs: ids, device node, whether this user "
@@ -198,7 +213,8 @@ const std::vector<CommandRow> &commandTable()
              wait,
              timeout,
              simulatorPhotos,
-         }},
+         },
+         CommandRoad::USB},
         {"decode",
          runDecode,
          Application::CORE,
@@ -286,10 +302,9 @@ const std::vector<CommandRow> &commandTable()
              deviceOption("Look at this reader alone, by its vendor and product id: four "
                           "hexadecimal digits each, such as 1209:0001. Without it, every device "
                           "that could be a reader is looked at."),
-             Option("road", "Look only at what one way of reading needs: library, the reader "
-                            "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
-                            "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader).")
-                 .value("road", "library or usb", isRoad),
+             roadOption("Look only at what one way of reading needs: library, the reader "
+                        "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
+                        "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader)."),
              json,
          }},
     };

@@ -18,6 +18,13 @@ enum class Application {
     GUI, ///< the library paints pictures
 };
 
+/** By which road a command reads from a reader. */
+enum class CommandRoad {
+    NONE, ///< from none
+    ANY,  ///< --road decides
+    USB,
+};
+
 struct CommandRow {
     const char *name;
     ExitStatus (*run)(const Options &options, Output *output);
@@ -30,6 +37,7 @@ struct CommandRow {
     const char *examples;           ///< lines of "command  what it does"
     QVector<ExitStatus> statuses;   ///< with which it can end
     std::vector<Option> ownOptions; ///< that not every command has
+    CommandRoad road = CommandRoad::NONE;
 };
 
 const std::vector<CommandRow> &commandTable();

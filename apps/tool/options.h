@@ -16,6 +16,10 @@ namespace app
 
 struct CommandRow;
 
+/** The words of --road. */
+constexpr QLatin1String LIBRARY_ROAD("library");
+constexpr QLatin1String USB_ROAD("usb");
+
 struct Options {
     const CommandRow *command = nullptr;
     bool json = false;
@@ -25,7 +29,8 @@ struct Options {
     bool simulatorPhotos = false; ///< decode photos with the simulator
     UsbIds device;                ///< the reader on the USB bus
     bool isDeviceNamed = false;
-    QString road;     ///< of `doctor`: "library" or "usb"; empty: both
+    /** "library" or "usb"; empty: not said. `doctor` looks at both then. */
+    QString road;
     QString argument; ///< of `render`: the card, by name or description; of `decode`: the file
     InlineParts inlineParts; ///< whose bytes JSON holds itself
     QString rawFile;         ///< empty: do not keep the raw record

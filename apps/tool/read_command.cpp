@@ -18,6 +18,8 @@ namespace app
 
 ExitStatus runRead(const Options &options, Output *output)
 {
+    if (options.road == USB_ROAD)
+        return runUsb(options, output);
     limitReadings(options, *output);
     SimulatorLibrary simulator;
     SimulatorProblem problem = prepareSimulator(options, &simulator);

@@ -1,8 +1,9 @@
-// The command "usb".
+// The command "usb", which is "read --road usb" too.
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 
+#include "apps/card/reader_choice.h"
 #include "apps/card/record_decoder.h"
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
@@ -55,6 +56,11 @@ private:
     ExistingFiles m_existing;
 };
 
+ReaderChoice chosenReader(const Options &options)
+{
+    return options.isDeviceNamed ? ReaderChoice{options.device, std::nullopt} : onlyReaderOnBus();
+}
+
 ExitStatus listDevices(const Options &options, Output *output)
 {
     const UsbDevices list = listUsbDevices();
@@ -85,12 +91,15 @@ ExitStatus runUsb(const Options &options, Output *output)
         obstacle = raw.obstacle();
     if (obstacle)
         return report(*obstacle, options, output);
+    const ReaderChoice reader = chosenReader(options);
+    if (reader.failure)
+        return report(*reader.failure, options, output);
 
     QElapsedTimer time;
     time.start();
     UsbOutcome outcome;
     lookWithin(options.waitSeconds, [&] {
-        outcome = readOverUsb(options.device);
+        outcome = readOverUsb(*reader.ids);
         return outcome.exitStatus();
     });
     tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")

@@ -136,6 +136,7 @@ TEST_F(CardSchema, FitsTheFailuresOfUsb)
     ProcessInput input;
     input.environment = bus.childEnvironment();
     keep("no-reader", {"usb", "--json", "--device", "1209:0001"}, input);
+    keep("no-reader-at-all", {"read", "--road", "usb", "--json"}, input);
     expectTheSchemaToFit();
 }
 

@@ -84,9 +84,10 @@ INSTANTIATE_TEST_SUITE_P(
         FailingRun{"TOOL_FILES_NOT_WRITTEN", {"decode", "/dev/null", "--out", "/dev/null"}, 7},
         FailingRun{
             "TOOL_FILES_NOT_WRITTEN", {"usb", "--device", "1209:0001", "--raw", "/dev/null"}, 7},
-        FailingRun{"TOOL_OPTIONS_CONTRADICT",
-                   {"doctor", "--road", "library", "--device", "1209:0001"},
-                   2}));
+        FailingRun{
+            "TOOL_OPTIONS_CONTRADICT", {"doctor", "--road", "library", "--device", "1209:0001"}, 2},
+        FailingRun{
+            "TOOL_OPTIONS_CONTRADICT", {"read", "--road", "usb", "--simulate", "resident"}, 2}));
 
 TEST(JsonFailures, WrongCommandLineIsOneToo)
 {

@@ -76,6 +76,111 @@ INSTANTIATE_TEST_SUITE_P(Kinds, UsbKind,
                                          "foreign-2017-longest-name", "foreign-new",
                                          "foreign-new-unknown-nationality"));
 
+class UsbRoadOfRead : public Usb
+{
+protected:
+    ProcessResult read(const QStringList &more = {})
+    {
+        return runTool(QStringList{"read", "--road", "usb", "--simulator-photos"} + more, onBus());
+    }
+
+    /** A device of other ids with the pipes of a reader. */
+    void plugInAnotherReader() { bus().add(otherDevice()); }
+};
+
+TEST_F(UsbRoadOfRead, TextAndJsonAreThoseOfUsb)
+{
+    plugIn("resident");
+    for (const QStringList &form :
+         {QStringList{}, QStringList{"--json"}, QStringList{"--json", "--inline", "all"}}) {
+        const ProcessResult run = read(form);
+        expectEnd(run, 0);
+        EXPECT_EQ(run.output(), usb(form).output());
+    }
+}
+
+TEST_F(UsbRoadOfRead, FilesAreThoseOfUsb)
+{
+    plugIn("resident");
+    expectEnd(read({"--out", path("read")}), 0);
+    expectEnd(usb({"--out", path("usb")}), 0);
+    EXPECT_EQ(folderState(path("read")), folderState(path("usb")));
+}
+
+TEST_F(UsbRoadOfRead, CardThatComesLaterIsWaitedFor)
+{
+    plugIn("resident", "no-card=2");
+    expectEnd(read({"--wait", "30", "--timeout", "30"}), 0);
+    EXPECT_EQ(bus().holdings().timesOpened, 3);
+}
+
+TEST_F(UsbRoadOfRead, FailureIsThatOfUsb)
+{
+    plugIn("resident", "claimed-elsewhere");
+    const ProcessResult run = read({"--json"});
+    EXPECT_EQ(run.exitStatus, 3);
+    const ProcessResult same = usb({"--json"});
+    EXPECT_EQ(run.output(), same.output());
+    EXPECT_EQ(run.error(), same.error());
+}
+
+TEST_F(UsbRoadOfRead, NeedsNoDisplayEvenWhereOneIsNamed)
+{
+    plugIn("resident");
+    ProcessInput input = onBus();
+    input.environment.insert("QT_QPA_PLATFORM", "no-such-platform");
+    EXPECT_EQ(runTool({"read", "--road", "usb", "--simulator-photos"}, input).exitStatus, 0);
+}
+
+TEST_F(UsbRoadOfRead, OnlyReaderNeedsNoName)
+{
+    otherDevice().isReader = false;
+    bus().add(otherDevice());
+    plugIn("resident");
+    expectEnd(read(), 0);
+    expectEnd(runTool({"usb", "--simulator-photos"}, onBus()), 0);
+}
+
+TEST_F(UsbRoadOfRead, WithoutAReaderAndWithoutAName_IsTheErrorForAMissingReader)
+{
+    otherDevice().isReader = false;
+    bus().add(otherDevice());
+    for (const char *command : {"read", "usb"}) {
+        QStringList arguments{command, "--json"};
+        if (arguments.first() == "read")
+            arguments << "--road"
+                      << "usb";
+        const ProcessResult run = runTool(arguments, onBus());
+        EXPECT_EQ(run.exitStatus, 3);
+        EXPECT_THAT(run.error(), HasSubstr("Code: -7 (USB_READER_NOT_FOUND)"));
+        EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"],
+                  "USB_READER_NOT_FOUND");
+    }
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+}
+
+TEST_F(UsbRoadOfRead, SeveralReadersWithoutAName_AreListedAndNoneIsOpened)
+{
+    plugInAnotherReader();
+    plugIn("resident");
+    const ProcessResult run = read({"--json"});
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(QString::fromUtf8(run.standardError).simplified().toStdString(),
+                AllOf(HasSubstr("1209:0001 at " + node(reader()).toStdString()),
+                      HasSubstr("1210:0001 at " + node(otherDevice()).toStdString()),
+                      HasSubstr("--device")));
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_SEVERAL_READERS");
+    EXPECT_EQ(runTool({"usb"}, onBus()).error(), run.error());
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+}
+
+TEST_F(UsbRoadOfRead, NameDecidesAmongSeveralReaders)
+{
+    plugInAnotherReader();
+    plugIn("resident");
+    expectEnd(read({"--device", DEVICE}), 0);
+}
+
 TEST_F(Usb, TableShowsTheCard)
 {
     plugIn("resident");

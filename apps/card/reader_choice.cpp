@@ -1,0 +1,48 @@
+#include "apps/card/reader_choice.h"
+
+#include <QStringList>
+
+#include "apps/card/usb_catalogue.h"
+#include "common/texts.h"
+#include "reader/usb_codes.h"
+
+namespace app
+{
+
+namespace
+{
+
+Failure severalReaders(const QVector<UsbDevice> &readers)
+{
+    QStringList places;
+    for (const UsbDevice &reader : readers)
+        places << filledIn(QStringLiteral("%1 at %2"), toText(reader.ids), reader.node);
+    const QString words =
+        QStringLiteral("Several USB devices could be the reader: %1. Name its ids with --device.");
+    return toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(QStringLiteral(", "))));
+}
+
+} // namespace
+
+ReaderChoice onlyReaderIn(const UsbDevices &list)
+{
+    if (list.code != USB_READER_OK)
+        return {std::nullopt, resultFailure(*findUsbResult(list.code))};
+    QVector<UsbDevice> readers;
+    for (const UsbDevice &device : list.devices) {
+        if (device.hasReaderPipes)
+            readers << device;
+    }
+    if (readers.isEmpty())
+        return {std::nullopt, resultFailure(*findUsbResult(USB_READER_NOT_FOUND))};
+    if (readers.size() > 1)
+        return {std::nullopt, severalReaders(readers)};
+    return {readers.first().ids, std::nullopt};
+}
+
+ReaderChoice onlyReaderOnBus()
+{
+    return onlyReaderIn(listUsbDevices());
+}
+
+} // namespace app
