@@ -10,8 +10,12 @@ Sighting CardPresence::observe(const ReadOutcome &outcome)
 
 Sighting CardPresence::observe(const Card *card, ExitStatus status, int code)
 {
-    if (card != nullptr) {
-        const QByteArray digest = card->digest();
+    return observe(card != nullptr ? card->digest() : QByteArray(), status, code);
+}
+
+Sighting CardPresence::observe(const QByteArray &digest, ExitStatus status, int code)
+{
+    if (!digest.isEmpty()) {
         const bool isSame = digest == m_card;
         m_card = digest;
         m_failure.reset();

@@ -28,6 +28,9 @@ public:
      */
     Sighting observe(const Card *card, ExitStatus status, int code);
 
+    /** As above, with what distinguishes the card from others; empty when there was none. */
+    Sighting observe(const QByteArray &digest, ExitStatus status, int code);
+
 private:
     QByteArray m_card; ///< digest of the card seen last; empty when the reader was empty
     std::optional<std::pair<ExitStatus, int>> m_failure; ///< codes alone do not distinguish all

@@ -39,6 +39,14 @@ Failure explainedToolFailure(ToolFault fault, const QString &cause)
     return failure;
 }
 
+Failure undecodedTextFailure()
+{
+    const QString words =
+        QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
+                       "card must be 0, 1, 2 or 9. Read the card once more.");
+    return toolFailure(ToolFault::TEXT_NOT_DECODED, words);
+}
+
 Failure resultFailure(const ResultEntry &entry)
 {
     return {entry.code,

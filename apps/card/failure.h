@@ -33,6 +33,9 @@ Failure toolFailure(ToolFault fault, const QString &words);
 /** As `toolFailure`, for a cause that needs headline and remedy to be understood. */
 Failure explainedToolFailure(ToolFault fault, const QString &cause);
 
+/** Of a raw record whose texts the decoder of its kind refused. */
+Failure undecodedTextFailure();
+
 Failure resultFailure(const ResultEntry &entry);
 
 /** A result of a library with a better cause and remedy than its code has. */

@@ -72,6 +72,13 @@ std::optional<Failure> photoFailure(const Card &card)
     return resultFailure(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true));
 }
 
+void printPhotoFailure(const Failure &failure, const Card &card, const Options &options)
+{
+    printFailure(failure);
+    if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
+        printMessage(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
+}
+
 ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier)
 {
@@ -84,12 +91,8 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
     if (!options.outFolder.isEmpty() && !notSaved)
         folder = options.outFolder;
     print(card, folder, failure, options, output);
-    if (noPhoto) {
-        printFailure(*noPhoto);
-        if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
-            printMessage(
-                QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
-    }
+    if (noPhoto)
+        printPhotoFailure(*noPhoto, card, options);
     return failure ? failure->exitStatus : ExitStatus::DONE;
 }
 
@@ -99,10 +102,7 @@ ExitStatus deliverRecord(const QByteArray &record, const RecordOrigin &origin,
     const std::optional<Card> card = decodeRawRecord(record, origin.prints, origin.road);
     if (card)
         return deliver(*card, options, output, origin.earlier);
-    const QString words =
-        QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
-                       "card must be 0, 1, 2 or 9. Read the card once more.");
-    return report(toolFailure(ToolFault::TEXT_NOT_DECODED, words), options, output);
+    return report(undecodedTextFailure(), options, output);
 }
 
 void tellMissingFiles(const Card &card, CardFiles which)

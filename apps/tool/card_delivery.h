@@ -31,6 +31,9 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
 /** Why the photo is not a picture although the card delivered one, after it was to be decoded. */
 std::optional<Failure> photoFailure(const Card &card);
 
+/** Prints such a failure, and what helps if the reader is a simulated one. */
+void printPhotoFailure(const Failure &failure, const Card &card, const Options &options);
+
 /** What is known of a raw record that was checked. */
 struct RecordOrigin {
     FP_INFO_TYPE prints;

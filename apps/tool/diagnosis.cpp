@@ -1,10 +1,9 @@
 #include "apps/tool/diagnosis.h"
 
-#include <algorithm>
-
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QMap>
 #include <QProcess>
 
 #include "apps/card/message.h"
@@ -18,17 +17,14 @@ namespace
 constexpr int LIMIT_MS = 20000;
 
 /** The checks that can explain a failure, the more probable first; empty when none can. */
-QStringList checksFor(ExitStatus status)
+QStringList checksFor(const Failure &failure)
 {
-    switch (status) {
-    case ExitStatus::READER_NOT_OPENED:
-        return {QStringLiteral("reader-library"), QStringLiteral("usb-reader"),
-                QStringLiteral("usb-permission"), QStringLiteral("usb-holder")};
-    case ExitStatus::PHOTO_NOT_DECODED:
-        return {QStringLiteral("photo-decoder")};
-    default:
-        return {};
-    }
+    static const QMap<QString, QStringList> checks = {
+        {"IDCARD_RESULT_PORT_NOT_OPEN",
+         {"reader-library", "usb-reader", "usb-permission", "usb-holder"}},
+        {"IDCARD_RESULT_PHOTO_NOT_DECODED", {"photo-decoder"}},
+    };
+    return checks.value(failure.name);
 }
 
 /** The doctor starts children of its own, for which this process is not fit any more. */
@@ -63,7 +59,7 @@ QJsonObject failureAmong(const QJsonArray &findings, const QString &check)
 Failure diagnosed(const Failure &failure, const Options &options)
 {
     const bool isSimulated = !options.simulate.isEmpty() || options.simulatorPhotos;
-    const QStringList checks = checksFor(failure.exitStatus);
+    const QStringList checks = checksFor(failure);
     if (checks.isEmpty() || isSimulated)
         return failure;
     const QJsonArray findings = findingsOfDoctor();

@@ -143,8 +143,8 @@ const std::vector<CommandRow> &commandTable()
          "read card after card, one line of JSON each",
          "Waits for cards and prints every card once, as one line of JSON, until it is ended with "
          "Ctrl-C. A card is new when the reader was empty before it or when it holds something "
-         "else than the card before. A card that cannot be read is reported on standard error, and "
-         "watching continues.",
+         "else than the card before. A card that cannot be read and a reader that is not there are "
+         "reported on standard error, and watching continues.",
          "  idcard-reader watch --out visitors\n"
          "      save every card in a folder of its own: visitors/0001, visitors/0002, ...\n"
          "  idcard-reader watch --count 1\n"
@@ -163,14 +163,19 @@ const std::vector<CommandRow> &commandTable()
              Option("count", "End after so many cards.").number("number", 1, HIGHEST_COUNT),
              Option("interval", "Pause between two looks at the reader; 500 if not given.")
                  .number("milliseconds", SHORTEST_INTERVAL_MS, LONGEST_INTERVAL_MS),
+             road,
+             device,
+             simulatorPhotos,
              Option("simulate",
                     "Put this card on the simulator, without a reader: a name from \"idcard-reader "
                     "cards\" or a file that describes a card. Given several times, the cards come "
                     "one after the other, and the program ends after the last.")
                  .value("card")
-                 .repeatable(),
+                 .repeatable()
+                 .excludes({"device", "simulator-photos"}),
              fault,
-         }},
+         },
+         CommandRoad::ANY},
         {"usb",
          runUsb,
          Application::CORE,

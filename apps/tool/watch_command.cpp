@@ -1,10 +1,12 @@
 // The command "watch".
 
+#include <functional>
+
 #include <QCoreApplication>
 
 #include "apps/card/card_output.h"
-#include "apps/card/card_presence.h"
-#include "apps/card/record_decoder.h"
+#include "apps/card/reader_choice.h"
+#include "apps/card/reader_presence.h"
 #include "apps/process/interruption.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
@@ -12,6 +14,7 @@
 #include "apps/tool/failure_report.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
+#include "reader/usb_codes.h"
 
 namespace app
 {
@@ -19,20 +22,55 @@ namespace app
 namespace
 {
 
+/** Looks at the reader on the USB bus: the named one, or else the only one once there is one. */
+class UsbReader
+{
+public:
+    explicit UsbReader(const Options &options) : m_isNamed(options.isDeviceNamed)
+    {
+        if (m_isNamed)
+            m_ids = options.device;
+    }
+
+    Look look()
+    {
+        if (!m_ids) {
+            const ReaderChoice choice = onlyReaderOnBus();
+            if (choice.failure)
+                return failedLook(stateWithout(*choice.failure), *choice.failure);
+            m_ids = choice.ids;
+        }
+        Look look = lookOverUsb(*m_ids);
+        if (look.reader == ReaderState::MISSING && !m_isNamed)
+            m_ids.reset(); // the next one may be of another make
+        return look;
+    }
+
+private:
+    static ReaderState stateWithout(const Failure &failure)
+    {
+        return failure.code == USB_READER_NOT_FOUND ? ReaderState::MISSING : ReaderState::UNKNOWN;
+    }
+
+    bool m_isNamed;
+    std::optional<UsbIds> m_ids;
+};
+
 class Watch
 {
 public:
-    Watch(const Options &options, Output *output) : m_options(options), m_output(output) {}
+    using LookAtReader = std::function<Look()>;
+
+    Watch(const Options &options, LookAtReader lookAtReader, Output *output)
+        : m_options(options), m_lookAtReader(std::move(lookAtReader)), m_output(output)
+    {
+    }
 
     /** Looks at the reader until there is nothing more to do. */
     ExitStatus watchReader()
     {
-        bool isFirstLook = true;
         while (!isOver()) {
-            const ReadOutcome outcome = look();
-            if (isFirstLook && outcome.exitStatus() == ExitStatus::READER_NOT_OPENED)
-                return outcome.exitStatus();
-            isFirstLook = false;
+            look();
             pause();
         }
         return m_status;
@@ -50,9 +88,9 @@ public:
                 return app::report(problem, m_options, m_output);
             const ExitStatus seen = watchOneCard();
             simulator->takeCard();
-            m_presence = CardPresence();
             if (isOver())
                 return m_status;
+            m_presence.takeCard();
             if (firstFailure == ExitStatus::DONE)
                 firstFailure = seen;
         }
@@ -76,33 +114,48 @@ private:
     ExitStatus watchOneCard()
     {
         while (!isOver()) {
-            const ExitStatus seen = look().exitStatus();
-            if (seen != ExitStatus::NO_CARD)
-                return seen;
+            const Look seen = look();
+            if (!seen.foundNoCard())
+                return seen.failure ? seen.failure->exitStatus : ExitStatus::DONE;
             pause();
         }
         return ExitStatus::DONE;
     }
 
-    ReadOutcome look()
+    Look look()
     {
-        ReadOutcome outcome = readCard();
-        switch (m_presence.observe(outcome)) {
-        case Sighting::NEW_CARD:
-            decodePhoto(&*outcome.card);
-            deliverCard(*outcome.card);
+        Look look = m_lookAtReader();
+        for (const ReaderChange change : m_presence.observe(look))
+            follow(change, look);
+        return look;
+    }
+
+    void follow(ReaderChange change, const Look &look)
+    {
+        switch (change) {
+        case ReaderChange::CARD_READ:
+            deliverCard(*look.card);
             break;
-        case Sighting::NEW_FAILURE:
-            app::report(diagnosed(failureOf(outcome), m_options), m_options, m_output);
-            if (!m_output->problem().isEmpty())
-                m_status = ExitStatus::PROGRAM_FAILED;
+        case ReaderChange::READER_MISSING:
+        case ReaderChange::READER_REMOVED:
+            reportFailure(*look.failure);
+            if (m_options.simulate.isEmpty())
+                printMessage(QStringLiteral("Watching goes on until the reader is there."));
             break;
-        case Sighting::NOTHING:
-        case Sighting::SAME_CARD:
-        case Sighting::SAME_FAILURE:
+        case ReaderChange::READ_FAILED:
+            reportFailure(*look.failure);
+            break;
+        case ReaderChange::READER_ADDED:
+        case ReaderChange::CARD_REMOVED:
             break;
         }
-        return outcome;
+    }
+
+    void reportFailure(const Failure &failure)
+    {
+        app::report(diagnosed(failure, m_options), m_options, m_output);
+        if (!m_output->problem().isEmpty())
+            m_status = ExitStatus::PROGRAM_FAILED;
     }
 
     void deliverCard(const Card &card)
@@ -114,7 +167,7 @@ private:
             folder = save(card, &failure);
         const std::optional<Failure> noPhoto = photoFailure(card);
         if (noPhoto)
-            printFailure(*noPhoto);
+            printPhotoFailure(*noPhoto, card, m_options);
         if (!failure)
             failure = noPhoto;
         QJsonObject object = toJson(card, folder, m_options.inlineParts);
@@ -139,8 +192,9 @@ private:
     }
 
     const Options &m_options;
+    LookAtReader m_lookAtReader;
     Output *m_output;
-    CardPresence m_presence;
+    ReaderPresence m_presence;
     int m_cards = 0;
     ExitStatus m_status = ExitStatus::DONE; ///< anything else ends the watch
 };
@@ -157,6 +211,16 @@ SimulatorProblem tryCards(const QStringList &cards, SimulatorLibrary *simulator)
     return {};
 }
 
+/** The failure by which a watch does not begin: which reader is meant is not known. */
+std::optional<Failure> severalReaders(const Options &options)
+{
+    if (options.road != USB_ROAD || options.isDeviceNamed)
+        return std::nullopt;
+    const ReaderChoice choice = onlyReaderOnBus();
+    return choice.failure && choice.failure->exitStatus == ExitStatus::WRONG_USAGE ? choice.failure
+                                                                                   : std::nullopt;
+}
+
 } // namespace
 
 ExitStatus runWatch(const Options &options, Output *output)
@@ -165,10 +229,15 @@ ExitStatus runWatch(const Options &options, Output *output)
     SimulatorLibrary simulator;
     const bool isSimulated = !options.simulate.isEmpty();
     SimulatorProblem problem = prepareSimulator(options, &simulator);
+    if (!problem)
+        problem = prepareSimulatorPhotos(options);
     if (!problem && isSimulated)
         problem = tryCards(options.simulate, &simulator);
     if (problem)
         return report(problem, options, output);
+    const std::optional<Failure> several = severalReaders(options);
+    if (several)
+        return report(*several, options, output);
 
     if (!options.outFolder.isEmpty()) {
         const std::optional<Failure> notMade = fileFailure(makePrivateFolder(options.outFolder));
@@ -178,7 +247,13 @@ ExitStatus runWatch(const Options &options, Output *output)
     if (isStandardErrorTerminal())
         printMessage(QStringLiteral("Watching for cards; Ctrl-C ends."));
 
-    Watch watch(options, output);
+    if (options.road == USB_ROAD) {
+        UsbReader reader(options);
+        return Watch(
+                   options, [&] { return reader.look(); }, output)
+            .watchReader();
+    }
+    Watch watch(options, lookThroughLibrary, output);
     return isSimulated ? watch.watchSimulator(&simulator) : watch.watchReader();
 }
 

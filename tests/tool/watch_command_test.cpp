@@ -155,10 +155,27 @@ TEST(WatchReader, CountOfTheReaderIsKept)
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
 }
 
-TEST(WatchReader, ReaderThatDoesNotOpenToBeginWithEndsIt)
+TEST(WatchReader, ReaderThatDoesNotOpenIsReportedOnceAndLookedForUntilTheSignal)
 {
     const InstalledReader reader;
-    expectEnd(runTool({"watch"}, {reader.variables("resident", "open-fails=2")}), 3, "Code: -5");
+    RunningTool tool({"watch", "--interval", "10"}, {reader.variables("resident", "open-fails=2")});
+    EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
+    QThread::msleep(300); // many looks
+    tool.signal(SIGTERM);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_EQ(run.standardError.count("Code: -5"), 1);
+    EXPECT_EQ(run.standardError.count("Watching goes on"), 1);
+}
+
+TEST(Watch, ReaderThatDoesNotOpenIsReportedForEverySimulatedCard)
+{
+    const ProcessResult run = runTool({"watch", "--simulate", "resident", "--simulate",
+                                       "hmt-hong-kong", "--fault", "open-fails=2"});
+    EXPECT_EQ(run.exitStatus, 3);
+    EXPECT_EQ(run.standardError.count("Code: -5"), 2);
+    EXPECT_EQ(run.standardError.count("Watching goes on"), 0);
 }
 
 TEST(WatchReader, FailureThatLastsIsReportedOnce)

@@ -1,0 +1,208 @@
+// "idcard-reader watch --road usb": the built program, the real libusb and a simulated reader on an
+// emulated bus.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QThread>
+
+#include "tests/support/files.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/usb/reader_on_bus.h"
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace
+{
+
+const QString DEVICE = QStringLiteral("1209:0001");
+
+class WatchUsb : public FolderTest, public usb_test::ReaderOnBus
+{
+protected:
+    WatchUsb() : ReaderOnBus({0x1210, 0x0001}) {}
+
+    void TearDown() override { expectAllGivenBack(); }
+
+    ProcessInput onBus() { return {bus().childEnvironment()}; }
+
+    static QStringList watch(const QStringList &more = {})
+    {
+        return QStringList{"watch", "--road", "usb", "--simulator-photos", "--interval", "10"} +
+               more;
+    }
+
+    void unplug()
+    {
+        bus().change([this] { reader().unplug(); });
+    }
+
+    void plugInAgain()
+    {
+        bus().change([this] { reader().plugIn(); });
+    }
+
+    void lay(const QString &card)
+    {
+        bus().change([&] { prepare(card, {}); });
+    }
+
+    static ProcessResult ended(RunningTool &tool)
+    {
+        tool.signal(SIGTERM);
+        return tool.result();
+    }
+
+    static std::string nameIn(const QByteArray &line)
+    {
+        return parsedObject(line)["name"].toString().toStdString();
+    }
+};
+
+TEST_F(WatchUsb, LineHoldsTheSameAsReadPrints)
+{
+    plugIn("resident");
+    const ProcessResult run = runTool(watch({"--count", "1"}), onBus());
+    expectEnd(run, 0);
+    EXPECT_EQ(run.standardOutput.count('\n'), 1);
+    EXPECT_EQ(
+        parsedObject(run.standardOutput),
+        parsedObject(runTool({"usb", "--json", "--simulator-photos", "--device", DEVICE}, onBus())
+                         .standardOutput));
+}
+
+TEST_F(WatchUsb, CardThatStaysIsPrintedOnceAndTheSignalEndsItWell)
+{
+    plugIn("resident");
+    RunningTool tool(watch(), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    QThread::msleep(300); // many looks
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
+}
+
+TEST_F(WatchUsb, ReaderThatIsMissingIsReportedOnceAndItsCardPrintedWhenItComes)
+{
+    plugIn("resident");
+    for (const QStringList &device : {QStringList{}, QStringList{"--device", DEVICE}}) {
+        unplug();
+        RunningTool tool(watch({"--json"}) + device, onBus());
+        EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
+        EXPECT_THAT(tool.nextLine().toStdString(), HasSubstr("USB_READER_NOT_FOUND"));
+        QThread::msleep(100); // many looks
+        plugInAgain();
+        EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("resident").name.toStdString());
+        const ProcessResult run = ended(tool);
+        EXPECT_EQ(run.exitStatus, 0);
+        EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
+    }
+}
+
+TEST_F(WatchUsb, ReaderThatGoesAndComesIsReportedOnceAndItsCardIsTheSame)
+{
+    plugIn("resident");
+    RunningTool tool(watch(), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    unplug();
+    EXPECT_TRUE(tool.waitForError("Watching goes on"));
+    QThread::msleep(100);
+    plugInAgain();
+    QThread::msleep(100);
+    lay("hmt-macao");
+    EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
+}
+
+TEST_F(WatchUsb, ReaderThatGoesDuringAReadingIsReportedAsUnplugged)
+{
+    plugIn("resident", "unplugged-during=4");
+    RunningTool tool(watch(), onBus());
+    EXPECT_TRUE(tool.waitForError("Watching goes on"));
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.error(), HasSubstr("The reader was unplugged while it was used."));
+    EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
+}
+
+TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
+{
+    plugIn("resident");
+    RunningTool tool(watch(), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    unplug();
+    EXPECT_TRUE(tool.waitForError("Watching goes on"));
+    QString problem;
+    ASSERT_TRUE(otherDevice().slot().putCard("hmt-macao", simulator::PutAs::DESCRIBED, &problem));
+    bus().add(otherDevice());
+    EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
+    EXPECT_EQ(ended(tool).exitStatus, 0);
+}
+
+TEST_F(WatchUsb, SeveralReadersToBeginWithAreRefusedAndNoneIsOpened)
+{
+    bus().add(otherDevice());
+    plugIn("resident");
+    const ProcessResult run = runTool(watch({"--json"}), onBus());
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_SEVERAL_READERS");
+    EXPECT_THAT(run.error(), AllOf(HasSubstr("1209:0001"), HasSubstr("1210:0001")));
+    EXPECT_EQ(bus().holdings().timesOpened, 0);
+}
+
+TEST_F(WatchUsb, SecondReaderDoesNotDisturbTheOneInUse)
+{
+    plugIn("resident");
+    RunningTool tool(watch(), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    bus().add(otherDevice());
+    lay("hmt-macao");
+    EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.error(), IsEmpty());
+}
+
+TEST_F(WatchUsb, CardWhoseTextIsNotDecodedIsReportedOnce)
+{
+    plugIn("foreign-2017", "unknown-kind");
+    RunningTool tool(watch({"--json"}), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    QThread::msleep(100);
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+TEST_F(WatchUsb, PhotoThatNeedsTheSimulatorSaysSo)
+{
+    plugIn("resident");
+    const ProcessResult run =
+        runTool({"watch", "--road", "usb", "--count", "1", "--json"}, onBus());
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.error(), HasSubstr("needs --simulator-photos"));
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"],
+              "IDCARD_RESULT_PHOTO_NOT_DECODED");
+}
+
+TEST_F(WatchUsb, EveryCardGetsAFolder)
+{
+    plugIn("resident");
+    RunningTool tool(watch({"--out", out()}), onBus());
+    EXPECT_EQ(parsedObject(tool.nextLine())["photo"].toObject()["file"].toString(),
+              out() + "/0001/photo.bmp");
+    lay("hmt-macao");
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    EXPECT_EQ(ended(tool).exitStatus, 0);
+    EXPECT_THAT(namesIn(out()), ElementsAre("0001", "0002"));
+}
+
+} // namespace
