@@ -17,8 +17,9 @@ Failure severalReaders(const QVector<UsbDevice> &readers)
     QStringList places;
     for (const UsbDevice &reader : readers)
         places << filledIn(QStringLiteral("%1 at %2"), toText(reader.ids), reader.node);
-    const QString words =
-        QStringLiteral("Several USB devices could be the reader: %1. Name its ids with --device.");
+    const QString words = QStringLiteral(
+        "Several USB devices could be the reader: %1. Name its ids with --device, or as "
+        "device in a configuration file.");
     return toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(QStringLiteral(", "))));
 }
 

@@ -100,7 +100,8 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue()
          QT_TR_NOOP("The program itself failed: the simulator could not be loaded, or standard "
                     "output could not be written.")},
         {ExitStatus::WRONG_USAGE,
-         QT_TR_NOOP("Wrong usage: an unknown option or value, several readers of which --device "
+         QT_TR_NOOP("Wrong usage: an unknown option or value, a mistake in a configuration file, "
+                    "several readers of which --device "
                     "names none, a card description or fault that the simulator refuses, or a file "
                     "that is not a raw card record.")},
         {ExitStatus::READER_NOT_OPENED, QT_TR_NOOP("The reader could not be opened.")},

@@ -31,6 +31,11 @@ const std::vector<ToolFaultEntry> &toolFaultCatalogue()
         {ToolFault::SEVERAL_READERS, "TOOL_SEVERAL_READERS",
          QT_TR_NOOP("Several USB devices could be the reader."),
          QT_TR_NOOP("Name the ids of the reader with --device."), ExitStatus::WRONG_USAGE},
+        {ToolFault::CONFIGURATION_WRONG, "TOOL_CONFIGURATION_WRONG",
+         QT_TR_NOOP("A configuration file has a mistake."),
+         QT_TR_NOOP("Correct the file; \"idcard-reader doctor\" shows which files there are and "
+                    "what they say."),
+         ExitStatus::WRONG_USAGE},
         {ToolFault::FILES_NOT_WRITTEN, "TOOL_FILES_NOT_WRITTEN",
          QT_TR_NOOP("The files could not be written."),
          QT_TR_NOOP("Name a place where this user may write and where there is room; --force "

@@ -31,6 +31,7 @@ const std::vector<CheckRow> &checkTable()
         {"library-version", QT_TR_NOOP("Library"), &GENERAL, true, true, checkLibraryVersion},
         {"qt-version", QT_TR_NOOP("Qt"), &GENERAL, true, true, checkQtVersion},
         {"locale", QT_TR_NOOP("Locale"), &GENERAL, true, true, checkLocale},
+        {"configuration", QT_TR_NOOP("Configuration"), &GENERAL, true, true, checkConfiguration},
         {"reader-library", QT_TR_NOOP("Maker's library"), &LIBRARY, true, false,
          checkReaderLibrary},
         {"usb-reader", QT_TR_NOOP("Reader"), &USB, false, true, checkReader},

@@ -2,6 +2,7 @@
 
 // What the doctor knows of the machine before it judges.
 
+#include "apps/doctor/configuration.h"
 #include "apps/doctor/general.h"
 #include "apps/doctor/library.h"
 #include "apps/doctor/pictures.h"
@@ -17,6 +18,7 @@ struct Environment {
     Roads roads = Roads::BOTH;
     Versions versions;
     LocaleState locale;
+    Configuration configuration;
     LibraryState readerLibrary;
     LibraryState photoDecoder;
     UsbState usb;

@@ -25,6 +25,7 @@ Environment probe(const Options &options)
     environment.roads = roadsOf(options.road);
     environment.versions = probeVersions();
     environment.locale = probeLocale();
+    environment.configuration = readConfiguration(configurationPaths());
     // Those that take child processes go first, while this process is as it was started.
     environment.photoDecoder = probePhotoDecoder();
     if (environment.roads != Roads::USB) {

@@ -17,7 +17,7 @@
 #include "apps/tool/failure_report.h"
 #include "apps/tool/option_table.h"
 #include "apps/tool/options.h"
-#include "apps/tool/road_choice.h"
+#include "apps/tool/reader_options.h"
 #include "apps/tool/verbose.h"
 
 namespace
@@ -49,7 +49,7 @@ ExitStatus run(Options options, Output *output)
 {
     if (options.verbose)
         showForeignOutput();
-    const std::optional<Failure> refused = chooseRoad(&options);
+    const std::optional<Failure> refused = completeReaderOptions(&options);
     if (refused)
         return report(*refused, options, output);
     const Application needed = applicationFor(options);

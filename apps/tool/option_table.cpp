@@ -12,28 +12,9 @@ constexpr bool SIMULATES = true;
 constexpr bool NEVER_SIMULATES = false;
 constexpr const char *NO_ARGUMENT = nullptr;
 constexpr int DAY_IN_SECONDS = 86400;
-constexpr int LONGEST_READ_IN_SECONDS = 3600;
 constexpr int SHORTEST_INTERVAL_MS = 10;
 constexpr int LONGEST_INTERVAL_MS = 60000;
 constexpr int HIGHEST_COUNT = 1000000000;
-
-Option deviceOption(const char *meaning)
-{
-    return Option("device", meaning)
-        .value("VID:PID",
-               "a vendor and a product id of four hexadecimal digits each, such as 1209:0001",
-               [](const QString &value) { return parseUsbIds(value).has_value(); });
-}
-
-bool isRoad(const QString &value)
-{
-    return value == LIBRARY_ROAD || value == USB_ROAD;
-}
-
-Option roadOption(const char *meaning)
-{
-    return Option("road", meaning).value("road", "library or usb", isRoad);
-}
 
 } // namespace
 
@@ -52,12 +33,11 @@ const std::vector<CommandRow> &commandTable()
     static const Option wait =
         Option("wait", "If no card lies on the reader, wait up to this long for one.")
             .number("seconds", 1, DAY_IN_SECONDS);
-    static const Option timeout =
-        Option("timeout",
-               "Give up when one look at the reader takes longer: a reader that asks again and "
-               "again for another try is otherwise waited for without end. The time of --wait does "
-               "not count. The exit status is then 11.")
-            .number("seconds", 1, LONGEST_READ_IN_SECONDS);
+    static const Option timeout = settingOption(
+        "timeout",
+        "Give up when one look at the reader takes longer: a reader that asks again and "
+        "again for another try is otherwise waited for without end. The time of --wait does "
+        "not count. The exit status is then 11.");
     static const Option fault =
         Option(
             "fault",
@@ -68,11 +48,12 @@ const std::vector<CommandRow> &commandTable()
         "simulator-photos",
         "Decode the photo with the simulator's decoder, not with the maker's: simulated readers "
         "and their records have photos in a code of the simulator's own.");
-    static const Option road =
-        roadOption("The way to the reader: library, through its maker's library, or usb, without "
-                   "it, as \"idcard-reader usb\" reads. Over usb there are no pictures of the "
-                   "card's sides. library if not given.");
-    static const Option device = deviceOption(
+    static const Option road = settingOption(
+        "road", "The way to the reader: library, through its maker's library, or usb, without "
+                "it, as \"idcard-reader usb\" reads. Over usb there are no pictures of the "
+                "card's sides. library if neither this nor a configuration file says which.");
+    static const Option device = settingOption(
+        "device",
         "The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, "
         "such as 1209:0001. Not needed where one device alone has the pipes of a reader; "
         "\"idcard-reader usb --list\" shows what is plugged in.");
@@ -304,12 +285,14 @@ const std::vector<CommandRow> &commandTable()
          "      print the findings for a program\n",
          any + QVector<ExitStatus>{ExitStatus::FOUND_WARNINGS, ExitStatus::FOUND_FAILURES},
          {
-             deviceOption("Look at this reader alone, by its vendor and product id: four "
-                          "hexadecimal digits each, such as 1209:0001. Without it, every device "
-                          "that could be a reader is looked at."),
-             roadOption("Look only at what one way of reading needs: library, the reader "
-                        "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
-                        "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader)."),
+             settingOption("device",
+                           "Look at this reader alone, by its vendor and product id: four "
+                           "hexadecimal digits each, such as 1209:0001. Without it, every device "
+                           "that could be a reader is looked at."),
+             settingOption("road",
+                           "Look only at what one way of reading needs: library, the reader "
+                           "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
+                           "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader)."),
              json,
          }},
     };

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include "apps/card/card_files.h"
+#include "apps/card/configuration.h"
 #include "apps/card/usb_devices.h"
 #include "apps/process/command_line.h"
 
@@ -15,10 +16,6 @@ namespace app
 {
 
 struct CommandRow;
-
-/** The words of --road. */
-constexpr QLatin1String LIBRARY_ROAD("library");
-constexpr QLatin1String USB_ROAD("usb");
 
 struct Options {
     const CommandRow *command = nullptr;

@@ -114,6 +114,9 @@ TEST_F(CardSchema, FitsTheFailuresOfRead)
     input.environment = {{"IDCARD_SIMULATOR_LIBRARY", path("none.so")}};
     keep("no-simulator", {"read", "--json", "--simulate", "resident"}, input);
     keep("no-reader", {"read", "--json"});
+    writeFile(path("idcard-reader.conf"), "road\n");
+    input.environment = {{"XDG_CONFIG_HOME", path(".")}};
+    keep("configuration", {"read", "--json"}, input);
     expectTheSchemaToFit();
 }
 

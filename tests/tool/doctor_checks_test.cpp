@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QJsonArray>
+
 #include "apps/doctor/report.h"
 #include "reader/usb_codes.h"
 #include "tests/tool/doctor_machine.h"
@@ -78,26 +80,60 @@ void forbid(Environment &machine)
 
 INSTANTIATE_TEST_SUITE_P(
     Versions, Checks,
-    testing::Values(Fault{"other library", "library-version",
-                          [](Environment &m) { m.versions.library = "version:1.4.0"; },
-                          Level::WARNING, "\"version:1.4.0\", idcard-reader is 1.5.0", "ldd"},
-                    Fault{"older Qt", "qt-version",
-                          [](Environment &m) { m.versions.qtRunning = "5.9.5"; }, Level::FAILURE,
-                          "5.9.5, built with 5.11.3: they do not go together", "Install Qt 5.11.3"},
-                    Fault{"Qt of another major version", "qt-version",
-                          [](Environment &m) { m.versions.qtRunning = "6.4.2"; }, Level::FAILURE,
-                          "6.4.2", "a later Qt 5"},
-                    Fault{"missing locale", "locale",
-                          [](Environment &m) {
-                              m.locale = {"xx_YY.UTF-8", false, "C", "ANSI_X3.4-1968"};
-                          },
-                          Level::WARNING, "no locale \"xx_YY.UTF-8\"", "dpkg-reconfigure locales"},
-                    Fault{"other encoding", "locale",
-                          [](Environment &m) {
-                              m.locale = {"zh_CN.GB18030", true, "zh_CN.GB18030", "GB18030"};
-                          },
-                          Level::WARNING, "the encoding GB18030, not UTF-8",
-                          "export LC_ALL=C.UTF-8"}));
+    testing::Values(
+        Fault{"other library", "library-version",
+              [](Environment &m) { m.versions.library = "version:1.4.0"; }, Level::WARNING,
+              "\"version:1.4.0\", idcard-reader is 1.5.0", "ldd"},
+        Fault{"older Qt", "qt-version", [](Environment &m) { m.versions.qtRunning = "5.9.5"; },
+              Level::FAILURE, "5.9.5, built with 5.11.3: they do not go together",
+              "Install Qt 5.11.3"},
+        Fault{"Qt of another major version", "qt-version",
+              [](Environment &m) { m.versions.qtRunning = "6.4.2"; }, Level::FAILURE, "6.4.2",
+              "a later Qt 5"},
+        Fault{"missing locale", "locale",
+              [](Environment &m) {
+                  m.locale = {"xx_YY.UTF-8", false, "C", "ANSI_X3.4-1968"};
+              },
+              Level::WARNING, "no locale \"xx_YY.UTF-8\"", "dpkg-reconfigure locales"},
+        Fault{"other encoding", "locale",
+              [](Environment &m) {
+                  m.locale = {"zh_CN.GB18030", true, "zh_CN.GB18030", "GB18030"};
+              },
+              Level::WARNING, "the encoding GB18030, not UTF-8", "export LC_ALL=C.UTF-8"},
+        Fault{"mistake in a configuration file", "configuration",
+              [](Environment &m) {
+                  m.configuration[1].mistake = "there is no setting \"raod\".";
+                  m.configuration[1].remedy = "Correct the line.";
+                  m.configuration[1].mistakeLine = 7;
+              },
+              Level::FAILURE, "/home/clerk/.config/idcard-reader.conf, line 7: there is no setting",
+              "Correct the line."},
+        Fault{"configuration file that cannot be read", "configuration",
+              [](Environment &m) {
+                  m.configuration[0].mistake = "it cannot be read: Is a directory.";
+                  m.configuration[0].remedy = "Remove it.";
+              },
+              Level::FAILURE, "/etc/idcard-reader.conf: it cannot be read", "Remove it."}));
+
+TEST(ConfigurationCheck, NamesTheFilesThatAreNotThere)
+{
+    Environment machine = fineMachine();
+    machine.configuration = {{"/etc/a.conf"}, {"/home/b.conf"}};
+    EXPECT_EQ(findingOf("configuration", machine).text, "No /etc/a.conf and no /home/b.conf");
+}
+
+TEST(ConfigurationCheck, SaysWhatTheFilesHold)
+{
+    Environment machine = fineMachine();
+    machine.configuration = {{"/etc/a.conf", true, {{"timeout", "30", 1}}}, {"/home/b.conf", true}};
+    const Finding finding = findingOf("configuration", machine);
+    EXPECT_EQ(finding.text, "/etc/a.conf: timeout = 30; /home/b.conf: no setting");
+    const QJsonArray files = finding.facts["files"].toArray();
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_EQ(files[0].toObject()["settings"].toArray(),
+              (QJsonArray{QJsonObject{{"key", "timeout"}, {"value", "30"}, {"line", 1}}}));
+    EXPECT_TRUE(files[1].toObject()["isThere"].toBool());
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Libraries, Checks,
@@ -491,7 +527,7 @@ TEST(FineMachine, IsFineInEveryCheck)
         EXPECT_THAT(one.finding.commands, IsEmpty()) << one.check->id;
     }
     EXPECT_THAT(toReport(findings, Roads::BOTH).toStdString(),
-                testing::EndsWith("\n\nAll is fine: 16 checks.\n"));
+                testing::EndsWith("\n\nAll is fine: 17 checks.\n"));
 }
 
 TEST(FineMachine, OtherWaysOfBeingFineAreFine)
@@ -528,11 +564,12 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
             ids << one.check->id;
         return ids.join(' ').toStdString();
     };
-    EXPECT_EQ(idsOf(Roads::LIBRARY), "library-version qt-version locale reader-library "
-                                     "photo-decoder screen resolution jpeg text-font number-font");
-    EXPECT_EQ(idsOf(Roads::USB),
-              "library-version qt-version locale usb-reader usb-permission usb-rule usb-group "
-              "usb-driver usb-holder photo-decoder");
+    EXPECT_EQ(idsOf(Roads::LIBRARY),
+              "library-version qt-version locale configuration reader-library "
+              "photo-decoder screen resolution jpeg text-font number-font");
+    EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
+                                 "usb-permission usb-rule usb-group "
+                                 "usb-driver usb-holder photo-decoder");
 }
 
 TEST(TwoReaders, AreReportedOneAfterTheOther)

@@ -21,7 +21,7 @@ TEST_F(Doctor, MachineInOrderIsFine)
 {
     const ProcessResult text = run({"--road", "library"});
     expectEnd(text, 0);
-    EXPECT_THAT(text.output(), EndsWith("\n\nAll is fine: 10 checks.\n"));
+    EXPECT_THAT(text.output(), EndsWith("\n\nAll is fine: 11 checks.\n"));
     const ProcessResult json = run({"--road", "library", "--json"});
     EXPECT_EQ(json.exitStatus, 0);
     const QJsonObject report = reportOf(json);
@@ -32,6 +32,32 @@ TEST_F(Doctor, MachineInOrderIsFine)
     const QJsonObject font = findingIn(report, "number-font")["facts"].toObject();
     EXPECT_EQ(font["got"].toString(), "Noto Sans Mono CJK SC");
     EXPECT_EQ(font["faces"].toArray(), QJsonArray{"Noto Sans Mono CJK SC Bold"});
+}
+
+TEST_F(Doctor, ConfigurationIsShownAndItsMistakeIsAFailure)
+{
+    set("XDG_CONFIG_HOME", path("."));
+    const QString file = path("idcard-reader.conf");
+    writeFile(file, "# counter 3\nroad = usb\ndevice = 1209:00AB\ntimeout = 30\n");
+    const ProcessResult fine = run({"--road", "library", "--json"});
+    EXPECT_EQ(fine.exitStatus, 0) << fine.output();
+    const QJsonArray files =
+        findingIn(reportOf(fine), "configuration")["facts"].toObject()["files"].toArray();
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_TRUE(files[0].toObject()["file"].toString().endsWith("/etc/idcard-reader.conf"));
+    EXPECT_EQ(files[1].toObject()["file"].toString(), file);
+    const QJsonArray settings = files[1].toObject()["settings"].toArray();
+    ASSERT_EQ(settings.size(), 3);
+    EXPECT_EQ(settings[1].toObject(),
+              (QJsonObject{{"key", "device"}, {"value", "1209:00AB"}, {"line", 3}}));
+
+    writeFile(file, "road = usb\ntimeout = soon\n");
+    const QJsonObject finding =
+        expectFault("configuration", "failure", "idcard-reader.conf, line 2: timeout takes");
+    EXPECT_EQ(finding["facts"].toObject()["files"].toArray()[1].toObject()["line"].toInt(), 2);
+    QFile::remove(file);
+    QDir().mkpath(file);
+    expectFault("configuration", "failure", "idcard-reader.conf: it is not a file of text.");
 }
 
 TEST_F(Doctor, LinesFitATerminalButForCommandsAndPaths)
@@ -193,7 +219,7 @@ TEST_F(Doctor, DisplayThatIsNotThereIsAFailureAndTheRestIsLookedAt)
                 "Qt does not come up with the platform \"xcb\": could not connect to display");
     const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
     EXPECT_EQ(report["counts"].toObject()["failure"].toInt(), 1);
-    EXPECT_EQ(report["findings"].toArray().size(), 9) << "no resolution without a screen";
+    EXPECT_EQ(report["findings"].toArray().size(), 10) << "no resolution without a screen";
 }
 
 TEST_F(Doctor, PlatformThatQtDoesNotHaveIsAFailure)

@@ -27,6 +27,9 @@ Environment fineMachine()
     Environment machine;
     machine.versions = {"1.5.0", "version:1.5.0", "5.11.3", "5.15.8"};
     machine.locale = {"zh_CN.UTF-8", true, "zh_CN.UTF-8", "UTF-8"};
+    machine.configuration = {
+        {"/etc/idcard-reader.conf", true, {{"road", "usb", 1}, {"device", "1209:0001", 3}}},
+        {"/home/clerk/.config/idcard-reader.conf"}};
     machine.readerLibrary =
         loadedLibrary("/usr/lib/libmaker.so", {"KVO_OpenPort", "KVO_FindIDCard"});
     machine.photoDecoder = loadedLibrary("/usr/lib/libdecoder.so", {"unpack"});

@@ -35,6 +35,8 @@ warning  Locale           "C" has the encoding ANSI_X3.4-1968, not UTF-8: a
                           -> Start the host application in a UTF-8 locale, for
                           instance:
                              export LC_ALL=C.UTF-8
+ok       Configuration    /etc/idcard-reader.conf: road = usb, device =
+                          1209:0001
 
 Reading over USB
 ok       Reader           1209:0001 at /dev/bus/usb/001/002, Maker Reader
@@ -57,7 +59,7 @@ ok       In use           By no program
 Photos, by either road
 ok       Photo decoder    /usr/lib/libdecoder.so
 
-2 failures, 1 warning, 7 fine.
+2 failures, 1 warning, 8 fine.
 )");
 }
 
@@ -89,9 +91,9 @@ TEST(ReportJson, HoldsTheSumAndEveryFinding)
     EXPECT_EQ(report["road"].toString(), "both");
     EXPECT_EQ(report["result"].toString(), "warning");
     EXPECT_EQ(report["counts"].toObject(),
-              (QJsonObject{{"ok", 15}, {"warning", 1}, {"failure", 0}}));
-    EXPECT_EQ(report["findings"].toArray().size(), 16);
-    const QJsonObject driver = report["findings"].toArray().at(8).toObject();
+              (QJsonObject{{"ok", 16}, {"warning", 1}, {"failure", 0}}));
+    EXPECT_EQ(report["findings"].toArray().size(), 17);
+    const QJsonObject driver = report["findings"].toArray().at(9).toObject();
     EXPECT_EQ(driver["group"].toString(), "usb");
     EXPECT_EQ(driver["check"].toString(), "usb-driver");
     EXPECT_EQ(driver["level"].toString(), "warning");

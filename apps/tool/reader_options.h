@@ -1,0 +1,24 @@
+#pragma once
+
+// From which reader and by which road a command reads: what its options leave open the
+// configuration files say.
+
+#include <optional>
+
+#include "apps/card/configuration.h"
+#include "apps/card/failure.h"
+#include "apps/tool/options.h"
+
+namespace app
+{
+
+/**
+ * Completes the options of a command that reads from a reader; its road is said then. A failure
+ * when a file has a mistake or options contradict each other.
+ */
+std::optional<Failure> completeReaderOptions(const Configuration &configuration, Options *options);
+
+/** The same by the files of this machine and user, which no other command looks at. */
+std::optional<Failure> completeReaderOptions(Options *options);
+
+} // namespace app
