@@ -1169,6 +1169,10 @@
         <source>%1, for %2</source>
         <translation>%1，用于 %2</translation>
     </message>
+    <message>
+        <source>Configuration</source>
+        <translation>配置</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>
@@ -1822,10 +1826,6 @@
         <translation>没有这个读卡器。</translation>
     </message>
     <message>
-        <source>No USB device has the vendor and product id that --device named: the reader is not plugged in, or has other ids.</source>
-        <translation>没有 USB 设备具有 --device 指定的厂商和产品标识：读卡器没有插好，或标识不同。</translation>
-    </message>
-    <message>
         <source>Plug the reader in and see with &quot;idcard-reader usb --list&quot; which ids it has.</source>
         <translation>请插好读卡器，用“idcard-reader usb --list”查看其标识。</translation>
     </message>
@@ -1932,10 +1932,6 @@
     <message>
         <source>The program itself failed: the simulator could not be loaded, or standard output could not be written.</source>
         <translation>程序自身出错：无法加载模拟器，或无法写入标准输出。</translation>
-    </message>
-    <message>
-        <source>Wrong usage: an unknown option or value, a card description or fault that the simulator refuses, or a file that is not a raw card record.</source>
-        <translation>用法有误：选项或值无法识别，模拟器不接受证件描述或故障，或文件不是原始证件记录。</translation>
     </message>
     <message>
         <source>No card was found on the reader, or none came while waiting.</source>
@@ -2060,6 +2056,30 @@
     <message>
         <source>Correct it; &quot;idcard-reader help&quot; describes the commands and their options.</source>
         <translation>请修改命令行；“idcard-reader help”说明各命令及其选项。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value, a mistake in a configuration file, several readers of which --device names none, a card description or fault that the simulator refuses, or a file that is not a raw card record.</source>
+        <translation>用法有误：选项或值未知、配置文件有误、有多台读卡器而未用 --device 指定、模拟器拒绝卡片描述或故障，或文件不是证件原始记录。</translation>
+    </message>
+    <message>
+        <source>Several USB devices could be the reader.</source>
+        <translation>有多台 USB 设备可能是读卡器。</translation>
+    </message>
+    <message>
+        <source>Name the ids of the reader with --device.</source>
+        <translation>请用 --device 指定读卡器的标识。</translation>
+    </message>
+    <message>
+        <source>A configuration file has a mistake.</source>
+        <translation>配置文件有误。</translation>
+    </message>
+    <message>
+        <source>Correct the file; &quot;idcard-reader doctor&quot; shows which files there are and what they say.</source>
+        <translation>请改正该文件；运行“idcard-reader doctor”可查看有哪些配置文件及其内容。</translation>
+    </message>
+    <message>
+        <source>No USB device has the vendor and product id that are named or, where none are, the pipes of a reader: it is not plugged in, or is another one.</source>
+        <translation>没有 USB 设备具有指定的厂商和产品标识；未指定标识时，没有设备具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
     </message>
 </context>
 <context>
