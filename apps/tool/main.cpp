@@ -72,6 +72,15 @@ CommandLine<Options> commandLineOf(const QStringList &arguments)
     return parseCommandLine(arguments);
 }
 
+/** What is wrong in the first line, and in the last one where the help is. */
+Failure usageFailure(const QString &problem)
+{
+    Failure failure = toolFailure(ToolFault::WRONG_USAGE, problem);
+    failure.headline = problem.section(QLatin1Char('\n'), 0, 0);
+    failure.remedy = problem.section(QLatin1Char('\n'), -1);
+    return failure;
+}
+
 ExitStatus serve(const QStringList &arguments, Output *output)
 {
     const CommandLine<Options> line = commandLineOf(arguments);
@@ -80,7 +89,7 @@ ExitStatus serve(const QStringList &arguments, Output *output)
     const bool isJsonWanted =
         arguments.contains(QStringLiteral("--json")) || arguments.contains(QStringLiteral("-json"));
     if (!line.problem.isEmpty() && isJsonWanted)
-        output->write(errorLine(toolFailure(ToolFault::WRONG_USAGE, line.problem)));
+        output->write(errorLine(usageFailure(line.problem)));
     return answer(line.problem, line.text, output);
 }
 

@@ -163,7 +163,7 @@ TEST_P(OtherLanguage, CardThatIsNotSaved_IsShownAndTheFailureReported)
 TEST_P(OtherLanguage, WrongOption_IsReportedInTheWordsOfTheTool)
 {
     const ProcessResult end = run({"--two words"});
-    expectEnd(end, 1, "read has no option --two words.");
+    expectEnd(end, 2, "read has no option --two words.\nSee \"idcard-reader read --help\".");
     EXPECT_THAT(end.output(), IsEmpty());
 }
 
