@@ -2211,6 +2211,18 @@
         <source>Too many open files</source>
         <translation>打开的文件过多</translation>
     </message>
+    <message>
+        <source>The address is not available</source>
+        <translation>该地址不可用</translation>
+    </message>
+    <message>
+        <source>The address is protected</source>
+        <translation>该地址受保护</translation>
+    </message>
+    <message>
+        <source>The bound address is already in use</source>
+        <translation>该地址已被使用</translation>
+    </message>
 </context>
 <context>
     <name>UsbList</name>
@@ -2317,6 +2329,260 @@
     <message>
         <source>WHAT IT IS</source>
         <translation>设备说明</translation>
+    </message>
+</context>
+<context>
+    <name>Usbip</name>
+    <message>
+        <source>it sends on without reading what it is sent</source>
+        <translation>它不读取收到的数据，却继续发送</translation>
+    </message>
+    <message>
+        <source>it gives the number %1 to two transfers at a time</source>
+        <translation>它同时为两次传输使用了编号 %1</translation>
+    </message>
+    <message>
+        <source>more than %1 of its transfers wait at a time</source>
+        <translation>它同时等待的传输超过 %1 次</translation>
+    </message>
+    <message>
+        <source>the reader was unplugged</source>
+        <translation>读卡器已拔出</translation>
+    </message>
+    <message>
+        <source>it speaks version %1 of the protocol, not %2</source>
+        <translation>它使用协议版本 %1，而不是 %2</translation>
+    </message>
+    <message>
+        <source>the bus id of its import request has no end</source>
+        <translation>它的导入请求中，总线标识没有结束</translation>
+    </message>
+    <message>
+        <source>it asks for the unknown operation %1, neither a list of devices nor an import</source>
+        <translation>它请求未知的操作 %1，既不是列出设备，也不是导入</translation>
+    </message>
+    <message>
+        <source>it sends the unknown command %1</source>
+        <translation>它发送了未知的命令 %1</translation>
+    </message>
+    <message>
+        <source>it names the device %1, but has imported %2</source>
+        <translation>它指定设备 %1，但导入的是 %2</translation>
+    </message>
+    <message>
+        <source>it sends a transfer of direction %1, neither 0 (out) nor 1 (in)</source>
+        <translation>它发送的传输方向为 %1，既不是 0（发出）也不是 1（接收）</translation>
+    </message>
+    <message>
+        <source>it sends a transfer to endpoint %1; the highest is %2</source>
+        <translation>它向端点 %1 发送传输；最大为 %2</translation>
+    </message>
+    <message>
+        <source>it sends a transfer of %1 bytes; the most is %2</source>
+        <translation>它发送了 %1 字节的传输；最多为 %2</translation>
+    </message>
+    <message>
+        <source>it sends an isochronous transfer of %1 packets; the device has no endpoint for one</source>
+        <translation>它发送了 %1 个包的等时传输；设备没有这样的端点</translation>
+    </message>
+    <message>
+        <source>%1 port %2</source>
+        <translation>%1 端口 %2</translation>
+    </message>
+    <message>
+        <source>%1 has attached the reader.</source>
+        <translation>%1 已接入读卡器。</translation>
+    </message>
+    <message>
+        <source>The connection of %1 is closed: %2.</source>
+        <translation>已关闭与 %1 的连接：%2。</translation>
+    </message>
+    <message>
+        <source>%1 has detached the reader.</source>
+        <translation>%1 已断开读卡器。</translation>
+    </message>
+</context>
+<context>
+    <name>VirtualReader</name>
+    <message>
+        <source>Listening on %1 port %2 failed: %3. End the program that uses the port, or choose another with --port or another address of this machine with --listen.</source>
+        <translation>无法在 %1 端口 %2 上监听：%3。请退出使用该端口的程序，或用 --port 另选端口，或用 --listen 另选本机的地址。</translation>
+    </message>
+    <message>
+        <source>The card of --card is refused: %1</source>
+        <translation>--card 的证件不被接受：%1</translation>
+    </message>
+    <message>
+        <source>The faults of --fault are refused: %1</source>
+        <translation>--fault 的故障不被接受：%1</translation>
+    </message>
+    <message>
+        <source>The faults are set, %1.</source>
+        <translation>故障已设定，%1。</translation>
+    </message>
+    <message>
+        <source>Warning: %1 is not a loopback address. Anyone who reaches it can attach the reader, without a password; listen on 127.0.0.1 to prevent that.</source>
+        <translation>警告：%1 不是回环地址。任何能够访问该地址的人都可以接入读卡器，无需密码；要避免这种情况，请在 127.0.0.1 上监听。</translation>
+    </message>
+    <message>
+        <source>the line is longer than %1 bytes; give a shorter one</source>
+        <translation>这一行超过 %1 字节；请缩短</translation>
+    </message>
+    <message>
+        <source>the fault &quot;unplugged&quot; keeps the reader away; take it back with &quot;faults&quot;</source>
+        <translation>故障“unplugged”使读卡器无法接入；请用“faults”取消它</translation>
+    </message>
+    <message>
+        <source>Put a card on the reader, instead of the one that is there.</source>
+        <translation>将证件放到读卡器上，代替已有的证件。</translation>
+    </message>
+    <message>
+        <source>Take the card off the reader.</source>
+        <translation>从读卡器上取走证件。</translation>
+    </message>
+    <message>
+        <source>Set the faults that apply besides the card&apos;s own, instead of the present ones; none if the list is left out.</source>
+        <translation>设定除证件自身故障以外的故障，代替现有的故障；不给出列表则没有故障。</translation>
+    </message>
+    <message>
+        <source>Unplug the reader; its client loses it.</source>
+        <translation>拔出读卡器；使用它的一方会失去它。</translation>
+    </message>
+    <message>
+        <source>Plug the reader in again; it can then be attached.</source>
+        <translation>重新插入读卡器，之后可以再次接入。</translation>
+    </message>
+    <message>
+        <source>Report the state of the reader.</source>
+        <translation>报告读卡器的状态。</translation>
+    </message>
+    <message>
+        <source>List the commands.</source>
+        <translation>列出命令。</translation>
+    </message>
+    <message>
+        <source>End the program.</source>
+        <translation>结束程序。</translation>
+    </message>
+    <message>
+        <source>%1 takes no argument &quot;%2&quot;; give &quot;%1&quot; alone</source>
+        <translation>%1 不接受参数“%2”；请只给出“%1”</translation>
+    </message>
+    <message>
+        <source>%1 needs an argument: &quot;%2&quot;</source>
+        <translation>%1 需要一个参数：“%2”</translation>
+    </message>
+    <message>
+        <source>there is no command &quot;%1&quot;; the commands are %2</source>
+        <translation>没有命令“%1”；可用的命令有 %2</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>but no client will see %1: who may open or claim the reader is decided by the machine that it is attached to</source>
+        <translation>但使用读卡器的一方看不到 %1：谁可以打开或占用读卡器，由它所接入的计算机决定</translation>
+    </message>
+    <message>
+        <source>Listen on this address; 127.0.0.1 if not given, which only this machine reaches. Anyone who reaches another address can attach the reader.</source>
+        <translation>在此地址上监听；未给出时为 127.0.0.1，只有本机能够访问。任何能够访问其他地址的人都可以接入读卡器。</translation>
+    </message>
+    <message>
+        <source>an IP address of this machine, for instance 127.0.0.1</source>
+        <translation>本机的 IP 地址，例如 127.0.0.1</translation>
+    </message>
+    <message>
+        <source>Listen on this port; 3240 if not given, any free one if 0.</source>
+        <translation>在此端口上监听；未给出时为 3240，为 0 时使用任一空闲端口。</translation>
+    </message>
+    <message>
+        <source>a whole number from 0 (any free port) to %1</source>
+        <translation>从 0（任一空闲端口）到 %1 的整数</translation>
+    </message>
+    <message>
+        <source>Begin with this card on the reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card. Without it the reader is empty.</source>
+        <translation>启动时读卡器上放有此证件：“idcard-reader cards”列出的名称，或证件的描述文件。未给出时读卡器上没有证件。</translation>
+    </message>
+    <message>
+        <source>a card&apos;s name or file</source>
+        <translation>证件的名称或文件</translation>
+    </message>
+    <message>
+        <source>Begin with these faults, one of those below or several separated by commas.</source>
+        <translation>启动时带有这些故障：下列故障之一，或用逗号分隔的若干个。</translation>
+    </message>
+    <message>
+        <source>faults separated by commas</source>
+        <translation>用逗号分隔的故障</translation>
+    </message>
+    <message>
+        <source>Ids of the reader, two numbers of four hexadecimal digits; 1209:0001 if not given.</source>
+        <translation>读卡器的标识，两组四位十六进制数字；未给出时为 1209:0001。</translation>
+    </message>
+    <message>
+        <source>two numbers of four hexadecimal digits each, for instance 1209:0001</source>
+        <translation>两组四位十六进制数字，例如 1209:0001</translation>
+    </message>
+    <message>
+        <source>End when standard input does. Without it the reader stays until Ctrl-C, SIGTERM or &quot;quit&quot;.</source>
+        <translation>标准输入结束时随之结束。未给出时读卡器一直保留，直到 Ctrl-C、SIGTERM 或“quit”。</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>%2 takes no argument &quot;%1&quot;.</source>
+        <translation>%2 不接受参数“%1”。</translation>
+    </message>
+    <message>
+        <source>%1 takes %2, not &quot;%3&quot;.</source>
+        <translation>%1 的值应为%2，而不是“%3”。</translation>
+    </message>
+    <message>
+        <source>Exit status</source>
+        <translation>退出状态</translation>
+    </message>
+    <message>
+        <source>Ended as asked.</source>
+        <translation>已按要求结束。</translation>
+    </message>
+    <message>
+        <source>The address and port could not be listened on, or standard output could not be written.</source>
+        <translation>无法在该地址和端口上监听，或无法写入标准输出。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value, or a card description or fault that is refused.</source>
+        <translation>用法有误：选项或值无法识别，或证件描述或故障不被接受。</translation>
+    </message>
+    <message>
+        <source>Usage: %1
+
+</source>
+        <translation>用法：%1
+
+</translation>
+    </message>
+    <message>
+        <source>Exports a simulated card reader over USB/IP, so that it can be attached to this machine as a USB device: as root, &quot;modprobe vhci-hcd&quot;, then &quot;usbip attach -r 127.0.0.1 -b 1-1&quot;. The reader&apos;s cards are described ones; no person is involved.</source>
+        <translation>通过 USB/IP 提供一个模拟读卡器，可作为 USB 设备接入本机：以 root 身份运行“modprobe vhci-hcd”，再运行“usbip attach -r 127.0.0.1 -b 1-1”。读卡器上的证件都是描述出来的，不涉及任何真实的人。</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>Commands on standard input, one a line, each answered by one line</source>
+        <translation>标准输入的命令，每行一条，各以一行应答</translation>
+    </message>
+    <message>
+        <source>Faults (E: lookup, select or read)</source>
+        <translation>故障（E 为 lookup、select 或 read）</translation>
     </message>
 </context>
 <context>

@@ -21,6 +21,8 @@ namespace
 
 using namespace app;
 
+IDCARD_TEXTS(VirtualReader)
+
 // Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 22> programName = {"idcard-virtual-reader"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
@@ -46,12 +48,11 @@ public:
         const QString problem = m_server.listen(m_options.address, m_options.port);
         if (!problem.isEmpty()) {
             printMessage(
-                QStringLiteral("Listening on %1 port %2 failed: %3. End the program that uses the "
-                               "port, or choose another with --port or another address of this "
-                               "machine with --listen.")
+                tr("Listening on %1 port %2 failed: %3. End the program that uses the port, or "
+                   "choose another with --port or another address of this machine with --listen.")
                     .arg(m_options.address.toString())
                     .arg(m_options.port)
-                    .arg(problem));
+                    .arg(translatedSystemText(problem)));
             return ExitStatus::PROGRAM_FAILED;
         }
         warnOfOthers();
@@ -65,14 +66,14 @@ private:
         if (!m_options.card.isEmpty())
             problem = m_console.putCard(m_options.card);
         if (!problem.isEmpty())
-            return QStringLiteral("The card of --card is refused: %1").arg(problem);
+            return tr("The card of --card is refused: %1").arg(problem);
         if (!m_options.faults.isEmpty())
             problem = m_console.setFaults(m_options.faults);
         if (!problem.isEmpty())
-            return QStringLiteral("The faults of --fault are refused: %1").arg(problem);
+            return tr("The faults of --fault are refused: %1").arg(problem);
         const QString hidden = m_console.hiddenFaults();
         if (!hidden.isEmpty())
-            printMessage(QStringLiteral("The faults are set, %1.").arg(hidden));
+            printMessage(tr("The faults are set, %1.").arg(hidden));
         return {};
     }
 
@@ -80,9 +81,8 @@ private:
     {
         if (!m_options.address.isLoopback()) {
             printMessage(
-                QStringLiteral("Warning: %1 is not a loopback address. Anyone who reaches it can "
-                               "attach the reader, without a password; listen on 127.0.0.1 to "
-                               "prevent that.")
+                tr("Warning: %1 is not a loopback address. Anyone who reaches it can attach the "
+                   "reader, without a password; listen on 127.0.0.1 to prevent that.")
                     .arg(m_options.address.toString()));
         }
     }
@@ -110,7 +110,8 @@ private:
         if (m_isQuitting)
             return;
         if (line.isTooLong) {
-            print(QStringLiteral("error: the line is longer than %1 bytes; give a shorter one")
+            print(QStringLiteral("error: ") +
+                  tr("the line is longer than %1 bytes; give a shorter one")
                       .arg(LineSplitter::LONGEST_LINE));
             return;
         }

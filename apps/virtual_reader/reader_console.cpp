@@ -1,6 +1,7 @@
 #include "apps/virtual_reader/reader_console.h"
 
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app
@@ -8,6 +9,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(VirtualReader)
 
 enum class Argument { NONE, NEEDED, OPTIONAL };
 
@@ -72,8 +75,8 @@ struct ConsoleCommands {
         console->m_reader.plugIn();
         if (console->m_reader.isPluggedIn())
             return ok();
-        return error(QStringLiteral("the fault \"unplugged\" keeps the reader away; take it back "
-                                    "with \"faults\""));
+        return error(
+            tr("the fault \"unplugged\" keeps the reader away; take it back with \"faults\""));
     }
 
     static QString status(ReaderConsole *console, const QString & /*argument*/)
@@ -107,17 +110,19 @@ struct ConsoleCommands {
 
 const CommandRow ConsoleCommands::ROWS[] = {
     {"card", "NAME|FILE", Argument::NEEDED,
-     "Put a card on the reader, instead of the one that is there.", card},
-    {"take", nullptr, Argument::NONE, "Take the card off the reader.", take},
+     QT_TR_NOOP("Put a card on the reader, instead of the one that is there."), card},
+    {"take", nullptr, Argument::NONE, QT_TR_NOOP("Take the card off the reader."), take},
     {"faults", "[LIST]", Argument::OPTIONAL,
-     "Set the faults that apply besides the card's own, instead of the present ones; none if the "
-     "list is left out.",
+     QT_TR_NOOP("Set the faults that apply besides the card's own, instead of the present ones; "
+                "none if the list is left out."),
      faults},
-    {"unplug", nullptr, Argument::NONE, "Unplug the reader; its client loses it.", unplug},
-    {"plug", nullptr, Argument::NONE, "Plug the reader in again; it can then be attached.", plug},
-    {"status", nullptr, Argument::NONE, "Report the state of the reader.", status},
-    {"help", nullptr, Argument::NONE, "List the commands.", help},
-    {"quit", nullptr, Argument::NONE, "End the program.", quit},
+    {"unplug", nullptr, Argument::NONE, QT_TR_NOOP("Unplug the reader; its client loses it."),
+     unplug},
+    {"plug", nullptr, Argument::NONE,
+     QT_TR_NOOP("Plug the reader in again; it can then be attached."), plug},
+    {"status", nullptr, Argument::NONE, QT_TR_NOOP("Report the state of the reader."), status},
+    {"help", nullptr, Argument::NONE, QT_TR_NOOP("List the commands."), help},
+    {"quit", nullptr, Argument::NONE, QT_TR_NOOP("End the program."), quit},
 };
 
 QString ConsoleCommands::help(ReaderConsole * /*console*/, const QString & /*argument*/)
@@ -144,18 +149,17 @@ QString ReaderConsole::answer(const QString &line)
         if (name != QLatin1String(row.name))
             continue;
         if (row.argument == Argument::NONE && !argument.isEmpty())
-            return error(printable(filledIn(
-                QStringLiteral("%1 takes no argument \"%2\"; give \"%1\" alone"), name, argument)));
+            return error(printable(
+                filledIn(tr("%1 takes no argument \"%2\"; give \"%1\" alone"), name, argument)));
         if (row.argument == Argument::NEEDED && argument.isEmpty())
-            return error(
-                filledIn(QStringLiteral("%1 needs an argument: \"%2\""), name, withArgument(row)));
+            return error(filledIn(tr("%1 needs an argument: \"%2\""), name, withArgument(row)));
         // One line, even if names and files hold line feeds.
         return printable(row.carryOut(this, argument));
     }
     constexpr int LONGEST_QUOTE = 60;
-    return error(printable(
-        filledIn(QStringLiteral("there is no command \"%1\"; the commands are %2"),
-                 name.left(LONGEST_QUOTE), ConsoleCommands::usages().join(QStringLiteral(", ")))));
+    return error(
+        printable(filledIn(tr("there is no command \"%1\"; the commands are %2"),
+                           name.left(LONGEST_QUOTE), ConsoleCommands::usages().join(tr(", ")))));
 }
 
 QString ReaderConsole::putCard(const QString &nameOrFile)
@@ -183,18 +187,17 @@ QString ReaderConsole::hiddenFaults() const
         hidden << QStringLiteral("permission-denied");
     if (m_reader.isClaimedElsewhere())
         hidden << QStringLiteral("claimed-elsewhere");
-    return hidden.isEmpty()
-               ? QString()
-               : QStringLiteral("but no client will see %1: who may open or claim the reader is "
-                                "decided by the machine that it is attached to")
-                     .arg(hidden.join(QStringLiteral(", ")));
+    return hidden.isEmpty() ? QString()
+                            : tr("but no client will see %1: who may open or claim the reader is "
+                                 "decided by the machine that it is attached to")
+                                  .arg(hidden.join(tr(", ")));
 }
 
 QVector<QStringList> consoleCommandRows()
 {
     QVector<QStringList> rows;
     for (const CommandRow &row : ConsoleCommands::ROWS)
-        rows << QStringList{withArgument(row), QString::fromUtf8(row.text)};
+        rows << QStringList{withArgument(row), tr(row.text)};
     return rows;
 }
 

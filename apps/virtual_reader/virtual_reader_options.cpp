@@ -4,6 +4,7 @@
 
 #include "apps/process/exit_status.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "apps/virtual_reader/reader_console.h"
 #include "common/texts.h"
 #include "simulator/card/faults.h"
@@ -13,6 +14,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(VirtualReader)
 
 constexpr int HIGHEST_PORT = 65535;
 
@@ -29,29 +32,29 @@ bool isNotBlank(const QString &value)
 std::vector<Option> declaredOptions()
 {
     return {
-        Option("listen", "Listen on this address; 127.0.0.1 if not given, which only this machine "
-                         "reaches. Anyone who reaches another address can attach the reader.")
-            .value("address", "an IP address of this machine, for instance 127.0.0.1",
+        Option("listen",
+               tr("Listen on this address; 127.0.0.1 if not given, which only this machine "
+                  "reaches. Anyone who reaches another address can attach the reader."))
+            .value("address", tr("an IP address of this machine, for instance 127.0.0.1"),
                    [](const QString &value) { return QHostAddress().setAddress(value); }),
-        Option("port", "Listen on this port; 3240 if not given, any free one if 0.")
-            .value("number",
-                   QStringLiteral("a whole number from 0 (any free port) to %1").arg(HIGHEST_PORT),
+        Option("port", tr("Listen on this port; 3240 if not given, any free one if 0."))
+            .value("number", tr("a whole number from 0 (any free port) to %1").arg(HIGHEST_PORT),
                    isPort),
-        Option("card", "Begin with this card on the reader: a name from \"idcard-reader cards\" or "
-                       "a file that describes a card. Without it the reader is empty.")
-            .value("card", "a card's name or file", isNotBlank),
+        Option("card", tr("Begin with this card on the reader: a name from \"idcard-reader cards\" "
+                          "or a file that describes a card. Without it the reader is empty."))
+            .value("card", tr("a card's name or file"), isNotBlank),
         Option("fault",
-               "Begin with these faults, one of those below or several separated by commas.")
-            .value("faults", "faults separated by commas", isNotBlank),
-        Option("device",
-               "Ids of the reader, two numbers of four hexadecimal digits; 1209:0001 if not given.")
+               tr("Begin with these faults, one of those below or several separated by commas."))
+            .value("faults", tr("faults separated by commas"), isNotBlank),
+        Option("device", tr("Ids of the reader, two numbers of four hexadecimal digits; 1209:0001 "
+                            "if not given."))
             .value("vendor:product",
-                   "two numbers of four hexadecimal digits each, for instance 1209:0001",
+                   tr("two numbers of four hexadecimal digits each, for instance 1209:0001"),
                    [](const QString &value) { return parseUsbIds(value).has_value(); }),
-        Option("until-end-of-input", "End when standard input does. Without it the reader stays "
-                                     "until Ctrl-C, SIGTERM or \"quit\"."),
-        Option("help", "Show this help."),
-        Option("version", "Show the version."),
+        Option("until-end-of-input", tr("End when standard input does. Without it the reader stays "
+                                        "until Ctrl-C, SIGTERM or \"quit\".")),
+        Option("help", tr("Show this help.")),
+        Option("version", tr("Show the version.")),
     };
 }
 
@@ -59,38 +62,39 @@ std::vector<Option> declaredOptions()
 Phrases phrases()
 {
     Phrases phrases;
-    phrases.noArgument = QStringLiteral("%2 takes no argument \"%1\".");
+    phrases.noArgument = tr("%2 takes no argument \"%1\".");
     phrases.noValue.clear();
-    phrases.wrongValue = QStringLiteral("%1 takes %2, not \"%3\".");
+    phrases.wrongValue = tr("%1 takes %2, not \"%3\".");
     return phrases;
 }
 
 QString exitStatusSection()
 {
     const auto row = [](ExitStatus status, const char *meaning) {
-        return QStringList{QString::number(static_cast<int>(status)), QString::fromUtf8(meaning)};
+        return QStringList{QString::number(static_cast<int>(status)), tr(meaning)};
     };
     return helpSection(
-        "Exit status",
-        {row(ExitStatus::DONE, "Ended as asked."),
-         row(ExitStatus::PROGRAM_FAILED, "The address and port could not be listened on, or "
-                                         "standard output could not be written."),
-         row(ExitStatus::WRONG_USAGE, "Wrong usage: an unknown option or value, or a card "
-                                      "description or fault that is refused.")});
+        tr("Exit status"),
+        {row(ExitStatus::DONE, QT_TR_NOOP("Ended as asked.")),
+         row(ExitStatus::PROGRAM_FAILED,
+             QT_TR_NOOP("The address and port could not be listened on, or standard output could "
+                        "not be written.")),
+         row(ExitStatus::WRONG_USAGE, QT_TR_NOOP("Wrong usage: an unknown option or value, or a "
+                                                 "card description or fault that is refused."))});
 }
 
 QString helpText(const OptionParser &parser)
 {
-    return QStringLiteral("Usage: %1\n\n").arg(parser.usage()) +
-           wrapped(QStringLiteral("Exports a simulated card reader over USB/IP, so that it can be "
-                                  "attached to this machine as a USB device: as root, \"modprobe "
-                                  "vhci-hcd\", then \"usbip attach -r 127.0.0.1 -b 1-1\". The "
-                                  "reader's cards are described ones; no person is involved."),
+    return tr("Usage: %1\n\n").arg(parser.usage()) +
+           wrapped(tr("Exports a simulated card reader over USB/IP, so that it can be attached to "
+                      "this machine as a USB device: as root, \"modprobe vhci-hcd\", then \"usbip "
+                      "attach -r 127.0.0.1 -b 1-1\". The reader's cards are described ones; no "
+                      "person is involved."),
                    HELP_WIDTH, 0) +
-           QLatin1Char('\n') + helpSection("Options", parser.helpRows()) +
-           helpSection("Commands on standard input, one a line, each answered by one line",
+           QLatin1Char('\n') + helpSection(tr("Options"), parser.helpRows()) +
+           helpSection(tr("Commands on standard input, one a line, each answered by one line"),
                        consoleCommandRows()) +
-           helpSection("Faults (E: lookup, select or read)",
+           helpSection(tr("Faults (E: lookup, select or read)"),
                        simulator::faultHelpRows(simulator::Road::USB)) +
            exitStatusSection();
 }

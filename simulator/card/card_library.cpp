@@ -9,7 +9,7 @@
 #include "common/card_records.h"
 #include "common/nearest_name.h"
 #include "common/texts.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 // At global scope: the macro declares a function of the generated code.
 static void registerCards()

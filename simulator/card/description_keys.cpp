@@ -7,7 +7,7 @@
 #include <QDate>
 
 #include "common/sex_codes.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {

@@ -16,7 +16,7 @@
 
 #include "common/texts.h"
 #include "simulator/card/description_keys.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {

@@ -9,7 +9,7 @@
 #include "common/card_records.h"
 #include "common/closed_functions.h"
 #include "simulator/card/faults.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {

@@ -6,7 +6,7 @@
 
 #include "common/nearest_name.h"
 #include "common/texts.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {

@@ -4,7 +4,7 @@
 
 #include "common/texts.h"
 #include "simulator/card/card_library.h"
-#include "simulator/card/translated_texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {

@@ -6,12 +6,15 @@
 #include <set>
 
 #include "simulator/reader/usb_standard.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Usbip)
 
 // Linux error numbers, which the protocol carries on every machine.
 constexpr int STATUS_BROKEN_PIPE = -32;      // EPIPE: the endpoint stalls
@@ -61,7 +64,7 @@ void UsbipConnection::receive(const QByteArray &bytes, std::int64_t now)
     if (m_isOver)
         return;
     if (!wantsBytes()) {
-        end(QStringLiteral("it sends on without reading what it is sent"));
+        end(tr("it sends on without reading what it is sent"));
         return;
     }
     m_reader.append(bytes);
@@ -139,7 +142,7 @@ void UsbipConnection::serve(const UsbipSubmit &submit, std::int64_t now)
         return transfer.submit.number == submit.number;
     };
     if (std::any_of(m_transfers.begin(), m_transfers.end(), sameNumber)) {
-        end(QStringLiteral("it gives the number %1 to two transfers at a time").arg(submit.number));
+        end(tr("it gives the number %1 to two transfers at a time").arg(submit.number));
         return;
     }
     if ((submit.endpoint & ~USB_ENDPOINT_IN) == 0) {
@@ -147,8 +150,7 @@ void UsbipConnection::serve(const UsbipSubmit &submit, std::int64_t now)
         return;
     }
     if (m_transfers.size() == MOST_PENDING_TRANSFERS) {
-        end(QStringLiteral("more than %1 of its transfers wait at a time")
-                .arg(MOST_PENDING_TRANSFERS));
+        end(tr("more than %1 of its transfers wait at a time").arg(MOST_PENDING_TRANSFERS));
         return;
     }
     Transfer transfer;
@@ -274,7 +276,7 @@ void UsbipConnection::endIfUnplugged()
             return transfer.isStarted && transfer.outcome.status == UsbStatus::UNPLUGGED;
         });
     if (!isGoing)
-        end(QStringLiteral("the reader was unplugged"));
+        end(tr("the reader was unplugged"));
 }
 
 void UsbipConnection::end(const QString &problem)

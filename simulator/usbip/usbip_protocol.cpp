@@ -6,12 +6,15 @@
 
 #include "common/texts.h"
 #include "simulator/reader/usb_standard.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Usbip)
 
 constexpr std::uint16_t VERSION = 0x0111;
 
@@ -141,7 +144,7 @@ std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
     if (bytesBuffered() < OPERATION_HEADER_SIZE)
         return std::nullopt;
     if (word(0) != VERSION) {
-        return fail(filledIn(QStringLiteral("it speaks version %1 of the protocol, not %2"),
+        return fail(filledIn(tr("it speaks version %1 of the protocol, not %2"),
                              hexadecimal(word(0)), hexadecimal(VERSION)));
     }
     switch (word(2)) {
@@ -155,13 +158,12 @@ std::optional<UsbipRequest> UsbipRequestReader::nextOperation()
         const QByteArray busId = take(BUS_ID_SIZE);
         const int end = busId.indexOf('\0');
         if (end < 0)
-            return fail(QStringLiteral("the bus id of its import request has no end"));
+            return fail(tr("the bus id of its import request has no end"));
         return UsbipImportRequest{busId.left(end)};
     }
     default:
         return fail(
-            QStringLiteral("it asks for the unknown operation %1, neither a list of devices "
-                           "nor an import")
+            tr("it asks for the unknown operation %1, neither a list of devices nor an import")
                 .arg(hexadecimal(word(2))));
     }
 }
@@ -172,9 +174,9 @@ std::optional<UsbipRequest> UsbipRequestReader::nextTransfer()
         return std::nullopt;
     const std::uint32_t command = number(0);
     if (command != USBIP_CMD_SUBMIT && command != USBIP_CMD_UNLINK)
-        return fail(QStringLiteral("it sends the unknown command %1").arg(hexadecimal(command)));
+        return fail(tr("it sends the unknown command %1").arg(hexadecimal(command)));
     if (number(AT_DEVICE) != USBIP_DEVICE_ID) {
-        return fail(filledIn(QStringLiteral("it names the device %1, but has imported %2"),
+        return fail(filledIn(tr("it names the device %1, but has imported %2"),
                              hexadecimal(number(AT_DEVICE)), hexadecimal(USBIP_DEVICE_ID)));
     }
     if (command == USBIP_CMD_UNLINK) {
@@ -186,11 +188,10 @@ std::optional<UsbipRequest> UsbipRequestReader::nextTransfer()
     const std::uint32_t endpoint = number(AT_ENDPOINT);
     if (direction != DIRECTION_OUT && direction != DIRECTION_IN) {
         return fail(
-            QStringLiteral("it sends a transfer of direction %1, neither 0 (out) nor 1 (in)")
-                .arg(direction));
+            tr("it sends a transfer of direction %1, neither 0 (out) nor 1 (in)").arg(direction));
     }
     if (endpoint > HIGHEST_ENDPOINT) {
-        return fail(QStringLiteral("it sends a transfer to endpoint %1; the highest is %2")
+        return fail(tr("it sends a transfer to endpoint %1; the highest is %2")
                         .arg(endpoint)
                         .arg(HIGHEST_ENDPOINT));
     }
@@ -205,15 +206,15 @@ std::optional<UsbipRequest> UsbipRequestReader::nextSubmit(UsbipSubmit submit,
 {
     const std::uint32_t length = number(AT_LENGTH);
     if (length > USBIP_LONGEST_TRANSFER) {
-        return fail(QStringLiteral("it sends a transfer of %1 bytes; the most is %2")
+        return fail(tr("it sends a transfer of %1 bytes; the most is %2")
                         .arg(length)
                         .arg(USBIP_LONGEST_TRANSFER));
     }
     const std::uint32_t packets = number(AT_PACKETS);
     if (packets != 0 && packets != NOT_ISOCHRONOUS) {
-        return fail(QStringLiteral("it sends an isochronous transfer of %1 packets; the device has "
-                                   "no endpoint for one")
-                        .arg(packets));
+        return fail(
+            tr("it sends an isochronous transfer of %1 packets; the device has no endpoint for one")
+                .arg(packets));
     }
     submit.length = static_cast<int>(length);
     const int dataSize = direction == DIRECTION_OUT ? submit.length : 0;

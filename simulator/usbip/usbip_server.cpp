@@ -7,12 +7,15 @@
 #include <QTcpSocket>
 
 #include "common/texts.h"
+#include "simulator/translated_texts.h"
 
 namespace simulator
 {
 
 namespace
 {
+
+SIMULATOR_TEXTS(Usbip)
 
 constexpr int CHUNK_SIZE = 16 * 1024;
 constexpr int SOCKET_BUFFER_SIZE = 64 * 1024;
@@ -26,9 +29,7 @@ class UsbipServer::Peer
 public:
     Peer(UsbipServer &server, QTcpSocket *socket)
         : m_server(server), m_socket(socket), m_connection(server.m_export),
-          m_name(QStringLiteral("%1 port %2")
-                     .arg(socket->peerAddress().toString())
-                     .arg(socket->peerPort()))
+          m_name(tr("%1 port %2").arg(socket->peerAddress().toString()).arg(socket->peerPort()))
     {
         m_socket->setParent(nullptr);
         m_socket->setReadBufferSize(SOCKET_BUFFER_SIZE);
@@ -105,7 +106,7 @@ private:
         if (m_connection.hasDevice() && !m_wasAttached) {
             m_wasAttached = true;
             m_patience.stop();
-            m_server.m_report(QStringLiteral("%1 has attached the reader.").arg(m_name));
+            m_server.m_report(tr("%1 has attached the reader.").arg(m_name));
         }
     }
 
@@ -114,8 +115,8 @@ private:
         if (!m_isLeaving) {
             m_isLeaving = true;
             if (!m_connection.problem().isEmpty()) {
-                m_server.m_report(filledIn(QStringLiteral("The connection of %1 is closed: %2."),
-                                           m_name, m_connection.problem()));
+                m_server.m_report(filledIn(tr("The connection of %1 is closed: %2."), m_name,
+                                           m_connection.problem()));
             }
             m_patience.start(LEAVE_TIME_MS);
         }
@@ -130,7 +131,7 @@ private:
             return;
         m_isGone = true;
         if (m_connection.hasDevice())
-            m_server.m_report(QStringLiteral("%1 has detached the reader.").arg(m_name));
+            m_server.m_report(tr("%1 has detached the reader.").arg(m_name));
         // This may be called by the socket or a timer of this very object.
         m_server.m_sweep.start();
     }
