@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <optional>
 
 #include <QDir>
@@ -14,6 +13,7 @@
 #include <unistd.h>
 
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "common/usb_ids.h"
 
@@ -22,6 +22,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Configuration)
 
 constexpr const char *FILE_NAME = "idcard-reader.conf";
 constexpr qint64 LARGEST_FILE = 16384;
@@ -38,7 +40,7 @@ QString quoted(const QString &text)
 {
     const QString shown =
         text.size() > LONGEST_QUOTE ? text.left(LONGEST_QUOTE) + QStringLiteral("...") : text;
-    return QStringLiteral("\"%1\"").arg(printable(shown));
+    return tr("\"%1\"").arg(printable(shown));
 }
 
 const Option *findSetting(const QString &key)
@@ -54,18 +56,18 @@ QString acceptedSettings()
 {
     QStringList all;
     for (const Option &setting : settings())
-        all << filledIn(QStringLiteral("%1 (%2)"), setting.name, setting.wanted);
-    return all.join(QStringLiteral(", "));
+        all << filledIn(tr("%1 (%2)"), setting.name, setting.wanted);
+    return all.join(tr(", "));
 }
 
 Mistake mistakeInLine(const QString &what)
 {
-    return {what, QStringLiteral("Correct the line, or put # before it.")};
+    return {what, tr("Correct the line, or put # before it.")};
 }
 
 Mistake mistakeInFile(const QString &what)
 {
-    return {what, QStringLiteral("Correct the file, or remove it.")};
+    return {what, tr("Correct the file, or remove it.")};
 }
 
 /** A line without its comment. */
@@ -89,16 +91,16 @@ std::optional<Mistake> mistakeOf(const Setting &setting, const QVector<Setting> 
 {
     const Option *const rule = findSetting(setting.key);
     if (rule == nullptr)
-        return mistakeInLine(filledIn(QStringLiteral("there is no setting %1. There are: %2."),
+        return mistakeInLine(filledIn(tr("there is no setting %1. There are: %2."),
                                       quoted(setting.key), acceptedSettings()));
     for (const Setting &earlier : before) {
         if (earlier.key == setting.key)
             return mistakeInLine(
-                QStringLiteral("%1 is set in line %2 already.").arg(setting.key).arg(earlier.line));
+                tr("%1 is set in line %2 already.").arg(setting.key).arg(earlier.line));
     }
     if (!rule->accepts(setting.value))
-        return mistakeInLine(filledIn(QStringLiteral("%1 takes %2, not %3."), setting.key,
-                                      rule->wanted, quoted(setting.value)));
+        return mistakeInLine(
+            filledIn(tr("%1 takes %2, not %3."), setting.key, rule->wanted, quoted(setting.value)));
     return std::nullopt;
 }
 
@@ -107,16 +109,15 @@ std::optional<Mistake> takeLine(const QByteArray &bytes, int number, QVector<Set
 {
     const std::optional<QString> text = decoded(bytes);
     if (!text)
-        return Mistake{QStringLiteral("the line is not UTF-8 text."),
-                       QStringLiteral("Save the file as UTF-8.")};
+        return Mistake{tr("the line is not UTF-8 text."), tr("Save the file as UTF-8.")};
     const QString line = withoutComment(*text);
     if (line.isEmpty())
         return std::nullopt;
     const QChar equals = QLatin1Char('=');
     if (!line.contains(equals))
-        return mistakeInLine(filledIn(
-            QStringLiteral("%1 is no setting. A line is \"key = value\", with one of: %2."),
-            quoted(line), acceptedSettings()));
+        return mistakeInLine(
+            filledIn(tr("%1 is no setting. A line is \"key = value\", with one of: %2."),
+                     quoted(line), acceptedSettings()));
     const Setting setting{line.section(equals, 0, 0).trimmed(), line.section(equals, 1).trimmed(),
                           number};
     const std::optional<Mistake> mistake = mistakeOf(setting, *settings);
@@ -142,8 +143,8 @@ Content failedContent()
 {
     if (errno == ENOENT || errno == ENOTDIR)
         return {false};
-    const QString reason = QString::fromLocal8Bit(std::strerror(errno));
-    return {true, {}, mistakeInFile(QStringLiteral("it cannot be read: %1.").arg(reason))};
+    const QString reason = systemError(errno);
+    return {true, {}, mistakeInFile(tr("it cannot be read: %1.").arg(reason))};
 }
 
 Content contentOf(const QString &path)
@@ -155,14 +156,13 @@ Content contentOf(const QString &path)
     struct stat state = {};
     if (::fstat(descriptor, &state) != 0 || !S_ISREG(state.st_mode)) {
         ::close(descriptor);
-        return {true, {}, mistakeInFile(QStringLiteral("it is not a file of text."))};
+        return {true, {}, mistakeInFile(tr("it is not a file of text."))};
     }
     file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     Content content;
     content.bytes = file.read(LARGEST_FILE + 1);
     if (content.bytes.size() > LARGEST_FILE)
-        content.mistake =
-            mistakeInFile(QStringLiteral("it is larger than %1 bytes.").arg(LARGEST_FILE));
+        content.mistake = mistakeInFile(tr("it is larger than %1 bytes.").arg(LARGEST_FILE));
     return content;
 }
 
@@ -210,21 +210,22 @@ const std::vector<Option> &settings()
 {
     static const std::vector<Option> all = {
         Option("road", {})
-            .value("road", "library or usb",
+            .value("road", tr("library or usb"),
                    [](const QString &value) { return value == LIBRARY_ROAD || value == USB_ROAD; }),
         Option("device", {})
-            .value("VID:PID",
-                   "a vendor and a product id of four hexadecimal digits each, such as 1209:0001",
-                   [](const QString &value) { return parseUsbIds(value).has_value(); }),
+            .value(
+                "VID:PID",
+                tr("a vendor and a product id of four hexadecimal digits each, such as 1209:0001"),
+                [](const QString &value) { return parseUsbIds(value).has_value(); }),
         Option("timeout", {}).number("seconds", 1, LONGEST_READ_IN_SECONDS),
     };
     return all;
 }
 
-Option settingOption(const char *key, const char *meaning)
+Option settingOption(const char *key, const QString &meaning)
 {
     Option option = *findSetting(QLatin1String(key));
-    option.meaning = QString::fromUtf8(meaning);
+    option.meaning = meaning;
     return option;
 }
 
@@ -232,9 +233,8 @@ QString ConfigurationFile::placedMistake() const
 {
     if (mistake.isEmpty())
         return {};
-    const QString place =
-        mistakeLine == 0 ? path : QStringLiteral("%1, line %2").arg(path).arg(mistakeLine);
-    return filledIn(QStringLiteral("%1: %2"), place, mistake);
+    const QString place = mistakeLine == 0 ? path : tr("%1, line %2").arg(path).arg(mistakeLine);
+    return filledIn(tr("%1: %2"), place, mistake);
 }
 
 QStringList configurationPaths()

@@ -23,7 +23,7 @@ constexpr QLatin1String USB_ROAD("usb");
 const std::vector<Option> &settings();
 
 /** The setting of this key with what it means to a command. */
-Option settingOption(const char *key, const char *meaning);
+Option settingOption(const char *key, const QString &meaning);
 
 /** A line of a configuration file. */
 struct Setting {

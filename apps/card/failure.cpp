@@ -41,9 +41,8 @@ Failure explainedToolFailure(ToolFault fault, const QString &cause)
 
 Failure undecodedTextFailure()
 {
-    const QString words =
-        QStringLiteral("The card's text could not be decoded: the sex code of a foreigner's "
-                       "card must be 0, 1, 2 or 9. Read the card once more.");
+    const QString words = tr("The card's text could not be decoded: the sex code of a foreigner's "
+                             "card must be 0, 1, 2 or 9. Read the card once more.");
     return toolFailure(ToolFault::TEXT_NOT_DECODED, words);
 }
 

@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "apps/card/usb_catalogue.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 #include "reader/usb_codes.h"
 
@@ -12,15 +13,16 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Results)
+
 Failure severalReaders(const QVector<UsbDevice> &readers)
 {
     QStringList places;
     for (const UsbDevice &reader : readers)
-        places << filledIn(QStringLiteral("%1 at %2"), toText(reader.ids), reader.node);
-    const QString words = QStringLiteral(
-        "Several USB devices could be the reader: %1. Name its ids with --device, or as "
-        "device in a configuration file.");
-    return toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(QStringLiteral(", "))));
+        places << filledIn(tr("%1 at %2"), toText(reader.ids), reader.node);
+    const QString words = tr("Several USB devices could be the reader: %1. Name its ids with "
+                             "--device, or as device in a configuration file.");
+    return toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(tr(", "))));
 }
 
 } // namespace

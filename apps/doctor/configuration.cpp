@@ -4,6 +4,7 @@
 
 #include "apps/doctor/environment.h"
 #include "apps/process/json_object.h"
+#include "apps/process/translation.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -12,15 +13,16 @@ namespace app::doctor
 namespace
 {
 
+IDCARD_TEXTS(Doctor)
+
 /** "PATH: road = usb, timeout = 30" */
 QString contentOf(const ConfigurationFile &file)
 {
     QStringList lines;
     for (const Setting &setting : file.settings)
         lines << filledIn(QStringLiteral("%1 = %2"), setting.key, setting.value);
-    return filledIn(QStringLiteral("%1: %2"), file.path,
-                    lines.isEmpty() ? QStringLiteral("no setting")
-                                    : lines.join(QStringLiteral(", ")));
+    return filledIn(tr("%1: %2"), file.path,
+                    lines.isEmpty() ? tr("no setting") : lines.join(tr(", ")));
 }
 
 QString pathsOf(const Configuration &configuration)
@@ -28,7 +30,7 @@ QString pathsOf(const Configuration &configuration)
     QStringList paths;
     for (const ConfigurationFile &file : configuration)
         paths << file.path;
-    return paths.join(QStringLiteral(" and no "));
+    return paths.join(tr(" and no "));
 }
 
 Finding judgedConfiguration(const Configuration &configuration)
@@ -41,8 +43,8 @@ Finding judgedConfiguration(const Configuration &configuration)
             contents << contentOf(file);
     }
     if (contents.isEmpty())
-        return {Level::FINE, QStringLiteral("No %1").arg(pathsOf(configuration))};
-    return {Level::FINE, contents.join(QStringLiteral("; "))};
+        return {Level::FINE, tr("No %1").arg(pathsOf(configuration))};
+    return {Level::FINE, contents.join(tr("; "))};
 }
 
 QJsonValue factsOf(const ConfigurationFile &file)

@@ -3,6 +3,7 @@
 #include "api/result_codes.h"
 #include "apps/card/card_output.h"
 #include "apps/card/record_decoder.h"
+#include "apps/process/translation.h"
 #include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
@@ -33,6 +34,8 @@ std::optional<Failure> obstacleToSaving(const Options &options)
 namespace
 {
 
+IDCARD_TEXTS(Tool)
+
 /** Saves the card if a folder was given; returns why it was not saved. */
 std::optional<Failure> save(const Card &card, const Options &options)
 {
@@ -44,7 +47,7 @@ std::optional<Failure> save(const Card &card, const Options &options)
         printFailure(*failure);
         return failure;
     }
-    tellIfVerbose(options, QStringLiteral("Saved the card in %1.").arg(options.outFolder));
+    tellIfVerbose(options, tr("Saved the card in %1.").arg(options.outFolder));
     tellMissingFiles(card, CardFiles::ALL);
     return std::nullopt;
 }
@@ -76,7 +79,7 @@ void printPhotoFailure(const Failure &failure, const Card &card, const Options &
 {
     printFailure(failure);
     if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
-        printMessage(QStringLiteral("The photo of a simulated reader needs --simulator-photos."));
+        printMessage(tr("The photo of a simulated reader needs --simulator-photos."));
 }
 
 ExitStatus deliver(const Card &card, const Options &options, Output *output,

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "apps/card/raw_record.h"
+#include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
@@ -16,6 +17,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 /** What a command that takes bytes was given. */
 struct Input {
@@ -30,7 +33,7 @@ Input readInput(const QString &path)
     const bool isStandardInput = path.isEmpty() || path == QLatin1String("-");
     QFile file(path);
     Input input;
-    input.name = isStandardInput ? QStringLiteral("Standard input") : path;
+    input.name = isStandardInput ? tr("Standard input") : path;
     const QIODevice::OpenMode mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
     const bool isOpen = isStandardInput ? file.open(STDIN_FILENO, mode) : file.open(mode);
     QByteArray part;
@@ -39,7 +42,7 @@ Input readInput(const QString &path)
         input.bytes += part;
     } while (!part.isEmpty() && input.bytes.size() < RAW_RECORD_READ_LIMIT);
     if (file.error() != QFileDevice::NoError)
-        input.problem = file.errorString();
+        input.problem = translatedSystemText(file.errorString());
     return input;
 }
 
@@ -57,20 +60,20 @@ ExitStatus runDecode(const Options &options, Output *output)
     const Input input = readInput(options.argument);
     if (!input.problem.isEmpty()) {
         const QString words =
-            QStringLiteral("%1 could not be read: %2. Name a file that holds a raw card record.");
+            tr("%1 could not be read: %2. Name a file that holds a raw card record.");
         return report(
             toolFailure(ToolFault::RECORD_NOT_READ, filledIn(words, input.name, input.problem)),
             options, output);
     }
     const RawRecordCheck check = checkRawRecord(input.bytes);
     if (!check.isRecord()) {
-        const QString words = QStringLiteral("%1 is not a raw card record: %2");
+        const QString words = tr("%1 is not a raw card record: %2");
         return report(
             toolFailure(ToolFault::NOT_A_RECORD, filledIn(words, input.name, check.problem)),
             options, output);
     }
     for (const QString &warning : check.warnings)
-        printMessage(filledIn(QStringLiteral("%1 is an odd record: %2"), input.name, warning));
+        printMessage(filledIn(tr("%1 is an odd record: %2"), input.name, warning));
     return deliverRecord(input.bytes, {check.prints, Road::FILE, std::nullopt}, options, output);
 }
 

@@ -1,6 +1,7 @@
 // The command "doctor".
 
 #include "apps/doctor/report.h"
+#include "apps/process/translation.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
 
@@ -9,6 +10,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 using namespace doctor;
 
@@ -52,9 +55,8 @@ void showLogs(const Environment &environment)
 ExitStatus runDoctor(const Options &options, Output *output)
 {
     if (roadsOf(options.road) == Roads::LIBRARY && options.isDeviceNamed) {
-        const QString words =
-            QStringLiteral("--device has no meaning together with --road library, which finds its "
-                           "reader itself.\nSee \"idcard-reader doctor --help\".");
+        const QString words = tr("--device has no meaning together with --road library, which "
+                                 "finds its reader itself.\nSee \"idcard-reader doctor --help\".");
         return report(toolFailure(ToolFault::OPTIONS_CONTRADICT, words), options, output);
     }
     const Environment environment = probe(options);

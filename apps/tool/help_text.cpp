@@ -1,7 +1,9 @@
 #include "apps/tool/help_text.h"
 
+#include "apps/card/message.h"
 #include "apps/card/result_catalogue.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "simulator/card/faults.h"
 
 namespace app
@@ -10,15 +12,17 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Tool)
+
 QString exitStatusSection(const QVector<ExitStatus> &statuses)
 {
     QVector<QStringList> rows;
     for (const ExitStatusEntry &entry : exitStatusCatalogue()) {
         if (statuses.contains(entry.status))
             rows << QStringList{QString::number(static_cast<int>(entry.status)),
-                                QString::fromUtf8(entry.meaning)};
+                                resultText(entry.meaning)};
     }
-    return helpSection("Exit status", rows);
+    return helpSection(tr("Exit status"), rows);
 }
 
 QVector<ExitStatus> allStatuses()
@@ -31,24 +35,25 @@ QVector<ExitStatus> allStatuses()
 
 QString faultSection()
 {
-    return helpSection("Faults of the simulator",
+    return helpSection(tr("Faults of the simulator"),
                        simulator::faultHelpRows(simulator::Road::MAKERS_LIBRARY));
 }
 
 QStringList platformVariable()
 {
-    return {"QT_QPA_PLATFORM", "Qt's platform; \"offscreen\" is chosen when there is no display."};
+    return {"QT_QPA_PLATFORM",
+            tr("Qt's platform; \"offscreen\" is chosen when there is no display.")};
 }
 
 QStringList simulatorVariable()
 {
     return {"IDCARD_SIMULATOR_LIBRARY",
-            "The simulator's library file, if it is not found automatically."};
+            tr("The simulator's library file, if it is not found automatically.")};
 }
 
 QStringList colourVariable()
 {
-    return {"NO_COLOR", "Set to anything, it keeps colours off the terminal."};
+    return {"NO_COLOR", tr("Set to anything, it keeps colours off the terminal.")};
 }
 
 QString environmentSection(const CommandRow &command)
@@ -58,7 +63,7 @@ QString environmentSection(const CommandRow &command)
         rows << platformVariable();
     if (command.hasSimulator)
         rows << simulatorVariable();
-    return helpSection("Environment", rows);
+    return helpSection(tr("Environment"), rows);
 }
 
 } // namespace
@@ -67,30 +72,29 @@ QString overallHelp()
 {
     QVector<QStringList> commands;
     for (const CommandRow &row : commandTable())
-        commands << QStringList{QLatin1String(row.name), QLatin1String(row.summary)};
-    return QStringLiteral("Usage: idcard-reader COMMAND [options]\n\n") +
-           wrapped(QStringLiteral("Reads Chinese identity documents with a desktop card reader: "
-                                  "resident identity cards, residence permits for Hong Kong, Macao "
-                                  "and Taiwan residents, and foreigners' permanent residence "
-                                  "cards."),
+        commands << QStringList{QLatin1String(row.name), tr(row.summary)};
+    return tr("Usage: idcard-reader COMMAND [options]\n\n") +
+           wrapped(tr("Reads Chinese identity documents with a desktop card reader: resident "
+                      "identity cards, residence permits for Hong Kong, Macao and Taiwan "
+                      "residents, and foreigners' permanent residence cards."),
                    HELP_WIDTH, 0) +
-           QLatin1Char('\n') + helpSection("Commands", commands) +
-           helpSection("Options",
-                       {{QStringLiteral("-h, --help"), QStringLiteral("Show this help.")},
-                        {QStringLiteral("--version"), QStringLiteral("Show the version.")}}) +
+           QLatin1Char('\n') + helpSection(tr("Commands"), commands) +
+           helpSection(tr("Options"), {{QStringLiteral("-h, --help"), tr("Show this help.")},
+                                       {QStringLiteral("--version"), tr("Show the version.")}}) +
            exitStatusSection(allStatuses()) +
-           helpSection("Environment", {colourVariable(), platformVariable(), simulatorVariable()}) +
-           QStringLiteral("\n\"idcard-reader help COMMAND\" describes a command.\n");
+           helpSection(tr("Environment"),
+                       {colourVariable(), platformVariable(), simulatorVariable()}) +
+           tr("\n\"idcard-reader help COMMAND\" describes a command.\n");
 }
 
 QString commandHelp(const CommandRow &command, const OptionParser &parser)
 {
-    return QStringLiteral("Usage: %1\n\n").arg(parser.usage()) +
-           wrapped(QString::fromUtf8(command.description), HELP_WIDTH, 0) + QLatin1Char('\n') +
-           helpSection("Options", parser.helpRows()) +
+    return tr("Usage: %1\n\n").arg(parser.usage()) +
+           wrapped(tr(command.description), HELP_WIDTH, 0) + QLatin1Char('\n') +
+           helpSection(tr("Options"), parser.helpRows()) +
            (parser.has(QStringLiteral("fault")) ? faultSection() : QString()) +
-           QStringLiteral("\nExamples:\n") + QString::fromUtf8(command.examples) +
-           exitStatusSection(command.statuses) + environmentSection(command);
+           tr("\nExamples:\n") + tr(command.examples) + exitStatusSection(command.statuses) +
+           environmentSection(command);
 }
 
 } // namespace app

@@ -25,6 +25,8 @@ namespace
 
 using namespace app;
 
+IDCARD_TEXTS(Tool)
+
 // Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 14> programName = {"idcard-reader"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
@@ -34,8 +36,7 @@ int qtArgumentCount = 1;
 void choosePlatform(const Options &options)
 {
     if (chooseOffscreenWithoutDisplay())
-        tellIfVerbose(options,
-                      QStringLiteral("There is no display; Qt's offscreen platform is used."));
+        tellIfVerbose(options, tr("There is no display; Qt's offscreen platform is used."));
 }
 
 /** Nothing is painted of a card that comes over USB. */

@@ -5,6 +5,7 @@
 #include "apps/card/card_output.h"
 #include "apps/card/version_text.h"
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
 #include "common/nearest_name.h"
@@ -16,9 +17,11 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Tool)
+
 CommandLine<Options> refused(const QString &problem)
 {
-    return {{}, {}, problem + QStringLiteral("\nSee \"idcard-reader --help\".")};
+    return {{}, {}, problem + tr("\nSee \"idcard-reader --help\".")};
 }
 
 const CommandRow *findCommand(const QString &name)
@@ -37,10 +40,10 @@ CommandLine<Options> refusedCommand(const QString &typed)
         names << QLatin1String(row.name);
     const QString meant = nearestName(typed, names);
     const QString problem =
-        meant.isEmpty() ? filledIn(QStringLiteral("There is no command %1; the commands are %2."),
-                                   printable(typed), names.join(QStringLiteral(", ")))
-                        : filledIn(QStringLiteral("There is no command %1; did you mean %2?"),
-                                   printable(typed), meant);
+        meant.isEmpty()
+            ? filledIn(tr("There is no command %1; the commands are %2."), printable(typed),
+                       names.join(tr(", ")))
+            : filledIn(tr("There is no command %1; did you mean %2?"), printable(typed), meant);
     return refused(problem);
 }
 
@@ -51,8 +54,8 @@ CommandLine<Options> readWithoutCommand(const QString &first)
     if (first == QLatin1String("--version"))
         return {{}, versionText(QStringLiteral("idcard-reader")), {}};
     if (first.startsWith(QLatin1Char('-')))
-        return refused(QStringLiteral("The command comes before its options, and %1 is none.")
-                           .arg(printable(first)));
+        return refused(
+            tr("The command comes before its options, and %1 is none.").arg(printable(first)));
     return refusedCommand(first);
 }
 
@@ -107,8 +110,8 @@ CommandLine<Options> readForHelp(const QStringList &commands)
     if (commands.isEmpty())
         return {{}, overallHelp(), {}};
     if (commands.size() > 1)
-        return refused(QStringLiteral("help takes one command, not %1 as well.")
-                           .arg(printable(commands.at(1))));
+        return refused(
+            tr("help takes one command, not %1 as well.").arg(printable(commands.at(1))));
     const CommandRow *const command = findCommand(commands.first());
     return command == nullptr
                ? readWithoutCommand(commands.first())
@@ -120,8 +123,7 @@ CommandLine<Options> readForHelp(const QStringList &commands)
 CommandLine<Options> parseCommandLine(const QStringList &arguments)
 {
     if (arguments.isEmpty())
-        return refused(
-            QStringLiteral("A command is missing, for instance \"idcard-reader read\"."));
+        return refused(tr("A command is missing, for instance \"idcard-reader read\"."));
     if (arguments.first() == QLatin1String("help"))
         return readForHelp(arguments.mid(1));
     const CommandRow *const command = findCommand(arguments.first());

@@ -4,6 +4,7 @@
 
 #include "apps/card/card_reader.h"
 #include "apps/card/record_decoder.h"
+#include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/diagnosis.h"
@@ -15,6 +16,8 @@
 
 namespace app
 {
+
+IDCARD_TEXTS(Tool)
 
 ExitStatus runRead(const Options &options, Output *output)
 {
@@ -39,9 +42,9 @@ ExitStatus runRead(const Options &options, Output *output)
         outcome = readCard();
         return outcome.exitStatus();
     });
-    tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")
-                               .arg(time.elapsed())
-                               .arg(outcome.code));
+    tellIfVerbose(
+        options,
+        tr("Reading ended after %1 ms with the code %2.").arg(time.elapsed()).arg(outcome.code));
     if (!outcome.card)
         return report(diagnosed(failedLook(failureOf(outcome)), options), options, output);
     decodePhoto(&*outcome.card);

@@ -1,5 +1,6 @@
 #include "apps/tool/reader_options.h"
 
+#include "apps/process/translation.h"
 #include "apps/tool/option_table.h"
 #include "common/texts.h"
 
@@ -9,9 +10,11 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Tool)
+
 Failure contradiction(const QString &words, const Options &options)
 {
-    const QString help = QStringLiteral("\nSee \"idcard-reader %1 --help\".");
+    const QString help = tr("\nSee \"idcard-reader %1 --help\".");
     return toolFailure(ToolFault::OPTIONS_CONTRADICT,
                        words + help.arg(QLatin1String(options.command->name)));
 }
@@ -23,12 +26,11 @@ std::optional<Failure> contradictionIn(const Options &options)
         if (options.simulate.isEmpty())
             return std::nullopt;
         return contradiction(
-            QStringLiteral("--simulate has no meaning together with --road usb: it stands in for "
-                           "the reader maker's library. idcard-virtual-reader simulates a reader "
-                           "on the USB bus."),
+            tr("--simulate has no meaning together with --road usb: it stands in for the reader "
+               "maker's library. idcard-virtual-reader simulates a reader on the USB bus."),
             options);
     }
-    const QString words = QStringLiteral("%1 only has a meaning together with --road usb.");
+    const QString words = tr("%1 only has a meaning together with --road usb.");
     if (options.isDeviceNamed)
         return contradiction(words.arg(QStringLiteral("--device")), options);
     if (options.simulatorPhotos)
@@ -42,7 +44,7 @@ std::optional<Failure> mistakeIn(const Configuration &configuration)
         const QString mistake = file.placedMistake();
         if (!mistake.isEmpty())
             return toolFailure(ToolFault::CONFIGURATION_WRONG,
-                               filledIn(QStringLiteral("%1 %2"), mistake, file.remedy));
+                               filledIn(tr("%1 %2"), mistake, file.remedy));
     }
     return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #include "apps/tool/reading_limits.h"
 
 #include "apps/process/interruption.h"
+#include "apps/process/translation.h"
 #include "apps/tool/failure_report.h"
 
 namespace app
@@ -8,6 +9,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 Farewell farewellOf(const Failure &failure, const Options &options, const Output &output)
 {
@@ -24,9 +27,8 @@ void limitReadings(const Options &options, const Output &output)
     setFarewellOfHangingRead(farewellOf(brokenOff, options, output));
     if (!options.timeoutSeconds)
         return;
-    const QString cause =
-        QStringLiteral("The reader asks again and again for another try, or does not answer; the "
-                       "reading was given up after %1 s.");
+    const QString cause = tr("The reader asks again and again for another try, or does not answer; "
+                             "the reading was given up after %1 s.");
     const Failure timedOut =
         explainedToolFailure(ToolFault::READ_TIMED_OUT, cause.arg(*options.timeoutSeconds));
     limitReadings(static_cast<unsigned int>(*options.timeoutSeconds),

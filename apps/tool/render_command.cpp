@@ -2,6 +2,7 @@
 
 #include "apps/card/card_output.h"
 #include "apps/card/card_reader.h"
+#include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
@@ -14,6 +15,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 /** Lays the described card on the simulator, where nothing keeps it from being read. */
 SimulatorProblem layOut(const Options &options, SimulatorLibrary *simulator)
@@ -50,7 +53,7 @@ ExitStatus runRender(const Options &options, Output *output)
         writeFileSet(options.outFolder, contentsOf(*outcome.card, CardFiles::PICTURES), existing);
     if (!notWritten.isEmpty())
         return report(toolFailure(ToolFault::FILES_NOT_WRITTEN, notWritten), options, output);
-    tellIfVerbose(options, QStringLiteral("Saved the pictures in %1.").arg(options.outFolder));
+    tellIfVerbose(options, tr("Saved the pictures in %1.").arg(options.outFolder));
     tellMissingFiles(*outcome.card, CardFiles::PICTURES);
     output->write(options.json ? indentedJson(picturesToJson(*outcome.card, options.outFolder))
                                : picturesToTable(*outcome.card, options.outFolder).toUtf8());

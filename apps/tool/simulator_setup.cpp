@@ -1,6 +1,9 @@
 #include "apps/tool/simulator_setup.h"
 
+#include <algorithm>
+
 #include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
 
@@ -10,12 +13,16 @@ namespace app
 namespace
 {
 
+IDCARD_TEXTS(Tool)
+
 /** A list of all names, which ends a message behind a semicolon, is a paragraph of its own. */
 QString listsWrapped(const QString &message)
 {
     constexpr int WIDTH = 77;
     constexpr int INDENT = 2;
-    const int listed = message.lastIndexOf(QLatin1String("; ")) + 1;
+    const int listed = std::max(message.lastIndexOf(QLatin1String("; ")),
+                                message.lastIndexOf(QStringLiteral("；"))) +
+                       1;
     const QString list = message.mid(listed).trimmed();
     if (listed == 0 || displayWidth(list) <= WIDTH)
         return message;
@@ -39,7 +46,7 @@ SimulatorProblem loadSimulator(const Options &options, SimulatorLibrary *simulat
 {
     SimulatorProblem problem = simulator->load();
     if (!problem)
-        tellIfVerbose(options, QStringLiteral("The simulator is %1.").arg(simulator->path()));
+        tellIfVerbose(options, tr("The simulator is %1.").arg(simulator->path()));
     return problem;
 }
 

@@ -8,6 +8,7 @@
 #include "apps/card/usb_catalogue.h"
 #include "apps/card/usb_list.h"
 #include "apps/card/usb_reading.h"
+#include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
@@ -21,6 +22,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 /** The file of --raw. */
 class RawFile
@@ -47,7 +50,7 @@ public:
         auto failure =
             fileFailure(writeFileSet(m_file.path(), {{m_file.fileName(), record}}, m_existing));
         if (!failure)
-            tellIfVerbose(options, QStringLiteral("Kept the record in %1.").arg(m_file.filePath()));
+            tellIfVerbose(options, tr("Kept the record in %1.").arg(m_file.filePath()));
         return failure;
     }
 
@@ -102,9 +105,9 @@ ExitStatus runUsb(const Options &options, Output *output)
         outcome = readOverUsb(*reader.ids);
         return outcome.exitStatus();
     });
-    tellIfVerbose(options, QStringLiteral("Reading ended after %1 ms with the code %2.")
-                               .arg(time.elapsed())
-                               .arg(outcome.code));
+    tellIfVerbose(
+        options,
+        tr("Reading ended after %1 ms with the code %2.").arg(time.elapsed()).arg(outcome.code));
     if (outcome.exitStatus() != ExitStatus::DONE)
         return report(failedLook(failureOf(outcome)), options, output);
 

@@ -6,12 +6,15 @@
 
 #include "apps/process/interruption.h"
 #include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
 
 namespace app
 {
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 constexpr int MILLISECONDS = 1000;
 constexpr int WAIT_INTERVAL_MS = 250;
@@ -36,8 +39,8 @@ public:
         if (!isStandardErrorTerminal())
             return;
         printToStandardError(
-            QStringLiteral("\rLay a card on the reader (%1 s left, Ctrl-C ends) \033[K")
-                .arg(secondsLeft));
+            QStringLiteral("\r%1 \033[K")
+                .arg(tr("Lay a card on the reader (%1 s left, Ctrl-C ends)").arg(secondsLeft)));
         m_isShown = true;
     }
 
@@ -67,7 +70,7 @@ Failure failedLook(const Failure &failure)
     if (failure.exitStatus != ExitStatus::NO_CARD || !isInterrupted())
         return failure;
     return toolFailure(ToolFault::INTERRUPTED,
-                       QStringLiteral("Broken off before a card was found; nothing was read."));
+                       tr("Broken off before a card was found; nothing was read."));
 }
 
 } // namespace app

@@ -8,6 +8,7 @@
 #include "apps/card/reader_choice.h"
 #include "apps/card/reader_presence.h"
 #include "apps/process/interruption.h"
+#include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/diagnosis.h"
@@ -21,6 +22,8 @@ namespace app
 
 namespace
 {
+
+IDCARD_TEXTS(Tool)
 
 /** Looks at the reader on the USB bus: the named one, or else the only one once there is one. */
 class UsbReader
@@ -140,7 +143,7 @@ private:
         case ReaderChange::READER_REMOVED:
             reportFailure(*look.failure);
             if (m_options.simulate.isEmpty())
-                printMessage(QStringLiteral("Watching goes on until the reader is there."));
+                printMessage(tr("Watching goes on until the reader is there."));
             break;
         case ReaderChange::READ_FAILED:
             reportFailure(*look.failure);
@@ -186,7 +189,7 @@ private:
             m_status = ExitStatus::FILES_NOT_WRITTEN;
             return std::nullopt;
         }
-        tellIfVerbose(m_options, QStringLiteral("Saved card %1 in %2.").arg(m_cards).arg(folder));
+        tellIfVerbose(m_options, tr("Saved card %1 in %2.").arg(m_cards).arg(folder));
         tellMissingFiles(card, CardFiles::ALL);
         return folder;
     }
@@ -245,7 +248,7 @@ ExitStatus runWatch(const Options &options, Output *output)
             return report(*notMade, options, output);
     }
     if (isStandardErrorTerminal())
-        printMessage(QStringLiteral("Watching for cards; Ctrl-C ends."));
+        printMessage(tr("Watching for cards; Ctrl-C ends."));
 
     if (options.road == USB_ROAD) {
         UsbReader reader(options);

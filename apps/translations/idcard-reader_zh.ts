@@ -347,6 +347,81 @@
     </message>
 </context>
 <context>
+    <name>Configuration</name>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1（%2）</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>Correct the line, or put # before it.</source>
+        <translation>请改正该行，或在行首加上 #。</translation>
+    </message>
+    <message>
+        <source>Correct the file, or remove it.</source>
+        <translation>请改正该文件，或将其删除。</translation>
+    </message>
+    <message>
+        <source>there is no setting %1. There are: %2.</source>
+        <translation>没有设置%1。可用的设置有：%2。</translation>
+    </message>
+    <message>
+        <source>%1 is set in line %2 already.</source>
+        <translation>%1 已在第 %2 行设置。</translation>
+    </message>
+    <message>
+        <source>%1 takes %2, not %3.</source>
+        <translation>%1 的值应为%2，而不是“%3”。</translation>
+    </message>
+    <message>
+        <source>the line is not UTF-8 text.</source>
+        <translation>该行不是 UTF-8 文字。</translation>
+    </message>
+    <message>
+        <source>Save the file as UTF-8.</source>
+        <translation>请将文件存为 UTF-8。</translation>
+    </message>
+    <message>
+        <source>%1 is no setting. A line is &quot;key = value&quot;, with one of: %2.</source>
+        <translation>%1不是设置。每行的形式为“key = value”，可用的设置有：%2。</translation>
+    </message>
+    <message>
+        <source>it cannot be read: %1.</source>
+        <translation>无法读取：%1。</translation>
+    </message>
+    <message>
+        <source>it is not a file of text.</source>
+        <translation>它不是文本文件。</translation>
+    </message>
+    <message>
+        <source>it is larger than %1 bytes.</source>
+        <translation>它超过 %1 字节。</translation>
+    </message>
+    <message>
+        <source>library or usb</source>
+        <translation>“library”或“usb”</translation>
+    </message>
+    <message>
+        <source>a vendor and a product id of four hexadecimal digits each, such as 1209:0001</source>
+        <translation>厂商标识和产品标识，各四位十六进制数字，例如 1209:0001</translation>
+    </message>
+    <message>
+        <source>%1, line %2</source>
+        <translation>%1，第 %2 行</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+</context>
+<context>
     <name>Descriptions</name>
     <message>
         <source>is neither a built-in card nor a file; built-in cards: %1</source>
@@ -585,7 +660,7 @@
     </message>
     <message>
         <source>In use</source>
-        <translation>占用情况</translation>
+        <translation>占用</translation>
     </message>
     <message>
         <source>Photo decoder</source>
@@ -873,7 +948,7 @@
     </message>
     <message>
         <source>FAILURE</source>
-        <translation>错误</translation>
+        <translation>失败</translation>
     </message>
     <message>
         <source>All is fine: %1.
@@ -895,11 +970,11 @@
     </message>
     <message>
         <source>%1 failure</source>
-        <translation>%1 项错误</translation>
+        <translation>%1 项失败</translation>
     </message>
     <message>
         <source>%1 failures</source>
-        <translation>%1 项错误</translation>
+        <translation>%1 项失败</translation>
     </message>
     <message>
         <source>%1 warning</source>
@@ -915,7 +990,7 @@
     </message>
     <message>
         <source>Run this on the counter, in the session of its desktop, where DISPLAY or WAYLAND_DISPLAY is set. Without any display, choose Qt&apos;s offscreen platform:</source>
-        <translation>请在柜台电脑的桌面会话中运行，那里设置了 DISPLAY 或 WAYLAND_DISPLAY。没有显示器时，请选用 Qt 的 offscreen 平台：</translation>
+        <translation>请在柜台电脑的桌面会话中运行，那里设置了 DISPLAY 或 WAYLAND_DISPLAY。没有显示服务时，请选用 Qt 的 offscreen 平台：</translation>
     </message>
     <message>
         <source>its own choice of platform</source>
@@ -939,7 +1014,7 @@
     </message>
     <message>
         <source>There is no display. idcard-reader chooses Qt&apos;s platform &quot;offscreen&quot; by itself; a host application does not come up</source>
-        <translation>没有显示器。idcard-reader 会自行选用 Qt 的平台“offscreen”；主程序则无法启动</translation>
+        <translation>没有显示服务。idcard-reader 会自行选用 Qt 的平台“offscreen”；主程序则无法启动</translation>
     </message>
     <message>
         <source>%1 pixels on the platform &quot;%2&quot;</source>
@@ -1099,11 +1174,11 @@
     </message>
     <message>
         <source>%1: it has not the pipes of a reader that this library knows</source>
-        <translation>%1：它没有本库所知的读卡器管道</translation>
+        <translation>%1：它没有本库所知的读卡器端点</translation>
     </message>
     <message>
         <source>See whether these ids are those of the reader. One with other pipes is read through its maker&apos;s library alone:</source>
-        <translation>请确认该标识是读卡器的标识。管道不同的读卡器只能通过厂商的库读卡：</translation>
+        <translation>请确认该标识是读卡器的标识。端点不同的读卡器只能通过厂商的库读卡：</translation>
     </message>
     <message>
         <source>None is bound</source>
@@ -1171,7 +1246,27 @@
     </message>
     <message>
         <source>Configuration</source>
-        <translation>配置</translation>
+        <translation>配置文件</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>no setting</source>
+        <translation>没有设置</translation>
+    </message>
+    <message>
+        <source> and no </source>
+        <translation>，也没有 </translation>
+    </message>
+    <message>
+        <source>No %1</source>
+        <translation>没有 %1</translation>
+    </message>
+    <message>
+        <source>; </source>
+        <translation>；</translation>
     </message>
 </context>
 <context>
@@ -1182,7 +1277,7 @@
     </message>
     <message>
         <source>the reader&apos;s node cannot be opened, whatever N; not for want of permission</source>
-        <translation>无论 N 为何值，读卡器的节点都无法打开；不是因为权限不足</translation>
+        <translation>无法打开读卡器的设备节点，与 N 的值无关；原因不是缺少权限</translation>
     </message>
     <message>
         <source>the first N finds, or all, see no card</source>
@@ -1206,11 +1301,11 @@
     </message>
     <message>
         <source>every read answers a status alone, whatever N</source>
-        <translation>无论 N 为何值，每次读卡都只应答状态</translation>
+        <translation>每次读卡都只应答状态，与 N 的值无关</translation>
     </message>
     <message>
         <source>a read answers after N milliseconds (0 to 60000)</source>
-        <translation>读卡在 N 毫秒后应答（0 到 60000）</translation>
+        <translation>读卡在 N 毫秒后才返回（0 至 60000）</translation>
     </message>
     <message>
         <source>the photo is compressed data that does not decode</source>
@@ -1218,7 +1313,7 @@
     </message>
     <message>
         <source>N bytes of photo are reported (0 to 38862)</source>
-        <translation>报告照片为 N 字节（0 到 38862）</translation>
+        <translation>报告照片有 N 字节（0 至 38862）</translation>
     </message>
     <message>
         <source>the photo length field reads N; the photo stays 1024 bytes long</source>
@@ -1226,35 +1321,35 @@
     </message>
     <message>
         <source>the card is of kind N (not 1 to 4; 9 if not given)</source>
-        <translation>证件种类为 N（不能是 1 到 4；未给出时为 9）</translation>
+        <translation>证件种类为 N（不能是 1 至 4；不指定时为 9）</translation>
     </message>
     <message>
         <source>the text has a kind letter that no document has, whatever N</source>
-        <translation>无论 N 为何值，文字中的种类字母都不属于任何证件</translation>
+        <translation>文字中的种类字母不属于任何证件，与 N 的值无关</translation>
     </message>
     <message>
         <source>the card goes between being found and being read</source>
-        <translation>证件在寻卡之后、读卡之前离开</translation>
+        <translation>找到证件之后、读取之前，证件被取走</translation>
     </message>
     <message>
         <source>the card goes between being selected and being read</source>
-        <translation>证件在选卡之后、读卡之前离开</translation>
+        <translation>选中证件之后、读取之前，证件被取走</translation>
     </message>
     <message>
         <source>the reader is not there</source>
-        <translation>读卡器没有接入</translation>
+        <translation>没有接入读卡器</translation>
     </message>
     <message>
         <source>the reader goes before transfer N of a card read (1 to 6)</source>
-        <translation>读卡器在读卡的第 N 次传输之前断开（1 到 6）</translation>
+        <translation>读一次卡的第 N 次传输之前，读卡器被拔出（1 至 6）</translation>
     </message>
     <message>
         <source>the reader goes in the middle of transfer N (1 to 6)</source>
-        <translation>读卡器在第 N 次传输途中断开（1 到 6）</translation>
+        <translation>第 N 次传输中途，读卡器被拔出（1 至 6）</translation>
     </message>
     <message>
         <source>this user may not open the reader&apos;s node</source>
-        <translation>当前用户无权打开读卡器的节点</translation>
+        <translation>当前用户无权打开读卡器的设备节点</translation>
     </message>
     <message>
         <source>another program holds the reader&apos;s interface</source>
@@ -1262,59 +1357,59 @@
     </message>
     <message>
         <source>the reader cannot be reset</source>
-        <translation>读卡器无法复位</translation>
+        <translation>无法复位读卡器</translation>
     </message>
     <message>
         <source>other bytes come, two hexadecimal digits each, at most 4096</source>
-        <translation>收到的是其他字节，每个字节两位十六进制数字，最多 4096 个</translation>
+        <translation>应答改为这些字节，每字节两位十六进制数字，最多 4096 字节</translation>
     </message>
     <message>
         <source>only the first N bytes of the answer come (0 to 4095)</source>
-        <translation>只收到应答的前 N 个字节（0 到 4095）</translation>
+        <translation>只给出应答的前 N 字节（0 至 4095）</translation>
     </message>
     <message>
         <source>the bits of the answer&apos;s byte at offset N come inverted (0 to 4095)</source>
-        <translation>应答中偏移 N 处的字节按位取反（0 到 4095）</translation>
+        <translation>应答中偏移量为 N 的字节各位取反（0 至 4095）</translation>
     </message>
     <message>
         <source>the answer comes after N milliseconds (0 to 60000)</source>
-        <translation>应答在 N 毫秒后到达（0 到 60000）</translation>
+        <translation>N 毫秒后才应答（0 至 60000）</translation>
     </message>
     <message>
         <source>the answer never comes</source>
-        <translation>应答一直不到达</translation>
+        <translation>始终没有应答</translation>
     </message>
     <message>
         <source>the endpoint stalls instead of answering</source>
-        <translation>端点停止（STALL）而不应答</translation>
+        <translation>端点停止（stall），不应答</translation>
     </message>
     <message>
         <source>the answer is garbled on the bus</source>
-        <translation>应答在总线上出错</translation>
+        <translation>应答在总线上损坏</translation>
     </message>
     <message>
         <source>more comes than the host asks for</source>
-        <translation>收到的数据多于主机所要求的</translation>
+        <translation>应答比主机要求的长</translation>
     </message>
     <message>
         <source>the endpoint stalls instead of taking the command</source>
-        <translation>端点停止（STALL）而不接收命令</translation>
+        <translation>端点停止（stall），不接收命令</translation>
     </message>
     <message>
         <source>the command is garbled on the bus</source>
-        <translation>命令在总线上出错</translation>
+        <translation>命令在总线上损坏</translation>
     </message>
     <message>
         <source>only the first N bytes of the command are taken (0 to 9)</source>
-        <translation>只接收命令的前 N 个字节（0 到 9）</translation>
+        <translation>只接收命令的前 N 字节（0 至 9）</translation>
     </message>
     <message>
         <source>the command is never taken</source>
-        <translation>命令一直不被接收</translation>
+        <translation>始终不接收命令</translation>
     </message>
     <message>
         <source>the command is taken after N milliseconds (0 to 60000)</source>
-        <translation>命令在 N 毫秒后被接收（0 到 60000）</translation>
+        <translation>N 毫秒后才接收命令（0 至 60000）</translation>
     </message>
     <message>
         <source>%1 or %1=N</source>
@@ -1454,6 +1549,10 @@
         <source>%1 %2</source>
         <translation>%1%2</translation>
     </message>
+    <message>
+        <source>The card&apos;s text could not be decoded: the sex code of a foreigner&apos;s card must be 0, 1, 2 or 9. Read the card once more.</source>
+        <translation>无法解码证件的文字：外国人永久居留身份证的性别代码应为 0、1、2 或 9。请再读一次卡。</translation>
+    </message>
 </context>
 <context>
     <name>Process</name>
@@ -1475,7 +1574,7 @@
     </message>
     <message>
         <source>Qt could not start. If there is no display here, unset DISPLAY and WAYLAND_DISPLAY or set QT_QPA_PLATFORM=offscreen.</source>
-        <translation>Qt 无法启动。如果这里没有显示器，请取消 DISPLAY 和 WAYLAND_DISPLAY 的设置，或设置 QT_QPA_PLATFORM=offscreen。</translation>
+        <translation>Qt 无法启动。如果这里没有显示服务，请取消 DISPLAY 和 WAYLAND_DISPLAY 的设置，或设置 QT_QPA_PLATFORM=offscreen。</translation>
     </message>
     <message>
         <source>Standard output could not be written: %1. See that the file or the program it goes to can take it all, and start again.</source>
@@ -1931,7 +2030,7 @@
     </message>
     <message>
         <source>The program itself failed: the simulator could not be loaded, or standard output could not be written.</source>
-        <translation>程序自身出错：无法加载模拟器，或无法写入标准输出。</translation>
+        <translation>程序自身失败：无法加载模拟器，或无法写入标准输出。</translation>
     </message>
     <message>
         <source>No card was found on the reader, or none came while waiting.</source>
@@ -1943,19 +2042,19 @@
     </message>
     <message>
         <source>The reader answered, but with nothing that could be read.</source>
-        <translation>读卡器有应答，但没有读到可用的内容。</translation>
+        <translation>读卡器有应答，但没有可以读取的内容。</translation>
     </message>
     <message>
         <source>The doctor found nothing worse than warnings: reading may work, or not as well as it could.</source>
-        <translation>检查只发现警告：可能可以读卡，但效果未必最好。</translation>
+        <translation>检查没有发现比警告更严重的问题：可能可以读卡，但效果也许不佳。</translation>
     </message>
     <message>
         <source>The doctor found a failure: something does not work.</source>
-        <translation>检查发现错误：有的部分不能工作。</translation>
+        <translation>检查发现失败：有的部分无法工作。</translation>
     </message>
     <message>
         <source>Reading the card did not end within the time of --timeout, and was given up.</source>
-        <translation>读卡没有在 --timeout 规定的时间内结束，已放弃。</translation>
+        <translation>没有在 --timeout 指定的时间内读完证件，已放弃。</translation>
     </message>
     <message>
         <source>The simulator could not be loaded.</source>
@@ -1963,7 +2062,7 @@
     </message>
     <message>
         <source>Build or install libidcard_simulator.so, or name it in the environment variable IDCARD_SIMULATOR_LIBRARY.</source>
-        <translation>请编译或安装 libidcard_simulator.so，或在环境变量 IDCARD_SIMULATOR_LIBRARY 中指定它。</translation>
+        <translation>请编译或安装 libidcard_simulator.so，或用环境变量 IDCARD_SIMULATOR_LIBRARY 指定它。</translation>
     </message>
     <message>
         <source>The simulator refuses the card or the faults.</source>
@@ -1971,7 +2070,7 @@
     </message>
     <message>
         <source>Correct the card&apos;s description or the faults; &quot;idcard-reader cards&quot; lists the built-in cards, &quot;idcard-reader read --help&quot; the faults.</source>
-        <translation>请修改证件描述或故障；“idcard-reader cards”列出内置证件，“idcard-reader read --help”列出故障。</translation>
+        <translation>请改正证件描述或故障；“idcard-reader cards”列出内置的证件，“idcard-reader read --help”列出故障。</translation>
     </message>
     <message>
         <source>Two options contradict each other.</source>
@@ -1979,19 +2078,19 @@
     </message>
     <message>
         <source>Name a place where this user may write and where there is room; --force replaces files that are there.</source>
-        <translation>请指定当前用户可以写入且有空间的位置；--force 替换已有的文件。</translation>
+        <translation>请指定当前用户可以写入、空间足够的位置；--force 替换已有的文件。</translation>
     </message>
     <message>
         <source>The record could not be read.</source>
-        <translation>无法读取记录。</translation>
+        <translation>无法读取原始记录。</translation>
     </message>
     <message>
         <source>Name a file that holds a raw card record.</source>
-        <translation>请指定保存着原始证件记录的文件。</translation>
+        <translation>请指定含有证件原始记录的文件。</translation>
     </message>
     <message>
         <source>The bytes are not a raw card record.</source>
-        <translation>这些数据不是原始证件记录。</translation>
+        <translation>内容不是证件的原始记录。</translation>
     </message>
     <message>
         <source>Name a file that &quot;idcard-reader usb --raw&quot; has written.</source>
@@ -2007,11 +2106,11 @@
     </message>
     <message>
         <source>The wait was broken off before a card was found.</source>
-        <translation>还没有找到证件，等待就已中断。</translation>
+        <translation>找到证件之前，等待已中断。</translation>
     </message>
     <message>
         <source>Start again to wait for a card.</source>
-        <translation>请重新运行以等待证件。</translation>
+        <translation>如需等待证件，请重新运行。</translation>
     </message>
     <message>
         <source>The reading in progress was broken off.</source>
@@ -2023,7 +2122,7 @@
     </message>
     <message>
         <source>Reading the card did not end in time.</source>
-        <translation>读卡没有在规定的时间内结束。</translation>
+        <translation>没有在限定时间内读完证件。</translation>
     </message>
     <message>
         <source>Lay the card flat on the middle of the reader, keep it still and read once more; if it happens again, unplug the reader and plug it in.</source>
@@ -2058,12 +2157,24 @@
         <translation>请修改命令行；“idcard-reader help”说明各命令及其选项。</translation>
     </message>
     <message>
+        <source>%1 at %2</source>
+        <translation>%1，位于 %2</translation>
+    </message>
+    <message>
+        <source>Several USB devices could be the reader: %1. Name its ids with --device, or as device in a configuration file.</source>
+        <translation>可能是读卡器的 USB 设备有多个：%1。请用 --device 指定其标识，或在配置文件中以 device 指定。</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
         <source>Wrong usage: an unknown option or value, a mistake in a configuration file, several readers of which --device names none, a card description or fault that the simulator refuses, or a file that is not a raw card record.</source>
-        <translation>用法有误：选项或值未知、配置文件有误、有多台读卡器而未用 --device 指定、模拟器拒绝卡片描述或故障，或文件不是证件原始记录。</translation>
+        <translation>用法错误：未知的选项或值，配置文件有误，有多台读卡器而没有用 --device 指定，模拟器不接受的证件描述或故障，或者文件不是证件的原始记录。</translation>
     </message>
     <message>
         <source>Several USB devices could be the reader.</source>
-        <translation>有多台 USB 设备可能是读卡器。</translation>
+        <translation>可能是读卡器的 USB 设备有多个。</translation>
     </message>
     <message>
         <source>Name the ids of the reader with --device.</source>
@@ -2075,18 +2186,18 @@
     </message>
     <message>
         <source>Correct the file; &quot;idcard-reader doctor&quot; shows which files there are and what they say.</source>
-        <translation>请改正该文件；运行“idcard-reader doctor”可查看有哪些配置文件及其内容。</translation>
+        <translation>请改正该文件；“idcard-reader doctor”显示有哪些配置文件及其内容。</translation>
     </message>
     <message>
         <source>No USB device has the vendor and product id that are named or, where none are, the pipes of a reader: it is not plugged in, or is another one.</source>
-        <translation>没有 USB 设备具有指定的厂商和产品标识；未指定标识时，没有设备具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
+        <translation>没有 USB 设备具有指定的厂商和产品标识，或在没有指定时具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
     </message>
 </context>
 <context>
     <name>Simulator</name>
     <message>
         <source>The simulator could not be loaded: %1. Build or install %2, or name it in the environment variable %3.</source>
-        <translation>无法加载模拟器：%1。请编译或安装 %2，或在环境变量 %3 中指定它。</translation>
+        <translation>无法加载模拟器：%1。请编译或安装 %2，或用环境变量 %3 指定它。</translation>
     </message>
     <message>
         <source>The simulator refuses the card: %1</source>
@@ -2225,6 +2336,492 @@
     </message>
 </context>
 <context>
+    <name>Tool</name>
+    <message>
+        <source>Saved the card in %1.</source>
+        <translation>证件已保存到 %1。</translation>
+    </message>
+    <message>
+        <source>The photo of a simulated reader needs --simulator-photos.</source>
+        <translation>模拟读卡器的照片需要使用 --simulator-photos。</translation>
+    </message>
+    <message>
+        <source>NAME</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>KIND</source>
+        <translation>种类</translation>
+    </message>
+    <message>
+        <source>TITLE</source>
+        <translation>说明</translation>
+    </message>
+    <message>
+        <source>The built-in card %1 cannot be used; this program is broken. Install it again.</source>
+        <translation>内置证件 %1 无法使用；程序已损坏。请重新安装。</translation>
+    </message>
+    <message>
+        <source>Standard input</source>
+        <translation>标准输入</translation>
+    </message>
+    <message>
+        <source>%1 could not be read: %2. Name a file that holds a raw card record.</source>
+        <translation>无法读取%1：%2。请指定含有证件原始记录的文件。</translation>
+    </message>
+    <message>
+        <source>%1 is not a raw card record: %2</source>
+        <translation>%1不是证件的原始记录：%2</translation>
+    </message>
+    <message>
+        <source>%1 is an odd record: %2</source>
+        <translation>%1是不寻常的记录：%2</translation>
+    </message>
+    <message>
+        <source>--device has no meaning together with --road library, which finds its reader itself.
+See &quot;idcard-reader doctor --help&quot;.</source>
+        <translation>--device 不能与 --road library 一起使用，后者自行查找读卡器。
+请看“idcard-reader doctor --help”。</translation>
+    </message>
+    <message>
+        <source>Exit status</source>
+        <translation>退出状态</translation>
+    </message>
+    <message>
+        <source>Faults of the simulator</source>
+        <translation>模拟器的故障</translation>
+    </message>
+    <message>
+        <source>Qt&apos;s platform; &quot;offscreen&quot; is chosen when there is no display.</source>
+        <translation>Qt 的平台；没有显示服务时选用“offscreen”。</translation>
+    </message>
+    <message>
+        <source>The simulator&apos;s library file, if it is not found automatically.</source>
+        <translation>模拟器的库文件，无法自动找到时使用。</translation>
+    </message>
+    <message>
+        <source>Set to anything, it keeps colours off the terminal.</source>
+        <translation>设为任意值时，终端上不使用颜色。</translation>
+    </message>
+    <message>
+        <source>Environment</source>
+        <translation>环境变量</translation>
+    </message>
+    <message>
+        <source>Usage: idcard-reader COMMAND [options]
+
+</source>
+        <translation>用法：idcard-reader COMMAND [选项]
+
+</translation>
+    </message>
+    <message>
+        <source>Reads Chinese identity documents with a desktop card reader: resident identity cards, residence permits for Hong Kong, Macao and Taiwan residents, and foreigners&apos; permanent residence cards.</source>
+        <translation>通过台式读卡器读取中国身份证件：居民身份证、港澳台居民居住证和外国人永久居留身份证。</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>命令</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>
+&quot;idcard-reader help COMMAND&quot; describes a command.
+</source>
+        <translation>
+“idcard-reader help COMMAND”说明一个命令。
+</translation>
+    </message>
+    <message>
+        <source>Usage: %1
+
+</source>
+        <translation>用法：%1
+
+</translation>
+    </message>
+    <message>
+        <source>
+Examples:
+</source>
+        <translation>
+示例：
+</translation>
+    </message>
+    <message>
+        <source>There is no display; Qt&apos;s offscreen platform is used.</source>
+        <translation>没有显示服务；使用 Qt 的 offscreen 平台。</translation>
+    </message>
+    <message>
+        <source>Print JSON for programs, not a table.</source>
+        <translation>打印供程序使用的 JSON，而不是表格。</translation>
+    </message>
+    <message>
+        <source>Put these parts of the card into the JSON, in base64 as &quot;data&quot; beside &quot;file&quot;, without writing a file: photo, pictures, fingerprints or several separated by commas; all stands for the three, the fingerprints too. &quot;idcard-reader usb&quot; and &quot;decode&quot; have no pictures.</source>
+        <translation>把证件的这些部分以 base64 写入 JSON，放在“file”旁边的“data”中，不写文件：photo（照片）、pictures（两面图像）、fingerprints（指纹），或用逗号分隔的几项；all 表示全部三项，包括指纹。“idcard-reader usb”和“decode”没有图像。</translation>
+    </message>
+    <message>
+        <source>photo, pictures, fingerprints or all, separated by commas</source>
+        <translation>用逗号分隔的 photo、pictures、fingerprints 或 all</translation>
+    </message>
+    <message>
+        <source>If no card lies on the reader, wait up to this long for one.</source>
+        <translation>读卡器上没有证件时，最多等待这么多秒。</translation>
+    </message>
+    <message>
+        <source>Give up when one look at the reader takes longer: a reader that asks again and again for another try is otherwise waited for without end. The time of --wait does not count. The exit status is then 11.</source>
+        <translation>一次查看读卡器超过这么多秒就放弃：否则，读卡器一再要求重试时会无限期地等待。--wait 的时间不计在内。此时退出状态为 11。</translation>
+    </message>
+    <message>
+        <source>Let the simulator fail, with one of the faults below or several separated by commas.</source>
+        <translation>让模拟器出现故障：下列故障之一，或用逗号分隔的几项。</translation>
+    </message>
+    <message>
+        <source>Decode the photo with the simulator&apos;s decoder, not with the maker&apos;s: simulated readers and their records have photos in a code of the simulator&apos;s own.</source>
+        <translation>用模拟器的解码库解码照片，而不用厂商的：模拟读卡器及其记录中的照片采用模拟器自己的格式。</translation>
+    </message>
+    <message>
+        <source>The way to the reader: library, through its maker&apos;s library, or usb, without it, as &quot;idcard-reader usb&quot; reads. Over usb there are no pictures of the card&apos;s sides. library if neither this nor a configuration file says which.</source>
+        <translation>读卡方式：library，通过读卡器厂商的库；或 usb，不用该库，与“idcard-reader usb”的读法相同。通过 usb 读卡没有证件的两面图像。此选项和配置文件都没有指定时为 library。</translation>
+    </message>
+    <message>
+        <source>The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, such as 1209:0001. Not needed where one device alone has the pipes of a reader; &quot;idcard-reader usb --list&quot; shows what is plugged in.</source>
+        <translation>USB 读卡器，以厂商标识和产品标识指定：各四位十六进制数字，例如 1209:0001。只有一个设备具有读卡器的端点时不需要；“idcard-reader usb --list”显示已接入的设备。</translation>
+    </message>
+    <message>
+        <source>Save the card in this folder, which is made if need be: card.json, photo.bmp and, when the card has fingerprints, fingerprints.dat. Only their owner can read the files. Pictures of the card&apos;s sides are painted by &quot;idcard-reader read&quot; alone.</source>
+        <translation>把证件存入此文件夹，必要时新建：card.json、photo.bmp，证件有指纹时还有 fingerprints.dat。文件只有属主可读。证件两面的图像只由“idcard-reader read”绘制。</translation>
+    </message>
+    <message>
+        <source>Replace the card that the folder of --out holds. Without it nothing is overwritten.</source>
+        <translation>替换 --out 指定的文件夹中已有的证件。不加此选项时不覆盖任何文件。</translation>
+    </message>
+    <message>
+        <source>read the card that lies on the reader</source>
+        <translation>读取读卡器上的证件</translation>
+    </message>
+    <message>
+        <source>Reads the card that lies on the reader once and prints what it holds.</source>
+        <translation>读取一次读卡器上的证件，并打印其中的内容。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader read
+      read a card and show it
+  idcard-reader read --wait 30 --json
+      give the user half a minute to lay a card on the reader, print JSON
+  idcard-reader read --out visitor
+      save the card, its photo and its pictures in the folder
+      &quot;visitor&quot; as well
+  idcard-reader read --simulate resident
+      try it without a reader (see &quot;idcard-reader cards&quot;)
+</source>
+        <translation>  idcard-reader read
+      读取证件并显示
+  idcard-reader read --wait 30 --json
+      给用户半分钟时间放上证件，打印 JSON
+  idcard-reader read --out visitor
+      并把证件及其照片和图像存入文件夹“visitor”
+  idcard-reader read --simulate resident
+      没有读卡器时试用（见“idcard-reader cards”）
+</translation>
+    </message>
+    <message>
+        <source>Save the card in this folder, which is made if need be: card.json, photo.bmp, the pictures of the card&apos;s sides front.jpg and back.jpg and, when the card has fingerprints, fingerprints.dat. Only their owner can read the files. A permit for Hong Kong, Macao and Taiwan residents whose number begins with none of 81, 82, 83 has no back.jpg.</source>
+        <translation>把证件存入此文件夹，必要时新建：card.json、photo.bmp、两面图像 front.jpg 和 back.jpg，证件有指纹时还有 fingerprints.dat。文件只有属主可读。号码不以 81、82、83 开头的港澳台居民居住证没有 back.jpg。</translation>
+    </message>
+    <message>
+        <source>Read this card on the simulator, without a reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card.</source>
+        <translation>不用读卡器，在模拟器上读取此证件：“idcard-reader cards”列出的名称，或描述证件的文件。</translation>
+    </message>
+    <message>
+        <source>read card after card, one line of JSON each</source>
+        <translation>连续读取多张证件，一张一行 JSON</translation>
+    </message>
+    <message>
+        <source>Waits for cards and prints every card once, as one line of JSON, until it is ended with Ctrl-C. A card is new when the reader was empty before it or when it holds something else than the card before. A card that cannot be read and a reader that is not there are reported on standard error, and watching continues.</source>
+        <translation>等待证件，每张证件打印一次，一张一行 JSON，直到用 Ctrl-C 结束。读卡器此前是空的，或者读卡器上的内容与前一张证件不同，就是新的证件。读不成的证件和没有接入的读卡器报告在标准错误上，并继续等待。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader watch --out visitors
+      save every card in a folder of its own: visitors/0001, visitors/0002, ...
+  idcard-reader watch --count 1
+      wait for one card, however long it takes
+  idcard-reader watch --json
+      print failures for a program as well
+</source>
+        <translation>  idcard-reader watch --out visitors
+      把每张证件存入各自的文件夹：visitors/0001、visitors/0002……
+  idcard-reader watch --count 1
+      等待一张证件，不限时间
+  idcard-reader watch --json
+      失败时也打印供程序使用的内容
+</translation>
+    </message>
+    <message>
+        <source>Print each failure as one line of JSON as well, and with a card what kept it from being saved.</source>
+        <translation>每次失败也打印一行 JSON；证件未能保存时，原因随证件一并给出。</translation>
+    </message>
+    <message>
+        <source>Save every card in a folder of its own in this folder: 0001, 0002, ... after the highest number that is there. The files are those of &quot;idcard-reader read --out&quot;. Only their owner can read them.</source>
+        <translation>把每张证件存入此文件夹下各自的文件夹：0001、0002……接着已有的最大编号。文件与“idcard-reader read --out”的相同，只有属主可读。</translation>
+    </message>
+    <message>
+        <source>End after so many cards.</source>
+        <translation>读到这么多张证件后结束。</translation>
+    </message>
+    <message>
+        <source>Pause between two looks at the reader; 500 if not given.</source>
+        <translation>两次查看读卡器之间停顿的毫秒数；不指定时为 500。</translation>
+    </message>
+    <message>
+        <source>Put this card on the simulator, without a reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card. Given several times, the cards come one after the other, and the program ends after the last.</source>
+        <translation>不用读卡器，把此证件放到模拟器上：“idcard-reader cards”列出的名称，或描述证件的文件。可以多次指定，证件依次出现，最后一张之后程序结束。</translation>
+    </message>
+    <message>
+        <source>read the card over USB, without the maker&apos;s library</source>
+        <translation>通过 USB 读卡，不用厂商的库</translation>
+    </message>
+    <message>
+        <source>Reads the card that lies on a reader on the USB bus once and prints what it holds. The reader maker&apos;s library is not needed; the photo needs its photo decoder. A reader that this user may not open, that another program holds or that is not there is reported as such, with what to do about it.</source>
+        <translation>读取一次 USB 读卡器上的证件，并打印其中的内容。不需要读卡器厂商的库；照片需要其照片解码库。当前用户无权打开、被其他程序占用或没有接入的读卡器，会照实报告，并说明该怎么办。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader usb --list
+      show what is plugged in, and the ids for --device
+  idcard-reader usb --device 1209:0001
+      read a card and show it
+  idcard-reader usb --device 1209:0001 --wait 30 --json --out visitor
+      wait half a minute for a card, print JSON, save the card in &quot;visitor&quot;
+  idcard-reader usb --device 1209:0001 --raw visitor.rec
+      keep the record for &quot;idcard-reader decode&quot; as well
+</source>
+        <translation>  idcard-reader usb --list
+      显示已接入的设备，以及供 --device 使用的标识
+  idcard-reader usb --device 1209:0001
+      读取证件并显示
+  idcard-reader usb --device 1209:0001 --wait 30 --json --out visitor
+      用半分钟等待证件，打印 JSON，并把证件存入“visitor”
+  idcard-reader usb --device 1209:0001 --raw visitor.rec
+      并保留记录，供“idcard-reader decode”使用
+</translation>
+    </message>
+    <message>
+        <source>Read no card; list the USB devices but hubs: ids, device node, whether this user may open it, whether it has the pipes of a reader, and what it says it is.</source>
+        <translation>不读卡，列出集线器以外的 USB 设备：标识、设备节点、当前用户是否有权打开、有没有读卡器的端点，以及设备的自我描述。</translation>
+    </message>
+    <message>
+        <source>Keep the raw record in this file as the reader sent it, also when it cannot be decoded; &quot;idcard-reader decode&quot; reads it. Only its owner can read the file.</source>
+        <translation>把读卡器给出的原始记录原样存入此文件，无法解码时也会保存；可用“idcard-reader decode”读取。文件只有属主可读。</translation>
+    </message>
+    <message>
+        <source>Replace the card that the folder of --out holds, and the file of --raw. Without it nothing is overwritten.</source>
+        <translation>替换 --out 指定的文件夹中已有的证件，以及 --raw 指定的文件。不加此选项时不覆盖任何文件。</translation>
+    </message>
+    <message>
+        <source>decode a raw card record</source>
+        <translation>解码证件的原始记录</translation>
+    </message>
+    <message>
+        <source>Decodes a raw card record as &quot;idcard-reader usb --raw&quot; keeps it, 1297, 1809 or 2321 bytes, and prints what it holds. Without FILE, or with -, it comes from standard input. Anything else is refused, with the offset where it differs; a wrong checksum, which hosts ignore, is only reported.</source>
+        <translation>解码“idcard-reader usb --raw”保存的证件原始记录（1297、1809 或 2321 字节），并打印其中的内容。没有 FILE 或 FILE 为 - 时，从标准输入读取。其他内容一律拒绝，并报告不符之处的偏移量；主程序并不检查的校验和如果有误，只作报告。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader decode visitor.rec
+      show the card
+  idcard-reader decode visitor.rec --json --out visitor
+      print JSON, save the card in the folder &quot;visitor&quot;
+  idcard-reader decode &lt; visitor.rec
+      the same from standard input
+</source>
+        <translation>  idcard-reader decode visitor.rec
+      显示证件
+  idcard-reader decode visitor.rec --json --out visitor
+      打印 JSON，并把证件存入文件夹“visitor”
+  idcard-reader decode &lt; visitor.rec
+      同上，从标准输入读取
+</translation>
+    </message>
+    <message>
+        <source>paint the pictures of a described card</source>
+        <translation>绘制描述文件中的证件的图像</translation>
+    </message>
+    <message>
+        <source>Paints the pictures of a described card, as a reading of that card would, without a reader and without a card. CARD is a file that describes a card, or a name from &quot;idcard-reader cards&quot;. The faults of the description do not count, and the portrait is painted even when the description says that the photo is compressed.</source>
+        <translation>绘制描述文件中的证件的图像，与读取该证件时相同，不需要读卡器，也不需要证件。CARD 是描述证件的文件，或“idcard-reader cards”列出的名称。描述中的故障不起作用；即使描述中写明照片是压缩的，也会绘制肖像。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader render my-card.json --out pictures
+      write pictures/front.jpg and pictures/back.jpg
+  idcard-reader render my-card.json --out pictures --force
+      paint again after changing the description
+</source>
+        <translation>  idcard-reader render my-card.json --out pictures
+      写入 pictures/front.jpg 和 pictures/back.jpg
+  idcard-reader render my-card.json --out pictures --force
+      修改描述之后重新绘制
+</translation>
+    </message>
+    <message>
+        <source>Write the pictures front.jpg and back.jpg to this folder, which is made if need be. Only their owner can read the files. A permit for Hong Kong, Macao and Taiwan residents whose number begins with none of 81, 82, 83 has no back.jpg.</source>
+        <translation>把图像 front.jpg 和 back.jpg 写入此文件夹，必要时新建。文件只有属主可读。号码不以 81、82、83 开头的港澳台居民居住证没有 back.jpg。</translation>
+    </message>
+    <message>
+        <source>Replace the pictures that the folder of --out holds. Without it nothing is overwritten.</source>
+        <translation>替换 --out 指定的文件夹中已有的图像。不加此选项时不覆盖任何文件。</translation>
+    </message>
+    <message>
+        <source>list the cards that the simulator has built in</source>
+        <translation>列出模拟器内置的证件</translation>
+    </message>
+    <message>
+        <source>Lists the cards that the simulator has built in, for use with --simulate.</source>
+        <translation>列出模拟器内置的证件，供 --simulate 使用。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader cards
+      show the names, kinds and purposes
+</source>
+        <translation>  idcard-reader cards
+      显示名称、种类和用途
+</translation>
+    </message>
+    <message>
+        <source>find out why this machine does not read cards</source>
+        <translation>检查本机为什么读不成卡</translation>
+    </message>
+    <message>
+        <source>Looks at everything that reading a card needs on this machine and says, line by line, whether it is in order and, if not, what to do: the versions, the locale, the makers&apos; libraries, the reader on the USB bus and the right to use it, Qt&apos;s screen and JPEG plug-in, and the fonts of the pictures. Nothing is changed, no file is written and no reader is opened: it may be used while cards are read. The makers&apos; libraries are loaded, in a process of their own; none of their functions is called.</source>
+        <translation>检查本机读卡所需的一切，逐行说明是否正常，不正常时该怎么办：各部分的版本、区域设置、厂商的库和照片解码库、USB 上的读卡器及其使用权限、Qt 的屏幕和 JPEG 插件，以及图像所用的字体。检查不改变任何东西，不写文件，也不打开读卡器，因此读卡期间也可以使用。厂商的库和照片解码库在单独的进程中加载，不调用其中任何函数。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader doctor
+      look at everything
+  idcard-reader doctor --road usb --device 1209:0001
+      look at what &quot;idcard-reader usb&quot; needs for this reader
+  idcard-reader doctor --json
+      print the findings for a program
+</source>
+        <translation>  idcard-reader doctor
+      检查全部内容
+  idcard-reader doctor --road usb --device 1209:0001
+      检查“idcard-reader usb”使用这台读卡器所需的内容
+  idcard-reader doctor --json
+      打印供程序使用的检查结果
+</translation>
+    </message>
+    <message>
+        <source>Look at this reader alone, by its vendor and product id: four hexadecimal digits each, such as 1209:0001. Without it, every device that could be a reader is looked at.</source>
+        <translation>只检查这台读卡器，以厂商标识和产品标识指定：各四位十六进制数字，例如 1209:0001。不指定时，检查每个可能是读卡器的设备。</translation>
+    </message>
+    <message>
+        <source>Look only at what one way of reading needs: library, the reader maker&apos;s library (&quot;idcard-reader read&quot;, readIDCard), or usb, the reader on the USB bus (&quot;idcard-reader usb&quot;, CUsbIdReader).</source>
+        <translation>只检查一种读卡方式所需的：library，即读卡器厂商的库（“idcard-reader read”、readIDCard）；或 usb，即 USB 上的读卡器（“idcard-reader usb”、CUsbIdReader）。</translation>
+    </message>
+    <message>
+        <source>Report on standard error what is done, with the messages of the libraries. Card data is never shown there.</source>
+        <translation>在标准错误上报告所做的事，包括各个库的消息。其中从不显示证件内容。</translation>
+    </message>
+    <message>
+        <source>
+See &quot;idcard-reader --help&quot;.</source>
+        <translation>
+请看“idcard-reader --help”。</translation>
+    </message>
+    <message>
+        <source>There is no command %1; the commands are %2.</source>
+        <translation>没有命令 %1；可用的命令有 %2。</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>There is no command %1; did you mean %2?</source>
+        <translation>没有命令 %1；您是不是要用 %2？</translation>
+    </message>
+    <message>
+        <source>The command comes before its options, and %1 is none.</source>
+        <translation>命令应写在选项之前，而 %1 不是命令。</translation>
+    </message>
+    <message>
+        <source>help takes one command, not %1 as well.</source>
+        <translation>help 只接受一个命令，不能再有 %1。</translation>
+    </message>
+    <message>
+        <source>A command is missing, for instance &quot;idcard-reader read&quot;.</source>
+        <translation>缺少命令，例如“idcard-reader read”。</translation>
+    </message>
+    <message>
+        <source>Reading ended after %1 ms with the code %2.</source>
+        <translation>读卡在 %1 毫秒后结束，代码为 %2。</translation>
+    </message>
+    <message>
+        <source>
+See &quot;idcard-reader %1 --help&quot;.</source>
+        <translation>
+请看“idcard-reader %1 --help”。</translation>
+    </message>
+    <message>
+        <source>--simulate has no meaning together with --road usb: it stands in for the reader maker&apos;s library. idcard-virtual-reader simulates a reader on the USB bus.</source>
+        <translation>--simulate 不能与 --road usb 一起使用：它代替的是读卡器厂商的库。idcard-virtual-reader 可模拟 USB 读卡器。</translation>
+    </message>
+    <message>
+        <source>%1 only has a meaning together with --road usb.</source>
+        <translation>%1 须与 --road usb 一起使用。</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1%2</translation>
+    </message>
+    <message>
+        <source>The reader asks again and again for another try, or does not answer; the reading was given up after %1 s.</source>
+        <translation>读卡器一再要求重试，或没有应答；读卡在 %1 秒后放弃。</translation>
+    </message>
+    <message>
+        <source>Saved the pictures in %1.</source>
+        <translation>图像已保存到 %1。</translation>
+    </message>
+    <message>
+        <source>The simulator is %1.</source>
+        <translation>模拟器为 %1。</translation>
+    </message>
+    <message>
+        <source>Kept the record in %1.</source>
+        <translation>记录已保存到 %1。</translation>
+    </message>
+    <message>
+        <source>Lay a card on the reader (%1 s left, Ctrl-C ends)</source>
+        <translation>请将证件放在读卡器上（剩余 %1 秒，按 Ctrl-C 结束）</translation>
+    </message>
+    <message>
+        <source>Broken off before a card was found; nothing was read.</source>
+        <translation>找到证件之前已中断；没有读到任何内容。</translation>
+    </message>
+    <message>
+        <source>Watching goes on until the reader is there.</source>
+        <translation>将继续等待，直到读卡器接入。</translation>
+    </message>
+    <message>
+        <source>Saved card %1 in %2.</source>
+        <translation>第 %1 张证件已保存到 %2。</translation>
+    </message>
+    <message>
+        <source>Watching for cards; Ctrl-C ends.</source>
+        <translation>正在等待证件；按 Ctrl-C 结束。</translation>
+    </message>
+</context>
+<context>
     <name>UsbList</name>
     <message>
         <source>audio</source>
@@ -2324,7 +2921,7 @@
     </message>
     <message>
         <source>READER&apos;S PIPES</source>
-        <translation>读卡器管道</translation>
+        <translation>读卡器端点</translation>
     </message>
     <message>
         <source>WHAT IT IS</source>
@@ -2434,23 +3031,23 @@
     </message>
     <message>
         <source>Put a card on the reader, instead of the one that is there.</source>
-        <translation>将证件放到读卡器上，代替已有的证件。</translation>
+        <translation>在读卡器上放上证件，取代原有的证件。</translation>
     </message>
     <message>
         <source>Take the card off the reader.</source>
-        <translation>从读卡器上取走证件。</translation>
+        <translation>取走读卡器上的证件。</translation>
     </message>
     <message>
         <source>Set the faults that apply besides the card&apos;s own, instead of the present ones; none if the list is left out.</source>
-        <translation>设定除证件自身故障以外的故障，代替现有的故障；不给出列表则没有故障。</translation>
+        <translation>设定证件自身以外的故障，取代现有的故障；不给出列表时没有故障。</translation>
     </message>
     <message>
         <source>Unplug the reader; its client loses it.</source>
-        <translation>拔出读卡器；使用它的一方会失去它。</translation>
+        <translation>拔出读卡器；客户端与它的连接随之断开。</translation>
     </message>
     <message>
         <source>Plug the reader in again; it can then be attached.</source>
-        <translation>重新插入读卡器，之后可以再次接入。</translation>
+        <translation>重新插入读卡器；之后可以再次接入。</translation>
     </message>
     <message>
         <source>Report the state of the reader.</source>
@@ -2458,7 +3055,7 @@
     </message>
     <message>
         <source>List the commands.</source>
-        <translation>列出命令。</translation>
+        <translation>列出各条命令。</translation>
     </message>
     <message>
         <source>End the program.</source>
@@ -2482,7 +3079,7 @@
     </message>
     <message>
         <source>but no client will see %1: who may open or claim the reader is decided by the machine that it is attached to</source>
-        <translation>但使用读卡器的一方看不到 %1：谁可以打开或占用读卡器，由它所接入的计算机决定</translation>
+        <translation>但客户端看不到 %1：谁可以打开或占用读卡器，由它所接入的计算机决定</translation>
     </message>
     <message>
         <source>Listen on this address; 127.0.0.1 if not given, which only this machine reaches. Anyone who reaches another address can attach the reader.</source>
@@ -2502,7 +3099,7 @@
     </message>
     <message>
         <source>Begin with this card on the reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card. Without it the reader is empty.</source>
-        <translation>启动时读卡器上放有此证件：“idcard-reader cards”列出的名称，或证件的描述文件。未给出时读卡器上没有证件。</translation>
+        <translation>启动时在读卡器上放上此证件：“idcard-reader cards”列出的名称，或描述证件的文件。不指定时读卡器是空的。</translation>
     </message>
     <message>
         <source>a card&apos;s name or file</source>
@@ -2510,7 +3107,7 @@
     </message>
     <message>
         <source>Begin with these faults, one of those below or several separated by commas.</source>
-        <translation>启动时带有这些故障：下列故障之一，或用逗号分隔的若干个。</translation>
+        <translation>启动时就有这些故障：下列故障之一，或用逗号分隔的几项。</translation>
     </message>
     <message>
         <source>faults separated by commas</source>
@@ -2518,7 +3115,7 @@
     </message>
     <message>
         <source>Ids of the reader, two numbers of four hexadecimal digits; 1209:0001 if not given.</source>
-        <translation>读卡器的标识，两组四位十六进制数字；未给出时为 1209:0001。</translation>
+        <translation>读卡器的标识，两组四位十六进制数字；不指定时为 1209:0001。</translation>
     </message>
     <message>
         <source>two numbers of four hexadecimal digits each, for instance 1209:0001</source>
@@ -2526,7 +3123,7 @@
     </message>
     <message>
         <source>End when standard input does. Without it the reader stays until Ctrl-C, SIGTERM or &quot;quit&quot;.</source>
-        <translation>标准输入结束时随之结束。未给出时读卡器一直保留，直到 Ctrl-C、SIGTERM 或“quit”。</translation>
+        <translation>标准输入结束时结束。不加此选项时，读卡器一直存在，直到 Ctrl-C、SIGTERM 或“quit”。</translation>
     </message>
     <message>
         <source>Show this help.</source>
@@ -2558,7 +3155,7 @@
     </message>
     <message>
         <source>Wrong usage: an unknown option or value, or a card description or fault that is refused.</source>
-        <translation>用法有误：选项或值无法识别，或证件描述或故障不被接受。</translation>
+        <translation>用法错误：未知的选项或值，或者不被接受的证件描述或故障。</translation>
     </message>
     <message>
         <source>Usage: %1
