@@ -284,6 +284,24 @@ QString manualPage(const QString &program)
 
 } // namespace
 
+TEST(ReadmePage, OutputOfARead_IsThatOfTheToolInTheLanguageOfThePage)
+{
+    const struct {
+        const char *page;
+        const char *language;
+    } rows[] = {{"README.md", "en"}, {"README.zh-CN.md", "zh_CN"}};
+    for (const auto &row : rows) {
+        ProcessInput input;
+        input.environment[QStringLiteral("LANGUAGE")] = QLatin1String(row.language);
+        const ProcessResult run = runProcess(TOOL, {"read", "--simulate", "resident"}, input);
+        expectEnd(run, 0);
+        expectGeneratedPart(
+            QLatin1String(row.page), "output of read",
+            QStringLiteral("```console\n$ idcard-reader read --simulate resident\n") +
+                QString::fromUtf8(run.standardOutput) + QStringLiteral("```\n"));
+    }
+}
+
 TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
 {
     const QString page = QStringLiteral("docs/result-codes.md");

@@ -79,10 +79,13 @@ QStringList anchorsOf(const QString &page)
     return anchors;
 }
 
-/** The blocks of code of a page, between fences or indented. */
+/** The blocks of code of a page, between fences or indented, but those marked as output. */
 QStringList codeOf(const QString &page)
 {
-    const QString text = textOf(page);
+    static const QRegularExpression output(
+        QStringLiteral("^<!-- output[^\\n]*-->\\n\\n(?:```.*?^```$|(?:    [^\\n]*\\n)+)"),
+        QRegularExpression::MultilineOption | QRegularExpression::DotMatchesEverythingOption);
+    const QString text = textOf(page).remove(output);
     QStringList code;
     auto fenced = QRegularExpression(QStringLiteral("^```.*?^```$"),
                                      QRegularExpression::MultilineOption |
@@ -243,7 +246,11 @@ TEST(Pages, SectionsInTwoLanguages_HaveTheSameRowsAndEntriesAndCodeAndLinks)
             continue;
         const QStringList sections = sectionsOf(chinese);
         const QStringList originals = sectionsOf(english);
-        for (int i = 0; i < std::max(sections.size(), originals.size()); ++i) {
+        if (sections.size() != originals.size()) {
+            ADD_FAILURE() << chinese.toStdString() << " has other sections";
+            continue;
+        }
+        for (int i = 0; i < sections.size(); ++i) {
             const Parts translated = languageNeutral(sections.value(i));
             const Parts original = languageNeutral(withChineseLinks(originals.value(i), english));
             const std::string where =
