@@ -34,6 +34,11 @@ constexpr Meanings onBothRoads(const char *meaning)
     return {meaning, meaning};
 }
 
+constexpr Meanings onMakersLibrary(const char *meaning)
+{
+    return {meaning, nullptr};
+}
+
 constexpr Meanings onUsb(const char *meaning)
 {
     return {nullptr, meaning};
@@ -59,6 +64,9 @@ const std::vector<FaultRule> &faultRules()
          {QT_TR_NOOP("opening the reader answers N (not 144)"),
           QT_TR_NOOP("the reader's node cannot be opened, whatever N; not for want of permission")},
          number(ANY_MINIMUM, ANY_MAXIMUM, {KVO_SUCCESS})},
+        {FaultKind::OPEN_FAILS_EVERY, "open-fails-every",
+         onMakersLibrary("every Nth opening answers 210, as if the reader had gone"),
+         number(1, ANY_MAXIMUM)},
         {FaultKind::NO_CARD,
          "no-card",
          {QT_TR_NOOP("the first N finds, or all, see no card"),

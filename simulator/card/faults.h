@@ -29,6 +29,7 @@ constexpr int ROAD_COUNT = 2;
 
 enum class FaultKind {
     OPEN_FAILS,         ///< number: what opening the reader answers
+    OPEN_FAILS_EVERY,   ///< number: of so many openings the last finds no reader
     NO_CARD,            ///< number: how many finds see no card, or `EVERY_TIME`
     TRANSIENT_FAILURES, ///< number: how many reads fail and may be tried again
     READ_FAILS,         ///< number: what reading answers

@@ -67,6 +67,7 @@ bool CardSlot::setFaults(const QString &faults, QString *problem)
     if (!parsed)
         return false;
     m_setFaults = CountedFaults(*parsed);
+    m_openings = 0;
     m_faultsDecidedByCall = true;
     return true;
 }
@@ -109,6 +110,7 @@ bool CardSlot::followFaultsVariable(QString *problem)
         return false;
     }
     m_setFaults = CountedFaults(*parsed);
+    m_openings = 0;
     m_faultsVariable = value;
     return true;
 }
@@ -118,6 +120,7 @@ void CardSlot::place(const CardDescription &card)
     m_card = card;
     ++m_placement;
     m_removed = false;
+    m_openings = 0;
     m_cardFaults = CountedFaults(card.faults);
 }
 
@@ -139,6 +142,15 @@ Faults CardSlot::faults() const
     Faults faults = m_setFaults.faults;
     faults.add(m_cardFaults.faults);
     return faults;
+}
+
+bool CardSlot::findReader()
+{
+    const std::optional<int> every = faults().number(FaultKind::OPEN_FAILS_EVERY);
+    if (!every)
+        return true;
+    m_openings = (m_openings + 1) % *every;
+    return m_openings != 0;
 }
 
 bool CardSlot::findCard()

@@ -27,7 +27,7 @@ enum class PutAs {
 class CardSlot
 {
 public:
-    /** The slot of a reader on USB, which has every fault. */
+    /** The slot of a reader on USB. */
     CardSlot() = default;
     /** What is set beside the card must be faults that the reader on this road has. */
     explicit CardSlot(Road road) : m_road(road) {}
@@ -61,6 +61,9 @@ public:
     /** The faults in force: those of the card, replaced by those set beside it. */
     [[nodiscard]] Faults faults() const;
 
+    /** One opening: whether the reader is there. Counts for open-fails-every. */
+    bool findReader();
+
     /** One look for a card: whether it is seen. Uses up a count of no-card. */
     bool findCard();
 
@@ -89,6 +92,7 @@ private:
     std::optional<CardDescription> m_card;
     unsigned int m_placement = 0;
     bool m_removed = false;
+    int m_openings = 0; ///< since a reader was not there, or the faults changed
     CountedFaults m_cardFaults;
     CountedFaults m_setFaults;
     bool m_cardDecidedByCall = false;

@@ -71,6 +71,8 @@ int VendorReader::open(int port, QString *problem)
         return VENDOR_BAD_ENVIRONMENT;
     if (const auto code = m_slot.faults().number(FaultKind::OPEN_FAILS))
         return *code;
+    if (!m_slot.findReader())
+        return VENDOR_NO_READER;
     m_open = true;
     m_found.reset();
     return KVO_SUCCESS;

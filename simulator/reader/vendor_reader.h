@@ -26,6 +26,7 @@ enum VendorCode : int {
     VENDOR_CARD_REMOVED = 207,     ///< read: the card has gone since it was found
     VENDOR_WRONG_ARGUMENT = 208,   ///< read: a null pointer, or a flag that is not 1
     VENDOR_SIMULATOR_FAILED = 209, ///< out of memory
+    VENDOR_NO_READER = 210,        ///< open: the reader has gone
 };
 
 /** Where a read puts what it got; all as for `KVO_ReadIDCard`. */

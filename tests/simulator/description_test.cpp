@@ -280,7 +280,7 @@ TEST(Description, WrongFault_IsRefusedWithTheVocabulary)
 {
     EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("earthquake")}),
                 StartsWith("my.json: \"faults\": fault \"earthquake\" is not known; known faults: "
-                           "open-fails=N, no-card or no-card=N, "));
+                           "open-fails=N, open-fails-every=N, no-card or no-card=N, "));
 }
 
 TEST(Description, FaultsOfAReaderOnUsb_AreReadAndCheckedAsAllOthers)

@@ -108,7 +108,7 @@ TEST(Faults, FaultOfAnExchange_IsThatOfNoOther)
 
 TEST(Faults, EveryWordOfTheVocabulary_IsReadForEveryExchange)
 {
-    for (const FaultRule &rule : faultRules()) {
+    for (const FaultRule &rule : faultRules(Road::USB)) {
         for (const char *exchange : {"lookup-", "select-", "read-"}) {
             std::string word = rule.isOfExchange() ? exchange : "";
             word += rule.name;
@@ -119,9 +119,27 @@ TEST(Faults, EveryWordOfTheVocabulary_IsReadForEveryExchange)
     }
 }
 
-TEST(Faults, ReaderOnUsb_HasAllOfThem)
+TEST(Faults, ReaderOnUsb_HasAllButThatOfTheMakersLibraryAlone)
 {
-    EXPECT_EQ(faultRules(Road::USB).size(), faultRules().size());
+    std::vector<std::string> others;
+    for (const FaultRule &rule : faultRules()) {
+        if (rule.meaning(Road::USB) == nullptr)
+            others.emplace_back(rule.name);
+    }
+    EXPECT_THAT(others, testing::ElementsAre("open-fails-every"));
+    EXPECT_EQ(faultRules(Road::USB).size() + others.size(), faultRules().size());
+}
+
+TEST(Faults, FaultOfTheMakersLibraryAlone_TakesANumberFromOne)
+{
+    QString reason;
+    const auto faults = parseFaults("open-fails-every=2", Road::MAKERS_LIBRARY, &reason);
+    ASSERT_TRUE(faults) << reason.toStdString();
+    EXPECT_EQ(faults->number(FaultKind::OPEN_FAILS_EVERY), 2);
+    for (const char *text : {"open-fails-every", "open-fails-every=0", "open-fails-every=-1"}) {
+        EXPECT_THAT(refusal(text, Road::MAKERS_LIBRARY),
+                    HasSubstr("is not of the form open-fails-every=N: every Nth opening"));
+    }
 }
 
 TEST(Faults, MakersLibrary_TakesItsOwnAndNoOther)
@@ -131,9 +149,10 @@ TEST(Faults, MakersLibrary_TakesItsOwnAndNoOther)
         if (refusal(faultExample(rule).toUtf8(), Road::MAKERS_LIBRARY).empty())
             taken.emplace_back(rule.name);
     }
-    EXPECT_THAT(taken, testing::ElementsAre("open-fails", "no-card", "transient-failures",
-                                            "read-fails", "delay-ms", "photo-undecodable",
-                                            "photo-length", "unknown-kind", "card-removed"));
+    EXPECT_THAT(taken, testing::ElementsAre("open-fails", "open-fails-every", "no-card",
+                                            "transient-failures", "read-fails", "delay-ms",
+                                            "photo-undecodable", "photo-length", "unknown-kind",
+                                            "card-removed"));
     EXPECT_EQ(faultRules(Road::MAKERS_LIBRARY).size(), taken.size());
 }
 
@@ -144,6 +163,14 @@ TEST(Faults, FaultOfTheReaderOnUsb_IsRefusedForTheMakersLibraryWithTheRoadThatHa
               "USB has it: use idcard-virtual-reader");
     EXPECT_THAT(refusal("select-answer-missing", Road::MAKERS_LIBRARY),
                 HasSubstr("no fault \"select-answer-missing\""));
+}
+
+TEST(Faults, FaultOfTheMakersLibrary_IsRefusedForTheReaderOnUsbWithTheRoadThatHasIt)
+{
+    EXPECT_EQ(
+        refusal("open-fails-every=2", Road::USB),
+        "the reader on USB has no fault \"open-fails-every\"; only the reader maker's library "
+        "has it: use \"idcard-reader read --simulate\"");
 }
 
 TEST(Faults, FaultsOfADescription_AreThoseOfAnyRoad)
@@ -271,7 +298,7 @@ TEST(Faults, UnknownFault_IsRefusedWithAllKnownOnes)
 {
     const std::string message = refusal("delay-ms=5,earthquake");
     EXPECT_THAT(message, StartsWith("fault \"earthquake\" is not known; known faults: "));
-    for (const FaultRule &rule : faultRules())
+    for (const FaultRule &rule : faultRules(Road::USB))
         EXPECT_THAT(message, HasSubstr(faultUsage(rule).toStdString()));
 }
 
@@ -302,7 +329,7 @@ TEST(Faults, ExampleOfEveryFault_IsTakenAndItsNumberIsOne)
         if (rule.argument.form == simulator::FaultArgument::NUMBER) {
             EXPECT_THAT(faultExample(rule).toStdString(), testing::EndsWith("=1"));
         }
-        EXPECT_TRUE(parseFaults(faultExample(rule), Road::USB, &reason)) << reason.toStdString();
+        EXPECT_TRUE(parseFaults(QStringList{faultExample(rule)}, &reason)) << reason.toStdString();
     }
 }
 

@@ -58,6 +58,27 @@ TEST_F(ReaderFaults, OpenFails_AnswersItsCodeEveryTimeAndStaysClosed)
     EXPECT_EQ(KVO_FindIDCard(KVO_PORT), VendorCode::VENDOR_NOT_OPEN);
 }
 
+TEST_F(ReaderFaults, OpenFailsEvery_LetsTheReaderGoAndComeAgainAndAgain)
+{
+    set("open-fails-every=3");
+    for (int i = 1; i <= 9; ++i) {
+        const bool isThere = i % 3 != 0;
+        EXPECT_EQ(KVO_OpenPort(KVO_PORT),
+                  isThere ? KVO_SUCCESS : int{VendorCode::VENDOR_NO_READER});
+        EXPECT_EQ(KVO_ClosePort(KVO_PORT),
+                  isThere ? KVO_SUCCESS : int{VendorCode::VENDOR_NOT_OPEN});
+    }
+}
+
+TEST_F(ReaderFaults, OpenFailsEvery_CountsFromWhenItWasSet)
+{
+    for (int i = 0; i < 3; ++i) {
+        set("open-fails-every=2");
+        EXPECT_EQ(KVO_OpenPort(KVO_PORT), KVO_SUCCESS);
+        EXPECT_EQ(KVO_ClosePort(KVO_PORT), KVO_SUCCESS);
+    }
+}
+
 TEST_F(ReaderFaults, NoCard_IsNeverFound)
 {
     set("no-card");
