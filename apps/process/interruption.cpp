@@ -27,7 +27,7 @@ static_assert(Flag::is_always_lock_free, "a signal handler cannot wait");
 Flag interrupted = 0;
 Flag readInProgress = 0;
 int wakePipe[2] = {-1, -1}; // what `pauseFor` waits at
-// What a reading is left with, ready for a signal handler: set before the first one, then constant.
+// What a reading is left with, ready for a signal handler: constant while there is one.
 Farewell farewellOfHangingRead;
 Farewell farewellOfLongRead;
 unsigned int secondsOfARead = 0; // 0: no limit

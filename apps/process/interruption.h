@@ -33,7 +33,7 @@ void setFarewellOfHangingRead(const Farewell &farewell);
 
 /**
  * From here on a reading that takes longer than `seconds` ends the program with `farewell`. To be
- * called once, after `catchInterruption` and before the first reading.
+ * called after `catchInterruption`, and not during a reading.
  */
 void limitReadings(unsigned int seconds, const Farewell &farewell);
 

@@ -133,12 +133,19 @@ const std::vector<CommandRow> &commandTable()
              "  idcard-reader watch --count 1\n"
              "      wait for one card, however long it takes\n"
              "  idcard-reader watch --json\n"
-             "      print failures for a program as well\n"),
-         any + reading,
+             "      print failures for a program as well\n"
+             "  idcard-reader watch --events\n"
+             "      print for a program when reader and cards come and go\n"),
+         any + limitedReading,
          {
              Option("json", tr("Print each failure as one line of JSON as well, and with a card "
                                "what kept it from being saved.")),
-             inlineParts,
+             Option(
+                 "events",
+                 tr("Print one line of JSON for each event, with its time: reader-added, "
+                    "reader-removed, card-read with the card, card-removed, and read-failed with "
+                    "the error. The line of a card is then within that of its event.")),
+             Option(inlineParts).needs({"json", "events"}),
              Option("out", tr("Save every card in a folder of its own in this folder: 0001, 0002, "
                               "... after the highest number that is there. The files are those of "
                               "\"idcard-reader read --out\". Only their owner can read them."))
@@ -146,6 +153,11 @@ const std::vector<CommandRow> &commandTable()
              Option("count", tr("End after so many cards.")).number("number", 1, HIGHEST_COUNT),
              Option("interval", tr("Pause between two looks at the reader; 500 if not given."))
                  .number("milliseconds", SHORTEST_INTERVAL_MS, LONGEST_INTERVAL_MS),
+             settingOption(
+                 "timeout",
+                 tr("End when one look at the reader takes longer: a reader that asks "
+                    "again and again for another try is otherwise waited for without end. "
+                    "The exit status is then 11.")),
              road,
              device,
              simulatorPhotos,

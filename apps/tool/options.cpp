@@ -64,6 +64,7 @@ Options optionsIn(const OptionParser &line, const CommandRow &command)
     Options options;
     options.command = &command;
     options.json = line.isSet("json");
+    options.events = line.isSet("events");
     options.force = line.isSet("force");
     options.verbose = line.isSet("verbose");
     options.list = line.isSet("list");

@@ -20,6 +20,7 @@ struct CommandRow;
 struct Options {
     const CommandRow *command = nullptr;
     bool json = false;
+    bool events = false; ///< of `watch`: a line for each event, not for each card
     bool force = false;
     bool verbose = false;
     bool list = false;            ///< list the USB devices

@@ -27,12 +27,16 @@ void limitReadings(const Options &options, const Output &output)
     setFarewellOfHangingRead(farewellOf(brokenOff, options, output));
     if (!options.timeoutSeconds)
         return;
-    const QString cause = tr("The reader asks again and again for another try, or does not answer; "
-                             "the reading was given up after %1 s.");
-    const Failure timedOut =
-        explainedToolFailure(ToolFault::READ_TIMED_OUT, cause.arg(*options.timeoutSeconds));
     limitReadings(static_cast<unsigned int>(*options.timeoutSeconds),
-                  farewellOf(timedOut, options, output));
+                  farewellOf(timedOutFailure(*options.timeoutSeconds), options, output));
+}
+
+Failure timedOutFailure(int seconds)
+{
+    const QString cause =
+        tr("The reader asks again and again for another try, or does not answer; the "
+           "reading was given up after %1 s.");
+    return explainedToolFailure(ToolFault::READ_TIMED_OUT, cause.arg(seconds));
 }
 
 } // namespace app

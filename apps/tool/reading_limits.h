@@ -2,6 +2,7 @@
 
 // How a reading that does not end is left: by a signal, or after the time of --timeout.
 
+#include "apps/card/failure.h"
 #include "apps/process/standard_streams.h"
 #include "apps/tool/options.h"
 
@@ -13,5 +14,8 @@ namespace app
  * in its work: the process ends in the middle of it, before anything of the card is on the disk.
  */
 void limitReadings(const Options &options, const Output &output);
+
+/** Of a look at the reader that took longer. */
+Failure timedOutFailure(int seconds);
 
 } // namespace app

@@ -13,8 +13,10 @@
 #include "apps/tool/commands.h"
 #include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
+#include "apps/tool/reading_limits.h"
 #include "apps/tool/simulator_setup.h"
 #include "apps/tool/verbose.h"
+#include "apps/tool/watch_events.h"
 #include "reader/usb_codes.h"
 
 namespace app
@@ -93,7 +95,8 @@ public:
             simulator->takeCard();
             if (isOver())
                 return m_status;
-            m_presence.takeCard();
+            for (const ReaderChange change : m_presence.takeCard())
+                follow(change, {});
             if (firstFailure == ExitStatus::DONE)
                 firstFailure = seen;
         }
@@ -127,37 +130,83 @@ private:
 
     Look look()
     {
+        limitLook();
         Look look = m_lookAtReader();
         for (const ReaderChange change : m_presence.observe(look))
             follow(change, look);
         return look;
     }
 
+    /** A look that takes too long ends the program with what is said here in advance. */
+    void limitLook() const
+    {
+        if (!m_options.timeoutSeconds)
+            return;
+        const int seconds = *m_options.timeoutSeconds;
+        const Failure failure = timedOutFailure(seconds);
+        const QDateTime end = QDateTime::currentDateTime().addSecs(seconds);
+        app::limitReadings(static_cast<unsigned int>(seconds),
+                           {messageLine(failure.words), failureLine(failure, end),
+                            m_output->descriptor(), failure.exitStatus});
+    }
+
     void follow(ReaderChange change, const Look &look)
     {
         switch (change) {
+        case ReaderChange::READER_ADDED:
+            writeEvent("reader-added");
+            break;
+        case ReaderChange::READER_REMOVED:
+            writeEvent("reader-removed");
+            reportMissingReader(*look.failure);
+            break;
+        case ReaderChange::READER_MISSING: // from the start, for a cause that the doctor may see
+            reportMissingReader(diagnosed(*look.failure, m_options));
+            break;
         case ReaderChange::CARD_READ:
             deliverCard(*look.card);
             break;
-        case ReaderChange::READER_MISSING:
-        case ReaderChange::READER_REMOVED:
-            reportFailure(*look.failure);
-            if (m_options.simulate.isEmpty())
-                printMessage(tr("Watching goes on until the reader is there."));
+        case ReaderChange::CARD_REMOVED:
+            writeEvent("card-removed");
             break;
         case ReaderChange::READ_FAILED:
-            reportFailure(*look.failure);
-            break;
-        case ReaderChange::READER_ADDED:
-        case ReaderChange::CARD_REMOVED:
+            reportFailure(diagnosed(*look.failure, m_options));
             break;
         }
     }
 
     void reportFailure(const Failure &failure)
     {
-        app::report(diagnosed(failure, m_options), m_options, m_output);
-        if (!m_output->problem().isEmpty())
+        printFailure(failure);
+        write(failureLine(failure, QDateTime::currentDateTime()));
+    }
+
+    void reportMissingReader(const Failure &failure)
+    {
+        printFailure(failure);
+        if (m_options.simulate.isEmpty())
+            printMessage(tr("Watching goes on until the reader is there."));
+        if (!m_options.events)
+            write(failureLine(failure, QDateTime::currentDateTime()));
+    }
+
+    /** Empty when failures go to standard error alone. */
+    QByteArray failureLine(const Failure &failure, const QDateTime &time) const
+    {
+        if (m_options.events)
+            return eventLine("read-failed", time, {{"error", toJson(failure)}});
+        return m_options.json ? errorLine(failure) : QByteArray();
+    }
+
+    void writeEvent(const char *event, const JsonObject &parts = {})
+    {
+        if (m_options.events)
+            write(eventLine(event, QDateTime::currentDateTime(), parts));
+    }
+
+    void write(const QByteArray &line)
+    {
+        if (!line.isEmpty() && !m_output->write(line))
             m_status = ExitStatus::PROGRAM_FAILED;
     }
 
@@ -173,11 +222,13 @@ private:
             printPhotoFailure(*noPhoto, card, m_options);
         if (!failure)
             failure = noPhoto;
-        QJsonObject object = toJson(card, folder, m_options.inlineParts);
-        if (failure && m_options.json)
+        JsonObject object = toJson(card, folder, m_options.inlineParts);
+        if (failure && (m_options.json || m_options.events))
             object.insert("error", toJson(*failure));
-        if (!m_output->write(jsonLine(object)))
-            m_status = ExitStatus::PROGRAM_FAILED;
+        if (m_options.events)
+            writeEvent("card-read", {{"card", object}});
+        else
+            write(jsonLine(object));
     }
 
     std::optional<QString> save(const Card &card, std::optional<Failure> *failure)

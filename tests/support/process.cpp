@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcessEnvironment>
 
@@ -310,6 +311,40 @@ ProcessResult RunningProcess::result()
     result.standardOutput = m_output;
     result.standardError = m_error;
     return result;
+}
+
+namespace
+{
+
+/** Whether no thread of the process runs, by the states that the kernel shows. */
+bool isHalted(pid_t id)
+{
+    const QString folder = QStringLiteral("/proc/%1/task/").arg(id);
+    for (const QString &thread : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(folder + thread + QStringLiteral("/stat"));
+        if (!file.open(QIODevice::ReadOnly))
+            continue; // it has ended
+        const QByteArray line = file.readAll();
+        if (line.mid(line.lastIndexOf(')') + 2, 1) != "T")
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+HaltedProcess::HaltedProcess(const RunningProcess &process) : m_process(process)
+{
+    constexpr int LIMIT_MS = 10000;
+    process.signal(SIGSTOP);
+    const Clock::time_point limit = after(LIMIT_MS);
+    while (!isHalted(process.id()) && Clock::now() < limit)
+        ::usleep(200);
+}
+
+HaltedProcess::~HaltedProcess()
+{
+    m_process.signal(SIGCONT);
 }
 
 ProcessResult runProcess(const QString &program, const QStringList &arguments,

@@ -118,6 +118,19 @@ private:
     QByteArray m_error;
 };
 
+/** While it lives, none of a program's threads goes on. */
+class HaltedProcess
+{
+public:
+    explicit HaltedProcess(const RunningProcess &process);
+    ~HaltedProcess();
+    HaltedProcess(const HaltedProcess &) = delete;
+    HaltedProcess &operator=(const HaltedProcess &) = delete;
+
+private:
+    const RunningProcess &m_process;
+};
+
 /** Runs a program to its end. */
 ProcessResult runProcess(const QString &program, const QStringList &arguments,
                          const ProcessInput &input = {});

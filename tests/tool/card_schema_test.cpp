@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
+#include <QJsonDocument>
 
 #include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
@@ -25,6 +26,18 @@ protected:
         ASSERT_THAT(run.output(), testing::StartsWith("{")) << run.error();
         writeFile(m_samples.filePath(name + ".json"), run.standardOutput);
         ++m_count;
+    }
+
+    /** Keeps each line that the tool printed as a sample. */
+    void keepLines(const QString &name, const QStringList &arguments)
+    {
+        const QVector<QJsonObject> lines = parsedLines(runTool(arguments).standardOutput);
+        ASSERT_FALSE(lines.isEmpty());
+        for (int i = 0; i < lines.size(); ++i) {
+            writeFile(m_samples.filePath(QStringLiteral("%1-%2.json").arg(name).arg(i)),
+                      QJsonDocument(lines[i]).toJson());
+            ++m_count;
+        }
     }
 
     /** Keeps the card.json of a saved card as the sample `name`. */
@@ -130,6 +143,19 @@ TEST_F(CardSchema, FitsFailuresWithAndWithoutACard)
     keep("not-written", {"read", "--json", "--simulate", "resident", "--out", path("text")});
     keep("not-painted", {"render", "resident", "--json", "--out", path("text")});
     keep("contradiction", {"doctor", "--json", "--road", "library", "--device", "1209:0001"});
+    expectTheSchemaToFit();
+}
+
+TEST_F(CardSchema, FitsTheEventsOfWatch)
+{
+    keepLines("cards", {"watch", "--events", "--simulate", "resident", "--simulate",
+                        "hmt-unknown-region", "--interval", "10", "--fault", "no-card=1"});
+    keepLines("inline", {"watch", "--events", "--inline", "all", "--simulate", "foreign-new"});
+    keepLines("failed", {"watch", "--events", "--simulate", "resident", "--fault", "read-fails=7"});
+    keepLines("timed-out", {"watch", "--events", "--timeout", "1", "--simulate", "resident",
+                            "--fault", "transient-failures=1000000"});
+    keepLines("gone", {"watch", "--events", "--interval", "10", "--simulate", "resident", "--fault",
+                       "no-card=3,open-fails-every=2"});
     expectTheSchemaToFit();
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds what the tool printed against the schema of cards and failures, and broken ones too.
+"""Holds what the tool printed against the schema of cards, failures and events, and broken ones too.
 
 check_card_schema.py SCHEMA FOLDER
 
@@ -105,13 +105,42 @@ def failures(failure):
             yield f"error.{key} = {wrong!r}", {"error": {**error, key: wrong}}
 
 
+def events(event):
+    """The event without a part, with a wrong or a foreign one, and with a broken card or error."""
+    for key in event:
+        yield f"without {key}", {k: v for k, v in event.items() if k != key}
+        for wrong in WRONG_VALUES:
+            yield f"{key} = {wrong!r}", {**event, key: wrong}
+    yield "unknown key", {**event, "more": 1}
+    yield "unknown event", {**event, "event": "card-lost"}
+    for time in ("2026-11-22T08:30:00.250", "2026-11-22T08:30:00.250Z", "2026-11-22 08:30:00.250+08:00"):
+        yield f"time = {time}", {**event, "time": time}
+    for other in ("card-read", "read-failed", "card-removed"):
+        if other != event["event"] and {"card", "error"} & event.keys():
+            yield f"the parts of {event['event']} in {other}", {**event, "event": other}
+    if "card" in event:
+        yield "card without its road", {**event, "card": without(event["card"], "road")}
+        yield "error of a failed read", {**event, "error": {}}
+    if "error" in event:
+        yield "error without its name", {**event, "error": without(event["error"], "name")}
+    if event["event"] in ("reader-added", "reader-removed", "card-removed"):
+        yield "card-read without a card", {**event, "event": "card-read"}
+        yield "read-failed without an error", {**event, "event": "read-failed"}
+
+
+def without(value, key):
+    return {k: v for k, v in value.items() if k != key}
+
+
 def complaints(validator, path):
     printed = json.loads(path.read_text(encoding="utf-8"))
     for error in validator.iter_errors(printed):
         yield f"{path.name}: {error.json_path}: {error.message}"
-    is_failure = printed.keys() == {"error"}
-    breakers = (failures,) if is_failure else (
-        without_each_key, with_wrong_values, with_contradictions)
+    breakers = (without_each_key, with_wrong_values, with_contradictions)
+    if printed.keys() == {"error"}:
+        breakers = (failures,)
+    elif "event" in printed:
+        breakers = (events,)
     for breaker in breakers:
         for how, broken in breaker(printed):
             if validator.is_valid(broken):

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -231,6 +232,134 @@ TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
     const ProcessResult run = tool.result();
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, 0);
+}
+
+// With --events.
+
+std::vector<std::string> eventsIn(const QByteArray &lines)
+{
+    std::vector<std::string> events;
+    for (const QJsonObject &event : parsedLines(lines))
+        events.push_back(event["event"].toString().toStdString());
+    return events;
+}
+
+TEST(WatchEvents, CardsThatComeAndGoAreReportedInTheirOrder)
+{
+    const ProcessResult run =
+        runTool({"watch", "--events", "--simulate", "resident", "--simulate", "hmt-hong-kong"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(
+        eventsIn(run.standardOutput),
+        ElementsAre("reader-added", "card-read", "card-removed", "card-read", "card-removed"));
+    EXPECT_THAT(run.error(), IsEmpty());
+}
+
+TEST(WatchEvents, CardIsThatOfALineWithoutThem)
+{
+    for (const QStringList &more : {QStringList{}, QStringList{"--inline", "all"}}) {
+        const QStringList simulated = QStringList{"--simulate", "resident"} + more;
+        const auto events =
+            parsedLines(runTool(QStringList{"watch", "--events"} + simulated).standardOutput);
+        ASSERT_EQ(events.size(), 3);
+        EXPECT_EQ(events[1]["card"].toObject(),
+                  parsedObject(runTool(QStringList{"watch", "--json"} + simulated).standardOutput));
+        EXPECT_EQ(events[1].keys(), (QStringList{"card", "event", "time"}));
+    }
+}
+
+TEST(WatchEvents, TimeIsThatOfTheEventWithTheOffsetFromUtc)
+{
+    for (const char *zone : {"UTC", "Asia/Shanghai", "America/St_Johns"}) {
+        ProcessInput input;
+        input.environment = {{"TZ", zone}};
+        const QDateTime before = QDateTime::currentDateTimeUtc();
+        const auto events = parsedLines(
+            runTool({"watch", "--events", "--simulate", "resident"}, input).standardOutput);
+        ASSERT_EQ(events.size(), 3);
+        const QString text = events[0]["time"].toString();
+        const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+        EXPECT_GE(time, before) << text.toStdString();
+        EXPECT_LE(time, QDateTime::currentDateTimeUtc()) << text.toStdString();
+        const QByteArray name = zone;
+        const int minutes = name == "UTC" ? 0 : name == "Asia/Shanghai" ? 480 : -210;
+        const int summer = name.startsWith("America") ? 60 : 0;
+        EXPECT_THAT(time.offsetFromUtc() / 60, testing::AnyOf(minutes, minutes + summer));
+        EXPECT_FALSE(text.endsWith('Z'));
+    }
+}
+
+TEST(WatchEvents, FailureIsThatOfJsonWithoutThem)
+{
+    const QStringList failing{"--simulate", "resident", "--fault", "unknown-kind"};
+    const ProcessResult run = runTool(QStringList{"watch", "--events"} + failing);
+    EXPECT_EQ(run.exitStatus, 8);
+    const auto events = parsedLines(run.standardOutput);
+    ASSERT_EQ(events.size(), 2);
+    EXPECT_EQ(events[1]["event"], "read-failed");
+    const ProcessResult plain = runTool(QStringList{"watch", "--json"} + failing);
+    EXPECT_EQ(events[1]["error"], parsedObject(plain.standardOutput)["error"]);
+    EXPECT_EQ(run.error(), plain.error());
+}
+
+TEST(WatchEvents, CardThatCouldNotBeSavedHasTheErrorBesideItsOwnParts)
+{
+    QTemporaryDir folder;
+    const FileSizeLimit limit(20000); // card.json fits, the photo does not
+    const ProcessResult run =
+        runTool({"watch", "--events", "--simulate", "resident", "--out", folder.filePath("cards")});
+    EXPECT_EQ(run.exitStatus, 7);
+    const auto events = parsedLines(run.standardOutput);
+    ASSERT_EQ(events.size(), 2);
+    EXPECT_EQ(events[1]["card"].toObject()["error"].toObject()["name"], "TOOL_FILES_NOT_WRITTEN");
+}
+
+TEST(WatchEvents, CountEndsThemWithTheLastCard)
+{
+    const ProcessResult run = runTool({"watch", "--events", "--count", "1", "--simulate",
+                                       "resident", "--simulate", "hmt-hong-kong"});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(eventsIn(run.standardOutput), ElementsAre("reader-added", "card-read"));
+}
+
+TEST(WatchEvents, ReaderThatIsMissingToBeginWithIsReportedInWordsAlone)
+{
+    const InstalledReader reader;
+    RunningTool tool({"watch", "--events", "--json", "--interval", "10"},
+                     {reader.variables("resident", "open-fails=2")});
+    EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
+    tool.signal(SIGTERM);
+    const ProcessResult run = tool.result();
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+TEST(WatchTimeout, EndsAReadingThatNeverEnds)
+{
+    const QStringList neverEnding{"--timeout", "1",       "--simulate",
+                                  "resident",  "--fault", "transient-failures=1000000"};
+    const ProcessResult words = runTool(QStringList{"watch"} + neverEnding);
+    expectEnd(words, 11, "Reading the card did not end in time.");
+    EXPECT_THAT(words.output(), IsEmpty());
+    const ProcessResult json = runTool(QStringList{"watch", "--json"} + neverEnding);
+    EXPECT_EQ(json.exitStatus, 11);
+    EXPECT_EQ(parsedObject(json.standardOutput)["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    const auto events =
+        parsedLines(runTool(QStringList{"watch", "--events"} + neverEnding).standardOutput);
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0]["event"], "read-failed");
+    EXPECT_EQ(events[0]["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
+    EXPECT_GE(QDateTime::fromString(events[0]["time"].toString(), Qt::ISODateWithMs),
+              before.addSecs(1));
+}
+
+TEST(WatchTimeout, LeavesReadingsAloneThatEndInTime)
+{
+    const ProcessResult run = runTool({"watch", "--timeout", "1", "--interval", "700", "--simulate",
+                                       "resident", "--fault", "no-card=3"});
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
+    EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
 }
 
 class WatchOut : public FolderTest

@@ -36,14 +36,24 @@ protected:
                more;
     }
 
-    void unplug()
+    // umockdev ends this process if a listener to the bus leaves while it is spoken to.
+
+    void unplugFrom(const RunningTool &tool)
     {
+        const HaltedProcess halted(tool);
         bus().change([this] { reader().unplug(); });
     }
 
-    void plugInAgain()
+    void plugInAgainTo(const RunningTool &tool)
     {
+        const HaltedProcess halted(tool);
         bus().change([this] { reader().plugIn(); });
+    }
+
+    void plugInAnotherTo(const RunningTool &tool)
+    {
+        const HaltedProcess halted(tool);
+        bus().add(otherDevice());
     }
 
     void lay(const QString &card)
@@ -91,12 +101,12 @@ TEST_F(WatchUsb, ReaderThatIsMissingIsReportedOnceAndItsCardPrintedWhenItComes)
 {
     plugIn("resident");
     for (const QStringList &device : {QStringList{}, QStringList{"--device", DEVICE}}) {
-        unplug();
+        bus().change([this] { reader().unplug(); });
         RunningTool tool(watch({"--json"}) + device, onBus());
         EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
         EXPECT_THAT(tool.nextLine().toStdString(), HasSubstr("USB_READER_NOT_FOUND"));
         QThread::msleep(100); // many looks
-        plugInAgain();
+        plugInAgainTo(tool);
         EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("resident").name.toStdString());
         const ProcessResult run = ended(tool);
         EXPECT_EQ(run.exitStatus, 0);
@@ -109,10 +119,10 @@ TEST_F(WatchUsb, ReaderThatGoesAndComesIsReportedOnceAndItsCardIsTheSame)
     plugIn("resident");
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
-    unplug();
+    unplugFrom(tool);
     EXPECT_TRUE(tool.waitForError("Watching goes on"));
     QThread::msleep(100);
-    plugInAgain();
+    plugInAgainTo(tool);
     QThread::msleep(100);
     lay("hmt-macao");
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
@@ -138,11 +148,11 @@ TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
     plugIn("resident");
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
-    unplug();
+    unplugFrom(tool);
     EXPECT_TRUE(tool.waitForError("Watching goes on"));
     QString problem;
     ASSERT_TRUE(otherDevice().slot().putCard("hmt-macao", simulator::PutAs::DESCRIBED, &problem));
-    bus().add(otherDevice());
+    plugInAnotherTo(tool);
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
     EXPECT_EQ(ended(tool).exitStatus, 0);
 }
@@ -163,7 +173,7 @@ TEST_F(WatchUsb, SecondReaderDoesNotDisturbTheOneInUse)
     plugIn("resident");
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
-    bus().add(otherDevice());
+    plugInAnotherTo(tool);
     lay("hmt-macao");
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
     const ProcessResult run = ended(tool);
@@ -191,6 +201,48 @@ TEST_F(WatchUsb, PhotoThatNeedsTheSimulatorSaysSo)
     EXPECT_THAT(run.error(), HasSubstr("needs --simulator-photos"));
     EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"],
               "IDCARD_RESULT_PHOTO_NOT_DECODED");
+}
+
+TEST_F(WatchUsb, EventsSayWhenReaderAndCardsComeAndGo)
+{
+    plugIn("resident");
+    RunningTool tool(watch({"--events"}), onBus());
+    const auto expectEvent = [&tool](const char *event) {
+        const QJsonObject line = parsedObject(tool.nextLine());
+        EXPECT_EQ(line["event"].toString().toStdString(), event);
+        return line;
+    };
+    expectEvent("reader-added");
+    const QJsonObject read = expectEvent("card-read");
+    EXPECT_EQ(read["card"].toObject()["name"].toString(), builtInCard("resident").name);
+    lay("hmt-macao");
+    expectEvent("card-removed");
+    EXPECT_EQ(expectEvent("card-read")["card"].toObject()["kind"], "hmt");
+    unplugFrom(tool);
+    expectEvent("reader-removed");
+    bus().change([this] { reader().slot().takeCard(); });
+    plugInAgainTo(tool);
+    expectEvent("reader-added");
+    expectEvent("card-removed");
+    bus().change([this] { prepare("resident", "read-answer-cut=8"); });
+    const QJsonObject error = expectEvent("read-failed")["error"].toObject();
+    EXPECT_EQ(error["name"], "USB_READER_DATA_LENGTH_INVALID");
+    bus().change([this] { prepare({}, {}); });
+    expectEvent("card-read");
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+TEST_F(WatchUsb, ReadingThatTakesTooLongEndsItWithAnEvent)
+{
+    plugIn("resident", "delay-ms=4000");
+    const ProcessResult run = runTool(watch({"--events", "--timeout", "1"}), onBus());
+    leaveItToTheSystem();
+    EXPECT_EQ(run.exitStatus, 11);
+    const auto events = parsedLines(run.standardOutput);
+    ASSERT_EQ(events.size(), 1);
+    EXPECT_EQ(events[0]["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
 }
 
 TEST_F(WatchUsb, EveryCardGetsAFolder)
