@@ -1,19 +1,37 @@
 #include "tests/endurance/process_figures.h"
 
-#include <unistd.h>
-
 #include <QDir>
 #include <QFile>
 
-endurance::ProcessFigures endurance::ownFigures()
+namespace
 {
-    constexpr long BYTES_PER_KIB = 1024;
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    statm.open(QIODevice::ReadOnly);
-    const long pages = statm.readAll().split(' ').value(1).toLong();
-    statm.close();
-    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+
+/** The number in the line "NAME:   1234 kB". */
+long numberOf(const char *name, const QByteArray &status)
+{
+    for (const QByteArray &line : status.split('\n')) {
+        if (line.startsWith(QByteArray(name) + ':'))
+            return line.simplified().split(' ').value(1).toLong();
+    }
+    return 0;
+}
+
+} // namespace
+
+endurance::ProcessFigures endurance::figuresOf(const QString &process)
+{
+    const QString folder = QStringLiteral("/proc/%1/").arg(process);
+    QFile file(folder + QStringLiteral("status"));
+    file.open(QIODevice::ReadOnly);
+    const QByteArray status = file.readAll();
+    file.close();
+    const QDir descriptors(folder + QStringLiteral("fd"));
     const auto listed =
         descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
-    return {pages * sysconf(_SC_PAGESIZE) / BYTES_PER_KIB, static_cast<int>(listed.size())};
+    return {numberOf("VmRSS", status), numberOf("VmHWM", status), static_cast<int>(listed.size())};
+}
+
+endurance::ProcessFigures endurance::ownFigures()
+{
+    return figuresOf(QStringLiteral("self"));
 }
