@@ -94,6 +94,15 @@ TEST(Translations, NamesOfFilesAndCommands_StayAsTheyAre)
     }
 }
 
+TEST(Translations, CommandsOfExamples_StayAsTheyAre)
+{
+    for (const Translation &text : chinese()) {
+        EXPECT_EQ(matches(text.target, "(?m)^  idcard-reader .*$"),
+                  matches(text.source, "(?m)^  idcard-reader .*$"))
+            << text.source.toStdString();
+    }
+}
+
 TEST(Translations, SentencesEnd_AsSentencesInChineseDo)
 {
     for (const Translation &text : chinese()) {
