@@ -2190,7 +2190,7 @@
     </message>
     <message>
         <source>No USB device has the vendor and product id that are named or, where none are, the pipes of a reader: it is not plugged in, or is another one.</source>
-        <translation>没有 USB 设备具有指定的厂商和产品标识，或在没有指定时具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
+        <translation>没有 USB 设备具有指定的厂商和产品标识；未指定标识时，没有设备具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
     </message>
 </context>
 <context>
