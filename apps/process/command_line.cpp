@@ -193,8 +193,7 @@ QString OptionParser::problemOfOptions() const
             if (!problem.isEmpty())
                 return problem;
         } else if (option.isRequired && excluderOf(option) == nullptr) {
-            return filledIn(tr("%1 needs %2."), subject(),
-                            waysToGive(option).join(tr(" or ")));
+            return filledIn(tr("%1 needs %2."), subject(), waysToGive(option).join(tr(" or ")));
         }
     }
     return {};
@@ -212,8 +211,7 @@ QString OptionParser::problemOf(const Option &option) const
                         option.needed.join(tr(" or --")));
     }
     if (const Option *const excluder = excluderOf(option)) {
-        return filledIn(tr("%1 has no meaning together with %2."), name,
-                        dashed(excluder->name));
+        return filledIn(tr("%1 has no meaning together with %2."), name, dashed(excluder->name));
     }
     for (const QString &value : m_parser.values(option.name)) {
         QString problem = problemOfValue(option, value);
