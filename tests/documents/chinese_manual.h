@@ -5,7 +5,7 @@
 
 #include <QString>
 
-/** A part of a page in the macros of mdoc(7) in those of man(7). */
+/** A part of a page with its texts in Chinese, and the macros of mdoc(7), in those of man(7). */
 QString inManMacros(const QString &mdoc);
 
 /**

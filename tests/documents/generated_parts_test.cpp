@@ -189,19 +189,13 @@ QString manualText(QString text)
     return text.replace(sentenceEnd, QStringLiteral(".\n")) + QLatin1Char('\n');
 }
 
-QString manualList(const HelpRows &rows, QString (*item)(QString name))
+QString manualList(const HelpRows &rows, QString (*item)(QString name), Words words)
 {
     QString list = QStringLiteral(".Bl -tag -width Ds\n");
     for (const HelpRow &row : rows)
-        list += QStringLiteral(".It %1\n").arg(item(row.name)) + manualText(row.meaning);
+        list += QStringLiteral(".It %1\n").arg(item(row.name)) +
+                manualText(words(row.meaning.toUtf8().constData()));
     return list + QStringLiteral(".El\n");
-}
-
-HelpRows translated(HelpRows rows, Words words)
-{
-    for (HelpRow &row : rows)
-        row.meaning = words(row.meaning.toUtf8().constData());
-    return rows;
 }
 
 /** "-h, --help" or "--out <folder>". */
@@ -236,7 +230,8 @@ QString section(const QString &heading, const QString &text)
 }
 
 /** A command of the tool but for the options that every command has. */
-QString commandSection(const QString &name, const QString &help, const HelpRows &common)
+QString commandSection(const QString &name, const QString &help, const HelpRows &common,
+                       Words words)
 {
     HelpRows own = rowsUnder(QStringLiteral("Options"), help);
     own.erase(std::remove_if(own.begin(), own.end(),
@@ -245,32 +240,35 @@ QString commandSection(const QString &name, const QString &help, const HelpRows 
                                         common.end();
                              }),
               own.end());
-    const QString usage = help.section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
+    QString usage = help.section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
+    usage.replace(QStringLiteral("[options]"), words("[options]"));
     const QString description = help.section(QStringLiteral("\n\n"), 1, 1).simplified();
     return section(name, QStringLiteral(".Dl ") + manualText(usage) + QStringLiteral(".Pp\n") +
-                             manualText(description) + manualList(own, optionItem));
+                             manualText(words(description.toUtf8().constData())) +
+                             manualList(own, optionItem, words));
 }
 
-QString manualFaults(const QString &help)
+QString manualFaults(const QString &help, Words words)
 {
     return section(QStringLiteral("Faults"),
-                   manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem));
+                   manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem, words));
 }
 
-/** A part of the manual page `page`, whose partner in Chinese has it in the translated words. */
-void expectTranslatedPart(const QString &page, const QString &name,
-                          const std::function<QString(Words words)> &text)
+/** A part of the manual page `page` and of its partner in Chinese. */
+void expectManualPart(const QString &page, const QString &name,
+                      const std::function<QString(Words words)> &text)
 {
     expectGeneratedPart(QStringLiteral("docs/man/") + page, name, text(inEnglish));
     expectGeneratedPart(QStringLiteral("docs/man/zh_CN/") + page, name,
                         inManMacros(text(inChinese)));
 }
 
-/** A part of the manual page `page`, whose partner in Chinese has the same tags. */
-void expectManualPart(const QString &page, const QString &name, const QString &text)
+/** A part that is a list of these rows. */
+void expectManualList(const QString &page, const QString &name, const HelpRows &rows,
+                      QString (*item)(QString name))
 {
-    expectGeneratedPart(QStringLiteral("docs/man/") + page, name, text);
-    expectSameTags(QStringLiteral("docs/man/zh_CN/") + page, name, text);
+    expectManualPart(page, name,
+                     [&rows, item](Words words) { return manualList(rows, item, words); });
 }
 
 const QString TOOL = QStringLiteral("idcard-reader");
@@ -401,49 +399,53 @@ TEST(ManualOfTheTool, CommandsOptionsAndStatuses_AreThoseOfTheHelp)
                                     }),
                      common.end());
     }
-    QString text;
-    for (int i = 0; i < helps.size(); ++i)
-        text += commandSection(commands.at(static_cast<std::size_t>(i)).name, helps.at(i), common);
-    text += section(QStringLiteral("Options of every command"), manualList(common, optionItem));
-    text += manualFaults(helps.first());
-    expectManualPart(manualPage(TOOL), "commands", text);
-    expectManualPart(manualPage(TOOL), "environment",
-                     manualList(rowsUnder(QStringLiteral("Environment"), overall), variableItem));
-    expectManualPart(manualPage(TOOL), "exit statuses",
-                     manualList(rowsUnder(QStringLiteral("Exit status"), overall), plainItem));
+    expectManualPart(manualPage(TOOL), "commands", [&](Words words) {
+        QString text;
+        for (int i = 0; i < helps.size(); ++i)
+            text += commandSection(commands.at(static_cast<std::size_t>(i)).name, helps.at(i),
+                                   common, words);
+        text += section(QStringLiteral("Options of every command"),
+                        manualList(common, optionItem, words));
+        return text + manualFaults(helps.first(), words);
+    });
+    expectManualList(manualPage(TOOL), "environment",
+                     rowsUnder(QStringLiteral("Environment"), overall), variableItem);
+    expectManualList(manualPage(TOOL), "exit statuses",
+                     rowsUnder(QStringLiteral("Exit status"), overall), plainItem);
 }
 
 TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
 {
+    const QString page = manualPage(VIRTUAL_READER);
     const QString help = helpOf(VIRTUAL_READER);
     const auto rows = [&help](const char *heading) {
         return rowsUnder(QLatin1String(heading), help);
     };
-    expectManualPart(manualPage(VIRTUAL_READER), "options",
-                     manualList(rows("Options"), optionItem));
-    expectManualPart(manualPage(VIRTUAL_READER), "commands",
-                     manualList(rows("Commands on standard input"), commandItem));
-    expectManualPart(manualPage(VIRTUAL_READER), "faults", manualFaults(help));
-    expectManualPart(manualPage(VIRTUAL_READER), "exit statuses",
-                     manualList(rows("Exit status"), plainItem));
+    expectManualList(page, "options", rows("Options"), optionItem);
+    expectManualList(page, "commands", rows("Commands on standard input"), commandItem);
+    expectManualPart(page, "faults", [&help](Words words) { return manualFaults(help, words); });
+    expectManualList(page, "exit statuses", rows("Exit status"), plainItem);
 }
 
 TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
 {
-    const HelpRows rows = rowsUnder(QStringLiteral("Options"), helpOf(VIEWER));
-    expectTranslatedPart(manualPage(VIEWER), "options", [&rows](Words words) {
-        return manualList(translated(rows, words), optionItem);
-    });
+    expectManualList(manualPage(VIEWER), "options",
+                     rowsUnder(QStringLiteral("Options"), helpOf(VIEWER)), optionItem);
 }
 
+// The script speaks English alone.
 TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
 {
     ProcessInput script; // which no emulator runs
     script.emulated = false;
     const QString help = helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, script);
-    const QString page = QStringLiteral("idcard-reader-access.8");
-    expectManualPart(page, "options",
-                     manualList(rowsUnder(QStringLiteral("Options"), help), optionItem));
-    expectManualPart(page, "exit statuses",
-                     manualList(rowsUnder(QStringLiteral("Exit status"), help), plainItem));
+    const auto expectList = [&help](const char *heading, const char *name,
+                                    QString (*item)(QString name)) {
+        const QString list = manualList(rowsUnder(QLatin1String(heading), help), item, inEnglish);
+        const QString page = QStringLiteral("idcard-reader-access.8");
+        expectGeneratedPart(QStringLiteral("docs/man/") + page, name, list);
+        expectSameTags(QStringLiteral("docs/man/zh_CN/") + page, name, list);
+    };
+    expectList("Options", "options", optionItem);
+    expectList("Exit status", "exit statuses", plainItem);
 }

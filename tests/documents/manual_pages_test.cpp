@@ -348,7 +348,7 @@ TEST(ManualPagesInChinese, SynopsisSectionsTagsAndExamples_AreThoseOfTheEnglishP
 TEST(ManualPagesInChinese, OptionsVariablesFilesAndReferences_AreThoseOfTheEnglishPage)
 {
     const QString name = QStringLiteral(
-        "(--[a-z][a-z-]+|\\b[A-Z]+_[A-Z_]+\\b|/[a-z/]+/\\S+|\\b[a-z]+\\.[a-z]{3,4}\\b)");
+        "(--[a-z][a-z-]+|\\b[A-Z]+_[A-Z_]+\\b|/[a-z/]+/[\\w.-]*\\w|\\b[a-z]+\\.[a-z]{3,4}\\b)");
     for (const QString &file : chinesePages()) {
         const QString english = pageOf(file);
         const QString chinese = chinesePageOf(file);
