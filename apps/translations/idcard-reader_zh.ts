@@ -1455,6 +1455,10 @@
         <source>fault &quot;%1&quot; is given twice</source>
         <translation>故障“%1”给出了两次</translation>
     </message>
+    <message>
+        <source>every Nth opening answers 210, as if the reader had gone</source>
+        <translation>每第 N 次打开读卡器返回 210，如同读卡器已断开</translation>
+    </message>
 </context>
 <context>
     <name>Files</name>
@@ -2553,22 +2557,6 @@ Examples:
         <translation>等待证件，每张证件打印一次，一张一行 JSON，直到用 Ctrl-C 结束。读卡器此前是空的，或者读卡器上的内容与前一张证件不同，就是新的证件。读不成的证件和没有接入的读卡器报告在标准错误上，并继续等待。</translation>
     </message>
     <message>
-        <source>  idcard-reader watch --out visitors
-      save every card in a folder of its own: visitors/0001, visitors/0002, ...
-  idcard-reader watch --count 1
-      wait for one card, however long it takes
-  idcard-reader watch --json
-      print failures for a program as well
-</source>
-        <translation>  idcard-reader watch --out visitors
-      把每张证件存入各自的文件夹：visitors/0001、visitors/0002……
-  idcard-reader watch --count 1
-      等待一张证件，不限时间
-  idcard-reader watch --json
-      失败时也打印供程序使用的内容
-</translation>
-    </message>
-    <message>
         <source>Print each failure as one line of JSON as well, and with a card what kept it from being saved.</source>
         <translation>每次失败也打印一行 JSON；证件未能保存时，原因随证件一并给出。</translation>
     </message>
@@ -2819,6 +2807,34 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>Watching for cards; Ctrl-C ends.</source>
         <translation>正在等待证件；按 Ctrl-C 结束。</translation>
+    </message>
+    <message>
+        <source>  idcard-reader watch --out visitors
+      save every card in a folder of its own: visitors/0001, visitors/0002, ...
+  idcard-reader watch --count 1
+      wait for one card, however long it takes
+  idcard-reader watch --json
+      print failures for a program as well
+  idcard-reader watch --events
+      print for a program when reader and cards come and go
+</source>
+        <translation>  idcard-reader watch --out visitors
+      把每张证件存入各自的文件夹：visitors/0001、visitors/0002……
+  idcard-reader watch --count 1
+      等待一张证件，不限时间
+  idcard-reader watch --json
+      失败时也打印供程序使用的内容
+  idcard-reader watch --events
+      读卡器和证件接入、离开时，打印供程序使用的内容
+</translation>
+    </message>
+    <message>
+        <source>Print one line of JSON for each event, with its time: reader-added, reader-removed, card-read with the card, card-removed, and read-failed with the error. The line of a card is then within that of its event.</source>
+        <translation>每个事件打印一行 JSON，并注明时间：reader-added（读卡器接入）、reader-removed（读卡器断开）、card-read（读到证件，附证件内容）、card-removed（证件取走）和 read-failed（读卡失败，附失败信息）。证件的那一行 JSON 此时包含在其事件的一行中。</translation>
+    </message>
+    <message>
+        <source>End when one look at the reader takes longer: a reader that asks again and again for another try is otherwise waited for without end. The exit status is then 11.</source>
+        <translation>一次查看读卡器超过这么多秒就结束：否则，读卡器一再要求重试时会无限期地等待。此时退出状态为 11。</translation>
     </message>
 </context>
 <context>

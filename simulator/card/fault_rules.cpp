@@ -65,7 +65,7 @@ const std::vector<FaultRule> &faultRules()
           QT_TR_NOOP("the reader's node cannot be opened, whatever N; not for want of permission")},
          number(ANY_MINIMUM, ANY_MAXIMUM, {KVO_SUCCESS})},
         {FaultKind::OPEN_FAILS_EVERY, "open-fails-every",
-         onMakersLibrary("every Nth opening answers 210, as if the reader had gone"),
+         onMakersLibrary(QT_TR_NOOP("every Nth opening answers 210, as if the reader had gone")),
          number(1, ANY_MAXIMUM)},
         {FaultKind::NO_CARD,
          "no-card",
