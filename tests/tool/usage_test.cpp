@@ -259,7 +259,7 @@ TEST_P(StatusesInHelp, AreThoseThatTheCommandCanEndWith)
 
 INSTANTIATE_TEST_SUITE_P(Commands, StatusesInHelp,
                          testing::Values(Statuses{"read", {0, 1, 2, 3, 4, 5, 6, 7, 8, 11}},
-                                         Statuses{"watch", {0, 1, 2, 3, 4, 5, 6, 7, 8}},
+                                         Statuses{"watch", {0, 1, 2, 3, 4, 5, 6, 7, 8, 11}},
                                          Statuses{"usb", {0, 1, 2, 3, 4, 5, 6, 7, 8, 11}},
                                          Statuses{"decode", {0, 1, 2, 6, 7, 8}},
                                          Statuses{"render", {0, 1, 2, 7}},
