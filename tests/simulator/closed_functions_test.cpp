@@ -244,7 +244,8 @@ TEST_F(SimulatedReader, SetUnknownFaults_SaysWhyAndLeavesTheFaults)
     ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_set_faults("read-fials=8", message, sizeof message), -1);
-    EXPECT_THAT(message, StartsWith("fault \"read-fials=8\" is not known; did you mean read-fails?"));
+    EXPECT_THAT(message,
+                StartsWith("fault \"read-fials=8\" is not known; did you mean read-fails?"));
     EXPECT_EQ(readOnce().code, 7);
 }
 
