@@ -2371,15 +2371,15 @@
     </message>
     <message>
         <source>%1 could not be read: %2. Name a file that holds a raw card record.</source>
-        <translation>无法读取%1：%2。请指定含有证件原始记录的文件。</translation>
+        <translation>无法读取“%1”：%2。请指定含有证件原始记录的文件。</translation>
     </message>
     <message>
         <source>%1 is not a raw card record: %2</source>
-        <translation>%1不是证件的原始记录：%2</translation>
+        <translation>“%1”不是证件的原始记录：%2</translation>
     </message>
     <message>
         <source>%1 is an odd record: %2</source>
-        <translation>%1是不寻常的记录：%2</translation>
+        <translation>“%1”是不寻常的记录：%2</translation>
     </message>
     <message>
         <source>--device has no meaning together with --road library, which finds its reader itself.

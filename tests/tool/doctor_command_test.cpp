@@ -180,6 +180,18 @@ TEST_F(Doctor, MakersLibraryWithoutALibraryThatItNeedsIsAFailure)
     EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "missing-dependency");
 }
 
+TEST_F(Doctor, MissingDependencyIsKnownWhereTheLoaderSpeaksChinese)
+{
+    install(readFile(builtLibrary("NEEDS_ANOTHER")));
+    set("LOCPATH", IDCARD_CHINESE_LOCALES);
+    set("LC_ALL", "zh_CN.UTF-8");
+    const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
+    QStringList problems;
+    for (const QJsonValue &finding : report["findings"].toArray())
+        problems << finding["facts"]["problem"].toString();
+    EXPECT_TRUE(problems.contains("missing-dependency")) << problems.join(' ').toStdString();
+}
+
 TEST_F(Doctor, MakersLibraryThatCrashesIsAFailureAndLeavesNoCoreFile)
 {
     install(readFile(builtLibrary("CRASHES")));
