@@ -120,7 +120,7 @@ std::optional<Mistake> takeLine(const QByteArray &bytes, int number, QVector<Set
                      quoted(line), acceptedSettings()));
     const Setting setting{line.section(equals, 0, 0).trimmed(), line.section(equals, 1).trimmed(),
                           number};
-    const std::optional<Mistake> mistake = mistakeOf(setting, *settings);
+    std::optional<Mistake> mistake = mistakeOf(setting, *settings);
     if (!mistake)
         settings->append(setting);
     return mistake;
@@ -197,7 +197,7 @@ ConfigurationFile readFile(const QString &path)
 /** As the XDG base directory specification has it: a path that is not absolute does not count. */
 QString userFolder()
 {
-    const QString named = qEnvironmentVariable("XDG_CONFIG_HOME");
+    QString named = qEnvironmentVariable("XDG_CONFIG_HOME");
     if (QDir::isAbsolutePath(named))
         return named;
     const QString home = qEnvironmentVariable("HOME");

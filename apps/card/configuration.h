@@ -16,8 +16,8 @@ namespace app
 {
 
 /** The words for the two roads to a reader. */
-constexpr QLatin1String LIBRARY_ROAD("library");
-constexpr QLatin1String USB_ROAD("usb");
+const QLatin1String LIBRARY_ROAD("library");
+const QLatin1String USB_ROAD("usb");
 
 /** The settings: options whose names are the keys, and which take the same values. */
 const std::vector<Option> &settings();
