@@ -157,6 +157,45 @@ TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
     EXPECT_EQ(ended(tool).exitStatus, 0);
 }
 
+TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLeft)
+{
+    plugIn("resident");
+    RunningTool tool(watch({"--events"}), onBus());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    EXPECT_FALSE(tool.nextLine().isEmpty());
+    {
+        const HaltedProcess halted(tool);
+        bus().change([this] { reader().unplug(); });
+    }
+    EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-removed");
+    {
+        const HaltedProcess halted(tool);
+        bus().add(otherDevice());
+        bus().change([this] { reader().plugIn(); });
+    }
+    const QJsonObject failed = parsedObject(tool.nextLine());
+    EXPECT_EQ(failed["error"].toObject()["name"], "TOOL_SEVERAL_READERS");
+    QThread::msleep(100); // many looks
+    {
+        const HaltedProcess halted(tool);
+        bus().change([this] { otherDevice().unplug(); });
+    }
+    EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
+    EXPECT_EQ(ended(tool).exitStatus, 0);
+}
+
+TEST_F(WatchUsb, ReaderThatAnotherProgramHoldsIsThereAndItsFailureReportedOnce)
+{
+    plugIn("resident", "claimed-elsewhere");
+    RunningTool tool(watch({"--events"}), onBus());
+    EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
+    EXPECT_EQ(parsedObject(tool.nextLine())["error"].toObject()["name"], "USB_READER_CLAIM_FAILED");
+    QThread::msleep(100); // many looks
+    const ProcessResult run = ended(tool);
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
 TEST_F(WatchUsb, SeveralReadersToBeginWithAreRefusedAndNoneIsOpened)
 {
     bus().add(otherDevice());
