@@ -85,12 +85,19 @@ void MainWindow::connectTables()
 void MainWindow::connectDesk()
 {
     connect(&m_desk, &app::CardDesk::readingStarted, this, [this] {
+        dismissCard();
         showMessage({tr("Reading…")});
         m_ui.banner->repaint(); // the reading may hold up this thread
+        m_ui.pane->repaint();
     });
-    connect(&m_desk, &app::CardDesk::cardAwaited, this,
-            [this] { showMessage({tr("Lay a card on the reader; it is read automatically.")}); });
-    connect(&m_desk, &app::CardDesk::failed, this, &MainWindow::showMessage);
+    connect(&m_desk, &app::CardDesk::cardAwaited, this, [this] {
+        dismissCard();
+        showMessage({tr("Lay a card on the reader; it is read automatically.")});
+    });
+    connect(&m_desk, &app::CardDesk::failed, this, [this](const app::Message &message) {
+        dismissCard();
+        showMessage(message);
+    });
     connect(&m_desk, &app::CardDesk::cardRead, this, &MainWindow::addCard);
     m_ui.roadPanel->setDesk(&m_desk);
     connect(m_ui.roadPanel, &RoadPanel::messageChanged, this, &MainWindow::showMessage);
@@ -120,6 +127,12 @@ void MainWindow::showCard(const app::CardPointer &card)
     m_card = card;
     m_ui.pane->setCard(card);
     m_ui.cardActions->setEnabled(card != nullptr);
+}
+
+void MainWindow::dismissCard()
+{
+    m_ui.history->setCurrentIndex({});
+    showCard(nullptr);
 }
 
 void MainWindow::cover(bool covered)

@@ -33,6 +33,8 @@ private:
 
     void addCard(const app::CardPointer &card, const app::Message &message);
     void showCard(const app::CardPointer &card);
+    /** Whoever was shown is not the holder of what comes next; the history still has him. */
+    void dismissCard();
     void cover(bool covered);
     void clearHistory();
 

@@ -49,6 +49,20 @@ protected:
         expectMessage(Kind::NOTE, "The card was read.");
     }
 
+    /** Neither seen nor to be booked; only the history may still have somebody. */
+    void expectNobody()
+    {
+        EXPECT_EQ(rows("fields"), QStringList());
+        for (const char *const view : {"photo", "front", "back"})
+            EXPECT_TRUE(find(view)->property("pixmap").value<QPixmap>().isNull()) << view;
+        for (const QAction *const action : window().findChildren<QAction *>()) {
+            const QString name = action->objectName();
+            if (name.startsWith("action") && name != "actionRead" && name != "actionQuit") {
+                EXPECT_FALSE(action->isEnabled()) << name.toStdString();
+            }
+        }
+    }
+
     app::CardPointer cardOfHistory(int row)
     {
         return static_cast<app::CardHistory *>(model("history"))->card(row);
@@ -178,6 +192,42 @@ TEST_F(Window, CardPutOnAndTakenOff_IsReadAndNotFound)
     click("takeCard");
     read();
     EXPECT_EQ(headline(), "No card was found on the reader.");
+}
+
+TEST_F(Window, PreviousGuestAfterAFailedRead_IsNeitherShownNorSavedNorPrintedNorCopied)
+{
+    show("resident");
+    choose("card", "foreign-new");
+    find<QComboBox>("faults")->setEditText("unknown-kind");
+    click("putCard");
+    read();
+    expectMessage(Kind::FAILURE, "The call succeeded, but nothing was read.");
+    expectNobody();
+    EXPECT_EQ(rows("history").size(), 1) << "the history still has the card";
+}
+
+TEST_F(Window, GuestWhoseCardWasTakenOff_IsShownNoLonger)
+{
+    openWithCard("resident");
+    check("automatic", true);
+    EXPECT_TRUE(waitForHeadline("The card was read."));
+    EXPECT_NE(field("Name"), QString());
+    click("takeCard");
+    EXPECT_TRUE(waitForHeadline("Lay a card on the reader; it is read automatically."));
+    expectNobody();
+}
+
+TEST_F(Window, EarlierGuestChosenFromTheHistoryAfterAFailure_IsShownAndCanBeSaved)
+{
+    show("resident");
+    find<QComboBox>("faults")->setEditText("read-fails=7");
+    click("putCard");
+    read();
+    expectMessage(Kind::FAILURE);
+    expectNobody();
+    find<QTableView>("history")->selectRow(0);
+    EXPECT_EQ(field("Name"), builtInCard("resident").name);
+    EXPECT_TRUE(window().findChild<QAction *>("actionSave")->isEnabled());
 }
 
 TEST_F(Window, CardOfAFile_IsReadByItsPath)
