@@ -5,47 +5,13 @@
 
 #include <cstdio>
 
-#include <QBuffer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
-#include <QPainter>
 #include <QPixmap>
 
+#include "bench/qt_painting.h"
 #include "bench/recorded_painting.h"
-
-namespace
-{
-
-QByteArray pictureOf(const RecordedSide &side, const QByteArray &photoFile)
-{
-    QPixmap canvas = QPixmap::fromImage(QImage(side.templateFile));
-    const QSize size = side.painted.empty() ? canvas.size() : side.painted.front().canvas;
-    if (size != canvas.size())
-        canvas = canvas.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    {
-        QPainter painter(&canvas);
-        for (const Painted &item : side.painted) {
-            if (item.isText) {
-                painter.setPen(item.color);
-                painter.setFont(item.font);
-                painter.drawText(item.point, QString::fromStdString(item.text));
-            } else {
-                QPixmap photo;
-                photo.loadFromData(photoFile);
-                painter.drawPixmap(item.point, photo.scaled(item.pixmap, Qt::IgnoreAspectRatio,
-                                                            Qt::SmoothTransformation));
-            }
-        }
-    }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    canvas.toImage().save(&buffer, "JPG", -1);
-    return bytes.toBase64();
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -61,7 +27,9 @@ int main(int argc, char **argv)
     stream >> front >> back >> photo;
     if (stream.status() != QDataStream::Ok)
         return 1;
-    for (const RecordedSide &side : {front, back})
-        std::puts(pictureOf(side, photo).constData());
+    for (const RecordedSide &side : {front, back}) {
+        const QPixmap card = QPixmap::fromImage(QImage(side.templateFile));
+        std::puts(paintedByQt(card, side.painted, photo).constData());
+    }
     return 0;
 }

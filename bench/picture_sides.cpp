@@ -1,10 +1,8 @@
 #include "bench/picture_sides.h"
 
-#include <QBuffer>
-#include <QByteArray>
 #include <QImage>
-#include <QPainter>
 
+#include "bench/qt_painting.h"
 #include "bench/sample_cards.h"
 #include "render/makecardimg.h"
 
@@ -17,47 +15,20 @@ SampleCards cards;
 
 Side sideOf(const char *path, QString (*make)())
 {
-    Side side{make, QPixmap::fromImage(QImage(QString::fromLatin1(path))), {}, {}, {}};
+    Side side{make, QPixmap::fromImage(QImage(QString::fromLatin1(path))), {}};
     {
         const PaintingRecorder recorder;
         make();
         side.painted = recorder.painted();
-    }
-    side.canvas = side.card.size();
-    for (const Painted &painted : side.painted) {
-        side.canvas = painted.canvas;
-        if (!painted.isText)
-            side.photo = painted.pixmap;
     }
     return side;
 }
 
 QString floorOf(const Side &side)
 {
-    QPixmap canvas =
-        side.canvas == side.card.size()
-            ? side.card
-            : side.card.scaled(side.canvas, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    if (!side.painted.empty()) {
-        QPainter painter(&canvas);
-        for (const Painted &item : side.painted) {
-            if (item.isText) {
-                painter.setPen(item.color);
-                painter.setFont(item.font);
-                painter.drawText(item.point, QString::fromStdString(item.text));
-            } else {
-                QPixmap photo;
-                photo.loadFromData(cards.cn.byPhoto, sizeof(cards.cn.byPhoto));
-                painter.drawPixmap(item.point, photo.scaled(side.photo, Qt::IgnoreAspectRatio,
-                                                            Qt::SmoothTransformation));
-            }
-        }
-    }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    canvas.toImage().save(&buffer, "JPG", -1);
-    return QString::fromLatin1(bytes.toBase64());
+    static const QByteArray photo(reinterpret_cast<const char *>(cards.cn.byPhoto),
+                                  sizeof(cards.cn.byPhoto));
+    return QString::fromLatin1(paintedByQt(side.card, side.painted, photo));
 }
 
 const Kind KINDS[KIND_COUNT] = {

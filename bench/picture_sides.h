@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <QPixmap>
-#include <QSize>
 #include <QString>
 
 #include "tests/render/painting_recorder.h"
@@ -15,8 +14,6 @@
 struct Side {
     QString (*make)();
     QPixmap card; ///< the template, loaded
-    QSize canvas; ///< what it is scaled to
-    QSize photo;  ///< what the photo is scaled to
     std::vector<Painted> painted;
 };
 
@@ -34,9 +31,5 @@ extern const Kind KINDS[KIND_COUNT];
 /** Makes the picture once, to learn what is painted. Needs a GUI application. */
 Side sideOf(const char *path, QString (*make)());
 
-/**
- * Scales the template, draws the same texts with the same fonts, decodes, scales and draws the
- * photo, and encodes the picture as base64 text. It does not load the template, whiten the photo,
- * or prepare texts and fonts.
- */
+/** By Qt alone (qt_painting.h). */
 QString floorOf(const Side &side);
