@@ -46,8 +46,8 @@ QJsonArray findingsOfDoctor()
 
 QJsonObject failureAmong(const QJsonArray &findings, const QString &check)
 {
-    for (const QJsonValue &value : findings) {
-        const QJsonObject finding = value.toObject();
+    for (const auto &value : findings) {
+        QJsonObject finding = value.toObject();
         if (finding["check"] == check && finding["level"] == QLatin1String("failure"))
             return finding;
     }
@@ -68,7 +68,8 @@ Failure diagnosed(const Failure &failure, const Options &options)
         if (finding.isEmpty())
             continue;
         QStringList commands;
-        for (const QJsonValue &command : finding["commands"].toArray())
+        const QJsonArray lines = finding["commands"].toArray();
+        for (const auto &command : lines)
             commands << command.toString();
         return explainedBy({finding["text"].toString(), finding["remedy"].toString(), commands},
                            failure);
