@@ -176,7 +176,7 @@ void insertNotes(const Card &card, const QDate &today, QJsonObject *object)
     object->insert("age", age ? QJsonValue(*age) : QJsonValue());
     QJsonObject whole;
     for (const CardField &field : card.cutFields())
-        whole.insert(QLatin1String(field.key), jsonValue(field));
+        whole.insert(QString(QLatin1String(field.key)), jsonValue(field));
     if (!whole.isEmpty())
         object->insert("whole", whole);
 }

@@ -1,6 +1,5 @@
 #include "apps/card/failure.h"
 
-#include "apps/process/json_object.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
 
@@ -101,7 +100,7 @@ Failure failureOf(const UsbOutcome &outcome)
     return failureOf(outcome.code, entry ? &*entry : nullptr, explain(outcome));
 }
 
-QJsonObject toJson(const Failure &failure)
+JsonObject toJson(const Failure &failure)
 {
     return JsonObject{{"code", failure.code ? QJsonValue(*failure.code) : QJsonValue()},
                       {"name", failure.name},

@@ -5,7 +5,6 @@
 
 #include <optional>
 
-#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +12,7 @@
 #include "apps/card/result_catalogue.h"
 #include "apps/card/tool_faults.h"
 #include "apps/card/usb_reading.h"
+#include "apps/process/json_object.h"
 
 namespace app
 {
@@ -52,6 +52,6 @@ Failure failureOf(const ReadOutcome &outcome);
 Failure failureOf(const UsbOutcome &outcome);
 
 /** {"code", "name", "headline", "cause", "remedy", "exitStatus"} (docs/card.schema.json). */
-QJsonObject toJson(const Failure &failure);
+JsonObject toJson(const Failure &failure);
 
 } // namespace app

@@ -60,7 +60,7 @@ void print(const Card &card, const std::optional<QString> &folder,
             toTable(card, folder, QDate::currentDate(), coloursOf(output->descriptor())).toUtf8());
         return;
     }
-    QJsonObject object = toJson(card, folder, options.inlineParts);
+    JsonObject object = toJson(card, folder, options.inlineParts);
     if (failure)
         object.insert("error", toJson(*failure));
     output->write(indentedJson(object));

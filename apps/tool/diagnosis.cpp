@@ -1,5 +1,7 @@
 #include "apps/tool/diagnosis.h"
 
+#include <optional>
+
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -44,14 +46,20 @@ QJsonArray findingsOfDoctor()
     return QJsonDocument::fromJson(report).object()["findings"].toArray();
 }
 
-QJsonObject failureAmong(const QJsonArray &findings, const QString &check)
+/** What the check found to be the failure; nothing when it found none. */
+std::optional<Explanation> explanationIn(const QJsonArray &findings, const QString &check)
 {
     for (const auto &value : findings) {
-        QJsonObject finding = value.toObject();
-        if (finding["check"] == check && finding["level"] == QLatin1String("failure"))
-            return finding;
+        const QJsonObject finding = value.toObject();
+        if (finding["check"] != check || finding["level"] != QLatin1String("failure"))
+            continue;
+        QStringList commands;
+        const QJsonArray lines = finding["commands"].toArray();
+        for (const auto &command : lines)
+            commands << command.toString();
+        return Explanation{finding["text"].toString(), finding["remedy"].toString(), commands};
     }
-    return {};
+    return std::nullopt;
 }
 
 } // namespace
@@ -64,15 +72,9 @@ Failure diagnosed(const Failure &failure, const Options &options)
         return failure;
     const QJsonArray findings = findingsOfDoctor();
     for (const QString &check : checks) {
-        const QJsonObject finding = failureAmong(findings, check);
-        if (finding.isEmpty())
-            continue;
-        QStringList commands;
-        const QJsonArray lines = finding["commands"].toArray();
-        for (const auto &command : lines)
-            commands << command.toString();
-        return explainedBy({finding["text"].toString(), finding["remedy"].toString(), commands},
-                           failure);
+        const std::optional<Explanation> explanation = explanationIn(findings, check);
+        if (explanation)
+            return explainedBy(*explanation, failure);
     }
     return failure;
 }

@@ -76,7 +76,7 @@ struct ConsoleCommands {
         if (console->m_reader.isPluggedIn())
             return ok();
         return error(
-            tr("the fault \"unplugged\" keeps the reader away; take it back with \"faults\""));
+            tr(R"(the fault "unplugged" keeps the reader away; take it back with "faults")"));
     }
 
     static QString status(ReaderConsole *console, const QString & /*argument*/)
@@ -150,7 +150,7 @@ QString ReaderConsole::answer(const QString &line)
             continue;
         if (row.argument == Argument::NONE && !argument.isEmpty())
             return error(printable(
-                filledIn(tr("%1 takes no argument \"%2\"; give \"%1\" alone"), name, argument)));
+                filledIn(tr(R"(%1 takes no argument "%2"; give "%1" alone)"), name, argument)));
         if (row.argument == Argument::NEEDED && argument.isEmpty())
             return error(filledIn(tr("%1 needs an argument: \"%2\""), name, withArgument(row)));
         // One line, even if names and files hold line feeds.
