@@ -42,6 +42,8 @@ constexpr std::array<PhotoFormatRow, 4> PHOTO_FORMATS = {{
 // The keys of the fields that identify the holder.
 constexpr std::array<const char *, 3> NAMES = {"name", "englishName", "chineseName"};
 constexpr std::array<const char *, 2> NUMBERS = {"idNumber", "travelPermitNumber"};
+// Those that tell more of him than a bystander should see.
+constexpr std::array<const char *, 2> PRIVATE_MATTERS = {"birthDate", "address"};
 
 template <typename Keys>
 bool isOneOf(const CardField &field, const Keys &keys)
@@ -240,6 +242,17 @@ QVector<QStringList> savedRows(const Card &card, CardFiles which, const QString 
     return rows;
 }
 
+/** The first of the card's fields with these keys that says something; empty when none does. */
+template <typename Keys>
+QString firstOf(const Card &card, const Keys &keys)
+{
+    for (const CardField &field : card.fields()) {
+        if (isOneOf(field, keys) && !field.content.value(0).trimmed().isEmpty())
+            return textForPeople(field);
+    }
+    return {};
+}
+
 } // namespace
 
 QString kindForPeople(const Card &card)
@@ -251,7 +264,8 @@ QVector<CardRow> cardRows(const Card &card)
 {
     QVector<CardRow> rows{kindRow(card)};
     for (const CardField &field : card.fields()) {
-        const bool isPersonal = isOneOf(field, NAMES) || isOneOf(field, NUMBERS);
+        const bool isPersonal =
+            isOneOf(field, NAMES) || isOneOf(field, NUMBERS) || isOneOf(field, PRIVATE_MATTERS);
         if (!field.content.isEmpty())
             rows << CardRow{isPersonal ? CardRow::Sort::PERSONAL : CardRow::Sort::PLAIN,
                             tr(field.label), textForPeople(field)};
@@ -264,11 +278,12 @@ QVector<CardRow> cardRows(const Card &card)
 
 QString holderName(const Card &card)
 {
-    for (const CardField &field : card.fields()) {
-        if (isOneOf(field, NAMES) && !field.content.value(0).trimmed().isEmpty())
-            return textForPeople(field);
-    }
-    return {};
+    return firstOf(card, NAMES);
+}
+
+QString holderNumber(const Card &card)
+{
+    return firstOf(card, NUMBERS);
 }
 
 std::optional<InlineParts> parseInlineParts(const QString &words)

@@ -32,7 +32,7 @@ std::optional<InlineParts> parseInlineParts(const QString &words);
 struct CardRow {
     enum class Sort {
         PLAIN,
-        PERSONAL, ///< a name or a number, which a privacy switch covers
+        PERSONAL, ///< name, number, birth or address, which a privacy switch covers
         PHOTO,    ///< in which form it is, for those who do not see it
     };
 
@@ -49,6 +49,9 @@ QString kindForPeople(const Card &card);
 
 /** The first of its holder's names that the card has; empty when it has none. */
 QString holderName(const Card &card);
+
+/** The document's number; empty when it has none. */
+QString holderNumber(const Card &card);
 
 /** Over several lines, ending with a line break. */
 QByteArray indentedJson(const QJsonObject &object);

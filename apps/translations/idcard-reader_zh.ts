@@ -3212,6 +3212,10 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <source>Name</source>
         <translation>姓名</translation>
     </message>
+    <message>
+        <source>Number</source>
+        <translation>号码</translation>
+    </message>
 </context>
 <context>
     <name>app::CardTable</name>

@@ -49,7 +49,7 @@ void CardTable::setCovered(bool covered)
 
 CardHistory::CardHistory()
 {
-    setHorizontalHeaderLabels({tr("Time"), tr("Kind"), tr("Name")});
+    setHorizontalHeaderLabels({tr("Name"), tr("Number"), tr("Kind"), tr("Time")});
 }
 
 void CardHistory::add(const CardPointer &card, const QDateTime &time)
@@ -57,16 +57,22 @@ void CardHistory::add(const CardPointer &card, const QDateTime &time)
     setRowCount(std::min(rowCount(), MOST_CARDS - 1));
     insertRow(0);
     setData(index(0, 0), QVariant::fromValue(card), Qt::UserRole);
-    put(this, 0, 0, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
-    put(this, 0, 1, kindForPeople(*card));
-    put(this, 0, 2, holderName(*card), m_isCovered);
+    showHolder(0);
+    put(this, 0, KIND, kindForPeople(*card));
+    put(this, 0, TIME, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
 }
 
 void CardHistory::setCovered(bool covered)
 {
     m_isCovered = covered;
     for (int row = 0; row < rowCount(); ++row)
-        put(this, row, 2, holderName(*card(row)), covered);
+        showHolder(row);
+}
+
+void CardHistory::showHolder(int row)
+{
+    put(this, row, NAME, holderName(*card(row)), m_isCovered);
+    put(this, row, NUMBER, holderNumber(*card(row)), m_isCovered);
 }
 
 CardPointer CardHistory::card(int row) const

@@ -12,7 +12,7 @@
 namespace app
 {
 
-/** Two columns: the name of a field and what it says. Covered, names and numbers are dots. */
+/** Two columns: the name of a field and what it says. Covered, what is personal is dots. */
 class CardTable : public QStandardItemModel
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ private:
     bool m_isCovered = false;
 };
 
-/** The cards read in a run, the newest first: time, kind, name. */
+/** The cards read in a run, the newest first. */
 class CardHistory : public QStandardItemModel
 {
     Q_OBJECT
@@ -37,6 +37,9 @@ public:
     /** The oldest goes when there are more. */
     static constexpr int MOST_CARDS = 100;
 
+    /** The name first: it is what a card is looked for by. */
+    enum Column { NAME, NUMBER, KIND, TIME };
+
     CardHistory();
 
     void add(const CardPointer &card, const QDateTime &time);
@@ -44,6 +47,8 @@ public:
     CardPointer card(int row) const;
 
 private:
+    void showHolder(int row);
+
     bool m_isCovered = false;
 };
 

@@ -68,7 +68,8 @@ void MainWindow::connectTables()
     m_ui.pane->addTableActions({m_ui.actionCopy, m_ui.actionCopyAll});
     m_ui.history->setModel(&m_history);
     m_ui.history->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_ui.history->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    m_ui.history->horizontalHeader()->setSectionResizeMode(app::CardHistory::KIND,
+                                                           QHeaderView::Stretch);
     connect(m_ui.history->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 if (current.isValid())

@@ -232,17 +232,19 @@ std::vector<std::string> labelsOf(const Card &card, CardRow::Sort sort)
     return labels;
 }
 
-TEST(CardRows, NamesAndNumbersOfEveryKindArePersonal)
+TEST(CardRows, NamesNumbersBirthAndAddressOfEveryKindArePersonal)
 {
     using testing::ElementsAre;
     const auto personal = [](unsigned int kind) {
         return labelsOf(samples::cardOf(kind), CardRow::Sort::PERSONAL);
     };
-    EXPECT_THAT(personal(IDCARD_KIND_CN), ElementsAre("Name", "Identity number"));
-    EXPECT_THAT(personal(IDCARD_KIND_HMT),
-                ElementsAre("Name", "Identity number", "Travel permit number"));
+    EXPECT_THAT(personal(IDCARD_KIND_CN),
+                ElementsAre("Name", "Date of birth", "Address", "Identity number"));
+    EXPECT_THAT(personal(IDCARD_KIND_HMT), ElementsAre("Name", "Date of birth", "Address",
+                                                       "Identity number", "Travel permit number"));
     for (const unsigned int foreign : {IDCARD_KIND_FOREIGN_2017, IDCARD_KIND_FOREIGN_NEW})
-        EXPECT_THAT(personal(foreign), ElementsAre("Name", "Chinese name", "Card number"));
+        EXPECT_THAT(personal(foreign),
+                    ElementsAre("Name", "Chinese name", "Date of birth", "Card number"));
 }
 
 TEST(CardRows, PhotoOfEveryKindHasARowOfItsOwnSort)
@@ -260,6 +262,16 @@ TEST(CardRows, FingerprintsAppearOnlyWhereTheKindHasThem)
     };
     EXPECT_THAT(plain(IDCARD_KIND_CN), Contains("Fingerprints"));
     EXPECT_THAT(plain(IDCARD_KIND_HMT), testing::Not(Contains("Fingerprints")));
+}
+
+TEST(HolderNumber, IsThatOfTheDocument)
+{
+    for (const unsigned int kind : {0U, 1U, 2U, 3U}) {
+        const Card card = samples::cardOf(kind);
+        const QString number = holderNumber(card);
+        EXPECT_FALSE(number.isEmpty());
+        EXPECT_EQ(toJson(card, std::nullopt)["idNumber"].toString(), number);
+    }
 }
 
 TEST(HolderName, IsTheFirstNameThatIsNotBlank)

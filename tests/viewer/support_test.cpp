@@ -65,19 +65,23 @@ TEST(CardTable, ToolTip_SaysWhatTheCellDoesCoveredOrNot)
         history.setCovered(isCovered);
         for (int row = 0; row < table.rowCount(); ++row)
             EXPECT_EQ(table.index(row, 1).data(Qt::ToolTipRole), table.index(row, 1).data());
-        EXPECT_EQ(history.index(0, 2).data(Qt::ToolTipRole), history.index(0, 2).data());
-        EXPECT_EQ(text(history, 0, 2) == COVER, isCovered);
+        for (const int column : {CardHistory::NAME, CardHistory::NUMBER}) {
+            const QModelIndex cell = history.index(0, column);
+            EXPECT_EQ(cell.data(Qt::ToolTipRole), cell.data());
+            EXPECT_EQ(text(history, 0, column) == COVER, isCovered);
+        }
     }
 }
 
-TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameAndNumberAlone)
+TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameNumberBirthAndAddressAlone)
 {
     CardTable table;
     table.setCovered(true);
     table.setCard(residentCard());
     for (int row = 0; row < table.rowCount(); ++row) {
         const QString label = text(table, row, 0);
-        const bool isPersonal = label == QLatin1String("Name") || label.endsWith("number");
+        const bool isPersonal = QStringList({"Name", "Date of birth", "Address"}).contains(label) ||
+                                label.endsWith("number");
         EXPECT_EQ(text(table, row, 1) == COVER, isPersonal) << label.toStdString();
     }
     table.setCovered(false);
@@ -94,7 +98,7 @@ TEST(CardHistory, NewestCard_IsAbove)
     history.add(second, time.addSecs(5));
     EXPECT_EQ(history.card(0), second);
     EXPECT_EQ(history.card(1), first);
-    EXPECT_THAT(column(history, 0), testing::ElementsAre("09:30:05", "09:30:00"));
+    EXPECT_THAT(column(history, CardHistory::TIME), testing::ElementsAre("09:30:05", "09:30:00"));
 }
 
 TEST(CardHistory, Covered_HasNoNameOfCardsBeforeAndAfter)
@@ -103,7 +107,8 @@ TEST(CardHistory, Covered_HasNoNameOfCardsBeforeAndAfter)
     history.add(residentCard(), QDateTime::currentDateTime());
     history.setCovered(true);
     history.add(residentCard(), QDateTime::currentDateTime());
-    EXPECT_THAT(column(history, 2), testing::Each(COVER.toStdString()));
+    for (const int column : {CardHistory::NAME, CardHistory::NUMBER})
+        EXPECT_THAT(::column(history, column), testing::Each(COVER.toStdString()));
 }
 
 TEST(CardHistory, ThatIsFull_ForgetsTheOldestCard)
