@@ -238,10 +238,6 @@
         <translation>自动读取每张新放上的证件。</translation>
     </message>
     <message>
-        <source>Begin with name, number and photo covered.</source>
-        <translation>启动时遮盖姓名、号码和照片。</translation>
-    </message>
-    <message>
         <source>Show this help.</source>
         <translation>显示此帮助。</translation>
     </message>
@@ -344,6 +340,10 @@
         <translation>
 %1：
 </translation>
+    </message>
+    <message>
+        <source>Begin with the holder&apos;s data and photo covered.</source>
+        <translation>开始时遮盖持证人的信息和照片。</translation>
     </message>
 </context>
 <context>
@@ -3298,10 +3298,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>自动读取每张新放上的证件</translation>
     </message>
     <message>
-        <source>Cover name, number and photo while others look on</source>
-        <translation>有旁人时遮盖姓名、号码和照片</translation>
-    </message>
-    <message>
         <source>What is copied is covered, too. What is saved, printed or exported is the whole card.</source>
         <translation>复制的内容同样被遮盖；保存、打印和导出的则是完整的证件。</translation>
     </message>
@@ -3394,10 +3390,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>自动读取新证件(&amp;N)</translation>
     </message>
     <message>
-        <source>Co&amp;ver name, number and photo</source>
-        <translation>遮盖姓名、号码和照片(&amp;V)</translation>
-    </message>
-    <message>
         <source>H&amp;istory</source>
         <translation>读卡记录(&amp;I)</translation>
     </message>
@@ -3420,6 +3412,14 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>Details of the message</source>
         <translation>消息的详细内容</translation>
+    </message>
+    <message>
+        <source>Cover the holder&apos;s data and photo while others look on</source>
+        <translation>有旁人时遮盖持证人的信息和照片</translation>
+    </message>
+    <message>
+        <source>Co&amp;ver the holder&apos;s data</source>
+        <translation>遮盖个人信息(&amp;V)</translation>
     </message>
 </context>
 <context>

@@ -23,6 +23,10 @@ namespace viewer
 namespace
 {
 
+// Of the window's width: the history shows name, number and time without scrolling.
+constexpr int PANE_SHARE = 640;
+constexpr int HISTORY_SHARE = 420;
+
 // By the kind of the message.
 constexpr std::array<QStyle::StandardPixmap, 3> ICONS = {
     QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxWarning, QStyle::SP_MessageBoxCritical};
@@ -47,6 +51,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     m_ui.read->setFocus();
     apply(options);
     resize(size().boundedTo(QApplication::primaryScreen()->availableSize()));
+    m_ui.splitter->setSizes({PANE_SHARE, HISTORY_SHARE});
 }
 
 void MainWindow::connectControls()

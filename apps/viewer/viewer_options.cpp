@@ -42,7 +42,7 @@ std::vector<Option> options()
         Option("simulator-photos",
                Texts::tr("The reader on USB is a simulated one: decode its photos.")),
         Option("auto", Texts::tr("Read each new card.")),
-        Option("cover", Texts::tr("Begin with name, number and photo covered.")),
+        Option("cover", Texts::tr("Begin with the holder's data and photo covered.")),
         Option("help", Texts::tr("Show this help.")),
         Option("version", Texts::tr("Show the version.")),
     };

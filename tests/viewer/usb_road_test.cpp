@@ -320,7 +320,7 @@ TEST_F(Program, Help_IsInTheFirstLanguageOfTheUserOrEnglish)
         const ProcessInput input{{{"LC_ALL", user.locale}, {"LANGUAGE", user.languages}}};
         const QString help =
             QString::fromUtf8(runProcess("idcard-viewer", {"--help"}, input).standardOutput);
-        EXPECT_EQ(help.contains(QStringLiteral("遮盖姓名")), user.isChinese)
+        EXPECT_EQ(help.contains(QStringLiteral("遮盖持证人")), user.isChinese)
             << user.locale << ' ' << user.languages;
         EXPECT_EQ(help.contains("Read each new card."), !user.isChinese);
     }
