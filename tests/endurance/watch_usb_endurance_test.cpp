@@ -5,19 +5,6 @@
 
 using namespace endurance;
 
-namespace
-{
-
-/** Changes the bus: umockdev ends this process if a listener leaves while it is spoken to. */
-void change(const WatchedEvents &watch, usb_test::EmulatedBus &bus,
-            const std::function<void()> &change)
-{
-    const HaltedProcess halted(watch.process());
-    bus.change(change);
-}
-
-} // namespace
-
 TEST(WatchEndurance, ReaderOnUsbThatGoesAndComes_IsReportedEveryTimeAndItsCardOnce)
 {
     usb_test::ReaderOnBus usb;
@@ -28,9 +15,9 @@ TEST(WatchEndurance, ReaderOnUsbThatGoesAndComes_IsReportedEveryTimeAndItsCardOn
     EXPECT_EQ(card["name"].toString(), builtInCard("resident").name);
     ProcessFigures early;
     for (int i = 0; i < times() && !testing::Test::HasFailure(); ++i) {
-        change(watch, usb.bus(), [&] { usb.reader().unplug(); });
+        usb.changeBeneath(watch.process(), [&] { usb.reader().unplug(); });
         watch.expect("reader-removed");
-        change(watch, usb.bus(), [&] { usb.reader().plugIn(); });
+        usb.changeBeneath(watch.process(), [&] { usb.reader().plugIn(); });
         watch.expect("reader-added");
         if (i == times() / 10)
             early = watch.figures();

@@ -36,24 +36,26 @@ protected:
                more;
     }
 
-    // umockdev ends this process if a listener to the bus leaves while it is spoken to.
-
     void unplugFrom(const RunningTool &tool)
     {
-        const HaltedProcess halted(tool);
-        bus().change([this] { reader().unplug(); });
+        changeBeneath(tool, [this] { reader().unplug(); });
     }
 
     void plugInAgainTo(const RunningTool &tool)
     {
-        const HaltedProcess halted(tool);
-        bus().change([this] { reader().plugIn(); });
+        changeBeneath(tool, [this] { reader().plugIn(); });
+    }
+
+    /** On the bus, where it can be plugged in. */
+    void holdAnotherReady()
+    {
+        otherDevice().unplug();
+        bus().add(otherDevice());
     }
 
     void plugInAnotherTo(const RunningTool &tool)
     {
-        const HaltedProcess halted(tool);
-        bus().add(otherDevice());
+        changeBeneath(tool, [this] { otherDevice().plugIn(); });
     }
 
     void lay(const QString &card)
@@ -146,6 +148,7 @@ TEST_F(WatchUsb, ReaderThatGoesDuringAReadingIsReportedAsUnplugged)
 TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
 {
     plugIn("resident");
+    holdAnotherReady();
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
     unplugFrom(tool);
@@ -160,26 +163,20 @@ TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
 TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLeft)
 {
     plugIn("resident");
+    holdAnotherReady();
     RunningTool tool(watch({"--events"}), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
     EXPECT_FALSE(tool.nextLine().isEmpty());
-    {
-        const HaltedProcess halted(tool);
-        bus().change([this] { reader().unplug(); });
-    }
+    unplugFrom(tool);
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-removed");
-    {
-        const HaltedProcess halted(tool);
-        bus().add(otherDevice());
-        bus().change([this] { reader().plugIn(); });
-    }
+    changeBeneath(tool, [this] {
+        otherDevice().plugIn();
+        reader().plugIn();
+    });
     const QJsonObject failed = parsedObject(tool.nextLine());
     EXPECT_EQ(failed["error"].toObject()["name"], "TOOL_SEVERAL_READERS");
     QThread::msleep(100); // many looks
-    {
-        const HaltedProcess halted(tool);
-        bus().change([this] { otherDevice().unplug(); });
-    }
+    changeBeneath(tool, [this] { otherDevice().unplug(); });
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
     EXPECT_EQ(ended(tool).exitStatus, 0);
 }
@@ -210,6 +207,7 @@ TEST_F(WatchUsb, SeveralReadersToBeginWithAreRefusedAndNoneIsOpened)
 TEST_F(WatchUsb, SecondReaderDoesNotDisturbTheOneInUse)
 {
     plugIn("resident");
+    holdAnotherReady();
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
     plugInAnotherTo(tool);

@@ -2,6 +2,9 @@
 
 // A simulated reader with an emulated bus of its own, for the tests of programs.
 
+#include <functional>
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -38,6 +41,20 @@ public:
     {
         prepare(card, faults);
         m_bus.add(m_reader);
+    }
+
+    /**
+     * Changes the bus while a program that listens to it is halted: umockdev ends this process if a
+     * listener leaves while it is spoken to. The request that is being answered ends before, for
+     * which a halted program would be waited for.
+     */
+    void changeBeneath(const RunningProcess &program, const std::function<void()> &change)
+    {
+        std::optional<HaltedProcess> halted;
+        m_bus.change([&] {
+            halted.emplace(program);
+            change();
+        });
     }
 
     QString node(const simulator::UsbDevice &device) const
