@@ -52,6 +52,7 @@ namespace
     QT_TRANSLATE_NOOP("System", "Too many open files"),
     QT_TRANSLATE_NOOP("QCommandLineParser", "Missing value after '%1'."),
     QT_TRANSLATE_NOOP("QCommandLineParser", "Unexpected value after '%1'."),
+    QT_TRANSLATE_NOOP("QIODevice", "file to open is a directory"),
     QT_TRANSLATE_NOOP("QJsonParseError", "garbage at the end of the document"),
     QT_TRANSLATE_NOOP("QJsonParseError", "illegal number"),
     QT_TRANSLATE_NOOP("QJsonParseError", "illegal value"),

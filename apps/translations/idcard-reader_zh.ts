@@ -1597,6 +1597,13 @@
     </message>
 </context>
 <context>
+    <name>QIODevice</name>
+    <message>
+        <source>file to open is a directory</source>
+        <translation>要打开的文件是文件夹</translation>
+    </message>
+</context>
+<context>
     <name>QJsonParseError</name>
     <message>
         <source>garbage at the end of the document</source>
