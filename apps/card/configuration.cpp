@@ -194,7 +194,8 @@ ConfigurationFile readFile(const QString &path)
     return file;
 }
 
-/** As the XDG base directory specification has it: a path that is not absolute does not count. */
+/** $XDG_CONFIG_HOME or ~/.config, as desktops have it: a path that is not absolute does not count.
+ */
 QString userFolder()
 {
     QString named = qEnvironmentVariable("XDG_CONFIG_HOME");
