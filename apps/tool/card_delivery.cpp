@@ -68,11 +68,11 @@ void print(const Card &card, const std::optional<QString> &folder,
 
 } // namespace
 
-std::optional<Failure> photoFailure(const Card &card)
+std::optional<Failure> photoFailure(const Card &card, const Options &options)
 {
     if (card.photoFormat() != PhotoFormat::COMPRESSED)
         return std::nullopt;
-    return resultFailure(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true));
+    return diagnosed(resultFailure(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, true)), options);
 }
 
 void printPhotoFailure(const Failure &failure, const Card &card, const Options &options)
@@ -86,9 +86,7 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier)
 {
     const std::optional<Failure> notSaved = save(card, options);
-    std::optional<Failure> noPhoto = photoFailure(card);
-    if (noPhoto)
-        noPhoto = diagnosed(*noPhoto, options);
+    const std::optional<Failure> noPhoto = photoFailure(card, options);
     const std::optional<Failure> failure = notSaved ? notSaved : noPhoto ? noPhoto : earlier;
     std::optional<QString> folder;
     if (!options.outFolder.isEmpty() && !notSaved)

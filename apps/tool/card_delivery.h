@@ -29,7 +29,7 @@ ExitStatus deliver(const Card &card, const Options &options, Output *output,
                    const std::optional<Failure> &earlier = std::nullopt);
 
 /** Why the photo is not a picture although the card delivered one, after it was to be decoded. */
-std::optional<Failure> photoFailure(const Card &card);
+std::optional<Failure> photoFailure(const Card &card, const Options &options);
 
 /** Prints such a failure, and what helps if the reader is a simulated one. */
 void printPhotoFailure(const Failure &failure, const Card &card, const Options &options);

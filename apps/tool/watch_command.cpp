@@ -217,7 +217,7 @@ private:
         std::optional<Failure> failure;
         if (!m_options.outFolder.isEmpty())
             folder = save(card, &failure);
-        const std::optional<Failure> noPhoto = photoFailure(card);
+        const std::optional<Failure> noPhoto = photoFailure(card, m_options);
         if (noPhoto)
             printPhotoFailure(*noPhoto, card, m_options);
         if (!failure)

@@ -240,6 +240,14 @@ TEST_F(WatchUsb, PhotoThatNeedsTheSimulatorSaysSo)
               "IDCARD_RESULT_PHOTO_NOT_DECODED");
 }
 
+TEST_F(WatchUsb, PhotoWithoutADecoderIsExplainedAsByUsb)
+{
+    plugIn("resident");
+    const ProcessResult usb = runTool({"usb"}, onBus());
+    EXPECT_EQ(usb.exitStatus, 6);
+    EXPECT_EQ(runTool({"watch", "--road", "usb", "--count", "1"}, onBus()).error(), usb.error());
+}
+
 TEST_F(WatchUsb, EventsSayWhenReaderAndCardsComeAndGo)
 {
     plugIn("resident");
