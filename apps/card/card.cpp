@@ -158,6 +158,11 @@ struct CardKind {
 namespace
 {
 
+PhotoFormat formatOfArea(const CardMedia &media)
+{
+    return photoFormatOf(reinterpret_cast<const unsigned char *>(media.photoArea.constData()));
+}
+
 constexpr std::array<CardKind, 4> CARD_KINDS = {{
     {IDCARD_KIND_CN, "resident", QT_TRANSLATE_NOOP("Card", "Resident identity card"), true,
      [](const CardRecords &all) { return residentFields(all.cn); },
@@ -233,8 +238,24 @@ bool isCardKind(unsigned int cardKind)
     return findKind(cardKind) != nullptr;
 }
 
+std::optional<unsigned int> kindCodeOf(const QString &key)
+{
+    const auto *const found =
+        std::find_if(CARD_KINDS.begin(), CARD_KINDS.end(),
+                     [&](const CardKind &kind) { return QLatin1String(kind.key) == key; });
+    return found == CARD_KINDS.end() ? std::optional<unsigned int>() : found->code;
+}
+
+QVector<CardField> fieldsOfKind(unsigned int cardKind)
+{
+    QVector<CardField> fields = findKind(cardKind)->decodedFields({});
+    for (CardField &field : fields)
+        field.content.clear();
+    return fields;
+}
+
 Card::Card(unsigned int cardKind, const CardRecords &records, CardPictures pictures)
-    : m_road(Road::READER_LIBRARY), m_kind(findKind(cardKind))
+    : m_road(Road::READER_LIBRARY), m_kind(findKind(cardKind)), m_photoFormat(PhotoFormat::NONE)
 {
     Q_ASSERT(m_kind != nullptr);
     m_fields = m_kind->fields(records);
@@ -246,13 +267,28 @@ Card::Card(unsigned int cardKind, const CardRecords &records, CardPictures pictu
         m_media.fingerprints = bytesOf(records.cn.byFpData,
                                        static_cast<unsigned int>(count) * IDCARD_FINGERPRINT_SIZE);
     m_media.pictures = std::move(pictures);
+    m_photoFormat = formatOfArea(m_media);
 }
 
 Card::Card(Road road, ID_TYPE kind, const CardTexts &texts, CardMedia media)
-    : m_road(road), m_kind(findKind(static_cast<unsigned int>(kind))), m_media(std::move(media))
+    : m_road(road), m_kind(findKind(static_cast<unsigned int>(kind))), m_media(std::move(media)),
+      m_photoFormat(formatOfArea(m_media))
 {
     Q_ASSERT(m_kind != nullptr && m_media.photoArea.size() == int(IDCARD_PHOTO_SIZE));
     m_fields = m_kind->decodedFields(texts);
+}
+
+Card::Card(Road road, unsigned int cardKind, const FieldContents &fields,
+           const FieldContents &whole, PhotoFormat photoFormat, CardMedia media)
+    : m_road(road), m_kind(findKind(cardKind)), m_fields(fieldsOfKind(cardKind)),
+      m_media(std::move(media)), m_photoFormat(photoFormat)
+{
+    for (CardField &field : m_fields) {
+        const QString key = QLatin1String(field.key);
+        if (whole.contains(key))
+            m_cutFields << CardField{field, whole.value(key)};
+        field.content = fields.value(key);
+    }
 }
 
 void Card::setWholeTexts(const CardTexts &texts)
@@ -280,11 +316,6 @@ const char *Card::kindLabel() const
     return m_kind->label;
 }
 
-PhotoFormat Card::photoFormat() const
-{
-    return photoFormatOf(reinterpret_cast<const unsigned char *>(m_media.photoArea.constData()));
-}
-
 QByteArray Card::photo() const
 {
     return photoFormat() == PhotoFormat::BMP ? m_media.photoArea : QByteArray();
@@ -301,6 +332,7 @@ void Card::setPhoto(const QByteArray &bmpFile)
 {
     Q_ASSERT(bmpFile.size() == int(IDCARD_PHOTO_SIZE));
     m_media.photoArea = bmpFile;
+    m_photoFormat = formatOfArea(m_media);
 }
 
 bool Card::mayHaveFingerprints() const

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -84,6 +85,9 @@ struct CardMedia {
     CardPictures pictures;
 };
 
+/** What fields say, by their keys; no text for a field that the card's road does not deliver. */
+using FieldContents = QMap<QString, QStringList>;
+
 struct CardKind;
 
 /** A card that was read. */
@@ -96,6 +100,13 @@ public:
     /** What was decoded from a raw record. */
     Card(Road road, ID_TYPE kind, const CardTexts &texts, CardMedia media);
 
+    /**
+     * What another program read: the kind's fields, then what the decoder there had cut. The photo
+     * area is that of a BMP file; a photo in another form has none.
+     */
+    Card(Road road, unsigned int cardKind, const FieldContents &fields, const FieldContents &whole,
+         PhotoFormat photoFormat, CardMedia media);
+
     Road road() const { return m_road; }
     unsigned int kindCode() const;
     const char *kindKey() const;   ///< for programs: "resident", "hmt", "foreign-2017" ...
@@ -107,7 +118,7 @@ public:
     /** The fields that say less than the raw record does, with what it says. */
     QVector<CardField> cutFields() const { return m_cutFields; }
 
-    PhotoFormat photoFormat() const;
+    PhotoFormat photoFormat() const { return m_photoFormat; }
     /** The BMP file, or null when the photo is not one. */
     QByteArray photo() const;
 
@@ -137,9 +148,16 @@ private:
     QVector<CardField> m_fields;
     QVector<CardField> m_cutFields;
     CardMedia m_media;
+    PhotoFormat m_photoFormat;
 };
 
 /** Whether `cardKind` is one of the four kinds. */
 bool isCardKind(unsigned int cardKind);
+
+/** The kind of this key; nothing when no kind has it. */
+std::optional<unsigned int> kindCodeOf(const QString &key);
+
+/** The fields that a card of a kind can have, without content. */
+QVector<CardField> fieldsOfKind(unsigned int cardKind);
 
 } // namespace app

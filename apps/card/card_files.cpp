@@ -59,6 +59,22 @@ const std::vector<CardFile> &allFiles()
     return files;
 }
 
+QString saveInNewFolder(const Card &card, const QString &folder)
+{
+    const QString problem =
+        writeFileSet(folder, contentsOf(card, CardFiles::ALL), ExistingFiles::REFUSE);
+    if (!problem.isEmpty())
+        QDir().rmdir(folder);
+    return problem;
+}
+
+/** A dot at the beginning would hide a folder, and two of them name another. */
+bool isKeptInFileName(QChar character)
+{
+    return character == QLatin1Char(' ') || character == QLatin1Char('-') ||
+           character == QChar(0x00B7); // the dot in the middle of a name
+}
+
 } // namespace
 
 std::vector<CardFile> cardFiles(CardFiles which)
@@ -102,13 +118,24 @@ QStringList missingFileNotes(const Card &card, CardFiles which)
 
 QString saveInNextFolder(const Card &card, const QString &parent, QString *folder)
 {
-    QString problem = makeNextNumberedFolder(parent, folder);
-    if (!problem.isEmpty())
-        return problem;
-    problem = writeFileSet(*folder, contentsOf(card, CardFiles::ALL), ExistingFiles::REFUSE);
-    if (!problem.isEmpty())
-        QDir().rmdir(*folder);
-    return problem;
+    const QString problem = makeNextNumberedFolder(parent, folder);
+    return problem.isEmpty() ? saveInNewFolder(card, *folder) : problem;
+}
+
+QString saveInHoldersFolder(const Card &card, const QString &parent, QString *folder)
+{
+    const QString problem = makeNewFolder(parent, holderFileName(card), folder);
+    return problem.isEmpty() ? saveInNewFolder(card, *folder) : problem;
+}
+
+QString holderFileName(const Card &card)
+{
+    QString name = (holderName(card) + QLatin1Char(' ') + holderNumber(card)).trimmed();
+    for (QChar &character : name) {
+        if (!character.isLetterOrNumber() && !isKeptInFileName(character))
+            character = QLatin1Char('_');
+    }
+    return name.isEmpty() ? QString(QLatin1String(card.kindKey())) : name;
 }
 
 } // namespace app

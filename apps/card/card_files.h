@@ -62,4 +62,10 @@ QStringList missingFileNotes(const Card &card, CardFiles which);
  */
 QString saveInNextFolder(const Card &card, const QString &parent, QString *folder);
 
+/** As above, in a new folder that is named after the holder: his name and his number. */
+QString saveInHoldersFolder(const Card &card, const QString &parent, QString *folder);
+
+/** The holder's name and number as a file can be called; the kind of card when it has neither. */
+QString holderFileName(const Card &card);
+
 } // namespace app

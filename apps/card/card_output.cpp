@@ -59,17 +59,22 @@ const PhotoFormatRow &photoFormatRow(const Card &card)
                          [&](const PhotoFormatRow &row) { return row.format == format; });
 }
 
+struct RoadKey {
+    Road road;
+    const char *key;
+};
+
+constexpr std::array<RoadKey, 3> ROADS = {{
+    {Road::READER_LIBRARY, "reader-library"},
+    {Road::USB, "usb"},
+    {Road::FILE, "file"},
+}};
+
 const char *roadKey(Road road)
 {
-    switch (road) {
-    case Road::READER_LIBRARY:
-        return "reader-library";
-    case Road::USB:
-        return "usb";
-    case Road::FILE:
-        return "file";
-    }
-    return "";
+    return std::find_if(ROADS.begin(), ROADS.end(),
+                        [&](const RoadKey &row) { return row.road == road; })
+        ->key;
 }
 
 /** Cards and readers fill a field up with blanks, which are no part of what it says. */
@@ -284,6 +289,22 @@ QString holderName(const Card &card)
 QString holderNumber(const Card &card)
 {
     return firstOf(card, NUMBERS);
+}
+
+std::optional<Road> roadOf(const QString &key)
+{
+    const auto *const row = std::find_if(ROADS.begin(), ROADS.end(), [&](const RoadKey &each) {
+        return QLatin1String(each.key) == key;
+    });
+    return row == ROADS.end() ? std::optional<Road>() : row->road;
+}
+
+std::optional<PhotoFormat> photoFormatOf(const QString &key)
+{
+    const auto *const row =
+        std::find_if(PHOTO_FORMATS.begin(), PHOTO_FORMATS.end(),
+                     [&](const PhotoFormatRow &each) { return QLatin1String(each.key) == key; });
+    return row == PHOTO_FORMATS.end() ? std::optional<PhotoFormat>() : row->format;
 }
 
 std::optional<InlineParts> parseInlineParts(const QString &words)

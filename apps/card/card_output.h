@@ -25,6 +25,10 @@ namespace app
 JsonObject toJson(const Card &card, const std::optional<QString> &folder, InlineParts inlined = {},
                   const QDate &today = QDate::currentDate());
 
+/** What `toJson` calls a road and the form of a photo. */
+std::optional<Road> roadOf(const QString &key);
+std::optional<PhotoFormat> photoFormatOf(const QString &key);
+
 /** The parts in a comma list of "photo", "pictures", "fingerprints" and "all". */
 std::optional<InlineParts> parseInlineParts(const QString &words);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -177,6 +178,22 @@ QString changeFiles(const QString &folder, const QVector<NamedContent> &files,
     return problem;
 }
 
+/** Makes a folder of the first of these names that is not taken. */
+QString makeFirstFree(const QString &parent, QString *folder,
+                      const std::function<QString()> &nextName)
+{
+    int error = EEXIST;
+    while (error == EEXIST) {
+        *folder = QDir(parent).filePath(nextName());
+        const int made = ::mkdir(QFile::encodeName(*folder).constData(), PRIVATE_FOLDER_MODE);
+        error = made == 0 ? 0 : errno;
+    }
+    if (error == 0)
+        return {};
+    return filledIn(tr("The folder %1 could not be made: %2."), QDir::toNativeSeparators(*folder),
+                    systemError(error));
+}
+
 } // namespace
 
 QString obstacleTo(const QString &folder, const QStringList &names, ExistingFiles existing)
@@ -244,18 +261,18 @@ QString makeNextNumberedFolder(const QString &parent, QString *folder)
             highest = std::max(highest, name.toInt());
     }
 
-    int error = EEXIST;
-    while (error == EEXIST) { // another program may number folders here too
-        ++highest;
-        *folder =
-            QDir(parent).filePath(QStringLiteral("%1").arg(highest, DIGITS, 10, QLatin1Char('0')));
-        const int made = ::mkdir(QFile::encodeName(*folder).constData(), PRIVATE_FOLDER_MODE);
-        error = made == 0 ? 0 : errno;
-    }
-    if (error == 0)
-        return {};
-    return filledIn(tr("The folder %1 could not be made: %2."), QDir::toNativeSeparators(*folder),
-                    systemError(error));
+    // Another program may number folders here too.
+    return makeFirstFree(parent, folder, [&] {
+        return QStringLiteral("%1").arg(++highest, DIGITS, 10, QLatin1Char('0'));
+    });
+}
+
+QString makeNewFolder(const QString &parent, const QString &name, QString *folder)
+{
+    int copy = 0;
+    return makeFirstFree(parent, folder, [&] {
+        return ++copy == 1 ? name : QStringLiteral("%1 (%2)").arg(name).arg(copy);
+    });
 }
 
 } // namespace app

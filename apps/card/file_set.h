@@ -41,4 +41,10 @@ QString makePrivateFolder(const QString &folder);
  */
 QString makeNextNumberedFolder(const QString &parent, QString *folder);
 
+/**
+ * Makes the folder `name` in `parent`, or "name (2)", "name (3)" ... where that is taken, and puts
+ * its path into `folder`. Returns what failed, or an empty text.
+ */
+QString makeNewFolder(const QString &parent, const QString &name, QString *folder);
+
 } // namespace app

@@ -158,10 +158,10 @@ private:
             break;
         case ReaderChange::READER_REMOVED:
             writeEvent("reader-removed");
-            reportMissingReader(*look.failure);
+            reportMissingReader(*look.failure, m_options.events);
             break;
         case ReaderChange::READER_MISSING: // from the start, for a cause that the doctor may see
-            reportMissingReader(diagnosed(*look.failure, m_options));
+            reportMissingReader(diagnosed(*look.failure, m_options), false);
             break;
         case ReaderChange::CARD_READ:
             deliverCard(*look.card);
@@ -181,12 +181,13 @@ private:
         write(failureLine(failure, QDateTime::currentDateTime()));
     }
 
-    void reportMissingReader(const Failure &failure)
+    /** `isKnown`: an event has said so. */
+    void reportMissingReader(const Failure &failure, bool isKnown)
     {
         printFailure(failure);
         if (m_options.simulate.isEmpty())
             printMessage(tr("Watching goes on until the reader is there."));
-        if (!m_options.events)
+        if (!isKnown)
             write(failureLine(failure, QDateTime::currentDateTime()));
     }
 

@@ -1,13 +1,12 @@
 #include "apps/viewer/card_desk.h"
 
-#include <algorithm>
-#include <limits>
 #include <utility>
 
-#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QProcessEnvironment>
 
-#include "api/result_codes.h"
-#include "apps/card/record_decoder.h"
+#include "apps/card/card_input.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -15,204 +14,272 @@ namespace app
 namespace
 {
 
-// A reading through the library holds the GUI thread, so that the window gets as much time as it.
-constexpr qint64 SHORTEST_PAUSE_MS = 500;
-constexpr unsigned long FOREVER_MS = std::numeric_limits<unsigned long>::max();
+constexpr int PAUSE_AFTER_FAILED_WATCH_MS = 2000;
+// A card that still lies on the reader is read again by the first look of a watch.
+constexpr int TIME_OF_FIRST_LOOK_MS = 3000;
 
-struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(Messages)
-};
-
-Message messageOf(const SimulatorProblem &problem)
+Problem problemIn(const QJsonObject &error)
 {
-    return {Texts::tr("The simulator cannot be used as it was asked to."),
-            {problem.message},
-            Message::Kind::FAILURE};
+    const auto text = [&](const char *key) { return error[QLatin1String(key)].toString(); };
+    QString name = text("name");
+    if (error[QLatin1String("code")].isDouble())
+        name = QStringLiteral("%1 (%2)").arg(error[QLatin1String("code")].toInt()).arg(name);
+    return {text("headline"), text("remedy"), text("cause"), name};
 }
 
-/** A record that came whole and could not be decoded. */
-Message undecodableTextMessage()
+Problem noAnswer(const QString &cause)
 {
-    return {
-        Texts::tr("The card's text could not be decoded."),
-        {Texts::tr("Cause: %1")
-             .arg(Texts::tr(
-                 "The sex code of a foreigner's card must be 0, 1, 2 or 9, and this one is not.")),
-         Texts::tr("What to do: %1").arg(Texts::tr("Read the card once more."))},
-        Message::Kind::FAILURE};
-}
-
-Message readMessage()
-{
-    return {messageOf(*findResult(IDCARD_RESULT_OK, true)).headline};
-}
-
-/** A card was read, and its photo is no picture. */
-Message missingPhotoMessage()
-{
-    Message message = messageOf(*findResult(IDCARD_RESULT_PHOTO_NOT_DECODED, false));
-    message.kind = Message::Kind::WARNING;
-    return message;
+    return {CardDesk::tr("Reading ended without a result."),
+            CardDesk::tr("Read the card once more. If it happens again, let \"Diagnose\" look for "
+                         "the cause."),
+            cause,
+            {}};
 }
 
 } // namespace
 
-CardDesk::CardDesk()
+bool operator==(const RoadChoice &one, const RoadChoice &other)
 {
-    m_nextLook.setSingleShot(true);
-    connect(&m_nextLook, &QTimer::timeout, this, &CardDesk::start);
+    return one.road == other.road && one.device == other.device &&
+           one.simulatorPhotos == other.simulatorPhotos;
 }
 
-CardDesk::~CardDesk()
+bool operator!=(const RoadChoice &one, const RoadChoice &other)
 {
-    if (m_usbRead)
-        m_usbRead->wait(FOREVER_MS);
-    takeCard();
-    m_simulator.unload();
+    return !(one == other);
+}
+
+CardDesk::CardDesk() : m_run(nullptr, [](ToolRun *run) { delete run; })
+{
+    m_again.setSingleShot(true);
+    m_absence.setSingleShot(true);
+    connect(&m_again, &QTimer::timeout, this, &CardDesk::proceed);
+    connect(&m_absence, &QTimer::timeout, this, [this] {
+        m_cardThere.clear();
+        emit cardRemoved();
+    });
 }
 
 void CardDesk::setRoad(const RoadChoice &choice)
 {
-    takeCard();
     m_choice = choice;
-    m_presence = CardPresence();
-    m_isRoadChanged = true;
-    m_isAwaiting = false;
-    const SimulatorProblem problem = prepareSimulator();
-    if (problem)
-        emit failed(messageOf(problem));
+    m_card.clear();
+    m_cardThere.clear();
+    m_watchFailure.clear();
+    m_absence.stop();
+    stopRun();
+    cancel();
+    proceed();
 }
 
-SimulatorProblem CardDesk::prepareSimulator()
+void CardDesk::putCard(const QString &card, const QString &faults)
 {
-    const bool isNeeded = m_choice.road == ReaderRoad::SIMULATOR ||
-                          (m_choice.road == ReaderRoad::USB && m_choice.simulatorPhotos);
-    // Its functions would go before the maker's as long as they are in the process.
-    return isNeeded ? m_simulator.load() : m_simulator.unload();
-}
-
-bool CardDesk::putCard(const QString &card, const QString &faults)
-{
-    SimulatorProblem problem = prepareSimulator();
-    if (!problem)
-        problem = m_simulator.setFaults(faults);
-    if (!problem)
-        problem = m_simulator.putCard(card);
-    if (problem)
-        emit failed(messageOf(problem));
-    return !problem;
+    m_card = card;
+    m_faults = faults;
+    if (m_isAutomatic)
+        read();
 }
 
 void CardDesk::takeCard()
 {
-    if (m_simulator.isLoaded())
-        m_simulator.takeCard();
+    m_card.clear();
+    if (m_isAutomatic)
+        emit cardRemoved();
 }
 
 void CardDesk::read()
 {
+    if (m_isAskedFor)
+        return;
     m_isAskedFor = true;
-    start();
+    m_absence.stop();
+    emit readingStarted();
+    stopRun();
+    proceed();
+}
+
+void CardDesk::cancel()
+{
+    if (!m_isAskedFor)
+        return;
+    m_isAskedFor = false;
+    stopRun();
+    emit cancelled();
 }
 
 void CardDesk::setAutomatic(bool automatic)
 {
     m_isAutomatic = automatic;
-    m_isAwaiting = false;
-    if (automatic)
-        start();
-    else
-        m_nextLook.stop();
-}
-
-bool CardDesk::endsWithin(int milliseconds)
-{
-    return !m_usbRead || m_usbRead->wait(static_cast<unsigned long>(milliseconds));
-}
-
-void CardDesk::start()
-{
-    if (m_isReading)
+    m_watchFailure.clear();
+    m_absence.stop();
+    if (automatic && m_choice.road == ReaderRoad::SIMULATOR) {
+        if (!m_card.isEmpty())
+            read();
         return;
-    m_isReading = true;
-    m_isRoadChanged = false;
-    m_nextLook.stop();
-    m_lookTime.start();
+    }
+    if (!automatic && m_task == Task::WATCH)
+        stopRun();
+    proceed();
+}
+
+void CardDesk::stopRun()
+{
+    m_again.stop();
+    if (!m_run)
+        return;
+    m_isDropped = true;
+    m_run->stop();
+}
+
+/** Begins what there is to do, unless a run is still to end. */
+void CardDesk::proceed()
+{
+    if (m_run || m_again.isActive())
+        return;
     if (m_isAskedFor)
-        emit readingStarted();
-    const SimulatorProblem problem = prepareSimulator();
-    if (problem) {
-        finish({nullptr, problem.exitStatus, 0, messageOf(problem)});
-    } else if (m_choice.road == ReaderRoad::USB) {
-        m_usbRead.reset(QThread::create(
-            [this, device = m_choice.device] { m_usbOutcome = readOverUsb(device); }));
-        connect(m_usbRead.get(), &QThread::finished, this, &CardDesk::takeUsbOutcome);
-        m_usbRead->start();
-    } else {
-        lookThroughLibrary();
+        run(Task::READ);
+    else if (m_isAutomatic && m_choice.road != ReaderRoad::SIMULATOR)
+        run(Task::WATCH);
+}
+
+void CardDesk::run(Task task)
+{
+    m_task = task;
+    m_isDropped = false;
+    ToolRun::Take takeAsItComes;
+    if (task == Task::WATCH)
+        takeAsItComes = [this](QByteArray *output) { takeLines(output); };
+    m_run.reset(new ToolRun(takeAsItComes, [this](ToolRun::End end, const QByteArray &output) {
+        finish(end, output);
+    }));
+    if (!m_language.isEmpty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LANGUAGE"), m_language);
+        m_run->setProcessEnvironment(environment);
+    }
+    m_run->run(arguments(task), 0);
+}
+
+QStringList CardDesk::arguments(Task task) const
+{
+    QStringList arguments = {QStringLiteral("read")};
+    if (task == Task::WATCH)
+        arguments = QStringList{QStringLiteral("watch"), QStringLiteral("--events")};
+    arguments << QStringLiteral("--json") << QStringLiteral("--inline") << QStringLiteral("all");
+    return arguments + roadArguments();
+}
+
+QStringList CardDesk::roadArguments() const
+{
+    switch (m_choice.road) {
+    case ReaderRoad::CONFIGURED:
+        return {};
+    case ReaderRoad::LIBRARY:
+        return {QStringLiteral("--road"), QStringLiteral("library")};
+    case ReaderRoad::USB: {
+        QStringList words = {QStringLiteral("--road"), QStringLiteral("usb")};
+        if (m_choice.device)
+            words << QStringLiteral("--device") << toText(*m_choice.device);
+        if (m_choice.simulatorPhotos)
+            words << QStringLiteral("--simulator-photos");
+        return words;
+    }
+    case ReaderRoad::SIMULATOR:
+        break;
+    }
+    if (m_card.isEmpty())
+        return {QStringLiteral("--simulate"), QStringLiteral("resident"), QStringLiteral("--fault"),
+                QStringLiteral("no-card")};
+    QStringList words = {QStringLiteral("--simulate"), m_card};
+    if (!m_faults.trimmed().isEmpty())
+        words << QStringLiteral("--fault") << m_faults;
+    return words;
+}
+
+void CardDesk::takeLines(QByteArray *output)
+{
+    for (int end = output->indexOf('\n'); end >= 0; end = output->indexOf('\n')) {
+        const QByteArray line = output->left(end);
+        output->remove(0, end + 1);
+        if (!m_isDropped)
+            takeEvent(QJsonDocument::fromJson(line).object());
     }
 }
 
-void CardDesk::lookThroughLibrary()
+void CardDesk::takeEvent(const QJsonObject &event)
 {
-    ReadOutcome outcome = readCard();
-    Look look{nullptr, outcome.exitStatus(), outcome.code, readMessage()};
-    if (outcome.card) {
-        decodePhoto(&*outcome.card);
-        look.card = std::make_shared<const Card>(std::move(*outcome.card));
+    const QString name = event[QLatin1String("event")].toString();
+    const QJsonObject error = event[QLatin1String("error")].toObject();
+    if (name == QLatin1String("reader-added")) {
+        m_watchFailure.clear();
+        if (!m_cardThere.isEmpty())
+            m_absence.start(TIME_OF_FIRST_LOOK_MS);
+        if (std::exchange(m_isReaderGone, false))
+            emit readerAdded();
+    } else if (name == QLatin1String("reader-removed")) {
+        m_cardThere.clear();
+        m_absence.stop();
+        m_isReaderGone = true;
+        emit readerRemoved();
+    } else if (name == QLatin1String("card-removed")) {
+        m_cardThere.clear();
+        emit cardRemoved();
+    } else if (name == QLatin1String("card-read")) {
+        deliver(event[QLatin1String("card")].toObject(), Task::WATCH);
+    } else if (!error.isEmpty()) {
+        reportWatchFailure(problemIn(error));
     } else {
-        look.message = messageOf(outcome);
+        m_run->fail(); // not what the tool prints
     }
-    // What the user pressed meanwhile was meant for this reading.
-    QCoreApplication::processEvents();
-    finish(look);
 }
 
-void CardDesk::takeUsbOutcome()
+/** A card, with or without an error beside it, or an error alone. */
+void CardDesk::deliver(const QJsonObject &object, Task task)
 {
-    m_usbRead->wait(FOREVER_MS);
-    m_usbRead.reset();
-    const UsbOutcome outcome = std::exchange(m_usbOutcome, {});
-    if (outcome.exitStatus() == ExitStatus::DONE)
-        finish(decoded(outcome));
-    else
-        finish({nullptr, outcome.exitStatus(), outcome.code, messageOf(outcome)});
+    const QJsonObject error = object[QLatin1String("error")].toObject();
+    const Problem problem = error.isEmpty() ? Problem() : problemIn(error);
+    std::optional<Card> card = cardFromJson(object);
+    if (!card) {
+        emit failed(error.isEmpty() ? noAnswer(tr("idcard-reader printed what is not a card."))
+                                    : problem);
+        return;
+    }
+    const bool isKnown = task == Task::WATCH && m_cardThere == card->digest();
+    m_absence.stop();
+    m_watchFailure.clear();
+    m_cardThere = card->digest();
+    if (!isKnown)
+        emit cardRead(std::make_shared<const Card>(std::move(*card)), problem);
 }
 
-CardDesk::Look CardDesk::decoded(const UsbOutcome &outcome)
+void CardDesk::reportWatchFailure(const Problem &problem)
 {
-    auto card = decodeRawRecord(outcome.record, outcome.prints, Road::USB);
-    if (!card)
-        return {nullptr, ExitStatus::NOTHING_READ, outcome.code, undecodableTextMessage()};
-    const bool isPhotoMissing = card->photoFormat() == PhotoFormat::COMPRESSED;
-    return {std::make_shared<const Card>(std::move(*card)), ExitStatus::DONE, outcome.code,
-            isPhotoMissing ? missingPhotoMessage() : readMessage()};
+    m_absence.stop();
+    m_cardThere.clear();
+    const QString failure = problem.name + problem.headline + problem.cause;
+    if (std::exchange(m_watchFailure, failure) != failure)
+        emit failed(problem);
 }
 
-void CardDesk::finish(const Look &look)
+void CardDesk::finish(ToolRun::End end, const QByteArray &output)
 {
-    m_isReading = false;
-    const bool isDropped = m_isRoadChanged;
-    if (!isDropped)
-        report(look, m_presence.observe(look.card.get(), look.status, look.code));
-    if (isDropped && m_isAskedFor)
-        m_nextLook.start(0); // by the road that is chosen now
-    else if (m_isAutomatic)
-        m_nextLook.start(static_cast<int>(std::max(SHORTEST_PAUSE_MS, m_lookTime.elapsed())));
-}
-
-void CardDesk::report(const Look &look, Sighting sighting)
-{
-    const bool isAskedFor = m_isAskedFor;
-    const bool wasAwaiting = m_isAwaiting;
-    m_isAskedFor = false;
-    m_isAwaiting = sighting == Sighting::NOTHING && !isAskedFor;
-    if (look.card && (isAskedFor || sighting == Sighting::NEW_CARD))
-        emit cardRead(look.card, look.message);
-    else if (m_isAwaiting && !wasAwaiting)
-        emit cardAwaited();
-    else if (!look.card && (isAskedFor || sighting == Sighting::NEW_FAILURE))
-        emit failed(look.message);
+    const Task task = std::exchange(m_task, Task::NONE);
+    const bool isDropped = m_isDropped || end == ToolRun::End::STOPPED;
+    const QString how = m_run->howItEnded();
+    m_run.release()->deleteLater();
+    if (!isDropped && task == Task::READ) {
+        m_isAskedFor = false;
+        const QJsonObject answer = QJsonDocument::fromJson(output).object();
+        if (answer.isEmpty())
+            emit failed(noAnswer(how));
+        else
+            deliver(answer, task);
+    } else if (!isDropped) {
+        m_again.start(PAUSE_AFTER_FAILED_WATCH_MS);
+        if (m_watchFailure.isEmpty())
+            reportWatchFailure(noAnswer(how));
+    }
+    proceed();
 }
 
 } // namespace app

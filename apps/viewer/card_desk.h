@@ -1,32 +1,46 @@
 #pragma once
 
-// Reads cards for a program with an event loop, by the road that is chosen: once when it is asked
-// to, or each new card while it looks at the reader by itself. Belongs to the GUI thread, which a
-// reading over USB does not hold up.
+// Has cards read by idcard-reader, which runs as a child: once when it is asked to, or each new card
+// while it watches the reader. The child may crash, hang or print anything; this program goes on.
 
 #include <memory>
 
-#include <QElapsedTimer>
+#include <QJsonObject>
 #include <QObject>
-#include <QThread>
 #include <QTimer>
 
-#include "apps/card/card_presence.h"
-#include "apps/card/simulator_library.h"
-#include "apps/card/usb_reading.h"
+#include "apps/card/card.h"
+#include "apps/card/usb_devices.h"
+#include "apps/process/tool_run.h"
 
 namespace app
 {
 
-enum class ReaderRoad { MAKERS_LIBRARY, USB, SIMULATOR };
-
-struct RoadChoice {
-    ReaderRoad road = ReaderRoad::MAKERS_LIBRARY;
-    UsbIds device;                ///< of `Usb`
-    bool simulatorPhotos = false; ///< of `Usb`: the reader is a simulated one, as are its photos
+enum class ReaderRoad {
+    CONFIGURED, ///< as the machine's or the user's configuration file says
+    LIBRARY,    ///< the reader maker's
+    USB,
+    SIMULATOR,
 };
 
+struct RoadChoice {
+    ReaderRoad road = ReaderRoad::CONFIGURED;
+    std::optional<UsbIds> device; ///< of `USB`; nothing: the only reader on the bus
+    bool simulatorPhotos = false; ///< of `USB`: the reader is a simulated one, as are its photos
+};
+
+bool operator==(const RoadChoice &one, const RoadChoice &other);
+bool operator!=(const RoadChoice &one, const RoadChoice &other);
+
 using CardPointer = std::shared_ptr<const Card>;
+
+/** Why there is no card, or what is wrong with the reading of the one there is. */
+struct Problem {
+    QString headline;
+    QString remedy;
+    QString cause;
+    QString name; ///< of the result, with its code; empty when there is none
+};
 
 class CardDesk : public QObject
 {
@@ -34,62 +48,67 @@ class CardDesk : public QObject
 
 public:
     CardDesk();
-    /** Waits for a reading over USB that is under way, and takes the simulator out. */
-    ~CardDesk() override;
+    /** Ends the child, and waits for that. */
+    ~CardDesk() override = default;
 
-    /** What a reading that is under way still gives is dropped, and the simulator's card is off. */
+    /** What a reading that is under way still gives is dropped; the simulator has no card. */
     void setRoad(const RoadChoice &choice);
 
-    /** Lays a card on the simulator, with these faults. Whether it could be. */
-    bool putCard(const QString &card, const QString &faults);
+    /** Lays a card on the simulator, by its name or its file, with these faults. */
+    void putCard(const QString &card, const QString &faults);
     void takeCard();
 
     /** Reads once. Asked while it reads, it does not read again. */
     void read();
+    /** Gives the reading up that was asked for. */
+    void cancel();
+    bool isReading() const { return m_isAskedFor; }
 
-    /** From now on looks at the reader again and again, and reads each new card. */
+    /** From now on reads each new card. */
     void setAutomatic(bool automatic);
 
-    /** Whether no reading is under way over USB any more, after waiting for so long. */
-    bool endsWithin(int milliseconds);
+    /** The language of messages; empty: the user's. */
+    void setLanguage(const QString &language) { m_language = language; }
 
 signals:
-    /** Before the GUI thread is held up; what is painted at once is seen. */
     void readingStarted();
-    /** The message says that it was read, or what of it could not be. */
-    void cardRead(const app::CardPointer &card, const app::Message &message);
-    void failed(const app::Message &message);
-    /** Looked by itself, and there is no card, or none any more. */
-    void cardAwaited();
+    void cancelled();
+    /** `problem` has no headline when all of the card was read. */
+    void cardRead(const app::CardPointer &card, const app::Problem &problem);
+    void failed(const app::Problem &problem);
+    /** While it watches. */
+    void cardRemoved();
+    void readerAdded();
+    void readerRemoved();
 
 private:
-    struct Look {
-        CardPointer card;
-        ExitStatus status = ExitStatus::DONE;
-        int code = 0;
-        Message message;
-    };
+    enum class Task { NONE, READ, WATCH };
 
-    void start();
-    void lookThroughLibrary();
-    void takeUsbOutcome();
-    SimulatorProblem prepareSimulator();
-    void finish(const Look &look);
-    void report(const Look &look, Sighting sighting);
-    static Look decoded(const UsbOutcome &outcome);
+    void proceed();
+    void run(Task task);
+    QStringList arguments(Task task) const;
+    QStringList roadArguments() const;
+    void stopRun();
+    void takeLines(QByteArray *output);
+    void takeEvent(const QJsonObject &event);
+    void finish(ToolRun::End end, const QByteArray &output);
+    void deliver(const QJsonObject &object, Task task);
+    void reportWatchFailure(const Problem &problem);
 
     RoadChoice m_choice;
-    SimulatorLibrary m_simulator;
-    CardPresence m_presence;
-    std::unique_ptr<QThread> m_usbRead; ///< while a reading over USB is under way
-    UsbOutcome m_usbOutcome;            ///< once it has ended
-    QTimer m_nextLook;
-    QElapsedTimer m_lookTime;
+    QString m_card; ///< on the simulator; empty: none
+    QString m_faults;
+    QString m_language;
+    std::unique_ptr<ToolRun, void (*)(ToolRun *)> m_run;
+    Task m_task = Task::NONE;
+    bool m_isDropped = false; ///< what the run still gives is of no use
     bool m_isAutomatic = false;
-    bool m_isReading = false;
-    bool m_isAskedFor = false;    ///< somebody waits for what comes, be it a card that was seen
-    bool m_isAwaiting = false;    ///< `cardAwaited` is what was reported last
-    bool m_isRoadChanged = false; ///< since the reading under way began
+    bool m_isAskedFor = false;
+    bool m_isReaderGone = false; ///< and was there before
+    QTimer m_again;          ///< before a watch that failed begins again
+    QTimer m_absence;        ///< after which a card that was read is gone when a watch begins
+    QByteArray m_cardThere;  ///< the digest of the card read last, until it is known to be off
+    QString m_watchFailure;  ///< the failure that was reported last while watching
 };
 
 } // namespace app

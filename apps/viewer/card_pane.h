@@ -1,9 +1,15 @@
 #pragma once
 
-// A card as it is shown: both sides and the photo in true size, and the table of its fields.
+// A card as a clerk sees it: both sides large, the photo, name and number in large type, what to
+// look at, and the fields.
+
+#include <QLabel>
+#include <QScreen>
+#include <QTableView>
+#include <QWidget>
 
 #include "apps/viewer/card_table.h"
-#include "ui_card_pane.h"
+#include "apps/viewer/picture_view.h"
 
 namespace viewer
 {
@@ -13,32 +19,65 @@ class CardPane : public QWidget
     Q_OBJECT
 
 public:
+    enum class Copied { NAME, NUMBER, PHOTO, FRONT, BACK };
+
     explicit CardPane(QWidget *parent = nullptr);
 
-    /** Null: no card. */
-    void setCard(const app::CardPointer &card);
+    /** A card that was read or chosen. Null: no card. */
+    void setCard(const app::CardPointer &card, const QString &caption);
+    /** The card stays, greyed, under this caption; nothing of it can be copied any more. */
+    void fade(const QString &caption);
+    bool isFaded() const { return m_isFaded; }
+
     void setCovered(bool covered);
+    void setTrueSize(bool trueSize);
 
-    /** What can be done with the rows of the table, for its context menu. */
-    void addTableActions(const QList<QAction *> &actions) { m_ui.fields->addActions(actions); }
+    QTableView *fields() const { return m_fieldsView; }
+    /** Where a splitter puts what belongs beside the sides. */
+    QWidget *holderColumn() const { return m_holderColumn; }
 
-    /** The rows that are selected, or all, to the clipboard. */
-    void copySelected() const { copyRows(false); }
-    void copyAll() const { copyRows(true); }
+    /** Each copies and says so by `copied`. */
+    void copy(Copied what);
+    void copyRow(int row);
+    void copySelectedRow();
+    void copyAllWithLabels();
+
+signals:
+    void copied(const QString &what);
+    void copyRefused();
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void build();
+    QWidget *builtSides();
+    QWidget *builtHolder();
+    void fitToFont();
     void followScreen(QScreen *screen);
     void rescale();
-    void showPictures();
-    void copyRows(bool all) const;
+    void showCard();
+    void showNotes();
+    void copyShown(const QString &text, const QString &label);
 
-    Ui::CardPane m_ui;
     app::CardTable m_fields;
     app::CardPointer m_card;
+    QString m_caption;
     bool m_isCovered = false;
+    bool m_isFaded = false;
+    bool m_isTrueSize = false;
+
+    PictureView *m_front;
+    PictureView *m_back;
+    PictureView *m_photo;
+    QLabel *m_captionLabel;
+    QLabel *m_name;
+    QLabel *m_number;
+    QLabel *m_notes;
+    QLabel *m_scaleNote;
+    QTableView *m_fieldsView;
+    QWidget *m_holderColumn;
 };
 
 } // namespace viewer

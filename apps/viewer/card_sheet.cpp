@@ -4,17 +4,15 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QDir>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QRectF>
-#include <QSaveFile>
 
+#include "apps/viewer/private_file.h"
 #include "apps/viewer/true_size.h"
-#include "common/texts.h"
 
 namespace app
 {
@@ -26,6 +24,10 @@ namespace
 constexpr QSizeF PAGE_SIZE(210.0, 297.0);
 constexpr double GAP = 20.0;
 constexpr double MM_PER_INCH = 25.4;
+
+constexpr double NOTE_PIXELS_PER_MM = 10.0; // letters have whole pixels
+constexpr double NOTE_GAP = 8.0;
+constexpr double NOTE_HEIGHT = 4.0; // of its letters, with the space between lines
 
 constexpr int PDF_RESOLUTION = 1200; // dots per inch; the pictures keep their own pixels
 
@@ -77,8 +79,21 @@ bool decode(const CardSheet &sheet, Pictures *pictures, QString *problem)
     return true;
 }
 
+/** Below the sides, as wide as they are. */
+void paintNote(const QString &note, QPainter *painter)
+{
+    const QRectF lowest = placeOf(1);
+    QFont font = painter->font();
+    font.setPixelSize(int(NOTE_HEIGHT * NOTE_PIXELS_PER_MM));
+    painter->setFont(font);
+    painter->translate(lowest.left(), lowest.bottom() + NOTE_GAP);
+    painter->scale(1 / NOTE_PIXELS_PER_MM, 1 / NOTE_PIXELS_PER_MM);
+    const QRectF place(0, 0, lowest.width() * NOTE_PIXELS_PER_MM, PAGE_SIZE.height());
+    painter->drawText(place, Qt::AlignHCenter | Qt::TextWordWrap, note);
+}
+
 /** Paints the page onto a device whose origin is the corner of the paper. */
-bool paintPage(const Pictures &pictures, QPaintDevice *device)
+bool paintPage(const Pictures &pictures, const QString &note, QPaintDevice *device)
 {
     QPainter painter;
     if (!painter.begin(device))
@@ -89,6 +104,8 @@ bool paintPage(const Pictures &pictures, QPaintDevice *device)
         painter.drawImage(placeOf(0), pictures.front);
     if (!pictures.back.isNull())
         painter.drawImage(placeOf(1), pictures.back);
+    if (!note.isEmpty())
+        paintNote(note, &painter);
     return painter.end();
 }
 
@@ -105,7 +122,7 @@ bool paintSheet(const CardSheet &sheet, QPrinter *printer)
         !printer->setPageOrientation(QPageLayout::Portrait))
         return false;
     printer->setDocName(sheet.title);
-    return paintPage(pictures, printer);
+    return paintPage(pictures, sheet.note, printer);
 }
 
 bool writeSheetPdf(const CardSheet &sheet, const QString &path, QString *problem)
@@ -121,24 +138,13 @@ bool writeSheetPdf(const CardSheet &sheet, const QString &path, QString *problem
     writer.setPageSize(QPageSize(QPageSize::A4));
     writer.setPageMargins(QMarginsF());
     writer.setTitle(sheet.title);
-    if (!paintPage(pictures, &writer)) {
+    if (!paintPage(pictures, sheet.note, &writer)) {
         *problem = Text::tr("The PDF page could not be made. Close other programs to free memory, "
                             "and try again.");
         return false;
     }
 
-    // Flushed before it gets its name: QSaveFile::commit() does not see that a full disk has taken
-    // less than is still in the buffer.
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) &&
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-        file.write(page.data()) == page.size() && file.flush() && file.commit())
-        return true;
-    *problem = filledIn(
-        Text::tr("The file %1 could not be written: %2. Free space, see who may write there, "
-                 "or choose another folder."),
-        QDir::toNativeSeparators(path), file.errorString());
-    return false;
+    return viewer::writePrivateFile(path, page.data(), problem);
 }
 
 } // namespace app

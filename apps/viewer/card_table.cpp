@@ -10,16 +10,20 @@ namespace app
 namespace
 {
 
-/** The tool tip has what does not fit into the cell. The number of dots is always the same: it
- * reveals nothing. */
+constexpr int CARD_ROLE = Qt::UserRole;
+constexpr int TIME_ROLE = Qt::UserRole + 1;
+
+/** The tool tip has what does not fit into the cell. */
 void put(QStandardItemModel *model, int row, int column, const QString &text, bool covered = false)
 {
-    const QString shown = covered ? QString(8, QChar(0x2022)) : text;
+    const QString shown = covered ? COVERED_TEXT : text;
     model->setData(model->index(row, column), shown, Qt::DisplayRole);
     model->setData(model->index(row, column), shown, Qt::ToolTipRole);
 }
 
 } // namespace
+
+const QString COVERED_TEXT(8, QChar(0x2022));
 
 CardTable::CardTable()
 {
@@ -47,6 +51,11 @@ void CardTable::setCovered(bool covered)
     }
 }
 
+bool CardTable::isCovered(int row) const
+{
+    return m_isCovered && m_rows[row].sort == CardRow::Sort::PERSONAL;
+}
+
 CardHistory::CardHistory()
 {
     setHorizontalHeaderLabels({tr("Name"), tr("Number"), tr("Kind"), tr("Time")});
@@ -56,9 +65,10 @@ void CardHistory::add(const CardPointer &card, const QDateTime &time)
 {
     setRowCount(std::min(rowCount(), MOST_CARDS - 1));
     insertRow(0);
-    setData(index(0, 0), QVariant::fromValue(card), Qt::UserRole);
+    setData(index(0, 0), QVariant::fromValue(card), CARD_ROLE);
     showHolder(0);
     put(this, 0, KIND, kindForPeople(*card));
+    setData(index(0, 0), time, TIME_ROLE);
     put(this, 0, TIME, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
 }
 
@@ -77,7 +87,12 @@ void CardHistory::showHolder(int row)
 
 CardPointer CardHistory::card(int row) const
 {
-    return index(row, 0).data(Qt::UserRole).value<CardPointer>();
+    return index(row, 0).data(CARD_ROLE).value<CardPointer>();
+}
+
+QDateTime CardHistory::time(int row) const
+{
+    return index(row, 0).data(TIME_ROLE).toDateTime();
 }
 
 } // namespace app

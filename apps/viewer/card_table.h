@@ -12,6 +12,9 @@
 namespace app
 {
 
+/** What stands for a text that is covered; always the same, so that it reveals nothing. */
+extern const QString COVERED_TEXT;
+
 /** Two columns: the name of a field and what it says. Covered, what is personal is dots. */
 class CardTable : public QStandardItemModel
 {
@@ -22,6 +25,8 @@ public:
 
     void setCard(const CardPointer &card);
     void setCovered(bool covered);
+    /** Whether dots stand for what the row says. */
+    bool isCovered(int row) const;
 
 private:
     QVector<CardRow> m_rows;
@@ -45,6 +50,8 @@ public:
     void add(const CardPointer &card, const QDateTime &time);
     void setCovered(bool covered);
     CardPointer card(int row) const;
+    /** When it was read. */
+    QDateTime time(int row) const;
 
 private:
     void showHolder(int row);

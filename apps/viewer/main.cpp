@@ -2,7 +2,6 @@
 // order.
 
 #include <array>
-#include <cstdlib>
 
 #include <QApplication>
 
@@ -19,9 +18,6 @@ namespace
 
 using app::ExitStatus;
 
-// A transfer over USB that goes well or not has ended by then; one that never ends is left alone.
-constexpr int LONGEST_GOODBYE_MS = 6000;
-
 // Qt takes its own arguments out of the ones it gets; this program's are not among them.
 std::array<char, 14> programName = {"idcard-viewer"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
@@ -36,24 +32,25 @@ app::CommandLine<viewer::ViewerOptions> commandLineOf(const QStringList &argumen
 
 ExitStatus showWindow(const viewer::ViewerOptions &options)
 {
-    // The library asks for this when it paints a card, which is too late then.
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(qtArgumentCount, qtArguments.data());
+    QCoreApplication::setOrganizationName(QStringLiteral("idcard-reader"));
+    const QString language = viewer::ViewerSettings::load().language;
+    if (!language.isEmpty())
+        app::chooseLanguage(QLocale(language));
     app::translateApplication();
     // By which Wayland's desktops find the entry in the menu, and with it the icon.
     QGuiApplication::setDesktopFileName(QLatin1String(programName.data()));
-    app::catchInterruption(ExitStatus::READ_FAILED);
+    app::catchInterruption(ExitStatus::DONE);
     const app::ReadableNotifier interruption(app::interruptionDescriptor(),
                                              [] { QApplication::quit(); });
 
     viewer::MainWindow window(options);
     window.show();
     QApplication::exec();
-    window.hide();
+    window.hide(); // before a reading that is under way is waited for
     QCoreApplication::processEvents();
-    if (!window.endsWithin(LONGEST_GOODBYE_MS))
-        std::_Exit(static_cast<int>(ExitStatus::READ_FAILED));
     return ExitStatus::DONE;
 }
 

@@ -1,21 +1,31 @@
 #include "apps/viewer/main_window.h"
 
-#include <array>
 #include <memory>
 
-#include <QAccessible>
 #include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
 #include <QFileDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
 #include <QIcon>
-#include <QKeyEvent>
+#include <QLocale>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QScreen>
 #include <QShortcut>
-#include <QStyle>
+#include <QVBoxLayout>
 
 #include "apps/card/card_files.h"
+#include "apps/card/version_text.h"
+#include "apps/viewer/attention.h"
 #include "apps/viewer/card_sheet.h"
+#include "apps/viewer/diagnosis_dialog.h"
+#include "apps/viewer/private_file.h"
+#include "apps/viewer/settings_dialog.h"
 
 namespace viewer
 {
@@ -23,64 +33,107 @@ namespace viewer
 namespace
 {
 
-// Of the window's width: the history shows name, number and time without scrolling.
-constexpr int PANE_SHARE = 640;
-constexpr int HISTORY_SHARE = 420;
+constexpr QSize SIZE(1120, 720);
+// Of the window's width: the sides, and the column of the holder and the history.
+constexpr int SIDES_SHARE = 480;
+constexpr int HOLDER_SHARE = 560;
+// Of that column's height.
+constexpr int FIELDS_SHARE = 460;
+constexpr int HISTORY_SHARE = 160;
+constexpr double LARGE_TYPE = 1.3;
+constexpr int LARGE_BUTTON = 40; ///< height, for fingers
 
-// By the kind of the message.
-constexpr std::array<QStyle::StandardPixmap, 3> ICONS = {
-    QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxWarning, QStyle::SP_MessageBoxCritical};
+QString clock(const QDateTime &time)
+{
+    return QLocale().toString(time.time(), QStringLiteral("HH:mm"));
+}
 
 app::CardSheet sheetOf(const app::Card &card)
 {
     return {card.picture(app::CardSide::FRONT), card.picture(app::CardSide::BACK),
-            app::kindForPeople(card)};
+            app::kindForPeople(card), app::missingPhotoNote(card)};
+}
+
+QString detailsOf(const app::Problem &problem)
+{
+    QStringList lines;
+    if (!problem.cause.isEmpty())
+        lines << MainWindow::tr("Cause: %1").arg(problem.cause);
+    if (!problem.name.isEmpty())
+        lines << MainWindow::tr("Code: %1").arg(problem.name);
+    return lines.join(QLatin1Char('\n'));
+}
+
+QPushButton *largeButton(const char *name, const QString &text)
+{
+    auto *const button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setMinimumHeight(LARGE_BUTTON);
+    return button;
 }
 
 } // namespace
 
 MainWindow::MainWindow(const ViewerOptions &options)
+    : m_settings(ViewerSettings::load()), m_stateLine(new StateLine),
+      m_simulator(new SimulatorPanel), m_pane(new CardPane), m_history(new HistoryPane),
+      m_mainSplitter(new QSplitter(Qt::Horizontal)), m_sideSplitter(new QSplitter(Qt::Vertical)),
+      m_readButton(largeButton("read", tr("&Read"))),
+      m_automatic(new QCheckBox(tr("Read each &new card"))),
+      m_coverBox(new QCheckBox(tr("Co&ver the holder's data"))),
+      m_saveButton(largeButton("save", tr("&Save"))),
+      m_printButton(largeButton("print", tr("&Print…"))), m_cardActions(new QActionGroup(this))
 {
-    m_ui.setupUi(this);
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer")));
-    connectControls();
-    connectTables();
+    setWindowTitle(tr("Card viewer"));
+    setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer"),
+                                   QIcon(QStringLiteral(":/viewer/idcard-viewer.png"))));
+    m_forget.setSingleShot(true);
+    connect(&m_forget, &QTimer::timeout, this, &MainWindow::forgetCard);
+    build();
+    buildCardMenu();
+    buildEditMenu();
+    buildViewMenu();
+    buildHelpMenu();
     connectDesk();
-    showCard(nullptr);
-    showMessage({tr("Lay a card on the reader and press Read.")});
-    m_ui.read->setFocus();
+    showCard({}, {});
+    restore();
     apply(options);
-    resize(size().boundedTo(QApplication::primaryScreen()->availableSize()));
-    m_ui.splitter->setSizes({PANE_SHARE, HISTORY_SHARE});
+    m_readButton->setFocus();
 }
 
-void MainWindow::connectControls()
+void MainWindow::build()
 {
-    connect(m_ui.read, &QPushButton::clicked, &m_desk, &app::CardDesk::read);
-    connect(m_ui.automatic, &QCheckBox::toggled, &m_desk, &app::CardDesk::setAutomatic);
-    connect(m_ui.cover, &QCheckBox::toggled, this, &MainWindow::cover);
-    connect(m_ui.clearHistory, &QPushButton::clicked, this, &MainWindow::clearHistory);
-    connect(m_ui.actionRead, &QAction::triggered, &m_desk, &app::CardDesk::read);
-    connect(m_ui.actionSave, &QAction::triggered, this, &MainWindow::askWhereToSave);
-    connect(m_ui.actionExport, &QAction::triggered, this, &MainWindow::askForPdf);
-    connect(m_ui.actionPrint, &QAction::triggered, this, &MainWindow::askForPrinter);
-    connect(m_ui.actionCopy, &QAction::triggered, m_ui.pane, &CardPane::copySelected);
-    connect(m_ui.actionCopyAll, &QAction::triggered, m_ui.pane, &CardPane::copyAll);
-}
+    m_mainSplitter->setObjectName(QStringLiteral("mainSplitter"));
+    m_sideSplitter->setObjectName(QStringLiteral("sideSplitter"));
+    for (QSplitter *const splitter : {m_mainSplitter, m_sideSplitter})
+        splitter->setChildrenCollapsible(false);
+    m_sideSplitter->addWidget(m_pane->holderColumn());
+    m_sideSplitter->addWidget(m_history);
+    m_mainSplitter->addWidget(m_pane);
+    m_mainSplitter->addWidget(m_sideSplitter);
 
-void MainWindow::connectTables()
-{
-    m_ui.pane->addTableActions({m_ui.actionCopy, m_ui.actionCopyAll});
-    m_ui.history->setModel(&m_history);
-    m_ui.history->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_ui.history->horizontalHeader()->setSectionResizeMode(app::CardHistory::KIND,
-                                                           QHeaderView::Stretch);
-    connect(m_ui.history->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &current) {
-                if (current.isValid())
-                    showCard(m_history.card(current.row()));
-            });
-    for (QTableView *const table : findChildren<QTableView *>()) {
+    auto *const center = new QWidget;
+    auto *const layout = new QVBoxLayout(center);
+    layout->addWidget(m_stateLine);
+    layout->addWidget(m_simulator);
+    layout->addWidget(m_mainSplitter, 1);
+    layout->addWidget(builtCommands());
+    setCentralWidget(center);
+
+    connect(m_stateLine, &StateLine::cancelRequested, &m_desk, &app::CardDesk::cancel);
+    connect(m_stateLine, &StateLine::detailsRequested, this, &MainWindow::showDetails);
+    connect(m_stateLine, &StateLine::diagnosisRequested, this, &MainWindow::diagnose);
+    connect(m_history, &HistoryPane::chosen, this, &MainWindow::showEarlierCard);
+    connect(m_history, &HistoryPane::exportRequested, this, &MainWindow::exportHistory);
+    connect(m_history, &HistoryPane::clearRequested, this, &MainWindow::clearHistory);
+    connect(m_pane, &CardPane::copied, this, [this](const QString &what) {
+        m_stateLine->setState({StateKind::READ, tr("Copied: %1").arg(what)});
+    });
+    connect(m_pane, &CardPane::copyRefused, this, [this] {
+        m_stateLine->setState({StateKind::ATTENTION, tr("Nothing was copied."),
+                               tr("It is covered, or the card has no such picture.")});
+    });
+    for (QTableView *const table : {m_pane->fields(), m_history->view()}) {
         // A table would take the key for itself, though nothing in it can be pressed.
         auto *const space = new QShortcut(Qt::Key_Space, table);
         space->setContext(Qt::WidgetShortcut);
@@ -88,149 +141,534 @@ void MainWindow::connectTables()
     }
 }
 
+QWidget *MainWindow::builtCommands()
+{
+    m_automatic->setObjectName(QStringLiteral("automatic"));
+    m_coverBox->setObjectName(QStringLiteral("cover"));
+    m_readButton->setToolTip(tr("Space or F5"));
+    m_readButton->setAccessibleName(tr("Read the card on the reader"));
+    m_readButton->setDefault(true);
+    m_coverBox->setToolTip(tr("While others look on. What is saved, printed or exported is the "
+                              "whole card."));
+    auto *const commands = new QWidget;
+    auto *const layout = new QHBoxLayout(commands);
+    layout->setContentsMargins({});
+    layout->addWidget(m_readButton);
+    layout->addWidget(m_automatic);
+    layout->addStretch();
+    layout->addWidget(m_coverBox);
+    layout->addWidget(m_saveButton);
+    layout->addWidget(m_printButton);
+    connect(m_readButton, &QPushButton::clicked, &m_desk, &app::CardDesk::read);
+    connect(m_automatic, &QCheckBox::toggled, &m_desk, &app::CardDesk::setAutomatic);
+    connect(m_automatic, &QCheckBox::clicked, this, &MainWindow::setAutomatic);
+    connect(m_coverBox, &QCheckBox::toggled, this, &MainWindow::cover);
+    connect(m_coverBox, &QCheckBox::clicked, this, [this](bool covered) {
+        m_settings.isCovered = covered;
+        m_settings.store();
+    });
+    connect(m_saveButton, &QPushButton::clicked, this, &MainWindow::save);
+    connect(m_printButton, &QPushButton::clicked, this, &MainWindow::print);
+    return commands;
+}
+
+QAction *MainWindow::action(const QString &text, const QKeySequence &key,
+                            const std::function<void()> &triggered)
+{
+    auto *const made = new QAction(text, this);
+    made->setShortcut(key);
+    connect(made, &QAction::triggered, this, triggered);
+    return made;
+}
+
+QAction *MainWindow::cardAction(const QString &text, const QKeySequence &key,
+                                const std::function<void()> &triggered)
+{
+    QAction *const made = action(text, key, triggered);
+    m_cardActions->addAction(made);
+    return made;
+}
+
+QAction *MainWindow::switchAction(const QString &text, const QKeySequence &key,
+                                  bool ViewerSettings::*on,
+                                  const std::function<void(bool)> &changed)
+{
+    auto *const made = new QAction(text, this);
+    made->setShortcut(key);
+    made->setCheckable(true);
+    made->setChecked(m_settings.*on);
+    connect(made, &QAction::toggled, this, changed);
+    connect(made, &QAction::triggered, this, [this, on](bool isOn) {
+        m_settings.*on = isOn;
+        m_settings.store();
+    });
+    if (m_settings.*on)
+        changed(true);
+    return made;
+}
+
+void MainWindow::buildCardMenu()
+{
+    m_cardActions->setExclusive(false);
+    QMenu *const menu = menuBar()->addMenu(tr("&Card"));
+    menu->addAction(action(tr("&Read"), Qt::Key_F5, [this] { m_desk.read(); }));
+    m_cancelAction = action(tr("&Give up reading"), Qt::Key_Escape, [this] { m_desk.cancel(); });
+    m_cancelAction->setEnabled(false);
+    menu->addAction(m_cancelAction);
+    menu->addSeparator();
+    menu->addAction(cardAction(tr("&Save"), QKeySequence::Save, [this] { save(); }));
+    menu->addAction(cardAction(tr("Save &as…"), Qt::CTRL + Qt::SHIFT + Qt::Key_S,
+                               [this] { saveAs(); }));
+    menu->addAction(
+        cardAction(tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E, [this] { exportPdf(); }));
+    menu->addAction(cardAction(tr("Print pre&view…"), {}, [this] { preview(); }));
+    menu->addAction(cardAction(tr("&Print…"), QKeySequence::Print, [this] { print(); }));
+    menu->addSeparator();
+    menu->addAction(action(tr("&Quit"), Qt::CTRL + Qt::Key_Q, [this] { close(); }));
+}
+
+void MainWindow::buildEditMenu()
+{
+    using Copied = CardPane::Copied;
+    QMenu *const menu = menuBar()->addMenu(tr("&Edit"));
+    menu->addAction(cardAction(tr("Copy the &name"), Qt::CTRL + Qt::Key_1,
+                               [this] { m_pane->copy(Copied::NAME); }));
+    menu->addAction(cardAction(tr("Copy the n&umber"), Qt::CTRL + Qt::Key_2,
+                               [this] { m_pane->copy(Copied::NUMBER); }));
+    QAction *const copy = cardAction(tr("&Copy the selected field"), QKeySequence::Copy,
+                                     [this] { m_pane->copySelectedRow(); });
+    QAction *const copyAll =
+        cardAction(tr("Copy &all fields with labels"), Qt::CTRL + Qt::SHIFT + Qt::Key_C,
+                   [this] { m_pane->copyAllWithLabels(); });
+    menu->addActions({copy, copyAll});
+    m_pane->fields()->addActions({copy, copyAll});
+    menu->addSeparator();
+    menu->addAction(cardAction(tr("Copy the &photo"), {}, [this] { m_pane->copy(Copied::PHOTO); }));
+    menu->addAction(cardAction(tr("Copy the &front"), {}, [this] { m_pane->copy(Copied::FRONT); }));
+    menu->addAction(cardAction(tr("Copy the &back"), {}, [this] { m_pane->copy(Copied::BACK); }));
+    menu->addSeparator();
+    menu->addAction(action(tr("&Search the history"), QKeySequence::Find,
+                           [this] { m_history->focusSearch(); }));
+    menu->addAction(action(tr("C&lear the history"), Qt::CTRL + Qt::SHIFT + Qt::Key_Delete,
+                           [this] { clearHistory(); }));
+    menu->addSeparator();
+    menu->addAction(
+        action(tr("S&ettings…"), Qt::CTRL + Qt::Key_Comma, [this] { openSettings(); }));
+}
+
+void MainWindow::buildViewMenu()
+{
+    QMenu *const menu = menuBar()->addMenu(tr("&View"));
+    menu->addAction(switchAction(tr("&True size"), Qt::Key_F9, &ViewerSettings::isTrueSize,
+                                 [this](bool on) { m_pane->setTrueSize(on); }));
+    menu->addAction(switchAction(tr("&Larger type"), Qt::Key_F8, &ViewerSettings::hasLargeType,
+                                 [this](bool on) { setLargeType(on); }));
+    menu->addAction(switchAction(tr("Always on to&p"), {}, &ViewerSettings::isOnTop,
+                                 [this](bool on) { setOnTop(on); }));
+}
+
+void MainWindow::buildHelpMenu()
+{
+    QMenu *const menu = menuBar()->addMenu(tr("&Help"));
+    menu->addAction(action(tr("&Help"), QKeySequence::HelpContents, [this] { openHelp(); }));
+    menu->addAction(action(tr("&Diagnose…"), Qt::CTRL + Qt::Key_D, [this] { diagnose(); }));
+    menu->addAction(action(tr("&About"), {}, [this] { openAbout(); }));
+}
+
 void MainWindow::connectDesk()
 {
-    connect(&m_desk, &app::CardDesk::readingStarted, this, [this] {
+    using app::CardDesk;
+    m_desk.setLanguage(m_settings.language);
+    connect(&m_desk, &CardDesk::readingStarted, this, [this] {
         dismissCard();
-        showMessage({tr("Reading…")});
-        m_ui.banner->repaint(); // the reading may hold up this thread
-        m_ui.pane->repaint();
+        m_readButton->setEnabled(false);
+        m_cancelAction->setEnabled(true);
+        m_stateLine->setState(
+            {StateKind::READING, tr("Reading…"), tr("Leave the card on the reader.")});
     });
-    connect(&m_desk, &app::CardDesk::cardAwaited, this, [this] {
+    const auto stopped = [this] {
+        m_readButton->setEnabled(true);
+        m_cancelAction->setEnabled(false);
+    };
+    connect(&m_desk, &CardDesk::cancelled, this, [this, stopped] {
+        stopped();
+        m_stateLine->setState({StateKind::WAITING, tr("Reading was given up."),
+                               tr("Lay a card on the reader and press Read.")});
+    });
+    connect(&m_desk, &CardDesk::failed, this, [this, stopped](const app::Problem &problem) {
+        stopped();
         dismissCard();
-        showMessage({tr("Lay a card on the reader; it is read automatically.")});
+        showProblem(problem);
     });
-    connect(&m_desk, &app::CardDesk::failed, this, [this](const app::Message &message) {
+    connect(&m_desk, &CardDesk::cardRead, this,
+            [this, stopped](const app::CardPointer &card, const app::Problem &problem) {
+                stopped();
+                addCard(card, problem);
+            });
+    connect(&m_desk, &CardDesk::cardRemoved, this, [this] {
         dismissCard();
-        showMessage(message);
+        await();
     });
-    connect(&m_desk, &app::CardDesk::cardRead, this, &MainWindow::addCard);
-    m_ui.roadPanel->setDesk(&m_desk);
-    connect(m_ui.roadPanel, &RoadPanel::messageChanged, this, &MainWindow::showMessage);
+    connect(&m_desk, &CardDesk::readerAdded, this, &MainWindow::await);
+    connect(&m_desk, &CardDesk::readerRemoved, this, [this] {
+        dismissCard();
+        m_stateLine->setState({StateKind::ATTENTION, tr("The reader was unplugged."),
+                               tr("Plug it in again; reading goes on by itself.")});
+    });
+    connect(m_simulator, &SimulatorPanel::cardPut, this,
+            [this](const QString &card, const QString &faults) {
+                m_stateLine->setState({StateKind::WAITING, tr("A card lies on the simulator."),
+                                       tr("Press Read.")});
+                m_desk.putCard(card, faults);
+            });
+    connect(m_simulator, &SimulatorPanel::cardTaken, this, [this] {
+        m_stateLine->setState({StateKind::WAITING, tr("No card lies on the simulator.")});
+        m_desk.takeCard();
+    });
+}
+
+void MainWindow::restore()
+{
+    resize(SIZE.boundedTo(QApplication::primaryScreen()->availableSize()));
+    m_mainSplitter->setSizes({SIDES_SHARE, HOLDER_SHARE});
+    m_sideSplitter->setSizes({FIELDS_SHARE, HISTORY_SHARE});
+    restoreGeometry(m_settings.geometry);
+    m_mainSplitter->restoreState(m_settings.mainSplitter);
+    m_sideSplitter->restoreState(m_settings.sideSplitter);
+    m_history->view()->horizontalHeader()->restoreState(m_settings.historyHeader);
 }
 
 void MainWindow::apply(const ViewerOptions &options)
 {
+    app::RoadChoice choice = m_settings.reader;
     if (options.device)
-        m_ui.roadPanel->chooseUsb(*options.device, options.simulatorPhotos);
+        choice = {app::ReaderRoad::USB, options.device, options.simulatorPhotos};
     else if (!options.card.isEmpty())
-        m_ui.roadPanel->putCard(options.card, options.faults);
-    m_ui.cover->setChecked(options.isCovered);
-    m_ui.automatic->setChecked(options.isAutomatic);
+        choice = {app::ReaderRoad::SIMULATOR, {}, false};
+    m_isRoadRemembered = !options.device && options.card.isEmpty();
+    chooseRoad(choice);
+    m_coverBox->setChecked(options.isCovered || m_settings.isCovered);
+    m_automatic->setChecked(options.isAutomatic || m_settings.isAutomatic);
+    await();
+    if (!options.card.isEmpty())
+        m_simulator->putCard(options.card, options.faults);
 }
 
-void MainWindow::addCard(const app::CardPointer &card, const app::Message &message)
+void MainWindow::closeEvent(QCloseEvent *event)
 {
-    m_history.add(card, QDateTime::currentDateTime());
-    m_ui.history->resizeColumnsToContents();
-    m_ui.history->setCurrentIndex(m_history.index(0, 0));
-    showCard(card);
-    showMessage(message);
+    m_settings.geometry = saveGeometry();
+    m_settings.mainSplitter = m_mainSplitter->saveState();
+    m_settings.sideSplitter = m_sideSplitter->saveState();
+    m_settings.historyHeader = m_history->view()->horizontalHeader()->saveState();
+    m_settings.store();
+    QMainWindow::closeEvent(event);
 }
 
-void MainWindow::showCard(const app::CardPointer &card)
+void MainWindow::chooseRoad(const app::RoadChoice &choice)
 {
-    m_card = card;
-    m_ui.pane->setCard(card);
-    m_ui.cardActions->setEnabled(card != nullptr);
+    m_simulator->setVisible(choice.road == app::ReaderRoad::SIMULATOR);
+    m_desk.setRoad(choice);
 }
 
-void MainWindow::dismissCard()
+void MainWindow::setAutomatic(bool automatic)
 {
-    m_ui.history->setCurrentIndex({});
-    showCard(nullptr);
+    m_settings.isAutomatic = automatic;
+    m_settings.store();
+    if (!m_desk.isReading())
+        await();
 }
 
 void MainWindow::cover(bool covered)
 {
-    m_ui.pane->setCovered(covered);
-    m_history.setCovered(covered);
+    m_pane->setCovered(covered);
+    m_history->setCovered(covered);
+}
+
+void MainWindow::setOnTop(bool onTop)
+{
+    const bool wasVisible = isVisible();
+    setWindowFlag(Qt::WindowStaysOnTopHint, onTop); // which hides the window
+    if (wasVisible)
+        show();
+}
+
+void MainWindow::setLargeType(bool large)
+{
+    QFont larger = QApplication::font();
+    if (large)
+        larger.setPointSizeF(larger.pointSizeF() * LARGE_TYPE);
+    setFont(larger);
+}
+
+void MainWindow::addCard(const app::CardPointer &card, const app::Problem &problem)
+{
+    const KeptCard kept{card, QDateTime::currentDateTime()};
+    m_history->add(card);
+    m_read = kept;
+    showCard(kept, app::kindForPeople(*card));
+    if (m_settings.hasSound)
+        QApplication::beep();
+    const QStringList attention = attentionTo(*card, m_coverBox->isChecked());
+    if (!problem.headline.isEmpty()) {
+        m_stateLine->setState(
+            {StateKind::ATTENTION, problem.headline, problem.remedy, detailsOf(problem)});
+    } else if (!attention.isEmpty()) {
+        m_stateLine->setState({StateKind::ATTENTION, tr("The card was read; look at it closely."),
+                               attention.join(QLatin1Char(' '))});
+    } else {
+        m_stateLine->setState({StateKind::READ, tr("The card was read.")});
+    }
+}
+
+void MainWindow::showEarlierCard(const KeptCard &kept)
+{
+    const QString caption = tr("Read at %1, from the history").arg(clock(kept.time));
+    showCard(kept, caption);
+    if (!m_desk.isReading())
+        m_stateLine->setState({StateKind::ATTENTION, tr("An earlier card is shown."),
+                               tr("It was read at %1.").arg(clock(kept.time))});
+}
+
+void MainWindow::showCard(const KeptCard &kept, const QString &caption)
+{
+    m_forget.stop();
+    m_shown = kept;
+    m_pane->setCard(kept.card, caption);
+    m_cardActions->setEnabled(kept.card != nullptr);
+    m_saveButton->setEnabled(kept.card != nullptr);
+    m_printButton->setEnabled(kept.card != nullptr);
+}
+
+void MainWindow::dismissCard()
+{
+    m_history->deselect();
+    const KeptCard previous = m_shown.card ? m_shown : m_read;
+    const bool isKept = previous.card && m_settings.previousCard != PreviousCard::CLEARED;
+    const bool wasFaded = m_pane->isFaded();
+    if (m_shown.card || !isKept) {
+        showCard({}, {});
+        if (isKept)
+            m_pane->setCard(previous.card, {});
+    }
+    if (!isKept || (wasFaded && !m_shown.card))
+        return;
+    m_pane->fade(tr("Previous card, %1").arg(clock(previous.time)));
+    if (m_settings.previousCard == PreviousCard::FADED_A_WHILE)
+        m_forget.start(m_settings.forgetAfterSeconds * 1000);
+}
+
+void MainWindow::forgetCard()
+{
+    m_read = {};
+    showCard({}, {});
 }
 
 void MainWindow::clearHistory()
 {
-    m_history.setRowCount(0);
-    showCard(nullptr);
-    showMessage({tr("The cards of this run are forgotten.")});
+    m_history->clear();
+    forgetCard();
+    m_stateLine->setState({StateKind::WAITING, tr("The cards of this run are forgotten.")});
 }
 
-void MainWindow::askWhereToSave()
+void MainWindow::await()
 {
-    auto *const dialog = new QFileDialog(this, tr("Save in a new folder of"));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    ask(dialog, &MainWindow::saveIn);
+    m_stateLine->setState({StateKind::WAITING,
+                           m_automatic->isChecked()
+                               ? tr("Lay a card on the reader; it is read automatically.")
+                               : tr("Lay a card on the reader and press Read.")});
 }
 
-void MainWindow::saveIn(const QString &parent, const app::Card &card)
+void MainWindow::showProblem(const app::Problem &problem)
 {
-    QString folder;
-    const QString problem = app::saveInNextFolder(card, parent, &folder);
-    tellOfCopy(tr("The card was saved in %1.").arg(folder), tr("The card could not be saved."),
-               problem);
+    m_stateLine->setState(
+        {StateKind::FAILED, problem.headline, problem.remedy, detailsOf(problem)});
 }
 
-void MainWindow::askForPdf()
+void MainWindow::showDetails()
+{
+    const State state = m_stateLine->state();
+    auto *const box = new QMessageBox(QMessageBox::NoIcon, tr("Details"), state.headline,
+                                      QMessageBox::Close, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(state.line + QLatin1String("\n\n") + state.details);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->setIconPixmap(stateIcon(state.kind, 48, devicePixelRatioF()));
+    box->open();
+}
+
+void MainWindow::reportCopy(const QString &done, const QString &failed, const QString &problem)
+{
+    if (!problem.isEmpty())
+        m_stateLine->setState({StateKind::FAILED, failed, problem});
+    else if (m_coverBox->isChecked())
+        m_stateLine->setState(
+            {StateKind::READ, done, tr("It is the whole card: nothing is covered there.")});
+    else
+        m_stateLine->setState({StateKind::READ, done});
+}
+
+void MainWindow::save()
+{
+    if (m_settings.folder.isEmpty()) {
+        askForFolder([this, card = m_shown.card](const QString &folder) {
+            m_settings.folder = folder;
+            m_settings.store();
+            saveIn(folder, *card);
+        });
+    } else {
+        saveIn(m_settings.folder, *m_shown.card);
+    }
+}
+
+void MainWindow::saveAs()
+{
+    askForFolder([this, card = m_shown.card](const QString &folder) { saveIn(folder, *card); });
+}
+
+void MainWindow::askForFolder(const std::function<void(const QString &folder)> &use)
 {
     auto *const dialog =
-        new QFileDialog(this, tr("Export as PDF"), QString(), tr("PDF files (*.pdf)"));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("pdf"));
-    ask(dialog, &MainWindow::exportPdf);
-}
-
-void MainWindow::exportPdf(const QString &path, const app::Card &card)
-{
-    QString problem;
-    app::writeSheetPdf(sheetOf(card), path, &problem);
-    tellOfCopy(tr("The card was exported to %1.").arg(path),
-               tr("The PDF file could not be written."), problem);
-}
-
-void MainWindow::ask(QFileDialog *dialog, CardUse use)
-{
+        new QFileDialog(this, tr("Save in a new folder of"), m_settings.folder);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this, use, card = m_card](const QString &path) { (this->*use)(path, *card); });
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, use);
     dialog->open();
 }
 
-void MainWindow::askForPrinter()
+void MainWindow::saveIn(const QString &folder, const app::Card &card)
+{
+    QString made;
+    const QString problem = m_settings.folderNames == FolderNames::HOLDERS
+                                ? app::saveInHoldersFolder(card, folder, &made)
+                                : app::saveInNextFolder(card, folder, &made);
+    reportCopy(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)),
+               tr("The card could not be saved."), problem);
+}
+
+void MainWindow::askForFile(const QString &title, const QString &proposal, const QString &filter,
+                            const std::function<void(const QString &path)> &use)
+{
+    auto *const dialog = new QFileDialog(this, title, m_settings.folder, filter);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(proposal.section(QLatin1Char('.'), -1));
+    dialog->selectFile(proposal);
+    connect(dialog, &QFileDialog::fileSelected, this, use);
+    dialog->open();
+}
+
+void MainWindow::exportPdf()
+{
+    const QString name = app::holderFileName(*m_shown.card) + QLatin1String(".pdf");
+    askForFile(tr("Export as PDF"), name, tr("PDF files (*.pdf)"),
+               [this, card = m_shown.card](const QString &path) {
+                   QString problem;
+                   app::writeSheetPdf(sheetOf(*card), path, &problem);
+                   reportCopy(tr("The card was exported to %1.").arg(path),
+                              tr("The PDF file could not be written."), problem);
+               });
+}
+
+void MainWindow::exportHistory()
+{
+    const QString name = tr("cards %1.csv")
+                             .arg(QDate::currentDate().toString(Qt::ISODate));
+    askForFile(tr("Export the history"), name, tr("Tables (*.csv)"), [this](const QString &path) {
+        QString problem;
+        writePrivateFile(path, historyCsv(m_history->cards()), &problem);
+        reportCopy(tr("The history was exported to %1.").arg(path),
+                   tr("The table could not be written."), problem);
+    });
+}
+
+void MainWindow::preview()
+{
+    auto *const dialog = new QPrintPreviewDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QPrintPreviewDialog::paintRequested, this,
+            [card = m_shown.card](QPrinter *printer) {
+                app::paintSheet(sheetOf(*card), printer);
+            });
+    dialog->open();
+}
+
+void MainWindow::print()
 {
     const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     auto *const dialog = new QPrintDialog(printer.get(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this, printer, card = m_card] {
-        const bool isPrinted = app::paintSheet(sheetOf(*card), printer.get());
-        const QString remedy = tr("See that the printer is ready and that the card has pictures, "
-                                  "and print once more.");
-        tellOfCopy(tr("The card was sent to the printer."), tr("The card could not be printed."),
-                   isPrinted ? QString() : remedy);
+    connect(dialog, &QDialog::accepted, this,
+            [this, printer, card = m_shown.card] { printOn(*card, printer.get()); });
+    dialog->open();
+}
+
+void MainWindow::printOn(const app::Card &card, QPrinter *printer)
+{
+    if (!app::paintSheet(sheetOf(card), printer)) {
+        m_stateLine->setState({StateKind::FAILED, tr("The card could not be printed."),
+                               tr("See that the printer is ready and that the card has pictures, "
+                                  "and print once more.")});
+        return;
+    }
+    const QString note = app::missingPhotoNote(card);
+    if (note.isEmpty())
+        reportCopy(tr("The card was sent to the printer."), {}, {});
+    else
+        m_stateLine->setState({StateKind::ATTENTION,
+                               tr("The card was sent to the printer, without its portrait."), note});
+}
+
+void MainWindow::openSettings()
+{
+    auto *const dialog = new SettingsDialog(m_settings, this);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        const app::RoadChoice before = m_settings.reader;
+        const ViewerSettings chosen = dialog->settings();
+        m_settings = chosen;
+        m_settings.store();
+        if (chosen.reader != before) {
+            dismissCard();
+            chooseRoad(chosen.reader);
+            await();
+        }
     });
     dialog->open();
 }
 
-void MainWindow::showMessage(const app::Message &message)
+void MainWindow::openHelp()
 {
-    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    const QStyle::StandardPixmap icon = ICONS.at(static_cast<std::size_t>(message.kind));
-    m_ui.icon->setPixmap(style()->standardIcon(icon, nullptr, this).pixmap(size));
-    m_ui.headline->setText(message.headline);
-    m_ui.details->setText(message.lines.join(QLatin1Char('\n')));
-    m_ui.details->setVisible(!message.lines.isEmpty());
-    m_ui.banner->setAccessibleName(message.headline);
-    QAccessibleEvent event(m_ui.banner, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    auto *const box = new QMessageBox(QMessageBox::NoIcon, tr("Help"), tr("Reading a card"),
+                                      QMessageBox::Close, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(
+        tr("Lay the card on the reader and press Space, or let each new card be read.\n\n"
+           "A click on a field copies what it says. The photo and the sides can be dragged to "
+           "other programs.\n\n"
+           "Space or F5: read\tEsc: give up reading\n"
+           "Ctrl+1: copy the name\tCtrl+2: copy the number\n"
+           "Ctrl+S: save\tCtrl+P: print\n"
+           "F9: true size\tF8: larger type\n"
+           "Ctrl+F: search the history\tCtrl+D: diagnose"));
+    box->open();
 }
 
-void MainWindow::tellOfCopy(const QString &done, const QString &failed, const QString &problem)
+void MainWindow::openAbout()
 {
-    if (!problem.isEmpty())
-        showMessage({failed, {problem}, app::Message::Kind::FAILURE});
-    else if (m_ui.cover->isChecked())
-        showMessage({done, {tr("It is the whole card: nothing is covered there.")}});
-    else
-        showMessage({done});
+    auto *const box = new QMessageBox(
+        QMessageBox::NoIcon, tr("About"), tr("Card viewer"), QMessageBox::Close, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setIconPixmap(windowIcon().pixmap(64));
+    box->setInformativeText(app::versionText(QStringLiteral("idcard-viewer")) + QLatin1Char('\n') +
+                            tr("Shows Chinese identity documents that a card reader has read. "
+                               "Nothing of a card is kept but what you save."));
+    box->open();
+}
+
+void MainWindow::diagnose()
+{
+    (new DiagnosisDialog(m_settings.language, this))->open();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent *event)

@@ -2,12 +2,24 @@
 
 // The window: its parts, and what the user can do with a card.
 
+#include <QAction>
+#include <QActionGroup>
+#include <QCheckBox>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTimer>
+
 #include "apps/viewer/card_desk.h"
-#include "apps/viewer/card_table.h"
+#include "apps/viewer/card_pane.h"
+#include "apps/viewer/history_pane.h"
+#include "apps/viewer/simulator_panel.h"
+#include "apps/viewer/state_line.h"
 #include "apps/viewer/viewer_options.h"
-#include "ui_main_window.h"
+#include "apps/viewer/viewer_settings.h"
 
 class QFileDialog;
+class QPrinter;
 
 namespace viewer
 {
@@ -19,42 +31,83 @@ class MainWindow : public QMainWindow
 public:
     explicit MainWindow(const ViewerOptions &options = {});
 
-    /** Whether nothing is read over USB any more, after waiting for so long. */
-    bool endsWithin(int milliseconds) { return m_desk.endsWithin(milliseconds); }
-
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void connectControls();
-    void connectTables();
+    void build();
+    QWidget *builtCommands();
+    void buildCardMenu();
+    void buildEditMenu();
+    void buildViewMenu();
+    void buildHelpMenu();
+    QAction *action(const QString &text, const QKeySequence &key,
+                    const std::function<void()> &triggered);
+    QAction *cardAction(const QString &text, const QKeySequence &key,
+                        const std::function<void()> &triggered);
+    QAction *switchAction(const QString &text, const QKeySequence &key, bool ViewerSettings::*on,
+                          const std::function<void(bool)> &changed);
     void connectDesk();
+    void restore();
     void apply(const ViewerOptions &options);
 
-    void addCard(const app::CardPointer &card, const app::Message &message);
-    void showCard(const app::CardPointer &card);
+    void chooseRoad(const app::RoadChoice &choice);
+    void setAutomatic(bool automatic);
+    void cover(bool covered);
+    void setOnTop(bool onTop);
+    void setLargeType(bool large);
+
+    void addCard(const app::CardPointer &card, const app::Problem &problem);
+    void showEarlierCard(const KeptCard &kept);
+    void showCard(const KeptCard &kept, const QString &caption);
     /** Whoever was shown is not the holder of what comes next; the history still has him. */
     void dismissCard();
-    void cover(bool covered);
+    void forgetCard();
     void clearHistory();
 
-    /** What uses the path that a dialog gives. */
-    using CardUse = void (MainWindow::*)(const QString &path, const app::Card &card);
-    void askWhereToSave();
-    void saveIn(const QString &parent, const app::Card &card);
-    void askForPdf();
-    void exportPdf(const QString &path, const app::Card &card);
-    void ask(QFileDialog *dialog, CardUse use);
-    void askForPrinter();
+    void await();
+    void showProblem(const app::Problem &problem);
+    void showDetails();
+    void reportCopy(const QString &done, const QString &failed, const QString &problem);
 
-    void showMessage(const app::Message &message);
-    /** `problem` is empty if there is a copy of the card now. */
-    void tellOfCopy(const QString &done, const QString &failed, const QString &problem);
+    void save();
+    void saveAs();
+    void saveIn(const QString &folder, const app::Card &card);
+    void askForFolder(const std::function<void(const QString &folder)> &use);
+    void exportPdf();
+    void exportHistory();
+    void askForFile(const QString &title, const QString &proposal, const QString &filter,
+                    const std::function<void(const QString &path)> &use);
+    void preview();
+    void print();
+    void printOn(const app::Card &card, QPrinter *printer);
 
-    Ui::MainWindow m_ui;
+    void openSettings();
+    void openHelp();
+    void openAbout();
+    void diagnose();
+
+    ViewerSettings m_settings;
+    bool m_isRoadRemembered = true; ///< false: it is that of the command line
     app::CardDesk m_desk;
-    app::CardHistory m_history;
-    app::CardPointer m_card;
+    KeptCard m_shown; ///< no card: none that anything can be done with
+    KeptCard m_read;  ///< that was read last, until another is chosen or it is cleared
+    QTimer m_forget;
+
+    StateLine *m_stateLine;
+    SimulatorPanel *m_simulator;
+    CardPane *m_pane;
+    HistoryPane *m_history;
+    QSplitter *m_mainSplitter;
+    QSplitter *m_sideSplitter;
+    QPushButton *m_readButton;
+    QCheckBox *m_automatic;
+    QCheckBox *m_coverBox;
+    QPushButton *m_saveButton;
+    QPushButton *m_printButton;
+    QAction *m_cancelAction = nullptr;
+    QActionGroup *m_cardActions;
 };
 
 } // namespace viewer

@@ -1,0 +1,102 @@
+#include "apps/card/card_input.h"
+
+#include <QJsonValue>
+
+#include "apps/card/card_output.h"
+
+namespace app
+{
+
+namespace
+{
+
+/** The texts of one field as `toJson` writes them; nothing when it writes no such thing. */
+std::optional<QStringList> contentOf(const QJsonValue &value, FieldForm form)
+{
+    if (value.isNull())
+        return QStringList();
+    if (form != FieldForm::SPLIT_DATE)
+        return value.isString() ? std::optional<QStringList>(QStringList(value.toString()))
+                                : std::nullopt;
+    QStringList parts;
+    for (const char *const part : {"year", "month", "day"}) {
+        const QJsonValue text = value.toObject()[QLatin1String(part)];
+        if (!text.isString())
+            return std::nullopt;
+        parts << text.toString();
+    }
+    return parts;
+}
+
+/** Those of the fields that `object` has; nothing when one of them is written in another way. */
+std::optional<FieldContents> contentsIn(const QJsonObject &object,
+                                        const QVector<CardField> &fields)
+{
+    FieldContents contents;
+    for (const CardField &field : fields) {
+        const QString key = QLatin1String(field.key);
+        if (!object.contains(key))
+            continue;
+        const auto content = contentOf(object[key], field.form);
+        if (!content)
+            return std::nullopt;
+        contents.insert(key, *content);
+    }
+    return contents;
+}
+
+/** The file that a part of the card holds; null bytes when it holds none. */
+QByteArray fileIn(const QJsonObject &object, const char *part)
+{
+    const QJsonValue data = object[QLatin1String(part)].toObject()[QLatin1String("data")];
+    return data.isString() ? QByteArray::fromBase64(data.toString().toLatin1()) : QByteArray();
+}
+
+bool isPhoto(const QByteArray &file)
+{
+    return file.size() == int(IDCARD_PHOTO_SIZE) &&
+           photoFormatOf(reinterpret_cast<const unsigned char *>(file.constData())) ==
+               PhotoFormat::BMP;
+}
+
+/** Nothing in place of 0: not a card of this kind; 1 and 2 need their data. */
+std::optional<int> printCountIn(const QJsonObject &object)
+{
+    const QJsonObject prints = object[QLatin1String("fingerprints")].toObject();
+    if (prints.isEmpty())
+        return 0;
+    const QJsonValue count = prints[QLatin1String("count")];
+    return count.isDouble() ? std::optional<int>(count.toInt()) : std::nullopt;
+}
+
+CardMedia mediaIn(const QJsonObject &object)
+{
+    CardMedia media;
+    media.photoArea = fileIn(object, "photo");
+    media.fingerprintCount = printCountIn(object);
+    media.fingerprints = fileIn(object, "fingerprints");
+    media.pictures = {fileIn(object, "frontPicture"), fileIn(object, "backPicture")};
+    return media;
+}
+
+} // namespace
+
+std::optional<Card> cardFromJson(const QJsonObject &object)
+{
+    const auto road = roadOf(object[QLatin1String("road")].toString());
+    const auto kind = kindCodeOf(object[QLatin1String("kind")].toString());
+    const auto format = photoFormatOf(
+        object[QLatin1String("photo")].toObject()[QLatin1String("format")].toString());
+    if (!road || !kind || !format)
+        return std::nullopt;
+    const QVector<CardField> fields = fieldsOfKind(*kind);
+    const auto contents = contentsIn(object, fields);
+    const auto whole = contentsIn(object[QLatin1String("whole")].toObject(), fields);
+    const CardMedia media = mediaIn(object);
+    const bool isPhotoWhole = *format != PhotoFormat::BMP || isPhoto(media.photoArea);
+    if (!contents || contents->size() != fields.size() || !whole || !isPhotoWhole)
+        return std::nullopt;
+    return Card(*road, *kind, *contents, *whole, *format, media);
+}
+
+} // namespace app

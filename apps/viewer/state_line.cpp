@@ -1,0 +1,172 @@
+#include "apps/viewer/state_line.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QTextLayout>
+#include <QVBoxLayout>
+
+namespace viewer
+{
+
+namespace
+{
+
+constexpr int ICON_SIZE = 40;
+constexpr int LINES = 2; ///< below the headline
+constexpr double HEADLINE_SCALE = 1.35;
+constexpr int GROUND_SHARE = 12; ///< per cent of the state's colour in the ground
+
+enum Buttons { NO_BUTTON, CANCEL, FAILURE };
+
+/** As much of the text as so many lines of this width hold; "…" stands for the rest. */
+QString fitted(const QString &text, const QFont &font, int width, int lines)
+{
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    int begin = 0;
+    for (int line = 0; line < lines; ++line) {
+        QTextLine laid = layout.createLine();
+        if (!laid.isValid())
+            return text;
+        laid.setLineWidth(width);
+        begin = line + 1 < lines ? laid.textStart() + laid.textLength() : laid.textStart();
+    }
+    layout.endLayout();
+    return text.left(begin) + QFontMetrics(font).elidedText(text.mid(begin), Qt::ElideRight, width);
+}
+
+QColor mixed(const QColor &first, const QColor &second, int shareOfSecond)
+{
+    const auto mix = [&](int one, int other) {
+        return (one * (100 - shareOfSecond) + other * shareOfSecond) / 100;
+    };
+    return {mix(first.red(), second.red()), mix(first.green(), second.green()),
+            mix(first.blue(), second.blue())};
+}
+
+} // namespace
+
+StateLine::StateLine(QWidget *parent)
+    : QFrame(parent), m_icon(new QLabel), m_headline(new QLabel), m_line(new QLabel),
+      m_buttons(new QStackedWidget), m_cancel(new QPushButton(tr("Cancel"))),
+      m_details(new QPushButton(tr("De&tails"))), m_diagnose(new QPushButton(tr("Dia&gnose")))
+{
+    build();
+    fitToFont();
+}
+
+void StateLine::build()
+{
+    setObjectName(QStringLiteral("stateLine"));
+    setFrameShape(QFrame::StyledPanel);
+    setAutoFillBackground(true);
+    m_icon->setObjectName(QStringLiteral("icon"));
+    m_icon->setFixedSize(ICON_SIZE, ICON_SIZE);
+    m_headline->setObjectName(QStringLiteral("headline"));
+    m_headline->setTextFormat(Qt::PlainText);
+    m_headline->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_line->setObjectName(QStringLiteral("line"));
+    m_line->setTextFormat(Qt::PlainText);
+    m_line->setWordWrap(true);
+    m_line->setAlignment(Qt::AlignTop);
+    m_line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    m_line->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_cancel->setObjectName(QStringLiteral("cancel"));
+    m_cancel->setToolTip(tr("Esc"));
+    m_details->setObjectName(QStringLiteral("details"));
+    m_diagnose->setObjectName(QStringLiteral("diagnose"));
+    m_diagnose->setToolTip(tr("Look for what keeps cards from being read"));
+
+    auto *const failureButtons = new QWidget;
+    auto *const failureLayout = new QHBoxLayout(failureButtons);
+    failureLayout->setContentsMargins({});
+    failureLayout->addWidget(m_details);
+    failureLayout->addWidget(m_diagnose);
+    auto *const cancelPage = new QWidget;
+    auto *const cancelLayout = new QHBoxLayout(cancelPage);
+    cancelLayout->setContentsMargins({});
+    cancelLayout->addStretch();
+    cancelLayout->addWidget(m_cancel);
+    m_buttons->addWidget(new QWidget);
+    m_buttons->addWidget(cancelPage);
+    m_buttons->addWidget(failureButtons);
+    m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+
+    auto *const texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(m_headline);
+    texts->addWidget(m_line);
+    auto *const layout = new QHBoxLayout(this);
+    layout->addWidget(m_icon);
+    layout->addLayout(texts, 1);
+    layout->addWidget(m_buttons);
+
+    connect(m_cancel, &QPushButton::clicked, this, &StateLine::cancelRequested);
+    connect(m_details, &QPushButton::clicked, this, &StateLine::detailsRequested);
+    connect(m_diagnose, &QPushButton::clicked, this, &StateLine::diagnosisRequested);
+}
+
+void StateLine::fitToFont()
+{
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * HEADLINE_SCALE);
+    large.setBold(true);
+    if (m_headline->font() != large)
+        m_headline->setFont(large);
+    m_headline->setFixedHeight(QFontMetrics(large).lineSpacing());
+    m_line->setFixedHeight(LINES * QFontMetrics(font()).lineSpacing());
+}
+
+void StateLine::setState(const State &state)
+{
+    m_state = state;
+    const bool isFailure = state.kind == StateKind::FAILED || !state.details.isEmpty();
+    m_details->setEnabled(!state.details.isEmpty());
+    m_buttons->setCurrentIndex(state.kind == StateKind::READING ? CANCEL
+                               : isFailure                      ? FAILURE
+                                                                : NO_BUTTON);
+    colour();
+    showTexts();
+    setAccessibleName(state.headline);
+    setAccessibleDescription(state.line);
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void StateLine::colour()
+{
+    m_icon->setPixmap(stateIcon(m_state.kind, ICON_SIZE, devicePixelRatioF()));
+    QPalette colours = palette();
+    const QColor ground = parentWidget() != nullptr
+                              ? parentWidget()->palette().color(QPalette::Window)
+                              : colours.color(QPalette::Window);
+    colours.setColor(QPalette::Window, mixed(ground, stateColour(m_state.kind), GROUND_SHARE));
+    setPalette(colours);
+}
+
+void StateLine::showTexts()
+{
+    const QString headline = QFontMetrics(m_headline->font())
+                                 .elidedText(m_state.headline, Qt::ElideRight, m_headline->width());
+    m_headline->setText(headline);
+    m_headline->setToolTip(headline == m_state.headline ? QString() : m_state.headline);
+    const QString line = fitted(m_state.line, m_line->font(), m_line->width(), LINES);
+    m_line->setText(line);
+    m_line->setToolTip(line == m_state.line ? QString() : m_state.line);
+}
+
+void StateLine::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        fitToFont();
+}
+
+void StateLine::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    showTexts();
+}
+
+} // namespace viewer

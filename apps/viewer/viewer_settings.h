@@ -1,0 +1,51 @@
+#pragma once
+
+// What the window remembers from one run to the next: how it reads, what it does with a card, and
+// how it looks. Nothing of a card is among it.
+
+#include <QByteArray>
+#include <QString>
+
+#include "apps/viewer/card_desk.h"
+
+namespace viewer
+{
+
+/** What becomes of a card that is not the one on the reader any more. */
+enum class PreviousCard {
+    FADED,         ///< it is greyed, under the time at which it was read
+    FADED_A_WHILE, ///< likewise, and gone after `forgetAfterSeconds`
+    CLEARED,       ///< it is gone at once
+};
+
+enum class FolderNames {
+    NUMBERS, ///< 0001, 0002, ...
+    HOLDERS, ///< the holder's name and number
+};
+
+struct ViewerSettings {
+    app::RoadChoice reader;
+    bool isAutomatic = false;
+    bool hasSound = true;
+    PreviousCard previousCard = PreviousCard::FADED_A_WHILE;
+    int forgetAfterSeconds = 60;
+
+    QString folder; ///< in which cards are saved; empty: not chosen yet
+    FolderNames folderNames = FolderNames::NUMBERS;
+
+    QString language; ///< empty: the user's; takes effect when the program starts
+    bool isCovered = false;
+    bool isOnTop = false;
+    bool hasLargeType = false;
+    bool isTrueSize = false;
+    QByteArray geometry;
+    QByteArray mainSplitter;
+    QByteArray sideSplitter;
+    QByteArray historyHeader;
+
+    /** What an earlier run remembered; what it did not, or in words not known, is as above. */
+    static ViewerSettings load();
+    void store() const;
+};
+
+} // namespace viewer
