@@ -97,7 +97,7 @@ void SettingsDialog::build()
     m_forgetAfter->setObjectName(QStringLiteral("forgetAfter"));
     m_forgetAfter->setAccessibleName(tr("Seconds until it is cleared"));
     m_folder->setObjectName(QStringLiteral("folder"));
-    m_folder->setPlaceholderText(tr("asked for when the first card is saved"));
+    m_folder->setPlaceholderText(tr("asked at the first Save"));
     auto *const refresh = new QPushButton(tr("Re&fresh"));
     refresh->setObjectName(QStringLiteral("refresh"));
     refresh->setToolTip(tr("List the USB devices again"));

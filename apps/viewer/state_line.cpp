@@ -14,6 +14,7 @@ namespace
 
 constexpr int ICON_SIZE = 40;
 constexpr int LINES = 2; ///< below the headline
+constexpr int SPACING = 2;
 constexpr double HEADLINE_SCALE = 1.35;
 constexpr int GROUND_SHARE = 12; ///< per cent of the state's colour in the ground
 
@@ -94,9 +95,11 @@ void StateLine::build()
     m_buttons->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 
     auto *const texts = new QVBoxLayout;
-    texts->setSpacing(2);
+    texts->setSpacing(SPACING);
+    texts->addStretch();
     texts->addWidget(m_headline);
     texts->addWidget(m_line);
+    texts->addStretch();
     auto *const layout = new QHBoxLayout(this);
     layout->addWidget(m_icon);
     layout->addLayout(texts, 1);
@@ -114,8 +117,12 @@ void StateLine::fitToFont()
     large.setBold(true);
     if (m_headline->font() != large)
         m_headline->setFont(large);
-    m_headline->setFixedHeight(QFontMetrics(large).lineSpacing());
-    m_line->setFixedHeight(LINES * QFontMetrics(font()).lineSpacing());
+    const int headlineHeight = QFontMetrics(large).lineSpacing();
+    const int linesHeight = LINES * QFontMetrics(font()).lineSpacing();
+    const QMargins margins = layout()->contentsMargins();
+    m_headline->setFixedHeight(headlineHeight);
+    setFixedHeight(headlineHeight + SPACING + linesHeight + margins.top() + margins.bottom() +
+                   2 * frameWidth());
 }
 
 void StateLine::setState(const State &state)
@@ -153,6 +160,7 @@ void StateLine::showTexts()
     m_headline->setToolTip(headline == m_state.headline ? QString() : m_state.headline);
     const QString line = fitted(m_state.line, m_line->font(), m_line->width(), LINES);
     m_line->setText(line);
+    m_line->setVisible(!line.isEmpty());
     m_line->setToolTip(line == m_state.line ? QString() : m_state.line);
 }
 
