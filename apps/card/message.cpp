@@ -26,11 +26,6 @@ QString paragraph(const QString &text)
 
 } // namespace
 
-QString resultText(const char *text)
-{
-    return translated("Results", text);
-}
-
 QString remedyLine(const QString &remedy)
 {
     return tr("What to do: %1").arg(remedy);

@@ -28,9 +28,6 @@ QString moreAbout(ExitStatus status);
 /** A code that is in no catalogue. */
 Message unknownCodeMessage(int code);
 
-/** `text` of a catalogue in the user's language. */
-QString resultText(const char *text);
-
 /** "What to do: ...", "Cause: ...", "Code: ..." */
 QString remedyLine(const QString &remedy);
 QString causeLine(const QString &cause);

@@ -133,4 +133,9 @@ const ResultEntry *findResult(int code, bool recordFilled)
     return found == entries.end() ? nullptr : &*found;
 }
 
+QString resultText(const char *text)
+{
+    return translated("Results", text);
+}
+
 } // namespace app

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+#include <QString>
+
 #include "apps/process/exit_status.h"
 
 namespace app
@@ -38,5 +40,8 @@ const std::vector<ExitStatusEntry> &exitStatusCatalogue();
  * for a number that is not one of its results.
  */
 const ResultEntry *findResult(int code, bool recordFilled);
+
+/** `text` of a catalogue in the user's language. */
+QString resultText(const char *text);
 
 } // namespace app
