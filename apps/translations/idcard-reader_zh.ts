@@ -2205,6 +2205,201 @@
     </message>
 </context>
 <context>
+    <name>Service</name>
+    <message>
+        <source>The bus cannot be reached: %1. Start the program where there is one, for instance within dbus-run-session.</source>
+        <translation>无法连接总线：%1。请在有总线的环境中启动本程序，例如通过 dbus-run-session。</translation>
+    </message>
+    <message>
+        <source>The name %1 is taken on the bus: another service runs. End it first.</source>
+        <translation>总线上的名称 %1 已被占用：另一个服务正在运行。请先将其结束。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is none of photo, pictures and fingerprints.</source>
+        <translation>“%1”不是 photo、pictures、fingerprints 之一。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is asked for twice.</source>
+        <translation>“%1”被要求了两次。</translation>
+    </message>
+    <message>
+        <source>The time limit is %1 ms; it takes 1 to %2.</source>
+        <translation>时间限制为 %1 毫秒；可用值为 1 到 %2。</translation>
+    </message>
+    <message>
+        <source>%1 takes arguments of the types &quot;%2&quot;.</source>
+        <translation>%1 的参数类型为“%2”。</translation>
+    </message>
+    <message>
+        <source>There is no such method.</source>
+        <translation>没有这个方法。</translation>
+    </message>
+    <message>
+        <source>There is no such error.</source>
+        <translation>没有这个错误。</translation>
+    </message>
+    <message>
+        <source>A program has been reading through the service since %1.</source>
+        <translation>自 %1 起，有程序正通过本服务读卡。</translation>
+    </message>
+    <message>
+        <source>There is no such property.</source>
+        <translation>没有这个属性。</translation>
+    </message>
+    <message>
+        <source>The property can only be read.</source>
+        <translation>该属性只能读取。</translation>
+    </message>
+    <message>
+        <source>Several USB devices could be the reader.</source>
+        <translation>可能是读卡器的 USB 设备有多个。</translation>
+    </message>
+    <message>
+        <source>Which of them is meant is not known.</source>
+        <translation>不知道指的是其中哪一个。</translation>
+    </message>
+    <message>
+        <source>Unplug the others, or name the ids of the reader in the configuration file of the machine.</source>
+        <translation>请拔下其他设备，或在本机的配置文件中写明读卡器的 ID。</translation>
+    </message>
+    <message>
+        <source>Reading the card did not end in time.</source>
+        <translation>没有在限定时间内读完证件。</translation>
+    </message>
+    <message>
+        <source>The reader asks again and again for another try, or does not answer.</source>
+        <translation>读卡器一再要求重试，或者没有应答。</translation>
+    </message>
+    <message>
+        <source>Lay the card flat on the middle of the reader, keep it still and read once more; if it happens again, unplug the reader and plug it in.</source>
+        <translation>请将证件平放在读卡器中央，不要移动，再读一次；如果仍然出现，请重新插拔读卡器。</translation>
+    </message>
+    <message>
+        <source>The reading was cancelled.</source>
+        <translation>读取已取消。</translation>
+    </message>
+    <message>
+        <source>The program that asked for the card asked to stop, or the service was ended.</source>
+        <translation>请求读卡的程序要求停止，或者服务被结束。</translation>
+    </message>
+    <message>
+        <source>Read once more.</source>
+        <translation>请再读一次。</translation>
+    </message>
+    <message>
+        <source>The reader is in use.</source>
+        <translation>读卡器正被占用。</translation>
+    </message>
+    <message>
+        <source>A program is reading through the service, which serves one at a time.</source>
+        <translation>有程序正通过本服务读卡，而本服务一次只服务一个程序。</translation>
+    </message>
+    <message>
+        <source>Wait until the reader is free, or end the other program.</source>
+        <translation>请等到读卡器空闲，或结束另一个程序。</translation>
+    </message>
+    <message>
+        <source>This program may not read cards.</source>
+        <translation>该程序无权读卡。</translation>
+    </message>
+    <message>
+        <source>The rules of this machine do not allow it to its user.</source>
+        <translation>本机的规则不允许该程序的用户读卡。</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this machine for a rule that allows it.</source>
+        <translation>请让本机管理员添加允许读卡的规则。</translation>
+    </message>
+    <message>
+        <source>The call to the service is wrong.</source>
+        <translation>对服务的调用有误。</translation>
+    </message>
+    <message>
+        <source>An argument has a value that it may not have.</source>
+        <translation>某个参数的值不被接受。</translation>
+    </message>
+    <message>
+        <source>Correct the program that calls; idcard-readerd(8) describes the arguments.</source>
+        <translation>请更正调用的程序；idcard-readerd(8) 说明了各参数。</translation>
+    </message>
+    <message>
+        <source>A configuration file has a mistake.</source>
+        <translation>配置文件有误。</translation>
+    </message>
+    <message>
+        <source>A key or a value in it is unknown, or a line is not one of both.</source>
+        <translation>其中的键或值无法识别，或者某一行不是键和值。</translation>
+    </message>
+    <message>
+        <source>Correct the file; &quot;idcard-reader doctor&quot; shows which files there are and what they say.</source>
+        <translation>请改正该文件；“idcard-reader doctor”显示有哪些配置文件及其内容。</translation>
+    </message>
+    <message>
+        <source>The program that reads the card failed.</source>
+        <translation>读取证件的程序出错。</translation>
+    </message>
+    <message>
+        <source>idcard-reader, which the service starts, was not found, crashed, did not end, or printed what is no result.</source>
+        <translation>服务所启动的 idcard-reader 未找到、崩溃、没有结束，或输出的不是结果。</translation>
+    </message>
+    <message>
+        <source>Read once more. If it happens again, run &quot;idcard-reader doctor&quot; and install the programs again.</source>
+        <translation>请再读一次。若再次发生，请运行“idcard-reader doctor”，并重新安装程序。</translation>
+    </message>
+    <message>
+        <source>Serve on the user&apos;s own bus, to every program on it.</source>
+        <translation>在用户自己的总线上，为其上的所有程序服务。</translation>
+    </message>
+    <message>
+        <source>Read this card, without a reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card.</source>
+        <translation>不用读卡器，读取这张证件：“idcard-reader cards”列出的名称，或描述证件的文件。</translation>
+    </message>
+    <message>
+        <source>Let the simulator fail, with one of the faults of &quot;idcard-reader read --help&quot; or several separated by commas.</source>
+        <translation>让模拟器出错：“idcard-reader read --help”所列的一个故障，或以逗号分隔的多个。</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Exit status</source>
+        <translation>退出状态</translation>
+    </message>
+    <message>
+        <source>No program needed it any more, or it was ended by a signal.</source>
+        <translation>不再有程序需要它，或被信号结束。</translation>
+    </message>
+    <message>
+        <source>There is no bus, or the name is taken on it.</source>
+        <translation>没有总线，或名称在总线上已被占用。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value.</source>
+        <translation>用法错误：未知的选项或值。</translation>
+    </message>
+    <message>
+        <source>Usage: %1
+
+</source>
+        <translation>用法：%1
+
+</translation>
+    </message>
+    <message>
+        <source>Reads cards for other programs, which call it over D-Bus. The bus starts it when it is needed; it ends after a minute without a call.</source>
+        <translation>为其他程序读卡，它们通过 D-Bus 调用它。需要时由总线启动；一分钟内没有调用就结束。</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+</context>
+<context>
     <name>Simulator</name>
     <message>
         <source>The simulator could not be loaded: %1. Build or install %2, or name it in the environment variable %3.</source>

@@ -1,0 +1,74 @@
+// idcard-readerd: takes the command line, joins the bus and serves until nobody needs it.
+
+#include <array>
+
+#include <QCoreApplication>
+
+#include "apps/process/core_dumps.h"
+#include "apps/process/interruption.h"
+#include "apps/process/locale.h"
+#include "apps/process/readable_notifier.h"
+#include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
+#include "apps/service/reader_service.h"
+#include "apps/service/service_options.h"
+
+namespace
+{
+
+using namespace app;
+
+IDCARD_TEXTS(Service)
+
+// Qt takes its own arguments out of the ones it gets; this program's are not among them.
+std::array<char, 15> programName = {"idcard-readerd"};
+std::array<char *, 2> qtArguments = {programName.data(), nullptr};
+int qtArgumentCount = 1;
+
+ExitStatus serve(const ServiceOptions &options)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        printMessage(tr("The bus cannot be reached: %1. Start the program where there is one, for "
+                        "instance within dbus-run-session.")
+                         .arg(bus.lastError().message()));
+        return ExitStatus::PROGRAM_FAILED;
+    }
+    bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                QCoreApplication::instance(), SLOT(quit()));
+    ReaderService service(options, bus);
+    if (!service.appear()) {
+        printMessage(tr("The name %1 is taken on the bus: another service runs. End it first.")
+                         .arg(QStringLiteral(IDCARD_SERVICE_NAME)));
+        return ExitStatus::PROGRAM_FAILED;
+    }
+    catchInterruption(ExitStatus::DONE);
+    ReadableNotifier interruption(interruptionDescriptor(), [&] {
+        interruption.setEnabled(false);
+        service.leave();
+    });
+    QCoreApplication::exec();
+    return ExitStatus::DONE;
+}
+
+ExitStatus run(const QStringList &arguments, Output *output)
+{
+    const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    translateApplication();
+    const CommandLine<ServiceOptions> line = parseServiceArguments(arguments);
+    return line.options ? serve(*line.options) : answer(line.problem, line.text, output);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    forbidCoreDumps();
+    setProgramName(SERVICE_PROGRAM_NAME);
+    Output output;
+    installMessageHandler();
+    useUtf8InPlainLocale();
+    const ExitStatus status = run(argumentsOf(argc, argv), &output);
+    return static_cast<int>(closedWith(status, &output));
+}

@@ -1,0 +1,320 @@
+#include "apps/service/reader_service.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QFile>
+#include <QLocale>
+
+#include "apps/process/translation.h"
+#include "apps/service/read_request.h"
+
+// At global scope: the macro declares a function of the generated code.
+static void registerInterface()
+{
+    // A static library's resource is not registered by itself.
+    Q_INIT_RESOURCE(interface);
+}
+
+namespace app
+{
+
+namespace
+{
+
+IDCARD_TEXTS(Service)
+
+const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
+const QString PATH = QStringLiteral(IDCARD_SERVICE_PATH);
+const QString PROPERTIES = QStringLiteral("org.freedesktop.DBus.Properties");
+constexpr int IDLE_MS = 60000;
+
+/** Of the service alone: what describes it to people is left out. */
+QString interfaceText()
+{
+    registerInterface();
+    QFile file(QStringLiteral(":/idcard-readerd/interface.xml"));
+    file.open(QIODevice::ReadOnly);
+    const QString text = QString::fromUtf8(file.readAll());
+    const QString end = QStringLiteral("</interface>");
+    const int begin = text.indexOf(QLatin1String("<interface"));
+    return text.mid(begin, text.indexOf(end) + end.size() - begin);
+}
+
+} // namespace
+
+const ReaderService::Method ReaderService::METHODS[] = {
+    {"ReadCard", "asu", &ReaderService::readCard},
+    {"Cancel", "", &ReaderService::cancel},
+    {"DescribeError", "ss", &ReaderService::describeError},
+};
+
+ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
+    : m_options(std::move(options)), m_bus(bus), m_readers([this] { propertyChanged("Reader"); })
+{
+    m_clients.setConnection(bus);
+    m_clients.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    connect(&m_clients, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this](const QString &client) { clientLeft(client); });
+    m_idle.setSingleShot(true);
+    connect(&m_idle, &QTimer::timeout, this, [this] { leaveIfIdle(); });
+    m_idle.start(IDLE_MS);
+}
+
+bool ReaderService::appear()
+{
+    return m_bus.registerVirtualObject(PATH, this) && m_bus.registerService(NAME);
+}
+
+void ReaderService::leaveIfIdle()
+{
+    if (m_claim)
+        m_idle.start(IDLE_MS);
+    else
+        leave();
+}
+
+void ReaderService::leave()
+{
+    m_isLeaving = true;
+    m_bus.unregisterService(NAME);
+    if (m_worker != nullptr)
+        m_worker->stop();
+    else // calls that came before the name was given back are still answered
+        QTimer::singleShot(0, this, [this] {
+            if (m_worker == nullptr)
+                QCoreApplication::quit();
+        });
+}
+
+QString ReaderService::introspect(const QString & /*path*/) const
+{
+    return interfaceText();
+}
+
+bool ReaderService::handleMessage(const QDBusMessage &call, const QDBusConnection & /*connection*/)
+{
+    m_idle.start(IDLE_MS);
+    if (call.interface() == PROPERTIES) {
+        answerProperties(call);
+        return true;
+    }
+    if (call.interface() != NAME && !call.interface().isEmpty())
+        return false;
+    const auto *const method =
+        std::find_if(std::begin(METHODS), std::end(METHODS), [&](const Method &known) {
+            return call.member() == QLatin1String(known.name);
+        });
+    if (method == std::end(METHODS))
+        return refuseUnknownMethod(call);
+    if (call.signature() == QLatin1String(method->signature))
+        (this->*method->carryOut)(call);
+    else
+        refuse(call, ServiceError::INVALID_ARGUMENT,
+               tr("%1 takes arguments of the types \"%2\".")
+                   .arg(call.member())
+                   .arg(QLatin1String(method->signature)));
+    return true;
+}
+
+/** Of this interface; a call without any may be one of the bus's own methods. */
+bool ReaderService::refuseUnknownMethod(const QDBusMessage &call)
+{
+    if (call.interface().isEmpty())
+        return false;
+    m_bus.send(call.createErrorReply(QDBusError::UnknownMethod, tr("There is no such method.")));
+    return true;
+}
+
+void ReaderService::readCard(const QDBusMessage &call)
+{
+    const QStringList parts = call.arguments().at(0).toStringList();
+    const unsigned int timeoutMs = call.arguments().at(1).toUInt();
+    QString problem = problemOfParts(parts);
+    if (problem.isEmpty())
+        problem = problemOfTimeout(timeoutMs);
+    if (!problem.isEmpty())
+        refuse(call, ServiceError::INVALID_ARGUMENT, problem);
+    else if (isFreeFor(call))
+        claim(call, readArguments(parts, timeoutMs), static_cast<int>(timeoutMs));
+}
+
+void ReaderService::cancel(const QDBusMessage &call)
+{
+    if (!m_claim) {
+        reply(call);
+    } else if (m_claim->client == call.service()) {
+        m_claim->waiting << call;
+        m_worker->stop();
+    } else {
+        isFreeFor(call); // it is not, and says so
+    }
+}
+
+void ReaderService::describeError(const QDBusMessage &call)
+{
+    const QString name = call.arguments().at(0).toString();
+    const QString language = call.arguments().at(1).toString();
+    chooseLanguage(language.isEmpty() ? QLocale::system() : QLocale(language));
+    const std::optional<ErrorTexts> texts = textsOf(name);
+    chooseLanguage(QLocale::system());
+    if (texts)
+        reply(call, {texts->headline, texts->cause, texts->remedy});
+    else
+        refuse(call, ServiceError::INVALID_ARGUMENT, tr("There is no such error."));
+}
+
+/** Refuses the call if a program has the reader, be it the caller itself. */
+bool ReaderService::isFreeFor(const QDBusMessage &call)
+{
+    if (!m_claim && !m_isLeaving)
+        return true;
+    QString cause;
+    if (m_claim)
+        cause = tr("A program has been reading through the service since %1.")
+                    .arg(m_claim->since.toString(Qt::ISODate));
+    refuse(call, ServiceError::BUSY, cause);
+    return false;
+}
+
+void ReaderService::claim(const QDBusMessage &call, const QStringList &arguments, int timeoutMs)
+{
+    m_claim = Claim{call.service(), QDateTime::currentDateTime(), call, {}};
+    endWhenClientLeaves(call.service());
+    propertyChanged("State");
+    m_worker = std::make_unique<Worker>(
+        nullptr, [this](Worker::End end, const QByteArray &output) { endClaim(end, output); });
+    m_worker->run(arguments + simulation(), timeoutMs);
+}
+
+void ReaderService::endClaim(Worker::End end, const QByteArray &output)
+{
+    const Claim ended = *m_claim;
+    m_claim.reset();
+    m_worker.release()->deleteLater();
+    m_clients.removeWatchedService(ended.client);
+    if (ended.call)
+        answerRead(*ended.call, end, output);
+    for (const QDBusMessage &call : ended.waiting)
+        reply(call);
+    propertyChanged("State");
+    m_idle.start(IDLE_MS);
+    if (m_isLeaving)
+        leave();
+}
+
+/** Also when it has left before it is watched for. */
+void ReaderService::endWhenClientLeaves(const QString &client)
+{
+    m_clients.addWatchedService(client);
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question << client;
+    auto *const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, client] {
+        const QDBusPendingReply<bool> isThere = *answer;
+        if (isThere.isValid() && !isThere.value())
+            clientLeft(client);
+        answer->deleteLater();
+    });
+}
+
+void ReaderService::clientLeft(const QString &client)
+{
+    if (!m_claim || m_claim->client != client)
+        return;
+    m_claim->call.reset();
+    m_claim->waiting.clear();
+    m_worker->stop();
+}
+
+QStringList ReaderService::simulation() const
+{
+    if (m_options.card.isEmpty())
+        return {};
+    QStringList arguments = {"--simulate", m_options.card};
+    if (!m_options.faults.isEmpty())
+        arguments << QStringLiteral("--fault") << m_options.faults;
+    return arguments;
+}
+
+void ReaderService::answerRead(const QDBusMessage &call, Worker::End end, const QByteArray &output)
+{
+    switch (end) {
+    case Worker::End::FAILED:
+        return refuse(call, ServiceError::WORKER_FAILED);
+    case Worker::End::STOPPED:
+        return refuse(call, ServiceError::CANCELLED);
+    case Worker::End::TIMED_OUT:
+        return refuse(call, ServiceError::TIMED_OUT);
+    case Worker::End::DONE:
+        break;
+    }
+    const std::optional<ReadFailure> failure = failureIn(output);
+    if (failure)
+        refuse(call, failure->error, failure->texts);
+    else
+        reply(call, {QString::fromUtf8(output)});
+}
+
+void ReaderService::reply(const QDBusMessage &call, const QVariantList &values)
+{
+    m_bus.send(call.createReply(values));
+}
+
+void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const QString &cause)
+{
+    ErrorTexts texts = textsOf(error);
+    if (!cause.isEmpty())
+        texts.cause = cause;
+    refuse(call, error, texts);
+}
+
+void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts)
+{
+    const QStringList lines = {texts.headline, texts.cause, texts.remedy};
+    m_bus.send(call.createErrorReply(busName(error), lines.join(QLatin1Char('\n'))));
+}
+
+void ReaderService::answerProperties(const QDBusMessage &call)
+{
+    const QVariantMap all = properties();
+    const QString name = call.arguments().value(1).toString();
+    if (call.member() == QLatin1String("GetAll") && call.signature() == QLatin1String("s"))
+        reply(call, {all});
+    else if (!all.contains(name))
+        m_bus.send(
+            call.createErrorReply(QDBusError::UnknownProperty, tr("There is no such property.")));
+    else if (call.member() == QLatin1String("Get"))
+        reply(call, {QVariant::fromValue(QDBusVariant(all.value(name)))});
+    else
+        m_bus.send(call.createErrorReply(QDBusError::PropertyReadOnly,
+                                         tr("The property can only be read.")));
+}
+
+QVariantMap ReaderService::properties() const
+{
+    return {{QStringLiteral("Version"), QStringLiteral(IDCARD_VERSION)},
+            {QStringLiteral("State"), m_claim ? QStringLiteral("reading") : QStringLiteral("idle")},
+            {QStringLiteral("Reader"), readerText()}};
+}
+
+QString ReaderService::readerText() const
+{
+    return m_options.card.isEmpty() ? m_readers.ids() : QStringLiteral("simulated");
+}
+
+void ReaderService::propertyChanged(const char *name)
+{
+    const QString key = QLatin1String(name);
+    QDBusMessage signal =
+        QDBusMessage::createSignal(PATH, PROPERTIES, QStringLiteral("PropertiesChanged"));
+    signal << NAME << QVariantMap{{key, properties().value(key)}} << QStringList();
+    m_bus.send(signal);
+}
+
+} // namespace app

@@ -1,0 +1,133 @@
+// The service as the bus sees it: its name, what it says of itself, its properties and its end.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QRegularExpression>
+
+#include "tests/service/service_process.h"
+#include "tests/support/files.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace
+{
+
+class Service : public ServiceTest
+{
+protected:
+    /** What the service says of itself. */
+    QString introspection()
+    {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(IDCARD_SERVICE_NAME, IDCARD_SERVICE_PATH,
+                                           "org.freedesktop.DBus.Introspectable", "Introspect");
+        return QDBusReply<QString>(m_client.bus().call(call)).value();
+    }
+};
+
+/** The interface without comments and the blanks between elements. */
+std::string interfaceIn(QString text)
+{
+    text.remove(QRegularExpression("<!--.*?-->", QRegularExpression::DotMatchesEverythingOption));
+    const QString begin = QStringLiteral("<interface name=\"" IDCARD_SERVICE_NAME "\">");
+    text = text.mid(text.indexOf(begin));
+    text = text.left(text.indexOf("</interface>"));
+    return text.simplified().toStdString();
+}
+
+} // namespace
+
+TEST_F(Service, Introspection_IsTheInstalledInterface)
+{
+    serveCard();
+    const std::string installed =
+        interfaceIn(QString::fromUtf8(readFile(IDCARD_SERVICE_INTERFACE)));
+    EXPECT_THAT(installed, HasSubstr("<method name=\"ReadCard\">"));
+    EXPECT_EQ(interfaceIn(introspection()), installed);
+}
+
+TEST_F(Service, Properties_AreTheVersionTheStateAndTheReader)
+{
+    serveCard();
+    EXPECT_EQ("idcard-readerd " + m_client.property("Version").toString().toStdString() + "\n",
+              runProcess("idcard-readerd", {"--version"}).output());
+    EXPECT_EQ(m_client.state(), "idle");
+    EXPECT_EQ(m_client.property("Reader"), QVariant(QStringLiteral("simulated")));
+    EXPECT_FALSE(m_client.property("Card").isValid());
+}
+
+TEST_F(Service, Properties_CannotBeWritten)
+{
+    serveCard();
+    QDBusMessage call = QDBusMessage::createMethodCall(IDCARD_SERVICE_NAME, IDCARD_SERVICE_PATH,
+                                                       "org.freedesktop.DBus.Properties", "Set");
+    call << IDCARD_SERVICE_NAME << "State"
+         << QVariant::fromValue(QDBusVariant(QStringLiteral("reading")));
+    EXPECT_EQ(errorOf(m_client.bus().call(call)), "org.freedesktop.DBus.Error.PropertyReadOnly");
+    EXPECT_EQ(m_client.state(), "idle");
+}
+
+TEST_F(Service, Reading_IsSeenInTheStateAndNothingOfTheCard)
+{
+    serveCard();
+    BusClient other(m_bus.address());
+    other.listen();
+    textOf(m_client.read({"photo", "fingerprints"}));
+    ASSERT_TRUE(waitFor([&] { return other.signalsOfService().size() == 2; }));
+    std::vector<std::string> states;
+    for (const QDBusMessage &signal : other.signalsOfService()) {
+        EXPECT_EQ(signal.member(), QStringLiteral("PropertiesChanged"));
+        const auto changed = qdbus_cast<QVariantMap>(signal.arguments().value(1));
+        EXPECT_EQ(changed.keys(), QStringList("State"));
+        states.push_back(changed.value("State").toString().toStdString());
+    }
+    EXPECT_THAT(states, ElementsAre("reading", "idle"));
+}
+
+TEST_F(Service, SecondServiceOnABus_SaysThatTheNameIsTaken)
+{
+    serveCard();
+    ProcessInput input;
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}};
+    expectEnd(runProcess("idcard-readerd", {"--session"}, input), 1,
+              "The name " IDCARD_SERVICE_NAME " is taken on the bus");
+    EXPECT_EQ(m_client.state(), "idle");
+}
+
+TEST_F(Service, WithoutABus_SaysSo)
+{
+    ProcessInput input;
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}};
+    expectEnd(runProcess("idcard-readerd", {"--session"}, input), 1, "The bus cannot be reached");
+}
+
+TEST_F(Service, SignalToEnd_EndsIt)
+{
+    serveCard();
+    m_service->signal(SIGTERM);
+    expectEnd(m_service->result(), 0);
+}
+
+TEST_F(Service, SignalToEndDuringAReading_CancelsItAndEndsTheService)
+{
+    serveCard({"--fault", "delay-ms=60000"});
+    const QDBusPendingCall reading = m_client.beginRead();
+    ASSERT_TRUE(becomes("reading"));
+    m_service->signal(SIGTERM);
+    EXPECT_TRUE(waitFor([&] { return reading.isFinished(); }));
+    EXPECT_EQ(errorOf(reading.reply()), "Cancelled");
+    expectEnd(m_service->result(), 0);
+}
+
+TEST_F(Service, EndOfTheBus_EndsTheService)
+{
+    serveCard();
+    m_client.leave();
+    m_bus.end();
+    expectEnd(m_service->result(), 0);
+}

@@ -1,0 +1,41 @@
+#include "tests/service/service_process.h"
+
+#include <QDBusConnectionInterface>
+#include <QFile>
+
+#include "tests/support/files.h"
+
+void ServiceTest::serve(const QStringList &arguments)
+{
+    start(QStringLiteral("idcard-readerd"), QStringList{"--session"} + arguments);
+}
+
+void ServiceTest::serveCard(const QStringList &arguments)
+{
+    serve(QStringList{"--simulate", "resident"} + arguments);
+}
+
+void ServiceTest::serveScript(const QByteArray &script)
+{
+    const QString program = path(QStringLiteral("idcard-readerd"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-readerd"), program));
+    const QString worker = path(QStringLiteral("idcard-reader"));
+    writeFile(worker, "#!/bin/sh\ncd " + m_folder.path().toUtf8() + '\n' + script + '\n');
+    ASSERT_TRUE(QFile::setPermissions(worker, QFile::ReadOwner | QFile::ExeOwner));
+    start(program, {"--session"});
+}
+
+void ServiceTest::start(const QString &program, const QStringList &arguments)
+{
+    ProcessInput input;
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}};
+    m_service = std::make_unique<RunningProcess>(program, arguments, input);
+    ASSERT_TRUE(waitFor([this] {
+        return m_client.bus().interface()->isServiceRegistered(QStringLiteral(IDCARD_SERVICE_NAME));
+    }));
+}
+
+bool ServiceTest::becomes(const char *state)
+{
+    return waitFor([this, state] { return m_client.state() == state; });
+}

@@ -1,0 +1,87 @@
+// A worker that does not do what idcard-reader does.
+
+#include <chrono>
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+
+#include "tests/service/service_process.h"
+#include "tests/support/files.h"
+
+namespace
+{
+
+struct WorkerRow {
+    const char *name;
+    const char *script;
+};
+
+class ServiceWorker : public ServiceTest
+{
+};
+
+class BrokenWorker : public ServiceTest, public testing::WithParamInterface<WorkerRow>
+{
+};
+
+} // namespace
+
+TEST_P(BrokenWorker, Reading_FailsInItsTimeAndTheNextOneIsServed)
+{
+    serveScript(QByteArray("test -e again && echo '{\"kind\": \"resident\"}' && exit\n"
+                           "touch again\n") +
+                GetParam().script);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(errorOf(m_client.read({}, 1000)), "WorkerFailed");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(textOf(m_client.read({}, 10000)), "{\"kind\": \"resident\"}\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, BrokenWorker,
+    testing::Values(
+        WorkerRow{"Crashes", "kill -SEGV $$"},
+        WorkerRow{"CrashesAfterTheCard", "echo '{\"kind\": \"hmt\"}'; kill -SEGV $$"},
+        WorkerRow{"Loops", "trap '' TERM; while :; do :; done"},
+        WorkerRow{"PrintsNothing", "exit 0"}, WorkerRow{"PrintsRubbish", "echo rubbish"},
+        WorkerRow{"PrintsHalfACard", "echo '{\"kind\": \"resid'"},
+        WorkerRow{"PrintsZeros", "printf '{\"kind\": \"a\\000b\"}'"},
+        WorkerRow{"PrintsWhatIsNoText", "printf '{\"kind\": \"\\377\"}'"},
+        WorkerRow{"PrintsAnUnknownError", "echo '{\"error\": {\"name\": \"X\"}}'"},
+        WorkerRow{"PrintsAnArray", "echo '[]'"}, WorkerRow{"PrintsWithoutEnd", "exec yes"},
+        WorkerRow{"ClosesItsDescriptors", "exec >&- 2>&- <&-; trap '' TERM; while :; do :; done"}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(ServiceWorker, MessagesWithoutEnd_AreDroppedUntilTimeIsOver)
+{
+    serveScript("exec yes >&2");
+    EXPECT_EQ(errorOf(m_client.read({}, 1000)), "TimedOut");
+    EXPECT_TRUE(becomes("idle"));
+}
+
+TEST_F(ServiceWorker, ProgramThatIsNotThere_IsAFailure)
+{
+    serveScript("exit");
+    QFile::remove(path("idcard-reader"));
+    EXPECT_EQ(errorOf(m_client.read()), "WorkerFailed");
+    EXPECT_TRUE(becomes("idle"));
+}
+
+TEST_F(ServiceWorker, Arguments_AreThoseOfTheCall)
+{
+    serveScript("echo \"$@\" >arguments; echo '{\"kind\": \"resident\"}'");
+    textOf(m_client.read({"pictures", "photo"}, 1001));
+    EXPECT_EQ(readFile(path("arguments")), "read --json --timeout 2 --inline pictures,photo\n");
+}
+
+TEST_F(ServiceWorker, EndOfTheService_EndsTheWorker)
+{
+    serveScript("echo $$ >id.new; mv id.new id; while :; do sleep 0.1; done");
+    m_client.beginRead();
+    ASSERT_TRUE(waitFor([this] { return QFile::exists(path("id")); }));
+    const QString worker = QStringLiteral("/proc/") + readFile(path("id")).trimmed();
+    ASSERT_TRUE(QFile::exists(worker));
+    m_service.reset(); // by SIGKILL
+    EXPECT_TRUE(waitFor([&] { return readFile(worker + "/cmdline").isEmpty(); }));
+}
