@@ -48,7 +48,9 @@ QString interfaceText()
 
 const ReaderService::Method ReaderService::METHODS[] = {
     {"ReadCard", "asu", &ReaderService::readCard},
-    {"Cancel", "", &ReaderService::cancel},
+    {"Cancel", "", &ReaderService::giveBack},
+    {"StartWatching", "as", &ReaderService::startWatching},
+    {"StopWatching", "", &ReaderService::giveBack},
     {"DescribeError", "ss", &ReaderService::describeError},
 };
 
@@ -139,10 +141,21 @@ void ReaderService::readCard(const QDBusMessage &call)
     if (!problem.isEmpty())
         refuse(call, ServiceError::INVALID_ARGUMENT, problem);
     else if (isFreeFor(call))
-        claim(call, readArguments(parts, timeoutMs), static_cast<int>(timeoutMs));
+        beginReading(call, parts, timeoutMs);
 }
 
-void ReaderService::cancel(const QDBusMessage &call)
+void ReaderService::startWatching(const QDBusMessage &call)
+{
+    const QStringList parts = call.arguments().at(0).toStringList();
+    const QString problem = problemOfParts(parts);
+    if (!problem.isEmpty())
+        refuse(call, ServiceError::INVALID_ARGUMENT, problem);
+    else if (isFreeFor(call))
+        beginWatching(call, parts);
+}
+
+/** What the caller has begun ends; the call returns when the reader is free. */
+void ReaderService::giveBack(const QDBusMessage &call)
 {
     if (!m_claim) {
         reply(call);
@@ -174,36 +187,83 @@ bool ReaderService::isFreeFor(const QDBusMessage &call)
         return true;
     QString cause;
     if (m_claim)
-        cause = tr("A program has been reading through the service since %1.")
+        cause = tr("A program has been using it through the service since %1.")
                     .arg(m_claim->since.toString(Qt::ISODate));
     refuse(call, ServiceError::BUSY, cause);
     return false;
 }
 
-void ReaderService::claim(const QDBusMessage &call, const QStringList &arguments, int timeoutMs)
+void ReaderService::beginReading(const QDBusMessage &call, const QStringList &parts,
+                                 unsigned int timeoutMs)
 {
-    m_claim = Claim{call.service(), QDateTime::currentDateTime(), call, {}};
-    endWhenClientLeaves(call.service());
-    propertyChanged("State");
-    m_worker = std::make_unique<Worker>(
-        nullptr, [this](Worker::End end, const QByteArray &output) { endClaim(end, output); });
-    m_worker->run(arguments + simulation(), timeoutMs);
+    claim(call, "reading", nullptr, [this, call](Worker::End end, const QByteArray &output) {
+        if (m_claim->isClientThere)
+            answerRead(call, end, output);
+    });
+    m_worker->run(readArguments(parts, timeoutMs) + simulation(), static_cast<int>(timeoutMs));
 }
 
-void ReaderService::endClaim(Worker::End end, const QByteArray &output)
+void ReaderService::beginWatching(const QDBusMessage &call, const QStringList &parts)
+{
+    claim(
+        call, "watching", [this](QByteArray *output) { sendLines(output); },
+        [this](Worker::End end, const QByteArray & /*output*/) {
+            if (end == Worker::End::FAILED)
+                sendToClient(brokenWatchSignal());
+        });
+    m_worker->run(watchArguments(parts) + simulation(), 0);
+    reply(call);
+}
+
+/** Gives the reader to the caller, with a worker that is still to be run. */
+void ReaderService::claim(const QDBusMessage &call, const char *state, Worker::Take take,
+                          const Worker::Ended &ended)
+{
+    m_claim = Claim{call.service(), state, QDateTime::currentDateTime()};
+    endWhenClientLeaves(call.service());
+    propertyChanged("State");
+    m_worker = std::make_unique<Worker>(std::move(take),
+                                        [this, ended](Worker::End end, const QByteArray &output) {
+                                            ended(end, output);
+                                            endClaim();
+                                        });
+}
+
+void ReaderService::endClaim()
 {
     const Claim ended = *m_claim;
     m_claim.reset();
     m_worker.release()->deleteLater();
     m_clients.removeWatchedService(ended.client);
-    if (ended.call)
-        answerRead(*ended.call, end, output);
     for (const QDBusMessage &call : ended.waiting)
         reply(call);
     propertyChanged("State");
     m_idle.start(IDLE_MS);
     if (m_isLeaving)
         leave();
+}
+
+/** What "watch" printed, of which the last line may not be complete. */
+void ReaderService::sendLines(QByteArray *output)
+{
+    for (int end = output->indexOf('\n'); end >= 0; end = output->indexOf('\n')) {
+        const std::optional<ServiceSignal> signal = signalOf(output->left(end));
+        output->remove(0, end + 1);
+        if (!signal)
+            return m_worker->fail();
+        sendToClient(*signal);
+    }
+}
+
+/** To nobody else: it may hold what a card says. */
+void ReaderService::sendToClient(const ServiceSignal &content)
+{
+    if (!m_claim->isClientThere)
+        return;
+    QDBusMessage signal =
+        QDBusMessage::createTargetedSignal(m_claim->client, PATH, NAME, content.name);
+    signal.setArguments(content.arguments);
+    m_bus.send(signal);
 }
 
 /** Also when it has left before it is watched for. */
@@ -227,7 +287,7 @@ void ReaderService::clientLeft(const QString &client)
 {
     if (!m_claim || m_claim->client != client)
         return;
-    m_claim->call.reset();
+    m_claim->isClientThere = false;
     m_claim->waiting.clear();
     m_worker->stop();
 }
@@ -299,7 +359,7 @@ void ReaderService::answerProperties(const QDBusMessage &call)
 QVariantMap ReaderService::properties() const
 {
     return {{QStringLiteral("Version"), QStringLiteral(IDCARD_VERSION)},
-            {QStringLiteral("State"), m_claim ? QStringLiteral("reading") : QStringLiteral("idle")},
+            {QStringLiteral("State"), QString::fromLatin1(m_claim ? m_claim->state : "idle")},
             {QStringLiteral("Reader"), readerText()}};
 }
 

@@ -18,6 +18,7 @@
 #include "apps/service/plugged_readers.h"
 #include "apps/service/service_errors.h"
 #include "apps/service/service_options.h"
+#include "apps/service/watched_line.h"
 #include "apps/service/worker.h"
 
 namespace app
@@ -44,12 +45,13 @@ private:
         void (ReaderService::*carryOut)(const QDBusMessage &call);
     };
 
-    /** What a program has the reader for. */
+    /** The program that has the reader. */
     struct Claim {
         QString client;
+        const char *state;
         QDateTime since;
-        std::optional<QDBusMessage> call; ///< to be answered at the end, if anyone waits for it
-        QVector<QDBusMessage> waiting;    ///< calls to be answered when the reader is free
+        bool isClientThere = true;
+        QVector<QDBusMessage> waiting = {}; ///< calls to be answered when the reader is free
     };
 
     static const Method METHODS[];
@@ -57,12 +59,18 @@ private:
     void leaveIfIdle();
     bool refuseUnknownMethod(const QDBusMessage &call);
     void readCard(const QDBusMessage &call);
-    void cancel(const QDBusMessage &call);
+    void startWatching(const QDBusMessage &call);
+    void giveBack(const QDBusMessage &call);
     void describeError(const QDBusMessage &call);
 
     bool isFreeFor(const QDBusMessage &call);
-    void claim(const QDBusMessage &call, const QStringList &arguments, int timeoutMs);
-    void endClaim(Worker::End end, const QByteArray &output);
+    void beginReading(const QDBusMessage &call, const QStringList &parts, unsigned int timeoutMs);
+    void beginWatching(const QDBusMessage &call, const QStringList &parts);
+    void claim(const QDBusMessage &call, const char *state, Worker::Take take,
+               const Worker::Ended &ended);
+    void endClaim();
+    void sendLines(QByteArray *output);
+    void sendToClient(const ServiceSignal &content);
     void endWhenClientLeaves(const QString &client);
     void clientLeft(const QString &client);
     QStringList simulation() const;

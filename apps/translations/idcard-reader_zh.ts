@@ -2239,10 +2239,6 @@
         <translation>没有这个错误。</translation>
     </message>
     <message>
-        <source>A program has been reading through the service since %1.</source>
-        <translation>自 %1 起，有程序正通过本服务读卡。</translation>
-    </message>
-    <message>
         <source>There is no such property.</source>
         <translation>没有这个属性。</translation>
     </message>
@@ -2397,6 +2393,10 @@
     <message>
         <source>Options</source>
         <translation>选项</translation>
+    </message>
+    <message>
+        <source>A program has been using it through the service since %1.</source>
+        <translation>自 %1 起，有程序正通过本服务使用它。</translation>
     </message>
 </context>
 <context>
