@@ -27,7 +27,8 @@ int qtArgumentCount = 1;
 
 ExitStatus serve(const ServiceOptions &options)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus =
+        options.isOnSessionBus ? QDBusConnection::sessionBus() : QDBusConnection::systemBus();
     if (!bus.isConnected()) {
         printMessage(tr("The bus cannot be reached: %1. Start the program where there is one, for "
                         "instance within dbus-run-session.")
@@ -39,7 +40,8 @@ ExitStatus serve(const ServiceOptions &options)
                 QCoreApplication::instance(), SLOT(quit()));
     ReaderService service(options, bus);
     if (!service.appear()) {
-        printMessage(tr("The name %1 is taken on the bus: another service runs. End it first.")
+        printMessage(tr("The name %1 cannot be had on the bus: another service has it, or this "
+                        "user may not. systemd starts the service as the user who may.")
                          .arg(QStringLiteral(IDCARD_SERVICE_NAME)));
         return ExitStatus::PROGRAM_FAILED;
     }

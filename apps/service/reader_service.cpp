@@ -55,7 +55,8 @@ const ReaderService::Method ReaderService::METHODS[] = {
 };
 
 ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
-    : m_options(std::move(options)), m_bus(bus), m_readers([this] { propertyChanged("Reader"); })
+    : m_options(std::move(options)), m_bus(bus), m_authorization(bus, this),
+      m_readers([this] { propertyChanged("Reader"); })
 {
     m_clients.setConnection(bus);
     m_clients.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -141,7 +142,7 @@ void ReaderService::readCard(const QDBusMessage &call)
     if (!problem.isEmpty())
         refuse(call, ServiceError::INVALID_ARGUMENT, problem);
     else if (isFreeFor(call))
-        beginReading(call, parts, timeoutMs);
+        authorize(call, parts, [=] { beginReading(call, parts, timeoutMs); });
 }
 
 void ReaderService::startWatching(const QDBusMessage &call)
@@ -151,12 +152,43 @@ void ReaderService::startWatching(const QDBusMessage &call)
     if (!problem.isEmpty())
         refuse(call, ServiceError::INVALID_ARGUMENT, problem);
     else if (isFreeFor(call))
-        beginWatching(call, parts);
+        authorize(call, parts, [=] { beginWatching(call, parts); });
+}
+
+/** Others are served meanwhile: what the caller wants begins if it may, and nobody was faster. */
+void ReaderService::authorize(const QDBusMessage &call, const QStringList &parts,
+                              const std::function<void()> &begin)
+{
+    if (m_options.isOnSessionBus)
+        return begin();
+    const int id = ++m_lastUndecided;
+    m_undecided.insert(id, call);
+    m_authorization.ask(call.service(), parts, [=](const QString &refusal) {
+        if (m_undecided.remove(id) == 0)
+            return; // it was cancelled
+        if (!refusal.isEmpty())
+            refuse(call, ServiceError::NOT_AUTHORIZED, refusal);
+        else if (isFreeFor(call))
+            begin();
+    });
+}
+
+void ReaderService::cancelUndecided(const QString &client)
+{
+    for (auto it = m_undecided.begin(); it != m_undecided.end();) {
+        if (it->service() == client) {
+            refuse(*it, ServiceError::CANCELLED);
+            it = m_undecided.erase(it);
+        } else {
+            ++it;
+        }
+    }
 }
 
 /** What the caller has begun ends; the call returns when the reader is free. */
 void ReaderService::giveBack(const QDBusMessage &call)
 {
+    cancelUndecided(call.service());
     if (!m_claim) {
         reply(call);
     } else if (m_claim->client == call.service()) {

@@ -12,9 +12,11 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QDateTime>
+#include <QMap>
 #include <QTimer>
 #include <QVector>
 
+#include "apps/service/authorization.h"
 #include "apps/service/plugged_readers.h"
 #include "apps/service/service_errors.h"
 #include "apps/service/service_options.h"
@@ -60,9 +62,12 @@ private:
     bool refuseUnknownMethod(const QDBusMessage &call);
     void readCard(const QDBusMessage &call);
     void startWatching(const QDBusMessage &call);
+    void cancelUndecided(const QString &client);
     void giveBack(const QDBusMessage &call);
     void describeError(const QDBusMessage &call);
 
+    void authorize(const QDBusMessage &call, const QStringList &parts,
+                   const std::function<void()> &begin);
     bool isFreeFor(const QDBusMessage &call);
     void beginReading(const QDBusMessage &call, const QStringList &parts, unsigned int timeoutMs);
     void beginWatching(const QDBusMessage &call, const QStringList &parts);
@@ -87,10 +92,13 @@ private:
 
     const ServiceOptions m_options;
     QDBusConnection m_bus;
+    Authorization m_authorization;
     QDBusServiceWatcher m_clients;
     PluggedReaders m_readers;
     QTimer m_idle;
     bool m_isLeaving = false;
+    QMap<int, QDBusMessage> m_undecided; ///< calls that wait for the authorization of their program
+    int m_lastUndecided = 0;
     std::optional<Claim> m_claim;
     std::unique_ptr<Worker> m_worker;
 };

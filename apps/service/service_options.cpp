@@ -18,7 +18,9 @@ IDCARD_TEXTS(Service)
 std::vector<Option> declaredOptions()
 {
     return {
-        Option("session", tr("Serve on the user's own bus, to every program on it.")).required(),
+        Option("session",
+               tr("Serve on the user's own bus, to every program on it, not on that of the "
+                  "system to those that polkit allows it.")),
         Option("simulate", tr("Read this card, without a reader: a name from \"idcard-reader "
                               "cards\" or a file that describes a card."))
             .value("card")

@@ -2211,10 +2211,6 @@
         <translation>无法连接总线：%1。请在有总线的环境中启动本程序，例如通过 dbus-run-session。</translation>
     </message>
     <message>
-        <source>The name %1 is taken on the bus: another service runs. End it first.</source>
-        <translation>总线上的名称 %1 已被占用：另一个服务正在运行。请先将其结束。</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; is none of photo, pictures and fingerprints.</source>
         <translation>“%1”不是 photo、pictures、fingerprints 之一。</translation>
     </message>
@@ -2343,10 +2339,6 @@
         <translation>请再读一次。若再次发生，请运行“idcard-reader doctor”，并重新安装程序。</translation>
     </message>
     <message>
-        <source>Serve on the user&apos;s own bus, to every program on it.</source>
-        <translation>在用户自己的总线上，为其上的所有程序服务。</translation>
-    </message>
-    <message>
         <source>Read this card, without a reader: a name from &quot;idcard-reader cards&quot; or a file that describes a card.</source>
         <translation>不用读卡器，读取这张证件：“idcard-reader cards”列出的名称，或描述证件的文件。</translation>
     </message>
@@ -2397,6 +2389,22 @@
     <message>
         <source>A program has been using it through the service since %1.</source>
         <translation>自 %1 起，有程序正通过本服务使用它。</translation>
+    </message>
+    <message>
+        <source>polkit did not decide on the action %1 in time, or could not be asked.</source>
+        <translation>polkit 未及时对操作 %1 作出决定，或无法询问 polkit。</translation>
+    </message>
+    <message>
+        <source>polkit refuses the action %1 to this program.</source>
+        <translation>polkit 拒绝该程序执行操作 %1。</translation>
+    </message>
+    <message>
+        <source>The name %1 cannot be had on the bus: another service has it, or this user may not. systemd starts the service as the user who may.</source>
+        <translation>无法取得总线上的名称 %1：另一个服务已占用，或该用户无权取得。systemd 会以有权的用户启动本服务。</translation>
+    </message>
+    <message>
+        <source>Serve on the user&apos;s own bus, to every program on it, not on that of the system to those that polkit allows it.</source>
+        <translation>在用户自己的总线上为其上的所有程序服务，而不是在系统总线上为 polkit 允许的程序服务。</translation>
     </message>
 </context>
 <context>

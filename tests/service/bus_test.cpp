@@ -95,7 +95,7 @@ TEST_F(Service, SecondServiceOnABus_SaysThatTheNameIsTaken)
     ProcessInput input;
     input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}};
     expectEnd(runProcess("idcard-readerd", {"--session"}, input), 1,
-              "The name " IDCARD_SERVICE_NAME " is taken on the bus");
+              "The name " IDCARD_SERVICE_NAME " cannot be had on the bus");
     EXPECT_EQ(m_client.state(), "idle");
 }
 

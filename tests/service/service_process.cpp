@@ -15,20 +15,21 @@ void ServiceTest::serveCard(const QStringList &arguments)
     serve(QStringList{"--simulate", "resident"} + arguments);
 }
 
-void ServiceTest::serveScript(const QByteArray &script)
+void ServiceTest::serveScript(const QByteArray &script, const QStringList &arguments)
 {
     const QString program = path(QStringLiteral("idcard-readerd"));
     ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-readerd"), program));
     const QString worker = path(QStringLiteral("idcard-reader"));
     writeFile(worker, "#!/bin/sh\ncd " + m_folder.path().toUtf8() + '\n' + script + '\n');
     ASSERT_TRUE(QFile::setPermissions(worker, QFile::ReadOwner | QFile::ExeOwner));
-    start(program, {"--session"});
+    start(program, arguments);
 }
 
 void ServiceTest::start(const QString &program, const QStringList &arguments)
 {
     ProcessInput input;
-    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}};
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()},
+                         {"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}};
     m_service = std::make_unique<RunningProcess>(program, arguments, input);
     ASSERT_TRUE(waitFor([this] {
         return m_client.bus().interface()->isServiceRegistered(QStringLiteral(IDCARD_SERVICE_NAME));

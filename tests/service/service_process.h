@@ -18,7 +18,7 @@ protected:
     void serve(const QStringList &arguments);
     void serveCard(const QStringList &arguments = {});
     /** As above with a shell script in the place of idcard-reader. */
-    void serveScript(const QByteArray &script);
+    void serveScript(const QByteArray &script, const QStringList &arguments = {"--session"});
 
     /** Of the client `m_client`: what the service is doing. */
     bool becomes(const char *state);

@@ -1,0 +1,285 @@
+// Who may read on the bus of the system, where a stand-in for polkit decides.
+
+#include <chrono>
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QFile>
+
+#include "tests/service/service_process.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+const QString POLKIT = QStringLiteral("org.freedesktop.PolicyKit1");
+const QString AUTHORITY = QStringLiteral("/org/freedesktop/PolicyKit1/Authority");
+const QString AUTHORITY_INTERFACE = QStringLiteral("org.freedesktop.PolicyKit1.Authority");
+
+constexpr const char *READ_CARD = IDCARD_SERVICE_DOMAIN ".read-card";
+constexpr const char *READ_FINGERPRINTS = IDCARD_SERVICE_DOMAIN ".read-fingerprints";
+
+/** Decides as a test says, and prints what it is asked. */
+class PolkitStandIn
+{
+public:
+    PolkitStandIn(const QString &bus, BusClient &client)
+        : m_process(QStringLiteral("/usr/bin/python3"),
+                    {"-m", "dbusmock", "--system", POLKIT, AUTHORITY, AUTHORITY_INTERFACE},
+                    environment(bus)),
+          m_client(client)
+    {
+        EXPECT_TRUE(
+            waitFor([&] { return client.bus().interface()->isServiceRegistered(POLKIT).value(); }));
+    }
+
+    /** Of these actions alone. */
+    void allow(const QStringList &actions)
+    {
+        answer("(bba{ss})",
+               "ret = (args[1] in '" + actions.join(QLatin1Char(' ')) + "'.split(), False, {})");
+    }
+
+    /** `code`: Python that sets "ret". */
+    void answer(const QString &signature, const QString &code)
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            POLKIT, AUTHORITY, "org.freedesktop.DBus.Mock", "AddMethod");
+        call << AUTHORITY_INTERFACE << "CheckAuthorization"
+             << "(sa{sv})sa{ss}us" << signature << code;
+        EXPECT_EQ(messageOf(m_client.bus().call(call)), "");
+    }
+
+    void hang() { m_process.signal(SIGSTOP); }
+    void goOn() { m_process.signal(SIGCONT); }
+
+    /** The next question, as the stand-in prints it; empty when none comes. */
+    std::string nextQuestion()
+    {
+        QByteArray line;
+        do
+            line = m_process.nextLine();
+        while (!line.isEmpty() && !line.contains("CheckAuthorization"));
+        return line.toStdString();
+    }
+
+private:
+    static ProcessInput environment(const QString &bus)
+    {
+        ProcessInput input;
+        input.emulated = false;
+        input.environment = {{"DBUS_SYSTEM_BUS_ADDRESS", bus}, {"PYTHONUNBUFFERED", "1"}};
+        return input;
+    }
+
+    RunningProcess m_process;
+    BusClient &m_client;
+};
+
+class ServiceAuthorization : public ServiceTest
+{
+protected:
+    /** The tool notes that it is started, then reads a card of the simulator. */
+    void SetUp() override { serveTool({}); }
+
+    void serveTool(const QByteArray &options)
+    {
+        serveScript("touch started\nexec " IDCARD_BUILD_BIN_DIR
+                    "/idcard-reader \"$@\" --simulate resident " +
+                        options,
+                    {});
+    }
+
+    bool isToolStarted() const { return QFile::exists(path("started")); }
+
+    PolkitStandIn m_polkit{m_bus.address(), m_client};
+};
+
+class SlowReader : public ServiceAuthorization
+{
+protected:
+    void SetUp() override { serveTool("--fault delay-ms=60000"); }
+};
+
+class ServiceWithoutPolkit : public ServiceTest
+{
+};
+
+/** The error of a call that is refused for want of authorization, and at once. */
+void expectRefused(const QDBusMessage &answer, const char *action)
+{
+    EXPECT_EQ(errorOf(answer), "NotAuthorized");
+    EXPECT_THAT(messageOf(answer), HasSubstr(std::string("the action ") + action + " "));
+}
+
+std::string errorAtTheEnd(QDBusPendingCall call)
+{
+    EXPECT_TRUE(waitFor([&] { return call.isFinished(); }));
+    return errorOf(call.reply());
+}
+
+} // namespace
+
+TEST_F(ServiceAuthorization, ProgramThatMayReadCards_GetsTheCard)
+{
+    m_polkit.allow({READ_CARD});
+    EXPECT_THAT(textOf(m_client.read({"photo", "pictures"})), HasSubstr("990000199003074284"));
+}
+
+TEST_F(ServiceAuthorization, Question_NamesTheProgramAndTheActionAlone)
+{
+    m_polkit.allow({});
+    m_client.read();
+    const std::string question = m_polkit.nextQuestion();
+    EXPECT_THAT(question, HasSubstr("system-bus-name"));
+    EXPECT_THAT(question, HasSubstr(m_client.name().toStdString()));
+    EXPECT_THAT(question, HasSubstr(READ_CARD));
+}
+
+TEST_F(ServiceAuthorization, ProgramThatMayNotReadCards_IsRefusedAndNothingIsRead)
+{
+    m_polkit.allow({READ_FINGERPRINTS});
+    expectRefused(m_client.read(), READ_CARD);
+    expectRefused(m_client.read({"fingerprints"}), READ_CARD);
+    expectRefused(m_client.ask("StartWatching", {QStringList()}), READ_CARD);
+    EXPECT_FALSE(isToolStarted());
+    EXPECT_EQ(m_client.state(), "idle");
+}
+
+TEST_F(ServiceAuthorization, ProgramThatMayNotReadFingerprints_GetsTheCardWithoutThem)
+{
+    m_polkit.allow({READ_CARD});
+    expectRefused(m_client.read({"photo", "fingerprints"}), READ_FINGERPRINTS);
+    expectRefused(m_client.ask("StartWatching", {QStringList("fingerprints")}), READ_FINGERPRINTS);
+    EXPECT_FALSE(isToolStarted());
+    textOf(m_client.read({"photo"}));
+}
+
+TEST_F(ServiceAuthorization, ProgramThatMayReadFingerprints_GetsThem)
+{
+    m_polkit.allow({READ_CARD, READ_FINGERPRINTS});
+    EXPECT_THAT(textOf(m_client.read({"fingerprints"})),
+                testing::ContainsRegex("\"fingerprints\": [{]\n *\"count\": 2,\n *\"data\": \""));
+}
+
+TEST_F(ServiceAuthorization, AnswerThatIsNone_IsARefusal)
+{
+    for (const char *signature : {"b", "(b)"}) {
+        m_polkit.answer(QLatin1String(signature),
+                        signature[0] == 'b' ? "ret = True" : "ret = (True,)");
+        expectRefused(m_client.read(), READ_CARD);
+    }
+    m_polkit.answer("b", "raise dbus.exceptions.DBusException('no', name='a.b')");
+    expectRefused(m_client.read(), READ_CARD);
+}
+
+TEST_F(ServiceAuthorization, WhatNeedsNoAuthorization_AsksNobody)
+{
+    m_polkit.hang();
+    EXPECT_EQ(m_client.state(), "idle");
+    EXPECT_EQ(errorOf(m_client.ask("Cancel")), "");
+    EXPECT_EQ(errorOf(m_client.ask("StopWatching")), "");
+    EXPECT_EQ(errorOf(m_client.ask("DescribeError", {"USB_READER_NO_DATA", "en"})), "");
+    EXPECT_EQ(errorOf(m_client.read({"everything"})), "InvalidArgument");
+    m_polkit.goOn();
+}
+
+TEST_F(ServiceAuthorization, LateDecision_KeepsNobodyElseWaiting)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    const QDBusPendingCall reading = m_client.beginRead();
+    BusClient other(m_bus.address());
+    EXPECT_EQ(other.state(), "idle");
+    EXPECT_EQ(errorOf(other.ask("Cancel")), "");
+    EXPECT_FALSE(reading.isFinished());
+    m_polkit.goOn();
+    EXPECT_EQ(errorAtTheEnd(reading), "");
+}
+
+TEST_F(ServiceAuthorization, NoDecision_IsARefusalAfterTwentySeconds)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    const auto begin = std::chrono::steady_clock::now();
+    expectRefused(m_client.read(), READ_CARD);
+    const auto duration = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(duration, std::chrono::seconds(19));
+    EXPECT_LT(duration, std::chrono::seconds(25));
+    m_polkit.goOn();
+    textOf(m_client.read());
+}
+
+TEST_F(ServiceAuthorization, CancelBeforeTheDecision_CancelsTheCall)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    const QDBusPendingCall reading = m_client.beginRead();
+    const QDBusPendingCall watching = m_client.begin("StartWatching", {QStringList()});
+    EXPECT_EQ(errorOf(m_client.ask("Cancel")), "");
+    EXPECT_EQ(errorAtTheEnd(reading), "Cancelled");
+    EXPECT_EQ(errorAtTheEnd(watching), "Cancelled");
+    m_polkit.goOn();
+    textOf(m_client.read());
+}
+
+TEST_F(ServiceAuthorization, CancelByAnotherBeforeTheDecision_DoesNothing)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    const QDBusPendingCall reading = m_client.beginRead();
+    BusClient other(m_bus.address());
+    EXPECT_EQ(errorOf(other.ask("Cancel")), "");
+    m_polkit.goOn();
+    EXPECT_EQ(errorAtTheEnd(reading), "");
+}
+
+TEST_F(SlowReader, TwoProgramsThatMayRead_AreNotServedAtOnce)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    const QDBusPendingCall first = m_client.beginRead();
+    BusClient other(m_bus.address());
+    EXPECT_EQ(other.state(), "idle"); // the first call has come
+    const QDBusPendingCall second = other.beginRead();
+    m_polkit.goOn();
+    EXPECT_EQ(errorAtTheEnd(second), "Busy");
+    EXPECT_FALSE(first.isFinished());
+}
+
+TEST_F(SlowReader, ProgramThatLeavesBeforeTheDecision_KeepsNothingFromTheNext)
+{
+    m_polkit.allow({READ_CARD});
+    m_polkit.hang();
+    BusClient hasty(m_bus.address());
+    hasty.beginRead();
+    EXPECT_EQ(m_client.state(), "idle");
+    hasty.leave();
+    m_polkit.goOn();
+    EXPECT_TRUE(waitFor([&] { return errorOf(m_client.read({}, 1000)) == "TimedOut"; }));
+}
+
+TEST_F(SlowReader, BusyReader_IsSaidBeforeAnyoneIsAsked)
+{
+    m_polkit.allow({READ_CARD});
+    const QDBusPendingCall reading = m_client.beginRead();
+    ASSERT_TRUE(becomes("reading"));
+    m_polkit.hang();
+    BusClient other(m_bus.address());
+    EXPECT_EQ(errorOf(other.read()), "Busy");
+    m_polkit.goOn();
+}
+
+TEST_F(ServiceWithoutPolkit, Programs_AreRefusedAtOnce)
+{
+    serveScript("exit", {});
+    const auto begin = std::chrono::steady_clock::now();
+    expectRefused(m_client.read(), READ_CARD);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
