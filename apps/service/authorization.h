@@ -3,6 +3,7 @@
 // Whether a program on the system's bus may read cards: polkit decides, without anyone waiting.
 
 #include <functional>
+#include <utility>
 
 #include <QDBusConnection>
 #include <QObject>
@@ -19,7 +20,7 @@ public:
     using Decided = std::function<void(const QString &refusal)>;
 
     /** `owner`: with which questions that are not answered are dropped. */
-    Authorization(const QDBusConnection &bus, QObject *owner) : m_bus(bus), m_owner(owner) {}
+    Authorization(QDBusConnection bus, QObject *owner) : m_bus(std::move(bus)), m_owner(owner) {}
 
     /** Asks for a program, by its unique name, that wants these parts of a card. */
     void ask(const QString &client, const QStringList &parts, const Decided &decided);

@@ -4,10 +4,33 @@
 
 #include "tests/support/files.h"
 
+const char *const OPEN_POLICY = R"(
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+)";
+
+const char *const SYSTEM_POLICY = R"(
+  <policy context="default">
+    <allow user="*"/>
+    <deny own="*"/>
+    <deny send_type="method_call"/>
+    <allow send_type="signal"/>
+    <allow send_requested_reply="true" send_type="method_return"/>
+    <allow send_requested_reply="true" send_type="error"/>
+    <allow receive_type="method_call"/>
+    <allow receive_type="method_return"/>
+    <allow receive_type="error"/>
+    <allow receive_type="signal"/>
+    <allow send_destination="org.freedesktop.DBus"/>
+  </policy>
+)";
+
 namespace
 {
 
-/** Everybody may do everything. */
 constexpr const char *CONFIGURATION = R"(
 <!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
   "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -15,20 +38,17 @@ constexpr const char *CONFIGURATION = R"(
   <type>session</type>
   <listen>unix:path=%1/bus</listen>
   <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
+  %2
 </busconfig>
 )";
 
 } // namespace
 
-PrivateBus::PrivateBus()
+PrivateBus::PrivateBus(const QString &policy)
 {
     const QString file = m_folder.filePath(QStringLiteral("bus.conf"));
-    writeFile(file, QString::fromUtf8(CONFIGURATION).arg(m_folder.path()).toUtf8().trimmed());
+    writeFile(file,
+              QString::fromUtf8(CONFIGURATION).arg(m_folder.path(), policy).toUtf8().trimmed());
     m_daemon = std::make_unique<RunningProcess>(
         QStringLiteral(IDCARD_DBUS_DAEMON),
         QStringList{"--config-file=" + file, "--nofork", "--print-address=1"});

@@ -9,10 +9,17 @@
 
 #include "tests/support/process.h"
 
+/** Everybody may do everything, and listen to others. */
+extern const char *const OPEN_POLICY;
+
+/** What a distribution's bus of the system allows, to which services add what they need. */
+extern const char *const SYSTEM_POLICY;
+
 class PrivateBus
 {
 public:
-    PrivateBus();
+    /** `policy`: elements of a bus's configuration. */
+    explicit PrivateBus(const QString &policy);
 
     const QString &address() const { return m_address; }
     /** As when the machine goes down. */

@@ -14,6 +14,11 @@
 class ServiceTest : public testing::Test
 {
 protected:
+    explicit ServiceTest(const QString &policyOfBus = QLatin1String(OPEN_POLICY))
+        : m_bus(policyOfBus)
+    {
+    }
+
     /** Starts it, and waits until it has its name. */
     void serve(const QStringList &arguments);
     void serveCard(const QStringList &arguments = {});
