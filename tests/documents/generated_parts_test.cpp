@@ -9,10 +9,12 @@
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QXmlStreamReader>
 
 #include "apps/card/result_catalogue.h"
 #include "apps/card/tool_faults.h"
 #include "apps/card/usb_catalogue.h"
+#include "apps/service/service_errors.h"
 #include "simulator/card/card_library.h"
 #include "simulator/card/description_keys.h"
 #include "simulator/card/faults.h"
@@ -254,6 +256,56 @@ QString manualFaults(const QString &help, Words words)
                    manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem, words));
 }
 
+// The service.
+
+/** The methods, signals and properties of the installed interface, one a line. */
+QString interfaceLines()
+{
+    QFile file(QStringLiteral(IDCARD_SERVICE_INTERFACE));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&file);
+    QString lines;
+    QStringList taken;
+    QStringList given;
+    const auto attribute = [&xml](const char *name) {
+        return xml.attributes().value(QLatin1String(name)).toString();
+    };
+    QString member;
+    while (!xml.atEnd()) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        const QString element = xml.name().toString();
+        const bool isCallable =
+            element == QLatin1String("method") || element == QLatin1String("signal");
+        if (token == QXmlStreamReader::StartElement && isCallable) {
+            member = attribute("name");
+            taken.clear();
+            given.clear();
+        } else if (token == QXmlStreamReader::StartElement && element == QLatin1String("arg")) {
+            (attribute("direction") == QLatin1String("out") ? given : taken)
+                << attribute("type") + QLatin1Char(' ') + attribute("name");
+        } else if (token == QXmlStreamReader::StartElement &&
+                   element == QLatin1String("property")) {
+            lines +=
+                QStringLiteral(".Dl property %1 %2\n").arg(attribute("type"), attribute("name"));
+        } else if (token == QXmlStreamReader::EndElement && isCallable) {
+            lines += QStringLiteral(".Dl %1 %2(%3)")
+                         .arg(element, member, taken.join(QStringLiteral(", ")));
+            if (!given.isEmpty())
+                lines += QStringLiteral(" gives (%1)").arg(given.join(QStringLiteral(", ")));
+            lines += QLatin1Char('\n');
+        }
+    }
+    return lines;
+}
+
+HelpRows errorRows()
+{
+    HelpRows rows;
+    for (const ErrorRow &row : errorTable())
+        rows.push_back({QLatin1String(row.name), textsOf(row.error).headline});
+    return rows;
+}
+
 /** A part of the manual page `page` and of its partner in Chinese. */
 void expectManualPart(const QString &page, const QString &name,
                       const std::function<QString(Words words)> &text)
@@ -431,6 +483,17 @@ TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
 {
     expectManualList(manualPage(VIEWER), "options",
                      rowsUnder(QStringLiteral("Options"), helpOf(VIEWER)), optionItem);
+}
+
+TEST(ManualOfTheService, OptionsInterfaceErrorsAndStatuses_AreThoseOfTheCode)
+{
+    const QString page = QStringLiteral("idcard-readerd.8");
+    const QString help = helpOf(QStringLiteral("idcard-readerd"));
+    expectManualList(page, "options", rowsUnder(QStringLiteral("Options"), help), optionItem);
+    expectManualPart(page, "interface", [](Words /*words*/) { return interfaceLines(); });
+    expectManualList(page, "errors", errorRows(), plainItem);
+    expectManualList(page, "exit statuses", rowsUnder(QStringLiteral("Exit status"), help),
+                     plainItem);
 }
 
 // The script speaks English alone.
