@@ -3,9 +3,13 @@
 #include <array>
 
 #include <QCoreApplication>
+#include <QFile>
+
+#include <unistd.h>
 
 #include "apps/process/core_dumps.h"
 #include "apps/process/interruption.h"
+#include "apps/process/link_target.h"
 #include "apps/process/locale.h"
 #include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
@@ -24,6 +28,21 @@ IDCARD_TEXTS(Service)
 std::array<char, 15> programName = {"idcard-readerd"};
 std::array<char *, 2> qtArguments = {programName.data(), nullptr};
 int qtArgumentCount = 1;
+
+/**
+ * Freed memory is overwritten, since it may hold what a card says, also where Qt and the bus's
+ * library had it. The C library takes that from the environment alone, when the program starts.
+ */
+void overwriteFreedMemory(char **argv)
+{
+    constexpr const char *SETTINGS = "glibc.malloc.perturb=170:glibc.malloc.tcache_count=0";
+    if (qgetenv(MALLOC_SETTINGS) == SETTINGS)
+        return;
+    qputenv(MALLOC_SETTINGS, SETTINGS);
+    const QByteArray program = QFile::encodeName(linkTarget(QStringLiteral("/proc/self/exe")));
+    ::execv(program.constData(), argv);
+    // If that fails, the service works all the same.
+}
 
 ExitStatus serve(const ServiceOptions &options)
 {
@@ -67,6 +86,7 @@ ExitStatus run(const QStringList &arguments, Output *output)
 int main(int argc, char **argv)
 {
     forbidCoreDumps();
+    overwriteFreedMemory(argv);
     setProgramName(SERVICE_PROGRAM_NAME);
     Output output;
     installMessageHandler();

@@ -14,8 +14,8 @@ namespace app
 namespace
 {
 
-const QString DEVICES = QStringLiteral("/sys/bus/usb/devices");
-const QString NODES = QStringLiteral("/dev/bus/usb");
+// The kernel makes a device's node before its interfaces.
+constexpr int TIME_TO_SETTLE_MS = 300;
 
 QByteArray attribute(const QString &path)
 {
@@ -33,10 +33,9 @@ bool couldBeReader(const QString &interface)
            attribute(interface + QLatin1String("/ep_81/type")) == "Bulk";
 }
 
-QString idsOfReaders()
+QString idsOfReaders(const QDir &devices)
 {
     QStringList ids;
-    const QDir devices(DEVICES);
     for (const QString &interface : devices.entryList({QStringLiteral("*:*.0")}, QDir::Dirs)) {
         if (!couldBeReader(devices.filePath(interface)))
             continue;
@@ -50,25 +49,34 @@ QString idsOfReaders()
 
 } // namespace
 
-PluggedReaders::PluggedReaders(std::function<void()> changed)
-    : m_changed(std::move(changed)), m_ids(idsOfReaders())
+PluggedReaders::PluggedReaders(std::function<void()> changed, UsbFolders folders)
+    : m_changed(std::move(changed)), m_folders(std::move(folders)),
+      m_ids(idsOfReaders(m_folders.devices))
 {
     watchNodes();
-    QObject::connect(&m_nodes, &QFileSystemWatcher::directoryChanged, &m_nodes, [this] {
+    m_settling.setSingleShot(true);
+    QObject::connect(&m_settling, &QTimer::timeout, &m_settling, [this] { look(); });
+    QObject::connect(&m_nodes, &QFileSystemWatcher::directoryChanged, &m_settling, [this] {
         watchNodes();
-        const QString before = std::exchange(m_ids, idsOfReaders());
-        if (m_ids != before)
-            m_changed();
+        m_settling.start(TIME_TO_SETTLE_MS);
     });
 }
 
 void PluggedReaders::watchNodes()
 {
-    const QDir nodes(NODES);
+    const QDir nodes(m_folders.nodes);
+    if (!nodes.exists())
+        return;
+    m_nodes.addPath(nodes.path());
     for (const QString &bus : nodes.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         m_nodes.addPath(nodes.filePath(bus));
-    if (nodes.exists())
-        m_nodes.addPath(NODES);
+}
+
+void PluggedReaders::look()
+{
+    const QString before = std::exchange(m_ids, idsOfReaders(m_folders.devices));
+    if (m_ids != before)
+        m_changed();
 }
 
 } // namespace app

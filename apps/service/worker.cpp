@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 
 #include <sys/prctl.h>
 
@@ -88,6 +89,9 @@ void Worker::run(const QStringList &arguments, int timeoutMs)
 {
     setProgram(toolPath());
     setArguments(arguments);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QLatin1String(MALLOC_SETTINGS));
+    setProcessEnvironment(environment);
     setStandardInputFile(nullDevice());
     setStandardErrorFile(nullDevice());
     if (timeoutMs > 0)

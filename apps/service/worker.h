@@ -13,6 +13,10 @@
 namespace app
 {
 
+/** The environment variable by which the C library overwrites memory; a worker needs no such thing.
+ */
+constexpr const char *MALLOC_SETTINGS = "GLIBC_TUNABLES";
+
 class Worker : private QProcess
 {
 public:

@@ -1,0 +1,94 @@
+// Where the card does not stay: in the service's memory and in what it prints.
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "tests/canary/process_memory.h"
+#include "tests/service/service_process.h"
+#include "tests/support/files.h"
+
+using testing::IsEmpty;
+
+namespace
+{
+
+class ServiceSecrets : public ServiceTest
+{
+protected:
+    /** Whether the service still has this text, as it is written or as Qt has it. */
+    bool isKept(const QString &text) const
+    {
+        const QByteArray wide(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
+        return canary::isInMemory(m_service->id(), text.toUtf8()) ||
+               canary::isInMemory(m_service->id(), wide);
+    }
+
+    QByteArray factOf(const char *name) const
+    {
+        return readFile(QStringLiteral("/proc/%1/%2").arg(m_service->id()).arg(name));
+    }
+};
+
+/** Parts of its texts, photo and prints that nothing else has. */
+QStringList marksOf(const QString &json)
+{
+    const QJsonObject card = QJsonDocument::fromJson(json.toUtf8()).object();
+    QStringList marks = {card.value("name").toString(), card.value("idNumber").toString(),
+                         card.value("address").toString()};
+    for (const char *part : {"photo", "fingerprints"}) {
+        const QString data = card.value(QLatin1String(part)).toObject().value("data").toString();
+        marks << data.mid(data.size() / 2, 40);
+    }
+    return marks;
+}
+
+} // namespace
+
+TEST_F(ServiceSecrets, Memory_HasNothingOfACardThatWasDelivered)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "Left out: a sanitizer keeps what is freed";
+#endif
+    serveCard();
+    const QStringList marks =
+        marksOf(QString::fromStdString(textOf(m_client.read({"photo", "fingerprints"}))));
+    textOf(m_client.read());
+    m_client.ask("StartWatching", {QStringList("photo")});
+    ASSERT_TRUE(becomes("idle"));
+    EXPECT_TRUE(isKept(QStringLiteral(IDCARD_SERVICE_NAME))); // the search finds what is there
+    for (const QString &mark : marks) {
+        ASSERT_FALSE(mark.isEmpty());
+        EXPECT_TRUE(waitFor([&] { return !isKept(mark); }, 5000)) << mark.toStdString();
+    }
+}
+
+TEST_F(ServiceSecrets, Rubbish_IsNotPrinted)
+{
+    serveScript("echo 990000199003074284; echo 990000199003074284 >&2; kill -SEGV $$");
+    EXPECT_EQ(errorOf(m_client.read()), "WorkerFailed");
+    EXPECT_EQ(errorOf(m_client.ask("StartWatching", {QStringList()})), "");
+    ASSERT_TRUE(becomes("idle"));
+    m_service->signal(SIGTERM);
+    const ProcessResult run = m_service->result();
+    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_THAT(run.error(), IsEmpty());
+}
+
+TEST_F(ServiceSecrets, CoreFiles_AreNotWritten)
+{
+    serveCard();
+    const std::string limits = factOf("limits").toStdString();
+    EXPECT_THAT(limits, testing::ContainsRegex("Max core file size +0 +0 "));
+}
+
+TEST_F(ServiceSecrets, Tool_HasTheEnvironmentOfTheServiceWithoutItsSettings)
+{
+    serveScript("env >environment; echo '{\"kind\": \"resident\"}'");
+    textOf(m_client.read());
+    EXPECT_THAT(readFile(path("environment")).toStdString(),
+                testing::Not(testing::HasSubstr("GLIBC_TUNABLES")));
+}
