@@ -1,12 +1,16 @@
 // The service as the bus sees it: its name, what it says of itself, its properties and its end.
 
 #include <csignal>
+#include <set>
+#include <utility>
 
 #include <gmock/gmock.h>
 
 #include <QDBusInterface>
 #include <QDBusReply>
+#include <QDir>
 #include <QRegularExpression>
+#include <QXmlStreamReader>
 
 #include "tests/service/service_process.h"
 #include "tests/support/files.h"
@@ -40,7 +44,42 @@ std::string interfaceIn(QString text)
     return text.simplified().toStdString();
 }
 
+/** Each method, signal and property with its types, and what is noted of it. */
+std::set<std::string> membersIn(const QByteArray &text)
+{
+    std::set<std::string> members;
+    std::string member;
+    QXmlStreamReader xml(text);
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const QString element = xml.name().toString();
+        std::string words = element.toStdString();
+        for (const QXmlStreamAttribute &attribute : xml.attributes())
+            words += ' ' + attribute.value().toString().toStdString();
+        if (element == QLatin1String("arg") || element == QLatin1String("annotation"))
+            member += ", " + words;
+        else
+            members.insert(std::exchange(member, words));
+    }
+    members.insert(member);
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    return members;
+}
+
 } // namespace
+
+TEST(ServiceInterface, MembersOfReleasedVersions_AreStillThere)
+{
+    const std::set<std::string> now = membersIn(readFile(IDCARD_SERVICE_INTERFACE));
+    const QDir folder(QStringLiteral(IDCARD_SOURCE_DIR "/tests/service"));
+    const QStringList released = folder.entryList({"interface-*.xml"});
+    EXPECT_FALSE(released.isEmpty());
+    for (const QString &file : released) {
+        for (const std::string &member : membersIn(readFile(folder.filePath(file))))
+            EXPECT_EQ(now.count(member), 1U) << file.toStdString() << ": " << member;
+    }
+}
 
 TEST_F(Service, Introspection_IsTheInstalledInterface)
 {
