@@ -57,6 +57,7 @@ ExitStatus serve(const ServiceOptions &options)
     bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                 QCoreApplication::instance(), SLOT(quit()));
+    catchInterruption(ExitStatus::DONE);
     ReaderService service(options, bus);
     if (!service.appear()) {
         printMessage(tr("The name %1 cannot be had on the bus: another service has it, or this "
@@ -64,7 +65,6 @@ ExitStatus serve(const ServiceOptions &options)
                          .arg(QStringLiteral(IDCARD_SERVICE_NAME)));
         return ExitStatus::PROGRAM_FAILED;
     }
-    catchInterruption(ExitStatus::DONE);
     ReadableNotifier interruption(interruptionDescriptor(), [&] {
         interruption.setEnabled(false);
         service.leave();
