@@ -74,7 +74,7 @@ bool ReaderService::appear()
 
 void ReaderService::leaveIfIdle()
 {
-    if (m_claim)
+    if (m_claim || !m_undecided.isEmpty())
         m_idle.start(IDLE_MS);
     else
         leave();
@@ -84,13 +84,19 @@ void ReaderService::leave()
 {
     m_isLeaving = true;
     m_bus.unregisterService(NAME);
+    for (const QDBusMessage &call : qAsConst(m_undecided))
+        refuse(call, ServiceError::CANCELLED);
+    m_undecided.clear();
     if (m_worker != nullptr)
         m_worker->stop();
-    else // calls that came before the name was given back are still answered
-        QTimer::singleShot(0, this, [this] {
-            if (m_worker == nullptr)
-                QCoreApplication::quit();
-        });
+    // Calls that came before the name was given back are still carried out.
+    QTimer::singleShot(0, this, [this] { quitIfDone(); });
+}
+
+void ReaderService::quitIfDone()
+{
+    if (m_isLeaving && m_worker == nullptr && m_undecided.isEmpty())
+        QCoreApplication::quit();
 }
 
 QString ReaderService::introspect(const QString & /*path*/) const
@@ -170,6 +176,7 @@ void ReaderService::authorize(const QDBusMessage &call, const QStringList &parts
             refuse(call, ServiceError::NOT_AUTHORIZED, refusal);
         else if (isFreeFor(call))
             begin();
+        quitIfDone();
     });
 }
 
@@ -215,13 +222,11 @@ void ReaderService::describeError(const QDBusMessage &call)
 /** Refuses the call if a program has the reader, be it the caller itself. */
 bool ReaderService::isFreeFor(const QDBusMessage &call)
 {
-    if (!m_claim && !m_isLeaving)
+    if (!m_claim)
         return true;
-    QString cause;
-    if (m_claim)
-        cause = tr("A program has been using it through the service since %1.")
-                    .arg(m_claim->since.toString(Qt::ISODate));
-    refuse(call, ServiceError::BUSY, cause);
+    refuse(call, ServiceError::BUSY,
+           tr("A program has been using it through the service since %1.")
+               .arg(m_claim->since.toString(Qt::ISODate)));
     return false;
 }
 
@@ -271,8 +276,7 @@ void ReaderService::endClaim()
         reply(call);
     propertyChanged("State");
     m_idle.start(IDLE_MS);
-    if (m_isLeaving)
-        leave();
+    quitIfDone();
 }
 
 /** What "watch" printed, of which the last line may not be complete. */

@@ -59,6 +59,7 @@ private:
     static const Method METHODS[];
 
     void leaveIfIdle();
+    void quitIfDone();
     bool refuseUnknownMethod(const QDBusMessage &call);
     void readCard(const QDBusMessage &call);
     void startWatching(const QDBusMessage &call);

@@ -229,6 +229,17 @@ TEST_F(ServiceAuthorization, CancelBeforeTheDecision_CancelsTheCall)
     textOf(m_client.read());
 }
 
+TEST_F(ServiceAuthorization, EndOfTheServiceBeforeTheDecision_CancelsTheCall)
+{
+    m_polkit.hang();
+    const QDBusPendingCall reading = m_client.beginRead();
+    EXPECT_EQ(m_client.state(), "idle"); // the call has come
+    m_service->signal(SIGTERM);
+    EXPECT_EQ(errorAtTheEnd(reading), "Cancelled");
+    expectEnd(m_service->result(), 0);
+    m_polkit.goOn();
+}
+
 TEST_F(ServiceAuthorization, CancelByAnotherBeforeTheDecision_DoesNothing)
 {
     m_polkit.allow({READ_CARD});
