@@ -2,39 +2,9 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 
 #include "apps/process/translation.h"
-
-namespace app
-{
-
-/** The program, in polkit's words. */
-struct Subject {
-    QString kind;
-    QVariantMap details;
-};
-
-static QDBusArgument &operator<<(QDBusArgument &argument, const Subject &subject)
-{
-    argument.beginStructure();
-    argument << subject.kind << subject.details;
-    argument.endStructure();
-    return argument;
-}
-
-static const QDBusArgument &operator>>(const QDBusArgument &argument, Subject &subject)
-{
-    argument.beginStructure();
-    argument >> subject.kind >> subject.details;
-    argument.endStructure();
-    return argument;
-}
-
-} // namespace app
-
-Q_DECLARE_METATYPE(app::Subject)
 
 namespace app
 {
@@ -51,19 +21,21 @@ const QString READ_FINGERPRINTS = QStringLiteral(IDCARD_SERVICE_DOMAIN ".read-fi
 constexpr int TIME_TO_DECIDE_MS = 20000;
 constexpr unsigned int MAY_ASK_THE_USER = 1;
 
-using Details = QMap<QString, QString>;
-
 QDBusMessage question(const QString &client, const QString &action)
 {
-    qDBusRegisterMetaType<Subject>();
-    qDBusRegisterMetaType<Details>();
-    const Subject subject{QStringLiteral("system-bus-name"), {{QStringLiteral("name"), client}}};
+    QDBusArgument subject;
+    subject.beginStructure();
+    subject << QStringLiteral("system-bus-name") << QVariantMap{{QStringLiteral("name"), client}};
+    subject.endStructure();
+    QDBusArgument noDetails;
+    noDetails.beginMap(QMetaType::QString, QMetaType::QString);
+    noDetails.endMap();
     QDBusMessage call =
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.PolicyKit1"),
                                        QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
                                        QStringLiteral("org.freedesktop.PolicyKit1.Authority"),
                                        QStringLiteral("CheckAuthorization"));
-    call << QVariant::fromValue(subject) << action << QVariant::fromValue(Details())
+    call << QVariant::fromValue(subject) << action << QVariant::fromValue(noDetails)
          << MAY_ASK_THE_USER << QString();
     return call;
 }
@@ -90,29 +62,30 @@ QString refusalIn(const QDBusMessage &answer, const QString &action)
                                : tr("polkit refuses the action %1 to this program.").arg(action);
 }
 
-} // namespace
-
-void Authorization::ask(const QString &client, const QStringList &parts, const Decided &decided)
+void askFor(const QString &action, const QDBusConnection &bus, QObject *owner,
+            const QString &client, const Decided &decided)
 {
-    if (!parts.contains(QLatin1String("fingerprints")))
-        return ask(client, READ_CARD, decided);
-    ask(client, READ_CARD, [this, client, decided](const QString &refusal) {
-        if (refusal.isEmpty())
-            ask(client, READ_FINGERPRINTS, decided);
-        else
-            decided(refusal);
+    auto *const answer = new QDBusPendingCallWatcher(
+        bus.asyncCall(question(client, action), TIME_TO_DECIDE_MS), owner);
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, owner, [answer, action, decided] {
+        decided(refusalIn(answer->reply(), action));
+        answer->deleteLater();
     });
 }
 
-void Authorization::ask(const QString &client, const QString &action, const Decided &decided)
+} // namespace
+
+void askPolkit(const QDBusConnection &bus, QObject *owner, const QString &client,
+               const QStringList &parts, const Decided &decided)
 {
-    auto *const answer = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(question(client, action), TIME_TO_DECIDE_MS), m_owner);
-    QObject::connect(answer, &QDBusPendingCallWatcher::finished, m_owner,
-                     [answer, action, decided] {
-                         decided(refusalIn(answer->reply(), action));
-                         answer->deleteLater();
-                     });
+    if (!parts.contains(QLatin1String("fingerprints")))
+        return askFor(READ_CARD, bus, owner, client, decided);
+    askFor(READ_CARD, bus, owner, client, [=](const QString &refusal) {
+        if (refusal.isEmpty())
+            askFor(READ_FINGERPRINTS, bus, owner, client, decided);
+        else
+            decided(refusal);
+    });
 }
 
 } // namespace app

@@ -4,13 +4,12 @@
 #include <utility>
 
 #include <QCoreApplication>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusConnectionInterface>
 #include <QFile>
 #include <QLocale>
 
 #include "apps/process/translation.h"
-#include "apps/service/read_request.h"
+#include "apps/service/authorization.h"
 
 // At global scope: the macro declares a function of the generated code.
 static void registerInterface()
@@ -55,8 +54,7 @@ const ReaderService::Method ReaderService::METHODS[] = {
 };
 
 ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
-    : m_options(std::move(options)), m_bus(bus), m_authorization(bus, this),
-      m_readers([this] { propertyChanged("Reader"); })
+    : m_options(std::move(options)), m_bus(bus), m_readers([this] { propertyChanged("Reader"); })
 {
     m_clients.setConnection(bus);
     m_clients.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -169,7 +167,7 @@ void ReaderService::authorize(const QDBusMessage &call, const QStringList &parts
         return begin();
     const int id = ++m_lastUndecided;
     m_undecided.insert(id, call);
-    m_authorization.ask(call.service(), parts, [=](const QString &refusal) {
+    askPolkit(m_bus, this, call.service(), parts, [=](const QString &refusal) {
         if (m_undecided.remove(id) == 0)
             return; // it was cancelled
         if (!refusal.isEmpty())
@@ -233,37 +231,43 @@ bool ReaderService::isFreeFor(const QDBusMessage &call)
 void ReaderService::beginReading(const QDBusMessage &call, const QStringList &parts,
                                  unsigned int timeoutMs)
 {
-    claim(call, "reading", nullptr, [this, call](Worker::End end, const QByteArray &output) {
-        if (m_claim->isClientThere)
+    if (claim(call, "reading", nullptr, [this, call](Worker::End end, const QByteArray &output) {
             answerRead(call, end, output);
-    });
-    m_worker->run(readArguments(parts, timeoutMs) + simulation(), static_cast<int>(timeoutMs));
+        }))
+        m_worker->run(readArguments(parts, timeoutMs) + simulation(), static_cast<int>(timeoutMs));
 }
 
 void ReaderService::beginWatching(const QDBusMessage &call, const QStringList &parts)
 {
-    claim(
+    const bool isClaimed = claim(
         call, "watching", [this](QByteArray *output) { sendLines(output); },
         [this](Worker::End end, const QByteArray & /*output*/) {
             if (end == Worker::End::FAILED)
                 sendToClient(brokenWatchSignal());
         });
-    m_worker->run(watchArguments(parts) + simulation(), 0);
+    if (!isClaimed)
+        return;
     reply(call);
+    m_worker->run(watchArguments(parts) + simulation(), 0);
 }
 
-/** Gives the reader to the caller, with a worker that is still to be run. */
-void ReaderService::claim(const QDBusMessage &call, const char *state, Worker::Take take,
+/** Gives the reader to the caller, with a worker that is still to be run, unless it has left. */
+bool ReaderService::claim(const QDBusMessage &call, const char *state, Worker::Take take,
                           const Worker::Ended &ended)
 {
+    m_clients.addWatchedService(call.service());
+    if (!m_bus.interface()->isServiceRegistered(call.service())) {
+        m_clients.removeWatchedService(call.service());
+        return false;
+    }
     m_claim = Claim{call.service(), state, QDateTime::currentDateTime()};
-    endWhenClientLeaves(call.service());
     propertyChanged("State");
     m_worker = std::make_unique<Worker>(std::move(take),
                                         [this, ended](Worker::End end, const QByteArray &output) {
                                             ended(end, output);
                                             endClaim();
                                         });
+    return true;
 }
 
 void ReaderService::endClaim()
@@ -294,38 +298,16 @@ void ReaderService::sendLines(QByteArray *output)
 /** To nobody else: it may hold what a card says. */
 void ReaderService::sendToClient(const ServiceSignal &content)
 {
-    if (!m_claim->isClientThere)
-        return;
     QDBusMessage signal =
         QDBusMessage::createTargetedSignal(m_claim->client, PATH, NAME, content.name);
     signal.setArguments(content.arguments);
     m_bus.send(signal);
 }
 
-/** Also when it has left before it is watched for. */
-void ReaderService::endWhenClientLeaves(const QString &client)
-{
-    m_clients.addWatchedService(client);
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question << client;
-    auto *const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, client] {
-        const QDBusPendingReply<bool> isThere = *answer;
-        if (isThere.isValid() && !isThere.value())
-            clientLeft(client);
-        answer->deleteLater();
-    });
-}
-
 void ReaderService::clientLeft(const QString &client)
 {
-    if (!m_claim || m_claim->client != client)
-        return;
-    m_claim->isClientThere = false;
-    m_claim->waiting.clear();
-    m_worker->stop();
+    if (m_claim && m_claim->client == client)
+        m_worker->stop();
 }
 
 QStringList ReaderService::simulation() const

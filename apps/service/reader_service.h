@@ -16,11 +16,10 @@
 #include <QTimer>
 #include <QVector>
 
-#include "apps/service/authorization.h"
 #include "apps/service/plugged_readers.h"
 #include "apps/service/service_errors.h"
 #include "apps/service/service_options.h"
-#include "apps/service/watched_line.h"
+#include "apps/service/tool_protocol.h"
 #include "apps/service/worker.h"
 
 namespace app
@@ -52,7 +51,6 @@ private:
         QString client;
         const char *state;
         QDateTime since;
-        bool isClientThere = true;
         QVector<QDBusMessage> waiting = {}; ///< calls to be answered when the reader is free
     };
 
@@ -72,12 +70,11 @@ private:
     bool isFreeFor(const QDBusMessage &call);
     void beginReading(const QDBusMessage &call, const QStringList &parts, unsigned int timeoutMs);
     void beginWatching(const QDBusMessage &call, const QStringList &parts);
-    void claim(const QDBusMessage &call, const char *state, Worker::Take take,
+    bool claim(const QDBusMessage &call, const char *state, Worker::Take take,
                const Worker::Ended &ended);
     void endClaim();
     void sendLines(QByteArray *output);
     void sendToClient(const ServiceSignal &content);
-    void endWhenClientLeaves(const QString &client);
     void clientLeft(const QString &client);
     QStringList simulation() const;
 
@@ -93,7 +90,6 @@ private:
 
     const ServiceOptions m_options;
     QDBusConnection m_bus;
-    Authorization m_authorization;
     QDBusServiceWatcher m_clients;
     PluggedReaders m_readers;
     QTimer m_idle;

@@ -27,14 +27,12 @@ std::optional<ErrorTexts> textsIn(const std::vector<ResultEntry> &catalogue, con
     return std::nullopt;
 }
 
-/** Of what fails in the tool itself the cause is that of the error: it depends on the case. */
+/** Without a cause, which depends on the case. */
 std::optional<ErrorTexts> toolTexts(const QString &result)
 {
     for (const ToolFaultEntry &entry : toolFaultCatalogue()) {
-        const std::optional<ServiceError> error = errorOfResult(result);
-        if (error && result == QLatin1String(entry.name))
-            return ErrorTexts{resultText(entry.headline), textsOf(*error).cause,
-                              resultText(entry.remedy)};
+        if (result == QLatin1String(entry.name))
+            return ErrorTexts{resultText(entry.headline), {}, resultText(entry.remedy)};
     }
     return std::nullopt;
 }
@@ -56,52 +54,27 @@ const ErrorRow &rowOf(ServiceError error)
 
 const std::vector<ErrorRow> &errorTable()
 {
-    constexpr const char *SAME = nullptr;
     static const std::vector<ErrorRow> rows = {
         {ServiceError::NO_CARD,
          "NoCard",
-         SAME,
-         SAME,
-         SAME,
          {"IDCARD_RESULT_NO_CARD", "USB_READER_LOOKUP_MISMATCH", "USB_READER_NO_DATA"}},
-        {ServiceError::UNKNOWN_CARD,
-         "UnknownCard",
-         SAME,
-         SAME,
-         SAME,
-         {"IDCARD_RESULT_OK", "TOOL_TEXT_NOT_DECODED"}},
-        {ServiceError::READER_NOT_FOUND,
-         "ReaderNotFound",
-         SAME,
-         SAME,
-         SAME,
-         {"USB_READER_NOT_FOUND"}},
+        {ServiceError::UNKNOWN_CARD, "UnknownCard", {"IDCARD_RESULT_OK", "TOOL_TEXT_NOT_DECODED"}},
+        {ServiceError::READER_NOT_FOUND, "ReaderNotFound", {"USB_READER_NOT_FOUND"}},
         {ServiceError::READER_NOT_OPENED,
          "ReaderNotOpened",
-         SAME,
-         SAME,
-         SAME,
          {"IDCARD_RESULT_PORT_NOT_OPEN", "USB_READER_OPEN_FAILED", "USB_READER_RESET_FAILED",
           "USB_READER_INIT_FAILED", "USB_READER_NO_DEVICE_LIST", "USB_READER_NO_DESCRIPTOR"}},
         {ServiceError::SEVERAL_READERS,
          "SeveralReaders",
-         QT_TR_NOOP("Several USB devices could be the reader."),
+         {"TOOL_SEVERAL_READERS"},
          QT_TR_NOOP("Which of them is meant is not known."),
+         nullptr,
          QT_TR_NOOP("Unplug the others, or name the ids of the reader in the configuration file of "
-                    "the machine."),
-         {"TOOL_SEVERAL_READERS"}},
-        {ServiceError::NO_PERMISSION,
-         "NoPermission",
-         SAME,
-         SAME,
-         SAME,
-         {"USB_READER_NO_PERMISSION"}},
-        {ServiceError::READER_BUSY, "ReaderBusy", SAME, SAME, SAME, {"USB_READER_CLAIM_FAILED"}},
+                    "the machine.")},
+        {ServiceError::NO_PERMISSION, "NoPermission", {"USB_READER_NO_PERMISSION"}},
+        {ServiceError::READER_BUSY, "ReaderBusy", {"USB_READER_CLAIM_FAILED"}},
         {ServiceError::READ_FAILED,
          "ReadFailed",
-         SAME,
-         SAME,
-         SAME,
          {"IDCARD_RESULT_READ_FAILED", "USB_READER_LOOKUP_READ_FAILED",
           "USB_READER_LOOKUP_WRITE_FAILED", "USB_READER_SELECT_MISMATCH",
           "USB_READER_SELECT_READ_FAILED", "USB_READER_SELECT_WRITE_FAILED",
@@ -109,63 +82,52 @@ const std::vector<ErrorRow> &errorTable()
           "USB_READER_DATA_STATUS_WRONG", "USB_READER_DATA_LENGTH_MISMATCH",
           "USB_READER_DATA_PRINTS_INVALID", "USB_READER_DATA_READ_FAILED",
           "USB_READER_DATA_WRITE_FAILED"}},
-        {ServiceError::PHOTO_NOT_DECODED,
-         "PhotoNotDecoded",
-         SAME,
-         SAME,
-         SAME,
-         {"IDCARD_RESULT_PHOTO_NOT_DECODED"}},
+        {ServiceError::PHOTO_NOT_DECODED, "PhotoNotDecoded", {"IDCARD_RESULT_PHOTO_NOT_DECODED"}},
         {ServiceError::TIMED_OUT,
          "TimedOut",
-         QT_TR_NOOP("Reading the card did not end in time."),
-         QT_TR_NOOP("The reader asks again and again for another try, or does not answer."),
-         QT_TR_NOOP("Lay the card flat on the middle of the reader, keep it still and read once "
-                    "more; if it happens again, unplug the reader and plug it in."),
-         {"TOOL_READ_TIMED_OUT"}},
+         {"TOOL_READ_TIMED_OUT"},
+         QT_TR_NOOP("The reader asks again and again for another try, or does not answer.")},
         {ServiceError::CANCELLED,
          "Cancelled",
-         QT_TR_NOOP("The reading was cancelled."),
+         {"TOOL_INTERRUPTED", "TOOL_READ_BROKEN_OFF"},
          QT_TR_NOOP("The program that asked for the card asked to stop, or the service was ended."),
-         QT_TR_NOOP("Read once more."),
-         {"TOOL_INTERRUPTED", "TOOL_READ_BROKEN_OFF"}},
+         QT_TR_NOOP("The reading was cancelled."),
+         QT_TR_NOOP("Read once more.")},
         {ServiceError::BUSY,
          "Busy",
-         QT_TR_NOOP("The reader is in use."),
+         {},
          QT_TR_NOOP("A program is reading through the service, which serves one at a time."),
-         QT_TR_NOOP("Wait until the reader is free, or end the other program."),
-         {}},
+         QT_TR_NOOP("The reader is in use."),
+         QT_TR_NOOP("Wait until the reader is free, or end the other program.")},
         {ServiceError::NOT_AUTHORIZED,
          "NotAuthorized",
-         QT_TR_NOOP("This program may not read cards."),
+         {},
          QT_TR_NOOP("The rules of this machine do not allow it to its user."),
-         QT_TR_NOOP("Ask the administrator of this machine for a rule that allows it."),
-         {}},
+         QT_TR_NOOP("This program may not read cards."),
+         QT_TR_NOOP("Ask the administrator of this machine for a rule that allows it.")},
         {ServiceError::INVALID_ARGUMENT,
          "InvalidArgument",
-         QT_TR_NOOP("The call to the service is wrong."),
+         {},
          QT_TR_NOOP("An argument has a value that it may not have."),
-         QT_TR_NOOP("Correct the program that calls; idcard-readerd(8) describes the arguments."),
-         {}},
+         QT_TR_NOOP("The call to the service is wrong."),
+         QT_TR_NOOP("Correct the program that calls; idcard-readerd(8) describes the arguments.")},
         {ServiceError::CONFIGURATION_WRONG,
          "ConfigurationWrong",
-         QT_TR_NOOP("A configuration file has a mistake."),
-         QT_TR_NOOP("A key or a value in it is unknown, or a line is not one of both."),
-         QT_TR_NOOP("Correct the file; \"idcard-reader doctor\" shows which files there are and "
-                    "what they say."),
-         {"TOOL_CONFIGURATION_WRONG"}},
+         {"TOOL_CONFIGURATION_WRONG"},
+         QT_TR_NOOP("A key or a value in it is unknown, or a line is not one of both.")},
         {ServiceError::WORKER_FAILED,
          "WorkerFailed",
-         QT_TR_NOOP("The program that reads the card failed."),
-         QT_TR_NOOP("idcard-reader, which the service starts, was not found, crashed, did not end, "
-                    "or printed what is no result."),
-         QT_TR_NOOP("Read once more. If it happens again, run \"idcard-reader doctor\" and install "
-                    "the programs again."),
          {"TOOL_PROGRAM_BROKEN", "TOOL_UNKNOWN_CODE", "TOOL_WRONG_USAGE", "TOOL_OPTIONS_CONTRADICT",
           "TOOL_SIMULATOR_NOT_LOADED", "TOOL_SIMULATION_REFUSED", "TOOL_FILES_NOT_WRITTEN",
           "TOOL_RECORD_NOT_READ", "TOOL_NOT_A_RECORD", "IDCARD_RESULT_NULL_CARD_KIND",
           "IDCARD_RESULT_NULL_CN", "IDCARD_RESULT_NULL_FOREIGN_2017",
           "IDCARD_RESULT_NULL_FOREIGN_NEW", "IDCARD_RESULT_NULL_HMT",
-          "IDCARD_RESULT_NULL_FRONT_IMAGE", "IDCARD_RESULT_NULL_BACK_IMAGE"}},
+          "IDCARD_RESULT_NULL_FRONT_IMAGE", "IDCARD_RESULT_NULL_BACK_IMAGE"},
+         QT_TR_NOOP("idcard-reader, which the service starts, was not found, crashed, did not end, "
+                    "or printed what is no result."),
+         QT_TR_NOOP("The program that reads the card failed."),
+         QT_TR_NOOP("Read once more. If it happens again, run \"idcard-reader doctor\" and install "
+                    "the programs again.")},
     };
     return rows;
 }
@@ -188,9 +150,15 @@ std::optional<ServiceError> errorOfResult(const QString &result)
 ErrorTexts textsOf(ServiceError error)
 {
     const ErrorRow &row = rowOf(error);
+    const QString result = QLatin1String(row.results.empty() ? "" : row.results.front());
+    ErrorTexts texts = textsOfResult(result).value_or(ErrorTexts());
+    if (row.cause != nullptr)
+        texts.cause = tr(row.cause);
     if (row.headline != nullptr)
-        return {tr(row.headline), tr(row.cause), tr(row.remedy)};
-    return textsOfResult(QLatin1String(row.results.front())).value_or(ErrorTexts());
+        texts.headline = tr(row.headline);
+    if (row.remedy != nullptr)
+        texts.remedy = tr(row.remedy);
+    return texts;
 }
 
 std::optional<ErrorTexts> textsOf(const QString &name)
@@ -199,7 +167,11 @@ std::optional<ErrorTexts> textsOf(const QString &name)
         if (name == busName(row.error))
             return textsOf(row.error);
     }
-    return textsOfResult(name);
+    std::optional<ErrorTexts> texts = textsOfResult(name);
+    const std::optional<ServiceError> error = errorOfResult(name);
+    if (texts && error && texts->cause.isEmpty())
+        texts->cause = textsOf(*error).cause;
+    return texts;
 }
 
 } // namespace app

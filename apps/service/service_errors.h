@@ -38,12 +38,12 @@ struct ErrorTexts {
 
 struct ErrorRow {
     ServiceError error;
-    const char *name; ///< behind "org.idcardreader.Error."
-    /** The service's own words; null where those of the first result are used. */
-    const char *headline;
-    const char *cause;
-    const char *remedy;
+    const char *name;                  ///< behind "org.idcardreader.Error."
     std::vector<const char *> results; ///< names in the catalogues
+    /** The service's own words; null where those of the first result are used. */
+    const char *cause = nullptr;
+    const char *headline = nullptr;
+    const char *remedy = nullptr;
 };
 
 /** All of them, in the order of the enumeration. */

@@ -30,28 +30,6 @@ QString toolPath()
                : QString::fromUtf8(IDCARD_INSTALL_BINDIR "/idcard-reader");
 }
 
-/** While it lives, a child is forked with the signals that would end it held back. */
-class HeldSignals
-{
-public:
-    HeldSignals()
-    {
-        sigset_t ending;
-        sigemptyset(&ending);
-        sigaddset(&ending, SIGINT);
-        sigaddset(&ending, SIGTERM);
-        ::pthread_sigmask(SIG_BLOCK, &ending, &m_before);
-    }
-    ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    HeldSignals(const HeldSignals &) = delete;
-    HeldSignals(HeldSignals &&) = delete;
-    HeldSignals &operator=(const HeldSignals &) = delete;
-    HeldSignals &operator=(HeldSignals &&) = delete;
-
-private:
-    sigset_t m_before{};
-};
-
 } // namespace
 
 Worker::Worker(Take take, Ended ended) : m_take(std::move(take)), m_ended(std::move(ended))
@@ -96,8 +74,9 @@ void Worker::run(const QStringList &arguments, int timeoutMs)
     setStandardErrorFile(nullDevice());
     if (timeoutMs > 0)
         m_deadline.start(timeoutMs);
-    const HeldSignals held;
     start(ReadOnly);
+    // Until it is the tool, it has the handlers of this program, which a signal to end would wake.
+    waitForStarted();
 }
 
 void Worker::stop()
@@ -113,13 +92,6 @@ void Worker::fail()
 
 void Worker::setupChildProcess()
 {
-    // The service's own handlers, which the child would otherwise have until it is the tool, would
-    // wake the service.
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
-    sigset_t none;
-    sigemptyset(&none);
-    ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 

@@ -2243,10 +2243,6 @@
         <translation>该属性只能读取。</translation>
     </message>
     <message>
-        <source>Several USB devices could be the reader.</source>
-        <translation>可能是读卡器的 USB 设备有多个。</translation>
-    </message>
-    <message>
         <source>Which of them is meant is not known.</source>
         <translation>不知道指的是其中哪一个。</translation>
     </message>
@@ -2255,16 +2251,8 @@
         <translation>请拔下其他设备，或在本机的配置文件中写明读卡器的 ID。</translation>
     </message>
     <message>
-        <source>Reading the card did not end in time.</source>
-        <translation>没有在限定时间内读完证件。</translation>
-    </message>
-    <message>
         <source>The reader asks again and again for another try, or does not answer.</source>
         <translation>读卡器一再要求重试，或者没有应答。</translation>
-    </message>
-    <message>
-        <source>Lay the card flat on the middle of the reader, keep it still and read once more; if it happens again, unplug the reader and plug it in.</source>
-        <translation>请将证件平放在读卡器中央，不要移动，再读一次；如果仍然出现，请重新插拔读卡器。</translation>
     </message>
     <message>
         <source>The reading was cancelled.</source>
@@ -2315,16 +2303,8 @@
         <translation>请更正调用的程序；idcard-readerd(8) 说明了各参数。</translation>
     </message>
     <message>
-        <source>A configuration file has a mistake.</source>
-        <translation>配置文件有误。</translation>
-    </message>
-    <message>
         <source>A key or a value in it is unknown, or a line is not one of both.</source>
         <translation>其中的键或值无法识别，或者某一行不是键和值。</translation>
-    </message>
-    <message>
-        <source>Correct the file; &quot;idcard-reader doctor&quot; shows which files there are and what they say.</source>
-        <translation>请改正该文件；“idcard-reader doctor”显示有哪些配置文件及其内容。</translation>
     </message>
     <message>
         <source>The program that reads the card failed.</source>

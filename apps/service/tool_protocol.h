@@ -1,12 +1,13 @@
 #pragma once
 
-// What a program asks of a reading, and what idcard-reader made of it.
+// What the service has idcard-reader do, and what that prints as the bus carries it.
 
 #include <optional>
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 
 #include "apps/service/service_errors.h"
 
@@ -21,6 +22,7 @@ QString problemOfTimeout(unsigned int milliseconds);
 
 /** The arguments of idcard-reader. */
 QStringList readArguments(const QStringList &parts, unsigned int timeoutMs);
+QStringList watchArguments(const QStringList &parts);
 
 /** Why there is no card. */
 struct ReadFailure {
@@ -28,7 +30,18 @@ struct ReadFailure {
     ErrorTexts texts;
 };
 
-/** Nothing if the output is a card. */
+/** Nothing if the output of "read" is a card. */
 std::optional<ReadFailure> failureIn(const QByteArray &output);
+
+struct ServiceSignal {
+    QString name;
+    QVariantList arguments;
+};
+
+/** That of a line of "watch", without its end; nothing when the tool would not print it. */
+std::optional<ServiceSignal> signalOf(const QByteArray &line);
+
+/** That of a tool which failed itself. */
+ServiceSignal brokenWatchSignal();
 
 } // namespace app
