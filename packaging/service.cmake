@@ -20,7 +20,8 @@ idcard_install_service_file(idcard-readerd.service idcard-readerd.service
   "${IDCARD_SYSTEMD_UNIT_DIR}")
 idcard_install_service_file(actions.policy "${IDCARD_SERVICE_DOMAIN}.policy"
   "${CMAKE_INSTALL_DATADIR}/polkit-1/actions")
-idcard_install_service_file(50-idcard-reader-kiosk.rules 50-idcard-reader-kiosk.rules
-  "${CMAKE_INSTALL_DOCDIR}/packaging/service")
+foreach(sample 50-idcard-reader-kiosk.rules 50-idcard-reader-kiosk.pkla)
+  idcard_install_service_file(${sample} ${sample} "${CMAKE_INSTALL_DOCDIR}/packaging/service")
+endforeach()
 idcard_install_service_file(sysusers.conf idcard-readerd.conf "${IDCARD_SYSUSERS_DIR}")
 install(FILES "${IDCARD_SERVICE_INTERFACE}" DESTINATION "${dbus_folder}/interfaces")

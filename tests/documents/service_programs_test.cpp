@@ -95,8 +95,13 @@ TEST_F(ServicePrograms, PythonThatWatches_PrintsEachCardUntilTheEnd)
     EXPECT_EQ(run.output(), std::string(NUMBER) + '\n');
 }
 
-TEST(ServicePage, RuleForAKiosk_IsTheInstalledOne)
+TEST(ServicePage, RulesForAKiosk_AreTheInstalledOnes)
 {
-    EXPECT_THAT(sourceText(QStringLiteral("docs/service.md")).toStdString(),
-                HasSubstr("```js\n" + readFile(IDCARD_KIOSK_RULE).toStdString() + "```\n"));
+    for (const char *page : {"docs/service.md", "docs/service.zh-CN.md"}) {
+        const std::string text = sourceText(QLatin1String(page)).toStdString();
+        EXPECT_THAT(text, HasSubstr("```js\n" + readFile(IDCARD_KIOSK_RULE ".rules").toStdString() +
+                                    "```\n"));
+        EXPECT_THAT(text, HasSubstr("```ini\n" + readFile(IDCARD_KIOSK_RULE ".pkla").toStdString() +
+                                    "```\n"));
+    }
 }
