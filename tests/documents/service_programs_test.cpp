@@ -30,6 +30,10 @@ protected:
         return runProcess(program, arguments, input);
     }
     ProcessResult runShell(const char *name) { return runOnBus("/bin/sh", {programFile(name)}); }
+    ProcessResult runJava(const char *name)
+    {
+        return runOnBus(IDCARD_JAVA, {"-cp", "/usr/share/java/dbus.jar", programFile(name)});
+    }
     ProcessResult runPython(const char *name)
     {
         return runOnBus("/usr/bin/python3", {"-B", programFile(name)});
@@ -83,6 +87,22 @@ TEST_F(ServicePrograms, CWithoutACard_SaysWhy)
 {
     serveCard({"--fault", "no-card"});
     const ProcessResult run = runOnBus(programFile("read_card_over_dbus"));
+    expectEnd(run, 1, IDCARD_SERVICE_DOMAIN ".Error.NoCard\nNo card was found on the reader.\n");
+    EXPECT_THAT(run.output(), IsEmpty());
+}
+
+TEST_F(ServicePrograms, Java_ReadsTheCard)
+{
+    serveCard();
+    const ProcessResult run = runJava("ReadCardOverDbus.java");
+    expectEnd(run, 0);
+    EXPECT_THAT(run.output(), HasSubstr(NUMBER));
+}
+
+TEST_F(ServicePrograms, JavaWithoutACard_SaysWhy)
+{
+    serveCard({"--fault", "no-card"});
+    const ProcessResult run = runJava("ReadCardOverDbus.java");
     expectEnd(run, 1, IDCARD_SERVICE_DOMAIN ".Error.NoCard\nNo card was found on the reader.\n");
     EXPECT_THAT(run.output(), IsEmpty());
 }
