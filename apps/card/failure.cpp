@@ -100,14 +100,4 @@ Failure failureOf(const UsbOutcome &outcome)
     return failureOf(outcome.code, entry ? &*entry : nullptr, explain(outcome));
 }
 
-JsonObject toJson(const Failure &failure)
-{
-    return JsonObject{{"code", failure.code ? QJsonValue(*failure.code) : QJsonValue()},
-                      {"name", failure.name},
-                      {"headline", failure.headline},
-                      {"cause", failure.cause},
-                      {"remedy", failure.remedy},
-                      {"exitStatus", static_cast<int>(failure.exitStatus)}};
-}
-
 } // namespace app

@@ -3,8 +3,6 @@
 // A failure of the tool as programs get it: the results of both roads from their catalogues, and
 // what fails in the tool itself from `tool_faults.h`.
 
-#include <optional>
-
 #include <QString>
 #include <QStringList>
 
@@ -12,20 +10,10 @@
 #include "apps/card/result_catalogue.h"
 #include "apps/card/tool_faults.h"
 #include "apps/card/usb_reading.h"
-#include "apps/process/json_object.h"
+#include "apps/process/error_object.h"
 
 namespace app
 {
-
-struct Failure {
-    std::optional<int> code; ///< of the library; the tool's own failures have none
-    QString name;
-    QString headline;
-    QString cause;
-    QString remedy;
-    ExitStatus exitStatus;
-    QString words; ///< the same for a terminal
-};
 
 /** `words` say in one or two sentences what failed and with which value: they are the cause. */
 Failure toolFailure(ToolFault fault, const QString &words);
@@ -50,8 +38,5 @@ Failure explainedBy(const Explanation &explanation, Failure failure);
 /** Of a reading that gave no card. */
 Failure failureOf(const ReadOutcome &outcome);
 Failure failureOf(const UsbOutcome &outcome);
-
-/** {"code", "name", "headline", "cause", "remedy", "exitStatus"} (docs/card.schema.json). */
-JsonObject toJson(const Failure &failure);
 
 } // namespace app
