@@ -2,6 +2,189 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>Browser</name>
+    <message>
+        <source>The browser&apos;s extension is not the one that reads cards.</source>
+        <translation>浏览器中的扩展程序不是用于读卡的扩展程序。</translation>
+    </message>
+    <message>
+        <source>Install the extension and idcard-reader-browser of the same version.</source>
+        <translation>请安装同一版本的扩展程序和 idcard-reader-browser。</translation>
+    </message>
+    <message>
+        <source>The page&apos;s request is too long.</source>
+        <translation>网页的请求过长。</translation>
+    </message>
+    <message>
+        <source>Correct the page: a request has the keys include, timeout and language alone.</source>
+        <translation>请更正网页：请求只能含有 include、timeout 和 language 三个键。</translation>
+    </message>
+    <message>
+        <source>The page&apos;s request is wrong.</source>
+        <translation>网页的请求有误。</translation>
+    </message>
+    <message>
+        <source>The list of the sites that may read cards cannot be used.</source>
+        <translation>允许读卡的网站列表无法使用。</translation>
+    </message>
+    <message>
+        <source>Ask the administrator to correct the list.</source>
+        <translation>请管理员更正该列表。</translation>
+    </message>
+    <message>
+        <source>This site may not read cards here.</source>
+        <translation>此网站不得在本机读卡。</translation>
+    </message>
+    <message>
+        <source>Ask the administrator to allow the site, if it is to read cards.</source>
+        <translation>如果此网站需要读卡，请管理员允许该网站。</translation>
+    </message>
+    <message>
+        <source>A card is being read already.</source>
+        <translation>正在读取另一张卡。</translation>
+    </message>
+    <message>
+        <source>Wait until that reading has ended, then read once more.</source>
+        <translation>请等待该次读取结束，然后重新读取。</translation>
+    </message>
+    <message>
+        <source>The program that reads cards could not be started.</source>
+        <translation>无法启动读卡程序。</translation>
+    </message>
+    <message>
+        <source>Install idcard-reader-tools again.</source>
+        <translation>请重新安装 idcard-reader-tools。</translation>
+    </message>
+    <message>
+        <source>The program that reads cards failed without saying why.</source>
+        <translation>读卡程序失败，未说明原因。</translation>
+    </message>
+    <message>
+        <source>Read once more; if it happens again, run &quot;idcard-reader doctor&quot; on this machine.</source>
+        <translation>请重新读取；如果再次发生，请在本机运行“idcard-reader doctor”。</translation>
+    </message>
+    <message>
+        <source>The program that reads cards did not end in time.</source>
+        <translation>读卡程序未能按时结束。</translation>
+    </message>
+    <message>
+        <source>Unplug the reader, plug it in again and read once more.</source>
+        <translation>请拔下读卡器并重新插入，然后重新读取。</translation>
+    </message>
+    <message>
+        <source>The card&apos;s data is more than a browser takes.</source>
+        <translation>卡的数据超出浏览器可接收的大小。</translation>
+    </message>
+    <message>
+        <source>Ask for less: leave out the pictures, or the photo.</source>
+        <translation>请减少所请求的内容：不请求卡面图片或照片。</translation>
+    </message>
+    <message>
+        <source>A request has at most %1 bytes.</source>
+        <translation>请求最多为 %1 字节。</translation>
+    </message>
+    <message>
+        <source>One request is answered at a time.</source>
+        <translation>一次只处理一个请求。</translation>
+    </message>
+    <message>
+        <source>%1 is not in %2.</source>
+        <translation>%1 不在 %2 中。</translation>
+    </message>
+    <message>
+        <source>It is more than %1 bytes.</source>
+        <translation>数据超过 %1 字节。</translation>
+    </message>
+    <message>
+        <source>What it printed is no card and no error.</source>
+        <translation>其输出既不是卡的数据，也不是错误。</translation>
+    </message>
+    <message>
+        <source>It went on after the time limit and was ended.</source>
+        <translation>超过时限后仍在运行，已被结束。</translation>
+    </message>
+    <message>
+        <source>This program serves %1, not %2.</source>
+        <translation>此程序为 %1 服务，而不是 %2。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2.</source>
+        <translation>无法读取 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1 is no file.</source>
+        <translation>%1 不是文件。</translation>
+    </message>
+    <message>
+        <source>%1 belongs to the user with the number %2, not to %3.</source>
+        <translation>%1 属于编号为 %2 的用户，而不是 %3。</translation>
+    </message>
+    <message>
+        <source>%1 can be written by others than its owner.</source>
+        <translation>除所有者外，其他用户也可写入 %1。</translation>
+    </message>
+    <message>
+        <source>%1 is larger than %2 bytes.</source>
+        <translation>%1 大于 %2 字节。</translation>
+    </message>
+    <message>
+        <source>%1, line %2: &quot;%3&quot; is no origin, such as https://pms.example or https://pms.example:8443.</source>
+        <translation>%1 第 %2 行：“%3”不是网站来源；正确的写法如 https://pms.example 或 https://pms.example:8443。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>“%1”</translation>
+    </message>
+    <message>
+        <source>There is no key %1.</source>
+        <translation>没有键 %1。</translation>
+    </message>
+    <message>
+        <source>The key %1 is missing.</source>
+        <translation>缺少键 %1。</translation>
+    </message>
+    <message>
+        <source>The key &quot;include&quot; takes a list of &quot;photo&quot; and &quot;pictures&quot;.</source>
+        <translation>键“include”的值是由“photo”和“pictures”组成的列表。</translation>
+    </message>
+    <message>
+        <source>The key &quot;timeout&quot; takes a whole number of seconds from 1 to %1.</source>
+        <translation>键“timeout”的值是 1 到 %1 之间的整数秒数。</translation>
+    </message>
+    <message>
+        <source>The key &quot;language&quot; takes a language such as &quot;en&quot; or &quot;zh-CN&quot;.</source>
+        <translation>键“language”的值是语言，如“en”或“zh-CN”。</translation>
+    </message>
+    <message>
+        <source>The request is no object.</source>
+        <translation>请求不是对象。</translation>
+    </message>
+    <message>
+        <source>It is no JSON: %1.</source>
+        <translation>不是 JSON：%1。</translation>
+    </message>
+    <message>
+        <source>The message is no object.</source>
+        <translation>消息不是对象。</translation>
+    </message>
+    <message>
+        <source>The key &quot;origin&quot; takes a text.</source>
+        <translation>键“origin”的值是文本。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started: %2.</source>
+        <translation>无法启动 %1：%2。</translation>
+    </message>
+    <message>
+        <source>It closed its output and went on.</source>
+        <translation>它关闭了输出，但仍在运行。</translation>
+    </message>
+    <message>
+        <source>It was ended by the signal %1.</source>
+        <translation>它被信号 %1 终止。</translation>
+    </message>
+</context>
+<context>
     <name>Card</name>
     <message>
         <source>Name</source>

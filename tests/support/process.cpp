@@ -241,6 +241,16 @@ QByteArray RunningProcess::nextLine()
     return line;
 }
 
+QByteArray RunningProcess::nextBytes(int count)
+{
+    const auto limit = after(m_timeoutMs);
+    while (m_output.size() < count && collectSome(limit)) {
+    }
+    const QByteArray bytes = m_output.left(count);
+    m_output.remove(0, bytes.size());
+    return bytes;
+}
+
 bool RunningProcess::waitForError(const QByteArray &part)
 {
     return collectUntil(m_error, part);

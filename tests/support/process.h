@@ -90,6 +90,9 @@ public:
     /** The next line of standard output without its end; empty when none came in time. */
     QByteArray nextLine();
 
+    /** The next bytes of standard output; fewer when no more came in time. */
+    QByteArray nextBytes(int count);
+
     /** Waits until standard error has held `part`; false when it did not in time. */
     bool waitForError(const QByteArray &part);
 

@@ -1,0 +1,28 @@
+#pragma once
+
+// The host that a browser starts for its extension: it takes requests on standard input, lets the
+// tool read cards, and gives the tool's JSON back, until the browser closes standard input.
+
+#include <QString>
+#include <QStringList>
+
+#include <sys/types.h>
+
+#include "apps/process/standard_streams.h"
+
+namespace app
+{
+
+struct HostSettings {
+    QString originList;
+    uid_t listOwner = 0;     ///< to whom the list must belong
+    QString tool;            ///< path of idcard-reader
+    int graceMs = 10 * 1000; ///< that the tool has beyond the time limit of its reading
+};
+
+/** Which browser's extension may ask; given with the command line, as the browser says it. */
+constexpr QLatin1String KNOWN_EXTENSION("chrome-extension://" IDCARD_EXTENSION_ID "/");
+
+ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settings, Output *output);
+
+} // namespace app

@@ -1,0 +1,111 @@
+#include "apps/browser_host/origin_list.h"
+
+#include <cerrno>
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "apps/process/text_layout.h"
+#include "apps/process/translation.h"
+#include "common/texts.h"
+
+namespace app
+{
+
+namespace
+{
+
+IDCARD_TEXTS(Browser)
+
+constexpr qint64 LARGEST_LIST = 64 * 1024;
+constexpr int LONGEST_QUOTE = 60;
+constexpr int HIGHEST_PORT = 65535;
+
+OriginList refused(const QString &mistake)
+{
+    return {{}, mistake};
+}
+
+/** What keeps the open file from being believed; empty: nothing. */
+QString distrustOf(int descriptor, const QString &path, uid_t owner)
+{
+    struct stat state = {};
+    if (::fstat(descriptor, &state) != 0)
+        return filledIn(tr("%1 cannot be read: %2."), path, systemError(errno));
+    if (!S_ISREG(state.st_mode))
+        return tr("%1 is no file.").arg(path);
+    if (state.st_uid != owner)
+        return filledIn(tr("%1 belongs to the user with the number %2, not to %3."), path,
+                        QString::number(state.st_uid), QString::number(owner));
+    if ((state.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        return tr("%1 can be written by others than its owner.").arg(path);
+    if (state.st_size > LARGEST_LIST)
+        return tr("%1 is larger than %2 bytes.").arg(path).arg(LARGEST_LIST);
+    return {};
+}
+
+OriginList parsed(const QByteArray &content, const QString &path)
+{
+    OriginList list;
+    int number = 0;
+    for (const QByteArray &line : content.split('\n')) {
+        ++number;
+        const QString text = QString::fromUtf8(line).trimmed();
+        if (text.isEmpty() || text.startsWith(QLatin1Char('#')))
+            continue;
+        if (!isOrigin(text))
+            return refused(
+                filledIn(tr("%1, line %2: \"%3\" is no origin, such as https://pms.example or "
+                            "https://pms.example:8443."),
+                         path, QString::number(number), printable(text.left(LONGEST_QUOTE))));
+        list.origins << text;
+    }
+    return list;
+}
+
+bool isPort(const QString &digits, const QString &scheme)
+{
+    const int port = digits.toInt();
+    const int usual = scheme == QLatin1String("https") ? 443 : 80;
+    return port >= 1 && port <= HIGHEST_PORT && port != usual;
+}
+
+} // namespace
+
+bool isOrigin(const QString &text)
+{
+    constexpr int LONGEST_HOST = 253;
+    static const QRegularExpression form(QStringLiteral(
+        "\\A(https?)://"
+        "((?:[a-z0-9_](?:[a-z0-9_-]*[a-z0-9_])?\\.)*[a-z0-9_](?:[a-z0-9_-]*[a-z0-9_])?"
+        "|\\[[0-9a-f:]+\\])"
+        "(?::([1-9][0-9]{0,4}))?\\z"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch() || match.capturedLength(2) > LONGEST_HOST)
+        return false;
+    const QString port = match.captured(3);
+    return port.isEmpty() || isPort(port, match.captured(1));
+}
+
+OriginList readOriginList(const QString &path, uid_t owner)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return refused(filledIn(tr("%1 cannot be read: %2."), path, systemError(errno)));
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return refused(tr("%1 is no file.").arg(path));
+    }
+    const QString distrust = distrustOf(descriptor, path, owner);
+    if (!distrust.isEmpty())
+        return refused(distrust);
+    return parsed(file.read(LARGEST_LIST + 1), path);
+}
+
+} // namespace app
