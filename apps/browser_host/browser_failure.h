@@ -15,7 +15,6 @@ enum class BrowserFault {
     REQUEST_WRONG,
     LIST_REFUSED,
     ORIGIN_NOT_LISTED,
-    BUSY,
     TOOL_NOT_STARTED,
     TOOL_BROKEN,
     TOOL_HANGS,

@@ -95,7 +95,7 @@ private:
     void takeRequest(const QByteArray &body)
     {
         if (m_tool) {
-            refuse(BrowserFault::BUSY, tr("One request is answered at a time."));
+            refuse(BrowserFault::REQUEST_WRONG, tr("One request is answered at a time."));
             return;
         }
         const Request request = parseRequest(body);
@@ -173,9 +173,10 @@ ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settin
 {
     catchInterruption(ExitStatus::DONE);
     BrowserHost host(settings, output);
-    if (arguments != QStringList{KNOWN_EXTENSION}) {
+    const QString known = QString::fromLatin1(KNOWN_EXTENSION);
+    if (arguments != QStringList{known}) {
         host.refuse(BrowserFault::EXTENSION_UNKNOWN,
-                    filledIn(tr("This program serves %1, not %2."), QString(KNOWN_EXTENSION),
+                    filledIn(tr("This program serves %1, not %2."), known,
                              printable(arguments.join(QLatin1Char(' ')))));
         return ExitStatus::WRONG_USAGE;
     }

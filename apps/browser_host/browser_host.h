@@ -21,7 +21,7 @@ struct HostSettings {
 };
 
 /** Which browser's extension may ask; given with the command line, as the browser says it. */
-constexpr QLatin1String KNOWN_EXTENSION("chrome-extension://" IDCARD_EXTENSION_ID "/");
+constexpr const char *KNOWN_EXTENSION = "chrome-extension://" IDCARD_EXTENSION_ID "/";
 
 ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settings, Output *output);
 

@@ -21,7 +21,7 @@ namespace
 
 IDCARD_TEXTS(Browser)
 
-constexpr qint64 LARGEST_LIST = 64 * 1024;
+constexpr qint64 LARGEST_LIST = 65536;
 constexpr int LONGEST_QUOTE = 60;
 constexpr int HIGHEST_PORT = 65535;
 

@@ -53,7 +53,7 @@ bool isLanguageTag(const QString &text)
 
 QString takeInclude(const QJsonValue &value, Request *request)
 {
-    const QString wrong = tr("The key \"include\" takes a list of \"photo\" and \"pictures\".");
+    QString wrong = tr("The key include takes a list of photo and pictures.");
     if (!value.isArray())
         return wrong;
     const QJsonArray parts = value.toArray();
@@ -71,7 +71,7 @@ QString takeTimeout(const QJsonValue &value, Request *request)
 {
     const int seconds = value.toInt();
     if (seconds < 1 || seconds > Request::LONGEST_TIMEOUT_SECONDS || value != QJsonValue(seconds))
-        return tr("The key \"timeout\" takes a whole number of seconds from 1 to %1.")
+        return tr("The key timeout takes a whole number of seconds from 1 to %1.")
             .arg(Request::LONGEST_TIMEOUT_SECONDS);
     request->timeoutSeconds = seconds;
     return {};
@@ -81,7 +81,7 @@ QString takeLanguage(const QJsonValue &value, Request *request)
 {
     request->language = value.toString();
     if (!isLanguageTag(request->language))
-        return tr("The key \"language\" takes a language such as \"en\" or \"zh-CN\".");
+        return tr("The key language takes a language such as en or zh-CN.");
     return {};
 }
 
@@ -111,13 +111,12 @@ QString takeMessage(const QByteArray &body, Request *request)
     if (!document.isObject())
         return tr("The message is no object.");
     const QJsonObject object = document.object();
-    const QString problem =
-        problemOfKeys(object, {QStringLiteral("origin"), QStringLiteral("request")});
+    QString problem = problemOfKeys(object, {QStringLiteral("origin"), QStringLiteral("request")});
     if (!problem.isEmpty())
         return problem;
     request->origin = object.value(QStringLiteral("origin")).toString();
     if (request->origin.isEmpty())
-        return tr("The key \"origin\" takes a text.");
+        return tr("The key origin takes a text.");
     return takePageRequest(object.value(QStringLiteral("request")), request);
 }
 

@@ -89,6 +89,7 @@ void ToolRun::start(const QString &tool, const Request &request)
     for (const QString &word : commandFor(tool, request))
         words.push_back(QFile::encodeName(word));
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (QByteArray &word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

@@ -40,14 +40,6 @@
         <translation>如果此网站需要读卡，请管理员允许该网站。</translation>
     </message>
     <message>
-        <source>A card is being read already.</source>
-        <translation>正在读取另一张卡。</translation>
-    </message>
-    <message>
-        <source>Wait until that reading has ended, then read once more.</source>
-        <translation>请等待该次读取结束，然后重新读取。</translation>
-    </message>
-    <message>
         <source>The program that reads cards could not be started.</source>
         <translation>无法启动读卡程序。</translation>
     </message>
@@ -144,18 +136,6 @@
         <translation>缺少键 %1。</translation>
     </message>
     <message>
-        <source>The key &quot;include&quot; takes a list of &quot;photo&quot; and &quot;pictures&quot;.</source>
-        <translation>键“include”的值是由“photo”和“pictures”组成的列表。</translation>
-    </message>
-    <message>
-        <source>The key &quot;timeout&quot; takes a whole number of seconds from 1 to %1.</source>
-        <translation>键“timeout”的值是 1 到 %1 之间的整数秒数。</translation>
-    </message>
-    <message>
-        <source>The key &quot;language&quot; takes a language such as &quot;en&quot; or &quot;zh-CN&quot;.</source>
-        <translation>键“language”的值是语言，如“en”或“zh-CN”。</translation>
-    </message>
-    <message>
         <source>The request is no object.</source>
         <translation>请求不是对象。</translation>
     </message>
@@ -168,10 +148,6 @@
         <translation>消息不是对象。</translation>
     </message>
     <message>
-        <source>The key &quot;origin&quot; takes a text.</source>
-        <translation>键“origin”的值是文本。</translation>
-    </message>
-    <message>
         <source>%1 cannot be started: %2.</source>
         <translation>无法启动 %1：%2。</translation>
     </message>
@@ -182,6 +158,22 @@
     <message>
         <source>It was ended by the signal %1.</source>
         <translation>它被信号 %1 终止。</translation>
+    </message>
+    <message>
+        <source>The key include takes a list of photo and pictures.</source>
+        <translation>键 include 的值是由 photo 和 pictures 组成的列表。</translation>
+    </message>
+    <message>
+        <source>The key timeout takes a whole number of seconds from 1 to %1.</source>
+        <translation>键 timeout 的值是 1 到 %1 之间的整数秒数。</translation>
+    </message>
+    <message>
+        <source>The key language takes a language such as en or zh-CN.</source>
+        <translation>键 language 的值是语言，如 en 或 zh-CN。</translation>
+    </message>
+    <message>
+        <source>The key origin takes a text.</source>
+        <translation>键 origin 的值是文本。</translation>
     </message>
 </context>
 <context>

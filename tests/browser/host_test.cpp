@@ -349,7 +349,7 @@ TEST_F(BrowserHostTest, FloodDuringARead_IsRefusedOneByOneAndTheReadGoesOn)
     constexpr int MANY = 100;
     browser.write(goodRequest().repeated(MANY));
     for (int i = 0; i < MANY; ++i)
-        ASSERT_EQ(browser.errorName(), "BROWSER_BUSY") << i;
+        ASSERT_EQ(browser.error()["cause"], "One request is answered at a time.") << i;
     writeFile(path("go"), "");
     EXPECT_EQ(browser.answer()["kind"], "none");
     EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
@@ -471,7 +471,7 @@ TEST_F(BrowserHostTest, Tool_GetsNoneOfTheHostsStreams)
     setTool("cat > " + path("input").toUtf8() + "; echo noise >&2; echo '{\"kind\": \"none\"}'");
     Host browser = host();
     browser.write(goodRequest() + goodRequest());
-    EXPECT_EQ(browser.errorName(), "BROWSER_BUSY");
+    EXPECT_EQ(browser.errorName(), "BROWSER_REQUEST_WRONG");
     EXPECT_EQ(browser.answer()["kind"], "none");
     EXPECT_EQ(readFile(path("input")), "");
     EXPECT_EQ(browser.process().result().error(), "");
