@@ -177,6 +177,149 @@
     </message>
 </context>
 <context>
+    <name>BrowserSetup</name>
+    <message>
+        <source>%1 cannot be written: %2.</source>
+        <translation>无法写入 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1 is missing; install idcard-reader-browser again.</source>
+        <translation>缺少 %1；请重新安装 idcard-reader-browser。</translation>
+    </message>
+    <message>
+        <source>%1, the browser, cannot be started: %2.</source>
+        <translation>无法启动浏览器 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1, the browser, did not pack the extension: %2</source>
+        <translation>浏览器 %1 未能打包扩展程序：%2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be removed: %2.</source>
+        <translation>无法删除 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be removed.</source>
+        <translation>无法删除 %1。</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>%1 is missing</source>
+        <translation>缺少 %1</translation>
+    </message>
+    <message>
+        <source>Sites</source>
+        <translation>网站</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>列表</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>扩展程序</translation>
+    </message>
+    <message>
+        <source>Policy</source>
+        <translation>策略</translation>
+    </message>
+    <message>
+        <source>Host</source>
+        <translation>配套程序</translation>
+    </message>
+    <message>
+        <source>Restart the browser. One that already has the extension takes some minutes, and perhaps another restart, to let pages of a new site speak to it.
+Other browsers of Chromium&apos;s family look below other folders, such as /etc/opt/chrome or /etc/opt/edge: copy the two files there that --show names as policy and host.
+Firefox takes no extension that its maker has not signed.
+</source>
+        <translation>请重新启动浏览器。已装有该扩展程序的浏览器需要几分钟，可能还需再次重新启动，新网站的网页才能与扩展程序通信。
+其他 Chromium 系列浏览器使用其他文件夹，如 /etc/opt/chrome 或 /etc/opt/edge：请将 --show 列出的策略文件和配套程序文件复制到那里。
+Firefox 只接受由其开发者签名的扩展程序。
+</translation>
+    </message>
+    <message>
+        <source>%1 sets the policy ExtensionSettings too, and the browser takes that of one file alone: put the entry of this program&apos;s policy there.
+</source>
+        <translation>%1 也设置了策略 ExtensionSettings，而浏览器只采用其中一个文件的设置：请将本程序策略文件中的条目写入该文件。
+</translation>
+    </message>
+    <message>
+        <source>Only root can do that: run it with sudo.</source>
+        <translation>只有 root 可以执行此操作：请使用 sudo 运行。</translation>
+    </message>
+    <message>
+        <source>Let the pages of this site read cards, beside those that are listed already: https and the host, and the port unless it is the usual one. http is for a site within the house that has nothing better.</source>
+        <translation>除已列出的网站外，也允许此网站的网页读卡：写作 https 和主机名，端口不是默认端口时还须写明端口。http 仅用于没有更好办法的内部网站。</translation>
+    </message>
+    <message>
+        <source>a site such as https://pms.example or https://pms.example:8443</source>
+        <translation>网站，如 https://pms.example 或 https://pms.example:8443</translation>
+    </message>
+    <message>
+        <source>chromium</source>
+        <translation>chromium</translation>
+    </message>
+    <message>
+        <source>Show the sites and what this program has written.</source>
+        <translation>显示网站以及本程序写入的文件。</translation>
+    </message>
+    <message>
+        <source>Remove all that this program has written, and all sites.</source>
+        <translation>删除本程序写入的所有文件，并删除所有网站。</translation>
+    </message>
+    <message>
+        <source>Show this help.</source>
+        <translation>显示此帮助。</translation>
+    </message>
+    <message>
+        <source>Show the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Exit status</source>
+        <translation>退出状态</translation>
+    </message>
+    <message>
+        <source>Done as asked.</source>
+        <translation>已按要求完成。</translation>
+    </message>
+    <message>
+        <source>This user is not root, the list has a mistake, or a file could not be written or removed.</source>
+        <translation>当前用户不是 root，列表有误，或者无法写入或删除文件。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value.</source>
+        <translation>用法错误：未知的选项或值。</translation>
+    </message>
+    <message>
+        <source>Usage: %1
+
+</source>
+        <translation>用法：%1
+
+</translation>
+    </message>
+    <message>
+        <source>Lets web pages read cards in the browsers of this machine: writes the list of the sites that may, makes the browser&apos;s extension for these sites, and has the browser install it. It is run by root.</source>
+        <translation>允许本机浏览器中的网页读卡：写入允许读卡的网站列表，为这些网站制作浏览器扩展程序，并让浏览器安装它。须以 root 身份运行。</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>In this browser; chromium, if not given, is the only one so far.</source>
+        <translation>用于此浏览器；目前只有 chromium，不指定时即为 chromium。</translation>
+    </message>
+</context>
+<context>
     <name>Card</name>
     <message>
         <source>Name</source>

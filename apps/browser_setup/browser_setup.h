@@ -1,0 +1,35 @@
+#pragma once
+
+// What lets the pages of a site read cards in a browser: the list of the sites, the extension for
+// them, the file by which the browser finds the host, and the policy that installs the extension.
+// Each is a file of this program's own.
+
+#include <QString>
+#include <QStringList>
+
+#include <sys/types.h>
+
+namespace app
+{
+
+struct SetupPlaces {
+    QString originList;
+    QString shipped;        ///< the folder of the extension, its key and the host's file
+    QString made;           ///< the folder for the extension of this machine
+    QString browserFolder;  ///< the browser's own, below which policies and hosts are
+    QString browserProgram; ///< packs the extension
+};
+
+/** Lets the pages of this site read cards, too. Returns what failed, or an empty text. */
+QString allowSite(const QString &origin, const SetupPlaces &places);
+
+/** Takes everything back, and all sites. Returns what failed, or an empty text. */
+QString removeSites(const SetupPlaces &places);
+
+/** The sites and the files, a line each. The list must belong to `listOwner`. */
+QString shownSetup(const SetupPlaces &places, uid_t listOwner);
+
+/** The files of others that set the same policy: of these the browser takes one alone. */
+QStringList rivalPolicies(const SetupPlaces &places);
+
+} // namespace app

@@ -1,0 +1,100 @@
+// idcard-browser-setup: lets web pages read cards in the browsers of this machine.
+
+#include <array>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <unistd.h>
+
+#include "apps/browser_setup/browser_setup.h"
+#include "apps/browser_setup/setup_options.h"
+#include "apps/process/locale.h"
+#include "apps/process/standard_streams.h"
+#include "apps/process/translation.h"
+#include "common/texts.h"
+
+namespace
+{
+
+using namespace app;
+
+IDCARD_TEXTS(BrowserSetup)
+
+constexpr uid_t ROOT = 0;
+
+// Qt takes its own arguments out of the ones it gets; this program's are not among them.
+std::array<char, 21> programName = {"idcard-browser-setup"};
+std::array<char *, 2> qtArguments = {programName.data(), nullptr};
+int qtArgumentCount = 1;
+
+SetupPlaces places()
+{
+    SetupPlaces places;
+    places.originList = QStringLiteral(IDCARD_ORIGIN_LIST);
+    places.shipped = QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
+                                         .filePath(QStringLiteral(IDCARD_BROWSER_FILES)));
+    places.made = QStringLiteral(IDCARD_BROWSER_MADE);
+    places.browserFolder = QStringLiteral("/etc/chromium");
+    places.browserProgram = QStringLiteral("chromium");
+    return places;
+}
+
+/** What this program cannot do itself. */
+QString leftToDo()
+{
+    QString text = tr("Restart the browser. One that already has the extension takes some minutes, "
+                      "and perhaps another restart, to let pages of a new site speak to it.\n"
+                      "Other browsers of Chromium's family look below other folders, such as "
+                      "/etc/opt/chrome or /etc/opt/edge: copy the two files there that --show "
+                      "names as policy and host.\n"
+                      "Firefox takes no extension that its maker has not signed.\n");
+    for (const QString &file : rivalPolicies(places()))
+        text += tr("%1 sets the policy ExtensionSettings too, and the browser takes that of one "
+                   "file alone: put the entry of this program's policy there.\n")
+                    .arg(file);
+    return text;
+}
+
+QString carryOut(const SetupOptions &options)
+{
+    if (::geteuid() != ROOT)
+        return tr("Only root can do that: run it with sudo.");
+    return options.remove ? removeSites(places()) : allowSite(options.allow, places());
+}
+
+ExitStatus run(const SetupOptions &options, Output *output)
+{
+    if (options.show) {
+        output->write(shownSetup(places(), ROOT).toUtf8());
+        return ExitStatus::DONE;
+    }
+    const QString problem = carryOut(options);
+    if (!problem.isEmpty()) {
+        printMessage(problem);
+        return ExitStatus::PROGRAM_FAILED;
+    }
+    if (!options.remove)
+        output->write(leftToDo().toUtf8());
+    return ExitStatus::DONE;
+}
+
+ExitStatus serve(const QStringList &arguments, Output *output)
+{
+    const QCoreApplication application(qtArgumentCount, qtArguments.data());
+    translateApplication();
+    const CommandLine<SetupOptions> line = parseSetupArguments(arguments);
+    return line.options ? run(*line.options, output) : answer(line.problem, line.text, output);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    setProgramName(BROWSER_SETUP_NAME);
+    Output output;
+    installMessageHandler();
+    useUtf8InPlainLocale();
+    const ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    return static_cast<int>(closedWith(status, &output));
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+// The command line of idcard-browser-setup.
+
+#include <QString>
+#include <QStringList>
+
+#include "apps/process/command_line.h"
+
+namespace app
+{
+
+constexpr const char *BROWSER_SETUP_NAME = "idcard-browser-setup";
+
+struct SetupOptions {
+    QString allow; ///< an origin; empty: none
+    bool show = false;
+    bool remove = false;
+};
+
+/** Reads the arguments that follow the program's name. Needs a QCoreApplication. */
+CommandLine<SetupOptions> parseSetupArguments(const QStringList &arguments);
+
+} // namespace app

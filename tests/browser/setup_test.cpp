@@ -1,0 +1,195 @@
+// What lets the pages of a site read cards: the files that the setup writes and removes.
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+#include "apps/browser_setup/browser_setup.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+
+using namespace app;
+
+namespace
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const QString ID = QStringLiteral("ojdlmaapepnmfpiapikmeghcbbbdeipm");
+const QString HOST_FILE = QStringLiteral("invalid.idcard_reader.browser_host.json");
+
+/** A machine with a browser that packs an extension by copying its manifest. */
+class BrowserSetup : public testing::Test
+{
+protected:
+    BrowserSetup()
+    {
+        for (const char *folder :
+             {"shipped/extension", "etc/chromium/policies/managed", "etc/list"})
+            EXPECT_TRUE(QDir(m_folder.path()).mkpath(folder));
+        writeFile(
+            path("shipped/extension/manifest.json"),
+            R"({"name": "cards", "version": "1.5.0", "externally_connectable": {"matches": []}})");
+        writeFile(path("shipped/extension/background.js"), "// background");
+        writeFile(path("shipped/extension.pem"), "key");
+        writeFile(path("shipped/") + HOST_FILE, "{\"name\": \"host\"}");
+        setBrowser("for word; do case $word in --pack-extension=*) folder=${word#*=};; esac; done\n"
+                   "umask 077; cp \"$folder/manifest.json\" \"$folder.crx\"");
+    }
+
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+    void setBrowser(const QByteArray &script)
+    {
+        writeFile(path("browser"), "#!/bin/sh\n" + script + "\n");
+        EXPECT_EQ(::chmod(QFile::encodeName(path("browser")).constData(), 0755), 0);
+    }
+    SetupPlaces places() const
+    {
+        return {path("etc/list/origins"), path("shipped"), path("var"), path("etc/chromium"),
+                path("browser")};
+    }
+    QJsonObject json(const QString &name) const
+    {
+        return QJsonDocument::fromJson(readFile(path(name))).object();
+    }
+    std::vector<std::string> patterns() const
+    {
+        std::vector<std::string> all;
+        const QJsonArray array = json("var/extension/manifest.json")["externally_connectable"]
+                                     .toObject()["matches"]
+                                     .toArray();
+        for (const QJsonValue &pattern : array)
+            all.push_back(pattern.toString().toStdString());
+        return all;
+    }
+    QString version() const { return json("var/extension.crx")["version"].toString(); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+TEST_F(BrowserSetup, FirstSite_WritesAllFilesForEverybodyToRead)
+{
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(readFile(path("etc/list/origins")), "https://pms.example\n");
+    EXPECT_THAT(patterns(), ElementsAre("https://pms.example:443/*"));
+    EXPECT_EQ(version(), "1.5.0.1");
+    EXPECT_EQ(readFile(path("var/extension/background.js")), "// background");
+    EXPECT_EQ(json("etc/chromium/native-messaging-hosts/" + HOST_FILE)["name"], "host");
+    const QJsonObject policy = json("etc/chromium/policies/managed/idcard-reader.json");
+    const QJsonObject extension = policy["ExtensionSettings"].toObject()[ID].toObject();
+    EXPECT_EQ(extension["installation_mode"], "force_installed");
+    EXPECT_EQ(extension["update_url"], "file://" + path("var/update.xml"));
+    EXPECT_THAT(readFile(path("var/update.xml")).toStdString(),
+                HasSubstr("codebase='file://" + path("var/extension.crx").toStdString() +
+                          "' version='1.5.0.1'"));
+    for (const QString &file : {QString("etc/list/origins"), QString("var/extension.crx"),
+                                QString("var/update.xml"), QString("var/extension/manifest.json"),
+                                QString("etc/chromium/policies/managed/idcard-reader.json"),
+                                "etc/chromium/native-messaging-hosts/" + HOST_FILE})
+        EXPECT_EQ(modeOf(path(file)), 0644) << file.toStdString();
+}
+
+TEST_F(BrowserSetup, FurtherSites_AreAddedOnceAndTheExtensionBecomesNewer)
+{
+    writeFile(path("etc/list/origins"), "# the counter\nhttps://pms.example:8443");
+    EXPECT_EQ(allowSite("http://intranet", places()), "");
+    EXPECT_EQ(allowSite("http://intranet:81", places()), "");
+    EXPECT_EQ(allowSite("http://intranet", places()), "");
+    EXPECT_EQ(readFile(path("etc/list/origins")),
+              "# the counter\nhttps://pms.example:8443\nhttp://intranet\nhttp://intranet:81\n");
+    EXPECT_THAT(patterns(), ElementsAre("https://pms.example:8443/*", "http://intranet:80/*",
+                                        "http://intranet:81/*"));
+    EXPECT_EQ(version(), "1.5.0.3");
+}
+
+TEST_F(BrowserSetup, NewRelease_CountsFromOneAgain)
+{
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    writeFile(path("shipped/extension/manifest.json"), R"({"version": "1.6.0"})");
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(version(), "1.6.0.1");
+}
+
+TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
+{
+    writeFile(path("etc/list/origins"), "https://*.example\n");
+    EXPECT_THAT(allowSite("https://pms.example", places()).toStdString(),
+                HasSubstr("origins, line 1:"));
+    EXPECT_EQ(readFile(path("etc/list/origins")), "https://*.example\n");
+    EXPECT_FALSE(QFile::exists(path("var")));
+}
+
+TEST_F(BrowserSetup, BrowserThatIsMissingOrDoesNotPack_IsReportedAndAllowsNothing)
+{
+    setBrowser("echo 'no key' >&2; exit 1");
+    EXPECT_EQ(allowSite("https://pms.example", places()),
+              path("browser") + ", the browser, did not pack the extension: no key");
+    ASSERT_TRUE(QFile::remove(path("browser")));
+    EXPECT_THAT(allowSite("https://pms.example", places()).toStdString(),
+                HasSubstr("cannot be started"));
+    EXPECT_FALSE(QFile::exists(path("etc/list/origins")));
+    EXPECT_FALSE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
+}
+
+TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
+{
+    writeFile(path("etc/chromium/policies/managed/other.json"), "{}");
+    writeFile(path("etc/list/origins"), "# the counter\n");
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(removeSites(places()), "");
+    EXPECT_EQ(readFile(path("etc/list/origins")), "# the counter\n");
+    EXPECT_FALSE(QFile::exists(path("var")));
+    EXPECT_THAT(namesIn(path("etc/chromium/policies/managed")), ElementsAre("other.json"));
+    EXPECT_THAT(namesIn(path("etc/chromium/native-messaging-hosts")), ElementsAre());
+    EXPECT_EQ(removeSites(places()), "");
+}
+
+TEST_F(BrowserSetup, RivalPolicies_AreThoseThatSetTheSameOne)
+{
+    writeFile(path("etc/chromium/policies/managed/a.json"), R"({"ExtensionSettings": {}})");
+    writeFile(path("etc/chromium/policies/managed/b.json"), R"({"HomepageLocation": "x"})");
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(rivalPolicies(places()), QStringList{path("etc/chromium/policies/managed/a.json")});
+}
+
+TEST_F(BrowserSetup, Show_SaysWhatIsThereAndWhatIsMissing)
+{
+    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    ASSERT_TRUE(QFile::remove(path("var/extension.crx")));
+    const std::string shown = shownSetup(places(), ::getuid()).toStdString();
+    EXPECT_THAT(shown, HasSubstr("Sites      https://pms.example\n"));
+    EXPECT_THAT(shown, HasSubstr(path("var/extension.crx").toStdString() + " is missing\n"));
+    EXPECT_THAT(
+        shown, HasSubstr("Policy     " +
+                         path("etc/chromium/policies/managed/idcard-reader.json\n").toStdString()));
+}
+
+struct WrongCall {
+    QStringList arguments;
+    const char *problem;
+};
+
+// The shipped program. Nothing here gets as far as a file of this machine.
+TEST(BrowserSetupProgram, WrongUsage_IsRefused)
+{
+    for (const WrongCall &call : std::vector<WrongCall>{
+             {{}, "--allow"},
+             {{"--browser", "chromium"}, "--allow"},
+             {{"--allow", "https://*.example", "--browser", "chromium"}, "https://*.example"},
+             {{"--allow", "https://pms.example/", "--browser", "chromium"}, "https://pms.example/"},
+             {{"--allow", "https://pms.example", "--browser", "lynx"}, "lynx"},
+             {{"--show", "--remove"}, "--remove"},
+             {{"--show", "--allow", "https://pms.example", "--browser", "chromium"}, "--allow"}})
+        expectEnd(runProcess("idcard-browser-setup", call.arguments), 2, call.problem);
+}
+
+} // namespace
