@@ -1,7 +1,7 @@
 """Web pages in a real browser that read cards, and those that may not.
 
-Arguments: the browser, the folder of the build's extension, its page script, the host that takes its
-settings from the environment, and the tool.
+Arguments: the browser, the folder of the build's extension, its page script, the sample page, the host
+that takes its settings from the environment, and the tool.
 """
 
 import base64
@@ -19,7 +19,7 @@ from urllib.parse import urlsplit
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import chromium
 
-BROWSER, EXTENSION, PAGE_SCRIPT, HOST, TOOL = sys.argv[1:6]
+BROWSER, EXTENSION, PAGE_SCRIPT, SAMPLE, HOST, TOOL = sys.argv[1:7]
 EXTENSION_ID = "ojdlmaapepnmfpiapikmeghcbbbdeipm"
 HOST_NAME = "invalid.idcard_reader.browser_host"
 LISTED = "https://pms.example"
@@ -46,6 +46,8 @@ def page_at(url):
     script = '<script src="/read-card.js"></script>'
     if path == "/read-card.js":
         return pathlib.Path(PAGE_SCRIPT).read_text(encoding="utf-8")
+    if path == "/sample.html":
+        return pathlib.Path(SAMPLE).read_text(encoding="utf-8")
     if path == "/":
         return f'<!doctype html><html lang="en"><title>Counter</title>{script}</html>'
     if path == "/zh":
@@ -215,6 +217,19 @@ class Reading(unittest.TestCase):
         page = self.page(LISTED + "/")
         for _ in range(2):
             self.assertEqual(page.evaluate(READ.format(options="{}"))["card"]["kind"], "resident")
+
+    def test_sample_page_fills_its_form_and_shows_the_photo(self):
+        page = self.page(LISTED_WITH_PORT + "/sample.html")
+        page.evaluate("document.getElementById('read').click()")
+        page.wait_for("document.getElementById('photo').naturalWidth > 0")
+        self.assertEqual(
+            page.evaluate("[...document.forms[0].elements].filter(e => e.name).map(e => e.value).slice(0, 3)"),
+            ["林晓雨", "990000199003074284", "1990-03-07"])
+        self.assertEqual(page.evaluate("document.getElementById('photo').naturalWidth"), 102)
+        self.counter.card("resident", "no-card")
+        page.evaluate("document.getElementById('read').click()")
+        page.wait_for("document.getElementById('message').textContent.startsWith('No card was found')")
+        self.assertEqual(page.evaluate("document.forms[0].elements.name.value"), "")
 
     # Pages that may not.
 
@@ -429,5 +444,5 @@ def leave_out_with_an_older_browser():
 
 if __name__ == "__main__":
     leave_out_with_an_older_browser()
-    del sys.argv[1:6]
+    del sys.argv[1:7]
     unittest.main()
