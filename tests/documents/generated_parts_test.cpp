@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include "apps/browser_host/browser_failure.h"
 #include "apps/card/result_catalogue.h"
 #include "apps/card/tool_faults.h"
 #include "apps/card/usb_catalogue.h"
@@ -70,6 +71,14 @@ QString toolFaultTable(const QStringList &head, Words words)
     for (const ToolFaultEntry &entry : toolFaultCatalogue())
         table += tableRow({code(entry.name), words(entry.headline), words(entry.remedy),
                            QString::number(static_cast<int>(entry.exitStatus))});
+    return table;
+}
+
+QString browserFaultTable(const QStringList &head, Words words)
+{
+    QString table = tableRow(head) + tableRow({"---", "---", "---"});
+    for (const BrowserFaultEntry &entry : browserFaultCatalogue())
+        table += tableRow({code(entry.name), words(entry.headline), words(entry.remedy)});
     return table;
 }
 
@@ -379,6 +388,15 @@ TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
                         toolFaultTable({"名称", "发生了什么", "处理办法", "退出状态"}, inChinese));
 }
 
+TEST(WebPage, Failures_AreThoseOfTheCode)
+{
+    const QString name = QStringLiteral("failures of the browser's host");
+    expectGeneratedPart(QStringLiteral("docs/web.md"), name,
+                        browserFaultTable({"Name", "What happened", "What to do"}, inEnglish));
+    expectGeneratedPart(QStringLiteral("docs/web.zh-CN.md"), name,
+                        browserFaultTable({"名称", "发生了什么", "处理办法"}, inChinese));
+}
+
 TEST(SimulatorPage, Tables_AreThoseOfTheCode)
 {
     const QString page = QStringLiteral("simulator/README.md");
@@ -492,6 +510,15 @@ TEST(ManualOfTheService, OptionsInterfaceErrorsAndStatuses_AreThoseOfTheCode)
     expectManualList(page, "options", rowsUnder(QStringLiteral("Options"), help), optionItem);
     expectManualPart(page, "interface", [](Words /*words*/) { return interfaceLines(); });
     expectManualList(page, "errors", errorRows(), plainItem);
+    expectManualList(page, "exit statuses", rowsUnder(QStringLiteral("Exit status"), help),
+                     plainItem);
+}
+
+TEST(ManualOfTheBrowserSetup, OptionsAndStatuses_AreThoseOfTheHelp)
+{
+    const QString page = QStringLiteral("idcard-browser-setup.8");
+    const QString help = helpOf(QStringLiteral("idcard-browser-setup"));
+    expectManualList(page, "options", rowsUnder(QStringLiteral("Options"), help), optionItem);
     expectManualList(page, "exit statuses", rowsUnder(QStringLiteral("Exit status"), help),
                      plainItem);
 }
