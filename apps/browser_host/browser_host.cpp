@@ -12,13 +12,13 @@
 
 #include "apps/browser_host/browser_failure.h"
 #include "apps/browser_host/frames.h"
-#include "apps/browser_host/origin_list.h"
 #include "apps/browser_host/request.h"
 #include "apps/browser_host/tool_run.h"
 #include "apps/process/interruption.h"
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
 namespace app

@@ -6,6 +6,7 @@
 #include "apps/browser_host/browser_host.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/locale.h"
+#include "apps/web_sites/origin_list.h"
 
 int main(int argc, char **argv)
 {
@@ -18,7 +19,7 @@ int main(int argc, char **argv)
     const QStringList arguments = argumentsOf(argc, argv);
     const QCoreApplication application(argc, argv);
     HostSettings settings;
-    settings.originList = QStringLiteral(IDCARD_ORIGIN_LIST);
+    settings.originList = originListPath();
     settings.tool = QDir::cleanPath(
         QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(IDCARD_TOOL)));
     const ExitStatus status = serveBrowser(arguments, settings, &output);

@@ -13,10 +13,11 @@
 
 #include <unistd.h>
 
-#include "apps/browser_host/origin_list.h"
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/web_sites/browser_files.h"
+#include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
 namespace app
@@ -43,26 +44,6 @@ QString packedExtension(const SetupPlaces &places)
 QString updateFile(const SetupPlaces &places)
 {
     return places.made + QStringLiteral("/update.xml");
-}
-
-QString hostFileName()
-{
-    return QStringLiteral(IDCARD_BROWSER_HOST_NAME ".json");
-}
-
-QString hostFile(const SetupPlaces &places)
-{
-    return places.browserFolder + QStringLiteral("/native-messaging-hosts/") + hostFileName();
-}
-
-QString policyFolder(const SetupPlaces &places)
-{
-    return places.browserFolder + QStringLiteral("/policies/managed");
-}
-
-QString policyFile(const SetupPlaces &places)
-{
-    return policyFolder(places) + QStringLiteral("/idcard-reader.json");
 }
 
 QByteArray contentOf(const QString &path)
@@ -198,12 +179,12 @@ QString writePolicy(const SetupPlaces &places)
         {"update_url", QUrl::fromLocalFile(updateFile(places)).toString()},
         {"toolbar_pin", "force_pinned"}}; // its sign says which site has read a card
     const JsonObject policy = {{POLICY, JsonObject{{IDCARD_EXTENSION_ID, extension}}}};
-    return writeForEverybody(policyFile(places), indented(policy));
+    return writeForEverybody(policyFile(places.browserFolder), indented(policy));
 }
 
 QString writeHostFile(const SetupPlaces &places)
 {
-    return writeForEverybody(hostFile(places),
+    return writeForEverybody(hostFile(places.browserFolder),
                              contentOf(places.shipped + QLatin1Char('/') + hostFileName()));
 }
 
@@ -265,7 +246,7 @@ QString removeSites(const SetupPlaces &places)
     if (QFileInfo::exists(places.originList)) // first: from here on no site reads a card
         problem =
             writeForEverybody(places.originList, withoutOrigins(contentOf(places.originList)));
-    for (const QString &file : {policyFile(places), hostFile(places)}) {
+    for (const QString &file : {policyFile(places.browserFolder), hostFile(places.browserFolder)}) {
         if (problem.isEmpty())
             problem = removeFile(file);
     }
@@ -277,11 +258,12 @@ QString removeSites(const SetupPlaces &places)
 QStringList rivalPolicies(const SetupPlaces &places)
 {
     QStringList rivals;
-    const QFileInfoList files =
-        QDir(policyFolder(places)).entryInfoList({QStringLiteral("*.json")}, QDir::Files);
+    const QFileInfoList files = QDir(policyFolder(places.browserFolder))
+                                    .entryInfoList({QStringLiteral("*.json")}, QDir::Files);
     for (const QFileInfo &file : files) {
         const QJsonObject policy = QJsonDocument::fromJson(contentOf(file.filePath())).object();
-        if (file.filePath() != policyFile(places) && policy.contains(QLatin1String(POLICY)))
+        if (file.filePath() != policyFile(places.browserFolder) &&
+            policy.contains(QLatin1String(POLICY)))
             rivals << file.filePath();
     }
     return rivals;
@@ -299,8 +281,8 @@ QString shownSetup(const SetupPlaces &places, uid_t listOwner)
     return alignedTable({{tr("Sites"), sites},
                          {tr("List"), places.originList},
                          {tr("Extension"), presence(packedExtension(places))},
-                         {tr("Policy"), presence(policyFile(places))},
-                         {tr("Host"), presence(hostFile(places))}});
+                         {tr("Policy"), presence(policyFile(places.browserFolder))},
+                         {tr("Host"), presence(hostFile(places.browserFolder))}});
 }
 
 } // namespace app

@@ -12,6 +12,8 @@
 #include "apps/process/locale.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
+#include "apps/web_sites/browser_files.h"
+#include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
 namespace
@@ -31,11 +33,11 @@ int qtArgumentCount = 1;
 SetupPlaces places()
 {
     SetupPlaces places;
-    places.originList = QStringLiteral(IDCARD_ORIGIN_LIST);
+    places.originList = originListPath();
     places.shipped = QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
                                          .filePath(QStringLiteral(IDCARD_BROWSER_FILES)));
     places.made = QStringLiteral(IDCARD_BROWSER_MADE);
-    places.browserFolder = QStringLiteral("/etc/chromium");
+    places.browserFolder = QLatin1String(CHROMIUM_FOLDER);
     places.browserProgram = QStringLiteral("chromium");
     return places;
 }

@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "apps/browser_host/origin_list.h"
 #include "apps/process/exit_status.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
 namespace app

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "apps/browser_host/origin_list.h"
+#include "apps/web_sites/origin_list.h"
 #include "tests/support/files.h"
 
 using namespace app;

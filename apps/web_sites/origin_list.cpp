@@ -1,4 +1,4 @@
-#include "apps/browser_host/origin_list.h"
+#include "apps/web_sites/origin_list.h"
 
 #include <cerrno>
 
@@ -89,6 +89,11 @@ bool isOrigin(const QString &text)
         return false;
     const QString port = match.captured(3);
     return port.isEmpty() || isPort(port, match.captured(1));
+}
+
+QString originListPath()
+{
+    return QStringLiteral(IDCARD_ORIGIN_LIST);
 }
 
 OriginList readOriginList(const QString &path, uid_t owner)

@@ -11,6 +11,9 @@
 namespace app
 {
 
+/** Where root has the list of this machine. */
+QString originListPath();
+
 struct OriginList {
     QStringList origins;
     QString mistake; ///< why the list is refused as a whole, a sentence that names the file
