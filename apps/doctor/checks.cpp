@@ -17,6 +17,7 @@ constexpr Group LIBRARY = {"library", QT_TR_NOOP("Reading through the maker's li
 constexpr Group USB = {"usb", QT_TR_NOOP("Reading over USB")};
 constexpr Group PHOTOS = {"photos", QT_TR_NOOP("Photos, by either road")};
 constexpr Group PICTURES = {"pictures", QT_TR_NOOP("Pictures of the card")};
+constexpr Group WEB = {"web", QT_TR_NOOP("Web pages")};
 
 bool isNeeded(const CheckRow &row, Roads roads)
 {
@@ -46,6 +47,7 @@ const std::vector<CheckRow> &checkTable()
         {"jpeg", QT_TR_NOOP("JPEG"), &PICTURES, true, false, checkJpeg},
         {"text-font", QT_TR_NOOP("Font of texts"), &PICTURES, true, false, checkTextFont},
         {"number-font", QT_TR_NOOP("Font of number"), &PICTURES, true, false, checkNumberFont},
+        {"web-pages", QT_TR_NOOP("Sites"), &WEB, true, true, checkWebPages},
     };
     return rows;
 }

@@ -7,6 +7,7 @@
 #include "apps/doctor/library.h"
 #include "apps/doctor/pictures.h"
 #include "apps/doctor/usb.h"
+#include "apps/doctor/web_pages.h"
 
 namespace app::doctor
 {
@@ -23,6 +24,7 @@ struct Environment {
     LibraryState photoDecoder;
     UsbState usb;
     PicturesState pictures;
+    WebPagesState webPages;
 };
 
 } // namespace app::doctor

@@ -4,6 +4,7 @@
 #include "apps/process/translation.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
+#include "apps/web_sites/browser_files.h"
 
 namespace app
 {
@@ -14,6 +15,8 @@ namespace
 IDCARD_TEXTS(Tool)
 
 using namespace doctor;
+
+constexpr uid_t ROOT = 0;
 
 Roads roadsOf(const QString &road)
 {
@@ -29,6 +32,7 @@ Environment probe(const Options &options)
     environment.versions = probeVersions();
     environment.locale = probeLocale();
     environment.configuration = readConfiguration(configurationPaths());
+    environment.webPages = probeWebPages(originListPath(), ROOT, QLatin1String(CHROMIUM_FOLDER));
     // Those that take child processes go first, while this process is as it was started.
     environment.photoDecoder = probePhotoDecoder();
     if (environment.roads != Roads::USB) {

@@ -1586,6 +1586,38 @@ Firefox 只接受由其开发者签名的扩展程序。
         <source>; </source>
         <translation>；</translation>
     </message>
+    <message>
+        <source>Web pages</source>
+        <translation>网页</translation>
+    </message>
+    <message>
+        <source>Sites</source>
+        <translation>网站</translation>
+    </message>
+    <message>
+        <source>Chromium lacks %1</source>
+        <translation>Chromium 缺少 %1</translation>
+    </message>
+    <message>
+        <source>Let it be written again, as root:</source>
+        <translation>请以 root 身份重新写入：</translation>
+    </message>
+    <message>
+        <source>Correct the list; until then no page reads a card.</source>
+        <translation>请更正列表；在此之前，任何网页都不能读卡。</translation>
+    </message>
+    <message>
+        <source>No site may read cards</source>
+        <translation>没有网站可以读卡</translation>
+    </message>
+    <message>
+        <source>%1 names %2, which cannot be started</source>
+        <translation>%1 中指定的 %2 无法启动</translation>
+    </message>
+    <message>
+        <source>Install idcard-reader-browser again.</source>
+        <translation>请重新安装 idcard-reader-browser。</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>

@@ -527,7 +527,7 @@ TEST(FineMachine, IsFineInEveryCheck)
         EXPECT_THAT(one.finding.commands, IsEmpty()) << one.check->id;
     }
     EXPECT_THAT(toReport(findings, Roads::BOTH).toStdString(),
-                testing::EndsWith("\n\nAll is fine: 17 checks.\n"));
+                testing::EndsWith("\n\nAll is fine: 18 checks.\n"));
 }
 
 TEST(FineMachine, OtherWaysOfBeingFineAreFine)
@@ -566,10 +566,48 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
     };
     EXPECT_EQ(idsOf(Roads::LIBRARY),
               "library-version qt-version locale configuration reader-library "
-              "photo-decoder screen resolution jpeg text-font number-font");
+              "photo-decoder screen resolution jpeg text-font number-font web-pages");
     EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
                                  "usb-permission usb-rule usb-group "
-                                 "usb-driver usb-holder photo-decoder");
+                                 "usb-driver usb-holder photo-decoder web-pages");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    WebPages, Checks,
+    testing::Values(Fault{"list with a mistake", "web-pages",
+                          [](Environment &m) {
+                              m.webPages.list = {{}, "LIST, line 2: it is wrong."};
+                          },
+                          Level::FAILURE, "LIST, line 2: it is wrong.", "Correct the list"},
+                    Fault{"missing policy", "web-pages",
+                          [](Environment &m) { m.webPages.isPolicyThere = false; }, Level::FAILURE,
+                          "Chromium lacks /etc/chromium/policy.json",
+                          "idcard-browser-setup --allow https://pms.example"},
+                    Fault{"missing file of the host", "web-pages",
+                          [](Environment &m) { m.webPages.isHostFileThere = false; },
+                          Level::FAILURE, "Chromium lacks /etc/chromium/host.json",
+                          "idcard-browser-setup --allow https://pms.example"},
+                    Fault{
+                        "host that cannot start", "web-pages",
+                        [](Environment &m) { m.webPages.canHostStart = false; }, Level::FAILURE,
+                        "/etc/chromium/host.json names /usr/libexec/host, which cannot be started",
+                        "Install idcard-reader-browser again."}));
+
+TEST(WebPagesCheck, NamesTheSites)
+{
+    Environment machine = fineMachine();
+    EXPECT_EQ(findingOf("web-pages", machine).text, "https://pms.example, http://intranet");
+    machine.webPages.list = {};
+    machine.webPages.isPolicyThere = false;
+    EXPECT_EQ(findingOf("web-pages", machine).text, "No site may read cards");
+    EXPECT_EQ(findingOf("web-pages", machine).level, Level::FINE);
+}
+
+TEST(WebPagesCheck, WhereNothingIsInstalled_FindsNothing)
+{
+    Environment machine = fineMachine();
+    machine.webPages = {};
+    EXPECT_THAT(checkWebPages(machine), IsEmpty());
 }
 
 TEST(TwoReaders, AreReportedOneAfterTheOther)

@@ -51,6 +51,16 @@ Environment fineMachine()
     machine.usb.accessProgram = "idcard-reader-access";
     machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
 
+    machine.webPages = {"/etc/idcard-reader/browser-origins",
+                        true,
+                        {{"https://pms.example", "http://intranet"}, {}},
+                        "/etc/chromium/policy.json",
+                        true,
+                        "/etc/chromium/host.json",
+                        true,
+                        "/usr/libexec/host",
+                        true};
+
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;
     pictures.runningPlatform = "xcb";

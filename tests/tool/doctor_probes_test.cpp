@@ -17,6 +17,7 @@
 #include "apps/doctor/library.h"
 #include "apps/doctor/shipped_files.h"
 #include "apps/doctor/usb.h"
+#include "apps/doctor/web_pages.h"
 #include "apps/process/child_process.h"
 #include "tests/support/files.h"
 
@@ -469,6 +470,33 @@ TEST(GroupsOfTheUser, OwnGroupIsInForce)
     EXPECT_TRUE(state.isMember);
     EXPECT_TRUE(state.isInForce);
     EXPECT_EQ(state.isRoot, getuid() == 0);
+}
+
+TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
+{
+    const QTemporaryDir folder;
+    const QString list = folder.filePath("origins");
+    EXPECT_FALSE(probeWebPages(list, getuid(), folder.path()).isListThere);
+
+    writeFile(list, "https://pms.example\n");
+    ASSERT_EQ(chmod(qPrintable(list), 0644), 0);
+    WebPagesState state = probeWebPages(list, getuid(), folder.path());
+    EXPECT_TRUE(state.isListThere);
+    EXPECT_EQ(state.list.origins, QStringList{"https://pms.example"});
+    EXPECT_FALSE(state.isPolicyThere);
+    EXPECT_FALSE(state.isHostFileThere);
+    EXPECT_FALSE(state.canHostStart);
+
+    QDir().mkpath(folder.filePath("policies/managed"));
+    QDir().mkpath(folder.filePath("native-messaging-hosts"));
+    writeFile(state.policyFile, "{}");
+    writeFile(state.hostFile, R"({"path": "/bin/sh"})");
+    state = probeWebPages(list, getuid() + 1, folder.path());
+    EXPECT_FALSE(state.list.mistake.isEmpty());
+    EXPECT_TRUE(state.isPolicyThere);
+    EXPECT_TRUE(state.isHostFileThere);
+    EXPECT_EQ(state.host, "/bin/sh");
+    EXPECT_TRUE(state.canHostStart);
 }
 
 } // namespace

@@ -59,7 +59,10 @@ ok       In use           By no program
 Photos, by either road
 ok       Photo decoder    /usr/lib/libdecoder.so
 
-2 failures, 1 warning, 8 fine.
+Web pages
+ok       Sites            https://pms.example, http://intranet
+
+2 failures, 1 warning, 9 fine.
 )");
 }
 
@@ -91,8 +94,8 @@ TEST(ReportJson, HoldsTheSumAndEveryFinding)
     EXPECT_EQ(report["road"].toString(), "both");
     EXPECT_EQ(report["result"].toString(), "warning");
     EXPECT_EQ(report["counts"].toObject(),
-              (QJsonObject{{"ok", 16}, {"warning", 1}, {"failure", 0}}));
-    EXPECT_EQ(report["findings"].toArray().size(), 17);
+              (QJsonObject{{"ok", 17}, {"warning", 1}, {"failure", 0}}));
+    EXPECT_EQ(report["findings"].toArray().size(), 18);
     const QJsonObject driver = report["findings"].toArray().at(9).toObject();
     EXPECT_EQ(driver["group"].toString(), "usb");
     EXPECT_EQ(driver["check"].toString(), "usb-driver");
