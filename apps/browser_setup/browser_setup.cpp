@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QSaveFile>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QUrl>
 #include <QVersionNumber>
 
@@ -182,18 +183,33 @@ QString writePolicy(const SetupPlaces &places)
     return writeForEverybody(policyFile(places.browserFolder), indented(policy));
 }
 
-QString writeHostFile(const SetupPlaces &places)
-{
-    return writeForEverybody(hostFile(places.browserFolder),
-                             contentOf(places.shipped + QLatin1Char('/') + hostFileName()));
-}
-
 QString removeFile(const QString &path)
 {
     QFile file(path);
     return !file.exists() || file.remove()
                ? QString()
                : cannot(tr("%1 cannot be removed: %2."), path, file.errorString());
+}
+
+/**
+ * An extension that is installed would be looked for in a newer version after hours; one that goes
+ * and comes back is there at once.
+ */
+QString takePolicyBack(const SetupPlaces &places)
+{
+    const QString policy = policyFile(places.browserFolder);
+    if (!QFileInfo::exists(policy))
+        return {};
+    QString problem = removeFile(policy);
+    if (problem.isEmpty())
+        QThread::msleep(places.policyReloadMs);
+    return problem;
+}
+
+QString writeHostFile(const SetupPlaces &places)
+{
+    return writeForEverybody(hostFile(places.browserFolder),
+                             contentOf(places.shipped + QLatin1Char('/') + hostFileName()));
 }
 
 /** The comments of the list. */
@@ -233,7 +249,7 @@ QString allowSite(const QString &origin, const SetupPlaces &places)
     QString problem = writeExtension(origins, places);
     if (problem.isEmpty())
         problem = pack(places);
-    for (const auto write : {writeUpdateFile, writeHostFile, writePolicy}) {
+    for (const auto write : {writeUpdateFile, writeHostFile, takePolicyBack, writePolicy}) {
         if (problem.isEmpty())
             problem = write(places);
     }

@@ -45,12 +45,14 @@ SetupPlaces places()
 /** What this program cannot do itself. */
 QString leftToDo()
 {
-    QString text = tr("Restart the browser. One that already has the extension takes some minutes, "
-                      "and perhaps another restart, to let pages of a new site speak to it.\n"
-                      "Other browsers of Chromium's family look below other folders, such as "
-                      "/etc/opt/chrome or /etc/opt/edge: copy the two files there that --show "
-                      "names as policy and host.\n"
-                      "Firefox takes no extension that its maker has not signed.\n");
+    QString text =
+        tr("Load the site's page again in a browser that is open. One that is closed takes "
+           "some hours from its next start to speak to a further site; give the same "
+           "command again while it is open.\n"
+           "Other browsers of Chromium's family look below other folders, such as "
+           "/etc/opt/chrome or /etc/opt/edge: copy the two files there that --show "
+           "names as policy and host.\n"
+           "Firefox takes no extension that its maker has not signed.\n");
     for (const QString &file : rivalPolicies(places()))
         text += tr("%1 sets the policy ExtensionSettings too, and the browser takes that of one "
                    "file alone: put the entry of this program's policy there.\n")

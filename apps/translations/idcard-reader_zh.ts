@@ -235,16 +235,6 @@
         <translation>配套程序</translation>
     </message>
     <message>
-        <source>Restart the browser. One that already has the extension takes some minutes, and perhaps another restart, to let pages of a new site speak to it.
-Other browsers of Chromium&apos;s family look below other folders, such as /etc/opt/chrome or /etc/opt/edge: copy the two files there that --show names as policy and host.
-Firefox takes no extension that its maker has not signed.
-</source>
-        <translation>请重新启动浏览器。已装有该扩展程序的浏览器需要几分钟，可能还需再次重新启动，新网站的网页才能与扩展程序通信。
-其他 Chromium 系列浏览器使用其他文件夹，如 /etc/opt/chrome 或 /etc/opt/edge：请将 --show 列出的策略文件和配套程序文件复制到那里。
-Firefox 只接受由其开发者签名的扩展程序。
-</translation>
-    </message>
-    <message>
         <source>%1 sets the policy ExtensionSettings too, and the browser takes that of one file alone: put the entry of this program&apos;s policy there.
 </source>
         <translation>%1 也设置了策略 ExtensionSettings，而浏览器只采用其中一个文件的设置：请将本程序策略文件中的条目写入该文件。
@@ -317,6 +307,16 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>In this browser; chromium, if not given, is the only one so far.</source>
         <translation>用于此浏览器；目前只有 chromium，不指定时即为 chromium。</translation>
+    </message>
+    <message>
+        <source>Load the site&apos;s page again in a browser that is open. One that is closed takes some hours from its next start to speak to a further site; give the same command again while it is open.
+Other browsers of Chromium&apos;s family look below other folders, such as /etc/opt/chrome or /etc/opt/edge: copy the two files there that --show names as policy and host.
+Firefox takes no extension that its maker has not signed.
+</source>
+        <translation>请在打开的浏览器中重新载入该网站的网页。关闭着的浏览器要在下次启动几小时后才能与新增的网站通信；可在它打开时再次运行同一命令。
+其他 Chromium 系列浏览器使用其他文件夹，如 /etc/opt/chrome 或 /etc/opt/edge：请将 --show 列出的策略文件和配套程序文件复制到那里。
+Firefox 只接受由其开发者签名的扩展程序。
+</translation>
     </message>
 </context>
 <context>

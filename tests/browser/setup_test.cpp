@@ -54,7 +54,7 @@ protected:
     SetupPlaces places() const
     {
         return {path("etc/list/origins"), path("shipped"), path("var"), path("etc/chromium"),
-                path("browser")};
+                path("browser"), 0};
     }
     QJsonObject json(const QString &name) const
     {
