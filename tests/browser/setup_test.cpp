@@ -53,8 +53,8 @@ protected:
     }
     SetupPlaces places() const
     {
-        return {path("etc/list/origins"), path("shipped"), path("var"), path("etc/chromium"),
-                path("browser"), 0};
+        return {path("etc/list/origins"), path("shipped"), path("var"),
+                path("etc/chromium"),     path("browser"), 0};
     }
     QJsonObject json(const QString &name) const
     {
@@ -171,6 +171,39 @@ TEST_F(BrowserSetup, Show_SaysWhatIsThereAndWhatIsMissing)
     EXPECT_THAT(
         shown, HasSubstr("Policy     " +
                          path("etc/chromium/policies/managed/idcard-reader.json\n").toStdString()));
+}
+
+/** What a browser calls an extension: each half of a byte as a letter from a on. */
+QByteArray bytesOf(QString id)
+{
+    for (QChar &letter : id)
+        letter = QLatin1Char("0123456789abcdef"[letter.unicode() - 'a']);
+    return QByteArray::fromHex(id.toLatin1());
+}
+
+// The shipped extension, packed by the browser itself.
+TEST_F(BrowserSetup, PackedByChromium_HasTheIdThatPagesAndHostKnow)
+{
+    const QString chromium = QStringLiteral(IDCARD_CHROMIUM);
+    if (chromium.isEmpty())
+        GTEST_SKIP() << "Left out: there is no Chromium here: scripts/install-packages browser "
+                        "installs it";
+    SetupPlaces real = places();
+    real.shipped = path("real");
+    real.browserProgram = chromium;
+    ASSERT_TRUE(QDir().mkpath(path("real/extension")));
+    for (const char *file : {"manifest.json", "background.js"})
+        ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_EXTENSION_FILES "/extension/") + file,
+                                path("real/extension/") + file));
+    ASSERT_TRUE(
+        QFile::copy(QStringLiteral(IDCARD_SOURCE_DIR "/apps/browser_extension/extension.pem"),
+                    path("real/extension.pem")));
+    writeFile(path("real/") + HOST_FILE, "{}");
+    EXPECT_EQ(allowSite("https://pms.example", real), "");
+    const QByteArray packed = readFile(path("var/extension.crx"));
+    EXPECT_TRUE(packed.startsWith("Cr24"));
+    EXPECT_TRUE(packed.contains(bytesOf(ID)));
+    EXPECT_FALSE(packed.contains(bytesOf(QString(ID).replace('o', 'p'))));
 }
 
 struct WrongCall {
