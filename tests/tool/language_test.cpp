@@ -128,6 +128,7 @@ TEST(InChinese, HelpOfEveryCommand_HasNoEnglishSentence)
     for (const QString &command : COMMANDS)
         expectChinese(runInChinese({"help", command}).standardOutput);
     expectChinese(runProcess("idcard-virtual-reader", {"--help"}, {CHINESE}).standardOutput);
+    expectChinese(runProcess("idcard-browser-setup", {"--help"}, {CHINESE}).standardOutput);
 }
 
 TEST(InChinese, LinesOfHelp_AreNoWiderThanATerminal)
