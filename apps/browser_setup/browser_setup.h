@@ -19,7 +19,7 @@ struct SetupPlaces {
     QString browserFolder;  ///< the browser's own, below which policies and hosts are
     QString browserProgram; ///< packs the extension
     /** A browser that runs takes a policy's removal in within this time. */
-    unsigned long policyReloadMs = 10 * 1000;
+    unsigned long policyReloadMs = 10000;
 };
 
 /** Lets the pages of this site read cards, too. Returns what failed, or an empty text. */
