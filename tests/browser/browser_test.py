@@ -367,7 +367,7 @@ class Reading(unittest.TestCase):
         self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_HOST_MISSING")
 
     def test_host_that_crashes_during_a_read_is_reported(self):
-        self.counter.script("tool", "kill -KILL $PPID; sleep 600")
+        self.counter.script("tool", "kill -KILL $PPID; exec sleep 600")
         self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_HOST_MISSING")
 
 
