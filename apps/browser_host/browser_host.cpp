@@ -44,7 +44,7 @@ public:
     {
     }
 
-    /** Until the browser has gone, or has sent what cannot be understood. */
+    /** Until the browser has gone. */
     void serve()
     {
         while (!m_isOver) {
@@ -74,22 +74,24 @@ private:
 
     void takeInput()
     {
-        std::array<char, 4096> buffer{};
+        std::array<char, 65536> buffer{};
         const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
         if (count <= 0) {
             m_isOver = count == 0 || errno != EINTR;
             return;
         }
+        // What follows a request that is too long is dropped, but taken: a browser that could not
+        // write all of it would not read the answer either.
+        if (m_frames.isTooLong())
+            return;
         m_frames.take(QByteArray(buffer.data(), static_cast<int>(count)));
         while (const auto body = m_frames.next()) {
             if (!m_isOver)
                 takeRequest(*body);
         }
-        if (!m_frames.isTooLong())
-            return;
-        refuse(BrowserFault::REQUEST_TOO_LONG,
-               tr("A request has at most %1 bytes.").arg(FrameReader::LONGEST_REQUEST));
-        m_isOver = true;
+        if (m_frames.isTooLong())
+            refuse(BrowserFault::REQUEST_TOO_LONG,
+                   tr("A request has at most %1 bytes.").arg(FrameReader::LONGEST_REQUEST));
     }
 
     void takeRequest(const QByteArray &body)
