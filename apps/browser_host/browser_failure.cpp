@@ -19,11 +19,6 @@ const std::vector<BrowserFaultEntry> &browserFaultCatalogue()
          QT_TR_NOOP("The browser's extension is not the one that reads cards."),
          QT_TR_NOOP("Install the extension and idcard-reader-browser of the same version."),
          ExitStatus::WRONG_USAGE},
-        {BrowserFault::REQUEST_TOO_LONG, "BROWSER_REQUEST_TOO_LONG",
-         QT_TR_NOOP("The page's request is too long."),
-         QT_TR_NOOP(
-             "Correct the page: a request has the keys include, timeout and language alone."),
-         ExitStatus::WRONG_USAGE},
         {BrowserFault::REQUEST_WRONG, "BROWSER_REQUEST_WRONG",
          QT_TR_NOOP("The page's request is wrong."),
          QT_TR_NOOP(

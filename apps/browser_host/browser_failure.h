@@ -11,7 +11,6 @@ namespace app
 
 enum class BrowserFault {
     EXTENSION_UNKNOWN,
-    REQUEST_TOO_LONG,
     REQUEST_WRONG,
     LIST_REFUSED,
     ORIGIN_NOT_LISTED,

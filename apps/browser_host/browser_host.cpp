@@ -90,7 +90,7 @@ private:
                 takeRequest(*body);
         }
         if (m_frames.isTooLong())
-            refuse(BrowserFault::REQUEST_TOO_LONG,
+            refuse(BrowserFault::REQUEST_WRONG,
                    tr("A request has at most %1 bytes.").arg(FrameReader::LONGEST_REQUEST));
     }
 

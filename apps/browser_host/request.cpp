@@ -1,10 +1,9 @@
 #include "apps/browser_host/request.h"
 
-#include <algorithm>
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
@@ -18,7 +17,6 @@ namespace
 
 IDCARD_TEXTS(Browser)
 
-constexpr int LONGEST_LANGUAGE = 35;
 constexpr int LONGEST_QUOTE = 60;
 
 /** Text of a page on one line, cut. */
@@ -40,15 +38,6 @@ QString problemOfKeys(const QJsonObject &object, const QStringList &keys)
             return tr("The key %1 is missing.").arg(quoted(key));
     }
     return {};
-}
-
-bool isLanguageTag(const QString &text)
-{
-    return !text.isEmpty() && text.size() <= LONGEST_LANGUAGE &&
-           std::all_of(text.begin(), text.end(), [](QChar character) {
-               return (character.unicode() < 128 && character.isLetterOrNumber()) ||
-                      character == QLatin1Char('-');
-           });
 }
 
 QString takeInclude(const QJsonValue &value, Request *request)
@@ -79,10 +68,11 @@ QString takeTimeout(const QJsonValue &value, Request *request)
 
 QString takeLanguage(const QJsonValue &value, Request *request)
 {
+    static const QRegularExpression tag(QStringLiteral("\\A[A-Za-z0-9-]{1,35}\\z"));
     request->language = value.toString();
-    if (!isLanguageTag(request->language))
-        return tr("The key language takes a language such as en or zh-CN.");
-    return {};
+    return tag.match(request->language).hasMatch()
+               ? QString()
+               : tr("The key language takes a language such as en or zh-CN.");
 }
 
 QString takePageRequest(const QJsonValue &value, Request *request)

@@ -1,7 +1,5 @@
 // idcard-browser-setup: lets web pages read cards in the browsers of this machine.
 
-#include <array>
-
 #include <QCoreApplication>
 #include <QDir>
 
@@ -24,11 +22,6 @@ using namespace app;
 IDCARD_TEXTS(BrowserSetup)
 
 constexpr uid_t ROOT = 0;
-
-// Qt takes its own arguments out of the ones it gets; this program's are not among them.
-std::array<char, 21> programName = {"idcard-browser-setup"};
-std::array<char *, 2> qtArguments = {programName.data(), nullptr};
-int qtArgumentCount = 1;
 
 SetupPlaces places()
 {
@@ -85,7 +78,6 @@ ExitStatus run(const SetupOptions &options, Output *output)
 
 ExitStatus serve(const QStringList &arguments, Output *output)
 {
-    const QCoreApplication application(qtArgumentCount, qtArguments.data());
     translateApplication();
     const CommandLine<SetupOptions> line = parseSetupArguments(arguments);
     return line.options ? run(*line.options, output) : answer(line.problem, line.text, output);
@@ -99,6 +91,8 @@ int main(int argc, char **argv)
     Output output;
     installMessageHandler();
     useUtf8InPlainLocale();
-    const ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    const QStringList arguments = argumentsOf(argc, argv);
+    const QCoreApplication application(argc, argv);
+    const ExitStatus status = serve(arguments, &output);
     return static_cast<int>(closedWith(status, &output));
 }

@@ -47,7 +47,7 @@ Finding judged(const WebPagesState &state)
     const QString first = state.list.origins.first();
     if (!state.isPolicyThere)
         return missingFile(state.policyFile, first);
-    if (!state.isHostFileThere)
+    if (state.host.isEmpty())
         return missingFile(state.hostFile, first);
     if (!state.canHostStart)
         return {Level::FAILURE,
@@ -62,14 +62,11 @@ WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString 
 {
     WebPagesState state;
     state.listPath = listPath;
-    state.isListThere = QFileInfo::exists(state.listPath);
-    if (!state.isListThere)
-        return state;
+    state.isListThere = QFileInfo::exists(listPath);
     state.list = readOriginList(listPath, owner);
     state.policyFile = policyFile(browserFolder);
     state.isPolicyThere = QFileInfo::exists(state.policyFile);
     state.hostFile = hostFile(browserFolder);
-    state.isHostFileThere = QFileInfo::exists(state.hostFile);
     state.host = programNamedIn(state.hostFile);
     state.canHostStart = QFileInfo(state.host).isExecutable();
     return state;

@@ -17,8 +17,7 @@ struct WebPagesState {
     QString policyFile;
     bool isPolicyThere = false;
     QString hostFile;
-    bool isHostFileThere = false;
-    QString host; ///< the program that the file names
+    QString host; ///< the program that the file names; empty: it is missing
     bool canHostStart = false;
 };
 

@@ -12,10 +12,6 @@
         <translation>请安装同一版本的扩展程序和 idcard-reader-browser。</translation>
     </message>
     <message>
-        <source>The page&apos;s request is too long.</source>
-        <translation>网页的请求过长。</translation>
-    </message>
-    <message>
         <source>Correct the page: a request has the keys include, timeout and language alone.</source>
         <translation>请更正网页：请求只能含有 include、timeout 和 language 三个键。</translation>
     </message>

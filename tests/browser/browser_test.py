@@ -280,7 +280,7 @@ class Reading(unittest.TestCase):
         for size in [8192, 1024 * 1024, 20 * 1024 * 1024]:
             with self.subTest(size):
                 answer = self.raw(f"{{include: [], timeout: 10, language: 'x'.repeat({size})}}")
-                self.assertEqual(answer["error"]["name"], "BROWSER_REQUEST_TOO_LONG")
+                self.assertEqual(answer["error"]["cause"], "A request has at most 8192 bytes.")
         self.assertEqual(self.read(LISTED + "/")["card"]["kind"], "resident")
 
     def test_flood_of_requests_has_one_answer(self):

@@ -584,8 +584,8 @@ INSTANTIATE_TEST_SUITE_P(
                           "Chromium lacks /etc/chromium/policy.json",
                           "idcard-browser-setup --allow https://pms.example"},
                     Fault{"missing file of the host", "web-pages",
-                          [](Environment &m) { m.webPages.isHostFileThere = false; },
-                          Level::FAILURE, "Chromium lacks /etc/chromium/host.json",
+                          [](Environment &m) { m.webPages.host.clear(); }, Level::FAILURE,
+                          "Chromium lacks /etc/chromium/host.json",
                           "idcard-browser-setup --allow https://pms.example"},
                     Fault{
                         "host that cannot start", "web-pages",

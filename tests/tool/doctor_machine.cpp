@@ -57,7 +57,6 @@ Environment fineMachine()
                         "/etc/chromium/policy.json",
                         true,
                         "/etc/chromium/host.json",
-                        true,
                         "/usr/libexec/host",
                         true};
 

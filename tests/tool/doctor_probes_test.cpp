@@ -484,7 +484,7 @@ TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
     EXPECT_TRUE(state.isListThere);
     EXPECT_EQ(state.list.origins, QStringList{"https://pms.example"});
     EXPECT_FALSE(state.isPolicyThere);
-    EXPECT_FALSE(state.isHostFileThere);
+    EXPECT_EQ(state.host, "");
     EXPECT_FALSE(state.canHostStart);
 
     QDir().mkpath(folder.filePath("policies/managed"));
@@ -494,7 +494,6 @@ TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
     state = probeWebPages(list, getuid() + 1, folder.path());
     EXPECT_FALSE(state.list.mistake.isEmpty());
     EXPECT_TRUE(state.isPolicyThere);
-    EXPECT_TRUE(state.isHostFileThere);
     EXPECT_EQ(state.host, "/bin/sh");
     EXPECT_TRUE(state.canHostStart);
 }
