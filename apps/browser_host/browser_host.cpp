@@ -18,6 +18,7 @@
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/web_sites/last_answer.h"
 #include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
@@ -66,7 +67,7 @@ public:
 
     void refuse(BrowserFault fault, const QString &cause)
     {
-        send(compact(JsonObject{{"error", toJson(browserFailure(fault, cause))}}));
+        send(JsonObject{{"error", toJson(browserFailure(fault, cause))}});
     }
 
 private:
@@ -101,6 +102,7 @@ private:
             return;
         }
         const Request request = parseRequest(body);
+        m_origin = request.origin;
         if (!request.language.isEmpty())
             chooseLanguage(QLocale(request.language));
         if (!request.problem.isEmpty())
@@ -136,14 +138,14 @@ private:
     {
         const bool isCut = m_tool->isOutputTooLong();
         const QString problem = isCut ? QString() : m_tool->end();
-        const QByteArray answer = compact(QJsonDocument::fromJson(m_tool->output()).object());
+        const QJsonObject answer = QJsonDocument::fromJson(m_tool->output()).object();
         m_tool.reset();
-        if (isCut || answer.size() > LONGEST_ANSWER)
+        if (isCut || compact(answer).size() > LONGEST_ANSWER)
             refuse(BrowserFault::ANSWER_TOO_LONG,
                    tr("It is more than %1 bytes.").arg(LONGEST_ANSWER));
         else if (!problem.isEmpty())
             refuse(BrowserFault::TOOL_BROKEN, problem);
-        else if (answer == "{}")
+        else if (answer.isEmpty())
             refuse(BrowserFault::TOOL_BROKEN, tr("What it printed is no card and no error."));
         else
             send(answer);
@@ -155,10 +157,15 @@ private:
         refuse(BrowserFault::TOOL_HANGS, tr("It went on after the time limit and was ended."));
     }
 
-    void send(const QByteArray &body)
+    void send(const QJsonObject &answer)
     {
-        if (!m_output->write(frameOf(body)))
+        if (!m_output->write(frameOf(compact(answer))))
             m_isOver = true;
+        const QJsonObject error = answer.value(QStringLiteral("error")).toObject();
+        const bool isCard = answer.contains(QStringLiteral("kind"));
+        if (!m_origin.isEmpty())
+            noteLastAnswer(m_origin, isCard ? QStringLiteral("card")
+                                            : error.value(QStringLiteral("name")).toString());
     }
 
     const HostSettings &m_settings;
@@ -166,6 +173,7 @@ private:
     FrameReader m_frames;
     std::unique_ptr<ToolRun> m_tool; ///< that reads a card; null: none does
     QDeadlineTimer m_deadline;       ///< of the tool
+    QString m_origin;                ///< of the last request
     bool m_isOver = false;
 };
 

@@ -6,8 +6,10 @@
 #include <QJsonDocument>
 
 #include "apps/doctor/environment.h"
+#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
 #include "apps/web_sites/browser_files.h"
+#include "apps/web_sites/last_answer.h"
 #include "common/texts.h"
 
 namespace app::doctor
@@ -37,13 +39,24 @@ Finding missingFile(const QString &path, const QString &origin)
             {QStringLiteral("idcard-browser-setup --allow %1").arg(origin)}};
 }
 
+QString lastAnswerIn(const WebPagesState &state)
+{
+    if (state.lastAnswer.isEmpty())
+        return {};
+    const auto part = [&state](const char *key) {
+        return printable(state.lastAnswer.value(QString::fromLatin1(key)).toString());
+    };
+    return filledIn(tr("; the last answer, at %1, was %2 for %3"), part("time"), part("result"),
+                    part("origin"));
+}
+
 Finding judged(const WebPagesState &state)
 {
     if (!state.list.mistake.isEmpty())
         return {Level::FAILURE, state.list.mistake,
                 tr("Correct the list; until then no page reads a card.")};
     if (state.list.origins.isEmpty())
-        return {Level::FINE, tr("No site may read cards")};
+        return {Level::FINE, tr("No site may read cards") + lastAnswerIn(state)};
     const QString first = state.list.origins.first();
     if (!state.isPolicyThere)
         return missingFile(state.policyFile, first);
@@ -53,7 +66,7 @@ Finding judged(const WebPagesState &state)
         return {Level::FAILURE,
                 filledIn(tr("%1 names %2, which cannot be started"), state.hostFile, state.host),
                 tr("Install idcard-reader-browser again.")};
-    return {Level::FINE, state.list.origins.join(tr(", "))};
+    return {Level::FINE, state.list.origins.join(tr(", ")) + lastAnswerIn(state)};
 }
 
 } // namespace
@@ -69,6 +82,7 @@ WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString 
     state.hostFile = hostFile(browserFolder);
     state.host = programNamedIn(state.hostFile);
     state.canHostStart = QFileInfo(state.host).isExecutable();
+    state.lastAnswer = lastAnswer();
     return state;
 }
 
@@ -83,7 +97,8 @@ Findings checkWebPages(const Environment &environment)
                      {"mistake", textOrNull(state.list.mistake)},
                      {"policy", state.isPolicyThere},
                      {"host", textOrNull(state.host)},
-                     {"canHostStart", state.canHostStart}};
+                     {"canHostStart", state.canHostStart},
+                     {"lastAnswer", state.lastAnswer.isEmpty() ? QJsonValue() : state.lastAnswer}};
     return {finding};
 }
 

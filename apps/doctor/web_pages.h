@@ -19,6 +19,7 @@ struct WebPagesState {
     QString hostFile;
     QString host; ///< the program that the file names; empty: it is missing
     bool canHostStart = false;
+    JsonObject lastAnswer; ///< of the host, to this user's browser; empty: none
 };
 
 /** Of the list, which must belong to `owner`, and of the files below the browser's own folder. */

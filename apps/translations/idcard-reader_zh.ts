@@ -1614,6 +1614,10 @@ Firefox 只接受由其开发者签名的扩展程序。
         <source>Install idcard-reader-browser again.</source>
         <translation>请重新安装 idcard-reader-browser。</translation>
     </message>
+    <message>
+        <source>; the last answer, at %1, was %2 for %3</source>
+        <translation>；最近一次回答：%1，%2，给 %3</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDateTime>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -154,11 +155,19 @@ protected:
         input.environment = {{"TEST_ORIGIN_LIST", list()},
                              {"TEST_LIST_OWNER", QString::number(listOwner)},
                              {"TEST_TOOL", tool()},
-                             {"TEST_GRACE_MS", QString::number(m_graceMs)}};
+                             {"TEST_GRACE_MS", QString::number(m_graceMs)},
+                             {"XDG_RUNTIME_DIR", m_runtimeFolder}};
         return Host(input, arguments);
     }
 
+    /** What the host has noted for the doctor. */
+    QJsonObject lastAnswer() const
+    {
+        return parsedObject(readFile(path("idcard-reader-browser.json")));
+    }
+
     int m_graceMs = 60000;
+    QString m_runtimeFolder;
 };
 
 } // namespace
@@ -417,6 +426,38 @@ TEST_F(BrowserHostTest, BrowserThatNoLongerReads_EndsTheHost)
     browser.process().closeStandardOutput();
     browser.write(goodRequest());
     EXPECT_TRUE(browser.process().endsWithin(SOON_MS));
+}
+
+// What is kept of an answer.
+
+TEST_F(BrowserHostTest, LastAnswer_IsNotedWithItsSiteAndNothingOfTheCard)
+{
+    m_runtimeFolder = path("");
+    setCard("resident");
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+    Host first = host();
+    EXPECT_EQ(first.answerTo(goodRequest())["kind"], "resident");
+    EXPECT_EQ(first.process().result().exitStatus, 0);
+    QJsonObject noted = lastAnswer();
+    EXPECT_GE(QDateTime::fromString(noted.take("time").toString(), Qt::ISODate), before);
+    EXPECT_EQ(noted, (QJsonObject{{"origin", "https://pms.example"}, {"result", "card"}}));
+
+    Host second = host();
+    EXPECT_EQ(second.errorOf(frame(requestOf("https://evil.example")))["exitStatus"], 1);
+    EXPECT_EQ(second.process().result().exitStatus, 0);
+    EXPECT_EQ(lastAnswer()["origin"], "https://evil.example");
+    EXPECT_EQ(lastAnswer()["result"], "BROWSER_ORIGIN_NOT_LISTED");
+    EXPECT_THAT(namesIn(path("")),
+                testing::ElementsAre("idcard-reader-browser.json", "origins", "tool"));
+}
+
+TEST_F(BrowserHostTest, LastAnswerThatCannotBeNoted_ReachesThePageAllTheSame)
+{
+    m_runtimeFolder = path("tool"); // no folder
+    setTool("echo '{\"kind\": \"none\"}'");
+    Host browser = host();
+    EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
+    EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
 }
 
 // A tool that does not do its work.

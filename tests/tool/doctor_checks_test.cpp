@@ -603,6 +603,20 @@ TEST(WebPagesCheck, NamesTheSites)
     EXPECT_EQ(findingOf("web-pages", machine).level, Level::FINE);
 }
 
+TEST(WebPagesCheck, SaysWhatTheHostLastAnswered)
+{
+    Environment machine = fineMachine();
+    EXPECT_EQ(findingOf("web-pages", machine).facts["lastAnswer"], QJsonValue());
+    machine.webPages.lastAnswer = {{"time", "2026-11-22T10:20:30"},
+                                   {"origin", "https://evil.example\n"},
+                                   {"result", "BROWSER_ORIGIN_NOT_LISTED"}};
+    machine.webPages.list = {};
+    const Finding finding = findingOf("web-pages", machine);
+    EXPECT_EQ(finding.text, "No site may read cards; the last answer, at 2026-11-22T10:20:30, was "
+                            "BROWSER_ORIGIN_NOT_LISTED for https://evil.example\\u000A");
+    EXPECT_EQ(finding.facts["lastAnswer"].toObject(), machine.webPages.lastAnswer);
+}
+
 TEST(WebPagesCheck, WhereNothingIsInstalled_FindsNothing)
 {
     Environment machine = fineMachine();

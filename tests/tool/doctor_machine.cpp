@@ -58,7 +58,8 @@ Environment fineMachine()
                         true,
                         "/etc/chromium/host.json",
                         "/usr/libexec/host",
-                        true};
+                        true,
+                        {}};
 
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;

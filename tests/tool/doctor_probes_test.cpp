@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -19,6 +20,7 @@
 #include "apps/doctor/usb.h"
 #include "apps/doctor/web_pages.h"
 #include "apps/process/child_process.h"
+#include "apps/web_sites/last_answer.h"
 #include "tests/support/files.h"
 
 using namespace app;
@@ -470,6 +472,22 @@ TEST(GroupsOfTheUser, OwnGroupIsInForce)
     EXPECT_TRUE(state.isMember);
     EXPECT_TRUE(state.isInForce);
     EXPECT_EQ(state.isRoot, getuid() == 0);
+}
+
+TEST(WebPagesOfTheMachine, HaveTheHostsLastAnswerToThisUser)
+{
+    const QTemporaryDir folder;
+    const auto probed = [&folder] { return probeWebPages({}, getuid(), folder.path()).lastAnswer; };
+    ASSERT_TRUE(qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8()));
+    EXPECT_TRUE(probed().isEmpty());
+    noteLastAnswer("https://pms.example", "card");
+    EXPECT_EQ(probed()["origin"], "https://pms.example");
+    EXPECT_EQ(probed()["result"], "card");
+    EXPECT_TRUE(QDateTime::fromString(probed()["time"].toString(), Qt::ISODate).isValid());
+    writeFile(folder.filePath("idcard-reader-browser.json"), "[no object");
+    EXPECT_TRUE(probed().isEmpty());
+    ASSERT_TRUE(qunsetenv("XDG_RUNTIME_DIR"));
+    EXPECT_TRUE(probed().isEmpty());
 }
 
 TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
