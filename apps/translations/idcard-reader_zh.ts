@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>Attention</name>
+    <message>
+        <source>A text is cut.</source>
+        <translation>有文字被截断。</translation>
+    </message>
+    <message>
+        <source>The holder is a minor.</source>
+        <translation>持证人未成年。</translation>
+    </message>
+    <message>
+        <source>The holder is a minor, %1 years old.</source>
+        <translation>持证人未成年，%1 岁。</translation>
+    </message>
+</context>
+<context>
     <name>Browser</name>
     <message>
         <source>The browser&apos;s extension is not the one that reads cards.</source>
@@ -519,10 +534,6 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>The PDF page could not be made. Close other programs to free memory, and try again.</source>
         <translation>无法生成 PDF 页面。请关闭其他程序以释放内存，然后重试。</translation>
-    </message>
-    <message>
-        <source>The file %1 could not be written: %2. Free space, see who may write there, or choose another folder.</source>
-        <translation>无法写入文件 %1：%2。请腾出磁盘空间、检查写入权限，或另选一个文件夹。</translation>
     </message>
 </context>
 <context>
@@ -1854,6 +1865,13 @@ Firefox 只接受由其开发者签名的扩展程序。
     </message>
 </context>
 <context>
+    <name>History</name>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+</context>
+<context>
     <name>Messages</name>
     <message>
         <source>Code: %1 (%2)</source>
@@ -1870,22 +1888,6 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>Device: %1</source>
         <translation>设备：%1</translation>
-    </message>
-    <message>
-        <source>The simulator cannot be used as it was asked to.</source>
-        <translation>无法按要求使用模拟器。</translation>
-    </message>
-    <message>
-        <source>The card&apos;s text could not be decoded.</source>
-        <translation>无法解码证件的文字。</translation>
-    </message>
-    <message>
-        <source>The sex code of a foreigner&apos;s card must be 0, 1, 2 or 9, and this one is not.</source>
-        <translation>外国人永久居留身份证的性别代码应为 0、1、2 或 9，而该证件的不是。</translation>
-    </message>
-    <message>
-        <source>Read the card once more.</source>
-        <translation>请再读一次卡。</translation>
     </message>
     <message>
         <source>The library returned the code %1, which this program does not know. Install the program and the library of the same version.</source>
@@ -1906,6 +1908,13 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>The card&apos;s text could not be decoded: the sex code of a foreigner&apos;s card must be 0, 1, 2 or 9. Read the card once more.</source>
         <translation>无法解码证件的文字：外国人永久居留身份证的性别代码应为 0、1、2 或 9。请再读一次卡。</translation>
+    </message>
+</context>
+<context>
+    <name>PrivateFile</name>
+    <message>
+        <source>The file %1 could not be written: %2. Free space, see who may write there, or choose another folder.</source>
+        <translation>无法写入文件 %1：%2。请腾出磁盘空间、检查写入权限，或另选一个文件夹。</translation>
     </message>
 </context>
 <context>
@@ -1933,6 +1942,18 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>Standard output could not be written: %1. See that the file or the program it goes to can take it all, and start again.</source>
         <translation>无法写入标准输出：%1。请确认接收输出的文件或程序能够收下全部内容，然后重新运行。</translation>
+    </message>
+    <message>
+        <source>%1 could not be started: %2.</source>
+        <translation>无法启动 %1：%2。</translation>
+    </message>
+    <message>
+        <source>It was ended by signal %1.</source>
+        <translation>进程被信号 %1 终止。</translation>
+    </message>
+    <message>
+        <source>It ended with status %1.</source>
+        <translation>进程已结束，状态为 %1。</translation>
     </message>
 </context>
 <context>
@@ -3739,6 +3760,21 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     </message>
 </context>
 <context>
+    <name>app::CardDesk</name>
+    <message>
+        <source>Reading ended without a result.</source>
+        <translation>读卡已结束，但没有结果。</translation>
+    </message>
+    <message>
+        <source>Read the card once more. If it happens again, let &quot;Diagnose&quot; look for the cause.</source>
+        <translation>请重新读卡。如果再次出现，请用“诊断”查找原因。</translation>
+    </message>
+    <message>
+        <source>idcard-reader printed what is not a card.</source>
+        <translation>idcard-reader 输出的不是证件数据。</translation>
+    </message>
+</context>
+<context>
     <name>app::CardHistory</name>
     <message>
         <source>Time</source>
@@ -3771,14 +3807,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
 <context>
     <name>viewer::CardPane</name>
     <message>
-        <source>The library painted no picture.</source>
-        <translation>本库没有绘制图像。</translation>
-    </message>
-    <message>
-        <source>This road gives no picture.</source>
-        <translation>这种读卡方式不提供图像。</translation>
-    </message>
-    <message>
         <source>Front</source>
         <translation>正面</translation>
     </message>
@@ -3791,24 +3819,90 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>照片</translation>
     </message>
     <message>
-        <source>This screen does not report its size: the pictures may not be as large as the card.</source>
-        <translation>屏幕没有提供实际尺寸，图像的大小可能与证件不一致。</translation>
-    </message>
-    <message>
-        <source>Sides of the card</source>
-        <translation>证件的正反两面</translation>
-    </message>
-    <message>
         <source>Fields of the card</source>
         <translation>证件的各项内容</translation>
     </message>
     <message>
-        <source>The picture is shown in its true size.</source>
-        <translation>图像以实际大小显示。</translation>
+        <source>This way of reading gives no picture.</source>
+        <translation>这种读卡方式不提供图像。</translation>
     </message>
     <message>
-        <source>Covered</source>
-        <translation>已遮盖</translation>
+        <source>Name of the holder</source>
+        <translation>持证人姓名</translation>
+    </message>
+    <message>
+        <source>Number of the document</source>
+        <translation>证件号码</translation>
+    </message>
+    <message>
+        <source>The screen does not say how large it is; the size may be wrong.</source>
+        <translation>屏幕没有提供实际尺寸，显示的大小可能不准确。</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>姓名</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>号码</translation>
+    </message>
+    <message>
+        <source>All fields</source>
+        <translation>全部内容</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::DiagnosisDialog</name>
+    <message>
+        <source>&amp;Again</source>
+        <translation>重新诊断(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Diagnosis</source>
+        <translation>诊断</translation>
+    </message>
+    <message>
+        <source>What the machine lacks to read cards</source>
+        <translation>本机读卡还缺少什么</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Looking at the machine…</source>
+        <translation>正在检查本机…</translation>
+    </message>
+    <message>
+        <source>The diagnosis failed: %1</source>
+        <translation>诊断失败：%1</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::HistoryPane</name>
+    <message>
+        <source>E&amp;xport…</source>
+        <translation>导出(&amp;X)…</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>清除(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Search the cards of this run</source>
+        <translation>搜索本次运行的读卡记录</translation>
+    </message>
+    <message>
+        <source>Write these cards to a table for spreadsheet programs</source>
+        <translation>将这些记录导出为电子表格程序可以打开的表格</translation>
+    </message>
+    <message>
+        <source>Forget all cards of this run</source>
+        <translation>清除本次运行的全部读卡记录</translation>
+    </message>
+    <message>
+        <source>Cards of this run</source>
+        <translation>本次运行的读卡记录</translation>
     </message>
 </context>
 <context>
@@ -3834,44 +3928,12 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>空格键或 F5</translation>
     </message>
     <message>
-        <source>Read each new card by itself</source>
-        <translation>自动读取每张新放上的证件</translation>
-    </message>
-    <message>
-        <source>What is copied is covered, too. What is saved, printed or exported is the whole card.</source>
-        <translation>复制的内容同样被遮盖；保存、打印和导出的则是完整的证件。</translation>
-    </message>
-    <message>
-        <source>Cards of this run</source>
-        <translation>本次运行的读卡记录</translation>
-    </message>
-    <message>
-        <source>C&amp;lear</source>
-        <translation>清除(&amp;L)</translation>
-    </message>
-    <message>
-        <source>Forget all cards of this run</source>
-        <translation>清除本次运行的全部读卡记录</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>文件(&amp;F)</translation>
-    </message>
-    <message>
         <source>&amp;Quit</source>
         <translation>退出(&amp;Q)</translation>
     </message>
     <message>
         <source>&amp;Edit</source>
         <translation>编辑(&amp;E)</translation>
-    </message>
-    <message>
-        <source>&amp;Copy the selected rows</source>
-        <translation>复制选中的行(&amp;C)</translation>
-    </message>
-    <message>
-        <source>Copy &amp;all rows</source>
-        <translation>复制全部行(&amp;A)</translation>
     </message>
     <message>
         <source>Lay a card on the reader; it is read automatically.</source>
@@ -3930,14 +3992,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>自动读取新证件(&amp;N)</translation>
     </message>
     <message>
-        <source>H&amp;istory</source>
-        <translation>读卡记录(&amp;I)</translation>
-    </message>
-    <message>
-        <source>&amp;Save…</source>
-        <translation>保存(&amp;S)…</translation>
-    </message>
-    <message>
         <source>Export as P&amp;DF…</source>
         <translation>导出为 PDF(&amp;D)…</translation>
     </message>
@@ -3950,107 +4004,409 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>正在读卡…</translation>
     </message>
     <message>
-        <source>Details of the message</source>
-        <translation>消息的详细内容</translation>
-    </message>
-    <message>
-        <source>Cover the holder&apos;s data and photo while others look on</source>
-        <translation>有旁人时遮盖持证人的信息和照片</translation>
-    </message>
-    <message>
         <source>Co&amp;ver the holder&apos;s data</source>
         <translation>遮盖个人信息(&amp;V)</translation>
     </message>
+    <message>
+        <source>Cause: %1</source>
+        <translation>原因：%1</translation>
+    </message>
+    <message>
+        <source>Code: %1</source>
+        <translation>代码：%1</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>已复制：%1</translation>
+    </message>
+    <message>
+        <source>Nothing was copied.</source>
+        <translation>没有复制任何内容。</translation>
+    </message>
+    <message>
+        <source>It is covered, or the card has no such picture.</source>
+        <translation>该内容已遮盖，或者证件没有这幅图像。</translation>
+    </message>
+    <message>
+        <source>While others look on. What is saved, printed or exported is the whole card.</source>
+        <translation>有旁人时使用。保存、打印和导出的仍是完整的证件。</translation>
+    </message>
+    <message>
+        <source>&amp;Card</source>
+        <translation>证件(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Give up reading</source>
+        <translation>停止读卡(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Save &amp;as…</source>
+        <translation>另存为(&amp;A)…</translation>
+    </message>
+    <message>
+        <source>Print pre&amp;view…</source>
+        <translation>打印预览(&amp;V)…</translation>
+    </message>
+    <message>
+        <source>Copy the &amp;name</source>
+        <translation>复制姓名(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Copy the n&amp;umber</source>
+        <translation>复制号码(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy the selected field</source>
+        <translation>复制选中的内容(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy &amp;all fields with labels</source>
+        <translation>复制全部内容（含项目名称）(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Copy the &amp;photo</source>
+        <translation>复制照片(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Copy the &amp;front</source>
+        <translation>复制正面图像(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Copy the &amp;back</source>
+        <translation>复制背面图像(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Search the history</source>
+        <translation>搜索读卡记录(&amp;S)</translation>
+    </message>
+    <message>
+        <source>C&amp;lear the history</source>
+        <translation>清除读卡记录(&amp;L)</translation>
+    </message>
+    <message>
+        <source>S&amp;ettings…</source>
+        <translation>设置(&amp;E)…</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;True size</source>
+        <translation>实际大小(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Larger type</source>
+        <translation>大号文字(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Always on to&amp;p</source>
+        <translation>窗口置顶(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Diagnose…</source>
+        <translation>诊断(&amp;D)…</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>关于(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Leave the card on the reader.</source>
+        <translation>请勿移开证件。</translation>
+    </message>
+    <message>
+        <source>Reading was given up.</source>
+        <translation>已停止读卡。</translation>
+    </message>
+    <message>
+        <source>The reader was unplugged.</source>
+        <translation>读卡器已拔出。</translation>
+    </message>
+    <message>
+        <source>Plug it in again; reading goes on by itself.</source>
+        <translation>请重新插好，程序会自动继续读卡。</translation>
+    </message>
+    <message>
+        <source>A card lies on the simulator.</source>
+        <translation>模拟器上已放上证件。</translation>
+    </message>
+    <message>
+        <source>Press Read.</source>
+        <translation>请按“读卡”。</translation>
+    </message>
+    <message>
+        <source>No card lies on the simulator.</source>
+        <translation>模拟器上没有证件。</translation>
+    </message>
+    <message>
+        <source>The card was read; look at it closely.</source>
+        <translation>读卡成功，请仔细核对证件。</translation>
+    </message>
+    <message>
+        <source>The card was read.</source>
+        <translation>读卡成功。</translation>
+    </message>
+    <message>
+        <source>Read at %1, from the history</source>
+        <translation>读卡记录，%1 读取</translation>
+    </message>
+    <message>
+        <source>An earlier card is shown.</source>
+        <translation>当前显示的是以前读取的证件。</translation>
+    </message>
+    <message>
+        <source>It was read at %1.</source>
+        <translation>该证件于 %1 读取。</translation>
+    </message>
+    <message>
+        <source>Previous card, %1</source>
+        <translation>上一张证件，%1</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>详细信息</translation>
+    </message>
+    <message>
+        <source>cards %1.csv</source>
+        <translation>读卡记录 %1.csv</translation>
+    </message>
+    <message>
+        <source>Export the history</source>
+        <translation>导出读卡记录</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv)</source>
+        <translation>表格文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>The history was exported to %1.</source>
+        <translation>读卡记录已导出到 %1。</translation>
+    </message>
+    <message>
+        <source>The table could not be written.</source>
+        <translation>无法写入表格文件。</translation>
+    </message>
+    <message>
+        <source>The card was sent to the printer, without its portrait.</source>
+        <translation>证件已发送到打印机，但没有照片。</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>帮助</translation>
+    </message>
+    <message>
+        <source>Reading a card</source>
+        <translation>怎样读卡</translation>
+    </message>
+    <message>
+        <source>Lay the card on the reader and press Space, or let each new card be read.
+
+A click on a field copies what it says. The photo and the sides can be dragged to other programs.
+
+Space or F5: read	Esc: give up reading
+Ctrl+1: copy the name	Ctrl+2: copy the number
+Ctrl+S: save	Ctrl+P: print
+F9: true size	F8: larger type
+Ctrl+F: search the history	Ctrl+D: diagnose</source>
+        <translation>将证件放在读卡器上，然后按空格键；也可以让程序自动读取每张新放上的证件。
+
+单击某一项即可复制其内容。照片和正反面图像可以拖到其他程序中。
+
+空格键或 F5：读卡	Esc：停止读卡
+Ctrl+1：复制姓名	Ctrl+2：复制号码
+Ctrl+S：保存	Ctrl+P：打印
+F9：实际大小	F8：大号文字
+Ctrl+F：搜索读卡记录	Ctrl+D：诊断</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Shows Chinese identity documents that a card reader has read. Nothing of a card is kept but what you save.</source>
+        <translation>显示读卡器读取的中国身份证件。除您保存的内容外，不留存证件的任何信息。</translation>
+    </message>
 </context>
 <context>
-    <name>viewer::RoadPanel</name>
+    <name>viewer::PictureView</name>
+    <message>
+        <source>Covered</source>
+        <translation>已遮盖</translation>
+    </message>
+    <message>
+        <source>Drag the picture to another program</source>
+        <translation>可将图像拖到其他程序中</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::SettingsDialog</name>
     <message>
         <source>%1 - not open to you</source>
         <translation>%1（无权使用）</translation>
     </message>
     <message>
-        <source>Photos of a &amp;simulated reader</source>
-        <translation>模拟读卡器的照片(&amp;S)</translation>
+        <source>It is a &amp;simulated reader: decode its photos</source>
+        <translation>这是模拟读卡器：解码其照片(&amp;S)</translation>
     </message>
     <message>
-        <source>Reader</source>
-        <translation>读卡器</translation>
+        <source>&amp;Beep when a card was read</source>
+        <translation>读卡成功时发出提示音(&amp;B)</translation>
     </message>
     <message>
-        <source>The maker&apos;s library</source>
-        <translation>厂商的库</translation>
+        <source>Settings</source>
+        <translation>设置</translation>
     </message>
     <message>
-        <source>USB</source>
-        <translation>USB</translation>
+        <source>As this machine is configured</source>
+        <translation>按本机的配置</translation>
     </message>
     <message>
-        <source>Simulator</source>
-        <translation>模拟器</translation>
+        <source>Through the reader maker&apos;s library</source>
+        <translation>通过读卡器厂商的库</translation>
     </message>
     <message>
-        <source>Road to the reader</source>
-        <translation>读卡方式</translation>
+        <source>Over USB, without pictures of the sides</source>
+        <translation>通过 USB，不提供正反面图像</translation>
     </message>
     <message>
-        <source>USB device</source>
-        <translation>USB 设备</translation>
+        <source>From the simulator, without a reader</source>
+        <translation>使用模拟器，不需要读卡器</translation>
+    </message>
+    <message>
+        <source>Grey it</source>
+        <translation>变灰</translation>
+    </message>
+    <message>
+        <source>Grey it, then clear it</source>
+        <translation>变灰，稍后清除</translation>
+    </message>
+    <message>
+        <source>Clear it at once</source>
+        <translation>立即清除</translation>
+    </message>
+    <message>
+        <source>By number: 0001, 0002, …</source>
+        <translation>按序号：0001、0002……</translation>
+    </message>
+    <message>
+        <source>By the holder&apos;s name and number</source>
+        <translation>按持证人的姓名和号码</translation>
+    </message>
+    <message>
+        <source>That of the desktop</source>
+        <translation>跟随桌面</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> 秒</translation>
+    </message>
+    <message>
+        <source>Seconds until it is cleared</source>
+        <translation>清除前的秒数</translation>
+    </message>
+    <message>
+        <source>asked at the first Save</source>
+        <translation>首次保存时询问</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh</source>
+        <translation>刷新(&amp;F)</translation>
     </message>
     <message>
         <source>List the USB devices again</source>
         <translation>重新列出 USB 设备</translation>
     </message>
     <message>
-        <source>Decode the photos of a simulated reader</source>
-        <translation>解码模拟读卡器的照片</translation>
+        <source>Cho&amp;ose…</source>
+        <translation>选择(&amp;O)…</translation>
     </message>
     <message>
-        <source>Only the simulator can decode the photos of simulated cards.</source>
-        <translation>只有模拟器能够解码模拟证件的照片。</translation>
+        <source>&amp;Read</source>
+        <translation>读卡方式(&amp;R)</translation>
     </message>
     <message>
-        <source>&amp;Device</source>
-        <translation>设备(&amp;D)</translation>
+        <source>&amp;USB reader</source>
+        <translation>USB 读卡器(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Previous card</source>
+        <translation>上一张证件(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve in</source>
+        <translation>保存到(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Name folders</source>
+        <translation>文件夹命名(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Another language takes effect at the next start.</source>
+        <translation>更改的语言在下次启动时生效。</translation>
+    </message>
+    <message>
+        <source>The only one that is plugged in</source>
+        <translation>唯一接入的读卡器</translation>
+    </message>
+    <message>
+        <source>%1 - not plugged in</source>
+        <translation>%1（未接入）</translation>
+    </message>
+    <message>
+        <source>Save cards in</source>
+        <translation>证件保存到</translation>
+    </message>
+</context>
+<context>
+    <name>viewer::SimulatorPanel</name>
+    <message>
+        <source>Simulator</source>
+        <translation>模拟器</translation>
     </message>
     <message>
         <source>Card for the simulator</source>
         <translation>模拟器上的证件</translation>
     </message>
     <message>
-        <source>Choose the file of a card description</source>
-        <translation>选择证件描述文件</translation>
-    </message>
-    <message>
-        <source>Faults of the simulator, separated by commas</source>
-        <translation>模拟器的故障，用逗号分隔</translation>
+        <source>Faults of the simulator</source>
+        <translation>模拟器的故障</translation>
     </message>
     <message>
         <source>none</source>
         <translation>无</translation>
     </message>
     <message>
-        <source>Put the card on the simulator</source>
-        <translation>将证件放到模拟器上</translation>
+        <source>From &amp;file…</source>
+        <translation>从文件(&amp;F)…</translation>
     </message>
     <message>
-        <source>&amp;Take it off</source>
-        <translation>取走(&amp;T)</translation>
+        <source>P&amp;ut card on</source>
+        <translation>放上证件(&amp;U)</translation>
     </message>
     <message>
-        <source>Take the card off the simulator</source>
-        <translation>从模拟器上取走证件</translation>
+        <source>Take it &amp;off</source>
+        <translation>取走(&amp;O)</translation>
     </message>
     <message>
-        <source>Fa&amp;ult</source>
-        <translation>故障(&amp;U)</translation>
+        <source>&amp;Card</source>
+        <translation>证件(&amp;C)</translation>
     </message>
     <message>
-        <source>no USB device</source>
-        <translation>没有 USB 设备</translation>
-    </message>
-    <message>
-        <source>%1 - not plugged in</source>
-        <translation>%1（未接入）</translation>
+        <source>Faul&amp;t</source>
+        <translation>故障(&amp;T)</translation>
     </message>
     <message>
         <source>Card description</source>
@@ -4060,37 +4416,28 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <source>Card descriptions (*.json);;All files (*)</source>
         <translation>证件描述 (*.json);;所有文件 (*)</translation>
     </message>
+</context>
+<context>
+    <name>viewer::StateLine</name>
     <message>
-        <source>Read throu&amp;gh</source>
-        <translation>读卡方式(&amp;G)</translation>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
     <message>
-        <source>Refres&amp;h</source>
-        <translation>刷新(&amp;H)</translation>
+        <source>De&amp;tails</source>
+        <translation>详细信息(&amp;T)</translation>
     </message>
     <message>
-        <source>Fro&amp;m file…</source>
-        <translation>从文件(&amp;M)…</translation>
+        <source>Dia&amp;gnose</source>
+        <translation>诊断(&amp;G)</translation>
     </message>
     <message>
-        <source>&amp;Put card on</source>
-        <translation>放上证件(&amp;P)</translation>
+        <source>Esc</source>
+        <translation>Esc</translation>
     </message>
     <message>
-        <source>&amp;Card</source>
-        <translation>证件(&amp;C)</translation>
-    </message>
-    <message>
-        <source>Lay a card on the reader and press Read.</source>
-        <translation>请将证件放在读卡器上，然后按“读卡”。</translation>
-    </message>
-    <message>
-        <source>A card lies on the simulator.</source>
-        <translation>模拟器上已放上证件。</translation>
-    </message>
-    <message>
-        <source>No card lies on the simulator.</source>
-        <translation>模拟器上没有证件。</translation>
+        <source>Look for what keeps cards from being read</source>
+        <translation>查找无法读卡的原因</translation>
     </message>
 </context>
 </TS>
