@@ -29,8 +29,7 @@ std::optional<QStringList> contentOf(const QJsonValue &value, FieldForm form)
 }
 
 /** Those of the fields that `object` has; nothing when one of them is written in another way. */
-std::optional<FieldContents> contentsIn(const QJsonObject &object,
-                                        const QVector<CardField> &fields)
+std::optional<FieldContents> contentsIn(const QJsonObject &object, const QVector<CardField> &fields)
 {
     FieldContents contents;
     for (const CardField &field : fields) {

@@ -25,28 +25,6 @@ constexpr int TIME_TO_END_AFTER_OUTPUT_MS = 2000;
 // All that a card has is about 100 kB of JSON.
 constexpr int MOST_OUTPUT = 4 * 1024 * 1024;
 
-/** While it lives, a child is forked with the signals that would end it held back. */
-class HeldSignals
-{
-public:
-    HeldSignals()
-    {
-        sigset_t ending;
-        sigemptyset(&ending);
-        sigaddset(&ending, SIGINT);
-        sigaddset(&ending, SIGTERM);
-        ::pthread_sigmask(SIG_BLOCK, &ending, &m_before);
-    }
-    ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    HeldSignals(const HeldSignals &) = delete;
-    HeldSignals(HeldSignals &&) = delete;
-    HeldSignals &operator=(const HeldSignals &) = delete;
-    HeldSignals &operator=(HeldSignals &&) = delete;
-
-private:
-    sigset_t m_before{};
-};
-
 QString notStartedText(const QString &program, const QString &reason)
 {
     return filledIn(tr("%1 could not be started: %2."), program, translatedSystemText(reason));
@@ -111,8 +89,9 @@ void ToolRun::run(const QStringList &arguments, int timeoutMs)
     setStandardErrorFile(nullDevice());
     if (timeoutMs > 0)
         m_deadline.start(timeoutMs);
-    const HeldSignals held;
     start(ReadOnly);
+    // Until it is the tool, it has the handlers of this program, which a signal to end would wake.
+    waitForStarted();
 }
 
 void ToolRun::stop()
@@ -135,13 +114,6 @@ QString ToolRun::howItEnded() const
 
 void ToolRun::setupChildProcess()
 {
-    // This program's own handlers, which the child has until it is the tool, would wake this
-    // program.
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
-    sigset_t none;
-    sigemptyset(&none);
-    ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 

@@ -7,6 +7,7 @@
 #include <QDBusConnectionInterface>
 #include <QFile>
 #include <QLocale>
+#include <QProcessEnvironment>
 
 #include "apps/process/translation.h"
 #include "apps/service/authorization.h"
@@ -41,6 +42,13 @@ QString interfaceText()
     const QString end = QStringLiteral("</interface>");
     const int begin = text.indexOf(QLatin1String("<interface"));
     return text.mid(begin, text.indexOf(end) + end.size() - begin);
+}
+
+QProcessEnvironment environmentOfTool()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QLatin1String(MALLOC_SETTINGS));
+    return environment;
 }
 
 } // namespace
@@ -85,15 +93,15 @@ void ReaderService::leave()
     for (const QDBusMessage &call : qAsConst(m_undecided))
         refuse(call, ServiceError::CANCELLED);
     m_undecided.clear();
-    if (m_worker != nullptr)
-        m_worker->stop();
+    if (m_toolRun != nullptr)
+        m_toolRun->stop();
     // Calls that came before the name was given back are still carried out.
     QTimer::singleShot(0, this, [this] { quitIfDone(); });
 }
 
 void ReaderService::quitIfDone()
 {
-    if (m_isLeaving && m_worker == nullptr && m_undecided.isEmpty())
+    if (m_isLeaving && m_toolRun == nullptr && m_undecided.isEmpty())
         QCoreApplication::quit();
 }
 
@@ -198,7 +206,7 @@ void ReaderService::giveBack(const QDBusMessage &call)
         reply(call);
     } else if (m_claim->client == call.service()) {
         m_claim->waiting << call;
-        m_worker->stop();
+        m_toolRun->stop();
     } else {
         isFreeFor(call); // it is not, and says so
     }
@@ -231,29 +239,30 @@ bool ReaderService::isFreeFor(const QDBusMessage &call)
 void ReaderService::beginReading(const QDBusMessage &call, const QStringList &parts,
                                  unsigned int timeoutMs)
 {
-    if (claim(call, "reading", nullptr, [this, call](Worker::End end, const QByteArray &output) {
+    if (claim(call, "reading", nullptr, [this, call](ToolRun::End end, const QByteArray &output) {
             answerRead(call, end, output);
         }))
-        m_worker->run(readArguments(parts, timeoutMs) + simulation(), static_cast<int>(timeoutMs));
+        m_toolRun->run(readArguments(parts, timeoutMs) + simulation(), static_cast<int>(timeoutMs));
 }
 
 void ReaderService::beginWatching(const QDBusMessage &call, const QStringList &parts)
 {
     const bool isClaimed = claim(
         call, "watching", [this](QByteArray *output) { sendLines(output); },
-        [this](Worker::End end, const QByteArray & /*output*/) {
-            if (end == Worker::End::FAILED)
+        [this](ToolRun::End end, const QByteArray & /*output*/) {
+            if (end == ToolRun::End::FAILED)
                 sendToClient(brokenWatchSignal());
         });
     if (!isClaimed)
         return;
     reply(call);
-    m_worker->run(watchArguments(parts) + simulation(), 0);
+    m_toolRun->run(watchArguments(parts) + simulation(), 0);
 }
 
-/** Gives the reader to the caller, with a worker that is still to be run, unless it has left. */
-bool ReaderService::claim(const QDBusMessage &call, const char *state, Worker::Take take,
-                          const Worker::Ended &ended)
+/** Gives the reader to the caller, with a run of the tool that is still to begin, unless it has
+ * left. */
+bool ReaderService::claim(const QDBusMessage &call, const char *state, ToolRun::Take take,
+                          const ToolRun::Ended &ended)
 {
     m_clients.addWatchedService(call.service());
     if (!m_bus.interface()->isServiceRegistered(call.service())) {
@@ -262,11 +271,12 @@ bool ReaderService::claim(const QDBusMessage &call, const char *state, Worker::T
     }
     m_claim = Claim{call.service(), state, QDateTime::currentDateTime()};
     propertyChanged("State");
-    m_worker = std::make_unique<Worker>(std::move(take),
-                                        [this, ended](Worker::End end, const QByteArray &output) {
-                                            ended(end, output);
-                                            endClaim();
-                                        });
+    m_toolRun = std::make_unique<ToolRun>(
+        std::move(take), [this, ended](ToolRun::End end, const QByteArray &output) {
+            ended(end, output);
+            endClaim();
+        });
+    m_toolRun->setProcessEnvironment(environmentOfTool());
     return true;
 }
 
@@ -274,7 +284,7 @@ void ReaderService::endClaim()
 {
     const Claim ended = *m_claim;
     m_claim.reset();
-    m_worker.release()->deleteLater();
+    m_toolRun.release()->deleteLater();
     m_clients.removeWatchedService(ended.client);
     for (const QDBusMessage &call : ended.waiting)
         reply(call);
@@ -290,7 +300,7 @@ void ReaderService::sendLines(QByteArray *output)
         const std::optional<ServiceSignal> signal = signalOf(output->left(end));
         output->remove(0, end + 1);
         if (!signal)
-            return m_worker->fail();
+            return m_toolRun->fail();
         sendToClient(*signal);
     }
 }
@@ -307,7 +317,7 @@ void ReaderService::sendToClient(const ServiceSignal &content)
 void ReaderService::clientLeft(const QString &client)
 {
     if (m_claim && m_claim->client == client)
-        m_worker->stop();
+        m_toolRun->stop();
 }
 
 QStringList ReaderService::simulation() const
@@ -320,16 +330,16 @@ QStringList ReaderService::simulation() const
     return arguments;
 }
 
-void ReaderService::answerRead(const QDBusMessage &call, Worker::End end, const QByteArray &output)
+void ReaderService::answerRead(const QDBusMessage &call, ToolRun::End end, const QByteArray &output)
 {
     switch (end) {
-    case Worker::End::FAILED:
+    case ToolRun::End::FAILED:
         return refuse(call, ServiceError::WORKER_FAILED);
-    case Worker::End::STOPPED:
+    case ToolRun::End::STOPPED:
         return refuse(call, ServiceError::CANCELLED);
-    case Worker::End::TIMED_OUT:
+    case ToolRun::End::TIMED_OUT:
         return refuse(call, ServiceError::TIMED_OUT);
-    case Worker::End::DONE:
+    case ToolRun::End::DONE:
         break;
     }
     const std::optional<ReadFailure> failure = failureIn(output);

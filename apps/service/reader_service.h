@@ -16,14 +16,18 @@
 #include <QTimer>
 #include <QVector>
 
+#include "apps/process/tool_run.h"
 #include "apps/service/plugged_readers.h"
 #include "apps/service/service_errors.h"
 #include "apps/service/service_options.h"
 #include "apps/service/tool_protocol.h"
-#include "apps/service/worker.h"
 
 namespace app
 {
+
+/** The environment variable by which the C library overwrites memory; the tool needs no such thing.
+ */
+constexpr const char *MALLOC_SETTINGS = "GLIBC_TUNABLES";
 
 class ReaderService : public QDBusVirtualObject
 {
@@ -70,15 +74,15 @@ private:
     bool isFreeFor(const QDBusMessage &call);
     void beginReading(const QDBusMessage &call, const QStringList &parts, unsigned int timeoutMs);
     void beginWatching(const QDBusMessage &call, const QStringList &parts);
-    bool claim(const QDBusMessage &call, const char *state, Worker::Take take,
-               const Worker::Ended &ended);
+    bool claim(const QDBusMessage &call, const char *state, ToolRun::Take take,
+               const ToolRun::Ended &ended);
     void endClaim();
     void sendLines(QByteArray *output);
     void sendToClient(const ServiceSignal &content);
     void clientLeft(const QString &client);
     QStringList simulation() const;
 
-    void answerRead(const QDBusMessage &call, Worker::End end, const QByteArray &output);
+    void answerRead(const QDBusMessage &call, ToolRun::End end, const QByteArray &output);
     void reply(const QDBusMessage &call, const QVariantList &values = {});
     void refuse(const QDBusMessage &call, ServiceError error, const QString &cause = {});
     void refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts);
@@ -97,7 +101,7 @@ private:
     QMap<int, QDBusMessage> m_undecided; ///< calls that wait for the authorization of their program
     int m_lastUndecided = 0;
     std::optional<Claim> m_claim;
-    std::unique_ptr<Worker> m_worker;
+    std::unique_ptr<ToolRun> m_toolRun;
 };
 
 } // namespace app

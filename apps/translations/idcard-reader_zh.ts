@@ -670,6 +670,18 @@ Firefox 只接受由其开发者签名的扩展程序。
         <source>Begin with the holder&apos;s data and photo covered.</source>
         <translation>开始时遮盖持证人的信息和照片。</translation>
     </message>
+    <message>
+        <source>Begin with this way to the reader: configured, as the configuration files say; library, through its maker&apos;s library; usb, without it; service, through the D-Bus service of this machine.</source>
+        <translation>启动时采用这种读卡途径：configured，按配置文件；library，通过厂商的库；usb，不通过厂商的库；service，通过本机的 D-Bus 服务。</translation>
+    </message>
+    <message>
+        <source>--road takes configured, library, usb or service, and not &quot;%1&quot;.</source>
+        <translation>--road 的值应为 configured、library、usb 或 service，不能是“%1”。</translation>
+    </message>
+    <message>
+        <source>--road, --usb and --simulate name several roads; leave all but one out.</source>
+        <translation>--road、--usb 和 --simulate 指定了多种途径，请只保留一个。</translation>
+    </message>
 </context>
 <context>
     <name>Configuration</name>
@@ -4248,6 +4260,13 @@ Ctrl+F：搜索读卡记录	Ctrl+D：诊断</translation>
     </message>
 </context>
 <context>
+    <name>viewer::ServiceRun</name>
+    <message>
+        <source>The service that reads cards did not answer.</source>
+        <translation>读卡服务没有应答。</translation>
+    </message>
+</context>
+<context>
     <name>viewer::SettingsDialog</name>
     <message>
         <source>%1 - not open to you</source>
@@ -4368,6 +4387,10 @@ Ctrl+F：搜索读卡记录	Ctrl+D：诊断</translation>
     <message>
         <source>Save cards in</source>
         <translation>证件保存到</translation>
+    </message>
+    <message>
+        <source>Through the service of this machine</source>
+        <translation>通过本机的服务</translation>
     </message>
 </context>
 <context>

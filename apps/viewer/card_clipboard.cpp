@@ -29,9 +29,8 @@ QMimeData *pictureData(const QByteArray &file)
 {
     auto *const data = new QMimeData;
     data->setImageData(QImage::fromData(file));
-    data->setData(file.startsWith("BM") ? QStringLiteral("image/bmp")
-                                        : QStringLiteral("image/jpeg"),
-                  file);
+    data->setData(
+        file.startsWith("BM") ? QStringLiteral("image/bmp") : QStringLiteral("image/jpeg"), file);
     markAsSecret(data);
     return data;
 }

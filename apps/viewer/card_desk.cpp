@@ -49,7 +49,7 @@ bool operator!=(const RoadChoice &one, const RoadChoice &other)
     return !(one == other);
 }
 
-CardDesk::CardDesk() : m_run(nullptr, [](ToolRun *run) { delete run; })
+CardDesk::CardDesk()
 {
     m_again.setSingleShot(true);
     m_absence.setSingleShot(true);
@@ -125,16 +125,17 @@ void CardDesk::setAutomatic(bool automatic)
 void CardDesk::stopRun()
 {
     m_again.stop();
-    if (!m_run)
-        return;
     m_isDropped = true;
-    m_run->stop();
+    if (m_run)
+        m_run->stop();
+    if (m_serviceRun)
+        m_serviceRun->stop();
 }
 
 /** Begins what there is to do, unless a run is still to end. */
 void CardDesk::proceed()
 {
-    if (m_run || m_again.isActive())
+    if (isRunning() || m_again.isActive())
         return;
     if (m_isAskedFor)
         run(Task::READ);
@@ -149,9 +150,23 @@ void CardDesk::run(Task task)
     ToolRun::Take takeAsItComes;
     if (task == Task::WATCH)
         takeAsItComes = [this](QByteArray *output) { takeLines(output); };
-    m_run.reset(new ToolRun(takeAsItComes, [this](ToolRun::End end, const QByteArray &output) {
-        finish(end, output);
-    }));
+    const auto ended = [this](ToolRun::End end, const QByteArray &output) { finish(end, output); };
+    const bool isByService = m_choice.road == ReaderRoad::SERVICE ||
+                             (m_choice.road == ReaderRoad::CONFIGURED && viewer::isServiceNeeded());
+    if (!isByService) {
+        runTool(task, takeAsItComes, ended);
+        return;
+    }
+    m_serviceRun = std::make_unique<viewer::ServiceRun>(takeAsItComes, ended, m_language);
+    if (task == Task::WATCH)
+        m_serviceRun->watch();
+    else
+        m_serviceRun->read();
+}
+
+void CardDesk::runTool(Task task, const ToolRun::Take &take, const ToolRun::Ended &ended)
+{
+    m_run = std::make_unique<ToolRun>(take, ended);
     if (!m_language.isEmpty()) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("LANGUAGE"), m_language);
@@ -173,6 +188,7 @@ QStringList CardDesk::roadArguments() const
 {
     switch (m_choice.road) {
     case ReaderRoad::CONFIGURED:
+    case ReaderRoad::SERVICE:
         return {};
     case ReaderRoad::LIBRARY:
         return {QStringLiteral("--road"), QStringLiteral("library")};
@@ -228,7 +244,7 @@ void CardDesk::takeEvent(const QJsonObject &event)
         deliver(event[QLatin1String("card")].toObject(), Task::WATCH);
     } else if (!error.isEmpty()) {
         reportWatchFailure(problemIn(error));
-    } else {
+    } else if (m_run) {
         m_run->fail(); // not what the tool prints
     }
 }
@@ -261,12 +277,22 @@ void CardDesk::reportWatchFailure(const Problem &problem)
         emit failed(problem);
 }
 
+/** What runs has ended; returns how, in words. */
+QString CardDesk::endRun()
+{
+    const QString how = m_run ? m_run->howItEnded() : m_serviceRun->howItEnded();
+    if (m_run)
+        m_run.release()->deleteLater();
+    else
+        m_serviceRun.release()->deleteLater();
+    return how;
+}
+
 void CardDesk::finish(ToolRun::End end, const QByteArray &output)
 {
     const Task task = std::exchange(m_task, Task::NONE);
     const bool isDropped = m_isDropped || end == ToolRun::End::STOPPED;
-    const QString how = m_run->howItEnded();
-    m_run.release()->deleteLater();
+    const QString how = endRun();
     if (!isDropped && task == Task::READ) {
         m_isAskedFor = false;
         const QJsonObject answer = QJsonDocument::fromJson(output).object();

@@ -1,7 +1,8 @@
 #pragma once
 
-// Has cards read by idcard-reader, which runs as a child: once when it is asked to, or each new card
-// while it watches the reader. The child may crash, hang or print anything; this program goes on.
+// Has cards read by idcard-reader, which runs as a child: once when it is asked to, or each new
+// card while it watches the reader. The child may crash, hang or print anything; this program goes
+// on.
 
 #include <memory>
 
@@ -12,6 +13,7 @@
 #include "apps/card/card.h"
 #include "apps/card/usb_devices.h"
 #include "apps/process/tool_run.h"
+#include "apps/viewer/service_run.h"
 
 namespace app
 {
@@ -20,6 +22,7 @@ enum class ReaderRoad {
     CONFIGURED, ///< as the machine's or the user's configuration file says
     LIBRARY,    ///< the reader maker's
     USB,
+    SERVICE, ///< the D-Bus service
     SIMULATOR,
 };
 
@@ -86,9 +89,12 @@ private:
 
     void proceed();
     void run(Task task);
+    void runTool(Task task, const ToolRun::Take &take, const ToolRun::Ended &ended);
+    bool isRunning() const { return m_run || m_serviceRun; }
     QStringList arguments(Task task) const;
     QStringList roadArguments() const;
     void stopRun();
+    QString endRun();
     void takeLines(QByteArray *output);
     void takeEvent(const QJsonObject &event);
     void finish(ToolRun::End end, const QByteArray &output);
@@ -99,16 +105,18 @@ private:
     QString m_card; ///< on the simulator; empty: none
     QString m_faults;
     QString m_language;
-    std::unique_ptr<ToolRun, void (*)(ToolRun *)> m_run;
+    // One of the two while it reads or watches.
+    std::unique_ptr<ToolRun> m_run;
+    std::unique_ptr<viewer::ServiceRun> m_serviceRun;
     Task m_task = Task::NONE;
     bool m_isDropped = false; ///< what the run still gives is of no use
     bool m_isAutomatic = false;
     bool m_isAskedFor = false;
     bool m_isReaderGone = false; ///< and was there before
-    QTimer m_again;          ///< before a watch that failed begins again
-    QTimer m_absence;        ///< after which a card that was read is gone when a watch begins
-    QByteArray m_cardThere;  ///< the digest of the card read last, until it is known to be off
-    QString m_watchFailure;  ///< the failure that was reported last while watching
+    QTimer m_again;              ///< before a watch that failed begins again
+    QTimer m_absence;            ///< after which a card that was read is gone when a watch begins
+    QByteArray m_cardThere;      ///< the digest of the card read last, until it is known to be off
+    QString m_watchFailure;      ///< the failure that was reported last while watching
 };
 
 } // namespace app

@@ -2,8 +2,8 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QHeaderView>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -44,8 +44,7 @@ CardPane::CardPane(QWidget *parent)
       m_photo(new PictureView(tr("Photo"), app::PHOTO_SIZE_MM)),
       m_captionLabel(plainLabel("caption")), m_name(plainLabel("name")),
       m_number(plainLabel("number")), m_notes(plainLabel("notes")),
-      m_scaleNote(plainLabel("scaleNote")), m_fieldsView(new QTableView),
-      m_holderColumn(nullptr)
+      m_scaleNote(plainLabel("scaleNote")), m_fieldsView(new QTableView), m_holderColumn(nullptr)
 {
     build();
     fitToFont();
@@ -178,8 +177,7 @@ void CardPane::showCard()
     }
     showNotes();
     for (QWidget *const widget : {static_cast<QWidget *>(m_fieldsView),
-                                  static_cast<QWidget *>(m_name),
-                                  static_cast<QWidget *>(m_number)})
+                                  static_cast<QWidget *>(m_name), static_cast<QWidget *>(m_number)})
         widget->setEnabled(isUsable || !m_card);
 }
 
@@ -258,8 +256,7 @@ void CardPane::copyAllWithLabels()
         return;
     QStringList lines;
     for (int row = 0; row < m_fields.rowCount(); ++row) {
-        lines << m_fields.item(row, 0)->text() + QLatin1Char('\t') +
-                     m_fields.item(row, 1)->text();
+        lines << m_fields.item(row, 0)->text() + QLatin1Char('\t') + m_fields.item(row, 1)->text();
     }
     copyText(lines.join(QLatin1Char('\n')));
     emit copied(tr("All fields"));

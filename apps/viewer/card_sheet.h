@@ -13,9 +13,9 @@ namespace app
 
 /** The two sides of one card as they go onto paper. */
 struct CardSheet {
-    QByteArray front; ///< JPEG; null bytes: this side has no picture
-    QByteArray back;  ///< JPEG; null bytes: this side has no picture
-    QString title;    ///< of the document; print queues and PDF viewers show it
+    QByteArray front;  ///< JPEG; null bytes: this side has no picture
+    QByteArray back;   ///< JPEG; null bytes: this side has no picture
+    QString title;     ///< of the document; print queues and PDF viewers show it
     QString note = {}; ///< is printed below the sides, such as why they have no portrait
 };
 

@@ -47,8 +47,7 @@ void DiagnosisDialog::diagnose()
     m_again->setEnabled(false);
     m_report->setPlainText(tr("Looking at the machine…"));
     m_run = std::make_unique<app::ToolRun>(
-        nullptr,
-        [this](app::ToolRun::End end, const QByteArray &report) { finish(end, report); });
+        nullptr, [this](app::ToolRun::End end, const QByteArray &report) { finish(end, report); });
     if (!m_language.isEmpty()) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("LANGUAGE"), m_language);

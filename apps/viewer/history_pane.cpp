@@ -49,7 +49,8 @@ HistoryPane::HistoryPane(QWidget *parent)
     layout->addLayout(row);
     layout->addWidget(m_view, 1);
 
-    connect(m_search, &QLineEdit::textChanged, &m_found, &QSortFilterProxyModel::setFilterFixedString);
+    connect(m_search, &QLineEdit::textChanged, &m_found,
+            &QSortFilterProxyModel::setFilterFixedString);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 const int source = m_found.mapToSource(current).row();
@@ -69,7 +70,8 @@ void HistoryPane::add(const app::CardPointer &card)
     const QModelIndex newest = m_found.mapFromSource(m_history.index(0, 0));
     m_view->setCurrentIndex(newest);
     m_view->scrollToTop();
-    for (const int column : {app::CardHistory::NAME, app::CardHistory::NUMBER, app::CardHistory::TIME}) {
+    for (const int column :
+         {app::CardHistory::NAME, app::CardHistory::NUMBER, app::CardHistory::TIME}) {
         const int before = m_view->columnWidth(column);
         m_view->resizeColumnToContents(column);
         m_view->setColumnWidth(column, std::max(m_view->columnWidth(column), before));

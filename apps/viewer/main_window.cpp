@@ -217,8 +217,8 @@ void MainWindow::buildCardMenu()
     menu->addAction(m_cancelAction);
     menu->addSeparator();
     menu->addAction(cardAction(tr("&Save"), QKeySequence::Save, [this] { save(); }));
-    menu->addAction(cardAction(tr("Save &as…"), Qt::CTRL + Qt::SHIFT + Qt::Key_S,
-                               [this] { saveAs(); }));
+    menu->addAction(
+        cardAction(tr("Save &as…"), Qt::CTRL + Qt::SHIFT + Qt::Key_S, [this] { saveAs(); }));
     menu->addAction(
         cardAction(tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E, [this] { exportPdf(); }));
     menu->addAction(cardAction(tr("Print pre&view…"), {}, [this] { preview(); }));
@@ -252,8 +252,7 @@ void MainWindow::buildEditMenu()
     menu->addAction(action(tr("C&lear the history"), Qt::CTRL + Qt::SHIFT + Qt::Key_Delete,
                            [this] { clearHistory(); }));
     menu->addSeparator();
-    menu->addAction(
-        action(tr("S&ettings…"), Qt::CTRL + Qt::Key_Comma, [this] { openSettings(); }));
+    menu->addAction(action(tr("S&ettings…"), Qt::CTRL + Qt::Key_Comma, [this] { openSettings(); }));
 }
 
 void MainWindow::buildViewMenu()
@@ -317,8 +316,8 @@ void MainWindow::connectDesk()
     });
     connect(m_simulator, &SimulatorPanel::cardPut, this,
             [this](const QString &card, const QString &faults) {
-                m_stateLine->setState({StateKind::WAITING, tr("A card lies on the simulator."),
-                                       tr("Press Read.")});
+                m_stateLine->setState(
+                    {StateKind::WAITING, tr("A card lies on the simulator."), tr("Press Read.")});
                 m_desk.putCard(card, faults);
             });
     connect(m_simulator, &SimulatorPanel::cardTaken, this, [this] {
@@ -341,11 +340,12 @@ void MainWindow::restore()
 void MainWindow::apply(const ViewerOptions &options)
 {
     app::RoadChoice choice = m_settings.reader;
-    if (options.device)
+    if (options.road)
+        choice.road = *options.road;
+    else if (options.device)
         choice = {app::ReaderRoad::USB, options.device, options.simulatorPhotos};
     else if (!options.card.isEmpty())
         choice = {app::ReaderRoad::SIMULATOR, {}, false};
-    m_isRoadRemembered = !options.device && options.card.isEmpty();
     chooseRoad(choice);
     m_coverBox->setChecked(options.isCovered || m_settings.isCovered);
     m_automatic->setChecked(options.isAutomatic || m_settings.isAutomatic);
@@ -472,10 +472,10 @@ void MainWindow::clearHistory()
 
 void MainWindow::await()
 {
-    m_stateLine->setState({StateKind::WAITING,
-                           m_automatic->isChecked()
-                               ? tr("Lay a card on the reader; it is read automatically.")
-                               : tr("Lay a card on the reader and press Read.")});
+    m_stateLine->setState(
+        {StateKind::WAITING, m_automatic->isChecked()
+                                 ? tr("Lay a card on the reader; it is read automatically.")
+                                 : tr("Lay a card on the reader and press Read.")});
 }
 
 void MainWindow::showProblem(const app::Problem &problem)
@@ -528,8 +528,7 @@ void MainWindow::saveAs()
 
 void MainWindow::askForFolder(const std::function<void(const QString &folder)> &use)
 {
-    auto *const dialog =
-        new QFileDialog(this, tr("Save in a new folder of"), m_settings.folder);
+    auto *const dialog = new QFileDialog(this, tr("Save in a new folder of"), m_settings.folder);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
@@ -573,8 +572,7 @@ void MainWindow::exportPdf()
 
 void MainWindow::exportHistory()
 {
-    const QString name = tr("cards %1.csv")
-                             .arg(QDate::currentDate().toString(Qt::ISODate));
+    const QString name = tr("cards %1.csv").arg(QDate::currentDate().toString(Qt::ISODate));
     askForFile(tr("Export the history"), name, tr("Tables (*.csv)"), [this](const QString &path) {
         QString problem;
         writePrivateFile(path, historyCsv(m_history->cards()), &problem);
@@ -588,9 +586,7 @@ void MainWindow::preview()
     auto *const dialog = new QPrintPreviewDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QPrintPreviewDialog::paintRequested, this,
-            [card = m_shown.card](QPrinter *printer) {
-                app::paintSheet(sheetOf(*card), printer);
-            });
+            [card = m_shown.card](QPrinter *printer) { app::paintSheet(sheetOf(*card), printer); });
     dialog->open();
 }
 
@@ -617,7 +613,8 @@ void MainWindow::printOn(const app::Card &card, QPrinter *printer)
         reportCopy(tr("The card was sent to the printer."), {}, {});
     else
         m_stateLine->setState({StateKind::ATTENTION,
-                               tr("The card was sent to the printer, without its portrait."), note});
+                               tr("The card was sent to the printer, without its portrait."),
+                               note});
 }
 
 void MainWindow::openSettings()
@@ -656,8 +653,8 @@ void MainWindow::openHelp()
 
 void MainWindow::openAbout()
 {
-    auto *const box = new QMessageBox(
-        QMessageBox::NoIcon, tr("About"), tr("Card viewer"), QMessageBox::Close, this);
+    auto *const box = new QMessageBox(QMessageBox::NoIcon, tr("About"), tr("Card viewer"),
+                                      QMessageBox::Close, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIconPixmap(windowIcon().pixmap(64));
     box->setInformativeText(app::versionText(QStringLiteral("idcard-viewer")) + QLatin1Char('\n') +

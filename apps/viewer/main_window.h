@@ -89,7 +89,6 @@ private:
     void diagnose();
 
     ViewerSettings m_settings;
-    bool m_isRoadRemembered = true; ///< false: it is that of the command line
     app::CardDesk m_desk;
     KeptCard m_shown; ///< no card: none that anything can be done with
     KeptCard m_read;  ///< that was read last, until another is chosen or it is cleared

@@ -129,8 +129,8 @@ void PictureView::mouseMoveEvent(QMouseEvent *event)
         return;
     auto *const drag = new QDrag(this);
     drag->setMimeData(pictureData(file));
-    drag->setPixmap(QPixmap::fromImage(
-        m_picture.scaled(DRAGGED_SIZE, DRAGGED_SIZE, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    drag->setPixmap(QPixmap::fromImage(m_picture.scaled(
+        DRAGGED_SIZE, DRAGGED_SIZE, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
     drag->exec(Qt::CopyAction);
 }
 

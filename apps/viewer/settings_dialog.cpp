@@ -57,8 +57,7 @@ SettingsDialog::SettingsDialog(const ViewerSettings &settings, QWidget *parent)
       m_simulatorPhotos(new QCheckBox(tr("It is a &simulated reader: decode its photos"))),
       m_sound(new QCheckBox(tr("&Beep when a card was read"))),
       m_previousCard(named("previousCard", new QComboBox)), m_forgetAfter(new QSpinBox),
-      m_folder(new QLineEdit(settings.folder)),
-      m_folderNames(named("folderNames", new QComboBox)),
+      m_folder(new QLineEdit(settings.folder)), m_folderNames(named("folderNames", new QComboBox)),
       m_language(named("language", new QComboBox))
 {
     setWindowTitle(tr("Settings"));
@@ -66,6 +65,7 @@ SettingsDialog::SettingsDialog(const ViewerSettings &settings, QWidget *parent)
     addChoice(m_road, tr("As this machine is configured"), app::ReaderRoad::CONFIGURED);
     addChoice(m_road, tr("Through the reader maker's library"), app::ReaderRoad::LIBRARY);
     addChoice(m_road, tr("Over USB, without pictures of the sides"), app::ReaderRoad::USB);
+    addChoice(m_road, tr("Through the service of this machine"), app::ReaderRoad::SERVICE);
     addChoice(m_road, tr("From the simulator, without a reader"), app::ReaderRoad::SIMULATOR);
     addChoice(m_previousCard, tr("Grey it"), PreviousCard::FADED);
     addChoice(m_previousCard, tr("Grey it, then clear it"), PreviousCard::FADED_A_WHILE);
@@ -126,8 +126,7 @@ void SettingsDialog::build()
     form->addRow(tr("&Language"), m_language);
     form->addRow(QString(), new QLabel(tr("Another language takes effect at the next start.")));
 
-    auto *const buttons =
-        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    auto *const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     auto *const layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

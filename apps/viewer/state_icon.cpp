@@ -63,10 +63,8 @@ struct Look {
 const Look &lookOf(StateKind kind)
 {
     static const Look looks[] = {
-        {qRgb(0x5f, 0x7d, 0x95), paintWaiting},
-        {qRgb(0x2b, 0x7c, 0xc9), paintReading},
-        {qRgb(0x2e, 0x8b, 0x57), paintRead},
-        {qRgb(0xd0, 0x7a, 0x00), paintAttention},
+        {qRgb(0x5f, 0x7d, 0x95), paintWaiting}, {qRgb(0x2b, 0x7c, 0xc9), paintReading},
+        {qRgb(0x2e, 0x8b, 0x57), paintRead},    {qRgb(0xd0, 0x7a, 0x00), paintAttention},
         {qRgb(0xcc, 0x35, 0x35), paintFailed},
     };
     return looks[static_cast<int>(kind)];

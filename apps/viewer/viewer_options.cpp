@@ -1,5 +1,7 @@
 #include "apps/viewer/viewer_options.h"
 
+#include <algorithm>
+#include <array>
 #include <vector>
 
 #include <QCoreApplication>
@@ -22,6 +24,26 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
 
+struct RoadWord {
+    const char *word;
+    app::ReaderRoad road;
+};
+
+constexpr std::array<RoadWord, 4> ROADS = {{
+    {"configured", app::ReaderRoad::CONFIGURED},
+    {"library", app::ReaderRoad::LIBRARY},
+    {"usb", app::ReaderRoad::USB},
+    {"service", app::ReaderRoad::SERVICE},
+}};
+
+std::optional<app::ReaderRoad> roadOf(const QString &word)
+{
+    const auto *const row = std::find_if(ROADS.begin(), ROADS.end(), [&](const RoadWord &each) {
+        return QLatin1String(each.word) == word;
+    });
+    return row == ROADS.end() ? std::optional<app::ReaderRoad>() : row->road;
+}
+
 std::vector<Option> options()
 {
     // Of several values the last counts.
@@ -41,6 +63,12 @@ std::vector<Option> options()
             .repeatable(),
         Option("simulator-photos",
                Texts::tr("The reader on USB is a simulated one: decode its photos.")),
+        Option("road",
+               Texts::tr("Begin with this way to the reader: configured, as the configuration "
+                         "files say; library, through its maker's library; usb, without it; "
+                         "service, through the D-Bus service of this machine."))
+            .value("road")
+            .repeatable(),
         Option("auto", Texts::tr("Read each new card.")),
         Option("cover", Texts::tr("Begin with the holder's data and photo covered.")),
         Option("help", Texts::tr("Show this help.")),
@@ -72,6 +100,7 @@ QString problemOf(const OptionParser &line)
 {
     const bool isUsb = line.isSet("usb");
     const bool isSimulated = line.isSet("simulate");
+    const bool isRoad = line.isSet("road");
     if (isUsb && !parseUsbIds(line.value("usb"))) {
         return Texts::
             tr("--usb takes two times four hexadecimal digits, such as 1209:0001, and not \"%1\".")
@@ -79,6 +108,12 @@ QString problemOf(const OptionParser &line)
     }
     if (isUsb && isSimulated)
         return Texts::tr("--usb and --simulate name two roads; leave one out.");
+    if (isRoad && !roadOf(line.value("road"))) {
+        return Texts::tr("--road takes configured, library, usb or service, and not \"%1\".")
+            .arg(line.value("road"));
+    }
+    if (isRoad && (isUsb || isSimulated))
+        return Texts::tr("--road, --usb and --simulate name several roads; leave all but one out.");
     if (isSimulated && line.value("simulate").isEmpty())
         return Texts::tr("--simulate takes the name of a card or of a file.");
     const QString needs = Texts::tr("--%1 needs --%2.");
@@ -110,8 +145,8 @@ app::CommandLine<ViewerOptions> parseCommandLine(const QString &program,
     if (!problem.isEmpty())
         return {{}, {}, line.refusal(problem)};
     return {ViewerOptions{line.value("simulate"), line.value("fault"),
-                          parseUsbIds(line.value("usb")), line.isSet("simulator-photos"),
-                          line.isSet("auto"), line.isSet("cover")},
+                          parseUsbIds(line.value("usb")), roadOf(line.value("road")),
+                          line.isSet("simulator-photos"), line.isSet("auto"), line.isSet("cover")},
             {},
             {}};
 }

@@ -7,8 +7,8 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/card/usb_devices.h"
 #include "apps/process/command_line.h"
+#include "apps/viewer/card_desk.h"
 
 namespace viewer
 {
@@ -18,6 +18,7 @@ struct ViewerOptions {
     QString card;   ///< of the simulator; empty: another road
     QString faults; ///< of the simulator
     std::optional<UsbIds> device;
+    std::optional<app::ReaderRoad> road; ///< another than the one that is remembered
     bool simulatorPhotos = false;
     bool isAutomatic = false;
     bool isCovered = false;

@@ -17,10 +17,11 @@ struct Word {
     const char *word;
 };
 
-constexpr std::array<Word<app::ReaderRoad>, 4> ROADS = {{
+constexpr std::array<Word<app::ReaderRoad>, 5> ROADS = {{
     {app::ReaderRoad::CONFIGURED, "configured"},
     {app::ReaderRoad::LIBRARY, "library"},
     {app::ReaderRoad::USB, "usb"},
+    {app::ReaderRoad::SERVICE, "service"},
     {app::ReaderRoad::SIMULATOR, "simulator"},
 }};
 constexpr std::array<Word<PreviousCard>, 3> PREVIOUS_CARDS = {{
@@ -49,9 +50,9 @@ public:
     void operator()(const char *key, Value *value, const Words &words)
     {
         const QString word = m_file.value(QLatin1String(key)).toString();
-        const auto *const found =
-            std::find_if(words.begin(), words.end(),
-                         [&](const auto &each) { return QLatin1String(each.word) == word; });
+        const auto *const found = std::find_if(words.begin(), words.end(), [&](const auto &each) {
+            return QLatin1String(each.word) == word;
+        });
         if (found != words.end())
             *value = found->value;
     }
