@@ -20,6 +20,8 @@ namespace
 
 constexpr double NAME_SCALE = 2.0;
 constexpr double NUMBER_SCALE = 1.5;
+// Letters take half the place of ideographs, but foreigners have many.
+constexpr int LONG_NAME = 16;
 
 QString reasonOfMissingSide(const app::Card &card, app::CardSide side)
 {
@@ -123,7 +125,7 @@ void CardPane::fitToFont()
         larger.setBold(true);
         return larger;
     };
-    m_name->setFont(scaled(NAME_SCALE));
+    m_name->setFont(scaled(m_name->text().size() > LONG_NAME ? NUMBER_SCALE : NAME_SCALE));
     m_number->setFont(scaled(NUMBER_SCALE));
 }
 
@@ -175,6 +177,7 @@ void CardPane::showCard()
         view->setCovered(m_isCovered);
         view->setFaded(m_isFaded);
     }
+    fitToFont();
     showNotes();
     for (QWidget *const widget : {static_cast<QWidget *>(m_fieldsView),
                                   static_cast<QWidget *>(m_name), static_cast<QWidget *>(m_number)})

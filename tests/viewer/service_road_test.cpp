@@ -1,0 +1,178 @@
+// Cards that the window has read by the D-Bus service, on a bus of the test's own.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "apps/card/card_output.h"
+#include "apps/viewer/card_desk.h"
+#include "tests/service/private_bus.h"
+
+namespace
+{
+
+const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
+
+/** The bus that this program takes for that of the system, which it looks for once. */
+PrivateBus &systemBus()
+{
+    static PrivateBus bus{QString(QLatin1String(OPEN_POLICY))};
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
+    return bus;
+}
+
+class ServiceRoad : public testing::Test
+{
+protected:
+    ServiceRoad()
+    {
+        systemBus();
+        app::RoadChoice choice;
+        choice.road = app::ReaderRoad::SERVICE;
+        m_desk.setRoad(choice);
+        QObject::connect(&m_desk, &app::CardDesk::cardRead, &m_desk,
+                         [this](const app::CardPointer &card, const app::Problem &problem) {
+                             m_card = card;
+                             m_problem = problem;
+                         });
+        QObject::connect(&m_desk, &app::CardDesk::failed, &m_desk,
+                         [this](const app::Problem &problem) { m_problem = problem; });
+    }
+
+    ~ServiceRoad() override
+    {
+        m_service.reset();
+        EXPECT_TRUE(QTest::qWaitFor([] { return !isServed(); }));
+    }
+
+    static bool isServed()
+    {
+        return QDBusConnection::systemBus().interface()->isServiceRegistered(NAME);
+    }
+
+    void serve(const QStringList &arguments = {})
+    {
+        ProcessInput input;
+        input.environment = {{"DBUS_SESSION_BUS_ADDRESS", systemBus().address()}};
+        m_service = std::make_unique<RunningProcess>(
+            QStringLiteral("idcard-readerd"),
+            QStringList{"--session", "--simulate", "resident"} + arguments, input);
+        ASSERT_TRUE(QTest::qWaitFor(isServed));
+    }
+
+    /** Reads, and waits for what comes of it. */
+    void read()
+    {
+        m_card.reset();
+        m_problem = {};
+        m_desk.read();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !m_desk.isReading(); }, 20000));
+    }
+
+    QString name() const { return m_card ? app::holderName(*m_card) : QString(); }
+
+    std::unique_ptr<RunningProcess> m_service;
+    app::CardDesk m_desk;
+    app::CardPointer m_card;
+    app::Problem m_problem;
+};
+
+TEST_F(ServiceRoad, Card_IsReadWithPhotoAndPicturesAndWithoutFingerprints)
+{
+    serve();
+    read();
+    ASSERT_NE(m_card, nullptr) << m_problem.headline.toStdString();
+    EXPECT_EQ(name(), QStringLiteral("林晓雨"));
+    EXPECT_FALSE(m_card->photo().isNull());
+    EXPECT_FALSE(m_card->picture(app::CardSide::FRONT).isNull());
+    EXPECT_FALSE(m_card->picture(app::CardSide::BACK).isNull());
+    EXPECT_TRUE(m_card->fingerprints().isNull());
+    EXPECT_EQ(m_problem.headline, QString());
+}
+
+TEST_F(ServiceRoad, Failure_HasTheServicesWordsInTheLanguageThatIsChosen)
+{
+    serve({"--fault", "no-card"});
+    m_desk.setLanguage(QStringLiteral("zh_CN"));
+    read();
+    EXPECT_EQ(m_card, nullptr);
+    EXPECT_EQ(m_problem.name, QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.NoCard"));
+    EXPECT_TRUE(m_problem.headline.contains(QChar(0x8BC1))) << m_problem.headline.toStdString();
+    EXPECT_NE(m_problem.remedy, QString());
+}
+
+TEST_F(ServiceRoad, ReadingThatIsCancelled_LeavesTheReaderToTheNextOne)
+{
+    serve({"--fault", "delay-ms=60000"});
+    QSignalSpy cancelled(&m_desk, &app::CardDesk::cancelled);
+    m_desk.read();
+    QTest::qWait(300);
+    m_desk.cancel();
+    EXPECT_EQ(cancelled.count(), 1);
+    m_desk.read(); // is refused as long as the reader is taken
+    QTest::qWait(4000);
+    EXPECT_TRUE(m_desk.isReading());
+    EXPECT_EQ(m_problem.headline, QString());
+    m_desk.cancel();
+}
+
+TEST_F(ServiceRoad, EachNewCard_IsReadAsTheServiceReportsIt)
+{
+    serve();
+    QSignalSpy removed(&m_desk, &app::CardDesk::cardRemoved);
+    m_desk.setAutomatic(true);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return name() == QStringLiteral("林晓雨"); }, 20000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return removed.count() == 1; }));
+}
+
+TEST_F(ServiceRoad, ServiceThatAnotherProgramUses_IsReportedAsBusy)
+{
+    serve({"--fault", "delay-ms=60000"});
+    // Another connection is another client.
+    QDBusConnection client =
+        QDBusConnection::connectToBus(systemBus().address(), QStringLiteral("other"));
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        NAME, QStringLiteral(IDCARD_SERVICE_PATH), NAME, QStringLiteral("ReadCard"));
+    call.setArguments({QStringList(), 20000U});
+    client.asyncCall(call);
+    QTest::qWait(500);
+    read();
+    EXPECT_EQ(m_problem.name, QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.Busy"));
+    QDBusConnection::disconnectFromBus(QStringLiteral("other"));
+}
+
+TEST_F(ServiceRoad, ServiceThatIsNotThere_IsReported)
+{
+    read();
+    EXPECT_EQ(m_card, nullptr);
+    EXPECT_EQ(m_problem.headline,
+              QStringLiteral("The service that reads cards did not answer."));
+    EXPECT_NE(m_problem.cause, QString());
+}
+
+TEST_F(ServiceRoad, ServiceThatDiesWhileItReads_IsReportedAndTheNextOneServes)
+{
+    serve({"--fault", "delay-ms=60000"});
+    m_desk.read();
+    QTest::qWait(300);
+    m_service.reset();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_desk.isReading(); }));
+    EXPECT_NE(m_problem.headline, QString());
+    ASSERT_TRUE(QTest::qWaitFor([] { return !isServed(); }));
+    serve();
+    read();
+    EXPECT_EQ(name(), QStringLiteral("林晓雨"));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
