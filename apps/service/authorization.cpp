@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 
 #include "apps/process/translation.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -56,8 +57,8 @@ bool isAllowedBy(const QDBusMessage &answer)
 QString refusalIn(const QDBusMessage &answer, const QString &action)
 {
     if (answer.type() == QDBusMessage::ErrorMessage)
-        return tr("polkit did not decide on the action %1 in time, or could not be asked.")
-            .arg(action);
+        return filledIn(tr("polkit did not decide on the action %1 (%2)."), action,
+                        answer.errorMessage());
     return isAllowedBy(answer) ? QString()
                                : tr("polkit refuses the action %1 to this program.").arg(action);
 }

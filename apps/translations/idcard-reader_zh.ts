@@ -2754,10 +2754,6 @@ Firefox 只接受由其开发者签名的扩展程序。
         <translation>自 %1 起，有程序正通过本服务使用它。</translation>
     </message>
     <message>
-        <source>polkit did not decide on the action %1 in time, or could not be asked.</source>
-        <translation>polkit 未及时对操作 %1 作出决定，或无法询问 polkit。</translation>
-    </message>
-    <message>
         <source>polkit refuses the action %1 to this program.</source>
         <translation>polkit 拒绝该程序执行操作 %1。</translation>
     </message>
@@ -2768,6 +2764,10 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>Serve on the user&apos;s own bus, to every program on it, not on that of the system to those that polkit allows it.</source>
         <translation>在用户自己的总线上为其上的所有程序服务，而不是在系统总线上为 polkit 允许的程序服务。</translation>
+    </message>
+    <message>
+        <source>polkit did not decide on the action %1 (%2).</source>
+        <translation>polkit 未对操作 %1 作出决定（%2）。</translation>
     </message>
 </context>
 <context>

@@ -175,8 +175,10 @@ TEST_F(ServiceAuthorization, AnswerThatIsNone_IsARefusal)
                         signature[0] == 'b' ? "ret = True" : "ret = (True,)");
         expectRefused(m_client.read(), READ_CARD);
     }
-    m_polkit.answer("b", "raise dbus.exceptions.DBusException('no', name='a.b')");
-    expectRefused(m_client.read(), READ_CARD);
+    m_polkit.answer("b", "raise dbus.exceptions.DBusException('no such user', name='a.b')");
+    const QDBusMessage answer = m_client.read();
+    expectRefused(answer, READ_CARD);
+    EXPECT_THAT(messageOf(answer), HasSubstr("(no such user)"));
 }
 
 TEST_F(ServiceAuthorization, WhatNeedsNoAuthorization_AsksNobody)

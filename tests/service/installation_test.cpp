@@ -97,6 +97,7 @@ constexpr const char *MARK = "990000199003074284";
 struct Action {
     std::map<std::string, std::string> defaults;
     std::map<std::string, int> texts; ///< by language
+    std::string owner;
 };
 
 std::map<std::string, Action> actionsIn(const QString &text)
@@ -115,6 +116,8 @@ std::map<std::string, Action> actionsIn(const QString &text)
             id = value("id");
         else if (name == "description" || name == "message")
             ++actions[id].texts[value("xml:lang")];
+        else if (name == "annotate" && value("key") == "org.freedesktop.policykit.owner")
+            actions[id].owner = xml.readElementText().toStdString();
         else if (name.rfind("allow_", 0) == 0)
             actions[id].defaults[name] = xml.readElementText().toStdString();
     }
@@ -161,6 +164,8 @@ TEST(ServiceActions, Cards_AreForTheActiveSessionAndFingerprintsForAdministrator
                     ElementsAre(Pair("allow_active", active), Pair("allow_any", "no"),
                                 Pair("allow_inactive", "no")));
         EXPECT_THAT(actions.at(id).texts, ElementsAre(Pair("", 2), Pair("zh_CN", 2)));
+        // polkit answers questions about others to root and to this user alone.
+        EXPECT_EQ(actions.at(id).owner, "unix-user:idcard-readerd");
     };
     expectDefaults(IDCARD_SERVICE_DOMAIN ".read-card", "yes");
     expectDefaults(IDCARD_SERVICE_DOMAIN ".read-fingerprints", "auth_admin_keep");
