@@ -86,15 +86,10 @@ class ServiceAuthorization : public ServiceTest
 {
 protected:
     /** The tool notes that it is started, then reads a card of the simulator. */
-    void SetUp() override { serveTool({}); }
+    void SetUp() override { serveScript(QByteArray("touch started\n") + READ, {}); }
 
-    void serveTool(const QByteArray &options)
-    {
-        serveScript("touch started\nexec " IDCARD_BUILD_BIN_DIR
-                    "/idcard-reader \"$@\" --simulate resident " +
-                        options,
-                    {});
-    }
+    static constexpr const char *READ =
+        "exec " IDCARD_BUILD_BIN_DIR "/idcard-reader \"$@\" --simulate resident";
 
     bool isToolStarted() const { return QFile::exists(path("started")); }
 
@@ -104,7 +99,7 @@ protected:
 class SlowReader : public ServiceAuthorization
 {
 protected:
-    void SetUp() override { serveTool("--fault delay-ms=60000"); }
+    void SetUp() override { serveScript(QByteArray(READ) + " --fault delay-ms=60000", {}); }
 };
 
 class ServiceWithoutPolkit : public ServiceTest
