@@ -18,6 +18,7 @@ constexpr Group USB = {"usb", QT_TR_NOOP("Reading over USB")};
 constexpr Group PHOTOS = {"photos", QT_TR_NOOP("Photos, by either road")};
 constexpr Group PICTURES = {"pictures", QT_TR_NOOP("Pictures of the card")};
 constexpr Group WEB = {"web", QT_TR_NOOP("Web pages")};
+constexpr Group SERVICE = {"service", QT_TR_NOOP("Reading through the D-Bus service")};
 
 bool isNeeded(const CheckRow &row, Roads roads)
 {
@@ -48,6 +49,7 @@ const std::vector<CheckRow> &checkTable()
         {"text-font", QT_TR_NOOP("Font of texts"), &PICTURES, true, false, checkTextFont},
         {"number-font", QT_TR_NOOP("Font of number"), &PICTURES, true, false, checkNumberFont},
         {"web-pages", QT_TR_NOOP("Sites"), &WEB, true, true, checkWebPages},
+        {"service", QT_TR_NOOP("Service"), &SERVICE, true, true, checkService},
     };
     return rows;
 }

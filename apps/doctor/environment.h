@@ -6,6 +6,7 @@
 #include "apps/doctor/general.h"
 #include "apps/doctor/library.h"
 #include "apps/doctor/pictures.h"
+#include "apps/doctor/service.h"
 #include "apps/doctor/usb.h"
 #include "apps/doctor/web_pages.h"
 
@@ -25,6 +26,7 @@ struct Environment {
     UsbState usb;
     PicturesState pictures;
     WebPagesState webPages;
+    ServiceState service;
 };
 
 } // namespace app::doctor

@@ -34,6 +34,8 @@ Environment probe(const Options &options)
     environment.configuration = readConfiguration(configurationPaths());
     environment.webPages = probeWebPages(originListPath(), ROOT, QLatin1String(CHROMIUM_FOLDER));
     // Those that take child processes go first, while this process is as it was started.
+    if (options.comparesService)
+        environment.service = probeService();
     environment.photoDecoder = probePhotoDecoder();
     if (environment.roads != Roads::USB) {
         environment.readerLibrary = probeReaderLibrary();

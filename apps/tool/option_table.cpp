@@ -288,7 +288,8 @@ const std::vector<CommandRow> &commandTable()
              "line, whether it is in order and, if not, what to do: the versions, the locale, the "
              "makers' libraries, the reader on the USB bus and the right to use it, Qt's screen "
              "and JPEG plug-in, and the fonts of the pictures. Nothing is changed, no file is "
-             "written and no reader is opened: it may be used while cards are read. The makers' "
+             "written and, without --service, no reader is opened: it may be used while cards are "
+             "read. The makers' "
              "libraries are loaded, in a process of their own; none of their functions is called."),
          QT_TR_NOOP("  idcard-reader doctor\n"
                     "      look at everything\n"
@@ -305,6 +306,10 @@ const std::vector<CommandRow> &commandTable()
                            tr("Look only at what one way of reading needs: library, the reader "
                               "maker's library (\"idcard-reader read\", readIDCard), or usb, the "
                               "reader on the USB bus (\"idcard-reader usb\", CUsbIdReader).")),
+             Option("service",
+                    tr("Read through the D-Bus service too, and without it, and say what "
+                       "stands in its way. A card on the reader is read; nothing of it "
+                       "is shown.")),
              json,
          }},
     };

@@ -71,6 +71,7 @@ Options optionsIn(const OptionParser &line, const CommandRow &command)
     options.simulatorPhotos = line.isSet("simulator-photos");
     options.device = parseUsbIds(line.value("device")).value_or(UsbIds());
     options.isDeviceNamed = line.isSet("device");
+    options.comparesService = line.isSet("service");
     options.road = line.value("road");
     options.argument = line.argument();
     options.inlineParts = parseInlineParts(line.value("inline")).value_or(InlineParts());

@@ -27,6 +27,7 @@ struct Options {
     bool simulatorPhotos = false; ///< decode photos with the simulator
     UsbIds device;                ///< the reader on the USB bus
     bool isDeviceNamed = false;
+    bool comparesService = false; ///< `doctor` reads through the D-Bus service too
     /** "library" or "usb"; empty: not said. `doctor` looks at both then. */
     QString road;
     QString argument; ///< of `render`: the card, by name or description; of `decode`: the file

@@ -1641,6 +1641,74 @@ Firefox 只接受由其开发者签名的扩展程序。
         <source>; the last answer, at %1, was %2 for %3</source>
         <translation>；最近一次回答：%1，%2，给 %3</translation>
     </message>
+    <message>
+        <source>Reading through the D-Bus service</source>
+        <translation>通过 D-Bus 服务读卡</translation>
+    </message>
+    <message>
+        <source>Service</source>
+        <translation>服务</translation>
+    </message>
+    <message>
+        <source>a card was read through it</source>
+        <translation>已通过它读到证件</translation>
+    </message>
+    <message>
+        <source>it reaches the reader, on which no card lies</source>
+        <translation>它能访问读卡器，读卡器上没有证件</translation>
+    </message>
+    <message>
+        <source>another program is reading through it</source>
+        <translation>另一个程序正在通过它读卡</translation>
+    </message>
+    <message>
+        <source>End the other program and look again.</source>
+        <translation>请结束另一个程序后再检查。</translation>
+    </message>
+    <message>
+        <source>it is not installed</source>
+        <translation>未安装</translation>
+    </message>
+    <message>
+        <source>Install it (Debian: idcard-reader-service).</source>
+        <translation>请安装（Debian：idcard-reader-service）。</translation>
+    </message>
+    <message>
+        <source>polkit does not let this user read cards through it: %1</source>
+        <translation>polkit 不允许该用户通过它读卡：%1</translation>
+    </message>
+    <message>
+        <source>Try from a session at the machine, or let the account in with a rule, as docs/service.md has one.</source>
+        <translation>请在本机前的会话中再试，或者用一条规则允许该账户，规则见 docs/service.md。</translation>
+    </message>
+    <message>
+        <source>it does not answer: %1</source>
+        <translation>没有应答：%1</translation>
+    </message>
+    <message>
+        <source>See what it says:</source>
+        <translation>请查看它的输出：</translation>
+    </message>
+    <message>
+        <source>neither it nor idcard-reader reads: %1, %2</source>
+        <translation>它和 idcard-reader 都不能读卡：%1，%2</translation>
+    </message>
+    <message>
+        <source>Make a read without it work first:</source>
+        <translation>请先让不经过它的读取成功：</translation>
+    </message>
+    <message>
+        <source>idcard-reader reads, but the service does not: %1, %2</source>
+        <translation>idcard-reader 能读卡，但服务不能：%1，%2</translation>
+    </message>
+    <message>
+        <source>What confines the service keeps the maker&apos;s library from something. Give that back, as docs/service.md shows, with:</source>
+        <translation>对服务的限制使厂商的库缺少某种权限。请按 docs/service.md 所示，用以下命令放开：</translation>
+    </message>
+    <message>
+        <source>no answer came in time</source>
+        <translation>未及时得到应答</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>
@@ -3262,10 +3330,6 @@ Examples:
         <translation>检查本机为什么读不成卡</translation>
     </message>
     <message>
-        <source>Looks at everything that reading a card needs on this machine and says, line by line, whether it is in order and, if not, what to do: the versions, the locale, the makers&apos; libraries, the reader on the USB bus and the right to use it, Qt&apos;s screen and JPEG plug-in, and the fonts of the pictures. Nothing is changed, no file is written and no reader is opened: it may be used while cards are read. The makers&apos; libraries are loaded, in a process of their own; none of their functions is called.</source>
-        <translation>检查本机读卡所需的一切，逐行说明是否正常，不正常时该怎么办：各部分的版本、区域设置、厂商的库和照片解码库、USB 上的读卡器及其使用权限、Qt 的屏幕和 JPEG 插件，以及图像所用的字体。检查不改变任何东西，不写文件，也不打开读卡器，因此读卡期间也可以使用。厂商的库和照片解码库在单独的进程中加载，不调用其中任何函数。</translation>
-    </message>
-    <message>
         <source>  idcard-reader doctor
       look at everything
   idcard-reader doctor --road usb --device 1209:0001
@@ -3408,6 +3472,14 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>End when one look at the reader takes longer: a reader that asks again and again for another try is otherwise waited for without end. The exit status is then 11.</source>
         <translation>一次查看读卡器超过这么多秒就结束：否则，读卡器一再要求重试时会无限期地等待。此时退出状态为 11。</translation>
+    </message>
+    <message>
+        <source>Looks at everything that reading a card needs on this machine and says, line by line, whether it is in order and, if not, what to do: the versions, the locale, the makers&apos; libraries, the reader on the USB bus and the right to use it, Qt&apos;s screen and JPEG plug-in, and the fonts of the pictures. Nothing is changed, no file is written and, without --service, no reader is opened: it may be used while cards are read. The makers&apos; libraries are loaded, in a process of their own; none of their functions is called.</source>
+        <translation>检查本机读卡所需的一切，逐行说明是否正常，不正常时该怎么办：各部分的版本、区域设置、厂商的库和照片解码库、USB 上的读卡器及其使用权限、Qt 的屏幕和 JPEG 插件，以及图像所用的字体。检查不改变任何东西，不写文件；不用 --service 时也不打开读卡器，因此读卡期间也可以使用。厂商的库和照片解码库在单独的进程中加载，不调用其中任何函数。</translation>
+    </message>
+    <message>
+        <source>Read through the D-Bus service too, and without it, and say what stands in its way. A card on the reader is read; nothing of it is shown.</source>
+        <translation>另外通过 D-Bus 服务读卡，再不经过它读卡，并说明妨碍它的原因。会读取读卡器上的证件，但不显示其任何内容。</translation>
     </message>
 </context>
 <context>

@@ -115,6 +115,73 @@ INSTANTIATE_TEST_SUITE_P(
               },
               Level::FAILURE, "/etc/idcard-reader.conf: it cannot be read", "Remove it."}));
 
+void answer(Environment &machine, const char *error, const char *message,
+            ExitStatus outside = ExitStatus::DONE)
+{
+    machine.service.error = QLatin1String(error);
+    machine.service.message = QLatin1String(message);
+    machine.service.outside = outside;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Services, Checks,
+    testing::Values(
+        Fault{"not installed", "service",
+              [](Environment &m) {
+                  answer(m, "org.freedesktop.DBus.Error.ServiceUnknown", "The name is not known");
+              },
+              Level::FAILURE, "it is not installed", "idcard-reader-service"},
+        Fault{"not started", "service",
+              [](Environment &m) {
+                  answer(m, "org.freedesktop.DBus.Error.Spawn.ChildExited", "It exited");
+              },
+              Level::FAILURE, "it does not answer: It exited",
+              "journalctl -u idcard-readerd.service -e"},
+        Fault{"without a bus", "service", [](Environment &m) { answer(m, "", "No bus"); },
+              Level::FAILURE, "it does not answer: No bus", "journalctl"},
+        Fault{"not authorized", "service",
+              [](Environment &m) {
+                  answer(m, IDCARD_SERVICE_DOMAIN ".Error.NotAuthorized", "polkit refuses");
+              },
+              Level::FAILURE, "polkit does not let this user read cards through it: polkit refuses",
+              "let the account in with a rule"},
+        Fault{"in use", "service",
+              [](Environment &m) { answer(m, IDCARD_SERVICE_DOMAIN ".Error.Busy", "In use"); },
+              Level::WARNING, "another program is reading", "End the other program"},
+        Fault{"confined", "service",
+              [](Environment &m) {
+                  answer(m, IDCARD_SERVICE_DOMAIN ".Error.ReaderNotOpened", "Not opened",
+                         ExitStatus::NO_CARD);
+              },
+              Level::FAILURE,
+              "idcard-reader reads, but the service does not: ReaderNotOpened, Not opened",
+              "systemctl edit idcard-readerd.service"},
+        Fault{"no read at all", "service",
+              [](Environment &m) {
+                  answer(m, IDCARD_SERVICE_DOMAIN ".Error.ReaderNotOpened", "Not opened",
+                         ExitStatus::READER_NOT_OPENED);
+              },
+              Level::FAILURE, "neither it nor idcard-reader reads: ReaderNotOpened, Not opened",
+              "idcard-reader read"}));
+
+TEST(ServiceCheck, WithoutACard_IsFine)
+{
+    Environment machine = fineMachine();
+    answer(machine, IDCARD_SERVICE_DOMAIN ".Error.NoCard", "No card", ExitStatus::NO_CARD);
+    const Finding finding = findingOf("service", machine);
+    EXPECT_EQ(finding.level, Level::FINE);
+    EXPECT_EQ(finding.facts["inside"].toString(),
+              QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.NoCard"));
+    EXPECT_EQ(finding.facts["outside"].toInt(), 4);
+}
+
+TEST(ServiceCheck, NotAskedFor_FindsNothing)
+{
+    Environment machine = fineMachine();
+    machine.service.isProbed = false;
+    EXPECT_THAT(checkService(machine), IsEmpty());
+}
+
 TEST(ConfigurationCheck, NamesTheFilesThatAreNotThere)
 {
     Environment machine = fineMachine();
@@ -566,6 +633,7 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
     };
     EXPECT_EQ(idsOf(Roads::LIBRARY),
               "library-version qt-version locale configuration reader-library "
+<<<<<<< HEAD
               "photo-decoder screen resolution jpeg text-font number-font web-pages");
     EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
                                  "usb-permission usb-rule usb-group "
@@ -622,6 +690,12 @@ TEST(WebPagesCheck, WhereNothingIsInstalled_FindsNothing)
     Environment machine = fineMachine();
     machine.webPages = {};
     EXPECT_THAT(checkWebPages(machine), IsEmpty());
+=======
+              "photo-decoder screen resolution jpeg text-font number-font service");
+    EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
+                                 "usb-permission usb-rule usb-group "
+                                 "usb-driver usb-holder photo-decoder service");
+>>>>>>> bfd3658 (doctor: --service reads through the D-Bus service and without it, and says what stands in its way)
 }
 
 TEST(TwoReaders, AreReportedOneAfterTheOther)

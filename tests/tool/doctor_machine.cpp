@@ -51,6 +51,7 @@ Environment fineMachine()
     machine.usb.accessProgram = "idcard-reader-access";
     machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
 
+<<<<<<< HEAD
     machine.webPages = {"/etc/idcard-reader/browser-origins",
                         true,
                         {{"https://pms.example", "http://intranet"}, {}},
@@ -60,6 +61,9 @@ Environment fineMachine()
                         "/usr/libexec/host",
                         true,
                         {}};
+=======
+    machine.service.isProbed = true;
+>>>>>>> bfd3658 (doctor: --service reads through the D-Bus service and without it, and says what stands in its way)
 
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;

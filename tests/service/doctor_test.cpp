@@ -1,0 +1,85 @@
+// "idcard-reader doctor --service": a reading inside the service beside one outside.
+
+#include <gmock/gmock.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "tests/service/service_process.h"
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace
+{
+
+class ServiceDoctor : public ServiceTest
+{
+protected:
+    ProcessResult look(const QStringList &options)
+    {
+        ProcessInput input;
+        input.environment = {{"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}};
+        return runProcess(QStringLiteral("idcard-reader"),
+                          QStringList{"doctor", "--service"} + options, input);
+    }
+
+    /** The finding about the service, of which there is one. */
+    QJsonObject finding()
+    {
+        const QByteArray report = look({"--json", "--road", "usb"}).standardOutput;
+        const QJsonArray findings = QJsonDocument::fromJson(report).object()["findings"].toArray();
+        QJsonObject found;
+        for (const auto &one : findings) {
+            if (one.toObject()["check"] == QLatin1String("service"))
+                found = one.toObject();
+        }
+        EXPECT_EQ(found["group"].toString(), QStringLiteral("service"));
+        return found;
+    }
+
+    std::string text() { return finding()["text"].toString().toStdString(); }
+};
+
+} // namespace
+
+TEST_F(ServiceDoctor, ServiceThatReads_IsFineAndNothingOfTheCardIsShown)
+{
+    serveCard();
+    EXPECT_EQ(text(), "a card was read through it");
+    const ProcessResult run = look({"--verbose"});
+    EXPECT_THAT(run.output() + run.error(), Not(HasSubstr("990000199003074284")));
+}
+
+TEST_F(ServiceDoctor, ReaderWithoutACard_IsFine)
+{
+    serveCard({"--fault", "no-card"});
+    const QJsonObject found = finding();
+    EXPECT_EQ(found["level"].toString(), QStringLiteral("ok"));
+    EXPECT_EQ(found["facts"].toObject()["inside"].toString(),
+              QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.NoCard"));
+}
+
+TEST_F(ServiceDoctor, ReaderThatNeitherReads_IsSaidToBeSo)
+{
+    serveScript("exit 1");
+    const QJsonObject found = finding();
+    EXPECT_THAT(found["text"].toString().toStdString(),
+                StartsWith("neither it nor idcard-reader reads: WorkerFailed, The program that "
+                           "reads the card failed. "));
+    EXPECT_EQ(found["facts"].toObject()["outside"].toInt(), 3);
+}
+
+TEST_F(ServiceDoctor, BusWithoutTheService_IsAServiceThatIsNotInstalled)
+{
+    EXPECT_EQ(text(), "it is not installed");
+}
+
+TEST_F(ServiceDoctor, MachineWithoutABus_IsAServiceThatDoesNotAnswer)
+{
+    m_client.leave();
+    m_bus.end();
+    EXPECT_THAT(text(), StartsWith("it does not answer: Failed to open connection"));
+}
