@@ -285,8 +285,9 @@ Card::Card(Road road, unsigned int cardKind, const FieldContents &fields,
 {
     for (CardField &field : m_fields) {
         const QString key = QLatin1String(field.key);
+        field.content = whole.value(key);
         if (whole.contains(key))
-            m_cutFields << CardField{field, whole.value(key)};
+            m_cutFields << field;
         field.content = fields.value(key);
     }
 }

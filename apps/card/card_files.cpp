@@ -61,8 +61,7 @@ const std::vector<CardFile> &allFiles()
 
 QString saveInNewFolder(const Card &card, const QString &folder)
 {
-    const QString problem =
-        writeFileSet(folder, contentsOf(card, CardFiles::ALL), ExistingFiles::REFUSE);
+    QString problem = writeFileSet(folder, contentsOf(card, CardFiles::ALL), ExistingFiles::REFUSE);
     if (!problem.isEmpty())
         QDir().rmdir(folder);
     return problem;

@@ -280,7 +280,7 @@ void CardDesk::reportWatchFailure(const Problem &problem)
 /** What runs has ended; returns how, in words. */
 QString CardDesk::endRun()
 {
-    const QString how = m_run ? m_run->howItEnded() : m_serviceRun->howItEnded();
+    QString how = m_run ? m_run->howItEnded() : m_serviceRun->howItEnded();
     if (m_run)
         m_run.release()->deleteLater();
     else

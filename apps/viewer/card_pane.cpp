@@ -46,7 +46,7 @@ CardPane::CardPane(QWidget *parent)
       m_photo(new PictureView(tr("Photo"), app::PHOTO_SIZE_MM)),
       m_captionLabel(plainLabel("caption")), m_name(plainLabel("name")),
       m_number(plainLabel("number")), m_notes(plainLabel("notes")),
-      m_scaleNote(plainLabel("scaleNote")), m_fieldsView(new QTableView), m_holderColumn(nullptr)
+      m_scaleNote(plainLabel("scaleNote")), m_fieldsView(new QTableView)
 {
     build();
     fitToFont();

@@ -77,7 +77,7 @@ private:
     QLabel *m_notes;
     QLabel *m_scaleNote;
     QTableView *m_fieldsView;
-    QWidget *m_holderColumn;
+    QWidget *m_holderColumn = nullptr;
 };
 
 } // namespace viewer

@@ -1,5 +1,7 @@
 #include "apps/viewer/diagnosis_dialog.h"
 
+#include <utility>
+
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
@@ -18,8 +20,8 @@ constexpr int LIMIT_MS = 60000;
 
 } // namespace
 
-DiagnosisDialog::DiagnosisDialog(const QString &language, QWidget *parent)
-    : QDialog(parent), m_language(language), m_report(new QPlainTextEdit),
+DiagnosisDialog::DiagnosisDialog(QString language, QWidget *parent)
+    : QDialog(parent), m_language(std::move(language)), m_report(new QPlainTextEdit),
       m_again(new QPushButton(tr("&Again")))
 {
     setWindowTitle(tr("Diagnosis"));

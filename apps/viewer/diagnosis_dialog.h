@@ -19,7 +19,7 @@ class DiagnosisDialog : public QDialog
 
 public:
     /** `language` of the report; empty: the user's. */
-    explicit DiagnosisDialog(const QString &language, QWidget *parent = nullptr);
+    explicit DiagnosisDialog(QString language, QWidget *parent = nullptr);
 
 private:
     void diagnose();
