@@ -67,10 +67,13 @@ function read(page, request) {
   host.postMessage({ origin: page.sender.origin, request });
 }
 
-chrome.runtime.onConnectExternal.addListener((page) => {
+function serve(page) {
   page.onMessage.addListener((request) => {
     if (!isShownPage(page.sender)) page.postMessage(failure('BROWSER_NOT_TOP_FRAME', request));
     else if (reader) page.postMessage(failure('BROWSER_BUSY', request));
     else read(page, request);
   });
-});
+}
+
+chrome.runtime.onConnectExternal.addListener(serve); // Chromium: from the page itself
+chrome.runtime.onConnect.addListener(serve); // Firefox: from relay.js

@@ -14,7 +14,6 @@ class CardError extends Error {
 }
 
 function readCard({ include = [], timeout = 10 } = {}) {
-  const extension = '@IDCARD_EXTENSION_ID@';
   const language = document.documentElement.lang || navigator.language;
   const missing = language.toLowerCase().startsWith('zh')
     ? { headline: '此浏览器中没有读卡扩展程序，或此网站不得使用该扩展程序。',
@@ -23,20 +22,38 @@ function readCard({ include = [], timeout = 10 } = {}) {
       remedy: 'Ask the administrator to allow the site with idcard-browser-setup.' };
 
   return new Promise((resolve, reject) => {
-    const fail = (error) => reject(new CardError(error));
-    const failForWantOfExtension = () =>
-      fail({ name: 'BROWSER_EXTENSION_MISSING', cause: missing.headline, ...missing });
-    if (!globalThis.chrome?.runtime?.connect) {
-      failForWantOfExtension();
+    const settle = (answer) => {
+      if (!answer) reject(new CardError({ name: 'BROWSER_EXTENSION_MISSING', cause: missing.headline, ...missing }));
+      else if (answer.kind) resolve(answer); // a photo that was not decoded is its member "error"
+      else reject(new CardError(answer.error));
+    };
+    const ask = globalThis.chrome ? askExtension : askRelay;
+    ask({ include, timeout, language }, settle);
+  });
+
+  function askExtension(request, settle) {
+    const port = chrome.runtime?.connect?.('@IDCARD_EXTENSION_ID@');
+    if (!port) {
+      settle(null);
       return;
     }
-    const port = chrome.runtime.connect(extension);
-    port.onDisconnect.addListener(failForWantOfExtension);
+    port.onDisconnect.addListener(() => settle(null));
     port.onMessage.addListener((answer) => {
       port.disconnect();
-      if (answer.kind) resolve(answer); // a photo that was not decoded is its member "error"
-      else fail(answer.error);
+      settle(answer);
     });
-    port.postMessage({ include, timeout, language });
-  });
+    port.postMessage(request);
+  }
+
+  /** In Firefox, where the extension has a part of its own in the page. */
+  function askRelay(request, settle) {
+    const { port1: port, port2: itsPort } = new MessageChannel();
+    const silence = setTimeout(() => settle(null), 1000);
+    port.onmessage = ({ data }) => {
+      clearTimeout(silence);
+      if ('answer' in data) settle(data.answer);
+    };
+    port.postMessage(request);
+    window.postMessage('@IDCARD_FIREFOX_ID@', location.origin, [itsPort]);
+  }
 }

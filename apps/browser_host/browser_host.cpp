@@ -37,6 +37,12 @@ QByteArray compact(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
+bool isKnown(const QStringList &arguments)
+{
+    return arguments == QStringList{QString::fromLatin1(CHROMIUM_EXTENSION)} ||
+           (arguments.size() == 2 && arguments.last() == QLatin1String(FIREFOX_EXTENSION));
+}
+
 class BrowserHost
 {
 public:
@@ -183,10 +189,10 @@ ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settin
 {
     catchInterruption(ExitStatus::DONE);
     BrowserHost host(settings, output);
-    const QString known = QString::fromLatin1(KNOWN_EXTENSION);
-    if (arguments != QStringList{known}) {
+    if (!isKnown(arguments)) {
         host.refuse(BrowserFault::EXTENSION_UNKNOWN,
-                    filledIn(tr("This program serves %1, not %2."), known,
+                    filledIn(tr("This program serves %1, not %2."),
+                             QString::fromLatin1(CHROMIUM_EXTENSION),
                              printable(arguments.join(QLatin1Char(' ')))));
         return ExitStatus::WRONG_USAGE;
     }

@@ -20,8 +20,9 @@ struct HostSettings {
     int graceMs = 10 * 1000; ///< that the tool has beyond the time limit of its reading
 };
 
-/** Which browser's extension may ask; given with the command line, as the browser says it. */
-constexpr const char *KNOWN_EXTENSION = "chrome-extension://" IDCARD_EXTENSION_ID "/";
+/** Which extension may ask: the last word of the command line, as the browser says it. */
+constexpr const char *CHROMIUM_EXTENSION = "chrome-extension://" IDCARD_EXTENSION_ID "/";
+constexpr const char *FIREFOX_EXTENSION = IDCARD_FIREFOX_ID; ///< after the path of its host file
 
 ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settings, Output *output);
 

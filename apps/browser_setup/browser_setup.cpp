@@ -1,5 +1,7 @@
 #include "apps/browser_setup/browser_setup.h"
 
+#include <cerrno>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -32,14 +34,15 @@ IDCARD_TEXTS(BrowserSetup)
 constexpr int PACKING_MS = 60 * 1000;
 constexpr const char *POLICY = "ExtensionSettings";
 
-QString extensionFolder(const SetupPlaces &places)
+/** The extension for the sites of this machine. */
+QString extensionFolder(const Browser &browser, const SetupPlaces &places)
 {
-    return places.made + QStringLiteral("/extension");
+    return places.made + QLatin1Char('/') + browser.name;
 }
 
-QString packedExtension(const SetupPlaces &places)
+QString packedExtension(const Browser &browser, const SetupPlaces &places)
 {
-    return extensionFolder(places) + QStringLiteral(".crx");
+    return extensionFolder(browser, places) + QStringLiteral(".crx");
 }
 
 QString updateFile(const SetupPlaces &places)
@@ -84,7 +87,7 @@ QByteArray indented(const QJsonObject &object)
     return QJsonDocument(object).toJson();
 }
 
-/** The browser's pattern for the pages of exactly one origin. */
+/** Chromium's pattern for the pages of exactly one origin. */
 QString patternOf(const QString &origin)
 {
     const QUrl url(origin);
@@ -95,54 +98,83 @@ QString patternOf(const QString &origin)
     return base + QStringLiteral("/*");
 }
 
+/** Firefox has none with a port: there the host alone tells ports apart. */
+QString patternOfAllPorts(const QString &origin)
+{
+    return origin.section(QLatin1Char(':'), 0, 1) + QStringLiteral("/*");
+}
+
+QJsonArray patternsOf(const QStringList &origins, QString (*patternOf)(const QString &))
+{
+    QJsonArray patterns;
+    for (const QString &origin : origins)
+        patterns << patternOf(origin);
+    return patterns;
+}
+
+/** Names in the manifest, in the way of its browser, whose pages speak to the extension. */
+void letSpeak(const QStringList &origins, QJsonObject *manifest)
+{
+    const QString inPages = QStringLiteral("content_scripts");
+    QJsonObject relay = manifest->value(inPages).toArray().first().toObject();
+    if (relay.isEmpty()) {
+        manifest->insert(QStringLiteral("externally_connectable"),
+                         JsonObject{{"matches", patternsOf(origins, patternOf)}});
+        return;
+    }
+    relay.insert(QStringLiteral("matches"), patternsOf(origins, patternOfAllPorts));
+    manifest->insert(inPages, QJsonArray{relay});
+}
+
 QJsonObject manifestIn(const QString &folder)
 {
     return QJsonDocument::fromJson(contentOf(folder + QStringLiteral("/manifest.json"))).object();
 }
 
 /** Higher than the last one, for browsers to take the new extension in the place of the old. */
-QString nextVersion(const SetupPlaces &places, const QString &shipped)
+QString nextVersion(const QString &made, const QString &shipped)
 {
     constexpr int FOURTH = 3;
-    const auto last = QVersionNumber::fromString(
-        manifestIn(extensionFolder(places)).value(QStringLiteral("version")).toString());
+    const auto last =
+        QVersionNumber::fromString(manifestIn(made).value(QStringLiteral("version")).toString());
     const bool isSame =
         last.segmentCount() > FOURTH && QVersionNumber::fromString(shipped).isPrefixOf(last);
     const int number = isSame ? last.segmentAt(FOURTH) + 1 : 1;
     return filledIn(QStringLiteral("%1.%2"), shipped, QString::number(number));
 }
 
-QString writeExtension(const QStringList &origins, const SetupPlaces &places)
+QString writeExtension(const QStringList &origins, const Browser &browser,
+                       const SetupPlaces &places)
 {
-    const QString shipped = places.shipped + QStringLiteral("/extension");
-    QJsonObject manifest = manifestIn(shipped);
+    const QDir shipped(places.shipped + QLatin1Char('/') + browser.name);
+    const QDir made(extensionFolder(browser, places));
+    QJsonObject manifest = manifestIn(shipped.path());
     const QString version = manifest.value(QStringLiteral("version")).toString();
     if (version.isEmpty())
-        return tr("%1 is missing; install idcard-reader-browser again.").arg(shipped);
-    QJsonArray patterns;
-    for (const QString &origin : origins)
-        patterns << patternOf(origin);
-    manifest[QStringLiteral("version")] = nextVersion(places, version);
-    manifest[QStringLiteral("externally_connectable")] = JsonObject{{"matches", patterns}};
-    const QString script = QStringLiteral("/background.js");
-    const QString problem =
-        writeForEverybody(extensionFolder(places) + script, contentOf(shipped + script));
-    return problem.isEmpty()
-               ? writeForEverybody(extensionFolder(places) + QStringLiteral("/manifest.json"),
-                                   indented(manifest))
-               : problem;
+        return tr("%1 is missing; install idcard-reader-browser again.").arg(shipped.path());
+    manifest[QStringLiteral("version")] = nextVersion(made.path(), version);
+    letSpeak(origins, &manifest);
+    QString problem;
+    const QStringList files = shipped.entryList(QDir::Files);
+    for (const QString &file : files) {
+        if (problem.isEmpty())
+            problem = writeForEverybody(made.filePath(file), contentOf(shipped.filePath(file)));
+    }
+    return problem.isEmpty() ? writeForEverybody(made.filePath(QStringLiteral("manifest.json")),
+                                                 indented(manifest))
+                             : problem;
 }
 
 /** The browser itself signs it, with the key that gives the extension its id. */
-QString pack(const SetupPlaces &places)
+QString pack(const Browser &chromium, const SetupPlaces &places)
 {
     const QTemporaryDir profile;
-    QFile::remove(packedExtension(places));
+    QFile::remove(packedExtension(chromium, places));
     QProcess browser;
     browser.start(places.browserProgram,
                   {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
                    QStringLiteral("--user-data-dir=") + profile.path(),
-                   QStringLiteral("--pack-extension=") + extensionFolder(places),
+                   QStringLiteral("--pack-extension=") + extensionFolder(chromium, places),
                    QStringLiteral("--pack-extension-key=") + places.shipped +
                        QStringLiteral("/extension.pem")});
     if (!browser.waitForStarted())
@@ -150,17 +182,17 @@ QString pack(const SetupPlaces &places)
                       browser.errorString());
     browser.closeWriteChannel();
     browser.waitForFinished(PACKING_MS);
-    if (!QFileInfo::exists(packedExtension(places)))
+    if (!QFileInfo::exists(packedExtension(chromium, places)))
         return filledIn(
             tr("%1, the browser, did not pack the extension: %2"), places.browserProgram,
             printable(QString::fromLocal8Bit(browser.readAllStandardError().trimmed())));
-    return letEverybodyRead(packedExtension(places));
+    return letEverybodyRead(packedExtension(chromium, places));
 }
 
-QString writeUpdateFile(const SetupPlaces &places)
+QString writeUpdateFile(const Browser &chromium, const SetupPlaces &places)
 {
     const QString version =
-        manifestIn(extensionFolder(places)).value(QStringLiteral("version")).toString();
+        manifestIn(extensionFolder(chromium, places)).value(QStringLiteral("version")).toString();
     const QString text = filledIn(
         QStringLiteral("<?xml version='1.0' encoding='UTF-8'?>\n"
                        "<gupdate xmlns='http://www.google.com/update2/response' protocol='2.0'>\n"
@@ -169,24 +201,25 @@ QString writeUpdateFile(const SetupPlaces &places)
                        "  </app>\n"
                        "</gupdate>\n"),
         QStringLiteral(IDCARD_EXTENSION_ID),
-        QUrl::fromLocalFile(packedExtension(places)).toString(), version);
+        QUrl::fromLocalFile(packedExtension(chromium, places)).toString(), version);
     return writeForEverybody(updateFile(places), text.toUtf8());
 }
 
-QString writePolicy(const SetupPlaces &places)
+QString writePolicy(const Browser &chromium, const SetupPlaces &places)
 {
     const JsonObject extension = {
         {"installation_mode", "force_installed"},
         {"update_url", QUrl::fromLocalFile(updateFile(places)).toString()},
         {"toolbar_pin", "force_pinned"}}; // its sign says which site has read a card
     const JsonObject policy = {{POLICY, JsonObject{{IDCARD_EXTENSION_ID, extension}}}};
-    return writeForEverybody(policyFile(places.browserFolder), indented(policy));
+    return writeForEverybody(chromium.installation, indented(policy));
 }
 
 QString removeFile(const QString &path)
 {
     QFile file(path);
-    return !file.exists() || file.remove()
+    const bool isThere = file.exists() || QFileInfo(path).isSymLink();
+    return !isThere || file.remove()
                ? QString()
                : cannot(tr("%1 cannot be removed: %2."), path, file.errorString());
 }
@@ -195,21 +228,43 @@ QString removeFile(const QString &path)
  * An extension that is installed would be looked for in a newer version after hours; one that goes
  * and comes back is there at once.
  */
-QString takePolicyBack(const SetupPlaces &places)
+QString takePolicyBack(const Browser &chromium, const SetupPlaces &places)
 {
-    const QString policy = policyFile(places.browserFolder);
-    if (!QFileInfo::exists(policy))
+    if (!QFileInfo::exists(chromium.installation))
         return {};
-    QString problem = removeFile(policy);
+    QString problem = removeFile(chromium.installation);
     if (problem.isEmpty())
         QThread::msleep(places.policyReloadMs);
     return problem;
 }
 
-QString writeHostFile(const SetupPlaces &places)
+QString installInChromium(const Browser &chromium, const SetupPlaces &places)
 {
-    return writeForEverybody(hostFile(places.browserFolder),
-                             contentOf(places.shipped + QLatin1Char('/') + hostFileName()));
+    QString problem;
+    for (const auto step : {pack, writeUpdateFile, takePolicyBack, writePolicy}) {
+        if (problem.isEmpty())
+            problem = step(chromium, places);
+    }
+    return problem;
+}
+
+/** It takes the extension from a folder, when it starts. */
+QString installInFirefox(const Browser &firefox, const SetupPlaces &places)
+{
+    QString problem = removeFile(firefox.installation);
+    const bool isLinked = problem.isEmpty() &&
+                          QDir().mkpath(QFileInfo(firefox.installation).path()) &&
+                          QFile::link(extensionFolder(firefox, places), firefox.installation);
+    if (problem.isEmpty() && !isLinked)
+        problem = cannot(tr("%1 cannot be written: %2."), firefox.installation, systemError(errno));
+    return problem;
+}
+
+QString writeHostFile(const Browser &browser, const SetupPlaces &places)
+{
+    const QString shipped =
+        filledIn(QStringLiteral("%1/%2-host.json"), places.shipped, browser.name);
+    return writeForEverybody(browser.hostFile, contentOf(shipped));
 }
 
 /** The comments of the list. */
@@ -232,7 +287,7 @@ QByteArray withOrigin(QByteArray list, const QString &origin)
 
 } // namespace
 
-QString allowSite(const QString &origin, const SetupPlaces &places)
+QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places)
 {
     QByteArray list = contentOf(places.originList);
     QStringList origins;
@@ -246,13 +301,12 @@ QString allowSite(const QString &origin, const SetupPlaces &places)
         origins << origin;
         list = withOrigin(list, origin);
     }
-    QString problem = writeExtension(origins, places);
+    QString problem = writeExtension(origins, browser, places);
     if (problem.isEmpty())
-        problem = pack(places);
-    for (const auto write : {writeUpdateFile, writeHostFile, takePolicyBack, writePolicy}) {
-        if (problem.isEmpty())
-            problem = write(places);
-    }
+        problem = writeHostFile(browser, places);
+    if (problem.isEmpty())
+        problem = browser.name == QLatin1String("firefox") ? installInFirefox(browser, places)
+                                                           : installInChromium(browser, places);
     return problem.isEmpty() ? writeForEverybody(places.originList, list) : problem;
 }
 
@@ -262,24 +316,26 @@ QString removeSites(const SetupPlaces &places)
     if (QFileInfo::exists(places.originList)) // first: from here on no site reads a card
         problem =
             writeForEverybody(places.originList, withoutOrigins(contentOf(places.originList)));
-    for (const QString &file : {policyFile(places.browserFolder), hostFile(places.browserFolder)}) {
-        if (problem.isEmpty())
-            problem = removeFile(file);
+    for (const Browser &browser : browsers(places.root)) {
+        for (const QString &file : {browser.installation, browser.hostFile}) {
+            if (problem.isEmpty())
+                problem = removeFile(file);
+        }
     }
     if (problem.isEmpty() && !QDir(places.made).removeRecursively())
         problem = tr("%1 cannot be removed.").arg(places.made);
     return problem;
 }
 
-QStringList rivalPolicies(const SetupPlaces &places)
+QStringList rivalPolicies(const Browser &browser)
 {
     QStringList rivals;
-    const QFileInfoList files = QDir(policyFolder(places.browserFolder))
+    const QFileInfoList files = QFileInfo(browser.installation)
+                                    .dir()
                                     .entryInfoList({QStringLiteral("*.json")}, QDir::Files);
     for (const QFileInfo &file : files) {
         const QJsonObject policy = QJsonDocument::fromJson(contentOf(file.filePath())).object();
-        if (file.filePath() != policyFile(places.browserFolder) &&
-            policy.contains(QLatin1String(POLICY)))
+        if (file.filePath() != browser.installation && policy.contains(QLatin1String(POLICY)))
             rivals << file.filePath();
     }
     return rivals;
@@ -294,11 +350,11 @@ QString shownSetup(const SetupPlaces &places, uid_t listOwner)
     const auto presence = [](const QString &path) {
         return QFileInfo::exists(path) ? path : tr("%1 is missing").arg(path);
     };
-    return alignedTable({{tr("Sites"), sites},
-                         {tr("List"), places.originList},
-                         {tr("Extension"), presence(packedExtension(places))},
-                         {tr("Policy"), presence(policyFile(places.browserFolder))},
-                         {tr("Host"), presence(hostFile(places.browserFolder))}});
+    QVector<QStringList> rows = {{tr("Sites"), sites}, {tr("List"), places.originList}};
+    for (const Browser &browser : browsers(places.root))
+        rows << QStringList{browser.name, presence(browser.installation)}
+             << QStringList{{}, presence(browser.hostFile)};
+    return alignedTable(rows);
 }
 
 } // namespace app

@@ -9,21 +9,23 @@
 
 #include <sys/types.h>
 
+#include "apps/web_sites/browser_files.h"
+
 namespace app
 {
 
 struct SetupPlaces {
     QString originList;
-    QString shipped;        ///< the folder of the extension, its key and the host's file
-    QString made;           ///< the folder for the extension of this machine
-    QString browserFolder;  ///< the browser's own, below which policies and hosts are
-    QString browserProgram; ///< packs the extension
+    QString shipped;        ///< the folder of the extensions, the key and the hosts' files
+    QString made;           ///< the folder for the extensions of this machine
+    QString root;           ///< below which the browsers' files are; empty but in tests
+    QString browserProgram; ///< Chromium, which packs its extension
     /** A browser that runs takes a policy's removal in within this time. */
     unsigned long policyReloadMs = 10000;
 };
 
 /** Lets the pages of this site read cards, too. Returns what failed, or an empty text. */
-QString allowSite(const QString &origin, const SetupPlaces &places);
+QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places);
 
 /** Takes everything back, and all sites. Returns what failed, or an empty text. */
 QString removeSites(const SetupPlaces &places);
@@ -32,6 +34,6 @@ QString removeSites(const SetupPlaces &places);
 QString shownSetup(const SetupPlaces &places, uid_t listOwner);
 
 /** The files of others that set the same policy: of these the browser takes one alone. */
-QStringList rivalPolicies(const SetupPlaces &places);
+QStringList rivalPolicies(const Browser &browser);
 
 } // namespace app

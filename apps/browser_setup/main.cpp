@@ -30,23 +30,25 @@ SetupPlaces places()
     places.shipped = QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
                                          .filePath(QStringLiteral(IDCARD_BROWSER_FILES)));
     places.made = QStringLiteral(IDCARD_BROWSER_MADE);
-    places.browserFolder = QLatin1String(CHROMIUM_FOLDER);
     places.browserProgram = QStringLiteral("chromium");
     return places;
 }
 
 /** What this program cannot do itself. */
-QString leftToDo()
+QString leftToDo(const Browser &browser)
 {
+    if (browser.name == QLatin1String("firefox"))
+        return tr(
+            "Start Firefox again. Only one that comes from Debian takes an extension from this "
+            "machine that its maker has not signed.\n");
     QString text =
         tr("Load the site's page again in a browser that is open. One that is closed takes "
            "some hours from its next start to speak to a further site; give the same "
            "command again while it is open.\n"
            "Other browsers of Chromium's family look below other folders, such as "
            "/etc/opt/chrome or /etc/opt/edge: copy the two files there that --show "
-           "names as policy and host.\n"
-           "Firefox takes no extension that its maker has not signed.\n");
-    for (const QString &file : rivalPolicies(places()))
+           "names for chromium.\n");
+    for (const QString &file : rivalPolicies(browser))
         text += tr("%1 sets the policy ExtensionSettings too, and the browser takes that of one "
                    "file alone: put the entry of this program's policy there.\n")
                     .arg(file);
@@ -57,7 +59,8 @@ QString carryOut(const SetupOptions &options)
 {
     if (::geteuid() != ROOT)
         return tr("Only root can do that: run it with sudo.");
-    return options.remove ? removeSites(places()) : allowSite(options.allow, places());
+    return options.remove ? removeSites(places())
+                          : allowSite(options.allow, options.browser, places());
 }
 
 ExitStatus run(const SetupOptions &options, Output *output)
@@ -72,7 +75,7 @@ ExitStatus run(const SetupOptions &options, Output *output)
         return ExitStatus::PROGRAM_FAILED;
     }
     if (!options.remove)
-        output->write(leftToDo().toUtf8());
+        output->write(leftToDo(options.browser).toUtf8());
     return ExitStatus::DONE;
 }
 

@@ -25,9 +25,9 @@ std::vector<Option> declaredOptions()
             .value("origin", tr("a site such as https://pms.example or https://pms.example:8443"),
                    isOrigin)
             .required(),
-        Option("browser", tr("In this browser; chromium, if not given, is the only one so far."))
-            .value("name", tr("chromium"),
-                   [](const QString &value) { return value == QLatin1String("chromium"); })
+        Option("browser", tr("In this browser: chromium, if not given, or firefox."))
+            .value("name", tr("chromium or firefox"),
+                   [](const QString &value) { return findBrowser(value).has_value(); })
             .needs({"allow"}),
         Option("show", tr("Show the sites and what this program has written."))
             .excludes({"allow", "browser", "remove"}),
@@ -76,8 +76,11 @@ CommandLine<SetupOptions> parseSetupArguments(const QStringList &arguments)
     if (parser.isSet("version"))
         return {
             {}, filledIn(QStringLiteral("%1 %2\n"), program, QStringLiteral(IDCARD_VERSION)), {}};
-    return {
-        SetupOptions{parser.value("allow"), parser.isSet("show"), parser.isSet("remove")}, {}, {}};
+    const QString browser = parser.value("browser");
+    return {SetupOptions{parser.value("allow"), findBrowser(browser).value_or(browsers().first()),
+                         parser.isSet("show"), parser.isSet("remove")},
+            {},
+            {}};
 }
 
 } // namespace app

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include "apps/process/command_line.h"
+#include "apps/web_sites/browser_files.h"
 
 namespace app
 {
@@ -13,7 +14,8 @@ namespace app
 constexpr const char *BROWSER_SETUP_NAME = "idcard-browser-setup";
 
 struct SetupOptions {
-    QString allow; ///< an origin; empty: none
+    QString allow;   ///< an origin; empty: none
+    Browser browser; ///< in which
     bool show = false;
     bool remove = false;
 };

@@ -1,5 +1,7 @@
 #include "apps/doctor/web_pages.h"
 
+#include <optional>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -31,14 +33,6 @@ QString programNamedIn(const QString &hostFile)
         .toString();
 }
 
-Finding missingFile(const QString &path, const QString &origin)
-{
-    return {Level::FAILURE,
-            tr("Chromium lacks %1").arg(path),
-            tr("Let it be written again, as root:"),
-            {QStringLiteral("idcard-browser-setup --allow %1").arg(origin)}};
-}
-
 QString lastAnswerIn(const WebPagesState &state)
 {
     if (state.lastAnswer.isEmpty())
@@ -50,6 +44,22 @@ QString lastAnswerIn(const WebPagesState &state)
                     part("origin"));
 }
 
+/** What keeps a browser from starting the host; nothing when it can. */
+std::optional<Finding> judged(const BrowserState &browser, const QString &setup)
+{
+    if (browser.host.isEmpty())
+        return Finding{Level::FAILURE,
+                       filledIn(tr("%1 lacks %2"), browser.name, browser.hostFile),
+                       tr("Let it be written again, as root:"),
+                       {setup + browser.name}};
+    if (!browser.canHostStart)
+        return Finding{
+            Level::FAILURE,
+            filledIn(tr("%1 names %2, which cannot be started"), browser.hostFile, browser.host),
+            tr("Install idcard-reader-browser again.")};
+    return std::nullopt;
+}
+
 Finding judged(const WebPagesState &state)
 {
     if (!state.list.mistake.isEmpty())
@@ -57,32 +67,43 @@ Finding judged(const WebPagesState &state)
                 tr("Correct the list; until then no page reads a card.")};
     if (state.list.origins.isEmpty())
         return {Level::FINE, tr("No site may read cards") + lastAnswerIn(state)};
-    const QString first = state.list.origins.first();
-    if (!state.isPolicyThere)
-        return missingFile(state.policyFile, first);
-    if (state.host.isEmpty())
-        return missingFile(state.hostFile, first);
-    if (!state.canHostStart)
+    const QString setup = QStringLiteral("idcard-browser-setup --allow %1 --browser ")
+                              .arg(state.list.origins.first());
+    if (state.browsers.isEmpty())
         return {Level::FAILURE,
-                filledIn(tr("%1 names %2, which cannot be started"), state.hostFile, state.host),
-                tr("Install idcard-reader-browser again.")};
+                tr("Sites may read cards, but no browser has the extension"),
+                tr("Let it be installed, as root:"),
+                {setup + QStringLiteral("chromium")}};
+    for (const BrowserState &browser : state.browsers) {
+        std::optional<Finding> finding = judged(browser, setup);
+        if (finding)
+            return *finding;
+    }
     return {Level::FINE, state.list.origins.join(tr(", ")) + lastAnswerIn(state)};
+}
+
+QJsonArray factsOf(const QVector<BrowserState> &browsers)
+{
+    QJsonArray facts;
+    for (const BrowserState &browser : browsers)
+        facts << JsonObject{{"name", browser.name},
+                            {"host", textOrNull(browser.host)},
+                            {"canHostStart", browser.canHostStart}};
+    return facts;
 }
 
 } // namespace
 
-WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &browserFolder)
+WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &root)
 {
-    WebPagesState state;
-    state.listPath = listPath;
-    state.isListThere = QFileInfo::exists(listPath);
-    state.list = readOriginList(listPath, owner);
-    state.policyFile = policyFile(browserFolder);
-    state.isPolicyThere = QFileInfo::exists(state.policyFile);
-    state.hostFile = hostFile(browserFolder);
-    state.host = programNamedIn(state.hostFile);
-    state.canHostStart = QFileInfo(state.host).isExecutable();
-    state.lastAnswer = lastAnswer();
+    WebPagesState state{
+        listPath, QFileInfo::exists(listPath), readOriginList(listPath, owner), {}, lastAnswer()};
+    for (const Browser &browser : browsers(root)) {
+        const QString host = programNamedIn(browser.hostFile);
+        if (QFileInfo::exists(browser.installation))
+            state.browsers << BrowserState{browser.name, browser.hostFile, host,
+                                           QFileInfo(host).isExecutable()};
+    }
     return state;
 }
 
@@ -95,9 +116,7 @@ Findings checkWebPages(const Environment &environment)
     finding.facts = {{"list", state.listPath},
                      {"origins", QJsonArray::fromStringList(state.list.origins)},
                      {"mistake", textOrNull(state.list.mistake)},
-                     {"policy", state.isPolicyThere},
-                     {"host", textOrNull(state.host)},
-                     {"canHostStart", state.canHostStart},
+                     {"browsers", factsOf(state.browsers)},
                      {"lastAnswer", state.lastAnswer.isEmpty() ? QJsonValue() : state.lastAnswer}};
     return {finding};
 }

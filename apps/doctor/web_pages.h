@@ -1,8 +1,9 @@
 #pragma once
 
-// What lets web pages read cards: the list of their sites, and the browser's files.
+// What lets web pages read cards: the list of their sites, and the browsers' files.
 
 #include <QString>
+#include <QVector>
 
 #include "apps/doctor/finding.h"
 #include "apps/web_sites/origin_list.h"
@@ -10,20 +11,23 @@
 namespace app::doctor
 {
 
+struct BrowserState {
+    QString name;
+    QString hostFile;
+    QString host; ///< the program that the file names; empty: it is missing
+    bool canHostStart = false;
+};
+
 struct WebPagesState {
     QString listPath;
     bool isListThere = false; ///< otherwise nothing for web pages is installed
     OriginList list;
-    QString policyFile;
-    bool isPolicyThere = false;
-    QString hostFile;
-    QString host; ///< the program that the file names; empty: it is missing
-    bool canHostStart = false;
-    JsonObject lastAnswer; ///< of the host, to this user's browser; empty: none
+    QVector<BrowserState> browsers; ///< that have the extension
+    JsonObject lastAnswer;          ///< of the host, to this user's browser; empty: none
 };
 
-/** Of the list, which must belong to `owner`, and of the files below the browser's own folder. */
-WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &browserFolder);
+/** Of the list, which must belong to `owner`, and of the browsers' files below `root`. */
+WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &root = {});
 
 /** Nothing where nothing for web pages is installed. */
 Findings checkWebPages(const Environment &environment);

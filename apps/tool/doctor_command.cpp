@@ -4,7 +4,6 @@
 #include "apps/process/translation.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
-#include "apps/web_sites/browser_files.h"
 
 namespace app
 {
@@ -32,7 +31,7 @@ Environment probe(const Options &options)
     environment.versions = probeVersions();
     environment.locale = probeLocale();
     environment.configuration = readConfiguration(configurationPaths());
-    environment.webPages = probeWebPages(originListPath(), ROOT, QLatin1String(CHROMIUM_FOLDER));
+    environment.webPages = probeWebPages(originListPath(), ROOT);
     // Those that take child processes go first, while this process is as it was started.
     if (options.comparesService)
         environment.service = probeService();

@@ -234,18 +234,6 @@
         <translation>列表</translation>
     </message>
     <message>
-        <source>Extension</source>
-        <translation>扩展程序</translation>
-    </message>
-    <message>
-        <source>Policy</source>
-        <translation>策略</translation>
-    </message>
-    <message>
-        <source>Host</source>
-        <translation>配套程序</translation>
-    </message>
-    <message>
         <source>%1 sets the policy ExtensionSettings too, and the browser takes that of one file alone: put the entry of this program&apos;s policy there.
 </source>
         <translation>%1 也设置了策略 ExtensionSettings，而浏览器只采用其中一个文件的设置：请将本程序策略文件中的条目写入该文件。
@@ -262,10 +250,6 @@
     <message>
         <source>a site such as https://pms.example or https://pms.example:8443</source>
         <translation>网站，如 https://pms.example 或 https://pms.example:8443</translation>
-    </message>
-    <message>
-        <source>chromium</source>
-        <translation>chromium</translation>
     </message>
     <message>
         <source>Show the sites and what this program has written.</source>
@@ -316,18 +300,26 @@
         <translation>选项</translation>
     </message>
     <message>
-        <source>In this browser; chromium, if not given, is the only one so far.</source>
-        <translation>用于此浏览器；目前只有 chromium，不指定时即为 chromium。</translation>
+        <source>Start Firefox again. Only one that comes from Debian takes an extension from this machine that its maker has not signed.
+</source>
+        <translation>请重新启动 Firefox。只有 Debian 提供的 Firefox 才接受本机上未经签名的扩展程序。
+</translation>
     </message>
     <message>
         <source>Load the site&apos;s page again in a browser that is open. One that is closed takes some hours from its next start to speak to a further site; give the same command again while it is open.
-Other browsers of Chromium&apos;s family look below other folders, such as /etc/opt/chrome or /etc/opt/edge: copy the two files there that --show names as policy and host.
-Firefox takes no extension that its maker has not signed.
+Other browsers of Chromium&apos;s family look below other folders, such as /etc/opt/chrome or /etc/opt/edge: copy the two files there that --show names for chromium.
 </source>
         <translation>请在打开的浏览器中重新载入该网站的网页。关闭着的浏览器要在下次启动几小时后才能与新增的网站通信；可在它打开时再次运行同一命令。
-其他 Chromium 系列浏览器使用其他文件夹，如 /etc/opt/chrome 或 /etc/opt/edge：请将 --show 列出的策略文件和配套程序文件复制到那里。
-Firefox 只接受由其开发者签名的扩展程序。
+其他 Chromium 系列浏览器使用其他文件夹，如 /etc/opt/chrome 或 /etc/opt/edge：请将 --show 在 chromium 下列出的两个文件复制到那里。
 </translation>
+    </message>
+    <message>
+        <source>In this browser: chromium, if not given, or firefox.</source>
+        <translation>用于此浏览器：chromium（不指定时）或 firefox。</translation>
+    </message>
+    <message>
+        <source>chromium or firefox</source>
+        <translation>chromium 或 firefox</translation>
     </message>
 </context>
 <context>
@@ -1614,10 +1606,6 @@ Firefox 只接受由其开发者签名的扩展程序。
         <translation>网站</translation>
     </message>
     <message>
-        <source>Chromium lacks %1</source>
-        <translation>Chromium 缺少 %1</translation>
-    </message>
-    <message>
         <source>Let it be written again, as root:</source>
         <translation>请以 root 身份重新写入：</translation>
     </message>
@@ -1708,6 +1696,18 @@ Firefox 只接受由其开发者签名的扩展程序。
     <message>
         <source>no answer came in time</source>
         <translation>未及时得到应答</translation>
+    </message>
+    <message>
+        <source>%1 lacks %2</source>
+        <translation>%1 缺少 %2</translation>
+    </message>
+    <message>
+        <source>Sites may read cards, but no browser has the extension</source>
+        <translation>有网站可以读卡，但没有浏览器装有扩展程序</translation>
+    </message>
+    <message>
+        <source>Let it be installed, as root:</source>
+        <translation>请以 root 身份安装：</translation>
     </message>
 </context>
 <context>

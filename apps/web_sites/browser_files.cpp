@@ -3,24 +3,32 @@
 namespace app
 {
 
-QString policyFolder(const QString &browserFolder)
+namespace
 {
-    return browserFolder + QStringLiteral("/policies/managed");
+
+const QLatin1String HOST_FILE("/native-messaging-hosts/" IDCARD_BROWSER_HOST_NAME ".json");
+
+} // namespace
+
+QVector<Browser> browsers(const QString &root)
+{
+    return {{QStringLiteral("chromium"),
+             root + QStringLiteral("/etc/chromium/policies/managed/idcard-reader.json"),
+             root + QStringLiteral("/etc/chromium") + HOST_FILE},
+            // The folder of extensions for everybody, and in it that of Firefox.
+            {QStringLiteral("firefox"),
+             root + QStringLiteral("/usr/share/mozilla/extensions/"
+                                   "{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/" IDCARD_FIREFOX_ID),
+             root + QStringLiteral("/usr/lib/mozilla") + HOST_FILE}};
 }
 
-QString policyFile(const QString &browserFolder)
+std::optional<Browser> findBrowser(const QString &name, const QString &root)
 {
-    return policyFolder(browserFolder) + QStringLiteral("/idcard-reader.json");
-}
-
-QString hostFileName()
-{
-    return QStringLiteral(IDCARD_BROWSER_HOST_NAME ".json");
-}
-
-QString hostFile(const QString &browserFolder)
-{
-    return browserFolder + QStringLiteral("/native-messaging-hosts/") + hostFileName();
+    for (const Browser &browser : browsers(root)) {
+        if (browser.name == name)
+            return browser;
+    }
+    return std::nullopt;
 }
 
 } // namespace app

@@ -1,20 +1,25 @@
 #pragma once
 
-// The files by which a browser lets listed sites read cards, below the browser's own folder.
+// The browsers that let listed sites read cards, and the files by which each does.
+
+#include <optional>
 
 #include <QString>
+#include <QVector>
 
 namespace app
 {
 
-constexpr const char *CHROMIUM_FOLDER = "/etc/chromium";
+struct Browser {
+    QString name;
+    QString installation; ///< the policy or link by which it has the extension
+    QString hostFile;     ///< the file by which it finds the host: {"path": ...}
+};
 
-/** The folder of the policies, and the one that installs the extension. */
-QString policyFolder(const QString &browserFolder);
-QString policyFile(const QString &browserFolder);
+/** With their files below the folder `root`: none but in tests. */
+QVector<Browser> browsers(const QString &root = {});
 
-/** The file by which the browser finds the host: {"path": ...}. */
-QString hostFile(const QString &browserFolder);
-QString hostFileName();
+/** Nothing when there is none of this name. */
+std::optional<Browser> findBrowser(const QString &name, const QString &root = {});
 
 } // namespace app

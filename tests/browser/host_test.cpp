@@ -301,12 +301,21 @@ TEST_F(BrowserHostTest, ListThatCannotBeTrusted_IsRefused)
     EXPECT_FALSE(QFile::exists(path("pid")));
 }
 
+TEST_F(BrowserHostTest, ExtensionInFirefox_IsServed)
+{
+    setTool("echo '{\"kind\": \"none\"}'");
+    Host browser = host({"/usr/lib/mozilla/host.json", "browser@idcard-reader.invalid"});
+    EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
+}
+
 TEST_F(BrowserHostTest, OtherExtensions_AreRefusedAtOnce)
 {
     for (const QStringList &arguments :
          {QStringList{}, QStringList{"chrome-extension://aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/"},
           QStringList{EXTENSION, EXTENSION}, QStringList{EXTENSION.chopped(1)},
-          QStringList{"--help"}}) {
+          QStringList{"--help"}, QStringList{"browser@idcard-reader.invalid"},
+          QStringList{"host.json", "other@idcard-reader.invalid"},
+          QStringList{EXTENSION, "host.json", "browser@idcard-reader.invalid"}}) {
         Host browser = host(arguments);
         EXPECT_EQ(browser.errorName(), "BROWSER_EXTENSION_UNKNOWN");
         EXPECT_EQ(browser.process().result().exitStatus, 2);

@@ -33,14 +33,19 @@ protected:
     BrowserSetup()
     {
         for (const char *folder :
-             {"shipped/extension", "etc/chromium/policies/managed", "etc/list"})
+             {"shipped/chromium", "shipped/firefox", "etc/chromium/policies/managed", "etc/list"})
             EXPECT_TRUE(QDir(m_folder.path()).mkpath(folder));
         writeFile(
-            path("shipped/extension/manifest.json"),
+            path("shipped/chromium/manifest.json"),
             R"({"name": "cards", "version": "1.5.0", "externally_connectable": {"matches": []}})");
-        writeFile(path("shipped/extension/background.js"), "// background");
+        writeFile(path("shipped/chromium/background.js"), "// background");
+        writeFile(
+            path("shipped/firefox/manifest.json"),
+            R"({"version": "1.5.0", "content_scripts": [{"matches": [], "js": ["relay.js"]}]})");
+        writeFile(path("shipped/firefox/relay.js"), "// relay");
+        writeFile(path("shipped/firefox-host.json"), "{\"name\": \"firefox's host\"}");
         writeFile(path("shipped/extension.pem"), "key");
-        writeFile(path("shipped/") + HOST_FILE, "{\"name\": \"host\"}");
+        writeFile(path("shipped/chromium-host.json"), "{\"name\": \"host\"}");
         setBrowser("for word; do case $word in --pack-extension=*) folder=${word#*=};; esac; done\n"
                    "umask 077; cp \"$folder/manifest.json\" \"$folder.crx\"");
     }
@@ -54,7 +59,11 @@ protected:
     SetupPlaces places() const
     {
         return {path("etc/list/origins"), path("shipped"), path("var"),
-                path("etc/chromium"),     path("browser"), 0};
+                m_folder.path(),          path("browser"), 0};
+    }
+    QString allow(const QString &origin, const QString &browser = QStringLiteral("chromium")) const
+    {
+        return allowSite(origin, *findBrowser(browser, m_folder.path()), places());
     }
     QJsonObject json(const QString &name) const
     {
@@ -63,14 +72,14 @@ protected:
     std::vector<std::string> patterns() const
     {
         std::vector<std::string> all;
-        const QJsonArray array = json("var/extension/manifest.json")["externally_connectable"]
+        const QJsonArray array = json("var/chromium/manifest.json")["externally_connectable"]
                                      .toObject()["matches"]
                                      .toArray();
         for (const QJsonValue &pattern : array)
             all.push_back(pattern.toString().toStdString());
         return all;
     }
-    QString version() const { return json("var/extension.crx")["version"].toString(); }
+    QString version() const { return json("var/chromium.crx")["version"].toString(); }
 
 private:
     QTemporaryDir m_folder;
@@ -78,21 +87,21 @@ private:
 
 TEST_F(BrowserSetup, FirstSite_WritesAllFilesForEverybodyToRead)
 {
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(allow("https://pms.example"), "");
     EXPECT_EQ(readFile(path("etc/list/origins")), "https://pms.example\n");
     EXPECT_THAT(patterns(), ElementsAre("https://pms.example:443/*"));
     EXPECT_EQ(version(), "1.5.0.1");
-    EXPECT_EQ(readFile(path("var/extension/background.js")), "// background");
+    EXPECT_EQ(readFile(path("var/chromium/background.js")), "// background");
     EXPECT_EQ(json("etc/chromium/native-messaging-hosts/" + HOST_FILE)["name"], "host");
     const QJsonObject policy = json("etc/chromium/policies/managed/idcard-reader.json");
     const QJsonObject extension = policy["ExtensionSettings"].toObject()[ID].toObject();
     EXPECT_EQ(extension["installation_mode"], "force_installed");
     EXPECT_EQ(extension["update_url"], "file://" + path("var/update.xml"));
     EXPECT_THAT(readFile(path("var/update.xml")).toStdString(),
-                HasSubstr("codebase='file://" + path("var/extension.crx").toStdString() +
+                HasSubstr("codebase='file://" + path("var/chromium.crx").toStdString() +
                           "' version='1.5.0.1'"));
-    for (const QString &file : {QString("etc/list/origins"), QString("var/extension.crx"),
-                                QString("var/update.xml"), QString("var/extension/manifest.json"),
+    for (const QString &file : {QString("etc/list/origins"), QString("var/chromium.crx"),
+                                QString("var/update.xml"), QString("var/chromium/manifest.json"),
                                 QString("etc/chromium/policies/managed/idcard-reader.json"),
                                 "etc/chromium/native-messaging-hosts/" + HOST_FILE})
         EXPECT_EQ(modeOf(path(file)), 0644) << file.toStdString();
@@ -101,9 +110,9 @@ TEST_F(BrowserSetup, FirstSite_WritesAllFilesForEverybodyToRead)
 TEST_F(BrowserSetup, FurtherSites_AreAddedOnceAndTheExtensionBecomesNewer)
 {
     writeFile(path("etc/list/origins"), "# the counter\nhttps://pms.example:8443");
-    EXPECT_EQ(allowSite("http://intranet", places()), "");
-    EXPECT_EQ(allowSite("http://intranet:81", places()), "");
-    EXPECT_EQ(allowSite("http://intranet", places()), "");
+    EXPECT_EQ(allow("http://intranet"), "");
+    EXPECT_EQ(allow("http://intranet:81"), "");
+    EXPECT_EQ(allow("http://intranet"), "");
     EXPECT_EQ(readFile(path("etc/list/origins")),
               "# the counter\nhttps://pms.example:8443\nhttp://intranet\nhttp://intranet:81\n");
     EXPECT_THAT(patterns(), ElementsAre("https://pms.example:8443/*", "http://intranet:80/*",
@@ -113,17 +122,16 @@ TEST_F(BrowserSetup, FurtherSites_AreAddedOnceAndTheExtensionBecomesNewer)
 
 TEST_F(BrowserSetup, NewRelease_CountsFromOneAgain)
 {
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
-    writeFile(path("shipped/extension/manifest.json"), R"({"version": "1.6.0"})");
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(allow("https://pms.example"), "");
+    writeFile(path("shipped/chromium/manifest.json"), R"({"version": "1.6.0"})");
+    EXPECT_EQ(allow("https://pms.example"), "");
     EXPECT_EQ(version(), "1.6.0.1");
 }
 
 TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
 {
     writeFile(path("etc/list/origins"), "https://*.example\n");
-    EXPECT_THAT(allowSite("https://pms.example", places()).toStdString(),
-                HasSubstr("origins, line 1:"));
+    EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("origins, line 1:"));
     EXPECT_EQ(readFile(path("etc/list/origins")), "https://*.example\n");
     EXPECT_FALSE(QFile::exists(path("var")));
 }
@@ -131,11 +139,10 @@ TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
 TEST_F(BrowserSetup, BrowserThatIsMissingOrDoesNotPack_IsReportedAndAllowsNothing)
 {
     setBrowser("echo 'no key' >&2; exit 1");
-    EXPECT_EQ(allowSite("https://pms.example", places()),
+    EXPECT_EQ(allow("https://pms.example"),
               path("browser") + ", the browser, did not pack the extension: no key");
     ASSERT_TRUE(QFile::remove(path("browser")));
-    EXPECT_THAT(allowSite("https://pms.example", places()).toStdString(),
-                HasSubstr("cannot be started"));
+    EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("cannot be started"));
     EXPECT_FALSE(QFile::exists(path("etc/list/origins")));
     EXPECT_FALSE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
 }
@@ -144,7 +151,7 @@ TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
 {
     writeFile(path("etc/chromium/policies/managed/other.json"), "{}");
     writeFile(path("etc/list/origins"), "# the counter\n");
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
+    EXPECT_EQ(allow("https://pms.example"), "");
     EXPECT_EQ(removeSites(places()), "");
     EXPECT_EQ(readFile(path("etc/list/origins")), "# the counter\n");
     EXPECT_FALSE(QFile::exists(path("var")));
@@ -153,24 +160,67 @@ TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
     EXPECT_EQ(removeSites(places()), "");
 }
 
+const QString FIREFOX_LINK =
+    QStringLiteral("usr/share/mozilla/extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/"
+                   "browser@idcard-reader.invalid");
+const QString FIREFOX_HOST = QStringLiteral("usr/lib/mozilla/native-messaging-hosts/") + HOST_FILE;
+
+TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
+{
+    EXPECT_EQ(allow("https://pms.example:8443"), "");
+    EXPECT_EQ(allow("http://intranet", "firefox"), "");
+    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path("var/firefox"));
+    EXPECT_EQ(readFile(path("var/firefox/relay.js")), "// relay");
+    EXPECT_EQ(modeOf(path("var/firefox/relay.js")), 0644);
+    const QJsonObject manifest = json("var/firefox/manifest.json");
+    EXPECT_EQ(manifest["version"], "1.5.0.1");
+    EXPECT_EQ(QJsonDocument(manifest["content_scripts"].toArray()).toJson(QJsonDocument::Compact),
+              R"([{"js":["relay.js"],"matches":["https://pms.example/*","http://intranet/*"]}])");
+    EXPECT_FALSE(manifest.contains("externally_connectable"));
+    EXPECT_EQ(json(FIREFOX_HOST)["name"], "firefox's host");
+
+    EXPECT_EQ(allow("http://intranet", "firefox"), "");
+    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
+    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path("var/firefox"));
+}
+
+TEST_F(BrowserSetup, RemovalFromFirefox_TakesTheLinkAndTheHost)
+{
+    EXPECT_EQ(allow("https://pms.example", "firefox"), "");
+    ASSERT_TRUE(QDir(path("var")).removeRecursively()); // the link leads nowhere
+    EXPECT_EQ(removeSites(places()), "");
+    EXPECT_FALSE(QFileInfo(path(FIREFOX_LINK)).isSymLink());
+    EXPECT_FALSE(QFile::exists(path(FIREFOX_HOST)));
+}
+
+TEST_F(BrowserSetup, FirefoxThatCannotBeLinkedTo_IsReportedAndAllowsNothing)
+{
+    ASSERT_TRUE(QDir().mkpath(path(FIREFOX_LINK)));
+    EXPECT_THAT(allow("https://pms.example", "firefox").toStdString(),
+                HasSubstr("browser@idcard-reader.invalid cannot be"));
+    EXPECT_FALSE(QFile::exists(path("etc/list/origins")));
+}
+
 TEST_F(BrowserSetup, RivalPolicies_AreThoseThatSetTheSameOne)
 {
     writeFile(path("etc/chromium/policies/managed/a.json"), R"({"ExtensionSettings": {}})");
     writeFile(path("etc/chromium/policies/managed/b.json"), R"({"HomepageLocation": "x"})");
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
-    EXPECT_EQ(rivalPolicies(places()), QStringList{path("etc/chromium/policies/managed/a.json")});
+    EXPECT_EQ(allow("https://pms.example"), "");
+    EXPECT_EQ(rivalPolicies(*findBrowser("chromium", places().root)),
+              QStringList{path("etc/chromium/policies/managed/a.json")});
 }
 
 TEST_F(BrowserSetup, Show_SaysWhatIsThereAndWhatIsMissing)
 {
-    EXPECT_EQ(allowSite("https://pms.example", places()), "");
-    ASSERT_TRUE(QFile::remove(path("var/extension.crx")));
+    EXPECT_EQ(allow("https://pms.example"), "");
+    ASSERT_TRUE(QFile::remove(path("etc/chromium/native-messaging-hosts/") + HOST_FILE));
     const std::string shown = shownSetup(places(), ::getuid()).toStdString();
-    EXPECT_THAT(shown, HasSubstr("Sites      https://pms.example\n"));
-    EXPECT_THAT(shown, HasSubstr(path("var/extension.crx").toStdString() + " is missing\n"));
+    EXPECT_THAT(shown, HasSubstr("Sites     https://pms.example\n"));
     EXPECT_THAT(
-        shown, HasSubstr("Policy     " +
+        shown, HasSubstr("chromium  " +
                          path("etc/chromium/policies/managed/idcard-reader.json\n").toStdString()));
+    EXPECT_THAT(shown, HasSubstr(HOST_FILE.toStdString() + " is missing\n"));
+    EXPECT_THAT(shown, HasSubstr("firefox   " + path("usr/share/mozilla").toStdString()));
 }
 
 /** What a browser calls an extension: each half of a byte as a letter from a on. */
@@ -191,16 +241,16 @@ TEST_F(BrowserSetup, PackedByChromium_HasTheIdThatPagesAndHostKnow)
     SetupPlaces real = places();
     real.shipped = path("real");
     real.browserProgram = chromium;
-    ASSERT_TRUE(QDir().mkpath(path("real/extension")));
+    ASSERT_TRUE(QDir().mkpath(path("real/chromium")));
     for (const char *file : {"manifest.json", "background.js"})
-        ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_EXTENSION_FILES "/extension/") + file,
-                                path("real/extension/") + file));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_EXTENSION_FILES "/chromium/") + file,
+                                path("real/chromium/") + file));
     ASSERT_TRUE(
         QFile::copy(QStringLiteral(IDCARD_SOURCE_DIR "/apps/browser_extension/extension.pem"),
                     path("real/extension.pem")));
-    writeFile(path("real/") + HOST_FILE, "{}");
-    EXPECT_EQ(allowSite("https://pms.example", real), "");
-    const QByteArray packed = readFile(path("var/extension.crx"));
+    writeFile(path("real/chromium-host.json"), "{}");
+    EXPECT_EQ(allowSite("https://pms.example", *findBrowser("chromium", real.root), real), "");
+    const QByteArray packed = readFile(path("var/chromium.crx"));
     EXPECT_TRUE(packed.startsWith("Cr24"));
     EXPECT_TRUE(packed.contains(bytesOf(ID)));
     EXPECT_FALSE(packed.contains(bytesOf(QString(ID).replace('o', 'p'))));

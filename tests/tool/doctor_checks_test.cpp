@@ -642,31 +642,30 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
 
 INSTANTIATE_TEST_SUITE_P(
     WebPages, Checks,
-    testing::Values(Fault{"list with a mistake", "web-pages",
-                          [](Environment &m) {
-                              m.webPages.list = {{}, "LIST, line 2: it is wrong."};
-                          },
-                          Level::FAILURE, "LIST, line 2: it is wrong.", "Correct the list"},
-                    Fault{"missing policy", "web-pages",
-                          [](Environment &m) { m.webPages.isPolicyThere = false; }, Level::FAILURE,
-                          "Chromium lacks /etc/chromium/policy.json",
-                          "idcard-browser-setup --allow https://pms.example"},
-                    Fault{"missing file of the host", "web-pages",
-                          [](Environment &m) { m.webPages.host.clear(); }, Level::FAILURE,
-                          "Chromium lacks /etc/chromium/host.json",
-                          "idcard-browser-setup --allow https://pms.example"},
-                    Fault{
-                        "host that cannot start", "web-pages",
-                        [](Environment &m) { m.webPages.canHostStart = false; }, Level::FAILURE,
-                        "/etc/chromium/host.json names /usr/libexec/host, which cannot be started",
-                        "Install idcard-reader-browser again."}));
+    testing::Values(
+        Fault{"list with a mistake", "web-pages",
+              [](Environment &m) {
+                  m.webPages.list = {{}, "LIST, line 2: it is wrong."};
+              },
+              Level::FAILURE, "LIST, line 2: it is wrong.", "Correct the list"},
+        Fault{"no browser", "web-pages", [](Environment &m) { m.webPages.browsers.clear(); },
+              Level::FAILURE, "Sites may read cards, but no browser has the extension",
+              "idcard-browser-setup --allow https://pms.example --browser chromium"},
+        Fault{"missing file of the host", "web-pages",
+              [](Environment &m) { m.webPages.browsers[1].host.clear(); }, Level::FAILURE,
+              "firefox lacks /usr/lib/mozilla/host.json",
+              "idcard-browser-setup --allow https://pms.example --browser firefox"},
+        Fault{"host that cannot start", "web-pages",
+              [](Environment &m) { m.webPages.browsers[0].canHostStart = false; }, Level::FAILURE,
+              "/etc/chromium/host.json names /usr/libexec/host, which cannot be started",
+              "Install idcard-reader-browser again."}));
 
 TEST(WebPagesCheck, NamesTheSites)
 {
     Environment machine = fineMachine();
     EXPECT_EQ(findingOf("web-pages", machine).text, "https://pms.example, http://intranet");
     machine.webPages.list = {};
-    machine.webPages.isPolicyThere = false;
+    machine.webPages.browsers.clear();
     EXPECT_EQ(findingOf("web-pages", machine).text, "No site may read cards");
     EXPECT_EQ(findingOf("web-pages", machine).level, Level::FINE);
 }

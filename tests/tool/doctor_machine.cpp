@@ -55,11 +55,8 @@ Environment fineMachine()
     machine.webPages = {"/etc/idcard-reader/browser-origins",
                         true,
                         {{"https://pms.example", "http://intranet"}, {}},
-                        "/etc/chromium/policy.json",
-                        true,
-                        "/etc/chromium/host.json",
-                        "/usr/libexec/host",
-                        true,
+                        {{"chromium", "/etc/chromium/host.json", "/usr/libexec/host", true},
+                         {"firefox", "/usr/lib/mozilla/host.json", "/usr/libexec/host", true}},
                         {}};
 =======
     machine.service.isProbed = true;

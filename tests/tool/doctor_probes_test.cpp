@@ -20,6 +20,7 @@
 #include "apps/doctor/usb.h"
 #include "apps/doctor/web_pages.h"
 #include "apps/process/child_process.h"
+#include "apps/web_sites/browser_files.h"
 #include "apps/web_sites/last_answer.h"
 #include "tests/support/files.h"
 
@@ -501,19 +502,23 @@ TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
     WebPagesState state = probeWebPages(list, getuid(), folder.path());
     EXPECT_TRUE(state.isListThere);
     EXPECT_EQ(state.list.origins, QStringList{"https://pms.example"});
-    EXPECT_FALSE(state.isPolicyThere);
-    EXPECT_EQ(state.host, "");
-    EXPECT_FALSE(state.canHostStart);
+    EXPECT_THAT(state.browsers, IsEmpty());
 
-    QDir().mkpath(folder.filePath("policies/managed"));
-    QDir().mkpath(folder.filePath("native-messaging-hosts"));
-    writeFile(state.policyFile, "{}");
-    writeFile(state.hostFile, R"({"path": "/bin/sh"})");
+    for (const Browser &browser : browsers(folder.path())) {
+        for (const QString &file : {browser.installation, browser.hostFile})
+            QDir().mkpath(QFileInfo(file).path());
+        writeFile(browser.installation, "{}");
+    }
+    writeFile(browsers(folder.path()).last().hostFile, R"({"path": "/bin/sh"})");
     state = probeWebPages(list, getuid() + 1, folder.path());
     EXPECT_FALSE(state.list.mistake.isEmpty());
-    EXPECT_TRUE(state.isPolicyThere);
-    EXPECT_EQ(state.host, "/bin/sh");
-    EXPECT_TRUE(state.canHostStart);
+    ASSERT_EQ(state.browsers.size(), 2);
+    EXPECT_EQ(state.browsers[0].name, "chromium");
+    EXPECT_EQ(state.browsers[0].host, "");
+    EXPECT_FALSE(state.browsers[0].canHostStart);
+    EXPECT_EQ(state.browsers[1].name, "firefox");
+    EXPECT_EQ(state.browsers[1].host, "/bin/sh");
+    EXPECT_TRUE(state.browsers[1].canHostStart);
 }
 
 } // namespace

@@ -1,0 +1,201 @@
+"""Web pages in Firefox that read cards, and those that may not. What the host refuses in any browser is in
+browser_test.py.
+
+Arguments: the browser, the folder of the build's extension, its page script, the host that takes its
+settings from the environment, and the tool.
+"""
+
+import http.server
+import json
+import os
+import pathlib
+import sys
+import tempfile
+import threading
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+import firefox
+
+BROWSER, EXTENSION, PAGE_SCRIPT, HOST, TOOL = sys.argv[1:6]
+EXTENSION_ID = "browser@idcard-reader.invalid"
+HOST_NAME = "invalid.idcard_reader.browser_host"
+SOON_S = 20
+IDLE_MS = 1000  # after which the browser ends the extension's background, 30 s by itself
+
+READ = "readCard({options}).then(card => card.name, error => error.name)"
+# What a page that does not use the page's script says to the extension.
+RAW = """new Promise(resolve => {
+  const { port1: port, port2: itsPort } = new MessageChannel();
+  port.onmessage = ({ data }) => { if ('answer' in data) resolve(data.answer); };
+  port.postMessage(%s);
+  window.postMessage('%s', location.origin, [itsPort]);
+})"""
+
+
+class Pages(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        path, _, frame = self.path.partition("?")
+        if path == "/read-card.js":
+            self.give("text/javascript", pathlib.Path(PAGE_SCRIPT).read_text(encoding="utf-8"))
+        elif path == "/with-frame":
+            self.give("text/html", "<!doctype html><script>addEventListener('message', e => window.said = e.data)"
+                                   f"</script><iframe src='{frame}'></iframe>")
+        elif path == "/in-frame":
+            self.give("text/html", "<!doctype html><script src='/read-card.js'></script><script>" +
+                      READ.format(options="") + ".then(answer => parent.postMessage(answer, '*'))</script>")
+        else:
+            self.give("text/html", "<!doctype html><html lang='en'><script src='/read-card.js'></script></html>")
+
+    def give(self, kind, text):
+        self.send_response(200)
+        self.send_header("Content-Type", f"{kind}; charset=utf-8")
+        self.end_headers()
+        self.wfile.write(text.encode())
+
+    def log_message(self, *_):
+        pass
+
+
+def serve_pages():
+    server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Pages)
+    threading.Thread(target=server.serve_forever, daemon=True).start()
+    return server, f"http://127.0.0.1:{server.server_port}"
+
+
+def is_running(process):
+    try:
+        return pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
+    except FileNotFoundError:
+        return False
+
+
+def wait_until(holds):
+    end = time.monotonic() + SOON_S
+    while not holds() and time.monotonic() < end:
+        time.sleep(0.05)
+    return holds()
+
+
+class Reading(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.path = pathlib.Path(cls.folder.name)
+        cls.server, cls.listed = serve_pages()
+        cls.other_server, cls.unlisted = serve_pages()
+        cls.make_extension()
+        cls.make_host()
+        cls.log = open(cls.path / "log", "wb")
+        cls.browser = firefox.Firefox(BROWSER, cls.path / "profile", cls.log,
+                                      os.environ | {"HOME": cls.folder.name},
+                                      {"extensions.background.idle.timeout": IDLE_MS})
+        assert cls.browser.load_extension(cls.path / "extension") == EXTENSION_ID
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.quit()
+        cls.log.close()
+        for server in [cls.server, cls.other_server]:
+            server.shutdown()
+            server.server_close()
+        cls.folder.cleanup()
+
+    @classmethod
+    def make_extension(cls):
+        """As idcard-browser-setup makes it."""
+        (cls.path / "extension").mkdir()
+        for file in pathlib.Path(EXTENSION).iterdir():
+            (cls.path / "extension" / file.name).write_bytes(file.read_bytes())
+        manifest = json.loads((cls.path / "extension/manifest.json").read_text())
+        manifest["content_scripts"][0]["matches"] = ["http://127.0.0.1/*"]
+        (cls.path / "extension/manifest.json").write_text(json.dumps(manifest))
+
+    @classmethod
+    def make_host(cls):
+        (cls.path / "origins").write_text(cls.listed + "\n")
+        (cls.path / "origins").chmod(0o644)
+        cls.script("host", f"TEST_ORIGIN_LIST={cls.path}/origins TEST_LIST_OWNER={os.getuid()} "
+                           f"TEST_TOOL={cls.path}/tool TEST_GRACE_MS=60000 exec {HOST} \"$@\"")
+        hosts = cls.path / ".mozilla/native-messaging-hosts"
+        hosts.mkdir(parents=True)
+        (hosts / f"{HOST_NAME}.json").write_text(json.dumps({
+            "name": HOST_NAME, "description": "under test", "path": str(cls.path / "host"),
+            "type": "stdio", "allowed_extensions": [EXTENSION_ID]}))
+
+    @classmethod
+    def script(cls, name, text):
+        new = cls.path / f"{name}.new"
+        new.write_text(f"#!/bin/sh\n{text}\n")
+        new.chmod(0o755)
+        new.rename(cls.path / name)
+
+    def setUp(self):
+        self.script("tool", f"exec {TOOL} \"$@\" --simulate resident")
+
+    def open(self, url):
+        self.browser.open(url)
+        self.addCleanup(self.browser.close_tab)
+
+    def read(self, url, options=""):
+        self.open(url)
+        return self.browser.evaluate(READ.format(options=options))
+
+    def test_listed_page_gets_the_card(self):
+        self.assertEqual(self.read(self.listed + "/"), "林晓雨")
+
+    def test_photo_arrives(self):
+        self.open(self.listed + "/")
+        data = self.browser.evaluate("readCard({include: ['photo']}).then(card => card.photo.data)")
+        self.assertTrue(data.startswith("Qk"))
+
+    def test_reading_outlives_the_patience_of_the_browser(self):
+        self.script("tool", f"sleep {4 * IDLE_MS // 1000}; exec {TOOL} \"$@\" --simulate resident")
+        self.assertEqual(self.read(self.listed + "/"), "林晓雨")
+
+    def test_page_of_another_port_is_refused_by_the_host(self):
+        self.assertEqual(self.read(self.unlisted + "/"), "BROWSER_ORIGIN_NOT_LISTED")
+
+    def test_site_that_the_extension_was_not_made_for_finds_none(self):
+        self.assertEqual(self.read(self.listed.replace("127.0.0.1", "localhost") + "/"),
+                         "BROWSER_EXTENSION_MISSING")
+
+    def test_frames_get_nothing(self):
+        for page, frame in [(self.listed, self.unlisted), (self.unlisted, self.listed),
+                            (self.listed, self.listed)]:
+            with self.subTest(page=page, frame=frame):
+                self.open(f"{page}/with-frame?{frame}/in-frame")
+                self.assertTrue(wait_until(lambda: self.browser.evaluate("window.said")))
+                self.assertEqual(self.browser.evaluate("window.said"), "BROWSER_EXTENSION_MISSING")
+
+    def test_page_cannot_claim_another_origin(self):
+        self.open(self.unlisted + "/")
+        request = {"include": [], "timeout": 10, "language": "en"}
+        claim = RAW % (json.dumps(request | {"origin": self.listed}), EXTENSION_ID)
+        self.assertEqual(self.browser.evaluate(claim)["error"]["name"], "BROWSER_REQUEST_WRONG")
+        plain = RAW % (json.dumps(request), EXTENSION_ID)
+        self.assertEqual(self.browser.evaluate(plain)["error"]["name"], "BROWSER_ORIGIN_NOT_LISTED")
+
+    def test_second_request_is_refused_while_a_card_is_read(self):
+        self.script("tool", f"sleep 2; exec {TOOL} \"$@\" --simulate resident")
+        self.open(self.listed + "/")
+        answers = self.browser.evaluate(
+            "Promise.all([1, 2].map(() => " + READ.format(options="") + "))")
+        self.assertEqual(sorted(answers), ["BROWSER_BUSY", "林晓雨"])
+
+    def test_tab_that_is_closed_ends_the_tool(self):
+        self.script("tool", f"echo $$ > {self.path}/pid.new; mv {self.path}/pid.new {self.path}/pid; "
+                            "exec sleep 600")
+        self.browser.open(self.listed + "/")
+        self.browser.evaluate("void readCard()")
+        self.assertTrue(wait_until((self.path / "pid").exists))
+        process = int((self.path / "pid").read_text())
+        self.assertTrue(is_running(process))
+        self.browser.close_tab()
+        self.assertTrue(wait_until(lambda: not is_running(process)))
+
+
+if __name__ == "__main__":
+    del sys.argv[1:6]
+    unittest.main()
