@@ -116,14 +116,16 @@ QJsonArray patternsOf(const QStringList &origins, QString (*patternOf)(const QSt
 void letSpeak(const QStringList &origins, QJsonObject *manifest)
 {
     const QString inPages = QStringLiteral("content_scripts");
-    QJsonObject relay = manifest->value(inPages).toArray().first().toObject();
-    if (relay.isEmpty()) {
+    QJsonArray scripts = manifest->value(inPages).toArray();
+    if (scripts.isEmpty()) {
         manifest->insert(QStringLiteral("externally_connectable"),
                          JsonObject{{"matches", patternsOf(origins, patternOf)}});
         return;
     }
+    QJsonObject relay = scripts.first().toObject();
     relay.insert(QStringLiteral("matches"), patternsOf(origins, patternOfAllPorts));
-    manifest->insert(inPages, QJsonArray{relay});
+    scripts.replace(0, relay);
+    manifest->insert(inPages, scripts);
 }
 
 QJsonObject manifestIn(const QString &folder)
