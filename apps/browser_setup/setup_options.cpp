@@ -2,11 +2,9 @@
 
 #include <vector>
 
-#include "apps/process/exit_status.h"
-#include "apps/process/text_layout.h"
+#include "apps/process/program_help.h"
 #include "apps/process/translation.h"
 #include "apps/web_sites/origin_list.h"
-#include "common/texts.h"
 
 namespace app
 {
@@ -38,28 +36,16 @@ std::vector<Option> declaredOptions()
     };
 }
 
-QString exitStatusSection()
+ProgramHelp programHelp()
 {
-    const auto row = [](ExitStatus status, const char *meaning) {
-        return QStringList{QString::number(static_cast<int>(status)), tr(meaning)};
-    };
-    return helpSection(
-        tr("Exit status"),
-        {row(ExitStatus::DONE, QT_TR_NOOP("Done as asked.")),
-         row(ExitStatus::PROGRAM_FAILED,
-             QT_TR_NOOP("This user is not root, the list has a mistake, or a file "
-                        "could not be written or removed.")),
-         row(ExitStatus::WRONG_USAGE, QT_TR_NOOP("Wrong usage: an unknown option or value."))});
-}
-
-QString helpText(const OptionParser &parser)
-{
-    return tr("Usage: %1\n\n").arg(parser.usage()) +
-           wrapped(tr("Lets web pages read cards in the browsers of this machine: writes the list "
-                      "of the sites that may, makes the browser's extension for these sites, and "
-                      "has the browser install it. It is run by root."),
-                   HELP_WIDTH, 0) +
-           QLatin1Char('\n') + helpSection(tr("Options"), parser.helpRows()) + exitStatusSection();
+    return {tr("Lets web pages read cards in the browsers of this machine: writes the list of the "
+               "sites that may, makes the browser's extension for these sites, and has the browser "
+               "install it. It is run by root."),
+            {{ExitStatus::DONE, tr("Done as asked.")},
+             {ExitStatus::PROGRAM_FAILED,
+              tr("This user is not root, the list has a mistake, or a file could not be written or "
+                 "removed.")},
+             {ExitStatus::WRONG_USAGE, tr("Wrong usage: an unknown option or value.")}}};
 }
 
 } // namespace
@@ -71,11 +57,9 @@ CommandLine<SetupOptions> parseSetupArguments(const QStringList &arguments)
     const QString problem = parser.parse(arguments);
     if (!problem.isEmpty())
         return {{}, {}, problem};
-    if (parser.isSet("help"))
-        return {{}, helpText(parser), {}};
-    if (parser.isSet("version"))
-        return {
-            {}, filledIn(QStringLiteral("%1 %2\n"), program, QStringLiteral(IDCARD_VERSION)), {}};
+    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
+    if (!text.isEmpty())
+        return {{}, text, {}};
     const QString browser = parser.value("browser");
     return {SetupOptions{parser.value("allow"), findBrowser(browser).value_or(browsers().first()),
                          parser.isSet("show"), parser.isSet("remove")},

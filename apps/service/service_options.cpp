@@ -2,10 +2,8 @@
 
 #include <vector>
 
-#include "apps/process/exit_status.h"
-#include "apps/process/text_layout.h"
+#include "apps/process/program_help.h"
 #include "apps/process/translation.h"
-#include "common/texts.h"
 
 namespace app
 {
@@ -34,27 +32,14 @@ std::vector<Option> declaredOptions()
     };
 }
 
-QString exitStatusSection()
+ProgramHelp programHelp()
 {
-    const auto row = [](ExitStatus status, const char *meaning) {
-        return QStringList{QString::number(static_cast<int>(status)), tr(meaning)};
-    };
-    return helpSection(
-        tr("Exit status"),
-        {row(ExitStatus::DONE, QT_TR_NOOP("No program needed it any more, or it was "
-                                          "ended by a signal.")),
-         row(ExitStatus::PROGRAM_FAILED,
-             QT_TR_NOOP("There is no bus, or the name is taken on it.")),
-         row(ExitStatus::WRONG_USAGE, QT_TR_NOOP("Wrong usage: an unknown option or value."))});
-}
-
-QString helpText(const OptionParser &parser)
-{
-    return tr("Usage: %1\n\n").arg(parser.usage()) +
-           wrapped(tr("Reads cards for other programs, which call it over D-Bus. The bus starts it "
-                      "when it is needed; it ends after a minute without a call."),
-                   HELP_WIDTH, 0) +
-           QLatin1Char('\n') + helpSection(tr("Options"), parser.helpRows()) + exitStatusSection();
+    return {
+        tr("Reads cards for other programs, which call it over D-Bus. The bus starts it when it "
+           "is needed; it ends after a minute without a call."),
+        {{ExitStatus::DONE, tr("No program needed it any more, or it was ended by a signal.")},
+         {ExitStatus::PROGRAM_FAILED, tr("There is no bus, or the name is taken on it.")},
+         {ExitStatus::WRONG_USAGE, tr("Wrong usage: an unknown option or value.")}}};
 }
 
 } // namespace
@@ -66,11 +51,9 @@ CommandLine<ServiceOptions> parseServiceArguments(const QStringList &arguments)
     const QString problem = parser.parse(arguments);
     if (!problem.isEmpty())
         return {{}, {}, problem};
-    if (parser.isSet("help"))
-        return {{}, helpText(parser), {}};
-    if (parser.isSet("version"))
-        return {
-            {}, filledIn(QStringLiteral("%1 %2\n"), program, QStringLiteral(IDCARD_VERSION)), {}};
+    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
+    if (!text.isEmpty())
+        return {{}, text, {}};
     return {
         ServiceOptions{parser.isSet("session"), parser.value("simulate"), parser.value("fault")},
         {},

@@ -268,10 +268,6 @@
         <translation>显示版本。</translation>
     </message>
     <message>
-        <source>Exit status</source>
-        <translation>退出状态</translation>
-    </message>
-    <message>
         <source>Done as asked.</source>
         <translation>已按要求完成。</translation>
     </message>
@@ -284,20 +280,8 @@
         <translation>用法错误：未知的选项或值。</translation>
     </message>
     <message>
-        <source>Usage: %1
-
-</source>
-        <translation>用法：%1
-
-</translation>
-    </message>
-    <message>
         <source>Lets web pages read cards in the browsers of this machine: writes the list of the sites that may, makes the browser&apos;s extension for these sites, and has the browser install it. It is run by root.</source>
         <translation>允许本机浏览器中的网页读卡：写入允许读卡的网站列表，为这些网站制作浏览器扩展程序，并让浏览器安装它。须以 root 身份运行。</translation>
-    </message>
-    <message>
-        <source>Options</source>
-        <translation>选项</translation>
     </message>
     <message>
         <source>Start Firefox again. Only one that comes from Debian takes an extension from this machine that its maker has not signed.
@@ -673,6 +657,22 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>--road, --usb and --simulate name several roads; leave all but one out.</source>
         <translation>--road、--usb 和 --simulate 指定了多种途径，请只保留一个。</translation>
+    </message>
+    <message>
+        <source>Exit status</source>
+        <translation>退出状态</translation>
+    </message>
+    <message>
+        <source>Usage: %1
+
+</source>
+        <translation>用法：%1
+
+</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
     </message>
 </context>
 <context>
@@ -2786,10 +2786,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>显示版本。</translation>
     </message>
     <message>
-        <source>Exit status</source>
-        <translation>退出状态</translation>
-    </message>
-    <message>
         <source>No program needed it any more, or it was ended by a signal.</source>
         <translation>不再有程序需要它，或被信号结束。</translation>
     </message>
@@ -2802,20 +2798,8 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>用法错误：未知的选项或值。</translation>
     </message>
     <message>
-        <source>Usage: %1
-
-</source>
-        <translation>用法：%1
-
-</translation>
-    </message>
-    <message>
         <source>Reads cards for other programs, which call it over D-Bus. The bus starts it when it is needed; it ends after a minute without a call.</source>
         <translation>为其他程序读卡，它们通过 D-Bus 调用它。需要时由总线启动；一分钟内没有调用就结束。</translation>
-    </message>
-    <message>
-        <source>Options</source>
-        <translation>选项</translation>
     </message>
     <message>
         <source>A program has been using it through the service since %1.</source>
@@ -3803,10 +3787,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>%1 的值应为%2，而不是“%3”。</translation>
     </message>
     <message>
-        <source>Exit status</source>
-        <translation>退出状态</translation>
-    </message>
-    <message>
         <source>Ended as asked.</source>
         <translation>已按要求结束。</translation>
     </message>
@@ -3819,20 +3799,8 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>用法错误：未知的选项或值，或者不被接受的证件描述或故障。</translation>
     </message>
     <message>
-        <source>Usage: %1
-
-</source>
-        <translation>用法：%1
-
-</translation>
-    </message>
-    <message>
         <source>Exports a simulated card reader over USB/IP, so that it can be attached to this machine as a USB device: as root, &quot;modprobe vhci-hcd&quot;, then &quot;usbip attach -r 127.0.0.1 -b 1-1&quot;. The reader&apos;s cards are described ones; no person is involved.</source>
         <translation>通过 USB/IP 提供一个模拟读卡器，可作为 USB 设备接入本机：以 root 身份运行“modprobe vhci-hcd”，再运行“usbip attach -r 127.0.0.1 -b 1-1”。读卡器上的证件都是描述出来的，不涉及任何真实的人。</translation>
-    </message>
-    <message>
-        <source>Options</source>
-        <translation>选项</translation>
     </message>
     <message>
         <source>Commands on standard input, one a line, each answered by one line</source>

@@ -2,11 +2,10 @@
 
 #include <vector>
 
-#include "apps/process/exit_status.h"
+#include "apps/process/program_help.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
 #include "apps/virtual_reader/reader_console.h"
-#include "common/texts.h"
 #include "simulator/card/faults.h"
 
 namespace app
@@ -68,35 +67,21 @@ Phrases phrases()
     return phrases;
 }
 
-QString exitStatusSection()
+ProgramHelp programHelp()
 {
-    const auto row = [](ExitStatus status, const char *meaning) {
-        return QStringList{QString::number(static_cast<int>(status)), tr(meaning)};
-    };
-    return helpSection(
-        tr("Exit status"),
-        {row(ExitStatus::DONE, QT_TR_NOOP("Ended as asked.")),
-         row(ExitStatus::PROGRAM_FAILED,
-             QT_TR_NOOP("The address and port could not be listened on, or standard output could "
-                        "not be written.")),
-         row(ExitStatus::WRONG_USAGE, QT_TR_NOOP("Wrong usage: an unknown option or value, or a "
-                                                 "card description or fault that is refused."))});
-}
-
-QString helpText(const OptionParser &parser)
-{
-    return tr("Usage: %1\n\n").arg(parser.usage()) +
-           wrapped(tr("Exports a simulated card reader over USB/IP, so that it can be attached to "
-                      "this machine as a USB device: as root, \"modprobe vhci-hcd\", then \"usbip "
-                      "attach -r 127.0.0.1 -b 1-1\". The reader's cards are described ones; no "
-                      "person is involved."),
-                   HELP_WIDTH, 0) +
-           QLatin1Char('\n') + helpSection(tr("Options"), parser.helpRows()) +
-           helpSection(tr("Commands on standard input, one a line, each answered by one line"),
-                       consoleCommandRows()) +
-           helpSection(tr("Faults (E: lookup, select or read)"),
-                       simulator::faultHelpRows(simulator::Road::USB)) +
-           exitStatusSection();
+    return {tr("Exports a simulated card reader over USB/IP, so that it can be attached to this "
+               "machine as a USB device: as root, \"modprobe vhci-hcd\", then \"usbip attach -r "
+               "127.0.0.1 -b 1-1\". The reader's cards are described ones; no person is involved."),
+            {{ExitStatus::DONE, tr("Ended as asked.")},
+             {ExitStatus::PROGRAM_FAILED,
+              tr("The address and port could not be listened on, or standard output could not be "
+                 "written.")},
+             {ExitStatus::WRONG_USAGE, tr("Wrong usage: an unknown option or value, or a card "
+                                          "description or fault that is refused.")}},
+            helpSection(tr("Commands on standard input, one a line, each answered by one line"),
+                        consoleCommandRows()) +
+                helpSection(tr("Faults (E: lookup, select or read)"),
+                            simulator::faultHelpRows(simulator::Road::USB))};
 }
 
 VirtualReaderOptions optionsIn(const OptionParser &line)
@@ -121,11 +106,9 @@ CommandLine<VirtualReaderOptions> parseVirtualReaderArguments(const QStringList 
     const QString problem = parser.parse(arguments);
     if (!problem.isEmpty())
         return {{}, {}, problem};
-    if (parser.isSet("help"))
-        return {{}, helpText(parser), {}};
-    if (parser.isSet("version"))
-        return {
-            {}, filledIn(QStringLiteral("%1 %2\n"), program, QStringLiteral(IDCARD_VERSION)), {}};
+    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
+    if (!text.isEmpty())
+        return {{}, text, {}};
     return {optionsIn(parser), {}, {}};
 }
 
