@@ -4,8 +4,11 @@
 #include <QDrag>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStandardPaths>
+#include <QUrl>
 
 #include "apps/viewer/card_clipboard.h"
+#include "apps/viewer/private_file.h"
 
 namespace viewer
 {
@@ -115,6 +118,17 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
                      Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
+QString PictureView::draggedFile()
+{
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    m_draggedFolder =
+        std::make_unique<QTemporaryDir>(runtime + QLatin1String("/idcard-viewer-XXXXXX"));
+    const QString path = m_draggedFolder->filePath(
+        objectName() + (m_file.startsWith("BM") ? QLatin1String(".bmp") : QLatin1String(".jpg")));
+    QString problem;
+    return writePrivateFile(path, m_file, &problem) ? path : QString();
+}
+
 void PictureView::mousePressEvent(QMouseEvent *event)
 {
     m_pressed = event->pos();
@@ -127,8 +141,12 @@ void PictureView::mouseMoveEvent(QMouseEvent *event)
     const QByteArray file = visibleFile();
     if (!(event->buttons() & Qt::LeftButton) || !isFar || file.isNull())
         return;
+    QMimeData *const content = pictureData(file);
+    const QString path = draggedFile();
+    if (!path.isEmpty())
+        content->setUrls({QUrl::fromLocalFile(path)});
     auto *const drag = new QDrag(this);
-    drag->setMimeData(pictureData(file));
+    drag->setMimeData(content);
     drag->setPixmap(QPixmap::fromImage(m_picture.scaled(
         DRAGGED_SIZE, DRAGGED_SIZE, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
     drag->exec(Qt::CopyAction);

@@ -3,9 +3,12 @@
 // A picture of a card, as large as its place allows or in true size, which can be dragged into
 // another program.
 
+#include <memory>
+
 #include <QByteArray>
 #include <QImage>
 #include <QPoint>
+#include <QTemporaryDir>
 #include <QWidget>
 
 namespace viewer
@@ -41,6 +44,8 @@ protected:
 
 private:
     void describe();
+    /** The file that is dragged, in a folder of this user's running session. */
+    QString draggedFile();
 
     QSizeF m_shape;
     QByteArray m_file;
@@ -48,6 +53,8 @@ private:
     QString m_reason;
     QSize m_fixedSize;
     QPoint m_pressed;
+    /** Another program may read the file long after it was dropped: it stays until the next one. */
+    std::unique_ptr<QTemporaryDir> m_draggedFolder;
     bool m_isCovered = false;
     bool m_isFaded = false;
 };
