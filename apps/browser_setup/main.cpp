@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "apps/browser_setup/browser_setup.h"
@@ -90,6 +91,7 @@ ExitStatus serve(const QStringList &arguments, Output *output)
 
 int main(int argc, char **argv)
 {
+    ::umask(S_IWGRP | S_IWOTH); // browsers run as their users, who look into the folders made here
     setProgramName(BROWSER_SETUP_NAME);
     Output output;
     installMessageHandler();
