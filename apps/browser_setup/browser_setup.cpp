@@ -101,7 +101,8 @@ QString patternOf(const QString &origin)
 /** Firefox has none with a port: there the host alone tells ports apart. */
 QString patternOfAllPorts(const QString &origin)
 {
-    return origin.section(QLatin1Char(':'), 0, 1) + QStringLiteral("/*");
+    const bool hasPort = QUrl(origin).port() >= 0;
+    return (hasPort ? origin.section(QLatin1Char(':'), 0, -2) : origin) + QStringLiteral("/*");
 }
 
 QJsonArray patternsOf(const QStringList &origins, QString (*patternOf)(const QString &))

@@ -20,6 +20,7 @@ using namespace app;
 namespace
 {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -182,6 +183,16 @@ TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
     EXPECT_EQ(allow("http://intranet", "firefox"), "");
     EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
     EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path("var/firefox"));
+}
+
+TEST_F(BrowserSetup, SitesWithAnAddressOfIPv6_KeepItsColons)
+{
+    EXPECT_EQ(allow("http://[fd00::1]"), "");
+    EXPECT_EQ(allow("https://[fd00::2]:8443"), "");
+    EXPECT_THAT(patterns(), ElementsAre("http://[fd00::1]:80/*", "https://[fd00::2]:8443/*"));
+    EXPECT_EQ(allow("http://[fd00::1]", "firefox"), "");
+    EXPECT_THAT(readFile(path("var/firefox/manifest.json")).toStdString(),
+                AllOf(HasSubstr("\"http://[fd00::1]/*\""), HasSubstr("\"https://[fd00::2]/*\"")));
 }
 
 TEST_F(BrowserSetup, RemovalFromFirefox_TakesTheLinkAndTheHost)
