@@ -648,7 +648,7 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     </message>
     <message>
         <source>Begin with this way to the reader: configured, as the configuration files say; library, through its maker&apos;s library; usb, without it; service, through the D-Bus service of this machine.</source>
-        <translation>启动时采用这种读卡途径：configured，按配置文件；library，通过厂商的库；usb，不通过厂商的库；service，通过本机的 D-Bus 服务。</translation>
+        <translation>启动时采用这种读卡方式：configured，按配置文件；library，通过厂商的库；usb，不通过厂商的库；service，通过本机的 D-Bus 服务。</translation>
     </message>
     <message>
         <source>--road takes configured, library, usb or service, and not &quot;%1&quot;.</source>
@@ -656,7 +656,7 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     </message>
     <message>
         <source>--road, --usb and --simulate name several roads; leave all but one out.</source>
-        <translation>--road、--usb 和 --simulate 指定了多种途径，请只保留一个。</translation>
+        <translation>--road、--usb 和 --simulate 指定了多种读卡方式，请只保留一个。</translation>
     </message>
     <message>
         <source>Exit status</source>
