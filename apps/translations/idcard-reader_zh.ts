@@ -4273,11 +4273,11 @@ Ctrl+F: search the history	Ctrl+D: diagnose</source>
 
 单击某一项即可复制其内容。照片和正反面图像可以拖到其他程序中。
 
-空格键或 F5：读卡	Esc：停止读卡
-Ctrl+1：复制姓名	Ctrl+2：复制号码
-Ctrl+S：保存	Ctrl+P：打印
-F9：实际大小	F8：大号文字
-Ctrl+F：搜索读卡记录	Ctrl+D：诊断</translation>
+空格键或 F5：读卡；Esc：停止读卡
+Ctrl+1：复制姓名；Ctrl+2：复制号码
+Ctrl+S：保存；Ctrl+P：打印
+F9：实际大小；F8：大号文字
+Ctrl+F：搜索读卡记录；Ctrl+D：诊断</translation>
     </message>
     <message>
         <source>About</source>
