@@ -124,5 +124,6 @@ TEST_F(ServiceClients, ClientsThatLeaveAtOnce_KeepNothingFromTheNext)
         BusClient hasty(m_bus.address());
         hasty.beginRead();
     }
-    EXPECT_TRUE(waitFor([&] { return errorOf(m_client.read({}, 1000)) == "TimedOut"; }));
+    // Sooner than a reading of theirs would end by itself.
+    EXPECT_TRUE(waitFor([&] { return errorOf(m_client.read({}, 1000)) == "TimedOut"; }, 15000));
 }
