@@ -43,8 +43,9 @@ const isShownPage = ({ tab, frameId, documentLifecycle = 'active' }) =>
 function showReading(origin) {
   const language = languageOf(chrome.i18n.getUILanguage());
   const time = new Date().toLocaleTimeString();
-  chrome.action.setTitle({ title: SIGN[language](origin, time) });
-  chrome.action.setBadgeText({ text: '✓' });
+  const button = chrome.action ?? chrome.browserAction; // Firefox's name for it
+  button.setTitle({ title: SIGN[language](origin, time) });
+  button.setBadgeText({ text: '✓' });
 }
 
 function read(page, request) {

@@ -7,6 +7,8 @@ import subprocess
 import time
 
 LIMIT_S = 60
+# What it takes for tests by itself lets it forget the extensions of the machine at its second start.
+PREFERENCES = {"remote.prefs.recommended": False}
 
 
 class Refused(Exception):
@@ -23,10 +25,10 @@ class Firefox:
     def __init__(self, program, profile, log, environment, preferences):
         port = free_port()
         profile = pathlib.Path(profile)
-        profile.mkdir()
+        profile.mkdir(exist_ok=True)
         (profile / "user.js").write_text("".join(
             f"user_pref({json.dumps(name)}, {json.dumps(value)});\n"
-            for name, value in ({"marionette.port": port} | preferences).items()))
+            for name, value in (PREFERENCES | {"marionette.port": port} | preferences).items()))
         self._process = subprocess.Popen(
             [program, "--headless", "--marionette", "--no-remote", "--profile", str(profile)],
             stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=environment)

@@ -22,7 +22,7 @@ BROWSER, EXTENSION, PAGE_SCRIPT, HOST, TOOL = sys.argv[1:6]
 EXTENSION_ID = "browser@idcard-reader.invalid"
 HOST_NAME = "invalid.idcard_reader.browser_host"
 SOON_S = 20
-IDLE_MS = 1000  # after which the browser ends the extension's background, 30 s by itself
+IDLE_MS = 1000  # after which the browser may end an extension's background, 30 s by itself
 
 READ = "readCard({options}).then(card => card.name, error => error.name)"
 # What a page that does not use the page's script says to the extension.
