@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QImage>
+
 #include "apps/viewer/card_table.h"
 #include "apps/viewer/true_size.h"
 #include "tests/tool/card_samples.h"
@@ -141,6 +143,15 @@ TEST(ScreenScale, ResolutionThatCannotBe_GivesWayToThatOfFontsAndIsReported)
         EXPECT_FALSE(scale.isTrue) << x << " x " << y;
         EXPECT_DOUBLE_EQ(scale.xPerMm, 96 / 25.4) << x << " x " << y;
     }
+}
+
+// A desktop has it where the program is installed, and nowhere else.
+TEST(ProgramIcon, WithoutAnInstallation_IsInTheProgram)
+{
+    const QImage icon(QStringLiteral(":/viewer/idcard-viewer.png"));
+    EXPECT_EQ(icon.size(), QSize(128, 128));
+    EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0) << "its corners are round";
+    EXPECT_EQ(icon.pixelColor(64, 64).alpha(), 255);
 }
 
 } // namespace
