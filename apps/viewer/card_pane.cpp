@@ -134,6 +134,7 @@ void CardPane::setCard(const app::CardPointer &card, const QString &caption)
     m_card = card;
     m_caption = caption;
     m_isFaded = false;
+    m_fields.setCard(card);
     showCard();
 }
 
@@ -159,7 +160,6 @@ void CardPane::setTrueSize(bool trueSize)
 void CardPane::showCard()
 {
     const bool isUsable = m_card && !m_isFaded;
-    m_fields.setCard(m_card);
     m_fields.setCovered(m_isCovered);
     m_captionLabel->setText(m_caption);
     const auto shown = [this](const QString &text) {

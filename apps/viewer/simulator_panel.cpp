@@ -38,6 +38,7 @@ QLabel *labelOf(QComboBox *box, const QString &text)
 SimulatorPanel::SimulatorPanel(QWidget *parent)
     : QGroupBox(tr("Simulator"), parent), m_card(new QComboBox), m_faults(new QComboBox)
 {
+    setObjectName(QStringLiteral("simulator"));
     m_card->setObjectName(QStringLiteral("card"));
     m_card->setAccessibleName(tr("Card for the simulator"));
     for (const QString &name : simulator::builtInCardNames())

@@ -4,9 +4,16 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
 #include <QLabel>
-#include <QStyle>
+#include <QLineEdit>
+#include <QSettings>
 #include <QTranslator>
+
+#include <unistd.h>
 
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
@@ -24,7 +31,10 @@ public:
     {
         app::installMessageHandler(); // as the program does
         QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
         m_application = std::make_unique<QApplication>(m_count, m_words);
+        QCoreApplication::setOrganizationName(QStringLiteral("idcard-reader"));
+        QCoreApplication::setApplicationName(QStringLiteral("idcard-viewer"));
     }
     void TearDown() override { m_application.reset(); }
 
@@ -45,11 +55,41 @@ int cellsOf(const QAbstractItemModel &model)
     return model.rowCount() * model.columnCount();
 }
 
+/** The fourth word of the system's line of a process, whose second may have blanks. */
+pid_t parentOf(const QString &process)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> words = file.readAll().split(')').last().trimmed().split(' ');
+    return words.value(0) == "Z" ? 0 : words.value(1).toInt();
+}
+
 } // namespace
 
 bool waitFor(const std::function<bool()> &holds, int milliseconds)
 {
     return QTest::qWaitFor(holds, milliseconds);
+}
+
+std::vector<pid_t> children()
+{
+    std::vector<pid_t> found;
+    for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        if (name.at(0).isDigit() && parentOf(name) == ::getpid())
+            found.push_back(name.toInt());
+    }
+    return found;
+}
+
+QString clipboard()
+{
+    return QApplication::clipboard()->text();
+}
+
+ProcessResult runReader(const QStringList &arguments)
+{
+    return runProcess(QStringLiteral("idcard-reader"), arguments);
 }
 
 InChinese::InChinese()
@@ -71,6 +111,11 @@ void ViewerTest::SetUp()
 {
     qunsetenv("IDCARD_SIMULATOR_CARD");
     qunsetenv("IDCARD_SIMULATOR_FAULTS");
+    qputenv("XDG_CONFIG_HOME", m_folder.path().toUtf8());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
+    QApplication::clipboard()->clear();
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "the window cannot start what the emulator runs";
 }
 
 void ViewerTest::TearDown()
@@ -82,7 +127,8 @@ void ViewerTest::TearDown()
                 .arg(QLatin1String(test->test_suite_name()), QLatin1String(test->name()));
         keepScreenshot(name.replace(QLatin1Char('/'), QLatin1Char('-')));
     }
-    close();
+    m_window.reset();
+    EXPECT_TRUE(children().empty());
 }
 
 void ViewerTest::keepScreenshot(const QString &name)
@@ -91,10 +137,14 @@ void ViewerTest::keepScreenshot(const QString &name)
     m_window->grab().save(name);
 }
 
+QString ViewerTest::settingsFile() const
+{
+    return path(QStringLiteral("idcard-reader/idcard-viewer.conf"));
+}
+
 void ViewerTest::open(const viewer::ViewerOptions &options)
 {
     m_window = std::make_unique<viewer::MainWindow>(options);
-    m_window->resize(1000, 620);
     m_window->show();
     m_window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(m_window.get()));
@@ -106,6 +156,27 @@ void ViewerTest::openWithCard(const QString &card, const QString &faults)
     options.card = card;
     options.faults = faults;
     open(options);
+}
+
+void ViewerTest::openWithSimulator()
+{
+    viewer::ViewerSettings settings;
+    settings.reader.road = app::ReaderRoad::SIMULATOR;
+    settings.store();
+    open();
+}
+
+void ViewerTest::close()
+{
+    m_window->close();
+    m_window.reset();
+}
+
+bool ViewerTest::waitForNoDialog()
+{
+    const bool isGone = waitFor([this] { return dialog() == nullptr; });
+    m_window->activateWindow(); // where no window manager does it
+    return isGone && waitFor([this] { return m_window->isActiveWindow(); });
 }
 
 void ViewerTest::click(const char *name)
@@ -130,71 +201,141 @@ void ViewerTest::check(const char *name, bool checked)
     EXPECT_EQ(find<QCheckBox>(name)->isChecked(), checked) << name;
 }
 
-void ViewerTest::choose(const char *box, const QString &text)
+void ViewerTest::choose(QComboBox *box, const QString &text)
 {
-    auto *const found = find<QComboBox>(box);
-    const int index = found->findText(text, Qt::MatchStartsWith);
-    ASSERT_GE(index, 0) << box << ": " << text.toStdString();
-    found->setFocus();
+    const int index = box->findText(text, Qt::MatchStartsWith);
+    ASSERT_GE(index, 0) << box->objectName().toStdString() << ": " << text.toStdString();
+    box->setFocus();
     // As with the arrow keys.
-    for (int step = 0; step < found->count() && found->currentIndex() != index; ++step)
-        QTest::keyClick(found, found->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
-    EXPECT_EQ(found->currentIndex(), index);
+    for (int step = 0; step < box->count() && box->currentIndex() != index; ++step)
+        QTest::keyClick(box, box->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
+    EXPECT_EQ(box->currentIndex(), index);
 }
 
-void ViewerTest::trigger(const QString &action)
+void ViewerTest::putCard(const QString &card, const QString &faults)
+{
+    auto *const box = find<QComboBox>("card");
+    ASSERT_GE(box->findText(card), 0) << card.toStdString();
+    box->setCurrentText(card);
+    find<QComboBox>("faults")->setEditText(faults);
+    click("putCard");
+}
+
+void ViewerTest::changeSettings(
+    const std::function<void(viewer::SettingsDialog *dialog)> &change)
+{
+    trigger(QStringLiteral("Settings…"));
+    auto *const settings = dialog<viewer::SettingsDialog>();
+    ASSERT_NE(settings, nullptr);
+    change(settings);
+    settings->accept();
+    EXPECT_TRUE(waitForNoDialog());
+}
+
+void ViewerTest::answerFileDialog(const QString &path)
+{
+    auto *const asked = dialog<QFileDialog>();
+    ASSERT_NE(asked, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(asked));
+    auto *const edit = asked->findChild<QLineEdit *>();
+    edit->setText(path);
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_TRUE(waitForNoDialog());
+}
+
+QAction *ViewerTest::action(const QString &text)
 {
     for (QAction *const found : m_window->findChildren<QAction *>()) {
-        if (found->text().remove(QLatin1Char('&')) == action) {
-            ASSERT_TRUE(found->isEnabled()) << action.toStdString();
-            found->trigger();
-            return;
-        }
+        if (found->text().remove(QLatin1Char('&')) == text)
+            return found;
     }
-    ADD_FAILURE() << action.toStdString();
+    ADD_FAILURE() << text.toStdString();
+    return nullptr;
+}
+
+void ViewerTest::trigger(const QString &text)
+{
+    QAction *const found = action(text);
+    ASSERT_NE(found, nullptr);
+    ASSERT_TRUE(found->isEnabled()) << text.toStdString();
+    found->trigger();
 }
 
 void ViewerTest::read()
 {
     click("read");
-    EXPECT_TRUE(
-        waitFor([this] { return headline() != viewer::MainWindow::tr("Reading…").toStdString(); }));
+    EXPECT_TRUE(waitUntilRead());
 }
 
-std::string ViewerTest::headline()
+bool ViewerTest::waitUntilRead()
 {
-    return find<QLabel>("headline")->text().toStdString();
+    return waitFor([this] { return state().kind != Kind::READING; });
 }
 
-std::string ViewerTest::details()
+bool ViewerTest::waitForCards(int count)
 {
-    return find<QLabel>("details")->text().toStdString();
+    return waitFor([this, count] { return model("history")->rowCount() == count; });
+}
+
+const viewer::State &ViewerTest::state()
+{
+    return find<viewer::StateLine>("stateLine")->state();
 }
 
 bool ViewerTest::waitForHeadline(const QString &text)
 {
-    return waitFor([&] { return headline() == text.toStdString(); });
+    const bool came = waitFor([&] { return state().headline == text; });
+    EXPECT_EQ(headline(), text.toStdString());
+    return came;
 }
 
-void ViewerTest::expectMessage(Kind kind)
+bool ViewerTest::waitForState(Kind kind)
 {
-    const QStyle *const style = m_window->style();
-    const QIcon icon = style->standardIcon(kind == Kind::NOTE ? QStyle::SP_MessageBoxInformation
-                                           : kind == Kind::WARNING ? QStyle::SP_MessageBoxWarning
-                                                                   : QStyle::SP_MessageBoxCritical);
-    const int size = style->pixelMetric(QStyle::PM_SmallIconSize);
-    EXPECT_EQ(find("icon")->property("pixmap").value<QPixmap>().toImage(),
-              icon.pixmap(size).toImage());
-    EXPECT_EQ(find("banner")->accessibleName().toStdString(), headline());
-    EXPECT_EQ(find("details")->isVisible(), !details().empty());
+    return waitFor([&] { return state().kind == kind; });
 }
 
-void ViewerTest::expectMessage(Kind kind, const std::string &expected,
-                               const std::string &partOfDetails)
+void ViewerTest::expectState(Kind kind)
+{
+    EXPECT_EQ(int(state().kind), int(kind)) << headline();
+    auto *const icon = find<QLabel>("icon");
+    EXPECT_EQ(icon->property("pixmap").value<QPixmap>().toImage(),
+              viewer::stateIcon(kind, icon->width(), m_window->devicePixelRatioF()).toImage());
+    EXPECT_EQ(find("stateLine")->accessibleName(), state().headline);
+    EXPECT_EQ(find("stateLine")->accessibleDescription(), state().line);
+    EXPECT_EQ(find("cancel")->isVisible(), kind == Kind::READING);
+    EXPECT_EQ(find("diagnose")->isVisible(),
+              kind == Kind::FAILED || (kind != Kind::READING && !state().details.isEmpty()));
+}
+
+void ViewerTest::expectState(Kind kind, const std::string &expected, const std::string &partOfLine)
 {
     EXPECT_EQ(headline(), expected);
-    EXPECT_NE(details().find(partOfDetails), std::string::npos) << details();
-    expectMessage(kind);
+    EXPECT_NE(line().find(partOfLine), std::string::npos) << line();
+    expectState(kind);
+}
+
+void ViewerTest::expectNobody()
+{
+    for (const char *const button : {"save", "print"})
+        EXPECT_FALSE(find(button)->isEnabled()) << button;
+    for (const QAction *const each : m_window->findChild<QActionGroup *>()->actions())
+        EXPECT_FALSE(each->isEnabled()) << each->text().toStdString();
+    for (const char *const view : {"photo", "front", "back"})
+        EXPECT_TRUE(find<viewer::PictureView>(view)->visibleFile().isNull()) << view;
+    QApplication::clipboard()->setText(QStringLiteral("mine"));
+    auto *const fields = find<QTableView>("fields");
+    fields->selectRow(1);
+    press("fields", Qt::Key_C, Qt::ControlModifier);
+    QTest::mouseClick(fields->viewport(), Qt::LeftButton, {}, {20, 20});
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2})
+        QTest::keyClick(m_window.get(), key, Qt::ControlModifier);
+    QTest::keyClick(m_window.get(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(clipboard().toStdString(), "mine");
+}
+
+QString ViewerTest::text(const char *label)
+{
+    return find<QLabel>(label)->text();
 }
 
 QAbstractItemModel *ViewerTest::model(const char *table)

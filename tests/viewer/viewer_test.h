@@ -1,20 +1,29 @@
 #pragma once
 
-// The real window with its parts, for tests that use it as a user does. When a test fails, a
-// picture of the window is kept in the folder that it runs in.
+// The real window with its parts, for tests that use it as a user does; what reads the cards is the
+// built idcard-reader. Settings are in a folder of each test's own. When a test fails, a picture of
+// the window is kept in the folder that it runs in.
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include <sys/types.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "apps/viewer/main_window.h"
+#include "apps/viewer/settings_dialog.h"
+#include "tests/support/process.h"
 
 namespace viewer_test
 {
@@ -22,8 +31,13 @@ namespace viewer_test
 /** Waits until it holds; false when it does not in time. */
 bool waitFor(const std::function<bool()> &holds, int milliseconds = 20000);
 
-/** Whether a library can be unloaded here: the sanitizers keep one that they watch. */
-constexpr bool UNLOADS_LIBRARIES = IDCARD_SANITIZERS[0] == '\0';
+/** The programs that this one has started and that have not ended. */
+std::vector<pid_t> children();
+
+QString clipboard();
+
+/** Runs the program that reads as the window does, on the same screen. */
+ProcessResult runReader(const QStringList &arguments);
 
 /** The Chinese of the window, as long as it lives. */
 class InChinese
@@ -38,7 +52,7 @@ public:
 class ViewerTest : public testing::Test
 {
 public:
-    using Kind = app::Message::Kind;
+    using Kind = viewer::StateKind;
 
     ~ViewerTest() override;
 
@@ -48,11 +62,19 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    /** In a folder that is empty when the test begins. */
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+    /** What the window remembers. */
+    QString settingsFile() const;
+
     /** Opens the window, which is then there. */
     void open(const viewer::ViewerOptions &options = {});
     /** Opens it with a card on the simulator. */
     void openWithCard(const QString &card, const QString &faults = {});
-    void close() { m_window.reset(); }
+    /** Opens it with the simulator on which no card lies. */
+    void openWithSimulator();
+    /** As a user closes it. */
+    void close();
 
     viewer::MainWindow &window() { return *m_window; }
 
@@ -64,22 +86,49 @@ protected:
         return found;
     }
 
+    /** The dialog that is open; null when none of this class is. */
+    template <typename Dialog = QDialog>
+    Dialog *dialog()
+    {
+        for (Dialog *const found : m_window->findChildren<Dialog *>()) {
+            if (found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
+    bool waitForNoDialog();
+
     void click(const char *name);
     void press(const char *name, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void check(const char *name, bool checked);
-    void choose(const char *box, const QString &text);
     void trigger(const QString &action);
+    QAction *action(const QString &text);
+
+    /** Chooses from a box as with the arrow keys. */
+    static void choose(QComboBox *box, const QString &text);
+    /** Lays another card on the simulator. */
+    void putCard(const QString &card, const QString &faults = {});
+    /** Opens the settings, lets `change` use them and takes them over. */
+    void changeSettings(const std::function<void(viewer::SettingsDialog *dialog)> &change);
+    /** Answers the file dialog that is open as a user does who types a name. */
+    void answerFileDialog(const QString &path);
 
     /** Presses Read and waits for what comes of it. */
     void read();
+    bool waitUntilRead();
+    bool waitForCards(int count);
 
-    std::string headline();
-    std::string details();
+    const viewer::State &state();
+    std::string headline() { return state().headline.toStdString(); }
+    std::string line() { return state().line.toStdString(); }
+    std::string details() { return state().details.toStdString(); }
     bool waitForHeadline(const QString &text);
-    /** Expects a message of this kind, with its icon and for those who hear the window, too. */
-    void expectMessage(Kind kind);
-    void expectMessage(Kind kind, const std::string &headline,
-                       const std::string &partOfDetails = {});
+    bool waitForState(Kind kind);
+    /** Expects a state, with its icon and for those who hear the window, too. */
+    void expectState(Kind kind);
+    void expectState(Kind kind, const std::string &headline, const std::string &partOfLine = {});
+    /** Nobody is there to be saved, printed, copied or dragged; the history may have somebody. */
+    void expectNobody();
 
     QAbstractItemModel *model(const char *table);
     /** All cells of a table, row by row, each with a tabulator before the next. */
@@ -88,6 +137,7 @@ protected:
     QString everyText();
     /** What the table says of a field. */
     QString field(const QString &label);
+    QString text(const char *label);
 
     /** A widget as it is on the screen. */
     QImage picture(const char *name) { return find(name)->grab().toImage(); }
@@ -95,6 +145,7 @@ protected:
     void keepScreenshot(const QString &name);
 
 private:
+    QTemporaryDir m_folder;
     std::unique_ptr<viewer::MainWindow> m_window;
 };
 

@@ -1,0 +1,270 @@
+// What the window remembers from one run to the next.
+
+#include <gmock/gmock.h>
+
+#include <QAction>
+#include <QDirIterator>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QScreen>
+#include <QSettings>
+#include <QSpinBox>
+#include <QSplitter>
+
+#include "tests/support/files.h"
+#include "tests/tool/tool_runner.h"
+#include "tests/viewer/viewer_test.h"
+
+using namespace viewer_test;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+class Remembering : public ViewerTest
+{
+protected:
+    void openAgain()
+    {
+        close();
+        open();
+    }
+};
+
+TEST_F(Remembering, FirstRun_ReadsAsTheMachineIsConfiguredWithoutTheSimulatorsPanel)
+{
+    open();
+    EXPECT_FALSE(find("simulator")->isVisible());
+    EXPECT_FALSE(find<QCheckBox>("automatic")->isChecked());
+    EXPECT_FALSE(find<QCheckBox>("cover")->isChecked());
+    trigger("Settings…");
+    auto *const dialog = this->dialog<viewer::SettingsDialog>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->findChild<QComboBox *>("road")->currentText(), "As this machine is configured");
+    EXPECT_FALSE(dialog->findChild<QComboBox *>("device")->isEnabled());
+    EXPECT_EQ(dialog->findChild<QComboBox *>("device")->currentText(),
+              "The only one that is plugged in");
+}
+
+TEST_F(Remembering, SimulatorsPanel_IsSeenOnlyWhileTheSimulatorIsChosen)
+{
+    open();
+    const auto chooseRoad = [this](const char *road) {
+        changeSettings([road](viewer::SettingsDialog *dialog) {
+            choose(dialog->findChild<QComboBox *>("road"), road);
+        });
+        return find("simulator")->isVisible();
+    };
+    EXPECT_TRUE(chooseRoad("From the simulator"));
+    EXPECT_FALSE(chooseRoad("Over USB"));
+    EXPECT_TRUE(chooseRoad("From the simulator"));
+    EXPECT_FALSE(chooseRoad("Through the reader maker's library"));
+    EXPECT_FALSE(chooseRoad("As this machine is configured"));
+    chooseRoad("From the simulator");
+    openAgain();
+    EXPECT_TRUE(find("simulator")->isVisible());
+}
+
+TEST_F(Remembering, WhatTheDialogSets_IsThereInTheNextRun)
+{
+    open();
+    changeSettings([this](viewer::SettingsDialog *dialog) {
+        choose(dialog->findChild<QComboBox *>("road"), "Over USB");
+        dialog->findChild<QCheckBox *>("simulatorPhotos")->click();
+        dialog->findChild<QCheckBox *>("sound")->click();
+        choose(dialog->findChild<QComboBox *>("previousCard"), "Grey it, then clear it");
+        dialog->findChild<QSpinBox *>("forgetAfter")->setValue(17);
+        dialog->findChild<QLineEdit *>("folder")->setText(path("kept"));
+        choose(dialog->findChild<QComboBox *>("folderNames"), "By the holder");
+        choose(dialog->findChild<QComboBox *>("language"), "简体中文");
+    });
+    openAgain();
+    trigger("Settings…");
+    auto *const dialog = this->dialog<viewer::SettingsDialog>();
+    ASSERT_NE(dialog, nullptr);
+    const auto chosen = [&](const char *box) {
+        return dialog->findChild<QComboBox *>(box)->currentText().toStdString();
+    };
+    EXPECT_THAT(chosen("road"), testing::StartsWith("Over USB"));
+    EXPECT_TRUE(dialog->findChild<QComboBox *>("device")->isEnabled());
+    EXPECT_TRUE(dialog->findChild<QCheckBox *>("simulatorPhotos")->isChecked());
+    EXPECT_FALSE(dialog->findChild<QCheckBox *>("sound")->isChecked());
+    EXPECT_EQ(chosen("previousCard"), "Grey it, then clear it");
+    EXPECT_EQ(dialog->findChild<QSpinBox *>("forgetAfter")->value(), 17);
+    EXPECT_EQ(dialog->findChild<QLineEdit *>("folder")->text(), path("kept"));
+    EXPECT_THAT(chosen("folderNames"), testing::StartsWith("By the holder"));
+    EXPECT_EQ(chosen("language"), "简体中文");
+}
+
+TEST_F(Remembering, DialogThatIsCancelled_ChangesNothing)
+{
+    openWithSimulator();
+    trigger("Settings…");
+    auto *const dialog = this->dialog<viewer::SettingsDialog>();
+    choose(dialog->findChild<QComboBox *>("road"), "Over USB");
+    dialog->reject();
+    EXPECT_TRUE(waitForNoDialog());
+    EXPECT_TRUE(find("simulator")->isVisible());
+    openAgain();
+    EXPECT_TRUE(find("simulator")->isVisible());
+}
+
+TEST_F(Remembering, DeviceThatIsNotPluggedIn_StaysChosen)
+{
+    viewer::ViewerSettings settings;
+    settings.reader = {app::ReaderRoad::USB, UsbIds{0x1209, 0x00AB}, false};
+    settings.store();
+    for (int run = 0; run < 2; ++run) {
+        open();
+        trigger("Settings…");
+        auto *const dialog = this->dialog<viewer::SettingsDialog>();
+        EXPECT_EQ(dialog->findChild<QComboBox *>("device")->currentText(),
+                  "1209:00ab - not plugged in");
+        dialog->accept();
+        close();
+    }
+}
+
+TEST_F(Remembering, SwitchesOfTheWindow_AreAsTheyWereLeft)
+{
+    openWithSimulator();
+    check("automatic", true);
+    check("cover", true);
+    for (const char *const name : {"True size", "Larger type", "Always on top"})
+        trigger(name);
+    const int large = window().font().pointSize();
+    openAgain();
+    EXPECT_TRUE(find<QCheckBox>("automatic")->isChecked());
+    EXPECT_TRUE(find<QCheckBox>("cover")->isChecked());
+    for (const char *const name : {"True size", "Larger type", "Always on top"})
+        EXPECT_TRUE(action(name)->isChecked()) << name;
+    EXPECT_TRUE(window().windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(window().font().pointSize(), large);
+    EXPECT_GT(large, QApplication::font().pointSize());
+    for (const char *const name : {"True size", "Larger type", "Always on top"})
+        trigger(name);
+    check("automatic", false);
+    check("cover", false);
+    openAgain();
+    EXPECT_FALSE(find<QCheckBox>("automatic")->isChecked());
+    EXPECT_FALSE(find<QCheckBox>("cover")->isChecked());
+    EXPECT_FALSE(window().windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(window().font().pointSize(), QApplication::font().pointSize());
+}
+
+TEST_F(Remembering, SizesAndColumns_AreAsTheyWereLeft)
+{
+    open();
+    window().resize(1000, 700);
+    QCoreApplication::processEvents();
+    auto *const splitter = find<QSplitter>("mainSplitter");
+    splitter->setSizes({400, 560});
+    find<QTableView>("history")->setColumnWidth(0, 177);
+    const QList<int> sizes = splitter->sizes();
+    const QSize size = window().size();
+    openAgain();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window().size(), size);
+    EXPECT_EQ(find<QSplitter>("mainSplitter")->sizes(), sizes);
+    EXPECT_EQ(find<QTableView>("history")->columnWidth(0), 177);
+}
+
+TEST_F(Remembering, OptionsOfTheCommandLine_AreNotRemembered)
+{
+    viewer::ViewerOptions options;
+    options.card = "resident";
+    options.isAutomatic = true;
+    options.isCovered = true;
+    open(options);
+    EXPECT_TRUE(waitForCards(1));
+    EXPECT_TRUE(find("simulator")->isVisible());
+    trigger("Larger type"); // which writes the file
+    openAgain();
+    EXPECT_FALSE(find("simulator")->isVisible());
+    EXPECT_FALSE(find<QCheckBox>("automatic")->isChecked());
+    EXPECT_FALSE(find<QCheckBox>("cover")->isChecked());
+}
+
+TEST_F(Remembering, OptionsOfTheCommandLine_StayWhenTheDialogChangesSomethingElse)
+{
+    openWithCard("resident");
+    changeSettings([](viewer::SettingsDialog *dialog) {
+        dialog->findChild<QCheckBox *>("sound")->click();
+    });
+    EXPECT_TRUE(find("simulator")->isVisible());
+    read();
+    expectState(Kind::READ, "The card was read.");
+}
+
+TEST_F(Remembering, DamagedFile_IsSurvived)
+{
+    ASSERT_TRUE(QDir().mkpath(path("idcard-reader")));
+    for (const QByteArray &content :
+         {QByteArray("\0\xff\xfe[[[=\n\n=", 10), QByteArray("[reader]\nroad=teleport\ndevice=@@\n"),
+          QByteArray("[window]\ngeometry=@ByteArray(rubbish)\nmain-splitter=7\nside-splitter=@Inv\n"
+                     "history-header=@ByteArray(\\0\\0\\0\\xff)\n"
+                     "[reading]\nforget-after-seconds=-5\nautomatic=perhaps\nprevious-card=7\n")}) {
+        writeFile(settingsFile(), content);
+        open();
+        EXPECT_FALSE(find("simulator")->isVisible());
+        EXPECT_GE(window().width(), 600);
+        EXPECT_LE(window().width(), QApplication::primaryScreen()->size().width());
+        EXPECT_TRUE(find("front")->isVisible() && find("fields")->isVisible());
+        EXPECT_GT(find<QTableView>("history")->columnWidth(0), 10);
+        EXPECT_GE(viewer::ViewerSettings::load().forgetAfterSeconds, 1);
+        close();
+    }
+}
+
+TEST_F(Remembering, GeometryOfAScreenThatIsGone_IsBroughtBack)
+{
+    open();
+    window().move(0, 0);
+    QCoreApplication::processEvents();
+    close();
+    // As a window on a second screen far to the right.
+    QSettings file;
+    QByteArray geometry = file.value("window/geometry").toByteArray();
+    ASSERT_FALSE(geometry.isEmpty());
+    {
+        QWidget far;
+        far.setGeometry(9000, 9000, 800, 600);
+        file.setValue("window/geometry", far.saveGeometry());
+    }
+    file.sync();
+    open();
+    EXPECT_TRUE(QApplication::primaryScreen()->geometry().intersects(window().geometry()));
+}
+
+TEST_F(Remembering, NothingOfACard_IsKept)
+{
+    viewer::ViewerSettings settings;
+    settings.folder = path("kept");
+    settings.store();
+    ASSERT_TRUE(QDir().mkdir(path("kept")));
+    openWithCard("resident");
+    read();
+    find<QTableView>("fields")->selectRow(1);
+    find<QLineEdit>("search")->setText("x");
+    changeSettings([](viewer::SettingsDialog *dialog) {
+        dialog->findChild<QCheckBox *>("sound")->click();
+    });
+    close();
+    EXPECT_THAT(namesIn(path("kept")), testing::IsEmpty());
+    int files = 0;
+    for (QDirIterator all(path(""), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+         all.hasNext();) {
+        const QByteArray content = readFile(all.next());
+        expectNothingOf(builtInCard("resident"), content);
+        // In a settings file letters beyond ASCII are written by their numbers.
+        for (const QChar letter : builtInCard("resident").name) {
+            EXPECT_FALSE(
+                content.contains("\\x" + QByteArray::number(letter.unicode(), 16)));
+        }
+        ++files;
+    }
+    EXPECT_GE(files, 1);
+}
+
+} // namespace
