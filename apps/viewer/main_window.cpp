@@ -80,7 +80,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
       m_mainSplitter(new QSplitter(Qt::Horizontal)), m_sideSplitter(new QSplitter(Qt::Vertical)),
       m_readButton(largeButton("read", tr("&Read"))),
       m_automatic(new QCheckBox(tr("Read each &new card"))),
-      m_coverBox(new QCheckBox(tr("Co&ver the holder's data"))),
+      m_coverBox(new QCheckBox(tr("Cover the hol&der's data"))),
       m_saveButton(largeButton("save", tr("&Save"))),
       m_printButton(largeButton("print", tr("&Print…"))), m_cardActions(new QActionGroup(this))
 {
@@ -565,8 +565,12 @@ void MainWindow::exportPdf()
                [this, card = m_shown.card](const QString &path) {
                    QString problem;
                    app::writeSheetPdf(sheetOf(*card), path, &problem);
-                   reportCopy(tr("The card was exported to %1.").arg(path),
-                              tr("The PDF file could not be written."), problem);
+                   const QString done = tr("The card was exported to %1.").arg(path);
+                   const QString note = app::missingPhotoNote(*card);
+                   if (problem.isEmpty() && !note.isEmpty())
+                       m_stateLine->setState({StateKind::ATTENTION, done, note});
+                   else
+                       reportCopy(done, tr("The PDF file could not be written."), problem);
                });
 }
 

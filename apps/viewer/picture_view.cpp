@@ -19,6 +19,9 @@ namespace
 constexpr int LEAST_HEIGHT = 96;
 constexpr int CORNER = 8;
 constexpr double FADED_OPACITY = 0.3;
+// Of what is written and drawn where there is no picture.
+constexpr double LINE_OPACITY = 0.35;
+constexpr double TEXT_OPACITY = 0.6;
 constexpr int DRAGGED_SIZE = 160;
 
 QImage faded(const QImage &picture)
@@ -104,16 +107,18 @@ void PictureView::paintEvent(QPaintEvent * /*event*/)
         painter.drawImage(place, m_isFaded ? faded(m_picture) : m_picture);
         return;
     }
-    QColor line = palette().color(QPalette::Mid);
-    painter.setPen(QPen(line, 1, Qt::DashLine));
+    const QColor ink = palette().color(QPalette::WindowText);
+    const auto faint = [&ink](double opacity) {
+        return QColor(ink.red(), ink.green(), ink.blue(), qRound(255 * opacity));
+    };
+    painter.setPen(QPen(faint(LINE_OPACITY), 1, Qt::DashLine));
     painter.setBrush(m_isCovered && !m_picture.isNull() ? palette().brush(QPalette::Mid)
                                                         : QBrush(Qt::NoBrush));
     painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), CORNER, CORNER);
     const QString text = accessibleDescription().isEmpty()
                              ? accessibleName()
                              : accessibleName() + QLatin1Char('\n') + accessibleDescription();
-    painter.setPen(palette().color(m_isCovered && !m_picture.isNull() ? QPalette::WindowText
-                                                                      : QPalette::Dark));
+    painter.setPen(faint(m_isCovered && !m_picture.isNull() ? 1.0 : TEXT_OPACITY));
     painter.drawText(place.adjusted(CORNER, CORNER, -CORNER, -CORNER),
                      Qt::AlignCenter | Qt::TextWordWrap, text);
 }

@@ -58,14 +58,14 @@ SimulatorPanel::SimulatorPanel(QWidget *parent)
         box->setMinimumContentsLength(SHORT_TEXT);
     }
 
-    auto *const file = button("cardFile", tr("From &file…"));
+    auto *const file = button("cardFile", tr("From f&ile…"));
     auto *const put = button("putCard", tr("P&ut card on"));
     auto *const take = button("takeCard", tr("Take it &off"));
     auto *const layout = new QHBoxLayout(this);
-    layout->addWidget(labelOf(m_card, tr("&Card")));
+    layout->addWidget(labelOf(m_card, tr("C&ard")));
     layout->addWidget(m_card, 1);
     layout->addWidget(file);
-    layout->addWidget(labelOf(m_faults, tr("Faul&t")));
+    layout->addWidget(labelOf(m_faults, tr("&Fault")));
     layout->addWidget(m_faults, 1);
     layout->addWidget(put);
     layout->addWidget(take);

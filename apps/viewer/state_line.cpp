@@ -1,6 +1,7 @@
 #include "apps/viewer/state_line.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QTextLayout>
@@ -144,11 +145,12 @@ void StateLine::setState(const State &state)
 void StateLine::colour()
 {
     m_icon->setPixmap(stateIcon(m_state.kind, ICON_SIZE, devicePixelRatioF()));
+    const QColor ground = mixed(QApplication::palette().color(QPalette::Window),
+                                stateColour(m_state.kind), GROUND_SHARE);
     QPalette colours = palette();
-    const QColor ground = parentWidget() != nullptr
-                              ? parentWidget()->palette().color(QPalette::Window)
-                              : colours.color(QPalette::Window);
-    colours.setColor(QPalette::Window, mixed(ground, stateColour(m_state.kind), GROUND_SHARE));
+    if (colours.color(QPalette::Window) == ground)
+        return;
+    colours.setColor(QPalette::Window, ground);
     setPalette(colours);
 }
 
@@ -169,6 +171,8 @@ void StateLine::changeEvent(QEvent *event)
     QFrame::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         fitToFont();
+    if (event->type() == QEvent::PaletteChange)
+        colour();
 }
 
 void StateLine::resizeEvent(QResizeEvent *event)
