@@ -4056,8 +4056,8 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>正在读卡…</translation>
     </message>
     <message>
-        <source>Co&amp;ver the holder&apos;s data</source>
-        <translation>遮盖个人信息(&amp;V)</translation>
+        <source>Cover the hol&amp;der&apos;s data</source>
+        <translation>遮盖个人信息(&amp;D)</translation>
     </message>
     <message>
         <source>Cause: %1</source>
@@ -4452,8 +4452,8 @@ Ctrl+F：搜索读卡记录；Ctrl+D：诊断</translation>
         <translation>无</translation>
     </message>
     <message>
-        <source>From &amp;file…</source>
-        <translation>从文件(&amp;F)…</translation>
+        <source>From f&amp;ile…</source>
+        <translation>从文件(&amp;I)…</translation>
     </message>
     <message>
         <source>P&amp;ut card on</source>
@@ -4464,12 +4464,12 @@ Ctrl+F：搜索读卡记录；Ctrl+D：诊断</translation>
         <translation>取走(&amp;O)</translation>
     </message>
     <message>
-        <source>&amp;Card</source>
-        <translation>证件(&amp;C)</translation>
+        <source>C&amp;ard</source>
+        <translation>证件(&amp;A)</translation>
     </message>
     <message>
-        <source>Faul&amp;t</source>
-        <translation>故障(&amp;T)</translation>
+        <source>&amp;Fault</source>
+        <translation>故障(&amp;F)</translation>
     </message>
     <message>
         <source>Card description</source>
