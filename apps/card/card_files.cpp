@@ -67,6 +67,9 @@ QString saveInNewFolder(const Card &card, const QString &folder)
     return problem;
 }
 
+// A name in a folder has at most 255 bytes, and a letter at most three; a number may be added to it.
+constexpr int LONGEST_FILE_NAME = 80;
+
 /** A dot at the beginning would hide a folder, and two of them name another. */
 bool isKeptInFileName(QChar character)
 {
@@ -129,7 +132,9 @@ QString saveInHoldersFolder(const Card &card, const QString &parent, QString *fo
 
 QString holderFileName(const Card &card)
 {
-    QString name = (holderName(card) + QLatin1Char(' ') + holderNumber(card)).trimmed();
+    QString name = (holderName(card) + QLatin1Char(' ') + holderNumber(card))
+                       .left(LONGEST_FILE_NAME)
+                       .trimmed();
     for (QChar &character : name) {
         if (!character.isLetterOrNumber() && !isKeptInFileName(character))
             character = QLatin1Char('_');

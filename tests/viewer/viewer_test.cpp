@@ -94,6 +94,7 @@ ProcessResult runReader(const QStringList &arguments)
 
 InChinese::InChinese()
 {
+    qputenv("LANGUAGE", "zh_CN"); // of the programs that it starts
     app::chooseLanguage(QLocale(QLocale::Chinese, QLocale::China));
     app::translateApplication();
 }
@@ -102,6 +103,7 @@ InChinese::~InChinese()
 {
     qDeleteAll(qApp->findChildren<QTranslator *>()); // Qt's own
     app::chooseLanguage(QLocale::c());
+    qputenv("LANGUAGE", "");
 }
 
 ViewerTest::ViewerTest() = default;
