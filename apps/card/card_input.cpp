@@ -44,11 +44,17 @@ std::optional<FieldContents> contentsIn(const QJsonObject &object, const QVector
     return contents;
 }
 
-/** The file that a part of the card holds; null bytes when it holds none. */
-QByteArray fileIn(const QJsonObject &object, const char *part)
+/** The file that a part of the card holds, null bytes when it holds none; nothing for damage. */
+std::optional<QByteArray> fileIn(const QJsonObject &object, const char *part)
 {
     const QJsonValue data = object[QLatin1String(part)].toObject()[QLatin1String("data")];
-    return data.isString() ? QByteArray::fromBase64(data.toString().toLatin1()) : QByteArray();
+    if (data.isNull() || data.isUndefined())
+        return QByteArray();
+    const QByteArray text = data.toString().toLatin1();
+    const QByteArray file = QByteArray::fromBase64(text);
+    // What is no base64 is left out when it is decoded.
+    return !file.isEmpty() && file.toBase64() == text ? std::optional<QByteArray>(file)
+                                                      : std::nullopt;
 }
 
 bool isPhoto(const QByteArray &file)
@@ -58,7 +64,7 @@ bool isPhoto(const QByteArray &file)
                PhotoFormat::BMP;
 }
 
-/** Nothing in place of 0: not a card of this kind; 1 and 2 need their data. */
+/** Nothing: the reader delivered an unusual amount of data. */
 std::optional<int> printCountIn(const QJsonObject &object)
 {
     const QJsonObject prints = object[QLatin1String("fingerprints")].toObject();
@@ -68,14 +74,18 @@ std::optional<int> printCountIn(const QJsonObject &object)
     return count.isDouble() ? std::optional<int>(count.toInt()) : std::nullopt;
 }
 
-CardMedia mediaIn(const QJsonObject &object)
+std::optional<CardMedia> mediaIn(const QJsonObject &object)
 {
-    CardMedia media;
-    media.photoArea = fileIn(object, "photo");
-    media.fingerprintCount = printCountIn(object);
-    media.fingerprints = fileIn(object, "fingerprints");
-    media.pictures = {fileIn(object, "frontPicture"), fileIn(object, "backPicture")};
-    return media;
+    const auto photo = fileIn(object, "photo");
+    const auto prints = fileIn(object, "fingerprints");
+    const auto front = fileIn(object, "frontPicture");
+    const auto back = fileIn(object, "backPicture");
+    const auto count = printCountIn(object);
+    const bool hasPrints =
+        prints && prints->size() == count.value_or(0) * int(IDCARD_FINGERPRINT_SIZE);
+    if (!photo || !hasPrints || !front || !back)
+        return std::nullopt;
+    return CardMedia{*photo, count, *prints, {*front, *back}};
 }
 
 } // namespace
@@ -91,11 +101,12 @@ std::optional<Card> cardFromJson(const QJsonObject &object)
     const QVector<CardField> fields = fieldsOfKind(*kind);
     const auto contents = contentsIn(object, fields);
     const auto whole = contentsIn(object[QLatin1String("whole")].toObject(), fields);
-    const CardMedia media = mediaIn(object);
-    const bool isPhotoWhole = *format != PhotoFormat::BMP || isPhoto(media.photoArea);
-    if (!contents || contents->size() != fields.size() || !whole || !isPhotoWhole)
+    const auto media = mediaIn(object);
+    if (!contents || contents->size() != fields.size() || !whole || !media)
         return std::nullopt;
-    return Card(*road, *kind, *contents, *whole, *format, media);
+    if (*format == PhotoFormat::BMP && !isPhoto(media->photoArea))
+        return std::nullopt;
+    return Card(*road, *kind, *contents, *whole, *format, *media);
 }
 
 } // namespace app

@@ -431,14 +431,6 @@ TEST_F(Attention, WrongCheckDigit_StandsOutInWordsAndColour)
     expectAttention("check digit");
 }
 
-TEST_F(Attention, TextThatIsCut_StandsOutInWordsAndColour)
-{
-    openWithCard("foreign-2017-unknown-nationality");
-    read();
-    const std::string words = text("notes").toStdString();
-    EXPECT_THAT(words, testing::Not(IsEmpty()));
-}
-
 TEST_F(Attention, CardWithNothingToLookAt_HasNoNotes)
 {
     readCardWith({});
