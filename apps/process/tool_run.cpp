@@ -138,6 +138,8 @@ void ToolRun::takeOutput()
     m_output += readAllStandardOutput();
     if (m_take)
         m_take(&m_output);
+    else if (!m_force.isActive())
+        m_force.start(TIME_TO_END_AFTER_OUTPUT_MS);
     if (m_output.size() > MOST_OUTPUT)
         fail();
 }

@@ -31,7 +31,10 @@ public:
     /** Takes what is left at the end. The run may be deleted later, not at once (`deleteLater`). */
     using Ended = std::function<void(End end, const QByteArray &output)>;
 
-    /** `take` may be empty: all output is then left for the end. */
+    /**
+     * `take` may be empty: all output is then left for the end, which is to follow it at once, as
+     * where a command prints a result.
+     */
     ToolRun(Take take, Ended ended);
     /** Ends the tool, and waits for that. */
     ~ToolRun() override;

@@ -160,8 +160,11 @@ QWidget *MainWindow::builtCommands()
     layout->addWidget(m_saveButton);
     layout->addWidget(m_printButton);
     connect(m_readButton, &QPushButton::clicked, &m_desk, &app::CardDesk::read);
-    connect(m_automatic, &QCheckBox::toggled, &m_desk, &app::CardDesk::setAutomatic);
-    connect(m_automatic, &QCheckBox::clicked, this, &MainWindow::setAutomatic);
+    connect(m_automatic, &QCheckBox::toggled, this, &MainWindow::setAutomatic);
+    connect(m_automatic, &QCheckBox::clicked, this, [this](bool automatic) {
+        m_settings.isAutomatic = automatic;
+        m_settings.store();
+    });
     connect(m_coverBox, &QCheckBox::toggled, this, &MainWindow::cover);
     connect(m_coverBox, &QCheckBox::clicked, this, [this](bool covered) {
         m_settings.isCovered = covered;
@@ -348,8 +351,8 @@ void MainWindow::apply(const ViewerOptions &options)
         choice = {app::ReaderRoad::SIMULATOR, {}, false};
     chooseRoad(choice);
     m_coverBox->setChecked(options.isCovered || m_settings.isCovered);
-    m_automatic->setChecked(options.isAutomatic || m_settings.isAutomatic);
     await();
+    m_automatic->setChecked(options.isAutomatic || m_settings.isAutomatic);
     if (!options.card.isEmpty())
         m_simulator->putCard(options.card, options.faults);
 }
@@ -372,10 +375,9 @@ void MainWindow::chooseRoad(const app::RoadChoice &choice)
 
 void MainWindow::setAutomatic(bool automatic)
 {
-    m_settings.isAutomatic = automatic;
-    m_settings.store();
     if (!m_desk.isReading())
-        await();
+        await(); // before a failure that comes at once
+    m_desk.setAutomatic(automatic);
 }
 
 void MainWindow::cover(bool covered)
@@ -631,8 +633,8 @@ void MainWindow::openSettings()
         m_settings.store();
         if (chosen.reader != before) {
             dismissCard();
-            chooseRoad(chosen.reader);
             await();
+            chooseRoad(chosen.reader);
         }
     });
     dialog->open();

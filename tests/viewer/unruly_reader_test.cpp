@@ -138,7 +138,7 @@ TEST_P(MeddlingRead, GivesTheCardOrIsReportedAndTheNextWorks)
 {
     open();
     const std::string locale = setlocale(LC_ALL, nullptr);
-    const int file = ::open(path("mine").toUtf8().constData(), O_CREAT | O_RDWR, 0600);
+    const int file = ::open(path("mine").toUtf8().constData(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     behave(GetParam());
     read();
     const bool isRead = model("history")->rowCount() == 1;
