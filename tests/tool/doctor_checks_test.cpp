@@ -633,11 +633,10 @@ TEST(RoadsOfTheDoctor, EachLeavesTheOthersChecksOut)
     };
     EXPECT_EQ(idsOf(Roads::LIBRARY),
               "library-version qt-version locale configuration reader-library "
-<<<<<<< HEAD
-              "photo-decoder screen resolution jpeg text-font number-font web-pages");
+              "photo-decoder screen resolution jpeg text-font number-font web-pages service");
     EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
                                  "usb-permission usb-rule usb-group "
-                                 "usb-driver usb-holder photo-decoder web-pages");
+                                 "usb-driver usb-holder photo-decoder web-pages service");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -689,12 +688,6 @@ TEST(WebPagesCheck, WhereNothingIsInstalled_FindsNothing)
     Environment machine = fineMachine();
     machine.webPages = {};
     EXPECT_THAT(checkWebPages(machine), IsEmpty());
-=======
-              "photo-decoder screen resolution jpeg text-font number-font service");
-    EXPECT_EQ(idsOf(Roads::USB), "library-version qt-version locale configuration usb-reader "
-                                 "usb-permission usb-rule usb-group "
-                                 "usb-driver usb-holder photo-decoder service");
->>>>>>> bfd3658 (doctor: --service reads through the D-Bus service and without it, and says what stands in its way)
 }
 
 TEST(TwoReaders, AreReportedOneAfterTheOther)

@@ -51,16 +51,13 @@ Environment fineMachine()
     machine.usb.accessProgram = "idcard-reader-access";
     machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
 
-<<<<<<< HEAD
     machine.webPages = {"/etc/idcard-reader/browser-origins",
                         true,
                         {{"https://pms.example", "http://intranet"}, {}},
                         {{"chromium", "/etc/chromium/host.json", "/usr/libexec/host", true},
                          {"firefox", "/usr/lib/mozilla/host.json", "/usr/libexec/host", true}},
                         {}};
-=======
     machine.service.isProbed = true;
->>>>>>> bfd3658 (doctor: --service reads through the D-Bus service and without it, and says what stands in its way)
 
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;

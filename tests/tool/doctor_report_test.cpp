@@ -59,15 +59,13 @@ ok       In use           By no program
 Photos, by either road
 ok       Photo decoder    /usr/lib/libdecoder.so
 
-<<<<<<< HEAD
 Web pages
 ok       Sites            https://pms.example, http://intranet
-=======
+
 Reading through the D-Bus service
 ok       Service          a card was read through it
->>>>>>> bfd3658 (doctor: --service reads through the D-Bus service and without it, and says what stands in its way)
 
-2 failures, 1 warning, 9 fine.
+2 failures, 1 warning, 10 fine.
 )");
 }
 
