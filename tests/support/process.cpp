@@ -225,10 +225,15 @@ void RunningProcess::closeStandardInput()
     writeSome();
 }
 
+static void signalTo(pid_t id, int number)
+{
+    ASSERT_GT(id, 0); // 0 is the test's own group
+    ASSERT_EQ(::kill(id, number), 0);
+}
+
 void RunningProcess::signal(int number) const
 {
-    ASSERT_GT(m_id, 0); // 0 is the test's own group
-    ASSERT_EQ(::kill(m_id, number), 0);
+    signalTo(m_id, number);
 }
 
 QByteArray RunningProcess::nextLine()
@@ -343,18 +348,18 @@ bool isHalted(pid_t id)
 
 } // namespace
 
-HaltedProcess::HaltedProcess(const RunningProcess &process) : m_process(process)
+HaltedProcess::HaltedProcess(pid_t id) : m_id(id)
 {
     constexpr int LIMIT_MS = 10000;
-    process.signal(SIGSTOP);
+    signalTo(m_id, SIGSTOP);
     const Clock::time_point limit = after(LIMIT_MS);
-    while (!isHalted(process.id()) && Clock::now() < limit)
+    while (!isHalted(m_id) && Clock::now() < limit)
         ::usleep(200);
 }
 
 HaltedProcess::~HaltedProcess()
 {
-    m_process.signal(SIGCONT);
+    signalTo(m_id, SIGCONT);
 }
 
 ProcessResult runProcess(const QString &program, const QStringList &arguments,

@@ -125,13 +125,13 @@ private:
 class HaltedProcess
 {
 public:
-    explicit HaltedProcess(const RunningProcess &process);
+    explicit HaltedProcess(pid_t id);
     ~HaltedProcess();
     HaltedProcess(const HaltedProcess &) = delete;
     HaltedProcess &operator=(const HaltedProcess &) = delete;
 
 private:
-    const RunningProcess &m_process;
+    pid_t m_id;
 };
 
 /** Runs a program to its end. */

@@ -48,13 +48,18 @@ public:
      * listener leaves while it is spoken to. The request that is being answered ends before, for
      * which a halted program would be waited for.
      */
-    void changeBeneath(const RunningProcess &program, const std::function<void()> &change)
+    void changeBeneath(pid_t program, const std::function<void()> &change)
     {
         std::optional<HaltedProcess> halted;
         m_bus.change([&] {
             halted.emplace(program);
             change();
         });
+    }
+
+    void changeBeneath(const RunningProcess &program, const std::function<void()> &change)
+    {
+        changeBeneath(program.id(), change);
     }
 
     QString node(const simulator::UsbDevice &device) const

@@ -1,12 +1,9 @@
-// Changing the road while the window is open: what answers is the simulator, a stand-in for the
-// maker's library that the loader finds, or a stand-in that fails.
+// Which way the window reads: what answers is the simulator, or a stand-in for the maker's library
+// that the loader finds.
 
 #include <gmock/gmock.h>
 
-#include <QDir>
-
-#include <dlfcn.h>
-
+#include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"
 
@@ -19,17 +16,23 @@ namespace
 class Roads : public ViewerTest
 {
 protected:
+    void chooseRoad(const char *road)
+    {
+        changeSettings([road](viewer::SettingsDialog *dialog) {
+            choose(dialog->findChild<QComboBox *>("road"), road);
+        });
+    }
+
     void readThroughMakersLibrary()
     {
-        choose("road", "The maker's library");
+        chooseRoad("Through the reader maker's library");
         read();
     }
 
     void readSimulator(const QString &card)
     {
-        choose("road", "Simulator");
-        choose("card", card);
-        click("putCard");
+        chooseRoad("From the simulator");
+        putCard(card);
         read();
     }
 };
@@ -54,17 +57,26 @@ TEST(CommandLine, EveryOption_IsTakenOverAndNoOther)
     EXPECT_TRUE(parsed({"--usb", "1209:0001", "--simulator-photos"}).simulatorPhotos);
 }
 
-TEST_F(Roads, MakersLibraryFromTheBeginning_IsRead)
+TEST_F(Roads, MachineThatIsNotConfigured_IsReadThroughTheMakersLibrary)
 {
     open();
     read();
     EXPECT_EQ(field("Name").toStdString(), "first");
 }
 
+TEST_F(Roads, MachineThatIsConfigured_IsReadAsItsFileSays)
+{
+    writeFile(path("idcard-reader.conf"), "road = usb\n");
+    open();
+    read();
+    expectState(Kind::FAILED);
+    EXPECT_THAT(details(), HasSubstr("USB_READER_NOT_FOUND"));
+    readThroughMakersLibrary();
+    EXPECT_EQ(field("Name").toStdString(), "first");
+}
+
 TEST_F(Roads, FromTheSimulatorToTheMakersLibraryAndBack_EachAnswersInItsTurn)
 {
-    if (!UNLOADS_LIBRARIES)
-        GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
     open();
     for (const char *card : {"resident", "hmt-macao"}) {
         readSimulator(card);
@@ -75,74 +87,61 @@ TEST_F(Roads, FromTheSimulatorToTheMakersLibraryAndBack_EachAnswersInItsTurn)
     EXPECT_EQ(model("history")->rowCount(), 4);
 }
 
-TEST_F(Roads, LeavingTheSimulator_TakesItOutOfTheProcess)
-{
-    if (!UNLOADS_LIBRARIES)
-        GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
-    const QByteArray simulator = IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so";
-    const auto isLoaded = [&] {
-        void *const held = dlopen(simulator.constData(), RTLD_LAZY | RTLD_NOLOAD);
-        if (held != nullptr)
-            dlclose(held);
-        return held != nullptr;
-    };
-    open();
-    readSimulator("resident");
-    EXPECT_TRUE(isLoaded());
-    choose("road", "The maker's library");
-    EXPECT_FALSE(isLoaded());
-}
-
-TEST_F(Roads, SimulatorThatIsHeldInTheProcess_IsReportedAndDoesNotAnswerForTheReader)
-{
-    if (!UNLOADS_LIBRARIES)
-        GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
-    open();
-    readSimulator("resident");
-    void *const held =
-        dlopen(IDCARD_BUILD_LIB_DIR "/libidcard_simulator.so", RTLD_LAZY | RTLD_NOLOAD);
-    choose("road", "The maker's library");
-    EXPECT_THAT(details(), HasSubstr("cannot be taken out of this program"));
-    read();
-    EXPECT_THAT(details(), HasSubstr("cannot be taken out of this program"));
-    EXPECT_EQ(model("history")->rowCount(), 1);
-    dlclose(held);
-    read();
-    EXPECT_EQ(field("Name").toStdString(), "first");
-}
-
 TEST_F(Roads, CardOfTheSimulator_IsOffWhenTheRoadComesBack)
 {
     open();
     readSimulator("resident");
-    choose("road", "The maker's library");
-    choose("road", "Simulator");
+    chooseRoad("Through the reader maker's library");
+    chooseRoad("From the simulator");
     read();
     EXPECT_EQ(headline(), "No card was found on the reader.");
 }
 
-TEST_F(Roads, MakersLibraryThatFailsInTheMiddle_IsReportedWithCauseAndRemedy)
+TEST_F(Roads, RoadChangedWhileItReads_DropsWhatStillComes)
 {
-    if (!UNLOADS_LIBRARIES)
-        GTEST_SKIP() << "a library that the sanitizers watch stays in the process";
-    void *const throwing =
-        dlopen(IDCARD_BUILD_LIB_DIR "/libidcard_throwing_reader.so", RTLD_NOW | RTLD_GLOBAL);
-    ASSERT_NE(throwing, nullptr) << dlerror();
-    open();
+    openWithCard("resident", "delay-ms=1500");
+    click("read");
+    QTest::qWait(200);
+    chooseRoad("Through the reader maker's library");
+    EXPECT_NE(state().kind, Kind::READING);
+    EXPECT_TRUE(find("read")->isEnabled());
     read();
-    dlclose(throwing);
-    const app::ResultEntry *const entry = app::findResult(-23, false);
-    EXPECT_EQ(headline(), entry->summary);
-    EXPECT_THAT(details(), testing::AllOf(HasSubstr(entry->cause), HasSubstr(entry->remedy)));
+    QTest::qWait(1500);
+    EXPECT_EQ(model("history")->rowCount(), 1);
+    EXPECT_EQ(field("Name").toStdString(), "first");
+}
+
+TEST_F(Roads, ReadThroughTheMakersLibraryByItself_IsReadOnceWhileTheCardLiesThere)
+{
+    open();
+    check("automatic", true);
+    EXPECT_TRUE(waitForCards(1));
+    QTest::qWait(2500); // many looks
+    EXPECT_EQ(model("history")->rowCount(), 1);
+    EXPECT_NE(text("name"), QString());
+    click("read");
+    EXPECT_TRUE(waitForCards(2));
+    QTest::qWait(2500);
+    EXPECT_EQ(model("history")->rowCount(), 2);
+    EXPECT_TRUE(find("save")->isEnabled()) << "the card has not been taken off";
+}
+
+TEST_F(Roads, PhotoWithoutADecoder_IsReportedBesideTheCard)
+{
+    open();
+    read(); // its stand-in decodes nothing
+    expectState(Kind::ATTENTION, "The photo of the card could not be decoded.");
+    EXPECT_EQ(field("Name").toStdString(), "first");
+    EXPECT_THAT(find("photo")->accessibleDescription().toStdString(), HasSubstr("compressed"));
 }
 
 TEST_F(Roads, SimulatorThatIsMissing_IsReportedWithTheFilesThatWereLookedFor)
 {
     qputenv("IDCARD_SIMULATOR_LIBRARY", "/nowhere/simulator.so");
-    open();
-    choose("road", "Simulator");
-    EXPECT_EQ(headline(), "The simulator cannot be used as it was asked to.");
-    EXPECT_THAT(details(), HasSubstr("/nowhere/simulator.so"));
+    openWithCard("resident");
+    read();
+    expectState(Kind::FAILED);
+    EXPECT_THAT(line() + details(), HasSubstr("/nowhere/simulator.so"));
     qunsetenv("IDCARD_SIMULATOR_LIBRARY");
 }
 

@@ -134,17 +134,18 @@ class MeddlingRead : public UnrulyReader, public testing::WithParamInterface<con
 {
 };
 
-TEST_P(MeddlingRead, GivesTheCardOrIsReportedAndTheNextWorks)
+TEST_P(MeddlingRead, GivesTheCardOrIsReportedOrCancelledAndTheNextWorks)
 {
     open();
     const std::string locale = setlocale(LC_ALL, nullptr);
     const int file = ::open(path("mine").toUtf8().constData(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     behave(GetParam());
-    read();
+    click("read");
+    if (!waitFor([this] { return state().kind != Kind::READING; }, 6000))
+        click("cancel"); // a program without its descriptors may wait for ever
     const bool isRead = model("history")->rowCount() == 1;
     EXPECT_EQ(text("name"), isRead ? "unruly" : "");
-    if (!isRead)
-        expectState(Kind::FAILED);
+    EXPECT_TRUE(isRead || state().kind == Kind::FAILED || state().kind == Kind::WAITING);
     EXPECT_STREQ(setlocale(LC_ALL, nullptr), locale.c_str());
     EXPECT_EQ(readFile(path("mine")), "") << "a file of the window's";
     ::close(file);

@@ -13,8 +13,6 @@
 #include <QSettings>
 #include <QTranslator>
 
-#include <unistd.h>
-
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 
@@ -72,11 +70,11 @@ bool waitFor(const std::function<bool()> &holds, int milliseconds)
     return QTest::qWaitFor(holds, milliseconds);
 }
 
-std::vector<pid_t> children()
+std::vector<pid_t> children(pid_t parent)
 {
     std::vector<pid_t> found;
     for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        if (name.at(0).isDigit() && parentOf(name) == ::getpid())
+        if (name.at(0).isDigit() && parentOf(name) == parent)
             found.push_back(name.toInt());
     }
     return found;

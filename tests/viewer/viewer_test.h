@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -31,8 +32,8 @@ namespace viewer_test
 /** Waits until it holds; false when it does not in time. */
 bool waitFor(const std::function<bool()> &holds, int milliseconds = 20000);
 
-/** The programs that this one has started and that have not ended. */
-std::vector<pid_t> children();
+/** The programs that another has started, this one if none is named, and that have not ended. */
+std::vector<pid_t> children(pid_t parent = ::getpid());
 
 QString clipboard();
 
