@@ -236,6 +236,21 @@ protected:
     }
 
     void moveToCorner() { window().move(0, 0); }
+
+    /** Where there is no simulator, whose panel would take room. */
+    void showAtACounter(const QString &card)
+    {
+        openWithSimulator();
+        moveToCorner();
+        putCard(card);
+        read();
+        changeSettings([](viewer::SettingsDialog *dialog) {
+            dialog->findChild<QComboBox *>("road")->setCurrentIndex(0);
+        });
+        find<QTableView>("history")->selectRow(0);
+        EXPECT_FALSE(find("simulator")->isVisible());
+        EXPECT_TRUE(find("save")->isEnabled());
+    }
 };
 
 TEST_F(Fitting, WindowWithTheSimulator_IsInsideOnAnyScreen)
@@ -264,11 +279,26 @@ TEST_F(Fitting, WindowWithACardToLookAt_IsInsideOnAnyScreen)
 TEST_F(Fitting, LargerTypeInChinese_IsInsideOnAnyScreen)
 {
     const InChinese chinese;
-    openWithCard("foreign-2017-longest-name");
-    moveToCorner();
-    read();
+    showAtACounter("foreign-2017-longest-name");
     QTest::keyClick(&window(), Qt::Key_F8);
     expectEverythingInside();
+}
+
+TEST_F(Fitting, NameAndNumberOfAnyLength_AreSeenInWholeOnAnyScreen)
+{
+    for (const char *const card : {"resident", "hmt-longest-texts", "foreign-2017-longest-name"}) {
+        showAtACounter(card);
+        QCoreApplication::processEvents();
+        for (const char *const name : {"name", "number"}) {
+            const auto *const label = find<QLabel>(name);
+            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << card << name;
+            for (const QString &word : label->text().split(' ')) {
+                EXPECT_LE(label->fontMetrics().boundingRect(word).width(), label->width())
+                    << word.toStdString();
+            }
+        }
+        close();
+    }
 }
 
 TEST_F(Fitting, EveryDialog_IsInsideOnAnyScreen)

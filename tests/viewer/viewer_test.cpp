@@ -224,7 +224,7 @@ void ViewerTest::putCard(const QString &card, const QString &faults)
 void ViewerTest::changeSettings(
     const std::function<void(viewer::SettingsDialog *dialog)> &change)
 {
-    trigger(QStringLiteral("Settings…"));
+    QTest::keyClick(m_window.get(), Qt::Key_Comma, Qt::ControlModifier);
     auto *const settings = dialog<viewer::SettingsDialog>();
     ASSERT_NE(settings, nullptr);
     change(settings);
