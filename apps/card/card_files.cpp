@@ -67,7 +67,8 @@ QString saveInNewFolder(const Card &card, const QString &folder)
     return problem;
 }
 
-// A name in a folder has at most 255 bytes, and a letter at most three; a number may be added to it.
+// A name in a folder has at most 255 bytes, and a letter at most three; a number may be added to
+// it.
 constexpr int LONGEST_FILE_NAME = 80;
 
 /** A dot at the beginning would hide a folder, and two of them name another. */

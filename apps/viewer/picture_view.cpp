@@ -42,6 +42,8 @@ PictureView::PictureView(const QString &name, const QSizeF &millimetres, QWidget
 
 void PictureView::setPicture(const QByteArray &file, const QString &reason)
 {
+    if (file != m_file)
+        m_draggedFolder.reset();
     m_file = file;
     m_picture = QImage::fromData(file);
     m_reason = reason;

@@ -1,6 +1,6 @@
-// Stand-in for the reader maker's shared object that misbehaves, as the variable IDCARD_UNRULY says,
-// when it is asked to find the card. Built together with the one that behaves, whose finding has the
-// name findCardAsUsual here.
+// Stand-in for the reader maker's shared object that misbehaves, as the variable IDCARD_UNRULY
+// says, when it is asked to find the card. Built together with the one that behaves, whose finding
+// has the name findCardAsUsual here.
 
 #include "common/closed_functions.h"
 

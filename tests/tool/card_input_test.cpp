@@ -30,7 +30,8 @@ void expectSame(const Card &card, const Card &other)
     EXPECT_EQ(printed(card), printed(other));
     EXPECT_EQ(card.road(), other.road());
     EXPECT_EQ(card.kindCode(), other.kindCode());
-    EXPECT_EQ(toTable(card, std::nullopt).toStdString(), toTable(other, std::nullopt).toStdString());
+    EXPECT_EQ(toTable(card, std::nullopt).toStdString(),
+              toTable(other, std::nullopt).toStdString());
     EXPECT_EQ(holderName(card), holderName(other));
     const auto files = contentsOf(card, CardFiles::ALL);
     const auto otherFiles = contentsOf(other, CardFiles::ALL);
@@ -197,10 +198,9 @@ TEST(CardFromJson, PartOfADateThatIsNoText_IsNoCard)
 TEST(CardFromJson, FileThatIsNoBase64_IsNoCard)
 {
     for (const char *const part : {"photo", "fingerprints", "frontPicture", "backPicture"}) {
-        for (const QJsonValue &data :
-             {QJsonValue("%%%"), QJsonValue("QUJD*"), QJsonValue("QUJ"), QJsonValue(7),
-              QJsonValue(true), QJsonValue(QJsonObject()), QJsonValue(QString("照片")),
-              QJsonValue(QString())})
+        for (const QJsonValue &data : {QJsonValue("%%%"), QJsonValue("QUJD*"), QJsonValue("QUJ"),
+                                       QJsonValue(7), QJsonValue(true), QJsonValue(QJsonObject()),
+                                       QJsonValue(QString("照片")), QJsonValue(QString())})
             EXPECT_FALSE(cardFromJson(withPart(part, "data", data))) << part;
     }
 }

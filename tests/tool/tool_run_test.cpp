@@ -20,8 +20,8 @@ namespace
 
 constexpr int LIMIT_MS = 20000;
 const QStringList READ = {"read", "--road", "library", "--json"};
-const QStringList READ_FOR_EVER = {"read",    "--simulate", "resident",
-                                   "--fault", "transient-failures=1000000", "--json"};
+const QStringList READ_FOR_EVER = {
+    "read", "--simulate", "resident", "--fault", "transient-failures=1000000", "--json"};
 
 class ToolRunTest : public testing::Test
 {
@@ -50,7 +50,10 @@ protected:
         m_run->run(arguments, timeoutMs);
     }
 
-    bool waitForEnd() { return QTest::qWaitFor([this] { return m_isEnded; }, LIMIT_MS); }
+    bool waitForEnd()
+    {
+        return QTest::qWaitFor([this] { return m_isEnded; }, LIMIT_MS);
+    }
 
     void expectEnd(ToolRun::End end)
     {

@@ -71,8 +71,9 @@ TEST_F(Appearance, StateThatChanges_MovesNothing)
     const std::vector<std::string> before = places();
     EXPECT_GE(before.size(), 20U);
     for (const Kind kind : STATES) {
-        for (const QString &text : {QString(), QStringLiteral("word"), QString("word ").repeated(200),
-                                    QString("Zeile\n").repeated(20), QString(500, 'w')}) {
+        for (const QString &text :
+             {QString(), QStringLiteral("word"), QString("word ").repeated(200),
+              QString("Zeile\n").repeated(20), QString(500, 'w')}) {
             for (const QString &details : {QString(), QStringLiteral("Code: 1")}) {
                 showState({kind, text, text, details});
                 EXPECT_THAT(places(), testing::ContainerEq(before))
@@ -90,8 +91,8 @@ QImage formOf(const QPixmap &pixmap)
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
             const QColor colour = picture.pixelColor(x, y);
-            form.setPixelColor(x, y, colour.alpha() > 127 && colour.lightness() < 190 ? Qt::black
-                                                                                      : Qt::white);
+            form.setPixelColor(
+                x, y, colour.alpha() > 127 && colour.lightness() < 190 ? Qt::black : Qt::white);
         }
     }
     return form;
@@ -121,7 +122,8 @@ TEST_F(Appearance, States_DifferInIconAndColour)
 TEST_F(Appearance, TextThatHasNoRoom_IsWholeInItsToolTipForThoseWhoHearItAndUnderDetails)
 {
     open();
-    const QString remedy = QString("Plug the reader in, end other programs that use it. ").repeated(9);
+    const QString remedy =
+        QString("Plug the reader in, end other programs that use it. ").repeated(9);
     showState({Kind::FAILED, "Headline", remedy, "Code: 1"});
     auto *const line = find<QLabel>("line");
     EXPECT_TRUE(line->text().endsWith(QChar(0x2026))) << line->text().toStdString();
@@ -335,7 +337,8 @@ TEST_F(Fitting, NameInTheHistory_ComesFirstAndIsReadableOnAnyScreen)
         const QModelIndex cell = history->model()->index(0, 0);
         const QRect place = history->visualRect(cell);
         EXPECT_TRUE(history->viewport()->rect().contains(place)) << card;
-        EXPECT_GE(place.width(), history->fontMetrics().boundingRect(cell.data().toString()).width())
+        EXPECT_GE(place.width(),
+                  history->fontMetrics().boundingRect(cell.data().toString()).width())
             << card;
         EXPECT_EQ(cell.data().toString(), text("name"));
         close();
@@ -459,8 +462,10 @@ TEST_F(Appearance, EveryControlOfTheSettings_HasANameAndIsReachedByTab)
     auto *const settings = dialog<viewer::SettingsDialog>();
     choose(settings->findChild<QComboBox *>("road"), "Over USB");
     settings->activateWindow();
-    ASSERT_TRUE(waitFor([&] { return QApplication::focusWidget() != nullptr &&
-                                     settings->isAncestorOf(QApplication::focusWidget()); }));
+    ASSERT_TRUE(waitFor([&] {
+        return QApplication::focusWidget() != nullptr &&
+               settings->isAncestorOf(QApplication::focusWidget());
+    }));
     EXPECT_GE(controls(*settings).size(), 10);
     expectNamedAndReached(*settings, reachedByTab());
 }
@@ -491,8 +496,7 @@ protected:
     static void expectEachOnce(const QStringList &keys, const char *where)
     {
         QStringList different = keys;
-        EXPECT_EQ(different.removeDuplicates(), 0)
-            << where << ": " << keys.join(' ').toStdString();
+        EXPECT_EQ(different.removeDuplicates(), 0) << where << ": " << keys.join(' ').toStdString();
     }
 
     void expectOnceEverywhere()
@@ -676,7 +680,8 @@ TEST_F(InChineseWindow, EveryDialog_HasChineseTitlesButtonsAndLabels)
         for (const QLabel *const label : dialog->findChildren<QLabel *>())
             texts << (label->isVisible() && label->buddy() != nullptr ? label->text() : QString());
         for (const QComboBox *const box : dialog->findChildren<QComboBox *>()) {
-            const bool isOurs = box->objectName() == "road" || box->objectName() == "previousCard" ||
+            const bool isOurs = box->objectName() == "road" ||
+                                box->objectName() == "previousCard" ||
                                 box->objectName() == "folderNames";
             for (int i = 0; isOurs && i < box->count(); ++i)
                 texts << box->itemText(i);

@@ -4,11 +4,14 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QDirIterator>
 #include <QDrag>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QTimer>
+#include <QUrl>
 
 #include "apps/card/card_output.h"
 #include "tests/support/files.h"
@@ -48,14 +51,20 @@ protected:
     void clickField(const QString &label, int column)
     {
         auto *const table = find<QTableView>("fields");
-        QTest::mouseClick(
-            table->viewport(), Qt::LeftButton, {},
-            table->visualRect(model("fields")->index(rowOf(label), column)).center());
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(model("fields")->index(rowOf(label), column)).center());
     }
 
-    static void expectSecret(const QMimeData *data)
+    static void expectSecret(const QMimeData *data) { EXPECT_EQ(data->data(SECRET), "secret"); }
+
+    /** The files that have been dragged out and are still there. */
+    QStringList draggedFiles()
     {
-        EXPECT_EQ(data->data(SECRET), "secret");
+        QStringList files;
+        for (QDirIterator all(path("runtime"), QDir::Files, QDirIterator::Subdirectories);
+             all.hasNext();)
+            files << all.next();
+        return files;
     }
 
     /** The bytes and the forms that are dragged out of a picture; none when nothing can be. */
@@ -183,6 +192,36 @@ TEST_F(Copying, PhotoAndSides_CanBeDraggedOutAsTheirFiles)
     EXPECT_EQ(back[SECRET], "secret");
 }
 
+TEST_F(Copying, PictureThatIsDraggedOut_IsAFileOfItsOwnerAloneUntilAnotherCardIsShown)
+{
+    ASSERT_TRUE(QDir().mkdir(path("runtime")));
+    ASSERT_TRUE(QFile::setPermissions(path("runtime"), QFile::ReadOwner | QFile::WriteOwner |
+                                                           QFile::ExeOwner));
+    qputenv("XDG_RUNTIME_DIR", path("runtime").toUtf8());
+    const std::function<void()> ends[] = {
+        [this] {
+            putCard("hmt-macao");
+            read();
+        },
+        [this] { find<QAbstractButton>("clearHistory")->click(); },
+        [this] { close(); },
+    };
+    for (const auto &end : ends) {
+        show("resident");
+        const QString url = dragged("photo")["text/uri-list"].trimmed();
+        ASSERT_EQ(draggedFiles().size(), 1);
+        const QString file = draggedFiles()[0];
+        EXPECT_EQ(url, QUrl::fromLocalFile(file).toString());
+        EXPECT_TRUE(file.endsWith("/photo.bmp"));
+        EXPECT_EQ(modeOf(file), 0600);
+        EXPECT_EQ(modeOf(QFileInfo(file).path()), 0700);
+        EXPECT_EQ(QImage(file).size(), QSize(102, 126));
+        end();
+        EXPECT_THAT(draggedFiles(), testing::IsEmpty());
+    }
+    qunsetenv("XDG_RUNTIME_DIR");
+}
+
 TEST_F(Copying, PictureOfThePreviousCardOrOneThatIsCovered_CannotBeDragged)
 {
     show("resident");
@@ -262,8 +301,9 @@ TEST_F(Covered, AllFieldsCopied_HaveDots)
     check("cover", true);
     trigger("Copy all fields with labels");
     EXPECT_THAT(clipboard().toStdString(), HasSubstr(("Name\t" + COVER).toStdString()));
-    expectNothingOf(builtInCard("resident"), clipboard().toUtf8().replace(
-                        builtInCard("resident").issuingAuthority.toUtf8(), {}));
+    expectNothingOf(
+        builtInCard("resident"),
+        clipboard().toUtf8().replace(builtInCard("resident").issuingAuthority.toUtf8(), {}));
 }
 
 TEST_F(Covered, Selection_StaysWhenItIsUncovered)
@@ -293,8 +333,9 @@ TEST_F(Covered, ScreenshotsOfTwoCards_AreTheSameToThePixel)
     const auto card = [](const char *name, const char *birth, const char *number) {
         return QByteArray(R"({"kind": "resident", "sex": "1", "ethnicGroup": "01",
             "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101",
-            "address": ")") + name + R"(路 1 号", "name": ")" + name + R"(", "birthDate": ")" +
-            birth + R"(", "idNumber": ")" + number + R"("})";
+            "address": ")") +
+               name + R"(路 1 号", "name": ")" + name + R"(", "birthDate": ")" + birth +
+               R"(", "idNumber": ")" + number + R"("})";
     };
     writeFile(path("a.json"), card("测试", "19900307", "110101199003070038"));
     writeFile(path("b.json"), card("欧阳测试者名字更长", "19800101", "110101198001010010"));

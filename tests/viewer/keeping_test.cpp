@@ -295,8 +295,8 @@ TEST_F(Printing, CardWithACompressedPhoto_HasTheWarningOnThePageAndInTheWindow)
     trigger("Export as PDF…");
     answerFileDialog(path("exported.pdf"));
     EXPECT_THAT(pdfText(path("exported.pdf")), HasSubstr(warning));
-    expectState(Kind::ATTENTION, ("The card was exported to " + path("exported.pdf") + ".").toStdString(),
-                warning);
+    expectState(Kind::ATTENTION,
+                ("The card was exported to " + path("exported.pdf") + ".").toStdString(), warning);
 }
 
 TEST_F(Printing, Preview_ShowsThePage)
@@ -350,10 +350,10 @@ TEST_F(Keeping, NextCardReadAndHistoryClearedWhileADialogIsOpen_TheCardBeforeIsK
         way.answer();
         const QByteArray kept = readFile(way.file);
         const bool isJson = way.file == json;
-        EXPECT_TRUE(kept.contains(isJson ? builtInCard("resident").idNumber.toUtf8()
-                                         : title(kind)));
-        EXPECT_FALSE(kept.contains(isJson ? builtInCard("hmt-macao").idNumber.toUtf8()
-                                          : title(nextKind)));
+        EXPECT_TRUE(
+            kept.contains(isJson ? builtInCard("resident").idNumber.toUtf8() : title(kind)));
+        EXPECT_FALSE(
+            kept.contains(isJson ? builtInCard("hmt-macao").idNumber.toUtf8() : title(nextKind)));
         find<QCheckBox>("automatic")->click();
         close();
         QFile::remove(way.file);
@@ -415,8 +415,7 @@ TEST_F(Table, OfSeveralKinds_HasARowForEachCardTheOldestFirst)
         EXPECT_EQ(cell(row, "Name"), card.name.toStdString());
         EXPECT_EQ(cell(row, "Identity number"), "\t" + card.idNumber.toStdString());
         EXPECT_EQ(cell(row, "Address"), card.address.toStdString());
-        EXPECT_THAT(cell(row, "Time"),
-                    testing::MatchesRegex("20[0-9-]{8} [0-9:]{8}"));
+        EXPECT_THAT(cell(row, "Time"), testing::MatchesRegex("20[0-9-]{8} [0-9:]{8}"));
     }
     EXPECT_EQ(cell(3, "Name"), builtInCard("foreign-2017").englishName.toStdString());
     EXPECT_EQ(cell(3, "Address"), "");
@@ -476,10 +475,9 @@ TEST_F(Keeping, WithoutACard_NothingCanBeSavedPrintedCopiedOrExported)
         if (isOfMenu && action->isEnabled() && !action->text().isEmpty())
             enabled << action->text().remove('&');
     }
-    EXPECT_EQ(enabled,
-              QStringList({"Read", "Quit", "Search the history", "Clear the history", "Settings…",
-                           "True size", "Larger type", "Always on top", "Help", "Diagnose…",
-                           "About"}));
+    EXPECT_EQ(enabled, QStringList({"Read", "Quit", "Search the history", "Clear the history",
+                                    "Settings…", "True size", "Larger type", "Always on top",
+                                    "Help", "Diagnose…", "About"}));
 }
 
 } // namespace

@@ -83,7 +83,6 @@ protected:
     {
         return model("history")->index(row, 0).data(Qt::UserRole).value<app::CardPointer>();
     }
-
 };
 
 TEST_F(PreviousCard, AfterAFailedRead_IsGreyedAndNeitherSavedNorPrintedNorCopied)

@@ -47,7 +47,6 @@ protected:
         auto *const view = find<viewer::PictureView>(name);
         return view->grab(view->pictureRect()).toImage();
     }
-
 };
 
 /** The picture that these bytes are, as large as another. */
@@ -280,9 +279,8 @@ TEST_F(NeverEnding, Read_LeavesTheWindowUsable)
     QElapsedTimer sinceTick;
     qint64 longestPause = 0;
     QTimer ticks;
-    QObject::connect(&ticks, &QTimer::timeout, [&] {
-        longestPause = std::max(longestPause, sinceTick.restart());
-    });
+    QObject::connect(&ticks, &QTimer::timeout,
+                     [&] { longestPause = std::max(longestPause, sinceTick.restart()); });
     sinceTick.start();
     ticks.start(10);
     check("cover", true);

@@ -41,7 +41,8 @@ TEST_F(Remembering, FirstRun_ReadsAsTheMachineIsConfiguredWithoutTheSimulatorsPa
     trigger("Settings…");
     auto *const dialog = this->dialog<viewer::SettingsDialog>();
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->findChild<QComboBox *>("road")->currentText(), "As this machine is configured");
+    EXPECT_EQ(dialog->findChild<QComboBox *>("road")->currentText(),
+              "As this machine is configured");
     EXPECT_FALSE(dialog->findChild<QComboBox *>("device")->isEnabled());
     EXPECT_EQ(dialog->findChild<QComboBox *>("device")->currentText(),
               "The only one that is plugged in");
@@ -189,9 +190,8 @@ TEST_F(Remembering, OptionsOfTheCommandLine_AreNotRemembered)
 TEST_F(Remembering, OptionsOfTheCommandLine_StayWhenTheDialogChangesSomethingElse)
 {
     openWithCard("resident");
-    changeSettings([](viewer::SettingsDialog *dialog) {
-        dialog->findChild<QCheckBox *>("sound")->click();
-    });
+    changeSettings(
+        [](viewer::SettingsDialog *dialog) { dialog->findChild<QCheckBox *>("sound")->click(); });
     EXPECT_TRUE(find("simulator")->isVisible());
     read();
     expectState(Kind::READ, "The card was read.");
@@ -247,9 +247,8 @@ TEST_F(Remembering, NothingOfACard_IsKept)
     read();
     find<QTableView>("fields")->selectRow(1);
     find<QLineEdit>("search")->setText("x");
-    changeSettings([](viewer::SettingsDialog *dialog) {
-        dialog->findChild<QCheckBox *>("sound")->click();
-    });
+    changeSettings(
+        [](viewer::SettingsDialog *dialog) { dialog->findChild<QCheckBox *>("sound")->click(); });
     close();
     EXPECT_THAT(namesIn(path("kept")), testing::IsEmpty());
     int files = 0;
@@ -259,8 +258,7 @@ TEST_F(Remembering, NothingOfACard_IsKept)
         expectNothingOf(builtInCard("resident"), content);
         // In a settings file letters beyond ASCII are written by their numbers.
         for (const QChar letter : builtInCard("resident").name) {
-            EXPECT_FALSE(
-                content.contains("\\x" + QByteArray::number(letter.unicode(), 16)));
+            EXPECT_FALSE(content.contains("\\x" + QByteArray::number(letter.unicode(), 16)));
         }
         ++files;
     }

@@ -73,12 +73,12 @@ TEST_P(EndedRead, IsReportedWithWhatToDoAndTheNextWorks)
     expectNextReadWorks();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ends, EndedRead,
-    testing::Values(Outcome{"segmentation-fault", "It was ended by signal 11."},
-                    Outcome{"abort", "It was ended by signal 6."},
-                    Outcome{"exit-0", "It ended with status 0."},
-                    Outcome{"_exit-3", "It ended with status 3."}));
+INSTANTIATE_TEST_SUITE_P(Ends, EndedRead,
+                         testing::Values(Outcome{"segmentation-fault",
+                                                 "It was ended by signal 11."},
+                                         Outcome{"abort", "It was ended by signal 6."},
+                                         Outcome{"exit-0", "It ended with status 0."},
+                                         Outcome{"_exit-3", "It ended with status 3."}));
 
 class EndlessRead : public UnrulyReader, public testing::WithParamInterface<const char *>
 {
@@ -211,8 +211,8 @@ TEST_F(LonelyWindow, WithoutTheProgramThatReads_SaysThatItCouldNotBeStarted)
         GTEST_SKIP() << "it is installed on this machine";
     ASSERT_TRUE(QFile::copy(QCoreApplication::applicationFilePath(), path("window")));
     const ProcessResult run =
-        runProcess(path("window"),
-                   {"--gtest_also_run_disabled_tests", "--gtest_filter=LonelyWindow.DISABLED_Read"});
+        runProcess(path("window"), {"--gtest_also_run_disabled_tests",
+                                    "--gtest_filter=LonelyWindow.DISABLED_Read"});
     EXPECT_EQ(run.exitStatus, 0) << run.output() << run.error();
     EXPECT_THAT(run.output(), HasSubstr("[  PASSED  ] 1 test."));
 }

@@ -221,8 +221,7 @@ void ViewerTest::putCard(const QString &card, const QString &faults)
     click("putCard");
 }
 
-void ViewerTest::changeSettings(
-    const std::function<void(viewer::SettingsDialog *dialog)> &change)
+void ViewerTest::changeSettings(const std::function<void(viewer::SettingsDialog *dialog)> &change)
 {
     QTest::keyClick(m_window.get(), Qt::Key_Comma, Qt::ControlModifier);
     auto *const settings = dialog<viewer::SettingsDialog>();
