@@ -195,8 +195,8 @@ TEST_F(Copying, PhotoAndSides_CanBeDraggedOutAsTheirFiles)
 TEST_F(Copying, PictureThatIsDraggedOut_IsAFileOfItsOwnerAloneUntilAnotherCardIsShown)
 {
     ASSERT_TRUE(QDir().mkdir(path("runtime")));
-    ASSERT_TRUE(QFile::setPermissions(path("runtime"), QFile::ReadOwner | QFile::WriteOwner |
-                                                           QFile::ExeOwner));
+    ASSERT_TRUE(QFile::setPermissions(path("runtime"),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     qputenv("XDG_RUNTIME_DIR", path("runtime").toUtf8());
     const std::function<void()> ends[] = {
         [this] {

@@ -135,8 +135,8 @@ TEST_F(ServiceRoad, ServiceThatAnotherProgramUses_IsReportedAsBusy)
     // Another connection is another client.
     QDBusConnection client =
         QDBusConnection::connectToBus(systemBus().address(), QStringLiteral("other"));
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        NAME, QStringLiteral(IDCARD_SERVICE_PATH), NAME, QStringLiteral("ReadCard"));
+    QDBusMessage call = QDBusMessage::createMethodCall(NAME, QStringLiteral(IDCARD_SERVICE_PATH),
+                                                       NAME, QStringLiteral("ReadCard"));
     call.setArguments({QStringList(), 20000U});
     client.asyncCall(call);
     QTest::qWait(500);
@@ -149,8 +149,7 @@ TEST_F(ServiceRoad, ServiceThatIsNotThere_IsReported)
 {
     read();
     EXPECT_EQ(m_card, nullptr);
-    EXPECT_EQ(m_problem.headline,
-              QStringLiteral("The service that reads cards did not answer."));
+    EXPECT_EQ(m_problem.headline, QStringLiteral("The service that reads cards did not answer."));
     EXPECT_NE(m_problem.cause, QString());
 }
 
