@@ -53,7 +53,7 @@ private:
     QString m_reason;
     QSize m_fixedSize;
     QPoint m_pressed;
-    /** Another program may read the file long after it was dropped: it stays until the next one. */
+    /** Another program may read the file later than it is dropped: it stays as long as the card. */
     std::unique_ptr<QTemporaryDir> m_draggedFolder;
     bool m_isCovered = false;
     bool m_isFaded = false;
