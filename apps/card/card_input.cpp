@@ -81,9 +81,11 @@ std::optional<CardMedia> mediaIn(const QJsonObject &object)
     const auto front = fileIn(object, "frontPicture");
     const auto back = fileIn(object, "backPicture");
     const auto count = printCountIn(object);
-    const bool hasPrints =
-        prints && prints->size() == count.value_or(0) * int(IDCARD_FINGERPRINT_SIZE);
-    if (!photo || !hasPrints || !front || !back)
+    // What is not to be given away is withheld, but how many there are is known.
+    const bool isRight =
+        prints &&
+        (prints->isNull() || prints->size() == count.value_or(0) * int(IDCARD_FINGERPRINT_SIZE));
+    if (!photo || !isRight || !front || !back)
         return std::nullopt;
     return CardMedia{*photo, count, *prints, {*front, *back}};
 }

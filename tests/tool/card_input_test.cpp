@@ -228,6 +228,14 @@ TEST(CardFromJson, PrintsThatAreNotAsManyAsSaid_AreNoCard)
         EXPECT_FALSE(cardFromJson(withPart("fingerprints", "count", count)));
 }
 
+TEST(CardFromJson, PrintsThatAreWithheld_AreNoneButTheirNumberIsKnown)
+{
+    const auto card = cardFromJson(withPart("fingerprints", "data", QJsonValue::Null));
+    ASSERT_TRUE(card);
+    EXPECT_EQ(card->fingerprintCount(), 2);
+    EXPECT_TRUE(card->fingerprints().isNull());
+}
+
 TEST(CardFromJson, KindOrRoadThatIsNotKnown_IsNoCard)
 {
     for (const char *const key : {"kind", "road", "photo"}) {
