@@ -594,7 +594,7 @@ TEST(FineMachine, IsFineInEveryCheck)
         EXPECT_THAT(one.finding.commands, IsEmpty()) << one.check->id;
     }
     EXPECT_THAT(toReport(findings, Roads::BOTH).toStdString(),
-                testing::EndsWith("\n\nAll is fine: 18 checks.\n"));
+                testing::EndsWith("\n\nAll is fine: 19 checks.\n"));
 }
 
 TEST(FineMachine, OtherWaysOfBeingFineAreFine)

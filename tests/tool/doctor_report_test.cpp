@@ -97,8 +97,8 @@ TEST(ReportJson, HoldsTheSumAndEveryFinding)
     EXPECT_EQ(report["road"].toString(), "both");
     EXPECT_EQ(report["result"].toString(), "warning");
     EXPECT_EQ(report["counts"].toObject(),
-              (QJsonObject{{"ok", 17}, {"warning", 1}, {"failure", 0}}));
-    EXPECT_EQ(report["findings"].toArray().size(), 18);
+              (QJsonObject{{"ok", 18}, {"warning", 1}, {"failure", 0}}));
+    EXPECT_EQ(report["findings"].toArray().size(), 19);
     const QJsonObject driver = report["findings"].toArray().at(9).toObject();
     EXPECT_EQ(driver["group"].toString(), "usb");
     EXPECT_EQ(driver["check"].toString(), "usb-driver");

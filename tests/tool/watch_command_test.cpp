@@ -322,16 +322,17 @@ TEST(WatchEvents, CountEndsThemWithTheLastCard)
     EXPECT_THAT(eventsIn(run.standardOutput), ElementsAre("reader-added", "card-read"));
 }
 
-TEST(WatchEvents, ReaderThatIsMissingToBeginWithIsReportedInWordsAlone)
+TEST(WatchEvents, ReaderThatIsMissingToBeginWithIsAFailedRead)
 {
     const InstalledReader reader;
     RunningTool tool({"watch", "--events", "--json", "--interval", "10"},
                      {reader.variables("resident", "open-fails=2")});
     EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
+    const QJsonObject event = QJsonDocument::fromJson(tool.nextLine()).object();
+    EXPECT_EQ(event["event"].toString(), "read-failed");
+    EXPECT_EQ(event["error"].toObject()["name"].toString(), "IDCARD_RESULT_PORT_NOT_OPEN");
     tool.signal(SIGTERM);
-    const ProcessResult run = tool.result();
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.output(), IsEmpty());
+    EXPECT_EQ(tool.result().exitStatus, 0);
 }
 
 TEST(WatchTimeout, EndsAReadingThatNeverEnds)
