@@ -140,6 +140,8 @@ QString holderFileName(const Card &card)
         if (!character.isLetterOrNumber() && !isKeptInFileName(character))
             character = QLatin1Char('_');
     }
+    if (name.startsWith(QLatin1Char('-')))
+        name[0] = QLatin1Char('_'); // programs would take it for an option
     return name.isEmpty() ? QString(QLatin1String(card.kindKey())) : name;
 }
 

@@ -369,6 +369,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::chooseRoad(const app::RoadChoice &choice)
 {
+    m_reader = choice;
     m_simulator->setVisible(choice.road == app::ReaderRoad::SIMULATOR);
     m_desk.setRoad(choice);
 }
@@ -625,16 +626,22 @@ void MainWindow::printOn(const app::Card &card, QPrinter *printer)
 
 void MainWindow::openSettings()
 {
-    auto *const dialog = new SettingsDialog(m_settings, this);
+    // The way of reading that the command line asked for is not remembered unless it is chosen
+    // here.
+    ViewerSettings inUse = m_settings;
+    inUse.reader = m_reader;
+    auto *const dialog = new SettingsDialog(inUse, this);
     connect(dialog, &QDialog::accepted, this, [this, dialog] {
-        const app::RoadChoice before = m_settings.reader;
-        const ViewerSettings chosen = dialog->settings();
-        m_settings = chosen;
+        const app::RoadChoice remembered = m_settings.reader;
+        m_settings = dialog->settings();
+        const app::RoadChoice chosen = m_settings.reader;
+        if (chosen == m_reader)
+            m_settings.reader = remembered;
         m_settings.store();
-        if (chosen.reader != before) {
+        if (chosen != m_reader) {
             dismissCard();
             await();
-            chooseRoad(chosen.reader);
+            chooseRoad(chosen);
         }
     });
     dialog->open();

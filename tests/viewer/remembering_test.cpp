@@ -197,6 +197,25 @@ TEST_F(Remembering, OptionsOfTheCommandLine_StayWhenTheDialogChangesSomethingEls
     expectState(Kind::READ, "The card was read.");
 }
 
+TEST_F(Remembering, WayOfReadingOfTheCommandLine_IsShownInTheDialogAndRememberedWhenAnotherIsChosen)
+{
+    viewer::ViewerSettings settings;
+    settings.reader = {app::ReaderRoad::LIBRARY, {}, false};
+    settings.store();
+    openWithCard("resident");
+    changeSettings([](viewer::SettingsDialog *dialog) {
+        auto *const road = dialog->findChild<QComboBox *>("road");
+        EXPECT_TRUE(road->currentText().startsWith("From the simulator"));
+        choose(road, "Through the reader maker's library");
+    });
+    EXPECT_FALSE(find("simulator")->isVisible());
+    EXPECT_EQ(viewer::ViewerSettings::load().reader.road, app::ReaderRoad::LIBRARY);
+    openWithCard("resident");
+    changeSettings(
+        [](viewer::SettingsDialog *dialog) { dialog->findChild<QCheckBox *>("sound")->click(); });
+    EXPECT_EQ(viewer::ViewerSettings::load().reader.road, app::ReaderRoad::LIBRARY);
+}
+
 TEST_F(Remembering, DamagedFile_IsSurvived)
 {
     ASSERT_TRUE(QDir().mkpath(path("idcard-reader")));
