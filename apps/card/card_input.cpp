@@ -10,6 +10,8 @@ namespace app
 namespace
 {
 
+constexpr int MOST_PRINTS = 2;
+
 /** The texts of one field as `toJson` writes them; nothing when it writes no such thing. */
 std::optional<QStringList> contentOf(const QJsonValue &value, FieldForm form)
 {
@@ -70,8 +72,8 @@ std::optional<int> printCountIn(const QJsonObject &object)
     const QJsonObject prints = object[QLatin1String("fingerprints")].toObject();
     if (prints.isEmpty())
         return 0;
-    const QJsonValue count = prints[QLatin1String("count")];
-    return count.isDouble() ? std::optional<int>(count.toInt()) : std::nullopt;
+    const int count = prints[QLatin1String("count")].toInt(-1);
+    return 0 <= count && count <= MOST_PRINTS ? std::optional<int>(count) : std::nullopt;
 }
 
 std::optional<CardMedia> mediaIn(const QJsonObject &object)

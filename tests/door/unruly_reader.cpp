@@ -45,8 +45,10 @@ void misbehave()
             std::signal(number, SIG_IGN);
         loop();
     }
-    if (is("segmentation-fault"))
+    if (is("segmentation-fault")) {
+        std::signal(SIGSEGV, SIG_DFL); // a sanitizer would end the process in its own way
         std::raise(SIGSEGV);
+    }
     if (is("abort"))
         std::abort();
     if (is("exit-0"))
