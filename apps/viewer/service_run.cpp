@@ -36,9 +36,12 @@ bool isServiceInstalled()
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return false;
-    const QDBusReply<QStringList> names =
-        bus.interface()->call(QStringLiteral("ListActivatableNames"));
-    return names.value().contains(NAME) || bus.interface()->isServiceRegistered(NAME);
+    const QString busName = QStringLiteral("org.freedesktop.DBus");
+    const QDBusMessage names =
+        bus.call(QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"),
+                                                busName, QStringLiteral("ListActivatableNames")));
+    return names.arguments().value(0).toStringList().contains(NAME) ||
+           bus.interface()->isServiceRegistered(NAME);
 }
 
 } // namespace
