@@ -93,6 +93,7 @@ void CardDesk::read()
         return;
     m_isAskedFor = true;
     m_absence.stop();
+    m_cardThere.clear(); // it is shown no longer, so a watch is to report it again
     emit readingStarted();
     stopRun();
     proceed();

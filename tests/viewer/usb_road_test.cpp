@@ -346,6 +346,17 @@ TEST_F(Automatic, CardThatIsReadOnceMoreByHand_IsInTheHistoryOnceForEach)
     expectNobody();
 }
 
+TEST_F(Automatic, CardWhoseReadByHandIsCancelled_IsShownAgain)
+{
+    plugIn("resident");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitForCards(1));
+    click("read");
+    click("cancel");
+    EXPECT_TRUE(waitForCards(2));
+    EXPECT_EQ(text("name"), "林晓雨");
+}
+
 TEST_F(Automatic, CardTakenOffWhileItIsReadByHand_IsKnownToBeOff)
 {
     plugIn("resident");
