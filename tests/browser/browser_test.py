@@ -12,12 +12,12 @@ import signal
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 from urllib.parse import urlsplit
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import chromium
+from waiting import is_running, wait_until
 
 BROWSER, EXTENSION, PAGE_SCRIPT, SAMPLE, HOST, TOOL = sys.argv[1:7]
 EXTENSION_ID = "ojdlmaapepnmfpiapikmeghcbbbdeipm"
@@ -27,7 +27,6 @@ LISTED_WITH_PORT = "http://intranet.example:8080"
 UNLISTED = ["http://pms.example", "https://pms.example:8443", "https://www.pms.example",
             "https://pms.example.evil.example", "https://pms-example.example",
             "http://intranet.example", "http://intranet.example:8081", "https://intranet.example:8080"]
-SOON_S = 20
 
 READ = """readCard({options}).then(card => ({{card}}),
   error => ({{error: {{name: error.name, headline: error.headline, remedy: error.remedy}}}}))"""
@@ -59,20 +58,6 @@ def page_at(url):
         return (f"<!doctype html>{script}<script>" + READ.format(options="{}") +
                 ".then(answer => parent.postMessage(answer, '*'))</script>")
     return None
-
-
-def is_running(process):
-    try:
-        return pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
-    except FileNotFoundError:
-        return False
-
-
-def wait_until(holds):
-    end = time.monotonic() + SOON_S
-    while not holds() and time.monotonic() < end:
-        time.sleep(0.05)
-    return holds()
 
 
 class Counter:

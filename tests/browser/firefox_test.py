@@ -12,16 +12,15 @@ import pathlib
 import sys
 import tempfile
 import threading
-import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import firefox
+from waiting import is_running, wait_until
 
 BROWSER, EXTENSION, PAGE_SCRIPT, HOST, TOOL = sys.argv[1:6]
 EXTENSION_ID = "browser@idcard-reader.invalid"
 HOST_NAME = "invalid.idcard_reader.browser_host"
-SOON_S = 20
 IDLE_MS = 1000  # after which the browser may end an extension's background, 30 s by itself
 
 READ = "readCard({options}).then(card => card.name, error => error.name)"
@@ -62,20 +61,6 @@ def serve_pages():
     server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Pages)
     threading.Thread(target=server.serve_forever, daemon=True).start()
     return server, f"http://127.0.0.1:{server.server_port}"
-
-
-def is_running(process):
-    try:
-        return pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
-    except FileNotFoundError:
-        return False
-
-
-def wait_until(holds):
-    end = time.monotonic() + SOON_S
-    while not holds() and time.monotonic() < end:
-        time.sleep(0.05)
-    return holds()
 
 
 class Reading(unittest.TestCase):
