@@ -29,7 +29,7 @@ protected:
     void SetUp() override
     {
         if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
-            GTEST_SKIP() << "a child is not started under the emulator";
+            GTEST_SKIP() << "Left out: a child is not started under the emulator";
     }
 
     /** Begins a run; the maker's library then does what it should not. */

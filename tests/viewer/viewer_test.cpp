@@ -115,7 +115,7 @@ void ViewerTest::SetUp()
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
     QApplication::clipboard()->clear();
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
-        GTEST_SKIP() << "the window cannot start what the emulator runs";
+        GTEST_SKIP() << "Left out: the window cannot start what the emulator runs";
 }
 
 void ViewerTest::TearDown()
