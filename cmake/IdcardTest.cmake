@@ -102,7 +102,8 @@ function(idcard_add_test_run name program)
     idcard_find_program(IDCARD_XVFB_RUN xvfb-run)
     # Qt takes an empty address of a session manager for one.
     list(INSERT command 0 "${CMAKE_COMMAND}" -E env --unset=SESSION_MANAGER
-      "${IDCARD_XVFB_RUN}" -a -s "-screen 0 ${arg_SCREEN} -dpi ${arg_DPI}")
+      # While it resets, when its last client has gone, it takes no next one.
+      "${IDCARD_XVFB_RUN}" -a -s "-noreset -screen 0 ${arg_SCREEN} -dpi ${arg_DPI}")
     # Qt has threads of its own for the X server and for the desktop's bus.
     list(APPEND environment "QT_QPA_PLATFORM=xcb" "IDCARD_TEST_DPI=${arg_DPI}"
       "TSAN_OPTIONS=${IDCARD_TSAN_OPTIONS}:ignore_noninstrumented_modules=1")

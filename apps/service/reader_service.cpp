@@ -69,6 +69,7 @@ ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
     connect(&m_clients, &QDBusServiceWatcher::serviceUnregistered, this,
             [this](const QString &client) { clientLeft(client); });
     m_idle.setSingleShot(true);
+    m_idle.setTimerType(Qt::PreciseTimer); // another one may fire seconds too soon
     connect(&m_idle, &QTimer::timeout, this, [this] { leaveIfIdle(); });
     m_idle.start(IDLE_MS);
 }
