@@ -223,9 +223,13 @@ void ViewerTest::putCard(const QString &card, const QString &faults)
 
 void ViewerTest::changeSettings(const std::function<void(viewer::SettingsDialog *dialog)> &change)
 {
-    QTest::keyClick(m_window.get(), Qt::Key_Comma, Qt::ControlModifier);
-    auto *const settings = dialog<viewer::SettingsDialog>();
-    ASSERT_NE(settings, nullptr);
+    viewer::SettingsDialog *settings = nullptr;
+    // A window that is not active yet takes no key.
+    ASSERT_TRUE(waitFor([&] {
+        QTest::keyClick(m_window.get(), Qt::Key_Comma, Qt::ControlModifier);
+        settings = dialog<viewer::SettingsDialog>();
+        return settings != nullptr;
+    }));
     change(settings);
     settings->accept();
     EXPECT_TRUE(waitForNoDialog());
