@@ -5,53 +5,53 @@ namespace app
 
 QVector<ReaderChange> ReaderPresence::observe(const Look &look)
 {
-    const ExitStatus status = look.failure ? look.failure->exitStatus : ExitStatus::DONE;
-    const int code = look.failure ? look.failure->code.value_or(0) : 0;
-    const Sighting sighting = m_card.observe(look.digest, status, code);
     const ReaderState before = m_reader;
     if (look.reader != ReaderState::UNKNOWN)
         m_reader = look.reader;
+    const QVector<ReaderChange> changesOfCard = observeCard(look);
     if (look.reader == ReaderState::MISSING) {
         if (before == ReaderState::MISSING)
             return {};
         return {before == ReaderState::THERE ? ReaderChange::READER_REMOVED
                                              : ReaderChange::READER_MISSING};
     }
-
     QVector<ReaderChange> changes;
     if (m_reader != before)
         changes << ReaderChange::READER_ADDED;
-    switch (sighting) {
-    case Sighting::NOTHING:
-        changes << removedCard();
-        break;
-    case Sighting::NEW_CARD:
-        changes << removedCard() << ReaderChange::CARD_READ;
-        m_hasCard = true;
-        break;
-    case Sighting::NEW_FAILURE:
-        changes << ReaderChange::READ_FAILED;
-        break;
-    case Sighting::SAME_CARD:
-    case Sighting::SAME_FAILURE:
-        break;
-    }
-    return changes;
+    return changes + changesOfCard;
 }
 
 QVector<ReaderChange> ReaderPresence::takeCard()
 {
-    m_card = CardPresence();
+    m_failure.reset();
     if (m_reader == ReaderState::MISSING)
         m_reader = ReaderState::UNKNOWN; // to be reported again
-    return removedCard();
+    return removeCard();
 }
 
-QVector<ReaderChange> ReaderPresence::removedCard()
+QVector<ReaderChange> ReaderPresence::observeCard(const Look &look)
 {
-    if (!m_hasCard)
+    const auto failureBefore = std::exchange(m_failure, std::nullopt);
+    if (look.foundNoCard())
+        return removeCard();
+    if (look.failure) {
+        // The card may still lie there: a failure alone makes it no new one.
+        m_failure.emplace(look.failure->exitStatus, look.failure->code.value_or(0));
+        return m_failure == failureBefore ? QVector<ReaderChange>()
+                                          : QVector<ReaderChange>{ReaderChange::READ_FAILED};
+    }
+    if (look.digest == m_card)
         return {};
-    m_hasCard = false;
+    const QVector<ReaderChange> changes = removeCard() << ReaderChange::CARD_READ;
+    m_card = look.digest;
+    return changes;
+}
+
+QVector<ReaderChange> ReaderPresence::removeCard()
+{
+    if (m_card.isEmpty())
+        return {};
+    m_card.clear();
     return {ReaderChange::CARD_REMOVED};
 }
 

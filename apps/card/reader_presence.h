@@ -2,9 +2,11 @@
 
 // What changes on a reader that is looked at again and again, and in which order.
 
+#include <optional>
+#include <utility>
+
 #include <QVector>
 
-#include "apps/card/card_presence.h"
 #include "apps/card/reader_look.h"
 
 namespace app
@@ -33,11 +35,12 @@ public:
     QVector<ReaderChange> takeCard();
 
 private:
-    QVector<ReaderChange> removedCard();
+    QVector<ReaderChange> observeCard(const Look &look);
+    QVector<ReaderChange> removeCard();
 
     ReaderState m_reader = ReaderState::UNKNOWN;
-    bool m_hasCard = false;
-    CardPresence m_card;
+    QByteArray m_card; ///< digest of the card that lies there; empty: none does
+    std::optional<std::pair<ExitStatus, int>> m_failure; ///< codes alone do not distinguish all
 };
 
 } // namespace app

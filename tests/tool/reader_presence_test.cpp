@@ -118,6 +118,30 @@ TEST_F(Presence, FailureIsReportedAgainAfterTheReaderWasMissing)
     EXPECT_THAT(see(READ_FAILED), ElementsAre(Change::READER_ADDED, Change::READ_FAILED));
 }
 
+TEST_F(Presence, FailureIsReportedAgainAfterTheReaderWasEmptyOrACardWasRead)
+{
+    see(READ_FAILED);
+    see(NO_CARD);
+    EXPECT_THAT(see(READ_FAILED), ElementsAre(Change::READ_FAILED));
+    see(card("a"));
+    EXPECT_THAT(see(READ_FAILED), ElementsAre(Change::READ_FAILED));
+}
+
+TEST_F(Presence, FailuresOfOneCodeThatEndDifferentlyAreTwo)
+{
+    see(failure(ExitStatus::PROGRAM_FAILED, 0));
+    EXPECT_THAT(see(failure(ExitStatus::NOTHING_READ, 0)), ElementsAre(Change::READ_FAILED));
+    EXPECT_THAT(see(failure(ExitStatus::NOTHING_READ, 0)), IsEmpty());
+    EXPECT_THAT(see(failure(ExitStatus::NOTHING_READ, -1)), ElementsAre(Change::READ_FAILED));
+}
+
+TEST_F(Presence, FailureIsReportedAgainAfterTheCardWasTaken)
+{
+    see(READ_FAILED);
+    take();
+    EXPECT_THAT(see(READ_FAILED), ElementsAre(Change::READ_FAILED));
+}
+
 TEST_F(Presence, LookThatDoesNotReachTheReaderSaysNothingOfIt)
 {
     EXPECT_THAT(see(NO_USB), ElementsAre(Change::READ_FAILED));
