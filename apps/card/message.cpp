@@ -43,7 +43,7 @@ QString codeLine(int code, const QString &name)
 
 Message messageOf(const ResultEntry &entry, const QStringList &details)
 {
-    Message message{resultText(entry.summary), {}, Message::Kind::FAILURE};
+    Message message{resultText(entry.summary)};
     message.lines << remedyLine(resultText(entry.remedy)) << causeLine(resultText(entry.cause))
                   << codeLine(entry.code, QLatin1String(entry.constant)) << details;
     const QString more = moreAbout(entry.exitStatus);
@@ -63,9 +63,7 @@ Message unknownCodeMessage(int code)
 {
     return {tr("The library returned the code %1, which this program does not know. Install the "
                "program and the library of the same version.")
-                .arg(code),
-            {},
-            Message::Kind::FAILURE};
+                .arg(code)};
 }
 
 QString terminalText(const Message &message)

@@ -12,11 +12,8 @@ namespace app
 {
 
 struct Message {
-    enum class Kind { NOTE, WARNING, FAILURE };
-
     QString headline;
     QStringList lines = {}; ///< one that begins with a blank is a command
-    Kind kind = Kind::NOTE;
 };
 
 /** A row of a catalogue; `details` are lines such as "Device: ..." that follow the code. */

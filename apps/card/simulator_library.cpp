@@ -8,8 +8,6 @@
 #include <QFileInfo>
 #include <QStringList>
 
-#include <dlfcn.h>
-
 #include "apps/process/translation.h"
 #include "common/texts.h"
 
@@ -93,24 +91,6 @@ SimulatorProblem SimulatorLibrary::load()
         m_setFaults == nullptr)
         return loadProblem(tr("%1 is not a simulator of this version").arg(path));
     m_path = path;
-    return {};
-}
-
-SimulatorProblem SimulatorLibrary::unload()
-{
-    if (!isLoaded())
-        return {};
-    m_library.unload();
-    void *const held =
-        ::dlopen(QFile::encodeName(m_library.fileName()).constData(), RTLD_LAZY | RTLD_NOLOAD);
-    if (held != nullptr) {
-        ::dlclose(held);
-        return {tr("The simulator %1 cannot be taken out of this program, where it would answer in "
-                   "the reader's place. End the program and start it again without the simulator.")
-                    .arg(m_path),
-                ExitStatus::PROGRAM_FAILED};
-    }
-    m_path.clear();
     return {};
 }
 

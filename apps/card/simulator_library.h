@@ -25,17 +25,10 @@ class SimulatorLibrary
 public:
     /**
      * Loads the library that IDCARD_SIMULATOR_LIBRARY names or, when it is not set, the one beside
-     * the program, in ../lib or in the folder that libraries are installed in. It stays loaded
-     * until `unload`.
+     * the program, in ../lib or in the folder that libraries are installed in. It stays
+     * loaded.
      */
     SimulatorProblem load();
-
-    /**
-     * Takes the library out of the process, so that the reader maker's functions are found again.
-     * Nothing else is to be called before the next `load`. Reports when something holds the library
-     * in the process; does nothing when it is not loaded.
-     */
-    SimulatorProblem unload();
 
     bool isLoaded() const { return !m_path.isEmpty(); }
 

@@ -1,7 +1,5 @@
 #include "apps/card/usb_list.h"
 
-#include <algorithm>
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -43,14 +41,6 @@ QString designation(const UsbDevice &device)
     const QString deviceClass = classForPeople(device.deviceClass);
     return name.isEmpty() ? tr("(%1)").arg(deviceClass)
                           : filledIn(tr("%1 (%2)"), name, deviceClass);
-}
-
-int likelyReader(const QVector<UsbDevice> &devices)
-{
-    const auto *const found =
-        std::find_if(devices.begin(), devices.end(),
-                     [](const UsbDevice &device) { return device.hasReaderPipes; });
-    return found == devices.end() ? 0 : static_cast<int>(found - devices.begin());
 }
 
 QByteArray toJson(const QVector<UsbDevice> &devices)

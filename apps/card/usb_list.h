@@ -13,9 +13,6 @@ namespace app
 /** What the device says it is, and its class; without its ids. */
 QString designation(const UsbDevice &device);
 
-/** The index of the device that is a reader by what it says of itself, or 0. */
-int likelyReader(const QVector<UsbDevice> &devices);
-
 /** An array of objects, over several lines, ending with a line break. */
 QByteArray toJson(const QVector<UsbDevice> &devices);
 

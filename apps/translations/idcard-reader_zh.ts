@@ -2841,10 +2841,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>%1 不是这个版本的模拟器</translation>
     </message>
     <message>
-        <source>The simulator %1 cannot be taken out of this program, where it would answer in the reader&apos;s place. End the program and start it again without the simulator.</source>
-        <translation>无法从本程序中卸载模拟器 %1，它会代替读卡器应答。请退出程序，然后不使用模拟器重新启动。</translation>
-    </message>
-    <message>
         <source>The simulator refuses the faults: %1</source>
         <translation>模拟器不接受这些故障：%1</translation>
     </message>

@@ -27,7 +27,6 @@ public:
     void deselect();
     void setCovered(bool covered) { m_history.setCovered(covered); }
     void focusSearch();
-    bool isEmpty() const { return m_history.rowCount() == 0; }
 
     /** The oldest first, as a register has them. */
     QVector<KeptCard> cards() const;

@@ -31,7 +31,6 @@ TEST(Message, OfAResult_LeadsWithWhatToDoThenCauseCodeAndDetails)
     EXPECT_EQ(message.headline.toStdString(), "It failed.");
     EXPECT_THAT(linesOf(message), ElementsAre("What to do: What is to be done.", "Cause: Why.",
                                               "Code: -7 (A_CONSTANT)", "Device: 1209:0001"));
-    EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
 TEST(Message, OfAnUnknownCode_NamesItAndSaysWhatToDo)
@@ -39,7 +38,6 @@ TEST(Message, OfAnUnknownCode_NamesItAndSaysWhatToDo)
     const Message message = unknownCodeMessage(-77);
     EXPECT_THAT(message.headline.toStdString(),
                 testing::AllOf(HasSubstr("the code -77,"), HasSubstr("Install")));
-    EXPECT_EQ(message.kind, Message::Kind::FAILURE);
 }
 
 TEST(TerminalText, LinesAreIndentedUnderTheHeadline)

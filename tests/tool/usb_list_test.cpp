@@ -35,21 +35,6 @@ TEST(UsbIdsText, HasFourLowerCaseDigitsEach)
     EXPECT_EQ(toText(UsbIds{0xFFFF, 0x0000}), "ffff:0000");
 }
 
-TEST(LikelyReader, IsTheFirstDeviceWithAReadersPipes)
-{
-    UsbDevice other = reader();
-    other.hasReaderPipes = false;
-    EXPECT_EQ(likelyReader({other, reader(), reader()}), 1);
-}
-
-TEST(LikelyReader, AmongDevicesWithoutPipes_IsTheFirst)
-{
-    UsbDevice other = reader();
-    other.hasReaderPipes = false;
-    EXPECT_EQ(likelyReader({other, other}), 0);
-    EXPECT_EQ(likelyReader({}), 0);
-}
-
 TEST(UsbListTable, ShowsADeviceUnderHeadings)
 {
     EXPECT_EQ(toTable({reader()}).toStdString(),
