@@ -3853,6 +3853,73 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     </message>
 </context>
 <context>
+    <name>viewer::CardExport</name>
+    <message>
+        <source>The card was saved in %1.</source>
+        <translation>证件已保存到 %1。</translation>
+    </message>
+    <message>
+        <source>The card could not be saved.</source>
+        <translation>无法保存证件。</translation>
+    </message>
+    <message>
+        <source>Export as PDF</source>
+        <translation>导出为 PDF</translation>
+    </message>
+    <message>
+        <source>PDF files (*.pdf)</source>
+        <translation>PDF 文件 (*.pdf)</translation>
+    </message>
+    <message>
+        <source>The card was exported to %1.</source>
+        <translation>证件已导出到 %1。</translation>
+    </message>
+    <message>
+        <source>The PDF file could not be written.</source>
+        <translation>无法写入 PDF 文件。</translation>
+    </message>
+    <message>
+        <source>cards %1.csv</source>
+        <translation>读卡记录 %1.csv</translation>
+    </message>
+    <message>
+        <source>Export the history</source>
+        <translation>导出读卡记录</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv)</source>
+        <translation>表格文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>The history was exported to %1.</source>
+        <translation>读卡记录已导出到 %1。</translation>
+    </message>
+    <message>
+        <source>The table could not be written.</source>
+        <translation>无法写入表格文件。</translation>
+    </message>
+    <message>
+        <source>The card could not be printed.</source>
+        <translation>无法打印证件。</translation>
+    </message>
+    <message>
+        <source>See that the printer is ready and that the card has pictures, and print once more.</source>
+        <translation>请确认打印机已就绪、证件有图像，然后再打印一次。</translation>
+    </message>
+    <message>
+        <source>The card was sent to the printer.</source>
+        <translation>证件已发送到打印机。</translation>
+    </message>
+    <message>
+        <source>The card was sent to the printer, without its portrait.</source>
+        <translation>证件已发送到打印机，但没有照片。</translation>
+    </message>
+    <message>
+        <source>Save in a new folder of</source>
+        <translation>保存到所选文件夹下的新文件夹</translation>
+    </message>
+</context>
+<context>
     <name>viewer::CardPane</name>
     <message>
         <source>Front</source>
@@ -3990,46 +4057,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>The cards of this run are forgotten.</source>
         <translation>本次运行的读卡记录已清除。</translation>
-    </message>
-    <message>
-        <source>Save in a new folder of</source>
-        <translation>保存到所选文件夹下的新文件夹</translation>
-    </message>
-    <message>
-        <source>The card could not be saved.</source>
-        <translation>无法保存证件。</translation>
-    </message>
-    <message>
-        <source>The card was saved in %1.</source>
-        <translation>证件已保存到 %1。</translation>
-    </message>
-    <message>
-        <source>Export as PDF</source>
-        <translation>导出为 PDF</translation>
-    </message>
-    <message>
-        <source>PDF files (*.pdf)</source>
-        <translation>PDF 文件 (*.pdf)</translation>
-    </message>
-    <message>
-        <source>The card was exported to %1.</source>
-        <translation>证件已导出到 %1。</translation>
-    </message>
-    <message>
-        <source>The PDF file could not be written.</source>
-        <translation>无法写入 PDF 文件。</translation>
-    </message>
-    <message>
-        <source>The card was sent to the printer.</source>
-        <translation>证件已发送到打印机。</translation>
-    </message>
-    <message>
-        <source>The card could not be printed.</source>
-        <translation>无法打印证件。</translation>
-    </message>
-    <message>
-        <source>See that the printer is ready and that the card has pictures, and print once more.</source>
-        <translation>请确认打印机已就绪、证件有图像，然后再打印一次。</translation>
     </message>
     <message>
         <source>It is the whole card: nothing is covered there.</source>
@@ -4222,30 +4249,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>Details</source>
         <translation>详细信息</translation>
-    </message>
-    <message>
-        <source>cards %1.csv</source>
-        <translation>读卡记录 %1.csv</translation>
-    </message>
-    <message>
-        <source>Export the history</source>
-        <translation>导出读卡记录</translation>
-    </message>
-    <message>
-        <source>Tables (*.csv)</source>
-        <translation>表格文件 (*.csv)</translation>
-    </message>
-    <message>
-        <source>The history was exported to %1.</source>
-        <translation>读卡记录已导出到 %1。</translation>
-    </message>
-    <message>
-        <source>The table could not be written.</source>
-        <translation>无法写入表格文件。</translation>
-    </message>
-    <message>
-        <source>The card was sent to the printer, without its portrait.</source>
-        <translation>证件已发送到打印机，但没有照片。</translation>
     </message>
     <message>
         <source>Help</source>

@@ -1,30 +1,20 @@
 #include "apps/viewer/main_window.h"
 
-#include <memory>
-
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QIcon>
 #include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPrintDialog>
-#include <QPrintPreviewDialog>
-#include <QPrinter>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "apps/card/card_files.h"
 #include "apps/card/version_text.h"
 #include "apps/viewer/attention.h"
-#include "apps/viewer/card_sheet.h"
 #include "apps/viewer/diagnosis_dialog.h"
-#include "apps/viewer/private_file.h"
 #include "apps/viewer/settings_dialog.h"
 
 namespace viewer
@@ -48,12 +38,6 @@ QString clock(const QDateTime &time)
     return QLocale().toString(time.time(), QStringLiteral("HH:mm"));
 }
 
-app::CardSheet sheetOf(const app::Card &card)
-{
-    return {card.picture(app::CardSide::FRONT), card.picture(app::CardSide::BACK),
-            app::kindForPeople(card), app::missingPhotoNote(card)};
-}
-
 QString detailsOf(const app::Problem &problem)
 {
     QStringList lines;
@@ -75,10 +59,10 @@ QPushButton *largeButton(const char *name, const QString &text)
 } // namespace
 
 MainWindow::MainWindow(const ViewerOptions &options)
-    : m_settings(ViewerSettings::load()), m_stateLine(new StateLine),
-      m_simulator(new SimulatorPanel), m_pane(new CardPane), m_history(new HistoryPane),
-      m_mainSplitter(new QSplitter(Qt::Horizontal)), m_sideSplitter(new QSplitter(Qt::Vertical)),
-      m_readButton(largeButton("read", tr("&Read"))),
+    : m_settings(ViewerSettings::load()), m_export(new CardExport(&m_settings, this)),
+      m_stateLine(new StateLine), m_simulator(new SimulatorPanel), m_pane(new CardPane),
+      m_history(new HistoryPane), m_mainSplitter(new QSplitter(Qt::Horizontal)),
+      m_sideSplitter(new QSplitter(Qt::Vertical)), m_readButton(largeButton("read", tr("&Read"))),
       m_automatic(new QCheckBox(tr("Read each &new card"))),
       m_coverBox(new QCheckBox(tr("Cover the hol&der's data"))),
       m_saveButton(largeButton("save", tr("&Save"))),
@@ -87,6 +71,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     setWindowTitle(tr("Card viewer"));
     setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer"),
                                    QIcon(QStringLiteral(":/viewer/idcard-viewer.png"))));
+    connect(m_export, &CardExport::ended, this, &MainWindow::showExport);
     m_forget.setSingleShot(true);
     connect(&m_forget, &QTimer::timeout, this, &MainWindow::forgetCard);
     build();
@@ -124,7 +109,8 @@ void MainWindow::build()
     connect(m_stateLine, &StateLine::detailsRequested, this, &MainWindow::showDetails);
     connect(m_stateLine, &StateLine::diagnosisRequested, this, &MainWindow::diagnose);
     connect(m_history, &HistoryPane::chosen, this, &MainWindow::showEarlierCard);
-    connect(m_history, &HistoryPane::exportRequested, this, &MainWindow::exportHistory);
+    connect(m_history, &HistoryPane::exportRequested, m_export,
+            [this] { m_export->exportHistory(m_history); });
     connect(m_history, &HistoryPane::clearRequested, this, &MainWindow::clearHistory);
     connect(m_pane, &CardPane::copied, this, [this](const QString &what) {
         m_stateLine->setState({StateKind::READ, tr("Copied: %1").arg(what)});
@@ -170,8 +156,10 @@ QWidget *MainWindow::builtCommands()
         m_settings.isCovered = covered;
         m_settings.store();
     });
-    connect(m_saveButton, &QPushButton::clicked, this, &MainWindow::save);
-    connect(m_printButton, &QPushButton::clicked, this, &MainWindow::print);
+    connect(m_saveButton, &QPushButton::clicked, m_export,
+            [this] { m_export->save(m_shown.card); });
+    connect(m_printButton, &QPushButton::clicked, m_export,
+            [this] { m_export->print(m_shown.card); });
     return commands;
 }
 
@@ -219,13 +207,16 @@ void MainWindow::buildCardMenu()
     m_cancelAction->setEnabled(false);
     menu->addAction(m_cancelAction);
     menu->addSeparator();
-    menu->addAction(cardAction(tr("&Save"), QKeySequence::Save, [this] { save(); }));
     menu->addAction(
-        cardAction(tr("Save &as…"), Qt::CTRL + Qt::SHIFT + Qt::Key_S, [this] { saveAs(); }));
+        cardAction(tr("&Save"), QKeySequence::Save, [this] { m_export->save(m_shown.card); }));
+    menu->addAction(cardAction(tr("Save &as…"), Qt::CTRL + Qt::SHIFT + Qt::Key_S,
+                               [this] { m_export->saveAs(m_shown.card); }));
+    menu->addAction(cardAction(tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E,
+                               [this] { m_export->exportPdf(m_shown.card); }));
     menu->addAction(
-        cardAction(tr("Export as P&DF…"), Qt::CTRL + Qt::Key_E, [this] { exportPdf(); }));
-    menu->addAction(cardAction(tr("Print pre&view…"), {}, [this] { preview(); }));
-    menu->addAction(cardAction(tr("&Print…"), QKeySequence::Print, [this] { print(); }));
+        cardAction(tr("Print pre&view…"), {}, [this] { m_export->preview(m_shown.card); }));
+    menu->addAction(
+        cardAction(tr("&Print…"), QKeySequence::Print, [this] { m_export->print(m_shown.card); }));
     menu->addSeparator();
     menu->addAction(action(tr("&Quit"), Qt::CTRL + Qt::Key_Q, [this] { close(); }));
 }
@@ -500,128 +491,12 @@ void MainWindow::showDetails()
     box->open();
 }
 
-void MainWindow::reportCopy(const QString &done, const QString &failed, const QString &problem)
+void MainWindow::showExport(const State &state)
 {
-    if (!problem.isEmpty())
-        m_stateLine->setState({StateKind::FAILED, failed, problem});
-    else if (m_coverBox->isChecked())
-        m_stateLine->setState(
-            {StateKind::READ, done, tr("It is the whole card: nothing is covered there.")});
-    else
-        m_stateLine->setState({StateKind::READ, done});
-}
-
-void MainWindow::save()
-{
-    if (m_settings.folder.isEmpty()) {
-        askForFolder([this, card = m_shown.card](const QString &folder) {
-            m_settings.folder = folder;
-            m_settings.store();
-            saveIn(folder, *card);
-        });
-    } else {
-        saveIn(m_settings.folder, *m_shown.card);
-    }
-}
-
-void MainWindow::saveAs()
-{
-    askForFolder([this, card = m_shown.card](const QString &folder) { saveIn(folder, *card); });
-}
-
-void MainWindow::askForFolder(const std::function<void(const QString &folder)> &use)
-{
-    auto *const dialog = new QFileDialog(this, tr("Save in a new folder of"), m_settings.folder);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, use);
-    dialog->open();
-}
-
-void MainWindow::saveIn(const QString &folder, const app::Card &card)
-{
-    QString made;
-    const QString problem = m_settings.folderNames == FolderNames::HOLDERS
-                                ? app::saveInHoldersFolder(card, folder, &made)
-                                : app::saveInNextFolder(card, folder, &made);
-    reportCopy(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)),
-               tr("The card could not be saved."), problem);
-}
-
-void MainWindow::askForFile(const QString &title, const QString &proposal, const QString &filter,
-                            const std::function<void(const QString &path)> &use)
-{
-    auto *const dialog = new QFileDialog(this, title, m_settings.folder, filter);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(proposal.section(QLatin1Char('.'), -1));
-    dialog->selectFile(proposal);
-    connect(dialog, &QFileDialog::fileSelected, this, use);
-    dialog->open();
-}
-
-void MainWindow::exportPdf()
-{
-    const QString name = app::holderFileName(*m_shown.card) + QLatin1String(".pdf");
-    askForFile(tr("Export as PDF"), name, tr("PDF files (*.pdf)"),
-               [this, card = m_shown.card](const QString &path) {
-                   QString problem;
-                   app::writeSheetPdf(sheetOf(*card), path, &problem);
-                   const QString done = tr("The card was exported to %1.").arg(path);
-                   const QString note = app::missingPhotoNote(*card);
-                   if (problem.isEmpty() && !note.isEmpty())
-                       m_stateLine->setState({StateKind::ATTENTION, done, note});
-                   else
-                       reportCopy(done, tr("The PDF file could not be written."), problem);
-               });
-}
-
-void MainWindow::exportHistory()
-{
-    const QString name = tr("cards %1.csv").arg(QDate::currentDate().toString(Qt::ISODate));
-    askForFile(tr("Export the history"), name, tr("Tables (*.csv)"), [this](const QString &path) {
-        QString problem;
-        writePrivateFile(path, historyCsv(m_history->cards()), &problem);
-        reportCopy(tr("The history was exported to %1.").arg(path),
-                   tr("The table could not be written."), problem);
-    });
-}
-
-void MainWindow::preview()
-{
-    auto *const dialog = new QPrintPreviewDialog(this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QPrintPreviewDialog::paintRequested, this,
-            [card = m_shown.card](QPrinter *printer) { app::paintSheet(sheetOf(*card), printer); });
-    dialog->open();
-}
-
-void MainWindow::print()
-{
-    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-    auto *const dialog = new QPrintDialog(printer.get(), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this,
-            [this, printer, card = m_shown.card] { printOn(*card, printer.get()); });
-    dialog->open();
-}
-
-void MainWindow::printOn(const app::Card &card, QPrinter *printer)
-{
-    if (!app::paintSheet(sheetOf(card), printer)) {
-        m_stateLine->setState({StateKind::FAILED, tr("The card could not be printed."),
-                               tr("See that the printer is ready and that the card has pictures, "
-                                  "and print once more.")});
-        return;
-    }
-    const QString note = app::missingPhotoNote(card);
-    if (note.isEmpty())
-        reportCopy(tr("The card was sent to the printer."), {}, {});
-    else
-        m_stateLine->setState({StateKind::ATTENTION,
-                               tr("The card was sent to the printer, without its portrait."),
-                               note});
+    State shown = state;
+    if (state.kind == StateKind::READ && m_coverBox->isChecked())
+        shown.line = tr("It is the whole card: nothing is covered there.");
+    m_stateLine->setState(shown);
 }
 
 void MainWindow::openSettings()

@@ -11,15 +11,13 @@
 #include <QTimer>
 
 #include "apps/viewer/card_desk.h"
+#include "apps/viewer/card_export.h"
 #include "apps/viewer/card_pane.h"
 #include "apps/viewer/history_pane.h"
 #include "apps/viewer/simulator_panel.h"
 #include "apps/viewer/state_line.h"
 #include "apps/viewer/viewer_options.h"
 #include "apps/viewer/viewer_settings.h"
-
-class QFileDialog;
-class QPrinter;
 
 namespace viewer
 {
@@ -69,20 +67,7 @@ private:
     void await();
     void showProblem(const app::Problem &problem);
     void showDetails();
-    void reportCopy(const QString &done, const QString &failed, const QString &problem);
-
-    void save();
-    void saveAs();
-    void saveIn(const QString &folder, const app::Card &card);
-    void askForFolder(const std::function<void(const QString &folder)> &use);
-    void exportPdf();
-    void exportHistory();
-    void askForFile(const QString &title, const QString &proposal, const QString &filter,
-                    const std::function<void(const QString &path)> &use);
-    void preview();
-    void print();
-    void printOn(const app::Card &card, QPrinter *printer);
-
+    void showExport(const State &state);
     void openSettings();
     void openHelp();
     void openAbout();
@@ -95,6 +80,7 @@ private:
     KeptCard m_read;  ///< that was read last, until another is chosen or it is cleared
     QTimer m_forget;
 
+    CardExport *m_export;
     StateLine *m_stateLine;
     SimulatorPanel *m_simulator;
     CardPane *m_pane;

@@ -1,0 +1,156 @@
+#include "apps/viewer/card_export.h"
+
+#include <memory>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+
+#include "apps/card/card_files.h"
+#include "apps/card/card_output.h"
+#include "apps/viewer/card_sheet.h"
+#include "apps/viewer/history_csv.h"
+#include "apps/viewer/private_file.h"
+
+namespace viewer
+{
+
+namespace
+{
+
+app::CardSheet sheetOf(const app::Card &card)
+{
+    return {card.picture(app::CardSide::FRONT), card.picture(app::CardSide::BACK),
+            app::kindForPeople(card), app::missingPhotoNote(card)};
+}
+
+} // namespace
+
+CardExport::CardExport(ViewerSettings *settings, QWidget *window)
+    : QObject(window), m_settings(settings), m_window(window)
+{
+}
+
+void CardExport::save(const app::CardPointer &card)
+{
+    if (!m_settings->folder.isEmpty())
+        return saveIn(m_settings->folder, *card);
+    askForFolder([this, card](const QString &folder) {
+        m_settings->folder = folder;
+        m_settings->store();
+        saveIn(folder, *card);
+    });
+}
+
+void CardExport::saveAs(const app::CardPointer &card)
+{
+    askForFolder([this, card](const QString &folder) { saveIn(folder, *card); });
+}
+
+void CardExport::saveIn(const QString &folder, const app::Card &card)
+{
+    QString made;
+    const QString problem = m_settings->folderNames == FolderNames::HOLDERS
+                                ? app::saveInHoldersFolder(card, folder, &made)
+                                : app::saveInNextFolder(card, folder, &made);
+    if (problem.isEmpty())
+        report(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)));
+    else
+        reportFailure(tr("The card could not be saved."), problem);
+}
+
+void CardExport::exportPdf(const app::CardPointer &card)
+{
+    const QString name = app::holderFileName(*card) + QLatin1String(".pdf");
+    askForFile(
+        tr("Export as PDF"), name, tr("PDF files (*.pdf)"), [this, card](const QString &path) {
+            QString problem;
+            if (app::writeSheetPdf(sheetOf(*card), path, &problem))
+                report(tr("The card was exported to %1.").arg(path), app::missingPhotoNote(*card));
+            else
+                reportFailure(tr("The PDF file could not be written."), problem);
+        });
+}
+
+void CardExport::exportHistory(const HistoryPane *history)
+{
+    const QString name = tr("cards %1.csv").arg(QDate::currentDate().toString(Qt::ISODate));
+    askForFile(tr("Export the history"), name, tr("Tables (*.csv)"),
+               [this, history](const QString &path) {
+                   QString problem;
+                   if (writePrivateFile(path, historyCsv(history->cards()), &problem))
+                       report(tr("The history was exported to %1.").arg(path));
+                   else
+                       reportFailure(tr("The table could not be written."), problem);
+               });
+}
+
+void CardExport::preview(const app::CardPointer &card)
+{
+    auto *const dialog = new QPrintPreviewDialog(m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QPrintPreviewDialog::paintRequested, this,
+            [card](QPrinter *printer) { app::paintSheet(sheetOf(*card), printer); });
+    dialog->open();
+}
+
+void CardExport::print(const app::CardPointer &card)
+{
+    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    auto *const dialog = new QPrintDialog(printer.get(), m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this,
+            [this, printer, card] { printOn(*card, printer.get()); });
+    dialog->open();
+}
+
+void CardExport::printOn(const app::Card &card, QPrinter *printer)
+{
+    const QString note = app::missingPhotoNote(card);
+    if (!app::paintSheet(sheetOf(card), printer))
+        reportFailure(tr("The card could not be printed."),
+                      tr("See that the printer is ready and that the card has pictures, and print "
+                         "once more."));
+    else if (note.isEmpty())
+        report(tr("The card was sent to the printer."));
+    else
+        report(tr("The card was sent to the printer, without its portrait."), note);
+}
+
+void CardExport::askForFolder(const std::function<void(const QString &folder)> &use)
+{
+    auto *const dialog =
+        new QFileDialog(m_window, tr("Save in a new folder of"), m_settings->folder);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, use);
+    dialog->open();
+}
+
+void CardExport::askForFile(const QString &title, const QString &proposal, const QString &filter,
+                            const std::function<void(const QString &path)> &use)
+{
+    auto *const dialog = new QFileDialog(m_window, title, m_settings->folder, filter);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(proposal.section(QLatin1Char('.'), -1));
+    dialog->selectFile(proposal);
+    connect(dialog, &QFileDialog::fileSelected, this, use);
+    dialog->open();
+}
+
+/** `note`: what the user should look at all the same; empty: nothing. */
+void CardExport::report(const QString &done, const QString &note)
+{
+    emit ended({note.isEmpty() ? StateKind::READ : StateKind::ATTENTION, done, note});
+}
+
+void CardExport::reportFailure(const QString &failed, const QString &problem)
+{
+    emit ended({StateKind::FAILED, failed, problem});
+}
+
+} // namespace viewer
