@@ -12,8 +12,8 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 
-#include "apps/card/card_reader.h"
-#include "apps/card/simulator_library.h"
+#include "apps/reading/card_reader.h"
+#include "apps/reading/simulator_library.h"
 #include "apps/viewer/card_desk.h"
 
 namespace

@@ -2,8 +2,8 @@
 
 // The configuration files of the machine and its user.
 
-#include "apps/card/configuration.h"
 #include "apps/doctor/finding.h"
+#include "apps/reading/configuration.h"
 
 namespace app::doctor
 {

@@ -6,9 +6,9 @@
 #include <QJsonArray>
 #include <QScreen>
 
-#include "apps/card/screen_resolution.h"
 #include "apps/doctor/environment.h"
 #include "apps/process/json_object.h"
+#include "apps/process/screen_resolution.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
 #include "render/makecardimg.h"

@@ -5,8 +5,8 @@
 
 #include <optional>
 
-#include "apps/card/usb_devices.h"
 #include "apps/doctor/finding.h"
+#include "apps/reading/usb_devices.h"
 
 namespace app::doctor
 {

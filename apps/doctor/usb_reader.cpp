@@ -1,12 +1,12 @@
 // The readers on the bus, and the kernel's drivers that are bound to them.
 
-#include "apps/card/message.h"
-#include "apps/card/usb_catalogue.h"
-#include "apps/card/usb_list.h"
 #include "apps/doctor/environment.h"
 #include "apps/doctor/shipped_files.h"
 #include "apps/process/json_object.h"
 #include "apps/process/translation.h"
+#include "apps/reading/usb_list.h"
+#include "apps/results/message.h"
+#include "apps/results/usb_catalogue.h"
 #include "common/texts.h"
 
 namespace app::doctor

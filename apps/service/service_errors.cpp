@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "apps/card/result_catalogue.h"
-#include "apps/card/tool_faults.h"
-#include "apps/card/usb_catalogue.h"
 #include "apps/process/translation.h"
+#include "apps/results/result_catalogue.h"
+#include "apps/results/tool_faults.h"
+#include "apps/results/usb_catalogue.h"
 
 namespace app
 {

@@ -4,9 +4,9 @@
 
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
-#include "apps/card/failure.h"
 #include "apps/card/file_set.h"
 #include "apps/process/standard_streams.h"
+#include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 
 namespace app

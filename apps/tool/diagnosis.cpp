@@ -8,7 +8,7 @@
 #include <QMap>
 #include <QProcess>
 
-#include "apps/card/message.h"
+#include "apps/results/message.h"
 
 namespace app
 {

@@ -2,7 +2,7 @@
 
 // What the doctor sees of the cause of a failed reading.
 
-#include "apps/card/failure.h"
+#include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 
 namespace app

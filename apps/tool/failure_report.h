@@ -2,8 +2,8 @@
 
 // A failure in both forms: words on standard error, and with --json an object on standard output.
 
-#include "apps/card/failure.h"
 #include "apps/process/standard_streams.h"
+#include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 
 namespace app

@@ -1,9 +1,9 @@
 #include "apps/tool/help_text.h"
 
-#include "apps/card/message.h"
-#include "apps/card/result_catalogue.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/results/message.h"
+#include "apps/results/result_catalogue.h"
 #include "simulator/card/faults.h"
 
 namespace app

@@ -8,9 +8,9 @@
 #include <QStringList>
 
 #include "apps/card/card_files.h"
-#include "apps/card/configuration.h"
-#include "apps/card/usb_devices.h"
 #include "apps/process/command_line.h"
+#include "apps/reading/configuration.h"
+#include "apps/reading/usb_devices.h"
 
 namespace app
 {

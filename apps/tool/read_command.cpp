@@ -2,9 +2,9 @@
 
 #include <QElapsedTimer>
 
-#include "apps/card/card_reader.h"
 #include "apps/card/record_decoder.h"
 #include "apps/process/translation.h"
+#include "apps/reading/card_reader.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/diagnosis.h"

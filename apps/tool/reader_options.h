@@ -5,8 +5,8 @@
 
 #include <optional>
 
-#include "apps/card/configuration.h"
-#include "apps/card/failure.h"
+#include "apps/reading/configuration.h"
+#include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 
 namespace app

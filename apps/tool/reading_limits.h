@@ -2,8 +2,8 @@
 
 // How a reading that does not end is left: by a signal, or after the time of --timeout.
 
-#include "apps/card/failure.h"
 #include "apps/process/standard_streams.h"
+#include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 
 namespace app

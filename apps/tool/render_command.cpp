@@ -1,8 +1,8 @@
 // The command "render".
 
 #include "apps/card/card_output.h"
-#include "apps/card/card_reader.h"
 #include "apps/process/translation.h"
+#include "apps/reading/card_reader.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"

@@ -2,8 +2,8 @@
 
 // The simulator as the options of a command ask for it.
 
-#include "apps/card/simulator_library.h"
 #include "apps/process/standard_streams.h"
+#include "apps/reading/simulator_library.h"
 #include "apps/tool/options.h"
 
 namespace app

@@ -3,12 +3,12 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
-#include "apps/card/reader_choice.h"
 #include "apps/card/record_decoder.h"
-#include "apps/card/usb_catalogue.h"
-#include "apps/card/usb_list.h"
-#include "apps/card/usb_reading.h"
 #include "apps/process/translation.h"
+#include "apps/reading/reader_choice.h"
+#include "apps/reading/usb_list.h"
+#include "apps/reading/usb_reading.h"
+#include "apps/results/usb_catalogue.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "apps/card/failure.h"
+#include "apps/reading/failure.h"
 
 namespace app
 {

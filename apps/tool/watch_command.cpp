@@ -5,10 +5,10 @@
 #include <QCoreApplication>
 
 #include "apps/card/card_output.h"
-#include "apps/card/reader_choice.h"
-#include "apps/card/reader_presence.h"
 #include "apps/process/interruption.h"
 #include "apps/process/translation.h"
+#include "apps/reading/reader_choice.h"
+#include "apps/reading/reader_presence.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/diagnosis.h"

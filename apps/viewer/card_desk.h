@@ -11,8 +11,8 @@
 #include <QTimer>
 
 #include "apps/card/card.h"
-#include "apps/card/usb_devices.h"
 #include "apps/process/tool_run.h"
+#include "apps/reading/usb_devices.h"
 #include "apps/viewer/service_run.h"
 
 namespace app

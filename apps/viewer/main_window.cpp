@@ -12,7 +12,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "apps/card/version_text.h"
+#include "apps/reading/version_text.h"
 #include "apps/viewer/attention.h"
 #include "apps/viewer/diagnosis_dialog.h"
 #include "apps/viewer/settings_dialog.h"

@@ -10,8 +10,8 @@
 #include <QTimer>
 
 #include "apps/card/card_output.h"
-#include "apps/card/usb_devices.h"
 #include "apps/process/json_object.h"
+#include "apps/reading/usb_devices.h"
 
 namespace viewer
 {

@@ -9,7 +9,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "apps/card/usb_list.h"
+#include "apps/reading/usb_list.h"
 
 namespace viewer
 {

@@ -5,7 +5,7 @@
 #include <QScreen>
 #include <QSizeF>
 
-#include "apps/card/screen_resolution.h"
+#include "apps/process/screen_resolution.h"
 
 namespace app
 {

@@ -6,7 +6,7 @@
 
 #include <QCoreApplication>
 
-#include "apps/card/version_text.h"
+#include "apps/reading/version_text.h"
 #include "common/texts.h"
 #include "simulator/card/faults.h"
 

@@ -11,7 +11,7 @@
 
 #include "api/idcard_reader_api.h"
 #include "apps/card/card.h"
-#include "apps/card/simulator_library.h"
+#include "apps/reading/simulator_library.h"
 #include "iddata/iddata.h"
 #include "reader/reader_frames.h"
 #include "reader/usbidreader.h"

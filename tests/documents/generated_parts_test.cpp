@@ -12,9 +12,9 @@
 #include <QXmlStreamReader>
 
 #include "apps/browser_host/browser_failure.h"
-#include "apps/card/result_catalogue.h"
-#include "apps/card/tool_faults.h"
-#include "apps/card/usb_catalogue.h"
+#include "apps/results/result_catalogue.h"
+#include "apps/results/tool_faults.h"
+#include "apps/results/usb_catalogue.h"
 #include "apps/service/service_errors.h"
 #include "simulator/card/card_library.h"
 #include "simulator/card/description_keys.h"

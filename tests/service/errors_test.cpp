@@ -6,10 +6,10 @@
 
 #include <QLocale>
 
-#include "apps/card/result_catalogue.h"
-#include "apps/card/tool_faults.h"
-#include "apps/card/usb_catalogue.h"
 #include "apps/process/translation.h"
+#include "apps/results/result_catalogue.h"
+#include "apps/results/tool_faults.h"
+#include "apps/results/usb_catalogue.h"
 #include "apps/service/service_errors.h"
 
 using namespace app;

@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include "apps/card/configuration.h"
+#include "apps/reading/configuration.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 

@@ -7,8 +7,8 @@
 #include <QJsonObject>
 
 #include "api/result_codes.h"
-#include "apps/card/failure.h"
-#include "apps/card/usb_catalogue.h"
+#include "apps/reading/failure.h"
+#include "apps/results/usb_catalogue.h"
 #include "reader/usb_codes.h"
 
 using namespace app;

@@ -4,7 +4,7 @@
 
 #include <QRegularExpression>
 
-#include "apps/card/failure.h"
+#include "apps/reading/failure.h"
 #include "simulator/card/raw_record.h"
 #include "tests/support/files.h"
 #include "tests/tool/file_size_limit.h"

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/card/message.h"
+#include "apps/results/message.h"
 
 using namespace app;
 using testing::ElementsAre;

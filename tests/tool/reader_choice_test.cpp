@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/card/reader_choice.h"
+#include "apps/reading/reader_choice.h"
 #include "reader/usb_codes.h"
 
 using namespace app;

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "apps/card/reader_presence.h"
+#include "apps/reading/reader_presence.h"
 #include "tests/tool/card_samples.h"
 
 using namespace app;

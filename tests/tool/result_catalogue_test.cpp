@@ -7,10 +7,10 @@
 
 #include <QRegularExpression>
 
-#include "apps/card/card_reader.h"
-#include "apps/card/result_catalogue.h"
-#include "apps/card/usb_catalogue.h"
-#include "apps/card/usb_reading.h"
+#include "apps/reading/card_reader.h"
+#include "apps/reading/usb_reading.h"
+#include "apps/results/result_catalogue.h"
+#include "apps/results/usb_catalogue.h"
 #include "tests/support/files.h"
 
 using namespace app;

@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "apps/card/usb_list.h"
+#include "apps/reading/usb_list.h"
 
 using namespace app;
 using testing::HasSubstr;

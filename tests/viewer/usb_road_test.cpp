@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-#include "apps/card/usb_catalogue.h"
+#include "apps/results/usb_catalogue.h"
 #include "simulator/card/raw_record.h"
 #include "tests/support/files.h"
 #include "tests/support/process.h"

@@ -1,4 +1,4 @@
-#include "apps/card/failure.h"
+#include "apps/reading/failure.h"
 
 #include "apps/process/translation.h"
 #include "common/texts.h"

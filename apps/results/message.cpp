@@ -1,4 +1,4 @@
-#include "apps/card/message.h"
+#include "apps/results/message.h"
 
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"

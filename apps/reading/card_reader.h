@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "apps/card/card.h"
-#include "apps/card/message.h"
+#include "apps/results/message.h"
 
 namespace app
 {

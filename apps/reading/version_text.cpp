@@ -1,4 +1,4 @@
-#include "apps/card/version_text.h"
+#include "apps/reading/version_text.h"
 
 #include "api/idcard_reader_api.h"
 #include "common/texts.h"

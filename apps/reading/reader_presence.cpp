@@ -1,4 +1,4 @@
-#include "apps/card/reader_presence.h"
+#include "apps/reading/reader_presence.h"
 
 namespace app
 {

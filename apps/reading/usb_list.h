@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "apps/card/usb_devices.h"
+#include "apps/reading/usb_devices.h"
 
 namespace app
 {

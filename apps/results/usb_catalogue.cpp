@@ -1,4 +1,4 @@
-#include "apps/card/usb_catalogue.h"
+#include "apps/results/usb_catalogue.h"
 
 #include <algorithm>
 

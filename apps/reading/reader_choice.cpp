@@ -1,9 +1,9 @@
-#include "apps/card/reader_choice.h"
+#include "apps/reading/reader_choice.h"
 
 #include <QStringList>
 
-#include "apps/card/usb_catalogue.h"
 #include "apps/process/translation.h"
+#include "apps/results/usb_catalogue.h"
 #include "common/texts.h"
 #include "reader/usb_codes.h"
 

@@ -1,4 +1,4 @@
-#include "apps/card/configuration.h"
+#include "apps/reading/configuration.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "apps/card/usb_devices.h"
+#include "apps/reading/usb_devices.h"
 
 #include <algorithm>
 #include <array>

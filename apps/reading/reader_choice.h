@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "apps/card/failure.h"
-#include "apps/card/usb_devices.h"
+#include "apps/reading/failure.h"
+#include "apps/reading/usb_devices.h"
 
 namespace app
 {

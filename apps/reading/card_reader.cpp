@@ -1,4 +1,4 @@
-#include "apps/card/card_reader.h"
+#include "apps/reading/card_reader.h"
 
 #include <memory>
 

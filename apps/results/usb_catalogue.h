@@ -3,7 +3,7 @@
 // What every outcome of the USB road means to a person: the one place where these texts are.
 // A table of `docs/result-codes.md` is made from them.
 
-#include "apps/card/result_catalogue.h"
+#include "apps/results/result_catalogue.h"
 
 namespace app
 {

@@ -1,4 +1,4 @@
-#include "apps/card/result_catalogue.h"
+#include "apps/results/result_catalogue.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/card/result_catalogue.h"
+#include "apps/results/result_catalogue.h"
 
 namespace app
 {

@@ -1,4 +1,4 @@
-#include "apps/card/simulator_library.h"
+#include "apps/reading/simulator_library.h"
 
 #include <array>
 

@@ -6,11 +6,11 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/card/card_reader.h"
-#include "apps/card/result_catalogue.h"
-#include "apps/card/tool_faults.h"
-#include "apps/card/usb_reading.h"
 #include "apps/process/error_object.h"
+#include "apps/reading/card_reader.h"
+#include "apps/reading/usb_reading.h"
+#include "apps/results/result_catalogue.h"
+#include "apps/results/tool_faults.h"
 
 namespace app
 {

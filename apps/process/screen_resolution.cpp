@@ -1,4 +1,4 @@
-#include "apps/card/screen_resolution.h"
+#include "apps/process/screen_resolution.h"
 
 #include <algorithm>
 

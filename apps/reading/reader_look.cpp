@@ -1,4 +1,4 @@
-#include "apps/card/reader_look.h"
+#include "apps/reading/reader_look.h"
 
 #include <QCryptographicHash>
 

@@ -7,7 +7,7 @@
 
 #include <QVector>
 
-#include "apps/card/reader_look.h"
+#include "apps/reading/reader_look.h"
 
 namespace app
 {

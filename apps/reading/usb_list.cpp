@@ -1,4 +1,4 @@
-#include "apps/card/usb_list.h"
+#include "apps/reading/usb_list.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "apps/card/card.h"
-#include "apps/card/message.h"
-#include "apps/card/usb_devices.h"
+#include "apps/reading/usb_devices.h"
+#include "apps/results/message.h"
 
 namespace app
 {

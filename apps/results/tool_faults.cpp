@@ -1,4 +1,4 @@
-#include "apps/card/tool_faults.h"
+#include "apps/results/tool_faults.h"
 
 #include <algorithm>
 

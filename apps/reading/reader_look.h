@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "apps/card/card.h"
-#include "apps/card/failure.h"
+#include "apps/reading/failure.h"
 
 namespace app
 {

@@ -1,10 +1,10 @@
-#include "apps/card/usb_reading.h"
+#include "apps/reading/usb_reading.h"
 
 #include <algorithm>
 
-#include "apps/card/usb_catalogue.h"
 #include "apps/process/interruption.h"
 #include "apps/process/translation.h"
+#include "apps/results/usb_catalogue.h"
 #include "common/texts.h"
 #include "reader/usbidreader.h"
 
