@@ -53,6 +53,12 @@ QString faultText(const FaultCase &row, int argument)
     return value.isEmpty() ? row.fault : row.fault + QLatin1Char('=') + value;
 }
 
+/** Whether the reader was opened, whatever became of its exchanges. */
+bool isOpen(int code)
+{
+    return code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH;
+}
+
 /** The reader with its card, its record as `out` and `fp` have it, and every later call. */
 void readCard(const FaultCase &row, EmulatedBus &bus, const simulator::VirtualReader &device,
               Outcome &outcome)
@@ -71,6 +77,8 @@ void readCard(const FaultCase &row, EmulatedBus &bus, const simulator::VirtualRe
         outcome.complaints << QStringLiteral("no record in spite of success");
     if (!isRead && (out != "before" || fp != UNTOUCHED))
         outcome.complaints << QStringLiteral("a failure has changed the results");
+    if (isOpen(outcome.code) != (reader.state() == 2))
+        outcome.complaints << QStringLiteral("the state is %1").arg(reader.state());
     if (isRead)
         return;
     const auto calls = bus.calls(device);
