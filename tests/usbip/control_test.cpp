@@ -62,10 +62,15 @@ TEST_F(Control, OnlyTheFirstConfigurationHasADescriptor)
     expectStall("80 06 01 02 00 00 FF 00");
 }
 
-TEST_F(Control, StringsStallOnADeviceWithoutTexts)
+TEST_F(Control, DescriptorsThatThereAreNotStall)
 {
-    expectStall("80 06 00 03 00 00 FF 00");
+    expectStall("80 06 00 03 00 00 FF 00"); // texts
     expectStall("80 06 01 03 09 04 FF 00");
+    expectStall("80 06 00 04 00 00 FF 00"); // interface
+    expectStall("80 06 00 07 00 00 FF 00"); // other speed
+    expectStall("80 06 00 0F 00 00 05 00"); // capabilities
+    device.ownDescriptors.replace(hex("02 00 02 00"), hex("02 40 00 00"));
+    expectStall("80 06 00 06 00 00 0A 00"); // qualifier of a full-speed device
 }
 
 TEST_F(Control, StringsAreThoseThatTheDeviceDescriptorNames)
@@ -86,40 +91,19 @@ TEST_F(Control, QualifierOfAHighSpeedDeviceSaysTheSame)
     expectAnswer("80 06 00 06 00 00 0A 00", hex("0A 06 00 02 00 00 00 40 01 00"));
 }
 
-TEST_F(Control, QualifierOfAFullSpeedDeviceStalls)
-{
-    device.ownDescriptors.replace(hex("02 00 02 00"), hex("02 40 00 00"));
-    expectStall("80 06 00 06 00 00 0A 00");
-}
-
-TEST_F(Control, OtherDescriptorsStall)
-{
-    expectStall("80 06 00 04 00 00 FF 00"); // interface
-    expectStall("80 06 00 07 00 00 FF 00"); // other speed
-    expectStall("80 06 00 0F 00 00 05 00"); // capabilities
-}
-
-TEST_F(Control, ChosenConfigurationIsReported)
+TEST_F(Control, ChosenConfigurationIsReportedAndResetsTheDevice)
 {
     expectAnswer("80 08 00 00 00 00 01 00", hex("00"));
-    expectDone("00 09 01 00 00 00 00 00");
-    expectAnswer("80 08 00 00 00 00 01 00", hex("01"));
-    expectDone("00 09 00 00 00 00 00 00");
-    expectAnswer("80 08 00 00 00 00 01 00", hex("00"));
-}
-
-TEST_F(Control, ConfigurationThatThereIsNotStalls)
-{
     expectStall("00 09 02 00 00 00 00 00");
     expectStall("00 09 01 01 00 00 00 00");
+    expectDone("00 05 02 00 00 00 00 00"); // an address, which is taken without effect
     EXPECT_THAT(device.calls, IsEmpty());
-}
-
-TEST_F(Control, ChoosingTheConfigurationResetsTheDevice)
-{
     expectDone("00 09 01 00 00 00 00 00");
     expectDone("00 09 01 00 00 00 00 00");
     EXPECT_THAT(device.calls, ElementsAre(RESET, RESET));
+    expectAnswer("80 08 00 00 00 00 01 00", hex("01"));
+    expectDone("00 09 00 00 00 00 00 00");
+    expectAnswer("80 08 00 00 00 00 01 00", hex("00"));
 }
 
 TEST_F(Control, DeviceThatRefusesResetsStallsOnBeingSetUpAgainAndWorksWhenFoundAgain)
@@ -129,12 +113,6 @@ TEST_F(Control, DeviceThatRefusesResetsStallsOnBeingSetUpAgainAndWorksWhenFoundA
     expectStall("00 09 01 00 00 00 00 00");
     EXPECT_THAT(device.calls, ElementsAre(RESET));
     expectDone("00 09 01 00 00 00 00 00");
-}
-
-TEST_F(Control, AddressIsTakenWithoutEffect)
-{
-    expectDone("00 05 02 00 00 00 00 00");
-    EXPECT_THAT(device.calls, IsEmpty());
 }
 
 TEST_F(Control, StatusIsTwoZeroBytesOfEveryRecipient)

@@ -78,33 +78,20 @@ std::vector<QByteArray> validMessages()
             control(4, hex("0009010000000000")), unlink(5, 1)};
 }
 
-TEST(HostileBytes, EveryPrefixOfAListRequestWaitsForTheRest)
+TEST(HostileBytes, EveryPrefixOfAMessageWaitsForTheRest)
 {
-    for (int size = 0; size < listRequest().size(); ++size) {
-        const Outcome outcome = outcomeOf(listRequest().left(size));
-        EXPECT_EQ(outcome.sent, QByteArray()) << size;
-        EXPECT_FALSE(outcome.isOver) << size;
-    }
-}
-
-TEST(HostileBytes, EveryPrefixOfAnImportRequestWaitsForTheRest)
-{
-    for (int size = 0; size < importRequest().size(); ++size) {
-        const Outcome outcome = outcomeOf(importRequest().left(size));
-        EXPECT_EQ(outcome.sent, QByteArray()) << size;
-        EXPECT_FALSE(outcome.isOver) << size;
-    }
-}
-
-TEST(HostileBytes, EveryPrefixOfATransferWaitsForTheRest)
-{
-    for (const QByteArray &message : validMessages()) {
+    const auto expectWaiting = [](const QByteArray &before, const QByteArray &message,
+                                  int answered) {
         for (int size = 0; size < message.size(); ++size) {
-            const Outcome outcome = outcomeOf(importRequest() + message.left(size));
-            EXPECT_EQ(outcome.sent.size(), IMPORT_REPLY_SIZE) << size;
+            const Outcome outcome = outcomeOf(before + message.left(size));
+            EXPECT_EQ(outcome.sent.size(), answered) << size;
             EXPECT_FALSE(outcome.isOver) << size;
         }
-    }
+    };
+    expectWaiting({}, listRequest(), 0);
+    expectWaiting({}, importRequest(), 0);
+    for (const QByteArray &message : validMessages())
+        expectWaiting(importRequest(), message, IMPORT_REPLY_SIZE);
 }
 
 TEST(HostileBytes, EveryMutationOfEveryByteIsSurvived)
@@ -162,38 +149,33 @@ TEST(HostileBytes, RandomOrdersOfPlausibleMessagesAreSurvived)
     }
 }
 
-TEST(HostileBytes, AnotherVersionIsRefused)
+TEST(HostileBytes, WhatThereIsNotIsRefusedWithoutAnAnswer)
 {
-    const Outcome outcome = outcomeOf(hex("01 06 80 05 00 00 00 00"));
-    EXPECT_THAT(outcome.problem, HasSubstr("version 0x106"));
-    EXPECT_EQ(outcome.sent, QByteArray());
+    for (const auto &[request, problem] :
+         {std::pair(hex("01 06 80 05 00 00 00 00"), "version 0x106"),
+          {QByteArray("GET / HTTP/1.1\r\n\r\n"), "version 0x4745"}, // a web browser's
+          {hex("01 11 80 07 00 00 00 00"), "0x8007"},
+          {importRequest(QByteArray(32, '1')), "no end"}}) {
+        const Outcome outcome = outcomeOf(request);
+        EXPECT_THAT(outcome.problem, HasSubstr(problem));
+        EXPECT_EQ(outcome.sent, QByteArray()) << problem;
+    }
 }
 
-TEST(HostileBytes, AWebBrowserIsRefused)
-{
-    EXPECT_THAT(outcomeOf("GET / HTTP/1.1\r\n\r\n").problem, HasSubstr("version 0x4745"));
-}
-
-TEST(HostileBytes, AnUnknownOperationIsRefused)
-{
-    EXPECT_THAT(outcomeOf(hex("01 11 80 07 00 00 00 00")).problem, HasSubstr("0x8007"));
-}
-
-TEST(HostileBytes, ABusIdWithoutAnEndIsRefused)
-{
-    EXPECT_THAT(outcomeOf(importRequest(QByteArray(32, '1'))).problem, HasSubstr("no end"));
-}
-
-TEST(HostileBytes, AnUnknownCommandIsRefused)
+TEST(HostileBytes, ATransferThatThereCannotBeIsRefused)
 {
     EXPECT_THAT(problemAfterImport(QByteArray(48, '\3')), HasSubstr("command 0x3030303"));
-}
-
-TEST(HostileBytes, AnotherDeviceThanTheImportedIsRefused)
-{
-    SubmitFields fields;
-    fields.device = 0x00010003;
-    EXPECT_THAT(problemAfterImport(submit(fields)), HasSubstr("0x10003"));
+    const auto problemWith = [](auto field, unsigned int value) {
+        SubmitFields fields;
+        fields.*field = value;
+        return problemAfterImport(submit(fields));
+    };
+    EXPECT_THAT(problemWith(&SubmitFields::device, 0x00010003), HasSubstr("0x10003"));
+    EXPECT_THAT(problemWith(&SubmitFields::packets, 4), HasSubstr("isochronous"));
+    EXPECT_THAT(problemWith(&SubmitFields::endpoint, 16), HasSubstr("endpoint 16"));
+    QByteArray direction = bulkRead(1, 16);
+    direction[15] = 2;
+    EXPECT_THAT(problemAfterImport(direction), HasSubstr("direction 2"));
 }
 
 TEST(HostileBytes, ALengthBeyondTheMostIsRefusedBeforeItsBytesCome)
@@ -214,23 +196,6 @@ TEST(HostileBytes, TheLongestTransfersAreServed)
         outcomeOf(importRequest() + bulkRead(1, 65536) + bulkWrite(2, QByteArray(65536, 'w')));
     EXPECT_FALSE(outcome.isOver);
     EXPECT_EQ(outcome.sent.size(), IMPORT_REPLY_SIZE + 48 + 65536 + 48);
-}
-
-TEST(HostileBytes, AnIsochronousTransferIsRefused)
-{
-    SubmitFields fields;
-    fields.packets = 4;
-    EXPECT_THAT(problemAfterImport(submit(fields)), HasSubstr("isochronous"));
-}
-
-TEST(HostileBytes, AnEndpointOrDirectionThatThereCannotBeIsRefused)
-{
-    SubmitFields fields;
-    fields.endpoint = 16;
-    EXPECT_THAT(problemAfterImport(submit(fields)), HasSubstr("endpoint 16"));
-    QByteArray direction = bulkRead(1, 16);
-    direction[15] = 2;
-    EXPECT_THAT(problemAfterImport(direction), HasSubstr("direction 2"));
 }
 
 TEST(HostileBytes, ANumberGivenTwiceIsRefused)

@@ -108,19 +108,6 @@ TEST_F(Server, ReportsAttachingAndDetaching)
     EXPECT_EQ(reports.size(), 2) << reports.join('\n').toStdString();
 }
 
-TEST_F(Server, RefusesASecondImportAndLeavesTheFirstAlone)
-{
-    Client first(server);
-    first.import();
-    Client second(server);
-    second.send(importRequest());
-    EXPECT_EQ(second.receive(8), hex("01 11 00 03 00 00 00 01"));
-    EXPECT_TRUE(second.isClosedByServer());
-    device.reads = {ended(UsbStatus::DONE, "still here")};
-    first.send(bulkRead(1, 64));
-    EXPECT_EQ(first.receive(48 + 10).mid(48), "still here");
-}
-
 TEST_F(Server, CanBeAttachedAgainAfterDetaching)
 {
     Client(server).import();
@@ -142,19 +129,6 @@ TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
     EXPECT_EQ(client.receive(48).mid(4, 4), hex("00 00 00 02"));
     EXPECT_EQ(client.receive(48 + 4).mid(48), "late");
     EXPECT_GE(time.elapsed(), 149); // either clock may cut off a part of a millisecond
-}
-
-TEST_F(Server, PendingTransferIsTakenBack)
-{
-    Client client(server);
-    client.import();
-    device.reads = {ended(UsbStatus::PENDING)};
-    client.send(bulkRead(1, 64));
-    client.send(unlink(2, 1));
-    const auto sent = replies(client.receive(48));
-    ASSERT_EQ(sent.size(), 1U);
-    EXPECT_EQ(sent[0].kind, Reply::Unlinked);
-    EXPECT_EQ(sent[0].status, -104);
 }
 
 TEST_F(Server, UnplugClosesTheConnectionThatHasTheReaderNotAnEarlierOne)
