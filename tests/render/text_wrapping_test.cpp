@@ -49,75 +49,35 @@ QString letters(int count)
 
 } // namespace
 
-TEST(AutoWrap, TwelveLetters_GiveElevenAndOne)
+TEST(AutoWrap, Text_IsCutIntoSoManyUtf16Units)
 {
-    EXPECT_THAT(wrapped(QStringLiteral("ABCDEFGHIJKL"), 11), ElementsAre("ABCDEFGHIJK", "L"));
-}
-
-TEST(AutoWrap, TextThatFits_StaysOneElement)
-{
-    EXPECT_THAT(wrapped(QString(), 11), ElementsAre(""));
-    EXPECT_THAT(wrapped(QStringLiteral("ABCDEFGHIJK"), 11), ElementsAre("ABCDEFGHIJK"));
-    EXPECT_THAT(wrapped(QStringLiteral("A"), 11), ElementsAre("A"));
-}
-
-TEST(AutoWrap, WholeMultiple_HasNoEmptyEnd)
-{
+    EXPECT_THAT(wrapped("ABCDEFGHIJKL", 11), ElementsAre("ABCDEFGHIJK", "L"));
+    EXPECT_THAT(wrapped(ideographs(23), 11), ElementsAre(some(11), some(11), some(1)));
     EXPECT_THAT(wrapped(letters(50), 25),
                 ElementsAre(letters(25).toStdString(), letters(25).toStdString()));
 }
 
-TEST(AutoWrap, LengthThatIsNotPositive_LeavesTheTextWhole)
+TEST(AutoWrap, TextThatFitsOrHasNoLength_StaysOneElement)
 {
-    EXPECT_THAT(wrapped(QStringLiteral("ABC"), 0), ElementsAre("ABC"));
-    EXPECT_THAT(wrapped(QStringLiteral("ABC"), -5), ElementsAre("ABC"));
+    for (const char *text : {"", "A", "ABCDEFGHIJK"})
+        EXPECT_THAT(wrapped(text, 11), ElementsAre(text));
+    for (const int length : {0, -5})
+        EXPECT_THAT(wrapped("ABC", length), ElementsAre("ABC"));
 }
 
-TEST(AutoWrap, Lengths_AreCountedInUtf16Units)
-{
-    EXPECT_THAT(wrapped(ideographs(23), 11), ElementsAre(some(11), some(11), some(1)));
-}
-
-TEST(AutoWrapEx, ElevenIdeographs_AreFollowedByAnEmptyLine)
-{
-    EXPECT_THAT(wrappedByWidth(ideographs(11)), ElementsAre(some(11), ""));
-}
-
-TEST(AutoWrapEx, TenIdeographs_AreOneLine)
-{
-    EXPECT_THAT(wrappedByWidth(ideographs(10)), ElementsAre(some(10)));
-}
-
-TEST(AutoWrapEx, TwentyOneLetters_AreOneLine)
-{
-    EXPECT_THAT(wrappedByWidth(letters(21)), ElementsAre(letters(21).toStdString()));
-}
-
-TEST(AutoWrapEx, TwentyTwoLetters_BreakAfterTwentyOne)
-{
-    EXPECT_THAT(wrappedByWidth(letters(22)), ElementsAre(letters(21).toStdString(), "x"));
-}
-
-TEST(AutoWrapEx, EarlyBreakAtTheVeryEnd_IsLeftOutOnTheFirstLineOnly)
-{
-    const QString text = ideographs(11) + letters(1) + ideographs(10);
-    EXPECT_THAT(wrappedByWidth(text), ElementsAre(some(11), "x" + some(10), ""));
-}
-
-TEST(AutoWrapEx, ThirtyIdeographs_GiveThreeLines)
-{
-    EXPECT_THAT(wrappedByWidth(ideographs(30)), ElementsAre(some(11), some(11), some(8)));
-}
-
-TEST(AutoWrapEx, DigitBeforeTwentyIdeographs_BreaksAtTenAndAHalf)
-{
-    EXPECT_THAT(wrappedByWidth(QStringLiteral("1") + ideographs(20)),
-                ElementsAre("1" + some(10), some(10)));
-}
-
-TEST(AutoWrapEx, EmptyText_GivesOneEmptyLine)
+TEST(AutoWrapEx, Text_IsBrokenByWidth)
 {
     EXPECT_THAT(wrappedByWidth(QString()), ElementsAre(""));
+    EXPECT_THAT(wrappedByWidth(ideographs(10)), ElementsAre(some(10)));
+    EXPECT_THAT(wrappedByWidth(ideographs(11)), ElementsAre(some(11), ""));
+    EXPECT_THAT(wrappedByWidth(ideographs(30)), ElementsAre(some(11), some(11), some(8)));
+    EXPECT_THAT(wrappedByWidth(ideographs(35)), ElementsAre(some(11), some(11), some(11), some(2)));
+    EXPECT_THAT(wrappedByWidth(letters(21)), ElementsAre(letters(21).toStdString()));
+    EXPECT_THAT(wrappedByWidth(letters(22)), ElementsAre(letters(21).toStdString(), "x"));
+    EXPECT_THAT(wrappedByWidth("1" + ideographs(20)), ElementsAre("1" + some(10), some(10)));
+    // An early break at the very end is left out on the first line only.
+    EXPECT_THAT(wrappedByWidth(ideographs(11) + letters(1) + ideographs(10)),
+                ElementsAre(some(11), "x" + some(10), ""));
 }
 
 TEST(AutoWrapEx, BothBlocksOfIdeographs_CountOneAndTheirNeighboursHalf)
@@ -126,11 +86,6 @@ TEST(AutoWrapEx, BothBlocksOfIdeographs_CountOneAndTheirNeighboursHalf)
         EXPECT_EQ(wrappedByWidth(QString(12, QChar(code))).size(), 2U) << code;
     for (const int code : {0x33ff, 0x4dc0, 0x4dff, 0xa000, 0x3002, 0xff08})
         EXPECT_EQ(wrappedByWidth(QString(12, QChar(code))).size(), 1U) << code;
-}
-
-TEST(AutoWrapEx, LongestAddress_GivesFourLines)
-{
-    EXPECT_THAT(wrappedByWidth(ideographs(35)), ElementsAre(some(11), some(11), some(11), some(2)));
 }
 
 TEST(AutoWrapRichText, Paragraphs_BecomeOneElementEach)

@@ -52,23 +52,11 @@ std::optional<int> ageOfHolderBorn(const char *year, const char *month, const ch
     return ageOnDay(Card(IDCARD_KIND_CN, *records), today);
 }
 
-TEST(CardNotes, ValidCardHasNone)
+TEST(CardNotes, CardIsValidFromItsFirstDayToItsLast)
 {
     EXPECT_THAT(keysOf(cardValid("20240228", "20240301")), IsEmpty());
-}
-
-TEST(CardNotes, CardIsValidOnItsFirstAndOnItsLastDay)
-{
     EXPECT_THAT(keysOf(cardValid("20240229", "20240229")), IsEmpty());
-}
-
-TEST(CardNotes, CardHasExpiredOnTheDayAfterItsLast)
-{
     EXPECT_THAT(keysOf(cardValid("20140228", "20240228")), ElementsAre("expired"));
-}
-
-TEST(CardNotes, CardIsNotYetValidOnTheDayBeforeItsFirst)
-{
     EXPECT_THAT(keysOf(cardValid("20240301", "20340301")), ElementsAre("not-yet-valid"));
 }
 
@@ -122,16 +110,12 @@ TEST(CardNotes, BlanksAtTheEndOfAFieldAreNotMissed)
     EXPECT_FALSE(toJson(card, std::nullopt).contains("whole"));
 }
 
-TEST(CardAge, GrowsOnTheBirthday)
+TEST(CardAge, GrowsOnTheBirthdayAndOfOneBornOnALeapDayOnTheFirstOfMarchInOtherYears)
 {
     EXPECT_EQ(ageOfHolderBorn("2000", "02", "28"), 24);
     EXPECT_EQ(ageOfHolderBorn("2000", "02", "29"), 24);
     EXPECT_EQ(ageOfHolderBorn("2000", "03", "01"), 23);
     EXPECT_EQ(ageOfHolderBorn("2024", "02", "29"), 0);
-}
-
-TEST(CardAge, OfOneBornOnALeapDayGrowsOnTheFirstOfMarchInOtherYears)
-{
     EXPECT_EQ(ageOfHolderBorn("2000", "02", "29", QDate(2023, 2, 28)), 22);
     EXPECT_EQ(ageOfHolderBorn("2000", "02", "29", QDate(2023, 3, 1)), 23);
 }

@@ -32,43 +32,77 @@ protected:
     std::vector<std::string> names() const { return namesIn(out()); }
 };
 
-TEST_F(ReadOut, CardWithEverythingGivesFivePrivateFiles)
+TEST_F(ReadOut, CardWithEverything_GivesFivePrivateFilesThatTableAndJsonName)
 {
-    expectEnd(read("resident"), 0);
-    EXPECT_THAT(names(),
-                ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
+    const ProcessResult run = read("resident");
+    expectEnd(run, 0);
+    const std::vector<std::string> files = {"back.jpg", "card.json", "fingerprints.dat",
+                                            "front.jpg", "photo.bmp"};
+    EXPECT_EQ(names(), files);
     EXPECT_EQ(modeOf(out()), 0700);
-    for (const char *name :
-         {"/back.jpg", "/card.json", "/fingerprints.dat", "/front.jpg", "/photo.bmp"})
-        EXPECT_EQ(modeOf(out() + name), 0600) << name;
-}
-
-TEST_F(ReadOut, PhotoIsTheWholeBmpFile)
-{
-    read("resident");
+    for (const std::string &name : files) {
+        const QString file = out() + '/' + QString::fromStdString(name);
+        EXPECT_EQ(modeOf(file), 0600) << name;
+        EXPECT_THAT(run.output(), HasSubstr(file.toStdString() + '\n'));
+    }
     const QByteArray photo = readFile(out() + "/photo.bmp");
     EXPECT_EQ(photo.size(), PHOTO_SIZE);
     EXPECT_TRUE(photo.startsWith("BM"));
+
+    const QByteArray printed = read("resident", {"--force", "--json"}).standardOutput;
+    const QByteArray saved = readFile(out() + "/card.json");
+    for (const auto &[part, file] : {std::pair("photo", "photo.bmp"),
+                                     {"fingerprints", "fingerprints.dat"},
+                                     {"frontPicture", "front.jpg"},
+                                     {"backPicture", "back.jpg"}}) {
+        EXPECT_EQ(parsedObject(saved)[part].toObject()["file"], file);
+        EXPECT_EQ(parsedObject(printed)[part].toObject()["file"], out() + '/' + file);
+    }
+    EXPECT_EQ(parsedObject(saved)["idNumber"].toString(), builtInCard("resident").idNumber);
 }
 
-TEST_F(ReadOut, FingerprintsAreAsLongAsThereArePrints)
+TEST_F(ReadOut, CardInThePlaceOfAnother_LeavesNothingOfTheOldOne)
 {
-    read("resident");
-    EXPECT_EQ(readFile(out() + "/fingerprints.dat").size(), 1024);
-    read("resident-one-fingerprint", {"--force"});
-    EXPECT_EQ(readFile(out() + "/fingerprints.dat").size(), 512);
+    const struct {
+        const char *card;
+        std::vector<std::string> files;
+        int prints; ///< bytes
+    } cards[] = {
+        {"resident", {"back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"}, 1024},
+        {"resident-one-fingerprint",
+         {"back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"},
+         512},
+        {"resident-no-fingerprint", {"back.jpg", "card.json", "front.jpg", "photo.bmp"}, 0},
+        {"foreign-new", {"back.jpg", "card.json", "front.jpg", "photo.bmp"}, 0},
+        {"hmt-unknown-region", {"card.json", "front.jpg", "photo.bmp"}, 0},
+        {"hmt-photo-32-bits", {"back.jpg", "card.json", "front.jpg"}, 0}, // not kept as photo.bmp
+    };
+    for (const auto &c : cards) {
+        EXPECT_EQ(read(c.card, {"--force"}).exitStatus, 0);
+        EXPECT_EQ(names(), c.files) << c.card;
+        if (c.prints > 0) {
+            EXPECT_EQ(readFile(out() + "/fingerprints.dat").size(), c.prints);
+        }
+        EXPECT_EQ(parsedObject(readFile(out() + "/card.json"))["idNumber"],
+                  builtInCard(c.card).idNumber);
+    }
 }
 
-TEST_F(ReadOut, CardWithoutFingerprintsGivesNoFileOfThem)
+TEST_F(ReadOut, PermitOfAnUnknownRegion_IsReportedAndHasNoBackPicture)
 {
-    read("resident-no-fingerprint");
-    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg", "photo.bmp"));
-}
+    const std::string reason = "the permit's number begins with none of 81, 82, 83";
+    const ProcessResult run = read("hmt-unknown-region");
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), HasSubstr("\nBack picture          none: " + reason + '\n'));
+    EXPECT_THAT(run.error(), HasSubstr("There is no picture of the card's back: " + reason +
+                                       "; back.jpg is not written.\n"));
+    expectCardPicture(out() + "/front.jpg", QStringLiteral("hmt"));
 
-TEST_F(ReadOut, OtherKindsGiveCardPhotoAndPictures)
-{
-    read("foreign-new");
-    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg", "photo.bmp"));
+    const QJsonObject none{{"format", "none"}, {"file", QJsonValue()}};
+    for (const QByteArray &json :
+         {readFile(out() + "/card.json"),
+          read("hmt-unknown-region", {"--json", "--force"}).standardOutput})
+        EXPECT_EQ(parsedObject(json)["backPicture"].toObject(), none);
 }
 
 TEST_F(ReadOut, EveryKindGivesAPictureOfEitherSide)
@@ -84,53 +118,13 @@ TEST_F(ReadOut, EveryKindGivesAPictureOfEitherSide)
     }
 }
 
-TEST_F(ReadOut, PermitOfAnUnknownRegionIsReportedAndHasNoBackPicture)
-{
-    const ProcessResult run = read("hmt-unknown-region");
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg", "photo.bmp"));
-    EXPECT_THAT(run.output(),
-                HasSubstr("\nBack picture          none: the permit's number begins with none of "
-                          "81, 82, 83\n"));
-    EXPECT_THAT(run.error(),
-                HasSubstr("There is no picture of the card's back: the permit's number begins with "
-                          "none of 81, 82, 83; back.jpg is not written.\n"));
-    expectCardPicture(out() + "/front.jpg", QStringLiteral("hmt"));
-}
-
-TEST_F(ReadOut, PictureThatIsMissingIsNamedNullInTheJson)
-{
-    const QByteArray printed = read("hmt-unknown-region", {"--json"}).standardOutput;
-    const QJsonObject none{{"format", "none"}, {"file", QJsonValue()}};
-    EXPECT_EQ(parsedObject(printed)["backPicture"].toObject(), none);
-    const QJsonObject saved = parsedObject(readFile(out() + "/card.json"));
-    EXPECT_EQ(saved["backPicture"].toObject(), none);
-    EXPECT_EQ(saved["frontPicture"].toObject()["file"].toString(), "front.jpg");
-}
-
-TEST_F(ReadOut, ForceRemovesAnOldBackPictureThatTheNewCardDoesNotHave)
-{
-    read("hmt-taiwan");
-    EXPECT_EQ(read("hmt-unknown-region", {"--force"}).exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("card.json", "front.jpg", "photo.bmp"));
-}
-
-TEST_F(ReadOut, PictureInTheFolderIsNotOverwritten)
-{
-    ASSERT_TRUE(QDir().mkdir(out()));
-    writeFile(out() + "/back.jpg", "mine");
-    expectEnd(read("resident"), 7, "already holds back.jpg");
-    EXPECT_THAT(names(), ElementsAre("back.jpg"));
-    EXPECT_EQ(readFile(out() + "/back.jpg"), "mine");
-}
-
 TEST_F(ReadOut, CompressedPhotoIsTheSamePictureAsByDecode)
 {
     const QString card = "resident-compressed-photo";
     expectEnd(read(card), 0);
     writeFile(path("card.rec"), simulator::readAnswer(builtInCard(card), {}));
     runTool({"decode", path("card.rec"), "--simulator-photos", "--out", path("decoded")});
-    EXPECT_EQ(readFile(out() + "/photo.bmp").size(), 38862);
+    EXPECT_EQ(readFile(out() + "/photo.bmp").size(), PHOTO_SIZE);
     EXPECT_EQ(readFile(out() + "/photo.bmp"), readFile(path("decoded") + "/photo.bmp"));
 }
 
@@ -155,33 +149,6 @@ TEST_F(ReadOut, PhotoInAFormThatIsNotKnownIsReportedAndNotWritten)
     EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
 }
 
-TEST_F(ReadOut, CardJsonNamesTheFilesBesideIt)
-{
-    read("resident");
-    const QJsonObject json = parsedObject(readFile(out() + "/card.json"));
-    EXPECT_EQ(json["photo"].toObject()["file"].toString(), "photo.bmp");
-    EXPECT_EQ(json["fingerprints"].toObject()["file"].toString(), "fingerprints.dat");
-    EXPECT_EQ(json["frontPicture"].toObject()["file"].toString(), "front.jpg");
-    EXPECT_EQ(json["backPicture"].toObject()["file"].toString(), "back.jpg");
-    EXPECT_EQ(json["idNumber"].toString(), builtInCard("resident").idNumber);
-}
-
-TEST_F(ReadOut, PrintedJsonNamesTheFilesWithTheirFolder)
-{
-    const QJsonObject json = parsedObject(read("resident", {"--json"}).standardOutput);
-    EXPECT_EQ(json["photo"].toObject()["file"].toString(), out() + "/photo.bmp");
-    EXPECT_EQ(json["backPicture"].toObject()["file"].toString(), out() + "/back.jpg");
-}
-
-TEST_F(ReadOut, TableListsTheFiles)
-{
-    const std::string table = read("resident").output();
-    EXPECT_THAT(table, HasSubstr((out() + "/card.json\n").toStdString()));
-    EXPECT_THAT(table, HasSubstr((out() + "/fingerprints.dat\n").toStdString()));
-    EXPECT_THAT(table, HasSubstr((out() + "/front.jpg\n").toStdString()));
-    EXPECT_THAT(table, HasSubstr((out() + "/back.jpg\n").toStdString()));
-}
-
 TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
 {
     read("resident");
@@ -194,30 +161,6 @@ TEST_F(ReadOut, ExistingCardIsNotOverwrittenAndNothingIsPrinted)
                                 "back.jpg"),
                       HasSubstr("--force")));
     EXPECT_EQ(folderState(out()), before);
-}
-
-TEST_F(ReadOut, ForceReplacesTheCardAndLeavesNothingOfTheOldOne)
-{
-    read("resident");
-    const ProcessResult run = read("hmt-photo-32-bits", {"--force"}); // not kept as photo.bmp
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(names(), ElementsAre("back.jpg", "card.json", "front.jpg"));
-    EXPECT_EQ(parsedObject(readFile(out() + "/card.json"))["kind"].toString(), "hmt");
-}
-
-TEST_F(ReadOut, ForceWithoutAnOldCardWritesAsWell)
-{
-    EXPECT_EQ(read("resident", {"--force"}).exitStatus, 0);
-    EXPECT_THAT(names(),
-                ElementsAre("back.jpg", "card.json", "fingerprints.dat", "front.jpg", "photo.bmp"));
-}
-
-TEST_F(ReadOut, OtherFilesOfTheFolderStay)
-{
-    ASSERT_TRUE(QDir().mkdir(out()));
-    writeFile(out() + "/notes.txt", "mine");
-    EXPECT_EQ(read("resident").exitStatus, 0);
-    EXPECT_EQ(readFile(out() + "/notes.txt"), "mine");
 }
 
 TEST_F(ReadOut, FailedReadingMakesNoFolder)
@@ -237,14 +180,6 @@ TEST_F(ReadOut, FolderThatCannotBeMadeIsReportedAndTheCardIsStillPrinted)
     EXPECT_TRUE(json["photo"].toObject()["file"].isNull());
 }
 
-TEST_F(ReadOut, FileInPlaceOfTheFolderIsReportedBeforeReading)
-{
-    writeFile(out(), "in the way");
-    const ProcessResult run = read("resident");
-    expectEnd(run, 7, "is not a folder");
-    EXPECT_THAT(run.output(), IsEmpty());
-}
-
 TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesNothing)
 {
     const FileSizeLimit limit(20000); // card.json fits, the photo does not
@@ -252,15 +187,6 @@ TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesNothing)
     EXPECT_TRUE(run.finished);
     expectEnd(run, 7, "photo.bmp could not be written");
     EXPECT_FALSE(QDir(out()).exists());
-}
-
-TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesTheOldCard)
-{
-    read("hmt-hong-kong");
-    const auto before = folderState(out());
-    const FileSizeLimit limit(20000);
-    EXPECT_EQ(read("resident", {"--force"}).exitStatus, 7);
-    EXPECT_EQ(folderState(out()), before);
 }
 
 } // namespace

@@ -4,159 +4,77 @@
 
 using namespace app;
 
-TEST(DisplayWidth, LatinTextTakesOneColumnPerCharacter)
+TEST(DisplayWidth, Text_TakesAsManyColumnsAsATerminalGivesIt)
 {
-    EXPECT_EQ(displayWidth(QStringLiteral("Card 12-3")), 9);
+    const uint ideographBeyondTheFirstPlane = 0x20BB7; // the variant of 吉 found in names
+    const struct {
+        QString text;
+        int columns;
+    } cases[] = {
+        {"", 0},
+        {"Card 12-3", 9},
+        {"居民身份证", 10},
+        {QChar(0x4E00), 2}, // the first ideograph
+        {QChar(0x9FFF), 2}, // the last one
+        {QString::fromUcs4(&ideographBeyondTheFirstPlane, 1), 2},
+        {"（Ａ）：", 8},
+        {QChar(0x3000), 2}, // the ideographic space
+        {QChar(0xFF71), 1}, // half-width katakana A
+        {QChar(0x10FF), 1}, // before the first wide block
+        {QChar(0x1160 - 1), 2},
+        {QChar(0x303F), 1}, // half-fill space
+        {"古丽·买买提", 11},
+        {QStringLiteral("e\u0301"), 1}, // a combining mark
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(displayWidth(c.text), c.columns) << c.text.toStdString();
 }
 
-TEST(DisplayWidth, EmptyTextTakesNone)
+TEST(Padded, Text_IsFilledByColumnsNotByCharactersAndNeverCut)
 {
-    EXPECT_EQ(displayWidth(QString()), 0);
+    EXPECT_EQ(padded("汉", 4), "汉  ");
+    EXPECT_EQ(padded("abcdef", 3), "abcdef");
 }
 
-TEST(DisplayWidth, IdeographsTakeTwoColumns)
-{
-    EXPECT_EQ(displayWidth(QString::fromUtf8("居民身份证")), 10);
-}
-
-TEST(DisplayWidth, FirstAndLastIdeographTakeTwoColumns)
-{
-    EXPECT_EQ(displayWidth(QString(QChar(0x4E00))), 2);
-    EXPECT_EQ(displayWidth(QString(QChar(0x9FFF))), 2);
-}
-
-TEST(DisplayWidth, FullWidthFormsAndIdeographicSpaceTakeTwoColumns)
-{
-    EXPECT_EQ(displayWidth(QString::fromUtf8("（Ａ）：")), 8);
-    EXPECT_EQ(displayWidth(QString(QChar(0x3000))), 2);
-}
-
-TEST(DisplayWidth, HalfWidthFormsTakeOneColumn)
-{
-    EXPECT_EQ(displayWidth(QString(QChar(0xFF71))), 1); // half-width katakana A
-}
-
-TEST(DisplayWidth, CharactersBesideWideBlocksTakeOneColumn)
-{
-    EXPECT_EQ(displayWidth(QString(QChar(0x10FF))), 1);
-    EXPECT_EQ(displayWidth(QString(QChar(0x1160 - 1))), 2);
-    EXPECT_EQ(displayWidth(QString(QChar(0x303F))), 1); // half-fill space
-}
-
-TEST(DisplayWidth, IdeographsBeyondTheFirstPlaneTakeTwoColumns)
-{
-    const uint codePoint = 0x20BB7; // the variant of 吉 found in names
-    EXPECT_EQ(displayWidth(QString::fromUcs4(&codePoint, 1)), 2);
-}
-
-TEST(DisplayWidth, MiddleDotOfNamesTakesOneColumn)
-{
-    EXPECT_EQ(displayWidth(QString::fromUtf8("古丽·买买提")), 11);
-}
-
-TEST(DisplayWidth, CombiningMarksTakeNone)
-{
-    EXPECT_EQ(displayWidth(QStringLiteral("e\u0301")), 1);
-}
-
-TEST(Padded, ShortTextIsFilledByColumnsNotByCharacters)
-{
-    EXPECT_EQ(padded(QString::fromUtf8("汉"), 4), QString::fromUtf8("汉  "));
-}
-
-TEST(Padded, LongTextIsLeftAsItIs)
-{
-    EXPECT_EQ(padded(QStringLiteral("abcdef"), 3), QStringLiteral("abcdef"));
-}
-
-TEST(Printable, ControlCharactersAreSpelledOut)
+TEST(Printable, WhatSteersATerminal_IsSpelledOutAndAllElseStays)
 {
     EXPECT_EQ(printable(QStringLiteral("a\u001B[2Jb\n\u009Bc\u007F")),
-              QStringLiteral("a\\u001B[2Jb\\u000A\\u009Bc\\u007F"));
+              "a\\u001B[2Jb\\u000A\\u009Bc\\u007F");
+    EXPECT_EQ(printable(QStringLiteral("a\u202Eb")), "a\\u202Eb"); // turns the writing direction
+    EXPECT_EQ(printable(QStringLiteral("\u2028\u2029")), "\\u2028\\u2029"); // separators
+    const QString chinese = "阿依古丽·艾山，（示例）";
+    EXPECT_EQ(printable(chinese), chinese);
 }
 
-TEST(Printable, MarksThatTurnTheWritingDirectionAreSpelledOut)
+TEST(AlignedTable, Columns_BeginTogetherAndLinesEndWithoutSpaces)
 {
-    EXPECT_EQ(printable(QStringLiteral("a\u202Eb")), QStringLiteral("a\\u202Eb"));
+    EXPECT_EQ(alignedTable({{"汉族", "x"}, {"abcdef", "y"}}), "汉族    x\nabcdef  y\n");
+    EXPECT_EQ(alignedTable({{"a", "b  "}, {"c", ""}}), "a  b\nc\n");
+    EXPECT_EQ(alignedTable({{"longer"}, {"a", "b"}}), "longer\na       b\n");
+    EXPECT_EQ(alignedTable({{"a\nb", "c"}}), "a\\u000Ab  c\n");
 }
 
-TEST(Printable, LineAndParagraphSeparatorsAreSpelledOut)
+TEST(Wrapped, Text_IsBrokenWhereALineMayEnd)
 {
-    EXPECT_EQ(printable(QStringLiteral("\u2028\u2029")), QStringLiteral("\\u2028\\u2029"));
-}
-
-TEST(Printable, ChineseTextStaysAsItIs)
-{
-    const QString text = QString::fromUtf8("阿依古丽·艾山，（示例）");
-    EXPECT_EQ(printable(text), text);
-}
-
-TEST(AlignedTable, ColumnsAfterChineseTextBeginAtTheSameColumn)
-{
-    const QString table = alignedTable({{QString::fromUtf8("汉族"), QStringLiteral("x")},
-                                        {QStringLiteral("abcdef"), QStringLiteral("y")}});
-    EXPECT_EQ(table, QString::fromUtf8("汉族    x\nabcdef  y\n"));
-}
-
-TEST(AlignedTable, LinesEndWithoutSpaces)
-{
-    const QString table = alignedTable(
-        {{QStringLiteral("a"), QStringLiteral("b  ")}, {QStringLiteral("c"), QString()}});
-    EXPECT_EQ(table, QStringLiteral("a  b\nc\n"));
-}
-
-TEST(AlignedTable, CellWithLineBreakStaysOnItsLine)
-{
-    EXPECT_EQ(alignedTable({{QStringLiteral("a\nb"), QStringLiteral("c")}}),
-              QStringLiteral("a\\u000Ab  c\n"));
-}
-
-TEST(AlignedTable, RowsOfDifferentLengthsKeepTheirColumns)
-{
-    EXPECT_EQ(
-        alignedTable({{QStringLiteral("longer")}, {QStringLiteral("a"), QStringLiteral("b")}}),
-        QStringLiteral("longer\na       b\n"));
-}
-
-TEST(Wrapped, TextIsBrokenBetweenWordsAndIndented)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("one two three four"), 9, 2),
-              QStringLiteral("one two\n  three\n  four"));
-}
-
-TEST(Wrapped, WordLongerThanTheLineGetsItsOwn)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("a bcdefghij k"), 4, 0), QStringLiteral("a\nbcdefghij\nk"));
-}
-
-TEST(Wrapped, ChineseText_IsBrokenBetweenIdeographs)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("请将证件平放在读卡器上"), 9, 2),
-              QStringLiteral("请将证件\n  平放在读\n  卡器上"));
-}
-
-TEST(Wrapped, LatinWordInChineseText_IsKeptWhole)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("系统没有libusb无法"), 12, 0),
-              QStringLiteral("系统没有\nlibusb无法"));
-    EXPECT_EQ(wrapped(QStringLiteral("安装 Qt 后"), 6, 0), QStringLiteral("安装\nQt 后"));
-}
-
-TEST(Wrapped, ChinesePunctuation_StaysWithTheTextThatItEndsOrBegins)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("没有证件，请放好。"), 8, 0),
-              QStringLiteral("没有证\n件，请放\n好。"));
-    EXPECT_EQ(wrapped(QStringLiteral("代码（一）"), 6, 0), QStringLiteral("代码\n（一）"));
-    EXPECT_EQ(wrapped(QStringLiteral("请按“读卡”键"), 5, 0), QStringLiteral("请按\n“读\n卡”键"));
-}
-
-TEST(Wrapped, PathWithIdeographs_IsKeptWholeUpToPunctuation)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("文件 /home/用户/证件：没有空间"), 10, 0),
-              QStringLiteral("文件\n/home/用户/证件：\n没有空间"));
-}
-
-TEST(Wrapped, TextThatFitsExactlyStaysOnOneLine)
-{
-    EXPECT_EQ(wrapped(QStringLiteral("one two"), 7, 4), QStringLiteral("one two"));
+    const struct {
+        const char *text;
+        int width;
+        int indent;
+        const char *lines;
+    } cases[] = {
+        {"one two", 7, 4, "one two"},
+        {"one two three four", 9, 2, "one two\n  three\n  four"},
+        {"a bcdefghij k", 4, 0, "a\nbcdefghij\nk"},
+        {"请将证件平放在读卡器上", 9, 2, "请将证件\n  平放在读\n  卡器上"},
+        // Words and paths are kept whole in Chinese text.
+        {"系统没有libusb无法", 12, 0, "系统没有\nlibusb无法"},
+        {"安装 Qt 后", 6, 0, "安装\nQt 后"},
+        {"文件 /home/用户/证件：没有空间", 10, 0, "文件\n/home/用户/证件：\n没有空间"},
+        // Punctuation stays with the text that it ends or begins.
+        {"没有证件，请放好。", 8, 0, "没有证\n件，请放\n好。"},
+        {"代码（一）", 6, 0, "代码\n（一）"},
+        {"请按“读卡”键", 5, 0, "请按\n“读\n卡”键"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(wrapped(c.text, c.width, c.indent).toStdString(), c.lines);
 }

@@ -2,19 +2,13 @@
 
 #include "common/texts.h"
 
-TEST(FilledIn, Texts_OfSeveralKinds_StandInTheirPlaces)
+TEST(FilledIn, Markers_AreFilledInOnceWhereverTheyStandInThePattern)
 {
     EXPECT_EQ(filledIn(QStringLiteral("%2 of %1"), QString("a"), QLatin1String("b")), "b of a");
-}
-
-TEST(FilledIn, Marker_ThatStandsTwice_IsFilledInTwice)
-{
     EXPECT_EQ(filledIn(QStringLiteral("%1%1, %2"), "a", "b"), "aa, b");
-}
-
-TEST(FilledIn, Marker_WithinAText_Stays)
-{
     EXPECT_EQ(filledIn(QStringLiteral("%1 and %2"), "%2", "%1"), "%2 and %1");
+    EXPECT_EQ(filledIn(QStringLiteral("%10"), "a", "b"), "a0");
+    EXPECT_EQ(filledIn(QString(), "a", "b"), "");
 }
 
 TEST(FilledIn, PercentSign_WithoutItsText_Stays)
@@ -23,23 +17,9 @@ TEST(FilledIn, PercentSign_WithoutItsText_Stays)
               "100% of %3, %0, a and b%");
 }
 
-TEST(FilledIn, DigitAfterAMarker_Stays)
-{
-    EXPECT_EQ(filledIn(QStringLiteral("%10"), "a", "b"), "a0");
-}
-
-TEST(FilledIn, EmptyPattern_IsEmpty)
-{
-    EXPECT_EQ(filledIn(QString(), "a", "b"), "");
-}
-
-TEST(SplitAt, Text_WithoutTheSeparator_IsOnePart)
+TEST(SplitAt, EmptyParts_AreKept)
 {
     EXPECT_EQ(splitAt(',', "ab"), QStringList("ab"));
     EXPECT_EQ(splitAt(',', QString()), QStringList(QString()));
-}
-
-TEST(SplitAt, EmptyParts_AreKept)
-{
     EXPECT_EQ(splitAt(',', ",a,,b,"), QStringList({"", "a", "", "b", ""}));
 }
