@@ -46,52 +46,36 @@ TEST(Faults, EmptyText_MeansNone)
     }
 }
 
-TEST(Faults, EveryFault_IsReadInOneList)
-{
-    const Faults faults = parsed("open-fails=-3, no-card=4,transient-failures=2,read-fails=1,"
-                                 "delay-ms=100,photo-undecodable,photo-length=500,unknown-kind=7,"
-                                 "card-removed");
-    EXPECT_EQ(faults.number(FaultKind::OPEN_FAILS), -3);
-    EXPECT_EQ(faults.number(FaultKind::NO_CARD), 4);
-    EXPECT_EQ(faults.number(FaultKind::TRANSIENT_FAILURES), 2);
-    EXPECT_EQ(faults.number(FaultKind::READ_FAILS), 1);
-    EXPECT_EQ(faults.number(FaultKind::DELAY_MS), 100);
-    EXPECT_TRUE(faults.has(FaultKind::PHOTO_UNDECODABLE));
-    EXPECT_EQ(faults.number(FaultKind::PHOTO_LENGTH), 500);
-    EXPECT_EQ(faults.number(FaultKind::UNKNOWN_KIND), 7);
-    EXPECT_TRUE(faults.has(FaultKind::CARD_REMOVED));
-}
-
-TEST(Faults, EveryFaultOfAReaderOnUsb_IsReadInOneList)
+TEST(Faults, Numbers_AreReadInOneList)
 {
     const Faults faults =
-        parsed("unplugged,unplugged-before=1,unplugged-during=6,permission-denied,"
-               "claimed-elsewhere,reset-refused,select-answer-replaced=00ff,lookup-answer-cut=8,"
-               "lookup-answer-corrupted=4095,read-answer-delayed=60000,lookup-answer-missing,"
-               "lookup-answer-stalled,lookup-answer-broken,lookup-answer-too-long,"
-               "lookup-command-stalled,lookup-command-broken,lookup-command-cut=9,"
-               "lookup-command-missing,read-command-delayed=0");
-    EXPECT_TRUE(faults.has(FaultKind::UNPLUGGED));
-    EXPECT_EQ(faults.number(FaultKind::UNPLUGGED_BEFORE), 1);
-    EXPECT_EQ(faults.number(FaultKind::UNPLUGGED_DURING), 6);
-    EXPECT_TRUE(faults.has(FaultKind::PERMISSION_DENIED));
-    EXPECT_TRUE(faults.has(FaultKind::CLAIMED_ELSEWHERE));
-    EXPECT_TRUE(faults.has(FaultKind::RESET_REFUSED));
-    const UsbExchange lookup = UsbExchange::LOOKUP;
-    EXPECT_EQ(faults.number(FaultKind::ANSWER_CUT, lookup), 8);
-    EXPECT_EQ(faults.number(FaultKind::ANSWER_CORRUPTED, lookup), 4095);
-    EXPECT_TRUE(faults.has(FaultKind::ANSWER_MISSING, lookup));
-    EXPECT_TRUE(faults.has(FaultKind::ANSWER_STALLED, lookup));
-    EXPECT_TRUE(faults.has(FaultKind::ANSWER_BROKEN, lookup));
-    EXPECT_TRUE(faults.has(FaultKind::ANSWER_TOO_LONG, lookup));
-    EXPECT_TRUE(faults.has(FaultKind::COMMAND_STALLED, lookup));
-    EXPECT_TRUE(faults.has(FaultKind::COMMAND_BROKEN, lookup));
-    EXPECT_EQ(faults.number(FaultKind::COMMAND_CUT, lookup), 9);
-    EXPECT_TRUE(faults.has(FaultKind::COMMAND_MISSING, lookup));
+        parsed("open-fails=-3, no-card=4,transient-failures=2,read-fails=1,delay-ms=100,"
+               "photo-undecodable,photo-length=500,unknown-kind=7,card-removed,unplugged-before=1,"
+               "unplugged-during=6,select-answer-replaced=00ff,lookup-answer-cut=8,"
+               "lookup-answer-corrupted=4095,read-answer-delayed=60000,lookup-command-cut=9,"
+               "read-command-delayed=0");
+    const struct {
+        FaultKind kind;
+        std::optional<UsbExchange> exchange;
+        int number;
+    } numbers[] = {{FaultKind::OPEN_FAILS, {}, -3},
+                   {FaultKind::NO_CARD, {}, 4},
+                   {FaultKind::TRANSIENT_FAILURES, {}, 2},
+                   {FaultKind::READ_FAILS, {}, 1},
+                   {FaultKind::DELAY_MS, {}, 100},
+                   {FaultKind::PHOTO_LENGTH, {}, 500},
+                   {FaultKind::UNKNOWN_KIND, {}, 7},
+                   {FaultKind::UNPLUGGED_BEFORE, {}, 1},
+                   {FaultKind::UNPLUGGED_DURING, {}, 6},
+                   {FaultKind::ANSWER_CUT, UsbExchange::LOOKUP, 8},
+                   {FaultKind::ANSWER_CORRUPTED, UsbExchange::LOOKUP, 4095},
+                   {FaultKind::COMMAND_CUT, UsbExchange::LOOKUP, 9},
+                   {FaultKind::ANSWER_DELAYED, UsbExchange::READ, 60000},
+                   {FaultKind::COMMAND_DELAYED, UsbExchange::READ, 0}};
+    for (const auto &[kind, exchange, number] : numbers)
+        EXPECT_EQ(faults.number(kind, exchange), number) << int(kind);
     EXPECT_EQ(faults.bytes(FaultKind::ANSWER_REPLACED, UsbExchange::SELECT),
               QByteArray("\x00\xFF", 2));
-    EXPECT_EQ(faults.number(FaultKind::ANSWER_DELAYED, UsbExchange::READ), 60000);
-    EXPECT_EQ(faults.number(FaultKind::COMMAND_DELAYED, UsbExchange::READ), 0);
 }
 
 TEST(Faults, FaultOfAnExchange_IsThatOfNoOther)
@@ -156,21 +140,37 @@ TEST(Faults, MakersLibrary_TakesItsOwnAndNoOther)
     EXPECT_EQ(faultRules(Road::MAKERS_LIBRARY).size(), taken.size());
 }
 
-TEST(Faults, FaultOfTheReaderOnUsb_IsRefusedForTheMakersLibraryWithTheRoadThatHasIt)
+TEST(Faults, WrongFault_IsRefusedWithWhatToDo)
 {
-    EXPECT_EQ(refusal("no-card, unplugged-before=2", Road::MAKERS_LIBRARY),
-              "the reader maker's library has no fault \"unplugged-before\"; only the reader on "
-              "USB has it: use idcard-virtual-reader");
-    EXPECT_THAT(refusal("select-answer-missing", Road::MAKERS_LIBRARY),
-                HasSubstr("no fault \"select-answer-missing\""));
-}
-
-TEST(Faults, FaultOfTheMakersLibrary_IsRefusedForTheReaderOnUsbWithTheRoadThatHasIt)
-{
-    EXPECT_EQ(
-        refusal("open-fails-every=2", Road::USB),
-        "the reader on USB has no fault \"open-fails-every\"; only the reader maker's library "
-        "has it: use \"idcard-reader read --simulate\"");
+    const struct {
+        const char *text;
+        Road road;
+        const char *message;
+    } cases[] = {
+        {"no-card, unplugged-before=2", Road::MAKERS_LIBRARY,
+         "the reader maker's library has no fault \"unplugged-before\"; only the reader on USB has "
+         "it: use idcard-virtual-reader"},
+        {"select-answer-missing", Road::MAKERS_LIBRARY,
+         "the reader maker's library has no fault \"select-answer-missing\"; only the reader on "
+         "USB "
+         "has it: use idcard-virtual-reader"},
+        {"open-fails-every=2", Road::USB,
+         "the reader on USB has no fault \"open-fails-every\"; only the reader maker's library has "
+         "it: use \"idcard-reader read --simulate\""},
+        {"no-crad", Road::USB, "fault \"no-crad\" is not known; did you mean no-card?"},
+        {"read-answr-cut=3", Road::USB,
+         "fault \"read-answr-cut=3\" is not known; did you mean read-answer-cut?"},
+        {"delay-ms=5,delay-ms=6", Road::USB, "fault \"delay-ms\" is given twice"},
+        {"read-answer-cut=1,lookup-answer-cut=1,read-answer-cut=2", Road::USB,
+         "fault \"read-answer-cut\" is given twice"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(refusal(c.text, c.road), c.message);
+    for (const char *text : {"no-card,,delay-ms=5", "no-card,"})
+        EXPECT_THAT(refusal(text), StartsWith("fault \"\" is not known"));
+    for (const char *text : {"answer-missing", "E-answer-missing", "close-answer-missing",
+                             "-answer-missing", "lookupanswer-missing", "lookup-unplugged"})
+        EXPECT_THAT(refusal(text), HasSubstr("is not known"));
 }
 
 TEST(Faults, FaultsOfADescription_AreThoseOfAnyRoad)
@@ -199,51 +199,24 @@ TEST(Faults, WrongBytes_AreRefusedWithFormAndMeaning)
     }
 }
 
-TEST(Faults, ExchangeFaultWithoutItsExchange_IsNotKnown)
+TEST(Faults, NumberAtItsLimitOrLeftOut_IsTaken)
 {
-    for (const char *text : {"answer-missing", "E-answer-missing", "close-answer-missing",
-                             "-answer-missing", "lookupanswer-missing", "lookup-unplugged"})
-        EXPECT_THAT(refusal(text), HasSubstr("is not known"));
-}
-
-TEST(Faults, UnknownFault_ExplainsTheLetterOfTheExchanges)
-{
-    EXPECT_THAT(refusal("look up"), testing::EndsWith("(E: lookup, select or read)"));
-}
-
-TEST(Faults, ExchangeFaultGivenTwice_IsRefusedWithItsExchange)
-{
-    EXPECT_EQ(refusal("read-answer-cut=1,lookup-answer-cut=1,read-answer-cut=2"),
-              "fault \"read-answer-cut\" is given twice");
-}
-
-TEST(Faults, Added_AreThoseOfEachExchangeThatAreNotSet)
-{
-    Faults faults = parsed("read-answer-cut=3,select-answer-missing,unplugged-before=2");
-    faults.add(
-        parsed("lookup-answer-cut=1,read-answer-cut=2,read-answer-replaced=AA,unplugged-before=1"));
-    EXPECT_EQ(faults.number(FaultKind::ANSWER_CUT, UsbExchange::LOOKUP), 1);
-    EXPECT_EQ(faults.number(FaultKind::ANSWER_CUT, UsbExchange::READ), 3);
-    EXPECT_EQ(faults.bytes(FaultKind::ANSWER_REPLACED, UsbExchange::READ), QByteArray("\xAA"));
-    EXPECT_TRUE(faults.has(FaultKind::ANSWER_MISSING, UsbExchange::SELECT));
-    EXPECT_FALSE(faults.has(FaultKind::ANSWER_MISSING, UsbExchange::LOOKUP));
-    EXPECT_EQ(faults.number(FaultKind::UNPLUGGED_BEFORE), 2);
-}
-
-TEST(Faults, NumberLeftOut_TakesTheFaultsOwn)
-{
-    EXPECT_EQ(parsed("no-card").number(FaultKind::NO_CARD), EVERY_TIME);
-    EXPECT_EQ(parsed("unknown-kind").number(FaultKind::UNKNOWN_KIND), 9);
-}
-
-TEST(Faults, NumbersAtTheirLimits_AreTaken)
-{
-    EXPECT_EQ(parsed("delay-ms=60000").number(FaultKind::DELAY_MS), 60000);
-    EXPECT_EQ(parsed("photo-length=0").number(FaultKind::PHOTO_LENGTH), 0);
-    EXPECT_EQ(parsed("photo-length=38862").number(FaultKind::PHOTO_LENGTH), 38862);
-    EXPECT_EQ(parsed("unknown-kind=0").number(FaultKind::UNKNOWN_KIND), 0);
-    EXPECT_EQ(parsed("unknown-kind=5").number(FaultKind::UNKNOWN_KIND), 5);
-    EXPECT_EQ(parsed("open-fails=65").number(FaultKind::OPEN_FAILS), 65);
+    const struct {
+        const char *text;
+        FaultKind kind;
+        int number;
+    } cases[] = {
+        {"delay-ms=60000", FaultKind::DELAY_MS, 60000},
+        {"photo-length=0", FaultKind::PHOTO_LENGTH, 0},
+        {"photo-length=38862", FaultKind::PHOTO_LENGTH, 38862},
+        {"unknown-kind=0", FaultKind::UNKNOWN_KIND, 0},
+        {"unknown-kind=5", FaultKind::UNKNOWN_KIND, 5},
+        {"unknown-kind", FaultKind::UNKNOWN_KIND, 9},
+        {"open-fails=65", FaultKind::OPEN_FAILS, 65},
+        {"no-card", FaultKind::NO_CARD, EVERY_TIME},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(parsed(c.text).number(c.kind), c.number) << c.text;
 }
 
 TEST(Faults, WrongNumber_IsRefusedWithFormAndMeaning)
@@ -298,15 +271,9 @@ TEST(Faults, UnknownFault_IsRefusedWithAllKnownOnes)
 {
     const std::string message = refusal("delay-ms=5,earthquake");
     EXPECT_THAT(message, StartsWith("fault \"earthquake\" is not known; known faults: "));
+    EXPECT_THAT(message, testing::EndsWith("(E: lookup, select or read)"));
     for (const FaultRule &rule : faultRules(Road::USB))
         EXPECT_THAT(message, HasSubstr(faultUsage(rule).toStdString()));
-}
-
-TEST(Faults, MistypedFault_IsRefusedWithTheNearestOne)
-{
-    EXPECT_EQ(refusal("no-crad"), "fault \"no-crad\" is not known; did you mean no-card?");
-    EXPECT_EQ(refusal("read-answr-cut=3"),
-              "fault \"read-answr-cut=3\" is not known; did you mean read-answer-cut?");
 }
 
 TEST(Faults, NearestFaultOfTheOtherRoad_IsNotProposed)
@@ -333,26 +300,21 @@ TEST(Faults, ExampleOfEveryFault_IsTakenAndItsNumberIsOne)
     }
 }
 
-TEST(Faults, EmptyEntry_IsRefused)
-{
-    EXPECT_THAT(refusal("no-card,,delay-ms=5"), StartsWith("fault \"\" is not known"));
-    EXPECT_THAT(refusal("no-card,"), StartsWith("fault \"\" is not known"));
-}
-
-TEST(Faults, FaultGivenTwice_IsRefused)
-{
-    EXPECT_EQ(refusal("delay-ms=5,delay-ms=6"), "fault \"delay-ms\" is given twice");
-}
-
 TEST(Faults, VeryLongFault_IsQuotedInPart)
 {
     EXPECT_LT(refusal(std::string(100000, 'x').c_str()).size(), 1500U);
 }
 
-TEST(Faults, Added_ReplaceNothingThatIsSet)
+TEST(Faults, Added_ReplaceNothingThatIsSetForTheSameExchange)
 {
-    Faults faults = parsed("read-fails=8,card-removed");
-    faults.add(parsed("delay-ms=5,read-fails=7"));
+    Faults faults = parsed("read-answer-cut=3,select-answer-missing,read-fails=8,card-removed");
+    faults.add(parsed("lookup-answer-cut=1,read-answer-cut=2,read-answer-replaced=AA,delay-ms=5,"
+                      "read-fails=7"));
+    EXPECT_EQ(faults.number(FaultKind::ANSWER_CUT, UsbExchange::LOOKUP), 1);
+    EXPECT_EQ(faults.number(FaultKind::ANSWER_CUT, UsbExchange::READ), 3);
+    EXPECT_EQ(faults.bytes(FaultKind::ANSWER_REPLACED, UsbExchange::READ), QByteArray("\xAA"));
+    EXPECT_TRUE(faults.has(FaultKind::ANSWER_MISSING, UsbExchange::SELECT));
+    EXPECT_FALSE(faults.has(FaultKind::ANSWER_MISSING, UsbExchange::LOOKUP));
     EXPECT_EQ(faults.number(FaultKind::DELAY_MS), 5);
     EXPECT_EQ(faults.number(FaultKind::READ_FAILS), 8);
     EXPECT_TRUE(faults.has(FaultKind::CARD_REMOVED));

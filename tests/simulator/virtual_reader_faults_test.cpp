@@ -218,7 +218,7 @@ TEST(VirtualReaderFault, Unplugged_IsNotThereWhateverIsPluggedIn)
 TEST(VirtualReaderFault, Hindrances_AreEachReportedAlone)
 {
     const char *faults[] = {"open-fails=3", "permission-denied", "claimed-elsewhere",
-                            "reset-refused"};
+                            "reset-refused", ""};
     for (const char *fault : faults) {
         ReaderOnUsb reader("resident", QLatin1String(fault));
         EXPECT_TRUE(reader->isPluggedIn());

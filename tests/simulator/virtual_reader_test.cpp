@@ -130,13 +130,6 @@ TEST(VirtualReader, ReadWithNothingToAnswer_NeverEnds)
     EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
 }
 
-TEST(VirtualReader, Answer_IsGivenOnce)
-{
-    ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
-    EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
-}
-
 TEST(VirtualReader, AnswerNotFetched_GivesWayToTheNext)
 {
     ReaderOnUsb reader;
@@ -296,16 +289,6 @@ TEST(VirtualReader, Unplugged_AnswersNothingUntilItIsPluggedInAsNew)
     EXPECT_TRUE(reader->isPluggedIn());
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
-}
-
-TEST(VirtualReader, WithoutFaults_NothingHindersIt)
-{
-    ReaderOnUsb reader;
-    EXPECT_TRUE(reader->isPluggedIn());
-    EXPECT_FALSE(reader->failsToOpen());
-    EXPECT_FALSE(reader->deniesAccess());
-    EXPECT_FALSE(reader->isClaimedElsewhere());
-    EXPECT_FALSE(reader->refusesReset());
 }
 
 TEST(VirtualReader, Descriptors_DescribeAVendorSpecificHighSpeedDeviceWithFourBulkEndpoints)
