@@ -111,9 +111,10 @@ protected:
         QByteArray out("before");
         FP_INFO_TYPE fp = UNTOUCHED;
         setCallFailure({call.function, call.position, error});
-        CUsbIdReader reader(VENDOR, PRODUCT);
+        IdReader reader;
         EXPECT_EQ(reader.fetch_data(out, fp), code == USB_READER_OK);
         EXPECT_EQ(reader.lastError(), code);
+        EXPECT_EQ(reader.state() == 2, code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH);
         EXPECT_EQ(out.size(), code == USB_READER_OK ? 2321 : 6);
         EXPECT_EQ(fp, code == USB_READER_OK ? FP_INFO_TWO : UNTOUCHED);
     }
@@ -132,6 +133,7 @@ protected:
         const LibusbCalls &counts = libusbCalls();
         EXPECT_EQ(counts.exit, counts.initialised);
         EXPECT_EQ(counts.listsFreed, counts.lists);
+        EXPECT_EQ(counts.listsFreedWithDevices, counts.lists);
         EXPECT_EQ(counts.closed, counts.opened);
         for (const QString &leftOver : m_usb->bus().leftOvers())
             ADD_FAILURE() << leftOver.toStdString();

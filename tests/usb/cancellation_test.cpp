@@ -114,17 +114,6 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
     expectFreeReader(device);
 }
 
-TEST_F(Cancellation, LaterCommandThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
-{
-    ScriptedDevice &device = make();
-    expectReady(device);
-    device.expectWrite(0x02, frames::READ, ended(UsbStatus::PENDING));
-    add(device);
-    EXPECT_EQ(endWaitingFor(device, COMMAND, 3, readCard), ThreadEnd::CANCELLED);
-    expectLog(lines::READY);
-    expectFreeReader(device);
-}
-
 TEST_F(Cancellation, BlockThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 {
     ScriptedDevice &device = make();

@@ -10,9 +10,8 @@
 namespace
 {
 
-usb_test::LibusbFailures failures;
 usb_test::LibusbCalls calls;
-usb_test::CallFailure callFailure{nullptr, 0, 0};
+usb_test::CallFailure callFailure;
 std::map<std::string, int> callCounts;
 
 template <typename Function>
@@ -31,15 +30,9 @@ int failureOf(const char *function)
 
 } // namespace
 
-void usb_test::setLibusbFailures(const LibusbFailures &toSet)
-{
-    failures = toSet;
-    calls = {};
-}
-
 void usb_test::setCallFailure(const CallFailure &toSet)
 {
-    setLibusbFailures({});
+    calls = {};
     callFailure = toSet;
     callCounts.clear();
 }
@@ -55,8 +48,6 @@ extern "C" {
 __attribute__((visibility("default"))) int libusb_init(libusb_context **ctx)
 {
     ++calls.init;
-    if (failures.init != 0)
-        return failures.init;
     if (const int code = failureOf("libusb_init"); code != 0)
         return code;
     const int result = real<decltype(libusb_init)>("libusb_init")(ctx);
@@ -73,8 +64,6 @@ __attribute__((visibility("default"))) void libusb_exit(libusb_context *ctx)
 __attribute__((visibility("default"))) ssize_t libusb_get_device_list(libusb_context *ctx,
                                                                       libusb_device ***list)
 {
-    if (failures.deviceList != 0)
-        return failures.deviceList;
     if (const int code = failureOf("libusb_get_device_list"); code != 0)
         return code;
     ++calls.lists;
@@ -92,8 +81,7 @@ __attribute__((visibility("default"))) void libusb_free_device_list(libusb_devic
 __attribute__((visibility("default"))) int
 libusb_get_device_descriptor(libusb_device *device, libusb_device_descriptor *descriptor)
 {
-    if (++calls.descriptors == failures.descriptorPosition)
-        return LIBUSB_ERROR_IO;
+    ++calls.descriptors;
     if (const int code = failureOf("libusb_get_device_descriptor"); code != 0)
         return code;
     return real<decltype(libusb_get_device_descriptor)>("libusb_get_device_descriptor")(device,
@@ -103,8 +91,6 @@ libusb_get_device_descriptor(libusb_device *device, libusb_device_descriptor *de
 __attribute__((visibility("default"))) int
 libusb_set_auto_detach_kernel_driver(libusb_device_handle *handle, int enable)
 {
-    if (failures.autoDetach != 0)
-        return failures.autoDetach;
     if (const int code = failureOf("libusb_set_auto_detach_kernel_driver"); code != 0)
         return code;
     return real<decltype(libusb_set_auto_detach_kernel_driver)>(
@@ -141,10 +127,7 @@ __attribute__((visibility("default"))) int libusb_claim_interface(libusb_device_
 {
     if (const int code = failureOf("libusb_claim_interface"); code != 0)
         return code;
-    const int result =
-        real<decltype(libusb_claim_interface)>("libusb_claim_interface")(handle, interface);
-    calls.claimed += result == LIBUSB_SUCCESS ? 1 : 0;
-    return result;
+    return real<decltype(libusb_claim_interface)>("libusb_claim_interface")(handle, interface);
 }
 
 __attribute__((visibility("default"))) int libusb_reset_device(libusb_device_handle *handle)

@@ -6,19 +6,11 @@
 namespace usb_test
 {
 
-/** What fails from now on; 0 for nothing. */
-struct LibusbFailures {
-    int init = 0;               ///< result of libusb_init
-    int deviceList = 0;         ///< result of libusb_get_device_list
-    int descriptorPosition = 0; ///< counted from 1: the one device that cannot be described
-    int autoDetach = 0;         ///< result of libusb_set_auto_detach_kernel_driver
-};
-
 /** One call that fails; the others are real. */
 struct CallFailure {
-    const char *function; ///< of libusb; null: none fails
-    int position;         ///< among the calls of this function, counted from 1
-    int code;             ///< what it returns
+    const char *function = nullptr; ///< of libusb; null: none fails
+    int position = 0;               ///< among the calls of this function, counted from 1
+    int code = 0;                   ///< what it returns
 };
 
 /** Sets the call that fails, begins counting, and begins a new account. */
@@ -35,12 +27,8 @@ struct LibusbCalls {
     int descriptors = 0;
     int opened = 0; ///< with success
     int closed = 0;
-    int claimed = 0; ///< with success
     int released = 0;
 };
-
-/** Sets what fails, and begins a new account. */
-void setLibusbFailures(const LibusbFailures &toSet);
 
 const LibusbCalls &libusbCalls();
 

@@ -1,4 +1,5 @@
-// Failures of libusb itself, and how often what was made is released.
+// Failures of libusb itself, and how often what was made is released. Every call of a whole read
+// fails in turn in tests/faults/libusb_calls_test.cpp.
 
 #include <gmock/gmock.h>
 #include <libusb.h>
@@ -15,7 +16,7 @@ using namespace usb_test;
 class LibusbFailure : public UsbTest
 {
 protected:
-    LibusbFailure() { setLibusbFailures({}); }
+    LibusbFailure() { setCallFailure({}); }
 
     void TearDown() override
     {
@@ -27,100 +28,68 @@ protected:
     }
 };
 
-TEST_F(LibusbFailure, Init_LeavesNothingToRelease)
-{
-    plugIn();
-    setLibusbFailures({LIBUSB_ERROR_NO_MEM, 0, 0, 0});
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), -2);
-        EXPECT_THAT(opened.state(), testing::AllOf(testing::Ne(0), testing::Ne(1), testing::Ne(2)));
-        EXPECT_EQ(opened.handle(), nullptr);
-    }
-    EXPECT_EQ(libusbCalls().exit, 0);
-    EXPECT_EQ(libusbCalls().lists, 0);
-    expectLog({"libusb_init() failed: LIBUSB_ERROR_NO_MEM"});
-}
-
 TEST_F(LibusbFailure, Init_LeavesAnObjectThatOnlyRefuses)
 {
-    setLibusbFailures({LIBUSB_ERROR_OTHER, 0, 0, 0});
-    IdReader reader;
-    EXPECT_EQ(reader.lastError(), -2);
-    EXPECT_FALSE(reader.open(VENDOR, PRODUCT));
-    EXPECT_FALSE(reader.lookup());
-    EXPECT_EQ(reader.lastError(), -2);
+    setCallFailure({"libusb_init", 1, LIBUSB_ERROR_OTHER});
+    {
+        IdReader reader;
+        EXPECT_EQ(reader.lastError(), -2);
+        EXPECT_THAT(reader.state(), testing::AllOf(testing::Ne(0), testing::Ne(1), testing::Ne(2)));
+        EXPECT_EQ(reader.handle(), nullptr);
+        EXPECT_FALSE(reader.open(VENDOR, PRODUCT));
+        EXPECT_FALSE(reader.lookup());
+        EXPECT_EQ(reader.lastError(), -2);
+    }
     EXPECT_EQ(libusbCalls().lists, 0) << "libusb's default context is somebody else's";
+    EXPECT_EQ(libusbCalls().exit, 0);
     expectLog(
         {"libusb_init() failed: LIBUSB_ERROR_OTHER", "libusb_open_device_with_vid_pid() failed"});
 }
 
-TEST_F(LibusbFailure, DeviceList_IsReportedWithoutAListToFree)
-{
-    plugIn();
-    setLibusbFailures({0, LIBUSB_ERROR_NO_MEM, 0, 0});
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), -3);
-        EXPECT_EQ(opened.state(), 0);
-    }
-    EXPECT_EQ(libusbCalls().listsFreed, 0);
-    EXPECT_EQ(libusbCalls().exit, 1);
-    expectLog({"libusb_get_device_list fail!", "libusb_open_device_with_vid_pid() failed",
-               "open usb failed!"});
-}
-
-TEST_F(LibusbFailure, DescriptorAheadOfTheReader_EndsTheSearch)
-{
-    plugIn(UsbIds{VENDOR, PRODUCT});
-    plugIn(UsbIds{VENDOR, PRODUCT});
-    setLibusbFailures({0, 0, 1, 0});
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), -4);
-        EXPECT_EQ(opened.state(), 0);
-    }
-    EXPECT_EQ(libusbCalls().descriptors, 1) << "later devices are not tried";
-    EXPECT_EQ(bus().holdings().timesOpened, 0);
-    expectLog({"libusb_get_device_descriptor(1) fail!", "libusb_open_device_with_vid_pid() failed",
-               "open usb failed!"});
-}
-
-TEST_F(LibusbFailure, DescriptorOfALaterDevice_IsReportedWithItsPosition)
+TEST_F(LibusbFailure, DeviceListOrDescriptor_EndsTheSearch)
 {
     for (std::uint16_t product = 2; product <= 4; ++product)
         plugIn(UsbIds{VENDOR, product});
-    setLibusbFailures({0, 0, 3, 0});
-    const OpenedDevice opened;
-    EXPECT_EQ(opened.lastError(), -4);
-    EXPECT_EQ(libusbCalls().descriptors, 3);
-    expectLog({"libusb_get_device_descriptor(3) fail!", "libusb_open_device_with_vid_pid() failed",
-               "open usb failed!"});
+    const struct {
+        CallFailure call;
+        int code;
+        int descriptors;
+        const char *line;
+    } cases[] = {
+        {{"libusb_get_device_list", 1, LIBUSB_ERROR_NO_MEM}, -3, 0, "libusb_get_device_list fail!"},
+        {{"libusb_get_device_descriptor", 1, LIBUSB_ERROR_IO},
+         -4,
+         1,
+         "libusb_get_device_descriptor(1) fail!"},
+        {{"libusb_get_device_descriptor", 3, LIBUSB_ERROR_IO},
+         -4,
+         3,
+         "libusb_get_device_descriptor(3) fail!"},
+    };
+    for (const auto &c : cases) {
+        setCallFailure(c.call);
+        {
+            const OpenedDevice opened;
+            EXPECT_EQ(opened.lastError(), c.code);
+            EXPECT_EQ(opened.state(), 0);
+        }
+        EXPECT_EQ(libusbCalls().descriptors, c.descriptors) << "later devices are not tried";
+        EXPECT_EQ(libusbCalls().listsFreed, libusbCalls().lists);
+        EXPECT_EQ(libusbCalls().exit, 1);
+        expectLog({c.line, "libusb_open_device_with_vid_pid() failed", "open usb failed!"});
+    }
 }
 
 TEST_F(LibusbFailure, DescriptorBehindTheReader_IsNotAskedFor)
 {
     plugIn();
     plugIn();
-    setLibusbFailures({0, 0, 2, 0});
+    setCallFailure({"libusb_get_device_descriptor", 2, LIBUSB_ERROR_IO});
     {
         const OpenedDevice opened;
         EXPECT_EQ(opened.lastError(), 0);
     }
     EXPECT_EQ(libusbCalls().descriptors, 1);
-    expectLog(lines::OPENED);
-}
-
-TEST_F(LibusbFailure, AutoDetach_IsIgnored)
-{
-    plugIn();
-    setLibusbFailures({0, 0, 0, LIBUSB_ERROR_NOT_SUPPORTED});
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), 0);
-        EXPECT_EQ(opened.state(), 2);
-    }
-    EXPECT_EQ(libusbCalls().released, 1);
     expectLog(lines::OPENED);
 }
 
@@ -152,7 +121,7 @@ TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsReleased)
 TEST_F(LibusbFailure, ClaimOrResetRefused_TheHandleIsClosedOnceAndNotReleased)
 {
     for (const bool isClaim : {true, false}) {
-        setLibusbFailures({});
+        setCallFailure({});
         const UsbIds ids{VENDOR, static_cast<std::uint16_t>(isClaim ? 1 : 2)};
         ScriptedDevice &device = make(ids);
         device.setClaimedElsewhere(isClaim);
