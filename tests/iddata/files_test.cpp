@@ -75,33 +75,26 @@ public:
 
 } // namespace
 
-TEST_F(Files, TwoPrints_AreWrittenAsTheyAre)
+TEST_F(Files, Prints_AreWrittenAsTheyAreIntoAFileOfItsOwner)
 {
-    for (const auto side : GUARD_SIDES) {
-        Prints prints(1024, side);
-        const MessageLog log;
-        decoder->saveFpRawDataToFile(FP_INFO_TWO, prints.data());
-        EXPECT_THAT(log.texts(), ElementsAre("source id card has two fp data",
-                                             "Successfully wrote 1024 bytes to the file."));
-        EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
-    }
-    EXPECT_EQ(names(), QStringList(FILE_NAME));
-}
-
-TEST_F(Files, OnePrint_IsWrittenAsItIs)
-{
-    for (const auto side : GUARD_SIDES) {
-        Prints prints(512, side);
-        const MessageLog log;
-        decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-        EXPECT_THAT(log.texts(), ElementsAre("source id card has one fp data",
-                                             "Successfully wrote 512 bytes to the file."));
-        for (const MessageLog::Message &message : log.messages()) {
-            EXPECT_EQ(message.type, QtDebugMsg);
-            EXPECT_EQ(message.category, "default");
+    for (const auto &[info, size, count] :
+         {std::tuple(FP_INFO_TWO, 1024, "two"), std::tuple(FP_INFO_ONE, 512, "one")})
+        for (const auto side : GUARD_SIDES) {
+            Prints prints(static_cast<std::size_t>(size), side);
+            const MessageLog log;
+            decoder->saveFpRawDataToFile(info, prints.data());
+            EXPECT_THAT(
+                log.texts(),
+                ElementsAre("source id card has " + std::string(count) + " fp data",
+                            "Successfully wrote " + std::to_string(size) + " bytes to the file."));
+            for (const MessageLog::Message &message : log.messages()) {
+                EXPECT_EQ(message.type, QtDebugMsg);
+                EXPECT_EQ(message.category, "default");
+            }
+            EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
         }
-        EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
-    }
+    EXPECT_EQ(names(), QStringList(FILE_NAME));
+    EXPECT_EQ(modeOf(FILE_NAME), 0600);
 }
 
 TEST_F(Files, NoPrint_IsReportedAndNoFileIsTouched)
@@ -132,13 +125,6 @@ TEST_F(Files, EarlierFile_IsReplacedAndKeepsItsPermissions)
     decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
     EXPECT_EQ(readFile(FILE_NAME), prints.bytes());
     EXPECT_EQ(modeOf(FILE_NAME), permissions);
-}
-
-TEST_F(Files, NewFile_IsReadableForItsOwnerOnly)
-{
-    Prints prints(512, GuardedBytes::GUARD_AFTER);
-    decoder->saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-    EXPECT_EQ(modeOf(FILE_NAME), 0600);
 }
 
 TEST_F(Files, FolderInTheFilesPlace_IsOneCriticalLine)
@@ -290,53 +276,35 @@ TEST_F(Files, FileExist_ReturnsWhetherItDoes)
     EXPECT_THAT(log.texts(), IsEmpty());
 }
 
-TEST_F(Files, FileRename_MovesTheFile)
+TEST_F(Files, FileRename_MovesTheFileUnlessItIsMissingOrWouldReplaceOne)
 {
-    writeFile(QStringLiteral("from"), "text");
-    const MessageLog log;
-    EXPECT_TRUE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
-    EXPECT_THAT(log.texts(), IsEmpty());
-    EXPECT_EQ(names(), QStringList(QStringLiteral("to")));
-    EXPECT_EQ(readFile(QStringLiteral("to")), "text");
-}
-
-TEST_F(Files, FileRename_DoesNotReplaceAndSaysSo)
-{
-    writeFile(QStringLiteral("from"), "text");
-    writeFile(QStringLiteral("to"), "other");
-    const MessageLog log;
-    EXPECT_FALSE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
-    EXPECT_THAT(log.texts(), ElementsAre("rename fail!"));
-    EXPECT_EQ(log.messages().front().type, QtDebugMsg);
-    EXPECT_EQ(readFile(QStringLiteral("from")), "text");
-    EXPECT_EQ(readFile(QStringLiteral("to")), "other");
-}
-
-TEST_F(Files, FileRenameOfAMissingFile_FailsAndSaysSo)
-{
-    const MessageLog log;
-    EXPECT_FALSE(CCommon::fileRename(QStringLiteral("from"), QStringLiteral("to")));
+    const QString from = QStringLiteral("from");
+    const QString to = QStringLiteral("to");
+    MessageLog log;
+    EXPECT_FALSE(CCommon::fileRename(from, to));
     EXPECT_THAT(log.texts(), ElementsAre("rename fail!"));
     EXPECT_THAT(names(), IsEmpty());
+    writeFile(from, "text");
+    EXPECT_TRUE(CCommon::fileRename(from, to));
+    EXPECT_EQ(names(), QStringList(to));
+    EXPECT_EQ(readFile(to), "text");
+    writeFile(from, "other");
+    EXPECT_FALSE(CCommon::fileRename(from, to));
+    EXPECT_THAT(log.texts(), ElementsAre("rename fail!", "rename fail!"));
+    EXPECT_EQ(log.messages().back().type, QtDebugMsg);
+    EXPECT_EQ(readFile(from), "other");
+    EXPECT_EQ(readFile(to), "text");
 }
 
-TEST_F(Files, FileRemove_RemovesTheFile)
+TEST_F(Files, FileRemove_RemovesFilesAloneAndSaysNothing)
 {
+    const MessageLog log;
     writeFile(QStringLiteral("file"), "text");
     EXPECT_TRUE(CCommon::fileRemove(QStringLiteral("file")));
     EXPECT_THAT(names(), IsEmpty());
-}
-
-TEST_F(Files, FileRemoveOfAMissingFile_FailsWithoutAWord)
-{
-    const MessageLog log;
     EXPECT_FALSE(CCommon::fileRemove(QStringLiteral("file")));
-    EXPECT_THAT(log.texts(), IsEmpty());
-}
-
-TEST_F(Files, FileRemoveOfAFolder_Fails)
-{
     ASSERT_TRUE(QDir().mkdir(QStringLiteral("folder")));
     EXPECT_FALSE(CCommon::fileRemove(QStringLiteral("folder")));
     EXPECT_EQ(names(), QStringList(QStringLiteral("folder")));
+    EXPECT_THAT(log.texts(), IsEmpty());
 }

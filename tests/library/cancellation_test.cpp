@@ -172,25 +172,16 @@ TEST_F(Cancellation, WaitingForThePort_EndsTheThreadAndThereIsNoPortToClose)
     expectAnotherRead();
 }
 
-TEST_F(Cancellation, WaitingForACard_EndsTheThreadAndClosesThePort)
+TEST_F(Cancellation, WaitingForCardReadOrPhoto_EndsTheThreadAndClosesThePort)
 {
-    EXPECT_EQ(endWaitingIn(Function::FIND), ThreadEnd::CANCELLED);
-    EXPECT_EQ(closed, 1);
-    expectAnotherRead();
-}
-
-TEST_F(Cancellation, WaitingForTheRead_EndsTheThreadAndClosesThePort)
-{
-    EXPECT_EQ(endWaitingIn(Function::READ), ThreadEnd::CANCELLED);
-    EXPECT_EQ(closed, 1);
-    expectAnotherRead();
-}
-
-TEST_F(Cancellation, WaitingForThePhoto_EndsTheThreadAndClosesThePort)
-{
-    EXPECT_EQ(endWaitingIn(Function::UNPACK), ThreadEnd::CANCELLED);
-    EXPECT_EQ(closed, 1);
-    expectAnotherRead();
+    int times = 0;
+    for (const Function function : {Function::FIND, Function::READ, Function::UNPACK}) {
+        hasCome = false;
+        EXPECT_EQ(endWaitingIn(function), ThreadEnd::CANCELLED);
+        EXPECT_EQ(closed, ++times);
+        expectAnotherRead();
+        ++times;
+    }
 }
 
 TEST_F(Cancellation, WaitingForThePhotoOfARawRecord_EndsTheThread)
