@@ -20,10 +20,7 @@ struct HostSettings {
     int graceMs = 10 * 1000; ///< that the tool has beyond the time limit of its reading
 };
 
-/** Which extension may ask: the last word of the command line, as the browser says it. */
-constexpr const char *CHROMIUM_EXTENSION = "chrome-extension://" IDCARD_EXTENSION_ID "/";
-constexpr const char *FIREFOX_EXTENSION = IDCARD_FIREFOX_ID; ///< after the path of its host file
-
+/** `arguments` are those that the browser gives. Needs a QCoreApplication. */
 ExitStatus serveBrowser(const QStringList &arguments, const HostSettings &settings, Output *output);
 
 } // namespace app

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 
 #include <sys/prctl.h>
 
@@ -25,9 +26,11 @@ constexpr int TIME_TO_END_AFTER_OUTPUT_MS = 2000;
 // All that a card has is about 100 kB of JSON.
 constexpr int MOST_OUTPUT = 4 * 1024 * 1024;
 
-QString notStartedText(const QString &program, const QString &reason)
+/** `problem` is Qt's: the function that failed, and what the system calls the error. */
+QString notStartedText(const QString &program, const QString &problem)
 {
-    return filledIn(tr("%1 could not be started: %2."), program, translatedSystemText(reason));
+    return filledIn(tr("%1 could not be started: %2."), program,
+                    translatedSystemText(problem.section(QLatin1String(": "), -1)));
 }
 
 QString crashedText(int signal)
@@ -57,10 +60,6 @@ ToolRun::ToolRun(Take take, Ended ended) : m_take(std::move(take)), m_ended(std:
     connect(&m_deadline, &QTimer::timeout, this, [this] { endBy(End::TIMED_OUT); });
     connect(&m_force, &QTimer::timeout, this, [this] { force(); });
     connect(this, &QProcess::readyReadStandardOutput, this, [this] { takeOutput(); });
-    connect(this, &QProcess::readChannelFinished, this, [this] {
-        if (!m_force.isActive())
-            m_force.start(TIME_TO_END_AFTER_OUTPUT_MS);
-    });
     connect(this, QOverload<int, ExitStatus>::of(&QProcess::finished), this,
             [this](int /*code*/, ExitStatus status) { finish(status); });
     connect(this, &QProcess::errorOccurred, this, [this](ProcessError error) {
@@ -81,9 +80,18 @@ ToolRun::~ToolRun()
     }
 }
 
-void ToolRun::run(const QStringList &arguments, int timeoutMs)
+void ToolRun::setLanguage(const QString &language)
 {
-    setProgram(toolPath());
+    if (language.isEmpty())
+        return;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LANGUAGE"), language);
+    setProcessEnvironment(environment);
+}
+
+void ToolRun::run(const QStringList &arguments, int timeoutMs, const QString &tool)
+{
+    setProgram(tool);
     setArguments(arguments);
     setStandardInputFile(nullDevice());
     setStandardErrorFile(nullDevice());
@@ -107,7 +115,7 @@ void ToolRun::fail()
 
 QString ToolRun::howItEnded() const
 {
-    if (error() == FailedToStart)
+    if (!hasStarted())
         return notStartedText(program(), errorString());
     return exitStatus() == CrashExit ? crashedText(exitCode()) : endedText(exitCode());
 }

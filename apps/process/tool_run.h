@@ -47,12 +47,17 @@ public:
 
     /** Of the tool; that of this program if never called. */
     using QProcess::setProcessEnvironment;
+    /** Of the tool; empty: that of this program. */
+    void setLanguage(const QString &language);
 
     /** `timeoutMs` 0: it may take as long as it likes. To be called once. */
-    void run(const QStringList &arguments, int timeoutMs);
+    void run(const QStringList &arguments, int timeoutMs, const QString &tool = toolPath());
     void stop();
     /** As after a crash. */
     void fail();
+
+    /** Whether there was a program to start. */
+    bool hasStarted() const { return error() != FailedToStart; }
 
     /** In words, once it has ended: "It was ended by signal 11.", "It ended with status 3." */
     QString howItEnded() const;

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include <QJsonDocument>
-#include <QProcessEnvironment>
 
 #include "apps/card/card_input.h"
 #include "common/texts.h"
@@ -168,11 +167,7 @@ void CardDesk::run(Task task)
 void CardDesk::runTool(Task task, const ToolRun::Take &take, const ToolRun::Ended &ended)
 {
     m_run = std::make_unique<ToolRun>(take, ended);
-    if (!m_language.isEmpty()) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LANGUAGE"), m_language);
-        m_run->setProcessEnvironment(environment);
-    }
+    m_run->setLanguage(m_language);
     m_run->run(arguments(task), 0);
 }
 

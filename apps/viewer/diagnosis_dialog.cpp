@@ -6,7 +6,6 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QProcessEnvironment>
 #include <QVBoxLayout>
 
 namespace viewer
@@ -50,11 +49,7 @@ void DiagnosisDialog::diagnose()
     m_report->setPlainText(tr("Looking at the machine…"));
     m_run = std::make_unique<app::ToolRun>(
         nullptr, [this](app::ToolRun::End end, const QByteArray &report) { finish(end, report); });
-    if (!m_language.isEmpty()) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LANGUAGE"), m_language);
-        m_run->setProcessEnvironment(environment);
-    }
+    m_run->setLanguage(m_language);
     m_run->run({QStringLiteral("doctor")}, LIMIT_MS);
 }
 
