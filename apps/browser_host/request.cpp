@@ -4,10 +4,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QVector>
 
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
-#include "common/texts.h"
 
 namespace app
 {
@@ -25,45 +25,24 @@ QString quoted(const QString &text)
     return tr("\"%1\"").arg(printable(text.left(LONGEST_QUOTE)));
 }
 
-/** What is wrong with the keys of an object; empty: they are these. */
-QString problemOfKeys(const QJsonObject &object, const QStringList &keys)
-{
-    const QStringList present = object.keys();
-    for (const QString &key : present) {
-        if (!keys.contains(key))
-            return tr("There is no key %1.").arg(quoted(key));
-    }
-    for (const QString &key : keys) {
-        if (!object.contains(key))
-            return tr("The key %1 is missing.").arg(quoted(key));
-    }
-    return {};
-}
+/** A key of an object, and what takes its value and returns what is wrong with that. */
+struct Key {
+    QString name;
+    QString (*take)(const QJsonValue &value, Request *request);
+};
 
-QString takeInclude(const QJsonValue &value, Request *request)
+/** Takes an object that has these keys, in this order, and no others. */
+QString takeObject(QJsonObject rest, const QVector<Key> &keys, Request *request)
 {
-    QString wrong = tr("The key include takes a list of photo and pictures.");
-    if (!value.isArray())
-        return wrong;
-    const QJsonArray parts = value.toArray();
-    for (const QJsonValue &part : parts) {
-        const QString name = part.toString();
-        const bool isPart = name == QLatin1String("photo") || name == QLatin1String("pictures");
-        if (!isPart || request->include.contains(name))
-            return wrong;
-        request->include << name;
+    for (const Key &key : keys) {
+        if (!rest.contains(key.name))
+            return tr("The key %1 is missing.").arg(quoted(key.name));
+        QString problem = key.take(rest.take(key.name), request);
+        if (!problem.isEmpty())
+            return problem;
     }
-    return {};
-}
-
-QString takeTimeout(const QJsonValue &value, Request *request)
-{
-    const int seconds = value.toInt();
-    if (seconds < 1 || seconds > Request::LONGEST_TIMEOUT_SECONDS || value != QJsonValue(seconds))
-        return tr("The key timeout takes a whole number of seconds from 1 to %1.")
-            .arg(Request::LONGEST_TIMEOUT_SECONDS);
-    request->timeoutSeconds = seconds;
-    return {};
+    return rest.isEmpty() ? QString()
+                          : tr("There is no key %1.").arg(quoted(rest.keys().constFirst()));
 }
 
 QString takeLanguage(const QJsonValue &value, Request *request)
@@ -75,39 +54,44 @@ QString takeLanguage(const QJsonValue &value, Request *request)
                : tr("The key language takes a language such as en or zh-CN.");
 }
 
-QString takePageRequest(const QJsonValue &value, Request *request)
+QString takeTimeout(const QJsonValue &value, Request *request)
 {
-    if (!value.isObject())
-        return tr("The request is no object.");
-    const QJsonObject object = value.toObject();
-    QString problem = problemOfKeys(
-        object, {QStringLiteral("include"), QStringLiteral("timeout"), QStringLiteral("language")});
-    // The language first: in it the rest is refused.
-    if (problem.isEmpty())
-        problem = takeLanguage(object.value(QStringLiteral("language")), request);
-    if (problem.isEmpty())
-        problem = takeTimeout(object.value(QStringLiteral("timeout")), request);
-    if (problem.isEmpty())
-        problem = takeInclude(object.value(QStringLiteral("include")), request);
-    return problem;
+    const int seconds = value.toInt();
+    request->timeoutSeconds = seconds;
+    return seconds >= 1 && seconds <= Request::LONGEST_TIMEOUT_SECONDS &&
+                   value == QJsonValue(seconds)
+               ? QString()
+               : tr("The key timeout takes a whole number of seconds from 1 to %1.")
+                     .arg(Request::LONGEST_TIMEOUT_SECONDS);
 }
 
-QString takeMessage(const QByteArray &body, Request *request)
+QString takeInclude(const QJsonValue &value, Request *request)
 {
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
-    if (error.error != QJsonParseError::NoError)
-        return tr("It is no JSON: %1.").arg(translatedSystemText(error.errorString()));
-    if (!document.isObject())
-        return tr("The message is no object.");
-    const QJsonObject object = document.object();
-    QString problem = problemOfKeys(object, {QStringLiteral("origin"), QStringLiteral("request")});
-    if (!problem.isEmpty())
-        return problem;
-    request->origin = object.value(QStringLiteral("origin")).toString();
-    if (request->origin.isEmpty())
-        return tr("The key origin takes a text.");
-    return takePageRequest(object.value(QStringLiteral("request")), request);
+    const QStringList known = {QStringLiteral("photo"), QStringLiteral("pictures")};
+    bool isRight = value.isArray();
+    const QJsonArray parts = value.toArray();
+    for (const QJsonValue &part : parts) {
+        isRight = isRight && known.contains(part.toString()) &&
+                  !request->include.contains(part.toString());
+        request->include << part.toString();
+    }
+    return isRight ? QString() : tr("The key include takes a list of photo and pictures.");
+}
+
+QString takeOrigin(const QJsonValue &value, Request *request)
+{
+    request->origin = value.toString();
+    return request->origin.isEmpty() ? tr("The key origin takes a text.") : QString();
+}
+
+QString takePageRequest(const QJsonValue &value, Request *request)
+{
+    // The language first: in it the rest is refused.
+    return takeObject(value.toObject(),
+                      {{QStringLiteral("language"), takeLanguage},
+                       {QStringLiteral("timeout"), takeTimeout},
+                       {QStringLiteral("include"), takeInclude}},
+                      request);
 }
 
 } // namespace
@@ -115,7 +99,10 @@ QString takeMessage(const QByteArray &body, Request *request)
 Request parseRequest(const QByteArray &body)
 {
     Request request;
-    request.problem = takeMessage(body, &request);
+    request.problem = takeObject(
+        QJsonDocument::fromJson(body).object(),
+        {{QStringLiteral("origin"), takeOrigin}, {QStringLiteral("request"), takePageRequest}},
+        &request);
     return request;
 }
 

@@ -96,13 +96,12 @@ TEST(Request, OriginThatIsNoText_IsRefused)
             << origin;
 }
 
-TEST(Request, OtherThanAnObject_IsRefused)
+TEST(Request, OtherThanAnObject_LacksItsKeys)
 {
-    EXPECT_EQ(parseRequest("[]").problem, "The message is no object.");
-    EXPECT_EQ(parseRequest("").problem.section(':', 0, 0), "It is no JSON");
-    EXPECT_EQ(parseRequest("{\"origin\"").problem.section(':', 0, 0), "It is no JSON");
+    for (const char *body : {"[]", "", "{\"origin\"", "no JSON"})
+        EXPECT_EQ(parseRequest(body).problem, "The key \"origin\" is missing.") << body;
     EXPECT_EQ(parseRequest(R"({"origin": "https://pms.example", "request": []})").problem,
-              "The request is no object.");
+              "The key \"language\" is missing.");
 }
 
 } // namespace
