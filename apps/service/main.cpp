@@ -31,8 +31,7 @@ int qtArgumentCount = 1;
 
 /**
  * Freed memory is overwritten, since it may hold what a card says, also where Qt and the bus's
- * library had it, which keeps only its last short messages. The C library takes that from the
- * environment alone, when the program starts.
+ * library had it. The C library takes that from the environment alone, when the program starts.
  */
 void overwriteFreedMemory(char **argv)
 {

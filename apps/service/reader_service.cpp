@@ -31,6 +31,7 @@ const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
 const QString PATH = QStringLiteral(IDCARD_SERVICE_PATH);
 const QString PROPERTIES = QStringLiteral("org.freedesktop.DBus.Properties");
 constexpr int IDLE_MS = 60000;
+constexpr int TIME_TO_FORGET_MS = 250;
 
 /** Of the service alone: what describes it to people is left out. */
 QString interfaceText()
@@ -72,6 +73,8 @@ ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
     m_idle.setTimerType(Qt::PreciseTimer); // another one may fire seconds too soon
     connect(&m_idle, &QTimer::timeout, this, [this] { leaveIfIdle(); });
     m_idle.start(IDLE_MS);
+    m_forgetting.setInterval(TIME_TO_FORGET_MS);
+    connect(&m_forgetting, &QTimer::timeout, this, [this] { forgetMessages(); });
 }
 
 bool ReaderService::appear()
@@ -141,7 +144,7 @@ bool ReaderService::refuseUnknownMethod(const QDBusMessage &call)
 {
     if (call.interface().isEmpty())
         return false;
-    m_bus.send(call.createErrorReply(QDBusError::UnknownMethod, tr("There is no such method.")));
+    send(call.createErrorReply(QDBusError::UnknownMethod, tr("There is no such method.")));
     return true;
 }
 
@@ -312,7 +315,7 @@ void ReaderService::sendToClient(const ServiceSignal &content)
     QDBusMessage signal =
         QDBusMessage::createTargetedSignal(m_claim->client, PATH, NAME, content.name);
     signal.setArguments(content.arguments);
-    m_bus.send(signal);
+    send(signal);
 }
 
 void ReaderService::clientLeft(const QString &client)
@@ -350,9 +353,35 @@ void ReaderService::answerRead(const QDBusMessage &call, ToolRun::End end, const
         reply(call, {QString::fromUtf8(output)});
 }
 
+void ReaderService::send(const QDBusMessage &message)
+{
+    m_bus.send(message);
+    m_isForgotten = false;
+    if (!m_forgetting.isActive())
+        m_forgetting.start();
+}
+
+/**
+ * The bus's library keeps five messages, if each is below 10 KiB, with what they said, and makes
+ * new ones of them. Longer ones it frees: some to this service itself use all of those up. Messages
+ * in use meanwhile, such as calls that wait, come back later; hence once more after each sending.
+ */
+void ReaderService::forgetMessages()
+{
+    constexpr int MORE_THAN_ARE_KEPT = 8;
+    constexpr int TOO_LONG_TO_KEEP = 10 * 1024;
+    QDBusMessage filler = QDBusMessage::createTargetedSignal(m_bus.baseService(), PATH, NAME,
+                                                             QStringLiteral("Forgotten"));
+    filler << QByteArray(TOO_LONG_TO_KEEP, '\0');
+    for (int i = 0; i < MORE_THAN_ARE_KEPT; ++i)
+        m_bus.send(filler);
+    if (std::exchange(m_isForgotten, true))
+        m_forgetting.stop();
+}
+
 void ReaderService::reply(const QDBusMessage &call, const QVariantList &values)
 {
-    m_bus.send(call.createReply(values));
+    send(call.createReply(values));
 }
 
 void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const QString &cause)
@@ -366,7 +395,7 @@ void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const Q
 void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts)
 {
     const QStringList lines = {texts.headline, texts.cause, texts.remedy};
-    m_bus.send(call.createErrorReply(busName(error), lines.join(QLatin1Char('\n'))));
+    send(call.createErrorReply(busName(error), lines.join(QLatin1Char('\n'))));
 }
 
 void ReaderService::answerProperties(const QDBusMessage &call)
@@ -376,13 +405,12 @@ void ReaderService::answerProperties(const QDBusMessage &call)
     if (call.member() == QLatin1String("GetAll") && call.signature() == QLatin1String("s"))
         reply(call, {all});
     else if (!all.contains(name))
-        m_bus.send(
-            call.createErrorReply(QDBusError::UnknownProperty, tr("There is no such property.")));
+        send(call.createErrorReply(QDBusError::UnknownProperty, tr("There is no such property.")));
     else if (call.member() == QLatin1String("Get"))
         reply(call, {QVariant::fromValue(QDBusVariant(all.value(name)))});
     else
-        m_bus.send(call.createErrorReply(QDBusError::PropertyReadOnly,
-                                         tr("The property can only be read.")));
+        send(call.createErrorReply(QDBusError::PropertyReadOnly,
+                                   tr("The property can only be read.")));
 }
 
 QVariantMap ReaderService::properties() const
@@ -403,7 +431,7 @@ void ReaderService::propertyChanged(const char *name)
     QDBusMessage signal =
         QDBusMessage::createSignal(PATH, PROPERTIES, QStringLiteral("PropertiesChanged"));
     signal << NAME << QVariantMap{{key, properties().value(key)}} << QStringList();
-    m_bus.send(signal);
+    send(signal);
 }
 
 } // namespace app

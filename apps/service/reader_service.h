@@ -83,6 +83,8 @@ private:
     QStringList simulation() const;
 
     void answerRead(const QDBusMessage &call, ToolRun::End end, const QByteArray &output);
+    void send(const QDBusMessage &message);
+    void forgetMessages();
     void reply(const QDBusMessage &call, const QVariantList &values = {});
     void refuse(const QDBusMessage &call, ServiceError error, const QString &cause = {});
     void refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts);
@@ -97,6 +99,8 @@ private:
     QDBusServiceWatcher m_clients;
     PluggedReaders m_readers;
     QTimer m_idle;
+    QTimer m_forgetting;
+    bool m_isForgotten = true; ///< what was sent until now
     bool m_isLeaving = false;
     QMap<int, QDBusMessage> m_undecided; ///< calls that wait for the authorization of their program
     int m_lastUndecided = 0;

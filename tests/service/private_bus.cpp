@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include "tests/support/files.h"
 
 const char *const OPEN_POLICY = R"(
@@ -12,7 +15,11 @@ const char *const OPEN_POLICY = R"(
   </policy>
 )";
 
-const char *const SYSTEM_POLICY = R"(
+namespace
+{
+
+/** To which services add what they need. */
+constexpr const char *DISTRIBUTION_POLICY = R"(
   <policy context="default">
     <allow user="*"/>
     <deny own="*"/>
@@ -28,9 +35,6 @@ const char *const SYSTEM_POLICY = R"(
   </policy>
 )";
 
-namespace
-{
-
 constexpr const char *CONFIGURATION = R"(
 <!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
   "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -42,7 +46,24 @@ constexpr const char *CONFIGURATION = R"(
 </busconfig>
 )";
 
+/** The policy that is installed, for the user of the test in the place of the service's own. */
+QString policyForThisUser()
+{
+    QString text = QString::fromUtf8(
+        readFile(QStringLiteral(IDCARD_SERVICE_FILES "/" IDCARD_SERVICE_NAME ".conf")));
+    const passwd *const user = ::getpwuid(::getuid());
+    text.replace(QStringLiteral("user=\"idcard-readerd\""),
+                 QStringLiteral("user=\"%1\"").arg(QString::fromUtf8(user->pw_name)));
+    text = text.mid(text.indexOf(QStringLiteral("<busconfig>")) + 11);
+    return text.left(text.indexOf(QStringLiteral("</busconfig>")));
+}
+
 } // namespace
+
+QString systemPolicy()
+{
+    return QLatin1String(DISTRIBUTION_POLICY) + policyForThisUser();
+}
 
 PrivateBus::PrivateBus(const QString &policy)
 {

@@ -12,8 +12,8 @@
 /** Everybody may do everything, and listen to others. */
 extern const char *const OPEN_POLICY;
 
-/** What a distribution's bus of the system allows, to which services add what they need. */
-extern const char *const SYSTEM_POLICY;
+/** What the bus of the system allows where the service is installed. */
+QString systemPolicy();
 
 class PrivateBus
 {
