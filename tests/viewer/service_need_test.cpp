@@ -1,0 +1,100 @@
+// When the window, unless a user says otherwise, reads by the D-Bus service: a reader on an
+// emulated bus, and a message bus of the test's own.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
+#include <unistd.h>
+
+#include "apps/viewer/service_run.h"
+#include "tests/service/private_bus.h"
+#include "tests/usb/reader_on_bus.h"
+
+namespace
+{
+
+/** The bus that this program takes for that of the system, which it looks for once. */
+QDBusConnection systemBus()
+{
+    static const PrivateBus bus{QString(QLatin1String(OPEN_POLICY))};
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
+    return QDBusConnection::systemBus();
+}
+
+/** Nothing is denied to root; what a program may do goes by its real user. */
+class NotRoot
+{
+public:
+    NotRoot() : m_user(::getuid())
+    {
+        constexpr uid_t NOBODY = 65534;
+        if (m_user == 0) {
+            EXPECT_EQ(::setreuid(NOBODY, static_cast<uid_t>(-1)), 0);
+        }
+    }
+    ~NotRoot() { EXPECT_EQ(::setreuid(m_user, static_cast<uid_t>(-1)), 0); }
+    NotRoot(const NotRoot &) = delete;
+    NotRoot &operator=(const NotRoot &) = delete;
+
+private:
+    uid_t m_user;
+};
+
+class ServiceNeed : public testing::Test, public usb_test::ReaderOnBus
+{
+protected:
+    ~ServiceNeed() override
+    {
+        systemBus().unregisterService(QStringLiteral(IDCARD_SERVICE_NAME));
+        expectAllGivenBack();
+    }
+
+    static void serve()
+    {
+        ASSERT_TRUE(systemBus().registerService(QStringLiteral(IDCARD_SERVICE_NAME)));
+    }
+
+    static bool isServiceNeeded()
+    {
+        const NotRoot user;
+        return viewer::isServiceNeeded();
+    }
+};
+
+TEST_F(ServiceNeed, ReaderThatTheUserMayNotOpen_NeedsTheService)
+{
+    plugIn("resident", "permission-denied");
+    serve();
+    EXPECT_TRUE(isServiceNeeded());
+}
+
+TEST_F(ServiceNeed, ServiceThatIsNotInstalled_IsNotTaken)
+{
+    plugIn("resident", "permission-denied");
+    EXPECT_FALSE(isServiceNeeded());
+}
+
+TEST_F(ServiceNeed, ReaderThatTheUserMayOpen_NeedsNoService)
+{
+    plugIn("resident");
+    serve();
+    EXPECT_FALSE(isServiceNeeded());
+}
+
+TEST_F(ServiceNeed, NoReader_NeedsNoService)
+{
+    serve();
+    EXPECT_FALSE(isServiceNeeded());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
