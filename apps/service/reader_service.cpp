@@ -31,7 +31,6 @@ const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
 const QString PATH = QStringLiteral(IDCARD_SERVICE_PATH);
 const QString PROPERTIES = QStringLiteral("org.freedesktop.DBus.Properties");
 constexpr int IDLE_MS = 60000;
-constexpr int TIME_TO_FORGET_MS = 250;
 
 /** Of the service alone: what describes it to people is left out. */
 QString interfaceText()
@@ -63,7 +62,8 @@ const ReaderService::Method ReaderService::METHODS[] = {
 };
 
 ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
-    : m_options(std::move(options)), m_bus(bus), m_readers([this] { propertyChanged("Reader"); })
+    : m_options(std::move(options)), m_bus(bus), m_messages(bus),
+      m_readers([this] { propertyChanged("Reader"); })
 {
     m_clients.setConnection(bus);
     m_clients.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -73,8 +73,6 @@ ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
     m_idle.setTimerType(Qt::PreciseTimer); // another one may fire seconds too soon
     connect(&m_idle, &QTimer::timeout, this, [this] { leaveIfIdle(); });
     m_idle.start(IDLE_MS);
-    m_forgetting.setInterval(TIME_TO_FORGET_MS);
-    connect(&m_forgetting, &QTimer::timeout, this, [this] { forgetMessages(); });
 }
 
 bool ReaderService::appear()
@@ -144,7 +142,8 @@ bool ReaderService::refuseUnknownMethod(const QDBusMessage &call)
 {
     if (call.interface().isEmpty())
         return false;
-    send(call.createErrorReply(QDBusError::UnknownMethod, tr("There is no such method.")));
+    m_messages.send(
+        call.createErrorReply(QDBusError::UnknownMethod, tr("There is no such method.")));
     return true;
 }
 
@@ -315,7 +314,7 @@ void ReaderService::sendToClient(const ServiceSignal &content)
     QDBusMessage signal =
         QDBusMessage::createTargetedSignal(m_claim->client, PATH, NAME, content.name);
     signal.setArguments(content.arguments);
-    send(signal);
+    m_messages.send(signal);
 }
 
 void ReaderService::clientLeft(const QString &client)
@@ -353,35 +352,9 @@ void ReaderService::answerRead(const QDBusMessage &call, ToolRun::End end, const
         reply(call, {QString::fromUtf8(output)});
 }
 
-void ReaderService::send(const QDBusMessage &message)
-{
-    m_bus.send(message);
-    m_isForgotten = false;
-    if (!m_forgetting.isActive())
-        m_forgetting.start();
-}
-
-/**
- * The bus's library keeps five messages, if each is below 10 KiB, with what they said, and makes
- * new ones of them. Longer ones it frees: some to this service itself use all of those up. Messages
- * in use meanwhile, such as calls that wait, come back later; hence once more after each sending.
- */
-void ReaderService::forgetMessages()
-{
-    constexpr int MORE_THAN_ARE_KEPT = 8;
-    constexpr int TOO_LONG_TO_KEEP = 10 * 1024;
-    QDBusMessage filler = QDBusMessage::createTargetedSignal(m_bus.baseService(), PATH, NAME,
-                                                             QStringLiteral("Forgotten"));
-    filler << QByteArray(TOO_LONG_TO_KEEP, '\0');
-    for (int i = 0; i < MORE_THAN_ARE_KEPT; ++i)
-        m_bus.send(filler);
-    if (std::exchange(m_isForgotten, true))
-        m_forgetting.stop();
-}
-
 void ReaderService::reply(const QDBusMessage &call, const QVariantList &values)
 {
-    send(call.createReply(values));
+    m_messages.send(call.createReply(values));
 }
 
 void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const QString &cause)
@@ -395,7 +368,7 @@ void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const Q
 void ReaderService::refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts)
 {
     const QStringList lines = {texts.headline, texts.cause, texts.remedy};
-    send(call.createErrorReply(busName(error), lines.join(QLatin1Char('\n'))));
+    m_messages.send(call.createErrorReply(busName(error), lines.join(QLatin1Char('\n'))));
 }
 
 void ReaderService::answerProperties(const QDBusMessage &call)
@@ -405,12 +378,13 @@ void ReaderService::answerProperties(const QDBusMessage &call)
     if (call.member() == QLatin1String("GetAll") && call.signature() == QLatin1String("s"))
         reply(call, {all});
     else if (!all.contains(name))
-        send(call.createErrorReply(QDBusError::UnknownProperty, tr("There is no such property.")));
+        m_messages.send(
+            call.createErrorReply(QDBusError::UnknownProperty, tr("There is no such property.")));
     else if (call.member() == QLatin1String("Get"))
         reply(call, {QVariant::fromValue(QDBusVariant(all.value(name)))});
     else
-        send(call.createErrorReply(QDBusError::PropertyReadOnly,
-                                   tr("The property can only be read.")));
+        m_messages.send(call.createErrorReply(QDBusError::PropertyReadOnly,
+                                              tr("The property can only be read.")));
 }
 
 QVariantMap ReaderService::properties() const
@@ -431,7 +405,7 @@ void ReaderService::propertyChanged(const char *name)
     QDBusMessage signal =
         QDBusMessage::createSignal(PATH, PROPERTIES, QStringLiteral("PropertiesChanged"));
     signal << NAME << QVariantMap{{key, properties().value(key)}} << QStringList();
-    send(signal);
+    m_messages.send(signal);
 }
 
 } // namespace app

@@ -17,6 +17,7 @@
 #include <QVector>
 
 #include "apps/process/tool_run.h"
+#include "apps/service/outgoing_messages.h"
 #include "apps/service/plugged_readers.h"
 #include "apps/service/service_errors.h"
 #include "apps/service/service_options.h"
@@ -83,8 +84,6 @@ private:
     QStringList simulation() const;
 
     void answerRead(const QDBusMessage &call, ToolRun::End end, const QByteArray &output);
-    void send(const QDBusMessage &message);
-    void forgetMessages();
     void reply(const QDBusMessage &call, const QVariantList &values = {});
     void refuse(const QDBusMessage &call, ServiceError error, const QString &cause = {});
     void refuse(const QDBusMessage &call, ServiceError error, const ErrorTexts &texts);
@@ -96,11 +95,10 @@ private:
 
     const ServiceOptions m_options;
     QDBusConnection m_bus;
+    OutgoingMessages m_messages;
     QDBusServiceWatcher m_clients;
     PluggedReaders m_readers;
     QTimer m_idle;
-    QTimer m_forgetting;
-    bool m_isForgotten = true; ///< what was sent until now
     bool m_isLeaving = false;
     QMap<int, QDBusMessage> m_undecided; ///< calls that wait for the authorization of their program
     int m_lastUndecided = 0;
