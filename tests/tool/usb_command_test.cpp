@@ -107,13 +107,6 @@ TEST_F(UsbRoadOfRead, FilesAreThoseOfUsb)
     EXPECT_EQ(folderState(path("read")), folderState(path("usb")));
 }
 
-TEST_F(UsbRoadOfRead, CardThatComesLaterIsWaitedFor)
-{
-    plugIn("resident", "no-card=2");
-    expectEnd(read({"--wait", "30", "--timeout", "30"}), 0);
-    EXPECT_EQ(bus().holdings().timesOpened, 3);
-}
-
 TEST_F(UsbRoadOfRead, FailureIsThatOfUsb)
 {
     plugIn("resident", "claimed-elsewhere");
