@@ -140,38 +140,28 @@ TEST(Field, EveryCharacterOfTheCard_IsDecodedAsUtf8)
     }
 }
 
-TEST(Field, FirstBytesOfAByteOrderMark_AreACharacterLikeAnyOther)
+TEST(Field, UnusualCharacters_AreDecodedAsTheyAre)
 {
-    EXPECT_EQ(textOf({0xff, 0xfe, 0x41, 0x00}), "\xef\xbb\xbf"
-                                                "A");
-    // Taken for a mark, this would swap the bytes of all that follows.
-    EXPECT_EQ(textOf({0xfe, 0xff, 0x41, 0x00}), "\xef\xbf\xbe"
-                                                "A");
-}
-
-TEST(Field, PairOfSurrogates_IsOneCharacterOfFourBytes)
-{
-    EXPECT_EQ(textOf({0x40, 0xd8, 0x0b, 0xdc, 0x41, 0x00}), "\xf0\xa0\x80\x8b"
-                                                            "A");
-    EXPECT_EQ(textOf({0x41, 0x00, 0x40, 0xd8, 0x0b, 0xdc}, 4), "A");
-}
-
-TEST(Field, LoneSurrogate_EndsTheText)
-{
-    EXPECT_EQ(textOf({0x41, 0x00, 0x40, 0xd8, 0x42, 0x00}), "A");
-    EXPECT_EQ(textOf({0x41, 0x00, 0x0b, 0xdc, 0x42, 0x00}), "A");
-    EXPECT_EQ(textOf({0x41, 0x00, 0x40, 0xd8}), "A");
-    EXPECT_EQ(textOf({0x0b, 0xdc, 0x42, 0x00}), "");
-}
-
-TEST(Field, ZeroCharacterInside_IsConvertedLikeTheOthers)
-{
+    const struct {
+        Bytes field;
+        const char *text;
+        int capacity = 200;
+    } cases[] = {
+        {ucs2(u"  A  "), "  A  "},
+        {ucs2(u"\ufeffA"), "\xef\xbb\xbf\x41"}, // the first bytes of a byte order mark
+        // Taken for a mark, this would swap the bytes of all that follows.
+        {ucs2(u"\ufffeA"), "\xef\xbf\xbe\x41"},
+        // A pair of surrogates is one character of four bytes; a lone one ends the text.
+        {ucs2(u"\U0002000bA"), "\xf0\xa0\x80\x8b\x41"},
+        {ucs2(u"A\U0002000b"), "A", 4},
+        {ucs2({u'A', 0xd840, u'B'}), "A"},
+        {ucs2({u'A', 0xdc0b, u'B'}), "A"},
+        {ucs2({u'A', 0xd840}), "A"},
+        {ucs2({0xdc0b, u'B'}), ""},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(textOf(c.field, c.capacity), c.text);
     EXPECT_EQ(decoded(ucs2({u'A', u'\0', u'B'}), 5), std::string("A\0B\0\0", 5));
-}
-
-TEST(Field, BlanksAroundTheText_Stay)
-{
-    EXPECT_EQ(textOf(ucs2(u"  A  ")), "  A  ");
 }
 
 TEST(Field, Terminator_IsWrittenWhereThereIsRoom)

@@ -67,25 +67,18 @@ TEST(KindOfDocument, BlockBetweenGuardPages_IsReadInside)
     }
 }
 
-TEST(KindOfDocument, NullBlock_IsLoggedAndLeavesTheKind)
-{
-    Decoder decoder;
-    const MessageLog log;
-    ID_TYPE type = UNTOUCHED;
-    EXPECT_FALSE(decoder->parseIDType(nullptr, &type));
-    EXPECT_EQ(type, UNTOUCHED);
-    EXPECT_THAT(log.texts(), ElementsAre("byData parameter invalid!"));
-    EXPECT_EQ(log.messages().front().type, QtDebugMsg);
-    EXPECT_EQ(log.messages().front().category, "default");
-}
-
-TEST(KindOfDocument, NullKind_IsLoggedBeforeTheBlockIsLookedAt)
+TEST(KindOfDocument, NullPointers_AreLoggedAndLeaveTheKind)
 {
     Decoder decoder;
     TextBlock block;
     const MessageLog log;
+    ID_TYPE type = UNTOUCHED;
+    EXPECT_FALSE(decoder->parseIDType(nullptr, &type));
     EXPECT_FALSE(decoder->parseIDType(block.data(), nullptr));
-    EXPECT_FALSE(decoder->parseIDType(nullptr, nullptr));
-    EXPECT_THAT(log.texts(),
-                ElementsAre("pIDType parameter invalid!", "pIDType parameter invalid!"));
+    EXPECT_FALSE(decoder->parseIDType(nullptr, nullptr)) << "the kind is looked at first";
+    EXPECT_EQ(type, UNTOUCHED);
+    EXPECT_THAT(log.texts(), ElementsAre("byData parameter invalid!", "pIDType parameter invalid!",
+                                         "pIDType parameter invalid!"));
+    EXPECT_EQ(log.messages().front().type, QtDebugMsg);
+    EXPECT_EQ(log.messages().front().category, "default");
 }

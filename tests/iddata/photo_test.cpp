@@ -78,22 +78,6 @@ TEST_P(Photo, DecodedPixels_AreABmpFileWithTheDocumentedHead)
                             0));
 }
 
-TEST_P(Photo, DecodedRows_KeepTheirOrderAndArePaddedWithTheNextRow)
-{
-    expectUnpack(1);
-    decoder->parseIDHeadImage(wlt.data(), bmp.data());
-    // What follows the last pixel is zero.
-    const auto source = [](std::size_t at) -> int { return at < PIXELS_SIZE ? pixelByte(at) : 0; };
-    for (std::size_t y = 0; y < 126; ++y) {
-        const unsigned char *const row = bmp.data() + 54 + 308 * y;
-        for (std::size_t x = 0; x < 102; ++x)
-            for (std::size_t byte = 0; byte < 3; ++byte)
-                ASSERT_EQ(row[3 * x + byte], source(306 * y + 3 * x + 2 - byte)) << x << ' ' << y;
-        ASSERT_EQ(row[306], source(306 * (y + 1) + 2)) << y;
-        ASSERT_EQ(row[307], source(306 * (y + 1) + 1)) << y;
-    }
-}
-
 TEST_P(Photo, AnyResultButOne_IsLoggedAndLeavesTheOutput)
 {
     for (const int result : {0, -1, 2, 144, -2147483647 - 1}) {

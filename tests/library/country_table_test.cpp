@@ -1,7 +1,6 @@
-// The country table: every row, the look-up by alpha-3 code, and the copies of the table.
+// The country table: every row, and the look-up by alpha-3 code.
 
 #include "common/country_code_list.h"
-#include "iddata/iddata.h"
 #include "render/tools.h"
 
 #include <map>
@@ -10,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QByteArray>
 #include <QString>
 
 namespace
@@ -103,13 +101,15 @@ TEST(CountryTable, OtherRows_CarryTheNumericCodeOfTheStandard)
     EXPECT_EQ(compared, 227);
 }
 
-TEST(CountryTable, Codes_AreUnique)
+TEST(CountryTable, CodesAndNames_AreUnique)
 {
     std::set<std::string> numeric;
     std::set<std::string> alpha3;
+    std::set<std::string> names;
     for (const auto &row : COUNTRY_CODE_LIST) {
         EXPECT_TRUE(numeric.insert(row[0]).second) << row[0];
         EXPECT_TRUE(alpha3.insert(row[1]).second) << row[1];
+        EXPECT_TRUE(names.insert(row[2]).second) << row[2];
     }
 }
 
@@ -126,90 +126,39 @@ TEST(CountryTable, Columns_AreThreeDigitsAndAChineseName)
     }
 }
 
-TEST(CountryTable, Names_AreUnique)
+TEST(CountryTable, Names_AreThoseOfEverydayUseWithTheParenthesesOfTheCards)
 {
-    std::set<std::string> names;
-    for (const auto &row : COUNTRY_CODE_LIST)
-        EXPECT_TRUE(names.insert(row[2]).second) << row[2];
+    for (const auto &[code, name] : {std::pair("USA", "美国"),
+                                     {"GBR", "英国"},
+                                     {"CAN", "加拿大"},
+                                     {"KOR", "韩国"},
+                                     {"PRK", "朝鲜"},
+                                     {"JPN", "日本"},
+                                     {"DEU", "德国"},
+                                     {"RUS", "俄罗斯"},
+                                     {"DMA", "多米尼克"},
+                                     {"DOM", "多米尼加"},
+                                     {"ARE", "阿联酋"},
+                                     {"ZWE", "津巴布韦"},
+                                     {"CHN", "中国"},
+                                     {"COG", "刚果（布）"},
+                                     {"COD", "刚果（金）"},
+                                     {"CCK", "科科斯(基林)群岛"},
+                                     {"FLK", "福克兰群岛(马尔维纳斯)"}})
+        EXPECT_EQ(nameOf(code), name);
 }
 
-TEST(CountryTable, Parentheses_AreFullWidthAndAsciiAsTheCardsHaveThem)
-{
-    EXPECT_EQ(nameOf("COG"), "刚果（布）");
-    EXPECT_EQ(nameOf("COD"), "刚果（金）");
-    EXPECT_EQ(nameOf("CCK"), "科科斯(基林)群岛");
-    EXPECT_EQ(nameOf("FLK"), "福克兰群岛(马尔维纳斯)");
-}
-
-TEST(CountryTable, CustomaryNames_AreThoseOfEverydayUse)
-{
-    EXPECT_EQ(nameOf("USA"), "美国");
-    EXPECT_EQ(nameOf("GBR"), "英国");
-    EXPECT_EQ(nameOf("CAN"), "加拿大");
-    EXPECT_EQ(nameOf("KOR"), "韩国");
-    EXPECT_EQ(nameOf("PRK"), "朝鲜");
-    EXPECT_EQ(nameOf("JPN"), "日本");
-    EXPECT_EQ(nameOf("DEU"), "德国");
-    EXPECT_EQ(nameOf("RUS"), "俄罗斯");
-    EXPECT_EQ(nameOf("DMA"), "多米尼克");
-    EXPECT_EQ(nameOf("DOM"), "多米尼加");
-    EXPECT_EQ(nameOf("ARE"), "阿联酋");
-    EXPECT_EQ(nameOf("ZWE"), "津巴布韦");
-}
-
-TEST(CountryTable, CodesAddedLater_AreAbsent)
+TEST(CountryTable, CodesAddedLaterOrWrittenOtherwise_AreAbsent)
 {
     for (const char *code : {"SRB", "MNE", "SSD", "ALA", "GGY", "JEY", "IMN", "BLM", "MAF", "CUW",
-                             "SXM", "BES", "PSE", "TLS", "ROU", "CXR", "CRI", "STP"})
+                             "SXM", "BES", "PSE", "TLS", "ROU", "CXR", "CRI", "STP",
+                             // other case, padding and columns
+                             "chn", "CHN ", " CHN", "CH", "", "156"})
         EXPECT_EQ(nameOf(code), "") << code;
-}
-
-TEST(ConvertNationCodeToName, KnownCode_GivesTheChineseName)
-{
-    EXPECT_EQ(nameOf("CHN"), "中国");
-    EXPECT_EQ(nameOf("GMB"), "冈比亚Gambia");
-    EXPECT_EQ(nameOf("STp"), "圣多美和普林西比");
-    EXPECT_EQ(nameOf("CR"), "哥斯达黎加");
 }
 
 TEST(ConvertNationCodeToName, EveryRow_IsFoundByItsCode)
 {
     for (const auto &row : COUNTRY_CODE_LIST)
         EXPECT_EQ(Tools::convertNationCodeToName(row[1]), row[2]);
-}
-
-TEST(ConvertNationCodeToName, OtherCaseOrPadding_IsNotFound)
-{
-    EXPECT_EQ(nameOf("chn"), "");
-    EXPECT_EQ(nameOf("CHN "), "");
-    EXPECT_EQ(nameOf(" CHN"), "");
-    EXPECT_EQ(nameOf("CH"), "");
-}
-
-TEST(ConvertNationCodeToName, EmptyOrNumericCode_IsNotFound)
-{
-    EXPECT_EQ(nameOf(""), "");
-    EXPECT_EQ(nameOf("156"), "");
-}
-
-TEST(ParseNationality, EveryRowOfItsOwnCopy_EqualsTheExportedTable)
-{
-    QByteArray record;
-    CIdData data(record, FP_INFO_NONE);
-    for (const auto &row : COUNTRY_CODE_LIST) {
-        QString name;
-        EXPECT_TRUE(data.parseNationality(QString::fromStdString(row[1]), name)) << row[1];
-        EXPECT_EQ(name.toStdString(), row[2]);
-    }
-}
-
-TEST(ParseNationality, UnknownCode_LeavesTheNameAlone)
-{
-    QByteArray record;
-    CIdData data(record, FP_INFO_NONE);
-    QString name = QStringLiteral("before");
-    EXPECT_FALSE(data.parseNationality(QStringLiteral("usa"), name));
-    EXPECT_FALSE(data.parseNationality(QStringLiteral("ZZZ"), name));
-    EXPECT_FALSE(data.parseNationality(QString(), name));
-    EXPECT_EQ(name, QStringLiteral("before"));
 }

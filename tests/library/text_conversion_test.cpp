@@ -42,79 +42,36 @@ std::array<wchar_t, 4> widened(Bytes bytes, unsigned long len)
 
 } // namespace
 
-TEST(Uchar2wchar, OddByteAtTheEnd_IsDropped)
+TEST(Uchar2wchar, Bytes_AreUnsignedCharactersAndATerminator)
 {
-    const auto wide = widened({0x34, 0x12, 0x78}, 3);
-    EXPECT_EQ(wide[0], 0x1234);
-    EXPECT_EQ(wide[1], 0);
-    EXPECT_EQ(wide[2], UNTOUCHED);
+    constexpr wchar_t FREE = UNTOUCHED;
+    using Wide = std::array<wchar_t, 4>;
+    EXPECT_EQ(widened({0x34, 0x12, 0x78}, 3), (Wide{0x1234, 0, FREE, FREE})) << "an odd byte";
+    EXPECT_EQ(widened({0xff, 0xff, 0x80, 0x80}, 4), (Wide{0xffff, 0x8080, 0, FREE}));
+    EXPECT_EQ(widened({0x00, 0x00, 0x41, 0x00}, 4), (Wide{0, L'A', 0, FREE})) << "a zero inside";
+    for (const unsigned long len : {0UL, 1UL})
+        EXPECT_EQ(widened({0x41, 0x00}, len), (Wide{0, FREE, FREE, FREE})) << len;
 }
 
-TEST(Uchar2wchar, HighBytes_AreUnsigned)
+TEST(Unicode2Utf8Str, Text_EndsAtTheFirstZeroAndKeepsItsBlanks)
 {
-    const auto wide = widened({0xff, 0xff, 0x80, 0x80}, 4);
-    EXPECT_EQ(wide[0], 0xffff);
-    EXPECT_EQ(wide[1], 0x8080);
-    EXPECT_EQ(wide[2], 0);
-    EXPECT_EQ(wide[3], UNTOUCHED);
-}
-
-TEST(Uchar2wchar, LengthZeroOrOne_WritesOnlyTheTerminator)
-{
-    for (const unsigned long len : {0UL, 1UL}) {
-        const auto wide = widened({0x41, 0x00}, len);
-        EXPECT_EQ(wide[0], 0) << len;
-        EXPECT_EQ(wide[1], UNTOUCHED) << len;
-    }
-}
-
-TEST(Uchar2wchar, ZeroCharacterInside_DoesNotEndTheConversion)
-{
-    const auto wide = widened({0x00, 0x00, 0x41, 0x00}, 4);
-    EXPECT_EQ(wide[0], 0);
-    EXPECT_EQ(wide[1], L'A');
-}
-
-TEST(Unicode2Utf8Str, TwoChineseCharactersThenZeros_GiveSixBytes)
-{
-    Bytes bytes = ucs2(QStringLiteral("王五"));
-    bytes.resize(30, 0);
-    EXPECT_EQ(toUtf8(bytes), "王五");
-    EXPECT_EQ(toUtf8(bytes).size(), 6U);
-}
-
-TEST(Unicode2Utf8Str, SpacePadding_Stays)
-{
+    Bytes padded = ucs2(QStringLiteral("王五"));
+    padded.resize(30, 0);
+    EXPECT_EQ(toUtf8(padded), "王五");
+    EXPECT_EQ(toUtf8(padded).size(), 6U);
     EXPECT_EQ(toUtf8(ucs2(QStringLiteral("AB  "))), "AB  ");
-}
-
-TEST(Unicode2Utf8Str, TextAfterTheFirstZero_IsDropped)
-{
     EXPECT_EQ(toUtf8({0x41, 0x00, 0x00, 0x00, 0x42, 0x00}), "A");
-}
-
-TEST(Unicode2Utf8Str, EmptyInputOrLeadingZero_GivesEmptyText)
-{
     EXPECT_EQ(toUtf8({}), "");
     EXPECT_EQ(toUtf8({0x41}), "");
     EXPECT_EQ(toUtf8({0x00, 0x00, 0x42, 0x00}), "");
-}
-
-TEST(Unicode2Utf8Str, OneTwoAndThreeByteCharacters_AreConverted)
-{
     EXPECT_EQ(toUtf8(ucs2(QStringLiteral("Aé㐀龥"))), "Aé㐀龥");
 }
 
-TEST(Unicode2Utf8Str, LongestInput_IsConvertedWhole)
-{
-    const QString text(61, QChar(0x9fa5));
-    EXPECT_EQ(toUtf8(ucs2(text)), text.toStdString());
-}
-
-TEST(Unicode2Utf8Str, LongerInput_StaysInsideItsArray)
+TEST(Unicode2Utf8Str, LongInput_IsConvertedAsFarAsItsArrayGoes)
 {
     const QString text(2000, QChar(0x9fa5));
-    EXPECT_EQ(toUtf8(ucs2(text)), text.left(61).toStdString());
+    for (const int length : {61, 2000})
+        EXPECT_EQ(toUtf8(ucs2(text.left(length))), text.left(61).toStdString()) << length;
 }
 
 TEST(Unicode2Utf8Str, SurrogateHalves_ComeOutAsQtTreatsThem)
@@ -123,33 +80,18 @@ TEST(Unicode2Utf8Str, SurrogateHalves_ComeOutAsQtTreatsThem)
     EXPECT_EQ(toUtf8({0x00, 0xd8, 0x41, 0x00}), QString::fromUcs4(half).toUtf8().toStdString());
 }
 
-TEST(Trim, BlanksAndTabsAtBothEnds_AreRemoved)
+TEST(Trim, BlanksAndTabsAtBothEnds_AreRemovedAndNothingElse)
 {
-    EXPECT_EQ(CCommon::trim(" \t男\t "), "男");
-}
-
-TEST(Trim, BlanksAndTabsInside_Stay)
-{
-    EXPECT_EQ(CCommon::trim("\ta \t b "), "a \t b");
-}
-
-TEST(Trim, LineEndsAndIdeographicSpace_Stay)
-{
-    EXPECT_EQ(CCommon::trim("\r\n"), "\r\n");
-    EXPECT_EQ(CCommon::trim("\u3000"), "\u3000");
-    EXPECT_EQ(CCommon::trim(" \n "), "\n");
-}
-
-TEST(Trim, NothingButPadding_GivesEmptyText)
-{
-    EXPECT_EQ(CCommon::trim("   "), "");
-    EXPECT_EQ(CCommon::trim("\t"), "");
-    EXPECT_EQ(CCommon::trim(""), "");
-}
-
-TEST(Trim, TextWithoutPadding_StaysAsItIs)
-{
-    EXPECT_EQ(CCommon::trim("男"), "男");
+    for (const auto &[text, trimmed] : {std::pair(" \t男\t ", "男"),
+                                        {"\ta \t b ", "a \t b"},
+                                        {"男", "男"},
+                                        {"\r\n", "\r\n"},
+                                        {"\u3000", "\u3000"},
+                                        {" \n ", "\n"},
+                                        {"   ", ""},
+                                        {"\t", ""},
+                                        {"", ""}})
+        EXPECT_EQ(CCommon::trim(text), trimmed);
 }
 
 namespace
@@ -176,19 +118,11 @@ TEST(IconvEx, UnknownCharacterSet_LeavesTheOutputUntouched)
     EXPECT_EQ(convert("UTF-8", "abc", "no-such-set", 64), "");
 }
 
-TEST(IconvEx, OutputTooSmall_StopsAfterTheLastWholeCharacter)
+TEST(IconvEx, OutputTooSmallOrInvalidSequence_KeepsTheWholeCharactersBefore)
 {
     EXPECT_EQ(convert("UTF-16LE", {"\x4d\x51\x4d\x51", 4}, "UTF-8", 5), "免");
     EXPECT_EQ(convert("UTF-16LE", {"\x4d\x51\x4d\x51", 4}, "UTF-8", 0), "");
-}
-
-TEST(IconvEx, InvalidSequence_KeepsWhatCameBefore)
-{
-    EXPECT_EQ(convert("UTF-8",
-                      "ab\xff"
-                      "cd",
-                      "UTF-8", 64),
-              "ab");
+    EXPECT_EQ(convert("UTF-8", std::string("ab\xff") + "cd", "UTF-8", 64), "ab");
 }
 
 TEST(IconvEx, NegativeLength_DoesNothing)
