@@ -115,9 +115,13 @@ protected:
     bool hasUdev = true;
 };
 
-TEST_F(AccessProgram, ReaderThatIsPluggedIn_IsOpenedToTheGroupAndToWhoeverSitsThere)
+TEST_F(AccessProgram, ReadersOfTheSameIds_AreOpenedByOneRuleToTheGroupAndToWhoeverSitsThere)
 {
     plugIn(1, "1a2b", "3c4d");
+    plugIn(2, "1a2b", "3c4d");
+    for (const int port : {1, 2})
+        bindDriver(port, "usbfs");                    // a program holds it
+    write("rules/" + RULE_OF_1A2B_3C4D, "half a ru"); // of an earlier run
     const ProcessResult result = run({});
     EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
     EXPECT_THAT(
@@ -160,14 +164,6 @@ TEST_F(AccessProgram, SecondReader_LeavesTheFirstOneOpen)
     expectOpened("0001", "ffff");
 }
 
-TEST_F(AccessProgram, ReaderThatIsOpenAlready_IsOpenedAgain)
-{
-    write("rules/" + RULE_OF_1A2B_3C4D, "half a ru");
-    EXPECT_EQ(run({"--device", "1a2b:3c4d"}).exitStatus, 0);
-    EXPECT_THAT(rules(), ElementsAre(RULE_OF_1A2B_3C4D.toStdString()));
-    expectOpened("1a2b", "3c4d");
-}
-
 TEST_F(AccessProgram, Rule_IsReadableByAllWhateverRootsUmaskIs)
 {
     ASSERT_EQ(run({"--device", "1a2b:3c4d"}, "umask 077\n").exitStatus, 0);
@@ -175,22 +171,6 @@ TEST_F(AccessProgram, Rule_IsReadableByAllWhateverRootsUmaskIs)
     };
     ASSERT_EQ(::stat(path("rules/" + RULE_OF_1A2B_3C4D).toLocal8Bit().constData(), &rule), 0);
     EXPECT_EQ(rule.st_mode & 07777U, 0644U);
-}
-
-TEST_F(AccessProgram, ReaderThatAProgramHolds_IsFound)
-{
-    plugIn(1, "1a2b", "3c4d");
-    bindDriver(1, "usbfs");
-    EXPECT_EQ(run({}).exitStatus, 0);
-    EXPECT_THAT(rules(), ElementsAre(RULE_OF_1A2B_3C4D.toStdString()));
-}
-
-TEST_F(AccessProgram, TwoReadersOfTheSameIds_AreOpenedByOneRule)
-{
-    plugIn(1, "1a2b", "3c4d");
-    plugIn(2, "1a2b", "3c4d");
-    EXPECT_EQ(run({}).exitStatus, 0);
-    EXPECT_THAT(rules(), ElementsAre(RULE_OF_1A2B_3C4D.toStdString()));
 }
 
 TEST_F(AccessProgram, ReadersOfSeveralIds_AreNamedAndNoneIsOpened)

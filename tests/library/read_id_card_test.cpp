@@ -121,18 +121,24 @@ TEST_F(ReadIdCard, NullArguments_AreReportedInOrderAndTouchNothing)
     expectUntouched(reading);
 }
 
-TEST_F(ReadIdCard, PortThatDoesNotOpen_GivesMinus5AndTouchesNothing)
+TEST_F(ReadIdCard, PortThatDoesNotOpenOrThrows_GivesMinus5AndTouchesNothing)
 {
     expectOpen(7);
     EXPECT_EQ(readOnConsole(), -5);
     EXPECT_EQ(printed, "打开读卡器失败，错误码：7\n");
+    EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
+    EXPECT_EQ(readOnConsole(), -5);
     expectUntouched(reading);
 }
 
-TEST_F(ReadIdCard, NoCard_GivesMinus24AndTouchesNothing)
+TEST_F(ReadIdCard, NoCardOrFindThatThrows_GivesMinus24AndTouchesNothing)
 {
     expectOpen();
     expectFind(0);
+    expectClose();
+    EXPECT_EQ(reading.read(), -24);
+    expectOpen();
+    EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Throw(std::runtime_error("find")));
     expectClose();
     EXPECT_EQ(reading.read(), -24);
     expectUntouched(reading);
@@ -361,22 +367,6 @@ TEST_F(ReadIdCard, SecondCall_BuildsAFreshReader)
     EXPECT_EQ(reading.cardKind, 2U);
 }
 
-TEST_F(ReadIdCard, ThrowingOpen_GivesMinus5)
-{
-    EXPECT_CALL(library, openPort(PORT)).WillOnce(Throw(std::runtime_error("open")));
-    EXPECT_EQ(readOnConsole(), -5);
-    expectUntouched(reading);
-}
-
-TEST_F(ReadIdCard, ThrowingFind_GivesMinus24AndClosesThePort)
-{
-    expectOpen();
-    EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Throw(std::runtime_error("find")));
-    expectClose();
-    EXPECT_EQ(reading.read(), -24);
-    expectUntouched(reading);
-}
-
 TEST_F(ReadIdCard, ThrowingRead_GivesMinus23AndClosesThePort)
 {
     expectOpen();
@@ -399,13 +389,4 @@ TEST_F(ReadIdCard, ThrowingDecoder_GivesMinus26AndClosesThePort)
     EXPECT_EQ(reading.read(), -26);
     EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!"));
     expectUntouched(reading);
-}
-
-TEST_F(ReadIdCard, ThrowingClose_DoesNotChangeTheResult)
-{
-    expectOpen();
-    expectFind();
-    expectRead({1, 38862, 0, {}});
-    EXPECT_CALL(library, closePort(PORT)).WillOnce(Throw(std::runtime_error("close")));
-    EXPECT_EQ(reading.read(), 0);
 }

@@ -7,35 +7,10 @@
 
 #include <cstring>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include <QString>
-
-/** Every string field of a record, in the record's order. */
-inline auto stringFields(_tagIDCARD_INFO_ALL_CN &r)
-{
-    return std::vector<std::string *>{
-        &r.szName,    &r.szSex, &r.szNation, &r.szBirthYear,  &r.szBirthMonth, &r.szBirthDay,
-        &r.szAddress, &r.szID,  &r.szDept,   &r.szValidStart, &r.szValidEnd};
-}
-inline auto stringFields(_tagIDCARD_INFO_ALL_HMT &r)
-{
-    return std::vector<std::string *>{
-        &r.szName, &r.szSex,  &r.szBirthYear,  &r.szBirthMonth, &r.szBirthDay,   &r.szAddress,
-        &r.szID,   &r.szDept, &r.szValidStart, &r.szValidEnd,   &r.szPassNumber, &r.szReserved};
-}
-inline auto stringFields(_tagIDCARD_INFO_ALL_FOREIGN_2017 &r)
-{
-    return std::vector<std::string *>{&r.szEnglishName, &r.szSex,         &r.szID,
-                                      &r.szNationality, &r.szChineseName, &r.szValidStart,
-                                      &r.szValidEnd,    &r.szBirthYear,   &r.szBirthMonth,
-                                      &r.szBirthDay,    &r.szReserved};
-}
-inline auto stringFields(_tagIDCARD_INFO_ALL_FOREIGN_NEW &r)
-{
-    return std::vector<std::string *>{
-        &r.szChineseName, &r.szSex, &r.szCardExtra,  &r.szBirthYear, &r.szBirthMonth, &r.szBirthDay,
-        &r.szEnglishName, &r.szID,  &r.szValidStart, &r.szValidEnd,  &r.szNationality};
-}
 
 /** The text fields of a record in the order in which a read writes them. */
 template <typename Record>
@@ -70,6 +45,19 @@ writeOrder(const _tagIDCARD_INFO_ALL_FOREIGN_NEW &)
     return {&R::szChineseName, &R::szSex,        &R::szID,       &R::szNationality,
             &R::szEnglishName, &R::szValidStart, &R::szValidEnd, &R::szBirthYear,
             &R::szBirthMonth,  &R::szBirthDay,   &R::szCardExtra};
+}
+
+/** Every string field of a record; the spare one, which no read writes, is the last. */
+template <typename Record>
+std::vector<std::string *> stringFields(Record &record)
+{
+    std::vector<std::string *> fields;
+    for (const auto field : writeOrder(record))
+        fields.push_back(&(record.*field));
+    if constexpr (std::is_same_v<Record, _tagIDCARD_INFO_ALL_HMT> ||
+                  std::is_same_v<Record, _tagIDCARD_INFO_ALL_FOREIGN_2017>)
+        fields.push_back(&record.szReserved);
+    return fields;
 }
 
 /** A value in every field, so that a field written by mistake shows. */

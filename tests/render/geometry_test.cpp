@@ -15,13 +15,9 @@
 #include <QScreen>
 #include <QtDebug>
 
-TEST(Geometry, Screen_HasTheResolutionOfThisRun)
+TEST(Geometry, Screen_HasTheResolutionOfThisRunFromWhichPixelsFollow)
 {
     EXPECT_EQ(QGuiApplication::primaryScreen()->physicalDotsPerInchX(), expectedDpi());
-}
-
-TEST(Geometry, PixelsPerMillimetre_FollowFromTheScreen)
-{
     EXPECT_EQ(Tools::getmm2Pixel(), expectedDpi() / 25.4);
 }
 
@@ -74,14 +70,10 @@ TEST(Geometry, Position_IsConvertedCoordinateByCoordinate)
     EXPECT_EQ(MakeCardImg::getPixelPosFromMMPos({0.0, -1.5}).y(), -1.5 * pixelsPerMm());
 }
 
-TEST(Geometry, RealScaleRatio_IsTheMeanOfBothDirections)
+TEST(Geometry, RealScaleRatio_IsTheMeanOfBothDirectionsAndNegativeWithoutAPicture)
 {
     const double expected = ((85.6 * pixelsPerMm()) / 400 + (54.0 * pixelsPerMm()) / 254) * 0.5;
     EXPECT_EQ(MakeCardImg::getRealScaleRatio(QStringLiteral(":/Pics/IDCardFront.bmp")), expected);
-}
-
-TEST(Geometry, RealScaleRatioOfNoPicture_IsNegative)
-{
     EXPECT_LT(MakeCardImg::getRealScaleRatio(QStringLiteral("/no/such/picture.bmp")), 0.0);
     const ExpectedWarning noName("QFSFileEngine::open: No file name specified");
     EXPECT_LT(MakeCardImg::getRealScaleRatio(QString()), 0.0);

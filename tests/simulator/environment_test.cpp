@@ -39,13 +39,9 @@ protected:
 
 } // namespace
 
-TEST_F(Environment, Unset_MeansAReaderWithoutCard)
+TEST_F(Environment, UnsetOrEmptyValues_MeanAReaderWithoutCard)
 {
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
-}
-
-TEST_F(Environment, EmptyValues_MeanAReaderWithoutCard)
-{
     set("", "");
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }
@@ -116,21 +112,18 @@ TEST_F(Environment, UnusableCard_FailsTheOpeningAndIsReportedOnStandardErrorEach
 
 TEST_F(Environment, UnusableFaults_FailTheOpeningAndAreReportedOnStandardError)
 {
-    set("resident", "dealy-ms=5");
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_BAD_ENVIRONMENT);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                StartsWith("idcard_simulator: environment variable IDCARD_SIMULATOR_FAULTS: "
-                           "fault \"dealy-ms=5\" is not known; did you mean delay-ms?"));
-}
-
-TEST_F(Environment, FaultsOfAReaderOnUsb_FailTheOpeningAndAreReportedOnStandardError)
-{
-    set("resident", "no-card=1,unplugged");
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_BAD_ENVIRONMENT);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                testing::HasSubstr("no fault \"unplugged\"; only the reader on USB has it"));
+    for (const auto &[faults, reason] :
+         {std::pair("dealy-ms=5", "fault \"dealy-ms=5\" is not known; did you mean delay-ms?"),
+          {"no-card=1,unplugged", "no fault \"unplugged\"; only the reader on USB has it"}}) {
+        set("resident", faults);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(readOnce().code, VendorCode::VENDOR_BAD_ENVIRONMENT);
+        EXPECT_THAT(
+            testing::internal::GetCapturedStderr(),
+            testing::AllOf(
+                StartsWith("idcard_simulator: environment variable IDCARD_SIMULATOR_FAULTS: "),
+                testing::HasSubstr(reason)));
+    }
 }
 
 TEST_F(Environment, UsableValues_LeaveStandardErrorEmpty)

@@ -154,27 +154,6 @@ TEST_P(RawRecord, AnswerOfBuiltInCard_HasItsBlocksInARightFrame)
 
 INSTANTIATE_TEST_SUITE_P(Cards, RawRecord, testing::ValuesIn(sourceCardParameters()), testNameOf);
 
-TEST(RawRecordText, FieldsThatNoOtherRecordHas_ArePresent)
-{
-    CardDescription card;
-    card.kind = CardKind::FOREIGN2017;
-    card.cardVersion = QStringLiteral("02");
-    card.authorityCode = QStringLiteral("1500");
-    EXPECT_EQ(textBlock(card).mid(236, 14), QByteArray("0\0002\0001\0005\0000\0000\000I\000", 14));
-    card.kind = CardKind::HMT;
-    card.travelPermitNumber = QStringLiteral("H12345678");
-    card.issueCount = QStringLiteral("07");
-    EXPECT_EQ(textBlock(card).mid(220, 22),
-              QByteArray("H\0001\0002\0003\0004\0005\0006\0007\0008\0000\0007\000", 22));
-}
-
-TEST(RawRecordText, ChineseCharacter_HasTheLowByteFirst)
-{
-    CardDescription card;
-    card.name = QString::fromUtf8("汉");
-    EXPECT_EQ(textBlock(card).left(4), QByteArray("\x49\x6C\x20\x00", 4));
-}
-
 TEST(RawRecordText, TextLongerThanItsField_IsCutAndLeavesTheNextFieldAlone)
 {
     CardDescription card;
@@ -188,14 +167,6 @@ TEST(RawRecordText, PaddingOfTheMakersRecord_DoesNotCount)
     CardDescription card;
     card.padding = Padding::ZEROS;
     EXPECT_EQ(textBlock(card).left(4), QByteArray(" \000 \000", 4));
-}
-
-TEST(RawRecordAnswer, NumberOfFingerprints_DecidesTheSize)
-{
-    EXPECT_EQ(readAnswer(builtIn("resident-no-fingerprint"), {}).size(), 1297);
-    EXPECT_EQ(readAnswer(builtIn("resident-one-fingerprint"), {}).size(), 1809);
-    EXPECT_EQ(readAnswer(builtIn("resident"), {}).size(), 2321);
-    EXPECT_EQ(readAnswer(builtIn("hmt-macao"), {}).size(), 1297);
 }
 
 TEST(RawRecordAnswer, UnknownKind_HasALetterThatNoDocumentHas)

@@ -34,7 +34,7 @@ protected:
     }
 };
 
-TEST_F(ConfigurationTest, MissingFilesSayNothing)
+TEST_F(ConfigurationTest, MissingAndEmptyFilesSayNothing)
 {
     for (const ConfigurationFile &file : read()) {
         EXPECT_FALSE(file.isThere);
@@ -42,17 +42,15 @@ TEST_F(ConfigurationTest, MissingFilesSayNothing)
         EXPECT_TRUE(file.settings.isEmpty());
     }
     EXPECT_EQ(valueIn(read(), "road"), "");
-}
-
-TEST_F(ConfigurationTest, FileBelowAFileIsMissing)
-{
-    writeFile(path("file"), "x");
-    EXPECT_FALSE(readConfiguration({path("file") + "/below.conf"}).first().isThere);
+    const ConfigurationFile empty = reading("");
+    EXPECT_TRUE(empty.isThere);
+    EXPECT_THAT(empty.placedMistake().toStdString(), IsEmpty());
+    EXPECT_FALSE(readConfiguration({userFile() + "/below.conf"}).first().isThere);
 }
 
 TEST_F(ConfigurationTest, SettingsStandOneALineWithBlanksAndComments)
 {
-    const ConfigurationFile file = reading("# the counter\n"
+    const ConfigurationFile file = reading("# 三号柜台\n"
                                            "\n"
                                            "  road=usb\r\n"
                                            "\tdevice =  1209:00aB   # the new one\n"
@@ -64,18 +62,6 @@ TEST_F(ConfigurationTest, SettingsStandOneALineWithBlanksAndComments)
     EXPECT_EQ(valueIn(configuration, "road"), "usb");
     EXPECT_EQ(valueIn(configuration, "device"), "1209:00aB");
     EXPECT_EQ(valueIn(configuration, "timeout"), "30");
-}
-
-TEST_F(ConfigurationTest, CommentsMayBeChinese)
-{
-    EXPECT_EQ(reading("# 三号柜台\nroad = usb # 直接通过 USB\n").settings.size(), 1);
-}
-
-TEST_F(ConfigurationTest, EmptyFileSaysNothing)
-{
-    const ConfigurationFile file = reading("");
-    EXPECT_TRUE(file.isThere);
-    EXPECT_EQ(file.placedMistake().toStdString(), "");
 }
 
 TEST_F(ConfigurationTest, FileOfTheUserWinsKeyByKey)

@@ -49,20 +49,16 @@ TEST(WithoutDatePoints, LeavesOtherTextAsItIs)
         EXPECT_EQ(withoutDatePoints(QString::fromUtf8(text)), QString::fromUtf8(text));
 }
 
-TEST(DecodeRawRecord, RoadIsTheOneThatIsNamed)
-{
-    const QByteArray record = recordOf("resident");
-    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::USB)->road(), Road::USB);
-    EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::FILE)->road(), Road::FILE);
-}
-
-TEST(DecodeRawRecord, PrintsAreTheBlockAtTheirPlace)
+TEST(DecodeRawRecord, RoadIsTheOneThatIsNamedAndPrintsTheBlockAtTheirPlace)
 {
     const QByteArray record = recordOf("resident-one-fingerprint");
-    const auto card = decodeRawRecord(record, FP_INFO_ONE, Road::FILE);
-    ASSERT_TRUE(card);
-    EXPECT_EQ(card->fingerprintCount(), 1);
-    EXPECT_EQ(card->fingerprints(), record.mid(PRINTS, 512));
+    for (const Road road : {Road::USB, Road::FILE}) {
+        const auto card = decodeRawRecord(record, FP_INFO_ONE, road);
+        ASSERT_TRUE(card);
+        EXPECT_EQ(card->road(), road);
+        EXPECT_EQ(card->fingerprintCount(), 1);
+        EXPECT_EQ(card->fingerprints(), record.mid(PRINTS, 512));
+    }
 }
 
 TEST(DecodeRawRecord, CardOfAKindWithoutPrintsKeepsThoseThatItHas)
@@ -77,17 +73,13 @@ TEST(DecodeRawRecord, CardOfAKindWithoutPrintsKeepsThoseThatItHas)
         decodeRawRecord(recordOf("foreign-new"), FP_INFO_NONE, Road::FILE)->mayHaveFingerprints());
 }
 
-TEST(DecodeRawRecord, PhotoWithoutADecoderStaysCompressed)
+TEST(DecodeRawRecord, PhotoWithoutADecoderStaysCompressedAndZerosAreNone)
 {
-    const auto card = decodeRawRecord(recordOf("resident"), FP_INFO_TWO, Road::FILE);
+    QByteArray record = recordOf("resident");
+    const auto card = decodeRawRecord(record, FP_INFO_TWO, Road::FILE);
     ASSERT_TRUE(card);
     EXPECT_EQ(card->photoFormat(), PhotoFormat::COMPRESSED);
     EXPECT_TRUE(card->photo().isNull());
-}
-
-TEST(DecodeRawRecord, PhotoBlockOfZerosIsNoPhoto)
-{
-    QByteArray record = recordOf("resident");
     record.replace(PHOTO, 1024, QByteArray(1024, '\0'));
     EXPECT_EQ(decodeRawRecord(record, FP_INFO_TWO, Road::FILE)->photoFormat(), PhotoFormat::NONE);
 }

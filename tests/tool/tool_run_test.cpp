@@ -139,43 +139,32 @@ TEST_F(ToolRunTest, RunThatGoes_EndsTheTool)
     EXPECT_FALSE(m_isEnded) << "nobody is there to take it";
 }
 
+/** How the maker's library ends the tool. */
 struct Behaviour {
     const char *name;
+    ToolRun::End end;
     const char *how;
 };
 
-class Crash : public ToolRunTest, public testing::WithParamInterface<Behaviour>
+class EndByALibrary : public ToolRunTest, public testing::WithParamInterface<Behaviour>
 {
 };
 
-TEST_P(Crash, OfALibrary_IsAFailureWithItsSignal)
+TEST_P(EndByALibrary, IsGivenWithoutOutput)
 {
     begin(READ, 0, GetParam().name);
-    expectEnd(ToolRun::End::FAILED);
+    expectEnd(GetParam().end);
     EXPECT_EQ(how(), GetParam().how);
     EXPECT_TRUE(m_output.isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, Crash,
-                         testing::Values(Behaviour{"segmentation-fault",
-                                                   "It was ended by signal 11."},
-                                         Behaviour{"abort", "It was ended by signal 6."}));
-
-class Exit : public ToolRunTest, public testing::WithParamInterface<Behaviour>
-{
-};
-
-TEST_P(Exit, OfALibrary_IsAnEndWithoutOutput)
-{
-    begin(READ, 0, GetParam().name);
-    expectEnd(ToolRun::End::DONE);
-    EXPECT_EQ(how(), GetParam().how);
-    EXPECT_TRUE(m_output.isEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(Statuses, Exit,
-                         testing::Values(Behaviour{"exit-0", "It ended with status 0."},
-                                         Behaviour{"_exit-3", "It ended with status 3."}));
+INSTANTIATE_TEST_SUITE_P(
+    Behaviours, EndByALibrary,
+    testing::Values(Behaviour{"segmentation-fault", ToolRun::End::FAILED,
+                              "It was ended by signal 11."},
+                    Behaviour{"abort", ToolRun::End::FAILED, "It was ended by signal 6."},
+                    Behaviour{"exit-0", ToolRun::End::DONE, "It ended with status 0."},
+                    Behaviour{"_exit-3", ToolRun::End::DONE, "It ended with status 3."}));
 
 class Loop : public ToolRunTest, public testing::WithParamInterface<const char *>
 {

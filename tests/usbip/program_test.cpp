@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include "tests/support/process.h"
+#include "tests/usb/reader_frames.h"
 #include "tests/usbip/client_messages.h"
 
 using testing::HasSubstr;
@@ -85,20 +86,14 @@ private:
     QTcpSocket m_socket;
 };
 
-const QByteArray LOOKUP = hex("AA AA AA 96 69 00 03 20 01 22");
-const QByteArray FOUND = hex("AA AA AA 96 69 00 08 00 00 9F 00 00 00 00 97");
-const QByteArray SELECT = hex("AA AA AA 96 69 00 03 20 02 21");
-const QByteArray SELECTED = hex("AA AA AA 96 69 00 0C 00 00 90 00 00 00 00 00 00 00 00 9C");
-const QByteArray READ = hex("AA AA AA 96 69 00 03 30 10 23");
-
 TEST(VirtualReaderProgram, HasACardReadOverTheProtocol)
 {
     const VirtualReader reader({"--card", "resident"});
     Client client(reader.port());
     client.attach();
-    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
-    EXPECT_EQ(client.exchange(SELECT, 19), SELECTED);
-    const QByteArray card = client.exchange(READ, 2321);
+    EXPECT_EQ(client.exchange(frames::LOOKUP, 15), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(client.exchange(frames::SELECT, 19), frames::SELECT_ANSWER);
+    const QByteArray card = client.exchange(frames::READ, 2321);
     EXPECT_EQ(card.left(16), hex("AA AA AA 96 69 09 0A 00 00 90 01 00 04 00 04 00"));
     EXPECT_EQ(card.size(), 2321);
 }
@@ -131,11 +126,11 @@ TEST(VirtualReaderProgram, CardIsPutAndTakenByCommand)
     VirtualReader reader;
     Client client(reader.port());
     client.attach();
-    EXPECT_NE(client.exchange(LOOKUP, 11), FOUND.left(11));
+    EXPECT_NE(client.exchange(frames::LOOKUP, 11), frames::LOOKUP_ANSWER.left(11));
     EXPECT_EQ(reader.ask("card hmt-macao"), "ok");
-    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
+    EXPECT_EQ(client.exchange(frames::LOOKUP, 15), frames::LOOKUP_ANSWER);
     EXPECT_EQ(reader.ask("take"), "ok");
-    EXPECT_NE(client.exchange(LOOKUP, 11), FOUND.left(11));
+    EXPECT_NE(client.exchange(frames::LOOKUP, 11), frames::LOOKUP_ANSWER.left(11));
 }
 
 TEST(VirtualReaderProgram, CardComesFromAFileWithASpaceInItsName)
@@ -155,10 +150,10 @@ TEST(VirtualReaderProgram, FaultsAreSetAndTakenBack)
     client.attach();
     EXPECT_EQ(reader.ask("faults lookup-answer-stalled, delay-ms=1"), "ok");
     EXPECT_THAT(reader.ask("status"), HasSubstr("faults: lookup-answer-stalled, delay-ms=1"));
-    client.ask(bulkWrite(1, LOOKUP), 48);
+    client.ask(bulkWrite(1, frames::LOOKUP), 48);
     EXPECT_EQ(replies(client.ask(bulkRead(2, 15), 48))[0].status, -32);
     EXPECT_EQ(reader.ask("faults"), "ok");
-    EXPECT_EQ(client.exchange(LOOKUP, 15), FOUND);
+    EXPECT_EQ(client.exchange(frames::LOOKUP, 15), frames::LOOKUP_ANSWER);
     EXPECT_THAT(reader.ask("status"), HasSubstr("faults: none"));
 }
 
