@@ -48,23 +48,18 @@ ProgramHelp programHelp()
              {ExitStatus::WRONG_USAGE, tr("Wrong usage: an unknown option or value.")}}};
 }
 
+SetupOptions optionsIn(const OptionParser &line)
+{
+    return {line.value("allow"), findBrowser(line.value("browser")).value_or(browsers().first()),
+            line.isSet("show"), line.isSet("remove")};
+}
+
 } // namespace
 
 CommandLine<SetupOptions> parseSetupArguments(const QStringList &arguments)
 {
-    const QString program = QLatin1String(BROWSER_SETUP_NAME);
-    OptionParser parser(program, {}, declaredOptions());
-    const QString problem = parser.parse(arguments);
-    if (!problem.isEmpty())
-        return {{}, {}, problem};
-    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
-    if (!text.isEmpty())
-        return {{}, text, {}};
-    const QString browser = parser.value("browser");
-    return {SetupOptions{parser.value("allow"), findBrowser(browser).value_or(browsers().first()),
-                         parser.isSet("show"), parser.isSet("remove")},
-            {},
-            {}};
+    return parseProgramArguments(OptionParser(BROWSER_SETUP_NAME, {}, declaredOptions()), arguments,
+                                 QStringLiteral(IDCARD_VERSION), programHelp, optionsIn);
 }
 
 } // namespace app

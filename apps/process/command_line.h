@@ -97,6 +97,7 @@ public:
     QString parse(const QStringList &arguments);
 
     QString refusal(const QString &problem) const;
+    const QString &call() const { return m_call; }
     bool has(const QString &name) const { return m_names.contains(name); }
     bool isSet(const QString &name) const { return has(name) && m_parser.isSet(name); }
     /** The last one; empty when the option is not given or not known. */

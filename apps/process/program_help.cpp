@@ -22,11 +22,10 @@ QString statusSection(const QVector<StatusMeaning> &statuses)
 
 } // namespace
 
-QString askedText(const OptionParser &line, const QString &program, const QString &version,
-                  ProgramHelp (*help)())
+QString askedText(const OptionParser &line, const QString &version, ProgramHelp (*help)())
 {
     if (line.isSet("version"))
-        return filledIn(QStringLiteral("%1 %2\n"), program, version);
+        return filledIn(QStringLiteral("%1 %2\n"), line.call(), version);
     if (!line.isSet("help"))
         return {};
     const ProgramHelp text = help();

@@ -1,6 +1,7 @@
 #pragma once
 
-// What a program without commands says of itself when it is asked for help or its version.
+// The command line of a program without commands, and what the program says of itself when it is
+// asked for help or its version.
 
 #include <QString>
 #include <QVector>
@@ -23,7 +24,19 @@ struct ProgramHelp {
 };
 
 /** Empty when neither is asked for. `help` is called only when it is. */
-QString askedText(const OptionParser &line, const QString &program, const QString &version,
-                  ProgramHelp (*help)());
+QString askedText(const OptionParser &line, const QString &version, ProgramHelp (*help)());
+
+/** Reads the arguments that follow the program's name. Needs a QCoreApplication. */
+template <typename Options>
+CommandLine<Options> parseProgramArguments(OptionParser line, const QStringList &arguments,
+                                           const QString &version, ProgramHelp (*help)(),
+                                           Options (*optionsIn)(const OptionParser &line))
+{
+    const QString problem = line.parse(arguments);
+    const QString text = problem.isEmpty() ? askedText(line, version, help) : QString();
+    if (problem.isEmpty() && text.isEmpty())
+        return {optionsIn(line), {}, {}};
+    return {{}, text, problem};
+}
 
 } // namespace app

@@ -42,22 +42,17 @@ ProgramHelp programHelp()
          {ExitStatus::WRONG_USAGE, tr("Wrong usage: an unknown option or value.")}}};
 }
 
+ServiceOptions optionsIn(const OptionParser &line)
+{
+    return {line.isSet("session"), line.value("simulate"), line.value("fault")};
+}
+
 } // namespace
 
 CommandLine<ServiceOptions> parseServiceArguments(const QStringList &arguments)
 {
-    const QString program = QLatin1String(SERVICE_PROGRAM_NAME);
-    OptionParser parser(program, {}, declaredOptions());
-    const QString problem = parser.parse(arguments);
-    if (!problem.isEmpty())
-        return {{}, {}, problem};
-    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
-    if (!text.isEmpty())
-        return {{}, text, {}};
-    return {
-        ServiceOptions{parser.isSet("session"), parser.value("simulate"), parser.value("fault")},
-        {},
-        {}};
+    return parseProgramArguments(OptionParser(SERVICE_PROGRAM_NAME, {}, declaredOptions()),
+                                 arguments, QStringLiteral(IDCARD_VERSION), programHelp, optionsIn);
 }
 
 } // namespace app

@@ -101,15 +101,9 @@ VirtualReaderOptions optionsIn(const OptionParser &line)
 
 CommandLine<VirtualReaderOptions> parseVirtualReaderArguments(const QStringList &arguments)
 {
-    const QString program = QLatin1String(VIRTUAL_READER_NAME);
-    OptionParser parser(program, {}, declaredOptions(), phrases());
-    const QString problem = parser.parse(arguments);
-    if (!problem.isEmpty())
-        return {{}, {}, problem};
-    const QString text = askedText(parser, program, QStringLiteral(IDCARD_VERSION), programHelp);
-    if (!text.isEmpty())
-        return {{}, text, {}};
-    return {optionsIn(parser), {}, {}};
+    return parseProgramArguments(
+        OptionParser(VIRTUAL_READER_NAME, {}, declaredOptions(), phrases()), arguments,
+        QStringLiteral(IDCARD_VERSION), programHelp, optionsIn);
 }
 
 } // namespace app
