@@ -1,6 +1,7 @@
 #include "apps/browser_setup/browser_setup.h"
 
 #include <cerrno>
+#include <vector>
 
 #include <QDir>
 #include <QFile>
@@ -8,18 +9,17 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QUrl>
-#include <QVersionNumber>
 
 #include <unistd.h>
 
 #include "apps/process/json_object.h"
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
-#include "apps/web_sites/browser_files.h"
 #include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 
@@ -33,22 +33,10 @@ IDCARD_TEXTS(BrowserSetup)
 
 constexpr int PACKING_MS = 60 * 1000;
 constexpr const char *POLICY = "ExtensionSettings";
-
-/** The extension for the sites of this machine. */
-QString extensionFolder(const Browser &browser, const SetupPlaces &places)
-{
-    return places.made + QLatin1Char('/') + browser.name;
-}
-
-QString packedExtension(const Browser &browser, const SetupPlaces &places)
-{
-    return extensionFolder(browser, places) + QStringLiteral(".crx");
-}
-
-QString updateFile(const SetupPlaces &places)
-{
-    return places.made + QStringLiteral("/update.xml");
-}
+/** Browsers run as their users. */
+constexpr QFileDevice::Permissions FOR_EVERYBODY = QFileDevice::ReadOwner |
+                                                   QFileDevice::WriteOwner |
+                                                   QFileDevice::ReadGroup | QFileDevice::ReadOther;
 
 QByteArray contentOf(const QString &path)
 {
@@ -56,219 +44,203 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString cannot(const QString &sentence, const QString &path, const QString &reason)
+QJsonObject objectIn(const QString &path)
 {
-    return filledIn(sentence, path, translatedSystemText(reason));
+    return QJsonDocument::fromJson(contentOf(path)).object();
 }
 
-/** For everybody to read: browsers run as their users. */
-QString letEverybodyRead(const QString &path)
+QString notWritten(const QString &path, const QString &reason)
 {
-    QFile file(path);
-    const auto rights = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup |
-                        QFileDevice::ReadOther;
-    return file.setPermissions(rights)
-               ? QString()
-               : cannot(tr("%1 cannot be written: %2."), path, file.errorString());
+    return filledIn(tr("%1 cannot be written: %2."), path, translatedSystemText(reason));
 }
 
 QString writeForEverybody(const QString &path, const QByteArray &content)
 {
+    QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    const bool isWritten = QDir().mkpath(QFileInfo(path).path()) &&
-                           file.open(QIODevice::WriteOnly) &&
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.setPermissions(FOR_EVERYBODY) &&
                            file.write(content) == content.size() && file.commit();
-    return isWritten ? letEverybodyRead(path)
-                     : cannot(tr("%1 cannot be written: %2."), path, file.errorString());
-}
-
-QByteArray indented(const QJsonObject &object)
-{
-    return QJsonDocument(object).toJson();
-}
-
-/** Chromium's pattern for the pages of exactly one origin. */
-QString patternOf(const QString &origin)
-{
-    const QUrl url(origin);
-    const int usualPort = url.scheme() == QLatin1String("https") ? 443 : 80;
-    const QString base = url.port() < 0
-                             ? filledIn(QStringLiteral("%1:%2"), origin, QString::number(usualPort))
-                             : origin;
-    return base + QStringLiteral("/*");
-}
-
-/** Firefox has none with a port: there the host alone tells ports apart. */
-QString patternOfAllPorts(const QString &origin)
-{
-    const bool hasPort = QUrl(origin).port() >= 0;
-    return (hasPort ? origin.section(QLatin1Char(':'), 0, -2) : origin) + QStringLiteral("/*");
-}
-
-QJsonArray patternsOf(const QStringList &origins, QString (*patternOf)(const QString &))
-{
-    QJsonArray patterns;
-    for (const QString &origin : origins)
-        patterns << patternOf(origin);
-    return patterns;
-}
-
-/** Names in the manifest, in the way of its browser, whose pages speak to the extension. */
-void letSpeak(const QStringList &origins, QJsonObject *manifest)
-{
-    const QString inPages = QStringLiteral("content_scripts");
-    QJsonArray scripts = manifest->value(inPages).toArray();
-    if (scripts.isEmpty()) {
-        manifest->insert(QStringLiteral("externally_connectable"),
-                         JsonObject{{"matches", patternsOf(origins, patternOf)}});
-        return;
-    }
-    QJsonObject relay = scripts.first().toObject();
-    relay.insert(QStringLiteral("matches"), patternsOf(origins, patternOfAllPorts));
-    scripts.replace(0, relay);
-    manifest->insert(inPages, scripts);
-}
-
-QJsonObject manifestIn(const QString &folder)
-{
-    return QJsonDocument::fromJson(contentOf(folder + QStringLiteral("/manifest.json"))).object();
-}
-
-/** Higher than the last one, for browsers to take the new extension in the place of the old. */
-QString nextVersion(const QString &made, const QString &shipped)
-{
-    constexpr int FOURTH = 3;
-    const auto last =
-        QVersionNumber::fromString(manifestIn(made).value(QStringLiteral("version")).toString());
-    const bool isSame =
-        last.segmentCount() > FOURTH && QVersionNumber::fromString(shipped).isPrefixOf(last);
-    const int number = isSame ? last.segmentAt(FOURTH) + 1 : 1;
-    return filledIn(QStringLiteral("%1.%2"), shipped, QString::number(number));
-}
-
-QString writeExtension(const QStringList &origins, const Browser &browser,
-                       const SetupPlaces &places)
-{
-    const QDir shipped(places.shipped + QLatin1Char('/') + browser.name);
-    const QDir made(extensionFolder(browser, places));
-    QJsonObject manifest = manifestIn(shipped.path());
-    const QString version = manifest.value(QStringLiteral("version")).toString();
-    if (version.isEmpty())
-        return tr("%1 is missing; install idcard-reader-browser again.").arg(shipped.path());
-    manifest[QStringLiteral("version")] = nextVersion(made.path(), version);
-    letSpeak(origins, &manifest);
-    QString problem;
-    const QStringList files = shipped.entryList(QDir::Files);
-    for (const QString &file : files) {
-        if (problem.isEmpty())
-            problem = writeForEverybody(made.filePath(file), contentOf(shipped.filePath(file)));
-    }
-    return problem.isEmpty() ? writeForEverybody(made.filePath(QStringLiteral("manifest.json")),
-                                                 indented(manifest))
-                             : problem;
-}
-
-/** The browser itself signs it, with the key that gives the extension its id. */
-QString pack(const Browser &chromium, const SetupPlaces &places)
-{
-    const QTemporaryDir profile;
-    QFile::remove(packedExtension(chromium, places));
-    QProcess browser;
-    browser.start(places.browserProgram,
-                  {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
-                   QStringLiteral("--user-data-dir=") + profile.path(),
-                   QStringLiteral("--pack-extension=") + extensionFolder(chromium, places),
-                   QStringLiteral("--pack-extension-key=") + places.shipped +
-                       QStringLiteral("/extension.pem")});
-    if (!browser.waitForStarted())
-        return cannot(tr("%1, the browser, cannot be started: %2."), places.browserProgram,
-                      browser.errorString());
-    browser.closeWriteChannel();
-    browser.waitForFinished(PACKING_MS);
-    if (!QFileInfo::exists(packedExtension(chromium, places)))
-        return filledIn(
-            tr("%1, the browser, did not pack the extension: %2"), places.browserProgram,
-            printable(QString::fromLocal8Bit(browser.readAllStandardError().trimmed())));
-    return letEverybodyRead(packedExtension(chromium, places));
-}
-
-QString writeUpdateFile(const Browser &chromium, const SetupPlaces &places)
-{
-    const QString version =
-        manifestIn(extensionFolder(chromium, places)).value(QStringLiteral("version")).toString();
-    const QString text = filledIn(
-        QStringLiteral("<?xml version='1.0' encoding='UTF-8'?>\n"
-                       "<gupdate xmlns='http://www.google.com/update2/response' protocol='2.0'>\n"
-                       "  <app appid='%1'>\n"
-                       "    <updatecheck codebase='%2' version='%3'/>\n"
-                       "  </app>\n"
-                       "</gupdate>\n"),
-        QStringLiteral(IDCARD_EXTENSION_ID),
-        QUrl::fromLocalFile(packedExtension(chromium, places)).toString(), version);
-    return writeForEverybody(updateFile(places), text.toUtf8());
-}
-
-QString writePolicy(const Browser &chromium, const SetupPlaces &places)
-{
-    const JsonObject extension = {
-        {"installation_mode", "force_installed"},
-        {"update_url", QUrl::fromLocalFile(updateFile(places)).toString()},
-        {"toolbar_pin", "force_pinned"}}; // its sign says which site has read a card
-    const JsonObject policy = {{POLICY, JsonObject{{IDCARD_EXTENSION_ID, extension}}}};
-    return writeForEverybody(chromium.installation, indented(policy));
+    return isWritten ? QString() : notWritten(path, file.errorString());
 }
 
 QString removeFile(const QString &path)
 {
     QFile file(path);
     const bool isThere = file.exists() || QFileInfo(path).isSymLink();
-    return !isThere || file.remove()
-               ? QString()
-               : cannot(tr("%1 cannot be removed: %2."), path, file.errorString());
+    return !isThere || file.remove() ? QString()
+                                     : filledIn(tr("%1 cannot be removed: %2."), path,
+                                                translatedSystemText(file.errorString()));
 }
 
-/**
- * An extension that is installed would be looked for in a newer version after hours; one that goes
- * and comes back is there at once.
- */
-QString takePolicyBack(const Browser &chromium, const SetupPlaces &places)
+/** What one browser has to let the pages of these sites read. */
+class Installation
 {
-    if (!QFileInfo::exists(chromium.installation))
-        return {};
-    QString problem = removeFile(chromium.installation);
-    if (problem.isEmpty())
-        QThread::msleep(places.policyReloadMs);
-    return problem;
-}
-
-QString installInChromium(const Browser &chromium, const SetupPlaces &places)
-{
-    QString problem;
-    for (const auto step : {pack, writeUpdateFile, takePolicyBack, writePolicy}) {
-        if (problem.isEmpty())
-            problem = step(chromium, places);
+public:
+    Installation(Browser browser, QStringList origins, const SetupPlaces &places)
+        : m_browser(std::move(browser)), m_origins(std::move(origins)), m_places(places)
+    {
     }
-    return problem;
-}
 
-/** It takes the extension from a folder, when it starts. */
-QString installInFirefox(const Browser &firefox, const SetupPlaces &places)
-{
-    QString problem = removeFile(firefox.installation);
-    const bool isLinked = problem.isEmpty() &&
-                          QDir().mkpath(QFileInfo(firefox.installation).path()) &&
-                          QFile::link(extensionFolder(firefox, places), firefox.installation);
-    if (problem.isEmpty() && !isLinked)
-        problem = cannot(tr("%1 cannot be written: %2."), firefox.installation, systemError(errno));
-    return problem;
-}
+    /** Returns what failed, or an empty text. */
+    QString make() const
+    {
+        using Step = QString (Installation::*)() const;
+        static const std::vector<Step> inChromium = {
+            &Installation::writeExtension, &Installation::writeHostFile,
+            &Installation::packExtension,  &Installation::writeUpdateFile,
+            &Installation::takePolicyBack, &Installation::writePolicy};
+        static const std::vector<Step> inFirefox = {&Installation::writeExtension,
+                                                    &Installation::writeHostFile,
+                                                    &Installation::linkExtension};
+        for (const Step step : m_browser.isFirefox ? inFirefox : inChromium) {
+            const QString problem = (this->*step)();
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return {};
+    }
 
-QString writeHostFile(const Browser &browser, const SetupPlaces &places)
-{
-    const QString shipped =
-        filledIn(QStringLiteral("%1/%2-host.json"), places.shipped, browser.name);
-    return writeForEverybody(browser.hostFile, contentOf(shipped));
-}
+private:
+    QString extension() const { return m_places.made + QLatin1Char('/') + m_browser.name; }
+    QString manifest() const { return extension() + QStringLiteral("/manifest.json"); }
+    QString packed() const { return extension() + QStringLiteral(".crx"); }
+    QString updateFile() const { return m_places.made + QStringLiteral("/update.xml"); }
+
+    QString writeExtension() const
+    {
+        const QDir shipped(m_places.shipped + QLatin1Char('/') + m_browser.name);
+        QByteArray text = contentOf(shipped.filePath(QStringLiteral("manifest.json")));
+        text.replace(R"("matches": [])", R"("matches": )" + patterns()); // all that names sites
+        QJsonObject made = QJsonDocument::fromJson(text).object();
+        if (made.isEmpty())
+            return tr("%1 is missing; install idcard-reader-browser again.").arg(shipped.path());
+        const QString version = QStringLiteral("version");
+        made.insert(version, nextVersion(made.value(version).toString()));
+        QString problem = writeForEverybody(manifest(), QJsonDocument(made).toJson());
+        const QStringList scripts = shipped.entryList({QStringLiteral("*.js")}, QDir::Files);
+        for (const QString &script : scripts) {
+            if (problem.isEmpty())
+                problem = writeForEverybody(QDir(extension()).filePath(script),
+                                            contentOf(shipped.filePath(script)));
+        }
+        return problem;
+    }
+
+    QByteArray patterns() const
+    {
+        QJsonArray all;
+        for (const QString &origin : m_origins)
+            all << patternOf(origin);
+        return QJsonDocument(all).toJson(QJsonDocument::Compact);
+    }
+
+    /** For the pages of an origin; Firefox has no patterns with a port: the host tells them apart.
+     */
+    QString patternOf(QString origin) const
+    {
+        static const QRegularExpression port(QStringLiteral(":[0-9]+\\z"));
+        if (m_browser.isFirefox)
+            origin.remove(port);
+        else if (!origin.contains(port))
+            origin += QLatin1String(origin.startsWith(QLatin1String("https:")) ? ":443" : ":80");
+        return origin + QStringLiteral("/*");
+    }
+
+    /** Higher than the last one, for browsers to take the new extension in the place of the old. */
+    QString nextVersion(const QString &shipped) const
+    {
+        const QString last = objectIn(manifest()).value(QStringLiteral("version")).toString();
+        const QString start = shipped + QLatin1Char('.');
+        const int number = last.startsWith(start) ? last.mid(start.size()).toInt() + 1 : 1;
+        return start + QString::number(number);
+    }
+
+    QString writeHostFile() const
+    {
+        const QString shipped =
+            filledIn(QStringLiteral("%1/%2-host.json"), m_places.shipped, m_browser.name);
+        return writeForEverybody(m_browser.hostFile, contentOf(shipped));
+    }
+
+    /** The browser itself signs it, with the key that gives the extension its id. */
+    QString packExtension() const
+    {
+        const QTemporaryDir profile;
+        QFile::remove(packed());
+        QProcess browser;
+        browser.start(m_places.browserProgram,
+                      {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
+                       QStringLiteral("--user-data-dir=") + profile.path(),
+                       QStringLiteral("--pack-extension=") + extension(),
+                       QStringLiteral("--pack-extension-key=") + m_places.shipped +
+                           QStringLiteral("/extension.pem")});
+        if (!browser.waitForStarted())
+            return filledIn(tr("%1, the browser, cannot be started: %2."), m_places.browserProgram,
+                            browser.errorString());
+        browser.closeWriteChannel();
+        browser.waitForFinished(PACKING_MS);
+        if (!QFile::setPermissions(packed(), FOR_EVERYBODY))
+            return filledIn(
+                tr("%1, the browser, did not pack the extension: %2"), m_places.browserProgram,
+                printable(QString::fromLocal8Bit(browser.readAllStandardError().trimmed())));
+        return {};
+    }
+
+    QString writeUpdateFile() const
+    {
+        const QString version = objectIn(manifest()).value(QStringLiteral("version")).toString();
+        const QString text =
+            filledIn(QStringLiteral(
+                         "<?xml version='1.0' encoding='UTF-8'?>\n"
+                         "<gupdate xmlns='http://www.google.com/update2/response' protocol='2.0'>\n"
+                         "  <app appid='" IDCARD_EXTENSION_ID "'>\n"
+                         "    <updatecheck codebase='%1' version='%2'/>\n"
+                         "  </app>\n"
+                         "</gupdate>\n"),
+                     QUrl::fromLocalFile(packed()).toString(), version);
+        return writeForEverybody(updateFile(), text.toUtf8());
+    }
+
+    /**
+     * An extension that is installed would be looked for in a newer version after hours; one that
+     * goes and comes back is there at once.
+     */
+    QString takePolicyBack() const
+    {
+        if (!QFileInfo::exists(m_browser.installation))
+            return {};
+        QString problem = removeFile(m_browser.installation);
+        if (problem.isEmpty())
+            QThread::msleep(m_places.policyReloadMs);
+        return problem;
+    }
+
+    QString writePolicy() const
+    {
+        const JsonObject extension = {
+            {"installation_mode", "force_installed"},
+            {"update_url", QUrl::fromLocalFile(updateFile()).toString()},
+            {"toolbar_pin", "force_pinned"}}; // its sign says which site has read a card
+        const JsonObject policy = {{POLICY, JsonObject{{IDCARD_EXTENSION_ID, extension}}}};
+        return writeForEverybody(m_browser.installation, QJsonDocument(policy).toJson());
+    }
+
+    /** Firefox takes the extension from a folder, when it starts. */
+    QString linkExtension() const
+    {
+        const QString problem = removeFile(m_browser.installation);
+        if (!problem.isEmpty())
+            return problem;
+        QDir().mkpath(QFileInfo(m_browser.installation).path());
+        return QFile::link(extension(), m_browser.installation)
+                   ? QString()
+                   : notWritten(m_browser.installation, systemError(errno));
+    }
+
+    Browser m_browser;
+    QStringList m_origins;
+    const SetupPlaces &m_places;
+};
 
 /** The comments of the list. */
 QByteArray withoutOrigins(const QByteArray &list)
@@ -292,25 +264,29 @@ QByteArray withOrigin(QByteArray list, const QString &origin)
 
 QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places)
 {
-    QByteArray list = contentOf(places.originList);
-    QStringList origins;
-    if (QFileInfo::exists(places.originList)) {
-        const OriginList read = readOriginList(places.originList, ::geteuid());
-        if (!read.mistake.isEmpty())
-            return read.mistake;
-        origins = read.origins;
+    QByteArray content = contentOf(places.originList);
+    OriginList list;
+    if (QFileInfo::exists(places.originList))
+        list = readOriginList(places.originList, ::geteuid());
+    if (!list.mistake.isEmpty())
+        return list.mistake;
+    if (!list.origins.contains(origin)) {
+        list.origins << origin;
+        content = withOrigin(content, origin);
     }
-    if (!origins.contains(origin)) {
-        origins << origin;
-        list = withOrigin(list, origin);
+    const QString problem = Installation(browser, list.origins, places).make();
+    return problem.isEmpty() ? writeForEverybody(places.originList, content) : problem;
+}
+
+QString renewExtensions(const SetupPlaces &places)
+{
+    const OriginList list = readOriginList(places.originList, ::geteuid());
+    QString problem = list.mistake;
+    for (const Browser &browser : browsers(places.root)) {
+        if (problem.isEmpty() && !list.origins.isEmpty() && QFileInfo::exists(browser.installation))
+            problem = Installation(browser, list.origins, places).make();
     }
-    QString problem = writeExtension(origins, browser, places);
-    if (problem.isEmpty())
-        problem = writeHostFile(browser, places);
-    if (problem.isEmpty())
-        problem = browser.name == QLatin1String("firefox") ? installInFirefox(browser, places)
-                                                           : installInChromium(browser, places);
-    return problem.isEmpty() ? writeForEverybody(places.originList, list) : problem;
+    return problem;
 }
 
 QString removeSites(const SetupPlaces &places)
@@ -337,9 +313,9 @@ QStringList rivalPolicies(const Browser &browser)
                                     .dir()
                                     .entryInfoList({QStringLiteral("*.json")}, QDir::Files);
     for (const QFileInfo &file : files) {
-        const QJsonObject policy = QJsonDocument::fromJson(contentOf(file.filePath())).object();
-        if (file.filePath() != browser.installation && policy.contains(QLatin1String(POLICY)))
-            rivals << file.filePath();
+        const QString path = file.filePath();
+        if (path != browser.installation && objectIn(path).contains(QLatin1String(POLICY)))
+            rivals << path;
     }
     return rivals;
 }

@@ -27,6 +27,12 @@ struct SetupPlaces {
 /** Lets the pages of this site read cards, too. Returns what failed, or an empty text. */
 QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places);
 
+/**
+ * Makes the extension again for the listed sites, in the browsers that have it. Returns what
+ * failed, or an empty text.
+ */
+QString renewExtensions(const SetupPlaces &places);
+
 /** Takes everything back, and all sites. Returns what failed, or an empty text. */
 QString removeSites(const SetupPlaces &places);
 

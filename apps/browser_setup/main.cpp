@@ -38,7 +38,7 @@ SetupPlaces places()
 /** What this program cannot do itself. */
 QString leftToDo(const Browser &browser)
 {
-    if (browser.name == QLatin1String("firefox"))
+    if (browser.isFirefox)
         return tr(
             "Start Firefox again. Only one that comes from Debian takes an extension from this "
             "machine that its maker has not signed.\n");
@@ -60,8 +60,10 @@ QString carryOut(const SetupOptions &options)
 {
     if (::geteuid() != ROOT)
         return tr("Only root can do that: run it with sudo.");
-    return options.remove ? removeSites(places())
-                          : allowSite(options.allow, options.browser, places());
+    if (options.remove)
+        return removeSites(places());
+    return options.renew ? renewExtensions(places())
+                         : allowSite(options.allow, options.browser, places());
 }
 
 ExitStatus run(const SetupOptions &options, Output *output)
@@ -75,7 +77,7 @@ ExitStatus run(const SetupOptions &options, Output *output)
         printMessage(problem);
         return ExitStatus::PROGRAM_FAILED;
     }
-    if (!options.remove)
+    if (!options.allow.isEmpty())
         output->write(leftToDo(options.browser).toUtf8());
     return ExitStatus::DONE;
 }

@@ -28,6 +28,10 @@ std::vector<Option> declaredOptions()
                    [](const QString &value) { return findBrowser(value).has_value(); })
             .needs({"allow"}),
         Option("show", tr("Show the sites and what this program has written."))
+            .excludes({"allow", "browser", "renew", "remove"}),
+        Option("renew",
+               tr("Make the extension again for the sites that are listed, in the browsers "
+                  "that have it. An upgrade of the package does that too."))
             .excludes({"allow", "browser", "remove"}),
         Option("remove", tr("Remove all that this program has written, and all sites."))
             .excludes({"allow", "browser"}),
@@ -51,7 +55,7 @@ ProgramHelp programHelp()
 SetupOptions optionsIn(const OptionParser &line)
 {
     return {line.value("allow"), findBrowser(line.value("browser")).value_or(browsers().first()),
-            line.isSet("show"), line.isSet("remove")};
+            line.isSet("show"), line.isSet("renew"), line.isSet("remove")};
 }
 
 } // namespace

@@ -17,6 +17,7 @@ struct SetupOptions {
     QString allow;   ///< an origin; empty: none
     Browser browser; ///< in which
     bool show = false;
+    bool renew = false;
     bool remove = false;
 };
 

@@ -99,10 +99,6 @@
         <translation>数据超过 %1 字节。</translation>
     </message>
     <message>
-        <source>What it printed is no card and no error.</source>
-        <translation>其输出既不是卡的数据，也不是错误。</translation>
-    </message>
-    <message>
         <source>It went on after the time limit and was ended.</source>
         <translation>超过时限后仍在运行，已被结束。</translation>
     </message>
@@ -145,30 +141,6 @@
     <message>
         <source>The key %1 is missing.</source>
         <translation>缺少键 %1。</translation>
-    </message>
-    <message>
-        <source>The request is no object.</source>
-        <translation>请求不是对象。</translation>
-    </message>
-    <message>
-        <source>It is no JSON: %1.</source>
-        <translation>不是 JSON：%1。</translation>
-    </message>
-    <message>
-        <source>The message is no object.</source>
-        <translation>消息不是对象。</translation>
-    </message>
-    <message>
-        <source>%1 cannot be started: %2.</source>
-        <translation>无法启动 %1：%2。</translation>
-    </message>
-    <message>
-        <source>It closed its output and went on.</source>
-        <translation>它关闭了输出，但仍在运行。</translation>
-    </message>
-    <message>
-        <source>It was ended by the signal %1.</source>
-        <translation>它被信号 %1 终止。</translation>
     </message>
     <message>
         <source>The key include takes a list of photo and pictures.</source>
@@ -304,6 +276,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>chromium or firefox</source>
         <translation>chromium 或 firefox</translation>
+    </message>
+    <message>
+        <source>Make the extension again for the sites that are listed, in the browsers that have it. An upgrade of the package does that too.</source>
+        <translation>在已安装该扩展程序的浏览器中，为已列出的网站重新制作扩展程序。升级软件包时也会这样做。</translation>
     </message>
 </context>
 <context>

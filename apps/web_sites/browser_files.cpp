@@ -12,11 +12,11 @@ const QLatin1String HOST_FILE("/native-messaging-hosts/" IDCARD_BROWSER_HOST_NAM
 
 QVector<Browser> browsers(const QString &root)
 {
-    return {{QStringLiteral("chromium"),
+    return {{QStringLiteral("chromium"), false,
              root + QStringLiteral("/etc/chromium/policies/managed/idcard-reader.json"),
              root + QStringLiteral("/etc/chromium") + HOST_FILE},
             // The folder of extensions for everybody, and in it that of Firefox.
-            {QStringLiteral("firefox"),
+            {QStringLiteral("firefox"), true,
              root + QStringLiteral("/usr/share/mozilla/extensions/"
                                    "{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/" IDCARD_FIREFOX_ID),
              root + QStringLiteral("/usr/lib/mozilla") + HOST_FILE}};

@@ -12,6 +12,7 @@ namespace app
 
 struct Browser {
     QString name;
+    bool isFirefox = false;
     QString installation; ///< the policy or link by which it has the extension
     QString hostFile;     ///< the file by which it finds the host: {"path": ...}
 };

@@ -129,6 +129,40 @@ TEST_F(BrowserSetup, NewRelease_CountsFromOneAgain)
     EXPECT_EQ(version(), "1.6.0.1");
 }
 
+TEST_F(BrowserSetup, Renewal_MakesTheNewReleaseForTheSitesInTheBrowsersThatHaveIt)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    writeFile(path("etc/list/origins"), "https://pms.example\nhttp://intranet\n");
+    writeFile(path("shipped/chromium/manifest.json"),
+              R"({"version": "1.6.0", "externally_connectable": {"matches": []}})");
+    EXPECT_EQ(renewExtensions(places()), "");
+    EXPECT_EQ(version(), "1.6.0.1");
+    EXPECT_THAT(patterns(), ElementsAre("https://pms.example:443/*", "http://intranet:80/*"));
+    EXPECT_FALSE(QFile::exists(path("var/firefox")));
+
+    EXPECT_EQ(allow("https://pms.example", "firefox"), "");
+    EXPECT_EQ(renewExtensions(places()), "");
+    EXPECT_EQ(version(), "1.6.0.2");
+    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
+}
+
+TEST_F(BrowserSetup, RenewalWithoutSites_ChangesNothing)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    writeFile(path("etc/list/origins"), "# https://pms.example\n");
+    EXPECT_EQ(renewExtensions(places()), "");
+    EXPECT_EQ(version(), "1.5.0.1");
+}
+
+TEST_F(BrowserSetup, RenewalThatFails_IsReported)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    ASSERT_TRUE(QFile::remove(path("browser")));
+    EXPECT_THAT(renewExtensions(places()).toStdString(), HasSubstr("cannot be started"));
+    writeFile(path("etc/list/origins"), "https://*.example\n");
+    EXPECT_THAT(renewExtensions(places()).toStdString(), HasSubstr("origins, line 1:"));
+}
+
 TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
 {
     writeFile(path("etc/list/origins"), "https://*.example\n");
@@ -282,6 +316,8 @@ TEST(BrowserSetupProgram, WrongUsage_IsRefused)
              {{"--allow", "https://pms.example/", "--browser", "chromium"}, "https://pms.example/"},
              {{"--allow", "https://pms.example", "--browser", "lynx"}, "lynx"},
              {{"--show", "--remove"}, "--remove"},
+             {{"--renew", "--remove"}, "--remove"},
+             {{"--renew", "--allow", "https://pms.example"}, "--allow"},
              {{"--show", "--allow", "https://pms.example", "--browser", "chromium"}, "--allow"}})
         expectEnd(runProcess("idcard-browser-setup", call.arguments), 2, call.problem);
 }
