@@ -61,12 +61,16 @@ protected:
         return marks;
     }
 
-    /** While programs go on asking. */
-    void expectForgotten(const QStringList &marks)
+    /** `meanwhile`: what programs go on doing. */
+    void expectForgotten(
+        const QStringList &marks, const std::function<void()> &meanwhile = [] {}) const
     {
         EXPECT_TRUE(isKept(QStringLiteral(IDCARD_SERVICE_NAME))); // the search finds what is there
         for (const QString &mark : marks) {
-            const auto isForgotten = [&] { return m_client.state() == "idle" && !isKept(mark); };
+            const auto isForgotten = [&] {
+                meanwhile();
+                return !isKept(mark);
+            };
             EXPECT_TRUE(waitFor(isForgotten, 5000)) << mark.toStdString();
         }
     }
@@ -90,11 +94,18 @@ TEST_F(ServiceMemory, CardThatWasDelivered_IsForgotten)
     expectForgotten(read());
 }
 
+TEST_F(ServiceMemory, CardThatWasDelivered_IsForgottenWhileProgramsGoOnAsking)
+{
+    serveCard();
+    expectForgotten(read(), [this] { m_client.state(); });
+}
+
 TEST_F(ServiceMemory, CardThatWasWatched_IsForgotten)
 {
     serveCard();
     const QStringList marks = read();
     m_client.ask("StartWatching", {QStringList()});
+    ASSERT_TRUE(becomes("idle"));
     expectForgotten(marks);
 }
 
@@ -107,6 +118,7 @@ TEST_F(ServiceMemory, CardBeforeAReadingThatWasCancelled_IsForgotten)
     const QDBusPendingCall reading = m_client.beginRead();
     ASSERT_TRUE(becomes("reading"));
     m_client.ask("Cancel");
+    ASSERT_TRUE(becomes("idle"));
     expectForgotten(marks);
 }
 
