@@ -92,23 +92,17 @@ private:
         m_origin = request.origin;
         if (!request.language.isEmpty())
             chooseLanguage(QLocale(request.language));
+        const OriginList list = readOriginList(m_settings.originList, m_settings.listOwner);
         if (!request.problem.isEmpty())
             refuse(BrowserFault::REQUEST_WRONG, request.problem);
-        else if (isAllowed(request.origin))
-            startTool(request);
-    }
-
-    bool isAllowed(const QString &origin)
-    {
-        const OriginList list = readOriginList(m_settings.originList, m_settings.listOwner);
-        if (!list.mistake.isEmpty())
+        else if (!list.mistake.isEmpty())
             refuse(BrowserFault::LIST_REFUSED, list.mistake);
-        else if (!list.origins.contains(origin))
-            refuse(BrowserFault::ORIGIN_NOT_LISTED,
-                   filledIn(tr("%1 is not in %2."), printable(origin), m_settings.originList));
+        else if (!list.origins.contains(request.origin))
+            refuse(
+                BrowserFault::ORIGIN_NOT_LISTED,
+                filledIn(tr("%1 is not in %2."), printable(request.origin), m_settings.originList));
         else
-            return true;
-        return false;
+            startTool(request);
     }
 
     void startTool(const Request &request)

@@ -93,7 +93,7 @@ public:
                                                     &Installation::writeHostFile,
                                                     &Installation::linkExtension};
         for (const Step step : m_browser.isFirefox ? inFirefox : inChromium) {
-            const QString problem = (this->*step)();
+            QString problem = (this->*step)();
             if (!problem.isEmpty())
                 return problem;
         }
@@ -228,7 +228,7 @@ private:
     /** Firefox takes the extension from a folder, when it starts. */
     QString linkExtension() const
     {
-        const QString problem = removeFile(m_browser.installation);
+        QString problem = removeFile(m_browser.installation);
         if (!problem.isEmpty())
             return problem;
         QDir().mkpath(QFileInfo(m_browser.installation).path());

@@ -3,11 +3,10 @@
 #include <cerrno>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
@@ -36,8 +35,6 @@ QString distrustOf(int descriptor, const QString &path, uid_t owner)
     struct stat state = {};
     if (::fstat(descriptor, &state) != 0)
         return filledIn(tr("%1 cannot be read: %2."), path, systemError(errno));
-    if (!S_ISREG(state.st_mode))
-        return tr("%1 is no file.").arg(path);
     if (state.st_uid != owner)
         return filledIn(tr("%1 belongs to the user with the number %2, not to %3."), path,
                         QString::number(state.st_uid), QString::number(owner));
@@ -67,13 +64,6 @@ OriginList parsed(const QByteArray &content, const QString &path)
     return list;
 }
 
-bool isPort(const QString &digits, const QString &scheme)
-{
-    const int port = digits.toInt();
-    const int usual = scheme == QLatin1String("https") ? 443 : 80;
-    return port >= 1 && port <= HIGHEST_PORT && port != usual;
-}
-
 } // namespace
 
 bool isOrigin(const QString &text)
@@ -85,10 +75,10 @@ bool isOrigin(const QString &text)
         "|\\[[0-9a-f:]+\\])"
         "(?::([1-9][0-9]{0,4}))?\\z"));
     const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch() || match.capturedLength(2) > LONGEST_HOST)
-        return false;
-    const QString port = match.captured(3);
-    return port.isEmpty() || isPort(port, match.captured(1));
+    const int usualPort = match.captured(1) == QLatin1String("https") ? 443 : 80;
+    const int port = match.captured(3).toInt();
+    return match.hasMatch() && match.capturedLength(2) <= LONGEST_HOST && port <= HIGHEST_PORT &&
+           port != usualPort;
 }
 
 QString originListPath()
@@ -98,16 +88,13 @@ QString originListPath()
 
 OriginList readOriginList(const QString &path, uid_t owner)
 {
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
-        return refused(filledIn(tr("%1 cannot be read: %2."), path, systemError(errno)));
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) // opening it could wait for ever
         return refused(tr("%1 is no file.").arg(path));
-    }
-    const QString distrust = distrustOf(descriptor, path, owner);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return refused(
+            filledIn(tr("%1 cannot be read: %2."), path, translatedSystemText(file.errorString())));
+    const QString distrust = distrustOf(file.handle(), path, owner);
     if (!distrust.isEmpty())
         return refused(distrust);
     return parsed(file.read(LARGEST_LIST + 1), path);
