@@ -89,10 +89,3 @@ std::string assignedFields(const Record &record)
             names += (names.empty() ? "" : " ") + std::string(field.name);
     return names;
 }
-
-/** The names of all fields, separated by blanks. */
-template <typename Record>
-std::string allFields()
-{
-    return assignedFields(Record());
-}

@@ -3,7 +3,6 @@
 #include "common/common.h"
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <vector>
 

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -109,16 +109,12 @@ TEST_P(Portrait, LetsNothingThroughButTheBackground)
     EXPECT_LT(background(file).size(), 8500U);
 }
 
-TEST(Portraits, All_LookDifferent)
+TEST(Portraits, AllAndThoseOfBuiltInCards_LookDifferent)
 {
     std::set<QByteArray> files;
     for (unsigned int portrait = 0; portrait < PORTRAITS; ++portrait)
         files.insert(portraitFile(static_cast<std::uint8_t>(portrait)));
     EXPECT_EQ(files.size(), 32U);
-}
-
-TEST(Portraits, OfBuiltInCards_AllLookDifferent)
-{
     std::set<QByteArray> photos;
     for (const QString &name : builtInCardNames())
         photos.insert(photoBmpFile(builtIn(name)));

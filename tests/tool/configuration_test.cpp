@@ -11,7 +11,6 @@
 #include "tests/tool/tool_runner.h"
 
 using namespace app;
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;

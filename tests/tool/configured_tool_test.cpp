@@ -1,7 +1,5 @@
 // The built program with configuration files: what they decide, and what the command line does.
 
-#include <csignal>
-
 #include <gmock/gmock.h>
 
 #include "tests/support/files.h"
@@ -10,7 +8,6 @@
 
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace
 {
@@ -50,11 +47,12 @@ TEST_F(ConfiguredTool, RoadOfTheFileIsTakenByReadAndWatch)
     EXPECT_EQ(roadOf(run({"watch", "--simulator-photos", "--count", "1"})), "usb");
 }
 
-TEST_F(ConfiguredTool, RoadOfTheCommandLineWins)
+TEST_F(ConfiguredTool, RoadOfTheCommandLineAndThatOfUsbWin)
 {
     plugIn("resident");
     configure("road = library\n");
     EXPECT_EQ(roadOf(run({"read", "--json", "--simulator-photos", "--road", "usb"})), "usb");
+    EXPECT_EQ(roadOf(run({"usb", "--json", "--simulator-photos"})), "usb");
     configure("road = usb\n");
     expectEnd(run({"read", "--road", "library"}), 3, "Code: -5");
 }
@@ -64,13 +62,6 @@ TEST_F(ConfiguredTool, SimulatorWinsOverTheRoadOfTheFile)
     configure("road = usb\ndevice = 1209:0001\n");
     EXPECT_EQ(roadOf(run({"read", "--json", "--simulate", "resident"})), "reader-library");
     EXPECT_EQ(roadOf(run({"watch", "--simulate", "resident"})), "reader-library");
-}
-
-TEST_F(ConfiguredTool, RoadOfTheFileDoesNotBearOnUsb)
-{
-    plugIn("resident");
-    configure("road = library\n");
-    EXPECT_EQ(roadOf(run({"usb", "--json", "--simulator-photos"})), "usb");
 }
 
 TEST_F(ConfiguredTool, DeviceOfTheFileIsTakenAndThatOfTheCommandLineWins)

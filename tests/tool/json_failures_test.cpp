@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QRegularExpression>
-
 #include "apps/reading/failure.h"
 #include "simulator/card/raw_record.h"
 #include "tests/support/files.h"

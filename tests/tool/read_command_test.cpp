@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QJsonDocument>
 
 #include "tests/support/files.h"
@@ -13,7 +12,6 @@
 #include "tests/tool/terminal.h"
 #include "tests/tool/tool_runner.h"
 
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;

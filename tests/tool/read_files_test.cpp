@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QJsonDocument>
 
 #include "simulator/card/raw_record.h"
 #include "tests/support/files.h"

@@ -13,7 +13,6 @@
 #include "tests/tool/tool_runner.h"
 
 using app::ToolRun;
-using testing::HasSubstr;
 
 namespace
 {

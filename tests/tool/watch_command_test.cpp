@@ -16,7 +16,6 @@
 #include "tests/tool/tool_runner.h"
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
