@@ -9,6 +9,7 @@
 #include "tests/faults/failing_calls.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
+#include "tests/support/test_name.h"
 
 namespace
 {
@@ -63,12 +64,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(EachKind, ConverterCall,
                          testing::Values("resident", "hmt-hong-kong", "foreign-2017",
                                          "foreign-new"),
-                         [](const auto &instance) {
-                             std::string name = instance.param;
-                             for (char &c : name)
-                                 c = c == '-' ? '_' : c;
-                             return name;
-                         });
+                         testNameOf);
 
 } // namespace
 

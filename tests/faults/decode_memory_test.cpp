@@ -14,6 +14,7 @@
 #include "tests/faults/quiet_log.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
+#include "tests/support/test_name.h"
 
 namespace
 {
@@ -107,16 +108,15 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    EachKind, Decoding,
-    testing::Combine(testing::Values("resident", "hmt-hong-kong", "foreign-2017", "foreign-new"),
-                     testing::Values(Extent::ONE, Extent::AND_ALL_AFTER)),
-    [](const auto &instance) {
-        std::string name = std::get<0>(instance.param);
-        for (char &c : name)
-            c = c == '-' ? '_' : c;
-        return name + (std::get<1>(instance.param) == Extent::ONE ? "_one" : "_all_after");
-    });
+INSTANTIATE_TEST_SUITE_P(EachKind, Decoding,
+                         testing::Combine(testing::Values("resident", "hmt-hong-kong",
+                                                          "foreign-2017", "foreign-new"),
+                                          testing::Values(Extent::ONE, Extent::AND_ALL_AFTER)),
+                         [](const auto &instance) {
+                             return testName(std::get<0>(instance.param)) +
+                                    (std::get<1>(instance.param) == Extent::ONE ? "_one"
+                                                                                : "_all_after");
+                         });
 
 } // namespace
 

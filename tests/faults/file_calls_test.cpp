@@ -1,5 +1,5 @@
-// Every call that writes a file, of the programs and of the library, failing in turn: all files are
-// there or none, what was there before stays, and the failure is reported.
+// Every call by which the programs write a file failing in turn: all files are there or none, what
+// was there before stays, and the failure is reported.
 
 #include <algorithm>
 #include <cerrno>
@@ -11,7 +11,6 @@
 #include <QTemporaryDir>
 
 #include "apps/card/file_set.h"
-#include "iddata/iddata.h"
 #include "tests/faults/failing_files.h"
 #include "tests/support/files.h"
 #include "tests/support/message_log.h"
@@ -21,7 +20,6 @@ namespace
 {
 
 using namespace faults;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 using State = std::map<std::string, std::string>;
@@ -244,36 +242,6 @@ INSTANTIATE_TEST_SUITE_P(OfTheTool, ToolFileCall,
                                          ToolCase{"fsync", EIO}, ToolCase{"open", EACCES}),
                          [](const auto &instance) { return std::string(instance.param.function); });
 
-/** What `saveFpRawDataToFile` says and leaves of 512 bytes when a call fails. */
-class FingerprintFile : public testing::Test
-{
-protected:
-    void SetUp() override { QDir::setCurrent(base.path()); }
-    void TearDown() override
-    {
-        setFailingFileCalls({});
-        QDir::setCurrent(before);
-    }
-
-    std::vector<std::string> save(const char *function, int error)
-    {
-        const MessageLog log;
-        setFailingFileCalls({{function, 1, error, base.path().toStdString()}});
-        std::vector<unsigned char> prints(512, 'p');
-        QByteArray record;
-        CIdData(record, FP_INFO_ONE).saveFpRawDataToFile(FP_INFO_ONE, prints.data());
-        setFailingFileCalls({});
-        return log.texts();
-    }
-
-    static constexpr const char *NAME = "fp_raw_data.dat";
-
-    QString before = QDir::currentPath();
-    QTemporaryDir base;
-};
-
-constexpr const char *BEFORE = "source id card has one fp data";
-
 } // namespace
 
 TEST_P(ToolFileCall, Fails_StatusSevenNothingLeftAndTheCardIsPrintedAllTheSame)
@@ -295,26 +263,4 @@ TEST_P(ToolFileCall, Fails_StatusSevenNothingLeftAndTheCardIsPrintedAllTheSame)
     EXPECT_THAT(result.standardError.toStdString(), HasSubstr(std::strerror(GetParam().error)));
     EXPECT_THAT(result.standardOutput.toStdString(), HasSubstr("990000199003074284"));
     EXPECT_FALSE(QDir(folder).exists());
-}
-
-TEST_F(FingerprintFile, CannotBeOpened_IsReportedAndTheEarlierOneStays)
-{
-    writeFile(QString::fromLatin1(NAME), "earlier");
-    EXPECT_THAT(save("open", EACCES), ElementsAre(BEFORE, "Failed to open the file for writing."));
-    EXPECT_EQ(readFile(QString::fromLatin1(NAME)), "earlier");
-}
-
-TEST_F(FingerprintFile, CannotBeWritten_IsReportedWithWhatIsMissing)
-{
-    for (const int error : ERRORS)
-        EXPECT_THAT(save("write", error),
-                    ElementsAre(BEFORE, "wrote 0 bytes to the file,  want to write  512 bytes to "
-                                        "the file."));
-}
-
-TEST_F(FingerprintFile, WritingIsInterrupted_GoesOn)
-{
-    EXPECT_THAT(save("write", EINTR),
-                ElementsAre(BEFORE, "Successfully wrote 512 bytes to the file."));
-    EXPECT_EQ(readFile(QString::fromLatin1(NAME)), QByteArray(512, 'p'));
 }

@@ -102,8 +102,8 @@ protected:
         m_usb->plugIn("resident");
     }
 
-    /** Reads with the call failing with `error`; the reader is closed then. */
-    static void read(const Call &call, int error)
+    /** Reads with the call failing with `error`, and closes the reader; whether it was opened. */
+    static bool read(const Call &call, int error)
     {
         const bool mayOpenElsewhere = call.code == USB_READER_OPEN_FAILED;
         const int code =
@@ -114,9 +114,11 @@ protected:
         IdReader reader;
         EXPECT_EQ(reader.fetch_data(out, fp), code == USB_READER_OK);
         EXPECT_EQ(reader.lastError(), code);
-        EXPECT_EQ(reader.state() == 2, code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH);
+        const bool isOpened = code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH;
+        EXPECT_EQ(reader.state() == 2, isOpened);
         EXPECT_EQ(out.size(), code == USB_READER_OK ? 2321 : 6);
         EXPECT_EQ(fp, code == USB_READER_OK ? FP_INFO_TWO : UNTOUCHED);
+        return isOpened;
     }
 
     static void expectEnd(const Lines &log, const Lines &end, int error)
@@ -128,13 +130,14 @@ protected:
                                libusb_error_name(error)));
     }
 
-    void expectEverythingGivenBack() const
+    void expectEverythingGivenBack(bool wasOpened) const
     {
         const LibusbCalls &counts = libusbCalls();
         EXPECT_EQ(counts.exit, counts.initialised);
         EXPECT_EQ(counts.listsFreed, counts.lists);
         EXPECT_EQ(counts.listsFreedWithDevices, counts.lists);
         EXPECT_EQ(counts.closed, counts.opened);
+        EXPECT_EQ(counts.released, wasOpened ? 1 : 0);
         for (const QString &leftOver : m_usb->bus().leftOvers())
             ADD_FAILURE() << leftOver.toStdString();
     }
@@ -154,9 +157,9 @@ TEST_P(LibusbCall, FailsWithAnyCode_IsReportedAndEverythingIsReleased)
     for (const int error : CODES) {
         SCOPED_TRACE(libusb_error_name(error));
         const MessageLog log;
-        read(GetParam(), error);
+        const bool wasOpened = read(GetParam(), error);
         expectEnd(log.texts(), GetParam().log, error);
-        expectEverythingGivenBack();
+        expectEverythingGivenBack(wasOpened);
     }
 }
 

@@ -3,6 +3,7 @@
 // IDCARD_TEST_EVERY_ALLOCATION set, really every one, and a table on standard output.
 
 #include "tests/faults/read_sweep.h"
+#include "tests/support/test_name.h"
 
 #include <iostream>
 
@@ -56,15 +57,14 @@ class ReadMemory : public testing::TestWithParam<std::tuple<int, Extent>>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    EachKind, ReadMemory,
-    testing::Combine(testing::Range(0, 4), testing::Values(Extent::ONE, Extent::AND_ALL_AFTER)),
-    [](const auto &instance) {
-        std::string name = cardsOfEachKind()[std::get<0>(instance.param)].name;
-        for (char &c : name)
-            c = c == '-' ? '_' : c;
-        return name + (std::get<1>(instance.param) == Extent::ONE ? "_one" : "_all_after");
-    });
+INSTANTIATE_TEST_SUITE_P(EachKind, ReadMemory,
+                         testing::Combine(testing::Range(0, 4),
+                                          testing::Values(Extent::ONE, Extent::AND_ALL_AFTER)),
+                         [](const auto &instance) {
+                             return testName(cardsOfEachKind()[std::get<0>(instance.param)].name) +
+                                    (std::get<1>(instance.param) == Extent::ONE ? "_one"
+                                                                                : "_all_after");
+                         });
 
 } // namespace
 

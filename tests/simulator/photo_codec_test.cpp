@@ -64,21 +64,3 @@ TEST(PhotoCodec, PortraitThatThereIsNot_DoesNotDecode)
     for (const std::uint8_t portrait : {std::uint8_t{PORTRAITS}, std::uint8_t{255}})
         EXPECT_TRUE(decompressPhoto(compressPhoto(portrait, 7)).isEmpty()) << int{portrait};
 }
-
-TEST(PhotoCodec, PixelRows_AreThoseOfTheFileWithRedFirst)
-{
-    constexpr int FIRST_ROW = 54;
-    constexpr int STRIDE = 308;
-    const QByteArray file = portraitFile(9);
-    const QByteArray rows = pixelRows(file);
-    ASSERT_EQ(rows.size(), 38556);
-    for (int y = 0; y < 126; ++y) {
-        for (int x = 0; x < 102; ++x) {
-            const int inRows = (y * 102 + x) * 3;
-            const int inFile = FIRST_ROW + y * STRIDE + x * 3;
-            ASSERT_EQ(rows.at(inRows), file.at(inFile + 2));
-            ASSERT_EQ(rows.at(inRows + 1), file.at(inFile + 1));
-            ASSERT_EQ(rows.at(inRows + 2), file.at(inFile));
-        }
-    }
-}

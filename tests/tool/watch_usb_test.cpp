@@ -290,16 +290,4 @@ TEST_F(WatchUsb, ReadingThatTakesTooLongEndsItWithAnEvent)
     EXPECT_EQ(events[0]["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
 }
 
-TEST_F(WatchUsb, EveryCardGetsAFolder)
-{
-    plugIn("resident");
-    RunningTool tool(watch({"--out", out()}), onBus());
-    EXPECT_EQ(parsedObject(tool.nextLine())["photo"].toObject()["file"].toString(),
-              out() + "/0001/photo.bmp");
-    lay("hmt-macao");
-    EXPECT_FALSE(tool.nextLine().isEmpty());
-    EXPECT_EQ(ended(tool).exitStatus, 0);
-    EXPECT_THAT(namesIn(out()), ElementsAre("0001", "0002"));
-}
-
 } // namespace

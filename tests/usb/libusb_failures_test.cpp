@@ -93,19 +93,6 @@ TEST_F(LibusbFailure, DescriptorBehindTheReader_IsNotAskedFor)
     expectLog(lines::OPENED);
 }
 
-TEST_F(LibusbFailure, NoneAtAll_EverythingIsReleasedOnce)
-{
-    plugIn();
-    {
-        const OpenedDevice opened;
-    }
-    EXPECT_EQ(libusbCalls().init, 1);
-    EXPECT_EQ(libusbCalls().released, 1);
-    EXPECT_EQ(libusbCalls().closed, 1);
-    EXPECT_EQ(libusbCalls().exit, 1);
-    expectLog(lines::OPENED);
-}
-
 TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsReleased)
 {
     {
@@ -116,29 +103,6 @@ TEST_F(LibusbFailure, ReaderNotFound_OnlyTheContextIsReleased)
     EXPECT_EQ(libusbCalls().closed, 0);
     EXPECT_EQ(libusbCalls().exit, 1);
     expectLog({"libusb_open_device_with_vid_pid() failed", "open usb failed!"});
-}
-
-TEST_F(LibusbFailure, ClaimOrResetRefused_TheHandleIsClosedOnceAndNotReleased)
-{
-    for (const bool isClaim : {true, false}) {
-        setCallFailure({});
-        const UsbIds ids{VENDOR, static_cast<std::uint16_t>(isClaim ? 1 : 2)};
-        ScriptedDevice &device = make(ids);
-        device.setClaimedElsewhere(isClaim);
-        device.setRefusesReset(!isClaim);
-        add(device);
-        {
-            const OpenedDevice opened(ids.vendor, ids.product);
-            EXPECT_EQ(libusbCalls().closed, 1) << "at once";
-        }
-        EXPECT_EQ(libusbCalls().closed, 1);
-        EXPECT_EQ(libusbCalls().released, 0);
-        EXPECT_EQ(libusbCalls().exit, 1);
-        expectLog({"found usb device!",
-                   isClaim ? "libusb_claim_interface failed: LIBUSB_ERROR_BUSY"
-                           : "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
-                   "open usb failed!"});
-    }
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 // Finding and selecting a card, as the constructor and the two calls do. What becomes of them when
 // a transfer fails or an answer is another is in the table of the faults.
 
-#include <chrono>
-#include <thread>
-
 #include <gmock/gmock.h>
 
 #include "tests/usb/exposed_reader.h"
@@ -65,26 +62,6 @@ TEST_F(ReaderExchanges, LookupAndSelectCalledAgain_RunTheirExchanges)
     EXPECT_TRUE(reader.select());
     EXPECT_EQ(reader.lastError(), 0);
     expectLog(lines::READY + lines::LOOKED_UP + lines::SELECTED);
-}
-
-TEST_F(ReaderExchanges, WriteThatIsNeverTaken_EndsWhenTheReaderIsUnplugged)
-{
-    ScriptedDevice &device = make();
-    device.expectWrite(0x02, frames::LOOKUP, ended(UsbStatus::PENDING));
-    add(device);
-    constexpr std::chrono::milliseconds AFTER{7000}; // longer than any read waits
-    std::thread hand([this, &device, AFTER] {
-        std::this_thread::sleep_for(AFTER);
-        bus().change([&device] { device.setPluggedIn(false); });
-    });
-    const auto start = std::chrono::steady_clock::now();
-    const IdReader reader;
-    const auto took = std::chrono::steady_clock::now() - start;
-    hand.join();
-    EXPECT_GE(took, AFTER);
-    EXPECT_LT(took, AFTER + std::chrono::seconds(2));
-    EXPECT_EQ(reader.lastError(), -12);
-    expectLog(lines::OPENED + Lines{"write pipe2 error(-4)!"});
 }
 
 } // namespace
