@@ -6,9 +6,12 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QTest>
 
 #include <unistd.h>
 
+#include "apps/card/card_output.h"
+#include "apps/viewer/card_desk.h"
 #include "apps/viewer/service_run.h"
 #include "tests/service/private_bus.h"
 #include "tests/usb/reader_on_bus.h"
@@ -16,11 +19,19 @@
 namespace
 {
 
-/** The bus that this program takes for that of the system, which it looks for once. */
-QDBusConnection systemBus()
+const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
+
+/** That this program takes for the bus of the system, which it looks for once. */
+const PrivateBus &messageBus()
 {
     static const PrivateBus bus{QString(QLatin1String(OPEN_POLICY))};
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
+    return bus;
+}
+
+QDBusConnection systemBus()
+{
+    messageBus();
     return QDBusConnection::systemBus();
 }
 
@@ -48,14 +59,12 @@ class ServiceNeed : public testing::Test, public usb_test::ReaderOnBus
 protected:
     ~ServiceNeed() override
     {
-        systemBus().unregisterService(QStringLiteral(IDCARD_SERVICE_NAME));
+        systemBus().unregisterService(NAME);
         expectAllGivenBack();
     }
 
-    static void serve()
-    {
-        ASSERT_TRUE(systemBus().registerService(QStringLiteral(IDCARD_SERVICE_NAME)));
-    }
+    /** Its name is enough to be found. */
+    static void serve() { ASSERT_TRUE(systemBus().registerService(NAME)); }
 
     static bool isServiceNeeded()
     {
@@ -88,6 +97,28 @@ TEST_F(ServiceNeed, NoReader_NeedsNoService)
 {
     serve();
     EXPECT_FALSE(isServiceNeeded());
+}
+
+TEST_F(ServiceNeed, WindowThatNeedsTheService_ReadsByIt)
+{
+    plugIn("resident", "permission-denied");
+    ProcessInput input;
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", messageBus().address()}};
+    const RunningProcess service(QStringLiteral("idcard-readerd"),
+                                 {"--session", "--simulate", "foreign-new"}, input);
+    ASSERT_TRUE(
+        QTest::qWaitFor([] { return systemBus().interface()->isServiceRegistered(NAME).value(); }));
+    app::CardDesk desk;
+    app::CardPointer card;
+    QObject::connect(&desk, &app::CardDesk::cardRead, &desk,
+                     [&](const app::CardPointer &read) { card = read; });
+    {
+        const NotRoot user;
+        desk.read();
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !desk.isReading(); }, 20000));
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(app::holderName(*card), QStringLiteral("TANAKA, HARUTO"));
 }
 
 } // namespace
