@@ -1,17 +1,19 @@
 #include "apps/process/child_process.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonDocument>
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,46 +31,23 @@ namespace
 
 IDCARD_TEXTS(Process)
 
-constexpr int MOST_BYTES = 256 * 1024;
+constexpr qint64 MOST_READ = 262144;
+constexpr rlim_t MOST_WRITTEN = 16777216; ///< to any file, so also in memory
 constexpr int LOOK_MS = 2;
 constexpr char END_MARK[] = "\x04\n"; ///< the last line: an exit without it is a crash
 
-class ReadPipe
+/** In memory, for a child to fill. */
+void openForChild(QFile *file)
 {
-public:
-    ReadPipe()
-    {
-        if (::pipe2(m_ends.data(), O_CLOEXEC) != 0)
-            m_ends = {-1, -1};
-        else
-            ::fcntl(m_ends[0], F_SETFL, O_NONBLOCK);
-    }
-    ~ReadPipe()
-    {
-        ::close(m_ends[0]);
-        closeWriteEnd();
-    }
-    ReadPipe(const ReadPipe &) = delete;
-    ReadPipe &operator=(const ReadPipe &) = delete;
+    file->open(::memfd_create("child", MFD_CLOEXEC), QIODevice::ReadOnly,
+               QFileDevice::AutoCloseHandle);
+}
 
-    bool isOpen() const { return m_ends[0] >= 0; }
-    int writeEnd() const { return m_ends[1]; }
-    void closeWriteEnd() { ::close(std::exchange(m_ends[1], -1)); }
-
-    /** Takes what is there; what is beyond the limit is dropped. */
-    void take(QByteArray *text) const
-    {
-        std::array<char, 4096> buffer{};
-        ssize_t count = 0;
-        while ((count = ::read(m_ends[0], buffer.data(), buffer.size())) > 0) {
-            if (text->size() < MOST_BYTES)
-                text->append(buffer.data(), static_cast<int>(count));
-        }
-    }
-
-private:
-    std::array<int, 2> m_ends = {-1, -1};
-};
+QByteArray contentOf(QFile *file)
+{
+    file->seek(0);
+    return file->read(MOST_READ);
+}
 
 /** Closes what this process had open, except the standard streams and one more. */
 void closeFilesBut(int kept)
@@ -91,6 +70,9 @@ void writeTo(int descriptor, const QByteArray &text)
 [[noreturn]] void runChild(const std::function<void(const SendValues &)> &work, int channel,
                            int log)
 {
+    const rlimit limit{MOST_WRITTEN, MOST_WRITTEN};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_IGN); // what is beyond the limit is dropped
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_DUMPABLE, 0);
@@ -131,40 +113,36 @@ JsonObject merged(const QByteArray &lines)
 ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs)
 {
     ChildRun run;
-    ReadPipe channel;
-    ReadPipe log;
-    const pid_t child = channel.isOpen() && log.isOpen() ? ::fork() : -1;
+    QFile channel;
+    QFile log;
+    openForChild(&channel);
+    openForChild(&log);
+    const pid_t child = channel.handle() >= 0 && log.handle() >= 0 ? ::fork() : -1;
     if (child < 0) {
         run.end = ChildRun::End::CRASHED;
         run.how = tr("no process could be started: %1").arg(systemError(errno));
         return run;
     }
     if (child == 0)
-        runChild(work, channel.writeEnd(), log.writeEnd());
+        runChild(work, channel.handle(), log.handle());
     ::setpgid(child, child); // whichever of the two is first
-    channel.closeWriteEnd();
-    log.closeWriteEnd();
 
-    QByteArray lines;
     QElapsedTimer time;
     time.start();
     int status = 0;
     bool hasEnded = false;
     while (!hasEnded && !time.hasExpired(timeoutMs)) {
         hasEnded = ::waitpid(child, &status, WNOHANG) == child;
-        channel.take(&lines);
-        log.take(&run.log);
-        // The end of a pipe may come before that of the child, and after it where it has children.
         if (!hasEnded)
             ::poll(nullptr, 0, LOOK_MS);
     }
     ::kill(-child, SIGKILL);
     if (!hasEnded)
         ::waitpid(child, &status, 0);
-    channel.take(&lines);
-    log.take(&run.log);
 
+    const QByteArray lines = contentOf(&channel);
     run.values = merged(lines);
+    run.log = contentOf(&log);
     if (!hasEnded) {
         run.end = ChildRun::End::TIMED_OUT;
     } else if (!lines.endsWith(END_MARK)) {

@@ -135,6 +135,20 @@ TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
     EXPECT_LE(run.log.size(), 300 * 1024);
 }
 
+TEST(DoctorsChild, ThatPrintsWithoutEndDoesNotFillTheMemory)
+{
+    const ChildRun run = runChild([](const SendValues &send) {
+        const QByteArray noise(1 << 20, 'x');
+        qint64 printed = 0;
+        for (int i = 0; i < 40; ++i)
+            printed += std::max<ssize_t>(write(STDERR_FILENO, noise.constData(), 1 << 20), 0);
+        send({{"printed", printed}});
+    });
+    EXPECT_EQ(run.end, ChildRun::End::DONE);
+    EXPECT_GE(run.values["printed"].toInt(), 1 << 20);
+    EXPECT_LE(run.values["printed"].toInt(), 20 << 20);
+}
+
 /** A copy of a built library that a test spoils. */
 class LibraryFiles : public testing::Test
 {
