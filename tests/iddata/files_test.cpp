@@ -3,9 +3,9 @@
 #include "common/common.h"
 #include "tests/iddata/decoder.h"
 #include "tests/iddata/guarded_bytes.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 #include "tests/support/message_log.h"
-#include "tests/tool/file_size_limit.h"
 
 #include <array>
 #include <chrono>

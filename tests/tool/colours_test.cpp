@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/tool/terminal.h"
+#include "tests/support/terminal.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;

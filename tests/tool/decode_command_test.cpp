@@ -10,8 +10,8 @@
 
 #include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
+#include "tests/card/expected_json.h"
 #include "tests/support/files.h"
-#include "tests/tool/expected_json.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;

@@ -4,8 +4,8 @@
 
 #include "apps/reading/failure.h"
 #include "simulator/card/raw_record.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
-#include "tests/tool/file_size_limit.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;

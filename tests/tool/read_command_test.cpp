@@ -7,9 +7,9 @@
 #include <QElapsedTimer>
 #include <QJsonDocument>
 
+#include "tests/card/expected_json.h"
 #include "tests/support/files.h"
-#include "tests/tool/expected_json.h"
-#include "tests/tool/terminal.h"
+#include "tests/support/terminal.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;

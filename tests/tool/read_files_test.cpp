@@ -5,9 +5,9 @@
 #include <QDir>
 
 #include "simulator/card/raw_record.h"
+#include "tests/card/picture_files.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
-#include "tests/tool/file_size_limit.h"
-#include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;

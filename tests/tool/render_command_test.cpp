@@ -8,9 +8,9 @@
 #include <QJsonDocument>
 
 #include "simulator/card/card_library.h"
+#include "tests/card/picture_files.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
-#include "tests/tool/file_size_limit.h"
-#include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;

@@ -11,8 +11,8 @@
 #include <QJsonDocument>
 
 #include "simulator/card/raw_record.h"
+#include "tests/card/expected_json.h"
 #include "tests/support/files.h"
-#include "tests/tool/expected_json.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/fault_cases.h"
 #include "tests/usb/reader_on_bus.h"

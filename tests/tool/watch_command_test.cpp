@@ -10,9 +10,9 @@
 #include <QJsonDocument>
 #include <QThread>
 
+#include "tests/card/picture_files.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
-#include "tests/tool/file_size_limit.h"
-#include "tests/tool/picture_files.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::ElementsAre;

@@ -19,10 +19,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 #include "tests/support/message_log.h"
 #include "tests/support/process.h"
-#include "tests/tool/file_size_limit.h"
 
 namespace
 {

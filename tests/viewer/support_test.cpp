@@ -10,7 +10,7 @@
 
 #include "apps/viewer/card_table.h"
 #include "apps/viewer/true_size.h"
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 
 using namespace app;
 using testing::Contains;

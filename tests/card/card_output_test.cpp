@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 
 #include "apps/card/card_output.h"
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 
 using namespace app;
 

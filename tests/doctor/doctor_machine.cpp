@@ -1,4 +1,4 @@
-#include "tests/tool/doctor_machine.h"
+#include "tests/doctor/doctor_machine.h"
 
 using namespace app;
 using namespace app::doctor;

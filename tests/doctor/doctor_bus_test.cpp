@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "tests/tool/doctor_runner.h"
+#include "tests/doctor/doctor_runner.h"
 #include "tests/usb/reader_on_bus.h"
 
 using testing::AllOf;
@@ -184,7 +184,7 @@ TEST(DoctorsSchema, FitsEveryReportOfTheseTests)
     input.environment = {{"LD_PRELOAD", QString()}, {"UMOCKDEV_DIR", QString()}};
     const ProcessResult run =
         runProcess("/usr/bin/python3",
-                   {QStringLiteral(IDCARD_SOURCE_DIR "/tests/tool/check_doctor_schema.py"),
+                   {QStringLiteral(IDCARD_SOURCE_DIR "/tests/doctor/check_doctor_schema.py"),
                     QStringLiteral(IDCARD_SOURCE_DIR "/docs/doctor.schema.json"), samples().path()},
                    input);
     EXPECT_EQ(run.exitStatus, 0) << run.error();

@@ -6,8 +6,8 @@
 
 #include <sys/resource.h>
 
+#include "tests/doctor/doctor_runner.h"
 #include "tests/support/process.h"
-#include "tests/tool/doctor_runner.h"
 
 using testing::AllOf;
 using testing::EndsWith;

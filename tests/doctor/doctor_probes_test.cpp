@@ -492,7 +492,9 @@ TEST(GroupsOfTheUser, OwnGroupIsInForce)
 TEST(WebPagesOfTheMachine, HaveTheHostsLastAnswerToThisUser)
 {
     const QTemporaryDir folder;
-    const auto probed = [&folder] { return probeWebPages({}, getuid(), folder.path()).lastAnswer; };
+    const auto probed = [&folder] {
+        return probeWebPages(folder.filePath("origins"), getuid(), folder.path()).lastAnswer;
+    };
     ASSERT_TRUE(qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8()));
     EXPECT_TRUE(probed().isEmpty());
     noteLastAnswer("https://pms.example", "card");

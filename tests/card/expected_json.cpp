@@ -1,4 +1,4 @@
-#include "tests/tool/expected_json.h"
+#include "tests/card/expected_json.h"
 
 #include <QDate>
 #include <QJsonArray>

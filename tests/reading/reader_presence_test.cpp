@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "apps/reading/reader_presence.h"
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 
 using namespace app;
 using testing::ElementsAre;

@@ -1,4 +1,4 @@
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 
 #include <algorithm>
 #include <array>

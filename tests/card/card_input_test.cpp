@@ -9,7 +9,7 @@
 #include "apps/card/card_output.h"
 #include "apps/card/record_decoder.h"
 #include "simulator/card/raw_record.h"
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 #include "tests/tool/tool_runner.h"
 
 using namespace app;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tool/card_samples.h"
+#include "tests/card/card_samples.h"
 
 using namespace app;
 

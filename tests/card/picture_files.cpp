@@ -1,4 +1,4 @@
-#include "tests/tool/picture_files.h"
+#include "tests/card/picture_files.h"
 
 #include <gtest/gtest.h>
 

@@ -8,7 +8,7 @@
 
 #include "apps/doctor/report.h"
 #include "reader/usb_codes.h"
-#include "tests/tool/doctor_machine.h"
+#include "tests/doctor/doctor_machine.h"
 
 using namespace app;
 using namespace app::doctor;

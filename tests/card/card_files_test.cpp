@@ -6,8 +6,8 @@
 #include <QFile>
 
 #include "apps/card/card_files.h"
+#include "tests/card/card_samples.h"
 #include "tests/support/files.h"
-#include "tests/tool/card_samples.h"
 #include "tests/tool/tool_runner.h"
 
 using namespace app;

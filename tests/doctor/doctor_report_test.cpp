@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 
 #include "apps/doctor/report.h"
-#include "tests/tool/doctor_machine.h"
+#include "tests/doctor/doctor_machine.h"
 
 using namespace app;
 using namespace app::doctor;

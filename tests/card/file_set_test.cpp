@@ -7,8 +7,8 @@
 #include <sys/stat.h>
 
 #include "apps/card/file_set.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
-#include "tests/tool/file_size_limit.h"
 
 using namespace app;
 using testing::HasSubstr;
