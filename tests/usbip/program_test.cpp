@@ -226,13 +226,16 @@ TEST(VirtualReaderProgram, FaultThatUnplugsClosesTheConnection)
 
 TEST(VirtualReaderProgram, EveryCommandIsAnsweredByOneLineAndBlankLinesAreNone)
 {
-    VirtualReader reader;
+    VirtualReader reader({"--until-end-of-input"});
     reader.write("\n  \nstatus\r\n\nunknown\x1b[2J" + QByteArray(100, 'x') + "\nstatus\n");
     EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
     EXPECT_THAT(reader.nextLine().toStdString(),
                 StartsWith("error: there is no command \"unknown\\u001B[2J" + std::string(49, 'x') +
                            "\"; the commands are card NAME|FILE, take,"));
     EXPECT_THAT(reader.nextLine().toStdString(), StartsWith("ok plugged in"));
+    const ProcessResult run = reader.result();
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_THAT(run.output(), IsEmpty()) << "the end of the input is no line";
 }
 
 TEST(VirtualReaderProgram, LineOfMoreThan65536Bytes_IsRefusedAsOneAndTheNextIsServed)
