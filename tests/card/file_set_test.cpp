@@ -46,26 +46,18 @@ private:
     QTemporaryDir m_base;
 };
 
-TEST_F(FileSet, FilesAppearInANewFolderForTheirOwnerAlone)
+TEST_F(FileSet, FilesAppearInNewFoldersForTheirOwnerAloneWhateverTheMask)
 {
-    EXPECT_THAT(write(m_files), IsEmpty());
-    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
-    EXPECT_EQ(modeOf(path("card")), 0700);
-    EXPECT_EQ(modeOf(path("card/a")), 0600);
-    EXPECT_EQ(modeOf(path("card/b")), 0600);
-}
-
-TEST_F(FileSet, ModesDoNotDependOnTheMask)
-{
-    const mode_t mask = ::umask(0);
-    EXPECT_THAT(write(m_files), IsEmpty());
-    ::umask(mask);
-    EXPECT_EQ(modeOf(path("card")), 0700);
-    EXPECT_EQ(modeOf(path("card/a")), 0600);
-}
-
-TEST_F(FileSet, ParentsOfTheFolderAreMadeAsPrivate)
-{
+    for (const mode_t mask : {mode_t{022}, mode_t{0}}) {
+        const mode_t before = ::umask(mask);
+        EXPECT_THAT(write(m_files, ExistingFiles::REPLACE), IsEmpty());
+        ::umask(before);
+        EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
+        EXPECT_EQ(modeOf(path("card")), 0700);
+        EXPECT_EQ(modeOf(path("card/a")), 0600);
+        EXPECT_EQ(modeOf(path("card/b")), 0600);
+        EXPECT_TRUE(QDir(path("card")).removeRecursively());
+    }
     EXPECT_THAT(writeFileSet(path("x/y/z"), m_files, ExistingFiles::REFUSE).toStdString(),
                 IsEmpty());
     EXPECT_EQ(modeOf(path("x")), 0700);
@@ -89,27 +81,16 @@ TEST_F(FileSet, EmptyContentMakesAnEmptyFileAndNullContentNone)
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "")));
 }
 
-TEST_F(FileSet, OneFileThatIsThereRefusesAllAndIsNamed)
+TEST_F(FileSet, WhatIsThereRefusesAllAndIsNamed)
 {
     ASSERT_TRUE(QDir().mkdir(path("card")));
     writeFile(path("card/b"), "old b");
     EXPECT_THAT(write(m_files), HasSubstr("already holds b"));
-    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "old b")));
-}
-
-TEST_F(FileSet, FileThatMustNotBeThereRefusesAsWell)
-{
-    ASSERT_TRUE(QDir().mkdir(path("card")));
-    writeFile(path("card/b"), "photo of somebody else");
+    // It must not be there, either, where the new set has none.
     EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}), HasSubstr("already holds b"));
-    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "photo of somebody else")));
-}
-
-TEST_F(FileSet, LinkThatLeadsNowhereIsNotOverwritten)
-{
-    ASSERT_TRUE(QDir().mkdir(path("card")));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "old b")));
     ASSERT_TRUE(QFile::link(path("nowhere"), path("card/a")));
-    EXPECT_THAT(write(m_files), HasSubstr("already holds a"));
+    EXPECT_THAT(write(m_files), HasSubstr("already holds a, b"));
     EXPECT_FALSE(QFile::exists(path("nowhere")));
 }
 
@@ -119,13 +100,8 @@ TEST_F(FileSet, ReplacingLeavesTheNewFilesAlone)
     EXPECT_THAT(write(m_files, ExistingFiles::REPLACE), IsEmpty());
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
     EXPECT_EQ(modeOf(path("card/a")), 0600);
-}
-
-TEST_F(FileSet, ReplacingRemovesAFileThatTheNewSetDoesNotHave)
-{
-    makeOldCard();
-    EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}}, ExistingFiles::REPLACE), IsEmpty());
-    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a")));
+    EXPECT_THAT(write({{"a", "newer"}, {"b", QByteArray()}}, ExistingFiles::REPLACE), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "newer")));
 }
 
 TEST_F(FileSet, ReplacingALinkLeavesWhatItPointsTo)
@@ -145,18 +121,13 @@ TEST_F(FileSet, FolderInTheWayIsNeverReplaced)
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "<folder>")));
 }
 
-TEST_F(FileSet, FileInPlaceOfTheFolderIsReportedAndLeft)
+TEST_F(FileSet, FileInPlaceOfAFolderIsReportedAndLeft)
 {
     writeFile(path("card"), "a file");
     EXPECT_THAT(write(m_files), HasSubstr("is not a folder"));
-    EXPECT_EQ(readFile(path("card")), "a file");
-}
-
-TEST_F(FileSet, FolderThatCannotBeMadeIsReported)
-{
-    writeFile(path("file"), "a file");
-    EXPECT_THAT(writeFileSet(path("file/card"), m_files, ExistingFiles::REFUSE).toStdString(),
+    EXPECT_THAT(writeFileSet(path("card/below"), m_files, ExistingFiles::REFUSE).toStdString(),
                 HasSubstr("could not be made"));
+    EXPECT_EQ(readFile(path("card")), "a file");
 }
 
 TEST_F(FileSet, WriteThatFailsHalfWayLeavesNothing)
@@ -193,18 +164,14 @@ TEST_F(FileSet, FileThatCannotGetItsNameBringsTheOldOnesBack)
 
 TEST_F(FileSet, NamesThatMeetOnTheirWayBringTheOldOnesBack)
 {
+    EXPECT_THAT(write({{"c", "1"}, {"c", "2"}}), HasSubstr("could not be written"));
+    EXPECT_FALSE(QFile::exists(path("card")));
     makeOldCard();
     // The second "c" finds the first in its place after "a" and "b" have been replaced.
     EXPECT_THAT(write({{"a", "new a"}, {"b", QByteArray()}, {"c", "1"}, {"./c/../c", "2"}},
                       ExistingFiles::REPLACE),
                 HasSubstr("could not be written"));
     EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
-}
-
-TEST_F(FileSet, NamesThatMeetOnTheirWayAreNotReplacedWhereNothingIsToBe)
-{
-    EXPECT_THAT(write({{"c", "1"}, {"c", "2"}}), HasSubstr("could not be written"));
-    EXPECT_FALSE(QFile::exists(path("card")));
 }
 
 TEST_F(FileSet, ObstacleIsReportedWithoutWriting)
@@ -229,36 +196,19 @@ protected:
     }
 };
 
-TEST_F(NumberedFolders, BeginWithOneAndCountOn)
+TEST_F(NumberedFolders, GoOnAfterTheHighestNumberThatIsThere)
 {
+    ASSERT_TRUE(QDir().mkdir(path("99"))); // other names do not count
+    ASSERT_TRUE(QDir().mkdir(path("2024-cards")));
     EXPECT_EQ(next(), "0001");
     EXPECT_EQ(next(), "0002");
     EXPECT_EQ(modeOf(path("0002")), 0700);
-}
-
-TEST_F(NumberedFolders, GoOnAfterTheHighestThatIsThere)
-{
     ASSERT_TRUE(QDir().mkdir(path("0007")));
     writeFile(path("0009"), "a file also takes its number");
     EXPECT_EQ(next(), "0010");
-}
-
-TEST_F(NumberedFolders, OtherNamesDoNotCount)
-{
-    ASSERT_TRUE(QDir().mkdir(path("99")));
-    ASSERT_TRUE(QDir().mkdir(path("2024-cards")));
-    EXPECT_EQ(next(), "0001");
-}
-
-TEST_F(NumberedFolders, NumbersOfFiveDigitsFollow)
-{
     ASSERT_TRUE(QDir().mkdir(path("9999")));
     EXPECT_EQ(next(), "10000");
     EXPECT_EQ(next(), "10001");
-}
-
-TEST_F(NumberedFolders, FolderThatCannotHoldOneIsReported)
-{
     QString folder;
     EXPECT_THAT(makeNextNumberedFolder(path("missing"), &folder).toStdString(),
                 HasSubstr("could not be made"));

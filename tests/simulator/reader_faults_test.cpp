@@ -79,19 +79,37 @@ TEST_F(ReaderFaults, OpenFailsEvery_CountsFromWhenItWasSet)
     }
 }
 
-TEST_F(ReaderFaults, NoCard_IsNeverFound)
+TEST_F(ReaderFaults, Counts_GoOnAcrossOpeningsUntilTheyAreSetOrPutAgain)
 {
-    set("no-card");
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
-}
-
-TEST_F(ReaderFaults, NoCardWithACount_IsCountedAcrossOpenings)
-{
-    set("no-card=2");
-    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
-    EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
-    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
+    constexpr int NO_CARD = VendorCode::VENDOR_NO_CARD;
+    constexpr int AGAIN = KVO_READ_AGAIN;
+    constexpr int READ = KVO_SUCCESS;
+    const struct {
+        const char *card;   ///< put first; null: the one that lies there stays
+        const char *faults; ///< set then; null: as before
+        std::vector<int> codes;
+    } steps[] = {
+        {"resident", "no-card", {NO_CARD, NO_CARD, NO_CARD, NO_CARD, NO_CARD}},
+        {nullptr, "no-card=2", {NO_CARD, NO_CARD, READ}},
+        {nullptr, "transient-failures=1", {AGAIN}},
+        {nullptr, "transient-failures=1", {AGAIN, READ}}, // set again
+        {nullptr, "transient-failures=1", {AGAIN}},
+        {"resident", nullptr, {READ}}, // a card that is put does not restart the setting's
+        {nullptr, "transient-failures=1,read-fails=33", {AGAIN, 33}},
+        {"resident-transient-failures", "", {AGAIN, AGAIN, READ, READ}},
+        {"resident-transient-failures", nullptr, {AGAIN, AGAIN, READ, READ}},
+        {"resident-transient-failures", "transient-failures=1", {AGAIN, AGAIN, AGAIN, READ}},
+    };
+    for (const auto &step : steps) {
+        if (step.card != nullptr)
+            put(step.card);
+        if (step.faults != nullptr)
+            set(step.faults);
+        std::vector<int> codes;
+        for (std::size_t i = 0; i < step.codes.size(); ++i)
+            codes.push_back(readOnce().code);
+        EXPECT_EQ(codes, step.codes) << "step " << &step - steps;
+    }
 }
 
 TEST_F(ReaderFaults, FindThatSeesNoCardAfterOneThatDid_ForgetsTheCard)
@@ -115,50 +133,6 @@ TEST_F(ReaderFaults, TransientFailures_AreCountedAndThenTheCardIsRead)
     EXPECT_EQ(second.photoLength, 0U);
     EXPECT_EQ(second.photo[0], 0xEE);
     EXPECT_EQ(session.read().code, KVO_SUCCESS);
-}
-
-TEST_F(ReaderFaults, TransientFailures_AreCountedAcrossOpenings)
-{
-    set("transient-failures=1");
-    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-}
-
-TEST_F(ReaderFaults, CountedFault_RestartsWhenSetAgain)
-{
-    set("transient-failures=1");
-    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    set("transient-failures=1");
-    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-}
-
-TEST_F(ReaderFaults, CountOfTheSetting_IsNotRestartedByPuttingACard)
-{
-    set("transient-failures=1");
-    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    put("resident");
-    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-}
-
-TEST_F(ReaderFaults, CountOfTheCard_RestartsWhenItIsPut)
-{
-    for (int round = 0; round < 2; ++round) {
-        put("resident-transient-failures");
-        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-        EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-        EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-    }
-}
-
-TEST_F(ReaderFaults, CountsOfSettingAndCard_AddUp)
-{
-    put("resident-transient-failures");
-    set("transient-failures=1");
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 
 TEST_F(ReaderFaults, CountOfTheSetting_IsUsedUpBeforeThatOfTheCard)
@@ -188,13 +162,6 @@ TEST_F(ReaderFaults, ReadFails_AnswersItsCodeAndWritesNothing)
     EXPECT_EQ(answer.photoLength, 0U);
     EXPECT_EQ(answer.photo[0], 0xEE);
     EXPECT_EQ(answer.fingerprints[0], 0xEE);
-}
-
-TEST_F(ReaderFaults, ReadFailsAfterTransientFailures_ComesLast)
-{
-    set("transient-failures=1,read-fails=33");
-    EXPECT_EQ(readOnce().code, KVO_READ_AGAIN);
-    EXPECT_EQ(readOnce().code, 33);
 }
 
 TEST_F(ReaderFaults, Delay_PassesBeforeEveryAnswerOfARead)
