@@ -69,11 +69,7 @@ public:
     }
 
     /** By SIGTERM, after which no event comes. */
-    ProcessResult ended()
-    {
-        m_tool.signal(SIGTERM);
-        return m_tool.result();
-    }
+    ProcessResult ended() { return m_tool.endedBy(SIGTERM); }
 
 private:
     ProcessFigures sample() const { return figuresOf(QString::number(m_tool.id())); }

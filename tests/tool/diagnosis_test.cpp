@@ -101,8 +101,7 @@ TEST_F(Diagnosis, IsSaidOnceByWatch)
 {
     RunningTool watch({"watch", "--interval", "10"}, {variables()});
     EXPECT_TRUE(watch.waitForError("Code: -5"));
-    watch.signal(SIGTERM);
-    EXPECT_THAT(watch.result().error(), HasSubstr("libkvo_reader.so, is not here"));
+    EXPECT_THAT(watch.endedBy(SIGTERM).error(), HasSubstr("libkvo_reader.so, is not here"));
 }
 
 TEST_F(Diagnosis, MissingDecoderIsNamedForARecordWithItsPhotoCompressed)

@@ -116,8 +116,7 @@ TEST(JsonFailures, WaitThatIsBrokenOffHasANameOfItsOwn)
     RunningTool tool({"read", "--json", "--verbose", "--wait", "50", "--simulate", "resident",
                       "--fault", "no-card"});
     EXPECT_TRUE(tool.waitForError("The simulator is"));
-    tool.signal(SIGINT);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGINT);
     EXPECT_EQ(run.exitStatus, 4);
     const QJsonObject error = parsedObject(run.standardOutput)["error"].toObject();
     EXPECT_EQ(error["name"], "TOOL_INTERRUPTED");

@@ -204,8 +204,7 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
     EXPECT_TRUE(tool.waitForError("The simulator is"));
     QElapsedTimer time;
     time.start();
-    tool.signal(GetParam());
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(GetParam());
     EXPECT_TRUE(run.finished);
     EXPECT_LT(time.elapsed(), 30000);
     expectEnd(run, 4, "Broken off before a card");
@@ -219,8 +218,7 @@ TEST(ReadSignal, ReadingThatFailsAfterItIsReportedWithItsOwnCause)
     RunningTool tool({"read", "--verbose", "--simulate", "resident", "--fault",
                       "delay-ms=1000, photo-undecodable"});
     EXPECT_TRUE(tool.waitForError("The simulator is"));
-    tool.signal(SIGINT);
-    expectEnd(tool.result(), 6, "Code: -26");
+    expectEnd(tool.endedBy(SIGINT), 6, "Code: -26");
 }
 
 TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
@@ -230,8 +228,7 @@ TEST(ReadSignal, ReadingThatNeverEndsIsLeftSoonAfterIt)
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
     QElapsedTimer time;
     time.start();
-    tool.signal(SIGINT);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGINT);
     EXPECT_TRUE(run.finished);
     expectEnd(run, 5, "was broken off");
 }

@@ -69,8 +69,7 @@ TEST_F(ReadTimeout, InterruptedReadingIsLeftAsWithoutItAndAnObjectForPrograms)
 {
     RunningTool tool(NEVER_ENDING + QStringList{"--timeout", "50", "--json", "--verbose"});
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
-    tool.signal(SIGINT);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGINT);
     EXPECT_EQ(run.exitStatus, 5);
     EXPECT_THAT(run.error(), HasSubstr("was broken off"));
     EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");

@@ -36,6 +36,12 @@ RunningTool::RunningTool(const QStringList &arguments, const ProcessInput &input
 {
 }
 
+ProcessResult RunningTool::endedBy(int number)
+{
+    signal(number);
+    return result();
+}
+
 void expectEndByLossOfItsReader(const ProcessResult &run)
 {
     EXPECT_EQ(run.signal, SIGPIPE);

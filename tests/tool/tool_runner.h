@@ -18,6 +18,9 @@ class RunningTool : public RunningProcess
 {
 public:
     explicit RunningTool(const QStringList &arguments, const ProcessInput &input = {});
+
+    /** Sends the signal and waits for the end. */
+    ProcessResult endedBy(int number);
 };
 
 /** By SIGPIPE and without a word, as "yes" ends in "yes | head -1". */

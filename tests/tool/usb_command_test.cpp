@@ -400,8 +400,7 @@ TEST_F(Usb, ReaderThatNeverTakesACommandIsLeftSoonAfterASignal)
     leaveItToTheSystem();
     RunningTool tool({"usb", "--device", DEVICE, "--verbose"}, onBus());
     EXPECT_TRUE(tool.waitForError("open usb device success!"));
-    tool.signal(SIGTERM);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_TRUE(run.finished);
     expectEnd(run, 5, "was broken off");
 }

@@ -114,8 +114,7 @@ TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
         RunningTool tool({"watch", "--interval", "10"}, {reader.variables("hmt-hong-kong")});
         EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
         QThread::msleep(300); // many looks
-        tool.signal(number);
-        const ProcessResult run = tool.result();
+        const ProcessResult run = tool.endedBy(number);
         EXPECT_TRUE(run.finished);
         EXPECT_EQ(run.exitStatus, 0);
         EXPECT_THAT(run.output(), IsEmpty());
@@ -132,8 +131,7 @@ TEST(WatchReader, InTheBackgroundOfAScript_GoesOnWhenCtrlCIsPressedAndEndsWithSi
     EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
     tool.signal(SIGINT);
     EXPECT_FALSE(tool.endsWithin(500));
-    tool.signal(SIGTERM);
-    EXPECT_EQ(tool.result().exitStatus, 0);
+    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
 }
 
 TEST(WatchReader, CountOfTheReaderIsKept)
@@ -150,8 +148,7 @@ TEST(WatchReader, ReaderThatDoesNotOpenIsReportedOnceAndLookedForUntilTheSignal)
     RunningTool tool({"watch", "--interval", "10"}, {reader.variables("resident", "open-fails=2")});
     EXPECT_TRUE(tool.waitForError("Watching goes on until the reader is there."));
     QThread::msleep(300); // many looks
-    tool.signal(SIGTERM);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_EQ(run.standardError.count("Code: -5"), 1);
@@ -173,8 +170,7 @@ TEST(WatchReader, FailureThatLastsIsReportedOnce)
     RunningTool tool({"watch", "--interval", "10"}, {reader.variables("resident", "read-fails=7")});
     EXPECT_TRUE(tool.waitForError("What to do:"));
     QThread::msleep(300);
-    tool.signal(SIGTERM);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_EQ(run.standardError.count("Cause:"), 1);
 }
@@ -216,8 +212,7 @@ TEST(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
     RunningTool tool({"watch", "--verbose"},
                      {reader.variables("resident", "transient-failures=1000000000")});
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
-    tool.signal(SIGTERM);
-    const ProcessResult run = tool.result();
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_TRUE(run.finished);
     EXPECT_EQ(run.exitStatus, 0);
 }
@@ -319,8 +314,7 @@ TEST(WatchEvents, ReaderThatIsMissingToBeginWithIsAFailedRead)
     const QJsonObject event = QJsonDocument::fromJson(tool.nextLine()).object();
     EXPECT_EQ(event["event"].toString(), "read-failed");
     EXPECT_EQ(event["error"].toObject()["name"].toString(), "IDCARD_RESULT_PORT_NOT_OPEN");
-    tool.signal(SIGTERM);
-    EXPECT_EQ(tool.result().exitStatus, 0);
+    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
 }
 
 TEST(WatchTimeout, EndsAReadingThatNeverEnds)

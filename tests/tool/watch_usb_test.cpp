@@ -63,12 +63,6 @@ protected:
         bus().change([&] { prepare(card, {}); });
     }
 
-    static ProcessResult ended(RunningTool &tool)
-    {
-        tool.signal(SIGTERM);
-        return tool.result();
-    }
-
     static std::string nameIn(const QByteArray &line)
     {
         return parsedObject(line)["name"].toString().toStdString();
@@ -93,7 +87,7 @@ TEST_F(WatchUsb, CardThatStaysIsPrintedOnceAndTheSignalEndsItWell)
     RunningTool tool(watch(), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
     QThread::msleep(300); // many looks
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_THAT(run.error(), IsEmpty());
@@ -110,7 +104,7 @@ TEST_F(WatchUsb, ReaderThatIsMissingIsReportedOnceAndItsCardPrintedWhenItComes)
         QThread::msleep(100); // many looks
         plugInAgainTo(tool);
         EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("resident").name.toStdString());
-        const ProcessResult run = ended(tool);
+        const ProcessResult run = tool.endedBy(SIGTERM);
         EXPECT_EQ(run.exitStatus, 0);
         EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
     }
@@ -128,7 +122,7 @@ TEST_F(WatchUsb, ReaderThatGoesAndComesIsReportedOnceAndItsCardIsTheSame)
     QThread::msleep(100);
     lay("hmt-macao");
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
     EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
@@ -139,7 +133,7 @@ TEST_F(WatchUsb, ReaderThatGoesDuringAReadingIsReportedAsUnplugged)
     plugIn("resident", "unplugged-during=4");
     RunningTool tool(watch(), onBus());
     EXPECT_TRUE(tool.waitForError("Watching goes on"));
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.error(), HasSubstr("The reader was unplugged while it was used."));
     EXPECT_EQ(run.standardError.count("Code: "), 1) << run.error();
@@ -157,7 +151,7 @@ TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
     ASSERT_TRUE(otherDevice().slot().putCard("hmt-macao", simulator::PutAs::DESCRIBED, &problem));
     plugInAnotherTo(tool);
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
-    EXPECT_EQ(ended(tool).exitStatus, 0);
+    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
 }
 
 TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLeft)
@@ -178,7 +172,7 @@ TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLe
     QThread::msleep(100); // many looks
     changeBeneath(tool, [this] { otherDevice().unplug(); });
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
-    EXPECT_EQ(ended(tool).exitStatus, 0);
+    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
 }
 
 TEST_F(WatchUsb, ReaderThatAnotherProgramHoldsIsThereAndItsFailureReportedOnce)
@@ -188,7 +182,7 @@ TEST_F(WatchUsb, ReaderThatAnotherProgramHoldsIsThereAndItsFailureReportedOnce)
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
     EXPECT_EQ(parsedObject(tool.nextLine())["error"].toObject()["name"], "USB_READER_CLAIM_FAILED");
     QThread::msleep(100); // many looks
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
 }
@@ -213,7 +207,7 @@ TEST_F(WatchUsb, SecondReaderDoesNotDisturbTheOneInUse)
     plugInAnotherTo(tool);
     lay("hmt-macao");
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.error(), IsEmpty());
 }
@@ -224,7 +218,7 @@ TEST_F(WatchUsb, CardWhoseTextIsNotDecodedIsReportedOnce)
     RunningTool tool(watch({"--json"}), onBus());
     EXPECT_FALSE(tool.nextLine().isEmpty());
     QThread::msleep(100);
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
 }
@@ -274,7 +268,7 @@ TEST_F(WatchUsb, EventsSayWhenReaderAndCardsComeAndGo)
     EXPECT_EQ(error["name"], "USB_READER_DATA_LENGTH_INVALID");
     bus().change([this] { prepare({}, {}); });
     expectEvent("card-read");
-    const ProcessResult run = ended(tool);
+    const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.output(), IsEmpty());
 }
