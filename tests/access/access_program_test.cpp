@@ -115,7 +115,7 @@ protected:
     bool hasUdev = true;
 };
 
-TEST_F(AccessProgram, ReadersOfTheSameIds_AreOpenedByOneRuleToTheGroupAndToWhoeverSitsThere)
+TEST_F(AccessProgram, ReadersOfTheSameIds_AreOpenedByOneRuleToTheGroupAndToTheUserAtTheMachine)
 {
     plugIn(1, "1a2b", "3c4d");
     plugIn(2, "1a2b", "3c4d");
