@@ -1,11 +1,11 @@
 // idcard-reader-browser-host: what a browser starts for the extension that reads cards.
 
 #include <QCoreApplication>
+#include <QDir>
 
 #include "apps/browser_host/browser_host.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/locale.h"
-#include "apps/process/tool_run.h"
 #include "apps/web_sites/origin_list.h"
 
 int main(int argc, char **argv)
@@ -20,7 +20,8 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     HostSettings settings;
     settings.originList = originListPath();
-    settings.tool = toolPath();
+    settings.tool = QDir::cleanPath(
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(IDCARD_TOOL)));
     const ExitStatus status = serveBrowser(arguments, settings, &output);
     return static_cast<int>(closedWith(status, &output));
 }
