@@ -46,26 +46,14 @@ TEST_F(Environment, UnsetOrEmptyValues_MeanAReaderWithoutCard)
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }
 
-TEST_F(Environment, NameOfABuiltInCard_PutsIt)
+TEST_F(Environment, CardByNameOrPath_IsReadAtTheNextOpening)
 {
     set("foreign-2017", nullptr);
     const ReadAnswer answer = readOnce();
     EXPECT_EQ(answer.code, KVO_SUCCESS);
     EXPECT_EQ(fieldText(answer.info.foreign2017.englishName), "BERGSTROM, INGRID MAJA");
-}
-
-TEST_F(Environment, PathOfADescription_PutsIt)
-{
     set(IDCARD_SOURCE_DIR "/simulator/cards/hmt-taiwan.json", nullptr);
     EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_HMT);
-}
-
-TEST_F(Environment, ChangedCard_IsReadAtTheNextOpening)
-{
-    set("resident", nullptr);
-    EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_CN);
-    set("foreign-new", nullptr);
-    EXPECT_EQ(readOnce().info.kind, CARD_INFO_KIND_FOREIGN_NEW);
     set(nullptr, nullptr);
     EXPECT_EQ(readOnce().code, VendorCode::VENDOR_NO_CARD);
 }

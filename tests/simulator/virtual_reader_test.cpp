@@ -26,63 +26,37 @@ QByteArray garbage(int size, std::mt19937 *random)
 
 } // namespace
 
-TEST(VirtualReader, CardThere_IsFoundSelectedAndRead)
+TEST(VirtualReader, Card_IsReadOnceItIsFoundAndSelectedAndRefusedElse)
 {
     ReaderOnUsb reader;
+    EXPECT_EQ(reader.answer(frames::SELECT, 19), frames::notSelected(0xE3));
+    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3));
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3)) << "not selected";
     reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::READ, 2321).size(), 2321);
+    const QByteArray first = reader.answer(frames::READ, 2321);
+    EXPECT_EQ(first.size(), 2321);
+    EXPECT_EQ(reader.answer(frames::READ), first) << "again";
+    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3)) << "a lookup starts over";
+}
+
+TEST(VirtualReader, CardThatIsTaken_CannotBeSelectedNorRead)
+{
+    ReaderOnUsb found;
+    EXPECT_EQ(found.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
+    found->slot().takeCard();
+    EXPECT_EQ(found.answer(frames::SELECT, 19), frames::notSelected(0x80));
+    ReaderOnUsb selected;
+    selected.selectCard();
+    selected->slot().takeCard();
+    EXPECT_EQ(selected.answer(frames::READ), frames::statusOnly(0x80));
 }
 
 TEST(VirtualReader, NoCard_IsAnsweredWithStatus80InAFrameOfFullLength)
 {
     ReaderOnUsb reader("");
     EXPECT_EQ(reader.answer(frames::LOOKUP, 15), frames::NO_CARD_ANSWER);
-}
-
-TEST(VirtualReader, SelectWithoutFoundCard_IsRefused)
-{
-    ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::SELECT, 19), frames::notSelected(0xE3));
-}
-
-TEST(VirtualReader, ReadWithoutSelectedCard_IsRefusedWithAStatusAlone)
-{
-    ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3));
-    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
-    EXPECT_EQ(reader.answer(frames::READ, 2321), frames::statusOnly(0xE3));
-}
-
-TEST(VirtualReader, SelectedCard_CanBeReadAgain)
-{
-    ReaderOnUsb reader;
-    reader.selectCard();
-    const QByteArray first = reader.answer(frames::READ);
-    EXPECT_EQ(reader.answer(frames::READ), first);
-}
-
-TEST(VirtualReader, LookupAfterSelect_StartsOver)
-{
-    ReaderOnUsb reader;
-    reader.selectCard();
-    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
-    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
-}
-
-TEST(VirtualReader, CardTakenAfterLookup_CannotBeSelected)
-{
-    ReaderOnUsb reader;
-    EXPECT_EQ(reader.answer(frames::LOOKUP), frames::LOOKUP_ANSWER);
-    reader->slot().takeCard();
-    EXPECT_EQ(reader.answer(frames::SELECT, 19), frames::notSelected(0x80));
-}
-
-TEST(VirtualReader, CardTakenAfterSelect_GivesNoData)
-{
-    ReaderOnUsb reader;
-    reader.selectCard();
-    reader->slot().takeCard();
-    EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0x80));
 }
 
 TEST(VirtualReader, CardExchangedAfterSelect_GivesNoDataUntilItIsFoundItself)

@@ -122,16 +122,14 @@ TEST_F(DeviceAccess, LargestIds_AreFoundAndKept)
     expectLog(lines::OPENED);
 }
 
-TEST_F(DeviceAccess, EmptyBus_IsNotFound)
+TEST_F(DeviceAccess, NoDeviceOrOthersOnly_IsNotFoundAndNothingOpened)
 {
-    const OpenedDevice opened;
-    expectFailed(opened, -7, 0);
-    EXPECT_NE(opened.context(), nullptr);
+    {
+        const OpenedDevice opened;
+        expectFailed(opened, -7, 0);
+        EXPECT_NE(opened.context(), nullptr);
+    }
     expectNotFound();
-}
-
-TEST_F(DeviceAccess, OtherDevicesOnly_AreNotOpened)
-{
     ScriptedDevice &otherVendor = make(UsbIds{0x120A, PRODUCT});
     ScriptedDevice &otherProduct = make(UsbIds{VENDOR, 0x0002});
     ScriptedDevice &swapped = make(UsbIds{PRODUCT, VENDOR});
