@@ -123,21 +123,6 @@ TEST(CardFromJson, PrintsOfAnUnusualAmount_StayUnknown)
     EXPECT_FALSE(taken->fingerprintCount());
 }
 
-TEST(CardFromJson, ErrorBesideTheCard_DoesNotMatter)
-{
-    QJsonObject object = printed(samples::residentCard());
-    object.insert("error", QJsonObject());
-    EXPECT_TRUE(cardFromJson(object));
-}
-
-TEST(CardFromJson, ObjectThatIsNoCard_IsNone)
-{
-    EXPECT_FALSE(cardFromJson({}));
-    QJsonObject error;
-    error.insert("error", QJsonObject());
-    EXPECT_FALSE(cardFromJson(error));
-}
-
 /** Parts that not every card has, so that it is one without them. */
 bool isNeeded(const QString &key)
 {
@@ -187,12 +172,29 @@ QJsonObject withPart(const char *part, const char *key, const QJsonValue &value)
     return object;
 }
 
-TEST(CardFromJson, PartOfADateThatIsNoText_IsNoCard)
+TEST(CardFromJson, WhatDoesNotFitTogether_IsNoCard)
 {
     for (const char *const part : {"year", "month", "day"}) {
-        EXPECT_FALSE(cardFromJson(withPart("birthDate", part, 7)));
-        EXPECT_FALSE(cardFromJson(withPart("birthDate", part, QJsonValue::Null)));
+        for (const QJsonValue &value : {QJsonValue(7), QJsonValue(QJsonValue::Null)})
+            EXPECT_FALSE(cardFromJson(withPart("birthDate", part, value)));
     }
+    for (const QJsonValue &count : {QJsonValue(1), QJsonValue(0), QJsonValue(3), QJsonValue(-2),
+                                    QJsonValue(1e9), QJsonValue(QJsonValue::Null)})
+        EXPECT_FALSE(cardFromJson(withPart("fingerprints", "count", count)));
+    QJsonObject object = printed(samples::residentCard());
+    object["kind"] = "hmt"; // with the fields of another kind
+    EXPECT_FALSE(cardFromJson(object));
+}
+
+TEST(CardFromJson, Error_DoesNotMatterBesideACardAndIsNoneAlone)
+{
+    QJsonObject object = printed(samples::residentCard());
+    object.insert("error", QJsonObject());
+    EXPECT_TRUE(cardFromJson(object));
+    EXPECT_FALSE(cardFromJson({}));
+    QJsonObject error;
+    error.insert("error", QJsonObject());
+    EXPECT_FALSE(cardFromJson(error));
 }
 
 TEST(CardFromJson, FileThatIsNoBase64_IsNoCard)
@@ -221,13 +223,6 @@ TEST(CardFromJson, PhotoOfAnotherSizeOrForm_IsNoCard)
     EXPECT_FALSE(cardFromJson(withPart("photo", "format", "png")));
 }
 
-TEST(CardFromJson, PrintsThatAreNotAsManyAsSaid_AreNoCard)
-{
-    for (const QJsonValue &count : {QJsonValue(1), QJsonValue(0), QJsonValue(3), QJsonValue(-2),
-                                    QJsonValue(1e9), QJsonValue(QJsonValue::Null)})
-        EXPECT_FALSE(cardFromJson(withPart("fingerprints", "count", count)));
-}
-
 TEST(CardFromJson, PrintsThatAreWithheld_AreNoneButTheirNumberIsKnown)
 {
     const auto card = cardFromJson(withPart("fingerprints", "data", QJsonValue::Null));
@@ -245,13 +240,6 @@ TEST(CardFromJson, KindOrRoadThatIsNotKnown_IsNoCard)
             EXPECT_FALSE(cardFromJson(object)) << key << ' ' << value;
         }
     }
-}
-
-TEST(CardFromJson, FieldsOfAnotherKind_AreNoCard)
-{
-    QJsonObject object = printed(samples::residentCard());
-    object["kind"] = "hmt";
-    EXPECT_FALSE(cardFromJson(object));
 }
 
 } // namespace

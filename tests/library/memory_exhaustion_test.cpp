@@ -153,22 +153,10 @@ TEST(MemoryExhaustion, PortThatDoesNotOpen_LosesTheMessageAndNothingElse)
               CTavReader::PORT_NOT_OPEN);
 }
 
-TEST(MemoryExhaustion, ResidentCard_LeavesABeginningOfTheRecordAndAClosedPort)
+TEST(MemoryExhaustion, EveryKind_LeavesABeginningOfTheRecordAndAClosedPort)
 {
     readUntilMemorySuffices(1, &Reading::cn);
-}
-
-TEST(MemoryExhaustion, HmtPermit_LeavesABeginningOfTheRecordAndAClosedPort)
-{
     readUntilMemorySuffices(2, &Reading::hmt);
-}
-
-TEST(MemoryExhaustion, Foreign2017Card_LeavesABeginningOfTheRecordAndAClosedPort)
-{
     readUntilMemorySuffices(3, &Reading::f2017);
-}
-
-TEST(MemoryExhaustion, ForeignNewCard_LeavesABeginningOfTheRecordAndAClosedPort)
-{
     readUntilMemorySuffices(4, &Reading::fNew);
 }
