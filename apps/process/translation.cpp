@@ -20,7 +20,8 @@ namespace app
 namespace
 {
 
-// What the C library and Qt say of files, processes and JSON, in case they lack the language.
+// What the C library and Qt say of files, processes and JSON and on buttons, in case they lack the
+// language.
 [[maybe_unused]] constexpr const char *SYSTEM_TEXTS[] = {
     QT_TRANSLATE_NOOP("System", "Aborted"),
     QT_TRANSLATE_NOOP("System", "Bad file descriptor"),
@@ -67,6 +68,11 @@ namespace
     QT_TRANSLATE_NOOP("QJsonParseError", "unterminated array"),
     QT_TRANSLATE_NOOP("QJsonParseError", "unterminated object"),
     QT_TRANSLATE_NOOP("QJsonParseError", "unterminated string"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "Cancel"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "Close"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "OK"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "Open"),
+    QT_TRANSLATE_NOOP("QPlatformTheme", "Save"),
 };
 
 struct Language {
