@@ -14,7 +14,7 @@ constexpr int LONGEST_REQUEST = 8192;
 /** Four bytes of length in the machine's own order. */
 QByteArray header(quint32 length)
 {
-    return QByteArray(reinterpret_cast<const char *>(&length), sizeof length);
+    return {reinterpret_cast<const char *>(&length), sizeof length};
 }
 
 QByteArray frame(const QByteArray &body)

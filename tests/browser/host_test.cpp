@@ -32,7 +32,7 @@ constexpr int SOON_MS = 20000;
 QByteArray header(int length)
 {
     const auto count = static_cast<quint32>(length);
-    return QByteArray(reinterpret_cast<const char *>(&count), sizeof count);
+    return {reinterpret_cast<const char *>(&count), sizeof count};
 }
 
 QByteArray frame(const QByteArray &body)
@@ -165,7 +165,7 @@ protected:
                              {"TEST_TOOL", tool()},
                              {"TEST_GRACE_MS", QString::number(m_graceMs)},
                              {"XDG_RUNTIME_DIR", m_runtimeFolder}};
-        return Host(input, arguments);
+        return {input, arguments};
     }
 
     /** What the host has noted for the doctor. */
@@ -241,7 +241,7 @@ TEST_F(BrowserHostWithTool, ReadingThatDoesNotEnd_EndsAtThePagesTime)
 
 TEST_F(BrowserHostWithTool, CommandOfTheTool_IsThatOfTheRequest)
 {
-    setTool("printf '{\"arguments\": \"%s\", \"language\": \"%s\"}' \"$*\" \"$LANGUAGE\"");
+    setTool(R"(printf '{"arguments": "%s", "language": "%s"}' "$*" "$LANGUAGE")");
     Host browser = host();
     const QJsonObject plain = browser.answerTo(goodRequest());
     EXPECT_EQ(plain["arguments"], "read --json --timeout 10");
@@ -299,7 +299,7 @@ TEST_F(BrowserHostTest, RefusalInChinese_IsTranslated)
 
 TEST_F(BrowserHostWithTool, ListChangedWhileItRuns_CountsFromTheNextRequest)
 {
-    setTool("echo '{\"kind\": \"none\"}'");
+    setTool(R"(echo '{"kind": "none"}')");
     Host browser = host();
     EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
     setList("");
@@ -321,7 +321,7 @@ TEST_F(BrowserHostTest, ListThatCannotBeTrusted_IsRefused)
 
 TEST_F(BrowserHostWithTool, ExtensionInFirefox_IsServed)
 {
-    setTool("echo '{\"kind\": \"none\"}'");
+    setTool(R"(echo '{"kind": "none"}')");
     Host browser = host({"/usr/lib/mozilla/host.json", "browser@idcard-reader.invalid"});
     EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
 }
@@ -360,7 +360,7 @@ TEST_F(BrowserHostTest, WrongRequest_IsRefusedAndTheNextOneAnswered)
 
 TEST_F(BrowserHostTest, RequestBeyondTheLimit_IsRefusedAndTheLastOne)
 {
-    setTool("echo '{\"kind\": \"none\"}'");
+    setTool(R"(echo '{"kind": "none"}')");
     Host browser = host();
     browser.write(header(8193));
     EXPECT_EQ(browser.error()["cause"], "A request has at most 8192 bytes.");
@@ -385,7 +385,7 @@ TEST_F(BrowserHostTest, RequestFarBeyondTheLimit_IsTakenToItsEnd)
 
 TEST_F(BrowserHostWithTool, RequestAtTheLimit_IsAnswered)
 {
-    setTool("echo '{\"kind\": \"none\"}'");
+    setTool(R"(echo '{"kind": "none"}')");
     QByteArray body = QJsonDocument(requestOf("https://pms.example")).toJson();
     body += QByteArray(8192 - body.size(), ' ');
     EXPECT_EQ(host().answerTo(frame(body))["kind"], "none");
@@ -394,7 +394,7 @@ TEST_F(BrowserHostWithTool, RequestAtTheLimit_IsAnswered)
 TEST_F(BrowserHostWithTool, FloodDuringARead_IsRefusedOneByOneAndTheReadGoesOn)
 {
     setTool("echo $$ > " + path("pid").toUtf8() + "; while [ ! -e " + path("go").toUtf8() +
-            " ]; do sleep 0.02; done; echo '{\"kind\": \"none\"}'");
+            R"( ]; do sleep 0.02; done; echo '{"kind": "none"}')");
     Host browser = host();
     browser.write(goodRequest());
     ASSERT_GT(toolProcess(), 0);
@@ -480,7 +480,7 @@ TEST_F(BrowserHostWithTool, LastAnswer_IsNotedWithItsSiteAndNothingOfTheCard)
 TEST_F(BrowserHostWithTool, LastAnswerThatCannotBeNoted_ReachesThePageAllTheSame)
 {
     m_runtimeFolder = path("tool"); // no folder
-    setTool("echo '{\"kind\": \"none\"}'");
+    setTool(R"(echo '{"kind": "none"}')");
     Host browser = host();
     EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
     EXPECT_EQ(browser.answerTo(goodRequest())["kind"], "none");
@@ -497,7 +497,7 @@ TEST_F(BrowserHostWithTool, MissingTool_IsReportedWithItsPath)
 
 TEST_F(BrowserHostWithTool, ToolThatCrashes_IsReported)
 {
-    setTool("echo '{\"kind\": \"none\"}'; kill -SEGV $$");
+    setTool(R"(echo '{"kind": "none"}'; kill -SEGV $$)");
     const QJsonObject error = host().errorOf(goodRequest());
     EXPECT_EQ(error["name"], "BROWSER_TOOL_BROKEN");
     EXPECT_EQ(error["cause"], "It was ended by signal 11.");
@@ -542,7 +542,7 @@ TEST_F(BrowserHostWithTool, ToolThatHangsAndDoesNotHeed_IsKilledAndReported)
 TEST_F(BrowserHostWithTool, AnswerUpToTheLimitOfBrowsers_IsGivenAndALongerOneReported)
 {
     const auto printing = [](int size) { // {"a":"xx...x"}
-        return QByteArray("printf '{\"a\":\"'; head -c ") + QByteArray::number(size - 8) +
+        return QByteArray(R"(printf '{"a":"'; head -c )") + QByteArray::number(size - 8) +
                " /dev/zero | tr '\\0' x; printf '\"}'";
     };
     setTool(printing(MEBIBYTE));
@@ -557,7 +557,7 @@ TEST_F(BrowserHostWithTool, AnswerUpToTheLimitOfBrowsers_IsGivenAndALongerOneRep
 
 TEST_F(BrowserHostWithTool, Tool_GetsNoneOfTheHostsStreams)
 {
-    setTool("cat > " + path("input").toUtf8() + "; echo noise >&2; echo '{\"kind\": \"none\"}'");
+    setTool("cat > " + path("input").toUtf8() + R"(; echo noise >&2; echo '{"kind": "none"}')");
     Host browser = host();
     browser.write(goodRequest() + goodRequest());
     EXPECT_EQ(browser.errorName(), "BROWSER_REQUEST_WRONG");

@@ -44,9 +44,9 @@ protected:
             path("shipped/firefox/manifest.json"),
             R"({"version": "1.5.0", "content_scripts": [{"matches": [], "js": ["relay.js"]}]})");
         writeFile(path("shipped/firefox/relay.js"), "// relay");
-        writeFile(path("shipped/firefox-host.json"), "{\"name\": \"firefox's host\"}");
+        writeFile(path("shipped/firefox-host.json"), R"({"name": "firefox's host"})");
         writeFile(path("shipped/extension.pem"), "key");
-        writeFile(path("shipped/chromium-host.json"), "{\"name\": \"host\"}");
+        writeFile(path("shipped/chromium-host.json"), R"({"name": "host"})");
         setBrowser("for word; do case $word in --pack-extension=*) folder=${word#*=};; esac; done\n"
                    "umask 077; cp \"$folder/manifest.json\" \"$folder.crx\"");
     }
