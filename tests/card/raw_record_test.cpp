@@ -10,7 +10,6 @@
 
 using namespace app;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace
 {

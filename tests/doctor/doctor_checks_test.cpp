@@ -12,7 +12,6 @@
 
 using namespace app;
 using namespace app::doctor;
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;

@@ -100,7 +100,7 @@ protected:
         EXPECT_EQ(json.exitStatus, status) << json.error();
         const QJsonObject report = reportOf(json);
         EXPECT_EQ(report["result"].toString(), level);
-        const QJsonObject finding = findingIn(report, check);
+        QJsonObject finding = findingIn(report, check);
         EXPECT_EQ(finding["level"].toString(), level);
         EXPECT_THAT(finding["text"].toString().toStdString(), testing::HasSubstr(part));
         EXPECT_THAT(finding["remedy"].toString().toStdString(), testing::Not(testing::IsEmpty()));

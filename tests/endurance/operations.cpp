@@ -131,7 +131,7 @@ public:
             return read(true);
         askFor("unplug");
         countFailure();
-        const QString problem = read(false);
+        QString problem = read(false);
         askFor("plug");
         return problem;
     }

@@ -5,6 +5,7 @@
 #include "tests/library/closed_library_mock.h"
 #include "tests/library/outputs.h"
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <type_traits>
@@ -118,8 +119,8 @@ inline void expectUntouched(Reading &reading)
 inline void putText(CardInfoStruct &info, int offset, const QString &text)
 {
     auto *const bytes = reinterpret_cast<unsigned char *>(&info) + offset;
-    for (int i = 0; i < text.size(); ++i) {
-        bytes[2 * i] = text.at(i).cell();
-        bytes[2 * i + 1] = text.at(i).row();
+    for (std::ptrdiff_t i = 0; i < text.size(); ++i) {
+        bytes[2 * i] = text.at(static_cast<int>(i)).cell();
+        bytes[2 * i + 1] = text.at(static_cast<int>(i)).row();
     }
 }
