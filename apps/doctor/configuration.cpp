@@ -1,9 +1,6 @@
 #include "apps/doctor/configuration.h"
 
-#include <QJsonArray>
-
 #include "apps/doctor/environment.h"
-#include "apps/process/json_object.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
 
@@ -47,29 +44,11 @@ Finding judgedConfiguration(const Configuration &configuration)
     return {Level::FINE, contents.join(tr("; "))};
 }
 
-QJsonValue factsOf(const ConfigurationFile &file)
-{
-    QJsonArray settings;
-    for (const Setting &setting : file.settings)
-        settings << JsonObject{
-            {"key", setting.key}, {"value", setting.value}, {"line", setting.line}};
-    return JsonObject{{"file", file.path},
-                      {"isThere", file.isThere},
-                      {"settings", settings},
-                      {"mistake", textOrNull(file.mistake)},
-                      {"line", file.mistakeLine == 0 ? QJsonValue() : file.mistakeLine}};
-}
-
 } // namespace
 
 Findings checkConfiguration(const Environment &environment)
 {
-    Finding finding = judgedConfiguration(environment.configuration);
-    QJsonArray files;
-    for (const ConfigurationFile &file : environment.configuration)
-        files << factsOf(file);
-    finding.facts = {{"files", files}};
-    return {finding};
+    return {judgedConfiguration(environment.configuration)};
 }
 
 } // namespace app::doctor

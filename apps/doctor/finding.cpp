@@ -6,11 +6,6 @@
 namespace app::doctor
 {
 
-QJsonValue textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
-}
-
 QStringList texts(const QJsonValue &array)
 {
     return array.toVariant().toStringList();

@@ -2,11 +2,10 @@
 
 // What the doctor finds: one line of its report.
 
+#include <QJsonValue>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-#include "apps/process/json_object.h"
 
 namespace app::doctor
 {
@@ -21,13 +20,9 @@ struct Finding {
     QString text;
     QString remedy = {};       ///< what to do, in words; empty when all is fine
     QStringList commands = {}; ///< of the remedy, one shell line each
-    JsonObject facts = {};     ///< for programs, as docs/doctor.schema.json has them
 };
 
 using Findings = QVector<Finding>;
-
-/** JSON has null for what is not there. */
-QJsonValue textOrNull(const QString &text);
 
 /** The texts of an array. */
 QStringList texts(const QJsonValue &array);

@@ -119,17 +119,6 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
                                      wanted, taken));
 }
 
-Findings checkFont(const PicturesState &pictures, const FontState &font)
-{
-    Finding finding = judgedFont(pictures, font);
-    finding.facts = {
-        {"family", font.family},           {"weight", font.weight},
-        {"got", textOrNull(font.got)},     {"faces", QJsonArray::fromStringList(font.faces)},
-        {"isInstalled", font.isInstalled}, {"isStandIn", font.isStandIn},
-        {"hasChinese", font.hasChinese}};
-    return {finding};
-}
-
 } // namespace
 
 void nameFonts(PicturesState *pictures)
@@ -186,12 +175,12 @@ void takeFont(const QJsonObject &values, FontState *font)
 
 Findings checkTextFont(const Environment &environment)
 {
-    return checkFont(environment.pictures, environment.pictures.fonts[0]);
+    return {judgedFont(environment.pictures, environment.pictures.fonts[0])};
 }
 
 Findings checkNumberFont(const Environment &environment)
 {
-    return checkFont(environment.pictures, environment.pictures.fonts[1]);
+    return {judgedFont(environment.pictures, environment.pictures.fonts[1])};
 }
 
 } // namespace app::doctor

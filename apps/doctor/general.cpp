@@ -100,28 +100,17 @@ LocaleState probeLocale()
 
 Findings checkLibraryVersion(const Environment &environment)
 {
-    const Versions &versions = environment.versions;
-    Finding finding = judgedLibraryVersion(versions);
-    finding.facts = {{"library", versions.library}, {"program", versions.program}};
-    return {finding};
+    return {judgedLibraryVersion(environment.versions)};
 }
 
 Findings checkQtVersion(const Environment &environment)
 {
-    const Versions &versions = environment.versions;
-    Finding finding = judgedQtVersion(versions);
-    finding.facts = {{"built", versions.qtBuilt}, {"running", versions.qtRunning}};
-    return {finding};
+    return {judgedQtVersion(environment.versions)};
 }
 
 Findings checkLocale(const Environment &environment)
 {
-    const LocaleState &locale = environment.locale;
-    Finding finding = judgedLocale(locale);
-    finding.facts = {{"requested", textOrNull(locale.requested)},
-                     {"name", textOrNull(locale.name)},
-                     {"encoding", textOrNull(locale.encoding)}};
-    return {finding};
+    return {judgedLocale(environment.locale)};
 }
 
 } // namespace app::doctor

@@ -89,12 +89,7 @@ void takeJpeg(const QJsonObject &values, PicturesState *pictures)
 
 Findings checkJpeg(const Environment &environment)
 {
-    const PicturesState &pictures = environment.pictures;
-    Finding finding = judgedJpeg(pictures);
-    finding.facts = {{"canWrite", pictures.canWriteJpeg},
-                     {"file", textOrNull(pictures.jpegPlugin)},
-                     {"pluginFolders", QJsonArray::fromStringList(pictures.pluginFolders)}};
-    return {finding};
+    return {judgedJpeg(environment.pictures)};
 }
 
 } // namespace app::doctor

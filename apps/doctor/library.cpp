@@ -82,17 +82,11 @@ Loading outcomeOf(const ChildRun &run)
     return run.values["isLoaded"].toBool() ? Loading::LOADED : Loading::NOT_LOADED;
 }
 
-/** What is wrong with a library. */
-struct Problem {
-    QLatin1String name; ///< for programs
-    QString text;
-    QString remedy;
-    QStringList commands = {};
-};
-
-struct Names {
-    QString what;  ///< "the reader maker's library"
+/** A library as the report speaks of it. */
+struct Subject {
+    QString name;  ///< "The reader maker's library"
     QString maker; ///< whom to ask
+    Level absence; ///< how bad it is that it is not here
 };
 
 /** The library that the loader misses for the one that it was to load; empty when none. */
@@ -109,34 +103,35 @@ QString missingDependency(const LibraryState &state)
     return {};
 }
 
-Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const Names &names)
+Finding faultOfFile(const LibraryState &state, const LibraryFile &file, const Subject &subject)
 {
     switch (file.shape) {
     case LibraryShape::OTHER_MACHINE:
-        return {QLatin1String("other-machine"),
+        return {Level::FAILURE,
                 filledIn(tr("%1 is for another processor: %2; this program is for %3"), file.path,
                          file.machine, state.ownMachine),
                 filledIn(tr("Get the library for %1 from %2 and put it in this one's place."),
-                         state.ownMachine, names.maker)};
+                         state.ownMachine, subject.maker)};
     case LibraryShape::CUT_OFF:
-        return {
-            QLatin1String("truncated"),
-            tr("%1 is cut off: its %2 bytes are fewer than its own headers say")
-                .arg(file.path)
-                .arg(QFileInfo(file.path).size()),
-            tr("Copy the file again from what %1 delivered and compare the two:").arg(names.maker),
-            {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
+        return {Level::FAILURE,
+                tr("%1 is cut off: its %2 bytes are fewer than its own headers say")
+                    .arg(file.path)
+                    .arg(QFileInfo(file.path).size()),
+                tr("Copy the file again from what %1 delivered and compare the two:")
+                    .arg(subject.maker),
+                {QStringLiteral("cmp %1 DELIVERED-FILE").arg(quoted(file.path))}};
     case LibraryShape::UNREADABLE:
-        return {QLatin1String("unreadable"),
+        return {Level::FAILURE,
                 tr("%1 cannot be read by this user, or leads nowhere").arg(file.path),
                 tr("See where it leads, and let everybody read the file, as root:"),
                 {QStringLiteral("ls -lL %1").arg(quoted(file.path)),
                  QStringLiteral("chmod a+rx %1").arg(quoted(file.path))}};
     case LibraryShape::NO_LIBRARY:
-        return {QLatin1String("no-library"),
-                tr("%1 is not a library").arg(file.path),
-                tr("Put the file that %1 delivered in its place; what it is now:").arg(names.maker),
-                {QStringLiteral("file %1").arg(quoted(file.path))}};
+        return {
+            Level::FAILURE,
+            tr("%1 is not a library").arg(file.path),
+            tr("Put the file that %1 delivered in its place; what it is now:").arg(subject.maker),
+            {QStringLiteral("file %1").arg(quoted(file.path))}};
     case LibraryShape::SOUND:
         break;
     }
@@ -144,102 +139,76 @@ Problem problemOfFile(const LibraryState &state, const LibraryFile &file, const 
 }
 
 /** Why a library that is there was not loaded. */
-Problem loadingProblem(const LibraryState &state, const Names &names)
+Finding loadingFault(const LibraryState &state, const Subject &subject)
 {
     const QString dependency = missingDependency(state);
     if (!dependency.isEmpty()) {
         return {
-            QLatin1String("missing-dependency"),
+            Level::FAILURE,
             filledIn(tr("%1 needs %2, which is not here"), state.tried, dependency),
             filledIn(
                 tr("Install what has %1; %2 knows what the library needs. All that is missing:"),
-                dependency, names.maker),
+                dependency, subject.maker),
             {QStringLiteral("ldd %1 | grep 'not found'").arg(quoted(state.tried)),
              QStringLiteral("apt-file search %1").arg(quoted(dependency))}};
     }
     for (const LibraryFile &file : state.files) {
         if (file.shape != LibraryShape::SOUND)
-            return problemOfFile(state, file, names);
+            return faultOfFile(state, file, subject);
     }
     if (!state.files.isEmpty()) {
-        return {QLatin1String("not-loadable"),
+        return {Level::FAILURE,
                 filledIn(tr("%1 cannot be loaded: %2"), state.tried,
                          state.errors.isEmpty() ? QString() : state.errors.last()),
                 tr("Get a version of it for this system from %1; the loader's whole account:")
-                    .arg(names.maker),
+                    .arg(subject.maker),
                 {QStringLiteral("ldd -r %1").arg(quoted(state.tried))}};
     }
-    return {QLatin1String("not-found"),
-            filledIn(tr("%1, %2, is not here; looked in %3 and in the loader's cache"), names.what,
-                     state.fileName, state.places.join(tr(", "))),
+    return {subject.absence,
+            filledIn(tr("%1, %2, is not here; looked in %3 and in the loader's cache"),
+                     subject.name, state.fileName, state.places.join(tr(", "))),
             tr("Put the file that %1 delivered, or a link to it, under this name beside "
                "libidcard_reader_lib.so, as root:")
-                .arg(names.maker),
+                .arg(subject.maker),
             {QStringLiteral("ln -s /PATH/OF/THE/MAKERS/FILE %1")
                  .arg(quoted(state.ownFolder + QLatin1Char('/') + state.fileName))}};
 }
 
-Problem problemOf(const LibraryState &state, const Names &names)
+Finding judged(const LibraryState &state, const Subject &subject)
 {
     switch (state.loading) {
     case Loading::NOT_TRIED:
-        return {};
+        return {Level::FINE,
+                tr("its functions are in the process already, from %1").arg(state.definedIn)};
     case Loading::LOADED:
         if (state.missing.isEmpty())
-            return {};
-        return {QLatin1String("missing-function"),
+            return {Level::FINE, state.tried};
+        return {Level::FAILURE,
                 filledIn(tr("%1 has no function %2"), state.tried, state.missing.join(tr(", "))),
                 tr("It is another library, or another version, under this name. Put the one that "
                    "%1 delivered in its place. What it has:")
-                    .arg(names.maker),
+                    .arg(subject.maker),
                 {QStringLiteral("nm -D --defined-only %1").arg(quoted(state.tried))}};
     case Loading::CRASHED:
         for (const LibraryFile &file : state.files) {
             if (file.shape == LibraryShape::CUT_OFF)
-                return problemOfFile(state, file, names);
+                return faultOfFile(state, file, subject);
         }
-        return {QLatin1String("crash"),
+        return {Level::FAILURE,
                 filledIn(tr("Loading %1 crashes (%2), and with it every program that reads"),
                          state.tried, state.crash),
                 tr("Report this to %1 and get another version. Remove this one until then.")
-                    .arg(names.maker)};
+                    .arg(subject.maker)};
     case Loading::HUNG:
-        return {QLatin1String("hang"),
+        return {Level::FAILURE,
                 tr("Loading %1 hangs, and with it every program that reads").arg(state.tried),
                 tr("End other programs that use the reader and plug it in again. If it stays so, "
                    "get another version from %1.")
-                    .arg(names.maker)};
+                    .arg(subject.maker)};
     case Loading::NOT_LOADED:
         break;
     }
-    return loadingProblem(state, names);
-}
-
-Finding judged(const LibraryState &state, const Names &names, Level levelOfAbsence)
-{
-    const Problem problem = problemOf(state, names);
-    const bool isInProcess = state.loading == Loading::NOT_TRIED;
-    const QString loaded = state.loading == Loading::LOADED ? state.tried : QString();
-    Finding finding;
-    if (problem.text.isEmpty()) {
-        finding.text =
-            isInProcess
-                ? tr("its functions are in the process already, from %1").arg(state.definedIn)
-                : loaded;
-    } else {
-        const bool isAbsent = problem.name == QLatin1String("not-found");
-        finding = {isAbsent ? levelOfAbsence : Level::FAILURE, problem.text, problem.remedy,
-                   problem.commands};
-        finding.text[0] = finding.text[0].toUpper();
-    }
-    finding.facts = {{"fileName", state.fileName},
-                     {"functions", QJsonArray::fromStringList(state.functions)},
-                     {"missing", QJsonArray::fromStringList(state.missing)},
-                     {"places", QJsonArray::fromStringList(state.places)},
-                     {"isInProcess", isInProcess},
-                     {"file", textOrNull(isInProcess ? state.definedIn : loaded)},
-                     {"problem", problem.name.isEmpty() ? QLatin1String("none") : problem.name}};
-    return finding;
+    return loadingFault(state, subject);
 }
 
 } // namespace
@@ -281,7 +250,7 @@ LibraryState probePhotoDecoder()
 Findings checkReaderLibrary(const Environment &environment)
 {
     return {judged(environment.readerLibrary,
-                   {tr("the reader maker's library"), tr("the reader's maker")}, Level::FAILURE)};
+                   {tr("The reader maker's library"), tr("the reader's maker"), Level::FAILURE})};
 }
 
 Findings checkPhotoDecoder(const Environment &environment)
@@ -289,7 +258,7 @@ Findings checkPhotoDecoder(const Environment &environment)
     // Many readers deliver photos decoded to their maker's library; over USB none does.
     const Level absence = environment.roads == Roads::LIBRARY ? Level::WARNING : Level::FAILURE;
     return {judged(environment.photoDecoder,
-                   {tr("the photo decoder"), tr("the maker of the photo decoder")}, absence)};
+                   {tr("The photo decoder"), tr("the maker of the photo decoder"), absence})};
 }
 
 } // namespace app::doctor

@@ -15,7 +15,6 @@ namespace app::doctor
 {
 
 struct ScreenState {
-    QString name;
     QSizeF pixels;
     QSizeF millimetres;
     double dpiX = 0;

@@ -124,9 +124,8 @@ QByteArray toReportJson(const std::vector<CheckedFinding> &findings, Roads roads
                             {"check", QLatin1String(one.check->id)},
                             {"level", nameIn(LEVELS, finding.level)},
                             {"text", finding.text},
-                            {"remedy", textOrNull(finding.remedy)},
-                            {"commands", QJsonArray::fromStringList(finding.commands)},
-                            {"facts", finding.facts}};
+                            {"remedy", finding.remedy.isEmpty() ? QJsonValue() : finding.remedy},
+                            {"commands", QJsonArray::fromStringList(finding.commands)}};
     }
     const JsonObject report{{"road", nameIn(ROADS, roads)},
                             {"result", nameIn(LEVELS, worstOf(findings))},

@@ -119,8 +119,7 @@ JsonObject describeScreen()
         return values;
     // JSON has no infinity, which a screen without a size gives; it comes back as 0.
     const QSizeF card = MakeCardImg::getCardRealPixelSize();
-    values["screen"] = JsonObject{{"name", screen->name()},
-                                  {"pixels", toArray(screen->size())},
+    values["screen"] = JsonObject{{"pixels", toArray(screen->size())},
                                   {"millimetres", toArray(screen->physicalSize())},
                                   {"dpiX", screen->physicalDotsPerInchX()},
                                   {"dpiY", screen->physicalDotsPerInchY()},
@@ -137,40 +136,20 @@ void takeScreen(const QJsonObject &values, PicturesState *pictures)
         return;
     const QJsonObject screen = values["screen"].toObject();
     pictures->screen = ScreenState{
-        screen["name"].toString(), toSize(screen["pixels"]),  toSize(screen["millimetres"]),
-        screen["dpiX"].toDouble(), screen["dpiY"].toDouble(), screen["devicePixelRatio"].toDouble(),
-        toSize(screen["card"])};
+        toSize(screen["pixels"]),  toSize(screen["millimetres"]),         screen["dpiX"].toDouble(),
+        screen["dpiY"].toDouble(), screen["devicePixelRatio"].toDouble(), toSize(screen["card"])};
 }
 
 Findings checkScreen(const Environment &environment)
 {
-    const PicturesState &pictures = environment.pictures;
-    const ScreenState screen = pictures.screen.value_or(ScreenState());
-    const auto ifThere = [&pictures](double number) {
-        return pictures.screen ? QJsonValue(number) : QJsonValue();
-    };
-    Finding finding = judgedScreen(pictures);
-    finding.facts = {{"platform", textOrNull(pictures.runningPlatform)},
-                     {"isOffscreenChosen", pictures.isOffscreenChosen},
-                     {"name", textOrNull(screen.name)},
-                     {"width", ifThere(screen.pixels.width())},
-                     {"height", ifThere(screen.pixels.height())}};
-    return {finding};
+    return {judgedScreen(environment.pictures)};
 }
 
 Findings checkResolution(const Environment &environment)
 {
     if (!environment.pictures.screen)
         return {};
-    const ScreenState &screen = *environment.pictures.screen;
-    Finding finding = judgedResolution(screen);
-    finding.facts = {{"dpiX", screen.dpiX},
-                     {"dpiY", screen.dpiY},
-                     {"widthMm", screen.millimetres.width()},
-                     {"heightMm", screen.millimetres.height()},
-                     {"cardWidth", screen.card.width()},
-                     {"cardHeight", screen.card.height()}};
-    return {finding};
+    return {judgedResolution(*environment.pictures.screen)};
 }
 
 } // namespace app::doctor

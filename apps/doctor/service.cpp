@@ -123,13 +123,9 @@ ServiceState probeService()
 
 Findings checkService(const Environment &environment)
 {
-    const ServiceState &service = environment.service;
-    if (!service.isProbed)
+    if (!environment.service.isProbed)
         return {};
-    Finding finding = judged(service);
-    finding.facts = {{"inside", textOrNull(service.error)},
-                     {"outside", static_cast<int>(service.outside)}};
-    return {finding};
+    return {judged(environment.service)};
 }
 
 } // namespace app::doctor

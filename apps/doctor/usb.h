@@ -106,18 +106,13 @@ Findings checkGroup(const Environment &environment);
 Findings checkDriver(const Environment &environment);
 Findings checkHolder(const Environment &environment);
 
-/** A finding for each device that could be a reader, with its facts and which device it is. */
-template <typename Judge, typename Facts>
-Findings forEach(const UsbState &usb, Judge judge, Facts factsOf)
+/** A finding for each device that could be a reader. */
+template <typename Judge>
+Findings forEach(const UsbState &usb, Judge judge)
 {
     Findings findings;
-    for (const UsbNode &node : usb.nodes) {
-        Finding finding = judge(node);
-        finding.facts = factsOf(node);
-        finding.facts["device"] = toText(node.device.ids);
-        finding.facts["node"] = node.device.node;
-        findings << finding;
-    }
+    for (const UsbNode &node : usb.nodes)
+        findings << judge(node);
     return findings;
 }
 

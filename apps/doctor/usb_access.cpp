@@ -12,7 +12,6 @@
 #include <QFile>
 
 #include "apps/doctor/environment.h"
-#include "apps/process/json_object.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
 
@@ -150,29 +149,12 @@ GroupState groupState(const QString &group)
 Findings checkPermission(const Environment &environment)
 {
     const UsbState &usb = environment.usb;
-    return forEach(
-        usb, [&](const UsbNode &node) { return judgedRights(node, usb); },
-        [](const UsbNode &node) {
-            const NodeRights &rights = node.rights;
-            return JsonObject{
-                {"mayOpen", node.device.mayOpen},
-                {"mode", rights.isThere ? QJsonValue(modeText(rights.mode)) : QJsonValue()},
-                {"owner", textOrNull(rights.owner)},
-                {"group", textOrNull(rights.group)},
-                {"hasAcl", rights.hasAcl}};
-        });
+    return forEach(usb, [&](const UsbNode &node) { return judgedRights(node, usb); });
 }
 
 Findings checkGroup(const Environment &environment)
 {
-    const GroupState &group = environment.usb.group;
-    Finding finding = judgedGroup(group, environment.usb.nodes);
-    finding.facts = {{"group", group.name},
-                     {"user", group.user},
-                     {"exists", group.exists},
-                     {"isMember", group.isMember},
-                     {"isInForce", group.isInForce}};
-    return {finding};
+    return {judgedGroup(environment.usb.group, environment.usb.nodes)};
 }
 
 } // namespace app::doctor

@@ -5,10 +5,8 @@
 
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
 
 #include "apps/doctor/environment.h"
-#include "apps/process/json_object.h"
 #include "apps/process/link_target.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
@@ -105,14 +103,7 @@ Holders holdersOf(const QString &node, const QString &processes)
 
 Findings checkHolder(const Environment &environment)
 {
-    return forEach(environment.usb, judgedHolders, [](const UsbNode &node) {
-        QJsonArray processes;
-        for (const Holder &holder : node.holders.processes)
-            processes << JsonObject{{"process", holder.process}, {"name", holder.name}};
-        return JsonObject{{"isClaimed", isClaimed(node)},
-                          {"processes", processes},
-                          {"unseenProcesses", node.holders.unseen}};
-    });
+    return forEach(environment.usb, judgedHolders);
 }
 
 } // namespace app::doctor

@@ -2,7 +2,6 @@
 
 #include "apps/doctor/environment.h"
 #include "apps/doctor/shipped_files.h"
-#include "apps/process/json_object.h"
 #include "apps/process/translation.h"
 #include "apps/reading/usb_list.h"
 #include "apps/results/message.h"
@@ -101,27 +100,14 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
 Findings checkReader(const Environment &environment)
 {
     const UsbState &usb = environment.usb;
-    if (usb.code != 0 || usb.nodes.isEmpty()) {
-        Finding finding = judgedAbsence(usb);
-        finding.facts = {{"device", usb.asked ? QJsonValue(toText(*usb.asked)) : QJsonValue()},
-                         {"node", QJsonValue()},
-                         {"manufacturer", QJsonValue()},
-                         {"product", QJsonValue()},
-                         {"hasReaderPipes", QJsonValue()}};
-        return {finding};
-    }
-    return forEach(usb, judgedReader, [](const UsbNode &node) {
-        return JsonObject{{"manufacturer", textOrNull(node.device.manufacturer)},
-                          {"product", textOrNull(node.device.product)},
-                          {"hasReaderPipes", node.device.hasReaderPipes}};
-    });
+    if (usb.code != 0 || usb.nodes.isEmpty())
+        return {judgedAbsence(usb)};
+    return forEach(usb, judgedReader);
 }
 
 Findings checkDriver(const Environment &environment)
 {
-    return forEach(environment.usb, judgedDriver, [](const UsbNode &node) {
-        return JsonObject{{"driver", textOrNull(node.device.driver)}};
-    });
+    return forEach(environment.usb, judgedDriver);
 }
 
 } // namespace app::doctor

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QRegularExpression>
 
 #include "apps/doctor/environment.h"
@@ -90,16 +89,6 @@ Finding judgedRule(const UsbState &usb, const RuleState &rule, const UsbNode *no
     return {Level::FINE, filledIn(tr("%1, for %2"), rule.path, whom)};
 }
 
-Finding findingOf(const UsbState &usb, const RuleState &rule, const UsbNode *node)
-{
-    Finding finding = judgedRule(usb, rule, node);
-    finding.facts = {{"device", node == nullptr ? QJsonValue() : toText(node->device.ids)},
-                     {"file", textOrNull(rule.path)},
-                     {"opens", QJsonArray::fromStringList(openedDevices(rule))},
-                     {"isMasked", rule.isMasked}};
-    return finding;
-}
-
 /** The rule file at a path; without one, an empty state. */
 RuleState readRule(const QString &path)
 {
@@ -182,13 +171,13 @@ Findings checkRule(const Environment &environment)
     const UsbState &usb = environment.usb;
     Findings findings;
     for (const UsbNode &node : usb.nodes)
-        findings << findingOf(usb, ruleFor(usb, node.device.ids), &node);
+        findings << judgedRule(usb, ruleFor(usb, node.device.ids), &node);
     if (!findings.isEmpty())
         return findings;
     for (const RuleState &rule : usb.added)
-        findings << findingOf(usb, rule, nullptr);
+        findings << judgedRule(usb, rule, nullptr);
     if (findings.isEmpty() || !usb.rule.path.isEmpty())
-        findings.prepend(findingOf(usb, usb.rule, nullptr));
+        findings.prepend(judgedRule(usb, usb.rule, nullptr));
     return findings;
 }
 

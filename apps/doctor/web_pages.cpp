@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include "apps/doctor/environment.h"
@@ -82,22 +81,12 @@ Finding judged(const WebPagesState &state)
     return {Level::FINE, state.list.origins.join(tr(", ")) + lastAnswerIn(state)};
 }
 
-QJsonArray factsOf(const QVector<BrowserState> &browsers)
-{
-    QJsonArray facts;
-    for (const BrowserState &browser : browsers)
-        facts << JsonObject{{"name", browser.name},
-                            {"host", textOrNull(browser.host)},
-                            {"canHostStart", browser.canHostStart}};
-    return facts;
-}
-
 } // namespace
 
 WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &root)
 {
     WebPagesState state{
-        listPath, QFileInfo::exists(listPath), readOriginList(listPath, owner), {}, lastAnswer()};
+        QFileInfo::exists(listPath), readOriginList(listPath, owner), {}, lastAnswer()};
     for (const Browser &browser : browsers(root)) {
         const QString host = programNamedIn(browser.hostFile);
         if (QFileInfo::exists(browser.installation))
@@ -109,16 +98,9 @@ WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString 
 
 Findings checkWebPages(const Environment &environment)
 {
-    const WebPagesState &state = environment.webPages;
-    if (!state.isListThere)
+    if (!environment.webPages.isListThere)
         return {};
-    Finding finding = judged(state);
-    finding.facts = {{"list", state.listPath},
-                     {"origins", QJsonArray::fromStringList(state.list.origins)},
-                     {"mistake", textOrNull(state.list.mistake)},
-                     {"browsers", factsOf(state.browsers)},
-                     {"lastAnswer", state.lastAnswer.isEmpty() ? QJsonValue() : state.lastAnswer}};
-    return {finding};
+    return {judged(environment.webPages)};
 }
 
 } // namespace app::doctor

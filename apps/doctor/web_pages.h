@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include "apps/doctor/finding.h"
+#include "apps/process/json_object.h"
 #include "apps/web_sites/origin_list.h"
 
 namespace app::doctor
@@ -19,7 +20,6 @@ struct BrowserState {
 };
 
 struct WebPagesState {
-    QString listPath;
     bool isListThere = false; ///< otherwise nothing for web pages is installed
     OriginList list;
     QVector<BrowserState> browsers; ///< that have the extension

@@ -1200,16 +1200,8 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>其函数已在进程中，来自 %1</translation>
     </message>
     <message>
-        <source>the reader maker&apos;s library</source>
-        <translation>读卡器厂商的库</translation>
-    </message>
-    <message>
         <source>the reader&apos;s maker</source>
         <translation>读卡器厂商</translation>
-    </message>
-    <message>
-        <source>the photo decoder</source>
-        <translation>照片解码库</translation>
     </message>
     <message>
         <source>the maker of the photo decoder</source>
@@ -1684,6 +1676,14 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>Let it be installed, as root:</source>
         <translation>请以 root 身份安装：</translation>
+    </message>
+    <message>
+        <source>The reader maker&apos;s library</source>
+        <translation>读卡器厂商的库</translation>
+    </message>
+    <message>
+        <source>The photo decoder</source>
+        <translation>照片解码库</translation>
     </message>
 </context>
 <context>

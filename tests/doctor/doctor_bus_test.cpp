@@ -61,10 +61,8 @@ TEST_F(DoctorOnTheBus, EmptyBusIsAFailure)
 TEST_F(DoctorOnTheBus, OtherDevicesThanTheOneAskedForAreAFailure)
 {
     plugIn();
-    const QJsonObject finding =
-        expectFinding("usb-reader", "failure", "1209:00ab is not on the USB bus; 1 other devices",
-                      {"--road", "usb", "--device", "1209:00AB"});
-    EXPECT_EQ(finding["facts"].toObject()["device"].toString(), "1209:00ab");
+    expectFinding("usb-reader", "failure", "1209:00ab is not on the USB bus; 1 other devices",
+                  {"--road", "usb", "--device", "1209:00AB"});
 }
 
 TEST_F(DoctorOnTheBus, ReaderIsFoundByItsPipesAndNotOpened)
@@ -73,8 +71,9 @@ TEST_F(DoctorOnTheBus, ReaderIsFoundByItsPipesAndNotOpened)
     for (const QStringList &arguments : {QStringList{}, QStringList{"--device", "1209:0001"}}) {
         const QJsonObject report =
             reportOf(run(QStringList{"--json", "--road", "usb"} + arguments));
-        EXPECT_EQ(findingIn(report, "usb-reader")["level"].toString(), "ok");
-        EXPECT_EQ(findingIn(report, "usb-reader")["facts"].toObject()["node"].toString(), node());
+        const QJsonObject reader = findingIn(report, "usb-reader");
+        EXPECT_EQ(reader["level"].toString(), "ok");
+        EXPECT_THAT(textOf(reader), HasSubstr(node().toStdString()));
         EXPECT_EQ(findingIn(report, "usb-permission")["level"].toString(), "ok");
         EXPECT_EQ(findingIn(report, "usb-driver")["level"].toString(), "ok");
         EXPECT_EQ(findingIn(report, "usb-holder")["level"].toString(), "ok");
@@ -85,7 +84,7 @@ TEST_F(DoctorOnTheBus, RuleThatIsNotInstalledIsReported)
 {
     plugIn();
     const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-rule");
-    const bool isInstalled = !finding["facts"].toObject()["file"].isNull();
+    const bool isInstalled = !finding["text"].toString().contains("is in none of udev's folders");
     EXPECT_EQ(finding["level"].toString(), isInstalled ? "ok" : "warning");
 }
 
@@ -99,7 +98,7 @@ TEST_F(DoctorOnTheBus, NodeThatThisUserMayNotOpenIsAFailure)
     const QJsonObject report = reportOf(json);
     const QJsonObject finding = findingIn(report, "usb-permission");
     EXPECT_EQ(finding["level"].toString(), "failure");
-    EXPECT_EQ(finding["facts"].toObject()["mode"].toString(), "0000");
+    EXPECT_THAT(textOf(finding), HasSubstr("mode 0000"));
     const QJsonObject group = findingIn(report, "usb-group");
     EXPECT_EQ(group["level"].toString(), "failure");
     const ProcessResult text = runAsOrdinaryUser({"--road", "usb"});
@@ -116,7 +115,6 @@ TEST_F(DoctorOnTheBus, DriverThatIsBoundIsAWarning)
     bind("usbserial_generic");
     const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-driver");
     EXPECT_EQ(finding["level"].toString(), "warning");
-    EXPECT_EQ(finding["facts"].toObject()["driver"].toString(), "usbserial_generic");
     EXPECT_THAT(QString::fromUtf8(run({"--road", "usb"}).standardOutput).toStdString(),
                 HasSubstr("warning  Kernel driver    \"usbserial_generic\" is bound"));
 }
@@ -129,9 +127,7 @@ TEST_F(DoctorOnTheBus, ProgramThatHasTheNodeOpenIsAWarning)
     const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-holder");
     close(descriptor);
     EXPECT_EQ(finding["level"].toString(), "warning");
-    const QJsonArray processes = finding["facts"].toObject()["processes"].toArray();
-    ASSERT_EQ(processes.size(), 1);
-    EXPECT_EQ(processes.first().toObject()["process"].toInt(), getpid());
+    EXPECT_THAT(textOf(finding), HasSubstr("(process " + std::to_string(getpid()) + ")"));
 }
 
 TEST_F(DoctorOnTheBus, ProgramThatHoldsTheReaderIsAFailure)

@@ -169,9 +169,7 @@ TEST(ServiceCheck, WithoutACard_IsFine)
     answer(machine, IDCARD_SERVICE_DOMAIN ".Error.NoCard", "No card", ExitStatus::NO_CARD);
     const Finding finding = findingOf("service", machine);
     EXPECT_EQ(finding.level, Level::FINE);
-    EXPECT_EQ(finding.facts["inside"].toString(),
-              QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.NoCard"));
-    EXPECT_EQ(finding.facts["outside"].toInt(), 4);
+    EXPECT_EQ(finding.text, "it reaches the reader, on which no card lies");
 }
 
 TEST(ServiceCheck, NotAskedFor_FindsNothing)
@@ -192,13 +190,8 @@ TEST(ConfigurationCheck, SaysWhatTheFilesHold)
 {
     Environment machine = fineMachine();
     machine.configuration = {{"/etc/a.conf", true, {{"timeout", "30", 1}}}, {"/home/b.conf", true}};
-    const Finding finding = findingOf("configuration", machine);
-    EXPECT_EQ(finding.text, "/etc/a.conf: timeout = 30; /home/b.conf: no setting");
-    const QJsonArray files = finding.facts["files"].toArray();
-    ASSERT_EQ(files.size(), 2);
-    EXPECT_EQ(files[0].toObject()["settings"].toArray(),
-              (QJsonArray{QJsonObject{{"key", "timeout"}, {"value", "30"}, {"line", 1}}}));
-    EXPECT_TRUE(files[1].toObject()["isThere"].toBool());
+    EXPECT_EQ(findingOf("configuration", machine).text,
+              "/etc/a.conf: timeout = 30; /home/b.conf: no setting");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -547,7 +540,7 @@ TEST(AddedRules, WithoutAReader_AreNamedBesideThatOfThePackage)
         QStringList names;
         for (const Finding &finding : checkRule(machine)) {
             EXPECT_EQ(finding.level, Level::FINE);
-            names << finding.facts["file"].toString().section('/', -1);
+            names << finding.text.section(',', 0, 0).section('/', -1);
         }
         return names;
     };
@@ -671,7 +664,6 @@ TEST(WebPagesCheck, NamesTheSites)
 TEST(WebPagesCheck, SaysWhatTheHostLastAnswered)
 {
     Environment machine = fineMachine();
-    EXPECT_EQ(findingOf("web-pages", machine).facts["lastAnswer"], QJsonValue());
     machine.webPages.lastAnswer = {{"time", "2026-11-22T10:20:30"},
                                    {"origin", "https://evil.example\n"},
                                    {"result", "BROWSER_ORIGIN_NOT_LISTED"}};
@@ -679,7 +671,6 @@ TEST(WebPagesCheck, SaysWhatTheHostLastAnswered)
     const Finding finding = findingOf("web-pages", machine);
     EXPECT_EQ(finding.text, "No site may read cards; the last answer, at 2026-11-22T10:20:30, was "
                             "BROWSER_ORIGIN_NOT_LISTED for https://evil.example\\u000A");
-    EXPECT_EQ(finding.facts["lastAnswer"].toObject(), machine.webPages.lastAnswer);
 }
 
 TEST(WebPagesCheck, WhereNothingIsInstalled_FindsNothing)
@@ -700,7 +691,7 @@ TEST(TwoReaders, AreReportedOneAfterTheOther)
     ASSERT_EQ(findings.size(), 2);
     EXPECT_EQ(findings[0].level, Level::FINE);
     EXPECT_EQ(findings[1].level, Level::FAILURE);
-    EXPECT_EQ(findings[1].facts["node"].toString(), "/dev/bus/usb/001/003");
+    EXPECT_THAT(findings[1].text.toStdString(), HasSubstr("/dev/bus/usb/001/003"));
 }
 
 TEST(ScreenThatIsNotThere, HasNoResolutionToJudge)

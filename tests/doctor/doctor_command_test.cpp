@@ -13,6 +13,8 @@ using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 
 namespace
 {
@@ -26,12 +28,10 @@ TEST_F(Doctor, MachineInOrderIsFine)
     EXPECT_EQ(json.exitStatus, 0);
     const QJsonObject report = reportOf(json);
     EXPECT_EQ(report["result"].toString(), "ok");
-    const QJsonObject resolution = findingIn(report, "resolution")["facts"].toObject();
-    EXPECT_NEAR(resolution["dpiX"].toDouble(), 100, 1e-6);
-    EXPECT_NEAR(resolution["cardWidth"].toDouble(), 85.6 / 25.4 * 100, 1e-6);
-    const QJsonObject font = findingIn(report, "number-font")["facts"].toObject();
-    EXPECT_EQ(font["got"].toString(), "Noto Sans Mono CJK SC");
-    EXPECT_EQ(font["faces"].toArray(), QJsonArray{"Noto Sans Mono CJK SC Bold"});
+    EXPECT_THAT(textOf(findingIn(report, "resolution")),
+                AllOf(StartsWith("100 dpi ("), HasSubstr("painted with 337 x 213 pixels")));
+    EXPECT_THAT(textOf(findingIn(report, "number-font")),
+                EndsWith("its stand-in Noto Sans Mono CJK SC Bold"));
 }
 
 TEST_F(Doctor, ConfigurationIsShownAndItsMistakeIsAFailure)
@@ -41,20 +41,11 @@ TEST_F(Doctor, ConfigurationIsShownAndItsMistakeIsAFailure)
     writeFile(file, "# counter 3\nroad = usb\ndevice = 1209:00AB\ntimeout = 30\n");
     const ProcessResult fine = run({"--road", "library", "--json"});
     EXPECT_EQ(fine.exitStatus, 0) << fine.output();
-    const QJsonArray files =
-        findingIn(reportOf(fine), "configuration")["facts"].toObject()["files"].toArray();
-    ASSERT_EQ(files.size(), 2);
-    EXPECT_TRUE(files[0].toObject()["file"].toString().endsWith("/etc/idcard-reader.conf"));
-    EXPECT_EQ(files[1].toObject()["file"].toString(), file);
-    const QJsonArray settings = files[1].toObject()["settings"].toArray();
-    ASSERT_EQ(settings.size(), 3);
-    EXPECT_EQ(settings[1].toObject(),
-              (QJsonObject{{"key", "device"}, {"value", "1209:00AB"}, {"line", 3}}));
+    EXPECT_EQ(textOf(findingIn(reportOf(fine), "configuration")),
+              file.toStdString() + ": road = usb, device = 1209:00AB, timeout = 30");
 
     writeFile(file, "road = usb\ntimeout = soon\n");
-    const QJsonObject finding =
-        expectFault("configuration", "failure", "idcard-reader.conf, line 2: timeout takes");
-    EXPECT_EQ(finding["facts"].toObject()["files"].toArray()[1].toObject()["line"].toInt(), 2);
+    expectFault("configuration", "failure", "idcard-reader.conf, line 2: timeout takes");
     QFile::remove(file);
     QDir().mkpath(file);
     expectFault("configuration", "failure", "idcard-reader.conf: it is not a file of text.");
@@ -77,7 +68,7 @@ TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
     const ProcessResult quiet = run({"--road", "library"});
     EXPECT_THAT(quiet.error(), IsEmpty());
     const ProcessResult verbose = run({"--road", "library", "--verbose"});
-    EXPECT_THAT(verbose.error(), testing::StartsWith("noise\nnoise\n"));
+    EXPECT_THAT(verbose.error(), StartsWith("noise\nnoise\n"));
     EXPECT_EQ(verbose.output(), quiet.output());
     EXPECT_EQ(verbose.exitStatus, 0);
 }
@@ -85,13 +76,12 @@ TEST_F(Doctor, VerboseShowsWhatLibrariesPrintAndItIsNeverInTheReport)
 TEST_F(Doctor, OtherVersionsAreReported)
 {
     preload("libidcard_other_versions.so");
-    const QJsonObject qt = expectFault(
-        "qt-version", "failure", "5.9.5, built with " QT_VERSION_STR ": they do not go together");
-    EXPECT_EQ(qt["facts"].toObject()["running"].toString(), "5.9.5");
+    expectFault("qt-version", "failure",
+                "5.9.5, built with " QT_VERSION_STR ": they do not go together");
     const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
     const QJsonObject library = findingIn(report, "library-version");
     EXPECT_EQ(library["level"].toString(), "warning");
-    EXPECT_EQ(library["facts"].toObject()["library"].toString(), "version:0.9.0");
+    EXPECT_THAT(textOf(library), HasSubstr("\"version:0.9.0\""));
 }
 
 TEST_F(Doctor, MissingLocaleIsAWarning)
@@ -110,8 +100,7 @@ TEST_F(Doctor, MakersLibraryThatIsNowhereIsAFailure)
 {
     set("LD_LIBRARY_PATH", path("nothing"));
     const QJsonObject finding = expectFault("reader-library", "failure", "is not here; looked in");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "not-found");
-    EXPECT_TRUE(finding["facts"].toObject()["places"].toArray().contains(path("nothing")));
+    EXPECT_THAT(textOf(finding), HasSubstr(", " + path("nothing").toStdString() + ", "));
     const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
     EXPECT_EQ(findingIn(report, "photo-decoder")["level"].toString(), "warning");
 }
@@ -122,9 +111,10 @@ TEST_F(Doctor, MakersLibraryInTheCurrentFolderIsNotFound)
     set("LD_LIBRARY_PATH", path("nothing"));
     runIn(path("vendor"));
     const QJsonObject finding = expectFault("reader-library", "failure", "is not here; looked in");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "not-found");
-    for (const auto &place : finding["facts"].toObject()["places"].toArray())
-        EXPECT_THAT(place.toString().toStdString(), testing::StartsWith("/"));
+    const QString places =
+        finding["text"].toString().section("looked in ", 1).section(" and in", 0, 0);
+    for (const QString &place : places.split(", "))
+        EXPECT_THAT(place.toStdString(), StartsWith("/"));
 }
 
 TEST_F(Doctor, MakersLibraryToWhichOnlyThePathOfThisProgramLeadsIsNotFound)
@@ -138,7 +128,7 @@ TEST_F(Doctor, MakersLibraryToWhichOnlyThePathOfThisProgramLeadsIsNotFound)
     runFrom(path("bin/idcard-reader"));
     set("LD_LIBRARY_PATH", IDCARD_BUILD_LIB_DIR);
     const QJsonObject finding = expectFault("reader-library", "failure", "is not here; looked in");
-    EXPECT_FALSE(finding["facts"].toObject()["places"].toArray().contains(path("lib")));
+    EXPECT_THAT(textOf(finding), Not(HasSubstr(path("lib").toStdString() + ",")));
 }
 
 TEST_F(Doctor, MakersLibraryForAnotherProcessorIsAFailure)
@@ -150,34 +140,26 @@ TEST_F(Doctor, MakersLibraryForAnotherProcessorIsAFailure)
     // Where it does not go the loader goes on, and finds the one that is installed.
     EXPECT_EQ(run({"--road", "library"}).exitStatus, 0);
     set("LD_LIBRARY_PATH", path("vendor"));
-    const QJsonObject finding =
-        expectFault("reader-library", "failure", "is for another processor: RISC-V");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "other-machine");
+    expectFault("reader-library", "failure", "is for another processor: RISC-V");
 }
 
 TEST_F(Doctor, MakersLibraryThatIsCutOffIsAFailure)
 {
     install(readFile(builtLibrary("WRITES")).left(5000));
-    const QJsonObject finding =
-        expectFault("reader-library", "failure", "is cut off: its 5000 bytes are fewer than");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "truncated");
+    expectFault("reader-library", "failure", "is cut off: its 5000 bytes are fewer than");
 }
 
 TEST_F(Doctor, MakersLibraryWithoutAFunctionIsAFailure)
 {
     install(readFile(builtLibrary("LACKS_FUNCTIONS")));
-    const QJsonObject finding =
-        expectFault("reader-library", "failure",
-                    "has no function KVO_FindIDCard, KVO_ReadIDCard, KVO_ClosePort");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "missing-function");
+    expectFault("reader-library", "failure",
+                "has no function KVO_FindIDCard, KVO_ReadIDCard, KVO_ClosePort");
 }
 
 TEST_F(Doctor, MakersLibraryWithoutALibraryThatItNeedsIsAFailure)
 {
     install(readFile(builtLibrary("NEEDS_ANOTHER")));
-    const QJsonObject finding =
-        expectFault("reader-library", "failure", "needs libidcard_maker_needed.so, which is not");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "missing-dependency");
+    expectFault("reader-library", "failure", "needs libidcard_maker_needed.so, which is not");
 }
 
 TEST_F(Doctor, MissingDependencyIsKnownWhereTheLoaderSpeaksChinese)
@@ -186,17 +168,14 @@ TEST_F(Doctor, MissingDependencyIsKnownWhereTheLoaderSpeaksChinese)
     set("LOCPATH", IDCARD_CHINESE_LOCALES);
     set("LC_ALL", "zh_CN.UTF-8");
     const QJsonObject report = reportOf(run({"--road", "library", "--json"}));
-    QStringList problems;
-    for (const QJsonValue &finding : report["findings"].toArray())
-        problems << finding["facts"]["problem"].toString();
-    EXPECT_TRUE(problems.contains("missing-dependency")) << problems.join(' ').toStdString();
+    EXPECT_TRUE(findingIn(report, "reader-library")["commands"].toArray().contains(
+        "apt-file search libidcard_maker_needed.so"));
 }
 
 TEST_F(Doctor, MakersLibraryThatCrashesIsAFailureAndLeavesNoCoreFile)
 {
     install(readFile(builtLibrary("CRASHES")));
-    const QJsonObject finding = expectFault("reader-library", "failure", "crashes (signal 6");
-    EXPECT_EQ(finding["facts"].toObject()["problem"].toString(), "crash");
+    expectFault("reader-library", "failure", "crashes (signal 6");
 
     rlimit limit{};
     getrlimit(RLIMIT_CORE, &limit);
@@ -219,8 +198,8 @@ TEST_F(Doctor, FunctionsThatAreInTheProcessAreTakenFromThere)
     for (const char *check : {"reader-library", "photo-decoder"}) {
         const QJsonObject finding = findingIn(report, check);
         EXPECT_EQ(finding["level"].toString(), "ok");
-        EXPECT_TRUE(finding["facts"].toObject()["isInProcess"].toBool());
-        EXPECT_THAT(finding["text"].toString().toStdString(), EndsWith("/libidcard_simulator.so"));
+        EXPECT_THAT(textOf(finding), AllOf(StartsWith("its functions are in the process already"),
+                                           EndsWith("/libidcard_simulator.so")));
     }
 }
 
@@ -243,8 +222,7 @@ TEST_F(Doctor, PlatformThatQtDoesNotHaveIsAFailure)
 TEST_F(Doctor, OffscreenForWantOfADisplayIsAWarning)
 {
     set("QT_QPA_PLATFORM", QString());
-    const QJsonObject finding = expectFault("screen", "warning", "There is no display.");
-    EXPECT_EQ(finding["facts"].toObject()["platform"].toString(), "offscreen");
+    expectFault("screen", "warning", "chooses Qt's platform \"offscreen\" by itself");
 }
 
 TEST_F(Doctor, UnbelievableResolutionIsAFailure)
@@ -252,7 +230,7 @@ TEST_F(Doctor, UnbelievableResolutionIsAFailure)
     set("QT_QPA_PLATFORM", "vnc:size=800x600:mmsize=1x1:port=0");
     const QJsonObject finding =
         expectFault("resolution", "failure", "The screen claims 20320 x 15240 dpi (1 x 1 mm)");
-    EXPECT_NEAR(finding["facts"].toObject()["cardWidth"].toDouble(), 68480, 1e-6);
+    EXPECT_THAT(textOf(finding), HasSubstr("painted with 68480 x "));
 }
 
 TEST_F(Doctor, UnusualAndUnequalResolutionsAreWarnings)
@@ -290,7 +268,7 @@ TEST_F(DoctorWithOwnPlugins, MissingJpegPluginIsAFailure)
 {
     takePlatforms();
     const QJsonObject finding = expectFault("jpeg", "failure", "Qt has no JPEG plug-in");
-    EXPECT_TRUE(finding["facts"].toObject()["pluginFolders"].toArray().contains(path("plugins")));
+    EXPECT_THAT(textOf(finding), HasSubstr("looked in " + path("plugins").toStdString()));
 }
 
 TEST_F(DoctorWithOwnPlugins, BrokenJpegPluginIsAFailure)
@@ -299,8 +277,7 @@ TEST_F(DoctorWithOwnPlugins, BrokenJpegPluginIsAFailure)
     QDir().mkpath(path("plugins/imageformats"));
     writeFile(path("plugins/imageformats/libqjpeg.so"), QByteArray(5000, 'x'));
     const QJsonObject finding = expectFault("jpeg", "failure", "Qt's JPEG plug-in does not work");
-    EXPECT_EQ(finding["facts"].toObject()["file"].toString(),
-              path("plugins/imageformats/libqjpeg.so"));
+    EXPECT_THAT(textOf(finding), HasSubstr(path("plugins/imageformats/libqjpeg.so").toStdString()));
 }
 
 TEST_F(DoctorWithOwnPlugins, QtWithoutAnyPlatformFailsInEverythingThatItPaints)
@@ -316,9 +293,7 @@ TEST_F(Doctor, NoChineseFontIsAFailure)
     writeFile(path("fonts.conf"),
               "<fontconfig><dir>" + path("none").toUtf8() + "</dir></fontconfig>");
     set("FONTCONFIG_FILE", path("fonts.conf"));
-    const QJsonObject finding =
-        expectFault("text-font", "failure", "no font here has the Chinese characters");
-    EXPECT_FALSE(finding["facts"].toObject()["hasChinese"].toBool(true));
+    expectFault("text-font", "failure", "no font here has the Chinese characters");
 }
 
 TEST_F(Doctor, FontWithoutTheStandInFileIsAWarning)
@@ -330,9 +305,7 @@ TEST_F(Doctor, FontWithoutTheStandInFileIsAWarning)
               "<match target=\"pattern\"><edit name=\"family\" mode=\"assign_replace\" "
               "binding=\"strong\"><string>Noto Sans CJK JP</string></edit></match></fontconfig>");
     set("FONTCONFIG_FILE", path("fonts.conf"));
-    const QJsonObject finding = expectFault("number-font", "warning", "no stand-in is named");
-    EXPECT_FALSE(finding["facts"].toObject()["isStandIn"].toBool(true));
-    EXPECT_TRUE(finding["facts"].toObject()["hasChinese"].toBool());
+    expectFault("number-font", "warning", "no stand-in is named");
 }
 
 /** The program on a machine whose maker's library hangs: it begins with the first test. */

@@ -51,8 +51,7 @@ Environment fineMachine()
     machine.usb.accessProgram = "idcard-reader-access";
     machine.usb.group = {"idcard-reader", "clerk", false, true, true, true};
 
-    machine.webPages = {"/etc/idcard-reader/browser-origins",
-                        true,
+    machine.webPages = {true,
                         {{"https://pms.example", "http://intranet"}, {}},
                         {{"chromium", "/etc/chromium/host.json", "/usr/libexec/host", true},
                          {"firefox", "/usr/lib/mozilla/host.json", "/usr/libexec/host", true}},
@@ -62,8 +61,8 @@ Environment fineMachine()
     PicturesState &pictures = machine.pictures;
     pictures.hasStarted = true;
     pictures.runningPlatform = "xcb";
-    pictures.screen = ScreenState{
-        "DP-1", {1920, 1080}, {508, 286}, 96, 96, 1, {323.5275590551181, 204.0944881889}};
+    pictures.screen =
+        ScreenState{{1920, 1080}, {508, 286}, 96, 96, 1, {323.5275590551181, 204.0944881889}};
     pictures.isJpegKnown = true;
     pictures.canWriteJpeg = true;
     pictures.jpegPlugin = "/qt/imageformats/libqjpeg.so";

@@ -88,6 +88,11 @@ protected:
         return {};
     }
 
+    static std::string textOf(const QJsonObject &finding)
+    {
+        return finding["text"].toString().toStdString();
+    }
+
     /**
      * Runs the program twice: its JSON has this finding, its text this part behind the title, and
      * the exit status is that of the level. Returns the finding.
@@ -102,7 +107,7 @@ protected:
         EXPECT_EQ(report["result"].toString(), level);
         QJsonObject finding = findingIn(report, check);
         EXPECT_EQ(finding["level"].toString(), level);
-        EXPECT_THAT(finding["text"].toString().toStdString(), testing::HasSubstr(part));
+        EXPECT_THAT(textOf(finding), testing::HasSubstr(part));
         EXPECT_THAT(finding["remedy"].toString().toStdString(), testing::Not(testing::IsEmpty()));
 
         if (isEmulated())
