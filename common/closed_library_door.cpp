@@ -4,10 +4,13 @@
 #include "common/closed_functions.h"
 #include "common/debug_log.h"
 
+#include <array>
+#include <climits>
 #include <stdexcept>
 #include <string>
 
 #include <dlfcn.h>
+#include <link.h>
 
 // Weak references: they make the linker of a host offer the host's own definitions to this library,
 // and they are null when the process has none.
@@ -31,17 +34,20 @@ namespace
 constexpr const char *READER_LIBRARY = IDCARD_VENDOR_READER_LIBRARY;
 constexpr const char *WLT_LIBRARY = IDCARD_WLT_LIBRARY;
 
-/** Path that `fileName` has beside this library; empty when that is unknown. */
+/**
+ * Path that `fileName` has beside this library; empty when that is unknown. The folder is the one
+ * that the loader noted when it loaded this library: the path that it was given can be relative to
+ * a working folder that the host has left since.
+ */
 std::string pathBesideThisLibrary(const char *fileName)
 {
     Dl_info self{};
-    if (dladdr(&READER_LIBRARY, &self) == 0 || self.dli_fname == nullptr)
+    link_map *loaded = nullptr;
+    std::array<char, 2 * PATH_MAX> folder{}; // a working folder and a path within it
+    if (dladdr1(&READER_LIBRARY, &self, reinterpret_cast<void **>(&loaded), RTLD_DL_LINKMAP) == 0 ||
+        dlinfo(loaded, RTLD_DI_ORIGIN, folder.data()) != 0)
         return {};
-    const std::string own = self.dli_fname;
-    const std::string::size_type slash = own.rfind('/');
-    if (slash == std::string::npos)
-        return {};
-    return own.substr(0, slash + 1) + fileName;
+    return std::string(folder.data()) + '/' + fileName;
 }
 
 /**

@@ -15,7 +15,8 @@ namespace
 
 using testing::HasSubstr;
 
-const QString LIBRARY = QStringLiteral(IDCARD_BUILD_LIB_DIR "/libidcard_reader_lib.so");
+const QString LIBRARY_NAME = QStringLiteral("libidcard_reader_lib.so");
+const QString LIBRARY = QStringLiteral(IDCARD_BUILD_LIB_DIR "/") + LIBRARY_NAME;
 const QString FIRST = QStringLiteral(IDCARD_STAND_IN_DIR "/first/");
 const QString SECOND = QStringLiteral(IDCARD_STAND_IN_DIR "/second/");
 const QString INCOMPLETE = QStringLiteral(IDCARD_STAND_IN_DIR "/incomplete/");
@@ -47,12 +48,13 @@ protected:
     }
 
     /** Runs the probe with the copied library. */
-    void probe(const QStringList &arguments = {})
+    void probe(const QStringList &arguments = {}) { probeLibrary(here(LIBRARY_NAME), arguments); }
+
+    void probeLibrary(const QString &library, const QStringList &arguments)
     {
         input.environment[QStringLiteral("QT_LOGGING_RULES")] = QStringLiteral("default=true");
-        const ProcessResult result = runProcess(
-            QStringLiteral("door_probe"),
-            QStringList(here(QStringLiteral("libidcard_reader_lib.so"))) + arguments, input);
+        const ProcessResult result =
+            runProcess(QStringLiteral("door_probe"), QStringList(library) + arguments, input);
         ASSERT_TRUE(result.finished);
         ASSERT_EQ(result.exitStatus, 0) << result.standardError.constData();
         out = result.output();
@@ -104,6 +106,18 @@ TEST_F(ClosedLibraryDoor, MakersLibraryBesideTheLibrary_IsFound)
     copyHere(FIRST + READER_FILE);
     copyHere(FIRST + WLT_FILE);
     probe();
+    EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=first\n");
+}
+
+TEST_F(ClosedLibraryDoor, LibraryLoadedByARelativePath_FindsTheMakersFromAnotherWorkingFolder)
+{
+    copyHere(FIRST + READER_FILE);
+    copyHere(FIRST + WLT_FILE);
+    input.workingDirectory = folder.path();
+    probeLibrary("./" + LIBRARY_NAME, {"elsewhere"});
+    EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=first\n");
+    setLoaderPath(".");
+    probeLibrary(LIBRARY_NAME, {"elsewhere"});
     EXPECT_EQ(linesFrom(err, "probe: "), "probe: result=0 kind=0 name=first\n");
 }
 

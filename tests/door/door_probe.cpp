@@ -1,10 +1,11 @@
 // Loads the library given by path and reads one card through it; prints the outcome on standard
 // error, since standard output belongs to the library's own messages.
 //
-// Usage: door_probe LIBRARY [global FILE | passing FILE | unload]
+// Usage: door_probe LIBRARY [global FILE | passing FILE | unload | elsewhere]
 //   global FILE  loads FILE for the whole process after the library was loaded
 //   passing FILE the same, and reads once more after FILE was closed again
 //   unload       closes the library after the read and prints whether it is gone
+//   elsewhere    reads in another working folder than the one in which it loads the library
 
 #include "api/idcard_reader_api.h"
 
@@ -12,6 +13,7 @@
 #include <cstring>
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <QGuiApplication>
@@ -59,6 +61,8 @@ int main(int argc, char **argv)
         return 1;
     void *const definitions = argc == 4 ? load(argv[3], RTLD_NOW | RTLD_GLOBAL) : nullptr;
     if (argc == 4 && definitions == nullptr)
+        return 1;
+    if (argc == 3 && std::strcmp(argv[2], "elsewhere") == 0 && chdir("/") != 0)
         return 1;
     readOnce(library);
     if (argc == 4 && std::strcmp(argv[2], "passing") == 0) {
