@@ -43,7 +43,7 @@ std::string pathBesideThisLibrary(const char *fileName)
 {
     Dl_info self{};
     link_map *loaded = nullptr;
-    std::array<char, 2 * PATH_MAX> folder{}; // a working folder and a path within it
+    std::array<char, 2UL * PATH_MAX> folder{}; // a working folder and a path within it
     if (dladdr1(&READER_LIBRARY, &self, reinterpret_cast<void **>(&loaded), RTLD_DL_LINKMAP) == 0 ||
         dlinfo(loaded, RTLD_DI_ORIGIN, folder.data()) != 0)
         return {};

@@ -115,10 +115,13 @@ QImage readPicture(QByteArray bytes)
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     const QByteArray format = reader.format(); // the first, before anything is read
-    if (!isAffordable(neededSize(reader, format, bytes), reader.imageFormat()))
+    // Qt's JPEG plug-in leaves the pixels' format unset when it can read no header.
+    const bool isAnnounced = reader.size() != QSize();
+    const auto pixels = isAnnounced ? reader.imageFormat() : QImage::Format_Invalid;
+    if (!isAffordable(neededSize(reader, format, bytes), pixels))
         return {};
     if (format == "bmp")
-        return readBmp(bytes, reader.size(), reader.imageFormat());
+        return readBmp(bytes, reader.size(), pixels);
     const QImage image = reader.read();
     // A plug-in that announces no size, or another, shows it only now.
     return isAffordable(image.size(), image.format()) ? image : QImage();
