@@ -50,33 +50,6 @@ QString modeText(unsigned int mode)
     return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
 }
 
-Finding judgedRights(const UsbNode &node, const UsbState &usb)
-{
-    const NodeRights &rights = node.rights;
-    if (!rights.isThere) {
-        return {Level::FAILURE,
-                tr("%1 is not there: the device has no node").arg(node.device.node),
-                tr("Plug the reader in again. In a container, pass /dev/bus/usb through."),
-                {QStringLiteral("ls -l /dev/bus/usb")}};
-    }
-    const QString state = filledIn(tr("%1: mode %2, owner %3, group %4%5"), node.device.node,
-                                   modeText(rights.mode), rights.owner, rights.group,
-                                   rights.hasAcl ? tr(", with an access list") : QString());
-    if (!node.device.mayOpen) {
-        const QString text = tr("This user may not open %1").arg(state);
-        constexpr unsigned int GROUP_MAY_USE = S_IRGRP | S_IWGRP;
-        if (rights.group == usb.group.name && (rights.mode & GROUP_MAY_USE) == GROUP_MAY_USE)
-            return {Level::FAILURE, text, tr("See what is said of \"Group\".")};
-        return {Level::FAILURE,
-                text,
-                tr("If this device is the reader, open it to the user at the machine and to those "
-                   "of the group, as root:"),
-                {accessCommand(usb, node.device.ids)}};
-    }
-    return {Level::FINE,
-            usb.group.isRoot ? tr("%1; root may open it whatever that is").arg(state) : state};
-}
-
 Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
 {
     const bool mayOpenAll = std::all_of(nodes.begin(), nodes.end(),
@@ -107,6 +80,36 @@ Finding judgedGroup(const GroupState &group, const QVector<UsbNode> &nodes)
             text,
             tr("The user at the machine needs no group. For others, as root, then log in again:"),
             {filledIn(QStringLiteral("usermod --append --groups %1 %2"), group.name, group.user)}};
+}
+
+Finding judgedRights(const UsbNode &node, const UsbState &usb)
+{
+    const NodeRights &rights = node.rights;
+    if (!rights.isThere) {
+        return {Level::FAILURE,
+                tr("%1 is not there: the device has no node").arg(node.device.node),
+                tr("Plug the reader in again. In a container, pass /dev/bus/usb through."),
+                {QStringLiteral("ls -l /dev/bus/usb")}};
+    }
+    const QString state = filledIn(tr("%1: mode %2, owner %3, group %4%5"), node.device.node,
+                                   modeText(rights.mode), rights.owner, rights.group,
+                                   rights.hasAcl ? tr(", with an access list") : QString());
+    if (!node.device.mayOpen) {
+        const QString text = tr("This user may not open %1").arg(state);
+        constexpr unsigned int GROUP_MAY_USE = S_IRGRP | S_IWGRP;
+        const Finding group = judgedGroup(usb.group, usb.nodes);
+        if (rights.group == usb.group.name && (rights.mode & GROUP_MAY_USE) == GROUP_MAY_USE &&
+            group.level == Level::FAILURE)
+            return {Level::FAILURE, filledIn(tr("%1; %2"), text, group.text), group.remedy,
+                    group.commands};
+        return {Level::FAILURE,
+                text,
+                tr("If this device is the reader, open it to the user at the machine and to those "
+                   "of the group, as root:"),
+                {accessCommand(usb, node.device.ids)}};
+    }
+    return {Level::FINE,
+            usb.group.isRoot ? tr("%1; root may open it whatever that is").arg(state) : state};
 }
 
 } // namespace

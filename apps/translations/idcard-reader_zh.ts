@@ -1366,10 +1366,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>当前用户无权打开 %1</translation>
     </message>
     <message>
-        <source>See what is said of &quot;Group&quot;.</source>
-        <translation>请看“用户组”一项。</translation>
-    </message>
-    <message>
         <source>If this device is the reader, open it to the user at the machine and to those of the group, as root:</source>
         <translation>如果该设备是读卡器，请以 root 身份把它开放给在本机前登录的用户和该组的用户：</translation>
     </message>

@@ -292,8 +292,12 @@ INSTANTIATE_TEST_SUITE_P(
                   node(m).device.mayOpen = false;
                   m.usb.group = {"idcard-reader", "clerk", false, true, false, false};
               },
-              Level::FAILURE, "mode 0660, owner root, group idcard-reader",
-              "See what is said of \"Group\"."},
+              Level::FAILURE, "mode 0660, owner root, group idcard-reader; clerk is not in",
+              "usermod --append --groups idcard-reader clerk"},
+        Fault{"no permission in spite of the group", "usb-permission",
+              [](Environment &m) { node(m).device.mayOpen = false; }, Level::FAILURE,
+              "mode 0660, owner root, group idcard-reader",
+              "idcard-reader-access --device 1209:0001"},
         Fault{"node shut to the group", "usb-permission",
               [](Environment &m) {
                   node(m).device.mayOpen = false;
