@@ -120,6 +120,11 @@ TEST_F(CardSchema, FitsTheFailuresOfRead)
 {
     for (const char *fault : {"open-fails=3", "no-card", "photo-undecodable", "unknown-kind"})
         keep(fault, {"read", "--json", "--simulate", "resident", "--fault", fault});
+    ProcessInput chinese;
+    chinese.environment = {{"LANGUAGE", "zh_CN"}, {"LC_ALL", "C.UTF-8"}};
+    for (const char *fault : {"open-fails=3", "no-card", "photo-undecodable", "read-fails=7"})
+        keep(QStringLiteral("chinese-%1").arg(fault),
+             {"read", "--json", "--simulate", "resident", "--fault", fault}, chinese);
     keep("refused-card", {"read", "--json", "--simulate", "no-such-card"});
     keep("refused-fault", {"read", "--json", "--simulate", "resident", "--fault", "none"});
     keep("watched", {"watch", "--json", "--simulate", "resident", "--fault", "read-fails=7"});
