@@ -8,7 +8,7 @@
 
 #include <sys/types.h>
 
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 
 namespace app
 {

@@ -6,6 +6,7 @@
 #include "apps/browser_host/browser_host.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/locale.h"
+#include "apps/process/standard_streams.h"
 #include "apps/web_sites/origin_list.h"
 
 int main(int argc, char **argv)

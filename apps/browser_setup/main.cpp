@@ -9,6 +9,7 @@
 #include "apps/browser_setup/browser_setup.h"
 #include "apps/browser_setup/setup_options.h"
 #include "apps/process/locale.h"
+#include "apps/process/output.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/web_sites/browser_files.h"

@@ -1,5 +1,6 @@
 #include "apps/card/record_decoder.h"
 
+#include "apps/process/interruption.h"
 #include "apps/process/standard_streams.h"
 #include "common/country_lookup.h"
 #include "iddata/card_layouts.h"
@@ -134,6 +135,7 @@ bool isBmp(const QByteArray &area)
 QByteArray photoAreaOf(CIdData *decoder, unsigned char *block)
 {
     QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
+    const ReadInProgress reading; // the maker's decoder may hang as the reader's library may
     decoder->parseIDHeadImage(block, reinterpret_cast<unsigned char *>(area.data()));
     if (photoFormatOf(reinterpret_cast<const unsigned char *>(area.constData())) ==
         PhotoFormat::NONE) {
@@ -191,6 +193,7 @@ void decodePhoto(Card *card)
     QByteArray noRecord;
     CIdData decoder(noRecord, FP_INFO_NONE);
     QByteArray area(int(IDCARD_PHOTO_SIZE), '\0');
+    const ReadInProgress reading;
     decoder.parseIDHeadImage(reinterpret_cast<unsigned char *>(compressed.data()),
                              reinterpret_cast<unsigned char *>(area.data()));
     if (isBmp(area))

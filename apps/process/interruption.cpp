@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <initializer_list>
 
 #include <fcntl.h>
@@ -20,6 +21,7 @@ namespace
 {
 
 constexpr unsigned int SECONDS_LEFT_TO_A_READ = 2;
+constexpr int MS_LEFT_TO_A_WRITE = 2000;
 
 // Signal handlers and every thread may look at these.
 using Flag = std::atomic<int>;
@@ -60,14 +62,26 @@ static void noteInterruption(int /*signal*/)
     errno = savedError;
 }
 
+[[noreturn]] static void leave(const Farewell &farewell, ExitStatus status)
+{
+    writeAtOnce(STDERR_FILENO, farewell.words);
+    writeAtOnce(farewell.descriptor, farewell.result);
+    ::_exit(static_cast<int>(status));
+}
+
 static void leaveHangingRead(int /*signal*/)
 {
     if (readInProgress == 0)
         return;
     const Farewell &farewell = interrupted != 0 ? farewellOfHangingRead : farewellOfLongRead;
-    writeAtOnce(STDERR_FILENO, farewell.words);
-    writeAtOnce(farewell.descriptor, farewell.result);
-    ::_exit(static_cast<int>(farewell.status));
+    leave(farewell, farewell.status);
+}
+
+/** At the program's exit: a maker's library that calls for it would end it as if all were well. */
+static void leaveEndedRead()
+{
+    if (readInProgress != 0)
+        leave(farewellOfHangingRead, ExitStatus::READ_FAILED);
 }
 
 } // extern "C"
@@ -98,10 +112,17 @@ void catchInterruption(ExitStatus statusOfHangingRead)
     // Without the pipe a pause lasts its full time, nothing worse.
     [[maybe_unused]] const int made = ::pipe2(wakePipe, O_CLOEXEC | O_NONBLOCK);
     handle(SIGALRM, leaveHangingRead);
-    for (const int signal : {SIGINT, SIGTERM}) {
+    sigset_t handled;
+    sigemptyset(&handled);
+    sigaddset(&handled, SIGALRM);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         if (!isIgnored(signal)) // as it is for a program that a script has put into the background
             handle(signal, noteInterruption);
+        sigaddset(&handled, signal);
     }
+    ::pthread_sigmask(SIG_UNBLOCK, &handled, nullptr);
+    static const bool isExitWatched = std::atexit(leaveEndedRead) == 0;
+    static_cast<void>(isExitWatched); // without it such a program ends as the library has it end
 }
 
 void setFarewellOfHangingRead(const Farewell &farewell)
@@ -131,6 +152,18 @@ void pauseFor(int milliseconds, int output)
         return;
     std::array<pollfd, 2> ends = {{{wakePipe[0], POLLIN, 0}, {output, 0, 0}}};
     ::poll(ends.data(), ends.size(), milliseconds);
+}
+
+bool waitForRoom(int descriptor)
+{
+    pollfd room = {descriptor, POLLOUT, 0};
+    int ready = 0;
+    while (ready == 0 && !isInterrupted()) {
+        std::array<pollfd, 2> ends = {{room, {wakePipe[0], POLLIN, 0}}};
+        ::poll(ends.data(), ends.size(), -1);
+        ready = ends[0].revents;
+    }
+    return ready != 0 || ::poll(&room, 1, MS_LEFT_TO_A_WRITE) == 1;
 }
 
 ReadInProgress::ReadInProgress()

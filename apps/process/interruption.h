@@ -1,6 +1,6 @@
 #pragma once
 
-// Ends the program cleanly when the user or the system requests it (SIGINT, SIGTERM).
+// Ends the program cleanly when the user or the system requests it (SIGINT, SIGTERM, SIGHUP).
 
 #include <QByteArray>
 #include <QString>
@@ -11,9 +11,10 @@ namespace app
 {
 
 /**
- * Call it after `setProgramName`. From here on the two signals are only noted. A reading that goes
- * on two seconds after one came, such as one that the reader never finishes, ends the program with
- * `statusOfHangingRead`.
+ * Call it after `setProgramName`. From here on these signals are only noted, also where the program
+ * was started with them blocked. A reading that goes on two seconds after one came, such as one
+ * that the reader never finishes, ends the program with `statusOfHangingRead`; a maker's library
+ * that ends the program in a reading ends it as failed.
  */
 void catchInterruption(ExitStatus statusOfHangingRead);
 
@@ -47,6 +48,12 @@ int interruptionDescriptor();
  * descriptor `output` has gone. Negative: there is none.
  */
 void pauseFor(int milliseconds, int output = -1);
+
+/**
+ * Waits until `descriptor` takes bytes. False when it takes none for two seconds after a signal has
+ * come: whoever reads there does so no longer.
+ */
+bool waitForRoom(int descriptor);
 
 /** Lives while a card is read, which cannot be broken off otherwise. Not to be nested. */
 class ReadInProgress

@@ -3,6 +3,7 @@
 #include "api/result_codes.h"
 #include "apps/card/card_output.h"
 #include "apps/card/record_decoder.h"
+#include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"

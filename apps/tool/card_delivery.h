@@ -5,7 +5,7 @@
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
 #include "apps/card/file_set.h"
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 #include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 

@@ -4,7 +4,7 @@
 // error; the caller reports that `output` cannot be written.
 
 #include "apps/process/exit_status.h"
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 #include "apps/tool/options.h"
 
 namespace app

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "apps/card/raw_record.h"
+#include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/tool/card_delivery.h"
 #include "apps/tool/commands.h"

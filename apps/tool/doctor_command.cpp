@@ -1,6 +1,7 @@
 // The command "doctor".
 
 #include "apps/doctor/report.h"
+#include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"

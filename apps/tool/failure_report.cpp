@@ -5,6 +5,7 @@
 #include "apps/card/card_output.h"
 #include "apps/process/colours.h"
 #include "apps/process/json_object.h"
+#include "apps/process/standard_streams.h"
 #include "common/texts.h"
 
 namespace app

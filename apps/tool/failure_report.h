@@ -2,7 +2,7 @@
 
 // A failure in both forms: words on standard error, and with --json an object on standard output.
 
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 #include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 

@@ -11,6 +11,7 @@
 #include "apps/process/core_dumps.h"
 #include "apps/process/display.h"
 #include "apps/process/locale.h"
+#include "apps/process/output.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/tool/commands.h"

@@ -2,7 +2,7 @@
 
 // How a reading that does not end is left: by a signal, or after the time of --timeout.
 
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 #include "apps/reading/failure.h"
 #include "apps/tool/options.h"
 

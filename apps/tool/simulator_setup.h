@@ -2,7 +2,7 @@
 
 // The simulator as the options of a command ask for it.
 
-#include "apps/process/standard_streams.h"
+#include "apps/process/output.h"
 #include "apps/reading/simulator_library.h"
 #include "apps/tool/options.h"
 

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "apps/card/record_decoder.h"
+#include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/reading/reader_choice.h"
 #include "apps/reading/usb_list.h"

@@ -8,6 +8,7 @@
 
 #include "apps/process/interruption.h"
 #include "apps/process/locale.h"
+#include "apps/process/output.h"
 #include "apps/process/readable_notifier.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"

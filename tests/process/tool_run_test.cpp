@@ -157,12 +157,19 @@ TEST_P(EndByALibrary, IsGivenWithoutOutput)
     EXPECT_TRUE(m_output.isEmpty());
 }
 
+TEST_F(ToolRunTest, LibraryThatEndsTheToolAsIfAllWereWell_IsAFailureOfTheReading)
+{
+    begin(READ, 0, "exit-0");
+    expectEnd(ToolRun::End::DONE);
+    EXPECT_EQ(how(), "It ended with status 5.");
+    EXPECT_EQ(parsedObject(m_output)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Behaviours, EndByALibrary,
     testing::Values(Behaviour{"segmentation-fault", ToolRun::End::FAILED,
                               "It was ended by signal 11."},
                     Behaviour{"abort", ToolRun::End::FAILED, "It was ended by signal 6."},
-                    Behaviour{"exit-0", ToolRun::End::DONE, "It ended with status 0."},
                     Behaviour{"_exit-3", ToolRun::End::DONE, "It ended with status 3."}));
 
 class Loop : public ToolRunTest, public testing::WithParamInterface<const char *>

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -151,9 +152,11 @@ void expectEnd(const ProcessResult &run, int exitStatus, const std::string &erro
     EXPECT_TRUE(!error.empty() || run.standardError.isEmpty()) << run.error();
 }
 
-Pipe::Pipe()
+Pipe::Pipe(bool isSocket)
 {
-    if (::pipe2(m_ends, O_CLOEXEC) != 0)
+    const int made = isSocket ? ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, m_ends)
+                              : ::pipe2(m_ends, O_CLOEXEC);
+    if (made != 0)
         m_ends[0] = m_ends[1] = -1;
 }
 
@@ -172,7 +175,7 @@ void Pipe::closeEnd(int &end)
 
 RunningProcess::RunningProcess(const QString &program, const QStringList &arguments,
                                const ProcessInput &input)
-    : m_timeoutMs(input.timeoutMs)
+    : m_timeoutMs(input.timeoutMs), m_out(input.standardOutput == StandardOutput::SOCKET)
 {
     std::signal(SIGPIPE, SIG_IGN);
     ::fcntl(m_in.writeEnd(), F_SETFL, O_NONBLOCK);

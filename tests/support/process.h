@@ -30,8 +30,9 @@ void expectEnd(const ProcessResult &run, int exitStatus, const std::string &erro
 /** Where a program's standard output goes. */
 enum class StandardOutput {
     COLLECTED,
-    CLOSED,     ///< nowhere: it is not open
-    BROKEN_PIPE ///< to a pipe that nobody reads
+    CLOSED,      ///< nowhere: it is not open
+    BROKEN_PIPE, ///< to a pipe that nobody reads
+    SOCKET       ///< collected through a socket in the place of a pipe
 };
 
 struct ProcessInput {
@@ -46,11 +47,11 @@ struct ProcessInput {
     bool ignoresBrokenPipes = false; ///< SIGPIPE is ignored, as where a system's service starts it
 };
 
-/** One pipe, closed at both ends when it goes. */
+/** One pipe, or pair of sockets, closed at both ends when it goes. */
 class Pipe
 {
 public:
-    Pipe();
+    explicit Pipe(bool isSocket = false);
     ~Pipe();
     Pipe(const Pipe &) = delete;
     Pipe &operator=(const Pipe &) = delete;

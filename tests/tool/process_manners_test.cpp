@@ -1,10 +1,18 @@
 // idcard-reader as a process: standard output, display, the simulator's library.
 
+#include <csignal>
+
 #include <gmock/gmock.h>
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/support/build_programs.h"
 #include "tests/support/files.h"
@@ -99,6 +107,29 @@ INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
                                          QStringList{"read", "--simulate", "resident"},
                                          QStringList{"read", "--json", "--simulate", "resident"},
                                          QStringList{"watch", "--simulate", "resident"}));
+
+TEST(StandardOutput, ThatNobodyReadsAnyMoreDoesNotKeepAToolThatIsToEnd)
+{
+    const QTemporaryDir folder;
+    const QByteArray fifo = folder.filePath("fifo").toLocal8Bit();
+    ASSERT_EQ(mkfifo(fifo.constData(), 0600), 0);
+    const int reader = open(fifo.constData(), O_RDWR | O_CLOEXEC);
+    ProcessInput input;
+    input.standardOutputFile = fifo;
+    RunningTool tool({"read", "--json", "--inline", "all", "--simulate", "resident"}, input);
+    constexpr int NEARLY_FULL = 60 * 1024;
+    int waiting = 0;
+    for (int i = 0; i < 30000 && waiting < NEARLY_FULL; ++i) {
+        usleep(1000);
+        ioctl(reader, FIONREAD, &waiting);
+    }
+    EXPECT_GE(waiting, NEARLY_FULL);
+    EXPECT_FALSE(tool.endsWithin(100));
+    tool.signal(SIGTERM);
+    EXPECT_TRUE(tool.endsWithin(20000));
+    expectEnd(tool.result(), 1, "Standard output could not be written");
+    close(reader);
+}
 
 TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
 {

@@ -136,10 +136,21 @@ TEST(Read, VerboseShowsTheStepsWithoutTheCard)
 
 TEST(Read, ReadingThatTheMakersLibraryBreaksOffEndsWithItsStatus)
 {
-    const InstalledReader reader(QStringLiteral("libidcard_throwing_reader.so"));
+    const InstalledReader reader(QStringLiteral("libidcard_broken_reader.so"));
     const ProcessResult run = runTool({"read"}, {reader.variables(QString())});
     EXPECT_TRUE(run.finished);
     expectEnd(run, 5, "Code: -23 (IDCARD_RESULT_READ_FAILED)");
+}
+
+TEST(Read, MakersLibraryThatEndsTheProgramInAReadingIsAFailureOfTheReading)
+{
+    ProcessInput input;
+    input.environment = {{"LD_LIBRARY_PATH", IDCARD_UNRULY_READER}, {"IDCARD_UNRULY", "exit-0"}};
+    const ProcessResult run = runTool({"read", "--json"}, input);
+    EXPECT_EQ(run.exitStatus, 5);
+    EXPECT_THAT(run.error(), HasSubstr("was broken off"));
+    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");
+    EXPECT_EQ(runTool({"watch"}, input).exitStatus, 5);
 }
 
 TEST(ReadWait, CardThatComesLaterIsRead)
@@ -211,7 +222,7 @@ TEST_P(ReadSignal, EndsTheWaitWithAMessage)
     EXPECT_THAT(run.output(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, ReadSignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(ReadSignal, ReadingThatFailsAfterItIsReportedWithItsOwnCause)
 {

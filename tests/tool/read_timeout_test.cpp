@@ -75,6 +75,35 @@ TEST_F(ReadTimeout, InterruptedReadingIsLeftAsWithoutItAndAnObjectForPrograms)
     EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");
 }
 
+/** While it lives, these signals are blocked, also in programs that are started. */
+class BlockedSignals
+{
+public:
+    BlockedSignals(std::initializer_list<int> numbers)
+    {
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        for (const int number : numbers)
+            sigaddset(&blocked, number);
+        pthread_sigmask(SIG_BLOCK, &blocked, &m_before);
+    }
+    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    BlockedSignals(const BlockedSignals &) = delete;
+    BlockedSignals &operator=(const BlockedSignals &) = delete;
+
+private:
+    sigset_t m_before{};
+};
+
+TEST_F(ReadTimeout, IsKeptWhereItsHostBlocksTheSignals)
+{
+    const BlockedSignals blocked{SIGALRM, SIGTERM, SIGINT, SIGHUP};
+    EXPECT_EQ(runTool(NEVER_ENDING + QStringList{"--timeout", "1"}).exitStatus, 11);
+    RunningTool tool(NEVER_ENDING + QStringList{"--verbose"});
+    EXPECT_TRUE(tool.waitForError("card reading fail!"));
+    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 5);
+}
+
 class UsbTimeout : public FolderTest, public usb_test::ReaderOnBus
 {
 };
@@ -92,6 +121,18 @@ TEST_F(UsbTimeout, EndsAReadingThatTakesTooLong)
     EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
     EXPECT_FALSE(QFile::exists(path("card.rec")));
     EXPECT_FALSE(QFile::exists(out()));
+}
+
+TEST_F(UsbTimeout, EndsAPhotoDecoderThatHangs)
+{
+    plugIn("resident");
+    const InstalledReader decoder(QStringLiteral("libidcard_broken_reader.so"));
+    ProcessInput input{bus().childEnvironment()};
+    input.environment.insert(decoder.variables(QString()));
+    for (const QStringList &command : {QStringList{"usb"}, QStringList{"watch", "--road", "usb"}})
+        EXPECT_EQ(runTool(command + QStringList{"--device", "1209:0001", "--timeout", "1"}, input)
+                      .exitStatus,
+                  11);
 }
 
 } // namespace

@@ -109,7 +109,7 @@ TEST(Watch, DescriptionThatIsRefusedIsReportedBeforeTheFirstCard)
 
 TEST(WatchReader, CardThatStaysIsReportedOnceAtOnceAndTheSignalEndsItWell)
 {
-    for (const int number : {SIGINT, SIGTERM}) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         const InstalledReader reader;
         RunningTool tool({"watch", "--interval", "10"}, {reader.variables("hmt-hong-kong")});
         EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
@@ -189,6 +189,18 @@ TEST(WatchReader, LossOfItsOwnReaderEndsItQuietlyBeforeTheNextCard)
     const InstalledReader reader;
     RunningTool tool({"watch", "--interval", "60000"}, {reader.variables("resident")});
     EXPECT_FALSE(tool.nextLine().isEmpty()); // as "head -1" does
+    tool.closeStandardOutput();
+    EXPECT_TRUE(tool.endsWithin(20000));
+    expectEndByLossOfItsReader(tool.result());
+}
+
+TEST(WatchReader, LossOfItsOwnReaderBehindASocketEndsItQuietly)
+{
+    const InstalledReader reader;
+    ProcessInput input{reader.variables("resident")};
+    input.standardOutput = StandardOutput::SOCKET; // as Node.js starts programs
+    RunningTool tool({"watch", "--interval", "60000"}, input);
+    EXPECT_FALSE(tool.nextLine().isEmpty());
     tool.closeStandardOutput();
     EXPECT_TRUE(tool.endsWithin(20000));
     expectEndByLossOfItsReader(tool.result());

@@ -73,11 +73,21 @@ TEST_P(EndedRead, IsReportedWithWhatToDoAndTheNextWorks)
     expectNextReadWorks();
 }
 
+TEST_F(UnrulyReader, LibraryThatEndsTheReadingAsIfAllWereWell_IsAFailureAndTheNextWorks)
+{
+    open();
+    behave("exit-0");
+    read();
+    expectState(Kind::FAILED, "The reading in progress was broken off.",
+                "If the reader does not answer any more, unplug it and plug it in again.");
+    EXPECT_EQ(model("history")->rowCount(), 0);
+    expectNextReadWorks();
+}
+
 INSTANTIATE_TEST_SUITE_P(Ends, EndedRead,
                          testing::Values(Outcome{"segmentation-fault",
                                                  "It was ended by signal 11."},
                                          Outcome{"abort", "It was ended by signal 6."},
-                                         Outcome{"exit-0", "It ended with status 0."},
                                          Outcome{"_exit-3", "It ended with status 3."}));
 
 class EndlessRead : public UnrulyReader, public testing::WithParamInterface<const char *>

@@ -1,6 +1,8 @@
-// A reader maker's library whose reading function fails in a way that C knows nothing of.
+// The makers' two libraries, broken: reading a card throws, and decoding a photo never ends.
 
 #include <stdexcept>
+
+#include <unistd.h>
 
 #include "common/closed_functions.h"
 
@@ -24,4 +26,10 @@ int KVO_ReadIDCard(int /*port*/, CardInfoStruct * /*info*/, unsigned char * /*ph
 int KVO_ClosePort(int /*port*/)
 {
     return KVO_SUCCESS;
+}
+
+int unpack(unsigned char * /*src*/, unsigned char * /*dst*/, int /*mode*/)
+{
+    for (;;)
+        ::pause();
 }
