@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <functional>
 #include <memory>
+#include <thread>
 #include <vector>
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +17,8 @@
 #include <QTemporaryFile>
 #include <QtDebug>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,30 +34,57 @@ namespace
 IDCARD_TEXTS(Files)
 
 constexpr mode_t PRIVATE_FOLDER_MODE = 0700;
+constexpr std::chrono::seconds LOCK_LIMIT{10}; // a slow disk takes a second for a card
+constexpr std::chrono::milliseconds LOCK_PAUSE{20};
 
 bool isThere(const QFileInfo &info)
 {
     return info.exists() || info.isSymLink();
 }
 
+QString notMade(const QString &folder, const QString &reason)
+{
+    return filledIn(tr("The folder %1 could not be made: %2. Choose another folder."),
+                    QDir::toNativeSeparators(folder), reason);
+}
+
+/**
+ * The folder and those above it that are not there, outermost first. A path means what it means to
+ * the system, to which the files' own paths go: "link/.." is above the folder that is linked to.
+ */
+QStringList missingFolders(const QString &folder)
+{
+    QStringList missing;
+    for (QString part = folder; !isThere(QFileInfo(part)); part = QFileInfo(part).path())
+        missing.prepend(part);
+    return missing;
+}
+
+/** What is in the way of a folder, as far as that shows without making it. */
+QString obstacleToFolder(const QString &folder)
+{
+    const QStringList missing = missingFolders(folder);
+    for (const QString &part : missing) {
+        if (QFileInfo(part).fileName() == QLatin1String("..")) // leads nowhere
+            return notMade(folder, systemError(ENOENT));
+    }
+    if (!missing.isEmpty() || QFileInfo(folder).isDir())
+        return {};
+    return tr("%1 is not a folder. Choose another folder.").arg(QDir::toNativeSeparators(folder));
+}
+
 /** As makePrivateFolder(); `made` are the folders that were not there, outermost first. */
 QString makeFolders(const QString &folder, QStringList *made)
 {
-    const auto problem = [](const QString &path, const QString &reason) {
-        return filledIn(tr("The folder %1 could not be made: %2. Choose another folder."),
-                        QDir::toNativeSeparators(path), reason);
-    };
-    const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
-    QStringList missing;
-    for (QString above = path; !isThere(QFileInfo(above)); above = QFileInfo(above).path())
-        missing.prepend(above);
-    for (const QString &part : missing) {
-        if (::mkdir(QFile::encodeName(part).constData(), PRIVATE_FOLDER_MODE) != 0)
-            return problem(part, systemError(errno));
-        made->append(part);
+    QString problem = obstacleToFolder(folder);
+    if (!problem.isEmpty())
+        return problem;
+    for (const QString &part : missingFolders(folder)) {
+        if (::mkdir(QFile::encodeName(part).constData(), PRIVATE_FOLDER_MODE) == 0)
+            made->append(part);
+        else if (errno != EEXIST) // another program may make it at the same time
+            return notMade(part, systemError(errno));
     }
-    if (!QFileInfo(path).isDir())
-        return problem(path, tr("there is something else of that name"));
     return {};
 }
 
@@ -60,6 +93,66 @@ void removeFolders(const QStringList &made)
     std::for_each(made.rbegin(), made.rend(),
                   [](const QString &folder) { ::rmdir(QFile::encodeName(folder).constData()); });
 }
+
+/** Keeps other programs that write such files out of a folder. */
+class FolderLock
+{
+public:
+    explicit FolderLock(const QString &folder)
+        : m_descriptor(
+              ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+    }
+    ~FolderLock()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    FolderLock(const FolderLock &) = delete;
+    FolderLock(FolderLock &&) = delete;
+    FolderLock &operator=(const FolderLock &) = delete;
+    FolderLock &operator=(FolderLock &&) = delete;
+
+    /** False when another keeps it for too long. Where folders cannot be locked, nothing is. */
+    bool wait() const
+    {
+        const QDeadlineTimer limit(LOCK_LIMIT);
+        while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+            if (limit.hasExpired())
+                return false;
+            std::this_thread::sleep_for(LOCK_PAUSE);
+        }
+        return true;
+    }
+
+private:
+    int m_descriptor;
+};
+
+/**
+ * While it lives, the signals by which a program is ended have no effect; afterwards they do. A
+ * program with other threads must catch them, as those would take them.
+ */
+class DelayedEnd
+{
+public:
+    DelayedEnd()
+    {
+        sigset_t ending;
+        sigemptyset(&ending);
+        for (const int signal : {SIGHUP, SIGINT, SIGTERM})
+            sigaddset(&ending, signal);
+        ::pthread_sigmask(SIG_BLOCK, &ending, &m_before);
+    }
+    ~DelayedEnd() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    DelayedEnd(const DelayedEnd &) = delete;
+    DelayedEnd(DelayedEnd &&) = delete;
+    DelayedEnd &operator=(const DelayedEnd &) = delete;
+    DelayedEnd &operator=(DelayedEnd &&) = delete;
+
+private:
+    sigset_t m_before{};
+};
 
 /**
  * One file on its way: first written whole under a passing name, then put in its place, where what
@@ -178,6 +271,29 @@ QString changeFiles(const QString &folder, const QVector<NamedContent> &files,
     return problem;
 }
 
+/** As changeFiles(), while no other program writes there. */
+QString changeFilesInTurn(const QString &folder, const QVector<NamedContent> &files,
+                          ExistingFiles existing)
+{
+    const FolderLock lock(folder);
+    if (!lock.wait()) {
+        return tr("Another program has locked the folder %1. Wait until it has ended, or choose "
+                  "another folder.")
+            .arg(QDir::toNativeSeparators(folder));
+    }
+    QStringList names;
+    for (const NamedContent &file : files)
+        names << file.name;
+    QString obstacle = obstacleTo(folder, names, existing);
+    if (!obstacle.isEmpty())
+        return obstacle;
+    // QTemporaryFile would take "link/.." out of a path, which then leads elsewhere.
+    const QString place = QFileInfo(folder).canonicalFilePath();
+    if (place.isEmpty()) // has been removed just now
+        return notMade(folder, systemError(ENOENT));
+    return changeFiles(place, files, existing);
+}
+
 /** Makes a folder of the first of these names that is not taken. */
 QString makeFirstFree(const QString &parent, QString *folder,
                       const std::function<QString()> &nextName)
@@ -198,13 +314,9 @@ QString makeFirstFree(const QString &parent, QString *folder,
 
 QString obstacleTo(const QString &folder, const QStringList &names, ExistingFiles existing)
 {
-    const QFileInfo info(folder);
-    if (!isThere(info))
-        return {};
-    if (!info.isDir()) {
-        return tr("%1 is not a folder. Choose another folder.")
-            .arg(QDir::toNativeSeparators(folder));
-    }
+    QString problem = obstacleToFolder(folder);
+    if (!problem.isEmpty())
+        return problem;
     QStringList present;
     for (const QString &name : names) {
         const QFileInfo file(QDir(folder).filePath(name));
@@ -225,17 +337,11 @@ QString obstacleTo(const QString &folder, const QStringList &names, ExistingFile
 QString writeFileSet(const QString &folder, const QVector<NamedContent> &files,
                      ExistingFiles existing)
 {
-    QStringList names;
-    for (const NamedContent &file : files)
-        names << file.name;
-    QString obstacle = obstacleTo(folder, names, existing);
-    if (!obstacle.isEmpty())
-        return obstacle;
-
+    const DelayedEnd delayedEnd;
     QStringList made;
     QString problem = makeFolders(folder, &made);
     if (problem.isEmpty())
-        problem = changeFiles(folder, files, existing);
+        problem = changeFilesInTurn(folder, files, existing);
     if (!problem.isEmpty())
         removeFolders(made);
     return problem;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Writes several files into a folder so that all of them appear, complete, or none. Only their
-// owner can read them.
+// Writes several files into a folder so that all of them appear, complete, or none, also when
+// several programs write there, or a signal ends this one. Only their owner can read them.
 
 #include <QByteArray>
 #include <QString>

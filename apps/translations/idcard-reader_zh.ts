@@ -1880,10 +1880,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>无法建立文件夹 %1：%2。请另选一个文件夹。</translation>
     </message>
     <message>
-        <source>there is something else of that name</source>
-        <translation>已有同名的其他文件</translation>
-    </message>
-    <message>
         <source>The file %1 could not be written: %2. Free space, see who may write there, or choose another folder.</source>
         <translation>无法写入文件 %1：%2。请腾出磁盘空间、检查写入权限，或另选一个文件夹。</translation>
     </message>
@@ -1914,6 +1910,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>The folder %1 could not be made: %2.</source>
         <translation>无法建立文件夹 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Another program has locked the folder %1. Wait until it has ended, or choose another folder.</source>
+        <translation>文件夹 %1 已被另一个程序锁定。请等它结束，或另选一个文件夹。</translation>
     </message>
 </context>
 <context>

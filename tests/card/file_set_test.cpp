@@ -1,3 +1,6 @@
+#include <chrono>
+#include <future>
+
 #include <gmock/gmock.h>
 
 #include <QDir>
@@ -9,8 +12,10 @@
 #include "apps/card/file_set.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
+#include "tests/support/locked_folder.h"
 
 using namespace app;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
@@ -183,6 +188,80 @@ TEST_F(FileSet, ObstacleIsReportedWithoutWriting)
     EXPECT_TRUE(obstacleTo(path("card"), {"z"}, ExistingFiles::REFUSE).isEmpty());
     EXPECT_TRUE(obstacleTo(path("new"), {"a"}, ExistingFiles::REFUSE).isEmpty());
     EXPECT_FALSE(QFile::exists(path("new")));
+}
+
+TEST_F(FileSet, PathMeansWhatItMeansToTheSystem)
+{
+    ASSERT_TRUE(QDir().mkpath(path("far/away")));
+    ASSERT_TRUE(QFile::link(path("far/away"), path("link")));
+    for (const char *const folder : {"link/../card", "new/./card//"}) {
+        EXPECT_THAT(writeFileSet(path(folder), m_files, ExistingFiles::REFUSE).toStdString(),
+                    IsEmpty());
+        EXPECT_THAT(obstacleTo(path(folder), {"a"}, ExistingFiles::REFUSE).toStdString(),
+                    HasSubstr("already holds a"));
+    }
+    EXPECT_FALSE(QFile::exists(path("card")));
+    EXPECT_EQ(readFile(path("far/card/a")), "new a");
+    EXPECT_EQ(readFile(path("new/card/a")), "new a");
+}
+
+TEST_F(FileSet, PathUpFromAFolderThatIsNotThereIsRefused)
+{
+    makeOldCard();
+    const QString folder = path("missing/../card");
+    for (const QString &problem :
+         {obstacleTo(folder, {"z"}, ExistingFiles::REFUSE),
+          writeFileSet(folder, m_files, ExistingFiles::REPLACE), makePrivateFolder(folder)})
+        EXPECT_THAT(problem.toStdString(),
+                    AllOf(HasSubstr(folder.toStdString() + " could not be made"),
+                          HasSubstr("No such file or directory")));
+    EXPECT_FALSE(QFile::exists(path("missing")));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
+}
+
+class FolderInUse : public FileSet
+{
+protected:
+    /** Writes while another program does; after a while that does `work` and has ended. */
+    std::string writeAfter(const std::function<void()> &work, const QVector<NamedContent> &files,
+                           ExistingFiles existing) const
+    {
+        LockedFolder lock(path("card"));
+        const auto before = state();
+        auto problem = std::async(std::launch::async, [&] { return write(files, existing); });
+        EXPECT_EQ(problem.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+        EXPECT_EQ(state(), before);
+        work();
+        lock.unlock();
+        return problem.get();
+    }
+};
+
+TEST_F(FolderInUse, IsWrittenAfterwards)
+{
+    makeOldCard();
+    const auto replaceA = [this] { writeFile(path("card/a"), "newer a"); };
+    EXPECT_THAT(writeAfter(replaceA, m_files, ExistingFiles::REPLACE), IsEmpty());
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "new a"), Pair("b", "new b")));
+}
+
+TEST_F(FolderInUse, WhatHasAppearedRefusesAll)
+{
+    ASSERT_TRUE(QDir().mkdir(path("card")));
+    const auto makeB = [this] { writeFile(path("card/b"), "another's b"); };
+    // A set of which no file would replace it.
+    EXPECT_THAT(writeAfter(makeB, {{"a", "new a"}, {"b", QByteArray()}}, ExistingFiles::REFUSE),
+                HasSubstr("already holds b"));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("b", "another's b")));
+}
+
+TEST_F(FolderInUse, ForTooLongIsReportedAndLeft)
+{
+    makeOldCard();
+    const LockedFolder lock(path("card"));
+    EXPECT_THAT(write(m_files, ExistingFiles::REPLACE),
+                AllOf(HasSubstr("Another program has locked the folder"), HasSubstr("/card.")));
+    EXPECT_THAT(state(), UnorderedElementsAre(Pair("a", "old a"), Pair("b", "old b")));
 }
 
 class NumberedFolders : public FileSet

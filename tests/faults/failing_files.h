@@ -1,8 +1,8 @@
 #pragma once
 
-// Calls that change files, which fail where a test says: in a test program whose functions go
-// before the C library's, or in a program that is started with this as a preloaded library and
-// with
+// Calls that change files, which fail, or bring a signal, where a test says: in a test program
+// whose functions go before the C library's, or in a program that is started with this as a
+// preloaded library and with
 //
 //     IDCARD_FAILING_CALL="function position errno folder"
 //
@@ -14,11 +14,11 @@
 namespace faults
 {
 
-/** One call that fails. */
+/** One call that fails, or before which a signal comes. */
 struct FailingFileCall {
     std::string function; ///< one of `FILE_FUNCTIONS`; empty: none fails
     int position;         ///< among the calls of it in the folder, counted from 1; 0 only counts
-    int error;            ///< errno afterwards
+    int error;            ///< errno afterwards; negative: of the signal, and the call succeeds
     std::string folder;   ///< absolute
 };
 

@@ -1,8 +1,9 @@
 // Every call by which the programs write a file failing in turn: all files are there or none, what
-// was there before stays, and the failure is reported.
+// was there before stays, and the failure is reported. And a signal at each of them.
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 
 #include <gmock/gmock.h>
@@ -10,9 +11,12 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <sys/wait.h>
+
 #include "apps/card/file_set.h"
 #include "tests/faults/failing_files.h"
 #include "tests/support/files.h"
+#include "tests/support/forked_work.h"
 #include "tests/support/message_log.h"
 #include "tests/tool/tool_runner.h"
 
@@ -210,6 +214,63 @@ TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndLeftovers
                 expectThereOrReported(problem.empty() ? replaced() : OLD_STATE, log);
             }
         }
+    }
+}
+
+namespace
+{
+
+/** The error stands for a signal here. */
+class EndingSignal : public FileCall
+{
+protected:
+    /** Writes in a process of its own, to which the signal comes at this call. */
+    void expectEndAt(int position, const State &state) const
+    {
+        SCOPED_TRACE(position);
+        const int status = ForkedWork([&](int /*report*/) { write(position); }).wait().status;
+        EXPECT_TRUE(WIFSIGNALED(status)) << status;
+        EXPECT_EQ(WTERMSIG(status), -GetParam().error);
+        EXPECT_EQ(folderState(folder()), state);
+    }
+};
+
+std::vector<Case> casesOfSignals()
+{
+    std::vector<Case> all;
+    for (const char *const function : FILE_FUNCTIONS)
+        for (const int signal : {SIGHUP, SIGINT, SIGTERM})
+            all.push_back({function, -signal});
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(AtEachFunction, EndingSignal, testing::ValuesIn(casesOfSignals()),
+                         [](const auto &instance) {
+                             return instance.param.function + "_" +
+                                    std::to_string(-instance.param.error);
+                         });
+
+} // namespace
+
+TEST_P(EndingSignal, InANewFolder_EndsTheProgramWhenAllFilesAreThere)
+{
+    write(0);
+    const int count = made;
+    for (int position = 1; position <= count; ++position) {
+        clear();
+        expectEndAt(position, NEW_STATE);
+    }
+}
+
+TEST_P(EndingSignal, WhereFilesAreReplaced_EndsTheProgramWhenTheNewOnesAreThereAndNothingIsLeft)
+{
+    makeOldFiles();
+    write(0);
+    const int count = made;
+    for (int position = 1; position <= count; ++position) {
+        clear();
+        makeOldFiles();
+        expectEndAt(position, replaced());
     }
 }
 

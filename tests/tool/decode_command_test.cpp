@@ -6,12 +6,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <csignal>
+
 #include <unistd.h>
 
 #include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
 #include "tests/card/expected_json.h"
+#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
+#include "tests/support/locked_folder.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::AllOf;
@@ -101,6 +105,33 @@ TEST_F(Decode, ForceLeavesNothingOfTheOldCardNotEvenItsPictures)
     runTool({"read", "--simulate", "resident", "--out", out()});
     EXPECT_EQ(decode("foreign-new", {"--out", out(), "--force"}).exitStatus, 0);
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "photo.bmp"));
+}
+
+/** Whether a program has the folder open, to write in it. */
+bool isOpenIn(pid_t program, const QString &folder)
+{
+    const QDir files(QStringLiteral("/proc/%1/fd").arg(program));
+    const QFileInfoList all = files.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    return std::any_of(all.begin(), all.end(),
+                       [&](const QFileInfo &file) { return file.symLinkTarget() == folder; });
+}
+
+TEST_F(Decode, SignalWhileFilesAreReplaced_EndsItWhenAllAre)
+{
+    const QStringList arguments{"decode", file(recordOf("foreign-new")), "--simulator-photos"};
+    runTool(arguments + QStringList{"--out", path("new")});
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        QDir(out()).removeRecursively();
+        runTool({"read", "--simulate", "resident", "--out", out()});
+        LockedFolder lock(out());
+        RunningTool tool(arguments + QStringList{"--out", out(), "--force"});
+        waitUntil([&] { return isOpenIn(tool.id(), out()); });
+        tool.signal(signal);
+        EXPECT_FALSE(tool.endsWithin(200));
+        lock.unlock();
+        EXPECT_EQ(tool.result().signal, signal);
+        EXPECT_EQ(folderState(out()), folderState(path("new")));
+    }
 }
 
 TEST_F(Decode, PhotoThatCannotBeDecodedIsReportedAndTheRestDelivered)

@@ -179,6 +179,28 @@ TEST_F(ReadOut, FolderThatCannotBeMadeIsReportedAndTheCardIsStillPrinted)
     EXPECT_TRUE(json["photo"].toObject()["file"].isNull());
 }
 
+TEST_F(ReadOut, PathUpFromALink_IsWhereTheSystemFindsTheFiles)
+{
+    ASSERT_TRUE(QDir().mkpath(path("far/away")));
+    ASSERT_TRUE(QFile::link(path("far/away"), path("link")));
+    const QString folder = path("link/../card");
+    const ProcessResult run =
+        runTool({"read", "--json", "--simulate", "resident", "--out", folder});
+    expectEnd(run, 0);
+    EXPECT_EQ(parsedObject(run.standardOutput)["photo"].toObject()["file"], folder + "/photo.bmp");
+    EXPECT_EQ(readFile(path("far/card/photo.bmp")).size(), PHOTO_SIZE);
+    EXPECT_FALSE(QDir(out()).exists());
+}
+
+TEST_F(ReadOut, PathUpFromAFolderThatIsNotThere_IsRefusedAndNothingIsRead)
+{
+    const ProcessResult run = runTool(
+        {"read", "--json", "--simulate", "resident", "--out", path("missing") + "/../card"});
+    expectEnd(run, 7, "/missing/../card could not be made: No such file or directory");
+    EXPECT_EQ(parsedObject(run.standardOutput).keys(), QStringList{"error"});
+    EXPECT_THAT(namesIn(path({})), IsEmpty());
+}
+
 TEST_F(ReadOut, DiskThatFillsUpHalfWayLeavesNothing)
 {
     const FileSizeLimit limit(20000); // card.json fits, the photo does not

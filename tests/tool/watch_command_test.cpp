@@ -404,7 +404,7 @@ TEST_F(WatchOut, FolderThatCannotBeMadeIsReportedBeforeTheFirstCard)
 {
     writeFile(out(), "in the way");
     const ProcessResult run = watch({"resident"});
-    expectEnd(run, 7, "could not be made");
+    expectEnd(run, 7, "is not a folder");
     EXPECT_THAT(run.output(), IsEmpty());
 }
 
