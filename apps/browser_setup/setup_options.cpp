@@ -19,7 +19,7 @@ std::vector<Option> declaredOptions()
     return {
         Option("allow", tr("Let the pages of this site read cards, beside those that are listed "
                            "already: https and the host, and the port unless it is the usual one. "
-                           "http is for a site within the house that has nothing better."))
+                           "Use http only for a site on your own network that cannot offer https."))
             .value("origin", tr("a site such as https://pms.example or https://pms.example:8443"),
                    isOrigin)
             .required(),

@@ -154,12 +154,6 @@ QVector<QStringList> OptionParser::helpRows() const
     return rows;
 }
 
-QString OptionParser::helpText(const QString &description)
-{
-    m_parser.setApplicationDescription(description);
-    return m_parser.helpText();
-}
-
 QString OptionParser::problemOfUnknown(const QStringList &arguments) const
 {
     if (m_parser.unknownOptionNames().isEmpty())

@@ -116,8 +116,6 @@ public:
     QString usage() const;
     /** For helpSection(). */
     QVector<QStringList> helpRows() const;
-    /** The help text in Qt's form and language. */
-    QString helpText(const QString &description);
 
 private:
     QString subject() const { return m_call.section(QLatin1Char(' '), -1); }

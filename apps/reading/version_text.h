@@ -5,7 +5,7 @@
 namespace app
 {
 
-/** The versions of the program of that name and of the library, each on a line. */
-QString versionText(const QString &program);
+/** What follows a program's name: its version and, on a line of its own, that of the library. */
+QString versionText();
 
 } // namespace app

@@ -37,9 +37,9 @@ const std::vector<CommandRow> &commandTable()
         Option("wait", tr("If no card lies on the reader, wait up to this long for one."))
             .number("seconds", 1, DAY_IN_SECONDS);
     static const Option timeout = settingOption(
-        "timeout", tr("Give up when one look at the reader takes longer: a reader that asks again "
-                      "and again for another try is otherwise waited for without end. The time of "
-                      "--wait does not count. The exit status is then 11."));
+        "timeout", tr("Give up when one attempt takes longer. Without a limit, a reader that keeps "
+                      "asking for another try is waited for forever. The time of --wait does not "
+                      "count. The exit status is then 11."));
     static const Option fault = Option("fault", tr("Let the simulator fail, with one of the faults "
                                                    "below or several separated by commas."))
                                     .value("faults")
@@ -51,7 +51,8 @@ const std::vector<CommandRow> &commandTable()
     static const Option road = settingOption(
         "road", tr("The way to the reader: library, through its maker's library, or usb, without "
                    "it, as \"idcard-reader usb\" reads. Over usb there are no pictures of the "
-                   "card's sides. library if neither this nor a configuration file says which."));
+                   "card's sides. The default is library, unless a configuration file says "
+                   "otherwise."));
     static const Option device = settingOption(
         "device", tr("The reader on the USB bus, by its vendor and product id: four hexadecimal "
                      "digits each, such as 1209:0001. Not needed where one device alone has the "
@@ -155,9 +156,9 @@ const std::vector<CommandRow> &commandTable()
                  .number("milliseconds", SHORTEST_INTERVAL_MS, LONGEST_INTERVAL_MS),
              settingOption(
                  "timeout",
-                 tr("End when one look at the reader takes longer: a reader that asks "
-                    "again and again for another try is otherwise waited for without end. "
-                    "The exit status is then 11.")),
+                 tr("End when one attempt takes longer. Without a limit, a reader that keeps "
+                    "asking "
+                    "for another try is waited for forever. The exit status is then 11.")),
              road,
              device,
              simulatorPhotos,

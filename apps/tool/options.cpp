@@ -47,12 +47,17 @@ CommandLine<Options> refusedCommand(const QString &typed)
     return refused(problem);
 }
 
+CommandLine<Options> versionLine()
+{
+    return {{}, QStringLiteral("idcard-reader %1\n").arg(versionText()), {}};
+}
+
 CommandLine<Options> readWithoutCommand(const QString &first)
 {
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
         return {{}, overallHelp(), {}};
     if (first == QLatin1String("--version"))
-        return {{}, versionText(QStringLiteral("idcard-reader")), {}};
+        return versionLine();
     if (first.startsWith(QLatin1Char('-')))
         return refused(
             tr("The command comes before its options, and %1 is none.").arg(printable(first)));
@@ -102,7 +107,7 @@ CommandLine<Options> readForCommand(const CommandRow &command, const QStringList
     if (parser.isSet("help"))
         return {{}, commandHelp(command, parser), {}};
     if (parser.isSet("version"))
-        return {{}, versionText(QStringLiteral("idcard-reader")), {}};
+        return versionLine();
     return {optionsIn(parser, command), {}, {}};
 }
 

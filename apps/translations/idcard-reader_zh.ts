@@ -76,11 +76,11 @@
     </message>
     <message>
         <source>The card&apos;s data is more than a browser takes.</source>
-        <translation>卡的数据超出浏览器可接收的大小。</translation>
+        <translation>证件的数据超出浏览器可接收的大小。</translation>
     </message>
     <message>
         <source>Ask for less: leave out the pictures, or the photo.</source>
-        <translation>请减少所请求的内容：不请求卡面图片或照片。</translation>
+        <translation>请减少所请求的内容：不请求正反面图像或照片。</translation>
     </message>
     <message>
         <source>A request has at most %1 bytes.</source>
@@ -216,10 +216,6 @@
         <translation>只有 root 可以执行此操作：请使用 sudo 运行。</translation>
     </message>
     <message>
-        <source>Let the pages of this site read cards, beside those that are listed already: https and the host, and the port unless it is the usual one. http is for a site within the house that has nothing better.</source>
-        <translation>除已列出的网站外，也允许此网站的网页读卡：写作 https 和主机名，端口不是默认端口时还须写明端口。http 仅用于没有更好办法的内部网站。</translation>
-    </message>
-    <message>
         <source>a site such as https://pms.example or https://pms.example:8443</source>
         <translation>网站，如 https://pms.example 或 https://pms.example:8443</translation>
     </message>
@@ -280,6 +276,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>Make the extension again for the sites that are listed, in the browsers that have it. An upgrade of the package does that too.</source>
         <translation>在已安装该扩展程序的浏览器中，为已列出的网站重新制作扩展程序。升级软件包时也会这样做。</translation>
+    </message>
+    <message>
+        <source>Let the pages of this site read cards, beside those that are listed already: https and the host, and the port unless it is the usual one. Use http only for a site on your own network that cannot offer https.</source>
+        <translation>除已列出的网站外，也允许此网站的网页读卡：写作 https 和主机名，端口不是默认端口时还须写明端口。只有内部网络中无法提供 https 的网站才使用 http。</translation>
     </message>
 </context>
 <context>
@@ -527,36 +527,12 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>通过台式读卡器读取中国身份证件，并在窗口中显示。</translation>
     </message>
     <message>
-        <source>%1 is not an option.</source>
-        <translation>%1 不是有效的选项。</translation>
-    </message>
-    <message>
-        <source>--usb takes two times four hexadecimal digits, such as 1209:0001, and not &quot;%1&quot;.</source>
-        <translation>--usb 的值应为两组四位十六进制数字，例如 1209:0001，而不是“%1”。</translation>
-    </message>
-    <message>
-        <source>--usb and --simulate name two roads; leave one out.</source>
-        <translation>--usb 和 --simulate 指定了两种读卡方式，请去掉其中一个。</translation>
-    </message>
-    <message>
-        <source>--simulate takes the name of a card or of a file.</source>
-        <translation>--simulate 的值应为证件名称或文件名。</translation>
-    </message>
-    <message>
-        <source>--%1 needs --%2.</source>
-        <translation>--%1 须与 --%2 一起使用。</translation>
-    </message>
-    <message>
         <source>%1 has no option %2.</source>
         <translation>%1 没有选项 %2。</translation>
     </message>
     <message>
         <source>%1 has no option %2; did you mean %3?</source>
         <translation>%1 没有选项 %2；您是不是要用 %3？</translation>
-    </message>
-    <message>
-        <source>--fault takes faults separated by commas.</source>
-        <translation>--fault 的值应为用逗号分隔的故障。</translation>
     </message>
     <message>
         <source>--fault is refused: %1</source>
@@ -627,14 +603,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>启动时采用这种读卡方式：configured，按配置文件；library，通过厂商的库；usb，不通过厂商的库；service，通过本机的 D-Bus 服务。</translation>
     </message>
     <message>
-        <source>--road takes configured, library, usb or service, and not &quot;%1&quot;.</source>
-        <translation>--road 的值应为 configured、library、usb 或 service，不能是“%1”。</translation>
-    </message>
-    <message>
-        <source>--road, --usb and --simulate name several roads; leave all but one out.</source>
-        <translation>--road、--usb 和 --simulate 指定了多种读卡方式，请只保留一个。</translation>
-    </message>
-    <message>
         <source>Exit status</source>
         <translation>退出状态</translation>
     </message>
@@ -649,6 +617,22 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>Options</source>
         <translation>选项</translation>
+    </message>
+    <message>
+        <source>configured, library, usb or service</source>
+        <translation>configured、library、usb 或 service</translation>
+    </message>
+    <message>
+        <source>The window was closed.</source>
+        <translation>窗口已关闭。</translation>
+    </message>
+    <message>
+        <source>Standard output could not be written.</source>
+        <translation>无法写入标准输出。</translation>
+    </message>
+    <message>
+        <source>Wrong usage: an unknown option or value, or a fault that is refused.</source>
+        <translation>用法错误：未知的选项或值，或者不接受的故障。</translation>
     </message>
 </context>
 <context>
@@ -1463,7 +1447,7 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     </message>
     <message>
         <source>%1 at %2 %3</source>
-        <translation>%1，位于 %2 %3</translation>
+        <translation>%1，位于 %2%3</translation>
     </message>
     <message>
         <source>%1: it has not the pipes of a reader that this library knows</source>
@@ -3031,7 +3015,7 @@ See &quot;idcard-reader doctor --help&quot;.</source>
         <source>Usage: idcard-reader COMMAND [options]
 
 </source>
-        <translation>用法：idcard-reader COMMAND [选项]
+        <translation>用法：idcard-reader 命令 [选项]
 
 </translation>
     </message>
@@ -3097,11 +3081,7 @@ Examples:
     </message>
     <message>
         <source>If no card lies on the reader, wait up to this long for one.</source>
-        <translation>读卡器上没有证件时，最多等待这么多秒。</translation>
-    </message>
-    <message>
-        <source>Give up when one look at the reader takes longer: a reader that asks again and again for another try is otherwise waited for without end. The time of --wait does not count. The exit status is then 11.</source>
-        <translation>一次查看读卡器超过这么多秒就放弃：否则，读卡器一再要求重试时会无限期地等待。--wait 的时间不计在内。此时退出状态为 11。</translation>
+        <translation>读卡器上没有证件时最多等待的秒数。</translation>
     </message>
     <message>
         <source>Let the simulator fail, with one of the faults below or several separated by commas.</source>
@@ -3110,10 +3090,6 @@ Examples:
     <message>
         <source>Decode the photo with the simulator&apos;s decoder, not with the maker&apos;s: simulated readers and their records have photos in a code of the simulator&apos;s own.</source>
         <translation>用模拟器的解码库解码照片，而不用厂商的：模拟读卡器及其记录中的照片采用模拟器自己的格式。</translation>
-    </message>
-    <message>
-        <source>The way to the reader: library, through its maker&apos;s library, or usb, without it, as &quot;idcard-reader usb&quot; reads. Over usb there are no pictures of the card&apos;s sides. library if neither this nor a configuration file says which.</source>
-        <translation>读卡方式：library，通过读卡器厂商的库；或 usb，不用该库，与“idcard-reader usb”的读法相同。通过 usb 读卡没有证件的两面图像。此选项和配置文件都没有指定时为 library。</translation>
     </message>
     <message>
         <source>The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, such as 1209:0001. Not needed where one device alone has the pipes of a reader; &quot;idcard-reader usb --list&quot; shows what is plugged in.</source>
@@ -3182,7 +3158,7 @@ Examples:
     </message>
     <message>
         <source>End after so many cards.</source>
-        <translation>读到这么多张证件后结束。</translation>
+        <translation>读到指定张数的证件后结束。</translation>
     </message>
     <message>
         <source>Pause between two looks at the reader; 500 if not given.</source>
@@ -3302,7 +3278,7 @@ Examples:
     </message>
     <message>
         <source>find out why this machine does not read cards</source>
-        <translation>检查本机为什么读不成卡</translation>
+        <translation>检查本机无法读卡的原因</translation>
     </message>
     <message>
         <source>  idcard-reader doctor
@@ -3445,16 +3421,24 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>每个事件打印一行 JSON，并注明时间：reader-added（读卡器接入）、reader-removed（读卡器断开）、card-read（读到证件，附证件内容）、card-removed（证件取走）和 read-failed（读卡失败，附失败信息）。证件的那一行 JSON 此时包含在其事件的一行中。</translation>
     </message>
     <message>
-        <source>End when one look at the reader takes longer: a reader that asks again and again for another try is otherwise waited for without end. The exit status is then 11.</source>
-        <translation>一次查看读卡器超过这么多秒就结束：否则，读卡器一再要求重试时会无限期地等待。此时退出状态为 11。</translation>
-    </message>
-    <message>
         <source>Looks at everything that reading a card needs on this machine and says, line by line, whether it is in order and, if not, what to do: the versions, the locale, the makers&apos; libraries, the reader on the USB bus and the right to use it, Qt&apos;s screen and JPEG plug-in, and the fonts of the pictures. Nothing is changed, no file is written and, without --service, no reader is opened: it may be used while cards are read. The makers&apos; libraries are loaded, in a process of their own; none of their functions is called.</source>
         <translation>检查本机读卡所需的一切，逐行说明是否正常，不正常时该怎么办：各部分的版本、区域设置、厂商的库和照片解码库、USB 上的读卡器及其使用权限、Qt 的屏幕和 JPEG 插件，以及图像所用的字体。检查不改变任何东西，不写文件；不用 --service 时也不打开读卡器，因此读卡期间也可以使用。厂商的库和照片解码库在单独的进程中加载，不调用其中任何函数。</translation>
     </message>
     <message>
         <source>Read through the D-Bus service too, and without it, and say what stands in its way. A card on the reader is read; nothing of it is shown.</source>
         <translation>另外通过 D-Bus 服务读卡，再不经过它读卡，并说明妨碍它的原因。会读取读卡器上的证件，但不显示其任何内容。</translation>
+    </message>
+    <message>
+        <source>Give up when one attempt takes longer. Without a limit, a reader that keeps asking for another try is waited for forever. The time of --wait does not count. The exit status is then 11.</source>
+        <translation>一次读卡超过指定秒数即放弃；不设时限时，如果读卡器一再要求重试，会一直等下去。--wait 的时间不计在内。此时退出状态为 11。</translation>
+    </message>
+    <message>
+        <source>The way to the reader: library, through its maker&apos;s library, or usb, without it, as &quot;idcard-reader usb&quot; reads. Over usb there are no pictures of the card&apos;s sides. The default is library, unless a configuration file says otherwise.</source>
+        <translation>读卡方式：library，通过读卡器厂商的库；或 usb，不用该库，与“idcard-reader usb”的读法相同。通过 usb 读卡没有证件的两面图像。默认为 library，除非配置文件另有指定。</translation>
+    </message>
+    <message>
+        <source>End when one attempt takes longer. Without a limit, a reader that keeps asking for another try is waited for forever. The exit status is then 11.</source>
+        <translation>一次读卡超过指定秒数即结束；不设时限时，如果读卡器一再要求重试，会一直等下去。此时退出状态为 11。</translation>
     </message>
 </context>
 <context>

@@ -545,7 +545,8 @@ void MainWindow::openAbout()
                                       QMessageBox::Close, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIconPixmap(windowIcon().pixmap(64));
-    box->setInformativeText(app::versionText(QStringLiteral("idcard-viewer")) + QLatin1Char('\n') +
+    box->setInformativeText(QStringLiteral("idcard-viewer ") + app::versionText() +
+                            QStringLiteral("\n\n") +
                             tr("Shows Chinese identity documents that a card reader has read. "
                                "Nothing of a card is kept but what you save."));
     box->open();

@@ -497,10 +497,13 @@ TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
     expectManualList(page, "exit statuses", rows("Exit status"), plainItem);
 }
 
-TEST(ManualOfTheWindowProgram, Options_AreThoseOfTheHelp)
+TEST(ManualOfTheWindowProgram, OptionsAndStatuses_AreThoseOfTheHelp)
 {
-    expectManualList(manualPage(VIEWER), "options",
-                     rowsUnder(QStringLiteral("Options"), helpOf(VIEWER)), optionItem);
+    const QString help = helpOf(VIEWER);
+    expectManualList(manualPage(VIEWER), "options", rowsUnder(QStringLiteral("Options"), help),
+                     optionItem);
+    expectManualList(manualPage(VIEWER), "exit statuses",
+                     rowsUnder(QStringLiteral("Exit status"), help), plainItem);
 }
 
 TEST(ManualOfTheService, OptionsInterfaceErrorsAndStatuses_AreThoseOfTheCode)

@@ -498,9 +498,21 @@ TEST_F(Program, Help_ListsEveryOptionAndNothingOnStandardError)
 {
     const ProcessResult result = run({"--help"});
     expectEnd(result, 0);
-    for (const char *option : {"--simulate", "--fault", "--usb", "--simulator-photos", "--auto",
-                               "--cover", "--help", "--version"})
+    for (const char *option : {"--simulate", "--fault", "--usb", "--simulator-photos", "--road",
+                               "--auto", "--cover", "--help", "--version"})
         EXPECT_THAT(result.output(), HasSubstr(option));
+    for (const char *status : {"\n  0  ", "\n  1  ", "\n  2  "})
+        EXPECT_THAT(result.output(), HasSubstr(status));
+}
+
+TEST_F(Program, HelpInChinese_BreaksNoWordThatIsTyped)
+{
+    const std::string help =
+        runProcess("idcard-viewer", {"--help"}, {{{"LC_ALL", "zh_CN.UTF-8"}, {"LANGUAGE", ""}}})
+            .output();
+    for (const char *word :
+         {"1209:0001", "configured", "idcard-reader cards", "library", "read-fails=3", "service"})
+        EXPECT_THAT(help, HasSubstr(word));
 }
 
 TEST_F(Program, HelpThatCannotBeWritten_IsReportedAndEndsWithStatus1)
@@ -545,6 +557,9 @@ TEST_F(Program, WrongOptions_AreReportedWithTheValueAndEndWithStatus2)
          {QStringList{"--nonsense"}, QStringList{"stray"}, QStringList{"--usb", "12:1"},
           QStringList{"--usb", "1209:0001", "--simulate", "resident"}, QStringList{"--fault", "x"},
           QStringList{"--simulator-photos"}, QStringList{"--simulate", ""},
+          QStringList{"--usb", ""}, QStringList{"--road", "sideways"}, QStringList{"--road", ""},
+          QStringList{"--road", "usb", "--simulate", "resident"},
+          QStringList{"--road", "usb", "--usb", "1209:0001"},
           QStringList{"--simulate", "resident", "--fault", ""},
           QStringList{"--simulate", "resident", "--fault", "earthquake"}}) {
         const ProcessResult result = run(arguments);
