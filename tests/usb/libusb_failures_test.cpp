@@ -1,5 +1,5 @@
 // Failures of libusb itself, and how often what was made is released. Every call of a whole read
-// fails in turn in tests/faults/libusb_calls_test.cpp.
+// fails in turn in tests/failure_injection/libusb_calls_test.cpp.
 
 #include <gmock/gmock.h>
 #include <libusb.h>

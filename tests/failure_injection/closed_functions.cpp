@@ -1,12 +1,12 @@
 // The five closed functions of this program: those of the simulator's library, which never lack
 // memory, and an account of the port.
 
-#include "tests/faults/closed_functions.h"
+#include "tests/failure_injection/closed_functions.h"
 
 #include <dlfcn.h>
 
 #include "common/closed_functions.h"
-#include "tests/faults/failing_memory.h"
+#include "tests/failure_injection/failing_memory.h"
 
 namespace
 {
@@ -23,41 +23,41 @@ Function *simulators(const char *name)
 
 } // namespace
 
-bool faults::portIsOpen()
+bool failure_injection::portIsOpen()
 {
     return isOpen;
 }
 
 int KVO_OpenPort(int port)
 {
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     isOpen = true;
     return simulators<decltype(KVO_OpenPort)>("KVO_OpenPort")(port);
 }
 
 int KVO_FindIDCard(int port)
 {
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     return simulators<decltype(KVO_FindIDCard)>("KVO_FindIDCard")(port);
 }
 
 int KVO_ReadIDCard(int port, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
                    unsigned char *fp, unsigned int *fpLen, int flag)
 {
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     return simulators<decltype(KVO_ReadIDCard)>("KVO_ReadIDCard")(port, info, photo, photoLen, fp,
                                                                   fpLen, flag);
 }
 
 int KVO_ClosePort(int port)
 {
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     isOpen = false;
     return simulators<decltype(KVO_ClosePort)>("KVO_ClosePort")(port);
 }
 
 int unpack(unsigned char *src, unsigned char *dst, int mode)
 {
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     return simulators<decltype(unpack)>("unpack")(src, dst, mode);
 }

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace faults
+namespace failure_injection
 {
 
 /** Which allocations fail. */
@@ -66,4 +66,4 @@ std::string placeOf(const void *address);
 /** The innermost places of `count` addresses that say something: no allocator, no test. */
 std::string innermostPlaces(void *const *addresses, int count, int places);
 
-} // namespace faults
+} // namespace failure_injection

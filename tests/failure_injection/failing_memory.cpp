@@ -1,4 +1,4 @@
-#include "tests/faults/failing_memory.h"
+#include "tests/failure_injection/failing_memory.h"
 
 #include <algorithm>
 #include <array>
@@ -50,7 +50,7 @@ thread_local bool isCounting = false;
 long counted = 0;
 long failed = 0;
 long failingPosition = 0;
-faults::Extent failingExtent = faults::Extent::ONE;
+failure_injection::Extent failingExtent = failure_injection::Extent::ONE;
 
 Frames framesOfFailure;
 
@@ -130,7 +130,7 @@ bool isExempt(const void *caller)
     if (!emulatesKernel || !cLibrary.hold(caller))
         return false;
     constexpr int ENOUGH_FRAMES = 16;
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     std::array<void *, ENOUGH_FRAMES> frames{};
     const int count = backtrace(frames.data(), ENOUGH_FRAMES);
     const auto *const end = frames.cbegin() + count;
@@ -145,11 +145,11 @@ bool fails(const void *caller)
     if (!isCounting || isExempt(caller))
         return false;
     ++counted;
-    const long more = failingExtent == faults::Extent::ONE ? 0 : LONG_SHORTAGE;
+    const long more = failingExtent == failure_injection::Extent::ONE ? 0 : LONG_SHORTAGE;
     const bool isFailing =
         failingPosition > 0 && counted >= failingPosition && counted <= failingPosition + more;
     if (isFailing && failed++ == 0) {
-        const faults::MemoryPause pause;
+        const failure_injection::MemoryPause pause;
         framesOfFailure.count = backtrace(framesOfFailure.addresses.data(), MOST_FRAMES);
     }
     return isFailing;
@@ -171,7 +171,7 @@ void note(const void *address, const void *caller)
 {
     if (address == nullptr || !isCounting || isExempt(caller))
         return;
-    const faults::MemoryPause pause;
+    const failure_injection::MemoryPause pause;
     const AccountLock lock;
     const std::size_t place = placeInTable(address, nullptr, GONE);
     blocks[place] = address;
@@ -233,7 +233,8 @@ std::string fileName(const char *path)
 /** Whether `place` says where memory is requested or an error is thrown, not what for. */
 bool isMachinery(const std::string &place)
 {
-    constexpr const char *BEGINNINGS[] = {"libstdc++", "libgcc_s", "faults_", "libc.so.6+"};
+    constexpr const char *BEGINNINGS[] = {"libstdc++", "libgcc_s", "failure_injection_",
+                                          "libc.so.6+"};
     constexpr const char *PARTS[] = {" qBadAlloc", "::allocate(", "::reallocate",
                                      " abort",     " raise",      " gsignal"};
     return std::any_of(std::begin(BEGINNINGS), std::end(BEGINNINGS),
@@ -244,7 +245,7 @@ bool isMachinery(const std::string &place)
 
 } // namespace
 
-void faults::startMemory(long position, Extent extent)
+void failure_injection::startMemory(long position, Extent extent)
 {
     if (exempt.count == 0) {
         dl_iterate_phdr(noteModule, nullptr);
@@ -258,34 +259,34 @@ void faults::startMemory(long position, Extent extent)
     isCounting = true;
 }
 
-long faults::stopMemory()
+long failure_injection::stopMemory()
 {
     isCounting = false;
     return counted;
 }
 
-long faults::failedAllocations()
+long failure_injection::failedAllocations()
 {
     return failed;
 }
 
-std::string faults::placeOfFailure()
+std::string failure_injection::placeOfFailure()
 {
     constexpr int PLACES = 3;
     return innermostPlaces(framesOfFailure.addresses.data(), framesOfFailure.count, PLACES);
 }
 
-faults::MemoryPause::MemoryPause() : m_before(isCounting)
+failure_injection::MemoryPause::MemoryPause() : m_before(isCounting)
 {
     isCounting = false;
 }
 
-faults::MemoryPause::~MemoryPause()
+failure_injection::MemoryPause::~MemoryPause()
 {
     isCounting = m_before;
 }
 
-void faults::startAccount(bool withPlaces)
+void failure_injection::startAccount(bool withPlaces)
 {
     void *frame = nullptr;
     backtrace(&frame, 1); // loads what it needs
@@ -297,17 +298,17 @@ void faults::startAccount(bool withPlaces)
     placesWanted = withPlaces;
 }
 
-void faults::dropAccount()
+void failure_injection::dropAccount()
 {
     blockCount = 0;
 }
 
-int faults::liveBlocks()
+int failure_injection::liveBlocks()
 {
     return blockCount;
 }
 
-std::vector<std::string> faults::placesOfLiveBlocks()
+std::vector<std::string> failure_injection::placesOfLiveBlocks()
 {
     constexpr int PLACES = 3;
     std::vector<std::string> places;
@@ -319,7 +320,7 @@ std::vector<std::string> faults::placesOfLiveBlocks()
     return places;
 }
 
-std::string faults::placeOf(const void *address)
+std::string failure_injection::placeOf(const void *address)
 {
     Dl_info info{};
     if (dladdr(address, &info) == 0)
@@ -339,7 +340,7 @@ std::string faults::placeOf(const void *address)
     return place;
 }
 
-std::string faults::innermostPlaces(void *const *addresses, int count, int places)
+std::string failure_injection::innermostPlaces(void *const *addresses, int count, int places)
 {
     std::string text;
     for (int i = 0; i < count && places > 0; ++i) {

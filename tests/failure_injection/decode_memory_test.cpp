@@ -9,9 +9,9 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/faults/child.h"
-#include "tests/faults/failing_memory.h"
-#include "tests/faults/quiet_log.h"
+#include "tests/failure_injection/child.h"
+#include "tests/failure_injection/failing_memory.h"
+#include "tests/failure_injection/quiet_log.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
 #include "tests/support/test_name.h"
@@ -19,7 +19,7 @@
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 
 /** What one call came to. */
 enum class End { RETURNED, BAD_ALLOC, OTHER_EXCEPTION };

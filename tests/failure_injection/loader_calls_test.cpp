@@ -8,16 +8,16 @@
 
 #include <QGuiApplication>
 
-#include "tests/faults/failing_calls.h"
-#include "tests/faults/failing_memory.h"
-#include "tests/faults/quiet_log.h"
+#include "tests/failure_injection/failing_calls.h"
+#include "tests/failure_injection/failing_memory.h"
+#include "tests/failure_injection/quiet_log.h"
 #include "tests/library/reading.h"
 #include "tests/support/message_log.h"
 
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 using testing::HasSubstr;
 using testing::IsEmpty;
 

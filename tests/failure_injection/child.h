@@ -6,7 +6,7 @@
 
 #include <QByteArray>
 
-namespace faults
+namespace failure_injection
 {
 
 struct ChildOutcome {
@@ -23,4 +23,4 @@ struct ChildOutcome {
  */
 ChildOutcome runInChild(const std::function<QByteArray()> &work);
 
-} // namespace faults
+} // namespace failure_injection

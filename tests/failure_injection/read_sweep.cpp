@@ -1,4 +1,4 @@
-#include "tests/faults/read_sweep.h"
+#include "tests/failure_injection/read_sweep.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,13 +8,13 @@
 #include <QRegularExpression>
 #include <QThreadPool>
 
-#include "tests/faults/child.h"
-#include "tests/faults/closed_functions.h"
+#include "tests/failure_injection/child.h"
+#include "tests/failure_injection/closed_functions.h"
 
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 
 /** The outputs with a mark in every one of them. */
 std::unique_ptr<Reading> markedReading()
@@ -175,7 +175,7 @@ Reading wholeReading(const Card &card)
 
 } // namespace
 
-const std::vector<Card> &faults::cardsOfEachKind()
+const std::vector<Card> &failure_injection::cardsOfEachKind()
 {
     static const std::vector<Card> cards = {
         cardOf<&Reading::cn>("resident"),
@@ -186,8 +186,8 @@ const std::vector<Card> &faults::cardsOfEachKind()
     return cards;
 }
 
-ReadOutcome faults::readWithFailure(const Card &card, const Reading &whole, long position,
-                                    Extent extent)
+ReadOutcome failure_injection::readWithFailure(const Card &card, const Reading &whole,
+                                               long position, Extent extent)
 {
     const auto runRead = [&](bool withPlaces) {
         const ChildOutcome child = runInChild(
@@ -256,7 +256,7 @@ long firstOfPictures(const Card &card, const Reading &whole, long allocations)
 
 } // namespace
 
-ReadFigures faults::sweepRead(const Card &card, Extent extent, const Strides &strides)
+ReadFigures failure_injection::sweepRead(const Card &card, Extent extent, const Strides &strides)
 {
     ReadFigures figures;
     const Reading whole = wholeReading(card);

@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace faults
+namespace failure_injection
 {
 
 class QuietLog
@@ -29,4 +29,4 @@ private:
     int m_before;
 };
 
-} // namespace faults
+} // namespace failure_injection

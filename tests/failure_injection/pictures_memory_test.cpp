@@ -12,13 +12,13 @@
 
 #include "render/card_photo.h"
 #include "render/card_template.h"
-#include "tests/faults/failing_memory.h"
+#include "tests/failure_injection/failing_memory.h"
 #include "tests/render/sample_photo.h"
 
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 
 using MakePart = std::function<QPixmap()>;
 

@@ -10,10 +10,10 @@
 #include <QString>
 #include <QStringList>
 
-#include "tests/faults/failing_memory.h"
+#include "tests/failure_injection/failing_memory.h"
 #include "tests/library/reading.h"
 
-namespace faults
+namespace failure_injection
 {
 
 /** A card of the simulator, and how the record of its kind is looked at. */
@@ -72,4 +72,4 @@ struct Strides {
 /** Reads with one allocation after the other failing. */
 ReadFigures sweepRead(const Card &card, Extent extent, const Strides &strides);
 
-} // namespace faults
+} // namespace failure_injection

@@ -1,4 +1,4 @@
-#include "tests/faults/child.h"
+#include "tests/failure_injection/child.h"
 
 #include <array>
 #include <csignal>
@@ -10,7 +10,7 @@
 
 #include <QtGlobal>
 
-#include "tests/faults/failing_memory.h"
+#include "tests/failure_injection/failing_memory.h"
 #include "tests/support/forked_work.h"
 
 namespace
@@ -53,12 +53,12 @@ void tellCrash(int number)
 {
     std::signal(number, SIG_DFL);
     endSoon();
-    faults::stopMemory();
-    faults::dropAccount();
+    failure_injection::stopMemory();
+    failure_injection::dropAccount();
     std::array<void *, MOST_FRAMES> frames{};
     const int count = ::backtrace(frames.data(), MOST_FRAMES);
     const std::string place = std::string("\n!") + (number == SIGALRM ? "hangs: " : "") +
-                              faults::innermostPlaces(frames.data(), count, PLACES);
+                              failure_injection::innermostPlaces(frames.data(), count, PLACES);
     send(place.data(), place.size());
     ::raise(number);
 }
@@ -78,7 +78,8 @@ void tellCrash(int number)
 
 } // namespace
 
-faults::ChildOutcome faults::runInChild(const std::function<QByteArray()> &work)
+failure_injection::ChildOutcome
+failure_injection::runInChild(const std::function<QByteArray()> &work)
 {
     const ForkedWork::End end = ForkedWork([&work](int report) {
                                     reportTo = report;

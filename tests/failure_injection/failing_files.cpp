@@ -1,4 +1,4 @@
-#include "tests/faults/failing_files.h"
+#include "tests/failure_injection/failing_files.h"
 
 #include <array>
 #include <cerrno>
@@ -17,7 +17,7 @@ namespace
 {
 
 struct State {
-    faults::FailingFileCall call{{}, 0, 0, {}};
+    failure_injection::FailingFileCall call{{}, 0, 0, {}};
     int count = 0;
 };
 
@@ -29,7 +29,7 @@ std::vector<State> &states()
         const char *const text = std::getenv("IDCARD_FAILING_CALL");
         std::array<char, 16> function{};
         std::array<char, 512> folder{};
-        faults::FailingFileCall &call = fromEnvironment.call;
+        failure_injection::FailingFileCall &call = fromEnvironment.call;
         // NOLINTNEXTLINE(cert-err34-c): a test of ours has written it
         if (text != nullptr && std::sscanf(text, "%15s %d %d %511s", function.data(),
                                            &call.position, &call.error, folder.data()) == 4) {
@@ -88,19 +88,19 @@ Function *real(const char *name)
 
 } // namespace
 
-void faults::setFailingFileCalls(const std::vector<FailingFileCall> &calls)
+void failure_injection::setFailingFileCalls(const std::vector<FailingFileCall> &calls)
 {
     states().clear();
     for (const FailingFileCall &call : calls)
         states().push_back({call, 0});
 }
 
-int faults::fileCallsMade()
+int failure_injection::fileCallsMade()
 {
     return states().front().count;
 }
 
-int faults::lastFileCallsMade()
+int failure_injection::lastFileCallsMade()
 {
     return states().back().count;
 }

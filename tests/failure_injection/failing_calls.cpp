@@ -1,4 +1,4 @@
-#include "tests/faults/failing_calls.h"
+#include "tests/failure_injection/failing_calls.h"
 
 #include <cerrno>
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace
 {
 
-faults::FailingCall failing{nullptr, 0, 0};
+failure_injection::FailingCall failing{nullptr, 0, 0};
 int callCount = 0;
 int converterCount = 0;
 
@@ -52,19 +52,19 @@ bool fails(const char *function, const void *caller)
 
 } // namespace
 
-void faults::setFailingCall(const FailingCall &call)
+void failure_injection::setFailingCall(const FailingCall &call)
 {
     failing = call;
     callCount = 0;
     converterCount = 0;
 }
 
-int faults::callsMade()
+int failure_injection::callsMade()
 {
     return callCount;
 }
 
-int faults::openConverters()
+int failure_injection::openConverters()
 {
     return converterCount;
 }

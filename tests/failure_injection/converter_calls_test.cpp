@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/faults/failing_calls.h"
+#include "tests/failure_injection/failing_calls.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
 #include "tests/support/test_name.h"
@@ -14,7 +14,7 @@
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 
 FieldTexts decodedTexts(const QByteArray &frame)
 {

@@ -2,7 +2,7 @@
 // port, nothing half written, nothing lost; and what Qt makes of it while it paints. With
 // IDCARD_TEST_EVERY_ALLOCATION set, really every one, and a table on standard output.
 
-#include "tests/faults/read_sweep.h"
+#include "tests/failure_injection/read_sweep.h"
 #include "tests/support/test_name.h"
 
 #include <iostream>
@@ -10,7 +10,7 @@
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 
 // Steps up to the pictures and through the painting; primes, so that no loop in it hides.
 #ifdef IDCARD_TEST_SAMPLE

@@ -3,7 +3,7 @@
 // Calls of the C library that fail where a test says. Only those count that the library under test
 // makes itself; everybody else, such as Qt, gets the real function.
 
-namespace faults
+namespace failure_injection
 {
 
 /** One call that fails. */
@@ -22,4 +22,4 @@ int callsMade();
 /** Converters that the library has opened and not closed, since the call was set. */
 int openConverters();
 
-} // namespace faults
+} // namespace failure_injection

@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 
 #include "apps/card/file_set.h"
-#include "tests/faults/failing_files.h"
+#include "tests/failure_injection/failing_files.h"
 #include "tests/support/files.h"
 #include "tests/support/forked_work.h"
 #include "tests/support/message_log.h"
@@ -23,7 +23,7 @@
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 using testing::HasSubstr;
 
 using State = std::map<std::string, std::string>;

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace faults
+namespace failure_injection
 {
 
 /** One call that fails, or before which a signal comes. */
@@ -32,4 +32,4 @@ void setFailingFileCalls(const std::vector<FailingFileCall> &calls);
 int fileCallsMade();
 int lastFileCallsMade();
 
-} // namespace faults
+} // namespace failure_injection

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/faults/failing_memory.h"
-#include "tests/faults/quiet_log.h"
+#include "tests/failure_injection/failing_memory.h"
+#include "tests/failure_injection/quiet_log.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/reader_on_bus.h"
 #include "tests/usb/usb_test.h"
@@ -15,7 +15,7 @@
 namespace
 {
 
-using namespace faults;
+using namespace failure_injection;
 using namespace usb_test;
 
 /** From one failing allocation to the next. */
