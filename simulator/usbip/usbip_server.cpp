@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <poll.h>
+
 #include <QTcpSocket>
 
 #include "common/texts.h"
@@ -58,11 +60,20 @@ public:
     [[nodiscard]] bool isGone() const { return m_isGone; }
     [[nodiscard]] bool hasDevice() const { return m_connection.hasDevice(); }
 
+    /** Whether the client has closed, even while Qt has bytes before the end to read. */
+    [[nodiscard]] bool hasClosed() const
+    {
+        pollfd socket{static_cast<int>(m_socket->socketDescriptor()), POLLRDHUP, 0};
+        return poll(&socket, 1, 0) > 0;
+    }
+
     /** Reads, answers and sends all that is possible now. */
     void work()
     {
         if (m_isGone)
             return;
+        if (!m_connection.hasDevice())
+            m_server.dropClosedHolder();
         m_connection.advance(m_server.m_clock.elapsed());
         while (m_connection.wantsBytes() && hasRoomToSend() && m_socket->bytesAvailable() > 0) {
             m_connection.receive(m_socket->read(CHUNK_SIZE), m_server.m_clock.elapsed());
@@ -208,6 +219,17 @@ bool UsbipServer::makeRoom()
     (*oldest)->dismiss();
     sweep();
     return true;
+}
+
+// A client that has closed does not keep the next one from the reader, whichever of the two Qt
+// happens to look at first.
+void UsbipServer::dropClosedHolder()
+{
+    for (const auto &peer : m_peers) {
+        if (peer->hasDevice() && peer->hasClosed())
+            peer->dismiss();
+    }
+    sweep();
 }
 
 void UsbipServer::sweep()

@@ -53,6 +53,7 @@ private:
 
     void welcomeNext();
     bool makeRoom();
+    void dropClosedHolder();
     void sweep();
 
     UsbipExport m_export;

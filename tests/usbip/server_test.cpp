@@ -1,6 +1,7 @@
 // The server with real sockets on the loopback address.
 
 #include <functional>
+#include <memory>
 
 #include <gmock/gmock.h>
 
@@ -20,6 +21,7 @@ namespace
 {
 
 constexpr int PATIENCE_MS = 20000;
+constexpr bool IS_SERVER_BUSY = true;
 
 /** Runs the event loop until `isTrue`, or until nobody has patience any more. */
 bool eventually(const std::function<bool()> &isTrue)
@@ -34,15 +36,24 @@ bool eventually(const std::function<bool()> &isTrue)
 class Client
 {
 public:
-    explicit Client(const UsbipServer &server)
+    /** Runs the event loop, in which the server works, unless `isServerBusy`. */
+    explicit Client(const UsbipServer &server, bool isServerBusy = false)
     {
         m_socket.connectToHost(server.address(), server.port());
-        EXPECT_TRUE(eventually([this] { return isConnected(); }));
+        EXPECT_TRUE(isServerBusy ? m_socket.waitForConnected(PATIENCE_MS)
+                                 : eventually([this] { return isConnected(); }));
     }
 
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     void send(const QByteArray &bytes) { m_socket.write(bytes); }
     void leave() { m_socket.abort(); }
+
+    /** Sends without letting the server work. */
+    void sendNow(const QByteArray &bytes)
+    {
+        send(bytes);
+        EXPECT_TRUE(m_socket.waitForBytesWritten(PATIENCE_MS));
+    }
 
     /** The next `size` bytes, fewer when they do not come. */
     QByteArray receive(int size)
@@ -115,6 +126,39 @@ TEST_F(Server, CanBeAttachedAgainAfterDetaching)
     Client again(server);
     again.import();
     EXPECT_TRUE(server.isAttached());
+}
+
+TEST_F(Server, ReaderOfAClientThatHasClosed_IsFreeBeforeTheEventLoopSaysSo)
+{
+    auto last = std::make_unique<Client>(server);
+    last->import();
+    for (int round = 0; round < 100; ++round) {
+        SCOPED_TRACE(round);
+        auto next = std::make_unique<Client>(server);
+        // Nothing is served meanwhile: the server finds all of this at once.
+        if (round % 2 == 1)
+            last->sendNow(bulkRead(1, 64)); // and has bytes before the end still to read
+        last.reset();
+        next->sendNow(importRequest());
+        ASSERT_EQ(next->receive(IMPORT_REPLY_SIZE).left(8), hex("01 11 00 03 00 00 00 00"));
+        last = std::move(next);
+    }
+    EXPECT_TRUE(server.isAttached());
+}
+
+TEST_F(Server, ClientThatConnectsWhenTheLastHasClosed_GetsTheReaderAtOnce)
+{
+    auto last = std::make_unique<Client>(server);
+    last->import();
+    for (int round = 0; round < 100; ++round) {
+        SCOPED_TRACE(round);
+        last.reset();
+        auto next = std::make_unique<Client>(server, IS_SERVER_BUSY);
+        next->sendNow(importRequest());
+        ASSERT_EQ(next->receive(IMPORT_REPLY_SIZE).left(8), hex("01 11 00 03 00 00 00 00"));
+        last = std::move(next);
+    }
+    EXPECT_EQ(reports.filter("detached").size(), 100) << reports.join('\n').toStdString();
 }
 
 TEST_F(Server, DelayedTransfersEndInTimeAndOthersGoOnMeanwhile)
