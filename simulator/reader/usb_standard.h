@@ -9,7 +9,6 @@ namespace simulator
 
 constexpr std::uint8_t USB_DESCRIPTOR_DEVICE = 1;
 constexpr std::uint8_t USB_DESCRIPTOR_CONFIGURATION = 2;
-constexpr std::uint8_t USB_DESCRIPTOR_STRING = 3;
 constexpr std::uint8_t USB_DESCRIPTOR_INTERFACE = 4;
 constexpr std::uint8_t USB_DESCRIPTOR_ENDPOINT = 5;
 constexpr std::uint8_t USB_DESCRIPTOR_DEVICE_QUALIFIER = 6;

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-#include <QString>
-
 #include "simulator/reader/usb_standard.h"
 
 namespace simulator
@@ -30,63 +28,15 @@ enum Request : std::uint8_t {
 
 constexpr std::uint16_t FEATURE_ENDPOINT_HALT = 0;
 constexpr std::uint8_t ENDPOINT_ZERO = 0;
-constexpr char UNITED_STATES_ENGLISH[] = {0x09, 0x04};
 
 // Places in the device descriptor.
 constexpr int RELEASE_OF_USB = 2;
 constexpr int QUALIFIER_PART = 6; ///< from the release of USB to the size of packets
 constexpr int COUNT_OF_CONFIGURATIONS = 17;
 
-/** Which string an index means is for the device descriptor to say. */
-struct StringRow {
-    int indexAt; ///< place of the index in the device descriptor
-    const char *text;
-};
-
-constexpr StringRow STRINGS[] = {
-    {14, "Simulator"},
-    {15, "Simulated ID card reader"},
-    {16, "0001"},
-};
-
 UsbTransfer status(const UsbSetup &setup)
 {
     return ended(UsbStatus::DONE, QByteArray(2, '\0').left(setup.length));
-}
-
-QByteArray stringDescriptor(const QByteArray &content)
-{
-    QByteArray descriptor;
-    descriptor.append(static_cast<char>(content.size() + 2));
-    descriptor.append(static_cast<char>(USB_DESCRIPTOR_STRING));
-    return descriptor + content;
-}
-
-QByteArray utf16(const char *text)
-{
-    QByteArray bytes;
-    for (const QChar character : QString::fromUtf8(text)) {
-        bytes.append(static_cast<char>(character.cell()));
-        bytes.append(static_cast<char>(character.row()));
-    }
-    return bytes;
-}
-
-/** The string of this index, empty when the device has none. */
-QByteArray string(int index, const UsbDescription &description)
-{
-    for (const StringRow &row : STRINGS) {
-        const int used = static_cast<std::uint8_t>(description.device.at(row.indexAt));
-        if (used == 0)
-            continue;
-        if (index == 0) {
-            return stringDescriptor(
-                QByteArray(UNITED_STATES_ENGLISH, sizeof UNITED_STATES_ENGLISH));
-        }
-        if (index == used)
-            return stringDescriptor(utf16(row.text));
-    }
-    return {};
 }
 
 /** What the device would be at its other speed: the same. */
@@ -205,9 +155,6 @@ UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescr
     case USB_DESCRIPTOR_CONFIGURATION:
         if (index == 0)
             bytes = description.configuration;
-        break;
-    case USB_DESCRIPTOR_STRING:
-        bytes = string(index, description);
         break;
     case USB_DESCRIPTOR_DEVICE_QUALIFIER:
         bytes = qualifier(description);

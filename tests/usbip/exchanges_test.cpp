@@ -167,6 +167,17 @@ TEST_F(Exchange, ConfigurationIsReadInTwoSteps)
                   "07 05 06 02 00 02 00 07 05 85 02 00 02 00"));
 }
 
+TEST_F(Exchange, TextThatTheKernelAsksForIsAnsweredByAStall)
+{
+    attach();
+    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 04 00 01 00 02 00 00 00 01 00 00 00 00"
+                           "00 00 02 00 00 00 00 FF 00 00 00 00 00 00 00 00 00 00 00 00"
+                           "80 06 00 03 00 00 FF 00")),
+              hex("00 00 00 03 00 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00"
+                  "FF FF FF E0 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+                  "00 00 00 00 00 00 00 00"));
+}
+
 TEST_F(Exchange, ConfigurationIsChosen)
 {
     attach();
