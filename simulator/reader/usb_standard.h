@@ -11,7 +11,6 @@ constexpr std::uint8_t USB_DESCRIPTOR_DEVICE = 1;
 constexpr std::uint8_t USB_DESCRIPTOR_CONFIGURATION = 2;
 constexpr std::uint8_t USB_DESCRIPTOR_INTERFACE = 4;
 constexpr std::uint8_t USB_DESCRIPTOR_ENDPOINT = 5;
-constexpr std::uint8_t USB_DESCRIPTOR_DEVICE_QUALIFIER = 6;
 
 constexpr int USB_DEVICE_DESCRIPTOR_SIZE = 18;
 

@@ -29,29 +29,9 @@ enum Request : std::uint8_t {
 constexpr std::uint16_t FEATURE_ENDPOINT_HALT = 0;
 constexpr std::uint8_t ENDPOINT_ZERO = 0;
 
-// Places in the device descriptor.
-constexpr int RELEASE_OF_USB = 2;
-constexpr int QUALIFIER_PART = 6; ///< from the release of USB to the size of packets
-constexpr int COUNT_OF_CONFIGURATIONS = 17;
-
 UsbTransfer status(const UsbSetup &setup)
 {
     return ended(UsbStatus::DONE, QByteArray(2, '\0').left(setup.length));
-}
-
-/** What the device would be at its other speed: the same. */
-QByteArray qualifier(const UsbDescription &description)
-{
-    if (!description.isHighSpeed)
-        return {}; // it has no other speed
-    constexpr int SIZE = 10;
-    QByteArray bytes;
-    bytes.append(static_cast<char>(SIZE));
-    bytes.append(static_cast<char>(USB_DESCRIPTOR_DEVICE_QUALIFIER));
-    bytes.append(description.device.mid(RELEASE_OF_USB, QUALIFIER_PART));
-    bytes.append(description.device.at(COUNT_OF_CONFIGURATIONS));
-    bytes.append('\0');
-    return bytes;
 }
 
 } // namespace
@@ -146,24 +126,13 @@ UsbTransfer UsbControlEndpoint::answerEndpoint(const UsbSetup &setup,
 
 UsbTransfer UsbControlEndpoint::descriptor(const UsbSetup &setup, const UsbDescription &description)
 {
+    const int kind = setup.value >> 8;
     const int index = setup.value & 0xFF;
-    QByteArray bytes;
-    switch (setup.value >> 8) {
-    case USB_DESCRIPTOR_DEVICE:
-        bytes = description.device;
-        break;
-    case USB_DESCRIPTOR_CONFIGURATION:
-        if (index == 0)
-            bytes = description.configuration;
-        break;
-    case USB_DESCRIPTOR_DEVICE_QUALIFIER:
-        bytes = qualifier(description);
-        break;
-    default:
-        break;
-    }
-    return bytes.isEmpty() ? ended(UsbStatus::STALLED)
-                           : ended(UsbStatus::DONE, bytes.left(setup.length));
+    if (kind == USB_DESCRIPTOR_DEVICE)
+        return ended(UsbStatus::DONE, description.device.left(setup.length));
+    if (kind == USB_DESCRIPTOR_CONFIGURATION && index == 0)
+        return ended(UsbStatus::DONE, description.configuration.left(setup.length));
+    return ended(UsbStatus::STALLED);
 }
 
 UsbTransfer UsbControlEndpoint::configure(std::uint16_t value, const UsbDescription &description)

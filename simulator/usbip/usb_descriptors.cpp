@@ -15,9 +15,6 @@ namespace
 constexpr int CONFIGURATION_SIZE = 9;
 constexpr int INTERFACE_SIZE = 9;
 constexpr int ENDPOINT_SIZE = 7;
-constexpr int HIGH_SPEED_BULK_PACKET = 512;
-constexpr int TRANSFER_KIND_MASK = 3;
-constexpr int BULK = 2;
 
 std::uint8_t byteAt(const QByteArray &bytes, int offset)
 {
@@ -33,14 +30,6 @@ void takeInterface(const QByteArray &interface, UsbDescription *description)
 {
     description->interfaces.push_back(
         {byteAt(interface, 2), byteAt(interface, 5), byteAt(interface, 6), byteAt(interface, 7)});
-}
-
-void takeEndpoint(const QByteArray &endpoint, UsbDescription *description)
-{
-    description->endpoints.push_back(byteAt(endpoint, 2));
-    const bool isBulk = (byteAt(endpoint, 3) & TRANSFER_KIND_MASK) == BULK;
-    if (isBulk && wordAt(endpoint, 4) == HIGH_SPEED_BULK_PACKET)
-        description->isHighSpeed = true;
 }
 
 // Takes what follows the configuration's own descriptor; false when a length is wrong.
@@ -60,7 +49,7 @@ bool takeParts(UsbDescription *description)
         if (kind == USB_DESCRIPTOR_INTERFACE)
             takeInterface(part, description);
         else if (kind == USB_DESCRIPTOR_ENDPOINT)
-            takeEndpoint(part, description);
+            description->endpoints.push_back(byteAt(part, 2));
         offset += size;
     }
     return true;

@@ -25,7 +25,6 @@ struct UsbDescription {
     std::uint16_t product = 0;
     std::uint16_t release = 0; ///< of the device, binary-coded decimal
     std::uint8_t configurationValue = 0;
-    bool isHighSpeed = false; ///< as its bulk endpoints say; full speed otherwise
     std::vector<UsbInterfaceClass> interfaces;
     std::vector<std::uint8_t> endpoints; ///< addresses; the top bit is set for IN
 

@@ -35,7 +35,6 @@ enum TransferCommand : std::uint32_t {
 constexpr std::uint32_t DIRECTION_OUT = 0;
 constexpr std::uint32_t DIRECTION_IN = 1;
 
-constexpr std::uint32_t SPEED_FULL = 2;
 constexpr std::uint32_t SPEED_HIGH = 3;
 
 constexpr int OPERATION_HEADER_SIZE = 8;
@@ -89,7 +88,7 @@ void appendDevice(QByteArray *bytes, const UsbDescription &device)
     appendPadded(bytes, USBIP_BUS_ID, BUS_ID_SIZE);
     appendNumber(bytes, USBIP_BUS_NUMBER);
     appendNumber(bytes, USBIP_DEVICE_NUMBER);
-    appendNumber(bytes, device.isHighSpeed ? SPEED_HIGH : SPEED_FULL);
+    appendNumber(bytes, SPEED_HIGH);
     appendNumber(bytes, device.vendor);
     appendNumber(bytes, device.product);
     appendNumber(bytes, device.release);

@@ -21,7 +21,6 @@ TEST(Descriptors, AreTakenApart)
     EXPECT_EQ(description->product, 0x0001);
     EXPECT_EQ(description->release, 0x0100);
     EXPECT_EQ(description->configurationValue, 1);
-    EXPECT_TRUE(description->isHighSpeed);
     ASSERT_EQ(description->interfaces.size(), 1U);
     EXPECT_EQ(description->interfaces[0].classCode, 0xFF);
     EXPECT_THAT(description->endpoints, ElementsAre(0x02, 0x81, 0x06, 0x85));
