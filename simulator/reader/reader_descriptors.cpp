@@ -4,6 +4,7 @@
 
 #include <initializer_list>
 
+#include "simulator/reader/usb_standard.h"
 #include "simulator/reader/virtual_reader.h"
 
 namespace simulator
@@ -13,10 +14,6 @@ namespace
 {
 
 constexpr int LOW = 0xFF;
-constexpr int DEVICE = 1; ///< kinds of descriptor
-constexpr int CONFIGURATION = 2;
-constexpr int INTERFACE = 4;
-constexpr int ENDPOINT = 5;
 constexpr int BULK = 2;
 constexpr int VENDOR_SPECIFIC = 0xFF; ///< a class that no driver claims
 constexpr int BUS_POWERED = 0x80;
@@ -42,10 +39,11 @@ QByteArray descriptor(int kind, std::initializer_list<int> rest)
 
 QByteArray interfaceAndEndpoints()
 {
-    QByteArray bytes = descriptor(
-        INTERFACE, {0, 0, static_cast<int>(std::size(ENDPOINTS)), VENDOR_SPECIFIC, 0, 0, 0});
+    QByteArray bytes =
+        descriptor(USB_DESCRIPTOR_INTERFACE,
+                   {0, 0, static_cast<int>(std::size(ENDPOINTS)), VENDOR_SPECIFIC, 0, 0, 0});
     for (const std::uint8_t endpoint : ENDPOINTS) {
-        bytes += descriptor(ENDPOINT,
+        bytes += descriptor(USB_DESCRIPTOR_ENDPOINT,
                             {endpoint, BULK, BULK_PACKET_SIZE & LOW, BULK_PACKET_SIZE >> 8, 0});
     }
     return bytes;
@@ -55,17 +53,17 @@ QByteArray interfaceAndEndpoints()
 
 QByteArray readerDescriptors(const UsbIds &ids)
 {
-    const QByteArray device =
-        descriptor(DEVICE, {0x00, 0x02, // USB 2.0
-                            0, 0, 0, CONTROL_PACKET_SIZE, ids.vendor & LOW, ids.vendor >> 8,
-                            ids.product & LOW, ids.product >> 8, 0x00, 0x01, // release 1.00
-                            0, 0, 0,                                         // no texts
-                            1});
+    const QByteArray device = descriptor(
+        USB_DESCRIPTOR_DEVICE, {0x00, 0x02, // USB 2.0
+                                0, 0, 0, CONTROL_PACKET_SIZE, ids.vendor & LOW, ids.vendor >> 8,
+                                ids.product & LOW, ids.product >> 8, 0x00, 0x01, // release 1.00
+                                0, 0, 0,                                         // no texts
+                                1});
     const QByteArray inside = interfaceAndEndpoints();
     constexpr int CONFIGURATION_SIZE = 9;
     const int total = CONFIGURATION_SIZE + inside.size();
     return device +
-           descriptor(CONFIGURATION,
+           descriptor(USB_DESCRIPTOR_CONFIGURATION,
                       {total & LOW, total >> 8, 1, 1, 0, BUS_POWERED, HUNDRED_MILLIAMPERES}) +
            inside;
 }
