@@ -1,6 +1,6 @@
 #pragma once
 
-// The frames of the reader's USB protocol as a reader makes and checks them; their fixed parts are
+// The frames of the reader's USB protocol as a reader makes them; their fixed parts are
 // described in reader/reader_frames.h.
 
 #include <QByteArray>
@@ -16,9 +16,6 @@ constexpr int LARGEST_FRAME = 7 + 0xFFFF;
  * at most as many bytes as the length field can count.
  */
 QByteArray answerFrame(const QByteArray &payload);
-
-/** Whether `bytes` are one frame: preamble, a length that is theirs, a command, the checksum. */
-bool isCommandFrame(const QByteArray &bytes);
 
 /** Whether `bytes` are the head of a frame, preamble and length, and nothing else. */
 bool isBareHead(const QByteArray &bytes);

@@ -148,12 +148,7 @@ UsbTransfer VirtualReader::writeCommand(const QByteArray &bytes)
     if (bytes.isEmpty())
         return taken(UsbStatus::DONE, 0);
     m_answered.reset();
-    if (isBareHead(bytes)) {
-        m_answers.put(bytes);
-    } else {
-        m_answers.put(refusal(isCommandFrame(bytes) ? UsbRefusal::UNKNOWN_COMMAND
-                                                    : UsbRefusal::MALFORMED_COMMAND));
-    }
+    m_answers.put(isBareHead(bytes) ? bytes : refusal(UsbRefusal::UNKNOWN_COMMAND));
     return taken(UsbStatus::DONE, bytes.size());
 }
 

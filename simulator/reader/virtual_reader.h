@@ -17,8 +17,7 @@ namespace simulator
  */
 enum class UsbRefusal : unsigned char {
     NO_CARD = 0x80,
-    MALFORMED_COMMAND = 0xE1,
-    UNKNOWN_COMMAND = 0xE2,
+    UNKNOWN_COMMAND = 0xE1,
     OUT_OF_ORDER = 0xE3,
     CARD_NOT_READ = 0xE4,
 };

@@ -430,9 +430,8 @@ TEST(SimulatorPage, RefusalsOfTheReaderOnUsb_AreListed)
     QFile page(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/README.md"));
     ASSERT_TRUE(page.open(QIODevice::ReadOnly));
     const std::string text = page.readAll().toStdString();
-    for (const UsbRefusal refusal :
-         {UsbRefusal::NO_CARD, UsbRefusal::MALFORMED_COMMAND, UsbRefusal::UNKNOWN_COMMAND,
-          UsbRefusal::OUT_OF_ORDER, UsbRefusal::CARD_NOT_READ}) {
+    for (const UsbRefusal refusal : {UsbRefusal::NO_CARD, UsbRefusal::UNKNOWN_COMMAND,
+                                     UsbRefusal::OUT_OF_ORDER, UsbRefusal::CARD_NOT_READ}) {
         const QString status = QString::number(static_cast<int>(refusal), 16).toUpper();
         EXPECT_THAT(text, testing::HasSubstr("\n| `00 00 " + status.toStdString() + "` | "));
     }
