@@ -713,10 +713,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
 <context>
     <name>Descriptions</name>
     <message>
-        <source>is neither a built-in card nor a file; built-in cards: %1</source>
-        <translation>既不是内置证件，也不是文件；内置证件有：%1</translation>
-    </message>
-    <message>
         <source>, </source>
         <translation>、</translation>
     </message>
@@ -887,6 +883,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>%1 %2</source>
         <translation>%1%2</translation>
+    </message>
+    <message>
+        <source>is neither a built-in card nor a file; &quot;idcard-reader cards&quot; lists the built-in cards</source>
+        <translation>既不是内置证件，也不是文件；“idcard-reader cards”列出内置的证件</translation>
     </message>
 </context>
 <context>

@@ -39,8 +39,8 @@ QString unknownCard(const QString &name)
 {
     const QString meant = nearestName(name, builtInCardNames());
     return meant.isEmpty()
-               ? tr("is neither a built-in card nor a file; built-in cards: %1")
-                     .arg(builtInCardNames().join(tr(", ")))
+               ? tr("is neither a built-in card nor a file; \"idcard-reader cards\" lists the "
+                    "built-in cards")
                : tr("is neither a built-in card nor a file; did you mean %1?").arg(meant);
 }
 
