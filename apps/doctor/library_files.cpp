@@ -29,15 +29,12 @@ struct MachineRow {
     const char *name;
 };
 
-constexpr std::array<MachineRow, 8> MACHINES = {{
+constexpr std::array<MachineRow, 5> MACHINES = {{
     {EM_386, QT_TR_NOOP("32-bit x86")},
     {EM_X86_64, "x86-64"},
     {EM_ARM, QT_TR_NOOP("32-bit ARM")},
     {EM_AARCH64, QT_TR_NOOP("64-bit ARM")},
-    {EM_MIPS, "MIPS"},
-    {EM_PPC64, QT_TR_NOOP("64-bit PowerPC")},
     {EM_RISCV, "RISC-V"},
-    {258, "LoongArch"},
 }};
 
 template <typename Header>
@@ -49,14 +46,11 @@ bool readStruct(QFile &file, qint64 at, Header *header)
 
 QString machineName(const Elf64_Ehdr &header)
 {
-    const bool isBigEndian = header.e_ident[EI_DATA] == ELFDATA2MSB;
-    const int number =
-        isBigEndian ? ((header.e_machine & 0xff) << 8) | (header.e_machine >> 8) : header.e_machine;
+    const int number = header.e_machine;
     const auto *const row =
         std::find_if(MACHINES.begin(), MACHINES.end(),
                      [number](const MachineRow &known) { return known.number == number; });
-    const QString name = row == MACHINES.end() ? tr("processor %1").arg(number) : tr(row->name);
-    return isBigEndian ? tr("%1, big-endian").arg(name) : name;
+    return row == MACHINES.end() ? tr("processor %1").arg(number) : tr(row->name);
 }
 
 /** Whether two headers are for the same processor. */

@@ -1204,16 +1204,8 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>64 位 ARM</translation>
     </message>
     <message>
-        <source>64-bit PowerPC</source>
-        <translation>64 位 PowerPC</translation>
-    </message>
-    <message>
         <source>processor %1</source>
         <translation>处理器 %1</translation>
-    </message>
-    <message>
-        <source>%1, big-endian</source>
-        <translation>%1（大端）</translation>
     </message>
     <message>
         <source>it hangs</source>
