@@ -2,6 +2,8 @@
 
 #include "simulator/card/card_description.h"
 
+#include <array>
+
 #include "common/ethnic_groups.h"
 #include "common/sex_codes.h"
 
@@ -20,17 +22,9 @@ QString ethnicGroupText(const CardDescription &card)
 
 QString cardKindName(CardKind kind)
 {
-    switch (kind) {
-    case CardKind::RESIDENT:
-        break;
-    case CardKind::HMT:
-        return QStringLiteral("hmt");
-    case CardKind::FOREIGN2017:
-        return QStringLiteral("foreign-2017");
-    case CardKind::FOREIGN_NEW:
-        return QStringLiteral("foreign-new");
-    }
-    return QStringLiteral("resident");
+    constexpr std::array<const char *, CARD_KIND_COUNT> NAMES = {"resident", "hmt", "foreign-2017",
+                                                                 "foreign-new"};
+    return QLatin1String(NAMES.at(static_cast<std::size_t>(kind)));
 }
 
 } // namespace simulator
