@@ -14,11 +14,6 @@ void BulkInPipe::put(const QByteArray &answer)
     m_waiting = true;
 }
 
-QByteArray BulkInPipe::rest() const
-{
-    return m_waiting ? m_answer.mid(m_taken) : QByteArray();
-}
-
 UsbTransfer BulkInPipe::take(int capacity)
 {
     UsbTransfer transfer;
@@ -27,7 +22,7 @@ UsbTransfer BulkInPipe::take(int capacity)
         return transfer;
     }
     const int room = std::max(capacity, 0);
-    const QByteArray rest = this->rest();
+    const QByteArray rest = m_answer.mid(m_taken);
     transfer.data = rest.left(room);
     transfer.count = transfer.data.size();
 

@@ -22,11 +22,6 @@ public:
     /** Forgets what waits. */
     void clear() { m_waiting = false; }
 
-    [[nodiscard]] bool isEmpty() const { return !m_waiting; }
-
-    /** What has not been fetched of the answer. */
-    [[nodiscard]] QByteArray rest() const;
-
     /**
      * One transfer of at most `capacity` bytes: until a packet that is not full, or until the room
      * is used up. A packet for which there is not enough room ends it TooLong, and the answer is

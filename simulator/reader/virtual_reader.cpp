@@ -15,6 +15,9 @@ namespace simulator
 namespace
 {
 
+/** Most bytes that a frame's length field can count, the field and all before it included. */
+constexpr int LARGEST_FRAME = reader_frames::HEAD_SIZE + 0xFFFF;
+
 template <std::size_t size>
 QByteArray bytesOf(const std::array<unsigned char, size> &frame)
 {
@@ -30,6 +33,13 @@ std::optional<UsbExchange> exchangeOf(const QByteArray &command)
     if (command == bytesOf(reader_frames::READ_COMMAND))
         return UsbExchange::READ;
     return std::nullopt;
+}
+
+// Whether `bytes` are preamble and length of a frame and nothing else.
+bool isBareHead(const QByteArray &bytes)
+{
+    return bytes.size() == reader_frames::HEAD_SIZE &&
+           bytes.startsWith(bytesOf(reader_frames::PREAMBLE));
 }
 
 // A refusal that is as long as the answer of success would be, because a host distinguishes the two
