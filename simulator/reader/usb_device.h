@@ -70,10 +70,13 @@ public:
     /** The host resets the device: what it was about to answer is forgotten. */
     virtual void reset() = 0;
 
-    /** One bulk transfer to `endpoint`, an OUT endpoint's address. */
+    /** One bulk transfer to `endpoint`; it stalls when that is no OUT endpoint's address. */
     virtual UsbTransfer write(std::uint8_t endpoint, const QByteArray &bytes) = 0;
 
-    /** One bulk transfer from `endpoint`, an IN endpoint's address, of at most `capacity` bytes. */
+    /**
+     * One bulk transfer from `endpoint`, of at most `capacity` bytes; it stalls when that is no IN
+     * endpoint's address.
+     */
     virtual UsbTransfer read(std::uint8_t endpoint, int capacity) = 0;
 };
 

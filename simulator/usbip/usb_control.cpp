@@ -51,16 +51,14 @@ bool UsbSetup::isIn() const
 
 UsbTransfer UsbControlEndpoint::answer(const UsbSetup &setup)
 {
-    const std::optional<UsbDescription> description = describeDevice(m_device.descriptors());
-    if (!description)
-        return ended(UsbStatus::STALLED);
+    const UsbDescription description = describeDevice(m_device.descriptors());
     switch (setup.requestType & ~USB_ENDPOINT_IN) {
     case TO_DEVICE:
-        return answerDevice(setup, *description);
+        return answerDevice(setup, description);
     case TO_INTERFACE:
-        return answerInterface(setup, *description);
+        return answerInterface(setup, description);
     case TO_ENDPOINT:
-        return answerEndpoint(setup, *description);
+        return answerEndpoint(setup, description);
     default:
         return ended(UsbStatus::STALLED);
     }

@@ -3,7 +3,6 @@
 // Takes a device's descriptors apart, as far as a front that shows the device to a host needs them.
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include <QByteArray>
@@ -31,7 +30,7 @@ struct UsbDescription {
     [[nodiscard]] bool hasEndpoint(std::uint8_t address) const;
 };
 
-/** Nothing when a descriptor is cut off, lies about its length or is missing. */
-std::optional<UsbDescription> describeDevice(const QByteArray &descriptors);
+/** `descriptors`: those of a `UsbDevice`. */
+UsbDescription describeDevice(const QByteArray &descriptors);
 
 } // namespace simulator

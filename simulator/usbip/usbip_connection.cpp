@@ -108,28 +108,26 @@ void UsbipConnection::serveRequests(std::int64_t now)
 void UsbipConnection::serve(const UsbipListRequest & /*request*/, std::int64_t /*now*/)
 {
     const UsbDevice &device = m_export.device;
-    m_toSend +=
-        usbipListReply(device.isPluggedIn() ? describeDevice(device.descriptors()) : std::nullopt);
+    m_toSend += usbipListReply(device.isPluggedIn()
+                                   ? std::make_optional(describeDevice(device.descriptors()))
+                                   : std::nullopt);
     end({});
 }
 
 void UsbipConnection::serve(const UsbipImportRequest &request, std::int64_t /*now*/)
 {
     UsbDevice &device = m_export.device;
-    const std::optional<UsbDescription> description = describeDevice(device.descriptors());
     UsbipStatus status = UsbipStatus::DONE;
     if (request.busId != USBIP_BUS_ID || !device.isPluggedIn())
         status = UsbipStatus::NO_SUCH_DEVICE;
     else if (m_export.isImported)
         status = UsbipStatus::IN_USE;
-    else if (!description)
-        status = UsbipStatus::DEVICE_FAILED;
     if (status != UsbipStatus::DONE) {
         m_toSend += usbipImportReply(status, std::nullopt);
         end({});
         return;
     }
-    m_toSend += usbipImportReply(status, description);
+    m_toSend += usbipImportReply(status, describeDevice(device.descriptors()));
     m_export.isImported = true;
     m_hasDevice = true;
     device.reset();
@@ -203,12 +201,9 @@ void UsbipConnection::start(Transfer *transfer, std::int64_t now)
 {
     UsbDevice &device = m_export.device;
     const UsbipSubmit &submit = transfer->submit;
-    const std::optional<UsbDescription> description = describeDevice(device.descriptors());
     transfer->isStarted = true;
     if (!device.isPluggedIn())
         transfer->outcome = ended(UsbStatus::UNPLUGGED);
-    else if (!description || !description->hasEndpoint(submit.endpoint))
-        transfer->outcome = ended(UsbStatus::STALLED);
     else if (submit.isIn())
         transfer->outcome = device.read(submit.endpoint, submit.length);
     else

@@ -34,7 +34,6 @@ constexpr int USBIP_LONGEST_TRANSFER = 64 * 1024;
 enum class UsbipStatus : std::uint32_t {
     DONE = 0,
     IN_USE = 1, ///< somebody else has imported the device
-    DEVICE_FAILED = 3,
     NO_SUCH_DEVICE = 4,
 };
 

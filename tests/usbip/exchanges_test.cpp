@@ -101,9 +101,6 @@ TEST_F(Exchange, ImportOfWhatThereIsNot_IsRefusedWithTheReason)
     EXPECT_EQ(answerToImport("1-2"), hex("01 11 00 03 00 00 00 04"));
     device.pluggedIn = false;
     EXPECT_EQ(answerToImport("1-1"), hex("01 11 00 03 00 00 00 04"));
-    device.pluggedIn = true;
-    device.ownDescriptors.chop(1); // broken
-    EXPECT_EQ(answerToImport("1-1"), hex("01 11 00 03 00 00 00 03"));
 }
 
 TEST_F(Exchange, SecondImportIsRefusedAsInUse)

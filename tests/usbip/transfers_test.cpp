@@ -113,16 +113,6 @@ TEST_F(Transfers, ShortReadFailsWhenTheClientRefusesIt)
     EXPECT_THAT(sent(), ElementsAre(submitted(1, 0, 4, "abcd")));
 }
 
-TEST_F(Transfers, UnknownEndpointStallsWithoutAskingTheDevice)
-{
-    send(bulkRead(1, 64, 7));
-    send(bulkRead(2, 64, 2)); // 0x02 is an OUT endpoint
-    send(bulkWrite(11, "x", 1));
-    EXPECT_THAT(sent(), ElementsAre(submitted(1, EPIPE_STATUS, 0), submitted(2, EPIPE_STATUS, 0),
-                                    submitted(11, EPIPE_STATUS, 0)));
-    EXPECT_THAT(device.calls, IsEmpty());
-}
-
 TEST_F(Transfers, DelayedReadEndsWhenItsTimeHasCome)
 {
     device.reads = {ended(UsbStatus::DONE, "late", 300)};
