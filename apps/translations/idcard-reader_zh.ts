@@ -1809,16 +1809,8 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>故障“%1”无法识别；您是不是要用 %2？</translation>
     </message>
     <message>
-        <source>fault &quot;%1&quot; is not known; known faults: %2%3</source>
-        <translation>故障“%1”无法识别；已知的故障有：%2%3</translation>
-    </message>
-    <message>
         <source>, </source>
         <translation>、</translation>
-    </message>
-    <message>
-        <source> (E: lookup, select or read)</source>
-        <translation>（E 为 lookup、select 或 read）</translation>
     </message>
     <message>
         <source>fault &quot;%1&quot; is not of the form %2: %3</source>
@@ -1847,6 +1839,14 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
     <message>
         <source>every Nth opening answers 210, as if the reader had gone</source>
         <translation>每第 N 次打开读卡器返回 210，如同读卡器已断开</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; lists those of %2</source>
+        <translation>“%1”列出%2的故障</translation>
+    </message>
+    <message>
+        <source>fault &quot;%1&quot; is not known; %2</source>
+        <translation>故障“%1”无法识别；%2</translation>
     </message>
 </context>
 <context>

@@ -62,23 +62,38 @@ QString shortened(const QString &text)
     return text.size() <= LONGEST_QUOTE ? text : text.left(LONGEST_QUOTE) + QStringLiteral("...");
 }
 
+// How the reader on each road is called, what simulates it, and what lists its faults.
+struct RoadRow {
+    const char *reader;
+    const char *program;
+    const char *help;
+};
+
+constexpr std::array<RoadRow, ROAD_COUNT> ROADS = {{
+    {QT_TR_NOOP("the reader maker's library"), QT_TR_NOOP("\"idcard-reader read --simulate\""),
+     "idcard-reader read --help"},
+    {QT_TR_NOOP("the reader on USB"), "idcard-virtual-reader", "idcard-virtual-reader --help"},
+}};
+
 QString unknownFault(const QString &name, const QString &text, std::optional<Road> road)
 {
     QStringList names;
-    QStringList usages;
-    bool hasExchanges = false;
     for (const FaultRule &rule : road ? faultRules(*road) : faultRules()) {
         for (const Faults::Exchange exchange : exchangesOf(rule))
             names << nameOf(rule, exchange);
-        usages << faultUsage(rule);
-        hasExchanges = hasExchanges || rule.isOfExchange();
     }
     const QString meant = nearestName(name, names);
     if (!meant.isEmpty())
         return filledIn(tr("fault \"%1\" is not known; did you mean %2?"), shortened(text), meant);
-    return filledIn(tr("fault \"%1\" is not known; known faults: %2%3"), shortened(text),
-                    usages.join(tr(", ")),
-                    hasExchanges ? tr(" (E: lookup, select or read)") : QString());
+    QStringList lists;
+    for (const Road each : {Road::MAKERS_LIBRARY, Road::USB}) {
+        const RoadRow &row = ROADS.at(static_cast<std::size_t>(each));
+        if (road.value_or(each) == each) {
+            lists << filledIn(tr("\"%1\" lists those of %2"), QLatin1String(row.help),
+                              tr(row.reader));
+        }
+    }
+    return filledIn(tr("fault \"%1\" is not known; %2"), shortened(text), lists.join(tr(", ")));
 }
 
 QString wrongFault(const FaultRule &rule, const QString &name, const QString &text)
@@ -88,17 +103,6 @@ QString wrongFault(const FaultRule &rule, const QString &name, const QString &te
     return filledIn(tr("fault \"%1\" is not of the form %2: %3"), shortened(text),
                     usageOf(name, rule.argument), tr(*meaning));
 }
-
-// How the reader on each road is called, and what simulates it.
-struct RoadRow {
-    const char *reader;
-    const char *program;
-};
-
-constexpr std::array<RoadRow, ROAD_COUNT> ROADS = {{
-    {QT_TR_NOOP("the reader maker's library"), QT_TR_NOOP("\"idcard-reader read --simulate\"")},
-    {QT_TR_NOOP("the reader on USB"), "idcard-virtual-reader"},
-}};
 
 // The reader on `road` does not have the fault, that on the other one does.
 QString faultOfOtherRoad(const QString &name, Road road)

@@ -234,11 +234,11 @@ TEST(Description, PhotosFileThatIsNoNameInTheFolder_IsRefused)
     }
 }
 
-TEST(Description, WrongFault_IsRefusedWithTheVocabulary)
+TEST(Description, WrongFault_IsRefusedWithWhatListsTheVocabulary)
 {
     EXPECT_THAT(refusalOf("resident", "faults", QJsonArray{QStringLiteral("earthquake")}),
-                StartsWith("my.json: \"faults\": fault \"earthquake\" is not known; known faults: "
-                           "open-fails=N, open-fails-every=N, no-card or no-card=N, "));
+                StartsWith("my.json: \"faults\": fault \"earthquake\" is not known; "
+                           "\"idcard-reader read --help\" lists "));
 }
 
 TEST(Description, FaultsOfAReaderOnUsb_AreReadAndCheckedAsAllOthers)

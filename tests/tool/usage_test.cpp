@@ -160,19 +160,6 @@ QList<int> statusesIn(const QString &help)
     return statuses;
 }
 
-TEST(Usage, LongListOfNamesIsBrokenBetweenThem)
-{
-    for (const QStringList &arguments :
-         {QStringList{"read", "--simulate", "visitor"},
-          QStringList{"read", "--simulate", "resident", "--fault", "earthquake"}}) {
-        const QByteArray message = runTool(arguments).standardError;
-        EXPECT_GT(message.count('\n'), 3);
-        for (const QByteArray &line : message.split('\n'))
-            EXPECT_LE(line.size(), 100) << line.toStdString();
-        EXPECT_THAT(message.toStdString(), testing::EndsWith("\n"));
-    }
-}
-
 /** What the help of a command says. */
 struct Described {
     const char *command;
