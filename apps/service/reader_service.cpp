@@ -91,13 +91,20 @@ void ReaderService::leaveIfIdle()
 void ReaderService::leave()
 {
     m_isLeaving = true;
-    m_bus.unregisterService(NAME);
     for (const QDBusMessage &call : qAsConst(m_undecided))
         refuse(call, ServiceError::CANCELLED);
     m_undecided.clear();
     if (m_toolRun != nullptr)
         m_toolRun->stop();
-    // Calls that came before the name was given back are still carried out.
+    else
+        giveNameBack();
+}
+
+/** After the last State: what comes from a sender without the name does not reach who listens. */
+void ReaderService::giveNameBack()
+{
+    m_bus.unregisterService(NAME);
+    // Calls that came before are still carried out.
     QTimer::singleShot(0, this, [this] { quitIfDone(); });
 }
 
@@ -166,6 +173,8 @@ void ReaderService::startWatching(const QDBusMessage &call)
     const QString problem = problemOfParts(parts);
     if (!problem.isEmpty())
         refuse(call, ServiceError::INVALID_ARGUMENT, problem);
+    else if (m_isLeaving)
+        refuse(call, ServiceError::CANCELLED);
     else if (isFreeFor(call))
         authorize(call, parts, [=] { beginWatching(call, parts); });
 }
@@ -293,7 +302,8 @@ void ReaderService::endClaim()
         reply(call);
     propertyChanged("State");
     m_idle.start(IDLE_MS);
-    quitIfDone();
+    if (m_isLeaving)
+        giveNameBack();
 }
 
 /** What "watch" printed, of which the last line may not be complete. */

@@ -38,7 +38,7 @@ public:
     /** Takes the name on the bus; whether it was free. */
     bool appear();
 
-    /** Gives the name back, has what is in progress end, and quits the application. */
+    /** Has what is in progress end, gives the name back, and quits the application. */
     void leave();
 
     QString introspect(const QString &path) const override;
@@ -62,6 +62,7 @@ private:
     static const Method METHODS[];
 
     void leaveIfIdle();
+    void giveNameBack();
     void quitIfDone();
     bool refuseUnknownMethod(const QDBusMessage &call);
     void readCard(const QDBusMessage &call);

@@ -1,5 +1,7 @@
 // The programs of docs/service.md, as they stand there.
 
+#include <csignal>
+
 #include <gmock/gmock.h>
 
 #include "tests/service/service_process.h"
@@ -25,9 +27,13 @@ protected:
     /** Runs a program, for which the bus of the test is that of the system. */
     ProcessResult runOnBus(const QString &program, const QStringList &arguments = {})
     {
+        return runProcess(program, arguments, onBus());
+    }
+    ProcessInput onBus() const
+    {
         ProcessInput input;
         input.environment = {{"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}};
-        return runProcess(program, arguments, input);
+        return input;
     }
     ProcessResult runShell(const char *name) { return runOnBus("/bin/sh", {programFile(name)}); }
     ProcessResult runJava(const char *name)
@@ -113,6 +119,20 @@ TEST_F(ServicePrograms, PythonThatWatches_PrintsEachCardUntilTheEnd)
     const ProcessResult run = runPython("watch_cards_over_dbus.py");
     expectEnd(run, 0);
     EXPECT_EQ(run.output(), std::string(NUMBER) + '\n');
+}
+
+TEST_F(ServicePrograms, PythonThatWatches_EndsWithTheService)
+{
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        m_service.reset();
+        serveCard({"--fault", "delay-ms=60000"});
+        RunningProcess watching("/usr/bin/python3", {"-B", programFile("watch_cards_over_dbus.py")},
+                                onBus());
+        ASSERT_TRUE(becomes("watching"));
+        m_service->signal(signal);
+        EXPECT_TRUE(watching.endsWithin(20000)) << signal;
+        expectEnd(watching.result(), 0);
+    }
 }
 
 TEST(ServicePage, RulesForAKiosk_AreTheInstalledOnes)

@@ -1,7 +1,10 @@
 // Card after card, for the program that watches and for nobody else.
 
+#include <csignal>
+
 #include <gmock/gmock.h>
 
+#include <QDBusArgument>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -36,6 +39,18 @@ protected:
                 names.push_back(signal.member().toStdString());
         }
         return names;
+    }
+
+    /** The states that the service has announced so far. */
+    std::vector<std::string> states() const
+    {
+        std::vector<std::string> states;
+        for (const QDBusMessage &signal : m_client.signalsOfService()) {
+            const auto changed = qdbus_cast<QVariantMap>(signal.arguments().value(1));
+            if (changed.contains("State"))
+                states.push_back(changed.value("State").toString().toStdString());
+        }
+        return states;
     }
 
     bool endsWith(const std::string &name)
@@ -148,6 +163,16 @@ TEST_F(ServiceWatching, ClientThatLeaves_FreesTheReader)
     ASSERT_EQ(m_client.state(), "watching");
     other.leave();
     EXPECT_TRUE(becomes("idle"));
+}
+
+TEST_F(ServiceWatching, EndOfTheService_IsAnnouncedWhileItHasItsName)
+{
+    serveScript(UNTIL_ENDED);
+    startWatching();
+    m_service->signal(SIGTERM);
+    EXPECT_TRUE(waitFor([this] { return states().size() == 2; }));
+    EXPECT_THAT(states(), ElementsAre("watching", "idle"));
+    expectEnd(m_service->result(), 0);
 }
 
 TEST_F(ServiceWatching, PartsThatThereAreNot_AreRefused)
