@@ -15,14 +15,18 @@ namespace
 
 IDCARD_TEXTS(Service)
 
+const QString POLKIT = QStringLiteral("org.freedesktop.PolicyKit1");
+const QString AUTHORITY = QStringLiteral("/org/freedesktop/PolicyKit1/Authority");
+const QString AUTHORITY_INTERFACE = QStringLiteral("org.freedesktop.PolicyKit1.Authority");
 const QString READ_CARD = QStringLiteral(IDCARD_SERVICE_DOMAIN ".read-card");
 const QString READ_FINGERPRINTS = QStringLiteral(IDCARD_SERVICE_DOMAIN ".read-fingerprints");
 
 // Programs wait 25 seconds for an answer unless they ask for more.
 constexpr int TIME_TO_DECIDE_MS = 20000;
-constexpr unsigned int MAY_ASK_THE_USER = 1;
 
-QDBusMessage question(const QString &client, const QString &action)
+enum class Dialog : unsigned int { NONE = 0, ALLOWED = 1 };
+
+QDBusMessage question(const QString &client, const QString &action, Dialog dialog)
 {
     QDBusArgument subject;
     subject.beginStructure();
@@ -31,13 +35,10 @@ QDBusMessage question(const QString &client, const QString &action)
     QDBusArgument noDetails;
     noDetails.beginMap(QMetaType::QString, QMetaType::QString);
     noDetails.endMap();
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.PolicyKit1"),
-                                       QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
-                                       QStringLiteral("org.freedesktop.PolicyKit1.Authority"),
-                                       QStringLiteral("CheckAuthorization"));
+    QDBusMessage call = QDBusMessage::createMethodCall(POLKIT, AUTHORITY, AUTHORITY_INTERFACE,
+                                                       QStringLiteral("CheckAuthorization"));
     call << QVariant::fromValue(subject) << action << QVariant::fromValue(noDetails)
-         << MAY_ASK_THE_USER << QString();
+         << static_cast<unsigned int>(dialog) << QString();
     return call;
 }
 
@@ -63,11 +64,11 @@ QString refusalIn(const QDBusMessage &answer, const QString &action)
                                : tr("polkit refuses the action %1 to this program.").arg(action);
 }
 
-void askFor(const QString &action, const QDBusConnection &bus, QObject *owner,
+void askFor(const QString &action, Dialog dialog, const QDBusConnection &bus, QObject *owner,
             const QString &client, const Decided &decided)
 {
     auto *const answer = new QDBusPendingCallWatcher(
-        bus.asyncCall(question(client, action), TIME_TO_DECIDE_MS), owner);
+        bus.asyncCall(question(client, action, dialog), TIME_TO_DECIDE_MS), owner);
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, owner, [answer, action, decided] {
         decided(refusalIn(answer->reply(), action));
         answer->deleteLater();
@@ -80,13 +81,25 @@ void askPolkit(const QDBusConnection &bus, QObject *owner, const QString &client
                const QStringList &parts, const Decided &decided)
 {
     if (!parts.contains(QLatin1String("fingerprints")))
-        return askFor(READ_CARD, bus, owner, client, decided);
-    askFor(READ_CARD, bus, owner, client, [=](const QString &refusal) {
+        return askFor(READ_CARD, Dialog::ALLOWED, bus, owner, client, decided);
+    askFor(READ_CARD, Dialog::ALLOWED, bus, owner, client, [=](const QString &refusal) {
         if (refusal.isEmpty())
-            askFor(READ_FINGERPRINTS, bus, owner, client, decided);
+            askFor(READ_FINGERPRINTS, Dialog::ALLOWED, bus, owner, client, decided);
         else
             decided(refusal);
     });
+}
+
+void askPolkitAgain(const QDBusConnection &bus, QObject *owner, const QString &client,
+                    const Decided &decided)
+{
+    askFor(READ_CARD, Dialog::NONE, bus, owner, client, decided);
+}
+
+void startWhenPolkitChanges(QDBusConnection bus, QTimer *timer)
+{
+    bus.connect(POLKIT, AUTHORITY, AUTHORITY_INTERFACE, QStringLiteral("Changed"), timer,
+                SLOT(start()));
 }
 
 } // namespace app

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 namespace app
 {
@@ -21,5 +22,15 @@ using Decided = std::function<void(const QString &refusal)>;
  */
 void askPolkit(const QDBusConnection &bus, QObject *owner, const QString &client,
                const QStringList &parts, const Decided &decided);
+
+/**
+ * Whether a program that was let in may still read cards, without a dialog. Fingerprints are not
+ * asked for: the password that was given for them counts for minutes, a watch may take hours.
+ */
+void askPolkitAgain(const QDBusConnection &bus, QObject *owner, const QString &client,
+                    const Decided &decided);
+
+/** As when another session becomes the active one at the machine. */
+void startWhenPolkitChanges(QDBusConnection bus, QTimer *timer);
 
 } // namespace app

@@ -68,11 +68,15 @@ ReaderService::ReaderService(ServiceOptions options, const QDBusConnection &bus)
     m_clients.setConnection(bus);
     m_clients.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
     connect(&m_clients, &QDBusServiceWatcher::serviceUnregistered, this,
-            [this](const QString &client) { clientLeft(client); });
+            [this](const QString &client) { endClaimOf(client); });
     m_idle.setSingleShot(true);
     m_idle.setTimerType(Qt::PreciseTimer); // another one may fire seconds too soon
     connect(&m_idle, &QTimer::timeout, this, [this] { leaveIfIdle(); });
     m_idle.start(IDLE_MS);
+    m_polkitChanged.setSingleShot(true); // once after several changes
+    connect(&m_polkitChanged, &QTimer::timeout, this, [this] { authorizeAgain(); });
+    if (!m_options.isOnSessionBus)
+        startWhenPolkitChanges(bus, &m_polkitChanged);
 }
 
 bool ReaderService::appear()
@@ -195,6 +199,18 @@ void ReaderService::authorize(const QDBusMessage &call, const QStringList &parts
         else if (isFreeFor(call))
             begin();
         quitIfDone();
+    });
+}
+
+/** A watch may outlast its user's session at the machine. */
+void ReaderService::authorizeAgain()
+{
+    if (!m_claim)
+        return;
+    const QString client = m_claim->client;
+    askPolkitAgain(m_bus, this, client, [this, client](const QString &refusal) {
+        if (!refusal.isEmpty())
+            endClaimOf(client);
     });
 }
 
@@ -327,7 +343,7 @@ void ReaderService::sendToClient(const ServiceSignal &content)
     m_messages.send(signal);
 }
 
-void ReaderService::clientLeft(const QString &client)
+void ReaderService::endClaimOf(const QString &client)
 {
     if (m_claim && m_claim->client == client)
         m_toolRun->stop();

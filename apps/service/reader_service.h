@@ -73,6 +73,7 @@ private:
 
     void authorize(const QDBusMessage &call, const QStringList &parts,
                    const std::function<void()> &begin);
+    void authorizeAgain();
     bool isFreeFor(const QDBusMessage &call);
     void beginReading(const QDBusMessage &call, const QStringList &parts, unsigned int timeoutMs);
     void beginWatching(const QDBusMessage &call, const QStringList &parts);
@@ -81,7 +82,7 @@ private:
     void endClaim();
     void sendLines(QByteArray *output);
     void sendToClient(const ServiceSignal &content);
-    void clientLeft(const QString &client);
+    void endClaimOf(const QString &client);
     QStringList simulation() const;
 
     void answerRead(const QDBusMessage &call, ToolRun::End end, const QByteArray &output);
@@ -100,6 +101,7 @@ private:
     QDBusServiceWatcher m_clients;
     PluggedReaders m_readers;
     QTimer m_idle;
+    QTimer m_polkitChanged;
     bool m_isLeaving = false;
     QMap<int, QDBusMessage> m_undecided; ///< calls that wait for the authorization of their program
     int m_lastUndecided = 0;

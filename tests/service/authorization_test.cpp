@@ -56,6 +56,16 @@ public:
         EXPECT_EQ(messageOf(m_client.bus().call(call)), "");
     }
 
+    /** As when a rule, or which session is active at the machine, has changed. */
+    void announceChange()
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            POLKIT, AUTHORITY, "org.freedesktop.DBus.Mock", "EmitSignal");
+        call << AUTHORITY_INTERFACE << "Changed"
+             << "" << QVariantList();
+        EXPECT_EQ(messageOf(m_client.bus().call(call)), "");
+    }
+
     void hang() { m_process.signal(SIGSTOP); }
     void goOn() { m_process.signal(SIGCONT); }
 
@@ -100,6 +110,19 @@ class SlowReader : public ServiceAuthorization
 {
 protected:
     void SetUp() override { serveScript(QByteArray(READ) + " --fault delay-ms=60000", {}); }
+};
+
+/** A tool that goes on until it is ended. */
+class AuthorizedWatching : public ServiceAuthorization
+{
+protected:
+    void SetUp() override { serveScript("while :; do sleep 0.05; done", {}); }
+
+    void startWatching(const QStringList &parts = {})
+    {
+        EXPECT_EQ(errorOf(m_client.ask("StartWatching", {parts})), "");
+        EXPECT_EQ(m_client.state(), "watching");
+    }
 };
 
 class ServiceWithoutPolkit : public ServiceTest
@@ -246,6 +269,45 @@ TEST_F(ServiceAuthorization, CancelByAnotherBeforeTheDecision_DoesNothing)
     EXPECT_EQ(errorOf(other.ask("Cancel")), "");
     m_polkit.goOn();
     EXPECT_EQ(errorAtTheEnd(reading), "");
+}
+
+TEST_F(AuthorizedWatching, ProgramThatMayNoLonger_IsStopped)
+{
+    m_polkit.allow({READ_CARD});
+    startWatching();
+    m_polkit.allow({});
+    m_polkit.announceChange();
+    EXPECT_TRUE(becomes("idle"));
+    expectRefused(m_client.ask("StartWatching", {QStringList()}), READ_CARD);
+}
+
+TEST_F(AuthorizedWatching, ProgramThatStillMay_GoesOn)
+{
+    m_polkit.allow({READ_CARD});
+    startWatching();
+    m_polkit.nextQuestion();
+    m_polkit.announceChange();
+    EXPECT_THAT(m_polkit.nextQuestion(), HasSubstr(m_client.name().toStdString()));
+    EXPECT_EQ(m_client.state(), "watching");
+    EXPECT_FALSE(waitFor([this] { return m_client.state() != "watching"; }, 1000));
+}
+
+TEST_F(AuthorizedWatching, LaterQuestion_ComesWithoutADialog)
+{
+    m_polkit.answer("(bba{ss})", "ret = (args[3] == 1, True, {})"); // if it may ask the user
+    startWatching();
+    m_polkit.announceChange();
+    EXPECT_TRUE(becomes("idle"));
+}
+
+// The password that was given for the prints counts some minutes for the next program.
+TEST_F(AuthorizedWatching, EndOfTheTimeForFingerprints_EndsNoWatch)
+{
+    m_polkit.allow({READ_CARD, READ_FINGERPRINTS});
+    startWatching({"fingerprints"});
+    m_polkit.allow({READ_CARD});
+    m_polkit.announceChange();
+    EXPECT_FALSE(waitFor([this] { return m_client.state() != "watching"; }, 1000));
 }
 
 TEST_F(SlowReader, TwoProgramsThatMayRead_AreNotServedAtOnce)
