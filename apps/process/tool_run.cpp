@@ -53,13 +53,13 @@ QString toolPath()
                : QString::fromUtf8(IDCARD_INSTALL_BINDIR "/idcard-reader");
 }
 
-ToolRun::ToolRun(Take take, Ended ended) : m_take(std::move(take)), m_ended(std::move(ended))
+ToolRun::ToolRun(Take take, Ended ended)
+    : m_take(std::move(take)), m_ended(std::move(ended)), m_pipe([this] { takeOutput(); })
 {
     m_deadline.setSingleShot(true);
     m_force.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, this, [this] { endBy(End::TIMED_OUT); });
     connect(&m_force, &QTimer::timeout, this, [this] { force(); });
-    connect(this, &QProcess::readyReadStandardOutput, this, [this] { takeOutput(); });
     connect(this, QOverload<int, ExitStatus>::of(&QProcess::finished), this,
             [this](int /*code*/, ExitStatus status) { finish(status); });
     connect(this, &QProcess::errorOccurred, this, [this](ProcessError error) {
@@ -94,10 +94,12 @@ void ToolRun::run(const QStringList &arguments, int timeoutMs, const QString &to
     setProgram(tool);
     setArguments(arguments);
     setStandardInputFile(nullDevice());
+    setStandardOutputFile(nullDevice()); // until the child has the pipe
     setStandardErrorFile(nullDevice());
     if (timeoutMs > 0)
         m_deadline.start(timeoutMs);
     start(ReadOnly);
+    m_pipe.closeEndOfChild();
     // Until it is the tool, it has the handlers of this program, which a signal to end would wake.
     waitForStarted();
 }
@@ -123,6 +125,7 @@ QString ToolRun::howItEnded() const
 void ToolRun::setupChildProcess()
 {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    m_pipe.becomeStandardOutput();
 }
 
 void ToolRun::endBy(End end)
@@ -143,17 +146,29 @@ void ToolRun::force()
 
 void ToolRun::takeOutput()
 {
-    m_output += readAllStandardOutput();
+    if (!m_pipe.takeInto(&m_output))
+        return;
     if (m_take)
-        m_take(&m_output);
+        letTake();
     else if (!m_force.isActive())
         m_force.start(TIME_TO_END_AFTER_OUTPUT_MS);
     if (m_output.size() > MOST_OUTPUT)
         fail();
 }
 
+/** Bytes that were taken would stay behind the end of the buffer. */
+void ToolRun::letTake()
+{
+    m_take(&m_output);
+    const QByteArray rest(m_output.constData(), m_output.size());
+    m_output.fill('\0', m_output.capacity());
+    m_output = rest;
+}
+
 void ToolRun::finish(ExitStatus status)
 {
+    takeOutput();
+    m_pipe.close();
     m_deadline.stop();
     m_force.stop();
     if (status == CrashExit && m_end == End::DONE)

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include "apps/process/output_pipe.h"
+
 namespace app
 {
 
@@ -69,12 +71,14 @@ private:
     void endBy(End end);
     void force();
     void takeOutput();
+    void letTake();
     void finish(ExitStatus status);
 
     Take m_take;
     Ended m_ended;
     End m_end = End::DONE;
     QByteArray m_output;
+    OutputPipe m_pipe;
     QTimer m_deadline;
     QTimer m_force;
 };

@@ -109,6 +109,22 @@ TEST_F(ServiceMemory, CardThatWasWatched_IsForgotten)
     expectForgotten(marks);
 }
 
+TEST_F(ServiceMemory, CardThatWasWatched_IsForgottenWhileTheWatchGoesOn)
+{
+    serveScript(IDCARD_BUILD_BIN_DIR "/idcard-reader \"$@\" --simulate resident\n"
+                                     "while test $1 = watch; do sleep 0.05; done");
+    const QStringList parts = {"photo", "fingerprints"};
+    const QStringList marks = read(parts);
+    m_client.listen();
+    EXPECT_EQ(errorOf(m_client.ask("StartWatching", {parts})), "");
+    ASSERT_TRUE(waitFor([this] {
+        const QVector<QDBusMessage> &all = m_client.signalsOfService();
+        return !all.isEmpty() && all.last().member() == QLatin1String("CardRemoved");
+    }));
+    expectForgotten(marks);
+    EXPECT_EQ(m_client.state(), "watching");
+}
+
 // A call that waits may stand where a card stood before.
 TEST_F(ServiceMemory, CardBeforeAReadingThatWasCancelled_IsForgotten)
 {
