@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <arpa/inet.h>
 #include <sys/stat.h>
 
 #include "apps/process/text_layout.h"
@@ -64,6 +65,15 @@ OriginList parsed(const QByteArray &content, const QString &path)
     return list;
 }
 
+/** Browsers take a host that ends in a number for an address, in this form alone. */
+bool isHost(const QString &host)
+{
+    static const QRegularExpression number(QStringLiteral("(?:\\A|\\.)(?:[0-9]+|0x[0-9a-f]*)\\z"));
+    in_addr address = {};
+    return !number.match(host).hasMatch() ||
+           ::inet_pton(AF_INET, host.toLatin1().constData(), &address) == 1;
+}
+
 } // namespace
 
 bool isOrigin(const QString &text)
@@ -77,8 +87,8 @@ bool isOrigin(const QString &text)
     const QRegularExpressionMatch match = form.match(text);
     const int usualPort = match.captured(1) == QLatin1String("https") ? 443 : 80;
     const int port = match.captured(3).toInt();
-    return match.hasMatch() && match.capturedLength(2) <= LONGEST_HOST && port <= HIGHEST_PORT &&
-           port != usualPort;
+    return match.hasMatch() && match.capturedLength(2) <= LONGEST_HOST &&
+           isHost(match.captured(2)) && port <= HIGHEST_PORT && port != usualPort;
 }
 
 QString originListPath()

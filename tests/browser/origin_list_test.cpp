@@ -101,7 +101,8 @@ TEST(Origin, AsBrowsersWriteIt_IsOne)
 {
     for (const char *text : {"https://pms.example", "http://intranet", "https://a-b.c_d.example:1",
                              "https://xn--fiqs8s.example:65535", "http://127.0.0.1:443",
-                             "https://[2001:db8::1]", "https://pms.example:80"})
+                             "https://[2001:db8::1]", "https://pms.example:80",
+                             "https://255.0.99.100", "https://3com.example", "https://1.2.3.x4"})
         EXPECT_TRUE(isOrigin(text)) << text;
 }
 
@@ -141,7 +142,15 @@ TEST(Origin, InAnyOtherForm_IsNone)
                              "https://[::1",
                              "https://a%2e.example",
                              "\nhttps://a.example",
-                             "https://a.example\n"})
+                             "https://a.example\n",
+                             "https://192.168.1.300",
+                             "https://192.168.1",
+                             "https://192.168.1.1.1",
+                             "https://192.168.1.01",
+                             "https://pms.1",
+                             "https://17",
+                             "https://pms.0x1f",
+                             "https://0x"})
         EXPECT_FALSE(isOrigin(QString::fromUtf8(text))) << text;
     EXPECT_FALSE(isOrigin("https://" + QString(254, 'a')));
 }
