@@ -63,6 +63,14 @@ QString writeForEverybody(const QString &path, const QByteArray &content)
     return isWritten ? QString() : notWritten(path, file.errorString());
 }
 
+/** What is missing then is found by who needs it. */
+void copyFiles(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    for (const QFileInfo &file : QDir(from).entryInfoList(QDir::Files))
+        QFile::copy(file.filePath(), QDir(to).filePath(file.fileName()));
+}
+
 QString removeFile(const QString &path)
 {
     QFile file(path);
@@ -79,6 +87,13 @@ public:
     Installation(Browser browser, QStringList origins, const SetupPlaces &places)
         : m_browser(std::move(browser)), m_origins(std::move(origins)), m_places(places)
     {
+    }
+
+    /** Also where an interruption has left the browser without its part. */
+    bool wasMade() const
+    {
+        return QFileInfo::exists(m_browser.installation) ||
+               QFileInfo::exists(m_browser.isFirefox ? extension() : packed());
     }
 
     /** Returns what failed, or an empty text. */
@@ -165,25 +180,29 @@ private:
     /** The browser itself signs it, with the key that gives the extension its id. */
     QString packExtension() const
     {
-        const QTemporaryDir profile;
-        QFile::remove(packed());
+        const QTemporaryDir folder; // browsers have the last one until this one is whole
+        const QString copy = folder.filePath(QStringLiteral("extension"));
+        copyFiles(extension(), copy);
         QProcess browser;
-        browser.start(m_places.browserProgram,
-                      {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
-                       QStringLiteral("--user-data-dir=") + profile.path(),
-                       QStringLiteral("--pack-extension=") + extension(),
-                       QStringLiteral("--pack-extension-key=") + m_places.shipped +
-                           QStringLiteral("/extension.pem")});
+        browser.start(
+            m_places.browserProgram,
+            {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
+             QStringLiteral("--user-data-dir=") + folder.filePath(QStringLiteral("profile")),
+             QStringLiteral("--pack-extension=") + copy,
+             QStringLiteral("--pack-extension-key=") + m_places.shipped +
+                 QStringLiteral("/extension.pem")});
         if (!browser.waitForStarted())
             return filledIn(tr("%1, the browser, cannot be started: %2."), m_places.browserProgram,
                             browser.errorString());
         browser.closeWriteChannel();
-        browser.waitForFinished(PACKING_MS);
-        if (!QFile::setPermissions(packed(), FOR_EVERYBODY))
+        const bool isDone = browser.waitForFinished(PACKING_MS) &&
+                            browser.exitStatus() == QProcess::NormalExit && browser.exitCode() == 0;
+        const QByteArray content = contentOf(copy + QStringLiteral(".crx"));
+        if (!isDone || content.isEmpty())
             return filledIn(
                 tr("%1, the browser, did not pack the extension: %2"), m_places.browserProgram,
                 printable(QString::fromLocal8Bit(browser.readAllStandardError().trimmed())));
-        return {};
+        return writeForEverybody(packed(), content);
     }
 
     QString writeUpdateFile() const
@@ -242,6 +261,14 @@ private:
     const SetupPlaces &m_places;
 };
 
+QString renewExtension(const Browser &browser, const SetupPlaces &places)
+{
+    const OriginList list = readOriginList(places.originList, ::geteuid());
+    return list.mistake.isEmpty() && !list.origins.isEmpty()
+               ? Installation(browser, list.origins, places).make()
+               : list.mistake;
+}
+
 /** The comments of the list. */
 QByteArray withoutOrigins(const QByteArray &list)
 {
@@ -280,11 +307,10 @@ QString allowSite(const QString &origin, const Browser &browser, const SetupPlac
 
 QString renewExtensions(const SetupPlaces &places)
 {
-    const OriginList list = readOriginList(places.originList, ::geteuid());
-    QString problem = list.mistake;
+    QString problem;
     for (const Browser &browser : browsers(places.root)) {
-        if (problem.isEmpty() && !list.origins.isEmpty() && QFileInfo::exists(browser.installation))
-            problem = Installation(browser, list.origins, places).make();
+        if (problem.isEmpty() && Installation(browser, {}, places).wasMade())
+            problem = renewExtension(browser, places);
     }
     return problem;
 }

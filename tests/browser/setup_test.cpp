@@ -27,6 +27,11 @@ using testing::HasSubstr;
 const QString ID = QStringLiteral("ojdlmaapepnmfpiapikmeghcbbbdeipm");
 const QString HOST_FILE = QStringLiteral("invalid.idcard_reader.browser_host.json");
 
+const QString FIREFOX_LINK =
+    QStringLiteral("usr/share/mozilla/extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/"
+                   "browser@idcard-reader.invalid");
+const QString FIREFOX_HOST = QStringLiteral("usr/lib/mozilla/native-messaging-hosts/") + HOST_FILE;
+
 /** A machine with a browser that packs an extension by copying its manifest. */
 class BrowserSetup : public testing::Test
 {
@@ -146,6 +151,26 @@ TEST_F(BrowserSetup, Renewal_MakesTheNewReleaseForTheSitesInTheBrowsersThatHaveI
     EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
 }
 
+TEST_F(BrowserSetup, RenewalAfterAnInterruption_BringsThePolicyAndTheLinkBack)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    EXPECT_EQ(allow("https://pms.example", "firefox"), "");
+    ASSERT_TRUE(QFile::remove(path("etc/chromium/policies/managed/idcard-reader.json")));
+    ASSERT_TRUE(QFile::remove(path(FIREFOX_LINK)));
+    EXPECT_EQ(renewExtensions(places()), "");
+    EXPECT_TRUE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
+    EXPECT_TRUE(QFile::exists(path(FIREFOX_LINK)));
+}
+
+TEST_F(BrowserSetup, RenewalWhereNothingWasEverAllowed_IsDone)
+{
+    ASSERT_TRUE(QFile::remove(path("browser")));
+    EXPECT_EQ(renewExtensions(places()), "");
+    EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("cannot be started"));
+    EXPECT_EQ(renewExtensions(places()), "") << "the browser has got nothing";
+    EXPECT_FALSE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
+}
+
 TEST_F(BrowserSetup, RenewalWithoutSites_ChangesNothing)
 {
     EXPECT_EQ(allow("https://pms.example"), "");
@@ -182,6 +207,30 @@ TEST_F(BrowserSetup, BrowserThatIsMissingOrDoesNotPack_IsReportedAndAllowsNothin
     EXPECT_FALSE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
 }
 
+TEST_F(BrowserSetup, BrowserThatDoesNotPack_LeavesWhatWasThere)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    const QByteArray packed = readFile(path("var/chromium.crx"));
+    const QByteArray update = readFile(path("var/update.xml"));
+    const QByteArray half = "for word; do case $word in --pack-extension=*) folder=${word#*=};; "
+                            "esac; done\necho half > \"$folder.crx\"; echo disk full >&2; ";
+    for (const char *end : {"exit 1", "kill -KILL $$"}) {
+        setBrowser(half + end);
+        EXPECT_THAT(allow("https://two.example").toStdString(), HasSubstr("did not pack"));
+        EXPECT_EQ(readFile(path("var/chromium.crx")), packed);
+        EXPECT_EQ(readFile(path("var/update.xml")), update);
+        EXPECT_TRUE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
+        EXPECT_EQ(readFile(path("etc/list/origins")), "https://pms.example\n");
+    }
+}
+
+TEST_F(BrowserSetup, BrowserThatPacksNothing_IsReported)
+{
+    setBrowser("exit 0");
+    EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("did not pack"));
+    EXPECT_FALSE(QFile::exists(path("var/chromium.crx")));
+}
+
 TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
 {
     writeFile(path("etc/chromium/policies/managed/other.json"), "{}");
@@ -194,11 +243,6 @@ TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
     EXPECT_THAT(namesIn(path("etc/chromium/native-messaging-hosts")), ElementsAre());
     EXPECT_EQ(removeSites(places()), "");
 }
-
-const QString FIREFOX_LINK =
-    QStringLiteral("usr/share/mozilla/extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/"
-                   "browser@idcard-reader.invalid");
-const QString FIREFOX_HOST = QStringLiteral("usr/lib/mozilla/native-messaging-hosts/") + HOST_FILE;
 
 TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
 {
