@@ -5,11 +5,15 @@
 addEventListener('message', ({ source, data, ports: [page] }) => {
   if (source !== window || data !== chrome.runtime.id || !page) return;
   const extension = chrome.runtime.connect();
-  extension.onMessage.addListener((answer) => {
+  const end = (answer) => {
+    removeEventListener('pagehide', leave);
     extension.disconnect();
     page.postMessage({ answer });
-  });
-  extension.onDisconnect.addListener(() => page.postMessage({ answer: null }));
+  };
+  const leave = () => end(null); // the browser would keep the page with its port
+  addEventListener('pagehide', leave);
+  extension.onMessage.addListener((answer) => end(answer));
+  extension.onDisconnect.addListener(() => end(null));
   page.onmessage = ({ data: request }) => extension.postMessage(request);
   page.postMessage({}); // it is here
 });

@@ -49,6 +49,8 @@ def page_at(url):
         return pathlib.Path(SAMPLE).read_text(encoding="utf-8")
     if path == "/":
         return f'<!doctype html><html lang="en"><title>Counter</title>{script}</html>'
+    if path == "/zh_CN":
+        return f'<!doctype html><html lang="zh_CN"><title>柜台</title>{script}</html>'
     if path == "/zh":
         return f'<!doctype html><html lang="zh-CN"><title>柜台</title>{script}</html>'
     if path == "/with-frame":
@@ -186,6 +188,11 @@ class Reading(unittest.TestCase):
         self.assertIn("卡", error["headline"])
         self.assertIn("卡", error["remedy"])
 
+    def test_language_with_an_underscore_is_understood(self):
+        self.assertEqual(self.read(LISTED + "/zh_CN")["card"]["kind"], "resident")
+        self.counter.card("resident", "no-card")
+        self.assertIn("卡", self.read(LISTED + "/zh_CN")["error"]["headline"])
+
     def test_card_whose_photo_is_not_decoded_comes_with_the_error(self):
         self.counter.script("tool", """echo '{"kind": "hmt", "error": {"name": "PHOTO"}}'; exit 6""")
         self.assertEqual(self.read(LISTED + "/")["card"], {"kind": "hmt", "error": {"name": "PHOTO"}})
@@ -280,10 +287,10 @@ class Reading(unittest.TestCase):
 
     # A page that goes.
 
-    def started_read(self):
+    def started_read(self, script="readCard({timeout: 120}).catch(() => {}); 0"):
         self.counter.sleeping_tool()
         page = self.counter.browser.open(LISTED + "/")
-        page.evaluate("readCard({timeout: 120}); 0")
+        page.evaluate(script)
         process = self.counter.tool_process()
         self.assertTrue(is_running(process))
         return page, process
@@ -309,6 +316,20 @@ class Reading(unittest.TestCase):
         self.addCleanup(page.close)
         page.evaluate("location.reload()")
         self.assert_ended(process)
+
+    def test_page_that_is_come_back_to_after_it_was_left_knows_that_its_read_has_ended(self):
+        page, process = self.started_read(
+            "addEventListener('pageshow', e => window.isKept = e.persisted);"
+            "window.said = 'nothing'; readCard({timeout: 120}).catch(error => window.said = error.name); 0")
+        self.addCleanup(page.close)
+        page.go_to(LISTED + "/zh")
+        page.wait_for("location.pathname === '/zh' && document.readyState === 'complete'")
+        self.assertTrue(wait_until(lambda: not is_running(process)))
+        page.evaluate("history.back(); 0")
+        page.wait_for("location.pathname === '/' && window.isKept")
+        page.wait_for("window.said === 'BROWSER_PAGE_LEFT'")
+        self.counter.card("resident")
+        self.assertEqual(page.evaluate(READ.format(options="{}"))["card"]["kind"], "resident")
 
     # A tool and a list that are not as they should be.
 
@@ -404,6 +425,17 @@ class MachinesOwnExtension(unittest.TestCase):
         page.close()
         self.counter.browser.quit()
         self.assertEqual(self.places(marks), [])
+
+    def test_card_in_the_form_of_the_sample_page_leaves_no_mark_in_the_profile(self):
+        self.counter.card("resident")
+        page = self.counter.browser.open(LISTED_WITH_PORT + "/sample.html")
+        card = page.evaluate("readCard({include: ['photo']})")
+        page.evaluate("document.getElementById('read').click()")
+        page.wait_for("document.getElementById('photo').naturalWidth > 0")
+        page.go_to(LISTED + "/zh")  # a page that is left is what browsers keep for the way back
+        page.wait_for("location.pathname === '/zh'")
+        self.counter.browser.quit()
+        self.assertEqual(self.places(self.marks(card)), [])
 
     def test_card_that_a_page_stores_is_found_in_the_profile(self):
         self.counter.card("resident")

@@ -76,6 +76,12 @@ class Firefox:
         self.call("WebDriver:SwitchToWindow", {"handle": tab})
         self.call("WebDriver:Navigate", {"url": url})
 
+    def go_to(self, url):
+        self.call("WebDriver:Navigate", {"url": url})
+
+    def go_back(self):
+        self.call("WebDriver:Back")
+
     def close_tab(self):
         rest = self.call("WebDriver:CloseWindow")
         self.call("WebDriver:SwitchToWindow", {"handle": rest[0]})

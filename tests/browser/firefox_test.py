@@ -169,16 +169,43 @@ class Reading(unittest.TestCase):
             "Promise.all([1, 2].map(() => " + READ.format(options="") + "))")
         self.assertEqual(sorted(answers), ["BROWSER_BUSY", "林晓雨"])
 
-    def test_tab_that_is_closed_ends_the_tool(self):
+    def started_read(self, script):
+        (self.path / "pid").unlink(missing_ok=True)
         self.script("tool", f"echo $$ > {self.path}/pid.new; mv {self.path}/pid.new {self.path}/pid; "
                             "exec sleep 600")
         self.browser.open(self.listed + "/")
-        self.browser.evaluate("void readCard()")
+        self.browser.evaluate(script)
         self.assertTrue(wait_until((self.path / "pid").exists))
         process = int((self.path / "pid").read_text())
         self.assertTrue(is_running(process))
+        return process
+
+    def test_tab_that_is_closed_ends_the_tool(self):
+        process = self.started_read("void readCard()")
         self.browser.close_tab()
         self.assertTrue(wait_until(lambda: not is_running(process)))
+
+    def test_page_that_is_left_ends_the_tool_and_knows_it_when_it_is_come_back_to(self):
+        process = self.started_read(
+            "(addEventListener('pageshow', e => document.title = e.persisted),"
+            " void readCard({timeout: 120}).catch(error => document.body.textContent = error.name))")
+        self.addCleanup(self.browser.close_tab)
+        self.browser.go_to(self.unlisted + "/")
+        self.assertTrue(wait_until(lambda: not is_running(process)))
+        self.setUp()
+        self.browser.go_back()
+        self.assertTrue(wait_until(lambda: self.browser.evaluate("document.body.textContent") ==
+                                   "BROWSER_PAGE_LEFT"))
+        self.assertEqual(self.browser.evaluate("document.title"), "true")
+        self.assertEqual(self.browser.evaluate(READ.format(options="")), "林晓雨")
+
+    def test_page_that_is_left_frees_the_reader_for_others(self):
+        process = self.started_read("void readCard({timeout: 120})")
+        self.addCleanup(self.browser.close_tab)
+        self.browser.go_to(self.unlisted + "/")
+        self.assertTrue(wait_until(lambda: not is_running(process)))
+        self.setUp()
+        self.assertEqual(self.read(self.listed + "/"), "林晓雨")
 
 
 if __name__ == "__main__":
