@@ -30,7 +30,8 @@ class Firefox:
             f"user_pref({json.dumps(name)}, {json.dumps(value)});\n"
             for name, value in (PREFERENCES | {"marionette.port": port} | preferences).items()))
         self._process = subprocess.Popen(
-            [program, "--headless", "--marionette", "--no-remote", "--profile", str(profile)],
+            [program, "--headless", "--marionette", "--remote-allow-system-access", "--no-remote",
+             "--profile", str(profile)],
             stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=environment)
         self._count = 0
         self._socket = self._connected(port)
@@ -93,6 +94,18 @@ class Firefox:
         if "error" in result:
             raise Refused(result["error"])
         return result.get("value")
+
+    def type(self, selector, text):
+        element = self.call("WebDriver:FindElement", {"using": "css selector", "value": selector})["value"]
+        self.call("WebDriver:ElementSendKeys", {"id": next(iter(element.values())), "text": text})
+
+    def evaluate_in_browser(self, expression):
+        """With the browser's own rights, in no page."""
+        self.call("Marionette:SetContext", {"value": "chrome"})
+        try:
+            return self.evaluate(expression)
+        finally:
+            self.call("Marionette:SetContext", {"value": "content"})
 
     def quit(self):
         try:

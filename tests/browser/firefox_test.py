@@ -1,8 +1,8 @@
 """Web pages in Firefox that read cards, and those that may not. What the host refuses in any browser is in
 browser_test.py.
 
-Arguments: the browser, the folder of the build's extension, its page script, the host that takes its
-settings from the environment, and the tool.
+Arguments: the browser, the folder of the build's extension, its page script, the sample page, the host
+that takes its settings from the environment, and the tool.
 """
 
 import http.server
@@ -18,7 +18,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import firefox
 from waiting import is_running, wait_until
 
-BROWSER, EXTENSION, PAGE_SCRIPT, HOST, TOOL = sys.argv[1:6]
+BROWSER, EXTENSION, PAGE_SCRIPT, SAMPLE, HOST, TOOL = sys.argv[1:7]
 EXTENSION_ID = "browser@idcard-reader.invalid"
 HOST_NAME = "invalid.idcard_reader.browser_host"
 IDLE_MS = 1000  # after which the browser may end an extension's background, 30 s by itself
@@ -32,12 +32,13 @@ RAW = """new Promise(resolve => {
   window.postMessage('%s', location.origin, [itsPort]);
 })"""
 
-
 class Pages(http.server.BaseHTTPRequestHandler):
     def do_GET(self):
         path, _, frame = self.path.partition("?")
         if path == "/read-card.js":
             self.give("text/javascript", pathlib.Path(PAGE_SCRIPT).read_text(encoding="utf-8"))
+        elif path == "/sample.html":
+            self.give("text/html", pathlib.Path(SAMPLE).read_text(encoding="utf-8"))
         elif path == "/with-frame":
             self.give("text/html", "<!doctype html><script>addEventListener('message', e => window.said = e.data)"
                                    f"</script><iframe src='{frame}'></iframe>")
@@ -75,7 +76,8 @@ class Reading(unittest.TestCase):
         cls.log = open(cls.path / "log", "wb")
         cls.browser = firefox.Firefox(BROWSER, cls.path / "profile", cls.log,
                                       os.environ | {"HOME": cls.folder.name},
-                                      {"extensions.background.idle.timeout": IDLE_MS})
+                                      {"extensions.background.idle.timeout": IDLE_MS,
+                                       "browser.sessionstore.interval": 100})
         assert cls.browser.load_extension(cls.path / "extension") == EXTENSION_ID
 
     @classmethod
@@ -169,6 +171,26 @@ class Reading(unittest.TestCase):
             "Promise.all([1, 2].map(() => " + READ.format(options="") + "))")
         self.assertEqual(sorted(answers), ["BROWSER_BUSY", "林晓雨"])
 
+    def session_file_with(self, mark):
+        """What the browser would open at its next start, as it stands once it has a page with this mark."""
+        file = str(self.path / "profile/sessionstore-backups/recovery.jsonlz4")
+        read = f"IOUtils.exists({json.dumps(file)}).then(is => is ? IOUtils.readUTF8(" \
+               f"{json.dumps(file)}, {{decompress: true}}) : '')"
+        self.assertTrue(wait_until(lambda: mark in self.browser.evaluate_in_browser(read)))
+        return self.browser.evaluate_in_browser(read)
+
+    def test_card_in_the_form_of_the_sample_page_is_not_in_the_session_file(self):
+        self.open(self.listed + "/sample.html")
+        self.browser.evaluate("void document.getElementById('read').click()")
+        self.assertTrue(wait_until(lambda: self.browser.evaluate("document.getElementById('photo').naturalWidth")))
+        self.assertEqual(self.browser.evaluate("document.forms[0].elements.name.value"), "林晓雨")
+        # The field of any other form is in the file.
+        self.browser.evaluate("document.body.insertAdjacentHTML('beforeend', '<form><input id=other></form>')")
+        self.browser.type("#other", "of any other form")
+        session = self.session_file_with("of any other form")
+        for text in ["林晓雨", "990000199003074284", "1990-03-07", "柳荫路"]:
+            self.assertNotIn(text, session)
+
     def started_read(self, script):
         (self.path / "pid").unlink(missing_ok=True)
         self.script("tool", f"echo $$ > {self.path}/pid.new; mv {self.path}/pid.new {self.path}/pid; "
@@ -209,5 +231,5 @@ class Reading(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    del sys.argv[1:6]
+    del sys.argv[1:7]
     unittest.main()
