@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char *>(data + 1), static_cast<int>(size - 1));
     FrameReader reader;
     int taken = 0;
-    for (int at = 0; at < bytes.size(); at += partSize(data[0])) {
+    for (int at = 0; at < bytes.size() && !reader.isTooLong(); at += partSize(data[0])) {
         reader.take(bytes.mid(at, partSize(data[0])));
         while (const auto body = reader.next()) {
             demand(body->size() <= 8192);

@@ -14,8 +14,7 @@ constexpr int LENGTH_BYTES = 4;
 
 void FrameReader::take(const QByteArray &bytes)
 {
-    if (!m_isTooLong)
-        m_bytes += bytes;
+    m_bytes += bytes;
 }
 
 std::optional<QByteArray> FrameReader::next()

@@ -22,7 +22,7 @@ public:
     /** The next body; nothing when it has not come completely, or is too long. */
     std::optional<QByteArray> next();
 
-    /** From here on nothing is taken any more. Where the next frame begins is not known. */
+    /** No more is to be taken then: where the next frame begins is not known. */
     bool isTooLong() const { return m_isTooLong; }
 
 private:
