@@ -62,6 +62,10 @@ ServiceRun::ServiceRun(app::ToolRun::Take take, app::ToolRun::Ended ended, const
       m_language(language.isEmpty() ? QLocale().name() : language),
       m_bus(QDBusConnection::systemBus())
 {
+    m_service.setConnection(m_bus);
+    m_service.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    connect(&m_service, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this] { end(app::ToolRun::End::FAILED); }); // without a last State
 }
 
 void ServiceRun::read()
@@ -121,6 +125,8 @@ void ServiceRun::finishStart(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage)
         describe(reply);
+    else
+        m_service.addWatchedService(NAME);
 }
 
 void ServiceRun::finishStop(const QDBusMessage & /*reply*/)

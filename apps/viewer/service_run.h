@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
 #include <QObject>
 
 #include "apps/process/tool_run.h"
@@ -54,6 +55,7 @@ private:
     app::ToolRun::Ended m_ended;
     QString m_language;
     QDBusConnection m_bus;
+    QDBusServiceWatcher m_service; ///< once it watches
     QDBusMessage m_error;
     QString m_problem;
     bool m_hasEnded = false;

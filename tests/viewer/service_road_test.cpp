@@ -1,10 +1,14 @@
 // Cards that the window has read by the D-Bus service, on a bus of the test's own.
 
+#include <csignal>
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -52,6 +56,16 @@ protected:
     static bool isServed()
     {
         return QDBusConnection::systemBus().interface()->isServiceRegistered(NAME);
+    }
+
+    static QString state()
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            NAME, QStringLiteral(IDCARD_SERVICE_PATH),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        call << NAME << QStringLiteral("State");
+        const QDBusMessage answer = QDBusConnection::systemBus().call(call);
+        return answer.arguments().value(0).value<QDBusVariant>().variant().toString();
     }
 
     void serve(const QStringList &arguments = {})
@@ -127,6 +141,18 @@ TEST_F(ServiceRoad, EachNewCard_IsReadAsTheServiceReportsIt)
     m_desk.setAutomatic(true);
     EXPECT_TRUE(QTest::qWaitFor([this] { return name() == QStringLiteral("林晓雨"); }, 20000));
     EXPECT_TRUE(QTest::qWaitFor([&] { return removed.count() == 1; }));
+}
+
+TEST_F(ServiceRoad, ServiceThatDiesWhileItWatches_IsWatchedAgain)
+{
+    serve({"--fault", "delay-ms=60000"});
+    m_desk.setAutomatic(true);
+    ASSERT_TRUE(QTest::qWaitFor([] { return state() == QStringLiteral("watching"); }));
+    QTest::qWait(200); // the window knows it, too
+    m_service->signal(SIGKILL);
+    ASSERT_TRUE(QTest::qWaitFor([] { return !isServed(); }));
+    serve();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return name() == QStringLiteral("林晓雨"); }, 20000));
 }
 
 TEST_F(ServiceRoad, ServiceThatAnotherProgramUses_IsReportedAsBusy)
