@@ -10,7 +10,7 @@
 #include <string>
 
 #include <dlfcn.h>
-#include <link.h>
+#include <unistd.h>
 
 // Weak references: they make the linker of a host offer the host's own definitions to this library,
 // and they are null when the process has none.
@@ -34,20 +34,24 @@ namespace
 constexpr const char *READER_LIBRARY = IDCARD_VENDOR_READER_LIBRARY;
 constexpr const char *WLT_LIBRARY = IDCARD_WLT_LIBRARY;
 
-/**
- * Path that `fileName` has beside this library; empty when that is unknown. The folder is the one
- * that the loader noted when it loaded this library: the path that it was given can be relative to
- * a working folder that the host has left since.
- */
+/** The working folder in which this library was loaded; empty when it is unknown. */
+const auto folderAtLoading = [] {
+    std::array<char, PATH_MAX> folder{};
+    if (getcwd(folder.data(), folder.size()) == nullptr)
+        folder[0] = '\0';
+    return folder;
+}();
+
+/** Path that `fileName` has beside this library; empty when that is unknown. */
 std::string pathBesideThisLibrary(const char *fileName)
 {
     Dl_info self{};
-    link_map *loaded = nullptr;
-    std::array<char, 2UL * PATH_MAX> folder{}; // a working folder and a path within it
-    if (dladdr1(&READER_LIBRARY, &self, reinterpret_cast<void **>(&loaded), RTLD_DL_LINKMAP) == 0 ||
-        dlinfo(loaded, RTLD_DI_ORIGIN, folder.data()) != 0)
+    if (dladdr(&READER_LIBRARY, &self) == 0 || self.dli_fname == nullptr)
         return {};
-    return std::string(folder.data()) + '/' + fileName;
+    std::string own = self.dli_fname;
+    if (own.front() != '/') // as the loader was given it: the host may have left that folder since
+        own.insert(0, std::string(folderAtLoading.data()) + '/');
+    return own.substr(0, own.rfind('/') + 1) + fileName;
 }
 
 /**

@@ -107,10 +107,13 @@ TEST_F(Decode, ForceLeavesNothingOfTheOldCardNotEvenItsPictures)
     EXPECT_THAT(namesIn(out()), ElementsAre("card.json", "photo.bmp"));
 }
 
-/** Whether a program has the folder open, to write in it. */
-bool isOpenIn(pid_t program, const QString &folder)
+/** Whether the tool has the folder open, to write in it. */
+bool isOpenIn(pid_t tool, const QString &folder)
 {
-    const QDir files(QStringLiteral("/proc/%1/fd").arg(program));
+    const QString process = QStringLiteral("/proc/%1/").arg(tool);
+    if (!readFile(process + "cmdline").contains("--force"))
+        return false; // under the emulator it has the files of this program at first
+    const QDir files(process + "fd");
     const QFileInfoList all = files.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
     return std::any_of(all.begin(), all.end(),
                        [&](const QFileInfo &file) { return file.symLinkTarget() == folder; });
