@@ -64,7 +64,7 @@ void CardDesk::setRoad(const RoadChoice &choice)
     m_choice = choice;
     m_card.clear();
     m_cardThere.clear();
-    m_watchFailure.clear();
+    forgetTroubles();
     m_absence.stop();
     stopRun();
     cancel();
@@ -93,6 +93,7 @@ void CardDesk::read()
     m_isAskedFor = true;
     m_absence.stop();
     m_cardThere.clear(); // it is shown no longer, so a watch is to report it again
+    forgetTroubles();
     emit readingStarted();
     stopRun();
     proceed();
@@ -110,7 +111,7 @@ void CardDesk::cancel()
 void CardDesk::setAutomatic(bool automatic)
 {
     m_isAutomatic = automatic;
-    m_watchFailure.clear();
+    forgetTroubles();
     m_absence.stop();
     if (automatic && m_choice.road == ReaderRoad::SIMULATOR) {
         if (!m_card.isEmpty())
@@ -148,8 +149,10 @@ void CardDesk::run(Task task)
     m_task = task;
     m_isDropped = false;
     ToolRun::Take takeAsItComes;
-    if (task == Task::WATCH)
+    if (task == Task::WATCH) {
+        m_failureBefore = std::exchange(m_watchFailure, QString());
         takeAsItComes = [this](QByteArray *output) { takeLines(output); };
+    }
     const auto ended = [this](ToolRun::End end, const QByteArray &output) { finish(end, output); };
     const bool isByService = m_choice.road == ReaderRoad::SERVICE ||
                              (m_choice.road == ReaderRoad::CONFIGURED && viewer::isServiceNeeded());
@@ -223,18 +226,21 @@ void CardDesk::takeEvent(const QJsonObject &event)
     const QString name = event[QLatin1String("event")].toString();
     const QJsonObject error = event[QLatin1String("error")].toObject();
     if (name == QLatin1String("reader-added")) {
-        m_watchFailure.clear();
         if (!m_cardThere.isEmpty())
             m_absence.start(TIME_OF_FIRST_LOOK_MS);
-        if (std::exchange(m_isReaderGone, false))
+        const bool wasMissed = m_isReaderMissed;
+        forgetTroubles();
+        if (wasMissed)
             emit readerAdded();
     } else if (name == QLatin1String("reader-removed")) {
         m_cardThere.clear();
         m_absence.stop();
-        m_isReaderGone = true;
+        forgetTroubles();
+        m_isReaderMissed = true;
         emit readerRemoved();
     } else if (name == QLatin1String("card-removed")) {
         m_cardThere.clear();
+        forgetTroubles();
         emit cardRemoved();
     } else if (name == QLatin1String("card-read")) {
         deliver(event[QLatin1String("card")].toObject(), Task::WATCH);
@@ -258,19 +264,29 @@ void CardDesk::deliver(const QJsonObject &object, Task task)
     }
     const bool isKnown = task == Task::WATCH && m_cardThere == card->digest();
     m_absence.stop();
-    m_watchFailure.clear();
+    forgetTroubles();
     m_cardThere = card->digest();
     if (!isKnown)
         emit cardRead(std::make_shared<const Card>(std::move(*card)), problem);
 }
 
+/** A watch does not repeat itself, so each failure is another card's, or the same card once more;
+ * but a watch that ended begins again by itself, and may find what ended the one before. */
 void CardDesk::reportWatchFailure(const Problem &problem)
 {
     m_absence.stop();
     m_cardThere.clear();
-    const QString failure = problem.name + problem.headline + problem.cause;
-    if (std::exchange(m_watchFailure, failure) != failure)
+    m_isReaderMissed = true;
+    m_watchFailure = problem.name + problem.headline + problem.cause;
+    if (std::exchange(m_failureBefore, QString()) != m_watchFailure)
         emit failed(problem);
+}
+
+void CardDesk::forgetTroubles()
+{
+    m_watchFailure.clear();
+    m_failureBefore.clear();
+    m_isReaderMissed = false;
 }
 
 /** What runs has ended; returns how, in words. */

@@ -81,6 +81,7 @@ signals:
     void failed(const app::Problem &problem);
     /** While it watches. */
     void cardRemoved();
+    /** After it was removed, or a failure. */
     void readerAdded();
     void readerRemoved();
 
@@ -100,6 +101,7 @@ private:
     void finish(ToolRun::End end, const QByteArray &output);
     void deliver(const QJsonObject &object, Task task);
     void reportWatchFailure(const Problem &problem);
+    void forgetTroubles();
 
     RoadChoice m_choice;
     QString m_card; ///< on the simulator; empty: none
@@ -112,11 +114,12 @@ private:
     bool m_isDropped = false; ///< what the run still gives is of no use
     bool m_isAutomatic = false;
     bool m_isAskedFor = false;
-    bool m_isReaderGone = false; ///< and was there before
-    QTimer m_again;              ///< before a watch that failed begins again
-    QTimer m_absence;            ///< after which a card that was read is gone when a watch begins
-    QByteArray m_cardThere;      ///< the digest of the card read last, until it is known to be off
-    QString m_watchFailure;      ///< the failure that was reported last while watching
+    bool m_isReaderMissed = false; ///< it was unplugged, or a watch failed, perhaps without one
+    QTimer m_again;                ///< before a watch that failed begins again
+    QTimer m_absence;              ///< after which a card that was read is gone when a watch begins
+    QByteArray m_cardThere;  ///< the digest of the card read last, until it is known to be off
+    QString m_watchFailure;  ///< the last one of this watch; empty: it had none since a card
+    QString m_failureBefore; ///< likewise of the watch before, until this one has said anything
 };
 
 } // namespace app

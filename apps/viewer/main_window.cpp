@@ -302,7 +302,10 @@ void MainWindow::connectDesk()
         dismissCard();
         await();
     });
-    connect(&m_desk, &CardDesk::readerAdded, this, &MainWindow::await);
+    connect(&m_desk, &CardDesk::readerAdded, this, [this] {
+        if (!m_shown.card) // what is said of a card that was chosen meanwhile stays
+            await();
+    });
     connect(&m_desk, &CardDesk::readerRemoved, this, [this] {
         dismissCard();
         m_stateLine->setState({StateKind::ATTENTION, tr("The reader was unplugged."),

@@ -401,6 +401,57 @@ TEST_F(Automatic, WithoutAReader_IsReportedOnceAndReadsOnceItIsPluggedIn)
     expectState(Kind::READ, "The card was read.");
 }
 
+TEST_F(Automatic, WithoutAReader_IsNotReportedAnyLongerOnceItIsPluggedInWithoutACard)
+{
+    reader().unplug();
+    bus().add(reader());
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitForState(Kind::FAILED));
+    changeBeneathChild([this] { reader().plugIn(); });
+    EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
+    expectState(Kind::WAITING);
+}
+
+TEST_F(Automatic, ReaderPluggedInWhileAnEarlierCardIsShown_LeavesWhatIsSaidOfIt)
+{
+    plugIn("resident");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitForCards(1));
+    takeOff();
+    EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
+    changeBeneathChild([this] { reader().unplug(); });
+    EXPECT_TRUE(waitForHeadline("The reader was unplugged."));
+    find<QTableView>("history")->selectRow(0);
+    changeBeneathChild([this] { reader().plugIn(); });
+    EXPECT_TRUE(waitUntilReaderIsUsed());
+    QTest::qWait(1500); // some looks
+    expectState(Kind::ATTENTION, "An earlier card is shown.");
+    EXPECT_TRUE(find("save")->isEnabled());
+}
+
+// The second failure was taken for the first, and the guest before stayed as if he were there.
+TEST_F(Automatic, CardThatFailsLikeTheOneBefore_HidesTheEarlierCardThatIsShown)
+{
+    plugIn("resident");
+    openOnUsb(true, true);
+    EXPECT_TRUE(waitForCards(1));
+    takeOff();
+    EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
+    const auto layOneThatFails = [this] {
+        bus().change([this] { prepare("hmt-macao", "read-answer-cut=8"); });
+        return waitForState(Kind::FAILED);
+    };
+    EXPECT_TRUE(layOneThatFails());
+    for (int times = 0; times < 2; ++times) {
+        takeOff();
+        QTest::qWait(1500); // some looks, of which none is reported
+        find<QTableView>("history")->selectRow(0);
+        expectState(Kind::ATTENTION, "An earlier card is shown.");
+        EXPECT_TRUE(layOneThatFails());
+        expectNobody();
+    }
+}
+
 TEST_F(Automatic, FailedReading_IsReportedAndTheNextCardRead)
 {
     plugIn("resident", "read-answer-cut=8");
