@@ -49,8 +49,9 @@ HistoryPane::HistoryPane(QWidget *parent)
     layout->addLayout(row);
     layout->addWidget(m_view, 1);
 
-    connect(m_search, &QLineEdit::textChanged, &m_found,
-            &QSortFilterProxyModel::setFilterFixedString);
+    connect(m_search, &QLineEdit::textChanged, this, [this](const QString &text) {
+        keepChoice([this, &text] { m_found.setFilterFixedString(text); });
+    });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 const int source = m_found.mapToSource(current).row();
@@ -92,6 +93,23 @@ void HistoryPane::deselect()
 {
     m_view->setCurrentIndex({});
     m_view->clearSelection();
+}
+
+void HistoryPane::setCovered(bool covered)
+{
+    if (covered)
+        m_search->clear(); // what is searched for may be a name
+    keepChoice([this, covered] { m_history.setCovered(covered); });
+}
+
+/** Qt chooses the next row in the place of one that is no longer found: nobody has asked for it. */
+void HistoryPane::keepChoice(const std::function<void()> &change)
+{
+    const QSignalBlocker quiet(m_view->selectionModel());
+    const QPersistentModelIndex before = m_found.mapToSource(m_view->currentIndex());
+    change();
+    if (QPersistentModelIndex(m_found.mapToSource(m_view->currentIndex())) != before)
+        deselect();
 }
 
 void HistoryPane::focusSearch()

@@ -2,6 +2,8 @@
 
 // The cards of this run: a list that can be searched, exported and cleared.
 
+#include <functional>
+
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
@@ -25,7 +27,7 @@ public:
     void clear();
     /** No card is marked as the one that is seen. */
     void deselect();
-    void setCovered(bool covered) { m_history.setCovered(covered); }
+    void setCovered(bool covered);
     void focusSearch();
 
     /** The oldest first, as a register has them. */
@@ -40,6 +42,8 @@ signals:
     void clearRequested();
 
 private:
+    void keepChoice(const std::function<void()> &change);
+
     app::CardHistory m_history;
     QSortFilterProxyModel m_found;
     QLineEdit *m_search;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QTime>
 
 #include "tests/support/files.h"
@@ -234,6 +235,43 @@ TEST_F(PreviousCard, ChosenFromTheHistoryWithKeysAndMouse_IsShown)
     read();
     EXPECT_EQ(history->currentIndex().row(), 0);
     EXPECT_EQ(field("Name"), builtInCard("hmt-taiwan").name);
+}
+
+TEST_F(PreviousCard, SearchThatLeavesOutTheOneThatIsShown_ChoosesNobodyElse)
+{
+    show("resident");
+    putCard("hmt-taiwan");
+    read();
+    const std::string said = headline();
+    auto *const search = find<QLineEdit>("search");
+    auto *const history = find<QTableView>("history");
+    QTest::keyClicks(search, builtInCard("resident").idNumber);
+    EXPECT_EQ(rows("history").size(), 1);
+    EXPECT_EQ(text("name"), builtInCard("hmt-taiwan").name);
+    EXPECT_EQ(headline(), said);
+    EXPECT_FALSE(history->selectionModel()->hasSelection());
+    search->clear();
+    EXPECT_EQ(text("name"), builtInCard("hmt-taiwan").name);
+    history->selectRow(1);
+    EXPECT_EQ(text("name"), builtInCard("resident").name);
+    QTest::keyClicks(search, builtInCard("resident").idNumber);
+    EXPECT_EQ(history->currentIndex().row(), 0) << "what is found stays marked";
+    EXPECT_TRUE(history->selectionModel()->hasSelection());
+}
+
+TEST_F(PreviousCard, CoveringWhileTheListIsSearched_ChoosesNobodyElseAndEmptiesTheSearch)
+{
+    show("resident");
+    putCard("hmt-taiwan");
+    read();
+    QTest::keyClicks(find<QLineEdit>("search"), builtInCard("hmt-taiwan").idNumber.left(1));
+    const int found = rows("history").size();
+    EXPECT_GE(found, 1);
+    check("cover", true);
+    EXPECT_EQ(find<QLineEdit>("search")->text(), QString());
+    check("cover", false);
+    EXPECT_EQ(text("name"), builtInCard("hmt-taiwan").name);
+    EXPECT_EQ(rows("history").size(), 2);
 }
 
 TEST_F(PreviousCard, ThatWasChosenAlreadyAndGreyed_CanBeChosenOnceMore)
