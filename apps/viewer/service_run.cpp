@@ -124,9 +124,9 @@ void ServiceRun::finishRead(const QDBusMessage &reply)
 void ServiceRun::finishStart(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage)
-        describe(reply);
-    else
-        m_service.addWatchedService(NAME);
+        return describe(reply);
+    m_isWatching = true;
+    m_service.addWatchedService(NAME);
 }
 
 void ServiceRun::finishStop(const QDBusMessage & /*reply*/)
@@ -170,11 +170,12 @@ void ServiceRun::takeEvent(const char *event)
     m_take(&line);
 }
 
-/** When the service watches no more, though nobody has stopped it, it has ended. */
+/** When the service watches no more, though nobody has stopped it, it has ended. Before it watches,
+ * it is what went before that has ended. */
 void ServiceRun::followState(const QString & /*interface*/, const QVariantMap &changed)
 {
     const QVariant state = changed.value(QStringLiteral("State"));
-    if (state.isValid() && state.toString() == QLatin1String("idle"))
+    if (m_isWatching && state.toString() == QLatin1String("idle"))
         end(app::ToolRun::End::FAILED);
 }
 

@@ -58,6 +58,7 @@ private:
     QDBusServiceWatcher m_service; ///< once it watches
     QDBusMessage m_error;
     QString m_problem;
+    bool m_isWatching = false; ///< the service has said so
     bool m_hasEnded = false;
 };
 

@@ -9,6 +9,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -153,6 +154,63 @@ TEST_F(ServiceRoad, ServiceThatDiesWhileItWatches_IsWatchedAgain)
     ASSERT_TRUE(QTest::qWaitFor([] { return !isServed(); }));
     serve();
     EXPECT_TRUE(QTest::qWaitFor([this] { return name() == QStringLiteral("林晓雨"); }, 20000));
+}
+
+/** Says that a watch has ended when it is asked for the next one, as one that is busy may. */
+class BusyService : public QDBusVirtualObject
+{
+public:
+    BusyService()
+        : m_bus(QDBusConnection::connectToBus(systemBus().address(), QStringLiteral("busy")))
+    {
+        EXPECT_TRUE(m_bus.registerVirtualObject(QStringLiteral(IDCARD_SERVICE_PATH), this));
+        EXPECT_TRUE(m_bus.registerService(NAME));
+    }
+    ~BusyService() override { QDBusConnection::disconnectFromBus(QStringLiteral("busy")); }
+    BusyService(const BusyService &) = delete;
+    BusyService &operator=(const BusyService &) = delete;
+
+    int watches() const { return m_watches; }
+
+    void sayItIsIdle()
+    {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            QStringLiteral(IDCARD_SERVICE_PATH), QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("PropertiesChanged"));
+        signal << NAME << QVariantMap{{QStringLiteral("State"), QStringLiteral("idle")}}
+               << QStringList();
+        m_bus.send(signal);
+    }
+
+    QString introspect(const QString & /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &call, const QDBusConnection & /*bus*/) override
+    {
+        if (call.member() == QLatin1String("StartWatching") && ++m_watches > 1)
+            sayItIsIdle();
+        m_bus.send(call.createReply());
+        return true;
+    }
+
+private:
+    QDBusConnection m_bus;
+    int m_watches = 0;
+};
+
+TEST_F(ServiceRoad, WatchThatBeginsWhileTheOneBeforeEnds_DoesNotTakeThatEndForItsOwn)
+{
+    BusyService service;
+    QSignalSpy failed(&m_desk, &app::CardDesk::failed);
+    m_desk.setAutomatic(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return service.watches() == 1; }));
+    m_desk.setAutomatic(false);
+    m_desk.setAutomatic(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return service.watches() == 2; }));
+    QTest::qWait(1000);
+    EXPECT_EQ(failed.count(), 0);
+    service.sayItIsIdle();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failed.count() == 1; })) << "its own end";
+    m_desk.setAutomatic(false);
 }
 
 TEST_F(ServiceRoad, ServiceThatAnotherProgramUses_IsReportedAsBusy)
