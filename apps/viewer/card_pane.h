@@ -27,7 +27,6 @@ public:
     void setCard(const app::CardPointer &card, const QString &caption);
     /** The card stays, greyed, under this caption; nothing of it can be copied any more. */
     void fade(const QString &caption);
-    bool isFaded() const { return m_isFaded; }
 
     void setCovered(bool covered);
     void setTrueSize(bool trueSize);

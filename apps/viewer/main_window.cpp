@@ -401,7 +401,6 @@ void MainWindow::addCard(const app::CardPointer &card, const app::Problem &probl
 {
     const KeptCard kept{card, QDateTime::currentDateTime()};
     m_history->add(card);
-    m_read = kept;
     showCard(kept, app::kindForPeople(*card));
     if (m_settings.hasSound)
         QApplication::beep();
@@ -439,16 +438,13 @@ void MainWindow::showCard(const KeptCard &kept, const QString &caption)
 void MainWindow::dismissCard()
 {
     m_history->deselect();
-    const KeptCard previous = m_shown.card ? m_shown : m_read;
-    const bool isKept = previous.card && m_settings.previousCard != PreviousCard::CLEARED;
-    const bool wasFaded = m_pane->isFaded();
-    if (m_shown.card || !isKept) {
-        showCard({}, {});
-        if (isKept)
-            m_pane->setCard(previous.card, {});
-    }
-    if (!isKept || (wasFaded && !m_shown.card))
-        return;
+    const KeptCard previous = m_shown;
+    if (m_settings.previousCard == PreviousCard::CLEARED)
+        return forgetCard();
+    if (!previous.card)
+        return; // one that is grey stays so for as long as before
+    showCard({}, {});
+    m_pane->setCard(previous.card, {});
     m_pane->fade(tr("Previous card, %1").arg(clock(previous.time)));
     if (m_settings.previousCard == PreviousCard::FADED_A_WHILE)
         m_forget.start(m_settings.forgetAfterSeconds * 1000);
@@ -456,7 +452,6 @@ void MainWindow::dismissCard()
 
 void MainWindow::forgetCard()
 {
-    m_read = {};
     showCard({}, {});
 }
 

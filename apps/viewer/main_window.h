@@ -77,7 +77,6 @@ private:
     app::RoadChoice m_reader; ///< in use; what is remembered unless the command line says otherwise
     app::CardDesk m_desk;
     KeptCard m_shown; ///< no card: none that anything can be done with
-    KeptCard m_read;  ///< that was read last, until another is chosen or it is cleared
     QTimer m_forget;
 
     CardExport *m_export;

@@ -17,8 +17,6 @@ namespace viewer
 namespace
 {
 
-constexpr int LONGEST_FORGETTING_S = 3600;
-
 template <typename Value>
 void addChoice(QComboBox *box, const QString &text, Value value)
 {

@@ -34,8 +34,6 @@ constexpr std::array<Word<FolderNames>, 2> FOLDER_NAMES = {{
     {FolderNames::HOLDERS, "holders"},
 }};
 
-constexpr int LONGEST_FORGETTING_S = 3600;
-
 /** Takes a value over from or into the file, under the key that names it there. */
 class Loader
 {

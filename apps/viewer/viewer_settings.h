@@ -18,6 +18,8 @@ enum class PreviousCard {
     CLEARED,       ///< it is gone at once
 };
 
+constexpr int LONGEST_FORGETTING_S = 3600;
+
 enum class FolderNames {
     NUMBERS, ///< 0001, 0002, ...
     HOLDERS, ///< the holder's name and number

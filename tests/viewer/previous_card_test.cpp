@@ -148,6 +148,27 @@ TEST_F(PreviousCard, ThatIsToBeClearedAtOnce_IsNotSeenAnyMore)
     EXPECT_EQ(rows("history").size(), 1);
 }
 
+TEST_F(PreviousCard, ThatIsGreyWhenClearingAtOnceIsChosen_IsNotSeenOnceTheNextIsRead)
+{
+    show("resident", viewer::PreviousCard::FADED);
+    failToRead();
+    expectGrey("resident");
+    changeSettings([](viewer::SettingsDialog *dialog) {
+        choose(dialog->findChild<QComboBox *>("previousCard"), "Clear it at once");
+    });
+    failToRead();
+    expectCleared();
+}
+
+TEST_F(PreviousCard, ThatIsToBeClearedAtOnce_IsHeldInMemoryByTheHistoryAlone)
+{
+    show("resident", viewer::PreviousCard::CLEARED);
+    const std::weak_ptr<const app::Card> card = cardOfHistory(0);
+    failToRead();
+    EXPECT_FALSE(card.expired());
+    EXPECT_EQ(card.use_count(), 1);
+}
+
 TEST_F(PreviousCard, ThatIsToBeClearedAfterAWhile_IsGreyedAndThenNotSeenAnyMore)
 {
     show("resident", viewer::PreviousCard::FADED_A_WHILE, 1);
