@@ -4074,10 +4074,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <translation>没有复制任何内容。</translation>
     </message>
     <message>
-        <source>It is covered, or the card has no such picture.</source>
-        <translation>该内容已遮盖，或者证件没有这幅图像。</translation>
-    </message>
-    <message>
         <source>While others look on. What is saved, printed or exported is the whole card.</source>
         <translation>有旁人时使用。保存、打印和导出的仍是完整的证件。</translation>
     </message>
@@ -4256,6 +4252,10 @@ Ctrl+F：搜索读卡记录；Ctrl+D：诊断</translation>
     <message>
         <source>Shows Chinese identity documents that a card reader has read. Nothing of a card is kept but what you save.</source>
         <translation>显示读卡器读取的中国身份证件。除您保存的内容外，不留存证件的任何信息。</translation>
+    </message>
+    <message>
+        <source>It is covered, or the card does not have it.</source>
+        <translation>该内容已遮盖，或者证件上没有。</translation>
     </message>
 </context>
 <context>

@@ -205,10 +205,10 @@ void CardPane::copy(Copied what)
         return;
     switch (what) {
     case Copied::NAME:
-        copyShown(app::holderName(*m_card), tr("Name"));
+        copyShown(app::holderName(*m_card), tr("Name"), m_isCovered);
         return;
     case Copied::NUMBER:
-        copyShown(app::holderNumber(*m_card), tr("Number"));
+        copyShown(app::holderNumber(*m_card), tr("Number"), m_isCovered);
         return;
     case Copied::PHOTO:
     case Copied::FRONT:
@@ -226,9 +226,9 @@ void CardPane::copy(Copied what)
     emit copied(view->accessibleName());
 }
 
-void CardPane::copyShown(const QString &text, const QString &label)
+void CardPane::copyShown(const QString &text, const QString &label, bool isCovered)
 {
-    if (m_isCovered) {
+    if (isCovered || text.isEmpty()) {
         emit copyRefused();
         return;
     }
@@ -240,12 +240,8 @@ void CardPane::copyRow(int row)
 {
     if (!m_card || m_isFaded || row < 0)
         return;
-    if (m_fields.isCovered(row)) {
-        emit copyRefused();
-        return;
-    }
-    copyText(m_fields.item(row, 1)->text());
-    emit copied(m_fields.item(row, 0)->text());
+    copyShown(m_fields.item(row, 1)->text(), m_fields.item(row, 0)->text(),
+              m_fields.isCovered(row));
 }
 
 void CardPane::copySelectedRow()

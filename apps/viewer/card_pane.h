@@ -35,7 +35,7 @@ public:
     /** Where a splitter puts what belongs beside the sides. */
     QWidget *holderColumn() const { return m_holderColumn; }
 
-    /** Each copies and says so by `copied`. */
+    /** Each copies and says so by `copied`, or refuses what is covered or not on the card. */
     void copy(Copied what);
     void copyRow(int row);
     void copySelectedRow();
@@ -58,7 +58,7 @@ private:
     void rescale();
     void showCard();
     void showNotes();
-    void copyShown(const QString &text, const QString &label);
+    void copyShown(const QString &text, const QString &label, bool isCovered);
 
     app::CardTable m_fields;
     app::CardPointer m_card;

@@ -117,7 +117,7 @@ void MainWindow::build()
     });
     connect(m_pane, &CardPane::copyRefused, this, [this] {
         m_stateLine->setState({StateKind::ATTENTION, tr("Nothing was copied."),
-                               tr("It is covered, or the card has no such picture.")});
+                               tr("It is covered, or the card does not have it.")});
     });
     for (QTableView *const table : {m_pane->fields(), m_history->view()}) {
         // A table would take the key for itself, though nothing in it can be pressed.

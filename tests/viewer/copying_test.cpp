@@ -181,6 +181,20 @@ TEST_F(Copying, PictureThatTheCardHasNot_IsReportedAndLeavesTheClipboard)
     expectState(Kind::ATTENTION, "Nothing was copied.");
 }
 
+TEST_F(Copying, NameAndNumberThatTheCardHasNot_AreReportedAndLeaveTheClipboard)
+{
+    writeFile(path("card.json"), R"({"kind": "resident", "name": " ", "sex": "1",
+        "ethnicGroup": "01", "birthDate": "19900307", "address": " ", "idNumber": " ",
+        "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101"})");
+    show(path("card.json"));
+    QApplication::clipboard()->setText("mine");
+    for (const char *const action : {"Copy the name", "Copy the number"}) {
+        trigger(action);
+        EXPECT_EQ(clipboard().toStdString(), "mine") << action;
+        expectState(Kind::ATTENTION, "Nothing was copied.", "the card does not have it");
+    }
+}
+
 TEST_F(Copying, PhotoAndSides_CanBeDraggedOutAsTheirFiles)
 {
     show("resident");
