@@ -3889,6 +3889,14 @@ See &quot;idcard-reader %1 --help&quot;.</source>
         <source>Save in a new folder of</source>
         <translation>保存到所选文件夹下的新文件夹</translation>
     </message>
+    <message>
+        <source>card %1</source>
+        <translation>证件 %1</translation>
+    </message>
+    <message>
+        <source>It is the whole card: nothing is covered there.</source>
+        <translation>其中是完整的证件，没有遮盖任何内容。</translation>
+    </message>
 </context>
 <context>
     <name>viewer::CardPane</name>
@@ -4028,10 +4036,6 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>The cards of this run are forgotten.</source>
         <translation>本次运行的读卡记录已清除。</translation>
-    </message>
-    <message>
-        <source>It is the whole card: nothing is covered there.</source>
-        <translation>其中是完整的证件，没有遮盖任何内容。</translation>
     </message>
     <message>
         <source>Read each &amp;new card</source>

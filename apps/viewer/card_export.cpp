@@ -2,8 +2,10 @@
 
 #include <memory>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -24,6 +26,11 @@ app::CardSheet sheetOf(const app::Card &card)
 {
     return {card.picture(app::CardSide::FRONT), card.picture(app::CardSide::BACK),
             app::kindForPeople(card), app::missingPhotoNote(card)};
+}
+
+QString covered(const QString &words, const QString &holder)
+{
+    return holder.isEmpty() ? words : QString(words).replace(holder, app::COVERED_TEXT);
 }
 
 } // namespace
@@ -55,23 +62,30 @@ void CardExport::saveIn(const QString &folder, const app::Card &card)
     const QString problem = m_settings->folderNames == FolderNames::HOLDERS
                                 ? app::saveInHoldersFolder(card, folder, &made)
                                 : app::saveInNextFolder(card, folder, &made);
+    const QString holder =
+        m_settings->folderNames == FolderNames::HOLDERS ? QFileInfo(made).fileName() : QString();
     if (problem.isEmpty())
-        report(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)));
+        report(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)), {}, holder);
     else
-        reportFailure(tr("The card could not be saved."), problem);
+        reportFailure(tr("The card could not be saved."), problem, holder);
 }
 
 void CardExport::exportPdf(const app::CardPointer &card)
 {
-    const QString name = app::holderFileName(*card) + QLatin1String(".pdf");
-    askForFile(
-        tr("Export as PDF"), name, tr("PDF files (*.pdf)"), [this, card](const QString &path) {
-            QString problem;
-            if (app::writeSheetPdf(sheetOf(*card), path, &problem))
-                report(tr("The card was exported to %1.").arg(path), app::missingPhotoNote(*card));
-            else
-                reportFailure(tr("The PDF file could not be written."), problem);
-        });
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HHmmss"));
+    const QString name = m_isCovered ? tr("card %1").arg(time) : app::holderFileName(*card);
+    askForFile(tr("Export as PDF"), name + QLatin1String(".pdf"), tr("PDF files (*.pdf)"),
+               [this, card](const QString &path) { writePdf(*card, path); });
+}
+
+void CardExport::writePdf(const app::Card &card, const QString &path)
+{
+    const QString holder = QFileInfo(path).fileName();
+    QString problem;
+    if (app::writeSheetPdf(sheetOf(card), path, &problem))
+        report(tr("The card was exported to %1.").arg(path), app::missingPhotoNote(card), holder);
+    else
+        reportFailure(tr("The PDF file could not be written."), problem, holder);
 }
 
 void CardExport::exportHistory(const HistoryPane *history)
@@ -142,15 +156,24 @@ void CardExport::askForFile(const QString &title, const QString &proposal, const
     dialog->open();
 }
 
-/** `note`: what the user should look at all the same; empty: nothing. */
-void CardExport::report(const QString &done, const QString &note)
+/** `note`: what the user should look at all the same; empty: nothing. `holder`: the part of the
+ * words that names him, perhaps; empty: none does. */
+void CardExport::report(const QString &done, const QString &note, const QString &holder)
 {
-    emit ended({note.isEmpty() ? StateKind::READ : StateKind::ATTENTION, done, note});
+    if (note.isEmpty())
+        emit ended({StateKind::READ,
+                    done,
+                    {},
+                    {},
+                    covered(done, holder),
+                    tr("It is the whole card: nothing is covered there.")});
+    else
+        emit ended({StateKind::ATTENTION, done, note, {}, covered(done, holder)});
 }
 
-void CardExport::reportFailure(const QString &failed, const QString &problem)
+void CardExport::reportFailure(const QString &failed, const QString &problem, const QString &holder)
 {
-    emit ended({StateKind::FAILED, failed, problem});
+    emit ended({StateKind::FAILED, failed, problem, {}, {}, covered(problem, holder)});
 }
 
 } // namespace viewer

@@ -23,6 +23,9 @@ public:
     /** Dialogs belong to `window`. The first folder that is chosen is noted in `settings`. */
     CardExport(ViewerSettings *settings, QWidget *window);
 
+    /** From now on no file is called by its holder, unless the user does so. */
+    void setCovered(bool covered) { m_isCovered = covered; }
+
     void save(const app::CardPointer &card);
     void saveAs(const app::CardPointer &card);
     void exportPdf(const app::CardPointer &card);
@@ -35,15 +38,17 @@ signals:
 
 private:
     void saveIn(const QString &folder, const app::Card &card);
+    void writePdf(const app::Card &card, const QString &path);
     void printOn(const app::Card &card, QPrinter *printer);
     void askForFolder(const std::function<void(const QString &folder)> &use);
     void askForFile(const QString &title, const QString &proposal, const QString &filter,
                     const std::function<void(const QString &path)> &use);
-    void report(const QString &done, const QString &note = {});
-    void reportFailure(const QString &failed, const QString &problem);
+    void report(const QString &done, const QString &note = {}, const QString &holder = {});
+    void reportFailure(const QString &failed, const QString &problem, const QString &holder = {});
 
     ViewerSettings *m_settings;
     QWidget *m_window;
+    bool m_isCovered = false;
 };
 
 } // namespace viewer

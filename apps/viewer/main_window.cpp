@@ -71,7 +71,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     setWindowTitle(tr("Card viewer"));
     setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer"),
                                    QIcon(QStringLiteral(":/viewer/idcard-viewer.png"))));
-    connect(m_export, &CardExport::ended, this, &MainWindow::showExport);
+    connect(m_export, &CardExport::ended, this, &MainWindow::say);
     m_forget.setSingleShot(true);
     connect(&m_forget, &QTimer::timeout, this, &MainWindow::forgetCard);
     build();
@@ -113,11 +113,11 @@ void MainWindow::build()
             [this] { m_export->exportHistory(m_history); });
     connect(m_history, &HistoryPane::clearRequested, this, &MainWindow::clearHistory);
     connect(m_pane, &CardPane::copied, this, [this](const QString &what) {
-        m_stateLine->setState({StateKind::READ, tr("Copied: %1").arg(what)});
+        say({StateKind::READ, tr("Copied: %1").arg(what)});
     });
     connect(m_pane, &CardPane::copyRefused, this, [this] {
-        m_stateLine->setState({StateKind::ATTENTION, tr("Nothing was copied."),
-                               tr("It is covered, or the card does not have it.")});
+        say({StateKind::ATTENTION, tr("Nothing was copied."),
+             tr("It is covered, or the card does not have it.")});
     });
     for (QTableView *const table : {m_pane->fields(), m_history->view()}) {
         // A table would take the key for itself, though nothing in it can be pressed.
@@ -276,8 +276,7 @@ void MainWindow::connectDesk()
         dismissCard();
         m_readButton->setEnabled(false);
         m_cancelAction->setEnabled(true);
-        m_stateLine->setState(
-            {StateKind::READING, tr("Reading…"), tr("Leave the card on the reader.")});
+        say({});
     });
     const auto stopped = [this] {
         m_readButton->setEnabled(true);
@@ -285,8 +284,8 @@ void MainWindow::connectDesk()
     };
     connect(&m_desk, &CardDesk::cancelled, this, [this, stopped] {
         stopped();
-        m_stateLine->setState({StateKind::WAITING, tr("Reading was given up."),
-                               tr("Lay a card on the reader and press Read.")});
+        say({StateKind::WAITING, tr("Reading was given up."),
+             tr("Lay a card on the reader and press Read.")});
     });
     connect(&m_desk, &CardDesk::failed, this, [this, stopped](const app::Problem &problem) {
         stopped();
@@ -308,17 +307,18 @@ void MainWindow::connectDesk()
     });
     connect(&m_desk, &CardDesk::readerRemoved, this, [this] {
         dismissCard();
-        m_stateLine->setState({StateKind::ATTENTION, tr("The reader was unplugged."),
-                               tr("Plug it in again; reading goes on by itself.")});
+        say({StateKind::ATTENTION, tr("The reader was unplugged."),
+             tr("Plug it in again; reading goes on by itself.")});
     });
     connect(m_simulator, &SimulatorPanel::cardPut, this,
             [this](const QString &card, const QString &faults) {
-                m_stateLine->setState(
-                    {StateKind::WAITING, tr("A card lies on the simulator."), tr("Press Read.")});
+                const bool isRead = m_automatic->isChecked();
+                say({StateKind::WAITING, tr("A card lies on the simulator."),
+                     isRead ? QString() : tr("Press Read.")});
                 m_desk.putCard(card, faults);
             });
     connect(m_simulator, &SimulatorPanel::cardTaken, this, [this] {
-        m_stateLine->setState({StateKind::WAITING, tr("No card lies on the simulator.")});
+        say({StateKind::WAITING, tr("No card lies on the simulator.")});
         m_desk.takeCard();
     });
 }
@@ -379,6 +379,8 @@ void MainWindow::cover(bool covered)
 {
     m_pane->setCovered(covered);
     m_history->setCovered(covered);
+    m_stateLine->setCovered(covered);
+    m_export->setCovered(covered);
 }
 
 void MainWindow::setOnTop(bool onTop)
@@ -404,15 +406,20 @@ void MainWindow::addCard(const app::CardPointer &card, const app::Problem &probl
     showCard(kept, app::kindForPeople(*card));
     if (m_settings.hasSound)
         QApplication::beep();
-    const QStringList attention = attentionTo(*card, m_coverBox->isChecked());
+    const auto attention = [&card](bool isCovered) {
+        return attentionTo(*card, isCovered).join(QLatin1Char(' '));
+    };
     if (!problem.headline.isEmpty()) {
-        m_stateLine->setState(
-            {StateKind::ATTENTION, problem.headline, problem.remedy, detailsOf(problem)});
-    } else if (!attention.isEmpty()) {
-        m_stateLine->setState({StateKind::ATTENTION, tr("The card was read; look at it closely."),
-                               attention.join(QLatin1Char(' '))});
+        say({StateKind::ATTENTION, problem.headline, problem.remedy, detailsOf(problem)});
+    } else if (!attention(false).isEmpty()) {
+        say({StateKind::ATTENTION,
+             tr("The card was read; look at it closely."),
+             attention(false),
+             {},
+             {},
+             attention(true)});
     } else {
-        m_stateLine->setState({StateKind::READ, tr("The card was read.")});
+        say({StateKind::READ, tr("The card was read.")});
     }
 }
 
@@ -420,9 +427,8 @@ void MainWindow::showEarlierCard(const KeptCard &kept)
 {
     const QString caption = tr("Read at %1, from the history").arg(clock(kept.time));
     showCard(kept, caption);
-    if (!m_desk.isReading())
-        m_stateLine->setState({StateKind::ATTENTION, tr("An earlier card is shown."),
-                               tr("It was read at %1.").arg(clock(kept.time))});
+    say({StateKind::ATTENTION, tr("An earlier card is shown."),
+         tr("It was read at %1.").arg(clock(kept.time))});
 }
 
 void MainWindow::showCard(const KeptCard &kept, const QString &caption)
@@ -459,21 +465,36 @@ void MainWindow::clearHistory()
 {
     m_history->clear();
     forgetCard();
-    m_stateLine->setState({StateKind::WAITING, tr("The cards of this run are forgotten.")});
+    say({StateKind::WAITING, tr("The cards of this run are forgotten.")});
+}
+
+void MainWindow::say(const State &state)
+{
+    if (!m_desk.isReading())
+        return m_stateLine->setState(state);
+    const auto whileReading = [](const State &meanwhile) {
+        QStringList words{tr("Leave the card on the reader."), meanwhile.headline, meanwhile.line};
+        words.removeAll(QString());
+        return words.join(QLatin1Char(' '));
+    };
+    m_stateLine->setState({StateKind::READING,
+                           tr("Reading…"),
+                           whileReading(state),
+                           {},
+                           {},
+                           whileReading(coveredState(state))});
 }
 
 void MainWindow::await()
 {
-    m_stateLine->setState(
-        {StateKind::WAITING, m_automatic->isChecked()
+    say({StateKind::WAITING, m_automatic->isChecked()
                                  ? tr("Lay a card on the reader; it is read automatically.")
                                  : tr("Lay a card on the reader and press Read.")});
 }
 
 void MainWindow::showProblem(const app::Problem &problem)
 {
-    m_stateLine->setState(
-        {StateKind::FAILED, problem.headline, problem.remedy, detailsOf(problem)});
+    say({StateKind::FAILED, problem.headline, problem.remedy, detailsOf(problem)});
 }
 
 void MainWindow::showDetails()
@@ -487,14 +508,6 @@ void MainWindow::showDetails()
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     box->setIconPixmap(stateIcon(state.kind, 48, devicePixelRatioF()));
     box->open();
-}
-
-void MainWindow::showExport(const State &state)
-{
-    State shown = state;
-    if (state.kind == StateKind::READ && m_coverBox->isChecked())
-        shown.line = tr("It is the whole card: nothing is covered there.");
-    m_stateLine->setState(shown);
 }
 
 void MainWindow::openSettings()

@@ -64,10 +64,11 @@ private:
     void forgetCard();
     void clearHistory();
 
+    /** While a card is read, this goes on to be said, too. */
+    void say(const State &state);
     void await();
     void showProblem(const app::Problem &problem);
     void showDetails();
-    void showExport(const State &state);
     void openSettings();
     void openHelp();
     void openAbout();

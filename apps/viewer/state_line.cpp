@@ -49,6 +49,16 @@ QColor mixed(const QColor &first, const QColor &second, int shareOfSecond)
 
 } // namespace
 
+State coveredState(const State &state)
+{
+    State covered = state;
+    if (!state.coveredHeadline.isEmpty())
+        covered.headline = state.coveredHeadline;
+    if (!state.coveredLine.isEmpty())
+        covered.line = state.coveredLine;
+    return covered;
+}
+
 StateLine::StateLine(QWidget *parent)
     : QFrame(parent), m_icon(new QLabel), m_headline(new QLabel), m_line(new QLabel),
       m_buttons(new QStackedWidget), m_cancel(new QPushButton(tr("Cancel"))),
@@ -128,18 +138,30 @@ void StateLine::fitToFont()
 
 void StateLine::setState(const State &state)
 {
-    m_state = state;
-    const bool isFailure = state.kind == StateKind::FAILED || !state.details.isEmpty();
-    m_details->setEnabled(!state.details.isEmpty());
-    m_buttons->setCurrentIndex(state.kind == StateKind::READING ? CANCEL
-                               : isFailure                      ? FAILURE
-                                                                : NO_BUTTON);
-    colour();
-    showTexts();
-    setAccessibleName(state.headline);
-    setAccessibleDescription(state.line);
+    m_given = state;
+    showState();
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
+}
+
+void StateLine::setCovered(bool covered)
+{
+    m_isCovered = covered;
+    showState();
+}
+
+void StateLine::showState()
+{
+    m_state = m_isCovered ? coveredState(m_given) : m_given;
+    const bool isFailure = m_state.kind == StateKind::FAILED || !m_state.details.isEmpty();
+    m_details->setEnabled(!m_state.details.isEmpty());
+    m_buttons->setCurrentIndex(m_state.kind == StateKind::READING ? CANCEL
+                               : isFailure                        ? FAILURE
+                                                                  : NO_BUTTON);
+    colour();
+    showTexts();
+    setAccessibleName(m_state.headline);
+    setAccessibleDescription(m_state.line);
 }
 
 void StateLine::colour()

@@ -18,7 +18,13 @@ struct State {
     QString headline;
     QString line = {};    ///< what to do, or what to look at
     QString details = {}; ///< cause and code, on request; empty: there are none
+    // In the place of those above while the holder's data is covered; empty: they stay.
+    QString coveredHeadline = {};
+    QString coveredLine = {};
 };
+
+/** As it is said while the holder's data is covered. */
+State coveredState(const State &state);
 
 class StateLine : public QFrame
 {
@@ -28,7 +34,9 @@ public:
     explicit StateLine(QWidget *parent = nullptr);
 
     void setState(const State &state);
+    /** As it is shown. */
     const State &state() const { return m_state; }
+    void setCovered(bool covered);
 
 signals:
     void cancelRequested();
@@ -42,10 +50,13 @@ protected:
 private:
     void build();
     void fitToFont();
+    void showState();
     void showTexts();
     void colour();
 
-    State m_state;
+    State m_given;
+    State m_state; ///< that, or what is said of it while covered
+    bool m_isCovered = false;
     QLabel *m_icon;
     QLabel *m_headline;
     QLabel *m_line;

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QDate>
 #include <QDirIterator>
 #include <QDrag>
 #include <QFileInfo>
@@ -383,6 +384,24 @@ TEST_F(Covered, StateAndNotes_SayNothingOfTheCard)
     read();
     const QByteArray said = (line() + headline() + text("notes").toStdString()).c_str();
     expectNothingOf(builtInCard("resident-ethnic-name-cut"), said);
+}
+
+TEST_F(Covered, AfterTheCardWasRead_StateSaysNothingOfItUntilUncovered)
+{
+    const QDate birth = QDate::currentDate().addYears(-10);
+    writeFile(path("card.json"), QStringLiteral(R"({"kind": "resident", "name": "测试", "sex": "1",
+        "ethnicGroup": "01", "birthDate": "%1", "address": "某地", "idNumber": "110101199003070038",
+        "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101"})")
+                                     .arg(birth.toString("yyyyMMdd"))
+                                     .toUtf8());
+    show(path("card.json"));
+    EXPECT_THAT(line(), HasSubstr("a minor, 10 years old"));
+    check("cover", true);
+    expectState(Kind::ATTENTION, "The card was read; look at it closely.",
+                "The holder is a minor.");
+    EXPECT_THAT(everyText().toStdString(), testing::Not(HasSubstr("10 years old")));
+    check("cover", false);
+    EXPECT_THAT(line(), HasSubstr("a minor, 10 years old"));
 }
 
 } // namespace

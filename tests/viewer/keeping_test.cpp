@@ -212,6 +212,63 @@ TEST_F(Keeping, SavedWhileCovered_IsTheWholeCardAndReportedAsSuch)
                 HasSubstr(builtInCard("resident").name.toStdString()));
 }
 
+class KeepingCovered : public Keeping
+{
+protected:
+    /** Neither seen nor heard. */
+    void expectHolderUnnamed()
+    {
+        const simulator::CardDescription card = builtInCard("resident");
+        const QString said = everyText() + headline().c_str() + line().c_str();
+        EXPECT_FALSE(said.contains(card.name) || said.contains(card.idNumber))
+            << headline() << line();
+        EXPECT_THAT(headline() + line(), HasSubstr(path("kept").toStdString()));
+    }
+};
+
+TEST_F(KeepingCovered, FolderOfTheHolder_IsNotNamedUntilUncovered)
+{
+    show("resident", path("kept"), viewer::FolderNames::HOLDERS);
+    check("cover", true);
+    pressSave();
+    expectState(Kind::READ, (QString("The card was saved in %1/").arg(path("kept")) +
+                             QString(8, QChar(0x2022)) + '.')
+                                .toStdString());
+    EXPECT_EQ(line(), "It is the whole card: nothing is covered there.");
+    expectHolderUnnamed();
+    check("cover", false);
+    EXPECT_THAT(headline(), HasSubstr(builtInCard("resident").name.toStdString()));
+    EXPECT_EQ(line(), "");
+    pressSave();
+    check("cover", true);
+    expectHolderUnnamed();
+}
+
+TEST_F(KeepingCovered, FolderOfTheHolderThatCannotBeMade_IsNotNamed)
+{
+    show("resident", "/proc/self", viewer::FolderNames::HOLDERS);
+    pressSave();
+    expectState(Kind::FAILED, "The card could not be saved.", "/proc/self/");
+    EXPECT_THAT(line(), HasSubstr(builtInCard("resident").name.toStdString()));
+    check("cover", true);
+    expectState(Kind::FAILED, "The card could not be saved.", "/proc/self/");
+    EXPECT_THAT(line(), testing::Not(HasSubstr(builtInCard("resident").name.toStdString())));
+}
+
+TEST_F(KeepingCovered, PdfFile_IsNotProposedNorReportedByTheNameOfTheHolder)
+{
+    show("resident", path("kept"));
+    check("cover", true);
+    trigger("Export as PDF…");
+    auto *const asked = dialog<QFileDialog>();
+    ASSERT_NE(asked, nullptr);
+    EXPECT_THAT(asked->selectedFiles().value(0).toStdString(),
+                testing::MatchesRegex(".*/kept/card 20[0-9-]{8} [0-9]{6}\\.pdf"));
+    answerFileDialog(path("kept/") + builtInCard("resident").name + ".pdf");
+    EXPECT_THAT(headline(), testing::StartsWith("The card was exported to "));
+    expectHolderUnnamed();
+}
+
 /** What a PDF file holds beside the time of its making. */
 QByteArray timelessPdf(const QString &path)
 {

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QJsonDocument>
@@ -228,6 +229,36 @@ TEST_F(Reading, ReadPressedOnceMoreWhileItReads_ReadsOnce)
     QTest::qWait(600);
     EXPECT_EQ(model("history")->rowCount(), 1);
     EXPECT_TRUE(find("read")->isEnabled());
+}
+
+TEST_F(Reading, WhatIsDoneWhileItReads_IsSaidBesideTheReadingWhichCanBeCancelled)
+{
+    ASSERT_TRUE(QDir().mkdir(path("kept")));
+    viewer::ViewerSettings settings;
+    settings.folder = path("kept");
+    settings.store();
+    openWithCard("resident");
+    read();
+    find<QAbstractButton>("exportHistory")->click();
+    putCard("resident", "delay-ms=60000");
+    click("read");
+    expectState(Kind::READING, "Reading…", "Leave the card on the reader.");
+    const std::pair<std::function<void()>, const char *> deeds[] = {
+        {[this] { answerFileDialog(path("kept/cards.csv")); }, "The history was exported to"},
+        {[this] { find<QTableView>("history")->selectRow(0); }, "An earlier card is shown."},
+        {[this] { trigger("Copy the name"); }, "Copied: Name"},
+        {[this] { trigger("Save"); }, "The card was saved in"},
+        {[this] { putCard("hmt-macao"); }, "A card lies on the simulator. Press Read."},
+        {[this] { click("takeCard"); }, "No card lies on the simulator."},
+        {[this] { trigger("Clear the history"); }, "The cards of this run are forgotten."},
+    };
+    for (const auto &[deed, words] : deeds) {
+        deed();
+        expectState(Kind::READING, "Reading…", words);
+        EXPECT_THAT(line(), testing::StartsWith("Leave the card on the reader."));
+    }
+    click("cancel");
+    expectState(Kind::WAITING, "Reading was given up.");
 }
 
 // A read that is tried for ever: the window was held by it until it was ended by force.
