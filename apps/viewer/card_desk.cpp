@@ -75,6 +75,7 @@ void CardDesk::putCard(const QString &card, const QString &faults)
 {
     m_card = card;
     m_faults = faults;
+    m_isCardAnother = true;
     if (m_isAutomatic)
         read();
 }
@@ -82,7 +83,8 @@ void CardDesk::putCard(const QString &card, const QString &faults)
 void CardDesk::takeCard()
 {
     m_card.clear();
-    if (m_isAutomatic)
+    m_isCardAnother = true;
+    if (m_isAutomatic && !m_isAskedFor)
         emit cardRemoved();
 }
 
@@ -148,6 +150,7 @@ void CardDesk::run(Task task)
 {
     m_task = task;
     m_isDropped = false;
+    m_isCardAnother = false;
     ToolRun::Take takeAsItComes;
     if (task == Task::WATCH) {
         m_failureBefore = std::exchange(m_watchFailure, QString());
@@ -312,12 +315,24 @@ void CardDesk::finish(ToolRun::End end, const QByteArray &output)
             emit failed(noAnswer(how));
         else
             deliver(answer, task);
+        followSimulator();
     } else if (!isDropped) {
         m_again.start(PAUSE_AFTER_FAILED_WATCH_MS);
         if (m_watchFailure.isEmpty())
             reportWatchFailure(noAnswer(how));
     }
     proceed();
+}
+
+/** Its card may have been changed while one was read, which no watch reports. */
+void CardDesk::followSimulator()
+{
+    if (!m_isCardAnother || !m_isAutomatic || m_choice.road != ReaderRoad::SIMULATOR)
+        return;
+    if (!m_card.isEmpty())
+        read();
+    else if (!m_cardThere.isEmpty())
+        emit cardRemoved();
 }
 
 } // namespace app

@@ -102,10 +102,12 @@ private:
     void deliver(const QJsonObject &object, Task task);
     void reportWatchFailure(const Problem &problem);
     void forgetTroubles();
+    void followSimulator();
 
     RoadChoice m_choice;
     QString m_card; ///< on the simulator; empty: none
     QString m_faults;
+    bool m_isCardAnother = false; ///< than when the reading began
     QString m_language;
     // One of the two while it reads or watches.
     std::unique_ptr<ToolRun> m_run;

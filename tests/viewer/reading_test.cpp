@@ -361,6 +361,33 @@ TEST_F(Reading, CardsOfTheSimulatorByThemselves_AreReadOnceEach)
     EXPECT_EQ(model("history")->rowCount(), 2);
 }
 
+TEST_F(Reading, CardPutOnTheSimulatorWhileAnotherIsReadByItself_IsReadAfterwards)
+{
+    openWithSimulator();
+    check("automatic", true);
+    putCard("resident", "delay-ms=1000");
+    EXPECT_TRUE(waitFor([] { return !children().empty(); }));
+    putCard("hmt-macao");
+    expectState(Kind::READING, "Reading…");
+    EXPECT_TRUE(waitForCards(2));
+    EXPECT_EQ(text("name"), builtInCard("hmt-macao").name);
+    QTest::qWait(1000);
+    EXPECT_EQ(model("history")->rowCount(), 2);
+}
+
+TEST_F(Reading, CardTakenOffTheSimulatorWhileItIsReadByItself_IsThePreviousOneAtOnce)
+{
+    openWithSimulator();
+    check("automatic", true);
+    putCard("resident", "delay-ms=1000");
+    EXPECT_TRUE(waitFor([] { return !children().empty(); }));
+    click("takeCard");
+    expectState(Kind::READING, "Reading…");
+    EXPECT_TRUE(waitForCards(1));
+    expectState(Kind::WAITING, "Lay a card on the reader; it is read automatically.");
+    expectNobody();
+}
+
 TEST_F(Reading, AutomaticallyFromTheCommandLine_ReadsTheCardThatLiesThere)
 {
     viewer::ViewerOptions options;
