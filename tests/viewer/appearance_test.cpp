@@ -54,6 +54,19 @@ protected:
         }
         return all;
     }
+
+    /** The places once the rows have their heights, and the table its scroll bar. */
+    std::vector<std::string> settledPlaces()
+    {
+        std::vector<std::string> last;
+        EXPECT_TRUE(waitFor([&] {
+            QTest::qWait(300);
+            const std::vector<std::string> before = last;
+            last = places();
+            return last == before;
+        }));
+        return last;
+    }
 };
 
 const viewer::StateKind STATES[] = {viewer::StateKind::WAITING, viewer::StateKind::READING,
@@ -64,8 +77,7 @@ TEST_F(Appearance, StateThatChanges_MovesNothing)
 {
     openWithCard("resident");
     read();
-    QTest::qWait(100); // the rows have their heights, and the table its scroll bar
-    const std::vector<std::string> before = places();
+    const std::vector<std::string> before = settledPlaces();
     EXPECT_GE(before.size(), 20U);
     for (const Kind kind : STATES) {
         for (const QString &text :
