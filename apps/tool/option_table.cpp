@@ -157,8 +157,7 @@ const std::vector<CommandRow> &commandTable()
              settingOption(
                  "timeout",
                  tr("End when one attempt takes longer. Without a limit, a reader that keeps "
-                    "asking "
-                    "for another try is waited for forever. The exit status is then 11.")),
+                    "asking for another try is waited for forever. The exit status is then 11.")),
              road,
              device,
              simulatorPhotos,
