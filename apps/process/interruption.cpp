@@ -42,9 +42,12 @@ QString hangingReadWords()
                                  "answer any more, unplug it and plug it in again.");
 }
 
-/** One call, as a signal handler may make it; what does not fit is lost. */
+/** As a signal handler may do it, without waiting; where there is no room, nothing is written. */
 static void writeAtOnce(int descriptor, const QByteArray &bytes)
 {
+    pollfd room = {descriptor, POLLOUT, 0};
+    if (::poll(&room, 1, 0) != 1)
+        return;
     [[maybe_unused]] const ssize_t written =
         ::write(descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
@@ -121,8 +124,8 @@ void catchInterruption(ExitStatus statusOfHangingRead)
         sigaddset(&handled, signal);
     }
     ::pthread_sigmask(SIG_UNBLOCK, &handled, nullptr);
-    static const bool isExitWatched = std::atexit(leaveEndedRead) == 0;
-    static_cast<void>(isExitWatched); // without it such a program ends as the library has it end
+    // Without it such a program ends as the library has it end.
+    [[maybe_unused]] static const int unwatched = std::atexit(leaveEndedRead);
 }
 
 void setFarewellOfHangingRead(const Farewell &farewell)

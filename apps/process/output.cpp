@@ -71,7 +71,7 @@ bool Output::write(const QByteArray &bytes)
     for (int at = 0; at < bytes.size() && m_error == 0; at += PART) {
         const auto size = static_cast<std::size_t>(std::min(PART, bytes.size() - at));
         if (!waitForRoom(m_descriptor))
-            m_error = ETIMEDOUT;
+            m_error = EINTR; // by the signal after which nobody read
         else if (writeAll(m_descriptor, bytes.constData() + at, size) < size)
             m_error = errno;
     }

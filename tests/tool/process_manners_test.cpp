@@ -108,27 +108,66 @@ INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
                                          QStringList{"read", "--json", "--simulate", "resident"},
                                          QStringList{"watch", "--simulate", "resident"}));
 
+/** A pipe that nobody reads, as standard output. */
+class UnreadPipe
+{
+public:
+    UnreadPipe()
+    {
+        const QByteArray path = m_folder.filePath("fifo").toLocal8Bit();
+        EXPECT_EQ(mkfifo(path.constData(), 0600), 0);
+        m_end = open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        m_input.standardOutputFile = QString::fromLocal8Bit(path);
+    }
+    ~UnreadPipe() { close(m_end); }
+    UnreadPipe(const UnreadPipe &) = delete;
+    UnreadPipe &operator=(const UnreadPipe &) = delete;
+
+    const ProcessInput &input() const { return m_input; }
+
+    int waitingBytes() const
+    {
+        int waiting = 0;
+        ioctl(m_end, FIONREAD, &waiting);
+        return waiting;
+    }
+
+    void fill() const
+    {
+        while (write(m_end, "x", 1) == 1)
+            continue;
+    }
+
+private:
+    QTemporaryDir m_folder;
+    ProcessInput m_input;
+    int m_end = -1;
+};
+
+TEST(StandardOutput, ThatIsFullDoesNotKeepAToolWhoseReadingHangs)
+{
+    const UnreadPipe output;
+    output.fill();
+    EXPECT_EQ(runTool({"read", "--json", "--simulate", "resident", "--fault",
+                       "transient-failures=1000000", "--timeout", "1"},
+                      output.input())
+                  .exitStatus,
+              11);
+}
+
 TEST(StandardOutput, ThatNobodyReadsAnyMoreDoesNotKeepAToolThatIsToEnd)
 {
-    const QTemporaryDir folder;
-    const QByteArray fifo = folder.filePath("fifo").toLocal8Bit();
-    ASSERT_EQ(mkfifo(fifo.constData(), 0600), 0);
-    const int reader = open(fifo.constData(), O_RDWR | O_CLOEXEC);
-    ProcessInput input;
-    input.standardOutputFile = fifo;
-    RunningTool tool({"read", "--json", "--inline", "all", "--simulate", "resident"}, input);
+    const UnreadPipe output;
+    RunningTool tool({"read", "--json", "--inline", "all", "--simulate", "resident"},
+                     output.input());
     constexpr int NEARLY_FULL = 60 * 1024;
-    int waiting = 0;
-    for (int i = 0; i < 30000 && waiting < NEARLY_FULL; ++i) {
+    for (int i = 0; i < 30000 && output.waitingBytes() < NEARLY_FULL; ++i)
         usleep(1000);
-        ioctl(reader, FIONREAD, &waiting);
-    }
-    EXPECT_GE(waiting, NEARLY_FULL);
+    EXPECT_GE(output.waitingBytes(), NEARLY_FULL);
     EXPECT_FALSE(tool.endsWithin(100));
     tool.signal(SIGTERM);
     EXPECT_TRUE(tool.endsWithin(20000));
     expectEnd(tool.result(), 1, "Standard output could not be written");
-    close(reader);
 }
 
 TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
