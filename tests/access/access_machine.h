@@ -7,9 +7,9 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
+#include "tests/support/files.h"
 #include "tests/support/process.h"
 
 class AccessMachine : public testing::Test
@@ -42,9 +42,7 @@ protected:
     void write(const QString &name, const QByteArray &content)
     {
         ASSERT_TRUE(QFileInfo(path(name)).dir().mkpath("."));
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        writeFile(path(name), content);
     }
 
     /** Runs a shell script as root of a file tree, in this machine's folder. */
@@ -87,11 +85,20 @@ protected:
         return (run.standardOutput + run.standardError).toStdString();
     }
 
+    /** By this rule. */
+    void expectOpened(const QByteArray &vendor, const QByteArray &product, const std::string &rule)
+    {
+        const std::string said = evaluate(vendor, product);
+        EXPECT_THAT(said,
+                    testing::ContainsRegex(rule + ":[0-9]+ GROUP " + groupNumber().toStdString()));
+        EXPECT_THAT(said, testing::ContainsRegex(rule + ":[0-9]+ MODE 0660"));
+        EXPECT_THAT(said, testing::ContainsRegex("73-seat-late.rules:[0-9]+ RUN 'uaccess'"));
+        EXPECT_THAT(said, testing::Not(testing::HasSubstr(rule + ":3 Unknown")));
+    }
+
     QByteArray groupNumber()
     {
-        QFile file(path("root/etc/group"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray line = file.readAll().trimmed();
+        const QByteArray line = readFile(path("root/etc/group")).trimmed();
         EXPECT_TRUE(line.startsWith("idcard-reader:")) << line.toStdString();
         return line.split(':').value(2);
     }

@@ -4,8 +4,6 @@
 
 #include "tests/access/access_machine.h"
 
-#include <sys/stat.h>
-
 using testing::AllOf;
 using testing::ContainsRegex;
 using testing::ElementsAre;
@@ -56,6 +54,11 @@ protected:
     /** Runs it as root, behind the shell lines `before`. */
     ProcessResult run(const QStringList &arguments, const QByteArray &before = {})
     {
+        return runAsRoot(QStringList{IDCARD_ACCESS_PROGRAM} + arguments, before);
+    }
+
+    ProcessResult runAsRoot(const QStringList &command, const QByteArray &before = {})
+    {
         const QByteArray udev = hasUdev
                                     ? "mkdir /run/udev\n"
                                       "python3 -c 'import socket; "
@@ -64,44 +67,27 @@ protected:
         return runInTree("mount --bind sys /sys\n" + udev + before +
                              "cd bin\n"
                              "PATH=$PWD:$PATH exec \"$@\"\n",
-                         QStringList{IDCARD_ACCESS_PROGRAM} + arguments);
+                         command);
     }
 
     void expectFailure(const ProcessResult &result, int status, const char *message)
     {
         EXPECT_EQ(result.exitStatus, status);
-        EXPECT_THAT(result.standardOutput.toStdString(), IsEmpty());
+        EXPECT_THAT(result.output(), IsEmpty());
         EXPECT_THAT(QString::fromUtf8(result.standardError).simplified().toStdString(),
                     AllOf(StartsWith("idcard-reader-access: "), HasSubstr(message)));
     }
 
     /** Whatever is in the folder of rules. */
-    std::vector<std::string> rules() const
-    {
-        std::vector<std::string> names;
-        for (const QString &name :
-             QDir(path("rules"))
-                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                            QDir::Name))
-            names.push_back(name.toStdString());
-        return names;
-    }
+    std::vector<std::string> rules() const { return namesIn(path("rules")); }
 
-    std::string contentOf(const QString &name) const
-    {
-        QFile file(path(name));
-        file.open(QIODevice::ReadOnly);
-        return file.readAll().toStdString();
-    }
+    std::string contentOf(const QString &name) const { return readFile(path(name)).toStdString(); }
 
     void expectOpened(const QByteArray &vendor, const QByteArray &product)
     {
-        const std::string rule = "69-idcard-reader-" + (vendor + '-' + product).toStdString();
-        const std::string said = evaluate(vendor, product);
-        EXPECT_THAT(said,
-                    ContainsRegex(rule + ".rules:[0-9]+ GROUP " + groupNumber().toStdString()));
-        EXPECT_THAT(said, ContainsRegex(rule + ".rules:[0-9]+ MODE 0660"));
-        EXPECT_THAT(said, ContainsRegex("73-seat-late.rules:[0-9]+ RUN 'uaccess'"));
+        AccessMachine::expectOpened(vendor, product,
+                                    "69-idcard-reader-" +
+                                        (vendor + '-' + product + ".rules").toStdString());
     }
 
     void expectLeftAlone(const QByteArray &vendor, const QByteArray &product)
@@ -123,9 +109,9 @@ TEST_F(AccessProgram, ReadersOfTheSameIds_AreOpenedByOneRuleToTheGroupAndToTheUs
         bindDriver(port, "usbfs");                    // a program holds it
     write("rules/" + RULE_OF_1A2B_3C4D, "half a ru"); // of an earlier run
     const ProcessResult result = run({});
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
     EXPECT_THAT(
-        result.standardOutput.toStdString(),
+        result.output(),
         AllOf(StartsWith("/etc/udev/rules.d/69-idcard-reader-1a2b-3c4d.rules opens 1a2b:3c4d\n"),
               HasSubstr("usermod --append --groups idcard-reader NAME")));
     EXPECT_THAT(rules(), ElementsAre(RULE_OF_1A2B_3C4D.toStdString()));
@@ -137,9 +123,7 @@ TEST_F(AccessProgram, ReadersOfTheSameIds_AreOpenedByOneRuleToTheGroupAndToTheUs
 TEST_F(AccessProgram, RuleThatItWrites_IsThatOfThePackageForOtherIds)
 {
     ASSERT_EQ(run({"--device", "1A2b:3C4d"}).exitStatus, 0);
-    QFile file(IDCARD_RULE_FILE);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray rule = file.readAll()
+    const QByteArray rule = readFile(IDCARD_RULE_FILE)
                                 .replace("\"" IDCARD_USB_VENDOR_ID "\"", "\"1a2b\"")
                                 .replace("\"" IDCARD_USB_PRODUCT_ID "\"", "\"3c4d\"");
     EXPECT_EQ(contentOf("rules/" + RULE_OF_1A2B_3C4D), rule.toStdString());
@@ -167,10 +151,7 @@ TEST_F(AccessProgram, SecondReader_LeavesTheFirstOneOpen)
 TEST_F(AccessProgram, Rule_IsReadableByAllWhateverRootsUmaskIs)
 {
     ASSERT_EQ(run({"--device", "1a2b:3c4d"}, "umask 077\n").exitStatus, 0);
-    struct stat rule {
-    };
-    ASSERT_EQ(::stat(path("rules/" + RULE_OF_1A2B_3C4D).toLocal8Bit().constData(), &rule), 0);
-    EXPECT_EQ(rule.st_mode & 07777U, 0644U);
+    EXPECT_EQ(modeOf(path("rules/" + RULE_OF_1A2B_3C4D)), 0644);
 }
 
 TEST_F(AccessProgram, ReadersOfSeveralIds_AreNamedAndNoneIsOpened)
@@ -254,7 +235,7 @@ TEST_F(AccessProgram, FolderThatCannotBeWritten_IsNamedAndNothingIsLeftThere)
     EXPECT_EQ(result.exitStatus, 1);
     const char *const message =
         "/etc/udev/rules.d/69-idcard-reader-1a2b-3c4d.rules could not be written.";
-    EXPECT_THAT(result.standardError.toStdString(), HasSubstr(message));
+    EXPECT_THAT(result.error(), HasSubstr(message));
     EXPECT_EQ(contentOf("calls"), "");
 
     const ProcessResult full =
@@ -263,8 +244,8 @@ TEST_F(AccessProgram, FolderThatCannotBeWritten_IsNamedAndNothingIsLeftThere)
             "cat /dev/zero >/etc/udev/rules.d/filler 2>/dev/null || true\n"
             "set -- sh -c '\"$0\" \"$@\" || { s=$?; ls -A /etc/udev/rules.d; exit $s; }' \"$@\"\n");
     EXPECT_EQ(full.exitStatus, 1);
-    EXPECT_THAT(full.standardError.toStdString(), HasSubstr(message));
-    EXPECT_EQ(full.standardOutput.toStdString(), "filler\n");
+    EXPECT_THAT(full.error(), HasSubstr(message));
+    EXPECT_EQ(full.output(), "filler\n");
 }
 
 class AccessRemoval : public AccessProgram
@@ -285,8 +266,8 @@ const char *const OTHER_RULES[] = {"69-idcard-reader-local.rules", "69-idcard-re
 TEST_F(AccessRemoval, AllRulesOfTheProgram_GoAndNoOthers)
 {
     const ProcessResult result = run({"--remove"});
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
-    EXPECT_THAT(result.standardOutput.toStdString(),
+    EXPECT_EQ(result.exitStatus, 0) << result.error();
+    EXPECT_THAT(result.output(),
                 AllOf(HasSubstr("/etc/udev/rules.d/69-idcard-reader-0001-ffff.rules is removed.\n"),
                       HasSubstr("/etc/udev/rules.d/69-idcard-reader-1a2b-3c4d.rules is removed.\n"),
                       HasSubstr("stays open until it is unplugged")));
@@ -305,7 +286,7 @@ TEST_F(AccessRemoval, NothingToRemove_IsNoFailure)
 {
     const ProcessResult result = run({"--remove", "--device", "1a2b:0000"});
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.standardOutput.toStdString(), "There is no such rule in /etc/udev/rules.d.\n");
+    EXPECT_EQ(result.output(), "There is no such rule in /etc/udev/rules.d.\n");
     EXPECT_EQ(rules().size(), 4U);
     EXPECT_EQ(contentOf("calls"), "");
 }
@@ -315,6 +296,25 @@ TEST_F(AccessRemoval, NoUdevThatRuns_IsAFailureAfterTheRemoval)
     hasUdev = false;
     EXPECT_EQ(run({"--remove"}).exitStatus, 4);
     EXPECT_THAT(rules(), testing::ElementsAreArray(OTHER_RULES));
+}
+
+TEST_F(AccessProgram, InstallationOfThePackage_OpensTheReadersThatArePluggedIn)
+{
+    const QStringList script = {"sh", IDCARD_SOURCE_DIR "/debian/libidcard-reader-lib1.postinst",
+                                "configure"};
+    write("refused", "control");
+    EXPECT_EQ(runAsRoot(script).exitStatus, 0) << "a udev that fails keeps no package out";
+    EXPECT_THAT(contentOf("calls"), AllOf(HasSubstr("control --reload\n"),
+                                          HasSubstr("trigger --subsystem-match=usb ")));
+}
+
+TEST_F(AccessProgram, InstallationOfThePackageWithoutUdev_IsDone)
+{
+    hasUdev = false;
+    const QStringList script = {"sh", IDCARD_SOURCE_DIR "/debian/libidcard-reader-lib1.postinst",
+                                "configure"};
+    EXPECT_EQ(runAsRoot(script).exitStatus, 0);
+    EXPECT_EQ(contentOf("calls"), "");
 }
 
 TEST_F(AccessRemoval, PurgeOfTheLastPackage_TakesTheRulesOfTheProgramAndNoOthers)

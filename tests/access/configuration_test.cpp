@@ -21,20 +21,15 @@ protected:
     /** Configures a project that holds nothing else. */
     ProcessResult configure(const QStringList &definitions)
     {
-        QFile list(folder.filePath("CMakeLists.txt"));
-        EXPECT_TRUE(list.open(QIODevice::WriteOnly));
-        list.write("cmake_minimum_required(VERSION 3.13)\n"
-                   "project(access LANGUAGES NONE)\n"
-                   "set(CMAKE_INSTALL_SBINDIR sbin)\n"
-                   "set(CMAKE_INSTALL_DATADIR share)\n"
-                   "add_subdirectory(packaging)\n");
-        list.close();
         for (const char *name : {"packaging/udev", "packaging/desktop"})
             EXPECT_TRUE(QDir(folder.path()).mkpath(name));
-        QFile parts(folder.filePath("packaging/CMakeLists.txt"));
-        EXPECT_TRUE(parts.open(QIODevice::WriteOnly));
-        parts.write("include(access.cmake)\ninclude(desktop.cmake)\n");
-        parts.close();
+        writeFile(folder.filePath("CMakeLists.txt"), "cmake_minimum_required(VERSION 3.13)\n"
+                                                     "project(access LANGUAGES NONE)\n"
+                                                     "set(CMAKE_INSTALL_SBINDIR sbin)\n"
+                                                     "set(CMAKE_INSTALL_DATADIR share)\n"
+                                                     "add_subdirectory(packaging)\n");
+        writeFile(folder.filePath("packaging/CMakeLists.txt"),
+                  "include(access.cmake)\ninclude(desktop.cmake)\n");
         const QString source = IDCARD_SOURCE_DIR "/packaging/";
         const QString own = folder.filePath("packaging/");
         for (const char *name : {"access.cmake", "desktop.cmake", "udev/69-idcard-reader.rules.in",

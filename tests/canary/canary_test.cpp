@@ -27,8 +27,6 @@ using testing::Not;
 
 /** What the maker's library does not deliver, though the chip holds it. */
 const MarkNames CHIP_ONLY = {"issueCount", "nationalityCode", "cardVersion", "authorityCode"};
-/** What the decoders of a raw record leave aside. */
-const MarkNames NOT_DECODED = {"cardVersion", "authorityCode", "cardExtra"};
 /** What a raw record has codes for, and what cannot be distinguished from the digits beside it.
  */
 const MarkNames NOT_IN_RECORD = {"sex",        "ethnicGroup",     "nationality",
@@ -66,11 +64,7 @@ std::string nameOfKind(const testing::TestParamInfo<Card> &card)
 class Canary : public testing::TestWithParam<Card>
 {
 protected:
-    bool isOfKind(const char *kind) const
-    {
-        return QLatin1String(GetParam().kind) == QLatin1String(kind);
-    }
-    bool hasPrints() const { return isOfKind("resident"); }
+    bool hasPrints() const { return GetParam().kind == QLatin1String("resident"); }
 
     /** The texts of the card, without those that a road does not deliver. */
     MarkNames textsBut(const MarkNames &missing) const
@@ -82,7 +76,6 @@ protected:
         return names;
     }
     MarkNames readTexts() const { return textsBut(CHIP_ONLY); }
-    MarkNames decodedTexts() const { return textsBut(NOT_DECODED); }
     /** The tool shows the whole of a text that the decoder cut. */
     MarkNames toolTexts() const { return textsBut({"cardVersion", "authorityCode"}); }
 
@@ -360,38 +353,16 @@ TEST_P(CanaryOnUsb, Usb_PrintsTheTextsAndSavesEverythingInItsPlaceAlone)
     EXPECT_EQ(findings(result), expected);
 }
 
-class CanaryUsbFailure : public CanaryOnUsb
+TEST_P(CanaryOnUsb, UsbThatFails_RevealsNothing)
 {
-protected:
-    void expectNothing(const char *fault)
-    {
-        plugIn(fault);
+    plugIn({});
+    for (const char *fault : {"read-answer-cut=900", "read-answer-corrupted=5",
+                              "read-answer-too-long", "unplugged-during=6"}) {
+        bus().change([&] { prepare(cardFile(), fault); });
         const ProcessResult result = usb({"--out", "card", "--raw", "raw"});
         EXPECT_NE(result.exitStatus, 0) << fault;
         EXPECT_THAT(findings(result), IsEmpty()) << fault;
     }
-};
-
-INSTANTIATE_TEST_SUITE_P(Kinds, CanaryUsbFailure, testing::ValuesIn(cards()), nameOfKind);
-
-TEST_P(CanaryUsbFailure, AnswerCut_RevealsNothing)
-{
-    expectNothing("read-answer-cut=900");
-}
-
-TEST_P(CanaryUsbFailure, AnswerCorrupted_RevealsNothing)
-{
-    expectNothing("read-answer-corrupted=5");
-}
-
-TEST_P(CanaryUsbFailure, AnswerTooLong_RevealsNothing)
-{
-    expectNothing("read-answer-too-long");
-}
-
-TEST_P(CanaryUsbFailure, UnpluggedInTheMiddle_RevealsNothing)
-{
-    expectNothing("unplugged-during=6");
 }
 
 // The window.

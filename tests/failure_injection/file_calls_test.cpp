@@ -61,6 +61,9 @@ std::vector<Case> cases()
     return all;
 }
 
+/** What is there before the new files are written. */
+enum Folder { NEW_FOLDER, OLD_FILES };
+
 class FileCall : public testing::TestWithParam<Case>
 {
 protected:
@@ -82,6 +85,25 @@ protected:
         madeOfLast = lastFileCallsMade();
         setFailingFileCalls({});
         return problem.toStdString();
+    }
+
+    /** Does `work` with the number of each call in turn, each time in a folder as it is at first.
+     */
+    void atEachCall(Folder before, const std::function<void(int position)> &work) const
+    {
+        const auto begin = [&] {
+            clear();
+            if (before == OLD_FILES)
+                makeOldFiles();
+        };
+        begin();
+        write(0);
+        const int count = made;
+        for (int position = 1; position <= count; ++position) {
+            SCOPED_TRACE(position);
+            begin();
+            work(position);
+        }
     }
 
     /** As above with one call; `position` 0 fails nothing. */
@@ -159,30 +181,20 @@ INSTANTIATE_TEST_SUITE_P(EachFunction, FileCall, testing::ValuesIn(cases()),
 
 TEST_P(FileCall, FailsInANewFolder_AllFilesAreThereOrNothingIs)
 {
-    write(0);
-    const int count = made;
-    for (int position = 1; position <= count; ++position) {
-        SCOPED_TRACE(position);
-        clear();
+    atEachCall(NEW_FOLDER, [this](int position) {
         const std::string problem = write(position);
         if (problem.empty()) {
             EXPECT_EQ(folderState(folder()), NEW_STATE);
-            continue;
+            return;
         }
         expectReported(problem);
         EXPECT_FALSE(QDir(folder()).exists()) << testing::PrintToString(folderState(folder()));
-    }
+    });
 }
 
 TEST_P(FileCall, FailsWhereFilesAreReplaced_TheNewOnesAreThereOrTheOldOnes)
 {
-    makeOldFiles();
-    write(0);
-    const int count = made;
-    for (int position = 1; position <= count; ++position) {
-        SCOPED_TRACE(position);
-        clear();
-        makeOldFiles();
+    atEachCall(OLD_FILES, [this](int position) {
         const MessageLog log;
         const std::string problem = write(position);
         if (!problem.empty())
@@ -191,20 +203,16 @@ TEST_P(FileCall, FailsWhereFilesAreReplaced_TheNewOnesAreThereOrTheOldOnes)
         if (GetParam().function == "unlink")
             takeAwayWhatIsReported(state, log);
         EXPECT_EQ(state, problem.empty() ? replaced() : OLD_STATE);
-    }
+    });
 }
 
 TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndLeftoversAreReported)
 {
-    makeOldFiles();
-    write(0);
-    const int count = made;
-    for (int position = 1; position <= count; ++position) {
+    atEachCall(OLD_FILES, [this](int position) {
         for (const char *const function : FILE_FUNCTIONS) {
             int left = 1;
             for (int second = 1; second <= left; ++second) {
-                SCOPED_TRACE(std::to_string(position) + " and " + function + ' ' +
-                             std::to_string(second));
+                SCOPED_TRACE(std::string(function) + ' ' + std::to_string(second));
                 clear();
                 makeOldFiles();
                 const MessageLog log;
@@ -214,7 +222,7 @@ TEST_P(FileCall, AndAnotherFailWhereFilesAreReplaced_NoContentIsGoneAndLeftovers
                 expectThereOrReported(problem.empty() ? replaced() : OLD_STATE, log);
             }
         }
-    }
+    });
 }
 
 namespace
@@ -227,7 +235,6 @@ protected:
     /** Writes in a process of its own, to which the signal comes at this call. */
     void expectEndAt(int position, const State &state) const
     {
-        SCOPED_TRACE(position);
         const int status = ForkedWork([&](int /*report*/) { write(position); }).wait().status;
         EXPECT_TRUE(WIFSIGNALED(status)) << status;
         EXPECT_EQ(WTERMSIG(status), -GetParam().error);
@@ -254,24 +261,12 @@ INSTANTIATE_TEST_SUITE_P(AtEachFunction, EndingSignal, testing::ValuesIn(casesOf
 
 TEST_P(EndingSignal, InANewFolder_EndsTheProgramWhenAllFilesAreThere)
 {
-    write(0);
-    const int count = made;
-    for (int position = 1; position <= count; ++position) {
-        clear();
-        expectEndAt(position, NEW_STATE);
-    }
+    atEachCall(NEW_FOLDER, [this](int position) { expectEndAt(position, NEW_STATE); });
 }
 
 TEST_P(EndingSignal, WhereFilesAreReplaced_EndsTheProgramWhenTheNewOnesAreThereAndNothingIsLeft)
 {
-    makeOldFiles();
-    write(0);
-    const int count = made;
-    for (int position = 1; position <= count; ++position) {
-        clear();
-        makeOldFiles();
-        expectEndAt(position, replaced());
-    }
+    atEachCall(OLD_FILES, [this](int position) { expectEndAt(position, replaced()); });
 }
 
 TEST(NumberedFolder, ThatAnotherProgramMakesAtTheSameTime_IsLeftToItAndTheNextOneTaken)

@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QGuiApplication>
-
 #include "tests/failure_injection/failing_calls.h"
 #include "tests/failure_injection/failing_memory.h"
 #include "tests/failure_injection/quiet_log.h"
@@ -19,7 +17,6 @@ namespace
 
 using namespace failure_injection;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 /** Whether the port of the maker's reader is open; the library must have loaded it. */
 bool portIsOpen()

@@ -35,11 +35,10 @@ QStringList complaintsAbout(const Record &record, const Record &whole)
 {
     QStringList complaints;
     bool ended = false;
-    for (const auto field : writeOrder(record)) {
-        const bool isWritten = !isMark(record.*field);
-        if (isWritten && record.*field != whole.*field)
-            complaints << QStringLiteral("a field holds something else: ") +
-                              QString::fromStdString(record.*field);
+    for (const auto &field : fieldsOf(record)) {
+        const bool isWritten = !isMark(record.*field.member);
+        if (isWritten && record.*field.member != whole.*field.member)
+            complaints << QStringLiteral("%1 holds something else").arg(field.name);
         if (isWritten && ended)
             complaints << QStringLiteral("a field was written after one that was not");
         ended = ended || !isWritten;

@@ -4,7 +4,6 @@
 // and what a table of many such reads says.
 
 #include <map>
-#include <string>
 
 #include <QByteArray>
 #include <QString>

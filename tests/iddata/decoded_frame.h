@@ -2,25 +2,11 @@
 
 // A raw card record through the decoders, as a host does it.
 
-#include <map>
-#include <string>
-
 #include <QByteArray>
 
 #include "reader/reader_frames.h"
 #include "tests/iddata/decoder.h"
 #include "tests/iddata/record_fields.h"
-
-using FieldTexts = std::map<std::string, std::string>;
-
-template <typename Record>
-FieldTexts textsOf(const Record &record)
-{
-    FieldTexts texts;
-    for (const auto &field : fieldsOf(record))
-        texts[field.name] = record.*field.member;
-    return texts;
-}
 
 struct DecodedFrame {
     ID_TYPE type = ID_TYPE_CN;

@@ -2,6 +2,7 @@
 
 #include "tests/iddata/decoder.h"
 #include "tests/iddata/guarded_bytes.h"
+#include "tests/support/ucs2.h"
 
 #include <algorithm>
 #include <csignal>
@@ -20,16 +21,6 @@ namespace
 using Bytes = std::vector<unsigned char>;
 
 constexpr unsigned char UNTOUCHED = 0x5a;
-
-Bytes ucs2(const std::u16string &text)
-{
-    Bytes bytes;
-    for (const char16_t character : text) {
-        bytes.push_back(static_cast<unsigned char>(character & 0xff));
-        bytes.push_back(static_cast<unsigned char>(character >> 8));
-    }
-    return bytes;
-}
 
 /** What is in an output of `capacity` bytes, zeroed before, once `field` was decoded into it. */
 std::string decoded(const Bytes &field, int capacity)
@@ -75,12 +66,6 @@ constexpr Character TWO_BYTES = {u'\u00e9', "\xc3\xa9"};
 constexpr Character THREE_BYTES = {u'\u4e2d', "\xe4\xb8\xad"};
 
 } // namespace
-
-TEST(Field, FifteenChineseCharactersInThirtyOneBytes_KeepTen)
-{
-    const std::string bytes = decoded(ucs2(u"一二三四五六七八九十甲乙丙丁戊"), 31);
-    EXPECT_EQ(bytes, std::string("一二三四五六七八九十") + '\0');
-}
 
 TEST(Field, EveryCapacityAndMixture_KeepsTheLongestPrefixOfWholeCharacters)
 {

@@ -5,11 +5,11 @@
 
 #include <QByteArray>
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
-#include <QStringList>
+
+#include "tests/support/files.h"
 
 struct GoldenRecord {
     QByteArray frame;
@@ -21,12 +21,8 @@ inline QDir goldenFolder()
     return {QStringLiteral(IDCARD_SOURCE_DIR "/tests/iddata/golden")};
 }
 
-/** Empty where a file is missing. */
 inline GoldenRecord goldenRecord(const QString &card)
 {
-    const auto content = [&card](const char *suffix) {
-        QFile file(goldenFolder().filePath(card + QLatin1String(suffix)));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    return {content(".bin"), QJsonDocument::fromJson(content(".json")).object()};
+    const QString path = goldenFolder().filePath(card);
+    return {readFile(path + ".bin"), QJsonDocument::fromJson(readFile(path + ".json")).object()};
 }

@@ -1,16 +1,14 @@
 // Every card of the simulator against its golden record: the frame that the simulator makes, and
 // what the decoders make of it.
 
-#include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
+#include "tests/simulator/built_in_card.h"
 #include "tests/support/test_name.h"
 
-#include <algorithm>
 #include <map>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -40,24 +38,14 @@ FieldTexts textsOf(const QJsonObject &object)
     return texts;
 }
 
-std::vector<std::string> cards()
-{
-    std::vector<std::string> names;
-    for (const QString &name : simulator::builtInCardNames())
-        names.push_back(name.toStdString());
-    return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Cards, Golden, testing::ValuesIn(cards()), testNameOf);
+INSTANTIATE_TEST_SUITE_P(Cards, Golden, testing::ValuesIn(builtInCardParameters()), testNameOf);
 
 } // namespace
 
 TEST_P(Golden, FrameOfTheSimulator_IsTheGoldenOne)
 {
-    simulator::DescriptionError error;
-    const auto card = simulator::loadCard(name, &error);
-    ASSERT_TRUE(card);
-    const QByteArray frame = simulator::readAnswer(*card, card->faults);
+    const simulator::CardDescription card = builtInCard(name);
+    const QByteArray frame = simulator::readAnswer(card, card.faults);
     ASSERT_EQ(frame.size(), golden.frame.size());
     for (int i = 0; i < frame.size(); ++i)
         ASSERT_EQ(frame.at(i), golden.frame.at(i)) << "byte " << i;

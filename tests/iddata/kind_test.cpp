@@ -77,8 +77,7 @@ TEST(KindOfDocument, NullPointers_AreLoggedAndLeaveTheKind)
     EXPECT_FALSE(decoder->parseIDType(block.data(), nullptr));
     EXPECT_FALSE(decoder->parseIDType(nullptr, nullptr)) << "the kind is looked at first";
     EXPECT_EQ(type, UNTOUCHED);
-    EXPECT_THAT(log.texts(), ElementsAre("byData parameter invalid!", "pIDType parameter invalid!",
-                                         "pIDType parameter invalid!"));
-    EXPECT_EQ(log.messages().front().type, QtDebugMsg);
-    EXPECT_EQ(log.messages().front().category, "default");
+    EXPECT_THAT(log.debugTexts(),
+                ElementsAre("byData parameter invalid!", "pIDType parameter invalid!",
+                            "pIDType parameter invalid!"));
 }

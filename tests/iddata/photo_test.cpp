@@ -49,9 +49,7 @@ protected:
     {
         const MessageLog log;
         decoder->parseIDHeadImage(wlt.data(), bmp.data());
-        EXPECT_THAT(log.texts(), ElementsAre("解码头像数据失败!"));
-        EXPECT_EQ(log.messages().front().type, QtDebugMsg);
-        EXPECT_EQ(log.messages().front().category, "default");
+        EXPECT_THAT(log.debugTexts(), ElementsAre("解码头像数据失败!"));
         EXPECT_TRUE(bmp.holdOnly(UNTOUCHED));
     }
 

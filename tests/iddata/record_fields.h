@@ -3,68 +3,45 @@
 // The fields of the four text records by name, in their order.
 
 #include <string>
-#include <vector>
 
 #include "iddata/id_text_records.h"
+#include "tests/library/named_field.h"
 
-template <typename Record>
-struct NamedField {
-    const char *name;
-    std::string Record::*member;
-};
-
-// NOLINTNEXTLINE(bugprone-macro-parentheses): a member's name cannot stand in parentheses
-#define NAMED(Record, member)                                                                      \
-    {                                                                                              \
-#member, &Record::member                                                                   \
-    }
-
-inline const std::vector<NamedField<_tagID_TEXT_INFO_CN>> &fieldsOf(const _tagID_TEXT_INFO_CN &)
+inline NamedFields<_tagID_TEXT_INFO_CN> fieldsOf(const _tagID_TEXT_INFO_CN &)
 {
     using R = _tagID_TEXT_INFO_CN;
-    static const std::vector<NamedField<R>> fields = {
-        NAMED(R, szName),       NAMED(R, szSex),        NAMED(R, szNation),  NAMED(R, szBirthYear),
-        NAMED(R, szBirthMonth), NAMED(R, szBirthDay),   NAMED(R, szAddress), NAMED(R, szID),
-        NAMED(R, szDept),       NAMED(R, szValidStart), NAMED(R, szValidEnd)};
-    return fields;
+    return {NAMED(R, szName),       NAMED(R, szSex),        NAMED(R, szNation),
+            NAMED(R, szBirthYear),  NAMED(R, szBirthMonth), NAMED(R, szBirthDay),
+            NAMED(R, szAddress),    NAMED(R, szID),         NAMED(R, szDept),
+            NAMED(R, szValidStart), NAMED(R, szValidEnd)};
 }
 
-inline const std::vector<NamedField<_tagID_TEXT_INFO_HMT>> &fieldsOf(const _tagID_TEXT_INFO_HMT &)
+inline NamedFields<_tagID_TEXT_INFO_HMT> fieldsOf(const _tagID_TEXT_INFO_HMT &)
 {
     using R = _tagID_TEXT_INFO_HMT;
-    static const std::vector<NamedField<R>> fields = {
-        NAMED(R, szName),       NAMED(R, szSex),        NAMED(R, szBirthYear),
-        NAMED(R, szBirthMonth), NAMED(R, szBirthDay),   NAMED(R, szAddress),
-        NAMED(R, szID),         NAMED(R, szDept),       NAMED(R, szValidStart),
-        NAMED(R, szValidEnd),   NAMED(R, szPassNumber), NAMED(R, szIssueCount)};
-    return fields;
+    return {NAMED(R, szName),       NAMED(R, szSex),        NAMED(R, szBirthYear),
+            NAMED(R, szBirthMonth), NAMED(R, szBirthDay),   NAMED(R, szAddress),
+            NAMED(R, szID),         NAMED(R, szDept),       NAMED(R, szValidStart),
+            NAMED(R, szValidEnd),   NAMED(R, szPassNumber), NAMED(R, szIssueCount)};
 }
 
-inline const std::vector<NamedField<_tagID_TEXT_INFO_FOREIGN_2017>> &
-fieldsOf(const _tagID_TEXT_INFO_FOREIGN_2017 &)
+inline NamedFields<_tagID_TEXT_INFO_FOREIGN_2017> fieldsOf(const _tagID_TEXT_INFO_FOREIGN_2017 &)
 {
     using R = _tagID_TEXT_INFO_FOREIGN_2017;
-    static const std::vector<NamedField<R>> fields = {
-        NAMED(R, szEnglishName),     NAMED(R, szSex),         NAMED(R, szID),
-        NAMED(R, szNationalityCode), NAMED(R, szChineseName), NAMED(R, szValidStart),
-        NAMED(R, szValidEnd),        NAMED(R, szBirthYear),   NAMED(R, szBirthMonth),
-        NAMED(R, szBirthDay)};
-    return fields;
+    return {NAMED(R, szEnglishName),     NAMED(R, szSex),         NAMED(R, szID),
+            NAMED(R, szNationalityCode), NAMED(R, szChineseName), NAMED(R, szValidStart),
+            NAMED(R, szValidEnd),        NAMED(R, szBirthYear),   NAMED(R, szBirthMonth),
+            NAMED(R, szBirthDay)};
 }
 
-inline const std::vector<NamedField<_tagID_TEXT_INFO_FOREIGN_NEW>> &
-fieldsOf(const _tagID_TEXT_INFO_FOREIGN_NEW &)
+inline NamedFields<_tagID_TEXT_INFO_FOREIGN_NEW> fieldsOf(const _tagID_TEXT_INFO_FOREIGN_NEW &)
 {
     using R = _tagID_TEXT_INFO_FOREIGN_NEW;
-    static const std::vector<NamedField<R>> fields = {
-        NAMED(R, szChineseName), NAMED(R, szSex),        NAMED(R, szCardExtra),
-        NAMED(R, szBirthYear),   NAMED(R, szBirthMonth), NAMED(R, szBirthDay),
-        NAMED(R, szEnglishName), NAMED(R, szID),         NAMED(R, szValidStart),
-        NAMED(R, szValidEnd),    NAMED(R, szNationality)};
-    return fields;
+    return {NAMED(R, szChineseName), NAMED(R, szSex),        NAMED(R, szCardExtra),
+            NAMED(R, szBirthYear),   NAMED(R, szBirthMonth), NAMED(R, szBirthDay),
+            NAMED(R, szEnglishName), NAMED(R, szID),         NAMED(R, szValidStart),
+            NAMED(R, szValidEnd),    NAMED(R, szNationality)};
 }
-
-#undef NAMED
 
 /** What the fields of `oldRecord` hold. */
 inline constexpr const char *OLD_TEXT = "old";

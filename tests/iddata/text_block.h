@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tests/iddata/guarded_bytes.h"
+#include "tests/support/ucs2.h"
 
 class TextBlock
 {
@@ -24,10 +25,8 @@ public:
     {
         if (offset + 2 * text.size() > SIZE)
             throw std::out_of_range("text reaches beyond the block");
-        for (const char16_t character : text) {
-            m_bytes.data()[offset++] = static_cast<unsigned char>(character & 0xff);
-            m_bytes.data()[offset++] = static_cast<unsigned char>(character >> 8);
-        }
+        const std::vector<unsigned char> bytes = ucs2(text);
+        std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + offset);
         return *this;
     }
 

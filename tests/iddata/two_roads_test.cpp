@@ -4,7 +4,7 @@
 #include "simulator/simulator.h"
 #include "tests/iddata/decoded_frame.h"
 #include "tests/iddata/golden_record.h"
-#include "tests/library/outputs.h"
+#include "tests/library/reading.h"
 #include "tests/support/files.h"
 #include "tests/support/test_name.h"
 
@@ -44,33 +44,18 @@ std::vector<Row> documentedRows()
     return rows;
 }
 
-// What readIDCard gives, by the names of the fields.
-
-#define ENTRY(record, member)                                                                      \
-    {                                                                                              \
-#member, (record).member                                                                   \
-    }
-#define COMMON_ENTRIES(record)                                                                     \
-    ENTRY(record, szSex), ENTRY(record, szID), ENTRY(record, szBirthYear),                         \
-        ENTRY(record, szBirthMonth), ENTRY(record, szBirthDay), ENTRY(record, szValidStart),       \
-        ENTRY(record, szValidEnd)
-
 struct NamedReading : Reading {
     FieldTexts texts() const
     {
         switch (cardKind) {
         case IDCARD_KIND_CN:
-            return {COMMON_ENTRIES(cn), ENTRY(cn, szName), ENTRY(cn, szNation),
-                    ENTRY(cn, szAddress), ENTRY(cn, szDept)};
+            return textsOf(cn);
         case IDCARD_KIND_HMT:
-            return {COMMON_ENTRIES(hmt), ENTRY(hmt, szName), ENTRY(hmt, szAddress),
-                    ENTRY(hmt, szDept), ENTRY(hmt, szPassNumber)};
+            return textsOf(hmt);
         case IDCARD_KIND_FOREIGN_2017:
-            return {COMMON_ENTRIES(f2017), ENTRY(f2017, szEnglishName), ENTRY(f2017, szChineseName),
-                    ENTRY(f2017, szNationality)};
+            return textsOf(f2017);
         case IDCARD_KIND_FOREIGN_NEW:
-            return {COMMON_ENTRIES(fNew), ENTRY(fNew, szEnglishName), ENTRY(fNew, szChineseName),
-                    ENTRY(fNew, szNationality), ENTRY(fNew, szCardExtra)};
+            return textsOf(fNew);
         default:
             return {};
         }
@@ -83,9 +68,6 @@ struct NamedReading : Reading {
         return photos[cardKind];
     }
 };
-
-#undef COMMON_ENTRIES
-#undef ENTRY
 
 std::string withoutEnd(std::string text)
 {

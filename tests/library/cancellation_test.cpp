@@ -117,7 +117,7 @@ namespace
 
 /** What a call points to outlives the thread. */
 struct Call : Reading {
-    int result = 1;
+    int result = 1; ///< until the call has returned
 
     void operator()() { result = read(); }
 };
@@ -215,17 +215,14 @@ TEST_F(Cancellation, WaitingForThePortToClose_ClosesItAndEndsTheThreadAfterTheCa
 {
     maker.findResult = 0;
     maker.waiting = Function::CLOSE;
-    bool returned = false;
-    CancelledThread thread([&] {
+    CancelledThread thread([this] {
         call();
-        returned = true;
         pthread_testcancel();
     });
     waitUntil([] { return hasCome.load(); });
     thread.cancel();
     mayGoOn = true;
     EXPECT_EQ(thread.end(), ThreadEnd::CANCELLED);
-    EXPECT_TRUE(returned);
     EXPECT_EQ(call.result, IDCARD_RESULT_NO_CARD);
     EXPECT_EQ(closed, 1);
     expectAnotherRead();
@@ -268,15 +265,12 @@ TEST_F(Cancellation, HostsMessageHandlerThatMayEndTheThread_WritesItsLine)
             pthread_testcancel();
             ++lines;
         });
-    bool returned = false;
-    CancelledThread thread([&] {
+    CancelledThread thread([this] {
         call();
-        returned = true;
         pthread_testcancel();
     });
     EXPECT_EQ(thread.end(), ThreadEnd::CANCELLED);
     qInstallMessageHandler(before);
-    EXPECT_TRUE(returned);
     EXPECT_EQ(lines, 1);
     EXPECT_EQ(call.result, IDCARD_RESULT_PHOTO_NOT_DECODED);
     EXPECT_EQ(closed, 1);
@@ -325,8 +319,7 @@ TEST_F(Cancellation, WhileTheRecordIsFilled_WaitsUntilTheCallHasReturned)
     maker.kind = CARD_INFO_KIND_CN;
     const QObject inTheMainThread; // Qt looks for it, whatever ran before
     const ExpectedWarning warning("WARNING: QApplication was not created in the main() thread");
-    bool returned = false;
-    CancelledThread thread([&] {
+    CancelledThread thread([this] {
         int before = 0;
         pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
         // The thread that has the application is the one that may paint.
@@ -338,10 +331,8 @@ TEST_F(Cancellation, WhileTheRecordIsFilled_WaitsUntilTheCallHasReturned)
         pthread_setcancelstate(before, nullptr);
         call();
         pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
-        returned = true;
     });
     EXPECT_EQ(thread.end(), ThreadEnd::RETURNED);
-    EXPECT_TRUE(returned);
     EXPECT_EQ(call.result, IDCARD_RESULT_OK);
     EXPECT_EQ(call.cardKind, static_cast<unsigned int>(IDCARD_KIND_CN));
     EXPECT_NE(call.front, Reading().front);

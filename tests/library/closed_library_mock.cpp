@@ -5,15 +5,18 @@ namespace
 
 ClosedLibraryMock *current = nullptr;
 
-/** The mock of the running test; a call without one fails the test. */
-ClosedLibraryMock *mock(const char *function)
-{
-    if (current == nullptr)
-        ADD_FAILURE() << function << " called outside of any script";
-    return current;
-}
-
 constexpr int NO_SCRIPT = -1000;
+
+/** Asks the mock of the running test; a call without one fails the test. */
+template <typename... Parameters>
+int ask(const char *name, int (ClosedLibraryMock::*function)(Parameters...),
+        Parameters... arguments)
+{
+    if (current != nullptr)
+        return (current->*function)(arguments...);
+    ADD_FAILURE() << name << " called outside of any script";
+    return NO_SCRIPT;
+}
 
 } // namespace
 
@@ -29,32 +32,27 @@ ClosedLibraryMock::~ClosedLibraryMock()
 
 int KVO_OpenPort(int port)
 {
-    ClosedLibraryMock *const library = mock("KVO_OpenPort");
-    return library != nullptr ? library->openPort(port) : NO_SCRIPT;
+    return ask("KVO_OpenPort", &ClosedLibraryMock::openPort, port);
 }
 
 int KVO_FindIDCard(int port)
 {
-    ClosedLibraryMock *const library = mock("KVO_FindIDCard");
-    return library != nullptr ? library->findIDCard(port) : NO_SCRIPT;
+    return ask("KVO_FindIDCard", &ClosedLibraryMock::findIDCard, port);
 }
 
 int KVO_ReadIDCard(int port, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
                    unsigned char *fp, unsigned int *fpLen, int flag)
 {
-    ClosedLibraryMock *const library = mock("KVO_ReadIDCard");
-    return library != nullptr ? library->readIDCard(port, info, photo, photoLen, fp, fpLen, flag)
-                              : NO_SCRIPT;
+    return ask("KVO_ReadIDCard", &ClosedLibraryMock::readIDCard, port, info, photo, photoLen, fp,
+               fpLen, flag);
 }
 
 int KVO_ClosePort(int port)
 {
-    ClosedLibraryMock *const library = mock("KVO_ClosePort");
-    return library != nullptr ? library->closePort(port) : NO_SCRIPT;
+    return ask("KVO_ClosePort", &ClosedLibraryMock::closePort, port);
 }
 
 int unpack(unsigned char *src, unsigned char *dst, int mode)
 {
-    ClosedLibraryMock *const library = mock("unpack");
-    return library != nullptr ? library->unpack(src, dst, mode) : NO_SCRIPT;
+    return ask("unpack", &ClosedLibraryMock::unpack, src, dst, mode);
 }

@@ -25,3 +25,29 @@ public:
 };
 
 using StrictClosedLibrary = testing::StrictMock<ClosedLibraryMock>;
+
+/** A test that scripts what the reader's library is asked, in this order and nothing else. */
+class ScriptedReader : public testing::Test
+{
+protected:
+    static constexpr int PORT = 1001;
+    static constexpr int DONE = 144;
+
+    void expectOpen(int result = DONE)
+    {
+        EXPECT_CALL(library, openPort(PORT)).WillOnce(testing::Return(result));
+    }
+    void expectFind(int result = DONE)
+    {
+        EXPECT_CALL(library, findIDCard(PORT)).WillOnce(testing::Return(result));
+    }
+    void expectFoundCard()
+    {
+        expectOpen();
+        expectFind();
+    }
+    void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(testing::Return(DONE)); }
+
+    testing::InSequence inSequence;
+    StrictClosedLibrary library;
+};

@@ -1,15 +1,14 @@
 // Field extraction: where every output field comes from, kind by kind, and how it is converted.
 
+#include "tests/library/closed_library_mock.h"
 #include "tests/library/reading.h"
 
 #include <functional>
-#include <vector>
 
 namespace
 {
 
 using testing::_;
-using testing::Return;
 
 /** The characters of a record filled with a different ideograph at every place. */
 QString charactersAt(int offset, int size)
@@ -20,22 +19,21 @@ QString charactersAt(int offset, int size)
     return text;
 }
 
-class FieldExtraction : public testing::Test
+class FieldExtraction : public ScriptedReader
 {
 protected:
     /** Reads a card of the maker's kind `kind` whose record `fill` has filled. */
     void read(int kind, const std::function<void(CardInfoStruct &)> &fill)
     {
-        EXPECT_CALL(library, openPort(_)).WillOnce(Return(144));
-        EXPECT_CALL(library, findIDCard(_)).WillOnce(Return(144));
-        EXPECT_CALL(library, closePort(_)).WillOnce(Return(144));
+        expectFoundCard();
         EXPECT_CALL(library, readIDCard(_, _, _, _, _, _, _))
             .WillOnce([kind, fill](int, CardInfoStruct *info, unsigned char *, unsigned int *,
                                    unsigned char *, unsigned int *, int) {
                 fill(*info);
                 info->kind = kind;
-                return 144;
+                return DONE;
             });
+        expectClose();
         ASSERT_EQ(reading.read(), 0);
     }
 
@@ -45,7 +43,6 @@ protected:
         read(kind, [](CardInfoStruct &info) { putText(info, 4, charactersAt(4, 1076)); });
     }
 
-    StrictClosedLibrary library;
     Reading reading;
 };
 
@@ -218,16 +215,6 @@ TEST_F(FieldExtraction, TwoLetterCode_IsFoundOnlyWhenAZeroFollows)
     read(4, [](CardInfoStruct &info) { putText(info, 1034, QStringLiteral("CR ")); });
     EXPECT_EQ(reading.f2017.szNationality, "哥斯达黎加");
     EXPECT_EQ(reading.fNew.szNationality, "");
-}
-
-TEST_F(FieldExtraction, LongTermEndDate_IsKeptAsText)
-{
-    read(1, [](CardInfoStruct &info) {
-        putText(info, 200, QStringLiteral("20200115"));
-        putText(info, 216, QStringLiteral("长期"));
-    });
-    EXPECT_EQ(reading.cn.szValidStart, "20200115");
-    EXPECT_EQ(reading.cn.szValidEnd, "长期");
 }
 
 TEST_F(FieldExtraction, RecordUsedAgain_IsReplacedFieldByField)

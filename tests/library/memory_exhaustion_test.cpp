@@ -10,6 +10,7 @@
 
 #include <QPixmap>
 
+#include "common/closed_functions.h"
 #include "reader/tav_reader.h"
 
 namespace
@@ -101,8 +102,8 @@ template <typename Record>
 void expectBeginning(const Record &record)
 {
     bool ended = false;
-    for (const auto field : writeOrder(record)) {
-        const bool written = (record.*field).rfind("before ", 0) != 0;
+    for (const auto &field : fieldsOf(record)) {
+        const bool written = (record.*field.member).rfind("before ", 0) != 0;
         EXPECT_FALSE(written && ended) << "a field was written after one that was not";
         ended = ended || !written;
     }

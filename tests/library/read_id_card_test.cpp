@@ -1,6 +1,6 @@
 // readIDCard: arguments, the order of its steps, result codes, photo and fingerprint rules.
 
-#include "render/makecardimg.h"
+#include "tests/library/closed_library_mock.h"
 #include "tests/library/reading.h"
 #include "tests/library/wide_console_capture.h"
 #include "tests/support/message_log.h"
@@ -15,13 +15,8 @@ namespace
 using testing::_;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::InSequence;
 using testing::Not;
-using testing::Return;
 using testing::Throw;
-
-constexpr int PORT = 1001;
-constexpr int DONE = 144;
 
 /** What one scripted read delivers. */
 struct Card {
@@ -31,19 +26,11 @@ struct Card {
     std::function<void(CardInfoStruct &)> fill;
 };
 
-class ReadIdCard : public testing::Test
+class ReadIdCard : public ScriptedReader
 {
 protected:
     ReadIdCard() { mark(reading); }
 
-    void expectOpen(int result = DONE)
-    {
-        EXPECT_CALL(library, openPort(PORT)).WillOnce(Return(result));
-    }
-    void expectFind(int result = DONE)
-    {
-        EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Return(result));
-    }
     void expectRead(const Card &card, int result = DONE)
     {
         EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
@@ -72,13 +59,11 @@ protected:
                 return result;
             });
     }
-    void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
 
     /** A whole read of `card`; its photo is decoded where `decoded` says what that gives. */
     int readOf(const Card &card, int result = DONE, std::optional<int> decoded = {})
     {
-        expectOpen();
-        expectFind();
+        expectFoundCard();
         expectRead(card, result);
         if (decoded)
             expectUnpack(*decoded);
@@ -94,8 +79,6 @@ protected:
     }
     void readCard(const Card &card) { EXPECT_EQ(readOf(card), 0); }
 
-    InSequence inSequence;
-    StrictClosedLibrary library;
     Reading reading;
     std::string printed;
     MessageLog log;
@@ -168,22 +151,9 @@ TEST_F(ReadIdCard, UnknownKind_GivesZeroWithNothingFilled)
     }
 }
 
-TEST_F(ReadIdCard, TransientFailures_AreRetriedInsideTheCall)
-{
-    expectOpen();
-    expectFind();
-    EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1)).WillOnce(Return(65));
-    expectRead({});
-    expectClose();
-    EXPECT_EQ(readOnConsole(), 0);
-    EXPECT_EQ(printed, "card reading fail!\n");
-    EXPECT_EQ(reading.cardKind, 0U);
-}
-
 TEST_F(ReadIdCard, WorkingBuffers_AreZeroWhenTheReaderGetsThem)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
         .WillOnce([](int, CardInfoStruct *info, unsigned char *photo, unsigned int *photoLen,
                      unsigned char *fp, unsigned int *fpLen, int) {
@@ -257,29 +227,6 @@ TEST_F(ReadIdCard, HmtPermitOfUnknownPrefix_HasAnEmptyBackAndSucceeds)
     EXPECT_EQ(reading.back, "");
 }
 
-TEST_F(ReadIdCard, Pictures_AreThoseOfTheKindsMakers)
-{
-    const auto fill = [](CardInfoStruct &info) {
-        putText(info, 4, QStringLiteral("林晓雨"));
-        putText(info, 268, QStringLiteral("何嘉敏"));
-        putText(info, 394, QStringLiteral("83"));
-        putText(info, 528, QStringLiteral("INGRID"));
-        putText(info, 844, QStringLiteral("EMIL"));
-    };
-    readCard({1, 38862, 0, fill});
-    EXPECT_EQ(reading.front, MakeCardImg::makeIDCardCNFrontBase64(&reading.cn).toStdString());
-    EXPECT_EQ(reading.back, MakeCardImg::makeIDCardCNBackBase64(&reading.cn).toStdString());
-    readCard({2, 38862, 0, fill});
-    EXPECT_EQ(reading.front, MakeCardImg::makeIDCardHmtFrontBase64(&reading.hmt).toStdString());
-    EXPECT_EQ(reading.back, MakeCardImg::makeIDCardHmtBackBase64(&reading.hmt).toStdString());
-    readCard({3, 38862, 0, fill});
-    EXPECT_EQ(reading.front, MakeCardImg::makeIDCardF2017FrontBase64(&reading.f2017).toStdString());
-    EXPECT_EQ(reading.back, MakeCardImg::makeIDCardF2017BackBase64(&reading.f2017).toStdString());
-    readCard({4, 38862, 0, fill});
-    EXPECT_EQ(reading.front, MakeCardImg::makeIDCardFNewFrontBase64(&reading.fNew).toStdString());
-    EXPECT_EQ(reading.back, MakeCardImg::makeIDCardFNewBackBase64(&reading.fNew).toStdString());
-}
-
 TEST_F(ReadIdCard, CompressedPhotoThatDecodes_IsHandedOnAsItCameThenZeros)
 {
     for (const int kind : {1, 2, 3, 4}) {
@@ -301,13 +248,8 @@ TEST_F(ReadIdCard, CompressedPhotoThatDoesNotDecode_GivesMinus26BeforeAnythingIs
         EXPECT_EQ(readOf({1, 1024, 1024, {}}, DONE, result), -26);
         expectUntouched(reading);
     }
-    const auto messages = log.messages();
-    ASSERT_EQ(messages.size(), 4U);
-    for (const auto &message : messages) {
-        EXPECT_EQ(message.text, "解码头像数据失败!");
-        EXPECT_EQ(message.type, QtDebugMsg);
-        EXPECT_EQ(message.category, "default");
-    }
+    EXPECT_THAT(log.debugTexts(),
+                testing::AllOf(testing::SizeIs(4), testing::Each("解码头像数据失败!")));
 }
 
 TEST_F(ReadIdCard, UndecodablePhotoOfAnUnknownKind_StillGivesMinus26)
@@ -354,8 +296,7 @@ TEST_F(ReadIdCard, SecondCall_BuildsAFreshReader)
 
 TEST_F(ReadIdCard, ThrowingRead_GivesMinus23AndClosesThePort)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     EXPECT_CALL(library, readIDCard(PORT, _, _, _, _, _, 1))
         .WillOnce(Throw(std::runtime_error("read")));
     expectClose();
@@ -366,8 +307,7 @@ TEST_F(ReadIdCard, ThrowingRead_GivesMinus23AndClosesThePort)
 
 TEST_F(ReadIdCard, ThrowingDecoder_GivesMinus26AndClosesThePort)
 {
-    expectOpen();
-    expectFind();
+    expectFoundCard();
     expectRead({1, 1024, 0, {}});
     EXPECT_CALL(library, unpack(_, _, 106)).WillOnce(Throw(std::runtime_error("unpack")));
     expectClose();

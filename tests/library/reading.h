@@ -2,50 +2,56 @@
 
 // Helpers to script the card that one call of readIDCard reads, and to look at what it wrote.
 
-#include "tests/library/closed_library_mock.h"
+#include "common/card_info_struct.h"
+#include "tests/library/named_field.h"
 #include "tests/library/outputs.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include <QString>
 
-/** The text fields of a record in the order in which a read writes them. */
-template <typename Record>
-using WriteOrder = std::vector<std::string Record::*>;
+#include "tests/support/ucs2.h"
 
-inline WriteOrder<_tagIDCARD_INFO_ALL_CN> writeOrder(const _tagIDCARD_INFO_ALL_CN &)
+// The text fields of a record in the order in which a read writes them.
+
+inline NamedFields<_tagIDCARD_INFO_ALL_CN> fieldsOf(const _tagIDCARD_INFO_ALL_CN &)
 {
     using R = _tagIDCARD_INFO_ALL_CN;
-    return {&R::szName,      &R::szSex,        &R::szNation,   &R::szID,
-            &R::szAddress,   &R::szValidStart, &R::szValidEnd, &R::szDept,
-            &R::szBirthYear, &R::szBirthMonth, &R::szBirthDay};
+    return {NAMED(R, szName),      NAMED(R, szSex),        NAMED(R, szNation),   NAMED(R, szID),
+            NAMED(R, szAddress),   NAMED(R, szValidStart), NAMED(R, szValidEnd), NAMED(R, szDept),
+            NAMED(R, szBirthYear), NAMED(R, szBirthMonth), NAMED(R, szBirthDay)};
 }
-inline WriteOrder<_tagIDCARD_INFO_ALL_HMT> writeOrder(const _tagIDCARD_INFO_ALL_HMT &)
+inline NamedFields<_tagIDCARD_INFO_ALL_HMT> fieldsOf(const _tagIDCARD_INFO_ALL_HMT &)
 {
     using R = _tagIDCARD_INFO_ALL_HMT;
-    return {&R::szName,       &R::szSex,        &R::szID,        &R::szAddress,
-            &R::szValidStart, &R::szValidEnd,   &R::szBirthYear, &R::szBirthMonth,
-            &R::szBirthDay,   &R::szPassNumber, &R::szDept};
+    return {NAMED(R, szName),       NAMED(R, szSex),        NAMED(R, szID),
+            NAMED(R, szAddress),    NAMED(R, szValidStart), NAMED(R, szValidEnd),
+            NAMED(R, szBirthYear),  NAMED(R, szBirthMonth), NAMED(R, szBirthDay),
+            NAMED(R, szPassNumber), NAMED(R, szDept)};
 }
-inline WriteOrder<_tagIDCARD_INFO_ALL_FOREIGN_2017>
-writeOrder(const _tagIDCARD_INFO_ALL_FOREIGN_2017 &)
+inline NamedFields<_tagIDCARD_INFO_ALL_FOREIGN_2017>
+fieldsOf(const _tagIDCARD_INFO_ALL_FOREIGN_2017 &)
 {
     using R = _tagIDCARD_INFO_ALL_FOREIGN_2017;
-    return {&R::szEnglishName, &R::szSex,        &R::szID,       &R::szNationality,
-            &R::szChineseName, &R::szValidStart, &R::szValidEnd, &R::szBirthYear,
-            &R::szBirthMonth,  &R::szBirthDay};
+    return {NAMED(R, szEnglishName), NAMED(R, szSex),         NAMED(R, szID),
+            NAMED(R, szNationality), NAMED(R, szChineseName), NAMED(R, szValidStart),
+            NAMED(R, szValidEnd),    NAMED(R, szBirthYear),   NAMED(R, szBirthMonth),
+            NAMED(R, szBirthDay)};
 }
-inline WriteOrder<_tagIDCARD_INFO_ALL_FOREIGN_NEW>
-writeOrder(const _tagIDCARD_INFO_ALL_FOREIGN_NEW &)
+inline NamedFields<_tagIDCARD_INFO_ALL_FOREIGN_NEW>
+fieldsOf(const _tagIDCARD_INFO_ALL_FOREIGN_NEW &)
 {
     using R = _tagIDCARD_INFO_ALL_FOREIGN_NEW;
-    return {&R::szChineseName, &R::szSex,        &R::szID,       &R::szNationality,
-            &R::szEnglishName, &R::szValidStart, &R::szValidEnd, &R::szBirthYear,
-            &R::szBirthMonth,  &R::szBirthDay,   &R::szCardExtra};
+    return {NAMED(R, szChineseName), NAMED(R, szSex),         NAMED(R, szID),
+            NAMED(R, szNationality), NAMED(R, szEnglishName), NAMED(R, szValidStart),
+            NAMED(R, szValidEnd),    NAMED(R, szBirthYear),   NAMED(R, szBirthMonth),
+            NAMED(R, szBirthDay),    NAMED(R, szCardExtra)};
 }
 
 /** Every string field of a record; the spare one, which no read writes, is the last. */
@@ -53,8 +59,8 @@ template <typename Record>
 std::vector<std::string *> stringFields(Record &record)
 {
     std::vector<std::string *> fields;
-    for (const auto field : writeOrder(record))
-        fields.push_back(&(record.*field));
+    for (const auto &field : fieldsOf(record))
+        fields.push_back(&(record.*field.member));
     if constexpr (std::is_same_v<Record, _tagIDCARD_INFO_ALL_HMT> ||
                   std::is_same_v<Record, _tagIDCARD_INFO_ALL_FOREIGN_2017>)
         fields.push_back(&record.szReserved);
@@ -118,9 +124,6 @@ inline void expectUntouched(Reading &reading)
 /** Writes `text` as UCS-2, little-endian, at byte `offset` of the maker's record. */
 inline void putText(CardInfoStruct &info, int offset, const QString &text)
 {
-    auto *const bytes = reinterpret_cast<unsigned char *>(&info) + offset;
-    for (std::ptrdiff_t i = 0; i < text.size(); ++i) {
-        bytes[2 * i] = text.at(static_cast<int>(i)).cell();
-        bytes[2 * i + 1] = text.at(static_cast<int>(i)).row();
-    }
+    const std::vector<unsigned char> bytes = ucs2(text.toStdU16String());
+    std::copy(bytes.begin(), bytes.end(), reinterpret_cast<unsigned char *>(&info) + offset);
 }

@@ -24,12 +24,8 @@
 namespace
 {
 
-using testing::InSequence;
 using testing::Return;
 using testing::Throw;
-
-constexpr int PORT = 1001;
-constexpr int DONE = 144;
 
 /** The five arguments of a fetch; only their addresses matter here. */
 struct Buffers {
@@ -54,28 +50,14 @@ void openAndClose()
     const CTavReader reader;
 }
 
-class TavReader : public testing::Test
+class TavReader : public ScriptedReader
 {
 protected:
-    void expectOpen(int result = DONE)
-    {
-        EXPECT_CALL(library, openPort(PORT)).WillOnce(Return(result));
-    }
-    void expectFind(int result = DONE)
-    {
-        EXPECT_CALL(library, findIDCard(PORT)).WillOnce(Return(result));
-    }
-    void expectFoundCard()
-    {
-        expectOpen();
-        expectFind();
-    }
     auto &expectRead()
     {
         return EXPECT_CALL(library, readIDCard(PORT, &buffers.info, buffers.photo,
                                                &buffers.photoLen, buffers.fp, &buffers.fpLen, 1));
     }
-    void expectClose() { EXPECT_CALL(library, closePort(PORT)).WillOnce(Return(DONE)); }
 
     /** What a reader prints from its making to its end while `use` works with it. */
     static std::string printedBy(const std::function<void(CTavReader &)> &use)
@@ -88,9 +70,7 @@ protected:
         return console.take();
     }
 
-    StrictClosedLibrary library;
     Buffers buffers;
-    InSequence inSequence;
 };
 
 } // namespace
@@ -134,9 +114,8 @@ TEST_F(TavReader, OpenAnsweringAnythingElse_HasFailedAndIsPrintedWithoutGrouping
 {
     for (const int code : {1, 0, 1234567}) {
         expectOpen(code);
-        WideConsoleCapture console;
-        openAndClose();
-        EXPECT_EQ(console.take(), "打开读卡器失败，错误码：" + std::to_string(code) + "\n");
+        EXPECT_EQ(printedBy([](CTavReader &) {}),
+                  "打开读卡器失败，错误码：" + std::to_string(code) + "\n");
     }
 }
 
@@ -180,15 +159,11 @@ TEST_F(TavReader, ManyTransientFailures_AreAllRetried)
     expectRead().WillOnce(Return(DONE));
     expectClose();
 
-    WideConsoleCapture console;
-    {
-        CTavReader reader;
-        EXPECT_EQ(buffers.fetch(reader), 144);
-    }
     std::string expected;
     for (int i = 0; i < 30; ++i)
         expected += "card reading fail!\n";
-    EXPECT_EQ(console.take(), expected);
+    EXPECT_EQ(printedBy([&](CTavReader &reader) { EXPECT_EQ(buffers.fetch(reader), 144); }),
+              expected);
 }
 
 TEST_F(TavReader, ReadFailure_IsReturnedUnchangedAndBlocksFurtherReads)

@@ -10,20 +10,12 @@
 
 #include <QString>
 
+#include "tests/support/ucs2.h"
+
 namespace
 {
 
 using Bytes = std::vector<unsigned char>;
-
-Bytes ucs2(const QString &text)
-{
-    Bytes bytes;
-    for (const QChar c : text) {
-        bytes.push_back(c.cell());
-        bytes.push_back(c.row());
-    }
-    return bytes;
-}
 
 std::string toUtf8(Bytes bytes)
 {
@@ -54,23 +46,24 @@ TEST(Uchar2wchar, Bytes_AreUnsignedCharactersAndATerminator)
 
 TEST(Unicode2Utf8Str, Text_EndsAtTheFirstZeroAndKeepsItsBlanks)
 {
-    Bytes padded = ucs2(QStringLiteral("王五"));
+    Bytes padded = ucs2(u"王五");
     padded.resize(30, 0);
     EXPECT_EQ(toUtf8(padded), "王五");
     EXPECT_EQ(toUtf8(padded).size(), 6U);
-    EXPECT_EQ(toUtf8(ucs2(QStringLiteral("AB  "))), "AB  ");
+    EXPECT_EQ(toUtf8(ucs2(u"AB  ")), "AB  ");
     EXPECT_EQ(toUtf8({0x41, 0x00, 0x00, 0x00, 0x42, 0x00}), "A");
     EXPECT_EQ(toUtf8({}), "");
     EXPECT_EQ(toUtf8({0x41}), "");
     EXPECT_EQ(toUtf8({0x00, 0x00, 0x42, 0x00}), "");
-    EXPECT_EQ(toUtf8(ucs2(QStringLiteral("Aé㐀龥"))), "Aé㐀龥");
+    EXPECT_EQ(toUtf8(ucs2(u"Aé㐀龥")), "Aé㐀龥");
 }
 
 TEST(Unicode2Utf8Str, LongInput_IsConvertedAsFarAsItsArrayGoes)
 {
     const QString text(2000, QChar(0x9fa5));
     for (const int length : {61, 2000})
-        EXPECT_EQ(toUtf8(ucs2(text.left(length))), text.left(61).toStdString()) << length;
+        EXPECT_EQ(toUtf8(ucs2(text.left(length).toStdU16String())), text.left(61).toStdString())
+            << length;
 }
 
 TEST(Unicode2Utf8Str, SurrogateHalves_ComeOutAsQtTreatsThem)

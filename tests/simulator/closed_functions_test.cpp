@@ -17,27 +17,6 @@ using simulator::VendorCode;
 using testing::Each;
 using testing::StartsWith;
 
-namespace
-{
-
-class SimulatedReader : public testing::Test
-{
-protected:
-    SimulatedReader()
-    {
-        put("resident");
-        EXPECT_EQ(idcard_simulator_set_faults("", nullptr, 0), 0);
-    }
-
-    static void put(const char *card)
-    {
-        char message[500] = "";
-        EXPECT_EQ(idcard_simulator_put_card(card, message, sizeof message), 0) << message;
-    }
-};
-
-} // namespace
-
 TEST_F(SimulatedReader, ResidentCard_IsReadWithItsTexts)
 {
     const ReadAnswer answer = readOnce();
@@ -211,7 +190,7 @@ TEST_F(SimulatedReader, PutPlainCard_HasNoneOfItsFaultsButThoseSetBesideIt)
 {
     ASSERT_EQ(idcard_simulator_put_plain_card("resident-transient-failures", nullptr, 0), 0);
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
-    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    set("read-fails=7");
     EXPECT_EQ(readOnce().code, 7);
 }
 
@@ -225,7 +204,7 @@ TEST_F(SimulatedReader, PutNullOrEmptyName_IsRefused)
 
 TEST_F(SimulatedReader, SetUnknownFaults_SaysWhyAndLeavesTheFaults)
 {
-    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    set("read-fails=7");
     char message[4096] = "";
     EXPECT_EQ(idcard_simulator_set_faults("read-fials=8", message, sizeof message), -1);
     EXPECT_THAT(message,
@@ -235,7 +214,7 @@ TEST_F(SimulatedReader, SetUnknownFaults_SaysWhyAndLeavesTheFaults)
 
 TEST_F(SimulatedReader, NullFaults_MeanNone)
 {
-    ASSERT_EQ(idcard_simulator_set_faults("read-fails=7", nullptr, 0), 0);
+    set("read-fails=7");
     EXPECT_EQ(idcard_simulator_set_faults(nullptr, nullptr, 0), 0);
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }

@@ -4,10 +4,10 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card/card_library.h"
 #include "simulator/card/card_media.h"
 #include "simulator/card/photo_codec.h"
 #include "simulator/card/portrait.h"
+#include "tests/simulator/built_in_card.h"
 
 using namespace simulator;
 
@@ -34,10 +34,8 @@ TEST(PhotoCodec, CardsOfOnePortrait_HaveNoRunOfBytesInCommon)
 TEST(PhotoCodec, BuiltInCards_HaveCompressedPhotosOfTheirOwn)
 {
     std::set<QByteArray> photos;
-    for (const QString &name : builtInCardNames()) {
-        DescriptionError error;
-        photos.insert(compressedPhoto(loadCard(name, &error).value()));
-    }
+    for (const QString &name : builtInCardNames())
+        photos.insert(compressedPhoto(builtInCard(name)));
     EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
 }
 

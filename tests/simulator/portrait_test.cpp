@@ -6,9 +6,9 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card/card_library.h"
 #include "simulator/card/card_media.h"
 #include "simulator/card/portrait.h"
+#include "tests/simulator/built_in_card.h"
 
 using namespace simulator;
 
@@ -26,12 +26,6 @@ int numberAt(const QByteArray &bytes, int offset, int size)
     for (int i = size - 1; i >= 0; --i)
         number = number * 256 + static_cast<unsigned char>(bytes.at(offset + i));
     return number;
-}
-
-CardDescription builtIn(const QString &name)
-{
-    DescriptionError error;
-    return loadCard(name, &error).value_or(CardDescription());
 }
 
 using Pixel = std::pair<int, int>;
@@ -117,13 +111,13 @@ TEST(Portraits, AllAndThoseOfBuiltInCards_LookDifferent)
     EXPECT_EQ(files.size(), 32U);
     std::set<QByteArray> photos;
     for (const QString &name : builtInCardNames())
-        photos.insert(photoBmpFile(builtIn(name)));
+        photos.insert(photoBmpFile(builtInCard(name)));
     EXPECT_EQ(static_cast<int>(photos.size()), builtInCardNames().size());
 }
 
 TEST(Portraits, Seed_ChoosesAmongThoseOfTheSex)
 {
-    CardDescription card = builtIn(QStringLiteral("resident"));
+    CardDescription card = builtInCard(QStringLiteral("resident"));
     for (const auto &[seed, number] :
          {std::pair(0U, 0), std::pair(15U, 15), std::pair(16U, 0), std::pair(4294967295U, 15)}) {
         card.photoSeed = seed;
@@ -138,7 +132,7 @@ TEST(Portraits, Seed_ChoosesAmongThoseOfTheSex)
 
 TEST(Portraits, WithoutASeed_FollowFromTheNumber)
 {
-    CardDescription card = builtIn(QStringLiteral("resident"));
+    CardDescription card = builtInCard(QStringLiteral("resident"));
     card.photoSeed.reset();
     std::set<int> chosen;
     for (int i = 0; i < 200; ++i) {

@@ -5,11 +5,12 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card/card_library.h"
 #include "simulator/card/card_media.h"
 #include "simulator/card/photo_codec.h"
 #include "simulator/card/raw_record.h"
+#include "tests/simulator/built_in_card.h"
 #include "tests/simulator/card_files.h"
+#include "tests/simulator/text_place.h"
 #include "tests/support/test_name.h"
 
 using namespace simulator;
@@ -19,15 +20,9 @@ namespace
 
 constexpr int TEXT_SIZE = 256;
 
-// Where the block has the text of a key.
-struct Place {
-    const char *key;
-    int offset;
-    int size;
-};
-
+// Where the block has the texts, and the letter of the kind.
 struct Layout {
-    std::vector<Place> places;
+    std::vector<TextPlace> places;
     char kindLetter;
 };
 
@@ -91,25 +86,10 @@ QByteArray expectedBlock(const QJsonObject &card)
     while (block.size() < TEXT_SIZE)
         block.append("\x20\x00", 2);
     const Layout &layout = layoutOf(card.value(QStringLiteral("kind")).toString().toStdString());
-    for (const Place &place : layout.places) {
-        const QString text = card.value(QLatin1String(place.key)).toString();
-        EXPECT_LE(text.size(), place.size / 2) << place.key;
-        for (int i = 0; i < text.size(); ++i) {
-            const unsigned int unit = text.at(i).unicode();
-            block[place.offset + 2 * i] = static_cast<char>(unit & 0xFFU);
-            block[place.offset + 2 * i + 1] = static_cast<char>(unit >> 8);
-        }
-    }
+    for (const TextPlace &place : layout.places)
+        putText(block, place, card.value(QLatin1String(place.key)).toString());
     block[248] = layout.kindLetter;
     return block;
-}
-
-CardDescription builtIn(const std::string &name)
-{
-    DescriptionError error;
-    const auto card = loadCard(QString::fromStdString(name), &error);
-    EXPECT_TRUE(card) << error.message().toStdString();
-    return card.value_or(CardDescription());
 }
 
 int twoBytes(const QByteArray &bytes, int offset)
@@ -126,7 +106,7 @@ class RawRecord : public testing::TestWithParam<std::string>
 
 TEST_P(RawRecord, TextOfBuiltInCard_IsTheDescriptionFieldByField)
 {
-    const QByteArray block = textBlock(builtIn(GetParam()));
+    const QByteArray block = textBlock(builtInCard(QString::fromStdString(GetParam())));
     const QByteArray expected = expectedBlock(sourceCard(QString::fromStdString(GetParam())));
     ASSERT_EQ(block.size(), TEXT_SIZE);
     for (int i = 0; i < TEXT_SIZE; ++i)
@@ -135,7 +115,7 @@ TEST_P(RawRecord, TextOfBuiltInCard_IsTheDescriptionFieldByField)
 
 TEST_P(RawRecord, AnswerOfBuiltInCard_HasItsBlocksInARightFrame)
 {
-    const CardDescription card = builtIn(GetParam());
+    const CardDescription card = builtInCard(QString::fromStdString(GetParam()));
     const QByteArray answer = readAnswer(card, {});
     const int prints = 512 * card.fingerprints;
     ASSERT_EQ(answer.size(), 1297 + prints);
@@ -174,7 +154,7 @@ TEST(RawRecordAnswer, UnknownKind_HasALetterThatNoDocumentHas)
     Faults faults;
     faults.add(FaultKind::UNKNOWN_KIND, {}, {9, {}});
     for (const char *name : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
-        const QByteArray letter = readAnswer(builtIn(name), faults).mid(16 + 248, 2);
+        const QByteArray letter = readAnswer(builtInCard(name), faults).mid(16 + 248, 2);
         EXPECT_EQ(letter, QByteArray("?\0", 2)) << name;
     }
 }
@@ -184,7 +164,7 @@ TEST(RawRecordAnswer, PhotoLength_IsOnlyReported)
     for (const int length : {0, 500, 1023, 38862}) {
         Faults faults;
         faults.add(FaultKind::PHOTO_LENGTH, {}, {length, {}});
-        const QByteArray answer = readAnswer(builtIn("resident"), faults);
+        const QByteArray answer = readAnswer(builtInCard("resident"), faults);
         EXPECT_EQ(answer.size(), 2321);
         EXPECT_EQ(twoBytes(answer, 5), 2321 - 7);
         EXPECT_EQ(twoBytes(answer, 12), length);
@@ -195,7 +175,8 @@ TEST(RawRecordAnswer, UndecodablePhoto_IsOfUsualLengthAndDoesNotDecode)
 {
     Faults faults;
     const auto decodes = [&faults] {
-        return !decompressPhoto(readAnswer(builtIn("resident"), faults).mid(272, 1024)).isEmpty();
+        return !decompressPhoto(readAnswer(builtInCard("resident"), faults).mid(272, 1024))
+                    .isEmpty();
     };
     EXPECT_TRUE(decodes());
     faults.add(FaultKind::PHOTO_UNDECODABLE, {}, {});

@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <regex>
 
 #include <gmock/gmock.h>
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
 
 #include "common/card_records.h"
 #include "common/closed_functions.h"
@@ -20,24 +16,25 @@
 #include "simulator/simulator.h"
 #include "tests/simulator/card_files.h"
 #include "tests/simulator/reader_session.h"
+#include "tests/support/files.h"
 
 using simulator::VendorCode;
 
 namespace
 {
 
-class ReaderFaults : public testing::Test
+class ReaderFaults : public SimulatedReader
 {
 protected:
-    ReaderFaults() { put("resident"); }
-    void TearDown() override { set(""); }
-
-    static void put(const char *card) { ASSERT_EQ(idcard_simulator_put_card(card, nullptr, 0), 0); }
-
-    static void set(const char *faults)
+    /** Puts a card whose description has these faults. */
+    static void putWithFaults(const QJsonArray &faults)
     {
-        char message[500] = "";
-        ASSERT_EQ(idcard_simulator_set_faults(faults, message, sizeof message), 0) << message;
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("card.json"));
+        QJsonObject description = sourceCard(QStringLiteral("resident"));
+        description["faults"] = faults;
+        writeFile(path, QJsonDocument(description).toJson());
+        put(QFile::encodeName(path));
     }
 
     static bool decodes(const ReadAnswer &answer)
@@ -137,20 +134,15 @@ TEST_F(ReaderFaults, TransientFailures_AreCountedAndThenTheCardIsRead)
 
 TEST_F(ReaderFaults, CountOfTheSetting_IsUsedUpBeforeThatOfTheCard)
 {
-    std::ifstream source(IDCARD_SOURCE_DIR "/simulator/cards/resident-transient-failures.json");
-    const std::string card(std::istreambuf_iterator<char>(source), {});
-    const std::string path = testing::TempDir() + "counted-faults.json";
     for (const auto &[fault, code] : {std::pair("no-card=1", int(VendorCode::VENDOR_NO_CARD)),
                                       std::pair("transient-failures=1", int(KVO_READ_AGAIN))}) {
-        std::ofstream(path) << std::regex_replace(card, std::regex("transient-failures=2"), fault);
-        put(path.c_str());
+        putWithFaults({fault});
         set(fault);
         EXPECT_EQ(readOnce().code, code);
-        put(path.c_str());
+        putWithFaults({fault});
         EXPECT_EQ(readOnce().code, code);
         EXPECT_EQ(readOnce().code, KVO_SUCCESS) << fault;
     }
-    std::remove(path.c_str());
 }
 
 TEST_F(ReaderFaults, ReadFails_AnswersItsCodeAndWritesNothing)
@@ -247,21 +239,9 @@ TEST_F(ReaderFaults, CardRemoved_FailsASecondReadWithoutFind)
 
 TEST_F(ReaderFaults, FaultsOfAReaderOnUsbInADescription_AreIgnored)
 {
-    QJsonObject description = sourceCard("resident");
-    description["faults"] = QJsonArray{"unplugged",
-                                       "unplugged-before=1",
-                                       "permission-denied",
-                                       "claimed-elsewhere",
-                                       "reset-refused",
-                                       "lookup-answer-missing",
-                                       "select-answer-replaced=00",
-                                       "read-answer-cut=3",
-                                       "read-command-stalled"};
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    file.write(QJsonDocument(description).toJson());
-    file.close();
-    put(QFile::encodeName(file.fileName()));
+    putWithFaults({"unplugged", "unplugged-before=1", "permission-denied", "claimed-elsewhere",
+                   "reset-refused", "lookup-answer-missing", "select-answer-replaced=00",
+                   "read-answer-cut=3", "read-command-stalled"});
     EXPECT_EQ(readOnce().code, KVO_SUCCESS);
 }
 

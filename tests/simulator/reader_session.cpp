@@ -4,6 +4,7 @@
 
 #include "common/card_records.h"
 #include "common/closed_functions.h"
+#include "simulator/simulator.h"
 
 constexpr unsigned char UNTOUCHED = 0xEE;
 
@@ -27,6 +28,18 @@ ReadAnswer ReaderSession::read()
     answer.code = KVO_ReadIDCard(KVO_PORT, &answer.info, answer.photo.data(), &answer.photoLength,
                                  answer.fingerprints.data(), &answer.fingerprintLength, 1);
     return answer;
+}
+
+void SimulatedReader::put(const char *card)
+{
+    char message[500] = "";
+    ASSERT_EQ(idcard_simulator_put_card(card, message, sizeof message), 0) << message;
+}
+
+void SimulatedReader::set(const char *faults)
+{
+    char message[500] = "";
+    ASSERT_EQ(idcard_simulator_set_faults(faults, message, sizeof message), 0) << message;
 }
 
 ReadAnswer readOnce()

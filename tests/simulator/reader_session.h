@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "common/card_info_struct.h"
 
 struct ReadAnswer {
@@ -32,6 +34,21 @@ public:
 
 private:
     int m_openCode;
+};
+
+/** A test that begins and ends with a card on the reader, the resident one, and without faults. */
+class SimulatedReader : public testing::Test
+{
+protected:
+    SimulatedReader()
+    {
+        put("resident");
+        set("");
+    }
+    void TearDown() override { set(""); }
+
+    static void put(const char *card);
+    static void set(const char *faults);
 };
 
 /** Opens, finds, reads, closes; the code is the first that is not success. */

@@ -6,9 +6,10 @@
 #include <gmock/gmock.h>
 
 #include "common/closed_functions.h"
-#include "simulator/card/card_library.h"
 #include "simulator/card/vendor_record.h"
+#include "tests/simulator/built_in_card.h"
 #include "tests/simulator/card_files.h"
+#include "tests/simulator/text_place.h"
 #include "tests/support/test_name.h"
 
 using namespace simulator;
@@ -16,16 +17,10 @@ using namespace simulator;
 namespace
 {
 
-// Where the record has the text of a key; the lengths are those of the record's fields.
-struct Place {
-    const char *key;
-    int offset;
-    int size;
-};
-
-const std::map<std::string, std::vector<Place>> &places()
+// The lengths are those of the record's fields.
+const std::map<std::string, std::vector<TextPlace>> &places()
 {
-    static const std::map<std::string, std::vector<Place>> table = {
+    static const std::map<std::string, std::vector<TextPlace>> table = {
         {"resident",
          {{"name", 4, 30},
           {"sex", 34, 6},
@@ -97,14 +92,9 @@ QByteArray expectedRecord(const QJsonObject &card)
     const std::string kind = card.value(QStringLiteral("kind")).toString().toStdString();
     record[0] = static_cast<char>(KIND_WORDS.at(kind));
     const bool spaces = card.value(QStringLiteral("padding")).toString() == QLatin1String("spaces");
-    for (const Place &place : places().at(kind)) {
+    for (const TextPlace &place : places().at(kind)) {
         const QString text = expectedText(card, place.key);
-        EXPECT_LE(text.size(), place.size / 2) << place.key;
-        for (int i = 0; i < place.size / 2; ++i) {
-            const unsigned int unit = i < text.size() ? text.at(i).unicode() : (spaces ? 32U : 0U);
-            record[place.offset + 2 * i] = static_cast<char>(unit & 0xFFU);
-            record[place.offset + 2 * i + 1] = static_cast<char>(unit >> 8);
-        }
+        putText(record, place, text.leftJustified(place.size / 2, QChar(spaces ? ' ' : '\0')));
     }
     return record;
 }
@@ -117,10 +107,7 @@ class VendorRecord : public testing::TestWithParam<std::string>
 
 TEST_P(VendorRecord, BuiltInCard_IsTheDescriptionFieldByField)
 {
-    DescriptionError error;
-    const auto card = loadCard(QString::fromStdString(GetParam()), &error);
-    ASSERT_TRUE(card) << error.message().toStdString();
-    const CardInfoStruct info = vendorRecord(*card);
+    const CardInfoStruct info = vendorRecord(builtInCard(QString::fromStdString(GetParam())));
     const QByteArray record(reinterpret_cast<const char *>(&info), int(sizeof info));
     const QByteArray expected = expectedRecord(sourceCard(QString::fromStdString(GetParam())));
     for (int i = 0; i < record.size(); ++i)

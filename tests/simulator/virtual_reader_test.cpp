@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/card/card_library.h"
 #include "simulator/card/raw_record.h"
+#include "tests/simulator/built_in_card.h"
 #include "tests/simulator/usb_exchange.h"
 
 using namespace simulator;
@@ -75,10 +75,7 @@ TEST(VirtualReader, CardPutAfterAnother_IsReadWithItsOwnPhoto)
     for (const char *name : {"resident", "hmt-taiwan", "resident"}) {
         reader.put(name);
         reader.selectCard();
-        DescriptionError error;
-        const auto card = loadCard(QLatin1String(name), &error);
-        ASSERT_TRUE(card) << error.message().toStdString();
-        EXPECT_EQ(reader.answer(frames::READ), readAnswer(*card, {})) << name;
+        EXPECT_EQ(reader.answer(frames::READ), readAnswer(builtInCard(name), {})) << name;
     }
 }
 
@@ -92,16 +89,6 @@ TEST(VirtualReader, Reset_ForgetsAnswersAndTheSelectedCard)
     EXPECT_EQ(reader->read(IN_ENDPOINT, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
     EXPECT_EQ(reader.answer(frames::READ), frames::statusOnly(0xE3));
-}
-
-TEST(VirtualReader, ReadWithNothingToAnswer_NeverEnds)
-{
-    ReaderOnUsb reader;
-    const UsbTransfer transfer = reader->read(IN_ENDPOINT, ROOM);
-    EXPECT_EQ(transfer.status, UsbStatus::PENDING);
-    EXPECT_EQ(transfer.count, 0);
-    EXPECT_EQ(transfer.delayMs, 0);
-    EXPECT_EQ(reader->read(LOOP_IN, ROOM).status, UsbStatus::PENDING);
 }
 
 TEST(VirtualReader, AnswerNotFetched_GivesWayToTheNext)

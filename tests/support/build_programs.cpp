@@ -7,9 +7,6 @@
 namespace build_programs
 {
 
-namespace
-{
-
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
     ProcessInput input;
@@ -19,8 +16,6 @@ QByteArray outputOf(const QString &program, const QStringList &arguments)
     EXPECT_EQ(result.exitStatus, 0) << result.error();
     return result.standardOutput;
 }
-
-} // namespace
 
 QByteArray nm(const QStringList &options, const QString &file)
 {

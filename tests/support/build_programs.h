@@ -1,6 +1,6 @@
 #pragma once
 
-// The build machine's programs that look into a linked file, also into one of a cross build.
+// The build machine's programs, also in a cross build.
 
 #include <QByteArray>
 #include <QString>
@@ -8,6 +8,9 @@
 
 namespace build_programs
 {
+
+/** What a program prints; one that fails fails the test. */
+QByteArray outputOf(const QString &program, const QStringList &arguments);
 
 /** What nm prints; a program that fails fails the test. */
 QByteArray nm(const QStringList &options, const QString &file);

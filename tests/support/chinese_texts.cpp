@@ -2,42 +2,34 @@
 
 #include <gtest/gtest.h>
 
-#include <QDirIterator>
-#include <QFile>
-#include <QHash>
 #include <QXmlStreamReader>
 
-namespace
-{
+#include "tests/support/files.h"
 
-QHash<QString, QString> translation()
+QVector<ChineseText> chineseTexts()
 {
-    QDirIterator files(QStringLiteral(IDCARD_SOURCE_DIR "/apps"), {QStringLiteral("*_zh*.ts")},
-                       QDir::Files, QDirIterator::Subdirectories);
-    QFile file(files.next());
-    EXPECT_FALSE(files.hasNext()) << files.next().toStdString();
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QHash<QString, QString> texts;
-    QString source;
-    QXmlStreamReader xml(&file);
+    QXmlStreamReader xml(sourceText(QStringLiteral("apps/translations/idcard-reader_zh.ts")));
+    QVector<ChineseText> texts;
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
         if (xml.name() == QLatin1String("source"))
-            source = xml.readElementText();
+            texts.push_back({xml.readElementText(), {}});
         else if (xml.name() == QLatin1String("translation"))
-            texts[source] = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+            texts.last().chinese = xml.readElementText(QXmlStreamReader::IncludeChildElements);
     }
     EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
     return texts;
 }
 
-} // namespace
-
 QString inChinese(const char *text)
 {
-    static const QHash<QString, QString> texts = translation();
-    const QString found = texts.value(QString::fromUtf8(text));
+    static const QVector<ChineseText> texts = chineseTexts();
+    QString found;
+    for (const ChineseText &each : texts) {
+        if (each.source == QString::fromUtf8(text))
+            found = each.chinese;
+    }
     EXPECT_FALSE(found.isEmpty()) << "not translated: " << text;
     return found;
 }

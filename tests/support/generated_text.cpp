@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
+#include "tests/support/files.h"
 
 namespace
 {
-
-const QString SOURCE = QStringLiteral(IDCARD_SOURCE_DIR "/");
 
 /** A page, and where a part of it stands. */
 struct Part {
@@ -27,9 +25,7 @@ Part findPart(const QString &path, const QString &name)
     const QString end = gap + comment.arg(QStringLiteral("end of ") + name);
 
     Part part;
-    QFile file(SOURCE + path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    part.page = QString::fromUtf8(file.readAll());
+    part.page = sourceText(path);
     const int comesAt = part.page.indexOf(begin);
     EXPECT_GE(comesAt, 0) << path.toStdString() << " lacks: " << begin.toStdString();
     part.first = comesAt + begin.size();
@@ -57,7 +53,6 @@ void expectGeneratedPart(const QString &path, const QString &name, const QString
             << path.toStdString() << " differs from the table; scripts/make/documents writes it";
         return;
     }
-    QFile file(SOURCE + path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-    file.write((part.page.left(part.first) + text + part.page.mid(part.last)).toUtf8());
+    writeFile(QStringLiteral(IDCARD_SOURCE_DIR "/") + path,
+              (part.page.left(part.first) + text + part.page.mid(part.last)).toUtf8());
 }

@@ -1,5 +1,7 @@
 #include "tests/support/message_log.h"
 
+#include <gtest/gtest.h>
+
 #include <QString>
 
 namespace
@@ -32,6 +34,15 @@ std::vector<std::string> MessageLog::texts() const
     for (const Message &message : messages())
         texts.push_back(message.text);
     return texts;
+}
+
+std::vector<std::string> MessageLog::debugTexts() const
+{
+    for (const Message &message : messages()) {
+        EXPECT_EQ(message.type, QtDebugMsg) << message.text;
+        EXPECT_EQ(message.category, "default") << message.text;
+    }
+    return texts();
 }
 
 void MessageLog::handle(QtMsgType type, const QMessageLogContext &context, const QString &text)

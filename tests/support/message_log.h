@@ -27,6 +27,9 @@ public:
     /** The texts alone. */
     std::vector<std::string> texts() const;
 
+    /** The same, of which all must be debug lines of the default category. */
+    std::vector<std::string> debugTexts() const;
+
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
 

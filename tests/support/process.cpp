@@ -1,6 +1,5 @@
 #include "tests/support/process.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <string>
@@ -334,22 +333,34 @@ ProcessResult RunningProcess::result()
 namespace
 {
 
-/** Whether no thread of the process runs, by the states that the kernel shows. */
+/** The letter that the kernel shows for a process, or a thread of one; empty once it has gone. */
+QByteArray stateOf(const QString &folder)
+{
+    QFile file(folder + QStringLiteral("/stat"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray line = file.readAll();
+    return line.mid(line.lastIndexOf(')') + 2, 1);
+}
+
+/** Whether no thread of the process runs. */
 bool isHalted(pid_t id)
 {
     const QString folder = QStringLiteral("/proc/%1/task/").arg(id);
-    for (const QString &thread : QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile file(folder + thread + QStringLiteral("/stat"));
-        if (!file.open(QIODevice::ReadOnly))
-            continue; // it has ended
-        const QByteArray line = file.readAll();
-        if (line.mid(line.lastIndexOf(')') + 2, 1) != "T")
-            return false;
-    }
-    return true;
+    const QStringList threads = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return std::all_of(threads.begin(), threads.end(), [&folder](const QString &thread) {
+        const QByteArray state = stateOf(folder + thread);
+        return state.isEmpty() || state == "T";
+    });
 }
 
 } // namespace
+
+bool isRunning(pid_t id)
+{
+    const QByteArray state = stateOf(QStringLiteral("/proc/%1").arg(id));
+    return !state.isEmpty() && state != "Z";
+}
 
 HaltedProcess::HaltedProcess(pid_t id) : m_id(id)
 {

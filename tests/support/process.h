@@ -122,6 +122,9 @@ private:
     QByteArray m_error;
 };
 
+/** Whether a program runs: one that has ended and that nobody has waited for does not. */
+bool isRunning(pid_t id);
+
 /** While it lives, none of a program's threads goes on. */
 class HaltedProcess
 {

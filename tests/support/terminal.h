@@ -3,7 +3,6 @@
 // A terminal that programs are run on.
 
 #include <array>
-#include <cstdlib>
 #include <string>
 
 #include <fcntl.h>

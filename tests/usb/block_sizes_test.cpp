@@ -1,13 +1,13 @@
 // The two operations that take a size, with the sizes there are: they ask for exactly their block,
 // send exactly what belongs into it, and read and write nothing beside it.
 
+#include <algorithm>
 #include <cstring>
-
-#include <sys/mman.h>
-#include <unistd.h>
+#include <vector>
 
 #include <gmock/gmock.h>
 
+#include "tests/iddata/guarded_bytes.h"
 #include "tests/usb/exposed_reader.h"
 #include "tests/usb/usb_test.h"
 
@@ -56,36 +56,6 @@ private:
     int m_missing = 0;
 };
 
-/** Data whose end is the end of what may be read. */
-class GuardedData
-{
-public:
-    GuardedData()
-    {
-        const long page = sysconf(_SC_PAGESIZE);
-        m_size = static_cast<std::size_t>((LARGEST / page + 1) * page);
-        m_memory = static_cast<unsigned char *>(
-            mmap(nullptr, m_size + static_cast<std::size_t>(page), PROT_READ | PROT_WRITE,
-                 MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-        for (std::size_t i = 0; i < m_size; ++i)
-            m_memory[i] = static_cast<unsigned char>(1 + i % 251);
-        m_mapped = m_size + static_cast<std::size_t>(page);
-        mprotect(m_memory, m_size, PROT_READ);
-        mprotect(m_memory + m_size, static_cast<std::size_t>(page), PROT_NONE);
-    }
-    ~GuardedData() { munmap(m_memory, m_mapped); }
-    GuardedData(const GuardedData &) = delete;
-    GuardedData &operator=(const GuardedData &) = delete;
-
-    /** The last `size` bytes that may be read. */
-    unsigned char *last(int size) const { return m_memory + m_size - size; }
-
-private:
-    unsigned char *m_memory;
-    std::size_t m_size;
-    std::size_t m_mapped;
-};
-
 /** The block of `size` bytes; what does not fit is left out, from its end on. */
 QByteArray expectedBlock(int size, const unsigned char *data)
 {
@@ -100,21 +70,6 @@ QByteArray expectedBlock(int size, const unsigned char *data)
     }
     return block;
 }
-
-void ignoreMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
-
-/** Lets what is logged go by. */
-class SilentLog
-{
-public:
-    SilentLog() : m_previous(qInstallMessageHandler(ignoreMessage)) {}
-    ~SilentLog() { qInstallMessageHandler(m_previous); }
-    SilentLog(const SilentLog &) = delete;
-    SilentLog &operator=(const SilentLog &) = delete;
-
-private:
-    QtMessageHandler m_previous;
-};
 
 /**
  * The size to try after `size`: the next one, if IDCARD_TEST_EVERY_SIZE is set. Else a choice of
@@ -138,7 +93,6 @@ protected:
     {
         expectReady(m_device);
         add(m_device);
-        expectLog(lines::READY);
     }
 
     BlockDevice &device() { return m_device; }
@@ -149,34 +103,38 @@ private:
 
 TEST_F(BlockSizes, WritePipe6_SendsExactlyTheBlock)
 {
-    const GuardedData data;
+    GuardedBytes data(LARGEST, GuardedBytes::GUARD_AFTER);
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data.data()[i] = static_cast<unsigned char>(1 + i % 251);
+    const std::vector<unsigned char> before(data.begin(), data.end());
     IdReader reader;
-    const SilentLog silence;
     for (int size = 0; size <= LARGEST; size = next(size)) {
-        unsigned char *const used = data.last(qMax(0, size - 5));
+        unsigned char *const used = data.end() - qMax(0, size - 5);
         ASSERT_TRUE(
             reader.write_pipe6(static_cast<unsigned short>(size), FIRST, SECOND, used, LAST))
             << size;
         ASSERT_EQ(device().block(), expectedBlock(size, used)) << size;
     }
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), data.begin())) << "it is only read";
+    takeLog(); // a line for each
 }
 
 TEST_F(BlockSizes, ReadPipe85_AsksForExactlyTheBlock)
 {
     IdReader reader;
-    const SilentLog silence;
     device().setMissing(1); // a whole one logs every byte
     for (int size = 1; size <= LARGEST; size = next(size)) {
         ASSERT_FALSE(reader.read_pipe85(static_cast<unsigned short>(size))) << size;
         ASSERT_EQ(device().capacity(), size);
     }
+    takeLog();
 }
 
 TEST_F(BlockSizes, ReadPipe85OfTheLargestBlock_LogsEveryByte)
 {
     IdReader reader;
     EXPECT_TRUE(reader.read_pipe85(LARGEST));
-    Lines expected = {"write pipe85 success!"};
+    Lines expected = lines::READY + Lines{"write pipe85 success!"};
     for (int i = 0; i < LARGEST; ++i)
         expected.push_back("pipe85_data[" + std::to_string(i) + "]=0x5A");
     expectLog(expected);
@@ -185,9 +143,9 @@ TEST_F(BlockSizes, ReadPipe85OfTheLargestBlock_LogsEveryByte)
 TEST_F(BlockSizes, ReadPipe85OfSmallAndOddBlocks_TakesThemWhole)
 {
     IdReader reader;
-    const SilentLog silence;
     for (const int size : {0, 1, 2, 7, 511, 512, 513, 4095, 4096, 4097, 16383, 16384, 16385, 65534})
         EXPECT_TRUE(reader.read_pipe85(static_cast<unsigned short>(size))) << size;
+    takeLog();
 }
 
 } // namespace

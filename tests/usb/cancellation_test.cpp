@@ -116,8 +116,7 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 
 TEST_F(Cancellation, BlockThatIsNeverTaken_EndsTheThreadAndGivesTheReaderBack)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     device.expectWrite(0x06, QByteArray::fromHex("0102000000000003"), ended(UsbStatus::PENDING));
     add(device);
     EXPECT_EQ(endWaitingFor(device, QStringLiteral("out 06 8"), 1,
@@ -132,8 +131,7 @@ TEST_F(Cancellation, CommandThatIsNeverTaken_LeavesAnObjectThatAnotherThreadDest
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the thread sanitizer misses what a thread unlocks while it is unwound";
 #endif
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     device.expectWrite(0x02, QByteArray::fromHex("AAAAAA96690102"), ended(UsbStatus::PENDING));
     add(device);
     {
@@ -179,8 +177,7 @@ TEST_F(Cancellation, AnswerThatComesLater_IsWaitedForAndThenTheThreadEnds)
 
 TEST_F(Cancellation, AnswerThatNeverComes_EndsTheThreadAfterFiveSecondsAtMost)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     device.expectWrite(0x02, frames::READ)
         .expectRead(0x81, frames::READ_CAPACITY, ended(UsbStatus::PENDING));
     add(device);
@@ -193,8 +190,7 @@ TEST_F(Cancellation, AnswerThatNeverComes_EndsTheThreadAfterFiveSecondsAtMost)
 
 TEST_F(Cancellation, DuringOpening_EndsTheThreadWhenTheReaderIsOpen)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    ScriptedDevice &device = plugIn();
     EXPECT_EQ(endOfThreadCancelledBefore(readCard), ThreadEnd::CANCELLED);
     EXPECT_EQ(bus().calls(device).count(COMMAND), 0);
     EXPECT_EQ(device.resets(), 1);
@@ -214,8 +210,7 @@ TEST_F(Cancellation, DuringOpeningOfAnAbsentReader_EndsTheThread)
 
 TEST_F(Cancellation, WhileADeviceIsOpenedAndClosed_WaitsUntilThatIsDone)
 {
-    ScriptedDevice &device = make();
-    add(device);
+    plugIn();
     bool closed = false;
     EXPECT_EQ(endOfThreadCancelledBefore([&closed] {
                   {
@@ -273,8 +268,7 @@ TEST_F(Cancellation, AtAnyMomentOfFetching_GivesTheReaderBack)
 
 TEST_F(Cancellation, ThreadThatMayNotBeCancelled_ReadsToTheEnd)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     add(device);
     int result = -1;
     EXPECT_EQ(endOfThreadCancelledBefore([&result] {

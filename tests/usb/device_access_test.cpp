@@ -26,6 +26,13 @@ protected:
         expectLog({"libusb_open_device_with_vid_pid() failed", "open usb failed!"});
     }
 
+    /** An object that opens the reader, and goes. */
+    static void openAndClose()
+    {
+        const OpenedDevice opened;
+        EXPECT_EQ(opened.lastError(), 0);
+    }
+
     /** The object has the code of an open that failed, and holds no device. */
     static void expectFailed(const OpenedDevice &opened, int code, int state)
     {
@@ -103,9 +110,7 @@ TEST_F(DeviceAccess, Layout_IsThatOfTheTable)
 TEST_F(DeviceAccess, Destructor_ReleasesTheInterfaceThenClosesTheNode)
 {
     ScriptedDevice &device = plugIn();
-    {
-        const OpenedDevice opened;
-    }
+    openAndClose();
     EXPECT_EQ(calls(device), WHOLE_USE);
     EXPECT_EQ(bus().leftOvers(), QStringList());
     EXPECT_EQ(bus().holdings(), (Holdings{0, 0, 0, 1}));
@@ -130,11 +135,8 @@ TEST_F(DeviceAccess, NoDeviceOrOthersOnly_IsNotFoundAndNothingOpened)
         EXPECT_NE(opened.context(), nullptr);
     }
     expectNotFound();
-    ScriptedDevice &otherVendor = make(UsbIds{0x120A, PRODUCT});
-    ScriptedDevice &otherProduct = make(UsbIds{VENDOR, 0x0002});
-    ScriptedDevice &swapped = make(UsbIds{PRODUCT, VENDOR});
-    for (ScriptedDevice *const device : {&otherVendor, &otherProduct, &swapped})
-        add(*device);
+    for (const UsbIds ids : {UsbIds{0x120A, PRODUCT}, {VENDOR, 0x0002}, {PRODUCT, VENDOR}})
+        plugIn(ids);
     const OpenedDevice opened;
     expectFailed(opened, -7, 0);
     EXPECT_EQ(bus().holdings().timesOpened, 0);
@@ -143,15 +145,10 @@ TEST_F(DeviceAccess, NoDeviceOrOthersOnly_IsNotFoundAndNothingOpened)
 
 TEST_F(DeviceAccess, ReaderAmongOthers_IsTheOneThatIsOpened)
 {
-    ScriptedDevice &before = make(UsbIds{VENDOR, 0x0002});
-    ScriptedDevice &device = make();
-    ScriptedDevice &after = make(UsbIds{0x120A, PRODUCT});
-    for (ScriptedDevice *const one : {&before, &device, &after})
-        add(*one);
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), 0);
-    }
+    const ScriptedDevice &before = plugIn(UsbIds{VENDOR, 0x0002});
+    const ScriptedDevice &device = plugIn();
+    const ScriptedDevice &after = plugIn(UsbIds{0x120A, PRODUCT});
+    openAndClose();
     EXPECT_EQ(calls(before), QStringList());
     EXPECT_EQ(calls(device), WHOLE_USE);
     EXPECT_EQ(calls(after), QStringList());
@@ -172,10 +169,7 @@ TEST_F(DeviceAccess, TwoReadersWithTheSameIds_FirstOfTheListIsOpened)
 
     ScriptedDevice &expected = bus().address(one).device == first ? one : other;
     ScriptedDevice &ignored = &expected == &one ? other : one;
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), 0);
-    }
+    openAndClose();
     EXPECT_EQ(calls(expected), WHOLE_USE);
     EXPECT_EQ(calls(ignored), QStringList());
     expectLog(lines::OPENED);
@@ -194,44 +188,14 @@ TEST_F(DeviceAccess, FirstOfTwoReadersInUse_SecondIsNotTried)
                                     "open usb failed!"});
 }
 
-TEST_F(DeviceAccess, NoPermission_IsReportedSeparately)
-{
-    ScriptedDevice &device = make();
-    device.setDeniesAccess(true);
-    add(device);
-    allowFailedOpens(1);
-    {
-        const OrdinaryUser user;
-        const OpenedDevice opened;
-        expectFailed(opened, -6, 0);
-    }
-    expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_ACCESS   -3",
-               "failed to open device: LIBUSB_ERROR_ACCESS(-3)",
-               "libusb_open_device_with_vid_pid() failed", "open usb failed!"});
-}
-
 TEST_F(DeviceAccess, PermissionGiven_OrdinaryUserOpensTheReader)
 {
     plugIn();
     {
         const OrdinaryUser user;
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), 0);
+        openAndClose();
     }
     expectLog(lines::OPENED);
-}
-
-TEST_F(DeviceAccess, NodeGoneBeforeItIsOpened_IsAnotherOpenFailure)
-{
-    ScriptedDevice &device = make();
-    device.setFailsToOpen(true);
-    add(device);
-    const OpenedDevice opened;
-    expectFailed(opened, -5, 0);
-    allowFailedOpens(2); // libusb tries again after a while
-    expectLog({"found usb device!", "failed to open device LIBUSB_ERROR_NO_DEVICE   -4",
-               "failed to open device: LIBUSB_ERROR_NO_DEVICE(-4)",
-               "libusb_open_device_with_vid_pid() failed", "open usb failed!"});
 }
 
 TEST_F(DeviceAccess, ClaimedElsewhere_ClosesTheNodeAtOnce)
@@ -259,19 +223,6 @@ TEST_F(DeviceAccess, GoneBeforeTheReset_IsAResetFailure)
                                        AnyOf("libusb_reset_device failed: LIBUSB_ERROR_NO_DEVICE",
                                              "libusb_reset_device failed: LIBUSB_ERROR_NOT_FOUND"),
                                        "open usb failed!"));
-}
-
-TEST_F(DeviceAccess, ResetRefused_ClosesTheNodeAtOnce)
-{
-    ScriptedDevice &device = make();
-    device.setRefusesReset(true);
-    add(device);
-    const OpenedDevice opened;
-    expectFailed(opened, -9, 1);
-    EXPECT_EQ(device.resets(), 0);
-    EXPECT_EQ(bus().leftOvers(), QStringList()) << "before the destructor";
-    expectLog({"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
-               "open usb failed!"});
 }
 
 TEST_F(DeviceAccess, BoundToAKernelDriver_IsDetachedAndReattached)
@@ -387,10 +338,7 @@ TEST_F(DeviceAccess, ReaderPluggedInLater_IsFoundByTheNextObject)
     }
     bus().change([&device] { device.setPluggedIn(true); });
     startAccount();
-    {
-        const OpenedDevice late;
-        EXPECT_EQ(late.lastError(), 0);
-    }
+    openAndClose();
     expectNotFound();
     expectLog(lines::OPENED);
 }
@@ -404,10 +352,7 @@ TEST_F(DeviceAccess, ReaderPluggedInMoreOftenThanABusHasNumbers_IsFound)
         bus().change([&device] { device.setPluggedIn(true); });
     }
     startAccount();
-    {
-        const OpenedDevice opened;
-        EXPECT_EQ(opened.lastError(), 0);
-    }
+    openAndClose();
     expectLog(lines::OPENED);
 }
 

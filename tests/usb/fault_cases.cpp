@@ -31,6 +31,15 @@ const Lines FETCHED = {"write pipe2 success!", "fetch_data_resp success!", "fple
                        "fetch data success, outbuf size=2321"};
 const Lines NOT_OPENED = {"libusb_open_device_with_vid_pid() failed", "open usb failed!"};
 
+/** The log when the node was found and could not be opened. */
+Lines nodeNotOpened(const std::string &error, int code)
+{
+    return Lines{"found usb device!",
+                 "failed to open device " + error + "   " + std::to_string(code),
+                 "failed to open device: " + error + "(" + std::to_string(code) + ")"} +
+           NOT_OPENED;
+}
+
 /** The log until the exchange begins. */
 Lines before(const Exchange &exchange)
 {
@@ -116,101 +125,88 @@ FaultCase ending(FaultCase row, End end)
 }
 
 /** Of the reader as a whole, and of its card. */
-void addReaderFaults(std::vector<FaultCase> &rows)
+std::vector<FaultCase> readerFaults()
 {
     const Lines read = wholeRead();
-    const Lines opening = {"found usb device!"};
-    rows.push_back({"open-fails",
-                    {"1", "-3"},
-                    "1, -3",
-                    -5,
-                    opening +
-                        Lines{"failed to open device LIBUSB_ERROR_NO_DEVICE   -4",
-                              "failed to open device: LIBUSB_ERROR_NO_DEVICE(-4)"} +
-                        NOT_OPENED,
-                    End::AT_ONCE,
-                    2});
-    rows.push_back(numbers("no-card", {"1", "2"}, -10, mismatch(LOOKUP)));
-    rows.push_back(numbers("no-card", {"0"}, 0, read));
-    rows.push_back(plain("no-card", -10, mismatch(LOOKUP)));
-    rows.push_back(numbers("transient-failures", {"1", "2"}, -24, NO_DATA));
-    rows.push_back(numbers("transient-failures", {"0"}, 0, read));
-    rows.push_back(numbers("read-fails", {"0", "-1", "99"}, -24, NO_DATA));
-    rows.push_back(numbers("delay-ms", {"0", "100"}, 0, read));
-    rows.push_back(
-        ending(numbers("delay-ms", {"60000"}, -21, notRead(READ, -7, 0)), End::GIVES_UP));
-    rows.push_back(plain("photo-undecodable", 0, read));
-    rows.push_back(numbers("photo-length", {"1024"}, 0, read));
-    rows.push_back(numbers("photo-length", {"0", "1", "1023", "1025", "38862"}, -18,
-                           refused({"found resp data not matched!!!"})));
-    rows.push_back(plain("unknown-kind", 0, read));
-    rows.push_back(numbers("unknown-kind", {"0", "5", "-1"}, 0, read));
-    rows.push_back(plain("card-removed", -24, NO_DATA));
-    rows.push_back(plain("unplugged", -7, NOT_OPENED));
-    rows.push_back({"permission-denied",
-                    {QString()},
-                    QString(),
-                    -6,
-                    opening +
-                        Lines{"failed to open device LIBUSB_ERROR_ACCESS   -3",
-                              "failed to open device: LIBUSB_ERROR_ACCESS(-3)"} +
-                        NOT_OPENED,
-                    End::AT_ONCE,
-                    1});
-    rows.push_back(plain(
-        "claimed-elsewhere", -8,
-        opening + Lines{"libusb_claim_interface failed: LIBUSB_ERROR_BUSY", "open usb failed!"}));
-    rows.push_back(plain(
-        "reset-refused", -9,
-        opening + Lines{"libusb_reset_device failed: LIBUSB_ERROR_OTHER", "open usb failed!"}));
+    return {
+        {"open-fails",
+         {"1", "-3"},
+         "1, -3",
+         -5,
+         nodeNotOpened("LIBUSB_ERROR_NO_DEVICE", -4),
+         End::AT_ONCE,
+         2},
+        numbers("no-card", {"1", "2"}, -10, mismatch(LOOKUP)),
+        numbers("no-card", {"0"}, 0, read),
+        plain("no-card", -10, mismatch(LOOKUP)),
+        numbers("transient-failures", {"1", "2"}, -24, NO_DATA),
+        numbers("transient-failures", {"0"}, 0, read),
+        numbers("read-fails", {"0", "-1", "99"}, -24, NO_DATA),
+        numbers("delay-ms", {"0", "100"}, 0, read),
+        ending(numbers("delay-ms", {"60000"}, -21, notRead(READ, -7, 0)), End::GIVES_UP),
+        plain("photo-undecodable", 0, read),
+        numbers("photo-length", {"1024"}, 0, read),
+        numbers("photo-length", {"0", "1", "1023", "1025", "38862"}, -18,
+                refused({"found resp data not matched!!!"})),
+        plain("unknown-kind", 0, read),
+        numbers("unknown-kind", {"0", "5", "-1"}, 0, read),
+        plain("card-removed", -24, NO_DATA),
+        plain("unplugged", -7, NOT_OPENED),
+        {"permission-denied",
+         {QString()},
+         QString(),
+         -6,
+         nodeNotOpened("LIBUSB_ERROR_ACCESS", -3),
+         End::AT_ONCE,
+         1},
+        plain("claimed-elsewhere", -8,
+              Lines{"found usb device!", "libusb_claim_interface failed: LIBUSB_ERROR_BUSY",
+                    "open usb failed!"}),
+        plain("reset-refused", -9,
+              Lines{"found usb device!", "libusb_reset_device failed: LIBUSB_ERROR_OTHER",
+                    "open usb failed!"}),
+    };
 }
 
-/** The reader goes before or in the middle of each transfer. */
-void addUnplugs(std::vector<FaultCase> &rows)
+/** The reader goes before or in the middle of either transfer. */
+std::vector<FaultCase> unplugs(const Exchange &exchange)
 {
-    for (const Exchange &exchange : EXCHANGES) {
-        const QString answer = QString::number(exchange.answerTransfer);
-        const QString command = QString::number(exchange.answerTransfer - 1);
-        for (const char *const fault : {"unplugged-before", "unplugged-during"})
-            rows.push_back(
-                numbers(fault, {command}, exchange.writeFailed, notWritten(exchange, -4)));
-        rows.push_back(
-            numbers("unplugged-before", {answer}, exchange.readFailed, notRead(exchange, -4, 0)));
-        rows.push_back(numbers("unplugged-during", {answer}, exchange.readFailed,
-                               notRead(exchange, -4, exchange.answerSize / 2)));
-    }
+    const QString answer = QString::number(exchange.answerTransfer);
+    const QString command = QString::number(exchange.answerTransfer - 1);
+    const Lines commandLost = notWritten(exchange, -4);
+    return {
+        numbers("unplugged-before", {command}, exchange.writeFailed, commandLost),
+        numbers("unplugged-during", {command}, exchange.writeFailed, commandLost),
+        numbers("unplugged-before", {answer}, exchange.readFailed, notRead(exchange, -4, 0)),
+        numbers("unplugged-during", {answer}, exchange.readFailed,
+                notRead(exchange, -4, exchange.answerSize / 2)),
+    };
 }
 
 /** Faults that mean the same in every exchange. */
-void addExchangeFaults(std::vector<FaultCase> &rows)
+std::vector<FaultCase> exchangeFaults(const Exchange &exchange)
 {
     const Lines read = wholeRead();
     const QString longDelay = QString::number(LONG_DELAY_MS);
-    for (const Exchange &exchange : EXCHANGES) {
-        const auto name = [&exchange](const char *fault) { return faultOf(exchange, fault); };
-        const int size = exchange.answerSize;
-        rows.push_back(numbers(name("answer-delayed"), {"0", "200"}, 0, read));
-        rows.push_back(ending(numbers(name("answer-delayed"), {"60000"}, exchange.readFailed,
-                                      notRead(exchange, -7, 0)),
-                              End::GIVES_UP));
-        rows.push_back(plain(name("answer-missing"), exchange.readFailed, notRead(exchange, -7, 0),
-                             End::GIVES_UP));
-        rows.push_back(
-            plain(name("answer-stalled"), exchange.readFailed, notRead(exchange, -9, 0)));
-        rows.push_back(plain(name("answer-broken"), exchange.readFailed, notRead(exchange, -1, 0)));
-        rows.push_back(
-            plain(name("answer-too-long"), exchange.readFailed, notRead(exchange, -8, size)));
-        rows.push_back(
-            plain(name("command-stalled"), exchange.writeFailed, notWritten(exchange, -9)));
-        rows.push_back(
-            plain(name("command-broken"), exchange.writeFailed, notWritten(exchange, -1)));
-        rows.push_back(
-            range(name("command-cut"), 0, 9, exchange.writeFailed, notWritten(exchange, 0)));
-        rows.push_back(plain(name("command-missing"), exchange.writeFailed,
-                             notWritten(exchange, -4), End::UNPLUGGED));
-        rows.push_back(numbers(name("command-delayed"), {"0", "200"}, 0, read));
-        rows.push_back(ending(numbers(name("command-delayed"), {longDelay}, 0, read), End::LATE));
-    }
+    const auto name = [&exchange](const char *fault) { return faultOf(exchange, fault); };
+    const int size = exchange.answerSize;
+    return {
+        numbers(name("answer-delayed"), {"0", "200"}, 0, read),
+        ending(numbers(name("answer-delayed"), {"60000"}, exchange.readFailed,
+                       notRead(exchange, -7, 0)),
+               End::GIVES_UP),
+        plain(name("answer-missing"), exchange.readFailed, notRead(exchange, -7, 0), End::GIVES_UP),
+        plain(name("answer-stalled"), exchange.readFailed, notRead(exchange, -9, 0)),
+        plain(name("answer-broken"), exchange.readFailed, notRead(exchange, -1, 0)),
+        plain(name("answer-too-long"), exchange.readFailed, notRead(exchange, -8, size)),
+        plain(name("command-stalled"), exchange.writeFailed, notWritten(exchange, -9)),
+        plain(name("command-broken"), exchange.writeFailed, notWritten(exchange, -1)),
+        range(name("command-cut"), 0, 9, exchange.writeFailed, notWritten(exchange, 0)),
+        plain(name("command-missing"), exchange.writeFailed, notWritten(exchange, -4),
+              End::UNPLUGGED),
+        numbers(name("command-delayed"), {"0", "200"}, 0, read),
+        ending(numbers(name("command-delayed"), {longDelay}, 0, read), End::LATE),
+    };
 }
 
 /** A short answer to lookup or select is accepted, with the text of lookup. */
@@ -222,90 +218,78 @@ Lines shortAnswer(const Exchange &exchange)
 }
 
 /** Answers of lookup and select that are not what they should be. */
-void addFixedAnswers(std::vector<FaultCase> &rows)
+std::vector<FaultCase> fixedAnswers(const Exchange &exchange, int code)
 {
     const Lines read = wholeRead();
-    const std::array<int, 2> codes = {-10, -13};
-    for (std::size_t i = 0; i < codes.size(); ++i) {
-        const Exchange &exchange = EXCHANGES[i];
-        const int size = exchange.answerSize;
-        const QString corrupted = faultOf(exchange, "answer-corrupted");
-        const QString cut = faultOf(exchange, "answer-cut");
-        const QString replaced = faultOf(exchange, "answer-replaced");
-        rows.push_back(range(corrupted, 0, size - 1, codes[i], mismatch(exchange)));
-        rows.push_back(numbers(corrupted, {QString::number(size), "4095"}, 0, read));
-        rows.push_back(range(cut, 0, size - 1, 0, shortAnswer(exchange)));
-        rows.push_back(numbers(cut, {QString::number(size), "4095"}, 0, read));
-        rows.push_back({replaced,
-                        {QString::fromLatin1(QByteArray(size, '\0').toHex()),
-                         QString::fromLatin1(QByteArray(size, '\xFF').toHex())},
-                        QStringLiteral("%1 other bytes").arg(size),
-                        codes[i],
-                        mismatch(exchange)});
-        rows.push_back({replaced,
-                        {QString::fromLatin1(QByteArray(size + 1, '\0').toHex()),
-                         QString::fromLatin1(QByteArray(511, '\0').toHex())},
-                        QStringLiteral("more than %1 bytes, in one packet").arg(size),
-                        exchange.readFailed,
-                        notRead(exchange, -8, size)});
-    }
-    rows.push_back({"select-answer-replaced",
-                    {QString::fromLatin1(frames::LOOKUP_ANSWER.toHex())},
-                    "the answer to lookup",
-                    0,
-                    written(SELECT) +
-                        Lines{"lookup_resp error(0), actual_length=15!", "select success!"} +
-                        FETCHED});
+    const int size = exchange.answerSize;
+    const QString corrupted = faultOf(exchange, "answer-corrupted");
+    const QString cut = faultOf(exchange, "answer-cut");
+    const QString replaced = faultOf(exchange, "answer-replaced");
+    return {
+        range(corrupted, 0, size - 1, code, mismatch(exchange)),
+        numbers(corrupted, {QString::number(size), "4095"}, 0, read),
+        range(cut, 0, size - 1, 0, shortAnswer(exchange)),
+        numbers(cut, {QString::number(size), "4095"}, 0, read),
+        {replaced,
+         {QString::fromLatin1(QByteArray(size, '\0').toHex()),
+          QString::fromLatin1(QByteArray(size, '\xFF').toHex())},
+         QStringLiteral("%1 other bytes").arg(size),
+         code,
+         mismatch(exchange)},
+        {replaced,
+         {QString::fromLatin1(QByteArray(size + 1, '\0').toHex()),
+          QString::fromLatin1(QByteArray(511, '\0').toHex())},
+         QStringLiteral("more than %1 bytes, in one packet").arg(size),
+         exchange.readFailed,
+         notRead(exchange, -8, size)},
+    };
 }
 
 /** Answers of read that are not what they should be. */
-void addReadAnswers(std::vector<FaultCase> &rows)
+std::vector<FaultCase> readAnswers()
 {
     const Lines read = wholeRead();
     const QString corrupted("read-answer-corrupted");
-    rows.push_back(range(corrupted, 0, 4, -17, refused({"found preamble not matched!!!"})));
-    rows.push_back(
-        range(corrupted, 5, 5, -19, refused({"total data length(62986) not matched!!!"})));
-    rows.push_back(
-        range(corrupted, 6, 6, -19, refused({"total data length(2549) not matched!!!"})));
-    rows.push_back(range(corrupted, 7, 13, -18, refused({"found resp data not matched!!!"})));
-    rows.push_back(range(corrupted, 14, 14, -20, refused({"fplen=64256", "fplen invalid!"})));
-    rows.push_back(range(corrupted, 15, 15, -20, refused({"fplen=1279", "fplen invalid!"})));
-    rows.push_back(numbers(corrupted,
-                           {"16", "17", "271", "272", "511", "512", "1295", "1296", "1807", "1808",
-                            "2319", "2320", "2321", "4095"},
-                           0, read));
-
     const QString cut("read-answer-cut");
-    rows.push_back(numbers(cut,
-                           {"0", "1", "7", "10", "12", "16", "511", "512", "513", "1024", "1296",
-                            "1298", "1500", "1808", "1810", "2320"},
-                           -16, wrongLength("{N}")));
-    rows.push_back(numbers(cut, {"11"}, -24, NO_DATA));
-    rows.push_back(
-        numbers(cut, {"1297", "1809"}, -19, refused({"total data length(2314) not matched!!!"})));
-    rows.push_back(numbers(cut, {"2321", "4095"}, 0, read));
-
     const QString replaced("read-answer-replaced");
     const auto hex = [](const QByteArray &bytes) { return QString::fromLatin1(bytes.toHex()); };
-    rows.push_back({replaced, {hex(frames::NO_DATA_ANSWER)}, "a status alone", -24, NO_DATA});
-    rows.push_back({replaced, {"00"}, "one byte", -16, wrongLength("1")});
-    rows.push_back({replaced,
-                    {hex(QByteArray(1297, '\0')), hex(QByteArray(2321, '\xFF'))},
-                    "noise as long as a frame",
-                    -17,
-                    refused({"found preamble not matched!!!"})});
-    rows.push_back({replaced,
-                    {hex(QByteArray(2322, '\0')), hex(QByteArray(2559, '\0'))},
-                    "more than 2321 bytes, in five packets",
-                    -21,
-                    notRead(READ, -8, 0)});
-    rows.push_back({replaced,
-                    {hex(frames::readAnswer(0))},
-                    "a frame without fingerprints",
-                    0,
-                    written(READ) + Lines{"fetch_data_resp success!", "fplen=0",
-                                          "fetch data success, outbuf size=1297"}});
+    return {
+        range(corrupted, 0, 4, -17, refused({"found preamble not matched!!!"})),
+        range(corrupted, 5, 5, -19, refused({"total data length(62986) not matched!!!"})),
+        range(corrupted, 6, 6, -19, refused({"total data length(2549) not matched!!!"})),
+        range(corrupted, 7, 13, -18, refused({"found resp data not matched!!!"})),
+        range(corrupted, 14, 14, -20, refused({"fplen=64256", "fplen invalid!"})),
+        range(corrupted, 15, 15, -20, refused({"fplen=1279", "fplen invalid!"})),
+        numbers(corrupted,
+                {"16", "17", "271", "272", "511", "512", "1295", "1296", "1807", "1808", "2319",
+                 "2320", "2321", "4095"},
+                0, read),
+        numbers(cut,
+                {"0", "1", "7", "10", "12", "16", "511", "512", "513", "1024", "1296", "1298",
+                 "1500", "1808", "1810", "2320"},
+                -16, wrongLength("{N}")),
+        numbers(cut, {"11"}, -24, NO_DATA),
+        numbers(cut, {"1297", "1809"}, -19, refused({"total data length(2314) not matched!!!"})),
+        numbers(cut, {"2321", "4095"}, 0, read),
+        {replaced, {hex(frames::NO_DATA_ANSWER)}, "a status alone", -24, NO_DATA},
+        {replaced, {"00"}, "one byte", -16, wrongLength("1")},
+        {replaced,
+         {hex(QByteArray(1297, '\0')), hex(QByteArray(2321, '\xFF'))},
+         "noise as long as a frame",
+         -17,
+         refused({"found preamble not matched!!!"})},
+        {replaced,
+         {hex(QByteArray(2322, '\0')), hex(QByteArray(2559, '\0'))},
+         "more than 2321 bytes, in five packets",
+         -21,
+         notRead(READ, -8, 0)},
+        {replaced,
+         {hex(frames::readAnswer(0))},
+         "a frame without fingerprints",
+         0,
+         written(READ) +
+             Lines{"fetch_data_resp success!", "fplen=0", "fetch data success, outbuf size=1297"}},
+    };
 }
 
 } // namespace
@@ -366,12 +350,23 @@ const std::vector<Failure> &failures()
 
 std::vector<FaultCase> faultCases()
 {
-    std::vector<FaultCase> rows;
-    addReaderFaults(rows);
-    addUnplugs(rows);
-    addExchangeFaults(rows);
-    addFixedAnswers(rows);
-    addReadAnswers(rows);
+    std::vector<FaultCase> rows = readerFaults();
+    const auto add = [&rows](const std::vector<FaultCase> &more) {
+        rows.insert(rows.end(), more.begin(), more.end());
+    };
+    for (const Exchange &exchange : EXCHANGES)
+        add(unplugs(exchange));
+    for (const Exchange &exchange : EXCHANGES)
+        add(exchangeFaults(exchange));
+    add(fixedAnswers(LOOKUP, -10));
+    add(fixedAnswers(SELECT, -13));
+    add({{"select-answer-replaced",
+          {QString::fromLatin1(frames::LOOKUP_ANSWER.toHex())},
+          "the answer to lookup",
+          0,
+          written(SELECT) + Lines{"lookup_resp error(0), actual_length=15!", "select success!"} +
+              FETCHED}});
+    add(readAnswers());
     return rows;
 }
 

@@ -53,10 +53,12 @@ QString faultText(const FaultCase &row, int argument)
     return value.isEmpty() ? row.fault : row.fault + QLatin1Char('=') + value;
 }
 
-/** Whether the reader was opened, whatever became of its exchanges. */
-bool isOpen(int code)
+/** The state that the object must have with this code. */
+int stateOf(int code)
 {
-    return code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH;
+    if (code == USB_READER_CLAIM_FAILED || code == USB_READER_RESET_FAILED)
+        return 1;
+    return code == USB_READER_OK || code <= USB_READER_LOOKUP_MISMATCH ? 2 : 0;
 }
 
 /** The reader with its card, its record as `out` and `fp` have it, and every later call. */
@@ -77,8 +79,12 @@ void readCard(const FaultCase &row, EmulatedBus &bus, const simulator::VirtualRe
         outcome.complaints << QStringLiteral("no record in spite of success");
     if (!isRead && (out != "before" || fp != UNTOUCHED))
         outcome.complaints << QStringLiteral("a failure has changed the results");
-    if (isOpen(outcome.code) != (reader.state() == 2))
+    if (reader.state() != stateOf(outcome.code))
         outcome.complaints << QStringLiteral("the state is %1").arg(reader.state());
+    if (reader.state() != 2 && reader.handle() != nullptr)
+        outcome.complaints << QStringLiteral("a reader that was not opened has a handle");
+    if (reader.state() != 2) // before the destructor
+        outcome.complaints << bus.leftOvers();
     if (isRead)
         return;
     const auto calls = bus.calls(device);
@@ -119,6 +125,8 @@ Outcome run(const FaultCase &row, int argument)
         hand.join();
     for (const std::string &line : log.texts())
         outcome.log << QString::fromStdString(line);
+    // At each failed open of a node umockdev's preload library, not ours, leaves its connection to
+    // the bus open, which has two ends in one process.
     account.allow(2 * row.failedOpens);
     outcome.complaints << bus.leftOvers() << account.additions();
     return outcome;
@@ -200,34 +208,26 @@ QStringList expectedLog(const FaultCase &row, int argument)
     return expected;
 }
 
-/** The shortest and the longest that a read may take. */
-std::pair<int, int> timeLimits(End end)
-{
-    switch (end) {
-    case End::AT_ONCE:
-        break;
-    case End::GIVES_UP:
-        return {READ_LIMIT_MS - 100, READ_LIMIT_MS + SLACK_MS};
-    case End::LATE:
-    case End::UNPLUGGED:
-        return {LONG_DELAY_MS - 100, LONG_DELAY_MS + SLACK_MS};
-    }
-    return {0, SLACK_MS};
-}
+/** When a read comes to its end: milliseconds at least and at most, and in words. */
+struct Ending {
+    int shortestMs;
+    int longestMs;
+    const char *text;
+};
 
-QString endText(End end)
+Ending endingOf(End end)
 {
     switch (end) {
     case End::AT_ONCE:
         break;
     case End::GIVES_UP:
-        return QStringLiteral("after 5 s");
+        return {READ_LIMIT_MS - 100, READ_LIMIT_MS + SLACK_MS, "after 5 s"};
     case End::LATE:
-        return QStringLiteral("when the command is taken");
+        return {LONG_DELAY_MS - 100, LONG_DELAY_MS + SLACK_MS, "when the command is taken"};
     case End::UNPLUGGED:
-        return QStringLiteral("when the reader is unplugged");
+        return {LONG_DELAY_MS - 100, LONG_DELAY_MS + SLACK_MS, "when the reader is unplugged"};
     }
-    return QStringLiteral("at once");
+    return {0, SLACK_MS, "at once"};
 }
 
 /** What the log says after the last step that succeeded. */
@@ -251,7 +251,7 @@ QString documentRow(const FaultCase &row, int code, const QString &log)
                               ? QStringLiteral("`%1`").arg(row.fault)
                               : QStringLiteral("`%1`: %2").arg(row.fault, row.argumentText);
     return QStringLiteral("| %1 | %2 | %3 | %4 |\n")
-        .arg(fault, QString::number(code), log, endText(row.end));
+        .arg(fault, QString::number(code), log, endingOf(row.end).text);
 }
 
 /** Checks one read; the row of the document that it stands for. */
@@ -263,9 +263,8 @@ QString check(const FaultCase &row, int argument, const Outcome &outcome)
               expectedLog(row, argument).join('\n').toStdString());
     for (const QString &complaint : outcome.complaints)
         ADD_FAILURE() << complaint.toStdString();
-    const auto [shortest, longest] = timeLimits(row.end);
-    EXPECT_GE(outcome.tookMs, shortest);
-    EXPECT_LE(outcome.tookMs, longest);
+    EXPECT_GE(outcome.tookMs, endingOf(row.end).shortestMs);
+    EXPECT_LE(outcome.tookMs, endingOf(row.end).longestMs);
     const bool isAsExpected = outcome.log == expectedLog(row, argument);
     return documentRow(row, outcome.code,
                        isAsExpected ? endOfLog(row.log) : QStringLiteral("(differs)"));

@@ -24,8 +24,7 @@ protected:
     /** A reader that is ready and ends the read's answer so. */
     void addReader(const UsbTransfer &answer)
     {
-        ScriptedDevice &device = make();
-        expectReady(device);
+        ScriptedDevice &device = makeReady();
         device.expectWrite(0x02, frames::READ).expectRead(0x81, frames::READ_CAPACITY, answer);
         add(device);
     }
@@ -60,21 +59,6 @@ protected:
     }
 };
 
-TEST_F(FetchData, CardWithoutFingerprints_IsTheWholeFrame)
-{
-    expectData(frames::readAnswer(0), FP_INFO_NONE, "0");
-}
-
-TEST_F(FetchData, CardWithOneFingerprint_IsTheWholeFrame)
-{
-    expectData(frames::readAnswer(512), FP_INFO_ONE, "512");
-}
-
-TEST_F(FetchData, CardWithTwoFingerprints_IsTheWholeFrame)
-{
-    expectData(frames::readAnswer(1024), FP_INFO_TWO, "1024");
-}
-
 TEST_F(FetchData, PrintLengthThatDisagreesWithTheSize_IsNotNoticed)
 {
     QByteArray answer = frames::readAnswer(0);
@@ -89,28 +73,28 @@ TEST_F(FetchData, WrongChecksum_IsNotNoticed)
     expectData(answer, FP_INFO_TWO, "1024");
 }
 
-TEST_F(FetchData, Twice_AsksTheReaderTwice)
+TEST_F(FetchData, AgainAndAgain_AsksTheReaderEachTimeAndGivesTheWholeFrame)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
-    const QByteArray first = frames::readAnswer(1024);
-    const QByteArray second = frames::readAnswer(0);
-    for (const QByteArray &answer : {first, second})
-        device.expectWrite(0x02, frames::READ).expectRead(0x81, frames::READ_CAPACITY, answer);
+    const std::pair<int, FP_INFO_TYPE> cards[] = {
+        {1024, FP_INFO_TWO}, {0, FP_INFO_NONE}, {512, FP_INFO_ONE}};
+    ScriptedDevice &device = makeReady();
+    for (const auto &[prints, type] : cards)
+        device.expectWrite(0x02, frames::READ)
+            .expectRead(0x81, frames::READ_CAPACITY, frames::readAnswer(prints));
     add(device);
     IdReader reader;
-    QByteArray out;
+    expectLog(lines::READY);
+    QByteArray out("before");
     FP_INFO_TYPE fp = UNTOUCHED;
-    EXPECT_TRUE(reader.fetch_data(out, fp));
-    EXPECT_EQ(out, first);
-    EXPECT_EQ(fp, FP_INFO_TWO);
-    EXPECT_TRUE(reader.fetch_data(out, fp));
-    EXPECT_EQ(out, second) << "in place of the first, not behind it";
-    EXPECT_EQ(fp, FP_INFO_NONE);
-    expectLog(lines::READY + Lines{"write pipe2 success!", "fetch_data_resp success!", "fplen=1024",
-                                   "fetch data success, outbuf size=2321", "write pipe2 success!",
-                                   "fetch_data_resp success!", "fplen=0",
-                                   "fetch data success, outbuf size=1297"});
+    for (const auto &[prints, type] : cards) {
+        EXPECT_TRUE(reader.fetch_data(out, fp));
+        EXPECT_EQ(reader.lastError(), 0);
+        EXPECT_EQ(out, frames::readAnswer(prints)) << "in place of the one before, not behind it";
+        EXPECT_EQ(fp, type);
+        expectLog({"write pipe2 success!", "fetch_data_resp success!",
+                   "fplen=" + std::to_string(prints),
+                   "fetch data success, outbuf size=" + std::to_string(out.size())});
+    }
 }
 
 /** A frame that is refused, beside those of the table of the faults. */
@@ -171,8 +155,7 @@ TEST_F(FetchData, FrameThatIsWholeWhenTheTransferBreaks_IsNoRecord)
 
 TEST_F(FetchData, AfterOpenFailedOnTheSameObject_TouchesNothing)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     add(device);
     IdReader reader;
     EXPECT_FALSE(reader.open(VENDOR, 0x0002));

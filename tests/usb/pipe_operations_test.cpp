@@ -58,16 +58,6 @@ TEST_F(PipeOperations, WritePipe2_SendsAFrameHeadAndLogsTheResult)
                "write pipe2 success!"});
 }
 
-TEST_F(PipeOperations, WritePipe6_PutsTheDataBetweenItsBytes)
-{
-    device().expectWrite(0x06, QByteArray::fromHex("0102A0A1A2A3A400000F"));
-    QByteArray data = QByteArray::fromHex("A0A1A2A3A4");
-    EXPECT_TRUE(
-        reader().write_pipe6(10, 1, 2, reinterpret_cast<unsigned char *>(data.data()), 0x0F));
-    EXPECT_EQ(data, QByteArray::fromHex("A0A1A2A3A4"));
-    expectLog({"write pipe6 success!"});
-}
-
 TEST_F(PipeOperations, WritePipe6WithoutData_SendsZerosAndLogsTheResult)
 {
     const QByteArray block = QByteArray::fromHex("0102000000000000000F");
@@ -78,26 +68,6 @@ TEST_F(PipeOperations, WritePipe6WithoutData_SendsZerosAndLogsTheResult)
     for (const bool succeeds : {true, false, false})
         EXPECT_EQ(reader().write_pipe6(10, 1, 2, nullptr, 0x0F), succeeds);
     expectLog({"write pipe6 success!", "write pipe6 error(0)!", "write pipe6 error(-1)!"});
-}
-
-TEST_F(PipeOperations, WritePipe6OfSmallBlocks_LeavesOutWhatDoesNotFit)
-{
-    const QList<QByteArray> blocks = {QByteArray(),
-                                      QByteArray::fromHex("0F"),
-                                      QByteArray::fromHex("010F"),
-                                      QByteArray::fromHex("01020F"),
-                                      QByteArray::fromHex("0102000F"),
-                                      QByteArray::fromHex("010200000F"),
-                                      QByteArray::fromHex("0102A000000F"),
-                                      QByteArray::fromHex("0102A0A100000F")};
-    for (const QByteArray &block : blocks)
-        device().expectWrite(0x06, block);
-    QByteArray data = QByteArray::fromHex("A0A1A2A3");
-    for (const QByteArray &block : blocks) {
-        EXPECT_TRUE(reader().write_pipe6(static_cast<unsigned short>(block.size()), 1, 2,
-                                         reinterpret_cast<unsigned char *>(data.data()), 0x0F));
-        expectLog({"write pipe6 success!"});
-    }
 }
 
 TEST_F(PipeOperations, ReadPipe81_ReportsTheLengthOfAnyHeadAndLogsIt)

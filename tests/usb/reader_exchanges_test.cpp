@@ -14,19 +14,6 @@ using simulator::UsbStatus;
 
 using ReaderExchanges = UsbTest;
 
-TEST_F(ReaderExchanges, CardOnTheReader_IsFoundAndSelected)
-{
-    ScriptedDevice &device = make();
-    expectReady(device);
-    add(device);
-    const IdReader reader;
-    EXPECT_EQ(reader.lastError(), 0);
-    EXPECT_EQ(reader.state(), 2);
-    expectLog({"found usb device!", "open usb device success!", "write pipe2 success!",
-               "lookup_resp success!", "lookup success!", "write pipe2 success!",
-               "select_resp success!", "select success!"});
-}
-
 TEST_F(ReaderExchanges, NoReader_LeavesTheOpenCodeAndAsksNothing)
 {
     IdReader reader;
@@ -39,8 +26,7 @@ TEST_F(ReaderExchanges, NoReader_LeavesTheOpenCodeAndAsksNothing)
 
 TEST_F(ReaderExchanges, SelectCalledAgain_KeepsTheCodeOfARead)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     device.expectWrite(0x02, frames::SELECT)
         .expectRead(0x81, frames::SELECT_ANSWER.size(), ended(UsbStatus::STALLED));
     add(device);
@@ -53,8 +39,7 @@ TEST_F(ReaderExchanges, SelectCalledAgain_KeepsTheCodeOfARead)
 
 TEST_F(ReaderExchanges, LookupAndSelectCalledAgain_RunTheirExchanges)
 {
-    ScriptedDevice &device = make();
-    expectReady(device);
+    ScriptedDevice &device = makeReady();
     expectReady(device);
     add(device);
     IdReader reader;

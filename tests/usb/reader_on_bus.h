@@ -80,6 +80,15 @@ public:
             .arg(address.device);
     }
 
+    /** Binds a driver to the device's interface 0, as the system shows it. */
+    void bindDriver(const simulator::UsbDevice &device, const QString &driver) const
+    {
+        const QString system = systemFolder(device);
+        const QString interface = system + QDir(system).dirName() + ":1.0";
+        ASSERT_TRUE(QDir().mkpath(interface));
+        ASSERT_TRUE(QFile::link("../../../../../bus/usb/drivers/" + driver, interface + "/driver"));
+    }
+
     /** A program in another process gives back by itself, unless it is ended by force. */
     void leaveItToTheSystem() { m_isAllGivenBack = false; }
 

@@ -34,8 +34,6 @@ public:
 
     // What stands in the way of using it.
     void setPluggedIn(bool isPluggedIn) { m_isPluggedIn = isPluggedIn; }
-    void setFailsToOpen(bool fails) { m_failsToOpen = fails; }
-    void setDeniesAccess(bool denies) { m_deniesAccess = denies; }
     void setClaimedElsewhere(bool isClaimed) { m_isClaimedElsewhere = isClaimed; }
     void setRefusesReset(bool refuses) { m_refusesReset = refuses; }
 
@@ -46,8 +44,7 @@ public:
 
     QByteArray descriptors() const override;
     bool isPluggedIn() const override { return m_isPluggedIn; }
-    bool failsToOpen() const override { return m_failsToOpen; }
-    bool deniesAccess() const override { return m_deniesAccess; }
+    bool deniesAccess() const override { return false; }
     bool isClaimedElsewhere() const override { return m_isClaimedElsewhere; }
     bool refusesReset() const override { return m_refusesReset; }
     void reset() override { ++m_resets; }
@@ -69,8 +66,6 @@ private:
     std::deque<Line> m_script;
     QStringList m_complaints;
     bool m_isPluggedIn = true;
-    bool m_failsToOpen = false;
-    bool m_deniesAccess = false;
     bool m_isClaimedElsewhere = false;
     bool m_refusesReset = false;
     int m_resets = 0;

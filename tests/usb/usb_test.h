@@ -49,6 +49,9 @@ bool warmUp();
 /** What is seen through the log, in order; the lines that `expected` has not are complaints. */
 QStringList logComplaints(const std::vector<MessageLog::Message> &log, const Lines &expected);
 
+/** Adds the two exchanges by which a reader gets ready. */
+void expectReady(ScriptedDevice &device);
+
 /** The test of a reader on a bus of its own. */
 class UsbTest : public testing::Test
 {
@@ -73,6 +76,14 @@ protected:
         return made;
     }
 
+    /** The same, with a script that begins with the two exchanges by which a reader gets ready. */
+    ScriptedDevice &makeReady()
+    {
+        ScriptedDevice &device = make();
+        expectReady(device);
+        return device;
+    }
+
     /** Puts a device of this test on the bus. At the end its script is to be used up. */
     void add(ScriptedDevice &device, const NodeTraits &traits = {});
 
@@ -91,12 +102,6 @@ protected:
      */
     Lines takeLog();
 
-    /**
-     * At each failed open of a node umockdev's preload library, not ours, leaves its connection to
-     * the bus open, which has two ends in one process.
-     */
-    void allowFailedOpens(int count) { m_account.allow(2 * count); }
-
 private:
     std::vector<std::unique_ptr<ScriptedDevice>> m_devices;
     std::unique_ptr<EmulatedBus> m_bus;
@@ -114,8 +119,5 @@ const Lines LOOKED_UP = {"write pipe2 success!", "lookup_resp success!", "lookup
 const Lines SELECTED = {"write pipe2 success!", "select_resp success!", "select success!"};
 const Lines READY = OPENED + LOOKED_UP + SELECTED;
 } // namespace lines
-
-/** Adds the two exchanges by which a reader gets ready. */
-void expectReady(ScriptedDevice &device);
 
 } // namespace usb_test

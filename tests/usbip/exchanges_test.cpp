@@ -16,15 +16,6 @@ using testing::IsEmpty;
 namespace
 {
 
-/** `digits` with each "N*XX" written out; the long fields are mostly zeros. */
-QByteArray frame(std::initializer_list<QByteArray> parts)
-{
-    QByteArray bytes;
-    for (const QByteArray &part : parts)
-        bytes += part;
-    return bytes;
-}
-
 QByteArray zeros(int count)
 {
     return QByteArray(count, '\0');
@@ -34,13 +25,13 @@ QByteArray zeros(int count)
 QByteArray deviceEntry()
 {
     const QByteArray path("/sys/devices/idcard-virtual-reader/usb1/1-1");
-    return frame({path, zeros(256 - path.size()), hex("31 2D 31"), zeros(29), // bus id 1-1
-                  hex("00 00 00 01"),                                         // bus
-                  hex("00 00 00 02"),                                         // device
-                  hex("00 00 00 03"),                                         // high speed
-                  hex("12 09 00 01 01 00"), // vendor, product, release
-                  hex("00 00 00"),          // class, subclass, protocol
-                  hex("01 01 01")});        // configuration, configurations, interfaces
+    return path + zeros(256 - path.size()) + hex("31 2D 31") + zeros(29) + // bus id 1-1
+           hex("00 00 00 01") +                                            // bus
+           hex("00 00 00 02") +                                            // device
+           hex("00 00 00 03") +                                            // high speed
+           hex("12 09 00 01 01 00") + // vendor, product, release
+           hex("00 00 00") +          // class, subclass, protocol
+           hex("01 01 01");           // configuration, configurations, interfaces
 }
 
 class Exchange : public testing::Test
@@ -66,7 +57,7 @@ protected:
 TEST_F(Exchange, DeviceListNamesTheReaderAndItsInterface)
 {
     const QByteArray expected =
-        frame({hex("01 11 00 05 00 00 00 00 00 00 00 01"), deviceEntry(), hex("FF 00 00 00")});
+        hex("01 11 00 05 00 00 00 00 00 00 00 01") + deviceEntry() + hex("FF 00 00 00");
     EXPECT_EQ(answerTo(hex("01 11 80 05 00 00 00 00")).toHex(' '), expected.toHex(' '));
     EXPECT_TRUE(connection.isOver());
     EXPECT_THAT(connection.problem().toStdString(), IsEmpty());
@@ -80,8 +71,8 @@ TEST_F(Exchange, DeviceListIsEmptyWhileTheReaderIsUnplugged)
 
 TEST_F(Exchange, ImportHandsTheReaderOver)
 {
-    const QByteArray request = frame({hex("01 11 80 03 00 00 00 00 31 2D 31"), zeros(29)});
-    const QByteArray expected = frame({hex("01 11 00 03 00 00 00 00"), deviceEntry()});
+    const QByteArray request = hex("01 11 80 03 00 00 00 00 31 2D 31") + zeros(29);
+    const QByteArray expected = hex("01 11 00 03 00 00 00 00") + deviceEntry();
     EXPECT_EQ(answerTo(request).toHex(' '), expected.toHex(' '));
     EXPECT_TRUE(connection.hasDevice());
     EXPECT_TRUE(exported.isImported);
@@ -124,61 +115,58 @@ TEST_F(Exchange, ImportSucceedsAgainAfterTheFirstConnectionHasGone)
     EXPECT_EQ(answerTo(importRequest()).size(), IMPORT_REPLY_SIZE);
 }
 
-TEST_F(Exchange, FirstDeviceDescriptorIsReadWithRoomForSixtyFourBytes)
+TEST_F(Exchange, ControlTransfersOfTheKernelAreAnsweredByteForByte)
 {
+    const struct {
+        const char *what;
+        const char *request;
+        const char *answer;
+    } transfers[] = {
+        {"first device descriptor, with room for sixty-four bytes",
+         "00 00 00 01 00 00 00 01 00 01 00 02 00 00 00 01 00 00 00 00"
+         "00 00 02 00 00 00 00 40 00 00 00 00 00 00 00 00 00 00 00 00"
+         "80 06 00 01 00 00 40 00",
+         "00 00 00 03 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 12 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00"
+         "12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 01"},
+        {"head of the configuration",
+         "00 00 00 01 00 00 00 02 00 01 00 02 00 00 00 01 00 00 00 00"
+         "00 00 02 00 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
+         "80 06 00 02 00 00 09 00",
+         "00 00 00 03 00 00 00 02 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00"
+         "09 02 2E 00 01 01 00 80 32"},
+        {"whole configuration",
+         "00 00 00 01 00 00 00 03 00 01 00 02 00 00 00 01 00 00 00 00"
+         "00 00 02 00 00 00 00 2E 00 00 00 00 00 00 00 00 00 00 00 00"
+         "80 06 00 02 00 00 2E 00",
+         "00 00 00 03 00 00 00 03 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 2E 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00"
+         "09 02 2E 00 01 01 00 80 32 09 04 00 00 04 FF 00 00 00"
+         "07 05 02 02 00 02 00 07 05 81 02 00 02 00"
+         "07 05 06 02 00 02 00 07 05 85 02 00 02 00"},
+        {"text, which there is not",
+         "00 00 00 01 00 00 00 04 00 01 00 02 00 00 00 01 00 00 00 00"
+         "00 00 02 00 00 00 00 FF 00 00 00 00 00 00 00 00 00 00 00 00"
+         "80 06 00 03 00 00 FF 00",
+         "00 00 00 03 00 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00"
+         "FF FF FF E0 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00"},
+        {"choice of the configuration",
+         "00 00 00 01 00 00 00 04 00 01 00 02 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 09 01 00 00 00 00 00",
+         "00 00 00 03 00 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
+         "00 00 00 00 00 00 00 00"},
+    };
     attach();
-    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 01 00 01 00 02 00 00 00 01 00 00 00 00"
-                           "00 00 02 00 00 00 00 40 00 00 00 00 00 00 00 00 00 00 00 00"
-                           "80 06 00 01 00 00 40 00"))
-                  .toHex(' '),
-              hex("00 00 00 03 00 00 00 01 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 12 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00"
-                  "12 01 00 02 00 00 00 40 09 12 01 00 00 01 00 00 00 01")
-                  .toHex(' '));
-}
-
-TEST_F(Exchange, ConfigurationIsReadInTwoSteps)
-{
-    attach();
-    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 02 00 01 00 02 00 00 00 01 00 00 00 00"
-                           "00 00 02 00 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
-                           "80 06 00 02 00 00 09 00")),
-              hex("00 00 00 03 00 00 00 02 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 09 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00"
-                  "09 02 2E 00 01 01 00 80 32"));
-    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 03 00 01 00 02 00 00 00 01 00 00 00 00"
-                           "00 00 02 00 00 00 00 2E 00 00 00 00 00 00 00 00 00 00 00 00"
-                           "80 06 00 02 00 00 2E 00")),
-              hex("00 00 00 03 00 00 00 03 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 2E 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00"
-                  "09 02 2E 00 01 01 00 80 32 09 04 00 00 04 FF 00 00 00"
-                  "07 05 02 02 00 02 00 07 05 81 02 00 02 00"
-                  "07 05 06 02 00 02 00 07 05 85 02 00 02 00"));
-}
-
-TEST_F(Exchange, TextThatTheKernelAsksForIsAnsweredByAStall)
-{
-    attach();
-    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 04 00 01 00 02 00 00 00 01 00 00 00 00"
-                           "00 00 02 00 00 00 00 FF 00 00 00 00 00 00 00 00 00 00 00 00"
-                           "80 06 00 03 00 00 FF 00")),
-              hex("00 00 00 03 00 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "FF FF FF E0 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00"));
-}
-
-TEST_F(Exchange, ConfigurationIsChosen)
-{
-    attach();
-    EXPECT_EQ(answerTo(hex("00 00 00 01 00 00 00 04 00 01 00 02 00 00 00 00 00 00 00 00"
-                           "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-                           "00 09 01 00 00 00 00 00")),
-              hex("00 00 00 03 00 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
-                  "00 00 00 00 00 00 00 00"));
+    for (const auto &transfer : transfers)
+        EXPECT_EQ(answerTo(hex(transfer.request)).toHex(' '), hex(transfer.answer).toHex(' '))
+            << transfer.what;
 }
 
 TEST_F(Exchange, CommandIsWrittenAndItsAnswerRead)

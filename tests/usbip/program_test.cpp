@@ -249,8 +249,7 @@ TEST(VirtualReaderProgram, LineOfMoreThan65536Bytes_IsRefusedAsOneAndTheNextIsSe
     reader.write(QByteArray(200000, 'x')); // a last line without an end
     const ProcessResult run = reader.result();
     EXPECT_THAT(run.output(), StartsWith("error: the line is longer than"));
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.error(), IsEmpty());
+    expectEnd(run, 0);
 }
 
 TEST(VirtualReaderProgram, StaysAfterTheEndOfInput)
@@ -287,8 +286,7 @@ TEST(VirtualReaderProgram, InTheBackgroundOfAScript_StaysWhenCtrlCIsPressed)
     EXPECT_EQ(reader.ask("quit\nstatus"), "ok");
     EXPECT_EQ(reader.nextLine(), "") << "nothing is answered after quit";
     const ProcessResult run = reader.result();
-    EXPECT_EQ(run.exitStatus, 0);
-    EXPECT_THAT(run.error(), IsEmpty());
+    expectEnd(run, 0);
 }
 
 TEST(VirtualReaderProgram, InTheBackgroundOfATerminal_IsNotStoppedThoughItReadsFromThere)
