@@ -6,13 +6,6 @@
 
 namespace text_values
 {
-namespace
-{
-
-/** How a card says that it never expires. */
-constexpr const char *LONG_TERM = "长期";
-
-} // namespace
 
 long number(const std::string &text)
 {

@@ -7,6 +7,9 @@
 namespace text_values
 {
 
+/** How a card says that it never expires. */
+constexpr const char *LONG_TERM = "长期";
+
 /** The decimal number that `text` begins with, after white space; 0 when there is none. */
 long number(const std::string &text);
 

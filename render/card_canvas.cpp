@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QStringList>
 
+#include "render/card_fonts.h"
 #include "render/card_template.h"
 #include "render/tools.h"
 
@@ -11,9 +12,7 @@ CardCanvas::CardCanvas(const QString &templatePath) : m_pixmap(loadTemplate(temp
 
 void CardCanvas::text(int x, int y, const TextStyle &style, const QString &text)
 {
-    QFont font;
-    font.setFamily(style.family());
-    font.setPixelSize(style.pixelSize);
+    QFont font = cardFont(style.family(), style.pixelSize);
     if (style.weight != 0)
         font.setWeight(style.weight);
     if (style.spacing != 0.0)

@@ -2,6 +2,7 @@
 
 // The fonts that all card pictures name.
 
+#include <QFont>
 #include <QString>
 
 // Not string literals of Qt's: its font cache keeps the name, and a literal would go when the
@@ -21,3 +22,17 @@ inline QString numberFamily()
 
 /** Weight of a card's number, between normal (50) and bold (75): `QFont::DemiBold`. */
 constexpr int NUMBER_WEIGHT = 63;
+
+/**
+ * The default font in this family and size, in pixels. It has no style name, even where the default
+ * font has one: Qt would take the face of that name and ignore the weight. And it is completed from
+ * the default font, not a changed copy of it, in which Qt from 5.13 on would prefer the default
+ * font's list of families to the family.
+ */
+inline QFont cardFont(const QString &family, int pixelSize)
+{
+    QFont font(family);
+    font.setStyleName(QString());
+    font.setPixelSize(pixelSize);
+    return font.resolve(QFont());
+}

@@ -18,13 +18,10 @@ namespace
 
 constexpr double NUMBER_SPACING = 0.48;
 
-/** A font of `pt` points on the card; everything else as Qt's default font has it. */
-QFont cardFont(const QString &family, int pt)
+/** A font of `pt` points on the card. */
+QFont fontOfPoints(const QString &family, int pt)
 {
-    QFont font;
-    font.setFamily(family);
-    font.setPixelSize(static_cast<int>(units::pixelHeightOfPoints(pt)));
-    return font;
+    return cardFont(family, static_cast<int>(units::pixelHeightOfPoints(pt)));
 }
 
 struct JpegFile {
@@ -81,10 +78,7 @@ bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QFont f
 bool Tools::drawStringInPixmap(QPixmap &pix, QString text, QColor color, QString family,
                                int pixelSize, int x, int y)
 {
-    QFont font;
-    font.setFamily(family);
-    font.setPixelSize(pixelSize);
-    return drawStringInPixmap(pix, text, color, font, QPointF(x, y));
+    return drawStringInPixmap(pix, text, color, cardFont(family, pixelSize), QPointF(x, y));
 }
 
 bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
@@ -92,7 +86,8 @@ bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, 
 {
     const double height = units::pixelHeightOfPoints(pt);
     const QPointF top = units::pixelPosition({xmm, ymm});
-    return drawStringInPixmap(pix, text, color, cardFont(family, pt), {top.x(), top.y() + height});
+    return drawStringInPixmap(pix, text, color, fontOfPoints(family, pt),
+                              {top.x(), top.y() + height});
 }
 
 bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, QString family,
@@ -100,14 +95,14 @@ bool Tools::drawStringInPixmapFromTop(QPixmap &pix, QString text, QColor color, 
 {
     const double height = units::pixelHeightOfPoints(pt);
     const QPointF top = units::pixelPosition({xmm, ymm});
-    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+    return drawStringInPixmap(pix, text, color, fontOfPoints(family, pt),
                               {top.x(), height + top.y() + dy});
 }
 
 bool Tools::drawStringInPixmapFromBottom(QPixmap &pix, QString text, QColor color, QString family,
                                          int pt, double xmm, double ymm)
 {
-    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+    return drawStringInPixmap(pix, text, color, fontOfPoints(family, pt),
                               units::pixelPosition({xmm, ymm}));
 }
 
@@ -115,14 +110,14 @@ bool Tools::drawStringInPixmapFromBottomRight(QPixmap &pix, QString text, QColor
                                               QString family, int pt, double xmm, double ymm)
 {
     const QPointF right = units::pixelPosition({xmm, ymm});
-    return drawStringInPixmap(pix, text, color, cardFont(family, pt),
+    return drawStringInPixmap(pix, text, color, fontOfPoints(family, pt),
                               {right.x() - getTextPixelWidth(family, pt, text), right.y()});
 }
 
 bool Tools::drawIDCodeStringInPixmapFromBottom(QPixmap &pix, QString text, QColor color,
                                                QString family, int pt, double xmm, double ymm)
 {
-    QFont font = cardFont(family, pt);
+    QFont font = fontOfPoints(family, pt);
     font.setWeight(NUMBER_WEIGHT);
     font.setLetterSpacing(QFont::AbsoluteSpacing, NUMBER_SPACING);
     return drawStringInPixmap(pix, text, color, font, units::pixelPosition({xmm, ymm}));
@@ -130,7 +125,7 @@ bool Tools::drawIDCodeStringInPixmapFromBottom(QPixmap &pix, QString text, QColo
 
 double Tools::getTextPixelWidth(QString family, int pt, QString text)
 {
-    const int width = QFontMetrics(cardFont(family, pt)).boundingRect(text).width();
+    const int width = QFontMetrics(fontOfPoints(family, pt)).boundingRect(text).width();
     return width + (9 - 0.5 * width);
 }
 

@@ -95,8 +95,9 @@ public:
     /**
      * Base64 text (RFC 4648, padded, no line breaks) of `pix` as a JPEG file of the writer's
      * default quality. Empty when it cannot be saved as one: for a null pixmap, for more than 65500
-     * pixels on a side, and where Qt's JPEG plug-in is missing. Throws `std::bad_alloc` when there
-     * is no memory for it.
+     * pixels on a side, and where Qt's JPEG plug-in is missing or cannot be loaded, for instance
+     * because the process has no free file descriptor. Throws `std::bad_alloc` when there is no
+     * memory for it.
      */
     static QString convertPixmapToBase64ViaJpg(const QPixmap &pix);
 

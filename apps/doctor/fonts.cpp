@@ -16,6 +16,7 @@
 #include "apps/doctor/stand_ins.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
+#include "render/card_fonts.h"
 
 namespace app::doctor
 {
@@ -98,6 +99,14 @@ Finding judgedFont(const PicturesState &pictures, const FontState &font)
             filledIn(tr("%1: not known, since Qt does not come up (%2)"), wanted, pictures.failure),
             tr("Do what \"Screen\" says and run this again.")};
     }
+    if (!font.hasChinese && pictures.runningPlatform == QLatin1String("minimal")) {
+        return {Level::FAILURE,
+                tr("%1: Qt's platform \"minimal\" knows no fonts, installed or not; the pictures "
+                   "have empty boxes in place of the characters")
+                    .arg(wanted),
+                tr("Choose Qt's offscreen platform in its place:"),
+                {QStringLiteral("export QT_QPA_PLATFORM=offscreen")}};
+    }
     if (!font.hasChinese) {
         return {Level::FAILURE,
                 tr("%1: no font here has the Chinese characters; the pictures have empty boxes in "
@@ -135,9 +144,7 @@ void nameFonts(PicturesState *pictures)
 JsonObject describeFont(std::size_t which)
 {
     const FontRow &row = FONTS.at(which);
-    QFont font;
-    font.setFamily(QString::fromUtf8(row.family));
-    font.setPixelSize(FONT_PIXELS);
+    QFont font = cardFont(QString::fromUtf8(row.family), FONT_PIXELS);
     font.setWeight(row.weight);
     QTextLayout layout(QString::fromUtf8(CHINESE_SAMPLE), font);
     layout.beginLayout();

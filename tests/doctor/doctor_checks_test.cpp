@@ -485,6 +485,13 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"no Chinese font", "text-font",
               [](Environment &m) { m.pictures.fonts[0].hasChinese = false; }, Level::FAILURE,
               "no font here has the Chinese characters", "fonts-noto-cjk"},
+        Fault{"platform without fonts", "text-font",
+              [](Environment &m) {
+                  m.pictures.runningPlatform = "minimal";
+                  m.pictures.fonts[0].hasChinese = false;
+              },
+              Level::FAILURE, "Qt's platform \"minimal\" knows no fonts, installed or not",
+              "export QT_QPA_PLATFORM=offscreen"},
         Fault{"some font", "text-font",
               [](Environment &m) { m.pictures.fonts[0].isStandIn = false; }, Level::WARNING,
               "no stand-in is named, and Qt takes SomeFont",

@@ -22,7 +22,9 @@
 #include "apps/process/child_process.h"
 #include "apps/web_sites/browser_files.h"
 #include "apps/web_sites/last_answer.h"
+#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
+#include "tests/support/process.h"
 
 using namespace app;
 using namespace app::doctor;
@@ -113,16 +115,7 @@ TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
     EXPECT_LT(time.elapsed(), 5000);
     const pid_t grandchild = run.values["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
-    // It is a zombie until the reaper of orphans has waited for it.
-    const QString status = QStringLiteral("/proc/%1/stat").arg(grandchild);
-    const auto isGone = [&] {
-        const QByteArray line = QFile::exists(status) ? readFile(status) : QByteArray();
-        const QByteArray state = line.mid(line.lastIndexOf(')') + 1).trimmed();
-        return state.isEmpty() || state.startsWith('Z');
-    };
-    while (!isGone() && time.elapsed() < 10000)
-        usleep(1000);
-    EXPECT_TRUE(isGone());
+    waitUntil([grandchild] { return !isRunning(grandchild); });
 }
 
 TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
@@ -173,16 +166,6 @@ private:
 TEST_F(LibraryFiles, OwnKindIsSound)
 {
     EXPECT_EQ(inspected(sound()).shape, LibraryShape::SOUND);
-}
-
-TEST_F(LibraryFiles, OtherProcessorIsRecognisedByTheHeader)
-{
-    QByteArray content = sound();
-    content[18] = '\xf3'; // EM_RISCV
-    content[19] = '\0';
-    const LibraryFile file = inspected(content);
-    EXPECT_EQ(file.shape, LibraryShape::OTHER_MACHINE);
-    EXPECT_EQ(file.machine, "RISC-V");
 }
 
 TEST_F(LibraryFiles, ProcessorWithoutANameIsRecognisedByItsNumber)
@@ -262,23 +245,6 @@ TEST(LoadingALibrary, ThatCrashesHangsOrExitsIsSurvived)
     EXPECT_EQ(probed("EXITS").loading, Loading::CRASHED);
     EXPECT_THAT(probed("EXITS").crash.toStdString(), HasSubstr("status 3"));
     EXPECT_EQ(probed("HANGS", 500).loading, Loading::HUNG);
-}
-
-TEST(LoadingALibrary, ThatPrintsMuchIsLoaded)
-{
-    const LibraryState state = probed("WRITES");
-    EXPECT_EQ(state.loading, Loading::LOADED);
-    EXPECT_THAT(state.missing, IsEmpty());
-    EXPECT_THAT(state.tried.toStdString(), HasSubstr("/libidcard_maker_WRITES.so"));
-}
-
-TEST(LoadingALibrary, ThatLacksAFunctionOrALibraryReportsWhich)
-{
-    EXPECT_EQ(probed("LACKS_FUNCTIONS").missing, QStringList{"KVO_ClosePort"});
-    const LibraryState state = probed("NEEDS_ANOTHER");
-    EXPECT_EQ(state.loading, Loading::NOT_LOADED);
-    EXPECT_THAT(state.errors.join('\n').toStdString(),
-                HasSubstr("libidcard_maker_needed.so: cannot open shared object file"));
 }
 
 TEST(LoadingALibrary, IsNotDoneForFunctionsThatAreInTheProcess)

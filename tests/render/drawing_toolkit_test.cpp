@@ -1,9 +1,8 @@
 // The drawing primitives: what reaches the painter, the whitening of photos and the encoding.
 
 #include "render/tools.h"
-#include "tests/render/picture_matchers.h"
+#include "tests/render/card_sides.h"
 #include "tests/support/expected_warning.h"
-#include "tests/support/gui_environment.h"
 
 #include <gmock/gmock.h>
 
@@ -27,9 +26,6 @@ protected:
         EXPECT_EQ(recorder.painted().size(), 1U);
         return recorder.painted().front();
     }
-
-    /** Height of a font of `pt` points in pixels. */
-    static double height(int pt) { return pt * 0.35277777777777775 * pixelsPerMm(); }
 
     QPixmap canvas{300, 200};
     QPixmap stamp{10, 20};
@@ -72,31 +68,29 @@ TEST_F(DrawingToolkit, Color_ReachesThePen)
 TEST_F(DrawingToolkit, FromTop_IsLoweredByTheUnroundedHeight)
 {
     EXPECT_TRUE(Tools::drawStringInPixmapFromTop(canvas, TEXT, Qt::black, FAMILY, 11, 3.0, 5.0));
-    expectText(only(), {"五12", 3.0 * pixelsPerMm(), 5.0 * pixelsPerMm() + height(11), NUMBER,
-                        static_cast<int>(height(11))});
+    expectText(only(),
+               {"五12", px(3.0), px(5.0) + height(11), NUMBER, static_cast<int>(height(11))});
 }
 
 TEST_F(DrawingToolkit, FromTopWithOffset_IsLoweredByItToo)
 {
     EXPECT_TRUE(
         Tools::drawStringInPixmapFromTop(canvas, TEXT, Qt::black, FAMILY, 8, 3.0, 5.0, 17.25));
-    expectText(only(), {"五12", 3.0 * pixelsPerMm(), height(8) + 5.0 * pixelsPerMm() + 17.25,
-                        NUMBER, static_cast<int>(height(8))});
+    expectText(only(),
+               {"五12", px(3.0), height(8) + px(5.0) + 17.25, NUMBER, static_cast<int>(height(8))});
 }
 
 TEST_F(DrawingToolkit, FromBottom_StandsOnTheBaseline)
 {
     EXPECT_TRUE(Tools::drawStringInPixmapFromBottom(canvas, TEXT, Qt::black, FAMILY, 9, 3.0, 5.0));
-    expectText(only(), {"五12", 3.0 * pixelsPerMm(), 5.0 * pixelsPerMm(), NUMBER,
-                        static_cast<int>(height(9))});
+    expectText(only(), {"五12", px(3.0), px(5.0), NUMBER, static_cast<int>(height(9))});
 }
 
 TEST_F(DrawingToolkit, IdCode_IsHalfBoldAndSpaced)
 {
     EXPECT_TRUE(
         Tools::drawIDCodeStringInPixmapFromBottom(canvas, TEXT, Qt::black, FAMILY, 12, 3.0, 5.0));
-    expectText(only(), {"五12", 3.0 * pixelsPerMm(), 5.0 * pixelsPerMm(), NUMBER,
-                        static_cast<int>(height(12)), 63, 0.48});
+    expectText(only(), {"五12", px(3.0), px(5.0), NUMBER, static_cast<int>(height(12)), 63, 0.48});
 }
 
 TEST_F(DrawingToolkit, FromBottomRight_IsMovedLeftByTheFixedFormula)
@@ -104,8 +98,7 @@ TEST_F(DrawingToolkit, FromBottomRight_IsMovedLeftByTheFixedFormula)
     const double width = Tools::getTextPixelWidth(FAMILY, 9, TEXT);
     EXPECT_TRUE(
         Tools::drawStringInPixmapFromBottomRight(canvas, TEXT, Qt::black, FAMILY, 9, 33.0, 5.0));
-    expectText(only(), {"五12", 33.0 * pixelsPerMm() - width, 5.0 * pixelsPerMm(), NUMBER,
-                        static_cast<int>(height(9))});
+    expectText(only(), {"五12", px(33.0) - width, px(5.0), NUMBER, static_cast<int>(height(9))});
 }
 
 TEST_F(DrawingToolkit, TextWidth_IsHalfTheBoundingWidthPlusNine)
@@ -150,7 +143,7 @@ TEST_F(DrawingToolkit, SubPixmap_IsPaintedUnscaledAndReturnsFalse)
 TEST_F(DrawingToolkit, SubPixmapInMillimetres_IsPaintedAtTheConvertedPlace)
 {
     EXPECT_FALSE(Tools::drawSubPixmapEx(canvas, stamp, 5.0, 8.0));
-    expectPhoto(only(), 5.0 * pixelsPerMm(), 8.0 * pixelsPerMm(), QSize(10, 20));
+    expectPhoto(only(), px(5.0), px(8.0), QSize(10, 20));
 }
 
 TEST(PhotoBackground, ExactOpaqueWhites_BecomeTransparentAndEveryOtherPixelStays)

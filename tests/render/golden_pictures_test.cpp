@@ -12,6 +12,7 @@
 #include "simulator/simulator.h"
 #include "tests/render/card_sides.h"
 #include "tests/render/painting_recorder.h"
+#include "tests/support/files.h"
 #include "tests/support/font_faces.h"
 #include "tests/support/gui_environment.h"
 
@@ -21,7 +22,6 @@
 #include <clocale>
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QSysInfo>
 
@@ -113,9 +113,7 @@ QByteArray onThisScreen(QByteArray golden, unsigned int kind)
 /** Writes the picture that came and where it differs (white) into the folder of this run. */
 void keepDifference(const QString &name, const QByteArray &came, const QByteArray &golden)
 {
-    QFile file(name);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(came);
+    writeFile(name, came);
     const QImage is = QImage::fromData(came).convertToFormat(QImage::Format_RGB32);
     const QImage wanted = QImage::fromData(golden).convertToFormat(QImage::Format_RGB32);
     QImage difference(is.size().expandedTo(wanted.size()), QImage::Format_RGB32);
@@ -131,16 +129,14 @@ void expectGolden(const QString &card, unsigned int kind, const char *side,
                   const QByteArray &picture)
 {
     const QString name = goldenName(card, kind, side);
-    QFile file(GOLDEN_FOLDER + '/' + name);
+    const QString path = GOLDEN_FOLDER + '/' + name;
     if (qEnvironmentVariableIsSet("IDCARD_WRITE_GOLDEN_PICTURES")) {
         if (kind != IDCARD_KIND_CN && qRound(expectedDpi()) != WRITTEN_DPI)
             return;
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(picture);
+        writeFile(path, picture);
         return;
     }
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString() << " is not in the tree";
-    const QByteArray golden = onThisScreen(file.readAll(), kind);
+    const QByteArray golden = onThisScreen(readFile(path), kind);
     if (picture == golden)
         return;
     keepDifference(name, picture, golden);

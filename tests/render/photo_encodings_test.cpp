@@ -10,7 +10,6 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QImageWriter>
 #include <QtPlugin>

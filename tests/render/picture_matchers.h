@@ -4,7 +4,6 @@
 
 #include "tests/render/painting_recorder.h"
 
-#include <QByteArray>
 #include <QImage>
 #include <QString>
 
