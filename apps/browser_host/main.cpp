@@ -4,6 +4,7 @@
 #include <QDir>
 
 #include "apps/browser_host/browser_host.h"
+#include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/locale.h"
 #include "apps/process/standard_streams.h"
@@ -16,6 +17,7 @@ int main(int argc, char **argv)
     setProgramName("idcard-reader-browser-host");
     Output output;
     installMessageHandler();
+    learnHowChildrenEnd();
     useUtf8InPlainLocale();
     const QStringList arguments = argumentsOf(argc, argv);
     const QCoreApplication application(argc, argv);

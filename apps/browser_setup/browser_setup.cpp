@@ -307,12 +307,14 @@ QString allowSite(const QString &origin, const Browser &browser, const SetupPlac
 
 QString renewExtensions(const SetupPlaces &places)
 {
-    QString problem;
+    QStringList problems;
     for (const Browser &browser : browsers(places.root)) {
-        if (problem.isEmpty() && Installation(browser, {}, places).wasMade())
-            problem = renewExtension(browser, places);
+        if (Installation(browser, {}, places).wasMade())
+            problems << renewExtension(browser, places);
     }
-    return problem;
+    problems.removeAll(QString());
+    problems.removeDuplicates(); // a mistake in the list is every browser's
+    return problems.join(QLatin1Char('\n'));
 }
 
 QString removeSites(const SetupPlaces &places)

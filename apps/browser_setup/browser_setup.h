@@ -28,8 +28,8 @@ struct SetupPlaces {
 QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places);
 
 /**
- * Makes the extension again for the listed sites, in the browsers that have it. Returns what
- * failed, or an empty text.
+ * Makes the extension again for the listed sites, in every browser that has it. Returns what
+ * failed, a line each, or an empty text.
  */
 QString renewExtensions(const SetupPlaces &places);
 

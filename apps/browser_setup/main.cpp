@@ -8,6 +8,7 @@
 
 #include "apps/browser_setup/browser_setup.h"
 #include "apps/browser_setup/setup_options.h"
+#include "apps/process/child_process.h"
 #include "apps/process/locale.h"
 #include "apps/process/output.h"
 #include "apps/process/standard_streams.h"
@@ -98,6 +99,7 @@ int main(int argc, char **argv)
     setProgramName(BROWSER_SETUP_NAME);
     Output output;
     installMessageHandler();
+    learnHowChildrenEnd();
     useUtf8InPlainLocale();
     const QStringList arguments = argumentsOf(argc, argv);
     const QCoreApplication application(argc, argv);

@@ -110,6 +110,11 @@ JsonObject merged(const QByteArray &lines)
 
 } // namespace
 
+void learnHowChildrenEnd()
+{
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
 ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs)
 {
     ChildRun run;

@@ -21,6 +21,12 @@ struct ChildRun {
     QByteArray log;    ///< what came on standard output and standard error
 };
 
+/**
+ * To be called at the start of a program that has children: one that was started by a host which
+ * ignores SIGCHLD, and inherits this, would not learn how they end.
+ */
+void learnHowChildrenEnd();
+
 /** Sends the parent values; those sent later replace those of the same keys. */
 using SendValues = std::function<void(const JsonObject &values)>;
 

@@ -119,7 +119,8 @@ void catchInterruption(ExitStatus statusOfHangingRead)
     sigemptyset(&handled);
     sigaddset(&handled, SIGALRM);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        if (!isIgnored(signal)) // as it is for a program that a script has put into the background
+        // A script's program in the background ignores the terminal's signals, and is to go on so.
+        if (signal == SIGTERM || !isIgnored(signal))
             handle(signal, noteInterruption);
         sigaddset(&handled, signal);
     }

@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+#include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/interruption.h"
 #include "apps/process/link_target.h"
@@ -91,6 +92,7 @@ int main(int argc, char **argv)
     setProgramName(SERVICE_PROGRAM_NAME);
     Output output;
     installMessageHandler();
+    learnHowChildrenEnd();
     useUtf8InPlainLocale();
     const ExitStatus status = run(argumentsOf(argc, argv), &output);
     return static_cast<int>(closedWith(status, &output));

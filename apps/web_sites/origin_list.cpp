@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 
 #include <arpa/inet.h>
 #include <sys/stat.h>
@@ -23,7 +24,7 @@ IDCARD_TEXTS(Browser)
 
 constexpr qint64 LARGEST_LIST = 65536;
 constexpr int LONGEST_QUOTE = 60;
-constexpr int HIGHEST_PORT = 65535;
+constexpr int LONGEST_HOST = 253;
 
 OriginList refused(const QString &mistake)
 {
@@ -65,30 +66,34 @@ OriginList parsed(const QByteArray &content, const QString &path)
     return list;
 }
 
-/** Browsers take a host that ends in a number for an address, in this form alone. */
+/**
+ * Browsers take a host that ends in a number for an address, in this form alone. One that ends in a
+ * dot is another site to them than the one without; it is none of ours.
+ */
 bool isHost(const QString &host)
 {
-    static const QRegularExpression number(QStringLiteral("(?:\\A|\\.)(?:[0-9]+|0x[0-9a-f]*)\\z"));
+    static const QRegularExpression number(QStringLiteral("(?:\\A|\\.)(?:[0-9]*|0x[0-9a-f]*)\\z"));
     in_addr address = {};
-    return !number.match(host).hasMatch() ||
-           ::inet_pton(AF_INET, host.toLatin1().constData(), &address) == 1;
+    return host.size() <= LONGEST_HOST &&
+           (!number.match(host).hasMatch() ||
+            ::inet_pton(AF_INET, host.toLatin1().constData(), &address) == 1);
 }
 
 } // namespace
 
 bool isOrigin(const QString &text)
 {
-    constexpr int LONGEST_HOST = 253;
-    static const QRegularExpression form(QStringLiteral(
-        "\\A(https?)://"
-        "((?:[a-z0-9_](?:[a-z0-9_-]*[a-z0-9_])?\\.)*[a-z0-9_](?:[a-z0-9_-]*[a-z0-9_])?"
-        "|\\[[0-9a-f:]+\\])"
-        "(?::([1-9][0-9]{0,4}))?\\z"));
-    const QRegularExpressionMatch match = form.match(text);
-    const int usualPort = match.captured(1) == QLatin1String("https") ? 443 : 80;
-    const int port = match.captured(3).toInt();
-    return match.hasMatch() && match.capturedLength(2) <= LONGEST_HOST &&
-           isHost(match.captured(2)) && port <= HIGHEST_PORT && port != usualPort;
+    const QUrl url(text, QUrl::StrictMode);
+    const QString host = url.host(QUrl::FullyEncoded);
+    const bool isHttps = url.scheme() == QLatin1String("https");
+    const int usualPort = isHttps ? 443 : 80;
+    QUrl origin; // as it is written: in lower case, with the address in its shortest form
+    origin.setScheme(url.scheme());
+    origin.setHost(host);
+    origin.setPort(url.port());
+    return origin.toString(QUrl::FullyEncoded) == text &&
+           (isHttps || url.scheme() == QLatin1String("http")) && isHost(host) && url.port() != 0 &&
+           url.port() != usualPort;
 }
 
 QString originListPath()

@@ -1,27 +1,20 @@
-"""Web pages in a real browser that read cards, and those that may not.
-
-Arguments: the browser, the folder of the build's extension, its page script, the sample page, the host
-that takes its settings from the environment, and the tool.
+"""Web pages in a real browser that read cards, and those that may not. How the host judges requests, and
+what it makes of the tool, is in host_test.cpp.
 """
 
 import base64
 import json
-import os
 import pathlib
-import signal
 import subprocess
 import sys
 import tempfile
 import unittest
-from urllib.parse import urlsplit
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import chromium
-from waiting import is_running, wait_until
+from counter import BROWSER, EXTENSION, TOOL, Counter, is_running, page_at, wait_until
 
-BROWSER, EXTENSION, PAGE_SCRIPT, SAMPLE, HOST, TOOL = sys.argv[1:7]
 EXTENSION_ID = "ojdlmaapepnmfpiapikmeghcbbbdeipm"
-HOST_NAME = "invalid.idcard_reader.browser_host"
 LISTED = "https://pms.example"
 LISTED_WITH_PORT = "http://intranet.example:8080"
 UNLISTED = ["http://pms.example", "https://pms.example:8443", "https://www.pms.example",
@@ -39,96 +32,24 @@ RAW = """new Promise(resolve => {{
 }})""" % EXTENSION_ID
 
 
-def page_at(url):
-    """Every site has the same pages: one that reads cards, in two languages, and one with frames."""
-    path, query = urlsplit(url).path, urlsplit(url).query
-    script = '<script src="/read-card.js"></script>'
-    if path == "/read-card.js":
-        return pathlib.Path(PAGE_SCRIPT).read_text(encoding="utf-8")
-    if path == "/sample.html":
-        return pathlib.Path(SAMPLE).read_text(encoding="utf-8")
-    if path == "/":
-        return f'<!doctype html><html lang="en"><title>Counter</title>{script}</html>'
-    if path == "/zh_CN":
-        return f'<!doctype html><html lang="zh_CN"><title>柜台</title>{script}</html>'
-    if path == "/zh":
-        return f'<!doctype html><html lang="zh-CN"><title>柜台</title>{script}</html>'
-    if path == "/with-frame":
-        return ("<!doctype html><script>addEventListener('message', e => window.said = e.data)</script>"
-                f"<iframe src='{query}'></iframe>")
-    if path == "/in-frame":
-        return (f"<!doctype html>{script}<script>" + READ.format(options="{}") +
-                ".then(answer => parent.postMessage(answer, '*'))</script>")
-    return None
-
-
-class Counter:
-    """A machine with the extension, the host and a list: all in one folder."""
-
+class ChromiumCounter(Counter):
     def __init__(self, sites):
         """`sites`: those that the extension takes messages from. The host judges them once more."""
-        self._folder = tempfile.TemporaryDirectory()
-        self.path = pathlib.Path(self._folder.name)
+        super().__init__([LISTED, LISTED_WITH_PORT])
         self.profile = self.path / "profile"
-        self.log = open(self.path / "log", "w+b")
-        self.list([LISTED, LISTED_WITH_PORT])
-        self._make_extension(sites)
-        self._make_host()
-        self.browser = chromium.Chromium(BROWSER, self.profile, self.log, page_at)
+        self.make_extension(lambda manifest: manifest["externally_connectable"].update(matches=sites))
+        self.register_host("profile/NativeMessagingHosts",
+                           {"allowed_origins": [f"chrome-extension://{EXTENSION_ID}/"]})
+        self.browser = started_browser(self.profile, self.log)
         assert self.browser.load_extension(self.path / "extension") == EXTENSION_ID
-
-    def _make_extension(self, sites):
-        (self.path / "extension").mkdir()
-        for file in pathlib.Path(EXTENSION).iterdir():
-            (self.path / "extension" / file.name).write_bytes(file.read_bytes())
-        manifest = json.loads((self.path / "extension/manifest.json").read_text())
-        manifest["externally_connectable"]["matches"] = sites
-        (self.path / "extension/manifest.json").write_text(json.dumps(manifest))
-
-    def _make_host(self):
-        self.script("host", f"""
-            TEST_ORIGIN_LIST={self.path}/origins TEST_LIST_OWNER=$(cat {self.path}/owner) \\
-            TEST_TOOL={self.path}/tool TEST_GRACE_MS=$(cat {self.path}/grace) exec {HOST} "$@" """)
-        self.owner(os.getuid())
-        self.grace(60000)
-        hosts = self.profile / "NativeMessagingHosts"
-        hosts.mkdir(parents=True)
-        (hosts / f"{HOST_NAME}.json").write_text(json.dumps({
-            "name": HOST_NAME, "description": "under test", "path": str(self.path / "host"),
-            "type": "stdio", "allowed_origins": [f"chrome-extension://{EXTENSION_ID}/"]}))
-
-    def script(self, name, text):
-        new = self.path / f"{name}.new"
-        new.write_text(f"#!/bin/sh\n{text}\n")
-        new.chmod(0o755)
-        new.rename(self.path / name)
-
-    def list(self, origins):
-        (self.path / "origins").write_text("".join(f"{origin}\n" for origin in origins))
-        (self.path / "origins").chmod(0o644)
-
-    def owner(self, user):
-        (self.path / "owner").write_text(str(user))
-
-    def grace(self, milliseconds):
-        (self.path / "grace").write_text(str(milliseconds))
-
-    def card(self, name, faults=None):
-        self.script("tool", f"exec {TOOL} \"$@\" --simulate {name}" + (f" --fault {faults}" if faults else ""))
-
-    def sleeping_tool(self):
-        (self.path / "pid").unlink(missing_ok=True)
-        self.script("tool", f"echo $$ > {self.path}/pid.new; mv {self.path}/pid.new {self.path}/pid; "
-                            "exec sleep 600")
-
-    def tool_process(self):
-        assert wait_until((self.path / "pid").exists)
-        return int((self.path / "pid").read_text())
 
     def close(self):
         self.browser.quit()
-        self.log.close()
-        self._folder.cleanup()
+        super().close()
+
+
+def started_browser(profile, log):
+    return chromium.Chromium(BROWSER, profile, log, lambda url: page_at(url, READ.format(options="{}")))
 
 
 def patterns_of(origins):
@@ -142,16 +63,13 @@ class Reading(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.counter = Counter(patterns_of([LISTED, LISTED_WITH_PORT] + UNLISTED))
+        cls.counter = ChromiumCounter(patterns_of([LISTED, LISTED_WITH_PORT] + UNLISTED))
 
     @classmethod
     def tearDownClass(cls):
         cls.counter.close()
 
     def setUp(self):
-        self.counter.list([LISTED, LISTED_WITH_PORT])
-        self.counter.owner(os.getuid())
-        self.counter.grace(60000)
         self.counter.card("resident")
 
     def page(self, url):
@@ -176,9 +94,6 @@ class Reading(unittest.TestCase):
                                   "resident"], check=True, stdout=subprocess.PIPE).stdout
         self.assertEqual(card, json.loads(printed))
         self.assertTrue(base64.b64decode(card["photo"]["data"]).startswith(b"BM"))
-
-    def test_listed_page_with_a_port_over_http_gets_the_card(self):
-        self.assertEqual(self.read(LISTED_WITH_PORT + "/")["card"]["kind"], "resident")
 
     def test_failure_comes_in_the_language_of_the_page(self):
         self.counter.card("resident", "no-card")
@@ -231,9 +146,6 @@ class Reading(unittest.TestCase):
             with self.subTest(origin):
                 self.assertEqual(self.error_name(origin + "/"), "BROWSER_ORIGIN_NOT_LISTED")
         self.assertFalse((self.counter.path / "pid").exists())
-
-    def test_refusal_comes_in_the_language_of_the_page(self):
-        self.assertEqual(self.read(UNLISTED[0] + "/zh")["error"]["headline"], "此网站不得在本机读卡。")
 
     def answer_in_frame(self, page, frame):
         top = self.page(f"{page}/with-frame?{frame}/in-frame")
@@ -331,41 +243,11 @@ class Reading(unittest.TestCase):
         self.counter.card("resident")
         self.assertEqual(page.evaluate(READ.format(options="{}"))["card"]["kind"], "resident")
 
-    # A tool and a list that are not as they should be.
-
-    def test_tool_that_crashes_is_reported(self):
-        self.counter.script("tool", "kill -SEGV $$")
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_TOOL_BROKEN")
-
-    def test_tool_that_hangs_is_ended_and_reported(self):
-        self.counter.sleeping_tool()
-        self.counter.grace(0)
-        self.assertEqual(self.error_name(LISTED + "/", "{timeout: 1}"), "BROWSER_TOOL_HANGS")
-        self.assertFalse(is_running(self.counter.tool_process()))
-
-    def test_missing_tool_is_reported(self):
-        (self.counter.path / "tool").unlink()
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_TOOL_NOT_STARTED")
-
-    def test_answer_beyond_the_limit_of_browsers_is_reported(self):
-        self.counter.script("tool", """printf '{"kind":"'; head -c 1048576 /dev/zero | tr '\\0' x; printf '"}'""")
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_ANSWER_TOO_LONG")
+    # A host that is not as it should be.
 
     def test_longest_answer_arrives(self):
         self.counter.script("tool", """printf '{"kind":"'; head -c 1048565 /dev/zero | tr '\\0' x; printf '"}'""")
         self.assertEqual(len(self.read(LISTED + "/")["card"]["kind"]), 1048565)
-
-    def test_empty_list_refuses_every_page(self):
-        self.counter.list([])
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_ORIGIN_NOT_LISTED")
-
-    def test_list_that_is_not_roots_is_refused(self):
-        self.counter.owner(os.getuid() + 1)
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_LIST_REFUSED")
-
-    def test_missing_list_is_refused(self):
-        (self.counter.path / "origins").unlink()
-        self.assertEqual(self.error_name(LISTED + "/"), "BROWSER_LIST_REFUSED")
 
     def test_missing_host_is_reported(self):
         (self.counter.path / "host").rename(self.counter.path / "host.away")
@@ -381,7 +263,7 @@ class MachinesOwnExtension(unittest.TestCase):
     """The extension for the listed sites alone."""
 
     def setUp(self):
-        self.counter = Counter(patterns_of([LISTED, LISTED_WITH_PORT]))
+        self.counter = ChromiumCounter(patterns_of([LISTED, LISTED_WITH_PORT]))
         self.addCleanup(self.counter.close)
 
     def test_other_sites_do_not_reach_it(self):
@@ -448,7 +330,7 @@ class MachinesOwnExtension(unittest.TestCase):
 
 def leave_out_with_an_older_browser():
     with tempfile.TemporaryFile() as log, tempfile.TemporaryDirectory() as profile:
-        browser = chromium.Chromium(BROWSER, profile, log, page_at)
+        browser = started_browser(profile, log)
         try:
             browser.load_extension(EXTENSION)
         except chromium.Refused as refusal:

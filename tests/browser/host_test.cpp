@@ -17,6 +17,7 @@
 
 #include "apps/browser_host/browser_failure.h"
 #include "simulator/card/card_library.h"
+#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 
@@ -58,33 +59,24 @@ QJsonObject requestOf(const QString &origin, const QJsonObject &page = pageReque
     return {{"origin", origin}, {"request", page}};
 }
 
-QByteArray goodRequest()
+/** Of a site that may read cards. */
+QByteArray goodRequest(const QJsonObject &page = pageRequest())
 {
-    return frame(requestOf("https://pms.example"));
+    return frame(requestOf("https://pms.example", page));
 }
 
-bool isRunning(int process)
+void expectGoneSoon(int process)
 {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(process));
-    if (process <= 0 || !file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray state = file.readAll();
-    return state.mid(state.lastIndexOf(')') + 2, 1) != "Z";
-}
-
-bool isGoneSoon(int process)
-{
-    for (int passed = 0; passed < SOON_MS && isRunning(process); passed += 20)
-        ::usleep(20 * 1000);
-    return !isRunning(process);
+    waitUntil([process] { return !isRunning(process); });
 }
 
 /** A browser's side of the host. */
 class Host
 {
 public:
-    Host(const ProcessInput &input, const QStringList &arguments)
-        : m_process("browser_host_elsewhere", arguments, input)
+    Host(const ProcessInput &input, const QStringList &arguments,
+         const QString &program = "browser_host_elsewhere")
+        : m_process(program, arguments, input)
     {
     }
 
@@ -148,12 +140,9 @@ protected:
     }
     int toolProcess() const
     {
-        for (int passed = 0; passed < SOON_MS; passed += 20) {
-            if (QFile::exists(path("pid")) && readFile(path("pid")).endsWith('\n'))
-                return readFile(path("pid")).trimmed().toInt();
-            ::usleep(20 * 1000);
-        }
-        return 0;
+        waitUntil(
+            [this] { return QFile::exists(path("pid")) && readFile(path("pid")).endsWith('\n'); });
+        return readFile(path("pid")).trimmed().toInt();
     }
     QString tool() const { return path("tool"); }
 
@@ -194,8 +183,7 @@ TEST_F(BrowserHostWithTool, ListedSite_GetsTheJsonOfTheTool)
 {
     setCard("resident");
     Host browser = host();
-    const QJsonObject card = browser.answerTo(
-        frame(requestOf("https://pms.example", pageRequest({"photo", "pictures"}))));
+    const QJsonObject card = browser.answerTo(goodRequest(pageRequest({"photo", "pictures"})));
     EXPECT_EQ(card, parsedObject(runTool({"read", "--json", "--inline", "photo,pictures",
                                           "--simulate", "resident"})
                                      .standardOutput));
@@ -213,21 +201,12 @@ TEST_F(BrowserHostWithTool, RequestsOneAfterTheOther_AreAllAnswered)
     EXPECT_TRUE(browser.process().endsWithin(SOON_MS));
 }
 
-TEST_F(BrowserHostWithTool, RequestForTexts_GetsNoPictures)
-{
-    setCard("hmt-macao");
-    const QJsonObject card = host().answerTo(goodRequest());
-    EXPECT_EQ(card["kind"], "hmt");
-    EXPECT_FALSE(card["photo"].toObject().contains("data"));
-}
-
 TEST_F(BrowserHostWithTool, FailureOfTheTool_ComesInThePagesLanguage)
 {
     setCard("resident", "no-card");
     Host browser = host();
     EXPECT_EQ(browser.errorOf(goodRequest())["headline"], "No card was found on the reader.");
-    const QJsonObject error =
-        browser.errorOf(frame(requestOf("https://pms.example", pageRequest({}, 10, "zh-CN"))));
+    const QJsonObject error = browser.errorOf(goodRequest(pageRequest({}, 10, "zh-CN")));
     EXPECT_EQ(error["name"], "IDCARD_RESULT_NO_CARD");
     EXPECT_THAT(error["headline"].toString().toStdString(), HasSubstr("卡"));
 }
@@ -235,8 +214,7 @@ TEST_F(BrowserHostWithTool, FailureOfTheTool_ComesInThePagesLanguage)
 TEST_F(BrowserHostWithTool, ReadingThatDoesNotEnd_EndsAtThePagesTime)
 {
     setCard("resident", "transient-failures=1000000");
-    EXPECT_EQ(host().errorOf(frame(requestOf("https://pms.example", pageRequest({}, 1))))["name"],
-              "TOOL_READ_TIMED_OUT");
+    EXPECT_EQ(host().errorOf(goodRequest(pageRequest({}, 1)))["name"], "TOOL_READ_TIMED_OUT");
 }
 
 TEST_F(BrowserHostWithTool, CommandOfTheTool_IsThatOfTheRequest)
@@ -246,8 +224,8 @@ TEST_F(BrowserHostWithTool, CommandOfTheTool_IsThatOfTheRequest)
     const QJsonObject plain = browser.answerTo(goodRequest());
     EXPECT_EQ(plain["arguments"], "read --json --timeout 10");
     EXPECT_EQ(plain["language"], "en");
-    const QJsonObject full = browser.answerTo(
-        frame(requestOf("https://pms.example", pageRequest({"pictures"}, 3, "zh-Hans-CN"))));
+    const QJsonObject full =
+        browser.answerTo(goodRequest(pageRequest({"pictures"}, 3, "zh-Hans-CN")));
     EXPECT_EQ(full["arguments"], "read --json --timeout 3 --inline pictures");
     EXPECT_EQ(full["language"], "zh_Hans_CN");
 }
@@ -258,8 +236,7 @@ TEST_F(BrowserHostWithTool, LargestCardOfTheSimulator_IsFarBelowTheLimitOfBrowse
     for (const char *card :
          {"hmt-longest-texts", "foreign-new-longest-name", "resident-longest-texts"}) {
         setCard(card);
-        const QJsonObject answer = host().answerTo(
-            frame(requestOf("https://pms.example", pageRequest({"photo", "pictures"}))));
+        const QJsonObject answer = host().answerTo(goodRequest(pageRequest({"photo", "pictures"})));
         largest = std::max(largest, QJsonDocument(answer).toJson(QJsonDocument::Compact).size());
     }
     RecordProperty("largest", largest);
@@ -349,8 +326,7 @@ TEST_F(BrowserHostTest, WrongRequest_IsRefusedAndTheNextOneAnswered)
     page["origin"] = "https://pms.example";
     EXPECT_EQ(browser.errorOf(frame(requestOf("https://evil.example", page)))["cause"],
               "There is no key \"origin\".");
-    EXPECT_EQ(browser.errorOf(
-                  frame(requestOf("https://pms.example", pageRequest({"fingerprints"}))))["name"],
+    EXPECT_EQ(browser.errorOf(goodRequest(pageRequest({"fingerprints"})))["name"],
               "BROWSER_REQUEST_WRONG");
     EXPECT_EQ(browser.errorOf(frame(QByteArray("no JSON")))["name"], "BROWSER_REQUEST_WRONG");
     EXPECT_EQ(browser.errorOf(frame(QByteArray()))["name"], "BROWSER_REQUEST_WRONG");
@@ -417,7 +393,7 @@ TEST_F(BrowserHostWithTool, BrowserThatGoesDuringARead_EndsTheTool)
     const int tool = toolProcess();
     ASSERT_TRUE(isRunning(tool));
     browser.process().closeStandardInput();
-    EXPECT_TRUE(isGoneSoon(tool));
+    expectGoneSoon(tool);
     EXPECT_EQ(browser.process().result().exitStatus, 0);
 }
 
@@ -429,7 +405,7 @@ TEST_F(BrowserHostWithTool, ToolThatDoesNotHeed_IsKilled)
     const int tool = toolProcess();
     ASSERT_TRUE(isRunning(tool));
     browser.process().closeStandardInput();
-    EXPECT_TRUE(isGoneSoon(tool));
+    expectGoneSoon(tool);
 }
 
 TEST_F(BrowserHostWithTool, HostThatIsEnded_EndsTheTool)
@@ -442,7 +418,7 @@ TEST_F(BrowserHostWithTool, HostThatIsEnded_EndsTheTool)
         const int tool = toolProcess();
         ASSERT_TRUE(isRunning(tool));
         browser.process().signal(signal);
-        EXPECT_TRUE(isGoneSoon(tool)) << signal;
+        expectGoneSoon(tool);
     }
 }
 
@@ -519,7 +495,7 @@ TEST_F(BrowserHostWithTool, ToolThatHangs_IsEndedAndReported)
         QFile::remove(path("pid"));
         setSleepingTool(streams);
         Host browser = host();
-        browser.write(frame(requestOf("https://pms.example", pageRequest({}, 1))));
+        browser.write(goodRequest(pageRequest({}, 1)));
         const int tool = toolProcess();
         const QJsonObject error = browser.error();
         EXPECT_EQ(error["name"], "BROWSER_TOOL_HANGS");
@@ -533,7 +509,7 @@ TEST_F(BrowserHostWithTool, ToolThatHangsAndDoesNotHeed_IsKilledAndReported)
     m_graceMs = 0;
     setDeafTool();
     Host browser = host();
-    browser.write(frame(requestOf("https://pms.example", pageRequest({}, 1))));
+    browser.write(goodRequest(pageRequest({}, 1)));
     const int tool = toolProcess();
     EXPECT_EQ(browser.errorName(), "BROWSER_TOOL_BROKEN");
     EXPECT_FALSE(isRunning(tool));
@@ -570,15 +546,9 @@ TEST_F(BrowserHostWithTool, Tool_GetsNoneOfTheHostsStreams)
 
 TEST(BrowserHost, AsShipped_TakesRootsListAlone)
 {
-    RunningProcess shipped(IDCARD_BROWSER_HOST, {EXTENSION},
-                           {{{"TEST_ORIGIN_LIST", "/dev/null"}, {"TEST_LIST_OWNER", "1"}}});
-    shipped.write(frame(requestOf("https://not-allowed.example")));
-    const QByteArray output = shipped.nextBytes(4);
-    ASSERT_EQ(output.size(), 4);
-    quint32 size = 0;
-    std::memcpy(&size, output.constData(), sizeof size);
-    const QJsonObject error =
-        parsedObject(shipped.nextBytes(static_cast<int>(size)))["error"].toObject();
+    Host shipped({{{"TEST_ORIGIN_LIST", "/dev/null"}, {"TEST_LIST_OWNER", "1"}}}, {EXTENSION},
+                 IDCARD_BROWSER_HOST);
+    const QJsonObject error = shipped.errorOf(frame(requestOf("https://not-allowed.example")));
     EXPECT_THAT(error["cause"].toString().toStdString(), HasSubstr(IDCARD_ORIGIN_LIST));
 }
 

@@ -140,6 +140,11 @@ TEST(Origin, InAnyOtherForm_IsNone)
                              "https://pms.example#x",
                              "https://\xe4\xb8\xad.example",
                              "https://[::1",
+                             "https://[1:2]",
+                             "https://[::0001]",
+                             "https://[::1.2.3.4]",
+                             "https://[v7.a]",
+                             "https://[fe80::1%25eth0]",
                              "https://a%2e.example",
                              "\nhttps://a.example",
                              "https://a.example\n",
@@ -153,6 +158,9 @@ TEST(Origin, InAnyOtherForm_IsNone)
                              "https://0x"})
         EXPECT_FALSE(isOrigin(QString::fromUtf8(text))) << text;
     EXPECT_FALSE(isOrigin("https://" + QString(254, 'a')));
+    const QString longest = "https://a." + QString("a.").repeated(125) + 'a';
+    EXPECT_TRUE(isOrigin(longest)); // 253 characters of host
+    EXPECT_FALSE(isOrigin(longest + 'a'));
 }
 
 } // namespace

@@ -188,6 +188,33 @@ TEST_F(BrowserSetup, RenewalThatFails_IsReported)
     EXPECT_THAT(renewExtensions(places()).toStdString(), HasSubstr("origins, line 1:"));
 }
 
+TEST_F(BrowserSetup, RenewalThatFailsInOneBrowser_IsDoneInTheOther)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    EXPECT_EQ(allow("https://pms.example", "firefox"), "");
+    ASSERT_TRUE(QFile::remove(path("browser")));
+    EXPECT_THAT(renewExtensions(places()).toStdString(), HasSubstr("cannot be started"));
+    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
+}
+
+TEST_F(BrowserSetup, RenewalThatFailsInEveryBrowser_IsReportedOnceForEachReason)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    EXPECT_EQ(allow("https://pms.example", "firefox"), "");
+    ASSERT_TRUE(QFile::remove(path("browser")));
+    ASSERT_TRUE(QFile::remove(path(FIREFOX_LINK)));
+    ASSERT_TRUE(QDir().mkpath(path(FIREFOX_LINK)));
+    const QStringList problems = renewExtensions(places()).split('\n');
+    ASSERT_EQ(problems.size(), 2) << problems.join('\n').toStdString();
+    EXPECT_THAT(problems[0].toStdString(), HasSubstr("cannot be started"));
+    EXPECT_THAT(problems[1].toStdString(), HasSubstr("cannot be removed"));
+
+    writeFile(path("etc/list/origins"), "https://*.example\n");
+    const QString mistake = renewExtensions(places());
+    EXPECT_THAT(mistake.toStdString(), HasSubstr("origins, line 1:"));
+    EXPECT_FALSE(mistake.contains('\n'));
+}
+
 TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
 {
     writeFile(path("etc/list/origins"), "https://*.example\n");
