@@ -44,7 +44,8 @@ extern "C" {
  *
  * Both pictures are base64 text of a JPEG file, as `render/makecardimg.h` says. The back of a
  * permit whose number begins with none of "81", "82" and "83" is an empty text, and so is a picture
- * where Qt's JPEG plug-in is missing.
+ * where Qt's JPEG plug-in is missing or cannot be loaded, for instance because the process has no
+ * free file descriptor.
  *
  * @return an `IDCARD_RESULT`: `IDCARD_RESULT_OK` or a negative code. The arguments are checked
  *         first, in the order -27, -28, -29, -30, -31, -39, -40; the first null pointer decides

@@ -118,6 +118,10 @@ public:
     /** The fields that say less than the raw record does, with what it says. */
     QVector<CardField> cutFields() const { return m_cutFields; }
 
+    /** Takes note that `checkRawRecord` warns of the raw record. */
+    void setOddRecord(bool isOdd) { m_hasOddRecord = isOdd; }
+    bool hasOddRecord() const { return m_hasOddRecord; }
+
     PhotoFormat photoFormat() const { return m_photoFormat; }
     /** The BMP file, or null when the photo is not one. */
     QByteArray photo() const;
@@ -147,6 +151,7 @@ private:
     const CardKind *m_kind;
     QVector<CardField> m_fields;
     QVector<CardField> m_cutFields;
+    bool m_hasOddRecord = false;
     CardMedia m_media;
     PhotoFormat m_photoFormat;
 };

@@ -72,10 +72,11 @@ QString saveInNewFolder(const Card &card, const QString &folder)
 constexpr int LONGEST_FILE_NAME = 80;
 
 /** A dot at the beginning would hide a folder, and two of them name another. */
-bool isKeptInFileName(QChar character)
+bool isKeptInFileName(uint character)
 {
-    return character == QLatin1Char(' ') || character == QLatin1Char('-') ||
-           character == QChar(0x00B7); // the dot in the middle of a name
+    constexpr uint MIDDLE_DOT = 0x00B7; // of a name
+    return QChar::isLetterOrNumber(character) || character == ' ' || character == '-' ||
+           character == MIDDLE_DOT;
 }
 
 } // namespace
@@ -133,13 +134,15 @@ QString saveInHoldersFolder(const Card &card, const QString &parent, QString *fo
 
 QString holderFileName(const Card &card)
 {
-    QString name = (holderName(card) + QLatin1Char(' ') + holderNumber(card))
-                       .left(LONGEST_FILE_NAME)
-                       .trimmed();
-    for (QChar &character : name) {
-        if (!character.isLetterOrNumber() && !isKeptInFileName(character))
-            character = QLatin1Char('_');
+    QVector<uint> characters = (holderName(card) + QLatin1Char(' ') + holderNumber(card))
+                                   .left(LONGEST_FILE_NAME)
+                                   .trimmed()
+                                   .toUcs4();
+    for (uint &character : characters) {
+        if (!isKeptInFileName(character))
+            character = '_';
     }
+    QString name = QString::fromUcs4(characters.constData(), characters.size());
     if (name.startsWith(QLatin1Char('-')))
         name[0] = QLatin1Char('_'); // programs would take it for an option
     return name.isEmpty() ? QString(QLatin1String(card.kindKey())) : name;

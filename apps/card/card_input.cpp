@@ -1,7 +1,9 @@
 #include "apps/card/card_input.h"
 
+#include <QJsonArray>
 #include <QJsonValue>
 
+#include "apps/card/card_notes.h"
 #include "apps/card/card_output.h"
 
 namespace app
@@ -110,7 +112,10 @@ std::optional<Card> cardFromJson(const QJsonObject &object)
         return std::nullopt;
     if (*format == PhotoFormat::BMP && !isPhoto(media->photoArea))
         return std::nullopt;
-    return Card(*road, *kind, *contents, *whole, *format, *media);
+    Card card(*road, *kind, *contents, *whole, *format, *media);
+    card.setOddRecord(
+        object[QLatin1String("notes")].toArray().contains(QLatin1String(ODD_RECORD_NOTE)));
+    return card;
 }
 
 } // namespace app

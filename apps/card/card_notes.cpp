@@ -44,7 +44,9 @@ struct NoteRow {
     bool (*applies)(const Card &card, const QDate &today);
 };
 
-constexpr std::array<NoteRow, 4> NOTES = {{
+constexpr std::array<NoteRow, 5> NOTES = {{
+    {ODD_RECORD_NOTE, QT_TR_NOOP("What was read may be wrong: read the card once more."),
+     [](const Card &card, const QDate &) { return card.hasOddRecord(); }},
     {"expired", QT_TR_NOOP("The card has expired."),
      [](const Card &card, const QDate &today) {
          const QDate last = dayOf(card, "validTo");

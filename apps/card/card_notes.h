@@ -18,6 +18,9 @@ struct CardNote {
     QString words; ///< for people
 };
 
+/** Of a card whose raw record may have been damaged on its way. */
+constexpr const char *ODD_RECORD_NOTE = "odd-record";
+
 /** All notes on the card, in the order of their table; then one for each cut field. */
 QVector<CardNote> cardNotes(const Card &card, const QDate &today);
 

@@ -111,7 +111,7 @@ QStringList dateParts(const QString &date)
     return {date.mid(0, 4), date.mid(4, 2), date.mid(6)};
 }
 
-/** On one line, a date with hyphens; "-" when the field says nothing. */
+/** On one line, a date with hyphens; empty when the field says nothing. */
 QString textForPeople(const CardField &field)
 {
     QStringList parts = field.content;
@@ -120,7 +120,17 @@ QString textForPeople(const CardField &field)
     for (QString &part : parts)
         part = withoutTrailingBlanks(part);
     parts.removeAll(QString());
-    return parts.isEmpty() ? QStringLiteral("-") : parts.join(QLatin1Char('-'));
+    return parts.join(QLatin1Char('-'));
+}
+
+/** As the record has it, where the decoder has cut it off. */
+CardField wholeField(const Card &card, const CardField &field)
+{
+    for (const CardField &whole : card.cutFields()) {
+        if (qstrcmp(whole.key, field.key) == 0)
+            return whole;
+    }
+    return field;
 }
 
 QString fingerprintsForPeople(const Card &card)
@@ -210,14 +220,19 @@ void insertFiles(const Card &card, const std::optional<QString> &folder, InlineP
     }
 }
 
+CardRow plainRow(const QString &label, const QString &content)
+{
+    return {CardRow::Sort::PLAIN, label, content, content};
+}
+
 CardRow kindRow(const Card &card)
 {
-    return {CardRow::Sort::PLAIN, tr("Kind"), kindForPeople(card)};
+    return plainRow(tr("Kind"), kindForPeople(card));
 }
 
 QStringList cells(const CardRow &row)
 {
-    return {row.label, row.content};
+    return {row.label, shownContent(row)};
 }
 
 QVector<QStringList> noteRows(const Card &card, const QDate &today)
@@ -253,12 +268,17 @@ QString firstOf(const Card &card, const Keys &keys)
 {
     for (const CardField &field : card.fields()) {
         if (isOneOf(field, keys) && !field.content.value(0).trimmed().isEmpty())
-            return textForPeople(field);
+            return textForPeople(wholeField(card, field));
     }
     return {};
 }
 
 } // namespace
+
+QString shownContent(const CardRow &row)
+{
+    return row.content.isEmpty() ? QStringLiteral("-") : row.content;
+}
 
 QString kindForPeople(const Card &card)
 {
@@ -273,11 +293,13 @@ QVector<CardRow> cardRows(const Card &card)
             isOneOf(field, NAMES) || isOneOf(field, NUMBERS) || isOneOf(field, PRIVATE_MATTERS);
         if (!field.content.isEmpty())
             rows << CardRow{isPersonal ? CardRow::Sort::PERSONAL : CardRow::Sort::PLAIN,
-                            tr(field.label), textForPeople(field)};
+                            tr(field.label), textForPeople(field),
+                            textForPeople(wholeField(card, field))};
     }
-    rows << CardRow{CardRow::Sort::PHOTO, tr("Photo"), tr(photoFormatRow(card).label)};
+    rows << plainRow(tr("Photo"), tr(photoFormatRow(card).label));
+    rows.last().sort = CardRow::Sort::PHOTO;
     if (card.mayHaveFingerprints())
-        rows << CardRow{CardRow::Sort::PLAIN, tr("Fingerprints"), fingerprintsForPeople(card)};
+        rows << plainRow(tr("Fingerprints"), fingerprintsForPeople(card));
     return rows;
 }
 

@@ -42,8 +42,12 @@ struct CardRow {
 
     Sort sort;
     QString label;
-    QString content; ///< on one line, a date with hyphens; "-" when a field says nothing
+    QString content; ///< on one line, a date with hyphens; empty when a field says nothing
+    QString whole;   ///< what the record says where the decoder has cut it off; else the content
 };
+
+/** The content as it is shown: "-" when a field says nothing. */
+QString shownContent(const CardRow &row);
 
 /** The kind of card, each field that its road delivers, the photo and the fingerprints. */
 QVector<CardRow> cardRows(const Card &card);
@@ -51,7 +55,7 @@ QVector<CardRow> cardRows(const Card &card);
 /** The kind of card in the language of the application's translators. */
 QString kindForPeople(const Card &card);
 
-/** The first of its holder's names that the card has; empty when it has none. */
+/** The first of its holder's names that the card has, not cut off; empty when it has none. */
 QString holderName(const Card &card);
 
 /** The document's number; empty when it has none. */

@@ -1,10 +1,12 @@
 #include "apps/card/record_decoder.h"
 
+#include "apps/card/raw_record.h"
 #include "apps/process/interruption.h"
 #include "apps/process/standard_streams.h"
 #include "common/country_lookup.h"
 #include "iddata/card_layouts.h"
 #include "iddata/iddata.h"
+#include "iddata/text_values.h"
 #include "reader/reader_frames.h"
 
 namespace app
@@ -15,64 +17,6 @@ namespace
 
 /** What separates name and code in the nationality of a card of the new edition. */
 constexpr const char *NATIONALITY_SEPARATOR = " / ";
-
-template <typename Texts>
-void takePointsOutOfDates(Texts *texts)
-{
-    for (std::string *date : {&texts->szValidStart, &texts->szValidEnd})
-        *date = withoutDatePoints(QString::fromStdString(*date)).toStdString();
-}
-
-/** The text block of a record, decoded into the record of its kind. */
-class TextDecoder
-{
-public:
-    TextDecoder(CIdData *decoder, unsigned char *block) : m_decoder(decoder), m_block(block) {}
-
-    /** Whether the decoder came to its end. */
-    bool decode(ID_TYPE kind, CardTexts *texts)
-    {
-        switch (kind) {
-        case ID_TYPE_CN:
-            m_decoder->parseChinaIdText(m_block, &texts->cn);
-            takePointsOutOfDates(&texts->cn);
-            return true;
-        case ID_TYPE_HMT:
-            m_decoder->parseHMTIDText(m_block, &texts->hmt);
-            takePointsOutOfDates(&texts->hmt);
-            return true;
-        case ID_TYPE_FOREIGN_2017:
-            return decodeForeign(&texts->foreign2017);
-        case ID_TYPE_FOREIGN_NEW:
-            return decodeForeign(&texts->foreignNew);
-        }
-        return false;
-    }
-
-private:
-    bool decodeForeign(Foreign2017Texts *texts)
-    {
-        m_decoder->parseForeign2017IDText(m_block, texts);
-        takePointsOutOfDates(texts);
-        texts->szNationality = countryName(texts->szNationalityCode);
-        return !texts->szSex.empty();
-    }
-
-    bool decodeForeign(ForeignNewTexts *texts)
-    {
-        m_decoder->parseForeignNewIDText(m_block, texts);
-        takePointsOutOfDates(texts);
-        const std::string separator = NATIONALITY_SEPARATOR;
-        const std::string::size_type end = texts->szNationality.find(separator);
-        if (end != std::string::npos)
-            texts->szNationalityCode = texts->szNationality.substr(end + separator.size());
-        texts->szNationality = countryName(texts->szNationalityCode);
-        return !texts->szSex.empty();
-    }
-
-    CIdData *m_decoder;
-    unsigned char *m_block;
-};
 
 /** The text of a field as the record has it: UCS-2, up to a zero, without the blanks at its end. */
 QString wholeText(const unsigned char *block, int offset, int size)
@@ -88,6 +32,70 @@ QString wholeText(const unsigned char *block, int offset, int size)
         text.chop(1);
     return text;
 }
+
+/** The days of validity as the record has them, without the points that the decoder puts in. */
+template <typename Record, int count>
+void takeDays(const card_layouts::Layout<Record, count> &layout, const unsigned char *block,
+              Record *record)
+{
+    using card_layouts::Use;
+    for (const card_layouts::Field<Record> &field : layout.fields) {
+        if (field.use == Use::DATE ||
+            (field.use == Use::DATE_OR_LONG_TERM && record->*field.field != text_values::LONG_TERM))
+            record->*field.field = wholeText(block, field.offset, field.size).toStdString();
+    }
+}
+
+/** The text block of a record, decoded into the record of its kind. */
+class TextDecoder
+{
+public:
+    TextDecoder(CIdData *decoder, unsigned char *block) : m_decoder(decoder), m_block(block) {}
+
+    /** Whether the decoder came to its end. */
+    bool decode(ID_TYPE kind, CardTexts *texts)
+    {
+        switch (kind) {
+        case ID_TYPE_CN:
+            m_decoder->parseChinaIdText(m_block, &texts->cn);
+            takeDays(card_layouts::CN_LAYOUT, m_block, &texts->cn);
+            return true;
+        case ID_TYPE_HMT:
+            m_decoder->parseHMTIDText(m_block, &texts->hmt);
+            takeDays(card_layouts::HMT_LAYOUT, m_block, &texts->hmt);
+            return true;
+        case ID_TYPE_FOREIGN_2017:
+            return decodeForeign(&texts->foreign2017);
+        case ID_TYPE_FOREIGN_NEW:
+            return decodeForeign(&texts->foreignNew);
+        }
+        return false;
+    }
+
+private:
+    bool decodeForeign(Foreign2017Texts *texts)
+    {
+        m_decoder->parseForeign2017IDText(m_block, texts);
+        takeDays<card_layouts::Foreign2017>(card_layouts::FOREIGN_2017_LAYOUT, m_block, texts);
+        texts->szNationality = countryName(texts->szNationalityCode);
+        return !texts->szSex.empty();
+    }
+
+    bool decodeForeign(ForeignNewTexts *texts)
+    {
+        m_decoder->parseForeignNewIDText(m_block, texts);
+        takeDays<card_layouts::ForeignNew>(card_layouts::FOREIGN_NEW_LAYOUT, m_block, texts);
+        const std::string separator = NATIONALITY_SEPARATOR;
+        const std::string::size_type end = texts->szNationality.find(separator);
+        if (end != std::string::npos)
+            texts->szNationalityCode = texts->szNationality.substr(end + separator.size());
+        texts->szNationality = countryName(texts->szNationalityCode);
+        return !texts->szSex.empty();
+    }
+
+    CIdData *m_decoder;
+    unsigned char *m_block;
+};
 
 /** Puts the whole text in the place of each that the decoder cut. */
 template <typename Record, int count>
@@ -147,22 +155,10 @@ QByteArray photoAreaOf(CIdData *decoder, unsigned char *block)
 
 } // namespace
 
-QString withoutDatePoints(const QString &date)
-{
-    constexpr int YEAR = 4;
-    constexpr int MONTH = 2;
-    const auto point = QLatin1Char('.');
-    // A text that is cut into year, month and day may have been too short for all of them.
-    const QString year = date.section(point, 0, 0);
-    const QString month = date.section(point, 1, 1);
-    const QString day = date.section(point, 2);
-    const bool isFormatted = date.count(point) == 2 && year.size() <= YEAR && month.size() <= MONTH;
-    return isFormatted ? year + month + day : date;
-}
-
 std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road road)
 {
     const HiddenLog hidden;
+    const bool isOdd = !checkRawRecord(record).warnings.isEmpty();
     CIdData decoder(record, prints);
     auto *const bytes = reinterpret_cast<unsigned char *>(record.data());
     unsigned char *const block = bytes + reader_frames::TEXT_OFFSET;
@@ -181,6 +177,7 @@ std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road
             record.mid(reader_frames::PRINTS_OFFSET, count * reader_frames::PRINT_SIZE);
     Card card(road, kind, texts, std::move(media));
     card.setWholeTexts(withWholeTexts(kind, texts, block));
+    card.setOddRecord(isOdd);
     return card;
 }
 

@@ -24,7 +24,4 @@ std::optional<Card> decodeRawRecord(QByteArray record, FP_INFO_TYPE prints, Road
  */
 void decodePhoto(Card *card);
 
-/** A day of validity as `CIdData` gives it, YYYY.MM.DD, without its points; other text as it is. */
-QString withoutDatePoints(const QString &date);
-
 } // namespace app

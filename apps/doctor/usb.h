@@ -94,8 +94,7 @@ Holders holdersOf(const QString &node, const QString &processes = QStringLiteral
 /** The relation of this process and its user to a group. */
 GroupState groupState(const QString &group);
 
-/** The devices that could be a reader: `asked` alone, or what has its pipes or is in the rule.
- */
+/** The devices that could be a reader: `asked` alone, or what `couldBeReader` or is in the rule. */
 UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders = ruleFolders());
 
 // One finding for each of these devices, or one for the bus.

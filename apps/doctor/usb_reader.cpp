@@ -88,7 +88,7 @@ UsbState probeUsb(std::optional<UsbIds> asked, const QStringList &folders)
     state.code = list.code;
     for (const UsbDevice &device : list.devices) {
         const bool isInRule = ruleFor(state, device.ids).opened.contains(device.ids);
-        const bool isWanted = asked ? *asked == device.ids : device.hasReaderPipes || isInRule;
+        const bool isWanted = asked ? *asked == device.ids : couldBeReader(device) || isInRule;
         if (isWanted)
             state.nodes << UsbNode{device, rightsOf(device.node), holdersOf(device.node)};
         else

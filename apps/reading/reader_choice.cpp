@@ -1,5 +1,7 @@
 #include "apps/reading/reader_choice.h"
 
+#include <algorithm>
+
 #include <QStringList>
 
 #include "apps/process/translation.h"
@@ -20,9 +22,18 @@ Failure severalReaders(const QVector<UsbDevice> &readers)
     QStringList places;
     for (const UsbDevice &reader : readers)
         places << filledIn(tr("%1 at %2"), toText(reader.ids), reader.node);
-    const QString words = tr("Several USB devices could be the reader: %1. Name its ids with "
-                             "--device, or as device in a configuration file.");
-    return toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(tr(", "))));
+    const bool areAlike = std::all_of(readers.begin(), readers.end(), [&](const UsbDevice &reader) {
+        return reader.ids == readers.first().ids;
+    });
+    const QString words =
+        areAlike ? tr("Several USB devices with the same ids could be the reader: %1. Unplug all "
+                      "but one: --device cannot distinguish them.")
+                 : tr("Several USB devices could be the reader: %1. Name its ids with --device, or "
+                      "as device in a configuration file.");
+    Failure failure = toolFailure(ToolFault::SEVERAL_READERS, words.arg(places.join(tr(", "))));
+    if (areAlike)
+        failure.remedy = tr("Unplug all readers but one.");
+    return failure;
 }
 
 } // namespace
@@ -33,7 +44,7 @@ ReaderChoice onlyReaderIn(const UsbDevices &list)
         return {std::nullopt, resultFailure(*findUsbResult(list.code))};
     QVector<UsbDevice> readers;
     for (const UsbDevice &device : list.devices) {
-        if (device.hasReaderPipes)
+        if (couldBeReader(device))
             readers << device;
     }
     if (readers.isEmpty())

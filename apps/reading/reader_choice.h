@@ -16,7 +16,7 @@ struct ReaderChoice {
     std::optional<Failure> failure;
 };
 
-/** The one device that has the pipes of a reader; a failure for none and for several. */
+/** The one device that could be a reader; a failure for none and for several. */
 ReaderChoice onlyReaderIn(const UsbDevices &list);
 
 /** That on the bus; no device is opened. */

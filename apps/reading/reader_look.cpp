@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 
+#include "apps/card/raw_record.h"
 #include "apps/card/record_decoder.h"
 #include "reader/usb_codes.h"
 
@@ -58,12 +59,16 @@ Look lookThroughLibrary()
 Look lookOverUsb(UsbIds ids)
 {
     const UsbOutcome outcome = readOverUsb(ids);
-    if (outcome.exitStatus() != ExitStatus::DONE)
-        return failedLook(stateAfter(outcome), failureOf(outcome));
     Look look;
+    if (outcome.exitStatus() != ExitStatus::DONE) {
+        look = failedLook(stateAfter(outcome), failureOf(outcome));
+        look.gotNoData = outcome.code == USB_READER_NO_DATA;
+        return look;
+    }
     look.card = decodeRawRecord(outcome.record, outcome.prints, Road::USB);
     if (!look.card)
         return failedLook(ReaderState::THERE, undecodedTextFailure());
+    look.recordWarnings = checkRawRecord(outcome.record).warnings;
     look.digest = QCryptographicHash::hash(outcome.record, QCryptographicHash::Sha256);
     return look;
 }

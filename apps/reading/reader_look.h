@@ -20,8 +20,11 @@ enum class ReaderState {
 struct Look {
     ReaderState reader = ReaderState::THERE;
     std::optional<Card> card;
+    QStringList recordWarnings;     ///< of `checkRawRecord` over USB, for people
     QByteArray digest;              ///< that distinguishes cards; empty without a card
     std::optional<Failure> failure; ///< why there is no card
+    /** Whether the reader found a card that then gave no data: it may lie there or be gone. */
+    bool gotNoData = false;
 
     /** Whether the reader is in order and no card lies on it. */
     bool foundNoCard() const;

@@ -8,8 +8,8 @@ QVector<ReaderChange> ReaderPresence::observe(const Look &look)
     const ReaderState before = m_reader;
     if (look.reader != ReaderState::UNKNOWN)
         m_reader = look.reader;
-    const QVector<ReaderChange> changesOfCard = observeCard(look);
     if (look.reader == ReaderState::MISSING) {
+        m_failure.reset();
         if (before == ReaderState::MISSING)
             return {};
         return {before == ReaderState::THERE ? ReaderChange::READER_REMOVED
@@ -18,7 +18,7 @@ QVector<ReaderChange> ReaderPresence::observe(const Look &look)
     QVector<ReaderChange> changes;
     if (m_reader != before)
         changes << ReaderChange::READER_ADDED;
-    return changes + changesOfCard;
+    return changes + observeCard(look);
 }
 
 QVector<ReaderChange> ReaderPresence::takeCard()
@@ -31,6 +31,9 @@ QVector<ReaderChange> ReaderPresence::takeCard()
 
 QVector<ReaderChange> ReaderPresence::observeCard(const Look &look)
 {
+    const bool gotNoDataBefore = std::exchange(m_gotNoData, look.gotNoData);
+    if (look.gotNoData && !gotNoDataBefore)
+        return {}; // a card that lies still gives none now and then; a second time it is another
     const auto failureBefore = std::exchange(m_failure, std::nullopt);
     if (look.foundNoCard())
         return removeCard();
@@ -40,8 +43,11 @@ QVector<ReaderChange> ReaderPresence::observeCard(const Look &look)
         return m_failure == failureBefore ? QVector<ReaderChange>()
                                           : QVector<ReaderChange>{ReaderChange::READ_FAILED};
     }
-    if (look.digest == m_card)
-        return {};
+    if (look.digest == m_card) {
+        // Who was asked to lay it down once more may have done so between two looks.
+        return failureBefore ? QVector<ReaderChange>{ReaderChange::CARD_READ}
+                             : QVector<ReaderChange>();
+    }
     const QVector<ReaderChange> changes = removeCard() << ReaderChange::CARD_READ;
     m_card = look.digest;
     return changes;

@@ -173,6 +173,14 @@ QVector<UsbDevice> describeAll(libusb_device *const *list)
 
 } // namespace
 
+bool couldBeReader(const UsbDevice &device)
+{
+    // A program that has claimed the interface appears as the driver usbfs.
+    const bool isLeftToPrograms =
+        device.driver.isEmpty() || device.driver == QLatin1String("usbfs");
+    return device.hasReaderPipes && isLeftToPrograms;
+}
+
 UsbDevices listUsbDevices()
 {
     UsbDevices result;

@@ -23,6 +23,12 @@ struct UsbDevice {
     bool mayOpen = false;        ///< whether this user may
 };
 
+/**
+ * Whether it has the pipes of a reader and the kernel leaves it to programs. What a driver of the
+ * kernel holds is most likely something else, such as a memory stick.
+ */
+bool couldBeReader(const UsbDevice &device);
+
 struct UsbDevices {
     /** What failed: `USB_READER_INIT_FAILED`, `USB_READER_NO_DEVICE_LIST`, or 0. */
     int code = 0;

@@ -68,7 +68,8 @@ const std::vector<ResultEntry> &usbCatalogue()
          ExitStatus::READER_NOT_OPENED},
         {USB_READER_NOT_FOUND, "USB_READER_NOT_FOUND", QT_TR_NOOP("There is no such reader."),
          QT_TR_NOOP("No USB device has the vendor and product id that are named or, where none "
-                    "are, the pipes of a reader: it is not plugged in, or is another one."),
+                    "are, the pipes of a reader and no kernel driver: it is not plugged in, or is "
+                    "another one."),
          QT_TR_NOOP(
              "Plug the reader in and see with \"idcard-reader usb --list\" which ids it has."),
          ExitStatus::READER_NOT_OPENED},

@@ -8,6 +8,7 @@
 #include "apps/tool/diagnosis.h"
 #include "apps/tool/failure_report.h"
 #include "apps/tool/verbose.h"
+#include "common/texts.h"
 
 namespace app
 {
@@ -81,6 +82,13 @@ void printPhotoFailure(const Failure &failure, const Card &card, const Options &
     printFailure(failure);
     if (!options.simulatorPhotos && card.road() != Road::READER_LIBRARY)
         printMessage(tr("The photo of a simulated reader needs --simulator-photos."));
+}
+
+void printRecordWarnings(const QStringList &warnings, const QString &name)
+{
+    const QString what = name.isEmpty() ? tr("The reader's answer") : name;
+    for (const QString &warning : warnings)
+        printMessage(filledIn(tr("%1 is an odd record: %2"), what, warning));
 }
 
 ExitStatus deliver(const Card &card, const Options &options, Output *output,

@@ -34,6 +34,9 @@ std::optional<Failure> photoFailure(const Card &card, const Options &options);
 /** Prints such a failure, and what helps if the reader is a simulated one. */
 void printPhotoFailure(const Failure &failure, const Card &card, const Options &options);
 
+/** Prints what is odd about a raw record, which without a name is the reader's answer. */
+void printRecordWarnings(const QStringList &warnings, const QString &name = {});
+
 /** What is known of a raw record that was checked. */
 struct RecordOrigin {
     FP_INFO_TYPE prints;

@@ -73,8 +73,7 @@ ExitStatus runDecode(const Options &options, Output *output)
             toolFailure(ToolFault::NOT_A_RECORD, filledIn(words, input.name, check.problem)),
             options, output);
     }
-    for (const QString &warning : check.warnings)
-        printMessage(filledIn(tr("%1 is an odd record: %2"), input.name, warning));
+    printRecordWarnings(check.warnings, input.name);
     return deliverRecord(input.bytes, {check.prints, Road::FILE, std::nullopt}, options, output);
 }
 

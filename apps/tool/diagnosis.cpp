@@ -1,13 +1,16 @@
 #include "apps/tool/diagnosis.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
 #include <QProcess>
 
+#include "apps/process/interruption.h"
 #include "apps/results/message.h"
 
 namespace app
@@ -16,7 +19,9 @@ namespace app
 namespace
 {
 
-constexpr int LIMIT_MS = 20000;
+constexpr int LIMIT_SECONDS = 20;
+constexpr int MS_PER_SECOND = 1000;
+constexpr int LOOK_MS = 100;
 
 /** The checks that can explain a failure, the more probable first; empty when none can. */
 QStringList checksFor(const Failure &failure)
@@ -30,14 +35,17 @@ QStringList checksFor(const Failure &failure)
 }
 
 /** The doctor starts children of its own, for which this process is not fit any more. */
-QJsonArray findingsOfDoctor()
+QJsonArray findingsOfDoctor(int limitMs)
 {
     QProcess doctor;
     doctor.setStandardErrorFile(QProcess::nullDevice());
     doctor.start(QCoreApplication::applicationFilePath(),
                  {QStringLiteral("doctor"), QStringLiteral("--json")});
     doctor.closeWriteChannel();
-    if (!doctor.waitForFinished(LIMIT_MS)) {
+    const QDeadlineTimer limit(limitMs);
+    while (doctor.state() != QProcess::NotRunning && !isInterrupted() && !limit.hasExpired())
+        doctor.waitForFinished(LOOK_MS);
+    if (doctor.state() != QProcess::NotRunning) {
         doctor.kill();
         doctor.waitForFinished();
         return {};
@@ -70,7 +78,9 @@ Failure diagnosed(const Failure &failure, const Options &options)
     const QStringList checks = checksFor(failure);
     if (checks.isEmpty() || isSimulated)
         return failure;
-    const QJsonArray findings = findingsOfDoctor();
+    const int limitSeconds =
+        std::min(LIMIT_SECONDS, options.timeoutSeconds.value_or(LIMIT_SECONDS));
+    const QJsonArray findings = findingsOfDoctor(limitSeconds * MS_PER_SECOND);
     for (const QString &check : checks) {
         const std::optional<Explanation> explanation = explanationIn(findings, check);
         if (explanation)

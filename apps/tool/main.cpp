@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/display.h"
 #include "apps/process/locale.h"
@@ -102,6 +103,7 @@ int main(int argc, char **argv)
     forbidCoreDumps();
     Output output;
     installMessageHandler();
+    learnHowChildrenEnd();
     useUtf8InPlainLocale();
     const ExitStatus status = serve(argumentsOf(argc, argv), &output);
     return static_cast<int>(closedWith(status, &output));

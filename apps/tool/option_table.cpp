@@ -56,7 +56,8 @@ const std::vector<CommandRow> &commandTable()
     static const Option device = settingOption(
         "device", tr("The reader on the USB bus, by its vendor and product id: four hexadecimal "
                      "digits each, such as 1209:0001. Not needed where one device alone has the "
-                     "pipes of a reader; \"idcard-reader usb --list\" shows what is plugged in."));
+                     "pipes of a reader and no kernel driver; \"idcard-reader usb --list\" shows "
+                     "what is plugged in."));
     static const Option saveCard =
         Option(
             "out",

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
+#include "apps/card/raw_record.h"
 #include "apps/card/record_decoder.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
@@ -112,6 +113,7 @@ ExitStatus runUsb(const Options &options, Output *output)
     if (outcome.exitStatus() != ExitStatus::DONE)
         return report(failedLook(failureOf(outcome)), options, output);
 
+    printRecordWarnings(checkRawRecord(outcome.record).warnings);
     const std::optional<Failure> notKept = raw.write(outcome.record, options);
     if (notKept)
         printMessage(notKept->words);

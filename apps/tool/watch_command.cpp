@@ -28,7 +28,10 @@ namespace
 
 IDCARD_TEXTS(Tool)
 
-/** Looks at the reader on the USB bus: the named one, or else the only one once there is one. */
+/**
+ * Looks at the reader on the USB bus: the named one, or else the only one once there is one. Until
+ * a device has answered as a reader does, each look chooses again: it may be something else.
+ */
 class UsbReader
 {
 public:
@@ -47,8 +50,10 @@ public:
             m_ids = choice.ids;
         }
         Look look = lookOverUsb(*m_ids);
-        if (look.reader == ReaderState::MISSING && !m_isNamed)
-            m_ids.reset(); // the next one may be of another make
+        m_hasAnswered = look.reader != ReaderState::MISSING &&
+                        (m_hasAnswered || !look.failure || look.foundNoCard());
+        if (!m_hasAnswered && !m_isNamed)
+            m_ids.reset();
         return look;
     }
 
@@ -59,6 +64,7 @@ private:
     }
 
     bool m_isNamed;
+    bool m_hasAnswered = false; ///< since it was plugged in
     std::optional<UsbIds> m_ids;
 };
 
@@ -165,6 +171,7 @@ private:
             reportMissingReader(diagnosed(*look.failure, m_options), false);
             break;
         case ReaderChange::CARD_READ:
+            printRecordWarnings(look.recordWarnings);
             deliverCard(*look.card);
             break;
         case ReaderChange::CARD_REMOVED:

@@ -468,6 +468,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <source>The reader delivered no photo</source>
         <translation>读卡器没有给出照片</translation>
     </message>
+    <message>
+        <source>What was read may be wrong: read the card once more.</source>
+        <translation>读到的内容可能有误：请再读一次证件。</translation>
+    </message>
 </context>
 <context>
     <name>CardSheet</name>
@@ -1657,6 +1661,14 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <source>The photo decoder</source>
         <translation>照片解码库</translation>
     </message>
+    <message>
+        <source>%1: Qt&apos;s platform &quot;minimal&quot; knows no fonts, installed or not; the pictures have empty boxes in place of the characters</source>
+        <translation>%1：Qt 平台“minimal”不提供任何字体，无论是否已安装；图像中的文字会变成空框</translation>
+    </message>
+    <message>
+        <source>Choose Qt&apos;s offscreen platform in its place:</source>
+        <translation>请改用 Qt 的 offscreen 平台：</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>
@@ -2622,8 +2634,16 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <translation>请改正该文件；“idcard-reader doctor”显示有哪些配置文件及其内容。</translation>
     </message>
     <message>
-        <source>No USB device has the vendor and product id that are named or, where none are, the pipes of a reader: it is not plugged in, or is another one.</source>
-        <translation>没有 USB 设备具有指定的厂商和产品标识；未指定标识时，没有设备具有读卡器的端点：读卡器没有插好，或是另一种读卡器。</translation>
+        <source>No USB device has the vendor and product id that are named or, where none are, the pipes of a reader and no kernel driver: it is not plugged in, or is another one.</source>
+        <translation>没有 USB 设备具有指定的厂商和产品标识；未指定标识时，没有设备具有读卡器的端点且未绑定内核驱动：读卡器没有插好，或是另一种读卡器。</translation>
+    </message>
+    <message>
+        <source>Several USB devices with the same ids could be the reader: %1. Unplug all but one: --device cannot distinguish them.</source>
+        <translation>有多个标识相同的 USB 设备可能是读卡器：%1。请只留下一个，拔出其余的：--device 无法区分它们。</translation>
+    </message>
+    <message>
+        <source>Unplug all readers but one.</source>
+        <translation>请只留下一台读卡器，拔出其余的。</translation>
     </message>
 </context>
 <context>
@@ -3084,8 +3104,8 @@ Examples:
         <translation>用模拟器的解码库解码照片，而不用厂商的：模拟读卡器及其记录中的照片采用模拟器自己的格式。</translation>
     </message>
     <message>
-        <source>The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, such as 1209:0001. Not needed where one device alone has the pipes of a reader; &quot;idcard-reader usb --list&quot; shows what is plugged in.</source>
-        <translation>USB 读卡器，以厂商标识和产品标识指定：各四位十六进制数字，例如 1209:0001。只有一个设备具有读卡器的端点时不需要；“idcard-reader usb --list”显示已接入的设备。</translation>
+        <source>The reader on the USB bus, by its vendor and product id: four hexadecimal digits each, such as 1209:0001. Not needed where one device alone has the pipes of a reader and no kernel driver; &quot;idcard-reader usb --list&quot; shows what is plugged in.</source>
+        <translation>USB 读卡器，以厂商标识和产品标识指定：各四位十六进制数字，例如 1209:0001。只有一个设备具有读卡器的端点、又没有绑定内核驱动时不需要；“idcard-reader usb --list”显示已接入的设备。</translation>
     </message>
     <message>
         <source>Save the card in this folder, which is made if need be: card.json, photo.bmp and, when the card has fingerprints, fingerprints.dat. Only their owner can read the files. Pictures of the card&apos;s sides are painted by &quot;idcard-reader read&quot; alone.</source>
@@ -3431,6 +3451,10 @@ See &quot;idcard-reader %1 --help&quot;.</source>
     <message>
         <source>End when one attempt takes longer. Without a limit, a reader that keeps asking for another try is waited for forever. The exit status is then 11.</source>
         <translation>一次读卡超过指定秒数即结束；不设时限时，如果读卡器一再要求重试，会一直等下去。此时退出状态为 11。</translation>
+    </message>
+    <message>
+        <source>The reader&apos;s answer</source>
+        <translation>读卡器的应答</translation>
     </message>
 </context>
 <context>
@@ -4258,8 +4282,12 @@ Ctrl+F：搜索读卡记录；Ctrl+D：诊断</translation>
         <translation>显示读卡器读取的中国身份证件。除您保存的内容外，不留存证件的任何信息。</translation>
     </message>
     <message>
-        <source>It is covered, or the card does not have it.</source>
-        <translation>该内容已遮盖，或者证件上没有。</translation>
+        <source>It is covered, the card does not have it, or no field is selected.</source>
+        <translation>它被遮盖，或证件没有此项，或没有选中任何一项。</translation>
+    </message>
+    <message>
+        <source>It is an earlier card; another may lie on the reader.</source>
+        <translation>这是先前的证件，读卡器上可能已是另一张。</translation>
     </message>
 </context>
 <context>

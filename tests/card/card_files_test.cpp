@@ -45,6 +45,11 @@ TEST_F(HoldersFolder, IsCalledByNameAndNumber)
     EXPECT_EQ(modeOf(path("王小明 000000199001020017")), 0700);
 }
 
+TEST_F(HoldersFolder, OfARareCharacter_IsCalledByIt)
+{
+    EXPECT_EQ(save(cardOf("𠮷田", "1")), "𠮷田 1");
+}
+
 TEST_F(HoldersFolder, OfTheSameHolderTwice_GetsANumber)
 {
     for (const char *const name : {"王 1", "王 1 (2)", "王 1 (3)"})

@@ -8,7 +8,6 @@
 #include "apps/card/card_input.h"
 #include "apps/card/card_output.h"
 #include "apps/card/record_decoder.h"
-#include "simulator/card/raw_record.h"
 #include "tests/card/card_samples.h"
 #include "tests/tool/tool_runner.h"
 
@@ -68,7 +67,7 @@ class KindFromARecord : public testing::TestWithParam<const char *>
 
 TEST_P(KindFromARecord, IsTheSameCardAgain)
 {
-    const QByteArray record = simulator::readAnswer(builtInCard(GetParam()), {});
+    const QByteArray record = recordOf(GetParam());
     for (const Road road : {Road::USB, Road::FILE}) {
         const FP_INFO_TYPE prints = record.size() > 2000   ? FP_INFO_TWO
                                     : record.size() > 1500 ? FP_INFO_ONE
@@ -92,13 +91,22 @@ TEST(CardFromJson, PhotoPrintsAndPictures_AreWholeAgain)
 
 TEST(CardFromJson, TextThatWasCut_IsKnownInWhole)
 {
-    const QByteArray record = simulator::readAnswer(builtInCard("resident-longest-texts"), {});
+    const QByteArray record = recordOf("resident-longest-texts");
     const auto card = decodeRawRecord(record, FP_INFO_NONE, Road::USB);
     ASSERT_FALSE(card->cutFields().isEmpty());
     const auto taken = cardFromJson(printed(*card));
     ASSERT_EQ(taken->cutFields().size(), card->cutFields().size());
     EXPECT_EQ(taken->cutFields()[0].content, card->cutFields()[0].content);
     EXPECT_STREQ(taken->cutFields()[0].key, card->cutFields()[0].key);
+}
+
+TEST(CardFromJson, OddRecord_IsKnown)
+{
+    QByteArray record = recordOf("resident");
+    record[17] = static_cast<char>(~record[17]);
+    const auto card = decodeRawRecord(record, FP_INFO_TWO, Road::USB);
+    ASSERT_TRUE(card->hasOddRecord());
+    expectWholeAgain(*card);
 }
 
 TEST(CardFromJson, CompressedPhoto_IsNoneButItsFormIsKnown)

@@ -92,12 +92,22 @@ TEST(CardNotes, WrongCheckDigitAndUnknownNationalityAreNoted)
 TEST(CardNotes, TextThatTheDecoderCutIsNotedWithTheWhole)
 {
     const simulator::CardDescription described = builtInCard("resident-longest-texts");
-    const Card card =
-        *decodeRawRecord(simulator::readAnswer(described, {}), FP_INFO_NONE, Road::FILE);
+    const Card card = samples::cardWithCutTexts();
     EXPECT_THAT(keysOf(card), testing::Contains("cut:address"));
     const QJsonObject json = toJson(card, std::nullopt, {}, TODAY);
     EXPECT_EQ(json["whole"].toObject()["address"], described.address);
     EXPECT_TRUE(described.address.startsWith(json["address"].toString()));
+}
+
+TEST(CardNotes, RecordThatIsNotAsTheReaderSentItIsNoted)
+{
+    QByteArray record = recordOf("resident");
+    const auto notesOn = [&record] {
+        return keysOf(*decodeRawRecord(record, FP_INFO_TWO, Road::USB));
+    };
+    EXPECT_THAT(notesOn(), testing::Not(testing::Contains("odd-record")));
+    record[17] = static_cast<char>(~record[17]);
+    EXPECT_THAT(notesOn(), testing::Contains("odd-record"));
 }
 
 TEST(CardNotes, BlanksAtTheEndOfAFieldAreNotMissed)

@@ -1,9 +1,12 @@
 #include "tests/card/card_samples.h"
 
 #include <algorithm>
-#include <array>
 
 #include <QtEndian>
+
+#include "apps/card/record_decoder.h"
+#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
 
 namespace samples
 {
@@ -84,6 +87,14 @@ app::Card cardOf(unsigned int kind)
 app::Card residentCard()
 {
     return cardOf(IDCARD_KIND_CN);
+}
+
+app::Card cardWithCutTexts()
+{
+    simulator::DescriptionError error;
+    const auto longest = simulator::loadCard(QStringLiteral("resident-longest-texts"), &error);
+    const QByteArray record = simulator::readAnswer(longest.value(), {});
+    return *app::decodeRawRecord(record, FP_INFO_NONE, app::Road::FILE);
 }
 
 app::Card residentCardWithEverything()

@@ -18,5 +18,7 @@ std::unique_ptr<app::CardRecords> filledRecords();
 app::Card residentCard();
 app::Card residentCardWithEverything(); ///< with a BMP photo, two prints, and pictures
 app::Card cardOf(unsigned int kind);
+/** From a raw record whose texts the decoder cuts: those of "resident-longest-texts". */
+app::Card cardWithCutTexts();
 
 } // namespace samples

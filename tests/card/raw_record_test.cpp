@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include "apps/card/raw_record.h"
-#include "simulator/card/raw_record.h"
 #include "tests/tool/tool_runner.h"
 
 using namespace app;
@@ -13,11 +12,6 @@ using testing::HasSubstr;
 
 namespace
 {
-
-QByteArray recordOf(const char *card)
-{
-    return simulator::readAnswer(builtInCard(QLatin1String(card)), {});
-}
 
 /** The record with what its bytes must be summed up to at its end. */
 QByteArray withRightChecksum(QByteArray record)

@@ -1,11 +1,12 @@
 // Cards from raw records.
 
+#include <algorithm>
 #include <random>
 
 #include <gmock/gmock.h>
 
 #include "apps/card/record_decoder.h"
-#include "simulator/card/raw_record.h"
+#include "tests/support/ucs2.h"
 #include "tests/tool/tool_runner.h"
 
 using namespace app;
@@ -18,11 +19,6 @@ constexpr int PHOTO = 272;
 constexpr int PRINTS = 1296;
 constexpr int KIND_LETTER = TEXT + 248;
 
-QByteArray recordOf(const char *card)
-{
-    return simulator::readAnswer(builtInCard(QLatin1String(card)), {});
-}
-
 QStringList contentOf(const Card &card, const char *key)
 {
     for (const CardField &field : card.fields()) {
@@ -33,20 +29,42 @@ QStringList contentOf(const Card &card, const char *key)
     return {};
 }
 
-TEST(WithoutDatePoints, UndoesWhatTheDecodersDo)
+/** The record with this text, filled up with blanks, in the place of a day of validity. */
+QByteArray withDay(QByteArray record, int offset, const QString &text)
 {
-    // YYYY.MM.DD is put together from whatever there is.
-    for (const char *date : {"20150203", "2015020", "201502", "20150", "2015", "201", ""}) {
-        const QString text = QLatin1String(date);
-        const QString formatted = text.mid(0, 4) + '.' + text.mid(4, 2) + '.' + text.mid(6);
-        EXPECT_EQ(withoutDatePoints(formatted), text) << date;
+    const auto day = ucs2(text.leftJustified(8, ' ').toStdU16String());
+    std::copy(day.begin(), day.end(), record.begin() + offset);
+    return record;
+}
+
+TEST(DecodeRawRecord, DaysOfValidityAreAsTheRecordHasThem)
+{
+    constexpr int VALID_FROM = TEXT + 188;
+    constexpr int VALID_TO = TEXT + 204;
+    for (const char *kind : {"resident", "hmt-macao", "foreign-2017", "foreign-new"}) {
+        for (const char *day :
+             {"20150203", "2015020", "2015", "", "2020.1.1", "....", "长期", "不详"}) {
+            const QString text = QString::fromUtf8(day);
+            const QByteArray record =
+                withDay(withDay(recordOf(kind), VALID_FROM, text), VALID_TO, text);
+            const auto card = decodeRawRecord(record, FP_INFO_NONE, Road::FILE);
+            ASSERT_TRUE(card);
+            EXPECT_EQ(contentOf(*card, "validFrom").first(), text) << kind;
+            EXPECT_EQ(contentOf(*card, "validTo").first(), text) << kind;
+        }
     }
 }
 
-TEST(WithoutDatePoints, LeavesOtherTextAsItIs)
+TEST(DecodeRawRecord, EndThatSaysLongTermAmongOtherTextIsThatForResidentsAndPermits)
 {
-    for (const char *text : {"长期", "20150203", "2015.02", "20151.02.03", "2015.021.03", "....."})
-        EXPECT_EQ(withoutDatePoints(QString::fromUtf8(text)), QString::fromUtf8(text));
+    constexpr int VALID_TO = TEXT + 204;
+    for (const char *kind : {"resident", "hmt-macao"}) {
+        const auto card =
+            decodeRawRecord(withDay(recordOf(kind), VALID_TO, QStringLiteral("至长期。")),
+                            FP_INFO_NONE, Road::FILE);
+        ASSERT_TRUE(card);
+        EXPECT_EQ(contentOf(*card, "validTo").first(), QStringLiteral("长期"));
+    }
 }
 
 TEST(DecodeRawRecord, RoadIsTheOneThatIsNamedAndPrintsTheBlockAtTheirPlace)

@@ -36,15 +36,6 @@ protected:
     void plugIn(const QString &faults = {}) { ReaderOnBus::plugIn({}, faults); }
     QString node() { return ReaderOnBus::node(reader()); }
 
-    /** Binds a driver to the reader's interface 0, as the kernel shows it. */
-    void bind(const QString &driver)
-    {
-        const QString system = systemFolder(reader());
-        const QString interface = system + QDir(system).dirName() + ":1.0";
-        ASSERT_TRUE(QDir().mkpath(interface));
-        ASSERT_TRUE(QFile::link("../../../../../bus/usb/drivers/" + driver, interface + "/driver"));
-    }
-
     ProcessResult runAsOrdinaryUser(const QStringList &arguments)
     {
         return runToolAsOrdinaryUser(QStringList{"doctor"} + arguments, {variables()});
@@ -109,13 +100,21 @@ TEST_F(DoctorOnTheBus, NodeThatThisUserMayNotOpenIsAFailure)
                       ContainsRegex("as root: \\S*/idcard-reader-access --device 1209:0001 ")));
 }
 
-TEST_F(DoctorOnTheBus, DriverThatIsBoundIsAWarning)
+TEST_F(DoctorOnTheBus, DeviceThatADriverHoldsIsNoReader)
 {
     plugIn();
-    bind("usbserial_generic");
-    const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-driver");
-    EXPECT_EQ(finding["level"].toString(), "warning");
-    EXPECT_THAT(QString::fromUtf8(run({"--road", "usb"}).standardOutput).toStdString(),
+    bindDriver(reader(), "usb-storage");
+    expectFinding("usb-reader", "failure", "could be a reader; 1 other devices", {"--road", "usb"});
+}
+
+TEST_F(DoctorOnTheBus, DriverThatIsBoundToTheReaderAskedForIsAWarning)
+{
+    plugIn();
+    bindDriver(reader(), "usbserial_generic");
+    const QStringList arguments{"--road", "usb", "--device", "1209:0001"};
+    const QJsonObject report = reportOf(run(QStringList{"--json"} + arguments));
+    EXPECT_EQ(findingIn(report, "usb-driver")["level"].toString(), "warning");
+    EXPECT_THAT(QString::fromUtf8(run(arguments).standardOutput).toStdString(),
                 HasSubstr("warning  Kernel driver    \"usbserial_generic\" is bound"));
 }
 
@@ -124,16 +123,15 @@ TEST_F(DoctorOnTheBus, ProgramThatHasTheNodeOpenIsAWarning)
     plugIn();
     const int descriptor = open((bus().folder() + node()).toLocal8Bit().constData(), O_RDONLY);
     ASSERT_GE(descriptor, 0);
-    const QJsonObject finding = findingIn(reportOf(run({"--json", "--road", "usb"})), "usb-holder");
+    expectFinding("usb-holder", "warning", "(process " + std::to_string(getpid()) + ')',
+                  {"--road", "usb"});
     close(descriptor);
-    EXPECT_EQ(finding["level"].toString(), "warning");
-    EXPECT_THAT(textOf(finding), HasSubstr("(process " + std::to_string(getpid()) + ")"));
 }
 
 TEST_F(DoctorOnTheBus, ProgramThatHoldsTheReaderIsAFailure)
 {
     plugIn();
-    bind("usbfs");
+    bindDriver(reader(), "usbfs");
     expectFinding("usb-holder", "failure", "The reader is held by a program that this user cannot",
                   {"--road", "usb"});
 }
@@ -153,12 +151,10 @@ TEST_F(DoctorOnTheBus, NothingOnTheMachineIsChanged)
               "<fontconfig><dir>/usr/share/fonts/opentype/noto</dir><cachedir>" +
                   path("cache").toUtf8() + "</cachedir></fontconfig>");
     set("FONTCONFIG_FILE", path("fonts.conf"));
+    runIn(path("work"));
     const auto before = folderState(path("."));
     for (const QStringList &arguments : {QStringList{}, QStringList{"--json", "--verbose"}}) {
-        ProcessInput input;
-        input.environment = variables();
-        input.workingDirectory = path("work");
-        const ProcessResult result = runTool(QStringList{"doctor"} + arguments, input);
+        const ProcessResult result = run(arguments);
         EXPECT_TRUE(result.finished);
         EXPECT_GE(result.exitStatus, 9);
     }

@@ -1,6 +1,6 @@
 // "idcard-reader doctor" without a bus: versions, locale, the makers' libraries and the pictures.
 
-#include <memory>
+#include <csignal>
 
 #include <QLibraryInfo>
 
@@ -182,10 +182,8 @@ TEST_F(Doctor, MakersLibraryThatCrashesIsAFailureAndLeavesNoCoreFile)
     const rlimit all{limit.rlim_max, limit.rlim_max};
     setrlimit(RLIMIT_CORE, &all);
     QDir().mkpath(path("here"));
-    ProcessInput input;
-    input.environment = variables();
-    input.workingDirectory = path("here");
-    EXPECT_EQ(runTool({"doctor", "--road", "library"}, input).exitStatus, 10);
+    runIn(path("here"));
+    EXPECT_EQ(run({"--road", "library"}).exitStatus, 10);
     EXPECT_THAT(namesIn(path("here")), IsEmpty());
     setrlimit(RLIMIT_CORE, &limit);
 }
@@ -217,6 +215,12 @@ TEST_F(Doctor, PlatformThatQtDoesNotHaveIsAFailure)
 {
     set("QT_QPA_PLATFORM", "no-such-platform");
     expectFault("screen", "failure", "Could not find the Qt platform plugin \"no-such-platform\"");
+}
+
+TEST_F(Doctor, PlatformWithoutFontsIsNamedAsTheirCause)
+{
+    set("QT_QPA_PLATFORM", "minimal");
+    expectFault("number-font", "failure", "Qt's platform \"minimal\" knows no fonts");
 }
 
 TEST_F(Doctor, OffscreenForWantOfADisplayIsAWarning)
@@ -308,46 +312,24 @@ TEST_F(Doctor, FontWithoutTheStandInFileIsAWarning)
     expectFault("number-font", "warning", "no stand-in is named");
 }
 
-/** The program on a machine whose maker's library hangs: it begins with the first test. */
-class HangingRun : public testing::Environment
+TEST_F(Doctor, HostThatIgnoresSigchldChangesNoVerdict)
 {
-public:
-    void SetUp() override
-    {
-        m_folder = std::make_unique<QTemporaryDir>();
-        writeFile(m_folder->filePath(IDCARD_VENDOR_READER_LIBRARY),
-                  readFile(builtLibrary("HANGS")));
-        ProcessInput input;
-        input.environment[QStringLiteral("LD_LIBRARY_PATH")] = m_folder->path();
-        m_process = std::make_unique<RunningProcess>(
-            QStringLiteral("idcard-reader"), QStringList{"doctor", "--road", "library"}, input);
-    }
-    void TearDown() override
-    {
-        m_process.reset();
-        m_folder.reset();
-    }
-    ProcessResult result() { return m_process->result(); }
+    ProcessInput input;
+    input.environment = variables();
+    const auto handler = std::signal(SIGCHLD, SIG_IGN); // which the program inherits
+    RunningTool doctor({"doctor", "--road", "library"}, input);
+    std::signal(SIGCHLD, handler);
+    expectEnd(doctor.result(), 0);
+}
 
-private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<RunningProcess> m_process;
-};
-
-// NOLINTNEXTLINE(cppcoreguidelines-owning-memory): GoogleTest takes it
-auto *const hangingRun =
-    static_cast<HangingRun *>(testing::AddGlobalTestEnvironment(new HangingRun));
-
-TEST(DoctorOfAHangingLibrary, ReportsThatItHangs)
+TEST_F(Doctor, MakersLibraryThatHangsIsAFailure)
 {
-    const ProcessResult run = hangingRun->result();
-    ASSERT_TRUE(run.finished);
-    EXPECT_EQ(run.exitStatus, 10);
-    const QString text = QString::fromUtf8(run.standardOutput).simplified();
-    EXPECT_THAT(text.toStdString(),
-                AllOf(HasSubstr("FAILURE Maker's library Loading /"),
-                      HasSubstr("/" IDCARD_VENDOR_READER_LIBRARY
-                                " hangs, and with it every program that reads -> End other")));
+    install(readFile(builtLibrary("HANGS")));
+    const ProcessResult json = run({"--road", "library", "--json"});
+    EXPECT_EQ(json.exitStatus, 10);
+    EXPECT_THAT(
+        textOf(findingIn(reportOf(json), "reader-library")),
+        HasSubstr("/" IDCARD_VENDOR_READER_LIBRARY " hangs, and with it every program that reads"));
 }
 
 } // namespace

@@ -97,7 +97,7 @@ protected:
      * Runs the program twice: its JSON has this finding, its text this part behind the title, and
      * the exit status is that of the level. Returns the finding.
      */
-    QJsonObject expectFinding(const char *check, const char *level, const char *part,
+    QJsonObject expectFinding(const char *check, const char *level, const std::string &part,
                               const QStringList &arguments)
     {
         const int status = QLatin1String(level) == QLatin1String("failure") ? 10 : 9;

@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
@@ -21,7 +20,9 @@
 #include "simulator/card/faults.h"
 #include "simulator/reader/virtual_reader.h"
 #include "tests/documents/chinese_manual.h"
+#include "tests/support/build_programs.h"
 #include "tests/support/chinese_texts.h"
+#include "tests/support/files.h"
 #include "tests/support/generated_text.h"
 #include "tests/support/process.h"
 
@@ -33,15 +34,15 @@ namespace
 
 QString code(const QString &text)
 {
-    return QLatin1Char('`') + text + QLatin1Char('`');
+    return '`' + text + '`';
 }
 
 QString tableRow(const QStringList &cells)
 {
-    QString row = QStringLiteral("|");
+    QString row = "|";
     for (const QString &cell : cells)
-        row += (cell.isEmpty() ? QString() : QLatin1Char(' ') + cell) + QStringLiteral(" |");
-    return row + QLatin1Char('\n');
+        row += (cell.isEmpty() ? QString() : ' ' + cell) + " |";
+    return row + '\n';
 }
 
 // Results.
@@ -102,24 +103,24 @@ QString useOf(const KeyRule &rule)
     case KeyUse::ABSENT:
         break;
     }
-    return QStringLiteral("-");
+    return "-";
 }
 
 QString formOf(TextForm form)
 {
     switch (form) {
     case TextForm::DATE:
-        return QStringLiteral("YYYYMMDD");
+        return "YYYYMMDD";
     case TextForm::END_DATE:
-        return QStringLiteral("YYYYMMDD or 长期");
+        return "YYYYMMDD or 长期";
     case TextForm::DIGITS:
-        return QStringLiteral("digits");
+        return "digits";
     case TextForm::SEX_CODE:
-        return QStringLiteral("code of GB/T 2261.1: 0, 1, 2 or 9");
+        return "code of GB/T 2261.1: 0, 1, 2 or 9";
     case TextForm::TWO_DIGITS:
-        return QStringLiteral("code of GB 3304, two digits");
+        return "code of GB 3304, two digits";
     case TextForm::COUNTRY_CODE:
-        return QStringLiteral("country code, letters; an unknown one will do");
+        return "country code, letters; an unknown one will do";
     case TextForm::FREE:
         break;
     }
@@ -130,8 +131,7 @@ QString faultTable(Road road)
 {
     QString table = tableRow({"Fault", "What happens"}) + tableRow({"---", "---"});
     for (const FaultRule &rule : faultRules(road)) {
-        const QString usage =
-            code(faultUsage(rule)).replace(QStringLiteral(" or "), QStringLiteral("` or `"));
+        const QString usage = code(faultUsage(rule)).replace(" or ", "` or `");
         table += tableRow({usage, rule.meaning(road)});
     }
     return table;
@@ -139,12 +139,10 @@ QString faultTable(Road road)
 
 // The help texts.
 
-QString helpOf(const QString &program, const QStringList &command = {},
-               const ProcessInput &input = {})
+QString helpOf(const QString &program, const QStringList &command = {})
 {
-    const ProcessResult run =
-        runProcess(program, command + QStringList{QStringLiteral("--help")}, input);
-    EXPECT_EQ(run.exitStatus, 0) << run.standardError.toStdString();
+    const ProcessResult run = runProcess(program, command + QStringList{"--help"});
+    expectEnd(run, 0);
     return QString::fromUtf8(run.standardOutput);
 }
 
@@ -163,17 +161,15 @@ using HelpRows = std::vector<HelpRow>;
 /** The rows under the heading that begins with these words. */
 HelpRows rowsUnder(const QString &heading, const QString &help)
 {
-    static const QRegularExpression row(QStringLiteral("^  (\\S.*?)(?:  +(.*))?$"));
+    static const QRegularExpression row("^  (\\S.*?)(?:  +(.*))?$");
     HelpRows rows;
-    const QString section = (QLatin1Char('\n') + help)
-                                .section(QLatin1Char('\n') + heading, 1)
-                                .section(QStringLiteral("\n\n"), 0, 0);
-    for (const QString &line : section.split(QLatin1Char('\n')).mid(1)) {
+    const QString section = ('\n' + help).section('\n' + heading, 1).section("\n\n", 0, 0);
+    for (const QString &line : section.split('\n').mid(1)) {
         const auto match = row.match(line);
         if (match.hasMatch())
             rows.push_back({match.captured(1), match.captured(2)});
         else if (!rows.empty())
-            rows.back().meaning += QLatin1Char(' ') + line.trimmed();
+            rows.back().meaning += ' ' + line.trimmed();
     }
     for (HelpRow &each : rows)
         each.meaning = each.meaning.trimmed();
@@ -194,40 +190,40 @@ QString tableOf(const HelpRows &rows, const QStringList &head, const QStringList
 /** One sentence a line. */
 QString manualText(QString text)
 {
-    static const QRegularExpression sentenceEnd(QStringLiteral("\\. (?=[\"A-Z])"));
-    text.replace(QLatin1Char('\\'), QStringLiteral("\\e"));
-    text.replace(QStringLiteral("--"), QStringLiteral("\\-\\-"));
-    return text.replace(sentenceEnd, QStringLiteral(".\n")) + QLatin1Char('\n');
+    static const QRegularExpression sentenceEnd("\\. (?=[\"A-Z])");
+    text.replace('\\', "\\e");
+    text.replace("--", "\\-\\-");
+    return text.replace(sentenceEnd, ".\n") + '\n';
 }
 
 QString manualList(const HelpRows &rows, QString (*item)(QString name), Words words)
 {
-    QString list = QStringLiteral(".Bl -tag -width Ds\n");
+    QString list = ".Bl -tag -width Ds\n";
     for (const HelpRow &row : rows)
         list += QStringLiteral(".It %1\n").arg(item(row.name)) +
                 manualText(words(row.meaning.toUtf8().constData()));
-    return list + QStringLiteral(".El\n");
+    return list + ".El\n";
 }
 
 /** "-h, --help" or "--out <folder>". */
 QString optionItem(QString name)
 {
-    name.replace(QStringLiteral("-h, "), QStringLiteral("Fl h , "));
-    name.replace(QStringLiteral("--"), QStringLiteral("Fl -"));
-    return name.replace(QStringLiteral(" <"), QStringLiteral(" Ar ")).remove(QLatin1Char('>'));
+    name.replace("-h, ", "Fl h , ");
+    name.replace("--", "Fl -");
+    return name.replace(" <", " Ar ").remove('>');
 }
 
 /** "faults [LIST]". */
 QString commandItem(QString name)
 {
-    name.replace(QLatin1Char(' '), QStringLiteral(" Ar "));
-    name.replace(QStringLiteral("Ar ["), QStringLiteral("Op Ar ")).remove(QLatin1Char(']'));
-    return QStringLiteral("Cm ") + name;
+    name.replace(' ', " Ar ");
+    name.replace("Ar [", "Op Ar ").remove(']');
+    return "Cm " + name;
 }
 
 QString variableItem(QString name)
 {
-    return QStringLiteral("Ev ") + name;
+    return "Ev " + name;
 }
 
 QString plainItem(QString name)
@@ -244,25 +240,24 @@ QString section(const QString &heading, const QString &text)
 QString commandSection(const QString &name, const QString &help, const HelpRows &common,
                        Words words)
 {
-    HelpRows own = rowsUnder(QStringLiteral("Options"), help);
+    HelpRows own = rowsUnder("Options", help);
     own.erase(std::remove_if(own.begin(), own.end(),
                              [&common](const HelpRow &row) {
                                  return std::find(common.begin(), common.end(), row) !=
                                         common.end();
                              }),
               own.end());
-    QString usage = help.section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
-    usage.replace(QStringLiteral("[options]"), words("[options]"));
-    const QString description = help.section(QStringLiteral("\n\n"), 1, 1).simplified();
-    return section(name, QStringLiteral(".Dl ") + manualText(usage) + QStringLiteral(".Pp\n") +
+    QString usage = help.section('\n', 0, 0).section(' ', 1);
+    usage.replace("[options]", words("[options]"));
+    const QString description = help.section("\n\n", 1, 1).simplified();
+    return section(name, ".Dl " + manualText(usage) + ".Pp\n" +
                              manualText(words(description.toUtf8().constData())) +
                              manualList(own, optionItem, words));
 }
 
 QString manualFaults(const QString &help, Words words)
 {
-    return section(QStringLiteral("Faults"),
-                   manualList(rowsUnder(QStringLiteral("Faults"), help), plainItem, words));
+    return section("Faults", manualList(rowsUnder("Faults", help), plainItem, words));
 }
 
 // The service.
@@ -270,9 +265,7 @@ QString manualFaults(const QString &help, Words words)
 /** The methods, signals and properties of the installed interface, one a line. */
 QString interfaceLines()
 {
-    QFile file(QStringLiteral(IDCARD_SERVICE_INTERFACE));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QXmlStreamReader xml(&file);
+    QXmlStreamReader xml(readFile(IDCARD_SERVICE_INTERFACE));
     QString lines;
     QStringList taken;
     QStringList given;
@@ -283,25 +276,22 @@ QString interfaceLines()
     while (!xml.atEnd()) {
         const QXmlStreamReader::TokenType token = xml.readNext();
         const QString element = xml.name().toString();
-        const bool isCallable =
-            element == QLatin1String("method") || element == QLatin1String("signal");
+        const bool isCallable = element == "method" || element == "signal";
         if (token == QXmlStreamReader::StartElement && isCallable) {
             member = attribute("name");
             taken.clear();
             given.clear();
-        } else if (token == QXmlStreamReader::StartElement && element == QLatin1String("arg")) {
-            (attribute("direction") == QLatin1String("out") ? given : taken)
-                << attribute("type") + QLatin1Char(' ') + attribute("name");
-        } else if (token == QXmlStreamReader::StartElement &&
-                   element == QLatin1String("property")) {
+        } else if (token == QXmlStreamReader::StartElement && element == "arg") {
+            (attribute("direction") == "out" ? given : taken)
+                << attribute("type") + ' ' + attribute("name");
+        } else if (token == QXmlStreamReader::StartElement && element == "property") {
             lines +=
                 QStringLiteral(".Dl property %1 %2\n").arg(attribute("type"), attribute("name"));
         } else if (token == QXmlStreamReader::EndElement && isCallable) {
-            lines += QStringLiteral(".Dl %1 %2(%3)")
-                         .arg(element, member, taken.join(QStringLiteral(", ")));
+            lines += QStringLiteral(".Dl %1 %2(%3)").arg(element, member, taken.join(", "));
             if (!given.isEmpty())
-                lines += QStringLiteral(" gives (%1)").arg(given.join(QStringLiteral(", ")));
-            lines += QLatin1Char('\n');
+                lines += QStringLiteral(" gives (%1)").arg(given.join(", "));
+            lines += '\n';
         }
     }
     return lines;
@@ -319,9 +309,8 @@ HelpRows errorRows()
 void expectManualPart(const QString &page, const QString &name,
                       const std::function<QString(Words words)> &text)
 {
-    expectGeneratedPart(QStringLiteral("docs/man/") + page, name, text(inEnglish));
-    expectGeneratedPart(QStringLiteral("docs/man/zh_CN/") + page, name,
-                        inManMacros(text(inChinese)));
+    expectGeneratedPart("docs/man/" + page, name, text(inEnglish));
+    expectGeneratedPart("docs/man/zh_CN/" + page, name, inManMacros(text(inChinese)));
 }
 
 /** A part that is a list of these rows. */
@@ -332,14 +321,16 @@ void expectManualList(const QString &page, const QString &name, const HelpRows &
                      [&rows, item](Words words) { return manualList(rows, item, words); });
 }
 
-const QString TOOL = QStringLiteral("idcard-reader");
-const QString VIRTUAL_READER = QStringLiteral("idcard-virtual-reader");
-const QString VIEWER = QStringLiteral("idcard-viewer");
-
-QString manualPage(const QString &program)
+/** The options and exit statuses of a program, as its help text lists them. */
+void expectOptionsAndStatuses(const QString &page, const QString &help)
 {
-    return program + QStringLiteral(".1");
+    expectManualList(page, "options", rowsUnder("Options", help), optionItem);
+    expectManualList(page, "exit statuses", rowsUnder("Exit status", help), plainItem);
 }
+
+const QString TOOL = "idcard-reader";
+const QString VIRTUAL_READER = "idcard-virtual-reader";
+const QString TOOL_PAGE = "idcard-reader.1";
 
 } // namespace
 
@@ -350,20 +341,18 @@ TEST(ReadmePage, OutputOfARead_IsThatOfTheToolInTheLanguageOfThePage)
         const char *language;
     } rows[] = {{"README.md", "en"}, {"README.zh-CN.md", "zh_CN"}};
     for (const auto &row : rows) {
-        ProcessInput input;
-        input.environment[QStringLiteral("LANGUAGE")] = QLatin1String(row.language);
-        const ProcessResult run = runProcess(TOOL, {"read", "--simulate", "resident"}, input);
+        const ProcessResult run =
+            runProcess(TOOL, {"read", "--simulate", "resident"}, {{{"LANGUAGE", row.language}}});
         expectEnd(run, 0);
-        expectGeneratedPart(
-            QLatin1String(row.page), "output of read",
-            QStringLiteral("```console\n$ idcard-reader read --simulate resident\n") +
-                QString::fromUtf8(run.standardOutput) + QStringLiteral("```\n"));
+        expectGeneratedPart(QLatin1String(row.page), "output of read",
+                            "```console\n$ idcard-reader read --simulate resident\n" +
+                                QString::fromUtf8(run.standardOutput) + "```\n");
     }
 }
 
 TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
 {
-    const QString page = QStringLiteral("docs/result-codes.md");
+    const QString page = "docs/result-codes.md";
     const QStringList head = {"Code",  "Name",       "What happened",
                               "Cause", "What to do", "Exit status of `idcard-reader`"};
     expectGeneratedPart(page, "results of readIDCard",
@@ -377,7 +366,7 @@ TEST(ResultCodesPage, Tables_AreThoseOfTheCode)
 
 TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
 {
-    const QString page = QStringLiteral("docs/result-codes.zh-CN.md");
+    const QString page = "docs/result-codes.zh-CN.md";
     const QStringList head = {"代码", "名称",     "发生了什么",
                               "原因", "处理办法", "`idcard-reader` 的退出状态"};
     expectGeneratedPart(page, "results of readIDCard",
@@ -390,16 +379,16 @@ TEST(ResultCodesPageInChinese, Tables_AreThoseOfTheCodeInItsTranslation)
 
 TEST(WebPage, Failures_AreThoseOfTheCode)
 {
-    const QString name = QStringLiteral("failures of the browser's host");
-    expectGeneratedPart(QStringLiteral("docs/web.md"), name,
+    const QString name = "failures of the browser's host";
+    expectGeneratedPart("docs/web.md", name,
                         browserFaultTable({"Name", "What happened", "What to do"}, inEnglish));
-    expectGeneratedPart(QStringLiteral("docs/web.zh-CN.md"), name,
+    expectGeneratedPart("docs/web.zh-CN.md", name,
                         browserFaultTable({"名称", "发生了什么", "处理办法"}, inChinese));
 }
 
 TEST(SimulatorPage, Tables_AreThoseOfTheCode)
 {
-    const QString page = QStringLiteral("simulator/README.md");
+    const QString page = "simulator/README.md";
     QString cards = tableRow({"Name", "What it is for"}) + tableRow({"---", "---"});
     for (const QString &name : builtInCardNames()) {
         DescriptionError error;
@@ -427,9 +416,7 @@ TEST(SimulatorPage, Tables_AreThoseOfTheCode)
 
 TEST(SimulatorPage, RefusalsOfTheReaderOnUsb_AreListed)
 {
-    QFile page(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/README.md"));
-    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
-    const std::string text = page.readAll().toStdString();
+    const std::string text = sourceText("simulator/README.md").toStdString();
     for (const UsbRefusal refusal : {UsbRefusal::NO_CARD, UsbRefusal::UNKNOWN_COMMAND,
                                      UsbRefusal::OUT_OF_ORDER, UsbRefusal::CARD_NOT_READ}) {
         const QString status = QString::number(static_cast<int>(refusal), 16).toUpper();
@@ -439,28 +426,28 @@ TEST(SimulatorPage, RefusalsOfTheReaderOnUsb_AreListed)
 
 TEST(VirtualReaderPage, Tables_AreThoseOfTheHelp)
 {
-    const QString page = QStringLiteral("docs/virtual-reader.md");
+    const QString page = "docs/virtual-reader.md";
     const QString help = helpOf(VIRTUAL_READER);
-    HelpRows commands = rowsUnder(QStringLiteral("Commands on standard input"), help);
+    HelpRows commands = rowsUnder("Commands on standard input", help);
     for (HelpRow &row : commands)
-        row.name = code(row.name.replace(QLatin1Char('|'), QStringLiteral("\\|")));
+        row.name = code(row.name.replace('|', "\\|"));
     expectGeneratedPart(page, "commands",
                         tableOf(commands, {"Command", "What it does"}, {"---", "---"}));
-    expectGeneratedPart(page, "exit statuses",
-                        tableOf(rowsUnder(QStringLiteral("Exit status"), help),
-                                {"Status", "Meaning"}, {"---:", "---"}));
+    expectGeneratedPart(
+        page, "exit statuses",
+        tableOf(rowsUnder("Exit status", help), {"Status", "Meaning"}, {"---:", "---"}));
 }
 
 TEST(ManualOfTheTool, CommandsOptionsAndStatuses_AreThoseOfTheHelp)
 {
     const QString overall = helpOf(TOOL);
     QStringList helps;
-    const HelpRows commands = rowsUnder(QStringLiteral("Commands"), overall);
+    const HelpRows commands = rowsUnder("Commands", overall);
     for (const HelpRow &command : commands)
         helps << helpOf(TOOL, {command.name});
-    HelpRows common = rowsUnder(QStringLiteral("Options"), helps.first());
+    HelpRows common = rowsUnder("Options", helps.first());
     for (const QString &help : helps) {
-        const HelpRows rows = rowsUnder(QStringLiteral("Options"), help);
+        const HelpRows rows = rowsUnder("Options", help);
         common.erase(std::remove_if(common.begin(), common.end(),
                                     [&rows](const HelpRow &row) {
                                         return std::find(rows.begin(), rows.end(), row) ==
@@ -468,75 +455,55 @@ TEST(ManualOfTheTool, CommandsOptionsAndStatuses_AreThoseOfTheHelp)
                                     }),
                      common.end());
     }
-    expectManualPart(manualPage(TOOL), "commands", [&](Words words) {
+    expectManualPart(TOOL_PAGE, "commands", [&](Words words) {
         QString text;
         for (int i = 0; i < helps.size(); ++i)
             text += commandSection(commands.at(static_cast<std::size_t>(i)).name, helps.at(i),
                                    common, words);
-        text += section(QStringLiteral("Options of every command"),
-                        manualList(common, optionItem, words));
+        text += section("Options of every command", manualList(common, optionItem, words));
         return text + manualFaults(helps.first(), words);
     });
-    expectManualList(manualPage(TOOL), "environment",
-                     rowsUnder(QStringLiteral("Environment"), overall), variableItem);
-    expectManualList(manualPage(TOOL), "exit statuses",
-                     rowsUnder(QStringLiteral("Exit status"), overall), plainItem);
+    expectManualList(TOOL_PAGE, "environment", rowsUnder("Environment", overall), variableItem);
+    expectManualList(TOOL_PAGE, "exit statuses", rowsUnder("Exit status", overall), plainItem);
 }
 
 TEST(ManualOfTheVirtualReader, OptionsCommandsAndStatuses_AreThoseOfTheHelp)
 {
-    const QString page = manualPage(VIRTUAL_READER);
+    const QString page = "idcard-virtual-reader.1";
     const QString help = helpOf(VIRTUAL_READER);
-    const auto rows = [&help](const char *heading) {
-        return rowsUnder(QLatin1String(heading), help);
-    };
-    expectManualList(page, "options", rows("Options"), optionItem);
-    expectManualList(page, "commands", rows("Commands on standard input"), commandItem);
+    expectOptionsAndStatuses(page, help);
+    expectManualList(page, "commands", rowsUnder("Commands on standard input", help), commandItem);
     expectManualPart(page, "faults", [&help](Words words) { return manualFaults(help, words); });
-    expectManualList(page, "exit statuses", rows("Exit status"), plainItem);
 }
 
 TEST(ManualOfTheWindowProgram, OptionsAndStatuses_AreThoseOfTheHelp)
 {
-    const QString help = helpOf(VIEWER);
-    expectManualList(manualPage(VIEWER), "options", rowsUnder(QStringLiteral("Options"), help),
-                     optionItem);
-    expectManualList(manualPage(VIEWER), "exit statuses",
-                     rowsUnder(QStringLiteral("Exit status"), help), plainItem);
+    expectOptionsAndStatuses("idcard-viewer.1", helpOf("idcard-viewer"));
 }
 
 TEST(ManualOfTheService, OptionsInterfaceErrorsAndStatuses_AreThoseOfTheCode)
 {
-    const QString page = QStringLiteral("idcard-readerd.8");
-    const QString help = helpOf(QStringLiteral("idcard-readerd"));
-    expectManualList(page, "options", rowsUnder(QStringLiteral("Options"), help), optionItem);
+    const QString page = "idcard-readerd.8";
+    expectOptionsAndStatuses(page, helpOf("idcard-readerd"));
     expectManualPart(page, "interface", [](Words /*words*/) { return interfaceLines(); });
     expectManualList(page, "errors", errorRows(), plainItem);
-    expectManualList(page, "exit statuses", rowsUnder(QStringLiteral("Exit status"), help),
-                     plainItem);
 }
 
 TEST(ManualOfTheBrowserSetup, OptionsAndStatuses_AreThoseOfTheHelp)
 {
-    const QString page = QStringLiteral("idcard-browser-setup.8");
-    const QString help = helpOf(QStringLiteral("idcard-browser-setup"));
-    expectManualList(page, "options", rowsUnder(QStringLiteral("Options"), help), optionItem);
-    expectManualList(page, "exit statuses", rowsUnder(QStringLiteral("Exit status"), help),
-                     plainItem);
+    expectOptionsAndStatuses("idcard-browser-setup.8", helpOf("idcard-browser-setup"));
 }
 
 // The script speaks English alone.
 TEST(ManualOfTheAccessProgram, OptionsAndStatuses_AreThoseOfTheHelp)
 {
-    ProcessInput script; // which no emulator runs
-    script.emulated = false;
-    const QString help = helpOf(QStringLiteral(IDCARD_ACCESS_PROGRAM), {}, script);
+    const QString help = build_programs::outputOf(IDCARD_ACCESS_PROGRAM, {"--help"});
     const auto expectList = [&help](const char *heading, const char *name,
                                     QString (*item)(QString name)) {
         const QString list = manualList(rowsUnder(QLatin1String(heading), help), item, inEnglish);
-        const QString page = QStringLiteral("idcard-reader-access.8");
-        expectGeneratedPart(QStringLiteral("docs/man/") + page, name, list);
-        expectSameTags(QStringLiteral("docs/man/zh_CN/") + page, name, list);
+        const QString page = "idcard-reader-access.8";
+        expectGeneratedPart("docs/man/" + page, name, list);
+        expectSameTags("docs/man/zh_CN/" + page, name, list);
     };
     expectList("Options", "options", optionItem);
     expectList("Exit status", "exit statuses", plainItem);

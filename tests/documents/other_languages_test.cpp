@@ -34,7 +34,7 @@ void PrintTo(const Language &language, std::ostream *stream)
 
 QString programFile(const char *name)
 {
-    return QStringLiteral(IDCARD_PROGRAMS_DIR "/") + QLatin1String(name);
+    return IDCARD_PROGRAMS_DIR "/" + QLatin1String(name);
 }
 
 const Language LANGUAGES[] = {
@@ -47,7 +47,7 @@ const Language LANGUAGES[] = {
 /** A file of a process; empty when the process has gone. */
 QByteArray factOf(const QString &process, const char *name)
 {
-    QFile file(process + QLatin1Char('/') + QLatin1String(name));
+    QFile file(process + '/' + QLatin1String(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -66,8 +66,8 @@ bool isReadyTool(const QString &process, const QString &argument)
 int readyTools(const QString &argument)
 {
     int count = 0;
-    const QDir processes(QStringLiteral("/proc"));
-    for (const QString &process : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs))
+    const QDir processes("/proc");
+    for (const QString &process : processes.entryList({"[0-9]*"}, QDir::Dirs))
         count += isReadyTool(processes.filePath(process), argument) ? 1 : 0;
     return count;
 }
@@ -87,7 +87,7 @@ bool waitUntil(const std::function<bool()> &condition)
 /** Writes a shell script that takes the place of the tool; returns its path. */
 QString makeTool(const QTemporaryDir &folder, const QByteArray &script)
 {
-    QString path = folder.filePath(QStringLiteral("idcard-reader"));
+    QString path = folder.filePath("idcard-reader");
     writeFile(path, "#!/bin/sh\n" + script);
     EXPECT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner));
     return path;
@@ -107,9 +107,8 @@ protected:
         ProcessInput input;
         input.emulated = false;
         input.workingDirectory = m_folder.path();
-        input.environment[QStringLiteral("LC_ALL")] = QStringLiteral("C");
-        input.environment[QStringLiteral("PATH")] =
-            toolFolder + QLatin1Char(':') + qEnvironmentVariable("PATH");
+        input.environment["LC_ALL"] = "C";
+        input.environment["PATH"] = toolFolder + ':' + qEnvironmentVariable("PATH");
         return input;
     }
 
@@ -204,9 +203,8 @@ TEST_P(OtherLanguage, UserWhoGivesUp_EndsTheToolAsWell)
     for (const int number : {SIGINT, SIGTERM}) {
         // By its path, which no other process knows, the tool is found.
         const QTemporaryDir folder;
-        const QString card = folder.filePath(QStringLiteral("card.json"));
-        ASSERT_TRUE(
-            QFile::copy(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/resident.json"), card));
+        const QString card = folder.filePath("card.json");
+        ASSERT_TRUE(QFile::copy(IDCARD_SOURCE_DIR "/simulator/cards/resident.json", card));
         RunningProcess program(GetParam().command.first(),
                                commandWith({"--simulate", card, "--fault", "no-card"}),
                                surroundings());

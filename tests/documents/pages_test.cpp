@@ -7,10 +7,12 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QRegularExpression>
+
+#include "tests/support/files.h"
+#include "tests/support/matches.h"
 
 using testing::AllOf;
 using testing::Ge;
@@ -22,13 +24,11 @@ using testing::StartsWith;
 namespace
 {
 
-const QString SOURCE = QStringLiteral(IDCARD_SOURCE_DIR);
+const QString SOURCE = IDCARD_SOURCE_DIR;
 
 QString textOf(const QString &path)
 {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return QString::fromUtf8(file.readAll());
+    return QString::fromUtf8(readFile(path));
 }
 
 std::string nameOf(const QString &path)
@@ -40,41 +40,32 @@ std::string nameOf(const QString &path)
 QStringList pages()
 {
     QStringList found;
-    for (const QString &folder :
-         {QStringLiteral("."), QStringLiteral("docs"), QStringLiteral("simulator")}) {
-        const QDir dir(SOURCE + QLatin1Char('/') + folder);
-        for (const QString &name : dir.entryList({QStringLiteral("*.md")}, QDir::Files))
+    for (const char *folder : {".", "docs", "simulator"}) {
+        const QDir dir(SOURCE + '/' + folder);
+        for (const QString &name : dir.entryList({"*.md"}, QDir::Files))
             found << QDir::cleanPath(dir.filePath(name));
     }
     return found;
 }
 
+/** A block of code between fences. */
+const QString FENCED = "^```.*?^```$";
+
 /** A page without its blocks of code between fences. */
 QString prose(QString text)
 {
-    return text.remove(QRegularExpression(QStringLiteral("^```.*?^```$"),
-                                          QRegularExpression::MultilineOption |
-                                              QRegularExpression::DotMatchesEverythingOption));
-}
-
-QStringList matches(const QString &text, const QString &pattern)
-{
-    QStringList all;
-    auto found = QRegularExpression(pattern, QRegularExpression::MultilineOption).globalMatch(text);
-    while (found.hasNext())
-        all << found.next().captured(1);
-    return all;
+    return text.remove(QRegularExpression("(?ms)" + FENCED));
 }
 
 /** The anchors of a page's headings, as code hosts make them. */
 QStringList anchorsOf(const QString &page)
 {
     QStringList anchors;
-    for (QString heading : matches(prose(textOf(page)), QStringLiteral("^#+ (.*)$"))) {
+    for (QString heading : matches(prose(textOf(page)), "^#+ (.*)$")) {
         heading = heading.toLower();
-        heading.remove(QRegularExpression(QStringLiteral("[^\\w\\- ]"),
-                                          QRegularExpression::UseUnicodePropertiesOption));
-        anchors << heading.replace(QLatin1Char(' '), QLatin1Char('-'));
+        heading.remove(
+            QRegularExpression("[^\\w\\- ]", QRegularExpression::UseUnicodePropertiesOption));
+        anchors << heading.replace(' ', '-');
     }
     return anchors;
 }
@@ -82,24 +73,16 @@ QStringList anchorsOf(const QString &page)
 /** The blocks of code of a page, between fences or indented, but those marked as output. */
 QStringList codeOf(const QString &page)
 {
-    static const QRegularExpression output(
-        QStringLiteral("^<!-- output[^\\n]*-->\\n\\n(?:```.*?^```$|(?:    [^\\n]*\\n)+)"),
-        QRegularExpression::MultilineOption | QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression output("(?ms)^<!-- output[^\\n]*-->\\n\\n(?:" + FENCED +
+                                           "|(?:    [^\\n]*\\n)+)");
     const QString text = textOf(page).remove(output);
-    QStringList code;
-    auto fenced = QRegularExpression(QStringLiteral("^```.*?^```$"),
-                                     QRegularExpression::MultilineOption |
-                                         QRegularExpression::DotMatchesEverythingOption)
-                      .globalMatch(text);
-    while (fenced.hasNext())
-        code << fenced.next().captured(0);
-    return code + matches(prose(text), QStringLiteral("^(    .*)$"));
+    return matches(text, "(?s)(" + FENCED + ')') + matches(prose(text), "^(    .*)$");
 }
 
 /** The levels of the headings of a page, in their order. */
 QStringList headingLevels(const QString &page)
 {
-    return matches(prose(textOf(page)), QStringLiteral("^(#+) "));
+    return matches(prose(textOf(page)), "^(#+) ");
 }
 
 // A page in two languages.
@@ -109,17 +92,17 @@ QString chineseOf(const QString &file)
 {
     const QFileInfo info(file);
     const QString partner =
-        info.dir().filePath(info.completeBaseName() + QStringLiteral(".zh-CN.") + info.suffix());
+        info.dir().filePath(info.completeBaseName() + ".zh-CN." + info.suffix());
     return QFileInfo::exists(partner) ? partner : file;
 }
 
 /** Where the Chinese partner of `page` leads with a link that `page` has. */
 QString chineseLink(const QString &link, const QString &page)
 {
-    const QString path = link.section(QLatin1Char('#'), 0, 0);
-    const QString anchor = link.section(QLatin1Char('#'), 1);
+    const QString path = link.section('#', 0, 0);
+    const QString anchor = link.section('#', 1);
     const QDir folder = QFileInfo(page).dir();
-    if (link.contains(QStringLiteral("://")))
+    if (link.contains("://"))
         return link;
     const QString english = path.isEmpty() ? page : folder.filePath(path);
     const QString chinese = chineseOf(english);
@@ -127,21 +110,20 @@ QString chineseLink(const QString &link, const QString &page)
     if (anchor.isEmpty())
         return chinesePath;
     const int heading = anchorsOf(english).indexOf(anchor);
-    return chinesePath + QLatin1Char('#') + anchorsOf(chinese).value(heading);
+    return chinesePath + '#' + anchorsOf(chinese).value(heading);
 }
 
 /** The sections of a page from heading to heading, without its first line and its blocks of code.
  */
 QStringList sectionsOf(const QString &page)
 {
-    const QString text = prose(textOf(page).section(QLatin1Char('\n'), 1))
-                             .remove(QRegularExpression(QStringLiteral("^    .*$"),
-                                                        QRegularExpression::MultilineOption));
+    const QString text =
+        prose(textOf(page).section('\n', 1)).remove(QRegularExpression("(?m)^    .*$"));
     QStringList sections = {QString()};
-    for (const QString &line : text.split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1Char('#')))
+    for (const QString &line : text.split('\n')) {
+        if (line.startsWith('#'))
             sections << QString();
-        sections.last() += line + QLatin1Char('\n');
+        sections.last() += line + '\n';
     }
     return sections;
 }
@@ -161,15 +143,15 @@ Parts without(const Parts &parts, const Parts &others)
 Parts languageNeutral(const QString &section)
 {
     Parts parts;
-    QStringList code = matches(section, QStringLiteral("`([^`]+)`"));
+    QStringList code = matches(section, "`([^`]+)`");
     code.removeDuplicates();
     for (const QString &each : code)
         parts.push_back("code " + each.simplified().toStdString());
-    for (const QString &row : matches(section, QStringLiteral("^(\\|.*)$")))
-        parts.push_back("table row " + std::to_string(row.count(QLatin1Char('|')) - 1) + " wide");
-    for (const QString &mark : matches(section, QStringLiteral("^( *(?:-|[0-9]+\\.)) ")))
+    for (const QString &row : matches(section, "^(\\|.*)$"))
+        parts.push_back("table row " + std::to_string(row.count('|') - 1) + " wide");
+    for (const QString &mark : matches(section, "^( *(?:-|[0-9]+\\.)) "))
         parts.push_back("entry " + mark.toStdString());
-    for (const QString &link : matches(section, QStringLiteral("\\]\\(([^)\\s]+)\\)")))
+    for (const QString &link : matches(section, "\\]\\(([^)\\s]+)\\)"))
         parts.push_back("link " + link.toStdString());
     std::sort(parts.begin(), parts.end());
     return parts;
@@ -178,7 +160,7 @@ Parts languageNeutral(const QString &section)
 /** The same with the links that the Chinese partner of `page` has in their place. */
 QString withChineseLinks(QString section, const QString &page)
 {
-    for (const QString &link : matches(section, QStringLiteral("\\]\\(([^)\\s]+)\\)")))
+    for (const QString &link : matches(section, "\\]\\(([^)\\s]+)\\)"))
         section.replace(QStringLiteral("](%1)").arg(link),
                         QStringLiteral("](%1)").arg(chineseLink(link, page)));
     return section;
@@ -190,13 +172,12 @@ TEST(Pages, LinksWithinTheTree_LeadToAFileAndAHeading)
 {
     int count = 0;
     for (const QString &page : pages()) {
-        for (const QString &link :
-             matches(prose(textOf(page)), QStringLiteral("\\]\\(([^)\\s]+)\\)"))) {
-            if (link.contains(QStringLiteral("://")))
+        for (const QString &link : matches(prose(textOf(page)), "\\]\\(([^)\\s]+)\\)")) {
+            if (link.contains("://"))
                 continue;
             ++count;
-            const QString path = link.section(QLatin1Char('#'), 0, 0);
-            const QString anchor = link.section(QLatin1Char('#'), 1);
+            const QString path = link.section('#', 0, 0);
+            const QString anchor = link.section('#', 1);
             const QString target = path.isEmpty() ? page : QFileInfo(page).dir().filePath(path);
             EXPECT_TRUE(QFileInfo::exists(target))
                 << page.toStdString() << ": " << link.toStdString();
@@ -213,17 +194,17 @@ TEST(Pages, PagesInTwoLanguages_HaveTheSameCodeAndHeadingsAndLinkEachOther)
 {
     QStringList partners;
     for (const QString &chinese : pages()) {
-        if (!chinese.endsWith(QStringLiteral(".zh-CN.md")))
+        if (!chinese.endsWith(".zh-CN.md"))
             continue;
-        const QString english = QString(chinese).replace(QStringLiteral(".zh-CN"), QString());
+        const QString english = QString(chinese).replace(".zh-CN", QString());
         ASSERT_TRUE(QFileInfo::exists(english)) << english.toStdString();
         partners << english;
-        EXPECT_EQ(codeOf(chinese).join(QLatin1Char('\n')).toStdString(),
-                  codeOf(english).join(QLatin1Char('\n')).toStdString())
+        EXPECT_EQ(codeOf(chinese).join('\n').toStdString(),
+                  codeOf(english).join('\n').toStdString())
             << chinese.toStdString();
         EXPECT_THAT(codeOf(english), Not(IsEmpty()));
-        EXPECT_EQ(headingLevels(chinese).join(QLatin1Char(' ')).toStdString(),
-                  headingLevels(english).join(QLatin1Char(' ')).toStdString())
+        EXPECT_EQ(headingLevels(chinese).join(' ').toStdString(),
+                  headingLevels(english).join(' ').toStdString())
             << chinese.toStdString();
         EXPECT_THAT(textOf(chinese).toStdString(),
                     StartsWith("[English](" + nameOf(english) + ") | 简体中文\n"));
@@ -231,7 +212,7 @@ TEST(Pages, PagesInTwoLanguages_HaveTheSameCodeAndHeadingsAndLinkEachOther)
                     StartsWith("English | [简体中文](" + nameOf(chinese) + ")\n"));
     }
     for (const QString &page : pages()) {
-        if (textOf(page).startsWith(QStringLiteral("English | "))) {
+        if (textOf(page).startsWith("English | ")) {
             EXPECT_TRUE(partners.contains(page)) << page.toStdString();
         }
     }
@@ -263,11 +244,10 @@ TEST(Pages, SectionsInTwoLanguages_HaveTheSameRowsAndEntriesAndCodeAndLinks)
 
 TEST(Pages, PagesOfTheFolderOfDocuments_AreReachedFromTheReadme)
 {
-    const QString readme = textOf(SOURCE + QStringLiteral("/README.md"));
-    for (const QString &name :
-         QDir(SOURCE + QStringLiteral("/docs")).entryList({QStringLiteral("*.md")}, QDir::Files)) {
+    const QString readme = textOf(SOURCE + "/README.md");
+    for (const QString &name : QDir(SOURCE + "/docs").entryList({"*.md"}, QDir::Files)) {
         // One is the first page of the reference, the others are translations.
-        if (name == QLatin1String("reference.md") || name.endsWith(QLatin1String(".zh-CN.md")))
+        if (name == "reference.md" || name.endsWith(".zh-CN.md"))
             continue;
         EXPECT_TRUE(readme.contains(QStringLiteral("(docs/%1)").arg(name))) << name.toStdString();
     }
@@ -277,8 +257,8 @@ TEST(Pages, PicturesOfThePages_CanBeReadAndFitAPage)
 {
     int count = 0;
     for (const QString &page : pages()) {
-        for (const QString &path : matches(
-                 prose(textOf(page)), QStringLiteral("!\\[[^\\]]+\\]\\((\\S+\\.(?:png|jpg))\\)"))) {
+        for (const QString &path :
+             matches(prose(textOf(page)), "!\\[[^\\]]+\\]\\((\\S+\\.(?:png|jpg))\\)")) {
             ++count;
             const QImage picture(QFileInfo(page).dir().filePath(path));
             EXPECT_FALSE(picture.isNull()) << page.toStdString() << ": " << path.toStdString();
@@ -292,21 +272,18 @@ TEST(Pages, PicturesOfThePages_CanBeReadAndFitAPage)
 // scripts/check/install builds the project in tests/install against an installed library.
 TEST(Pages, WaysToFindTheLibrary_AreThoseThatTheInstallationIsTriedWith)
 {
-    const QStringList code = codeOf(SOURCE + QStringLiteral("/docs/integrate.md"));
-    const QString project = SOURCE + QStringLiteral("/tests/install/project/");
-    QString cmake = code.filter(QStringLiteral("```cmake")).value(0);
-    cmake.replace(QStringLiteral("host"), QStringLiteral("stranger"));
-    for (const QString &line : matches(cmake, QStringLiteral("^([a-z_]+\\(.*\\))$")))
-        EXPECT_TRUE(textOf(project + QStringLiteral("CMakeLists.txt")).contains(line))
-            << line.toStdString();
-    EXPECT_EQ(matches(cmake, QStringLiteral("^([a-z_]+\\(.*\\))$")).size(), 3);
-    const QString makefile = textOf(project + QStringLiteral("Makefile"));
+    const QStringList code = codeOf(SOURCE + "/docs/integrate.md");
+    const QString project = SOURCE + "/tests/install/project/";
+    QString cmake = code.filter("```cmake").value(0);
+    cmake.replace("host", "stranger");
+    for (const QString &line : matches(cmake, "^([a-z_]+\\(.*\\))$"))
+        EXPECT_TRUE(textOf(project + "CMakeLists.txt").contains(line)) << line.toStdString();
+    EXPECT_EQ(matches(cmake, "^([a-z_]+\\(.*\\))$").size(), 3);
+    const QString makefile = textOf(project + "Makefile");
     for (const char *use : {"-std=c++17 -fPIC", "$(pkg-config --cflags idcard_reader_lib)",
                             "$(pkg-config --libs idcard_reader_lib)"}) {
         const QString text = QString::fromLatin1(use);
         EXPECT_EQ(code.filter(text).size(), 1) << use;
-        EXPECT_TRUE(
-            QString(makefile).replace(QStringLiteral("$$"), QStringLiteral("$")).contains(text))
-            << use;
+        EXPECT_TRUE(QString(makefile).replace("$$", "$").contains(text)) << use;
     }
 }

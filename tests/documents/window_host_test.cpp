@@ -109,35 +109,17 @@ void runHost(const QStringList &arguments, std::function<void()> use)
 QImage frontByTool(const QString &card)
 {
     const ProcessResult run =
-        runProcess(QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-reader"),
+        runProcess(IDCARD_BUILD_BIN_DIR "/idcard-reader",
                    {"read", "--json", "--inline", "pictures", "--simulate", card});
-    const QJsonObject picture = QJsonDocument::fromJson(run.standardOutput)
-                                    .object()[QLatin1String("frontPicture")]
-                                    .toObject();
-    return QImage::fromData(
-               QByteArray::fromBase64(picture[QLatin1String("data")].toString().toLatin1()))
+    const QJsonObject picture =
+        QJsonDocument::fromJson(run.standardOutput).object()["frontPicture"].toObject();
+    return QImage::fromData(QByteArray::fromBase64(picture["data"].toString().toLatin1()))
         .convertToFormat(QImage::Format_RGB32);
 }
 
-/** With these folders in PATH, as long as it lives. */
-class ProgramsIn
-{
-public:
-    explicit ProgramsIn(const QByteArray &folders) : m_before(qgetenv("PATH"))
-    {
-        qputenv("PATH", folders);
-    }
-    ~ProgramsIn() { qputenv("PATH", m_before); }
-    ProgramsIn(const ProgramsIn &) = delete;
-    ProgramsIn &operator=(const ProgramsIn &) = delete;
-
-private:
-    QByteArray m_before;
-};
-
 TEST(WindowHost, CardThatIsRead_IsShownWithNameNumberAndFront)
 {
-    const QImage expected = frontByTool(QStringLiteral("resident"));
+    const QImage expected = frontByTool("resident");
     ASSERT_FALSE(expected.isNull());
     runHost({"--simulate", "resident"}, [&] {
         read();
@@ -192,11 +174,13 @@ TEST(WindowHost, ReadThatIsCancelled_EndsAndTheNextOneBegins)
 
 TEST(WindowHost, ToolThatIsNotInstalled_IsReported)
 {
-    const ProgramsIn nowhere("/nonexistent");
+    const QByteArray folders = qgetenv("PATH");
+    qputenv("PATH", "/nonexistent");
     runHost({}, [] {
         read();
         EXPECT_NE(holder(), "");
     });
+    qputenv("PATH", folders);
 }
 
 TEST(WindowHost, ToolThatIsKilled_IsReported)

@@ -100,31 +100,32 @@ TEST_P(WrongConfiguration, IsRefusedWithFileAndLine)
     EXPECT_THAT(file.remedy.toStdString(), Not(IsEmpty()));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Mistakes, WrongConfiguration,
-    testing::Values(
-        Wrong{"road = usb\nraod = usb\n", 2,
-              "there is no setting \"raod\". There are: road (library or usb), device (a vendor"},
-        Wrong{"Road = usb\n", 1, "there is no setting \"Road\""},
-        Wrong{"\n\nroad = air\n", 3, "road takes library or usb, not \"air\"."},
-        Wrong{"road = USB\n", 1, "not \"USB\"."}, Wrong{"road =\n", 1, "not \"\"."},
-        Wrong{"road = usb library\n", 1, "not \"usb library\"."},
-        Wrong{"device = 1209\n", 1, "four hexadecimal digits each, such as 1209:0001"},
-        Wrong{"timeout = 0\n", 1, "a whole number from 1 to 3600, not \"0\"."},
-        Wrong{"timeout = 3601\n", 1, "not \"3601\"."},
-        Wrong{"timeout = 30 s\n", 1, "not \"30 s\"."},
-        Wrong{"timeout = 99999999999999999999\n", 1, "from 1 to 3600"},
-        Wrong{"road usb\n", 1, "\"road usb\" is no setting. A line is \"key = value\""},
-        Wrong{"= usb\n", 1, "there is no setting \"\""},
-        Wrong{"road = usb = usb\n", 1, "not \"usb = usb\"."},
-        Wrong{"road = usb\n#\nroad = usb\n", 3, "road is set in line 1 already."},
-        Wrong{"road = usb\n# \xB9\xF1\xCC\xA8\n", 2, "the line is not UTF-8 text."},
-        Wrong{"road = usb\n# \xE6\x9F\n", 2, "the line is not UTF-8 text."},
-        Wrong{QByteArray("\xFF\xFEr\0o\0", 6), 1, "the line is not UTF-8 text."},
-        Wrong{QByteArray("road = usb\0\n", 12), 1, "not \"usb\\u0000\"."},
-        Wrong{"\x1b[2J = usb\n", 1, "there is no setting \"\\u001B[2J\""},
-        Wrong{QByteArray(9000, 'x'), 1, "xxx...\" is no setting"},
-        Wrong{"road = usb\n" + QByteArray(20000, '#'), 0, "it is larger than 16384 bytes."}));
+const Wrong MISTAKES[] = {
+    {"road = usb\nraod = usb\n", 2,
+     "there is no setting \"raod\". There are: road (library or usb), device (a vendor"},
+    {"Road = usb\n", 1, "there is no setting \"Road\""},
+    {"\n\nroad = air\n", 3, "road takes library or usb, not \"air\"."},
+    {"road = USB\n", 1, "not \"USB\"."},
+    {"road =\n", 1, "not \"\"."},
+    {"road = usb library\n", 1, "not \"usb library\"."},
+    {"device = 1209\n", 1, "four hexadecimal digits each, such as 1209:0001"},
+    {"timeout = 0\n", 1, "a whole number from 1 to 3600, not \"0\"."},
+    {"timeout = 3601\n", 1, "not \"3601\"."},
+    {"timeout = 30 s\n", 1, "not \"30 s\"."},
+    {"timeout = 99999999999999999999\n", 1, "from 1 to 3600"},
+    {"road usb\n", 1, "\"road usb\" is no setting. A line is \"key = value\""},
+    {"= usb\n", 1, "there is no setting \"\""},
+    {"road = usb = usb\n", 1, "not \"usb = usb\"."},
+    {"road = usb\n#\nroad = usb\n", 3, "road is set in line 1 already."},
+    {"road = usb\n# \xB9\xF1\xCC\xA8\n", 2, "the line is not UTF-8 text."},
+    {"road = usb\n# \xE6\x9F\n", 2, "the line is not UTF-8 text."},
+    {QByteArray("\xFF\xFEr\0o\0", 6), 1, "the line is not UTF-8 text."},
+    {QByteArray("road = usb\0\n", 12), 1, "not \"usb\\u0000\"."},
+    {"\x1b[2J = usb\n", 1, "there is no setting \"\\u001B[2J\""},
+    {QByteArray(9000, 'x'), 1, "xxx...\" is no setting"},
+    {"road = usb\n" + QByteArray(20000, '#'), 0, "it is larger than 16384 bytes."}};
+
+INSTANTIATE_TEST_SUITE_P(Mistakes, WrongConfiguration, testing::ValuesIn(MISTAKES));
 
 TEST_F(ConfigurationTest, LargestFileIsTaken)
 {

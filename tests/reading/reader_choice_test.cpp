@@ -34,6 +34,18 @@ TEST(ReaderChoice, IsTheOneDeviceWithAReadersPipes)
     EXPECT_FALSE(choice.failure);
 }
 
+TEST(ReaderChoice, PassesOverWhatAKernelDriverHolds)
+{
+    UsbDevice stick = device(1, true);
+    stick.driver = QStringLiteral("usb-storage");
+    UsbDevice inUse = device(2, true);
+    inUse.driver = QStringLiteral("usbfs");
+    const ReaderChoice choice = choiceAmong({stick, inUse});
+    ASSERT_TRUE(choice.ids);
+    EXPECT_EQ(toText(*choice.ids), "1209:0002");
+    EXPECT_EQ(choiceAmong({stick}).failure->name, "USB_READER_NOT_FOUND");
+}
+
 TEST(ReaderChoice, OfNoneIsTheFailureOfAMissingReader)
 {
     for (const QVector<UsbDevice> &devices : {QVector<UsbDevice>(), {device(1, false)}}) {
@@ -56,9 +68,15 @@ TEST(ReaderChoice, OfSeveralIsRefusedWithTheirIdsAndNodes)
                       HasSubstr("--device"), testing::Not(HasSubstr("0002"))));
 }
 
-TEST(ReaderChoice, OfTwoAlikeIsRefusedToo)
+TEST(ReaderChoice, OfTwoAlikeIsRefusedWithTheAdviceToUnplugOne)
 {
-    EXPECT_TRUE(choiceAmong({device(1, true), device(1, true)}).failure);
+    const ReaderChoice choice = choiceAmong({device(1, true), device(1, true)});
+    ASSERT_TRUE(choice.failure);
+    EXPECT_EQ(choice.failure->name, "TOOL_SEVERAL_READERS");
+    EXPECT_THAT(choice.failure->words.toStdString(), HasSubstr("Unplug all but one"));
+    EXPECT_EQ(choice.failure->remedy, "Unplug all readers but one.");
+    const ReaderChoice three = choiceAmong({device(1, true), device(1, true), device(2, true)});
+    EXPECT_THAT(three.failure->remedy.toStdString(), HasSubstr("--device"));
 }
 
 TEST(ReaderChoice, WithoutAListIsTheFailureOfTheList)

@@ -29,30 +29,33 @@ Look failure(ExitStatus status, int code, ReaderState reader = ReaderState::THER
     return failedLook(reader, failure);
 }
 
+Look noData()
+{
+    Look look = failure(ExitStatus::NO_CARD, -24);
+    look.gotNoData = true;
+    return look;
+}
+
 const Look NO_CARD = failure(ExitStatus::NO_CARD, -24);
+const Look NO_DATA = noData();
 const Look READ_FAILED = failure(ExitStatus::READ_FAILED, -23);
 const Look NO_READER = failure(ExitStatus::READER_NOT_OPENED, -7, ReaderState::MISSING);
 const Look UNPLUGGED = failure(ExitStatus::READ_FAILED, -12, ReaderState::MISSING);
 const Look NO_USB = failure(ExitStatus::READER_NOT_OPENED, -1, ReaderState::UNKNOWN);
 
-std::vector<Change> changes(ReaderPresence *presence, const Look &look)
-{
-    const QVector<Change> all = presence->observe(look);
-    return {all.begin(), all.end()};
-}
-
 class Presence : public testing::Test
 {
 protected:
-    std::vector<Change> see(const Look &look) { return changes(&m_presence, look); }
-
-    std::vector<Change> take()
-    {
-        const QVector<Change> all = m_presence.takeCard();
-        return {all.begin(), all.end()};
-    }
+    std::vector<Change> see(const Look &look) { return asVector(m_presence.observe(look)); }
+    std::vector<Change> take() { return asVector(m_presence.takeCard()); }
 
 private:
+    /** As the matchers print it. */
+    static std::vector<Change> asVector(const QVector<Change> &changes)
+    {
+        return {changes.begin(), changes.end()};
+    }
+
     ReaderPresence m_presence;
 };
 
@@ -74,6 +77,39 @@ TEST_F(Presence, CardIsReadOnceAndRemovedOnceAlsoByAnother)
     EXPECT_THAT(see(card("b")), ElementsAre(Change::CARD_REMOVED, Change::CARD_READ));
 }
 
+TEST_F(Presence, CardThatGivesNoDataOnceIsNeitherRemovedNorReadASecondTime)
+{
+    see(card("a"));
+    EXPECT_THAT(see(NO_DATA), IsEmpty());
+    EXPECT_THAT(see(card("a")), IsEmpty());
+    see(NO_DATA);
+    EXPECT_THAT(see(NO_CARD), ElementsAre(Change::CARD_REMOVED));
+}
+
+TEST_F(Presence, CardThatGivesNoDataTwiceIsAnotherThanTheOneBefore)
+{
+    see(card("a"));
+    see(NO_DATA);
+    EXPECT_THAT(see(NO_DATA), ElementsAre(Change::CARD_REMOVED));
+    EXPECT_THAT(see(NO_DATA), IsEmpty());
+    EXPECT_THAT(see(card("a")), ElementsAre(Change::CARD_READ));
+}
+
+TEST_F(Presence, CardThatGivesNoDataAfterAFailureIsReadAgainAfterIt)
+{
+    see(card("a"));
+    see(READ_FAILED);
+    EXPECT_THAT(see(NO_DATA), IsEmpty());
+    EXPECT_THAT(see(READ_FAILED), IsEmpty());
+    EXPECT_THAT(see(card("a")), ElementsAre(Change::CARD_READ));
+}
+
+TEST_F(Presence, ReaderIsAddedAlsoByACardThatGivesNoData)
+{
+    EXPECT_THAT(see(NO_DATA), ElementsAre(Change::READER_ADDED));
+    EXPECT_THAT(see(card("a")), ElementsAre(Change::CARD_READ));
+}
+
 TEST_F(Presence, ReaderThatGoesAndComesWithTheSameCardReadsItNoSecondTime)
 {
     see(card("a"));
@@ -93,12 +129,24 @@ TEST_F(Presence, ReaderThatComesBackEmptyOrWithAnotherCardHasLostTheCard)
                 ElementsAre(Change::READER_ADDED, Change::CARD_REMOVED, Change::CARD_READ));
 }
 
-TEST_F(Presence, FailureIsReportedOnceAndLeavesTheCard)
+TEST_F(Presence, FailureIsReportedOnceAndTheCardReadAgainAfterIt)
 {
     see(card("a"));
     EXPECT_THAT(see(READ_FAILED), ElementsAre(Change::READ_FAILED));
     EXPECT_THAT(see(READ_FAILED), IsEmpty());
+    EXPECT_THAT(see(card("a")), ElementsAre(Change::CARD_READ));
     EXPECT_THAT(see(card("a")), IsEmpty());
+    EXPECT_THAT(see(NO_CARD), ElementsAre(Change::CARD_REMOVED));
+}
+
+TEST_F(Presence, FailureLeavesTheCardToBeRemoved)
+{
+    see(card("a"));
+    see(READ_FAILED);
+    EXPECT_THAT(see(NO_CARD), ElementsAre(Change::CARD_REMOVED));
+    see(card("a"));
+    see(READ_FAILED);
+    EXPECT_THAT(see(card("b")), ElementsAre(Change::CARD_REMOVED, Change::CARD_READ));
 }
 
 TEST_F(Presence, FailureIsReportedAgainAfterTheReaderWasMissing)
@@ -138,6 +186,9 @@ TEST_F(Presence, LookThatDoesNotReachTheReaderSaysNothingOfIt)
     EXPECT_THAT(see(NO_CARD), ElementsAre(Change::READER_ADDED));
     EXPECT_THAT(see(NO_USB), ElementsAre(Change::READ_FAILED));
     EXPECT_THAT(see(NO_CARD), IsEmpty());
+    see(card("a"));
+    see(NO_USB);
+    EXPECT_THAT(see(card("a")), ElementsAre(Change::CARD_READ));
 }
 
 TEST_F(Presence, CardThatIsTakenIsRemovedAndTheNextOneNewWhateverItHolds)

@@ -14,13 +14,11 @@ using testing::HasSubstr;
 namespace
 {
 
-class ServiceArguments : public ServiceTest
-{
-};
+using ServiceArguments = ServiceTest;
 
 std::string printedByTheTool(const QStringList &arguments)
 {
-    return runProcess(QStringLiteral("idcard-reader"),
+    return runProcess("idcard-reader",
                       QStringList{"read", "--json", "--simulate", "resident"} + arguments)
         .output();
 }
@@ -106,8 +104,7 @@ TEST_F(ServiceArguments, TimeLimits_AreOneToTwentyThousand)
 TEST_F(ServiceArguments, ArgumentsOfOtherTypes_AreRefused)
 {
     serveCard();
-    const QVector<QVariantList> wrong = {
-        {}, {QStringList()}, {QStringList(), QStringLiteral("1")}, {QStringLiteral("photo"), 5U}};
+    const QVector<QVariantList> wrong = {{}, {QStringList()}, {QStringList(), "1"}, {"photo", 5U}};
     for (const QVariantList &arguments : wrong)
         EXPECT_EQ(errorOf(m_client.ask("ReadCard", arguments)), "InvalidArgument");
     EXPECT_EQ(errorOf(m_client.ask("Cancel", {1})), "InvalidArgument");
@@ -127,10 +124,10 @@ TEST_F(ServiceArguments, DescriptionOfAnError_IsInTheLanguageOfTheCaller)
         return m_client.ask("DescribeError", {name, language}).arguments().value(0).toString();
     };
     const char *const noCard = IDCARD_SERVICE_DOMAIN ".Error.NoCard";
-    EXPECT_EQ(headline(noCard, "zh_CN"), QStringLiteral("读卡器上没有找到证件。"));
-    EXPECT_EQ(headline(noCard, "en_GB"), QStringLiteral("No card was found on the reader."));
-    EXPECT_EQ(headline(noCard, ""), QStringLiteral("No card was found on the reader."));
-    EXPECT_EQ(headline("USB_READER_NO_DATA", "en"), QStringLiteral("The card gave no data."));
+    EXPECT_EQ(headline(noCard, "zh_CN"), "读卡器上没有找到证件。");
+    EXPECT_EQ(headline(noCard, "en_GB"), "No card was found on the reader.");
+    EXPECT_EQ(headline(noCard, ""), "No card was found on the reader.");
+    EXPECT_EQ(headline("USB_READER_NO_DATA", "en"), "The card gave no data.");
     const QDBusMessage answer = m_client.ask("DescribeError", {"NoCard", "en"});
     EXPECT_EQ(errorOf(answer), "InvalidArgument");
 }

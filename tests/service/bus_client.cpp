@@ -6,8 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDBusVariant>
-#include <QElapsedTimer>
-#include <QThread>
+#include <QTest>
 
 namespace
 {
@@ -31,8 +30,8 @@ private:
 
 [[maybe_unused]] const auto *const APPLICATION = testing::AddGlobalTestEnvironment(new Application);
 
-const QString SERVICE = QStringLiteral(IDCARD_SERVICE_NAME);
-const QString PATH = QStringLiteral(IDCARD_SERVICE_PATH);
+const QString SERVICE = IDCARD_SERVICE_NAME;
+const QString PATH = IDCARD_SERVICE_PATH;
 
 QString nextId()
 {
@@ -44,15 +43,7 @@ QString nextId()
 
 bool waitFor(const std::function<bool()> &condition, int milliseconds)
 {
-    QElapsedTimer time;
-    time.start();
-    while (!condition()) {
-        if (time.elapsed() > milliseconds)
-            return false;
-        QCoreApplication::processEvents();
-        QThread::msleep(2);
-    }
-    return true;
+    return QTest::qWaitFor(condition, milliseconds);
 }
 
 BusClient::BusClient(const QString &address)
@@ -83,21 +74,29 @@ QDBusMessage BusClient::ask(const QString &method, const QVariantList &arguments
 
 QDBusPendingCall BusClient::beginRead(const QStringList &parts, uint timeoutMs)
 {
-    return begin(QStringLiteral("ReadCard"), {parts, timeoutMs});
+    return begin("ReadCard", {parts, timeoutMs});
 }
 
 QDBusMessage BusClient::read(const QStringList &parts, uint timeoutMs)
 {
-    return ask(QStringLiteral("ReadCard"), {parts, timeoutMs});
+    return ask("ReadCard", {parts, timeoutMs});
+}
+
+QDBusMessage BusClient::callInterface(const char *interface, const char *method,
+                                      const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(SERVICE, PATH, interface, method);
+    call.setArguments(arguments);
+    return m_bus.call(call);
 }
 
 QVariant BusClient::property(const char *name)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        SERVICE, PATH, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    call << SERVICE << QString::fromLatin1(name);
-    const QDBusMessage answer = m_bus.call(call);
-    return answer.arguments().value(0).value<QDBusVariant>().variant();
+    return callInterface("org.freedesktop.DBus.Properties", "Get", {SERVICE, name})
+        .arguments()
+        .value(0)
+        .value<QDBusVariant>()
+        .variant();
 }
 
 void BusClient::listen()
@@ -106,7 +105,7 @@ void BusClient::listen()
         EXPECT_TRUE(m_bus.connect(SERVICE, PATH, interface, QLatin1String(name), this,
                                   SLOT(take(QDBusMessage))));
     };
-    keep(QStringLiteral("org.freedesktop.DBus.Properties"), "PropertiesChanged");
+    keep("org.freedesktop.DBus.Properties", "PropertiesChanged");
     for (const char *name :
          {"CardRead", "CardRemoved", "ReaderAdded", "ReaderRemoved", "ReadFailed"})
         keep(SERVICE, name);
@@ -118,9 +117,15 @@ void BusClient::leave()
     m_bus = QDBusConnection(QString());
 }
 
+std::string errorAtTheEnd(QDBusPendingCall call)
+{
+    EXPECT_TRUE(waitFor([&] { return call.isFinished(); }));
+    return errorOf(call.reply());
+}
+
 std::string errorOf(const QDBusMessage &answer)
 {
-    const QString prefix = QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.");
+    const QString prefix = IDCARD_SERVICE_DOMAIN ".Error.";
     const QString name = answer.errorName();
     return (name.startsWith(prefix) ? name.mid(prefix.size()) : name).toStdString();
 }

@@ -33,6 +33,9 @@ public:
     QDBusPendingCall begin(const QString &method, const QVariantList &arguments = {});
     QDBusMessage read(const QStringList &parts = {}, uint timeoutMs = 20000);
     QDBusPendingCall beginRead(const QStringList &parts = {}, uint timeoutMs = 20000);
+    /** Calls a method of another interface of the service. */
+    QDBusMessage callInterface(const char *interface, const char *method,
+                               const QVariantList &arguments = {});
     /** The value of a property; not valid when there is none. */
     QVariant property(const char *name);
     std::string state() { return property("State").toString().toStdString(); }
@@ -52,6 +55,8 @@ private:
     QVector<QDBusMessage> m_signals;
 };
 
+/** Waits for the answer to a call; what `errorOf` says of it. */
+std::string errorAtTheEnd(QDBusPendingCall call);
 /** The error's name without "org.idcardreader.Error."; of another error, the whole. */
 std::string errorOf(const QDBusMessage &answer);
 std::string messageOf(const QDBusMessage &answer);

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include <QDBusInterface>
-#include <QDBusReply>
+#include <QDBusArgument>
+#include <QDBusVariant>
 #include <QDir>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -21,24 +21,13 @@ using testing::HasSubstr;
 namespace
 {
 
-class Service : public ServiceTest
-{
-protected:
-    /** What the service says of itself. */
-    QString introspection()
-    {
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(IDCARD_SERVICE_NAME, IDCARD_SERVICE_PATH,
-                                           "org.freedesktop.DBus.Introspectable", "Introspect");
-        return QDBusReply<QString>(m_client.bus().call(call)).value();
-    }
-};
+using Service = ServiceTest;
 
 /** The interface without comments and the blanks between elements. */
 std::string interfaceIn(QString text)
 {
     text.remove(QRegularExpression("<!--.*?-->", QRegularExpression::DotMatchesEverythingOption));
-    const QString begin = QStringLiteral("<interface name=\"" IDCARD_SERVICE_NAME "\">");
+    const QString begin = "<interface name=\"" IDCARD_SERVICE_NAME "\">";
     text = text.mid(text.indexOf(begin));
     text = text.left(text.indexOf("</interface>"));
     return text.simplified().toStdString();
@@ -57,7 +46,7 @@ std::set<std::string> membersIn(const QByteArray &text)
         std::string words = element.toStdString();
         for (const QXmlStreamAttribute &attribute : xml.attributes())
             words += ' ' + attribute.value().toString().toStdString();
-        if (element == QLatin1String("arg") || element == QLatin1String("annotation"))
+        if (element == "arg" || element == "annotation")
             member += ", " + words;
         else
             members.insert(std::exchange(member, words));
@@ -72,7 +61,7 @@ std::set<std::string> membersIn(const QByteArray &text)
 TEST(ServiceInterface, MembersOfReleasedVersions_AreStillThere)
 {
     const std::set<std::string> now = membersIn(readFile(IDCARD_SERVICE_INTERFACE));
-    const QDir folder(QStringLiteral(IDCARD_SOURCE_DIR "/tests/service"));
+    const QDir folder(IDCARD_SOURCE_DIR "/tests/service");
     const QStringList released = folder.entryList({"interface-*.xml"});
     EXPECT_FALSE(released.isEmpty());
     for (const QString &file : released) {
@@ -87,7 +76,9 @@ TEST_F(Service, Introspection_IsTheInstalledInterface)
     const std::string installed =
         interfaceIn(QString::fromUtf8(readFile(IDCARD_SERVICE_INTERFACE)));
     EXPECT_THAT(installed, HasSubstr("<method name=\"ReadCard\">"));
-    EXPECT_EQ(interfaceIn(introspection()), installed);
+    const QDBusMessage introspection =
+        m_client.callInterface("org.freedesktop.DBus.Introspectable", "Introspect");
+    EXPECT_EQ(interfaceIn(introspection.arguments().value(0).toString()), installed);
 }
 
 TEST_F(Service, Properties_AreTheVersionTheStateAndTheReader)
@@ -96,18 +87,17 @@ TEST_F(Service, Properties_AreTheVersionTheStateAndTheReader)
     EXPECT_EQ("idcard-readerd " + m_client.property("Version").toString().toStdString() + "\n",
               runProcess("idcard-readerd", {"--version"}).output());
     EXPECT_EQ(m_client.state(), "idle");
-    EXPECT_EQ(m_client.property("Reader"), QVariant(QStringLiteral("simulated")));
+    EXPECT_EQ(m_client.property("Reader"), QVariant("simulated"));
     EXPECT_FALSE(m_client.property("Card").isValid());
 }
 
 TEST_F(Service, Properties_CannotBeWritten)
 {
     serveCard();
-    QDBusMessage call = QDBusMessage::createMethodCall(IDCARD_SERVICE_NAME, IDCARD_SERVICE_PATH,
-                                                       "org.freedesktop.DBus.Properties", "Set");
-    call << IDCARD_SERVICE_NAME << "State"
-         << QVariant::fromValue(QDBusVariant(QStringLiteral("reading")));
-    EXPECT_EQ(errorOf(m_client.bus().call(call)), "org.freedesktop.DBus.Error.PropertyReadOnly");
+    const QDBusMessage answer = m_client.callInterface(
+        "org.freedesktop.DBus.Properties", "Set",
+        {IDCARD_SERVICE_NAME, "State", QVariant::fromValue(QDBusVariant("reading"))});
+    EXPECT_EQ(errorOf(answer), "org.freedesktop.DBus.Error.PropertyReadOnly");
     EXPECT_EQ(m_client.state(), "idle");
 }
 
@@ -120,7 +110,7 @@ TEST_F(Service, Reading_IsSeenInTheStateAndNothingOfTheCard)
     ASSERT_TRUE(waitFor([&] { return other.signalsOfService().size() == 2; }));
     std::vector<std::string> states;
     for (const QDBusMessage &signal : other.signalsOfService()) {
-        EXPECT_EQ(signal.member(), QStringLiteral("PropertiesChanged"));
+        EXPECT_EQ(signal.member(), "PropertiesChanged");
         const auto changed = qdbus_cast<QVariantMap>(signal.arguments().value(1));
         EXPECT_EQ(changed.keys(), QStringList("State"));
         states.push_back(changed.value("State").toString().toStdString());
@@ -131,18 +121,15 @@ TEST_F(Service, Reading_IsSeenInTheStateAndNothingOfTheCard)
 TEST_F(Service, SecondServiceOnABus_SaysThatTheNameIsTaken)
 {
     serveCard();
-    ProcessInput input;
-    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()}};
-    expectEnd(runProcess("idcard-readerd", {"--session"}, input), 1,
+    expectEnd(runProcess("idcard-readerd", {"--session"}, onBus()), 1,
               "The name " IDCARD_SERVICE_NAME " cannot be had on the bus");
     EXPECT_EQ(m_client.state(), "idle");
 }
 
 TEST_F(Service, WithoutABus_SaysSo)
 {
-    ProcessInput input;
-    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}};
-    expectEnd(runProcess("idcard-readerd", {"--session"}, input), 1, "The bus cannot be reached");
+    const ProcessInput nowhere{{{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere"}}};
+    expectEnd(runProcess("idcard-readerd", {"--session"}, nowhere), 1, "The bus cannot be reached");
 }
 
 TEST_F(Service, SignalToEnd_EndsIt)
@@ -155,11 +142,9 @@ TEST_F(Service, SignalToEnd_EndsIt)
 TEST_F(Service, SignalToEndDuringAReading_CancelsItAndEndsTheService)
 {
     serveCard({"--fault", "delay-ms=60000"});
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     m_service->signal(SIGTERM);
-    EXPECT_TRUE(waitFor([&] { return reading.isFinished(); }));
-    EXPECT_EQ(errorOf(reading.reply()), "Cancelled");
+    EXPECT_EQ(errorAtTheEnd(reading), "Cancelled");
     expectEnd(m_service->result(), 0);
 }
 

@@ -18,18 +18,11 @@ protected:
     BusClient m_other{m_bus.address()};
 };
 
-std::string errorAtTheEnd(QDBusPendingCall call)
-{
-    EXPECT_TRUE(waitFor([&] { return call.isFinished(); }));
-    return errorOf(call.reply());
-}
-
 } // namespace
 
 TEST_F(ServiceClients, ReadingOfAnother_IsRefusedAndSaysSinceWhen)
 {
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     const QDBusMessage answer = m_other.read();
     EXPECT_EQ(errorOf(answer), "Busy");
     EXPECT_THAT(messageOf(answer),
@@ -46,15 +39,13 @@ TEST_F(ServiceClients, SecondReadingOfTheSame_IsRefused)
 
 TEST_F(ServiceClients, WrongArgumentsDuringAReading_AreWrongArguments)
 {
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     EXPECT_EQ(errorOf(m_other.read({"everything"})), "InvalidArgument");
 }
 
 TEST_F(ServiceClients, DescriptionDuringAReading_IsGivenAtOnce)
 {
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     const QDBusMessage answer = m_other.ask("DescribeError", {"USB_READER_NO_DATA", "en"});
     EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage);
     EXPECT_FALSE(reading.isFinished());
@@ -62,22 +53,13 @@ TEST_F(ServiceClients, DescriptionDuringAReading_IsGivenAtOnce)
 
 TEST_F(ServiceClients, CancelByTheReader_EndsTheReadingAndFreesTheReader)
 {
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     EXPECT_EQ(errorOf(m_client.ask("Cancel")), "");
     EXPECT_EQ(errorAtTheEnd(reading), "Cancelled");
     EXPECT_EQ(m_client.state(), "idle");
 }
 
-TEST_F(ServiceClients, CancelBeforeTheReadingHasBegun_EndsIt)
-{
-    const QDBusPendingCall reading = m_client.beginRead();
-    const QDBusPendingCall cancelling = m_client.begin("Cancel");
-    EXPECT_EQ(errorAtTheEnd(cancelling), "");
-    EXPECT_EQ(errorAtTheEnd(reading), "Cancelled");
-}
-
-TEST_F(ServiceClients, CancelTwice_IsAnsweredTwice)
+TEST_F(ServiceClients, CancelTwiceBeforeTheReadingHasBegun_EndsItAndIsAnsweredTwice)
 {
     const QDBusPendingCall reading = m_client.beginRead();
     const QDBusPendingCall first = m_client.begin("Cancel");
@@ -89,30 +71,22 @@ TEST_F(ServiceClients, CancelTwice_IsAnsweredTwice)
 
 TEST_F(ServiceClients, CancelByAnother_IsRefusedAndTheReadingGoesOn)
 {
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     EXPECT_EQ(errorOf(m_other.ask("Cancel")), "Busy");
     EXPECT_EQ(m_other.state(), "reading");
     EXPECT_FALSE(reading.isFinished());
 }
 
-TEST_F(ServiceClients, CancelOfNothing_IsDone)
-{
-    EXPECT_EQ(errorOf(m_client.ask("Cancel")), "");
-}
-
 TEST_F(ServiceClients, ClientThatLeaves_FreesTheReader)
 {
-    m_other.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    beginReading(m_other);
     m_other.leave();
     EXPECT_TRUE(becomes("idle"));
 }
 
 TEST_F(ServiceClients, ClientThatLeavesWhileItCancels_FreesTheReader)
 {
-    m_other.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    beginReading(m_other);
     m_other.begin("Cancel");
     m_other.leave();
     EXPECT_TRUE(becomes("idle"));

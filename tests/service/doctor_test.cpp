@@ -20,10 +20,7 @@ class ServiceDoctor : public ServiceTest
 protected:
     ProcessResult look(const QStringList &options)
     {
-        ProcessInput input;
-        input.environment = {{"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}};
-        return runProcess(QStringLiteral("idcard-reader"),
-                          QStringList{"doctor", "--service"} + options, input);
+        return runProcess("idcard-reader", QStringList{"doctor", "--service"} + options, onBus());
     }
 
     /** The finding about the service, of which there is one. */
@@ -33,10 +30,10 @@ protected:
         const QJsonArray findings = QJsonDocument::fromJson(report).object()["findings"].toArray();
         QJsonObject found;
         for (const auto &one : findings) {
-            if (one.toObject()["check"] == QLatin1String("service"))
+            if (one.toObject()["check"] == "service")
                 found = one.toObject();
         }
-        EXPECT_EQ(found["group"].toString(), QStringLiteral("service"));
+        EXPECT_EQ(found["group"].toString(), "service");
         return found;
     }
 
@@ -57,7 +54,7 @@ TEST_F(ServiceDoctor, ReaderWithoutACard_IsFine)
 {
     serveCard({"--fault", "no-card"});
     const QJsonObject found = finding();
-    EXPECT_EQ(found["level"].toString(), QStringLiteral("ok"));
+    EXPECT_EQ(found["level"].toString(), "ok");
     EXPECT_EQ(found["text"].toString(), "it reaches the reader, on which no card lies");
 }
 

@@ -47,14 +47,13 @@ protected:
 
     static void expectAnswer(QDBusPendingCall call)
     {
-        ASSERT_TRUE(waitFor([&] { return call.isFinished(); }));
-        EXPECT_THAT(errorOf(call.reply()), AnyOf("", "Busy", "Cancelled"));
+        EXPECT_THAT(errorAtTheEnd(call), AnyOf("", "Busy", "Cancelled"));
     }
 
     void act(int times)
     {
         for (int i = 0; i < times; ++i) {
-            ASSERT_NO_FATAL_FAILURE(act(m_clients[m_random() % m_clients.size()]));
+            act(m_clients[m_random() % m_clients.size()]);
             if (HasFailure())
                 return;
         }

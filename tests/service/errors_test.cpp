@@ -64,8 +64,7 @@ TEST(ServiceErrors, Rows_AreInTheOrderOfTheEnumerationWithNamesOfTheirOwn)
 
 TEST(ServiceErrors, NamesOnTheBus_BeginWithTheDomainOfTheService)
 {
-    EXPECT_EQ(busName(ServiceError::NO_CARD),
-              QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.NoCard"));
+    EXPECT_EQ(busName(ServiceError::NO_CARD), IDCARD_SERVICE_DOMAIN ".Error.NoCard");
 }
 
 TEST(ServiceErrors, ErrorsAndResults_AreExplainedInSentencesOfBothLanguages)

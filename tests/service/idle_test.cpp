@@ -9,9 +9,7 @@
 namespace
 {
 
-class IdleService : public ServiceTest
-{
-};
+using IdleService = ServiceTest;
 
 } // namespace
 

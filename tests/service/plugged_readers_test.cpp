@@ -68,10 +68,10 @@ TEST_F(PluggedReaders, WithoutDevices_AreNone)
 TEST_F(PluggedReaders, DevicesWithThePipesOfAReader_AreGivenByTheirIds)
 {
     show("1-1", "0001");
-    EXPECT_EQ(ids(), QStringLiteral("1209:0001"));
+    EXPECT_EQ(ids(), "1209:0001");
     show("1-2.1", "0002");
     show("1-3", "0003", "Interrupt");
-    EXPECT_EQ(ids(), QStringLiteral("1209:0001 1209:0002"));
+    EXPECT_EQ(ids(), "1209:0001 1209:0002");
 }
 
 TEST_F(PluggedReaders, DeviceThatADriverHolds_IsNone)
@@ -80,7 +80,7 @@ TEST_F(PluggedReaders, DeviceThatADriverHolds_IsNone)
     show("1-2", "0002");
     bind("1-1", "usb-storage");
     bind("1-2", "usbfs"); // that of a program which reads
-    EXPECT_EQ(ids(), QStringLiteral("1209:0002"));
+    EXPECT_EQ(ids(), "1209:0002");
 }
 
 TEST_F(PluggedReaders, ReaderThatComesAndGoes_IsReported)
@@ -90,7 +90,7 @@ TEST_F(PluggedReaders, ReaderThatComesAndGoes_IsReported)
     writeFile(m_folders.nodes + "/001/002", {});
     show("1-1", "0001"); // after its node
     EXPECT_TRUE(waitFor([&] { return changes == 1; }));
-    EXPECT_EQ(readers.ids(), QStringLiteral("1209:0001"));
+    EXPECT_EQ(readers.ids(), "1209:0001");
     QFile::remove(m_folders.nodes + "/001/002");
     hide("1-1");
     EXPECT_TRUE(waitFor([&] { return changes == 2; }));

@@ -49,13 +49,13 @@ constexpr const char *CONFIGURATION = R"(
 /** The policy that is installed, for the user of the test in the place of the service's own. */
 QString policyForThisUser()
 {
-    QString text = QString::fromUtf8(
-        readFile(QStringLiteral(IDCARD_SERVICE_FILES "/" IDCARD_SERVICE_NAME ".conf")));
+    QString text =
+        QString::fromUtf8(readFile(IDCARD_SERVICE_FILES "/" IDCARD_SERVICE_NAME ".conf"));
     const passwd *const user = ::getpwuid(::getuid());
-    text.replace(QStringLiteral("user=\"idcard-readerd\""),
+    text.replace("user=\"idcard-readerd\"",
                  QStringLiteral("user=\"%1\"").arg(QString::fromUtf8(user->pw_name)));
-    text = text.mid(text.indexOf(QStringLiteral("<busconfig>")) + 11);
-    return text.left(text.indexOf(QStringLiteral("</busconfig>")));
+    text = text.mid(text.indexOf("<busconfig>") + 11);
+    return text.left(text.indexOf("</busconfig>"));
 }
 
 } // namespace
@@ -67,12 +67,18 @@ QString systemPolicy()
 
 PrivateBus::PrivateBus(const QString &policy)
 {
-    const QString file = m_folder.filePath(QStringLiteral("bus.conf"));
+    const QString file = m_folder.filePath("bus.conf");
     writeFile(file,
               QString::fromUtf8(CONFIGURATION).arg(m_folder.path(), policy).toUtf8().trimmed());
     m_daemon = std::make_unique<RunningProcess>(
-        QStringLiteral(IDCARD_DBUS_DAEMON),
-        QStringList{"--config-file=" + file, "--nofork", "--print-address=1"});
+        IDCARD_DBUS_DAEMON, QStringList{"--config-file=" + file, "--nofork", "--print-address=1"});
     m_address = QString::fromUtf8(m_daemon->nextLine());
     EXPECT_FALSE(m_address.isEmpty());
+}
+
+const PrivateBus &busInPlaceOfTheSystems()
+{
+    static const PrivateBus bus(OPEN_POLICY);
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
+    return bus;
 }

@@ -30,3 +30,6 @@ private:
     std::unique_ptr<RunningProcess> m_daemon;
     QString m_address;
 };
+
+/** The bus that this program takes for that of the system, which it looks for once. */
+const PrivateBus &busInPlaceOfTheSystems();

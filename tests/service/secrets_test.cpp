@@ -16,14 +16,7 @@ using testing::IsEmpty;
 namespace
 {
 
-class ServiceSecrets : public ServiceTest
-{
-protected:
-    QByteArray factOf(const char *name) const
-    {
-        return readFile(QStringLiteral("/proc/%1/%2").arg(m_service->id()).arg(name));
-    }
-};
+using ServiceSecrets = ServiceTest;
 
 /** Parts of a card's texts, photo and prints that nothing else has. */
 QStringList marksOf(const QString &json)
@@ -65,7 +58,7 @@ protected:
     void expectForgotten(
         const QStringList &marks, const std::function<void()> &meanwhile = [] {}) const
     {
-        EXPECT_TRUE(isKept(QStringLiteral(IDCARD_SERVICE_NAME))); // the search finds what is there
+        EXPECT_TRUE(isKept(IDCARD_SERVICE_NAME)); // the search finds what is there
         for (const QString &mark : marks) {
             const auto isForgotten = [&] {
                 meanwhile();
@@ -119,7 +112,7 @@ TEST_F(ServiceMemory, CardThatWasWatched_IsForgottenWhileTheWatchGoesOn)
     EXPECT_EQ(errorOf(m_client.ask("StartWatching", {parts})), "");
     ASSERT_TRUE(waitFor([this] {
         const QVector<QDBusMessage> &all = m_client.signalsOfService();
-        return !all.isEmpty() && all.last().member() == QLatin1String("CardRemoved");
+        return !all.isEmpty() && all.last().member() == "CardRemoved";
     }));
     expectForgotten(marks);
     EXPECT_EQ(m_client.state(), "watching");
@@ -131,8 +124,7 @@ TEST_F(ServiceMemory, CardBeforeAReadingThatWasCancelled_IsForgotten)
     serveScript("test -e again && exec sleep 60\ntouch again\n"
                 "exec " IDCARD_BUILD_BIN_DIR "/idcard-reader \"$@\" --simulate resident");
     const QStringList marks = read();
-    const QDBusPendingCall reading = m_client.beginRead();
-    ASSERT_TRUE(becomes("reading"));
+    const QDBusPendingCall reading = beginReading();
     m_client.ask("Cancel");
     ASSERT_TRUE(becomes("idle"));
     expectForgotten(marks);
@@ -153,8 +145,8 @@ TEST_F(ServiceSecrets, Rubbish_IsNotPrinted)
 TEST_F(ServiceSecrets, CoreFiles_AreNotWritten)
 {
     serveCard();
-    const std::string limits = factOf("limits").toStdString();
-    EXPECT_THAT(limits, testing::ContainsRegex("Max core file size +0 +0 "));
+    const QByteArray limits = readFile(QStringLiteral("/proc/%1/limits").arg(m_service->id()));
+    EXPECT_THAT(limits.toStdString(), testing::ContainsRegex("Max core file size +0 +0 "));
 }
 
 TEST_F(ServiceSecrets, Tool_HasTheEnvironmentOfTheServiceWithoutItsSettings)

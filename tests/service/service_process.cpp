@@ -7,7 +7,7 @@
 
 void ServiceTest::serve(const QStringList &arguments)
 {
-    start(QStringLiteral("idcard-readerd"), QStringList{"--session"} + arguments);
+    start("idcard-readerd", QStringList{"--session"} + arguments);
 }
 
 void ServiceTest::serveCard(const QStringList &arguments)
@@ -17,9 +17,9 @@ void ServiceTest::serveCard(const QStringList &arguments)
 
 void ServiceTest::serveScript(const QByteArray &script, const QStringList &arguments)
 {
-    const QString program = path(QStringLiteral("idcard-readerd"));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(IDCARD_BUILD_BIN_DIR "/idcard-readerd"), program));
-    const QString worker = path(QStringLiteral("idcard-reader"));
+    const QString program = path("idcard-readerd");
+    ASSERT_TRUE(QFile::copy(IDCARD_BUILD_BIN_DIR "/idcard-readerd", program));
+    const QString worker = path("idcard-reader");
     writeFile(worker, "#!/bin/sh\ncd " + m_folder.path().toUtf8() + '\n' + script + '\n');
     ASSERT_TRUE(QFile::setPermissions(worker, QFile::ReadOwner | QFile::ExeOwner));
     start(program, arguments);
@@ -27,16 +27,25 @@ void ServiceTest::serveScript(const QByteArray &script, const QStringList &argum
 
 void ServiceTest::start(const QString &program, const QStringList &arguments)
 {
-    ProcessInput input;
-    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()},
-                         {"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}};
-    m_service = std::make_unique<RunningProcess>(program, arguments, input);
-    ASSERT_TRUE(waitFor([this] {
-        return m_client.bus().interface()->isServiceRegistered(QStringLiteral(IDCARD_SERVICE_NAME));
-    }));
+    m_service = std::make_unique<RunningProcess>(program, arguments, onBus());
+    ASSERT_TRUE(waitFor(
+        [this] { return m_client.bus().interface()->isServiceRegistered(IDCARD_SERVICE_NAME); }));
+}
+
+ProcessInput ServiceTest::onBus() const
+{
+    return {{{"DBUS_SESSION_BUS_ADDRESS", m_bus.address()},
+             {"DBUS_SYSTEM_BUS_ADDRESS", m_bus.address()}}};
 }
 
 bool ServiceTest::becomes(const char *state)
 {
     return waitFor([this, state] { return m_client.state() == state; });
+}
+
+QDBusPendingCall ServiceTest::beginReading(BusClient &client)
+{
+    QDBusPendingCall reading = client.beginRead();
+    EXPECT_TRUE(becomes("reading"));
+    return reading;
 }

@@ -25,8 +25,14 @@ protected:
     /** As above with a shell script in the place of idcard-reader. */
     void serveScript(const QByteArray &script, const QStringList &arguments = {"--session"});
 
+    /** For a program that finds this bus in the place of the session's and the system's. */
+    ProcessInput onBus() const;
+
     /** Of the client `m_client`: what the service is doing. */
     bool becomes(const char *state);
+    /** Begins a reading that does not end soon, and waits until the service is at it. */
+    QDBusPendingCall beginReading(BusClient &client);
+    QDBusPendingCall beginReading() { return beginReading(m_client); }
 
     /** Where a script can leave files. */
     QString path(const QString &name) const { return m_folder.filePath(name); }

@@ -1,6 +1,7 @@
 // A worker that does not do what idcard-reader does.
 
 #include <chrono>
+#include <csignal>
 
 #include <gmock/gmock.h>
 
@@ -8,6 +9,7 @@
 
 #include "tests/service/service_process.h"
 #include "tests/support/files.h"
+#include "tests/support/ignored_signal.h"
 
 namespace
 {
@@ -17,9 +19,7 @@ struct WorkerRow {
     const char *script;
 };
 
-class ServiceWorker : public ServiceTest
-{
-};
+using ServiceWorker = ServiceTest;
 
 class BrokenWorker : public ServiceTest, public testing::WithParamInterface<WorkerRow>
 {
@@ -68,6 +68,17 @@ TEST_F(ServiceWorker, ProgramThatIsNotThere_IsAFailure)
     EXPECT_TRUE(becomes("idle"));
 }
 
+// Else the system would forget how it ended.
+TEST_F(ServiceWorker, EndWhereTheServiceInheritsSigchldIgnored_IsNotIgnored)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "the signals seen would be those of the emulator";
+    const auto handler = std::signal(SIGCHLD, SIG_IGN);
+    serveCard();
+    std::signal(SIGCHLD, handler);
+    EXPECT_FALSE(isIgnored(SIGCHLD, m_service->id()));
+}
+
 TEST_F(ServiceWorker, Arguments_AreThoseOfTheCall)
 {
     serveScript("echo \"$@\" >arguments; echo '{\"kind\": \"resident\"}'");
@@ -80,8 +91,8 @@ TEST_F(ServiceWorker, EndOfTheService_EndsTheWorker)
     serveScript("echo $$ >id.new; mv id.new id; while :; do sleep 0.1; done");
     m_client.beginRead();
     ASSERT_TRUE(waitFor([this] { return QFile::exists(path("id")); }));
-    const QString worker = QStringLiteral("/proc/") + readFile(path("id")).trimmed();
-    ASSERT_TRUE(QFile::exists(worker));
+    const pid_t worker = readFile(path("id")).trimmed().toInt();
+    ASSERT_TRUE(isRunning(worker));
     m_service.reset(); // by SIGKILL
-    EXPECT_TRUE(waitFor([&] { return readFile(worker + "/cmdline").isEmpty(); }));
+    EXPECT_TRUE(waitFor([worker] { return !isRunning(worker); }));
 }

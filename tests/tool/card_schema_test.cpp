@@ -3,11 +3,9 @@
 
 #include <gmock/gmock.h>
 
-#include <QDir>
 #include <QJsonDocument>
 
 #include "simulator/card/card_library.h"
-#include "simulator/card/raw_record.h"
 #include "simulator/reader/virtual_reader.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
@@ -24,8 +22,7 @@ protected:
     {
         const ProcessResult run = runTool(arguments, input);
         ASSERT_THAT(run.output(), testing::StartsWith("{")) << run.error();
-        writeFile(m_samples.filePath(name + ".json"), run.standardOutput);
-        ++m_count;
+        keepSample(name, run.standardOutput);
     }
 
     /** Keeps each line that the tool printed as a sample. */
@@ -33,11 +30,8 @@ protected:
     {
         const QVector<QJsonObject> lines = parsedLines(runTool(arguments).standardOutput);
         ASSERT_FALSE(lines.isEmpty());
-        for (int i = 0; i < lines.size(); ++i) {
-            writeFile(m_samples.filePath(QStringLiteral("%1-%2.json").arg(name).arg(i)),
-                      QJsonDocument(lines[i]).toJson());
-            ++m_count;
-        }
+        for (int i = 0; i < lines.size(); ++i)
+            keepSample(QStringLiteral("%1-%2").arg(name).arg(i), QJsonDocument(lines[i]).toJson());
     }
 
     /** Keeps the card.json of a saved card as the sample `name`. */
@@ -46,8 +40,7 @@ protected:
         const QString folder = path(name);
         const ProcessResult run = runTool(arguments + QStringList{"--out", folder});
         ASSERT_EQ(run.exitStatus, 0) << run.error();
-        writeFile(m_samples.filePath(name + ".json"), readFile(folder + "/card.json"));
-        ++m_count;
+        keepSample(name, readFile(folder + "/card.json"));
     }
 
     void expectTheSchemaToFit()
@@ -65,6 +58,12 @@ protected:
     }
 
 private:
+    void keepSample(const QString &name, const QByteArray &json)
+    {
+        writeFile(m_samples.filePath(name + ".json"), json);
+        ++m_count;
+    }
+
     QTemporaryDir m_samples;
     int m_count = 0;
 };
@@ -78,10 +77,8 @@ TEST_F(CardSchema, FitsEveryBuiltInCardByRead)
 
 TEST_F(CardSchema, FitsEveryBuiltInCardByDecode)
 {
-    for (const QString &card : simulator::builtInCardNames()) {
-        writeFile(path("card.rec"), simulator::readAnswer(builtInCard(card), {}));
-        keep(card, {"decode", "--json", "--simulator-photos", path("card.rec")});
-    }
+    for (const QString &card : simulator::builtInCardNames())
+        keep(card, {"decode", "--json", "--simulator-photos", recordFile(recordOf(card))});
     keep("photo-left-compressed", {"decode", "--json", path("card.rec")});
     expectTheSchemaToFit();
 }
@@ -101,6 +98,11 @@ TEST_F(CardSchema, FitsCardsByUsb)
         });
         keep(card, {"usb", "--device", "1209:0001", "--json", "--simulator-photos"}, input);
     }
+    bus.change([&] {
+        QString problem;
+        reader.slot().setFaults("read-answer-corrupted=17", &problem);
+    });
+    keep("odd", {"usb", "--device", "1209:0001", "--json", "--simulator-photos"}, input);
     expectTheSchemaToFit();
 }
 
@@ -108,8 +110,7 @@ TEST_F(CardSchema, FitsSavedCardsAndTheLinesOfWatch)
 {
     keepSaved("read", {"read", "--simulate", "resident"});
     keepSaved("read-without-back", {"read", "--simulate", "hmt-unknown-region"});
-    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
-    keepSaved("decoded", {"decode", path("card.rec"), "--simulator-photos"});
+    keepSaved("decoded", {"decode", recordFile("resident"), "--simulator-photos"});
     keep("watched", {"watch", "--simulate", "foreign-new"});
     keep("inline", {"read", "--json", "--inline", "all", "--simulate", "resident"});
     keep("inline-without", {"decode", "--json", "--inline", "all", path("card.rec")});
@@ -141,10 +142,9 @@ TEST_F(CardSchema, FitsTheFailuresOfRead)
 TEST_F(CardSchema, FitsFailuresWithAndWithoutACard)
 {
     writeFile(path("text"), "text");
-    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
     keep("no-record", {"decode", "--json", path("text")});
     keep("no-file", {"decode", "--json", path("none")});
-    keep("photo-left-compressed", {"decode", "--json", path("card.rec")});
+    keep("photo-left-compressed", {"decode", "--json", recordFile("resident")});
     keep("not-written", {"read", "--json", "--simulate", "resident", "--out", path("text")});
     keep("not-painted", {"render", "resident", "--json", "--out", path("text")});
     keep("contradiction", {"doctor", "--json", "--road", "library", "--device", "1209:0001"});

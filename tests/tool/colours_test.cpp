@@ -25,8 +25,7 @@ std::string shownOn(On stream, const QStringList &arguments,
     const Terminal terminal;
     ProcessInput input;
     input.environment = {{"TERM", "xterm-256color"}, {"NO_COLOR", QString()}};
-    for (auto it = variables.cbegin(); it != variables.cend(); ++it)
-        input.environment[it.key()] = it.value();
+    input.environment.insert(variables);
     QString &file =
         stream == On::STANDARD_OUTPUT ? input.standardOutputFile : input.standardErrorFile;
     file = terminal.path();

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include "simulator/card/card_library.h"
+#include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/reader_on_bus.h"
 
@@ -99,8 +100,7 @@ TEST_F(Completion, CardsAreThoseOfTheSimulatorAndFiles)
     for (const QString &name : simulator::builtInCardNames())
         names.push_back(name.toStdString());
     EXPECT_THAT(offered("idcard-reader read --simulate "), ElementsAreArray(names));
-    QFile file(path("visitor.json"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    writeFile(path("visitor.json"), "");
     EXPECT_THAT(offered("idcard-reader render vis"), ElementsAre("visitor.json"));
     EXPECT_THAT(offered("idcard-reader decode v"), ElementsAre("visitor.json"));
 }

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <csignal>
@@ -11,7 +10,6 @@
 #include <unistd.h>
 
 #include "simulator/card/card_library.h"
-#include "simulator/card/raw_record.h"
 #include "tests/card/expected_json.h"
 #include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
@@ -27,24 +25,13 @@ using testing::Not;
 namespace
 {
 
-QByteArray recordOf(const QString &card)
-{
-    return simulator::readAnswer(builtInCard(card), {});
-}
-
 class Decode : public FolderTest
 {
 protected:
-    /** A file that holds `record`. */
-    QString file(const QByteArray &record) const
-    {
-        writeFile(path("card.rec"), record);
-        return path("card.rec");
-    }
-
     ProcessResult decode(const QString &card, const QStringList &more = {}) const
     {
-        return runTool(QStringList{"decode", file(recordOf(card)), "--simulator-photos"} + more);
+        return runTool(QStringList{"decode", recordFile(recordOf(card)), "--simulator-photos"} +
+                       more);
     }
 };
 
@@ -121,7 +108,7 @@ bool isOpenIn(pid_t tool, const QString &folder)
 
 TEST_F(Decode, SignalWhileFilesAreReplaced_EndsItWhenAllAre)
 {
-    const QStringList arguments{"decode", file(recordOf("foreign-new")), "--simulator-photos"};
+    const QStringList arguments{"decode", recordFile("foreign-new"), "--simulator-photos"};
     runTool(arguments + QStringList{"--out", path("new")});
     for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
         QDir(out()).removeRecursively();
@@ -139,8 +126,7 @@ TEST_F(Decode, SignalWhileFilesAreReplaced_EndsItWhenAllAre)
 
 TEST_F(Decode, PhotoThatCannotBeDecodedIsReportedAndTheRestDelivered)
 {
-    const ProcessResult run =
-        runTool({"decode", file(recordOf("resident")), "--json", "--out", out()});
+    const ProcessResult run = runTool({"decode", recordFile("resident"), "--json", "--out", out()});
     EXPECT_EQ(run.exitStatus, 6);
     EXPECT_THAT(run.error(), AllOf(HasSubstr("The photo of the card could not be decoded."),
                                    HasSubstr("What to do:"), HasSubstr("--simulator-photos"),
@@ -156,7 +142,7 @@ TEST_F(Decode, PhotoThatTheDecoderRefusesIsReportedWithoutTheHintAtTheSimulator)
 {
     QByteArray record = recordOf("resident");
     record.replace(272, 1024, QByteArray(1024, 'x'));
-    const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
+    const ProcessResult run = runTool({"decode", recordFile(record), "--simulator-photos"});
     EXPECT_EQ(run.exitStatus, 6);
     EXPECT_THAT(run.error(), Not(HasSubstr("--simulator-photos")));
 }
@@ -164,9 +150,9 @@ TEST_F(Decode, PhotoThatTheDecoderRefusesIsReportedWithoutTheHintAtTheSimulator)
 TEST_F(Decode, DecoderOfTheMakersNameIsFoundLikeTheReadersLibrary)
 {
     const InstalledReader installed;
-    EXPECT_EQ(runTool({"decode", file(recordOf("resident"))}, {installed.variables(QString())})
-                  .exitStatus,
-              0);
+    EXPECT_EQ(
+        runTool({"decode", recordFile("resident")}, {installed.variables(QString())}).exitStatus,
+        0);
 }
 
 TEST_F(Decode, StandardInputIsTakenWithoutAFileAndByADash)
@@ -197,7 +183,7 @@ TEST_F(Decode, FileThatIsNoRecordIsRefusedWithThePlaceAndWritesNothing)
 {
     QByteArray record = recordOf("resident");
     record[7] = 1;
-    const ProcessResult run = runTool({"decode", file(record), "--out", out()});
+    const ProcessResult run = runTool({"decode", recordFile(record), "--out", out()});
     expectEnd(run, 2,
               "card.rec is not a raw card record: at offset 7 (status) it has 01 00 90, "
               "where 00 00 90 was expected.\n");
@@ -208,7 +194,6 @@ TEST_F(Decode, FileThatIsNoRecordIsRefusedWithThePlaceAndWritesNothing)
 TEST_F(Decode, EndlessInputIsReadNoFurtherThanARecord)
 {
     const ProcessResult run = runTool({"decode", "/dev/zero"});
-    EXPECT_TRUE(run.finished);
     expectEnd(run, 2, "it goes on at offset 2321");
 }
 
@@ -216,24 +201,19 @@ TEST_F(Decode, WrongLengthOfPrintsAndChecksumAreReportedAndTheCardDecoded)
 {
     QByteArray record = recordOf("resident");
     record[14] = 2; // one print, where there are two; the checksum is then wrong, too
-    const ProcessResult run = runTool({"decode", file(record), "--simulator-photos"});
+    const ProcessResult run = runTool({"decode", recordFile(record), "--simulator-photos"});
     EXPECT_EQ(run.exitStatus, 0);
     EXPECT_THAT(run.error(),
                 AllOf(HasSubstr("card.rec is an odd record: at offset 14 (length of the finger"),
                       HasSubstr("card.rec is an odd record: at offset 2320 (checksum)")));
-    EXPECT_THAT(run.output(), HasSubstr(builtInCard("resident").name.toStdString()));
+    EXPECT_THAT(run.output(), AllOf(HasSubstr(builtInCard("resident").name.toStdString()),
+                                    HasSubstr("What was read may be wrong")));
 }
 
-TEST_F(Decode, CutTextStandsWholeBesideIt)
+TEST_F(Decode, CutTextStandsWholeBesideItInTheTable)
 {
-    const QByteArray record = recordOf("resident-longest-texts");
-    const QJsonObject card = parsedObject(
-        runTool({"decode", "--json", "--simulator-photos", file(record)}).standardOutput);
     const QString address = builtInCard("resident-longest-texts").address;
-    EXPECT_TRUE(card["notes"].toArray().contains("cut:address"));
-    EXPECT_EQ(card["whole"].toObject()["address"], address);
-    EXPECT_LT(card["address"].toString().size(), address.size());
-    EXPECT_THAT(runTool({"decode", "--simulator-photos", file(record)}).output(),
+    EXPECT_THAT(decode("resident-longest-texts").output(),
                 HasSubstr("Address is cut; the record has: " + address.toStdString()));
 }
 
@@ -241,7 +221,7 @@ TEST_F(Decode, SexCodeAtWhichTheDecoderStopsIsReportedAndGivesNoCard)
 {
     QByteArray record = recordOf("foreign-2017");
     record[16 + 120] = '5';
-    const ProcessResult run = runTool({"decode", file(record), "--json"});
+    const ProcessResult run = runTool({"decode", recordFile(record), "--json"});
     expectEnd(run, 8, "sex code");
     EXPECT_EQ(parsedObject(run.standardOutput).keys(), QStringList{"error"});
 }
@@ -265,7 +245,7 @@ TEST_F(Decode, FileThatThisUserMayNotReadIsReported)
 {
     if (::geteuid() == 0)
         GTEST_SKIP() << "root may read every file";
-    const QString record = file(recordOf("resident"));
+    const QString record = recordFile("resident");
     ASSERT_TRUE(QFile::setPermissions(record, QFileDevice::WriteOwner));
     expectEnd(runTool({"decode", record}), 2, "Permission denied");
 }
@@ -282,7 +262,7 @@ TEST_F(Decode, VerboseShowsNothingOfWhatTheCardHolds)
 
 TEST_F(Decode, NeedsNoDisplayAndNoGraphics)
 {
-    EXPECT_EQ(runTool({"decode", file(recordOf("resident")), "--simulator-photos"},
+    EXPECT_EQ(runTool({"decode", recordFile("resident"), "--simulator-photos"},
                       {{{"QT_QPA_PLATFORM", "no-such-platform"}}})
                   .exitStatus,
               0);

@@ -1,9 +1,13 @@
 // What "idcard-reader read" and "decode" say of a failure whose code has several causes: the one
 // that the doctor sees on this machine.
 
+#include <csignal>
+
 #include <gmock/gmock.h>
 
-#include "simulator/card/raw_record.h"
+#include <QDir>
+
+#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/reader_on_bus.h"
@@ -16,6 +20,12 @@ namespace
 {
 
 constexpr const char *FIVE_GUESSES = "or the reader maker's library was not found";
+
+void waitUntilItHasAChild(pid_t parent)
+{
+    const QString file = QStringLiteral("/proc/%1/task/%1/children").arg(parent);
+    waitUntil([&file] { return !readFile(file).isEmpty(); });
+}
 
 /** A machine with an emulated USB bus, to which the maker's library can be added. */
 class Diagnosis : public FolderTest, public usb_test::ReaderOnBus
@@ -31,9 +41,7 @@ protected:
     /** The simulator under the name of the maker's library, which cannot open the reader. */
     void installMakersLibrary()
     {
-        const auto variables = m_installed.variables("resident", "open-fails=3");
-        for (auto it = variables.cbegin(); it != variables.cend(); ++it)
-            m_variables[it.key()] = it.value();
+        m_variables.insert(m_installed.variables("resident", "open-fails=3"));
     }
 
     ProcessResult run(const QStringList &arguments) { return runTool(arguments, {m_variables}); }
@@ -106,12 +114,49 @@ TEST_F(Diagnosis, IsSaidOnceByWatch)
 
 TEST_F(Diagnosis, MissingDecoderIsNamedForARecordWithItsPhotoCompressed)
 {
-    const QString record = path("card.rec");
-    writeFile(record, simulator::readAnswer(builtInCard("resident"), {}));
-    const ProcessResult decode = run({"decode", record});
+    const ProcessResult decode = run({"decode", recordFile("resident")});
     EXPECT_EQ(decode.exitStatus, 6);
     EXPECT_THAT(decode.error(), AllOf(HasSubstr("libwlt_decoder.so, is not here"),
                                       HasSubstr("needs --simulator-photos")));
+}
+
+/** The maker's decoder cannot be loaded to the end, so that the doctor looks at it for long. */
+class LongDiagnosis : public Diagnosis
+{
+protected:
+    void SetUp() override
+    {
+        Diagnosis::SetUp();
+        if (IsSkipped())
+            return;
+        ASSERT_TRUE(QDir().mkdir(path("vendor")));
+        ASSERT_TRUE(QFile::link(IDCARD_BUILD_LIB_DIR "/libidcard_maker_HANGS.so",
+                                path("vendor/" IDCARD_WLT_LIBRARY)));
+        m_input.environment = variables();
+        m_input.environment["LD_LIBRARY_PATH"] = path("vendor");
+    }
+
+    /** The doctor that came to its end would have named the maker's library, which is not here. */
+    static void expectBrokenOff(const ProcessResult &read)
+    {
+        EXPECT_EQ(read.exitStatus, 3);
+        EXPECT_THAT(QString::fromStdString(read.error()).simplified().toStdString(),
+                    HasSubstr(FIVE_GUESSES));
+    }
+
+    ProcessInput m_input;
+};
+
+TEST_F(LongDiagnosis, SignalToEnd_EndsItWithTheCausesOfTheCode)
+{
+    RunningTool read({"read"}, m_input);
+    waitUntilItHasAChild(read.id());
+    expectBrokenOff(read.endedBy(SIGTERM));
+}
+
+TEST_F(LongDiagnosis, Timeout_EndsItWithTheCausesOfTheCode)
+{
+    expectBrokenOff(runTool({"read", "--timeout", "1"}, m_input));
 }
 
 TEST_F(Diagnosis, FailureOfTheSimulatorIsNotLookedIntoByTheDoctor)

@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QDir>
-
-#include "simulator/card/raw_record.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 
@@ -67,13 +64,10 @@ TEST_F(Inline, OnlyTheNamedPartsHaveData)
 
 TEST_F(Inline, WritesNoFile)
 {
-    QTemporaryDir folder;
     ProcessInput input;
-    input.workingDirectory = folder.path();
+    input.workingDirectory = path(".");
     runTool({"read", "--json", "--inline", "all", "--simulate", "resident"}, input);
-    EXPECT_THAT(
-        QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        IsEmpty());
+    EXPECT_THAT(namesIn(path(".")), IsEmpty());
 }
 
 TEST_F(Inline, SavedCardDoesNotHoldItsOwnFiles)
@@ -86,20 +80,12 @@ TEST_F(Inline, SavedCardDoesNotHoldItsOwnFiles)
 
 TEST_F(Inline, PartThatACardDoesNotHaveIsNull)
 {
-    writeFile(path("card.rec"), simulator::readAnswer(builtInCard("resident"), {}));
     const QJsonObject card = parsedObject(
-        runTool({"decode", "--json", "--inline", "all", path("card.rec")}).standardOutput);
+        runTool({"decode", "--json", "--inline", "all", recordFile("resident")}).standardOutput);
     EXPECT_EQ(card["photo"].toObject()["format"], "compressed");
     for (const char *part : {"photo", "frontPicture", "backPicture"})
         EXPECT_EQ(card[part].toObject()["data"], QJsonValue(QJsonValue::Null)) << part;
     EXPECT_EQ(dataOf(card, "fingerprints").size(), 1024);
-}
-
-TEST_F(Inline, LineOfWatchHoldsThemToo)
-{
-    const QByteArray line =
-        runTool({"watch", "--json", "--inline", "all", "--simulate", "resident"}).standardOutput;
-    EXPECT_EQ(parsedObject(line), read({"--inline", "all"}));
 }
 
 TEST_F(Inline, IsRefusedWithoutJsonAndForUnknownParts)

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "apps/reading/failure.h"
-#include "simulator/card/raw_record.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
@@ -55,49 +54,42 @@ TEST_P(JsonFailure, IsOneObjectOnStandardOutputAndTheSameWordsAsWithoutIt)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Runs, JsonFailure,
-    testing::Values(
-        FailingRun{"IDCARD_RESULT_PORT_NOT_OPEN",
-                   {"read", "--simulate", "resident", "--fault", "open-fails=3"},
-                   3},
-        FailingRun{
-            "IDCARD_RESULT_NO_CARD", {"read", "--simulate", "resident", "--fault", "no-card"}, 4},
-        FailingRun{"IDCARD_RESULT_PHOTO_NOT_DECODED",
-                   {"read", "--simulate", "resident", "--fault", "photo-undecodable"},
-                   6},
-        FailingRun{
-            "IDCARD_RESULT_OK", {"read", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
-        FailingRun{"IDCARD_RESULT_PORT_NOT_OPEN",
-                   {"read", "--simulate", "resident", "--fault", "read-fails=1"},
-                   3},
-        FailingRun{
-            "IDCARD_RESULT_OK", {"read", "--simulate", "resident", "--fault", "read-fails=7"}, 8},
-        FailingRun{
-            "IDCARD_RESULT_OK", {"watch", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
-        FailingRun{"IDCARD_RESULT_PORT_NOT_OPEN", {"read"}, 3},
-        FailingRun{"TOOL_SIMULATION_REFUSED", {"read", "--simulate", "no-such-card"}, 2},
-        FailingRun{"TOOL_SIMULATION_REFUSED",
-                   {"read", "--simulate", "resident", "--fault", "no-such-fault"},
-                   2},
-        FailingRun{"TOOL_SIMULATION_REFUSED", {"watch", "--simulate", "no-such-card"}, 2},
-        FailingRun{"TOOL_SIMULATION_REFUSED", {"render", "no-such-card", "--out", "none"}, 2},
-        FailingRun{"TOOL_RECORD_NOT_READ", {"decode", "/no/such/file"}, 2},
-        FailingRun{"TOOL_NOT_A_RECORD", {"decode", "/dev/null"}, 2},
-        FailingRun{
-            "TOOL_FILES_NOT_WRITTEN", {"read", "--simulate", "resident", "--out", "/dev/null"}, 7},
-        FailingRun{
-            "TOOL_FILES_NOT_WRITTEN", {"watch", "--simulate", "resident", "--out", "/dev/null"}, 7},
-        FailingRun{"TOOL_FILES_NOT_WRITTEN", {"render", "resident", "--out", "/dev/null"}, 7},
-        FailingRun{"TOOL_FILES_NOT_WRITTEN", {"decode", "/dev/null", "--out", "/dev/null"}, 7},
-        FailingRun{
-            "TOOL_FILES_NOT_WRITTEN", {"usb", "--device", "1209:0001", "--raw", "/dev/null"}, 7},
-        FailingRun{
-            "TOOL_OPTIONS_CONTRADICT", {"doctor", "--road", "library", "--device", "1209:0001"}, 2},
-        FailingRun{
-            "TOOL_OPTIONS_CONTRADICT", {"read", "--road", "usb", "--simulate", "resident"}, 2}));
+const FailingRun FAILING_RUNS[] = {
+    {"IDCARD_RESULT_PORT_NOT_OPEN",
+     {"read", "--simulate", "resident", "--fault", "open-fails=3"},
+     3},
+    {"IDCARD_RESULT_NO_CARD", {"read", "--simulate", "resident", "--fault", "no-card"}, 4},
+    {"IDCARD_RESULT_PHOTO_NOT_DECODED",
+     {"read", "--simulate", "resident", "--fault", "photo-undecodable"},
+     6},
+    {"IDCARD_RESULT_OK", {"read", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
+    {"IDCARD_RESULT_PORT_NOT_OPEN",
+     {"read", "--simulate", "resident", "--fault", "read-fails=1"},
+     3},
+    {"IDCARD_RESULT_OK", {"read", "--simulate", "resident", "--fault", "read-fails=7"}, 8},
+    {"IDCARD_RESULT_OK", {"watch", "--simulate", "resident", "--fault", "unknown-kind"}, 8},
+    {"IDCARD_RESULT_PORT_NOT_OPEN", {"read"}, 3},
+    {"TOOL_SIMULATION_REFUSED", {"read", "--simulate", "no-such-card"}, 2},
+    {"TOOL_SIMULATION_REFUSED", {"read", "--simulate", "resident", "--fault", "no-such-fault"}, 2},
+    {"TOOL_SIMULATION_REFUSED", {"watch", "--simulate", "no-such-card"}, 2},
+    {"TOOL_SIMULATION_REFUSED", {"render", "no-such-card", "--out", "none"}, 2},
+    {"TOOL_RECORD_NOT_READ", {"decode", "/no/such/file"}, 2},
+    {"TOOL_NOT_A_RECORD", {"decode", "/dev/null"}, 2},
+    {"TOOL_FILES_NOT_WRITTEN", {"read", "--simulate", "resident", "--out", "/dev/null"}, 7},
+    {"TOOL_FILES_NOT_WRITTEN", {"watch", "--simulate", "resident", "--out", "/dev/null"}, 7},
+    {"TOOL_FILES_NOT_WRITTEN", {"render", "resident", "--out", "/dev/null"}, 7},
+    {"TOOL_FILES_NOT_WRITTEN", {"decode", "/dev/null", "--out", "/dev/null"}, 7},
+    {"TOOL_FILES_NOT_WRITTEN", {"usb", "--device", "1209:0001", "--raw", "/dev/null"}, 7},
+    {"TOOL_OPTIONS_CONTRADICT", {"doctor", "--road", "library", "--device", "1209:0001"}, 2},
+    {"TOOL_OPTIONS_CONTRADICT", {"read", "--road", "usb", "--simulate", "resident"}, 2}};
 
-TEST(JsonFailures, WrongCommandLineIsOneToo)
+INSTANTIATE_TEST_SUITE_P(Runs, JsonFailure, testing::ValuesIn(FAILING_RUNS));
+
+class JsonFailures : public FolderTest
+{
+};
+
+TEST_F(JsonFailures, WrongCommandLineIsOneToo)
 {
     for (const QStringList &arguments :
          {QStringList{"read", "--no-such-option", "--json"}, QStringList{"reed", "-json"},
@@ -111,23 +103,19 @@ TEST(JsonFailures, WrongCommandLineIsOneToo)
     }
 }
 
-TEST(JsonFailures, WaitThatIsBrokenOffHasANameOfItsOwn)
+TEST_F(JsonFailures, WaitThatIsBrokenOffHasANameOfItsOwn)
 {
     RunningTool tool({"read", "--json", "--verbose", "--wait", "50", "--simulate", "resident",
                       "--fault", "no-card"});
     EXPECT_TRUE(tool.waitForError("The simulator is"));
     const ProcessResult run = tool.endedBy(SIGINT);
     EXPECT_EQ(run.exitStatus, 4);
-    const QJsonObject error = parsedObject(run.standardOutput)["error"].toObject();
-    EXPECT_EQ(error["name"], "TOOL_INTERRUPTED");
+    EXPECT_EQ(errorNameIn(run.standardOutput), "TOOL_INTERRUPTED");
 }
 
-TEST(JsonFailures, CardWhosePhotoWasNotDecodedHasTheErrorBesideItsOwnParts)
+TEST_F(JsonFailures, CardWhosePhotoWasNotDecodedHasTheErrorBesideItsOwnParts)
 {
-    QTemporaryDir folder;
-    const QString record = folder.filePath("card.rec");
-    writeFile(record, simulator::readAnswer(builtInCard("resident"), {}));
-    const ProcessResult run = runTool({"decode", "--json", record, "--out", folder.filePath("x")});
+    const ProcessResult run = runTool({"decode", "--json", recordFile("resident"), "--out", out()});
     EXPECT_EQ(run.exitStatus, 6);
     const QJsonObject card = parsedObject(run.standardOutput);
     EXPECT_EQ(card["kind"], "resident");
@@ -135,16 +123,15 @@ TEST(JsonFailures, CardWhosePhotoWasNotDecodedHasTheErrorBesideItsOwnParts)
     EXPECT_EQ(error["name"], "IDCARD_RESULT_PHOTO_NOT_DECODED");
     EXPECT_EQ(error["code"], -26);
     EXPECT_EQ(error["exitStatus"], 6);
-    EXPECT_FALSE(parsedObject(readFile(folder.filePath("x/card.json"))).contains("error"));
+    EXPECT_FALSE(parsedObject(readFile(out() + "/card.json")).contains("error"));
 }
 
-TEST(JsonFailures, CardThatCouldNotBeSavedHasTheErrorBesideItsOwnParts)
+TEST_F(JsonFailures, CardThatCouldNotBeSavedHasTheErrorBesideItsOwnParts)
 {
-    QTemporaryDir folder;
     for (const char *command : {"read", "watch"}) {
         const FileSizeLimit limit(20000); // card.json fits, the photo does not
-        const ProcessResult run = runTool({command, "--json", "--simulate", "resident", "--out",
-                                           folder.filePath(QLatin1String(command))});
+        const ProcessResult run =
+            runTool({command, "--json", "--simulate", "resident", "--out", path(command)});
         EXPECT_EQ(run.exitStatus, 7);
         const QJsonObject card = parsedObject(run.standardOutput);
         EXPECT_EQ(card["kind"], "resident");
@@ -155,10 +142,9 @@ TEST(JsonFailures, CardThatCouldNotBeSavedHasTheErrorBesideItsOwnParts)
     }
 }
 
-TEST(JsonFailures, WatchPrintsThemBetweenTheCardsOneALine)
+TEST_F(JsonFailures, WatchPrintsThemBetweenTheCardsOneALine)
 {
-    QTemporaryDir folder;
-    const QString bad = folder.filePath("bad.json");
+    const QString bad = path("bad.json");
     QByteArray description =
         readFile(QStringLiteral(IDCARD_SOURCE_DIR "/simulator/cards/hmt-macao.json"));
     const int start = description.indexOf('{') + 1;

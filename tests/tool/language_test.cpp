@@ -10,7 +10,6 @@
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 
-using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -98,8 +97,7 @@ class Language : public testing::TestWithParam<User>
 TEST_P(Language, FailedReading_IsReportedInTheUsersLanguage)
 {
     Variables environment = {{"LC_ALL", ""}, {"LC_MESSAGES", ""}, {"LANG", ""}, {"LANGUAGE", ""}};
-    for (auto it = GetParam().environment.begin(); it != GetParam().environment.end(); ++it)
-        environment[it.key()] = it.value();
+    environment.insert(GetParam().environment);
     const ProcessResult run =
         runTool({"read", "--simulate", "resident", "--fault", "no-card"}, {environment});
     EXPECT_EQ(run.exitStatus, 4);

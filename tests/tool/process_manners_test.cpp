@@ -15,7 +15,9 @@
 #include <unistd.h>
 
 #include "tests/support/build_programs.h"
+#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
+#include "tests/support/ignored_signal.h"
 #include "tests/tool/tool_runner.h"
 
 using testing::HasSubstr;
@@ -66,39 +68,26 @@ TEST(StandardOutput, DebugMessagesOfTheLibraryAppearOnlyWhenVerbose)
 
 class UnwritableOutput : public testing::TestWithParam<QStringList>
 {
-protected:
-    static void expectMessage(const ProcessInput &output)
-    {
-        const ProcessResult run = runTool(GetParam(), output);
-        expectEnd(run, 1, "Standard output could not be written");
-    }
-
-    ProcessInput m_output;
 };
 
-TEST_P(UnwritableOutput, FullDiskIsReported)
+TEST_P(UnwritableOutput, IsReported)
 {
-    m_output.standardOutputFile = "/dev/full";
-    expectMessage(m_output);
-}
-
-TEST_P(UnwritableOutput, ClosedStandardOutputIsReported)
-{
-    m_output.standardOutput = StandardOutput::CLOSED;
-    expectMessage(m_output);
+    ProcessInput fullDisk;
+    fullDisk.standardOutputFile = "/dev/full";
+    ProcessInput notOpen;
+    notOpen.standardOutput = StandardOutput::CLOSED;
+    ProcessInput unreadPipe;
+    unreadPipe.standardOutput = StandardOutput::BROKEN_PIPE;
+    unreadPipe.ignoresBrokenPipes = true;
+    for (const ProcessInput &output : {fullDisk, notOpen, unreadPipe})
+        expectEnd(runTool(GetParam(), output), 1, "Standard output could not be written");
 }
 
 TEST_P(UnwritableOutput, PipeWithoutAReaderEndsItQuietlyByItsSignal)
 {
-    m_output.standardOutput = StandardOutput::BROKEN_PIPE;
-    expectEndByLossOfItsReader(runTool(GetParam(), m_output));
-}
-
-TEST_P(UnwritableOutput, PipeWithoutAReaderIsReportedWhereTheSignalIsIgnored)
-{
-    m_output.standardOutput = StandardOutput::BROKEN_PIPE;
-    m_output.ignoresBrokenPipes = true;
-    expectMessage(m_output);
+    ProcessInput output;
+    output.standardOutput = StandardOutput::BROKEN_PIPE;
+    expectEndByLossOfItsReader(runTool(GetParam(), output));
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, UnwritableOutput,
@@ -201,7 +190,6 @@ TEST(Display, ChosenPlatformOrDisplayIsLeft)
 TEST(Display, PlatformThatDoesNotStartIsExplainedWithoutACrash)
 {
     const ProcessResult run = runTool(READ_RESIDENT, {{{"QT_QPA_PLATFORM", "no-such-platform"}}});
-    EXPECT_TRUE(run.finished);
     expectEnd(run, 1, "QT_QPA_PLATFORM=offscreen");
 }
 
@@ -283,6 +271,34 @@ TEST_P(RunPath, LeadsFromTheProgramsOwnFolderAndNeverFromTheCurrentOne)
 INSTANTIATE_TEST_SUITE_P(Programs, RunPath,
                          testing::Values("idcard-reader", "idcard-viewer",
                                          "idcard-virtual-reader"));
+
+class IgnoredChildSignal : public testing::TestWithParam<const char *>
+{
+};
+
+/** By which the system would forget how the children of a program that inherits it end. */
+TEST_P(IgnoredChildSignal, OfTheParentProcessIsNotKept)
+{
+    if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
+        GTEST_SKIP() << "the signals seen would be those of the emulator";
+    const QTemporaryDir settings;
+    ProcessInput input;
+    input.environment = {{"XDG_CONFIG_HOME", settings.path()}, {"QT_QPA_PLATFORM", "offscreen"}};
+    const QStringList arguments = QString::fromLatin1(GetParam()).split(QLatin1Char(' '));
+    const auto handler = std::signal(SIGCHLD, SIG_IGN);
+    RunningProcess process(arguments.first(), arguments.mid(1), input);
+    std::signal(SIGCHLD, handler);
+
+    waitUntil([&process] { return !isIgnored(SIGCHLD, process.id()); });
+    EXPECT_FALSE(process.endsWithin(100));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Programs, IgnoredChildSignal,
+    testing::Values("idcard-reader read --simulate resident --fault no-card --wait 60",
+                    "idcard-viewer",
+                    IDCARD_BUILD_BIN_DIR "/../libexec/idcard-reader-browser-host "
+                                         "chrome-extension://ojdlmaapepnmfpiapikmeghcbbbdeipm/"));
 
 TEST(SimulatorLibrary, NothingOfItReplacesTheMakersLibrary)
 {

@@ -70,9 +70,8 @@ TEST_F(ReadTimeout, InterruptedReadingIsLeftAsWithoutItAndAnObjectForPrograms)
     RunningTool tool(NEVER_ENDING + QStringList{"--timeout", "50", "--json", "--verbose"});
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
     const ProcessResult run = tool.endedBy(SIGINT);
-    EXPECT_EQ(run.exitStatus, 5);
-    EXPECT_THAT(run.error(), HasSubstr("was broken off"));
-    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_BROKEN_OFF");
+    expectEnd(run, 5, "was broken off");
+    EXPECT_EQ(errorNameIn(run.standardOutput), "TOOL_READ_BROKEN_OFF");
 }
 
 /** While it lives, these signals are blocked, also in programs that are started. */
@@ -118,7 +117,7 @@ TEST_F(UsbTimeout, EndsAReadingThatTakesTooLong)
                                       {bus().childEnvironment()});
     EXPECT_EQ(run.exitStatus, 11);
     EXPECT_LT(time.elapsed(), 4000);
-    EXPECT_EQ(parsedObject(run.standardOutput)["error"].toObject()["name"], "TOOL_READ_TIMED_OUT");
+    EXPECT_EQ(errorNameIn(run.standardOutput), "TOOL_READ_TIMED_OUT");
     EXPECT_FALSE(QFile::exists(path("card.rec")));
     EXPECT_FALSE(QFile::exists(out()));
 }

@@ -7,7 +7,8 @@
 
 #include <csignal>
 
-#include "simulator/card/card_library.h"
+#include "simulator/card/raw_record.h"
+#include "tests/support/files.h"
 
 namespace
 {
@@ -75,12 +76,21 @@ QVector<QJsonObject> parsedLines(const QByteArray &lines)
     return objects;
 }
 
-simulator::CardDescription builtInCard(const QString &name)
+QString errorNameIn(const QByteArray &json)
 {
-    simulator::DescriptionError error;
-    const auto card = simulator::loadCard(name, &error);
-    EXPECT_TRUE(card) << error.message().toStdString();
-    return card.value_or(simulator::CardDescription());
+    return parsedObject(json)["error"].toObject()["name"].toString();
+}
+
+QByteArray recordOf(const QString &card)
+{
+    return simulator::readAnswer(builtInCard(card), {});
+}
+
+QString FolderTest::recordFile(const QByteArray &record) const
+{
+    QString file = path("card.rec");
+    writeFile(file, record);
+    return file;
 }
 
 InstalledReader::InstalledReader(const QString &fileName)

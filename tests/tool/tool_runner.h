@@ -7,7 +7,7 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-#include "simulator/card/card_description.h"
+#include "tests/simulator/built_in_card.h"
 #include "tests/support/process.h"
 
 /** Runs the tool to its end. Settings of this machine that bear on it are taken away. */
@@ -29,6 +29,18 @@ void expectEndByLossOfItsReader(const ProcessResult &run);
 /** Expects nothing of what the card says in `text`. */
 void expectNothingOf(const simulator::CardDescription &card, const QByteArray &text);
 
+/** The object printed by `read --json`. */
+QJsonObject parsedObject(const QByteArray &json);
+
+/** The objects printed by `watch`, one a line. */
+QVector<QJsonObject> parsedLines(const QByteArray &lines);
+
+/** The name of the failure that was printed with --json. */
+QString errorNameIn(const QByteArray &json);
+
+/** The raw record in which a reader on USB hands out this card. */
+QByteArray recordOf(const QString &card);
+
 /** A test with a folder of its own. */
 class FolderTest : public testing::Test
 {
@@ -36,18 +48,13 @@ protected:
     QString path(const QString &name) const { return m_base.filePath(name); }
     QString out() const { return path("card"); } ///< is not there yet
 
+    /** A file with this raw record. */
+    QString recordFile(const QByteArray &record) const;
+    QString recordFile(const char *card) const { return recordFile(recordOf(card)); }
+
 private:
     QTemporaryDir m_base;
 };
-
-/** The object printed by `read --json`. */
-QJsonObject parsedObject(const QByteArray &json);
-
-/** The objects printed by `watch`, one a line. */
-QVector<QJsonObject> parsedLines(const QByteArray &lines);
-
-/** The built-in card of this name. */
-simulator::CardDescription builtInCard(const QString &name);
 
 /**
  * Lets programs find a library, the simulator if none is named, under the file names of the makers'
