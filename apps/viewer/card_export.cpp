@@ -43,31 +43,32 @@ CardExport::CardExport(ViewerSettings *settings, QWidget *window)
 void CardExport::save(const app::CardPointer &card)
 {
     if (!m_settings->folder.isEmpty())
-        return saveIn(m_settings->folder, *card);
+        return saveIn(m_settings->folder, card);
     askForFolder([this, card](const QString &folder) {
         m_settings->folder = folder;
         m_settings->store();
-        saveIn(folder, *card);
+        saveIn(folder, card);
     });
 }
 
 void CardExport::saveAs(const app::CardPointer &card)
 {
-    askForFolder([this, card](const QString &folder) { saveIn(folder, *card); });
+    askForFolder([this, card](const QString &folder) { saveIn(folder, card); });
 }
 
-void CardExport::saveIn(const QString &folder, const app::Card &card)
+void CardExport::saveIn(const QString &folder, const app::CardPointer &card)
 {
     QString made;
     const QString problem = m_settings->folderNames == FolderNames::HOLDERS
-                                ? app::saveInHoldersFolder(card, folder, &made)
-                                : app::saveInNextFolder(card, folder, &made);
+                                ? app::saveInHoldersFolder(*card, folder, &made)
+                                : app::saveInNextFolder(*card, folder, &made);
     const QString holder =
         m_settings->folderNames == FolderNames::HOLDERS ? QFileInfo(made).fileName() : QString();
     if (problem.isEmpty())
-        report(tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)), {}, holder);
+        report(card, tr("The card was saved in %1.").arg(QDir::toNativeSeparators(made)), {},
+               holder);
     else
-        reportFailure(tr("The card could not be saved."), problem, holder);
+        reportFailure(card, tr("The card could not be saved."), problem, holder);
 }
 
 void CardExport::exportPdf(const app::CardPointer &card)
@@ -75,17 +76,18 @@ void CardExport::exportPdf(const app::CardPointer &card)
     const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HHmmss"));
     const QString name = m_isCovered ? tr("card %1").arg(time) : app::holderFileName(*card);
     askForFile(tr("Export as PDF"), name + QLatin1String(".pdf"), tr("PDF files (*.pdf)"),
-               [this, card](const QString &path) { writePdf(*card, path); });
+               [this, card](const QString &path) { writePdf(card, path); });
 }
 
-void CardExport::writePdf(const app::Card &card, const QString &path)
+void CardExport::writePdf(const app::CardPointer &card, const QString &path)
 {
     const QString holder = QFileInfo(path).fileName();
     QString problem;
-    if (app::writeSheetPdf(sheetOf(card), path, &problem))
-        report(tr("The card was exported to %1.").arg(path), app::missingPhotoNote(card), holder);
+    if (app::writeSheetPdf(sheetOf(*card), path, &problem))
+        report(card, tr("The card was exported to %1.").arg(path), app::missingPhotoNote(*card),
+               holder);
     else
-        reportFailure(tr("The PDF file could not be written."), problem, holder);
+        reportFailure(card, tr("The PDF file could not be written."), problem, holder);
 }
 
 void CardExport::exportHistory(const HistoryPane *history)
@@ -95,9 +97,9 @@ void CardExport::exportHistory(const HistoryPane *history)
                [this, history](const QString &path) {
                    QString problem;
                    if (writePrivateFile(path, historyCsv(history->cards()), &problem))
-                       report(tr("The history was exported to %1.").arg(path));
+                       report({}, tr("The history was exported to %1.").arg(path));
                    else
-                       reportFailure(tr("The table could not be written."), problem);
+                       reportFailure({}, tr("The table could not be written."), problem);
                });
 }
 
@@ -116,21 +118,21 @@ void CardExport::print(const app::CardPointer &card)
     auto *const dialog = new QPrintDialog(printer.get(), m_window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this,
-            [this, printer, card] { printOn(*card, printer.get()); });
+            [this, printer, card] { printOn(card, printer.get()); });
     dialog->open();
 }
 
-void CardExport::printOn(const app::Card &card, QPrinter *printer)
+void CardExport::printOn(const app::CardPointer &card, QPrinter *printer)
 {
-    const QString note = app::missingPhotoNote(card);
-    if (!app::paintSheet(sheetOf(card), printer))
-        reportFailure(tr("The card could not be printed."),
+    const QString note = app::missingPhotoNote(*card);
+    if (!app::paintSheet(sheetOf(*card), printer))
+        reportFailure(card, tr("The card could not be printed."),
                       tr("See that the printer is ready and that the card has pictures, and print "
                          "once more."));
     else if (note.isEmpty())
-        report(tr("The card was sent to the printer."));
+        report(card, tr("The card was sent to the printer."));
     else
-        report(tr("The card was sent to the printer, without its portrait."), note);
+        report(card, tr("The card was sent to the printer, without its portrait."), note);
 }
 
 void CardExport::askForFolder(const std::function<void(const QString &folder)> &use)
@@ -158,22 +160,24 @@ void CardExport::askForFile(const QString &title, const QString &proposal, const
 
 /** `note`: what the user should look at all the same; empty: nothing. `holder`: the part of the
  * words that names him, perhaps; empty: none does. */
-void CardExport::report(const QString &done, const QString &note, const QString &holder)
+void CardExport::report(const app::CardPointer &card, const QString &done, const QString &note,
+                        const QString &holder)
 {
     if (note.isEmpty())
-        emit ended({StateKind::READ,
-                    done,
-                    {},
-                    {},
-                    covered(done, holder),
-                    tr("It is the whole card: nothing is covered there.")});
+        emit ended(card, {StateKind::READ,
+                          done,
+                          {},
+                          {},
+                          covered(done, holder),
+                          tr("It is the whole card: nothing is covered there.")});
     else
-        emit ended({StateKind::ATTENTION, done, note, {}, covered(done, holder)});
+        emit ended(card, {StateKind::ATTENTION, done, note, {}, covered(done, holder)});
 }
 
-void CardExport::reportFailure(const QString &failed, const QString &problem, const QString &holder)
+void CardExport::reportFailure(const app::CardPointer &card, const QString &failed,
+                               const QString &problem, const QString &holder)
 {
-    emit ended({StateKind::FAILED, failed, problem, {}, {}, covered(problem, holder)});
+    emit ended(card, {StateKind::FAILED, failed, problem, {}, {}, covered(problem, holder)});
 }
 
 } // namespace viewer

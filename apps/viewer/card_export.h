@@ -34,17 +34,20 @@ public:
     void exportHistory(const HistoryPane *history);
 
 signals:
-    void ended(const viewer::State &state);
+    /** `card`: the one that was saved, exported or printed; null: the history was. */
+    void ended(const app::CardPointer &card, const viewer::State &state);
 
 private:
-    void saveIn(const QString &folder, const app::Card &card);
-    void writePdf(const app::Card &card, const QString &path);
-    void printOn(const app::Card &card, QPrinter *printer);
+    void saveIn(const QString &folder, const app::CardPointer &card);
+    void writePdf(const app::CardPointer &card, const QString &path);
+    void printOn(const app::CardPointer &card, QPrinter *printer);
     void askForFolder(const std::function<void(const QString &folder)> &use);
     void askForFile(const QString &title, const QString &proposal, const QString &filter,
                     const std::function<void(const QString &path)> &use);
-    void report(const QString &done, const QString &note = {}, const QString &holder = {});
-    void reportFailure(const QString &failed, const QString &problem, const QString &holder = {});
+    void report(const app::CardPointer &card, const QString &done, const QString &note = {},
+                const QString &holder = {});
+    void reportFailure(const app::CardPointer &card, const QString &failed, const QString &problem,
+                       const QString &holder = {});
 
     ViewerSettings *m_settings;
     QWidget *m_window;

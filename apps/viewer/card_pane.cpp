@@ -238,10 +238,13 @@ void CardPane::copyShown(const QString &text, const QString &label, bool isCover
 
 void CardPane::copyRow(int row)
 {
-    if (!m_card || m_isFaded || row < 0)
+    if (!m_card || m_isFaded)
         return;
-    copyShown(m_fields.item(row, 1)->text(), m_fields.item(row, 0)->text(),
-              m_fields.isCovered(row));
+    if (row < 0)
+        emit copyRefused();
+    else
+        copyShown(m_fields.wholeContent(row), m_fields.item(row, 0)->text(),
+                  m_fields.isCovered(row));
 }
 
 void CardPane::copySelectedRow()
@@ -254,9 +257,8 @@ void CardPane::copyAllWithLabels()
     if (!m_card || m_isFaded)
         return;
     QStringList lines;
-    for (int row = 0; row < m_fields.rowCount(); ++row) {
-        lines << m_fields.item(row, 0)->text() + QLatin1Char('\t') + m_fields.item(row, 1)->text();
-    }
+    for (int row = 0; row < m_fields.rowCount(); ++row)
+        lines << m_fields.item(row, 0)->text() + QLatin1Char('\t') + m_fields.wholeContent(row);
     copyText(lines.join(QLatin1Char('\n')));
     emit copied(tr("All fields"));
 }

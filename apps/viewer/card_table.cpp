@@ -46,9 +46,13 @@ void CardTable::setCovered(bool covered)
     m_isCovered = covered;
     for (int row = 0; row < m_rows.size(); ++row) {
         put(this, row, 0, m_rows[row].label);
-        put(this, row, 1, m_rows[row].content,
-            covered && m_rows[row].sort == CardRow::Sort::PERSONAL);
+        put(this, row, 1, shownContent(m_rows[row]), isCovered(row));
     }
+}
+
+QString CardTable::wholeContent(int row) const
+{
+    return isCovered(row) ? COVERED_TEXT : m_rows[row].whole;
 }
 
 bool CardTable::isCovered(int row) const

@@ -27,6 +27,8 @@ public:
     void setCovered(bool covered);
     /** Whether dots stand for what the row says. */
     bool isCovered(int row) const;
+    /** For other programs: also what the decoder has cut off; dots where it is covered. */
+    QString wholeContent(int row) const;
 
 private:
     QVector<CardRow> m_rows;

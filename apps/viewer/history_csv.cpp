@@ -21,11 +21,12 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(History)
 };
 
-bool isLongNumber(const QString &text)
+bool wouldLoseDigits(const QString &text)
 {
-    return text.size() > KEPT_DIGITS && std::all_of(text.begin(), text.end(), [](QChar character) {
-               return character.isDigit();
-           });
+    const bool isNumber =
+        std::all_of(text.begin(), text.end(), [](QChar character) { return character.isDigit(); });
+    const bool beginsWithZero = text.size() > 1 && text.startsWith(QLatin1Char('0'));
+    return isNumber && (text.size() > KEPT_DIGITS || beginsWithZero);
 }
 
 bool looksLikeFormula(const QString &text)
@@ -35,7 +36,7 @@ bool looksLikeFormula(const QString &text)
 
 QString cell(QString text)
 {
-    if (isLongNumber(text) || looksLikeFormula(text))
+    if (wouldLoseDigits(text) || looksLikeFormula(text))
         text.prepend(QLatin1Char('\t'));
     return QLatin1Char('"') + text.replace(QLatin1Char('"'), QLatin1String("\"\"")) +
            QLatin1Char('"');
@@ -53,7 +54,7 @@ QMap<QString, QString> contentsOf(const app::Card &card)
 {
     QMap<QString, QString> contents;
     for (const app::CardRow &row : app::cardRows(card))
-        contents.insert(row.label, row.content);
+        contents.insert(row.label, row.whole);
     return contents;
 }
 

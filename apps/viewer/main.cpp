@@ -5,6 +5,7 @@
 
 #include <QApplication>
 
+#include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/interruption.h"
 #include "apps/process/locale.h"
@@ -50,7 +51,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     viewer::MainWindow window(options);
     window.show();
     QApplication::exec();
-    window.hide(); // before a reading that is under way is waited for
+    window.close(); // before a reading that is under way is waited for
     QCoreApplication::processEvents();
     return ExitStatus::DONE;
 }
@@ -71,6 +72,7 @@ int main(int argc, char **argv)
     app::setProgramName(programName.data());
     app::Output output;
     app::installMessageHandler();
+    app::learnHowChildrenEnd();
     app::useUtf8InPlainLocale();
     const ExitStatus status = serve(app::argumentsOf(argc, argv), &output);
     return static_cast<int>(app::closedWith(status, &output));

@@ -1,5 +1,8 @@
 #include "apps/viewer/main_window.h"
 
+#include <algorithm>
+
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -71,7 +74,7 @@ MainWindow::MainWindow(const ViewerOptions &options)
     setWindowTitle(tr("Card viewer"));
     setWindowIcon(QIcon::fromTheme(QStringLiteral("idcard-viewer"),
                                    QIcon(QStringLiteral(":/viewer/idcard-viewer.png"))));
-    connect(m_export, &CardExport::ended, this, &MainWindow::say);
+    connect(m_export, &CardExport::ended, this, &MainWindow::sayWhatBecameOf);
     m_forget.setSingleShot(true);
     connect(&m_forget, &QTimer::timeout, this, &MainWindow::forgetCard);
     build();
@@ -79,6 +82,9 @@ MainWindow::MainWindow(const ViewerOptions &options)
     buildEditMenu();
     buildViewMenu();
     buildHelpMenu();
+    // A button that was clicked would press itself at the next Space, by which cards are read.
+    for (auto *const button : findChildren<QAbstractButton *>())
+        button->setFocusPolicy(Qt::TabFocus);
     connectDesk();
     showCard({}, {});
     restore();
@@ -117,7 +123,7 @@ void MainWindow::build()
     });
     connect(m_pane, &CardPane::copyRefused, this, [this] {
         say({StateKind::ATTENTION, tr("Nothing was copied."),
-             tr("It is covered, or the card does not have it.")});
+             tr("It is covered, the card does not have it, or no field is selected.")});
     });
     for (QTableView *const table : {m_pane->fields(), m_history->view()}) {
         // A table would take the key for itself, though nothing in it can be pressed.
@@ -274,6 +280,7 @@ void MainWindow::connectDesk()
     m_desk.setLanguage(m_settings.language);
     connect(&m_desk, &CardDesk::readingStarted, this, [this] {
         dismissCard();
+        keepFocus();
         m_readButton->setEnabled(false);
         m_cancelAction->setEnabled(true);
         say({});
@@ -435,10 +442,21 @@ void MainWindow::showCard(const KeptCard &kept, const QString &caption)
 {
     m_forget.stop();
     m_shown = kept;
+    if (!kept.card)
+        keepFocus();
     m_pane->setCard(kept.card, caption);
     m_cardActions->setEnabled(kept.card != nullptr);
     m_saveButton->setEnabled(kept.card != nullptr);
     m_printButton->setEnabled(kept.card != nullptr);
+}
+
+void MainWindow::keepFocus()
+{
+    const QWidget *const focused = focusWidget();
+    const QVector<QWidget *> disabled = {m_readButton, m_saveButton, m_printButton,
+                                         m_pane->fields()};
+    if (std::find(disabled.begin(), disabled.end(), focused) != disabled.end())
+        centralWidget()->setFocus();
 }
 
 void MainWindow::dismissCard()
@@ -483,6 +501,18 @@ void MainWindow::say(const State &state)
                            {},
                            {},
                            whileReading(coveredState(state))});
+}
+
+void MainWindow::sayWhatBecameOf(const app::CardPointer &card, const State &state)
+{
+    State said = state;
+    if (card && card != m_shown.card && state.kind != StateKind::FAILED) {
+        const QString warning = tr("It is an earlier card; another may lie on the reader.");
+        said.kind = StateKind::ATTENTION;
+        for (QString *const line : {&said.line, &said.coveredLine})
+            *line = (warning + QLatin1Char(' ') + *line).trimmed();
+    }
+    say(said);
 }
 
 void MainWindow::await()

@@ -59,6 +59,8 @@ private:
     void addCard(const app::CardPointer &card, const app::Problem &problem);
     void showEarlierCard(const KeptCard &kept);
     void showCard(const KeptCard &kept, const QString &caption);
+    /** Qt would give the focus of what is disabled to a neighbour, and it the next Space. */
+    void keepFocus();
     /** Whoever was shown is not the holder of what comes next; the history still has him. */
     void dismissCard();
     void forgetCard();
@@ -66,6 +68,8 @@ private:
 
     /** While a card is read, this goes on to be said, too. */
     void say(const State &state);
+    /** While a dialog was open, another card may have been read. */
+    void sayWhatBecameOf(const app::CardPointer &card, const State &state);
     void await();
     void showProblem(const app::Problem &problem);
     void showDetails();

@@ -49,11 +49,10 @@ bool isServiceInstalled()
 bool isServiceNeeded()
 {
     const auto devices = app::listUsbDevices().devices;
-    const auto isReader = [](const app::UsbDevice &device) { return device.hasReaderPipes; };
     const auto isOpenReader = [](const app::UsbDevice &device) {
-        return device.hasReaderPipes && device.mayOpen;
+        return app::couldBeReader(device) && device.mayOpen;
     };
-    return std::any_of(devices.begin(), devices.end(), isReader) &&
+    return std::any_of(devices.begin(), devices.end(), app::couldBeReader) &&
            std::none_of(devices.begin(), devices.end(), isOpenReader) && isServiceInstalled();
 }
 

@@ -34,6 +34,13 @@ constexpr std::array<Word<FolderNames>, 2> FOLDER_NAMES = {{
     {FolderNames::HOLDERS, "holders"},
 }};
 
+/** In UTF-8, as administrators write it. */
+class SettingsFile : public QSettings
+{
+public:
+    SettingsFile() { setIniCodec("UTF-8"); }
+};
+
 /** Takes a value over from or into the file, under the key that names it there. */
 class Loader
 {
@@ -56,7 +63,7 @@ public:
     }
 
 private:
-    QSettings m_file;
+    SettingsFile m_file;
 };
 
 class Storer
@@ -77,7 +84,7 @@ public:
     }
 
 private:
-    QSettings m_file;
+    SettingsFile m_file;
 };
 
 template <typename Visitor>

@@ -253,8 +253,7 @@ protected:
     {
         openWithSimulator();
         moveToCorner();
-        putCard(card);
-        read();
+        readNext(card);
         changeSettings([](viewer::SettingsDialog *dialog) {
             dialog->findChild<QComboBox *>("road")->setCurrentIndex(0);
         });
@@ -623,8 +622,7 @@ TEST_F(InChineseWindow, EveryText_IsChinese)
     expectChineseWidgets(window());
     find<QTableView>("history")->selectRow(0);
     expectChinese(text("caption"));
-    putCard("resident", "no-card");
-    read();
+    readNext("resident", "no-card");
     expectChinese(text("caption"));
 }
 
@@ -650,30 +648,15 @@ TEST_F(InChineseWindow, EveryState_IsChinese)
     click("takeCard");
     expectState("card taken off");
     for (const char *const fault : {"open-fails=7", "no-card", "unknown-kind", "no-such-fault"}) {
-        putCard("resident", fault);
-        read();
+        readNext("resident", fault);
         expectState(fault);
     }
-    putCard("resident-ethnic-name-cut");
-    read();
+    readNext("resident-ethnic-name-cut");
     expectState("cut");
     QTest::keyClick(&window(), Qt::Key_1, Qt::ControlModifier);
     expectState("copied");
     find<QAbstractButton>("clearHistory")->click();
     expectState("cleared");
-}
-
-TEST_F(InChineseWindow, FailureOfAChildThatCannotStart_IsChinese)
-{
-    openWithCard("resident", "open-fails=7");
-    read();
-    click("details");
-    auto *const box = dialog<QMessageBox>();
-    ASSERT_NE(box, nullptr);
-    for (const QString &line : box->informativeText().split('\n'))
-        EXPECT_TRUE(line.isEmpty() || hasChinese(line)) << line.toStdString();
-    for (const QAbstractButton *const button : box->buttons())
-        expectChinese(button->text());
 }
 
 TEST_F(InChineseWindow, EveryDialog_HasChineseTitlesButtonsAndLabels)
@@ -775,10 +758,8 @@ TEST_F(Appearance, Search_LeavesThoseCardsWhoseNameNumberOrKindHasTheText)
 {
     openWithCard("resident");
     read();
-    putCard("hmt-macao");
-    read();
-    putCard("foreign-2017");
-    read();
+    readNext("hmt-macao");
+    readNext("foreign-2017");
     QTest::keyClick(&window(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(waitFor([&] { return QApplication::focusWidget() == find("search"); }));
     const auto found = [this](const QString &text) {
@@ -805,8 +786,7 @@ TEST_F(Appearance, CardReadWhileTheHistoryIsSearched_IsShown)
     openWithCard("resident");
     read();
     find<QLineEdit>("search")->setText("no such card");
-    putCard("hmt-macao");
-    read();
+    readNext("hmt-macao");
     EXPECT_EQ(text("name"), builtInCard("hmt-macao").name);
     EXPECT_TRUE(find("save")->isEnabled());
     find<QLineEdit>("search")->clear();

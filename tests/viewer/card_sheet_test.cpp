@@ -19,10 +19,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include "tests/support/build_programs.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 #include "tests/support/message_log.h"
-#include "tests/support/process.h"
 
 namespace
 {
@@ -30,6 +30,7 @@ namespace
 using app::CardSheet;
 using app::paintSheet;
 using app::writeSheetPdf;
+using build_programs::outputOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -49,15 +50,6 @@ QByteArray jpeg(const QColor &colour, const QSize &size = {494, 312})
     QBuffer bytes;
     picture.save(&bytes, "JPG", 100);
     return bytes.data();
-}
-
-QByteArray outputOf(const char *program, const QStringList &arguments)
-{
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result = runProcess(QString::fromUtf8(program), arguments, input);
-    EXPECT_EQ(result.exitStatus, 0) << result.standardError.toStdString();
-    return result.standardOutput;
 }
 
 /** What `pdfinfo` says behind a name. */
@@ -249,12 +241,6 @@ TEST_F(Sheet, DamagedPictureIsRefusedAndNamed)
     EXPECT_THAT(write({"no JPEG", m_sheet.back, {}}, m_pdf), HasSubstr("front is damaged"));
     EXPECT_THAT(write({m_sheet.front, "", {}}, m_pdf), HasSubstr("back is damaged"));
     EXPECT_FALSE(QFile::exists(m_pdf));
-}
-
-TEST_F(Sheet, PdfIsItsOwnersAlone)
-{
-    ASSERT_THAT(write(m_sheet, m_pdf), IsEmpty());
-    EXPECT_EQ(modeOf(m_pdf), 0600);
 }
 
 TEST_F(Sheet, ReplacedPdfIsItsOwnersAlone)

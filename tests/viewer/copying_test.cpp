@@ -184,16 +184,22 @@ TEST_F(Copying, PictureThatTheCardHasNot_IsReportedAndLeavesTheClipboard)
 
 TEST_F(Copying, NameAndNumberThatTheCardHasNot_AreReportedAndLeaveTheClipboard)
 {
-    writeFile(path("card.json"), R"({"kind": "resident", "name": " ", "sex": "1",
-        "ethnicGroup": "01", "birthDate": "19900307", "address": " ", "idNumber": " ",
-        "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101"})");
-    show(path("card.json"));
+    show(describedResident({{"name", " "}, {"address", " "}, {"idNumber", " "}}));
     QApplication::clipboard()->setText("mine");
     for (const char *const action : {"Copy the name", "Copy the number"}) {
         trigger(action);
         EXPECT_EQ(clipboard().toStdString(), "mine") << action;
         expectState(Kind::ATTENTION, "Nothing was copied.", "the card does not have it");
     }
+}
+
+TEST_F(Copying, FieldThatIsNotSelected_IsReportedAndLeavesTheClipboard)
+{
+    show("resident");
+    QApplication::clipboard()->setText("that of the guest before");
+    press("fields", Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard().toStdString(), "that of the guest before");
+    expectState(Kind::ATTENTION, "Nothing was copied.", "no field is selected");
 }
 
 TEST_F(Copying, PhotoAndSides_CanBeDraggedOutAsTheirFiles)
@@ -214,10 +220,7 @@ TEST_F(Copying, PictureThatIsDraggedOut_IsAFileOfItsOwnerAloneUntilAnotherCardIs
                                       QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     qputenv("XDG_RUNTIME_DIR", path("runtime").toUtf8());
     const std::function<void()> ends[] = {
-        [this] {
-            putCard("hmt-macao");
-            read();
-        },
+        [this] { readNext("hmt-macao"); },
         [this] { find<QAbstractButton>("clearHistory")->click(); },
         [this] { close(); },
     };
@@ -244,8 +247,7 @@ TEST_F(Copying, PictureOfThePreviousCardOrOneThatIsCovered_CannotBeDragged)
     EXPECT_TRUE(dragged("photo").isEmpty());
     check("cover", false);
     EXPECT_FALSE(dragged("photo").isEmpty());
-    putCard("resident", "no-card");
-    read();
+    readNext("resident", "no-card");
     EXPECT_TRUE(dragged("photo").isEmpty());
     EXPECT_TRUE(dragged("front").isEmpty());
 }
@@ -256,17 +258,12 @@ QString dateForPeople(const QString &date)
     return QStringList({date.mid(0, 4), date.mid(4, 2), date.mid(6)}).join('-');
 }
 
-class Covered : public Copying
-{
-};
+using Covered = Copying;
 
 TEST_F(Covered, NameNumberBirthAndAddress_AreInNoViewAndNoCopy)
 {
     for (const char *const name : {"hmt-taiwan", "foreign-2017", "foreign-2017-longest-name"}) {
-        viewer::ViewerOptions options;
-        options.card = name;
-        options.isCovered = true;
-        open(options);
+        openCovered(name);
         read();
         const simulator::CardDescription card = builtInCard(name);
         QApplication::clipboard()->setText("mine");
@@ -344,22 +341,14 @@ QImage onScreen(const QWidget *widget)
 
 TEST_F(Covered, ScreenshotsOfTwoCards_AreTheSameToThePixel)
 {
-    // Alike but for the holder.
-    const auto card = [](const char *name, const char *birth, const char *number) {
-        return QByteArray(R"({"kind": "resident", "sex": "1", "ethnicGroup": "01",
-            "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101",
-            "address": ")") +
-               name + R"(路 1 号", "name": ")" + name + R"(", "birthDate": ")" + birth +
-               R"(", "idNumber": ")" + number + R"("})";
-    };
-    writeFile(path("a.json"), card("测试", "19900307", "110101199003070038"));
-    writeFile(path("b.json"), card("欧阳测试者名字更长", "19800101", "110101198001010010"));
+    const QString cards[] = {describedResident(),
+                             describedResident({{"name", "欧阳测试者名字更长"},
+                                                {"birthDate", "19800101"},
+                                                {"idNumber", "110101198001010010"},
+                                                {"address", "欧阳测试者名字更长路 1 号"}})};
     std::map<std::string, QImage> first;
-    for (const char *const name : {"a.json", "b.json"}) {
-        viewer::ViewerOptions options;
-        options.card = path(name);
-        options.isCovered = true;
-        open(options);
+    for (const QString &card : cards) {
+        openCovered(card);
         window().move(0, 0);
         read();
         expectState(Kind::READ, "The card was read.");
@@ -377,10 +366,7 @@ TEST_F(Covered, ScreenshotsOfTwoCards_AreTheSameToThePixel)
 
 TEST_F(Covered, StateAndNotes_SayNothingOfTheCard)
 {
-    viewer::ViewerOptions options;
-    options.card = "resident-ethnic-name-cut";
-    options.isCovered = true;
-    open(options);
+    openCovered("resident-ethnic-name-cut");
     read();
     const QByteArray said = (line() + headline() + text("notes").toStdString()).c_str();
     expectNothingOf(builtInCard("resident-ethnic-name-cut"), said);
@@ -389,12 +375,7 @@ TEST_F(Covered, StateAndNotes_SayNothingOfTheCard)
 TEST_F(Covered, AfterTheCardWasRead_StateSaysNothingOfItUntilUncovered)
 {
     const QDate birth = QDate::currentDate().addYears(-10);
-    writeFile(path("card.json"), QStringLiteral(R"({"kind": "resident", "name": "测试", "sex": "1",
-        "ethnicGroup": "01", "birthDate": "%1", "address": "某地", "idNumber": "110101199003070038",
-        "issuingAuthority": "某局", "validFrom": "20200101", "validTo": "20990101"})")
-                                     .arg(birth.toString("yyyyMMdd"))
-                                     .toUtf8());
-    show(path("card.json"));
+    show(describedResident({{"birthDate", birth.toString("yyyyMMdd")}}));
     EXPECT_THAT(line(), HasSubstr("a minor, 10 years old"));
     check("cover", true);
     expectState(Kind::ATTENTION, "The card was read; look at it closely.",

@@ -15,6 +15,7 @@
 #include <QRegularExpression>
 
 #include "apps/viewer/card_sheet.h"
+#include "tests/support/build_programs.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"
@@ -50,37 +51,14 @@ protected:
 
     void pressSave() { QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier); }
 
-    /** A resident with this name and number, in a file. */
-    QString described(const QString &name, const QString &number = "110101199003070038")
-    {
-        QJsonObject card;
-        const QMap<QString, QString> facts{{"kind", "resident"},
-                                           {"name", name},
-                                           {"sex", "1"},
-                                           {"ethnicGroup", "01"},
-                                           {"birthDate", "19900307"},
-                                           {"address", "某地, \"东\""},
-                                           {"idNumber", number},
-                                           {"issuingAuthority", "某局"},
-                                           {"validFrom", "20200101"},
-                                           {"validTo", "20990101"}};
-        for (const QString &key : facts.keys())
-            card.insert(key, facts[key]);
-        const QString file = path(QStringLiteral("card %1.json").arg(++m_described));
-        writeFile(file, QJsonDocument(card).toJson());
-        return file;
-    }
-
-    /** Reads one more card, of a file. */
-    void readFileCard(const QString &file)
+    /** Reads one more card, of a file: that of a resident of this name. */
+    void readResident(const QString &name)
     {
         click("cardFile");
-        answerFileDialog(file);
+        answerFileDialog(describedResident({{"name", name}, {"address", "某地, \"东\""}}));
         click("putCard");
         read();
     }
-
-    int m_described = 0;
 };
 
 class SavedCard : public Keeping, public testing::WithParamInterface<const char *>
@@ -116,8 +94,7 @@ TEST_F(Keeping, FirstSave_AsksForTheFolderAndTheNextGoesThereToo)
     EXPECT_EQ(asked->windowTitle(), "Save in a new folder of");
     answerFileDialog(path("kept"));
     EXPECT_EQ(headline(), ("The card was saved in " + path("kept/0001") + ".").toStdString());
-    putCard("hmt-macao");
-    read();
+    readNext("hmt-macao");
     click("save");
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_EQ(headline(), ("The card was saved in " + path("kept/0002") + ".").toStdString());
@@ -138,6 +115,21 @@ TEST_F(Keeping, SaveAs_AsksAndGoesElsewhereOnlyOnce)
     pressSave();
     EXPECT_THAT(namesIn(path("elsewhere")), ElementsAre("0001"));
     EXPECT_THAT(namesIn(path("kept")), ElementsAre("0001"));
+}
+
+TEST_F(Keeping, CardThatIsSavedWhenAnotherIsShownMeanwhile_IsCalledAnEarlierOne)
+{
+    show("resident");
+    check("cover", true);
+    trigger("Save as…");
+    readNext("hmt-macao");
+    answerFileDialog(path("kept"));
+    expectState(Kind::ATTENTION, ("The card was saved in " + path("kept/0001") + ".").toStdString(),
+                "It is an earlier card; another may lie on the reader.");
+    check("cover", false);
+    EXPECT_EQ(line(), "It is an earlier card; another may lie on the reader.");
+    EXPECT_THAT(readFile(path("kept/0001/card.json")).toStdString(),
+                HasSubstr(builtInCard("resident").idNumber.toStdString()));
 }
 
 TEST_F(Keeping, SaveAsBeforeAFolderWasChosen_ChoosesNone)
@@ -172,7 +164,7 @@ TEST_F(Keeping, ByHolderWithAHostileName_SavesInsideTheFolder)
 {
     show("resident", path("kept"), viewer::FolderNames::HOLDERS);
     for (const char *const name : {"../../x", "/etc/x", "..", ".", "a/b"}) {
-        readFileCard(described(name));
+        readResident(name);
         const std::size_t before = namesIn(path("kept")).size();
         pressSave();
         EXPECT_THAT(headline(), testing::StartsWith("The card was saved in ")) << name;
@@ -304,11 +296,7 @@ TEST_F(Keeping, Pdf_IsTheCardsSheetUnderTheNameOfItsHolderForItsOwnerAlone)
 /** The words on a page. */
 std::string pdfText(const QString &pdf)
 {
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result = runProcess(IDCARD_PDFTOTEXT, {pdf, "-"}, input);
-    EXPECT_EQ(result.exitStatus, 0) << result.error();
-    return QString::fromUtf8(result.standardOutput).simplified().toStdString();
+    return build_programs::outputOf(IDCARD_PDFTOTEXT, {pdf, "-"}).simplified().toStdString();
 }
 
 class Printing : public Keeping
@@ -427,20 +415,16 @@ protected:
         answerFileDialog(path("cards.csv"));
         EXPECT_EQ(headline(),
                   ("The history was exported to " + path("cards.csv") + ".").toStdString());
-        ProcessInput input;
-        input.emulated = false;
-        const ProcessResult run = runProcess(
+        const QByteArray json = build_programs::outputOf(
             IDCARD_PYTHON,
             {"-c",
              "import csv, json, sys\n"
              "rows = list(csv.reader(open(sys.argv[1], encoding='utf-8-sig', newline=''), "
              "strict=True))\n"
              "print(json.dumps(rows))",
-             path("cards.csv")},
-            input);
-        EXPECT_EQ(run.exitStatus, 0) << run.error();
+             path("cards.csv")});
         QVector<QStringList> rows;
-        for (const QJsonValue &row : QJsonDocument::fromJson(run.standardOutput).array()) {
+        for (const QJsonValue &row : QJsonDocument::fromJson(json).array()) {
             rows << QStringList();
             for (const QJsonValue &cell : row.toArray())
                 rows.last() << cell.toString();
@@ -452,10 +436,8 @@ protected:
 TEST_F(Table, OfSeveralKinds_HasARowForEachCardTheOldestFirst)
 {
     show("resident");
-    putCard("hmt-macao");
-    read();
-    putCard("foreign-2017");
-    read();
+    readNext("hmt-macao");
+    readNext("foreign-2017");
     const QVector<QStringList> rows = exported();
     ASSERT_EQ(rows.size(), 4);
     const QStringList labels = rows[0];
@@ -491,17 +473,18 @@ TEST_F(Table, BeginsWithTheMarkOfItsEncodingAndIsItsOwnersAlone)
     EXPECT_EQ(modeOf(path("cards.csv")), 0600);
 }
 
-TEST_F(Table, TextsThatAreFormulasOrHaveQuotesAndCommas_StayTexts)
+TEST_F(Table, TextsThatAreFormulasOrNumbersOrHaveQuotesAndCommas_StayTexts)
 {
     show("resident");
-    for (const char *const name : {"=1+1", "+8613", "@SUM(A1)", "-2", "a\"b,c"})
-        readFileCard(described(name));
+    for (const char *const name : {"=1+1", "+8613", "@SUM(A1)", "-2", "007", "0", "a\"b,c"})
+        readResident(name);
     const QVector<QStringList> rows = exported();
     const int name = rows[0].indexOf("Name");
     QStringList names;
     for (const QStringList &row : rows.mid(2))
         names << row[name];
-    EXPECT_EQ(names, QStringList({"\t=1+1", "\t+8613", "\t@SUM(A1)", "\t-2", "a\"b,c"}));
+    EXPECT_EQ(names,
+              QStringList({"\t=1+1", "\t+8613", "\t@SUM(A1)", "\t-2", "\t007", "0", "a\"b,c"}));
     EXPECT_EQ(rows.last()[rows[0].indexOf("Address")].toStdString(), "某地, \"东\"");
     for (const QString &row : rows.last())
         EXPECT_FALSE(row.startsWith('=') || row.startsWith('+') || row.startsWith('@'));

@@ -38,8 +38,7 @@ protected:
 
     void failToRead()
     {
-        putCard("foreign-new", "unknown-kind");
-        read();
+        readNext("foreign-new", "unknown-kind");
         expectState(Kind::FAILED, "The call succeeded, but nothing was read.");
     }
 
@@ -133,9 +132,7 @@ TEST_F(PreviousCard, WhileTheNextIsRead_IsGreyed)
 TEST_F(PreviousCard, OnceAnotherWayOfReadingIsChosen_IsGreyed)
 {
     show("resident");
-    changeSettings([](viewer::SettingsDialog *dialog) {
-        choose(dialog->findChild<QComboBox *>("road"), "Over USB");
-    });
+    chooseRoad("Over USB");
     expectState(Kind::WAITING, "Lay a card on the reader and press Read.");
     expectGrey("resident");
 }
@@ -203,8 +200,7 @@ TEST_F(PreviousCard, NextCardReadWhileItIsGreyed_IsNotCleared)
 {
     show("resident", viewer::PreviousCard::FADED_A_WHILE, 1);
     failToRead();
-    putCard("hmt-macao");
-    read();
+    readNext("hmt-macao");
     QTest::qWait(1500);
     EXPECT_EQ(text("name"), builtInCard("hmt-macao").name);
     EXPECT_TRUE(find("save")->isEnabled());
@@ -242,8 +238,7 @@ TEST_F(PreviousCard, ChosenFromTheHistoryWhileTheNextIsRead_GivesWayToIt)
 TEST_F(PreviousCard, ChosenFromTheHistoryWithKeysAndMouse_IsShown)
 {
     show("resident");
-    putCard("hmt-taiwan");
-    read();
+    readNext("hmt-taiwan");
     const QImage front = picture("front");
     auto *const history = find<QTableView>("history");
     QTest::mouseClick(history->viewport(), Qt::LeftButton, {},
@@ -261,8 +256,7 @@ TEST_F(PreviousCard, ChosenFromTheHistoryWithKeysAndMouse_IsShown)
 TEST_F(PreviousCard, SearchThatLeavesOutTheOneThatIsShown_ChoosesNobodyElse)
 {
     show("resident");
-    putCard("hmt-taiwan");
-    read();
+    readNext("hmt-taiwan");
     const std::string said = headline();
     auto *const search = find<QLineEdit>("search");
     auto *const history = find<QTableView>("history");
@@ -283,8 +277,7 @@ TEST_F(PreviousCard, SearchThatLeavesOutTheOneThatIsShown_ChoosesNobodyElse)
 TEST_F(PreviousCard, CoveringWhileTheListIsSearched_ChoosesNobodyElseAndEmptiesTheSearch)
 {
     show("resident");
-    putCard("hmt-taiwan");
-    read();
+    readNext("hmt-taiwan");
     QTest::keyClicks(find<QLineEdit>("search"), builtInCard("hmt-taiwan").idNumber.left(1));
     const int found = rows("history").size();
     EXPECT_GE(found, 1);

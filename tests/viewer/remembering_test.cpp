@@ -39,29 +39,21 @@ TEST_F(Remembering, FirstRun_ReadsAsTheMachineIsConfiguredWithoutTheSimulatorsPa
     EXPECT_FALSE(find<QCheckBox>("automatic")->isChecked());
     EXPECT_FALSE(find<QCheckBox>("cover")->isChecked());
     trigger("Settings…");
-    auto *const dialog = this->dialog<viewer::SettingsDialog>();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->findChild<QComboBox *>("road")->currentText(),
-              "As this machine is configured");
-    EXPECT_FALSE(dialog->findChild<QComboBox *>("device")->isEnabled());
-    EXPECT_EQ(dialog->findChild<QComboBox *>("device")->currentText(),
-              "The only one that is plugged in");
+    EXPECT_EQ(find<QComboBox>("road")->currentText(), "As this machine is configured");
+    EXPECT_FALSE(find<QComboBox>("device")->isEnabled());
+    EXPECT_EQ(find<QComboBox>("device")->currentText(), "The only one that is plugged in");
 }
 
 TEST_F(Remembering, SimulatorsPanel_IsSeenOnlyWhileTheSimulatorIsChosen)
 {
     open();
-    const auto chooseRoad = [this](const char *road) {
-        changeSettings([road](viewer::SettingsDialog *dialog) {
-            choose(dialog->findChild<QComboBox *>("road"), road);
-        });
-        return find("simulator")->isVisible();
-    };
-    EXPECT_TRUE(chooseRoad("From the simulator"));
-    EXPECT_FALSE(chooseRoad("Over USB"));
-    EXPECT_TRUE(chooseRoad("From the simulator"));
-    EXPECT_FALSE(chooseRoad("Through the reader maker's library"));
-    EXPECT_FALSE(chooseRoad("As this machine is configured"));
+    for (const char *const road :
+         {"Over USB", "Through the reader maker's library", "As this machine is configured"}) {
+        chooseRoad("From the simulator");
+        EXPECT_TRUE(find("simulator")->isVisible());
+        chooseRoad(road);
+        EXPECT_FALSE(find("simulator")->isVisible()) << road;
+    }
     chooseRoad("From the simulator");
     openAgain();
     EXPECT_TRUE(find("simulator")->isVisible());
@@ -82,18 +74,16 @@ TEST_F(Remembering, WhatTheDialogSets_IsThereInTheNextRun)
     });
     openAgain();
     trigger("Settings…");
-    auto *const dialog = this->dialog<viewer::SettingsDialog>();
-    ASSERT_NE(dialog, nullptr);
     const auto chosen = [&](const char *box) {
-        return dialog->findChild<QComboBox *>(box)->currentText().toStdString();
+        return find<QComboBox>(box)->currentText().toStdString();
     };
     EXPECT_THAT(chosen("road"), testing::StartsWith("Over USB"));
-    EXPECT_TRUE(dialog->findChild<QComboBox *>("device")->isEnabled());
-    EXPECT_TRUE(dialog->findChild<QCheckBox *>("simulatorPhotos")->isChecked());
-    EXPECT_FALSE(dialog->findChild<QCheckBox *>("sound")->isChecked());
+    EXPECT_TRUE(find<QComboBox>("device")->isEnabled());
+    EXPECT_TRUE(find<QCheckBox>("simulatorPhotos")->isChecked());
+    EXPECT_FALSE(find<QCheckBox>("sound")->isChecked());
     EXPECT_EQ(chosen("previousCard"), "Grey it, then clear it");
-    EXPECT_EQ(dialog->findChild<QSpinBox *>("forgetAfter")->value(), 17);
-    EXPECT_EQ(dialog->findChild<QLineEdit *>("folder")->text(), path("kept"));
+    EXPECT_EQ(find<QSpinBox>("forgetAfter")->value(), 17);
+    EXPECT_EQ(find<QLineEdit>("folder")->text(), path("kept"));
     EXPECT_THAT(chosen("folderNames"), testing::StartsWith("By the holder"));
     EXPECT_EQ(chosen("language"), "简体中文");
 }
@@ -102,9 +92,8 @@ TEST_F(Remembering, DialogThatIsCancelled_ChangesNothing)
 {
     openWithSimulator();
     trigger("Settings…");
-    auto *const dialog = this->dialog<viewer::SettingsDialog>();
-    choose(dialog->findChild<QComboBox *>("road"), "Over USB");
-    dialog->reject();
+    choose(find<QComboBox>("road"), "Over USB");
+    dialog()->reject();
     EXPECT_TRUE(waitForNoDialog());
     EXPECT_TRUE(find("simulator")->isVisible());
     openAgain();
@@ -119,10 +108,8 @@ TEST_F(Remembering, DeviceThatIsNotPluggedIn_StaysChosen)
     for (int run = 0; run < 2; ++run) {
         open();
         trigger("Settings…");
-        auto *const dialog = this->dialog<viewer::SettingsDialog>();
-        EXPECT_EQ(dialog->findChild<QComboBox *>("device")->currentText(),
-                  "1209:00ab - not plugged in");
-        dialog->accept();
+        EXPECT_EQ(find<QComboBox>("device")->currentText(), "1209:00ab - not plugged in");
+        dialog()->accept();
         close();
     }
 }
@@ -199,9 +186,7 @@ TEST_F(Remembering, OptionsOfTheCommandLine_StayWhenTheDialogChangesSomethingEls
 
 TEST_F(Remembering, WayOfReadingOfTheCommandLine_IsShownInTheDialogAndRememberedWhenAnotherIsChosen)
 {
-    viewer::ViewerSettings settings;
-    settings.reader = {app::ReaderRoad::LIBRARY, {}, false};
-    settings.store();
+    rememberRoad(app::ReaderRoad::LIBRARY);
     openWithCard("resident");
     changeSettings([](viewer::SettingsDialog *dialog) {
         auto *const road = dialog->findChild<QComboBox *>("road");
@@ -236,6 +221,17 @@ TEST_F(Remembering, DamagedFile_IsSurvived)
     }
 }
 
+TEST_F(Remembering, FolderInChinese_IsReadAsAnAdministratorWritesItAndAsItWasEscaped)
+{
+    ASSERT_TRUE(QDir().mkpath(path("idcard-reader")));
+    for (const char *folder : {"/srv/证件", "/srv/\\x8bc1\\x4ef6"}) {
+        writeFile(settingsFile(), QByteArray("[saving]\nfolder=") + folder + "\n");
+        EXPECT_EQ(viewer::ViewerSettings::load().folder.toStdString(), "/srv/证件");
+        viewer::ViewerSettings::load().store();
+        EXPECT_EQ(viewer::ViewerSettings::load().folder.toStdString(), "/srv/证件");
+    }
+}
+
 TEST_F(Remembering, GeometryOfAScreenThatIsGone_IsBroughtBack)
 {
     open();
@@ -258,10 +254,7 @@ TEST_F(Remembering, GeometryOfAScreenThatIsGone_IsBroughtBack)
 
 TEST_F(Remembering, NothingOfACard_IsKept)
 {
-    viewer::ViewerSettings settings;
-    settings.folder = path("kept");
-    settings.store();
-    ASSERT_TRUE(QDir().mkdir(path("kept")));
+    rememberFolder();
     openWithCard("resident");
     read();
     find<QTableView>("fields")->selectRow(1);

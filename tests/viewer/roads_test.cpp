@@ -16,13 +16,6 @@ namespace
 class Roads : public ViewerTest
 {
 protected:
-    void chooseRoad(const char *road)
-    {
-        changeSettings([road](viewer::SettingsDialog *dialog) {
-            choose(dialog->findChild<QComboBox *>("road"), road);
-        });
-    }
-
     void readThroughMakersLibrary()
     {
         chooseRoad("Through the reader maker's library");
@@ -32,8 +25,7 @@ protected:
     void readSimulator(const QString &card)
     {
         chooseRoad("From the simulator");
-        putCard(card);
-        read();
+        readNext(card);
     }
 };
 

@@ -3,35 +3,26 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QTest>
 
 #include <unistd.h>
 
 #include "apps/card/card_output.h"
 #include "apps/viewer/card_desk.h"
 #include "apps/viewer/service_run.h"
+#include "tests/service/bus_client.h"
 #include "tests/service/private_bus.h"
 #include "tests/usb/reader_on_bus.h"
 
 namespace
 {
 
-const QString NAME = QStringLiteral(IDCARD_SERVICE_NAME);
-
-/** That this program takes for the bus of the system, which it looks for once. */
-const PrivateBus &messageBus()
-{
-    static const PrivateBus bus{QString(QLatin1String(OPEN_POLICY))};
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
-    return bus;
-}
+const QString NAME = IDCARD_SERVICE_NAME;
 
 QDBusConnection systemBus()
 {
-    messageBus();
+    busInPlaceOfTheSystems();
     return QDBusConnection::systemBus();
 }
 
@@ -99,15 +90,31 @@ TEST_F(ServiceNeed, NoReader_NeedsNoService)
     EXPECT_FALSE(isServiceNeeded());
 }
 
+TEST_F(ServiceNeed, ReaderThatTheUserMayNotOpenBesideAMemoryStick_NeedsTheService)
+{
+    bus().add(otherDevice());
+    bindDriver(otherDevice(), "usb-storage");
+    plugIn("resident", "permission-denied");
+    serve();
+    EXPECT_TRUE(isServiceNeeded());
+}
+
+TEST_F(ServiceNeed, MemoryStickThatTheUserMayNotOpen_NeedsNoService)
+{
+    plugIn({}, "permission-denied");
+    bindDriver(reader(), "usb-storage");
+    serve();
+    EXPECT_FALSE(isServiceNeeded());
+}
+
 TEST_F(ServiceNeed, WindowThatNeedsTheService_ReadsByIt)
 {
     plugIn("resident", "permission-denied");
     ProcessInput input;
-    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", messageBus().address()}};
-    const RunningProcess service(QStringLiteral("idcard-readerd"),
-                                 {"--session", "--simulate", "foreign-new"}, input);
-    ASSERT_TRUE(
-        QTest::qWaitFor([] { return systemBus().interface()->isServiceRegistered(NAME).value(); }));
+    input.environment = {{"DBUS_SESSION_BUS_ADDRESS", busInPlaceOfTheSystems().address()}};
+    const RunningProcess service("idcard-readerd", {"--session", "--simulate", "foreign-new"},
+                                 input);
+    ASSERT_TRUE(waitFor([] { return systemBus().interface()->isServiceRegistered(NAME).value(); }));
     app::CardDesk desk;
     app::CardPointer card;
     QObject::connect(&desk, &app::CardDesk::cardRead, &desk,
@@ -116,16 +123,9 @@ TEST_F(ServiceNeed, WindowThatNeedsTheService_ReadsByIt)
         const NotRoot user;
         desk.read();
     }
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !desk.isReading(); }, 20000));
+    EXPECT_TRUE(waitFor([&] { return !desk.isReading(); }, 20000));
     ASSERT_NE(card, nullptr);
-    EXPECT_EQ(app::holderName(*card), QStringLiteral("TANAKA, HARUTO"));
+    EXPECT_EQ(app::holderName(*card), "TANAKA, HARUTO");
 }
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,5 +1,6 @@
 // What stands beside the window in apps/: the models of its tables, and the size of a millimetre.
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,8 +10,10 @@
 #include <QImage>
 
 #include "apps/viewer/card_table.h"
+#include "apps/viewer/history_csv.h"
 #include "apps/viewer/true_size.h"
 #include "tests/card/card_samples.h"
+#include "tests/tool/tool_runner.h"
 
 using namespace app;
 using testing::Contains;
@@ -90,6 +93,39 @@ TEST(CardTable, CoveredBeforeACardComes_HasDotsForNameNumberBirthAndAddressAlone
     EXPECT_THAT(column(table, 1), Not(Contains(COVER.toStdString())));
 }
 
+TEST(CardTable, TextThatTheDecoderCut_IsWholeForOtherProgramsUnlessCovered)
+{
+    CardTable table;
+    const auto card = std::make_shared<const Card>(samples::cardWithCutTexts());
+    table.setCard(card);
+    const QString address = builtInCard("resident-longest-texts").address;
+    const std::vector<std::string> labels = column(table, 0);
+    const int row =
+        static_cast<int>(std::find(labels.begin(), labels.end(), "Address") - labels.begin());
+    EXPECT_NE(text(table, row, 1), address);
+    EXPECT_EQ(table.wholeContent(row), address);
+    table.setCovered(true);
+    EXPECT_EQ(table.wholeContent(row), COVER);
+}
+
+TEST(HistoryCsv, TextThatTheDecoderCut_IsWholeInIt)
+{
+    const auto card = std::make_shared<const Card>(samples::cardWithCutTexts());
+    const QString table =
+        QString::fromUtf8(viewer::historyCsv({{card, QDateTime::currentDateTime()}}));
+    const simulator::CardDescription described = builtInCard("resident-longest-texts");
+    for (const QString &whole : {described.name, described.address, described.issuingAuthority})
+        EXPECT_TRUE(table.contains('"' + whole + '"')) << whole.toStdString();
+}
+
+TEST(HistoryCsv, FieldThatSaysNothing_IsEmpty)
+{
+    auto records = samples::filledRecords();
+    records->cn.szAddress.clear();
+    const auto card = std::make_shared<const Card>(IDCARD_KIND_CN, *records);
+    EXPECT_FALSE(viewer::historyCsv({{card, QDateTime::currentDateTime()}}).contains("\"-\""));
+}
+
 TEST(CardHistory, NewestCard_IsAbove)
 {
     CardHistory history;
@@ -101,16 +137,6 @@ TEST(CardHistory, NewestCard_IsAbove)
     EXPECT_EQ(history.card(0), second);
     EXPECT_EQ(history.card(1), first);
     EXPECT_THAT(column(history, CardHistory::TIME), testing::ElementsAre("09:30:05", "09:30:00"));
-}
-
-TEST(CardHistory, Covered_HasNoNameOfCardsBeforeAndAfter)
-{
-    CardHistory history;
-    history.add(residentCard(), QDateTime::currentDateTime());
-    history.setCovered(true);
-    history.add(residentCard(), QDateTime::currentDateTime());
-    for (const int column : {CardHistory::NAME, CardHistory::NUMBER})
-        EXPECT_THAT(::column(history, column), testing::Each(COVER.toStdString()));
 }
 
 TEST(CardHistory, ThatIsFull_ForgetsTheOldestCard)

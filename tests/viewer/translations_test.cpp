@@ -1,18 +1,11 @@
 // The translations of the programs against the texts in its sources.
 
-#include <set>
-#include <string>
-#include <vector>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-#include <QXmlStreamReader>
-
-#include "tests/support/process.h"
+#include "tests/support/build_programs.h"
+#include "tests/support/chinese_texts.h"
+#include "tests/support/matches.h"
 
 namespace
 {
@@ -20,64 +13,34 @@ namespace
 using testing::IsEmpty;
 using testing::Not;
 
-const QString SOURCE = QStringLiteral(IDCARD_SOURCE_DIR "/");
-
-struct Translation {
-    QString source;
-    QString target;
-};
-
-/** All texts of the Chinese translation. */
-std::vector<Translation> chinese()
+/** What matches `pattern`, each once, sorted. */
+QStringList distinct(const QString &text, const QString &pattern)
 {
-    QFile file(SOURCE + QStringLiteral("apps/translations/idcard-reader_zh.ts"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    QXmlStreamReader xml(&file);
-    std::vector<Translation> all;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (xml.name() == QLatin1String("source"))
-            all.push_back({xml.readElementText(), {}});
-        else if (xml.name() == QLatin1String("translation"))
-            all.back().target = xml.readElementText(QXmlStreamReader::IncludeChildElements);
-    }
-    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
-    return all;
-}
-
-std::set<std::string> matches(const QString &text, const char *pattern)
-{
-    std::set<std::string> found;
-    auto match = QRegularExpression(QString::fromLatin1(pattern)).globalMatch(text);
-    while (match.hasNext())
-        found.insert(match.next().captured().toStdString());
+    QStringList found = matches(text, '(' + pattern + ')');
+    found.removeDuplicates();
+    found.sort();
     return found;
 }
 
 TEST(Translations, TextsOfTheSources_AreAllTranslatedAndNoOthers)
 {
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult check =
-        runProcess(SOURCE + QStringLiteral("scripts/make/translations"), {"--check"}, input);
-    EXPECT_EQ(check.exitStatus, 0) << check.standardError.toStdString();
+    build_programs::outputOf(IDCARD_SOURCE_DIR "/scripts/make/translations", {"--check"});
 }
 
 TEST(Translations, PlacesForValues_AreInTheTranslationToo)
 {
-    EXPECT_THAT(chinese(), Not(IsEmpty()));
-    for (const Translation &text : chinese()) {
-        EXPECT_EQ(matches(text.target, "%(L?\\d|n)"), matches(text.source, "%(L?\\d|n)"))
+    EXPECT_THAT(chineseTexts(), Not(IsEmpty()));
+    for (const ChineseText &text : chineseTexts()) {
+        EXPECT_EQ(distinct(text.chinese, "%(?:L?\\d|n)"), distinct(text.source, "%(?:L?\\d|n)"))
             << text.source.toStdString();
     }
 }
 
 TEST(Translations, KeysOfMenuEntries_AreKeptSinceChineseHasNoLettersForThem)
 {
-    for (const Translation &text : chinese()) {
-        const std::set<std::string> keys = matches(text.source, "&\\w");
-        EXPECT_EQ(matches(text.target, "\\(&[A-Z0-9]\\)").size(), keys.size())
+    for (const ChineseText &text : chineseTexts()) {
+        EXPECT_EQ(distinct(text.chinese, "\\(&[A-Z0-9]\\)").size(),
+                  distinct(text.source, "&\\w").size())
             << text.source.toStdString();
     }
 }
@@ -85,28 +48,27 @@ TEST(Translations, KeysOfMenuEntries_AreKeptSinceChineseHasNoLettersForThem)
 // Commands, file names and options stay as they are, so that the reader of the text can use them.
 TEST(Translations, NamesOfFilesAndCommands_StayAsTheyAre)
 {
-    for (const Translation &text : chinese()) {
-        for (const std::string &name :
-             matches(text.source, "(?<![\\w-])--[a-z]+|/(?:dev|etc|sys|usr)"
-                                  "/[a-z/.0-9-]+|\\w+[-_]\\w+\\.\\w+"))
-            EXPECT_TRUE(text.target.contains(QString::fromStdString(name)))
-                << text.source.toStdString() << ": " << name;
+    for (const ChineseText &text : chineseTexts()) {
+        for (const QString &name : distinct(text.source, "(?<![\\w-])--[a-z]+|/(?:dev|etc|sys|usr)"
+                                                         "/[a-z/.0-9-]+|\\w+[-_]\\w+\\.\\w+"))
+            EXPECT_TRUE(text.chinese.contains(name))
+                << text.source.toStdString() << ": " << name.toStdString();
     }
 }
 
 TEST(Translations, CommandsOfExamples_StayAsTheyAre)
 {
-    for (const Translation &text : chinese()) {
-        EXPECT_EQ(matches(text.target, "(?m)^  idcard-reader .*$"),
-                  matches(text.source, "(?m)^  idcard-reader .*$"))
+    for (const ChineseText &text : chineseTexts()) {
+        EXPECT_EQ(distinct(text.chinese, "^  idcard-reader .*$"),
+                  distinct(text.source, "^  idcard-reader .*$"))
             << text.source.toStdString();
     }
 }
 
 TEST(Translations, SentencesEnd_AsSentencesInChineseDo)
 {
-    for (const Translation &text : chinese()) {
-        EXPECT_EQ(text.source.endsWith('.'), text.target.endsWith(QStringLiteral("。")))
+    for (const ChineseText &text : chineseTexts()) {
+        EXPECT_EQ(text.source.endsWith('.'), text.chinese.endsWith(QStringLiteral("。")))
             << text.source.toStdString();
     }
 }

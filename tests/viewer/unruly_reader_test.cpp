@@ -28,9 +28,7 @@ protected:
     void SetUp() override
     {
         ViewerTest::SetUp();
-        viewer::ViewerSettings settings;
-        settings.reader.road = app::ReaderRoad::LIBRARY;
-        settings.store();
+        rememberRoad(app::ReaderRoad::LIBRARY);
     }
 
     void TearDown() override
@@ -92,15 +90,20 @@ INSTANTIATE_TEST_SUITE_P(Ends, EndedRead,
 
 class EndlessRead : public UnrulyReader, public testing::WithParamInterface<const char *>
 {
+protected:
+    void begin()
+    {
+        open();
+        behave(GetParam());
+        click("read");
+        EXPECT_TRUE(waitFor([] { return !children().empty(); }));
+        QTest::qWait(300);
+    }
 };
 
 TEST_P(EndlessRead, IsCancelledAndTheNextWorks)
 {
-    open();
-    behave(GetParam());
-    click("read");
-    EXPECT_TRUE(waitFor([] { return !children().empty(); }));
-    QTest::qWait(500);
+    begin();
     expectState(Kind::READING, "Reading…");
     click("cancel");
     expectState(Kind::WAITING, "Reading was given up.");
@@ -110,11 +113,7 @@ TEST_P(EndlessRead, IsCancelledAndTheNextWorks)
 
 TEST_P(EndlessRead, EndsWithTheWindow)
 {
-    open();
-    behave(GetParam());
-    click("read");
-    EXPECT_TRUE(waitFor([] { return !children().empty(); }));
-    QTest::qWait(300);
+    begin();
     QElapsedTimer time;
     time.start();
     close();
@@ -124,10 +123,7 @@ TEST_P(EndlessRead, EndsWithTheWindow)
 
 TEST_P(EndlessRead, ThatWasCancelled_DoesNotHoldUpTheNextForLong)
 {
-    open();
-    behave(GetParam());
-    click("read");
-    QTest::qWait(300);
+    begin();
     click("cancel");
     behave("");
     QElapsedTimer time;
@@ -194,9 +190,7 @@ TEST_F(UnrulyReader, CrashWhileItReadsByItself_IsReportedOnceAndReadingGoesOn)
 }
 
 /** The window's own program, in a folder where the one that reads is not. */
-class LonelyWindow : public ViewerTest
-{
-};
+using LonelyWindow = ViewerTest;
 
 TEST_F(LonelyWindow, DISABLED_Read)
 {

@@ -4,9 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QElapsedTimer>
-#include <QLabel>
-
 #include <unistd.h>
 
 #include "apps/results/usb_catalogue.h"
@@ -98,10 +95,7 @@ class SavedCard : public UsbRoad, public testing::WithParamInterface<const char 
 TEST_P(SavedCard, IsByteForByteWhatTheToolSaves)
 {
     plugIn(QLatin1String(GetParam()));
-    ASSERT_TRUE(QDir().mkdir(path("kept")));
-    viewer::ViewerSettings settings;
-    settings.folder = path("kept");
-    settings.store();
+    rememberFolder();
     openOnUsb();
     read();
     click("save");
@@ -137,6 +131,15 @@ TEST_F(UsbRoad, TextThatWasCut_StandsOutAndIsNotSaidWhileCovered)
     EXPECT_THAT(text("notes").toStdString(), HasSubstr("cut"));
     check("cover", true);
     EXPECT_EQ(text("notes"), "A text is cut.");
+}
+
+TEST_F(UsbRoad, RecordWithAWrongChecksum_StandsOut)
+{
+    plugIn("resident", "read-answer-corrupted=17");
+    openOnUsb();
+    read();
+    expectState(Kind::ATTENTION, "The card was read; look at it closely.");
+    EXPECT_THAT(text("notes").toStdString(), HasSubstr("What was read may be wrong"));
 }
 
 TEST_F(UsbRoad, TextThatCannotBeDecoded_IsReportedAlsoWhenCardsAreReadByThemselves)
@@ -184,14 +187,15 @@ protected:
     QComboBox *openDevices()
     {
         trigger("Settings…");
-        auto *const settings = dialog<viewer::SettingsDialog>();
-        choose(settings->findChild<QComboBox *>("road"), "Over USB");
-        return settings->findChild<QComboBox *>("device");
+        choose(find<QComboBox>("road"), "Over USB");
+        return find<QComboBox>("device");
     }
 
-    void refresh()
+    void acceptAndRead()
     {
-        QTest::mouseClick(dialog()->findChild<QAbstractButton *>("refresh"), Qt::LeftButton);
+        dialog()->accept();
+        EXPECT_TRUE(waitForNoDialog());
+        read();
     }
 };
 
@@ -202,11 +206,9 @@ TEST_F(ReaderOfTheSettings, PluggedInLater_IsListedOnRefreshAndCanBeChosen)
     EXPECT_EQ(devices->count(), 1);
     EXPECT_EQ(devices->currentText(), "The only one that is plugged in");
     plugIn("resident");
-    refresh();
+    click("refresh");
     choose(devices, "1209:0001 ");
-    dialog()->accept();
-    EXPECT_TRUE(waitForNoDialog());
-    read();
+    acceptAndRead();
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
 }
 
@@ -215,9 +217,7 @@ TEST_F(ReaderOfTheSettings, OnlyOneThatIsPluggedIn_IsReadWithoutBeingChosen)
     plugIn("resident");
     open();
     openDevices();
-    dialog()->accept();
-    EXPECT_TRUE(waitForNoDialog());
-    read();
+    acceptAndRead();
     EXPECT_EQ(field("Name"), builtInCard("resident").name);
 }
 
@@ -229,15 +229,13 @@ TEST_F(ReaderOfTheSettings, UnpluggedWhileItIsChosen_StaysChosen)
     open();
     QComboBox *const devices = openDevices();
     choose(devices, "046d:c31c");
-    refresh();
+    click("refresh");
     EXPECT_TRUE(devices->currentText().startsWith("046d:c31c "));
     EXPECT_EQ(devices->count(), 3);
     bus().change([&] { otherDevice().unplug(); });
-    refresh();
+    click("refresh");
     EXPECT_EQ(devices->currentText(), "046d:c31c - not plugged in");
-    dialog()->accept();
-    EXPECT_TRUE(waitForNoDialog());
-    read();
+    acceptAndRead();
     EXPECT_EQ(headline(), "There is no such reader.");
 }
 
@@ -252,9 +250,7 @@ TEST_F(UsbRoad, SeveralReadersAndNoneChosen_IsReportedAndNoneIsOpened)
 {
     bus().add(otherDevice());
     plugIn("resident");
-    viewer::ViewerSettings settings;
-    settings.reader.road = app::ReaderRoad::USB;
-    settings.store();
+    rememberRoad(app::ReaderRoad::USB);
     open();
     read();
     expectState(Kind::FAILED);
@@ -263,49 +259,21 @@ TEST_F(UsbRoad, SeveralReadersAndNoneChosen_IsReportedAndNoneIsOpened)
     EXPECT_EQ(bus().holdings().timesOpened, 0);
 }
 
-TEST_F(UsbRoad, WhileItReads_TheWindowStaysUsable)
-{
-    plugIn("resident", "read-answer-delayed=400");
-    openOnUsb();
-    click("read");
-    EXPECT_EQ(headline(), "Reading…");
-    int ticks = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] { ++ticks; });
-    timer.start(10);
-    check("cover", true);
-    trigger("Read"); // which does not read again
-    EXPECT_TRUE(waitForCards(1));
-    EXPECT_GE(ticks, 10);
-    QTest::qWait(500);
-    EXPECT_EQ(model("history")->rowCount(), 1);
-    EXPECT_EQ(bus().holdings().timesOpened, 1);
-}
-
-TEST_F(UsbRoad, RoadChangedWhileItReads_DropsWhatStillComes)
-{
-    plugIn("resident", "read-answer-delayed=600");
-    openOnUsb();
-    click("read");
-    EXPECT_TRUE(waitUntilReaderIsUsed());
-    changeSettings([](viewer::SettingsDialog *dialog) {
-        choose(dialog->findChild<QComboBox *>("road"), "From the simulator");
-    });
-    putCard("hmt-macao");
-    click("read");
-    EXPECT_TRUE(waitForCards(1));
-    EXPECT_EQ(field("Name"), builtInCard("hmt-macao").name);
-}
-
 class Automatic : public UsbRoad
 {
+protected:
+    /** Opens the window with a reader on which this card lies. */
+    void readFirst(const QString &card)
+    {
+        plugIn(card);
+        openOnUsb(true, true);
+        EXPECT_TRUE(waitForCards(1));
+    }
 };
 
 TEST_F(Automatic, EachNewCard_IsReadOnceAndNobodyIsThereOnceItIsTakenOff)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     expectState(Kind::READ, "The card was read.");
     QTest::qWait(1200); // many looks
     EXPECT_EQ(model("history")->rowCount(), 1);
@@ -321,9 +289,7 @@ TEST_F(Automatic, EachNewCard_IsReadOnceAndNobodyIsThereOnceItIsTakenOff)
 
 TEST_F(Automatic, OneCardDirectlyAfterTheOther_IsReadWithoutBeingTakenForTheFirst)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     lay("hmt-macao");
     EXPECT_TRUE(waitForCards(2));
     EXPECT_EQ(text("name"), builtInCard("hmt-macao").name);
@@ -332,9 +298,7 @@ TEST_F(Automatic, OneCardDirectlyAfterTheOther_IsReadWithoutBeingTakenForTheFirs
 
 TEST_F(Automatic, CardThatIsReadOnceMoreByHand_IsInTheHistoryOnceForEach)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     click("read");
     EXPECT_TRUE(waitForCards(2));
     QTest::qWait(4000); // longer than a watch needs to know that the card is the same
@@ -348,9 +312,7 @@ TEST_F(Automatic, CardThatIsReadOnceMoreByHand_IsInTheHistoryOnceForEach)
 
 TEST_F(Automatic, CardWhoseReadByHandIsCancelled_IsShownAgain)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     click("read");
     click("cancel");
     EXPECT_TRUE(waitForCards(2));
@@ -359,9 +321,7 @@ TEST_F(Automatic, CardWhoseReadByHandIsCancelled_IsShownAgain)
 
 TEST_F(Automatic, CardTakenOffWhileItIsReadByHand_IsKnownToBeOff)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     click("read");
     EXPECT_TRUE(waitForCards(2));
     takeOff();
@@ -373,9 +333,7 @@ TEST_F(Automatic, CardTakenOffWhileItIsReadByHand_IsKnownToBeOff)
 
 TEST_F(Automatic, ReaderUnpluggedAndPluggedIn_IsReportedAndReadingGoesOn)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     changeBeneathChild([this] { reader().unplug(); });
     EXPECT_TRUE(waitForHeadline("The reader was unplugged."));
     expectState(Kind::ATTENTION);
@@ -414,9 +372,7 @@ TEST_F(Automatic, WithoutAReader_IsNotReportedAnyLongerOnceItIsPluggedInWithoutA
 
 TEST_F(Automatic, ReaderPluggedInWhileAnEarlierCardIsShown_LeavesWhatIsSaidOfIt)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     takeOff();
     EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
     changeBeneathChild([this] { reader().unplug(); });
@@ -432,9 +388,7 @@ TEST_F(Automatic, ReaderPluggedInWhileAnEarlierCardIsShown_LeavesWhatIsSaidOfIt)
 // The second failure was taken for the first, and the guest before stayed as if he were there.
 TEST_F(Automatic, CardThatFailsLikeTheOneBefore_HidesTheEarlierCardThatIsShown)
 {
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     takeOff();
     EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
     const auto layOneThatFails = [this] {
@@ -482,29 +436,12 @@ TEST_F(Automatic, SameCardOnAnotherReader_IsReadAsNew)
     QString problem;
     ASSERT_TRUE(otherDevice().slot().putCard("resident", simulator::PutAs::DESCRIBED, &problem));
     bus().add(otherDevice());
-    plugIn("resident");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitForCards(1));
+    readFirst("resident");
     changeSettings([](viewer::SettingsDialog *dialog) {
         choose(dialog->findChild<QComboBox *>("road"), "Over USB");
         choose(dialog->findChild<QComboBox *>("device"), "046d:c31c");
     });
     EXPECT_TRUE(waitForCards(2));
-}
-
-TEST_F(Automatic, ChildThatIsEndedFromOutside_IsReportedAndReadingGoesOn)
-{
-    plugIn("");
-    openOnUsb(true, true);
-    EXPECT_TRUE(waitFor([] { return children().size() == 1; }));
-    QTest::qWait(300);
-    leaveItToTheSystem();
-    ASSERT_EQ(::kill(children()[0], SIGKILL), 0);
-    EXPECT_TRUE(waitForState(Kind::FAILED));
-    expectState(Kind::FAILED, "Reading ended without a result.");
-    EXPECT_THAT(details(), HasSubstr("It was ended by signal 9."));
-    lay("resident");
-    EXPECT_TRUE(waitForCards(1));
 }
 
 // A reader that does not take what is sent to it.
@@ -641,11 +578,13 @@ TEST_F(Program, SignalAfterACardWasRead_EndsItAndNothingWasPrinted)
                           input());
     EXPECT_TRUE(waitFor([&] { return bus().holdings().timesOpened > 0; }));
     EXPECT_TRUE(waitFor([&] { return bus().holdings().openNodes == 0; }));
+    EXPECT_FALSE(QFile::exists(settingsFile()));
     viewer.signal(SIGTERM);
     const ProcessResult result = viewer.result();
     EXPECT_TRUE(result.finished);
     expectEnd(result, 0);
     EXPECT_THAT(result.output(), IsEmpty());
+    EXPECT_TRUE(readFile(settingsFile()).contains("geometry=")) << "as when a user closes it";
 }
 
 TEST_F(Program, SignalWhileAReadNeverEnds_EndsItAllTheSame)
@@ -653,7 +592,7 @@ TEST_F(Program, SignalWhileAReadNeverEnds_EndsItAllTheSame)
     leaveItToTheSystem();
     plugIn("resident", "lookup-command-missing");
     RunningProcess viewer("idcard-viewer", {"--usb", "1209:0001", "--auto"}, input());
-    EXPECT_TRUE(waitFor([&] { return bus().holdings().openNodes > 0; }));
+    EXPECT_TRUE(waitUntilReaderIsUsed());
     const std::vector<pid_t> readers = children(viewer.id());
     ASSERT_EQ(readers.size(), 1U);
     viewer.signal(SIGTERM);
@@ -668,7 +607,7 @@ TEST_F(Program, KilledWhileItReads_TakesTheProgramThatReadsAlong)
     leaveItToTheSystem();
     plugIn("resident", "lookup-command-missing");
     RunningProcess viewer("idcard-viewer", {"--usb", "1209:0001", "--auto"}, input());
-    EXPECT_TRUE(waitFor([&] { return bus().holdings().openNodes > 0; }));
+    EXPECT_TRUE(waitUntilReaderIsUsed());
     const std::vector<pid_t> readers = children(viewer.id());
     ASSERT_EQ(readers.size(), 1U);
     viewer.signal(SIGKILL);

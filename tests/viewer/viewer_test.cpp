@@ -8,13 +8,17 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QSettings>
 #include <QTranslator>
 
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
+#include "tests/support/files.h"
 
 namespace viewer_test
 {
@@ -142,6 +146,40 @@ QString ViewerTest::settingsFile() const
     return path(QStringLiteral("idcard-reader/idcard-viewer.conf"));
 }
 
+void ViewerTest::rememberFolder()
+{
+    ASSERT_TRUE(QDir().mkdir(path("kept")));
+    viewer::ViewerSettings settings;
+    settings.folder = path("kept");
+    settings.store();
+}
+
+void ViewerTest::rememberRoad(app::ReaderRoad road)
+{
+    viewer::ViewerSettings settings;
+    settings.reader.road = road;
+    settings.store();
+}
+
+QString ViewerTest::describedResident(const QMap<QString, QString> &facts)
+{
+    QJsonObject card{{"kind", "resident"},
+                     {"name", "测试"},
+                     {"sex", "1"},
+                     {"ethnicGroup", "01"},
+                     {"birthDate", "19900307"},
+                     {"address", "某地"},
+                     {"idNumber", "110101199003070038"},
+                     {"issuingAuthority", "某局"},
+                     {"validFrom", "20200101"},
+                     {"validTo", "20990101"}};
+    for (const QString &key : facts.keys())
+        card[key] = facts[key];
+    QString file = path(QStringLiteral("card-%1.json").arg(++m_describedCards));
+    writeFile(file, QJsonDocument(card).toJson());
+    return file;
+}
+
 void ViewerTest::open(const viewer::ViewerOptions &options)
 {
     m_window = std::make_unique<viewer::MainWindow>(options);
@@ -158,11 +196,17 @@ void ViewerTest::openWithCard(const QString &card, const QString &faults)
     open(options);
 }
 
+void ViewerTest::openCovered(const QString &card)
+{
+    viewer::ViewerOptions options;
+    options.card = card;
+    options.isCovered = true;
+    open(options);
+}
+
 void ViewerTest::openWithSimulator()
 {
-    viewer::ViewerSettings settings;
-    settings.reader.road = app::ReaderRoad::SIMULATOR;
-    settings.store();
+    rememberRoad(app::ReaderRoad::SIMULATOR);
     open();
 }
 
@@ -235,15 +279,23 @@ void ViewerTest::changeSettings(const std::function<void(viewer::SettingsDialog 
     EXPECT_TRUE(waitForNoDialog());
 }
 
+void ViewerTest::chooseRoad(const QString &road)
+{
+    changeSettings([&](viewer::SettingsDialog *dialog) {
+        choose(dialog->findChild<QComboBox *>("road"), road);
+    });
+}
+
 void ViewerTest::answerFileDialog(const QString &path)
 {
-    auto *const asked = dialog<QFileDialog>();
+    const QPointer<QFileDialog> asked = dialog<QFileDialog>();
     ASSERT_NE(asked, nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(asked));
     auto *const edit = asked->findChild<QLineEdit *>();
     edit->setText(path);
     QTest::keyClick(edit, Qt::Key_Return);
     EXPECT_TRUE(waitForNoDialog());
+    EXPECT_TRUE(waitFor([&] { return asked.isNull(); })); // its texts are not the window's
 }
 
 QAction *ViewerTest::action(const QString &text)
@@ -268,6 +320,12 @@ void ViewerTest::read()
 {
     click("read");
     EXPECT_TRUE(waitUntilRead());
+}
+
+void ViewerTest::readNext(const QString &card, const QString &faults)
+{
+    putCard(card, faults);
+    read();
 }
 
 bool ViewerTest::waitUntilRead()

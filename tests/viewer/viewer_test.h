@@ -67,11 +67,18 @@ protected:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     /** What the window remembers. */
     QString settingsFile() const;
+    /** Makes a folder "kept" and has the window remember it as that of the cards. */
+    void rememberFolder();
+    static void rememberRoad(app::ReaderRoad road);
+    /** Describes a resident, with these facts instead of the usual ones, in a file; its path. */
+    QString describedResident(const QMap<QString, QString> &facts = {});
 
     /** Opens the window, which is then there. */
     void open(const viewer::ViewerOptions &options = {});
     /** Opens it with a card on the simulator. */
     void openWithCard(const QString &card, const QString &faults = {});
+    /** Opens it with a card on the simulator that is covered from the beginning. */
+    void openCovered(const QString &card);
     /** Opens it with the simulator on which no card lies. */
     void openWithSimulator();
     /** As a user closes it. */
@@ -111,11 +118,15 @@ protected:
     void putCard(const QString &card, const QString &faults = {});
     /** Opens the settings, lets `change` use them and takes them over. */
     void changeSettings(const std::function<void(viewer::SettingsDialog *dialog)> &change);
+    /** Chooses a way of reading in the settings. */
+    void chooseRoad(const QString &road);
     /** Answers the file dialog that is open as a user does who types a name. */
     void answerFileDialog(const QString &path);
 
     /** Presses Read and waits for what comes of it. */
     void read();
+    /** Reads another card on the simulator. */
+    void readNext(const QString &card, const QString &faults = {});
     bool waitUntilRead();
     bool waitForCards(int count);
 
@@ -147,6 +158,7 @@ protected:
 
 private:
     QTemporaryDir m_folder;
+    int m_describedCards = 0;
     std::unique_ptr<viewer::MainWindow> m_window;
 };
 
