@@ -287,6 +287,14 @@ QByteArray withOrigin(QByteArray list, const QString &origin)
     return list + origin.toLatin1() + '\n';
 }
 
+/** A line for each problem: a mistake in the list is every browser's. */
+QString eachOnce(QStringList problems)
+{
+    problems.removeAll(QString());
+    problems.removeDuplicates();
+    return problems.join(QLatin1Char('\n'));
+}
+
 } // namespace
 
 QString allowSite(const QString &origin, const Browser &browser, const SetupPlaces &places)
@@ -312,26 +320,20 @@ QString renewExtensions(const SetupPlaces &places)
         if (Installation(browser, {}, places).wasMade())
             problems << renewExtension(browser, places);
     }
-    problems.removeAll(QString());
-    problems.removeDuplicates(); // a mistake in the list is every browser's
-    return problems.join(QLatin1Char('\n'));
+    return eachOnce(problems);
 }
 
 QString removeSites(const SetupPlaces &places)
 {
-    QString problem;
+    QStringList problems;
     if (QFileInfo::exists(places.originList)) // first: from here on no site reads a card
-        problem =
-            writeForEverybody(places.originList, withoutOrigins(contentOf(places.originList)));
-    for (const Browser &browser : browsers(places.root)) {
-        for (const QString &file : {browser.installation, browser.hostFile}) {
-            if (problem.isEmpty())
-                problem = removeFile(file);
-        }
-    }
-    if (problem.isEmpty() && !QDir(places.made).removeRecursively())
-        problem = tr("%1 cannot be removed.").arg(places.made);
-    return problem;
+        problems << writeForEverybody(places.originList,
+                                      withoutOrigins(contentOf(places.originList)));
+    for (const Browser &browser : browsers(places.root))
+        problems << removeFile(browser.installation) << removeFile(browser.hostFile);
+    if (!QDir(places.made).removeRecursively())
+        problems << tr("%1 cannot be removed.").arg(places.made);
+    return eachOnce(problems);
 }
 
 QStringList rivalPolicies(const Browser &browser)

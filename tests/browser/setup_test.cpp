@@ -23,6 +23,7 @@ namespace
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 const QString ID = QStringLiteral("ojdlmaapepnmfpiapikmeghcbbbdeipm");
 const QString HOST_FILE = QStringLiteral("invalid.idcard_reader.browser_host.json");
@@ -269,6 +270,20 @@ TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
     EXPECT_THAT(namesIn(path("etc/chromium/policies/managed")), ElementsAre("other.json"));
     EXPECT_THAT(namesIn(path("etc/chromium/native-messaging-hosts")), ElementsAre());
     EXPECT_EQ(removeSites(places()), "");
+}
+
+TEST_F(BrowserSetup, RemovalThatFailsForOneFile_IsReportedAndTakesTheOthers)
+{
+    EXPECT_EQ(allow("https://pms.example"), "");
+    const QString policy = path("etc/chromium/policies/managed/idcard-reader.json");
+    ASSERT_TRUE(QFile::remove(policy));
+    ASSERT_TRUE(QDir().mkpath(policy + "/in the way"));
+    EXPECT_THAT(
+        removeSites(places()).toStdString(),
+        AllOf(HasSubstr(policy.toStdString() + " cannot be removed"), Not(HasSubstr("\n"))));
+    EXPECT_FALSE(QFile::exists(path("etc/chromium/native-messaging-hosts/") + HOST_FILE));
+    EXPECT_FALSE(QFile::exists(path("var")));
+    EXPECT_EQ(readFile(path("etc/list/origins")), "");
 }
 
 TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
