@@ -6,8 +6,8 @@
 #include <QRegularExpression>
 #include <QVector>
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 
 namespace app
 {

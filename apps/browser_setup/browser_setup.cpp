@@ -18,8 +18,8 @@
 #include <unistd.h>
 
 #include "apps/process/json_object.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "apps/web_sites/origin_list.h"
 #include "common/texts.h"
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 #include "apps/web_sites/browser_files.h"
 
 namespace app

@@ -11,8 +11,8 @@
 #include "apps/card/card_files.h"
 #include "apps/card/card_notes.h"
 #include "apps/process/json_object.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app

@@ -9,8 +9,8 @@
 
 #include "apps/card/card.h"
 #include "apps/card/card_files.h"
-#include "apps/process/colours.h"
 #include "apps/process/json_object.h"
+#include "apps/terminal/colours.h"
 
 namespace app
 {

@@ -7,8 +7,8 @@
 #include <QJsonDocument>
 
 #include "apps/process/json_object.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app::doctor

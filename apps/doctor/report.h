@@ -6,7 +6,7 @@
 #include <QString>
 
 #include "apps/doctor/checks.h"
-#include "apps/process/colours.h"
+#include "apps/terminal/colours.h"
 
 namespace app::doctor
 {

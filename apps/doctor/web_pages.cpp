@@ -7,8 +7,8 @@
 #include <QJsonDocument>
 
 #include "apps/doctor/environment.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "apps/web_sites/browser_files.h"
 #include "apps/web_sites/last_answer.h"
 #include "common/texts.h"

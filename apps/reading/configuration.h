@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 
 namespace app
 {

@@ -5,8 +5,8 @@
 #include <QJsonObject>
 
 #include "apps/process/json_object.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app

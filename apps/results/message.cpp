@@ -1,7 +1,7 @@
 #include "apps/results/message.h"
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 
 namespace app
 {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "apps/process/program_help.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/program_help.h"
 
 namespace app
 {

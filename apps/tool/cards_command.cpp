@@ -5,8 +5,8 @@
 #include <QJsonObject>
 
 #include "apps/process/json_object.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/failure_report.h"
 #include "simulator/card/card_library.h"

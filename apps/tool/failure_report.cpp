@@ -3,9 +3,9 @@
 #include <unistd.h>
 
 #include "apps/card/card_output.h"
-#include "apps/process/colours.h"
 #include "apps/process/json_object.h"
 #include "apps/process/standard_streams.h"
+#include "apps/terminal/colours.h"
 #include "common/texts.h"
 
 namespace app

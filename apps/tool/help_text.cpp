@@ -1,9 +1,9 @@
 #include "apps/tool/help_text.h"
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
 #include "apps/results/message.h"
 #include "apps/results/result_catalogue.h"
+#include "apps/terminal/text_layout.h"
 #include "simulator/card/faults.h"
 
 namespace app

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 #include "apps/tool/commands.h"
 #include "apps/tool/options.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "apps/card/card_output.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
 #include "apps/reading/version_text.h"
+#include "apps/terminal/text_layout.h"
 #include "apps/tool/help_text.h"
 #include "apps/tool/option_table.h"
 #include "common/nearest_name.h"

@@ -8,9 +8,9 @@
 #include <QStringList>
 
 #include "apps/card/card_files.h"
-#include "apps/process/command_line.h"
 #include "apps/reading/configuration.h"
 #include "apps/reading/usb_devices.h"
+#include "apps/terminal/command_line.h"
 
 namespace app
 {

@@ -4,10 +4,10 @@
 #include <array>
 #include <vector>
 
-#include "apps/process/program_help.h"
 #include "apps/process/translation.h"
 #include "apps/reading/configuration.h"
 #include "apps/reading/version_text.h"
+#include "apps/terminal/program_help.h"
 #include "simulator/card/faults.h"
 
 namespace viewer

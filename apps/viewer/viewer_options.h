@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 #include "apps/viewer/card_desk.h"
 
 namespace viewer

@@ -1,7 +1,7 @@
 #include "apps/virtual_reader/reader_console.h"
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app

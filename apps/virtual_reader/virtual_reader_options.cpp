@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "apps/process/program_help.h"
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/program_help.h"
+#include "apps/terminal/text_layout.h"
 #include "apps/virtual_reader/reader_console.h"
 #include "simulator/card/faults.h"
 

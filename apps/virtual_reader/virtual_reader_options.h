@@ -8,7 +8,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 #include "simulator/reader/usb_device.h"
 #include "simulator/usbip/usbip_protocol.h"
 

@@ -10,8 +10,8 @@
 #include <arpa/inet.h>
 #include <sys/stat.h>
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app

@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "apps/process/text_layout.h"
+#include "apps/terminal/text_layout.h"
 #include "simulator/card/card_library.h"
 #include "tests/tool/tool_runner.h"
 

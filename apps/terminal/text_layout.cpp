@@ -1,4 +1,4 @@
-#include "apps/process/text_layout.h"
+#include "apps/terminal/text_layout.h"
 
 #include <algorithm>
 #include <array>

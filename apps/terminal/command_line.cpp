@@ -1,9 +1,9 @@
-#include "apps/process/command_line.h"
+#include "apps/terminal/command_line.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "apps/process/text_layout.h"
+#include "apps/terminal/text_layout.h"
 #include "common/nearest_name.h"
 #include "common/texts.h"
 

@@ -1,4 +1,4 @@
-#include "apps/process/colours.h"
+#include "apps/terminal/colours.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "apps/process/text_layout.h"
+#include "apps/terminal/text_layout.h"
 
 using namespace app;
 

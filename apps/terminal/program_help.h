@@ -6,8 +6,8 @@
 #include <QString>
 #include <QVector>
 
-#include "apps/process/command_line.h"
 #include "apps/process/exit_status.h"
+#include "apps/terminal/command_line.h"
 
 namespace app
 {

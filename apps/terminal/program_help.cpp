@@ -1,7 +1,7 @@
-#include "apps/process/program_help.h"
+#include "apps/terminal/program_help.h"
 
-#include "apps/process/text_layout.h"
 #include "apps/process/translation.h"
+#include "apps/terminal/text_layout.h"
 #include "common/texts.h"
 
 namespace app
