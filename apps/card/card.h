@@ -4,10 +4,12 @@
 // fingerprints and the pictures of its sides. What differs between the kinds is a table in
 // `card.cpp`.
 
+#include <memory>
 #include <optional>
 
 #include <QByteArray>
 #include <QMap>
+#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -156,6 +158,8 @@ private:
     PhotoFormat m_photoFormat;
 };
 
+using CardPointer = std::shared_ptr<const Card>;
+
 /** Whether `cardKind` is one of the four kinds. */
 bool isCardKind(unsigned int cardKind);
 
@@ -166,3 +170,5 @@ std::optional<unsigned int> kindCodeOf(const QString &key);
 QVector<CardField> fieldsOfKind(unsigned int cardKind);
 
 } // namespace app
+
+Q_DECLARE_METATYPE(app::CardPointer)

@@ -35,8 +35,6 @@ struct RoadChoice {
 bool operator==(const RoadChoice &one, const RoadChoice &other);
 bool operator!=(const RoadChoice &one, const RoadChoice &other);
 
-using CardPointer = std::shared_ptr<const Card>;
-
 /** Why there is no card, or what is wrong with the reading of the one there is. */
 struct Problem {
     QString headline;
@@ -125,5 +123,3 @@ private:
 };
 
 } // namespace app
-
-Q_DECLARE_METATYPE(app::CardPointer)

@@ -12,9 +12,9 @@
 
 #include "apps/card/card_files.h"
 #include "apps/card/card_output.h"
-#include "apps/viewer/card_sheet.h"
+#include "apps/card_view/card_sheet.h"
+#include "apps/card_view/private_file.h"
 #include "apps/viewer/history_csv.h"
-#include "apps/viewer/private_file.h"
 
 namespace viewer
 {

@@ -6,7 +6,7 @@
 #include <QDateTime>
 #include <QVector>
 
-#include "apps/viewer/card_desk.h"
+#include "apps/card/card.h"
 
 namespace viewer
 {

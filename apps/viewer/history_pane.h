@@ -10,7 +10,7 @@
 #include <QTableView>
 #include <QWidget>
 
-#include "apps/viewer/card_table.h"
+#include "apps/card_view/card_table.h"
 #include "apps/viewer/history_csv.h"
 
 namespace viewer

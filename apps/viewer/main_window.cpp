@@ -15,8 +15,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "apps/card_view/attention.h"
 #include "apps/reading/version_text.h"
-#include "apps/viewer/attention.h"
 #include "apps/viewer/diagnosis_dialog.h"
 #include "apps/viewer/settings_dialog.h"
 

@@ -10,9 +10,9 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include "apps/card_view/card_pane.h"
 #include "apps/viewer/card_desk.h"
 #include "apps/viewer/card_export.h"
-#include "apps/viewer/card_pane.h"
 #include "apps/viewer/history_pane.h"
 #include "apps/viewer/simulator_panel.h"
 #include "apps/viewer/state_line.h"

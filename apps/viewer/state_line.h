@@ -8,7 +8,7 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
-#include "apps/viewer/state_icon.h"
+#include "apps/card_view/state_icon.h"
 
 namespace viewer
 {

@@ -1,6 +1,6 @@
 // The sheet of a card is measured on the page that comes out, with the programs of poppler.
 
-#include "apps/viewer/card_sheet.h"
+#include "apps/card_view/card_sheet.h"
 
 #include <algorithm>
 #include <cmath>

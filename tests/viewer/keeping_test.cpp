@@ -14,7 +14,7 @@
 #include <QPrinter>
 #include <QRegularExpression>
 
-#include "apps/viewer/card_sheet.h"
+#include "apps/card_view/card_sheet.h"
 #include "tests/support/build_programs.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"

@@ -9,9 +9,9 @@
 
 #include <QImage>
 
-#include "apps/viewer/card_table.h"
+#include "apps/card_view/card_table.h"
+#include "apps/card_view/true_size.h"
 #include "apps/viewer/history_csv.h"
-#include "apps/viewer/true_size.h"
 #include "tests/card/card_samples.h"
 #include "tests/tool/tool_runner.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the window is doing, as a picture that differs in form as well as in colour.
+// What becomes of a card on the reader, as a picture that differs in form as well as in colour.
 
 #include <QColor>
 #include <QPixmap>

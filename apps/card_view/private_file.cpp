@@ -1,4 +1,4 @@
-#include "apps/viewer/private_file.h"
+#include "apps/card_view/private_file.h"
 
 #include <QCoreApplication>
 #include <QDir>

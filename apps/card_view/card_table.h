@@ -6,8 +6,8 @@
 #include <QDateTime>
 #include <QStandardItemModel>
 
+#include "apps/card/card.h"
 #include "apps/card/card_output.h"
-#include "apps/viewer/card_desk.h"
 
 namespace app
 {

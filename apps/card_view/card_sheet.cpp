@@ -1,6 +1,6 @@
 // Paints a card's sides onto paper in their true size, and keeps such a page as a PDF file.
 
-#include "apps/viewer/card_sheet.h"
+#include "apps/card_view/card_sheet.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -11,8 +11,8 @@
 #include <QPrinter>
 #include <QRectF>
 
-#include "apps/viewer/private_file.h"
-#include "apps/viewer/true_size.h"
+#include "apps/card_view/private_file.h"
+#include "apps/card_view/true_size.h"
 
 namespace app
 {

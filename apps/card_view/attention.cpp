@@ -1,4 +1,4 @@
-#include "apps/viewer/attention.h"
+#include "apps/card_view/attention.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "apps/viewer/state_icon.h"
+#include "apps/card_view/state_icon.h"
 
 #include <QPainter>
 #include <QPainterPath>

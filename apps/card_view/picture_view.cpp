@@ -1,4 +1,4 @@
-#include "apps/viewer/picture_view.h"
+#include "apps/card_view/picture_view.h"
 
 #include <QApplication>
 #include <QDrag>
@@ -7,8 +7,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
-#include "apps/viewer/card_clipboard.h"
-#include "apps/viewer/private_file.h"
+#include "apps/card_view/card_clipboard.h"
+#include "apps/card_view/private_file.h"
 
 namespace viewer
 {

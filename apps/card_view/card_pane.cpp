@@ -1,4 +1,4 @@
-#include "apps/viewer/card_pane.h"
+#include "apps/card_view/card_pane.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -7,10 +7,10 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include "apps/viewer/attention.h"
-#include "apps/viewer/card_clipboard.h"
-#include "apps/viewer/state_icon.h"
-#include "apps/viewer/true_size.h"
+#include "apps/card_view/attention.h"
+#include "apps/card_view/card_clipboard.h"
+#include "apps/card_view/state_icon.h"
+#include "apps/card_view/true_size.h"
 
 namespace viewer
 {

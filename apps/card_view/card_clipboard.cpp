@@ -1,4 +1,4 @@
-#include "apps/viewer/card_clipboard.h"
+#include "apps/card_view/card_clipboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

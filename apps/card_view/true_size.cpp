@@ -1,4 +1,4 @@
-#include "apps/viewer/true_size.h"
+#include "apps/card_view/true_size.h"
 
 namespace app
 {

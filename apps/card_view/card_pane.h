@@ -8,8 +8,8 @@
 #include <QTableView>
 #include <QWidget>
 
-#include "apps/viewer/card_table.h"
-#include "apps/viewer/picture_view.h"
+#include "apps/card_view/card_table.h"
+#include "apps/card_view/picture_view.h"
 
 namespace viewer
 {

@@ -1,4 +1,4 @@
-#include "apps/viewer/card_table.h"
+#include "apps/card_view/card_table.h"
 
 #include <algorithm>
 
