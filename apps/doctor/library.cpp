@@ -10,7 +10,6 @@
 #include <QRegularExpression>
 
 #include "apps/doctor/environment.h"
-#include "apps/process/child_process.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
 
@@ -21,39 +20,6 @@ namespace
 {
 
 IDCARD_TEXTS(Doctor)
-
-/**
- * In the child: loads and looks the functions up as the library does. The loader cannot be asked to
- * search on the library's behalf, so it is handed what that search comes to.
- */
-void load(const LibraryState &state, const SendValues &send)
-{
-    QStringList paths{state.ownFolder + QLatin1Char('/') + state.fileName};
-    if (!state.found.isEmpty() && state.found != paths.first())
-        paths << state.found;
-    std::setlocale(LC_MESSAGES, "C"); // missingDependency() reads the loader's English
-    void *handle = nullptr;
-    QJsonArray errors;
-    for (const QString &path : paths) {
-        send({{"tried", path}});
-        handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-        if (handle != nullptr)
-            break;
-        const char *const reason = dlerror();
-        errors << (reason == nullptr ? tr("no reason given") : QString::fromLocal8Bit(reason));
-        send({{"errors", errors}});
-    }
-    if (handle == nullptr)
-        return;
-    QJsonArray missing;
-    for (const QString &function : state.functions) {
-        const QByteArray name = function.toLatin1();
-        if (dlsym(RTLD_DEFAULT, name.constData()) == nullptr &&
-            dlsym(handle, name.constData()) == nullptr)
-            missing << function;
-    }
-    send({{"isLoaded", true}, {"missing", missing}});
-}
 
 /** The file that has the functions, when all are in the process already; else empty. */
 QString definerOf(const QStringList &functions)
@@ -224,8 +190,7 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     state.definedIn = definerOf(functions);
     if (!state.definedIn.isEmpty())
         return state;
-    const ChildRun run =
-        runInChild([&state](const SendValues &send) { load(state, send); }, limitMs);
+    const ChildRun run = runInChild(QStringList{"library", fileName} + functions, limitMs);
     state.loading = outcomeOf(run);
     state.tried = run.values["tried"].toString();
     state.crash = run.how;
@@ -233,6 +198,39 @@ LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
     state.missing = texts(run.values["missing"]);
     state.log = run.log;
     return state;
+}
+
+void loadLibrary(const QStringList &arguments, const SendValues &send)
+{
+    const QString fileName = arguments.value(0);
+    // The loader cannot be asked to search on our library's behalf, so it is handed what that
+    // search comes to.
+    QStringList paths{QFileInfo(ownLibrary()).path() + QLatin1Char('/') + fileName};
+    const QString found = searchLibrary(fileName).found;
+    if (!found.isEmpty() && found != paths.first())
+        paths << found;
+    std::setlocale(LC_MESSAGES, "C"); // missingDependency() reads the loader's English
+    void *handle = nullptr;
+    QJsonArray errors;
+    for (const QString &path : paths) {
+        send({{"tried", path}});
+        handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+        if (handle != nullptr)
+            break;
+        const char *const reason = dlerror();
+        errors << (reason == nullptr ? tr("no reason given") : QString::fromLocal8Bit(reason));
+        send({{"errors", errors}});
+    }
+    if (handle == nullptr)
+        return;
+    QJsonArray missing;
+    for (const QString &function : arguments.mid(1)) {
+        const QByteArray name = function.toLatin1();
+        if (dlsym(RTLD_DEFAULT, name.constData()) == nullptr &&
+            dlsym(handle, name.constData()) == nullptr)
+            missing << function;
+    }
+    send({{"isLoaded", true}, {"missing", missing}});
 }
 
 LibraryState probeReaderLibrary()

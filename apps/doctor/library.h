@@ -5,6 +5,7 @@
 
 #include <QVector>
 
+#include "apps/doctor/child.h"
 #include "apps/doctor/finding.h"
 #include "apps/doctor/library_files.h"
 
@@ -35,6 +36,10 @@ constexpr int LOADING_LIMIT_MS = 5000;
 /** Loads the library in a child process; none of its functions is called. */
 LibraryState probeLibrary(const QString &fileName, const QStringList &functions,
                           int limitMs = LOADING_LIMIT_MS);
+
+/** The work "library" of a child: loads this file and looks these functions up as our library does.
+ */
+void loadLibrary(const QStringList &arguments, const SendValues &send);
 
 /** Under the file names that the library was configured with. */
 LibraryState probeReaderLibrary();

@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
-#include "apps/process/child_process.h"
 #include "apps/process/display.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
@@ -42,30 +41,11 @@ void keepCachesIn(const QString &folder)
     qputenv("XDG_CACHE_HOME", QFile::encodeName(folder));
 }
 
-/** In the child: reports part after part, so earlier parts are known even if the next crashes. */
-void describe(const SendValues &send)
-{
-    std::array<char, 14> name = {"idcard-reader"};
-    std::array<char *, 2> arguments = {name.data(), nullptr};
-    int count = 1;
-    const QGuiApplication application(count, arguments.data());
-    translateApplication();
-    send({{"screen", describeScreen()}});
-    send({{"jpeg", describeJpeg()}});
-    for (std::size_t i = 0; i < FONT_KEYS.size(); ++i)
-        send({{FONT_KEYS.at(i), describeFont(i)}});
-}
-
 ChildRun runQt()
 {
     const QTemporaryDir folder(QDir::tempPath() + QStringLiteral("/idcard-reader-XXXXXX"));
     const QString caches = folder.isValid() ? folder.path() : QStringLiteral("/dev/null");
-    return runInChild(
-        [&caches](const SendValues &send) {
-            keepCachesIn(caches);
-            describe(send);
-        },
-        QT_LIMIT_MS);
+    return runInChild({QStringLiteral("pictures"), caches}, QT_LIMIT_MS);
 }
 
 /** All but the screen, which differs from platform to platform. */
@@ -94,6 +74,20 @@ QString failureOf(const ChildRun &run)
 }
 
 } // namespace
+
+void describePictures(const QStringList &arguments, const SendValues &send)
+{
+    keepCachesIn(arguments.value(0));
+    std::array<char, 14> name = {"idcard-reader"};
+    std::array<char *, 2> qtArguments = {name.data(), nullptr};
+    int count = 1;
+    const QGuiApplication application(count, qtArguments.data());
+    translateApplication();
+    send({{"screen", describeScreen()}});
+    send({{"jpeg", describeJpeg()}});
+    for (std::size_t i = 0; i < FONT_KEYS.size(); ++i)
+        send({{FONT_KEYS.at(i), describeFont(i)}});
+}
 
 PicturesState probePictures()
 {

@@ -8,6 +8,7 @@
 
 #include <QSizeF>
 
+#include "apps/doctor/child.h"
 #include "apps/doctor/finding.h"
 #include "apps/process/json_object.h"
 
@@ -53,8 +54,14 @@ struct PicturesState {
     QString shippedFontChoice; ///< a copy of it that comes with this program; empty: there is none
 };
 
-/** The process must have no application object. May choose a platform for the process. */
+/** May choose a platform for the process. */
 PicturesState probePictures();
+
+/**
+ * The work "pictures" of a child: for a folder of caches that are thrown away. Reports part after
+ * part, so earlier parts are known even if the next crashes.
+ */
+void describePictures(const QStringList &arguments, const SendValues &send);
 
 // Each part in a file of its own: what the child reports of it, and what the parent takes.
 

@@ -1,9 +1,5 @@
 #include "apps/doctor/service.h"
 
-#include <cstdlib>
-
-#include <QFile>
-
 #include <sys/wait.h>
 
 #include "apps/doctor/environment.h"
@@ -24,21 +20,32 @@ constexpr int LIMIT_MS = 30000;
 
 const QString ERRORS = QStringLiteral(IDCARD_SERVICE_DOMAIN ".Error.");
 
-// The card that it answers with is not looked at.
-constexpr const char *READ_INSIDE =
-    "exec dbus-send --system --print-reply --reply-timeout=25000 --dest=" IDCARD_SERVICE_NAME
-    " " IDCARD_SERVICE_PATH " " IDCARD_SERVICE_NAME
-    ".ReadCard array:string: uint32:10000 >/dev/null";
-
-/** Runs a shell command; `log` and `values["status"]` are what came of it. */
-ChildRun runCommand(const QByteArray &command)
+/** The card that it answers with is not looked at. */
+ServiceState readInside()
 {
-    return runInChild(
-        [&](const SendValues &send) {
-            const int status = std::system(command.constData()); // NOLINT(cert-env33-c)
-            send({{"status", WIFEXITED(status) ? WEXITSTATUS(status) : -1}});
-        },
-        LIMIT_MS);
+    const QStringList command =
+        splitAt(QLatin1Char(' '),
+                QStringLiteral("dbus-send --system --print-reply --reply-timeout=25000 "
+                               "--dest=" IDCARD_SERVICE_NAME " " IDCARD_SERVICE_PATH
+                               " " IDCARD_SERVICE_NAME ".ReadCard array:string: uint32:10000"));
+    const ChildEnd end = runChild(command, LIMIT_MS, Collected::ERRORS);
+    ServiceState state = parseBusError(QString::fromUtf8(end.errorOutput));
+    if (end.error != 0)
+        state.message = filledIn(QStringLiteral("%1: %2"), command[0], systemError(end.error));
+    else if (!end.status)
+        state.message = tr("no answer came in time");
+    return state;
+}
+
+ExitStatus readOutside()
+{
+    const QString program = linkTarget(QStringLiteral("/proc/self/exe"));
+    const ChildEnd end =
+        runChild({program, "read", "--timeout", "10"}, LIMIT_MS, Collected::ERRORS);
+    if (!end.status)
+        return ExitStatus::READ_TIMED_OUT;
+    return WIFEXITED(*end.status) ? static_cast<ExitStatus>(WEXITSTATUS(*end.status))
+                                  : ExitStatus::READ_FAILED;
 }
 
 Finding failure(const QString &text, const QString &remedy, const QStringList &commands = {})
@@ -107,16 +114,8 @@ ServiceState parseBusError(const QString &printed)
 
 ServiceState probeService()
 {
-    const ChildRun inside = runCommand(READ_INSIDE);
-    ServiceState state = parseBusError(QString::fromUtf8(inside.log));
-    if (inside.end != ChildRun::End::DONE)
-        state.message = tr("no answer came in time");
-    const QString program = quoted(linkTarget(QStringLiteral("/proc/self/exe")));
-    const ChildRun outside =
-        runCommand(QFile::encodeName(program) + " read --timeout 10 >/dev/null 2>&1");
-    state.outside = outside.end == ChildRun::End::DONE
-                        ? static_cast<ExitStatus>(outside.values["status"].toInt())
-                        : ExitStatus::READ_TIMED_OUT;
+    ServiceState state = readInside();
+    state.outside = readOutside();
     state.isProbed = true;
     return state;
 }

@@ -2,12 +2,10 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
+#include <vector>
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QJsonDocument>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -18,9 +16,6 @@
 #include <unistd.h>
 
 #include "apps/process/core_dumps.h"
-#include "apps/process/standard_streams.h"
-#include "apps/process/translation.h"
-#include "common/texts.h"
 #include "common/write_all.h"
 
 namespace app
@@ -29,12 +24,21 @@ namespace app
 namespace
 {
 
-IDCARD_TEXTS(Process)
-
 constexpr qint64 MOST_READ = 262144;
 constexpr rlim_t MOST_WRITTEN = 16777216; ///< to any file, so also in memory
+constexpr int MOST_FILES = 1024;          ///< that a host leaves open, by the usual limit
 constexpr int LOOK_MS = 2;
-constexpr char END_MARK[] = "\x04\n"; ///< the last line: an exit without it is a crash
+constexpr int NOT_STARTED = 127; ///< as a shell ends then
+
+/** As the system wants them. */
+std::vector<char *> pointersTo(QByteArrayList &words)
+{
+    std::vector<char *> pointers;
+    for (QByteArray &word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
 
 /** In memory, for a child to fill. */
 void openForChild(QFile *file)
@@ -49,63 +53,17 @@ QByteArray contentOf(QFile *file)
     return file->read(MOST_READ);
 }
 
-/** Closes what this process had open, except the standard streams and one more. */
-void closeFilesBut(int kept)
+/** In the child. */
+void limitChild()
 {
-    const QStringList open =
-        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System);
-    for (const QString &number : open) {
-        bool isNumber = false;
-        const int descriptor = number.toInt(&isNumber);
-        if (isNumber && descriptor > STDERR_FILENO && descriptor != kept)
-            ::close(descriptor);
-    }
-}
-
-void writeTo(int descriptor, const QByteArray &text)
-{
-    writeAll(descriptor, text.constData(), static_cast<std::size_t>(text.size()));
-}
-
-[[noreturn]] void runChild(const std::function<void(const SendValues &)> &work, int channel,
-                           int log)
-{
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const rlimit limit{MOST_WRITTEN, MOST_WRITTEN};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, SIG_IGN); // what is beyond the limit is dropped
-    ::setpgid(0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    ::prctl(PR_SET_DUMPABLE, 0);
     forbidCoreDumps();
-    ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
-    ::dup2(log, STDERR_FILENO);
-    closeFilesBut(channel);
-    showForeignOutput(); // standard output goes the same way
-    work([channel](const JsonObject &values) {
-        writeTo(channel, QJsonDocument(values).toJson(QJsonDocument::Compact) + '\n');
-    });
-    writeTo(channel, END_MARK);
-    ::_exit(0);
-}
-
-QString describe(int status)
-{
-    if (!WIFSIGNALED(status))
-        return tr("it ended the program with the status %1").arg(WEXITSTATUS(status));
-    const int number = WTERMSIG(status);
-    return filledIn(tr("signal %1, %2"), QString::number(number),
-                    translatedSystemText(QString::fromLocal8Bit(::strsignal(number))));
-}
-
-JsonObject merged(const QByteArray &lines)
-{
-    JsonObject all;
-    for (const QByteArray &line : lines.split('\n')) {
-        const QJsonObject values = QJsonDocument::fromJson(line).object();
-        for (auto it = values.begin(); it != values.end(); ++it)
-            all.insert(it.key(), it.value());
-    }
-    return all;
+    for (int file = STDERR_FILENO + 1; file < MOST_FILES; ++file)
+        ::fcntl(file, F_SETFD, FD_CLOEXEC);
 }
 
 } // namespace
@@ -115,46 +73,69 @@ void learnHowChildrenEnd()
     std::signal(SIGCHLD, SIG_DFL);
 }
 
-ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs)
+pid_t startChild(const QByteArrayList &command, const QByteArrayList &environment,
+                 const std::array<int, 3> &streams, const std::function<void()> &prepare)
 {
-    ChildRun run;
-    QFile channel;
-    QFile log;
-    openForChild(&channel);
-    openForChild(&log);
-    const pid_t child = channel.handle() >= 0 && log.handle() >= 0 ? ::fork() : -1;
-    if (child < 0) {
-        run.end = ChildRun::End::CRASHED;
-        run.how = tr("no process could be started: %1").arg(systemError(errno));
-        return run;
+    QByteArrayList words = command;
+    QByteArrayList settings = environment;
+    const std::vector<char *> arguments = pointersTo(words);
+    const std::vector<char *> variables = pointersTo(settings);
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    std::array<int, 2> failure = {-1, -1}; // closed without a word once the child is the program
+    pid_t child = ::pipe2(failure.data(), O_CLOEXEC) == 0 ? ::fork() : -1;
+    if (child == 0) {
+        int number = STDIN_FILENO;
+        for (const int stream : streams)
+            ::dup2(stream < 0 ? null : stream, number++);
+        prepare();
+        ::execvpe(arguments[0], arguments.data(), settings.isEmpty() ? environ : variables.data());
+        writeAll(failure[1], &errno, sizeof(errno));
+        ::_exit(NOT_STARTED);
     }
-    if (child == 0)
-        runChild(work, channel.handle(), log.handle());
-    ::setpgid(child, child); // whichever of the two is first
+    int error = errno;
+    ::close(failure[1]);
+    if (child > 0 && ::read(failure[0], &error, sizeof(error)) > 0) {
+        ::waitpid(child, nullptr, 0);
+        child = -1;
+    }
+    ::close(failure[0]);
+    ::close(null);
+    errno = error;
+    return child;
+}
 
+ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected,
+                  const std::function<bool()> &isToEnd)
+{
+    QByteArrayList words;
+    for (const QString &word : command)
+        words << QFile::encodeName(word);
+    QFile output;
+    QFile errorOutput;
+    openForChild(&output);
+    openForChild(&errorOutput);
+    const int kept = collected == Collected::BOTH ? output.handle() : -1;
+    const pid_t child = startChild(words, {}, {-1, kept, errorOutput.handle()}, limitChild);
+    ChildEnd end;
+    if (child < 0) {
+        end.error = errno;
+        return end;
+    }
     QElapsedTimer time;
     time.start();
     int status = 0;
-    bool hasEnded = false;
-    while (!hasEnded && !time.hasExpired(timeoutMs)) {
-        hasEnded = ::waitpid(child, &status, WNOHANG) == child;
-        if (!hasEnded)
+    while (!end.status && !time.hasExpired(timeoutMs) && !(isToEnd && isToEnd())) {
+        if (::waitpid(child, &status, WNOHANG) == child)
+            end.status = status;
+        else
             ::poll(nullptr, 0, LOOK_MS);
     }
     ::kill(-child, SIGKILL);
-    if (!hasEnded)
-        ::waitpid(child, &status, 0);
-
-    const QByteArray lines = contentOf(&channel);
-    run.values = merged(lines);
-    run.log = contentOf(&log);
-    if (!hasEnded) {
-        run.end = ChildRun::End::TIMED_OUT;
-    } else if (!lines.endsWith(END_MARK)) {
-        run.end = ChildRun::End::CRASHED;
-        run.how = describe(status);
-    }
-    return run;
+    if (!end.status)
+        ::waitpid(child, nullptr, 0);
+    end.output = contentOf(&output);
+    end.errorOutput = contentOf(&errorOutput);
+    return end;
 }
 
 } // namespace app

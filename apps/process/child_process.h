@@ -1,25 +1,18 @@
 #pragma once
 
-// Runs what may crash or hang in a child process, so that this one survives it.
+// Starts other programs, and runs them for a time.
 
+#include <array>
 #include <functional>
+#include <optional>
 
-#include <QByteArray>
-#include <QJsonObject>
-#include <QString>
+#include <QByteArrayList>
+#include <QStringList>
 
-#include "apps/process/json_object.h"
+#include <sys/types.h>
 
 namespace app
 {
-
-struct ChildRun {
-    enum class End { DONE, CRASHED, TIMED_OUT };
-    End end = End::DONE;
-    QString how;       ///< of a crash: the signal or the status
-    JsonObject values; ///< sent by the work, up to its end
-    QByteArray log;    ///< what came on standard output and standard error
-};
 
 /**
  * To be called at the start of a program that has children: one that was started by a host which
@@ -27,14 +20,31 @@ struct ChildRun {
  */
 void learnHowChildrenEnd();
 
-/** Sends the parent values; those sent later replace those of the same keys. */
-using SendValues = std::function<void(const JsonObject &values)>;
+/**
+ * Starts a program, which is looked for in PATH, with these settings as its environment, or with
+ * those of this process if there are none. `streams` become its standard streams; one that is
+ * negative is /dev/null. `prepare` is the last that the child does before, and may do only what a
+ * signal handler may. Returns the number of the process, or -1, and `errno` says why.
+ */
+pid_t startChild(const QByteArrayList &command, const QByteArrayList &environment,
+                 const std::array<int, 3> &streams, const std::function<void()> &prepare);
+
+struct ChildEnd {
+    int error = 0;             ///< not 0: why the program could not be started
+    std::optional<int> status; ///< as `waitpid` gives it; none: it did not end by itself
+    QByteArray output;         ///< no more than 256 kB
+    QByteArray errorOutput;    ///< likewise
+};
+
+/** Which outputs of a program are collected. */
+enum class Collected { BOTH, ERRORS };
 
 /**
- * Runs `work` in a forked child, which is killed with its own children after `timeoutMs`, and with
- * this process. The calling process must have no application object and one thread. The child has
- * none of this process's files and leaves no core file.
+ * Runs a program until it ends, its time is over, or `isToEnd` says so. It is then killed with what
+ * it started, and with this process. It has none of this process's files, leaves no core file, and
+ * of what it writes to a file no more than 16 MB get there.
  */
-ChildRun runInChild(const std::function<void(const SendValues &send)> &work, int timeoutMs);
+ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected = Collected::BOTH,
+                  const std::function<bool()> &isToEnd = {});
 
 } // namespace app

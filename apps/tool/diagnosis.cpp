@@ -4,12 +4,11 @@
 #include <optional>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
-#include <QProcess>
 
+#include "apps/process/child_process.h"
 #include "apps/process/interruption.h"
 #include "apps/results/message.h"
 
@@ -21,7 +20,6 @@ namespace
 
 constexpr int LIMIT_SECONDS = 20;
 constexpr int MS_PER_SECOND = 1000;
-constexpr int LOOK_MS = 100;
 
 /** The checks that can explain a failure, the more probable first; empty when none can. */
 QStringList checksFor(const Failure &failure)
@@ -34,24 +32,14 @@ QStringList checksFor(const Failure &failure)
     return checks.value(failure.name);
 }
 
-/** The doctor starts children of its own, for which this process is not fit any more. */
+/** By another process: this one is changed by the reading that failed. */
 QJsonArray findingsOfDoctor(int limitMs)
 {
-    QProcess doctor;
-    doctor.setStandardErrorFile(QProcess::nullDevice());
-    doctor.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("doctor"), QStringLiteral("--json")});
-    doctor.closeWriteChannel();
-    const QDeadlineTimer limit(limitMs);
-    while (doctor.state() != QProcess::NotRunning && !isInterrupted() && !limit.hasExpired())
-        doctor.waitForFinished(LOOK_MS);
-    if (doctor.state() != QProcess::NotRunning) {
-        doctor.kill();
-        doctor.waitForFinished();
+    const ChildEnd end = runChild({QCoreApplication::applicationFilePath(), "doctor", "--json"},
+                                  limitMs, Collected::BOTH, isInterrupted);
+    if (!end.status)
         return {};
-    }
-    const QByteArray report = doctor.readAllStandardOutput();
-    return QJsonDocument::fromJson(report).object()["findings"].toArray();
+    return QJsonDocument::fromJson(end.output).object()["findings"].toArray();
 }
 
 /** What the check found to be the failure; nothing when it found none. */

@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include "apps/doctor/library.h"
+#include "apps/doctor/pictures.h"
 #include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/display.h"
@@ -101,10 +103,13 @@ ExitStatus serve(const QStringList &arguments, Output *output)
 int main(int argc, char **argv)
 {
     forbidCoreDumps();
-    Output output;
     installMessageHandler();
-    learnHowChildrenEnd();
     useUtf8InPlainLocale();
-    const ExitStatus status = serve(argumentsOf(argc, argv), &output);
+    const QStringList arguments = argumentsOf(argc, argv);
+    doctor::workIfChild(arguments,
+                        {{"library", doctor::loadLibrary}, {"pictures", doctor::describePictures}});
+    Output output;
+    learnHowChildrenEnd();
+    const ExitStatus status = serve(arguments, &output);
     return static_cast<int>(closedWith(status, &output));
 }

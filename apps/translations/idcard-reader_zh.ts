@@ -1669,6 +1669,18 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <source>Choose Qt&apos;s offscreen platform in its place:</source>
         <translation>请改用 Qt 的 offscreen 平台：</translation>
     </message>
+    <message>
+        <source>no process could be started: %1</source>
+        <translation>无法启动进程：%1</translation>
+    </message>
+    <message>
+        <source>it ended the program with the status %1</source>
+        <translation>它以状态 %1 结束了程序</translation>
+    </message>
+    <message>
+        <source>signal %1, %2</source>
+        <translation>信号 %1，%2</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>
@@ -1959,18 +1971,6 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
 </context>
 <context>
     <name>Process</name>
-    <message>
-        <source>it ended the program with the status %1</source>
-        <translation>它以状态 %1 结束了程序</translation>
-    </message>
-    <message>
-        <source>signal %1, %2</source>
-        <translation>信号 %1，%2</translation>
-    </message>
-    <message>
-        <source>no process could be started: %1</source>
-        <translation>无法启动进程：%1</translation>
-    </message>
     <message>
         <source>The reading in progress was broken off. If the reader does not answer any more, unplug it and plug it in again.</source>
         <translation>正在进行的读卡已中断。如果读卡器不再应答，请重新插拔读卡器。</translation>

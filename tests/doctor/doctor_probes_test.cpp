@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMap>
 #include <QTemporaryDir>
 
 #include <grp.h>
@@ -19,7 +20,7 @@
 #include "apps/doctor/shipped_files.h"
 #include "apps/doctor/usb.h"
 #include "apps/doctor/web_pages.h"
-#include "apps/process/child_process.h"
+#include "apps/process/locale.h"
 #include "apps/web_sites/browser_files.h"
 #include "apps/web_sites/last_answer.h"
 #include "tests/support/cancelled_thread.h"
@@ -36,28 +37,66 @@ namespace
 
 constexpr int LONG_MS = 60000;
 
-ChildRun runChild(const std::function<void(const SendValues &)> &work, int limitMs = LONG_MS)
+constexpr int INHERITED_FILE = 100;
+
+/** What the children of these tests do. */
+const Works WORKS = {
+    {"library", loadLibrary},
+    {"send-twice",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         send({{"part", "one"}, {"count", 1}});
+         send({{"count", 2}});
+     }},
+    {"send-and-print",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         send({{"part", "one"}});
+         for (int descriptor = STDOUT_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+             static_cast<void>(write(descriptor, "{\"part\":\"two\"}\n", 15));
+     }},
+    {"read-inherited-file",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         char byte = 0;
+         send({{"got", static_cast<int>(pread(INHERITED_FILE, &byte, 1, 0))}});
+     }},
+    {"send-and-abort",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         send({{"part", "one"}});
+         std::abort();
+     }},
+    {"exit", [](const QStringList & /*arguments*/, const SendValues & /*send*/) { _exit(0); }},
+    {"hang-with-a-child",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         const pid_t child = fork();
+         if (child > 0)
+             send({{"grandchild", child}});
+         for (;;)
+             pause();
+     }},
+    {"print-much",
+     [](const QStringList & /*arguments*/, const SendValues &send) {
+         const QByteArray noise(1 << 20, 'x');
+         qint64 printed = 0;
+         for (int i = 0; i < 40; ++i)
+             printed += std::max<ssize_t>(write(STDERR_FILENO, noise.constData(), 1 << 20), 0);
+         send({{"printed", printed}});
+     }},
+};
+
+ChildRun runChild(const char *work, int limitMs = LONG_MS)
 {
-    return runInChild(work, limitMs);
+    return runInChild({work}, limitMs);
 }
 
 TEST(DoctorsChild, ThatEndsItsWorkIsDone)
 {
-    const ChildRun run = runChild([](const SendValues &send) {
-        send({{"part", "one"}, {"count", 1}});
-        send({{"count", 2}});
-    });
+    const ChildRun run = runChild("send-twice");
     EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}, {"count", 2}}));
 }
 
 TEST(DoctorsChild, ThatPrintsWhatLooksLikeItsAnswerDoesNotChangeIt)
 {
-    const ChildRun run = runChild([](const SendValues &send) {
-        send({{"part", "one"}});
-        for (int descriptor = STDOUT_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
-            static_cast<void>(write(descriptor, "{\"part\":\"two\"}\n", 15));
-    });
+    const ChildRun run = runChild("send-and-print");
     EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}}));
     EXPECT_EQ(run.log.toStdString(), "{\"part\":\"two\"}\n{\"part\":\"two\"}\n");
@@ -69,20 +108,14 @@ TEST(DoctorsChild, HasNoFileOfItsParent)
     writeFile(folder.filePath("card"), "personal");
     QFile file(folder.filePath("card"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const int descriptor = file.handle();
-    const ChildRun run = runChild([descriptor](const SendValues &send) {
-        char byte = 0;
-        send({{"got", static_cast<int>(pread(descriptor, &byte, 1, 0))}});
-    });
-    EXPECT_EQ(run.values["got"].toInt(), -1);
+    ASSERT_EQ(dup2(file.handle(), INHERITED_FILE), INHERITED_FILE);
+    EXPECT_EQ(runChild("read-inherited-file").values["got"].toInt(), -1);
+    close(INHERITED_FILE);
 }
 
 TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItReportedIsKept)
 {
-    const ChildRun run = runChild([](const SendValues &send) {
-        send({{"part", "one"}});
-        std::abort();
-    });
+    const ChildRun run = runChild("send-and-abort");
     EXPECT_EQ(run.end, ChildRun::End::CRASHED);
     EXPECT_EQ(run.values, (QJsonObject{{"part", "one"}}));
     EXPECT_THAT(run.how.toStdString(), HasSubstr("signal 6"));
@@ -90,56 +123,31 @@ TEST(DoctorsChild, ThatAbortsHasCrashedAndWhatItReportedIsKept)
 
 TEST(DoctorsChild, ThatExitsWithoutEndingItsWorkHasCrashed)
 {
-    const ChildRun run = runChild([](const SendValues & /*send*/) { _exit(0); });
+    const ChildRun run = runChild("exit");
     EXPECT_EQ(run.end, ChildRun::End::CRASHED);
     EXPECT_THAT(run.how.toStdString(), HasSubstr("status 0"));
 }
 
 TEST(DoctorsChild, ThatHangsIsKilledWithItsChildren)
 {
+    constexpr int TIME_TO_START_MS = 3000; // under an emulator
     QElapsedTimer time;
     time.start();
-    const ChildRun run = runChild(
-        [](const SendValues &send) {
-            const pid_t child = fork();
-            if (child == 0) {
-                for (;;)
-                    pause();
-            }
-            send({{"grandchild", child}});
-            for (;;)
-                pause();
-        },
-        300);
+    const ChildRun run = runChild("hang-with-a-child", TIME_TO_START_MS);
     EXPECT_EQ(run.end, ChildRun::End::TIMED_OUT);
-    EXPECT_LT(time.elapsed(), 5000);
+    EXPECT_LT(time.elapsed(), TIME_TO_START_MS + 5000);
     const pid_t grandchild = run.values["grandchild"].toInt();
     ASSERT_GT(grandchild, 0);
     waitUntil([grandchild] { return !isRunning(grandchild); });
 }
 
-TEST(DoctorsChild, ThatPrintsWithoutEndIsReadWithoutEnd)
-{
-    const ChildRun run = runChild([](const SendValues & /*send*/) {
-        for (int i = 0; i < 100000; ++i)
-            static_cast<void>(write(STDERR_FILENO, "noise\n", 6));
-    });
-    EXPECT_EQ(run.end, ChildRun::End::DONE);
-    EXPECT_LE(run.log.size(), 300 * 1024);
-}
-
 TEST(DoctorsChild, ThatPrintsWithoutEndDoesNotFillTheMemory)
 {
-    const ChildRun run = runChild([](const SendValues &send) {
-        const QByteArray noise(1 << 20, 'x');
-        qint64 printed = 0;
-        for (int i = 0; i < 40; ++i)
-            printed += std::max<ssize_t>(write(STDERR_FILENO, noise.constData(), 1 << 20), 0);
-        send({{"printed", printed}});
-    });
+    const ChildRun run = runChild("print-much");
     EXPECT_EQ(run.end, ChildRun::End::DONE);
     EXPECT_GE(run.values["printed"].toInt(), 1 << 20);
     EXPECT_LE(run.values["printed"].toInt(), 20 << 20);
+    EXPECT_LE(run.log.size(), 300 * 1024);
 }
 
 /** A copy of a built library that a test spoils. */
@@ -510,3 +518,11 @@ TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
 }
 
 } // namespace
+
+/** This program, too, is its own child. */
+int main(int argc, char **argv)
+{
+    workIfChild(argumentsOf(argc, argv), WORKS);
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -78,3 +78,11 @@ TEST_F(ServiceDoctor, MachineWithoutABus_IsAServiceThatDoesNotAnswer)
     m_bus.end();
     EXPECT_THAT(text(), StartsWith("it does not answer: Failed to open connection"));
 }
+
+TEST_F(ServiceDoctor, MachineWithoutDbusSend_IsAServiceThatDoesNotAnswer)
+{
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", m_folder.path().toUtf8());
+    EXPECT_EQ(text(), "it does not answer: dbus-send: No such file or directory");
+    qputenv("PATH", path);
+}
