@@ -3,11 +3,9 @@
 #include <cerrno>
 #include <csignal>
 #include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,6 +16,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcessEnvironment>
+
+#include "apps/process/child_process.h"
 
 // Not with QProcess: what it asks of the kernel to hear of a child's end is not what qemu-user
 // answers, so that every child seems to have crashed.
@@ -32,30 +32,19 @@ Clock::time_point after(int milliseconds)
     return Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
-/** Words or settings as the null-terminated array of pointers that the system wants. */
-class Words
-{
-public:
-    explicit Words(const QStringList &words)
-    {
-        for (const QString &word : words)
-            m_words.push_back(word.toStdString());
-        for (std::string &word : m_words)
-            m_pointers.push_back(word.data());
-        m_pointers.push_back(nullptr);
-    }
-    char **data() { return m_pointers.data(); }
-
-private:
-    std::vector<std::string> m_words;
-    std::vector<char *> m_pointers;
-};
-
 /** What is to be started, and with which environment. */
 struct Start {
-    QStringList command;
-    QStringList environment;
+    QByteArrayList command;
+    QByteArrayList environment;
 };
+
+QByteArrayList encoded(const QStringList &words)
+{
+    QByteArrayList bytes;
+    for (const QString &word : words)
+        bytes << word.toUtf8();
+    return bytes;
+}
 
 Start startOf(const QString &program, const QStringList &arguments, const ProcessInput &input)
 {
@@ -64,9 +53,9 @@ Start startOf(const QString &program, const QStringList &arguments, const Proces
     const QString emulator =
         input.emulated ? qEnvironmentVariable("IDCARD_TEST_EMULATOR") : QString();
 
-    Start start;
+    QStringList command;
     if (!emulator.isEmpty())
-        start.command << emulator;
+        command << emulator;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (!emulator.isEmpty())
         environment.remove(QStringLiteral("LD_PRELOAD")); // this program's, of another processor
@@ -75,13 +64,12 @@ Start startOf(const QString &program, const QStringList &arguments, const Proces
             environment.remove(it.key());
         else if (!emulator.isEmpty() && it.key().startsWith(QLatin1String("LD_")))
             // For the loader inside; the emulator's own loader must not see it.
-            start.command << QStringLiteral("-E") << it.key() + '=' + it.value();
+            command << QStringLiteral("-E") << it.key() + '=' + it.value();
         else
             environment.insert(it.key(), it.value());
     }
-    start.command << path << arguments;
-    start.environment = environment.toStringList();
-    return start;
+    command << path << arguments;
+    return {encoded(command), encoded(environment.toStringList())};
 }
 
 /** Reads what is there into `text`, and closes the pipe at its end. */
@@ -95,51 +83,15 @@ void readSome(Pipe &pipe, QByteArray &text)
         pipe.closeReadEnd();
 }
 
-/** What a program's three streams and its signals are when it starts. */
-class SpawnSettings
+/** What a program writes to: the file, or the pipe if that has no name. To be closed. */
+int writtenTo(const QString &file, const Pipe &pipe)
 {
-public:
-    SpawnSettings(const ProcessInput &input, const Pipe &in, const Pipe &out, const Pipe &err)
-    {
-        posix_spawn_file_actions_init(&actions);
-        posix_spawnattr_init(&attributes);
-        posix_spawn_file_actions_adddup2(&actions, in.readEnd(), STDIN_FILENO);
-        if (input.standardOutput == StandardOutput::CLOSED)
-            posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
-        else
-            write(STDOUT_FILENO, input.standardOutputFile, out);
-        write(STDERR_FILENO, input.standardErrorFile, err);
-        if (const std::string folder = input.workingDirectory.toStdString(); !folder.empty())
-            posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
-        // The child gets signals as a shell would give them, whatever this process ignores.
-        sigset_t defaults;
-        sigemptyset(&defaults);
-        if (!input.ignoresBrokenPipes)
-            sigaddset(&defaults, SIGPIPE);
-        posix_spawnattr_setsigdefault(&attributes, &defaults);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-    }
-    ~SpawnSettings()
-    {
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    SpawnSettings(const SpawnSettings &) = delete;
-    SpawnSettings &operator=(const SpawnSettings &) = delete;
-
-    posix_spawn_file_actions_t actions{};
-    posix_spawnattr_t attributes{};
-
-private:
-    void write(int stream, const QString &file, const Pipe &pipe)
-    {
-        if (file.isEmpty())
-            posix_spawn_file_actions_adddup2(&actions, pipe.writeEnd(), stream);
-        else
-            posix_spawn_file_actions_addopen(&actions, stream, file.toStdString().c_str(),
-                                             O_WRONLY | O_NOCTTY, 0);
-    }
-};
+    const int descriptor =
+        file.isEmpty() ? ::fcntl(pipe.writeEnd(), F_DUPFD_CLOEXEC, 0)
+                       : ::open(file.toStdString().c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    EXPECT_GE(descriptor, 0) << file.toStdString();
+    return descriptor;
+}
 
 } // namespace
 
@@ -181,14 +133,22 @@ RunningProcess::RunningProcess(const QString &program, const QStringList &argume
     if (input.standardOutput == StandardOutput::BROKEN_PIPE)
         m_out.closeReadEnd();
     const Start start = startOf(program, arguments, input);
-    Words command(start.command);
-    Words environment(start.environment);
-    const SpawnSettings settings(input, m_in, m_out, m_err);
-    if (posix_spawnp(&m_id, command.data()[0], &settings.actions, &settings.attributes,
-                     command.data(), environment.data()) != 0) {
-        m_id = 0;
+    const int out = writtenTo(input.standardOutputFile, m_out);
+    const int err = writtenTo(input.standardErrorFile, m_err);
+    const std::string folder = input.workingDirectory.toStdString();
+    m_id = app::startChild(start.command, start.environment, {m_in.readEnd(), out, err}, [&] {
+        if (input.standardOutput == StandardOutput::CLOSED)
+            ::close(STDOUT_FILENO);
+        if (!folder.empty())
+            static_cast<void>(::chdir(folder.c_str()));
+        // As a shell would give it, whatever this process ignores.
+        if (!input.ignoresBrokenPipes)
+            std::signal(SIGPIPE, SIG_DFL);
+    });
+    ::close(out);
+    ::close(err);
+    if (m_id < 0)
         ADD_FAILURE() << program.toStdString() << " cannot be started";
-    }
     m_in.closeReadEnd();
     m_out.closeWriteEnd();
     m_err.closeWriteEnd();
