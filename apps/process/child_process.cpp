@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "apps/process/core_dumps.h"
+#include "apps/process/interruption.h"
 #include "common/write_all.h"
 
 namespace app
@@ -104,8 +105,7 @@ pid_t startChild(const QByteArrayList &command, const QByteArrayList &environmen
     return child;
 }
 
-ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected,
-                  const std::function<bool()> &isToEnd)
+ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected)
 {
     QByteArrayList words;
     for (const QString &word : command)
@@ -124,7 +124,7 @@ ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected
     QElapsedTimer time;
     time.start();
     int status = 0;
-    while (!end.status && !time.hasExpired(timeoutMs) && !(isToEnd && isToEnd())) {
+    while (!end.status && !time.hasExpired(timeoutMs) && !isInterrupted()) {
         if (::waitpid(child, &status, WNOHANG) == child)
             end.status = status;
         else

@@ -40,11 +40,10 @@ struct ChildEnd {
 enum class Collected { BOTH, ERRORS };
 
 /**
- * Runs a program until it ends, its time is over, or `isToEnd` says so. It is then killed with what
- * it started, and with this process. It has none of this process's files, leaves no core file, and
- * of what it writes to a file no more than 16 MB get there.
+ * Runs a program until it ends, its time is over, or a signal to end came. It is then killed with
+ * what it started, and with this process. It has none of this process's files, leaves no core file,
+ * and of what it writes to a file no more than 16 MB get there.
  */
-ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected = Collected::BOTH,
-                  const std::function<bool()> &isToEnd = {});
+ChildEnd runChild(const QStringList &command, int timeoutMs, Collected collected = Collected::BOTH);
 
 } // namespace app

@@ -11,9 +11,8 @@ namespace app
 /**
  * `failure` of a reading through the reader maker's library, whose code alone has several causes:
  * with the one that the doctor finds on this machine and what it says is to be done. As it was when
- * the doctor finds none, when the code says enough, or when the simulator failed. Takes as long as
- * the doctor does, but no longer than 20 s or the time of --timeout; a signal to end ends it, with
- * `failure` as it was.
+ * the doctor finds none, when the code says enough, or when the simulator failed. Takes a moment,
+ * and some seconds where a library hangs; a signal to end ends it, with `failure` as it was.
  */
 Failure diagnosed(const Failure &failure, const Options &options);
 

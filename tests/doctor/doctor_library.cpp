@@ -1,7 +1,9 @@
 // A maker's library with one fault, chosen when it is compiled.
 
+#include <csignal>
 #include <cstdlib>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace
@@ -16,6 +18,10 @@ struct AtLoading {
         _exit(3);
 #elif defined(HANGS)
         pause();
+#elif defined(HANGS_IN_CHILD)
+        int signal = 0; // with which the process dies when its parent does
+        if (prctl(PR_GET_PDEATHSIG, &signal) == 0 && signal == SIGKILL)
+            pause();
 #elif defined(WRITES)
         // As much as fits and more: what nobody wants to read must not fill a pipe.
         for (int i = 0; i < 20000; ++i)
