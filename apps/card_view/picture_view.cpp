@@ -1,5 +1,6 @@
 #include "apps/card_view/picture_view.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QDrag>
 #include <QMouseEvent>
@@ -29,11 +30,19 @@ QImage faded(const QImage &picture)
     return picture.convertToFormat(QImage::Format_Grayscale8);
 }
 
+/** Screen readers pass over what has no role, and over its name. */
+QAccessibleInterface *graphicOf(const QString & /*className*/, QObject *object)
+{
+    auto *const view = qobject_cast<PictureView *>(object);
+    return view == nullptr ? nullptr : new QAccessibleWidget(view, QAccessible::Graphic);
+}
+
 } // namespace
 
 PictureView::PictureView(const QString &name, const QSizeF &millimetres, QWidget *parent)
     : QWidget(parent), m_shape(millimetres)
 {
+    QAccessible::installFactory(graphicOf);
     setAccessibleName(name);
     setMinimumSize(QSizeF(m_shape.scaled(1e4, LEAST_HEIGHT, Qt::KeepAspectRatio)).toSize());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);

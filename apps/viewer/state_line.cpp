@@ -1,6 +1,6 @@
 #include "apps/viewer/state_line.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -47,6 +47,13 @@ QColor mixed(const QColor &first, const QColor &second, int shareOfSecond)
             mix(first.blue(), second.blue())};
 }
 
+/** Screen readers speak a notification that appears, wherever the focus is. */
+QAccessibleInterface *notificationOf(const QString & /*className*/, QObject *object)
+{
+    auto *const line = qobject_cast<StateLine *>(object);
+    return line == nullptr ? nullptr : new QAccessibleWidget(line, QAccessible::Notification);
+}
+
 } // namespace
 
 State coveredState(const State &state)
@@ -64,6 +71,7 @@ StateLine::StateLine(QWidget *parent)
       m_buttons(new QStackedWidget), m_cancel(new QPushButton(tr("Cancel"))),
       m_details(new QPushButton(tr("De&tails"))), m_diagnose(new QPushButton(tr("Dia&gnose")))
 {
+    QAccessible::installFactory(notificationOf);
     build();
     fitToFont();
 }
@@ -140,7 +148,8 @@ void StateLine::setState(const State &state)
 {
     m_given = state;
     showState();
-    QAccessibleEvent event(this, QAccessible::Alert);
+    // Of an alert they would not be told.
+    QAccessibleEvent event(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -153,6 +153,17 @@ TEST_F(Appearance, TextThatHasNoRoom_IsWholeInItsToolTipForThoseWhoHearItAndUnde
     EXPECT_EQ(line->toolTip(), QString());
 }
 
+TEST_F(Appearance, StateAndPictures_AreWhatScreenReadersSpeak)
+{
+    open();
+    const auto role = [this](const char *name) {
+        return QAccessible::queryAccessibleInterface(find(name))->role();
+    };
+    EXPECT_EQ(role("stateLine"), QAccessible::Notification);
+    for (const char *const view : {"front", "back", "photo"})
+        EXPECT_EQ(role(view), QAccessible::Graphic) << view;
+}
+
 TEST_F(Appearance, NameAndNumber_AreInLargeType)
 {
     openWithCard("resident");
