@@ -34,6 +34,14 @@ constexpr std::array<Word<FolderNames>, 2> FOLDER_NAMES = {{
     {FolderNames::HOLDERS, "holders"},
 }};
 
+template <typename Words, typename Value>
+const char *wordOf(Value value, const Words &words)
+{
+    return std::find_if(words.begin(), words.end(),
+                        [&](const auto &each) { return each.value == value; })
+        ->word;
+}
+
 /** In UTF-8, as administrators write it. */
 class SettingsFile : public QSettings
 {
@@ -45,16 +53,20 @@ public:
 class Loader
 {
 public:
+    explicit Loader(QVariantMap *remembered) : m_remembered(remembered) {}
+
     template <typename Value>
     void operator()(const char *key, Value *value)
     {
         *value = m_file.value(QLatin1String(key), *value).template value<Value>();
+        m_remembered->insert(QLatin1String(key), *value);
     }
 
     template <typename Words, typename Value>
     void operator()(const char *key, Value *value, const Words &words)
     {
-        const QString word = m_file.value(QLatin1String(key)).toString();
+        QString word = QLatin1String(wordOf(*value, words));
+        (*this)(key, &word);
         const auto *const found = std::find_if(words.begin(), words.end(), [&](const auto &each) {
             return QLatin1String(each.word) == word;
         });
@@ -64,27 +76,37 @@ public:
 
 private:
     SettingsFile m_file;
+    QVariantMap *m_remembered;
 };
 
 class Storer
 {
 public:
-    template <typename Value>
-    void operator()(const char *key, Value *value)
+    explicit Storer(QVariantMap *remembered) : m_remembered(remembered)
     {
-        m_file.setValue(QLatin1String(key), *value);
+        m_file.setFallbacksEnabled(false); // whatever the machine's file has
+    }
+
+    template <typename Value>
+    void operator()(const char *name, Value *value)
+    {
+        const QString key = QLatin1String(name);
+        if (m_file.contains(key) && m_remembered->value(key) == *value)
+            return;
+        m_file.setValue(key, *value);
+        m_remembered->insert(key, *value);
     }
 
     template <typename Words, typename Value>
     void operator()(const char *key, Value *value, const Words &words)
     {
-        const auto *const found = std::find_if(
-            words.begin(), words.end(), [&](const auto &each) { return each.value == *value; });
-        m_file.setValue(QLatin1String(key), QLatin1String(found->word));
+        const QString word = QLatin1String(wordOf(*value, words));
+        (*this)(key, &word);
     }
 
 private:
     SettingsFile m_file;
+    QVariantMap *m_remembered;
 };
 
 template <typename Visitor>
@@ -116,17 +138,16 @@ ViewerSettings ViewerSettings::load()
 {
     ViewerSettings settings;
     QString device;
-    visit(&settings, &device, Loader());
+    visit(&settings, &device, Loader(&settings.m_remembered));
     settings.reader.device = parseUsbIds(device);
     settings.forgetAfterSeconds = qBound(1, settings.forgetAfterSeconds, LONGEST_FORGETTING_S);
     return settings;
 }
 
-void ViewerSettings::store() const
+void ViewerSettings::store()
 {
-    ViewerSettings copy = *this;
     QString device = reader.device ? toText(*reader.device) : QString();
-    visit(&copy, &device, Storer());
+    visit(this, &device, Storer(&m_remembered));
 }
 
 } // namespace viewer

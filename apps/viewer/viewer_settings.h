@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QVariantMap>
 
 #include "apps/viewer/card_desk.h"
 
@@ -47,7 +48,12 @@ struct ViewerSettings {
 
     /** What an earlier run remembered; what it did not, or in words not known, is as above. */
     static ViewerSettings load();
-    void store() const;
+    /** What has changed since, or is not in the user's file yet: another window may have changed
+     * the rest meanwhile. */
+    void store();
+
+private:
+    QVariantMap m_remembered; ///< as they are in the file, as far as is known
 };
 
 } // namespace viewer

@@ -158,6 +158,34 @@ TEST_F(Remembering, SizesAndColumns_AreAsTheyWereLeft)
     EXPECT_EQ(find<QTableView>("history")->columnWidth(0), 177);
 }
 
+TEST_F(Remembering, WhatAnotherWindowSet_StaysWhenThisOneChangesSomethingElseAndCloses)
+{
+    open();
+    viewer::MainWindow other;
+    changeSettings([this](viewer::SettingsDialog *dialog) {
+        dialog->findChild<QLineEdit *>("folder")->setText(path("kept"));
+        dialog->findChild<QCheckBox *>("sound")->click();
+    });
+    other.findChild<QCheckBox *>("cover")->click();
+    other.close();
+    close();
+    const viewer::ViewerSettings remembered = viewer::ViewerSettings::load();
+    EXPECT_EQ(remembered.folder, path("kept"));
+    EXPECT_FALSE(remembered.hasSound);
+    EXPECT_TRUE(remembered.isCovered);
+}
+
+// Of the machine's file, that of a user who has one takes over nothing.
+TEST_F(Remembering, FileOfTheUser_HasEverySettingOnceTheWindowWasClosed)
+{
+    open();
+    close();
+    QSettings file(settingsFile(), QSettings::IniFormat);
+    EXPECT_TRUE(file.contains("saving/folder"));
+    EXPECT_TRUE(file.contains("reading/automatic"));
+    EXPECT_TRUE(file.contains("window/language"));
+}
+
 TEST_F(Remembering, OptionsOfTheCommandLine_AreNotRemembered)
 {
     viewer::ViewerOptions options;
