@@ -124,6 +124,9 @@ void CardExport::print(const app::CardPointer &card)
 
 void CardExport::printOn(const app::CardPointer &card, QPrinter *printer)
 {
+    // Of a file, Qt does not see that a full disk has taken less than all.
+    if (!printer->outputFileName().isEmpty())
+        return writePdf(card, printer->outputFileName());
     const QString note = app::missingPhotoNote(*card);
     if (!app::paintSheet(sheetOf(*card), printer))
         reportFailure(card, tr("The card could not be printed."),

@@ -16,6 +16,7 @@
 
 #include "apps/card_view/card_sheet.h"
 #include "tests/support/build_programs.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/viewer/viewer_test.h"
@@ -313,17 +314,31 @@ protected:
     }
 };
 
-TEST_F(Printing, Card_IsSentOrReportedThatItCouldNotBe)
+TEST_F(Printing, PrinterThatCannotStart_IsReported)
 {
     show("resident");
-    print("/proc/no-folder/printed.pdf");
+    print({});
     expectState(Kind::FAILED, "The card could not be printed.",
                 "See that the printer is ready and that the card has pictures, and print once "
                 "more.");
-    print(path("printed.pdf"));
-    expectState(Kind::READ, "The card was sent to the printer.");
-    EXPECT_GT(readFile(path("printed.pdf")).size(), 1000);
-    EXPECT_EQ(pdfText(path("printed.pdf")), "");
+}
+
+// A file that a full disk had cut off was said to have been sent to the printer.
+TEST_F(Printing, IntoAFile_IsAnExportedPdf)
+{
+    show("resident");
+    const QString file = path("printed.pdf");
+    {
+        const FileSizeLimit limit(1000);
+        print(file);
+    }
+    expectState(Kind::FAILED, "The PDF file could not be written.", file.toStdString());
+    EXPECT_FALSE(QFile::exists(file));
+    print(file);
+    expectState(Kind::READ, ("The card was exported to " + file + ".").toStdString());
+    EXPECT_EQ(modeOf(file), 0600);
+    EXPECT_GT(readFile(file).size(), 1000);
+    EXPECT_EQ(pdfText(file), "");
 }
 
 // A page whose card has no portrait was printed without a word.
@@ -334,8 +349,8 @@ TEST_F(Printing, CardWithACompressedPhoto_HasTheWarningOnThePageAndInTheWindow)
     ASSERT_TRUE(find("print")->isEnabled());
     print(path("printed.pdf"));
     const char *const warning = "photo in the card's compressed form, not as a picture";
-    expectState(Kind::ATTENTION, "The card was sent to the printer, without its portrait.",
-                warning);
+    expectState(Kind::ATTENTION,
+                ("The card was exported to " + path("printed.pdf") + ".").toStdString(), warning);
     EXPECT_THAT(pdfText(path("printed.pdf")), HasSubstr(warning));
     trigger("Export as PDF…");
     answerFileDialog(path("exported.pdf"));
