@@ -77,18 +77,16 @@ namespace
 
 struct Language {
     QLocale locale;
-    bool isEnglish = true;
-    std::unique_ptr<QTranslator> texts; ///< null: there is no translation
+    std::unique_ptr<QTranslator> texts; ///< null: English, or there is no translation
 };
 
 Language languageOf(const QLocale &locale)
 {
-    Language language{locale, true, nullptr};
+    Language language{locale, nullptr};
     // The texts in the sources are English; a second choice of the user's does not go before them.
     const QLocale::Language first = QLocale(locale.uiLanguages().value(0)).language();
     if (first == QLocale::English || first == QLocale::C)
         return language;
-    language.isEnglish = false;
     registerTranslations();
     auto texts = std::make_unique<QTranslator>();
     if (texts->load(locale, QStringLiteral("idcard-reader"), QStringLiteral("_"),
@@ -141,11 +139,11 @@ void chooseLanguage(const QLocale &locale)
 
 void translateApplication()
 {
-    if (language().isEnglish)
+    // Of another language Qt would have its own words and the direction of writing alone.
+    if (language().texts == nullptr)
         return;
     installQtTexts(language().locale);
-    if (language().texts != nullptr)
-        QCoreApplication::installTranslator(language().texts.get());
+    QCoreApplication::installTranslator(language().texts.get());
 }
 
 } // namespace app

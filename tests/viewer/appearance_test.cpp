@@ -19,7 +19,9 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTranslator>
 
+#include "apps/process/translation.h"
 #include "apps/viewer/diagnosis_dialog.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
@@ -723,6 +725,17 @@ TEST_F(Appearance, LanguageThatWasChosen_IsThatOfWhatTheToolSays)
     read();
     EXPECT_TRUE(hasChinese(QString::fromStdString(headline())));
     EXPECT_TRUE(hasChinese(QString::fromStdString(line())));
+}
+
+TEST_F(Appearance, LanguageWithoutATranslation_LeavesTheWindowEnglishFromLeftToRight)
+{
+    app::chooseLanguage(QLocale(QLocale::Arabic, QLocale::Egypt));
+    app::translateApplication();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::layoutDirection(), Qt::LeftToRight);
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), "Cancel");
+    qDeleteAll(qApp->findChildren<QTranslator *>());
+    app::chooseLanguage(QLocale::c());
 }
 
 TEST_F(Appearance, IconOfItsName_IsTakenFromTheDesktop)
