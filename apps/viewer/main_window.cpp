@@ -27,6 +27,7 @@ namespace
 {
 
 constexpr QSize SIZE(1120, 720);
+constexpr QSize FRAME(20, 40); ///< at most, with the desktop's title
 // Of the window's width: the sides, and the column of the holder and the history.
 constexpr int SIDES_SHARE = 480;
 constexpr int HOLDER_SHARE = 560;
@@ -332,7 +333,7 @@ void MainWindow::connectDesk()
 
 void MainWindow::restore()
 {
-    resize(SIZE.boundedTo(QApplication::primaryScreen()->availableSize()));
+    resize(SIZE.boundedTo(QApplication::primaryScreen()->availableSize() - FRAME));
     m_mainSplitter->setSizes({SIDES_SHARE, HOLDER_SHARE});
     m_sideSplitter->setSizes({FIELDS_SHARE, HISTORY_SHARE});
     restoreGeometry(m_settings.geometry);

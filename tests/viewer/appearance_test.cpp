@@ -286,6 +286,13 @@ TEST_F(Fitting, WindowWithTheSimulator_IsInsideOnAnyScreen)
     expectEverythingInside();
 }
 
+TEST_F(Fitting, WindowOfTheFirstRun_LeavesRoomForItsTitleOnAnyScreen)
+{
+    open();
+    const int height = QApplication::primaryScreen()->availableSize().height();
+    EXPECT_LE(window().height(), height - 40);
+}
+
 TEST_F(Fitting, WindowWithACardToLookAt_IsInsideOnAnyScreen)
 {
     openWithCard("hmt-longest-texts");
