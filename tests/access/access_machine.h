@@ -27,9 +27,7 @@ protected:
 
     static ProcessResult runHere(const QString &program, const QStringList &arguments)
     {
-        ProcessInput input;
-        input.emulated = false;
-        return runProcess(program, arguments, input);
+        return runProcess(program, arguments);
     }
 
     static bool mayMakeFileTrees()

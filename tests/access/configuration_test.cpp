@@ -36,11 +36,9 @@ protected:
                                  "udev/idcard-reader-access.in", "desktop/idcard-viewer.desktop",
                                  "desktop/idcard-viewer.metainfo.xml.in"})
             QFile::copy(source + name, own + name);
-        ProcessInput input;
-        input.emulated = false;
-        return runProcess(
-            IDCARD_CMAKE,
-            QStringList{"-S", folder.path(), "-B", folder.filePath("build")} + definitions, input);
+        return runProcess(IDCARD_CMAKE,
+                          QStringList{"-S", folder.path(), "-B", folder.filePath("build")} +
+                              definitions);
     }
 
     QByteArray made(const QString &pattern)

@@ -172,7 +172,6 @@ TEST(DoctorsSchema, FitsEveryReportOfTheseTests)
     if (count == 0)
         GTEST_SKIP() << "no other test ran";
     ProcessInput input;
-    input.emulated = false;
     input.environment = {{"LD_PRELOAD", QString()}, {"UMOCKDEV_DIR", QString()}};
     const ProcessResult run =
         runProcess("/usr/bin/python3",

@@ -175,7 +175,6 @@ std::string formsInBold(const QString &synopsis)
 std::string formatted(const QString &source, const QString &installed, const QStringList &options)
 {
     ProcessInput input;
-    input.emulated = false;
     input.environment["MANWIDTH"] = "80";
     const ProcessResult lint = runProcess(IDCARD_MANDOC, {"-Tlint", "-Wwarning", source}, input);
     EXPECT_EQ(lint.exitStatus, 0) << lint.output();

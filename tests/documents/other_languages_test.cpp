@@ -105,7 +105,6 @@ protected:
     ProcessInput surroundings(const QString &toolFolder = IDCARD_BUILD_BIN_DIR) const
     {
         ProcessInput input;
-        input.emulated = false;
         input.workingDirectory = m_folder.path();
         input.environment["LC_ALL"] = "C";
         input.environment["PATH"] = toolFolder + ':' + qEnvironmentVariable("PATH");

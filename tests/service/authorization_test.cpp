@@ -75,7 +75,6 @@ private:
     static ProcessInput environment(const QString &bus)
     {
         ProcessInput input;
-        input.emulated = false;
         input.environment = {{"DBUS_SYSTEM_BUS_ADDRESS", bus}, {"PYTHONUNBUFFERED", "1"}};
         return input;
     }

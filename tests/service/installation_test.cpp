@@ -37,19 +37,12 @@ class Eavesdropper : public RunningProcess
 {
 public:
     explicit Eavesdropper(const QString &bus)
-        : RunningProcess("/usr/bin/python3", {"-u", "-c", PROGRAM, bus}, plain())
+        : RunningProcess("/usr/bin/python3", {"-u", "-c", PROGRAM, bus})
     {
         EXPECT_EQ(nextLine(), "listening");
     }
 
 private:
-    static ProcessInput plain()
-    {
-        ProcessInput input;
-        input.emulated = false;
-        return input;
-    }
-
     static constexpr const char *PROGRAM = R"(
 import sys
 import dbus.bus
@@ -153,12 +146,9 @@ TEST(ServiceActions, Cards_AreForTheActiveSessionAndFingerprintsForAdministrator
 TEST(ServiceUnit, Exposure_IsLow)
 {
     constexpr double HIGHEST = 1.0;
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult run = runProcess(IDCARD_SYSTEMD_ANALYZE,
-                                         {"security", "--offline=true", "--no-pager",
-                                          IDCARD_SERVICE_FILES "/idcard-readerd.service"},
-                                         input);
+    const ProcessResult run =
+        runProcess(IDCARD_SYSTEMD_ANALYZE, {"security", "--offline=true", "--no-pager",
+                                            IDCARD_SERVICE_FILES "/idcard-readerd.service"});
     if (run.error().find("unrecognized option") != std::string::npos) {
         GTEST_SKIP() << "Left out: this systemd-analyze cannot judge a unit that does not run";
     }

@@ -9,9 +9,7 @@ namespace build_programs
 
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
-    ProcessInput input;
-    input.emulated = false;
-    const ProcessResult result = runProcess(program, arguments, input);
+    const ProcessResult result = runProcess(program, arguments);
     EXPECT_TRUE(result.finished) << program.toStdString();
     EXPECT_EQ(result.exitStatus, 0) << result.error();
     return result.standardOutput;

@@ -50,26 +50,14 @@ Start startOf(const QString &program, const QStringList &arguments, const Proces
 {
     const QString path =
         QFileInfo(program).isAbsolute() ? program : QDir(IDCARD_BUILD_BIN_DIR).filePath(program);
-    const QString emulator =
-        input.emulated ? qEnvironmentVariable("IDCARD_TEST_EMULATOR") : QString();
-
-    QStringList command;
-    if (!emulator.isEmpty())
-        command << emulator;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (!emulator.isEmpty())
-        environment.remove(QStringLiteral("LD_PRELOAD")); // this program's, of another processor
     for (auto it = input.environment.cbegin(); it != input.environment.cend(); ++it) {
         if (it.value().isNull())
             environment.remove(it.key());
-        else if (!emulator.isEmpty() && it.key().startsWith(QLatin1String("LD_")))
-            // For the loader inside; the emulator's own loader must not see it.
-            command << QStringLiteral("-E") << it.key() + '=' + it.value();
         else
             environment.insert(it.key(), it.value());
     }
-    command << path << arguments;
-    return {encoded(command), encoded(environment.toStringList())};
+    return {encoded(QStringList{path} + arguments), encoded(environment.toStringList())};
 }
 
 /** Reads what is there into `text`, and closes the pipe at its end. */

@@ -1,6 +1,6 @@
 #pragma once
 
-// Runs a program of this build and talks with it. In a cross build the program is started under
+// Runs a program and talks with it. In a cross build one for the other processor is started under
 // the emulator that runs the test itself.
 
 #include <chrono>
@@ -40,7 +40,6 @@ struct ProcessInput {
     QByteArray standardInput = {};
     QString workingDirectory = {};
     int timeoutMs = 60000;
-    bool emulated = true; ///< false for a program of the build machine, such as nm
     StandardOutput standardOutput = StandardOutput::COLLECTED;
     QString standardOutputFile = {}; ///< in the place of what is collected
     QString standardErrorFile = {};

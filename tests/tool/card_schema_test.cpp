@@ -46,7 +46,6 @@ protected:
     void expectTheSchemaToFit()
     {
         ProcessInput input;
-        input.emulated = false;
         input.environment = {{"LD_PRELOAD", QString()}, {"UMOCKDEV_DIR", QString()}};
         const ProcessResult run = runProcess(
             "/usr/bin/python3",

@@ -42,7 +42,6 @@ protected:
     std::vector<std::string> offered(const QString &line)
     {
         ProcessInput input;
-        input.emulated = false;
         input.workingDirectory = path(QString());
         input.environment = bus().childEnvironment();
         input.environment["SCRIPT"] =

@@ -107,7 +107,6 @@ public:
         QStringList command = ordinaryUserCommand();
         command << QDir(QStringLiteral(IDCARD_BUILD_BIN_DIR)).filePath("idcard-reader")
                 << arguments;
-        input.emulated = false;
         return runProcess(command.first(), command.mid(1), input);
     }
 

@@ -293,11 +293,9 @@ TEST(VirtualReaderProgram, InTheBackgroundOfATerminal_IsNotStoppedThoughItReadsF
 {
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "a shell cannot start what the emulator runs";
-    ProcessInput input;
-    input.emulated = false;
     const QString command = QStringLiteral("set -m; %1/%2 --port 0 & echo $!; wait $!")
                                 .arg(IDCARD_BUILD_BIN_DIR, PROGRAM);
-    RunningProcess terminal("/usr/bin/script", {"-qec", command, "/dev/null"}, input);
+    RunningProcess terminal("/usr/bin/script", {"-qec", command, "/dev/null"});
     const int reader = terminal.nextLine().trimmed().toInt();
     ASSERT_GT(reader, 0);
     const QByteArray line = terminal.nextLine().trimmed();

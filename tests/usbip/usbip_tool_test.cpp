@@ -14,10 +14,8 @@ namespace
 
 ProcessResult runUsbip(const QByteArray &port, const QStringList &arguments)
 {
-    ProcessInput input;
-    input.emulated = false;
     return runProcess(IDCARD_USBIP,
-                      QStringList{"--tcp-port", QString::fromLatin1(port)} + arguments, input);
+                      QStringList{"--tcp-port", QString::fromLatin1(port)} + arguments);
 }
 
 class UsbipTool : public testing::Test
