@@ -4,6 +4,7 @@
 #include <array>
 
 #include <QApplication>
+#include <QSessionManager>
 
 #include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
@@ -32,7 +33,19 @@ app::CommandLine<viewer::ViewerOptions> commandLineOf(const QStringList &argumen
     return viewer::parseCommandLine(QLatin1String(programName.data()), arguments);
 }
 
-ExitStatus showWindow(const viewer::ViewerOptions &options)
+/** By itself, Qt closes the window also when a session is only saved or its end is called off, and
+ * has it begun again with an option that this program does not have. */
+void takePartInSession(const QStringList &arguments)
+{
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    QObject::connect(qApp, &QGuiApplication::saveStateRequest,
+                     [arguments](QSessionManager &session) {
+                         session.setRestartCommand(
+                             QStringList(QCoreApplication::applicationFilePath()) + arguments);
+                     });
+}
+
+ExitStatus showWindow(const viewer::ViewerOptions &options, const QStringList &arguments)
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -44,6 +57,7 @@ ExitStatus showWindow(const viewer::ViewerOptions &options)
     app::translateApplication();
     // By which Wayland's desktops find the entry in the menu, and with it the icon.
     QGuiApplication::setDesktopFileName(QLatin1String(programName.data()));
+    takePartInSession(arguments);
     app::catchInterruption(ExitStatus::DONE);
     const app::ReadableNotifier interruption(app::interruptionDescriptor(),
                                              [] { QApplication::quit(); });
@@ -60,7 +74,7 @@ ExitStatus serve(const QStringList &arguments, app::Output *output)
 {
     const app::CommandLine<viewer::ViewerOptions> line = commandLineOf(arguments);
     if (line.options)
-        return showWindow(*line.options);
+        return showWindow(*line.options, arguments);
     return app::answer(line.problem, line.text, output);
 }
 
