@@ -28,6 +28,12 @@ app::CardSheet sheetOf(const app::Card &card)
             app::kindForPeople(card), app::missingPhotoNote(card)};
 }
 
+/** False when it was not. A file is not: Qt does not see that a full disk has taken less. */
+bool paint(const app::CardPointer &card, QPrinter *printer)
+{
+    return printer->outputFileName().isEmpty() && app::paintSheet(sheetOf(*card), printer);
+}
+
 QString covered(const QString &words, const QString &holder)
 {
     return holder.isEmpty() ? words : QString(words).replace(holder, app::COVERED_TEXT);
@@ -107,8 +113,13 @@ void CardExport::preview(const app::CardPointer &card)
 {
     auto *const dialog = new QPrintPreviewDialog(m_window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const auto isPainted = std::make_shared<bool>(false);
     connect(dialog, &QPrintPreviewDialog::paintRequested, this,
-            [card](QPrinter *printer) { app::paintSheet(sheetOf(*card), printer); });
+            [card, isPainted](QPrinter *printer) { *isPainted = paint(card, printer); });
+    // It was printed from there.
+    connect(dialog, &QDialog::accepted, this, [this, dialog, card, isPainted] {
+        finishPrint(card, dialog->printer()->outputFileName(), *isPainted);
+    });
     dialog->open();
 }
 
@@ -117,18 +128,18 @@ void CardExport::print(const app::CardPointer &card)
     const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     auto *const dialog = new QPrintDialog(printer.get(), m_window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this,
-            [this, printer, card] { printOn(card, printer.get()); });
+    connect(dialog, &QDialog::accepted, this, [this, printer, card] {
+        finishPrint(card, printer->outputFileName(), paint(card, printer.get()));
+    });
     dialog->open();
 }
 
-void CardExport::printOn(const app::CardPointer &card, QPrinter *printer)
+void CardExport::finishPrint(const app::CardPointer &card, const QString &file, bool isPainted)
 {
-    // Of a file, Qt does not see that a full disk has taken less than all.
-    if (!printer->outputFileName().isEmpty())
-        return writePdf(card, printer->outputFileName());
     const QString note = app::missingPhotoNote(*card);
-    if (!app::paintSheet(sheetOf(*card), printer))
+    if (!file.isEmpty())
+        writePdf(card, file);
+    else if (!isPainted)
         reportFailure(card, tr("The card could not be printed."),
                       tr("See that the printer is ready and that the card has pictures, and print "
                          "once more."));

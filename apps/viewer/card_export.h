@@ -40,7 +40,9 @@ signals:
 private:
     void saveIn(const QString &folder, const app::CardPointer &card);
     void writePdf(const app::CardPointer &card, const QString &path);
-    void printOn(const app::CardPointer &card, QPrinter *printer);
+    /** Says what became of it. `file`: what it is to be printed into; empty: it was painted on a
+     * printer's page, if it could be. */
+    void finishPrint(const app::CardPointer &card, const QString &file, bool isPainted);
     void askForFolder(const std::function<void(const QString &folder)> &use);
     void askForFile(const QString &title, const QString &proposal, const QString &filter,
                     const std::function<void(const QString &path)> &use);

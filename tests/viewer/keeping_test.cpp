@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QRegularExpression>
 
@@ -312,6 +313,19 @@ protected:
         static_cast<QDialog *>(asked)->done(QDialog::Accepted);
         EXPECT_TRUE(waitForNoDialog());
     }
+
+    void printFromPreview(const QString &file = {})
+    {
+        trigger("Print preview…");
+        auto *const preview = dialog<QPrintPreviewDialog>();
+        ASSERT_NE(preview, nullptr);
+        EXPECT_TRUE(waitFor([&] { return !preview->printer()->docName().isEmpty(); }));
+        preview->printer()->setOutputFileName(file);
+        if (!file.isEmpty()) // there is no printer; what was shown stands for the printed page
+            preview->findChild<QPrintPreviewWidget *>()->print();
+        static_cast<QDialog *>(preview)->accept();
+        EXPECT_TRUE(waitForNoDialog());
+    }
 };
 
 TEST_F(Printing, PrinterThatCannotStart_IsReported)
@@ -369,6 +383,28 @@ TEST_F(Printing, Preview_ShowsThePage)
     EXPECT_EQ(preview->printer()->pageLayout().pageSize().id(), QPageSize::A4);
     preview->close();
     EXPECT_TRUE(waitForNoDialog());
+    expectState(Kind::READ, "The card was read.");
+}
+
+// What came of it was not said.
+TEST_F(Printing, FromThePreview_IsReported)
+{
+    show("resident");
+    printFromPreview();
+    expectState(Kind::READ, "The card was sent to the printer.");
+    printFromPreview(path("printed.pdf"));
+    expectState(Kind::READ,
+                ("The card was exported to " + path("printed.pdf") + ".").toStdString());
+    EXPECT_EQ(modeOf(path("printed.pdf")), 0600);
+}
+
+TEST_F(Printing, CardWithACompressedPhotoFromThePreview_HasTheWarningInTheWindow)
+{
+    openWithCard("resident-compressed-photo", "photo-length=77");
+    read();
+    printFromPreview();
+    expectState(Kind::ATTENTION, "The card was sent to the printer, without its portrait.",
+                "photo in the card's compressed form, not as a picture");
 }
 
 TEST_F(Keeping, NextCardReadAndHistoryClearedWhileADialogIsOpen_TheCardBeforeIsKept)
