@@ -48,12 +48,15 @@ CardExport::CardExport(ViewerSettings *settings, QWidget *window)
 
 void CardExport::save(const app::CardPointer &card)
 {
-    if (!m_settings->folder.isEmpty())
-        return saveIn(m_settings->folder, card);
+    if (!m_settings->folder.isEmpty()) {
+        saveIn(m_settings->folder, card);
+        return;
+    }
     askForFolder([this, card](const QString &folder) {
+        if (!saveIn(folder, card))
+            return; // and asks once more
         m_settings->folder = folder;
         m_settings->store();
-        saveIn(folder, card);
     });
 }
 
@@ -62,7 +65,7 @@ void CardExport::saveAs(const app::CardPointer &card)
     askForFolder([this, card](const QString &folder) { saveIn(folder, card); });
 }
 
-void CardExport::saveIn(const QString &folder, const app::CardPointer &card)
+bool CardExport::saveIn(const QString &folder, const app::CardPointer &card)
 {
     QString made;
     const QString problem = m_settings->folderNames == FolderNames::HOLDERS
@@ -75,6 +78,7 @@ void CardExport::saveIn(const QString &folder, const app::CardPointer &card)
                holder);
     else
         reportFailure(card, tr("The card could not be saved."), problem, holder);
+    return problem.isEmpty();
 }
 
 void CardExport::exportPdf(const app::CardPointer &card)

@@ -38,7 +38,8 @@ signals:
     void ended(const app::CardPointer &card, const viewer::State &state);
 
 private:
-    void saveIn(const QString &folder, const app::CardPointer &card);
+    /** False when it could not be saved; it says so. */
+    bool saveIn(const QString &folder, const app::CardPointer &card);
     void writePdf(const app::CardPointer &card, const QString &path);
     /** Says what became of it. `file`: what it is to be printed into; empty: it was painted on a
      * printer's page, if it could be. */

@@ -106,6 +106,17 @@ TEST_F(Keeping, FirstSave_AsksForTheFolderAndTheNextGoesThereToo)
     EXPECT_EQ(viewer::ViewerSettings::load().folder, path("kept"));
 }
 
+TEST_F(Keeping, FirstSaveInAFolderThatCannotBeUsed_AsksForAnotherTheNextTime)
+{
+    show("resident");
+    pressSave();
+    answerFileDialog("/proc");
+    expectState(Kind::FAILED, "The card could not be saved.", "/proc/");
+    pressSave();
+    answerFileDialog(path("kept"));
+    EXPECT_TRUE(QFile::exists(path("kept/0001/card.json")));
+}
+
 TEST_F(Keeping, SaveAs_AsksAndGoesElsewhereOnlyOnce)
 {
     ASSERT_TRUE(QDir().mkdir(path("elsewhere")));
