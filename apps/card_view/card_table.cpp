@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QLocale>
-
 namespace app
 {
 
@@ -24,6 +22,12 @@ void put(QStandardItemModel *model, int row, int column, const QString &text, bo
 } // namespace
 
 const QString COVERED_TEXT(8, QChar(0x2022));
+
+QString timeText(const QDateTime &time, const QString &format)
+{
+    const QString date = QStringLiteral("yyyy-MM-dd ");
+    return time.toString(time.date() == QDate::currentDate() ? format : date + format);
+}
 
 CardTable::CardTable()
 {
@@ -73,7 +77,13 @@ void CardHistory::add(const CardPointer &card, const QDateTime &time)
     showHolder(0);
     put(this, 0, KIND, kindForPeople(*card));
     setData(index(0, 0), time, TIME_ROLE);
-    put(this, 0, TIME, QLocale().toString(time.time(), QStringLiteral("HH:mm:ss")));
+}
+
+QVariant CardHistory::data(const QModelIndex &index, int role) const
+{
+    if (index.column() != TIME || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
+        return QStandardItemModel::data(index, role);
+    return timeText(time(index.row()), QStringLiteral("HH:mm:ss"));
 }
 
 void CardHistory::setCovered(bool covered)

@@ -15,6 +15,9 @@ namespace app
 /** What stands for a text that is covered; always the same, so that it reveals nothing. */
 extern const QString COVERED_TEXT;
 
+/** In this format, such as HH:mm, behind its date unless that is today's. */
+QString timeText(const QDateTime &time, const QString &format);
+
 /** Two columns: the name of a field and what it says. Covered, what is personal is dots. */
 class CardTable : public QStandardItemModel
 {
@@ -50,6 +53,8 @@ public:
     CardHistory();
 
     void add(const CardPointer &card, const QDateTime &time);
+    /** A time as `timeText` has it on the day on which it is asked for. */
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     void setCovered(bool covered);
     CardPointer card(int row) const;
     /** When it was read. */

@@ -8,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QIcon>
-#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -39,7 +38,7 @@ constexpr int LARGE_BUTTON = 40; ///< height, for fingers
 
 QString clock(const QDateTime &time)
 {
-    return QLocale().toString(time.time(), QStringLiteral("HH:mm"));
+    return app::timeText(time, QStringLiteral("HH:mm"));
 }
 
 QString detailsOf(const app::Problem &problem)

@@ -131,12 +131,20 @@ TEST(CardHistory, NewestCard_IsAbove)
     CardHistory history;
     const CardPointer first = residentCard();
     const auto second = std::make_shared<const Card>(samples::cardOf(IDCARD_KIND_HMT));
-    const QDateTime time(QDate(2026, 5, 18), QTime(9, 30));
+    const QDateTime time = QDateTime::currentDateTime();
     history.add(first, time);
     history.add(second, time.addSecs(5));
     EXPECT_EQ(history.card(0), second);
     EXPECT_EQ(history.card(1), first);
-    EXPECT_THAT(column(history, CardHistory::TIME), testing::ElementsAre("09:30:05", "09:30:00"));
+}
+
+TEST(CardHistory, TimeOfAnotherDay_HasItsDate)
+{
+    CardHistory history;
+    history.add(residentCard(), QDateTime(QDate(2026, 5, 18), QTime(23, 59, 5)));
+    history.add(residentCard(), QDateTime(QDate::currentDate(), QTime(0, 1)));
+    EXPECT_THAT(column(history, CardHistory::TIME),
+                testing::ElementsAre("00:01:00", "2026-05-18 23:59:05"));
 }
 
 TEST(CardHistory, ThatIsFull_ForgetsTheOldestCard)
