@@ -104,5 +104,11 @@ IDCARD_READER_EXPORT std::string getSDKVersion();
  * `IDCARD_READER_STRING_CHECK`. A host that takes its flags from there and loads the library with
  * `dlopen` defines `IDCARD_READER_NO_STRING_CHECK`, too.
  */
-[[gnu::used]] static const void *idcardReaderStringCheck = &COUNTRY_CODE_LIST;
+static const void *volatile idcardReaderStringCheck = &COUNTRY_CODE_LIST;
+
+/** A linker that drops what nothing uses (`--gc-sections`) keeps what is run at the start. */
+[[gnu::constructor]] static void keepIdcardReaderStringCheck()
+{
+    static_cast<void>(idcardReaderStringCheck);
+}
 #endif
