@@ -72,6 +72,10 @@ void limitChild()
 void learnHowChildrenEnd()
 {
     std::signal(SIGCHLD, SIG_DFL);
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGCHLD);
+    ::pthread_sigmask(SIG_UNBLOCK, &ends, nullptr);
 }
 
 pid_t startChild(const QByteArrayList &command, const QByteArrayList &environment,

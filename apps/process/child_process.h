@@ -16,7 +16,7 @@ namespace app
 
 /**
  * To be called at the start of a program that has children: one that was started by a host which
- * ignores SIGCHLD, and inherits this, would not learn how they end.
+ * ignores or blocks SIGCHLD, and inherits this, would not learn how they end.
  */
 void learnHowChildrenEnd();
 

@@ -272,12 +272,15 @@ INSTANTIATE_TEST_SUITE_P(Programs, RunPath,
                          testing::Values("idcard-reader", "idcard-viewer",
                                          "idcard-virtual-reader"));
 
-class IgnoredChildSignal : public testing::TestWithParam<const char *>
+class ChildSignal : public testing::TestWithParam<const char *>
 {
 };
 
-/** By which the system would forget how the children of a program that inherits it end. */
-TEST_P(IgnoredChildSignal, OfTheParentProcessIsNotKept)
+/**
+ * By which the system would forget how the children of a program that inherits it end, or Qt would
+ * not hear of it.
+ */
+TEST_P(ChildSignal, ThatTheParentProcessIgnoresAndBlocksIsNotLeftSo)
 {
     if (!qEnvironmentVariableIsEmpty("IDCARD_TEST_EMULATOR"))
         GTEST_SKIP() << "the signals seen would be those of the emulator";
@@ -286,15 +289,23 @@ TEST_P(IgnoredChildSignal, OfTheParentProcessIsNotKept)
     input.environment = {{"XDG_CONFIG_HOME", settings.path()}, {"QT_QPA_PLATFORM", "offscreen"}};
     const QStringList arguments = QString::fromLatin1(GetParam()).split(QLatin1Char(' '));
     const auto handler = std::signal(SIGCHLD, SIG_IGN);
+    sigset_t blocked;
+    sigset_t before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGCHLD);
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
     RunningProcess process(arguments.first(), arguments.mid(1), input);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
     std::signal(SIGCHLD, handler);
 
-    waitUntil([&process] { return !isIgnored(SIGCHLD, process.id()); });
+    waitUntil([&process] {
+        return !isIgnored(SIGCHLD, process.id()) && !isBlocked(SIGCHLD, process.id());
+    });
     EXPECT_FALSE(process.endsWithin(100));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Programs, IgnoredChildSignal,
+    Programs, ChildSignal,
     testing::Values("idcard-reader read --simulate resident --fault no-card --wait 60",
                     "idcard-viewer",
                     IDCARD_BUILD_BIN_DIR "/../libexec/idcard-reader-browser-host "
