@@ -18,7 +18,7 @@ int main(int argc, char **argv)
     Output output;
     installMessageHandler();
     learnHowChildrenEnd();
-    useUtf8InPlainLocale();
+    useEncodingOfLocale();
     const QStringList arguments = argumentsOf(argc, argv);
     const QCoreApplication application(argc, argv);
     HostSettings settings;

@@ -10,11 +10,12 @@
 namespace app
 {
 
-void useUtf8InPlainLocale()
+void useEncodingOfLocale()
 {
     std::setlocale(LC_ALL, "");
-    if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const char *const encoding = nl_langinfo(CODESET);
+    const bool isPlain = std::strcmp(encoding, "ANSI_X3.4-1968") == 0;
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName(isPlain ? "UTF-8" : encoding));
 }
 
 QStringList argumentsOf(int argc, char **argv)

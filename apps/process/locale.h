@@ -7,8 +7,12 @@
 namespace app
 {
 
-/** In the C locale, as services have it, names of files with Chinese characters would be lost. */
-void useUtf8InPlainLocale();
+/**
+ * For the command line and names of files. It is UTF-8 in the C locale, as services have it, where
+ * Chinese characters would be lost. Qt does not ask the locale, but takes UTF-8, as Debian builds
+ * it.
+ */
+void useEncodingOfLocale();
 
 /** The command line without the program's name. */
 QStringList argumentsOf(int argc, char **argv);

@@ -93,7 +93,7 @@ int main(int argc, char **argv)
     Output output;
     installMessageHandler();
     learnHowChildrenEnd();
-    useUtf8InPlainLocale();
+    useEncodingOfLocale();
     const ExitStatus status = run(argumentsOf(argc, argv), &output);
     return static_cast<int>(closedWith(status, &output));
 }

@@ -104,7 +104,7 @@ int main(int argc, char **argv)
 {
     forbidCoreDumps();
     installMessageHandler();
-    useUtf8InPlainLocale();
+    useEncodingOfLocale();
     const QStringList arguments = argumentsOf(argc, argv);
     doctor::workIfChild(arguments,
                         {{"library", doctor::loadLibrary}, {"pictures", doctor::describePictures}});

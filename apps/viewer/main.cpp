@@ -87,7 +87,7 @@ int main(int argc, char **argv)
     app::Output output;
     app::installMessageHandler();
     app::learnHowChildrenEnd();
-    app::useUtf8InPlainLocale();
+    app::useEncodingOfLocale();
     const ExitStatus status = serve(app::argumentsOf(argc, argv), &output);
     return static_cast<int>(app::closedWith(status, &output));
 }

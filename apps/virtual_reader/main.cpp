@@ -164,7 +164,7 @@ int main(int argc, char **argv)
     setProgramName(VIRTUAL_READER_NAME);
     Output output;
     installMessageHandler();
-    useUtf8InPlainLocale();
+    useEncodingOfLocale();
     const ExitStatus status = run(argumentsOf(argc, argv), &output);
     return static_cast<int>(closedWith(status, &output));
 }
