@@ -57,6 +57,7 @@ Output::Output()
     sendStandardOutputToNull();
     // `write` then reports a lost reader, so the program still ends cleanly.
     m_isLossIgnored = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
+    std::signal(SIGXFSZ, SIG_IGN); // so it does a file that may not become so large
 }
 
 Output::~Output()

@@ -129,7 +129,8 @@ RunningProcess::RunningProcess(const QString &program, const QStringList &argume
             ::close(STDOUT_FILENO);
         if (!folder.empty())
             static_cast<void>(::chdir(folder.c_str()));
-        // As a shell would give it, whatever this process ignores.
+        // As a shell would give them, whatever this process ignores.
+        std::signal(SIGXFSZ, SIG_DFL);
         if (!input.ignoresBrokenPipes)
             std::signal(SIGPIPE, SIG_DFL);
     });
