@@ -7,6 +7,7 @@
 #include "apps/process/child_process.h"
 #include "apps/process/core_dumps.h"
 #include "apps/process/locale.h"
+#include "apps/process/program_name.h"
 #include "apps/process/standard_streams.h"
 #include "apps/web_sites/origin_list.h"
 

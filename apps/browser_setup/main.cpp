@@ -11,6 +11,7 @@
 #include "apps/process/child_process.h"
 #include "apps/process/locale.h"
 #include "apps/process/output.h"
+#include "apps/process/program_name.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/web_sites/browser_files.h"

@@ -1,5 +1,6 @@
 #include "apps/process/interruption.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -11,7 +12,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "apps/process/standard_streams.h"
+#include "apps/process/program_name.h"
 #include "apps/process/translation.h"
 
 namespace app
@@ -158,7 +159,8 @@ void pauseFor(int milliseconds, int output)
     ::poll(ends.data(), ends.size(), milliseconds);
 }
 
-bool waitForRoom(int descriptor)
+/** False when there is none for two seconds after a signal has come. */
+static bool waitForRoom(int descriptor)
 {
     pollfd room = {descriptor, POLLOUT, 0};
     int ready = 0;
@@ -168,6 +170,27 @@ bool waitForRoom(int descriptor)
         ready = ends[0].revents;
     }
     return ready != 0 || ::poll(&room, 1, MS_LEFT_TO_A_WRITE) == 1;
+}
+
+bool writeUnlessInterrupted(int descriptor, const QByteArray &bytes)
+{
+    // What a pipe that has room takes without waiting: then the wait is here, and a signal ends it.
+    constexpr int PART = 4096;
+    for (int at = 0; at < bytes.size();) {
+        if (!waitForRoom(descriptor)) {
+            errno = EINTR;
+            return false;
+        }
+        const auto size = static_cast<std::size_t>(std::min(PART, bytes.size() - at));
+        const ssize_t written = ::write(descriptor, bytes.constData() + at, size);
+        if (written == 0)
+            errno = EIO; // taken without an error, and yet not taken
+        if (written > 0)
+            at += static_cast<int>(written);
+        else if (errno != EINTR && errno != EAGAIN) // EAGAIN: a parent process wants no waiting
+            return false;
+    }
+    return true;
 }
 
 ReadInProgress::ReadInProgress()

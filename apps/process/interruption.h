@@ -50,10 +50,11 @@ int interruptionDescriptor();
 void pauseFor(int milliseconds, int output = -1);
 
 /**
- * Waits until `descriptor` takes bytes. False when it takes none for two seconds after a signal has
- * come: whoever reads there does so no longer.
+ * Writes all `bytes`, however long whoever reads there takes for them. False when they could not be
+ * written: `errno` says why, and is EINTR when none were taken for two seconds after a signal had
+ * come, since whoever reads there does so no longer.
  */
-bool waitForRoom(int descriptor);
+bool writeUnlessInterrupted(int descriptor, const QByteArray &bytes);
 
 /** Lives while a card is read, which cannot be broken off otherwise. Not to be nested. */
 class ReadInProgress

@@ -1,6 +1,5 @@
 #include "apps/process/output.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
@@ -12,7 +11,6 @@
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "common/texts.h"
-#include "common/write_all.h"
 
 namespace app
 {
@@ -67,15 +65,8 @@ Output::~Output()
 
 bool Output::write(const QByteArray &bytes)
 {
-    // What a pipe that has room takes without waiting: then the wait is here, and a signal ends it.
-    constexpr int PART = 4096;
-    for (int at = 0; at < bytes.size() && m_error == 0; at += PART) {
-        const auto size = static_cast<std::size_t>(std::min(PART, bytes.size() - at));
-        if (!waitForRoom(m_descriptor))
-            m_error = EINTR; // by the signal after which nobody read
-        else if (writeAll(m_descriptor, bytes.constData() + at, size) < size)
-            m_error = errno;
-    }
+    if (m_error == 0 && !writeUnlessInterrupted(m_descriptor, bytes))
+        m_error = errno;
     return m_error == 0;
 }
 

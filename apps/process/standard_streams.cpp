@@ -8,9 +8,9 @@
 #include <unistd.h>
 
 #include "apps/process/exit_status.h"
+#include "apps/process/interruption.h"
+#include "apps/process/program_name.h"
 #include "apps/process/translation.h"
-#include "common/texts.h"
-#include "common/write_all.h"
 
 namespace app
 {
@@ -22,7 +22,6 @@ IDCARD_TEXTS(Process)
 
 bool foreignOutputShown = false;
 int hiddenLogs = 0;
-const char *nameOfProgram = "idcard-reader";
 
 /** Every text that is painted asks for the same attribute, and Qt warns each time. */
 bool isRepeatedAttributeWarning(const QString &message)
@@ -75,21 +74,6 @@ HiddenLog::~HiddenLog()
     --hiddenLogs;
 }
 
-void setProgramName(const char *name)
-{
-    nameOfProgram = name;
-}
-
-const char *programName()
-{
-    return nameOfProgram;
-}
-
-QByteArray messageLine(const QString &message)
-{
-    return filledIn(QStringLiteral("%1: %2\n"), QLatin1String(nameOfProgram), message).toUtf8();
-}
-
 void printMessage(const QString &message)
 {
     printToStandardError(QString::fromUtf8(messageLine(message)));
@@ -98,8 +82,7 @@ void printMessage(const QString &message)
 void printToStandardError(const QString &text)
 {
     // A failure of this cannot be reported any more.
-    const QByteArray bytes = text.toUtf8();
-    writeAll(STDERR_FILENO, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    writeUnlessInterrupted(STDERR_FILENO, text.toUtf8());
 }
 
 bool isStandardErrorTerminal()

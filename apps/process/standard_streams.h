@@ -2,7 +2,6 @@
 
 // Messages for people on standard error, and what others in the process print or log.
 
-#include <QByteArray>
 #include <QString>
 
 namespace app
@@ -28,15 +27,6 @@ public:
     HiddenLog &operator=(const HiddenLog &) = delete;
     HiddenLog &operator=(HiddenLog &&) = delete;
 };
-
-/** Under which name `printMessage` speaks; "idcard-reader" unless it is called. The text must live
- * on. */
-void setProgramName(const char *name);
-const char *programName();
-
-/** A message for people as `printMessage` prints it: behind the program's name, with a line break.
- */
-QByteArray messageLine(const QString &message);
 
 /** Prints a message for people on standard error, behind the program's name. */
 void printMessage(const QString &message);

@@ -1,7 +1,7 @@
 #include "apps/tool/reading_limits.h"
 
 #include "apps/process/interruption.h"
-#include "apps/process/standard_streams.h"
+#include "apps/process/program_name.h"
 #include "apps/process/translation.h"
 #include "apps/tool/failure_report.h"
 

@@ -6,6 +6,7 @@
 
 #include "apps/card/card_output.h"
 #include "apps/process/interruption.h"
+#include "apps/process/program_name.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/reading/reader_choice.h"

@@ -12,6 +12,7 @@
 #include "apps/process/locale.h"
 #include "apps/process/output.h"
 #include "apps/process/readable_notifier.h"
+#include "apps/process/program_name.h"
 #include "apps/process/standard_streams.h"
 #include "apps/process/translation.h"
 #include "apps/viewer/main_window.h"

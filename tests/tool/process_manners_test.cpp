@@ -159,6 +159,20 @@ TEST(StandardOutput, ThatNobodyReadsAnyMoreDoesNotKeepAToolThatIsToEnd)
     expectEnd(tool.result(), 1, "Standard output could not be written");
 }
 
+TEST(StandardError, ThatNobodyReadsDoesNotKeepAToolThatIsToEnd)
+{
+    const UnreadPipe error;
+    error.fill();
+    ProcessInput input;
+    input.standardErrorFile = error.input().standardOutputFile;
+    RunningTool tool({"watch", "--events", "--simulate", "resident", "--fault", "unknown-kind"},
+                     input);
+    EXPECT_THAT(tool.nextLine().toStdString(), HasSubstr("reader-added"));
+    EXPECT_FALSE(tool.endsWithin(100));
+    tool.signal(SIGTERM);
+    EXPECT_TRUE(tool.endsWithin(20000));
+}
+
 TEST(StandardOutput, FailureOfTheReadingIsNotHiddenByAClosedStandardOutput)
 {
     ProcessInput input;
