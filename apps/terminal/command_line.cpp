@@ -116,6 +116,8 @@ QString OptionParser::parse(const QStringList &arguments)
         problem = problemOfArguments();
     if (problem.isEmpty() && isToRun)
         problem = problemOfOptions();
+    if (problem.isEmpty() && isToRun)
+        problem = problemOfEncoding(arguments);
     return problem.isEmpty() ? QString() : refusal(problem);
 }
 
@@ -191,6 +193,14 @@ QString OptionParser::problemOfOptions() const
         }
     }
     return {};
+}
+
+QString OptionParser::problemOfEncoding(const QStringList &arguments)
+{
+    const QStringList lost = arguments.filter(QChar(QChar::ReplacementCharacter));
+    return lost.isEmpty() ? QString()
+                          : tr("%1 is not written in the encoding of the locale.")
+                                .arg(printable(lost.first()));
 }
 
 QString OptionParser::problemOf(const Option &option) const

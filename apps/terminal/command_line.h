@@ -122,6 +122,8 @@ private:
     QString problemOfUnknown(const QStringList &arguments) const;
     QString problemOfArguments() const;
     QString problemOfOptions() const;
+    /** A file of such a name could not be opened, and one of another name would be written. */
+    static QString problemOfEncoding(const QStringList &arguments);
     QString problemOf(const Option &option) const;
     QString problemOfValue(const Option &option, const QString &value) const;
     const Option *excluderOf(const Option &option) const;

@@ -638,6 +638,10 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <source>Wrong usage: an unknown option or value, or a fault that is refused.</source>
         <translation>用法错误：未知的选项或值，或者不接受的故障。</translation>
     </message>
+    <message>
+        <source>%1 is not written in the encoding of the locale.</source>
+        <translation>%1 不是按当前区域设置的编码写成的。</translation>
+    </message>
 </context>
 <context>
     <name>Configuration</name>

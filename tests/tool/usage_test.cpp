@@ -58,6 +58,8 @@ const WrongUsage WRONG_USAGES[] = {
     {{"cards", "--simulate", "resident"}, "simulate"},
     {{"read", "resident"}, "read takes no argument resident."},
     {{"read", "a\x1b[1m"}, "read takes no argument a\\u001B[1m."},
+    {{"read", "--simulate", "resident", "--out", "/tmp/\xEF\xBF\xBD"},
+     "/tmp/\xEF\xBF\xBD is not written in the encoding of the locale.\n"},
     {{"read", "--wait", "x\n"}, "not x\\u000A."},
     {{"render"}, "render needs a CARD: \"idcard-reader render CARD --out <folder>"},
     {{"render", "", "--out", "there"}, "render needs a CARD"},
