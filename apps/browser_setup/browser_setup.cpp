@@ -187,6 +187,7 @@ private:
         browser.start(
             m_places.browserProgram,
             {QStringLiteral("--headless=new"), QStringLiteral("--no-sandbox"),
+             QStringLiteral("--no-zygote"), // it would live on, and make its profile again
              QStringLiteral("--user-data-dir=") + folder.filePath(QStringLiteral("profile")),
              QStringLiteral("--pack-extension=") + copy,
              QStringLiteral("--pack-extension-key=") + m_places.shipped +

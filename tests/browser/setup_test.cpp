@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <sys/stat.h>
 
@@ -380,11 +381,17 @@ TEST_F(BrowserSetup, PackedByChromium_HasTheIdThatPagesAndHostKnow)
         QFile::copy(QStringLiteral(IDCARD_SOURCE_DIR "/apps/browser_extension/extension.pem"),
                     path("real/extension.pem")));
     writeFile(path("real/chromium-host.json"), "{}");
+    ASSERT_TRUE(QDir().mkpath(path("temporary")));
+    const QByteArray folderBefore = qgetenv("TMPDIR");
+    qputenv("TMPDIR", path("temporary").toUtf8());
     EXPECT_EQ(allowSite("https://pms.example", *findBrowser("chromium", real.root), real), "");
+    qputenv("TMPDIR", folderBefore);
     const QByteArray packed = readFile(path("var/chromium.crx"));
     EXPECT_TRUE(packed.startsWith("Cr24"));
     EXPECT_TRUE(packed.contains(bytesOf(ID)));
     EXPECT_FALSE(packed.contains(bytesOf(QString(ID).replace('o', 'p'))));
+    QThread::msleep(500); // in which what is left of the browser would make its profile again
+    EXPECT_TRUE(QDir(path("temporary")).isEmpty());
 }
 
 struct WrongCall {
