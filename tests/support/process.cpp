@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -125,10 +126,12 @@ RunningProcess::RunningProcess(const QString &program, const QStringList &argume
     const int err = writtenTo(input.standardErrorFile, m_err);
     const std::string folder = input.workingDirectory.toStdString();
     m_id = app::startChild(start.command, start.environment, {m_in.readEnd(), out, err}, [&] {
+        // Not `close` and `chdir`: the emulated bus has its own, with locks that a thread of this
+        // process may hold for ever in the child.
         if (input.standardOutput == StandardOutput::CLOSED)
-            ::close(STDOUT_FILENO);
+            ::syscall(SYS_close, STDOUT_FILENO);
         if (!folder.empty())
-            static_cast<void>(::chdir(folder.c_str()));
+            ::syscall(SYS_chdir, folder.c_str());
         // As a shell would give them, whatever this process ignores.
         std::signal(SIGXFSZ, SIG_DFL);
         if (!input.ignoresBrokenPipes)
