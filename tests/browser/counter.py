@@ -22,7 +22,7 @@ SOON_S = 20
 def is_running(process):
     try:
         return pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] != "Z"
-    except FileNotFoundError:
+    except (FileNotFoundError, ProcessLookupError):  # before and after the file was opened
         return False
 
 
