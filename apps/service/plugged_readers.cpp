@@ -60,6 +60,7 @@ PluggedReaders::PluggedReaders(std::function<void()> changed, UsbFolders folders
         watchNodes();
         m_settling.start(TIME_TO_SETTLE_MS);
     });
+    m_settling.start(TIME_TO_SETTLE_MS); // a reader may be on its way, with its node there already
 }
 
 void PluggedReaders::watchNodes()

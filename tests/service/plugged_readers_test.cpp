@@ -97,6 +97,16 @@ TEST_F(PluggedReaders, ReaderThatComesAndGoes_IsReported)
     EXPECT_EQ(readers.ids(), QString());
 }
 
+TEST_F(PluggedReaders, ReaderWhoseNodeWasThereBeforeItsInterface_IsReported)
+{
+    int changes = 0;
+    writeFile(m_folders.nodes + "/001/002", {});
+    const app::PluggedReaders readers([&] { ++changes; }, m_folders);
+    show("1-1", "0001");
+    EXPECT_TRUE(waitFor([&] { return changes == 1; }));
+    EXPECT_EQ(readers.ids(), "1209:0001");
+}
+
 TEST_F(PluggedReaders, ReaderOnABusThatIsNew_IsReported)
 {
     int changes = 0;
