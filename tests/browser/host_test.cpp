@@ -29,6 +29,7 @@ using testing::HasSubstr;
 const QString EXTENSION = QStringLiteral("chrome-extension://ojdlmaapepnmfpiapikmeghcbbbdeipm/");
 constexpr int MEBIBYTE = 1024 * 1024;
 constexpr int SOON_MS = 20000;
+constexpr int TIME_TO_START_S = 4; ///< a shell, on a machine with much to do
 
 QByteArray header(int length)
 {
@@ -495,7 +496,7 @@ TEST_F(BrowserHostWithTool, ToolThatHangs_IsEndedAndReported)
         QFile::remove(path("pid"));
         setSleepingTool(streams);
         Host browser = host();
-        browser.write(goodRequest(pageRequest({}, 1)));
+        browser.write(goodRequest(pageRequest({}, TIME_TO_START_S)));
         const int tool = toolProcess();
         const QJsonObject error = browser.error();
         EXPECT_EQ(error["name"], "BROWSER_TOOL_HANGS");
@@ -509,7 +510,7 @@ TEST_F(BrowserHostWithTool, ToolThatHangsAndDoesNotHeed_IsKilledAndReported)
     m_graceMs = 0;
     setDeafTool();
     Host browser = host();
-    browser.write(goodRequest(pageRequest({}, 1)));
+    browser.write(goodRequest(pageRequest({}, TIME_TO_START_S)));
     const int tool = toolProcess();
     EXPECT_EQ(browser.errorName(), "BROWSER_TOOL_BROKEN");
     EXPECT_FALSE(isRunning(tool));
@@ -517,9 +518,11 @@ TEST_F(BrowserHostWithTool, ToolThatHangsAndDoesNotHeed_IsKilledAndReported)
 
 TEST_F(BrowserHostWithTool, AnswerUpToTheLimitOfBrowsers_IsGivenAndALongerOneReported)
 {
-    const auto printing = [](int size) { // {"a":"xx...x"}
-        return QByteArray(R"(printf '{"a":"'; head -c )") + QByteArray::number(size - 8) +
-               " /dev/zero | tr '\\0' x; printf '\"}'";
+    // {"a":"xx...x"}, at once: the tool has two seconds from the first byte to its end.
+    const auto printing = [this](int size) {
+        const QByteArray whole = path("whole").toUtf8();
+        return R"((printf '{"a":"'; head -c )" + QByteArray::number(size - 8) +
+               " /dev/zero | tr '\\0' x; printf '\"}') > " + whole + "; exec cat " + whole;
     };
     setTool(printing(MEBIBYTE));
     EXPECT_EQ(host().answerTo(goodRequest())["a"].toString().size(), MEBIBYTE - 8);
