@@ -61,7 +61,7 @@ TEST_F(ReadTimeout, LeavesAReadingAloneThatEndsInTime)
 TEST_F(ReadTimeout, DoesNotCountTheWaitForACard)
 {
     const ProcessResult run = runTool({"read", "--simulate", "resident", "--wait", "30",
-                                       "--timeout", "1", "--fault", "no-card=6"});
+                                       "--timeout", "4", "--fault", "no-card=20"});
     expectEnd(run, 0);
 }
 

@@ -346,8 +346,8 @@ TEST(WatchTimeout, EndsAReadingThatNeverEnds)
 
 TEST(WatchTimeout, LeavesReadingsAloneThatEndInTime)
 {
-    const ProcessResult run = runTool({"watch", "--timeout", "1", "--interval", "700", "--simulate",
-                                       "resident", "--fault", "no-card=3"});
+    const ProcessResult run = runTool({"watch", "--timeout", "4", "--interval", "1700",
+                                       "--simulate", "resident", "--fault", "no-card=3"});
     EXPECT_EQ(run.exitStatus, 0) << run.error();
     EXPECT_THAT(kindsIn(run.standardOutput), ElementsAre("resident"));
 }
