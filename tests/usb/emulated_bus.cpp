@@ -113,6 +113,16 @@ public:
         follow();
     }
 
+    bool changeIfUnused(const std::function<void()> &change)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (holdingsNow().openNodes > 0)
+            return false;
+        change();
+        follow();
+        return true;
+    }
+
     Address address(const simulator::UsbDevice &device) const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -135,15 +145,7 @@ public:
     Holdings holdings() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        Holdings sum;
-        for (const Port &port : m_ports) {
-            const Holdings one = port.node->holdings();
-            sum.openNodes += one.openNodes;
-            sum.claimedInterfaces += one.claimedInterfaces;
-            sum.transfers += one.transfers;
-            sum.timesOpened += one.timesOpened;
-        }
-        return sum;
+        return holdingsNow();
     }
 
     QStringList misuses() const
@@ -180,6 +182,19 @@ private:
         bool isHidden = false;
         std::optional<bool> isAccessAllowed;
     };
+
+    Holdings holdingsNow() const
+    {
+        Holdings sum;
+        for (const Port &port : m_ports) {
+            const Holdings one = port.node->holdings();
+            sum.openNodes += one.openNodes;
+            sum.claimedInterfaces += one.claimedInterfaces;
+            sum.transfers += one.transfers;
+            sum.timesOpened += one.timesOpened;
+        }
+        return sum;
+    }
 
     const Port &portOf(const simulator::UsbDevice &device) const
     {
@@ -308,6 +323,11 @@ void EmulatedBus::add(simulator::UsbDevice &device, const NodeTraits &traits)
 void EmulatedBus::change(const std::function<void()> &change)
 {
     m_implementation->change(change);
+}
+
+bool EmulatedBus::changeIfUnused(const std::function<void()> &change)
+{
+    return m_implementation->changeIfUnused(change);
 }
 
 EmulatedBus::Address EmulatedBus::address(const simulator::UsbDevice &device) const

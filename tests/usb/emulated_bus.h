@@ -52,6 +52,9 @@ public:
     /** Runs `change` while no device is being asked, then follows what the devices say now. */
     void change(const std::function<void()> &change);
 
+    /** The same unless a program has a device open; whether it did. */
+    bool changeIfUnused(const std::function<void()> &change);
+
     /** Bus and device number, as libusb reports them, of a device that is plugged in; else 0 and 0.
      */
     struct Address {
