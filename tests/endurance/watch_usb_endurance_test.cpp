@@ -23,7 +23,7 @@ TEST(WatchEndurance, ReaderOnUsbThatGoesAndComes_IsReportedEveryTimeAndItsCardOn
             early = watch.figures();
     }
     expectNoGrowth(early, watch.figures());
-    usb.bus().change([&] { usb.reader().slot().takeCard(); });
+    usb.takeOff();
     watch.expect("card-removed");
     const ProcessResult run = watch.ended();
     EXPECT_EQ(run.exitStatus, 0) << run.error();

@@ -87,7 +87,7 @@ int writtenTo(const QString &file, const Pipe &pipe)
 void expectEnd(const ProcessResult &run, int exitStatus, const std::string &error)
 {
     EXPECT_TRUE(run.finished) << "signal " << run.signal;
-    EXPECT_EQ(run.exitStatus, exitStatus);
+    EXPECT_EQ(run.exitStatus, exitStatus) << run.error();
     EXPECT_THAT(run.error(), testing::HasSubstr(error));
     EXPECT_TRUE(!error.empty() || run.standardError.isEmpty()) << run.error();
 }

@@ -100,7 +100,8 @@ TEST_F(ReadTimeout, IsKeptWhereItsHostBlocksTheSignals)
     EXPECT_EQ(runTool(NEVER_ENDING + QStringList{"--timeout", "1"}).exitStatus, 11);
     RunningTool tool(NEVER_ENDING + QStringList{"--verbose"});
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 5);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 5) << run.error();
 }
 
 class UsbTimeout : public FolderTest, public usb_test::ReaderOnBus

@@ -136,7 +136,8 @@ TEST_F(WatchReader, InTheBackgroundOfAScript_GoesOnWhenCtrlCIsPressedAndEndsWith
     EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
     tool.signal(SIGINT);
     EXPECT_FALSE(tool.endsWithin(500));
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST_F(WatchReader, HostThatIgnoresSigtermEndsItByIt)
@@ -145,7 +146,8 @@ TEST_F(WatchReader, HostThatIgnoresSigtermEndsItByIt)
     RunningTool tool = watch({"--interval", "10"}, "hmt-hong-kong");
     std::signal(SIGTERM, handler);
     EXPECT_THAT(kindsIn(tool.nextLine() + "\n"), ElementsAre("hmt"));
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST_F(WatchReader, CountOfTheReaderIsKept)
@@ -223,7 +225,8 @@ TEST_F(WatchReader, ReadingThatNeverEndsIsLeftSoonAfterTheSignal)
 {
     RunningTool tool = watch({"--verbose"}, "resident", "transient-failures=1000000000");
     EXPECT_TRUE(tool.waitForError("card reading fail!"));
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 // With --events.
@@ -321,7 +324,8 @@ TEST_F(WatchReader, ReaderThatIsMissingToBeginWithIsAFailedReadAmongTheEvents)
     const QJsonObject event = QJsonDocument::fromJson(tool.nextLine()).object();
     EXPECT_EQ(event["event"].toString(), "read-failed");
     EXPECT_EQ(event["error"].toObject()["name"].toString(), "IDCARD_RESULT_PORT_NOT_OPEN");
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST(WatchTimeout, EndsAReadingThatNeverEnds)

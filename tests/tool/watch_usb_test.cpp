@@ -8,7 +8,6 @@
 #include <QJsonArray>
 #include <QThread>
 
-#include "tests/support/cancelled_thread.h"
 #include "tests/support/files.h"
 #include "tests/tool/tool_runner.h"
 #include "tests/usb/reader_on_bus.h"
@@ -57,16 +56,6 @@ protected:
     void plugInAnotherTo(const RunningTool &tool)
     {
         changeBeneath(tool, [this] { otherDevice().plugIn(); });
-    }
-
-    /** Between two looks: one in the middle of which it were laid down would fail. */
-    void lay(const QString &card)
-    {
-        bool isLaid = false;
-        waitUntil([&] {
-            isLaid = isLaid || bus().changeIfUnused([&] { prepare(card, {}); });
-            return isLaid;
-        });
     }
 
     static std::string nameIn(const QByteArray &line)
@@ -155,7 +144,8 @@ TEST_F(WatchUsb, AnotherReaderTakesThePlaceOfTheOnlyOne)
     ASSERT_TRUE(otherDevice().slot().putCard("hmt-macao", simulator::PutAs::DESCRIBED, &problem));
     plugInAnotherTo(tool);
     EXPECT_EQ(nameIn(tool.nextLine()), builtInCard("hmt-macao").name.toStdString());
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLeft)
@@ -175,7 +165,8 @@ TEST_F(WatchUsb, SeveralReadersInThePlaceOfTheOnlyOneAreReportedOnceUntilOneIsLe
     QThread::msleep(100); // many looks
     changeBeneath(tool, [this] { otherDevice().unplug(); });
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST_F(WatchUsb, ReaderThatAnotherProgramHoldsIsThereAndItsFailureReportedOnce)
@@ -207,7 +198,8 @@ TEST_F(WatchUsb, DeviceThatADriverTakesAfterTheFirstLook_DoesNotHoldTheWatch)
         read = parsedObject(tool.nextLine());
     } while (read["event"] == "reader-removed" || read["event"] == "reader-added");
     EXPECT_EQ(read["card"].toObject()["name"].toString(), builtInCard("resident").name);
-    EXPECT_EQ(tool.endedBy(SIGTERM).exitStatus, 0);
+    const ProcessResult run = tool.endedBy(SIGTERM);
+    EXPECT_EQ(run.exitStatus, 0) << run.error();
 }
 
 TEST_F(WatchUsb, SeveralReadersToBeginWithAreRefusedAndNoneIsOpened)
@@ -291,18 +283,18 @@ TEST_F(WatchUsb, EventsSayWhenReaderAndCardsComeAndGo)
     EXPECT_EQ(expectEvent("card-read")["card"].toObject()["kind"], "hmt");
     unplugFrom(tool);
     expectEvent("reader-removed");
-    bus().change([this] { reader().slot().takeCard(); });
+    takeOff();
     plugInAgainTo(tool);
     expectEvent("reader-added");
     expectEvent("card-removed");
-    bus().change([this] { prepare("resident", "read-answer-cut=8"); });
+    lay("resident", "read-answer-cut=8");
     const QJsonObject error = expectEvent("read-failed")["error"].toObject();
     EXPECT_EQ(error["name"], "USB_READER_DATA_LENGTH_INVALID");
-    bus().change([this] { prepare({}, {}); });
+    setFaults({});
     expectEvent("card-read");
-    bus().change([this] { prepare({}, "read-answer-cut=8"); });
+    setFaults("read-answer-cut=8");
     expectEvent("read-failed");
-    bus().change([this] { prepare({}, {}); });
+    setFaults({});
     expectEvent("card-read");
     const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);
@@ -315,11 +307,11 @@ TEST_F(WatchUsb, CardThatGivesNoDataOnceIsNotReadASecondTimeAndIsRemovedWhenItGi
     RunningTool tool(watch({"--events"}), onBus());
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "reader-added");
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "card-read");
-    bus().change([this] { prepare({}, "transient-failures=1"); });
+    setFaults("transient-failures=1");
     QThread::msleep(200); // many looks
-    bus().change([this] { prepare({}, "read-fails=0"); });
+    setFaults("read-fails=0");
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "card-removed");
-    bus().change([this] { prepare({}, {}); });
+    setFaults({});
     EXPECT_EQ(parsedObject(tool.nextLine())["event"], "card-read");
     const ProcessResult run = tool.endedBy(SIGTERM);
     EXPECT_EQ(run.exitStatus, 0);

@@ -113,14 +113,14 @@ public:
         follow();
     }
 
-    bool changeIfUnused(const std::function<void()> &change)
+    void changeWhenUnused(const std::function<void()> &change)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (holdingsNow().openNodes > 0)
-            return false;
-        change();
-        follow();
-        return true;
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!changeIfUnused(change)) {
+            if (std::chrono::steady_clock::now() > limit)
+                throw std::runtime_error("a device on the emulated bus stays open");
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
 
     Address address(const simulator::UsbDevice &device) const
@@ -182,6 +182,16 @@ private:
         bool isHidden = false;
         std::optional<bool> isAccessAllowed;
     };
+
+    bool changeIfUnused(const std::function<void()> &change)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (holdingsNow().openNodes > 0)
+            return false;
+        change();
+        follow();
+        return true;
+    }
 
     Holdings holdingsNow() const
     {
@@ -325,9 +335,9 @@ void EmulatedBus::change(const std::function<void()> &change)
     m_implementation->change(change);
 }
 
-bool EmulatedBus::changeIfUnused(const std::function<void()> &change)
+void EmulatedBus::changeWhenUnused(const std::function<void()> &change)
 {
-    return m_implementation->changeIfUnused(change);
+    m_implementation->changeWhenUnused(change);
 }
 
 EmulatedBus::Address EmulatedBus::address(const simulator::UsbDevice &device) const

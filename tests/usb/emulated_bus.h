@@ -52,8 +52,12 @@ public:
     /** Runs `change` while no device is being asked, then follows what the devices say now. */
     void change(const std::function<void()> &change);
 
-    /** The same unless a program has a device open; whether it did. */
-    bool changeIfUnused(const std::function<void()> &change);
+    /**
+     * The same once no program has a device open: between two looks of a program that watches. A
+     * card that comes or goes in the middle of a look makes it fail. Throws if the wait takes 20
+     * seconds.
+     */
+    void changeWhenUnused(const std::function<void()> &change);
 
     /** Bus and device number, as libusb reports them, of a device that is plugged in; else 0 and 0.
      */

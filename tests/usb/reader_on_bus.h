@@ -37,6 +37,22 @@ public:
         ASSERT_TRUE(m_reader.slot().setFaults(faults, &problem)) << problem.toStdString();
     }
 
+    /** The same between two looks of a program that watches. */
+    void lay(const QString &card, const QString &faults = {})
+    {
+        m_bus.changeWhenUnused([&] { prepare(card, faults); });
+    }
+
+    void setFaults(const QString &faults)
+    {
+        m_bus.changeWhenUnused([&] { prepare({}, faults); });
+    }
+
+    void takeOff()
+    {
+        m_bus.changeWhenUnused([this] { m_reader.slot().takeCard(); });
+    }
+
     void plugIn(const QString &card, const QString &faults = {})
     {
         prepare(card, faults);

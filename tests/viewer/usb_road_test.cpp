@@ -44,16 +44,6 @@ protected:
         open(options);
     }
 
-    void lay(const QString &card)
-    {
-        bus().change([&] { prepare(card, {}); });
-    }
-
-    void takeOff()
-    {
-        bus().change([this] { reader().slot().takeCard(); });
-    }
-
     /** The window watches the bus by a program that is halted meanwhile. */
     void changeBeneathChild(const std::function<void()> &change)
     {
@@ -338,7 +328,7 @@ TEST_F(Automatic, ReaderUnpluggedAndPluggedIn_IsReportedAndReadingGoesOn)
     EXPECT_TRUE(waitForHeadline("The reader was unplugged."));
     expectState(Kind::ATTENTION);
     expectNobody();
-    bus().change([this] { reader().slot().takeCard(); });
+    takeOff();
     changeBeneathChild([this] { reader().plugIn(); });
     EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
     lay("hmt-macao");
@@ -392,7 +382,7 @@ TEST_F(Automatic, CardThatFailsLikeTheOneBefore_HidesTheEarlierCardThatIsShown)
     takeOff();
     EXPECT_TRUE(waitForHeadline(LAY_A_CARD));
     const auto layOneThatFails = [this] {
-        bus().change([this] { prepare("hmt-macao", "read-answer-cut=8"); });
+        lay("hmt-macao", "read-answer-cut=8");
         return waitForState(Kind::FAILED);
     };
     EXPECT_TRUE(layOneThatFails());
