@@ -77,8 +77,11 @@ set(IDCARD_TEST_ENVIRONMENT
   # The fonts that the project chose for its pictures.
   "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/packaging/fonts/demo-fonts.conf")
 if(CMAKE_CROSSCOMPILING)
-  # A test that starts a program of this build starts it under the emulator too.
-  list(APPEND IDCARD_TEST_ENVIRONMENT "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}")
+  # A test that starts a program of this build starts it under the emulator too. Without a prefix the
+  # emulator looks for no file elsewhere first: for that it has a lock, which a child that was forked
+  # while another thread opened a file would wait for for ever.
+  list(APPEND IDCARD_TEST_ENVIRONMENT
+    "IDCARD_TEST_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}" "QEMU_LD_PREFIX=/")
 endif()
 
 function(idcard_find_program variable name)
