@@ -9,7 +9,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QSaveFile>
 #include <QTemporaryDir>
 #include <QThread>
@@ -93,7 +92,7 @@ public:
     bool wasMade() const
     {
         return QFileInfo::exists(m_browser.installation) ||
-               QFileInfo::exists(m_browser.isFirefox ? extension() : packed());
+               QFileInfo::exists(m_browser.isFirefox ? m_browser.extension : packed());
     }
 
     /** Returns what failed, or an empty text. */
@@ -116,10 +115,12 @@ public:
     }
 
 private:
-    QString extension() const { return m_places.made + QLatin1Char('/') + m_browser.name; }
-    QString manifest() const { return extension() + QStringLiteral("/manifest.json"); }
-    QString packed() const { return extension() + QStringLiteral(".crx"); }
-    QString updateFile() const { return m_places.made + QStringLiteral("/update.xml"); }
+    QString manifest() const { return m_browser.extension + QStringLiteral("/manifest.json"); }
+    QString packed() const { return m_browser.extension + QStringLiteral(".crx"); }
+    QString updateFile() const
+    {
+        return extensionsFolder(m_places.root) + QStringLiteral("/update.xml");
+    }
 
     QString writeExtension() const
     {
@@ -135,7 +136,7 @@ private:
         const QStringList scripts = shipped.entryList({QStringLiteral("*.js")}, QDir::Files);
         for (const QString &script : scripts) {
             if (problem.isEmpty())
-                problem = writeForEverybody(QDir(extension()).filePath(script),
+                problem = writeForEverybody(QDir(m_browser.extension).filePath(script),
                                             contentOf(shipped.filePath(script)));
         }
         return problem;
@@ -145,20 +146,8 @@ private:
     {
         QJsonArray all;
         for (const QString &origin : m_origins)
-            all << patternOf(origin);
+            all << patternOf(origin, m_browser);
         return QJsonDocument(all).toJson(QJsonDocument::Compact);
-    }
-
-    /** For the pages of an origin; Firefox has no patterns with a port: the host tells them apart.
-     */
-    QString patternOf(QString origin) const
-    {
-        static const QRegularExpression port(QStringLiteral(":[0-9]+\\z"));
-        if (m_browser.isFirefox)
-            origin.remove(port);
-        else if (!origin.contains(port))
-            origin += QLatin1String(origin.startsWith(QLatin1String("https:")) ? ":443" : ":80");
-        return origin + QStringLiteral("/*");
     }
 
     /** Higher than the last one, for browsers to take the new extension in the place of the old. */
@@ -182,7 +171,7 @@ private:
     {
         const QTemporaryDir folder; // browsers have the last one until this one is whole
         const QString copy = folder.filePath(QStringLiteral("extension"));
-        copyFiles(extension(), copy);
+        copyFiles(m_browser.extension, copy);
         QProcess browser;
         browser.start(
             m_places.browserProgram,
@@ -252,7 +241,7 @@ private:
         if (!problem.isEmpty())
             return problem;
         QDir().mkpath(QFileInfo(m_browser.installation).path());
-        return QFile::link(extension(), m_browser.installation)
+        return QFile::link(m_browser.extension, m_browser.installation)
                    ? QString()
                    : notWritten(m_browser.installation, systemError(errno));
     }
@@ -332,8 +321,9 @@ QString removeSites(const SetupPlaces &places)
                                       withoutOrigins(contentOf(places.originList)));
     for (const Browser &browser : browsers(places.root))
         problems << removeFile(browser.installation) << removeFile(browser.hostFile);
-    if (!QDir(places.made).removeRecursively())
-        problems << tr("%1 cannot be removed.").arg(places.made);
+    const QString extensions = extensionsFolder(places.root);
+    if (!QDir(extensions).removeRecursively())
+        problems << tr("%1 cannot be removed.").arg(extensions);
     return eachOnce(problems);
 }
 

@@ -17,7 +17,6 @@ namespace app
 struct SetupPlaces {
     QString originList;
     QString shipped;        ///< the folder of the extensions, the key and the hosts' files
-    QString made;           ///< the folder for the extensions of this machine
     QString root;           ///< below which the browsers' files are; empty but in tests
     QString browserProgram; ///< Chromium, which packs its extension
     /** A browser that runs takes a policy's removal in within this time. */

@@ -33,7 +33,6 @@ SetupPlaces places()
     places.originList = originListPath();
     places.shipped = QDir::cleanPath(QDir(QCoreApplication::applicationDirPath())
                                          .filePath(QStringLiteral(IDCARD_BROWSER_FILES)));
-    places.made = QStringLiteral(IDCARD_BROWSER_MADE);
     places.browserProgram = QStringLiteral("chromium");
     return places;
 }

@@ -1,5 +1,6 @@
 #include "apps/doctor/web_pages.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <QFile>
@@ -21,15 +22,29 @@ namespace
 
 IDCARD_TEXTS(Doctor)
 
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 QString programNamedIn(const QString &hostFile)
 {
-    QFile file(hostFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.readAll())
+    return QJsonDocument::fromJson(contentOf(hostFile))
         .object()
         .value(QStringLiteral("path"))
         .toString();
+}
+
+/** Those of the sites that the browser's extension was not made for. */
+QStringList leftOut(QStringList sites, const Browser &browser)
+{
+    const QByteArray manifest = contentOf(browser.extension + QStringLiteral("/manifest.json"));
+    const auto isThere = [&](const QString &site) {
+        return manifest.contains('"' + patternOf(site, browser).toLatin1() + '"');
+    };
+    sites.erase(std::remove_if(sites.begin(), sites.end(), isThere), sites.end());
+    return sites;
 }
 
 QString lastAnswerIn(const WebPagesState &state)
@@ -78,6 +93,11 @@ Finding judged(const WebPagesState &state)
         if (finding)
             return *finding;
     }
+    if (!state.sitesLeftOut.isEmpty())
+        return {Level::FAILURE,
+                tr("No browser's extension was made for %1").arg(state.sitesLeftOut.join(tr(", "))),
+                tr("Let the extensions be made again, as root:"),
+                {QStringLiteral("idcard-browser-setup --renew")}};
     return {Level::FINE, state.list.origins.join(tr(", ")) + lastAnswerIn(state)};
 }
 
@@ -85,13 +105,18 @@ Finding judged(const WebPagesState &state)
 
 WebPagesState probeWebPages(const QString &listPath, uid_t owner, const QString &root)
 {
-    WebPagesState state{
-        QFileInfo::exists(listPath), readOriginList(listPath, owner), {}, lastAnswer()};
+    WebPagesState state;
+    state.isListThere = QFileInfo::exists(listPath);
+    state.list = readOriginList(listPath, owner);
+    state.lastAnswer = lastAnswer();
+    state.sitesLeftOut = state.list.origins;
     for (const Browser &browser : browsers(root)) {
+        if (!QFileInfo::exists(browser.installation))
+            continue;
         const QString host = programNamedIn(browser.hostFile);
-        if (QFileInfo::exists(browser.installation))
-            state.browsers << BrowserState{browser.name, browser.hostFile, host,
-                                           QFileInfo(host).isExecutable()};
+        state.browsers << BrowserState{browser.name, browser.hostFile, host,
+                                       QFileInfo(host).isExecutable()};
+        state.sitesLeftOut = leftOut(state.sitesLeftOut, browser);
     }
     return state;
 }

@@ -24,6 +24,7 @@ struct WebPagesState {
     OriginList list;
     QVector<BrowserState> browsers; ///< that have the extension
     JsonObject lastAnswer;          ///< of the host, to this user's browser; empty: none
+    QStringList sitesLeftOut;       ///< listed ones that no browser's extension was made for
 };
 
 /** Of the list, which must belong to `owner`, and of the browsers' files below `root`. */

@@ -1685,6 +1685,14 @@ Other browsers of Chromium&apos;s family look below other folders, such as /etc/
         <source>signal %1, %2</source>
         <translation>信号 %1，%2</translation>
     </message>
+    <message>
+        <source>No browser&apos;s extension was made for %1</source>
+        <translation>没有浏览器的扩展程序是为 %1 制作的</translation>
+    </message>
+    <message>
+        <source>Let the extensions be made again, as root:</source>
+        <translation>请以 root 身份重新制作扩展程序：</translation>
+    </message>
 </context>
 <context>
     <name>Faults</name>

@@ -33,6 +33,7 @@ const QString FIREFOX_LINK =
     QStringLiteral("usr/share/mozilla/extensions/{ec8030f7-c20a-464f-9b0e-13a3a9e97384}/"
                    "browser@idcard-reader.invalid");
 const QString FIREFOX_HOST = QStringLiteral("usr/lib/mozilla/native-messaging-hosts/") + HOST_FILE;
+const QString MADE = extensionsFolder().mid(1);
 
 /** A machine with a browser that packs an extension by copying its manifest. */
 class BrowserSetup : public testing::Test
@@ -66,8 +67,7 @@ protected:
     }
     SetupPlaces places() const
     {
-        return {path("etc/list/origins"), path("shipped"), path("var"),
-                m_folder.path(),          path("browser"), 0};
+        return {path("etc/list/origins"), path("shipped"), m_folder.path(), path("browser"), 0};
     }
     QString allow(const QString &origin, const QString &browser = QStringLiteral("chromium")) const
     {
@@ -80,14 +80,14 @@ protected:
     std::vector<std::string> patterns() const
     {
         std::vector<std::string> all;
-        const QJsonArray array = json("var/chromium/manifest.json")["externally_connectable"]
+        const QJsonArray array = json(MADE + "/chromium/manifest.json")["externally_connectable"]
                                      .toObject()["matches"]
                                      .toArray();
         for (const QJsonValue &pattern : array)
             all.push_back(pattern.toString().toStdString());
         return all;
     }
-    QString version() const { return json("var/chromium.crx")["version"].toString(); }
+    QString version() const { return json(MADE + "/chromium.crx")["version"].toString(); }
 
 private:
     QTemporaryDir m_folder;
@@ -99,19 +99,20 @@ TEST_F(BrowserSetup, FirstSite_WritesAllFilesForEverybodyToRead)
     EXPECT_EQ(readFile(path("etc/list/origins")), "https://pms.example\n");
     EXPECT_THAT(patterns(), ElementsAre("https://pms.example:443/*"));
     EXPECT_EQ(version(), "1.5.0.1");
-    EXPECT_EQ(readFile(path("var/chromium/background.js")), "// background");
+    EXPECT_EQ(readFile(path(MADE + "/chromium/background.js")), "// background");
     EXPECT_EQ(json("etc/chromium/native-messaging-hosts/" + HOST_FILE)["name"], "host");
     const QJsonObject policy = json("etc/chromium/policies/managed/idcard-reader.json");
     const QJsonObject extension = policy["ExtensionSettings"].toObject()[ID].toObject();
     EXPECT_EQ(extension["installation_mode"], "force_installed");
-    EXPECT_EQ(extension["update_url"], "file://" + path("var/update.xml"));
-    EXPECT_THAT(readFile(path("var/update.xml")).toStdString(),
-                HasSubstr("codebase='file://" + path("var/chromium.crx").toStdString() +
+    EXPECT_EQ(extension["update_url"], "file://" + path(MADE + "/update.xml"));
+    EXPECT_THAT(readFile(path(MADE + "/update.xml")).toStdString(),
+                HasSubstr("codebase='file://" + path(MADE + "/chromium.crx").toStdString() +
                           "' version='1.5.0.1'"));
-    for (const QString &file : {QString("etc/list/origins"), QString("var/chromium.crx"),
-                                QString("var/update.xml"), QString("var/chromium/manifest.json"),
-                                QString("etc/chromium/policies/managed/idcard-reader.json"),
-                                "etc/chromium/native-messaging-hosts/" + HOST_FILE})
+    for (const QString &file :
+         {QString("etc/list/origins"), QString(MADE + "/chromium.crx"),
+          QString(MADE + "/update.xml"), QString(MADE + "/chromium/manifest.json"),
+          QString("etc/chromium/policies/managed/idcard-reader.json"),
+          "etc/chromium/native-messaging-hosts/" + HOST_FILE})
         EXPECT_EQ(modeOf(path(file)), 0644) << file.toStdString();
 }
 
@@ -145,12 +146,12 @@ TEST_F(BrowserSetup, Renewal_MakesTheNewReleaseForTheSitesInTheBrowsersThatHaveI
     EXPECT_EQ(renewExtensions(places()), "");
     EXPECT_EQ(version(), "1.6.0.1");
     EXPECT_THAT(patterns(), ElementsAre("https://pms.example:443/*", "http://intranet:80/*"));
-    EXPECT_FALSE(QFile::exists(path("var/firefox")));
+    EXPECT_FALSE(QFile::exists(path(MADE + "/firefox")));
 
     EXPECT_EQ(allow("https://pms.example", "firefox"), "");
     EXPECT_EQ(renewExtensions(places()), "");
     EXPECT_EQ(version(), "1.6.0.2");
-    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
+    EXPECT_EQ(json(MADE + "/firefox/manifest.json")["version"], "1.5.0.2");
 }
 
 TEST_F(BrowserSetup, RenewalAfterAnInterruption_BringsThePolicyAndTheLinkBack)
@@ -196,7 +197,7 @@ TEST_F(BrowserSetup, RenewalThatFailsInOneBrowser_IsDoneInTheOther)
     EXPECT_EQ(allow("https://pms.example", "firefox"), "");
     ASSERT_TRUE(QFile::remove(path("browser")));
     EXPECT_THAT(renewExtensions(places()).toStdString(), HasSubstr("cannot be started"));
-    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
+    EXPECT_EQ(json(MADE + "/firefox/manifest.json")["version"], "1.5.0.2");
 }
 
 TEST_F(BrowserSetup, RenewalThatFailsInEveryBrowser_IsReportedOnceForEachReason)
@@ -222,7 +223,7 @@ TEST_F(BrowserSetup, ListWithAMistake_ChangesNothing)
     writeFile(path("etc/list/origins"), "https://*.example\n");
     EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("origins, line 1:"));
     EXPECT_EQ(readFile(path("etc/list/origins")), "https://*.example\n");
-    EXPECT_FALSE(QFile::exists(path("var")));
+    EXPECT_FALSE(QFile::exists(path(MADE)));
 }
 
 TEST_F(BrowserSetup, BrowserThatIsMissingOrDoesNotPack_IsReportedAndAllowsNothing)
@@ -239,15 +240,15 @@ TEST_F(BrowserSetup, BrowserThatIsMissingOrDoesNotPack_IsReportedAndAllowsNothin
 TEST_F(BrowserSetup, BrowserThatDoesNotPack_LeavesWhatWasThere)
 {
     EXPECT_EQ(allow("https://pms.example"), "");
-    const QByteArray packed = readFile(path("var/chromium.crx"));
-    const QByteArray update = readFile(path("var/update.xml"));
+    const QByteArray packed = readFile(path(MADE + "/chromium.crx"));
+    const QByteArray update = readFile(path(MADE + "/update.xml"));
     const QByteArray half = "for word; do case $word in --pack-extension=*) folder=${word#*=};; "
                             "esac; done\necho half > \"$folder.crx\"; echo disk full >&2; ";
     for (const char *end : {"exit 1", "kill -KILL $$"}) {
         setBrowser(half + end);
         EXPECT_THAT(allow("https://two.example").toStdString(), HasSubstr("did not pack"));
-        EXPECT_EQ(readFile(path("var/chromium.crx")), packed);
-        EXPECT_EQ(readFile(path("var/update.xml")), update);
+        EXPECT_EQ(readFile(path(MADE + "/chromium.crx")), packed);
+        EXPECT_EQ(readFile(path(MADE + "/update.xml")), update);
         EXPECT_TRUE(QFile::exists(path("etc/chromium/policies/managed/idcard-reader.json")));
         EXPECT_EQ(readFile(path("etc/list/origins")), "https://pms.example\n");
     }
@@ -257,7 +258,7 @@ TEST_F(BrowserSetup, BrowserThatPacksNothing_IsReported)
 {
     setBrowser("exit 0");
     EXPECT_THAT(allow("https://pms.example").toStdString(), HasSubstr("did not pack"));
-    EXPECT_FALSE(QFile::exists(path("var/chromium.crx")));
+    EXPECT_FALSE(QFile::exists(path(MADE + "/chromium.crx")));
 }
 
 TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
@@ -267,7 +268,7 @@ TEST_F(BrowserSetup, Removal_LeavesTheFilesOfOthersAndTheCommentsOfTheList)
     EXPECT_EQ(allow("https://pms.example"), "");
     EXPECT_EQ(removeSites(places()), "");
     EXPECT_EQ(readFile(path("etc/list/origins")), "# the counter\n");
-    EXPECT_FALSE(QFile::exists(path("var")));
+    EXPECT_FALSE(QFile::exists(path(MADE)));
     EXPECT_THAT(namesIn(path("etc/chromium/policies/managed")), ElementsAre("other.json"));
     EXPECT_THAT(namesIn(path("etc/chromium/native-messaging-hosts")), ElementsAre());
     EXPECT_EQ(removeSites(places()), "");
@@ -283,7 +284,7 @@ TEST_F(BrowserSetup, RemovalThatFailsForOneFile_IsReportedAndTakesTheOthers)
         removeSites(places()).toStdString(),
         AllOf(HasSubstr(policy.toStdString() + " cannot be removed"), Not(HasSubstr("\n"))));
     EXPECT_FALSE(QFile::exists(path("etc/chromium/native-messaging-hosts/") + HOST_FILE));
-    EXPECT_FALSE(QFile::exists(path("var")));
+    EXPECT_FALSE(QFile::exists(path(MADE)));
     EXPECT_EQ(readFile(path("etc/list/origins")), "");
 }
 
@@ -291,10 +292,10 @@ TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
 {
     EXPECT_EQ(allow("https://pms.example:8443"), "");
     EXPECT_EQ(allow("http://intranet", "firefox"), "");
-    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path("var/firefox"));
-    EXPECT_EQ(readFile(path("var/firefox/relay.js")), "// relay");
-    EXPECT_EQ(modeOf(path("var/firefox/relay.js")), 0644);
-    const QJsonObject manifest = json("var/firefox/manifest.json");
+    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path(MADE + "/firefox"));
+    EXPECT_EQ(readFile(path(MADE + "/firefox/relay.js")), "// relay");
+    EXPECT_EQ(modeOf(path(MADE + "/firefox/relay.js")), 0644);
+    const QJsonObject manifest = json(MADE + "/firefox/manifest.json");
     EXPECT_EQ(manifest["version"], "1.5.0.1");
     EXPECT_EQ(QJsonDocument(manifest["content_scripts"].toArray()).toJson(QJsonDocument::Compact),
               R"([{"js":["relay.js"],"matches":["https://pms.example/*","http://intranet/*"]}])");
@@ -302,8 +303,8 @@ TEST_F(BrowserSetup, Firefox_IsLinkedToAnExtensionForTheSites)
     EXPECT_EQ(json(FIREFOX_HOST)["name"], "firefox's host");
 
     EXPECT_EQ(allow("http://intranet", "firefox"), "");
-    EXPECT_EQ(json("var/firefox/manifest.json")["version"], "1.5.0.2");
-    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path("var/firefox"));
+    EXPECT_EQ(json(MADE + "/firefox/manifest.json")["version"], "1.5.0.2");
+    EXPECT_EQ(QFile::symLinkTarget(path(FIREFOX_LINK)), path(MADE + "/firefox"));
 }
 
 TEST_F(BrowserSetup, SitesWithAnAddressOfIPv6_KeepItsColons)
@@ -312,14 +313,14 @@ TEST_F(BrowserSetup, SitesWithAnAddressOfIPv6_KeepItsColons)
     EXPECT_EQ(allow("https://[fd00::2]:8443"), "");
     EXPECT_THAT(patterns(), ElementsAre("http://[fd00::1]:80/*", "https://[fd00::2]:8443/*"));
     EXPECT_EQ(allow("http://[fd00::1]", "firefox"), "");
-    EXPECT_THAT(readFile(path("var/firefox/manifest.json")).toStdString(),
+    EXPECT_THAT(readFile(path(MADE + "/firefox/manifest.json")).toStdString(),
                 AllOf(HasSubstr("\"http://[fd00::1]/*\""), HasSubstr("\"https://[fd00::2]/*\"")));
 }
 
 TEST_F(BrowserSetup, RemovalFromFirefox_TakesTheLinkAndTheHost)
 {
     EXPECT_EQ(allow("https://pms.example", "firefox"), "");
-    ASSERT_TRUE(QDir(path("var")).removeRecursively()); // the link leads nowhere
+    ASSERT_TRUE(QDir(path(MADE)).removeRecursively()); // the link leads nowhere
     EXPECT_EQ(removeSites(places()), "");
     EXPECT_FALSE(QFileInfo(path(FIREFOX_LINK)).isSymLink());
     EXPECT_FALSE(QFile::exists(path(FIREFOX_HOST)));
@@ -386,7 +387,7 @@ TEST_F(BrowserSetup, PackedByChromium_HasTheIdThatPagesAndHostKnow)
     qputenv("TMPDIR", path("temporary").toUtf8());
     EXPECT_EQ(allowSite("https://pms.example", *findBrowser("chromium", real.root), real), "");
     qputenv("TMPDIR", folderBefore);
-    const QByteArray packed = readFile(path("var/chromium.crx"));
+    const QByteArray packed = readFile(path(MADE + "/chromium.crx"));
     EXPECT_TRUE(packed.startsWith("Cr24"));
     EXPECT_TRUE(packed.contains(bytesOf(ID)));
     EXPECT_FALSE(packed.contains(bytesOf(QString(ID).replace('o', 'p'))));

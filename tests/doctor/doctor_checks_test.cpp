@@ -660,7 +660,14 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"host that cannot start", "web-pages",
               [](Environment &m) { m.webPages.browsers[0].canHostStart = false; }, Level::FAILURE,
               "/etc/chromium/host.json names /usr/libexec/host, which cannot be started",
-              "Install idcard-reader-browser again."}));
+              "Install idcard-reader-browser again."},
+        Fault{"sites without an extension", "web-pages",
+              [](Environment &m) {
+                  m.webPages.sitesLeftOut = QStringList{"https://pms.example", "http://intranet"};
+              },
+              Level::FAILURE,
+              "No browser's extension was made for https://pms.example, http://intranet",
+              "idcard-browser-setup --renew"}));
 
 TEST(WebPagesCheck, NamesTheSites)
 {

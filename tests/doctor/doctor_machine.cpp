@@ -55,6 +55,7 @@ Environment fineMachine()
                         {{"https://pms.example", "http://intranet"}, {}},
                         {{"chromium", "/etc/chromium/host.json", "/usr/libexec/host", true},
                          {"firefox", "/usr/lib/mozilla/host.json", "/usr/libexec/host", true}},
+                        {},
                         {}};
     machine.service.isProbed = true;
 

@@ -517,6 +517,28 @@ TEST(WebPagesOfTheMachine, AreThoseOfTheListAndTheBrowsersFiles)
     EXPECT_TRUE(state.browsers[1].canHostStart);
 }
 
+TEST(WebPagesOfTheMachine, HaveTheListedSitesThatNoExtensionWasMadeFor)
+{
+    const QTemporaryDir folder;
+    const QString list = folder.filePath("origins");
+    writeFile(list, "https://pms.example\nhttps://pms.example:8443\nhttp://pms.example\n");
+    ASSERT_EQ(chmod(qPrintable(list), 0644), 0);
+    const QVector<Browser> all = browsers(folder.path());
+    for (const Browser &browser : all) {
+        for (const QString &made : {QFileInfo(browser.installation).path(), browser.extension})
+            QDir().mkpath(made);
+    }
+    writeFile(all[0].extension + "/manifest.json", R"({"matches": ["https://pms.example:443/*"]})");
+    writeFile(all[1].extension + "/manifest.json", R"({"matches": ["https://pms.example/*"]})");
+    const auto leftOut = [&] { return probeWebPages(list, getuid(), folder.path()).sitesLeftOut; };
+    EXPECT_EQ(leftOut().size(), 3) << "no browser has an extension";
+    writeFile(all[0].installation, "{}");
+    EXPECT_EQ(leftOut(), QStringList({"https://pms.example:8443", "http://pms.example"}));
+    writeFile(all[1].installation, "{}");
+    EXPECT_EQ(leftOut(), QStringList{"http://pms.example"})
+        << "the patterns of Firefox have no port";
+}
+
 } // namespace
 
 /** This program, too, is its own child. */
